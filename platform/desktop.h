@@ -1,0 +1,56 @@
+// platform/desktop.h - what the program asks of the desktop: boxes, clipboard, pointer, events.
+// All texts are UTF-8 and plain: no markup, a carriage return breaks the line.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace platform
+{
+
+enum class Buttons { Ok, YesNo };
+enum class Answer { Ok, Yes, No };
+enum class BoxIcon { None, Exclamation };
+enum class Pointer { Normal = 0, Hourglass = 11 }; // the system's own numbers
+
+// One line of an open dialog's list of file kinds: "MP3 Files", "*.mp3".
+struct FileFilter {
+    std::string caption;
+    std::string pattern;
+};
+
+struct Desktop {
+    virtual ~Desktop() = default;
+
+    // Shows a box and waits for its answer. An empty `title` stands for the application's title,
+    // "Quenlin". Closing the box, or no way to ask, counts as Ok, or as No for YesNo.
+    virtual Answer MessageBox(std::string_view text, Buttons buttons = Buttons::Ok,
+                              std::string_view title = {}, BoxIcon icon = BoxIcon::None) = 0;
+
+    // Asks for one line of text. Nothing when the user cancels or cannot be asked.
+    virtual std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,
+                                                std::string_view initialText) = 0;
+
+    // Lets the user choose one existing file. Nothing when the user cancels or cannot be asked.
+    // `folder` and the result are paths, byte for byte.
+    virtual std::optional<std::string> OpenDialog(std::string_view title,
+                                                  const std::vector<FileFilter> &filters,
+                                                  const std::string &folder) = 0;
+
+    virtual void EmptyClipboard() = 0;
+    virtual void SetClipboardText(std::string_view text) = 0;
+
+    // Has the desktop open a path or an address (http:, mailto:) as a double click would, with
+    // `workingFolder` as the folder of the opened program where the platform has such a thing.
+    // False when nothing could be started.
+    virtual bool OpenAddress(const std::string &address, const std::string &workingFolder) = 0;
+
+    virtual void SetPointer(Pointer pointer) = 0;
+
+    // Lets the events that wait run, timers and repaints included; returns when none is left.
+    virtual void DoEvents() = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,36 @@
+// platform/drives.h - the disks under the paths: their kind and their label.
+#pragma once
+
+#include <string>
+
+namespace platform
+{
+
+enum class DriveType {
+    Unknown = 0,
+    NoRoot = 1,
+    Removable = 2,
+    Fixed = 3,
+    Remote = 4,
+    CdRom = 5,
+    RamDisk = 6
+}; // the system's own numbers
+
+struct Drives {
+    virtual ~Drives() = default;
+
+    // The drive of a path: its mount point ("/media/stick"), without a trailing separator unless
+    // it is the root itself. `path` need not exist; its nearest existing folder counts.
+    virtual std::string DriveOf(const std::string &path) = 0;
+
+    // The kind of the drive. Errors: none; Unknown when it cannot be told.
+    virtual DriveType TypeOf(const std::string &drive) = 0;
+
+    // The drive's volume label as text (UTF-8); empty when it has none or cannot be told.
+    virtual std::string LabelOf(const std::string &drive) = 0;
+
+    // The serial number of the drive's file system as decimal text; empty when it cannot be told.
+    virtual std::string SerialOf(const std::string &drive) = 0;
+};
+
+} // namespace platform

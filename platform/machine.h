@@ -1,0 +1,27 @@
+// platform/machine.h - the ports in use. app/ fills them in once at the start; a test fills in what
+// its subject needs and puts back what stood there.
+#pragma once
+
+namespace platform
+{
+
+struct Clock;
+struct Desktop;
+struct Drives;
+struct FileTypes;
+struct SettingsStore;
+
+// The ports are owned by app/ (or the test) and outlive their use. A null port is a programming
+// error of the caller that reaches for it.
+struct Machine {
+    Desktop *desktop = nullptr;
+    SettingsStore *settings = nullptr;
+    FileTypes *fileTypes = nullptr;
+    Drives *drives = nullptr;
+    Clock *clock = nullptr;
+};
+
+// The machine in use: the single place where the ports are kept.
+Machine &TheMachine();
+
+} // namespace platform

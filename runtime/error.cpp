@@ -1,0 +1,77 @@
+#include "runtime/error.h"
+
+#include <cerrno>
+#include <system_error>
+
+namespace runtime
+{
+
+std::string DescribeError(int number)
+{
+    switch (number) {
+    case kInvalidCall:
+        return "Invalid procedure call or argument";
+    case kOverflow:
+        return "Overflow";
+    case kSubscriptOutOfRange:
+        return "Subscript out of range";
+    case kDivisionByZero:
+        return "Division by zero";
+    case kTypeMismatch:
+        return "Type mismatch";
+    case kBadFileNumber:
+        return "Bad file name or number";
+    case kFileNotFound:
+        return "File not found";
+    case kDeviceIoError:
+        return "Device I/O error";
+    case kDiskFull:
+        return "Disk full";
+    case kPermissionDenied:
+        return "Permission denied";
+    case kPathFileAccess:
+        return "Path/File access error";
+    case kPathNotFound:
+        return "Path not found";
+    case kNonModalOverModal:
+        return "Can't show non-modal form when modal form is displayed";
+    default:
+        return "Application-defined or object-defined error";
+    }
+}
+
+namespace
+{
+
+int NumberOfErrno(int errnoValue)
+{
+    switch (errnoValue) {
+    case ENOENT:
+        return kFileNotFound;
+    case ENOTDIR:
+        return kPathNotFound;
+    case EACCES:
+    case EPERM:
+    case EISDIR:
+    case EROFS:
+        return kPathFileAccess;
+    case ENOSPC:
+    case EDQUOT:
+        return kDiskFull;
+    case EBADF:
+    case EINVAL:
+    case ENAMETOOLONG:
+        return kBadFileNumber;
+    default:
+        return kDeviceIoError;
+    }
+}
+
+} // namespace
+
+RuntimeError FileError(int errnoValue)
+{
+    return {NumberOfErrno(errnoValue), std::generic_category().message(errnoValue)};
+}
+
+} // namespace runtime

@@ -1,0 +1,187 @@
+#include "runtime/text.h"
+
+#include "runtime/error.h"
+
+#include <utf8proc.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace runtime
+{
+
+namespace
+{
+
+char UpperAsciiChar(char c)
+{
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+bool IsAscii(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// The length of the valid UTF-8 character at the start of `text`, its code point in `codePoint`;
+// 0 when there is none.
+int NextCharacter(std::string_view text, utf8proc_int32_t &codePoint)
+{
+    const auto *bytes = reinterpret_cast<const utf8proc_uint8_t *>(text.data());
+    const auto length =
+        utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(text.size()), &codePoint);
+    return length > 0 && codePoint >= 0 ? static_cast<int>(length) : 0;
+}
+
+} // namespace
+
+std::string_view Mid(std::string_view text, long long start, long long count)
+{
+    if (start < 1 || count < 0)
+        throw RuntimeError(kInvalidCall);
+    const auto offset = static_cast<std::size_t>(start - 1);
+    if (offset >= text.size())
+        return {};
+    return text.substr(offset, static_cast<std::size_t>(count));
+}
+
+std::string_view Mid(std::string_view text, long long start)
+{
+    return Mid(text, start, static_cast<long long>(text.size()));
+}
+
+std::string_view Left(std::string_view text, long long count)
+{
+    return Mid(text, 1, count);
+}
+
+std::string_view Right(std::string_view text, long long count)
+{
+    if (count < 0)
+        throw RuntimeError(kInvalidCall);
+    const auto wanted = std::min(static_cast<std::size_t>(count), text.size());
+    return text.substr(text.size() - wanted);
+}
+
+long long InStr(long long start, std::string_view text, std::string_view needle)
+{
+    if (start < 1)
+        throw RuntimeError(kInvalidCall);
+    const auto offset = static_cast<std::size_t>(start - 1);
+    if (offset >= text.size())
+        return 0;
+    if (needle.empty())
+        return start;
+    const std::string_view rest = text.substr(offset);
+    const void *hit = memmem(rest.data(), rest.size(), needle.data(), needle.size());
+    if (hit == nullptr)
+        return 0;
+    return static_cast<const char *>(hit) - text.data() + 1;
+}
+
+std::string_view Trim(std::string_view text)
+{
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+std::string_view StripTrailingNulls(std::string_view text)
+{
+    const auto last = text.find_last_not_of('\0');
+    return last == std::string_view::npos ? std::string_view{} : text.substr(0, last + 1);
+}
+
+std::string Replace(std::string_view text, std::string_view from, std::string_view to)
+{
+    if (from.empty())
+        return std::string(text);
+    std::string result;
+    std::size_t at = 0;
+    for (std::size_t hit; (hit = text.find(from, at)) != std::string_view::npos;) {
+        result.append(text, at, hit - at).append(to);
+        at = hit + from.size();
+    }
+    return result.append(text.substr(at));
+}
+
+std::string ReplaceFirst(std::string_view text, std::string_view from, std::string_view to)
+{
+    std::string result(text);
+    const auto hit = from.empty() ? std::string::npos : result.find(from);
+    if (hit != std::string::npos)
+        result.replace(hit, from.size(), to);
+    return result;
+}
+
+std::vector<std::string> Split(std::string_view text, std::string_view separator)
+{
+    std::vector<std::string> pieces;
+    if (text.empty())
+        return pieces;
+    std::size_t at = 0;
+    for (std::size_t hit; (hit = text.find(separator, at)) != std::string_view::npos;) {
+        pieces.emplace_back(text.substr(at, hit - at));
+        at = hit + separator.size();
+    }
+    pieces.emplace_back(text.substr(at));
+    return pieces;
+}
+
+std::string UpperAscii(std::string_view text)
+{
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), UpperAsciiChar);
+    return result;
+}
+
+bool EqualAscii(std::string_view first, std::string_view second)
+{
+    return std::equal(first.begin(), first.end(), second.begin(), second.end(),
+                      [](char a, char b) { return UpperAsciiChar(a) == UpperAsciiChar(b); });
+}
+
+std::string UpperText(std::string_view utf8)
+{
+    if (IsAscii(utf8))
+        return UpperAscii(utf8);
+    std::string result;
+    result.reserve(utf8.size());
+    while (!utf8.empty()) {
+        utf8proc_int32_t codePoint = 0;
+        const int length = NextCharacter(utf8, codePoint);
+        if (length == 0) {
+            result.push_back(utf8.front());
+            utf8.remove_prefix(1);
+            continue;
+        }
+        utf8proc_uint8_t upper[4];
+        const auto upperLength = utf8proc_encode_char(utf8proc_toupper(codePoint), upper);
+        result.append(reinterpret_cast<const char *>(upper), static_cast<std::size_t>(upperLength));
+        utf8.remove_prefix(static_cast<std::size_t>(length));
+    }
+    return result;
+}
+
+bool EqualText(std::string_view first, std::string_view second)
+{
+    return UpperText(first) == UpperText(second);
+}
+
+bool IsUtf8(std::string_view text)
+{
+    if (IsAscii(text))
+        return true;
+    while (!text.empty()) {
+        utf8proc_int32_t codePoint = 0;
+        const int length = NextCharacter(text, codePoint);
+        if (length == 0)
+            return false;
+        text.remove_prefix(static_cast<std::size_t>(length));
+    }
+    return true;
+}
+
+} // namespace runtime

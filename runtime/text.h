@@ -1,0 +1,58 @@
+// runtime/text.h - the text operations that the program's rules are written in. Positions are
+// one-based. The byte operations serve file bytes and UTF-8 alike; UpperText and its kin take
+// UTF-8. No state.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace runtime
+{
+
+// `count` bytes of `text` from position `start` on, fewer where the text ends; a view into `text`.
+// Errors: kInvalidCall when start < 1 or count < 0.
+std::string_view Mid(std::string_view text, long long start, long long count);
+
+// All of `text` from position `start` on. Errors: kInvalidCall when start < 1.
+std::string_view Mid(std::string_view text, long long start);
+
+// The first, the last `count` bytes. Errors: kInvalidCall when count < 0.
+std::string_view Left(std::string_view text, long long count);
+std::string_view Right(std::string_view text, long long count);
+
+// The first position at or after `start` where `needle` stands, compared byte by byte; 0 when there
+// is none. An empty needle is found at `start` itself, unless that lies behind the text's end or
+// the text is empty. Errors: kInvalidCall when start < 1.
+long long InStr(long long start, std::string_view text, std::string_view needle);
+
+// Cuts blanks (0x20 only; NULs, tabs and line ends stay) at both ends; a view into `text`.
+std::string_view Trim(std::string_view text);
+
+// Cuts NUL characters at the end; a text of NULs alone gives the empty text.
+std::string_view StripTrailingNulls(std::string_view text);
+
+// Every occurrence of `from` replaced by `to`, left to right, one pass; an empty `from` changes
+// nothing. ReplaceFirst replaces at most one, at or after byte offset `*searchFrom` when given.
+std::string Replace(std::string_view text, std::string_view from, std::string_view to);
+std::string ReplaceFirst(std::string_view text, std::string_view from, std::string_view to);
+
+// The pieces of `text` between occurrences of `separator` (not empty). An empty text has no piece.
+std::vector<std::string> Split(std::string_view text, std::string_view separator);
+
+// Upper case, one character for one; every byte that is not part of valid UTF-8 stays as it is.
+// Source: the simple case mapping of Unicode, as utf8proc has it ("ß" becomes "ẞ").
+std::string UpperText(std::string_view utf8);
+
+// Whether both are the same text without regard to letter case (UpperText of both is equal).
+bool EqualText(std::string_view first, std::string_view second);
+
+// Upper case of the ASCII letters only, for keywords, extensions and keys of files.
+std::string UpperAscii(std::string_view text);
+bool EqualAscii(std::string_view first, std::string_view second);
+
+// Whether `text` is well-formed UTF-8 (RFC 3629: no surrogates, no overlong forms).
+bool IsUtf8(std::string_view text);
+
+} // namespace runtime

@@ -1,0 +1,12 @@
+#include "shell/globals.h"
+
+namespace shell
+{
+
+Globals &TheGlobals()
+{
+    static Globals globals;
+    return globals;
+}
+
+} // namespace shell

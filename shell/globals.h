@@ -1,0 +1,39 @@
+// shell/globals.h - what start-up leaves behind for the whole program: the fields, the preferences,
+// the paths. Written by Main and by the Preferences window, read everywhere. Texts are UTF-8.
+#pragma once
+
+#include "ui/controls/label.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace shell
+{
+
+inline constexpr std::string_view kApplicationTitle = "Quenlin";
+
+// The catalogue's fields as the program numbers them; "List" stands before "Path".
+inline constexpr std::array<const char *, 8> FieldNames = {"Title",   "Artist", "Album", "Year",
+                                                           "Comment", "Genre",  "List",  "Path"};
+
+// The preferences in force, and the paths that start-up joins.
+struct Globals {
+    std::array<bool, 8> LoadField{true, true, true, true, true, true, true, true};
+    int InitialTVWidth = 3000;           // twips
+    std::string MP3Directory = "C:\\";   // the root of the walk; a path, byte for byte
+    bool BackUpFiles = true;             // copy the MP3 to Backup before a rewrite
+    bool UpdateDBAfterEditing = true;    // a saved tag goes to the catalogue as well
+    bool ShowLyricsAutomatically = true; // the lyrics window follows the song
+    bool DeleteBeforeAppend = false;     // regeneration empties the table first
+    bool AutoCheckNewerVersion = false;
+    bool WebStyle = true;         // the information panel beside the list
+    std::string LanguageFilePath; // program folder + separator + setting `Language`
+    std::string HelpFilePath;     // program folder + separator + "Brandolet.hlp"
+    ui::Label lblProgress;        // the splash's progress line
+};
+
+// The globals in use. A test puts back a fresh set.
+Globals &TheGlobals();
+
+} // namespace shell

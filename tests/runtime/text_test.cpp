@@ -1,0 +1,115 @@
+#include "runtime/error.h"
+#include "runtime/text.h"
+
+#include <gtest/gtest.h>
+
+using namespace runtime;
+
+TEST(Mid, Table)
+{
+    constexpr struct {
+        const char *name;
+        std::string_view text;
+        long long start, count;
+        std::string_view want;
+    } cases[] = {
+        {"inside", "abcdef", 2, 3, "bcd"},  {"past the end", "abc", 2, 9, "bc"},
+        {"starts behind", "abc", 4, 1, ""}, {"nothing", "abc", 1, 0, ""},
+        {"empty text", "", 1, 5, ""},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(Mid(c.text, c.start, c.count), c.want);
+    }
+    EXPECT_THROW(Mid("abc", 0, 1), RuntimeError);
+    EXPECT_THROW(Mid("abc", 1, -1), RuntimeError);
+}
+
+TEST(InStr, Table)
+{
+    constexpr struct {
+        const char *name;
+        long long start;
+        std::string_view text, needle;
+        long long want;
+    } cases[] = {
+        {"first of two", 1, "abcabc", "bc", 2},
+        {"second", 3, "abcabc", "bc", 5},
+        {"none", 1, "abc", "x", 0},
+        {"case counts", 1, "abc", "B", 0},
+        {"empty needle", 1, "abc", "", 1},
+        {"empty needle later", 3, "abc", "", 3},
+        {"empty text", 1, "", "", 0},
+        {"start behind", 4, "abc", "", 0},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(InStr(c.start, c.text, c.needle), c.want);
+    }
+    EXPECT_THROW(InStr(0, "abc", "a"), RuntimeError);
+    EXPECT_EQ(InStr(1, std::string_view("a\0b", 3), std::string_view("\0b", 2)), 2);
+}
+
+TEST(Trim, CutsBlanksOnly)
+{
+    EXPECT_EQ(Trim("  a b  "), "a b");
+    EXPECT_EQ(Trim("   "), "");
+    EXPECT_EQ(Trim("\ta\n"), "\ta\n");
+    EXPECT_EQ(Trim(std::string_view(" a\0 ", 4)), std::string_view("a\0", 2));
+}
+
+TEST(StripTrailingNulls, Table)
+{
+    EXPECT_EQ(StripTrailingNulls(std::string_view("ab\0\0", 4)), "ab");
+    EXPECT_EQ(StripTrailingNulls(std::string_view("a\0b", 3)), std::string_view("a\0b", 3));
+    EXPECT_EQ(StripTrailingNulls(std::string_view("\0\0", 2)), "");
+    EXPECT_EQ(StripTrailingNulls(""), "");
+}
+
+TEST(Replace, Table)
+{
+    EXPECT_EQ(Replace("a'b''c", "'", "''"), "a''b''''c");
+    EXPECT_EQ(Replace("abc", "", "x"), "abc");
+    EXPECT_EQ(Replace("aaa", "aa", "b"), "ba");
+    EXPECT_EQ(ReplaceFirst("? ?", "?", "1"), "1 ?");
+    EXPECT_EQ(ReplaceFirst("abc", "x", "1"), "abc");
+}
+
+TEST(Split, Table)
+{
+    EXPECT_EQ(Split("a,b,,c", ","), (std::vector<std::string>{"a", "b", "", "c"}));
+    EXPECT_EQ(Split("abc", ","), (std::vector<std::string>{"abc"}));
+    EXPECT_TRUE(Split("", ",").empty());
+}
+
+TEST(UpperText, OneCharacterForOne)
+{
+    constexpr struct {
+        const char *name;
+        std::string_view text, want;
+    } cases[] = {
+        {"ascii", "abc-9Z", "ABC-9Z"},
+        {"spanish", "ñandú", "ÑANDÚ"},
+        {"one for one", "straße", "STRAẞE"},
+        {"cyrillic", "Дмитрий", "ДМИТРИЙ"},
+        {"broken utf-8 stays",
+         "\xff"
+         "a\xc3",
+         "\xff"
+         "A\xc3"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(UpperText(c.text), c.want);
+    }
+    EXPECT_TRUE(EqualText("ñandú", "ÑANDÚ"));
+    EXPECT_FALSE(EqualText("nandu", "ÑANDÚ"));
+}
+
+TEST(IsUtf8, Table)
+{
+    EXPECT_TRUE(IsUtf8("abc ñ 山"));
+    EXPECT_FALSE(IsUtf8("a\xffz"));
+    EXPECT_FALSE(IsUtf8("\xc0\x80"));     // overlong NUL
+    EXPECT_FALSE(IsUtf8("\xed\xa0\x80")); // surrogate
+}

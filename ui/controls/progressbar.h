@@ -1,0 +1,43 @@
+// ui/controls/progressbar.h - a value on its way from 0 to a maximum.
+#pragma once
+
+#include "ui/controls/hook.h"
+
+#include <cstdint>
+
+namespace ui
+{
+
+class ProgressBar
+{
+public:
+    std::int64_t Value() const { return m_value; }
+    void SetValue(std::int64_t value)
+    {
+        m_value = value;
+        Notify(changed);
+    }
+
+    std::int64_t Max() const { return m_max; }
+    void SetMax(std::int64_t max)
+    {
+        m_max = max;
+        Notify(changed);
+    }
+
+    bool Visible() const { return m_visible; }
+    void SetVisible(bool visible)
+    {
+        m_visible = visible;
+        Notify(changed);
+    }
+
+    ChangeHook changed;
+
+private:
+    std::int64_t m_value = 0;
+    std::int64_t m_max = 0;
+    bool m_visible = false;
+};
+
+} // namespace ui
