@@ -1,0 +1,31 @@
+// platform/inireader.h - one value out of an INI text file that a person edits, by the rules of the
+// platform's INI reader. No state.
+//
+// A line "[name]" begins a section; "key=value" is an entry; a line that begins with ";" is a
+// comment; any other line is passed over. Lines end in CR, LF or both. Blanks and control
+// characters around a line, a name, a key and a value are cut, then one pair of quotation marks
+// (both ' or both ") around a value. Names and keys compare without regard to letter case. The
+// first section of a name counts and in it the first entry of a key; a second section of that name
+// is never looked at.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace platform
+{
+
+// The value of `key` in `section` of the file at `path`, as UTF-8, its first `maxCharacters`
+// characters. A file that is no valid UTF-8 is in the code page (runtime/codepage.h).
+// Returns: nothing when the file has no such entry, or is absent, no regular file, or unreadable.
+// Only the whole lines within the first 4 MiB of a file are looked at.
+std::optional<std::string> ReadIniText(const std::string &path, std::string_view section,
+                                       std::string_view key, std::size_t maxCharacters);
+
+// The same on the UTF-8 text of a file, its value not cut: a view into `text`.
+std::optional<std::string_view> FindIniValue(std::string_view text, std::string_view section,
+                                             std::string_view key);
+
+} // namespace platform

@@ -1,0 +1,121 @@
+#include "platform/posix/files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+
+namespace platform::posix
+{
+
+namespace
+{
+
+bool WriteAll(int fd, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const ssize_t written = write(fd, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+// Where `path` leads through symbolic links; `path` itself when it does not exist yet.
+std::string Resolved(const std::string &path)
+{
+    char *real = realpath(path.c_str(), nullptr);
+    const std::string result = real != nullptr ? real : path;
+    std::free(real);
+    return result;
+}
+
+} // namespace
+
+Descriptor::~Descriptor()
+{
+    if (m_fd >= 0)
+        close(m_fd);
+}
+
+std::optional<std::string> ReadRegularFile(const std::string &path, std::size_t maxBytes)
+{
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status {
+    };
+    if (!file || fstat(file.Get(), &status) != 0)
+        return std::nullopt;
+    if (!S_ISREG(status.st_mode)) {
+        errno = EINVAL;
+        return std::nullopt;
+    }
+    // Files of /proc and /sys tell no true size, so the read goes on to the end all the same.
+    constexpr std::size_t kChunk = 64u << 10;
+    std::string bytes;
+    while (bytes.size() < maxBytes) {
+        const std::size_t before = bytes.size();
+        bytes.resize(std::min(maxBytes, before + kChunk));
+        const ssize_t got = read(file.Get(), bytes.data() + before, bytes.size() - before);
+        bytes.resize(before + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return std::nullopt;
+        if (got == 0)
+            break;
+    }
+    return bytes;
+}
+
+bool ReplaceFile(const std::string &path, std::string_view bytes, unsigned mode)
+{
+    const std::string target = Resolved(path);
+    struct stat status {
+    };
+    if (stat(target.c_str(), &status) == 0)
+        mode = status.st_mode & 07777;
+    std::string temporary = target + ".XXXXXX";
+    bool done = false;
+    {
+        const Descriptor file(mkostemp(temporary.data(), O_CLOEXEC));
+        if (!file)
+            return false;
+        done = WriteAll(file.Get(), bytes) && fchmod(file.Get(), mode) == 0;
+    }
+    done = done && rename(temporary.c_str(), target.c_str()) == 0;
+    if (!done) {
+        const int reason = errno;
+        unlink(temporary.c_str());
+        errno = reason;
+    }
+    return done;
+}
+
+bool MakeFolders(const std::string &path)
+{
+    for (std::size_t at = 1; at != std::string::npos;) {
+        at = path.find('/', at);
+        const std::string folder = path.substr(0, at);
+        if (mkdir(folder.c_str(), 0755) != 0 && errno != EEXIST && at == std::string::npos)
+            return false;
+        if (at != std::string::npos)
+            ++at;
+    }
+    struct stat status {
+    };
+    if (stat(path.c_str(), &status) != 0)
+        return false;
+    if (S_ISDIR(status.st_mode))
+        return true;
+    errno = ENOTDIR;
+    return false;
+}
+
+} // namespace platform::posix

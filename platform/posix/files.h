@@ -1,0 +1,40 @@
+// platform/posix/files.h - whole small files: read, written in one step, copied. Paths are bytes.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace platform::posix
+{
+
+// An open file or folder, closed at the end of its life.
+class Descriptor
+{
+public:
+    explicit Descriptor(int fd) : m_fd(fd) {}
+    ~Descriptor();
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    explicit operator bool() const { return m_fd >= 0; }
+    int Get() const { return m_fd; }
+
+private:
+    int m_fd; // -1 = none
+};
+
+// The first `maxBytes` bytes of a regular file. Nothing, with errno set, when it cannot be read or
+// is something else; a FIFO or device is not waited for (errno EINVAL).
+std::optional<std::string> ReadRegularFile(const std::string &path, std::size_t maxBytes);
+
+// Makes the file hold `bytes`, in one step for every reader: written beside it, then renamed. An
+// existing file keeps its mode, a new one gets `mode`; a symbolic link is followed. Not flushed.
+// False, with errno set and the old file as it was, when that failed.
+bool ReplaceFile(const std::string &path, std::string_view bytes, unsigned mode = 0644);
+
+// Makes the folder and those above it. False, with errno set, when it is not there afterwards.
+bool MakeFolders(const std::string &path);
+
+} // namespace platform::posix

@@ -1,0 +1,104 @@
+#include "shell/settings.h"
+
+#include "platform/machine.h"
+#include "platform/settingsstore.h"
+#include "runtime/numbers.h"
+#include "shell/globals.h"
+
+#include <algorithm>
+#include <array>
+#include <cassert>
+
+namespace shell
+{
+
+namespace
+{
+
+constexpr std::array kPreferenceTable = {
+    Preference{"Language", ""},
+    Preference{"Initial TV Width", "3000"},
+    Preference{"MP3 Directory", "C:\\"},
+    Preference{"Back Up Files", "1"},
+    Preference{"Update DB after editing", "1"},
+    Preference{"Show Lyrics automatically", "1"},
+    Preference{"Delete Before Append", "0"},
+    Preference{"WebStyle", "1"},
+    Preference{"AutoCheckNewerVersion", "0"},
+    Preference{"RefreshAtStartUp", "0"},
+    Preference{"Load Title", "1"},
+    Preference{"Load Artist", "1"},
+    Preference{"Load Album", "1"},
+    Preference{"Load Year", "1"},
+    Preference{"Load Comment", "1"},
+    Preference{"Load Genre", "1"},
+    Preference{"Load List", "1"},
+    Preference{"Load Path", "1"},
+    Preference{"Show Tips at Startup", "1"},
+    Preference{"Left", "45"},
+    Preference{"Top", "465"},
+    Preference{"Width", "12000"},
+    Preference{"Height", "7350"},
+};
+
+platform::SettingsStore &Store()
+{
+    assert(platform::TheMachine().settings != nullptr);
+    return *platform::TheMachine().settings;
+}
+
+} // namespace
+
+std::span<const Preference> Preferences()
+{
+    return kPreferenceTable;
+}
+
+std::string GetSetting(std::string_view section, std::string_view key, std::string_view defaultText)
+{
+    return Store().Read(kApplicationTitle, section, key, defaultText);
+}
+
+void SaveSetting(std::string_view section, std::string_view key, std::string_view text)
+{
+    Store().Write(kApplicationTitle, section, key, text);
+}
+
+void DeleteSetting(std::string_view section, std::string_view key)
+{
+    Store().Delete(kApplicationTitle, section, key);
+}
+
+std::string GetPreference(std::string_view key)
+{
+    const auto found = std::ranges::find(kPreferenceTable, key, &Preference::key);
+    assert(found != kPreferenceTable.end());
+    return GetSetting(kPreferences, key, found->defaultText);
+}
+
+bool GetFlagPreference(std::string_view key)
+{
+    return runtime::TextToFlag(GetPreference(key));
+}
+
+std::int32_t GetNumberPreference(std::string_view key)
+{
+    return runtime::TextToInt32(GetPreference(key));
+}
+
+void SavePreference(std::string_view key, std::string_view text)
+{
+    SaveSetting(kPreferences, key, text);
+}
+
+void SaveFlagPreference(std::string_view key, bool value)
+{
+    SavePreference(key, value ? "1" : "0");
+}
+
+void SaveNumberPreference(std::string_view key, std::int32_t value)
+{
+    SavePreference(key, std::to_string(value));
+}
+
+} // namespace shell
