@@ -1,0 +1,23 @@
+// catalogue/addfile.h - brings one MP3 file into the catalogue: the single path of the batch, of
+// the regeneration and of the add command. The file itself is never changed. No state.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace catalogue
+{
+
+// How it went. `kUntagged` is the result of a new file without any tag: its row is in the table all
+// the same, with empty values.
+enum AddResult : std::int16_t { kFailed = 0, kUntagged = 1, kAdded = 2, kUpdated = 3 };
+
+// Reads the tags of `path` and inserts its row, or rewrites the row that is known under exactly
+// this path (an untagged known file is kUpdated, its row blanked).
+// `reason` is left as it was but for: kFailed, the failed statement's ErrorMessage, or, when the
+// file cannot be read, the operating system's words and a carriage return (no row is touched then);
+// kUntagged, a line that names the file.
+// Errors: none; a run-time failure on the way gives kFailed and goes on with the next step.
+std::int16_t AddOrUpdateMP3(const std::string &path, std::string &reason);
+
+} // namespace catalogue

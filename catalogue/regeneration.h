@@ -1,0 +1,60 @@
+// catalogue/regeneration.h - rebuilds the catalogue from the folder tree under `MP3Directory`:
+// walks every folder, brings each MP3 through AddOrUpdateMP3, and writes the integrity report.
+#pragma once
+
+#include "ui/controls/progressbar.h"
+#include "ui/controls/statusbar.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace catalogue
+{
+
+// The report's name in the program's folder; the misspelling is the name.
+inline constexpr std::string_view kReportName = "Quenlin - MP3s' Intregity Report.qrp";
+
+// The window's controls that a run speaks to, and what it calls up. app/ fills them in; each may be
+// absent. All of them outlive the run.
+struct RegenerationControls {
+    ui::StatusBar *SB = nullptr; // panels "Playing" and "Blank"
+    ui::ProgressBar *PBar = nullptr;
+    std::function<void()> LayPBarOverPanel;  // PBar into panel 2 of SB (BasProgressBar)
+    std::function<void(bool)> EnableTVAndLV; // clicks on the tree and the list
+    std::function<void()> EmptyLV;           // the list loses its rows
+    std::function<void()> EmailBugReport;    // mails what the clipboard holds
+};
+RegenerationControls &TheRegenerationControls();
+
+// What the last run found out; for the terminal, which has no list to look at.
+struct RegenerationSummary {
+    std::int64_t files = 0;                     // MP3 files that were met
+    std::int64_t failed = 0;                    // files that could not be added or updated
+    std::vector<std::string> unreadableFolders; // path, ": ", the system's words
+    std::string errors;                         // the reasons, as the clipboard gets them
+    bool anyReported = false;                   // the report has an entry
+    bool stopped = false;                       // ended early by StopRegeneration
+    bool skipped = false; // the walker stood at the folder already: nothing was done
+};
+const RegenerationSummary &LastRegeneration();
+
+// One run over `MP3Directory`. With `showProgress` the bar is laid over the status bar and shown.
+// It returns at once, with TV and LV disabled, when the folder box stands at `MP3Directory`
+// already: a folder is regenerated once per run of the program. A call during a run does nothing.
+// The tree is not refreshed.
+// Errors: kPathNotFound when the folder is absent, FileError when it cannot be read or the report
+//         not be written; TV and LV then stay disabled.
+void ListRefresh(bool showProgress);
+
+// Whether a run is under way, and the request that it end at the next file: no question is asked
+// then, and the report stays without its closing lines. Without a run it does nothing.
+bool IsRegenerating();
+void StopRegeneration();
+
+// The report's full path.
+std::string ReportPath();
+
+} // namespace catalogue

@@ -1,0 +1,217 @@
+#include "catalogue/walker.h"
+#include "runtime/error.h"
+#include "tests/support/testfolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+using Names = std::vector<std::string>;
+
+struct Walker : testing::Test {
+    tests::TestFolder folder;
+    catalogue::FolderBox dirs;
+    catalogue::FileBox mp3s{dirs};
+
+    void Make(const std::string &name) { tests::WriteFile(folder / name, "x"); }
+
+    Names Folders() const
+    {
+        Names names;
+        for (std::int64_t index = 0; !dirs.List(index).empty(); index++)
+            names.push_back(dirs.List(index).substr(folder.Path().size() + 1));
+        return names;
+    }
+
+    Names Files() const
+    {
+        Names names;
+        for (std::int64_t index = 0; index < mp3s.ListCount(); index++)
+            names.push_back(mp3s.List(index));
+        return names;
+    }
+
+    // All files below the box's folder, the files of a folder before its sub-folders.
+    void Walk(Names &paths)
+    {
+        const std::string here = dirs.Path();
+        for (std::int64_t index = 0; index < mp3s.ListCount(); index++)
+            paths.push_back(
+                catalogue::JoinPath(here, mp3s.List(index)).substr(folder.Path().size() + 1));
+        for (std::int64_t index = 0; !dirs.List(index).empty(); index++) {
+            dirs.SetPath(dirs.List(index));
+            Walk(paths);
+            dirs.SetPath(here);
+        }
+    }
+};
+
+int ErrorOf(catalogue::FolderBox &dirs, const std::string &path)
+{
+    try {
+        dirs.SetPath(path);
+    } catch (const runtime::RuntimeError &error) {
+        return error.number;
+    }
+    return 0;
+}
+
+TEST_F(Walker, StartsAtNoFolder)
+{
+    EXPECT_EQ(dirs.Path(), "");
+    EXPECT_EQ(dirs.List(0), "");
+    EXPECT_EQ(mp3s.ListCount(), 0);
+}
+
+TEST_F(Walker, ListsOnlyMp3FilesInAnyLetterCase)
+{
+    for (const char *name : {"a.mp3", "B.MP3", "c.Mp3", ".mp3", ".hidden.mp3", "d.mp33", "e.mp",
+                             "f.txt", "mp3", "g.mp3.bak"})
+        Make(name);
+    fs::create_directory(folder / "folder.mp3");
+    dirs.SetPath(folder.Path());
+    EXPECT_EQ(Files(), (Names{".hidden.mp3", ".mp3", "a.mp3", "B.MP3", "c.Mp3"}));
+    EXPECT_EQ(Folders(), (Names{"folder.mp3"}));
+}
+
+TEST_F(Walker, OrdersByUpperCasedNamesThenBytes)
+{
+    for (const char *name : {"b.mp3", "A.mp3", "a.mp3", "_.mp3", "Z.mp3", "\xC3\xB1.mp3",
+                             "\xC3\x91.mp3", "\xC3\xA9.mp3", "\xFF.mp3"})
+        Make(name);
+    dirs.SetPath(folder.Path());
+    EXPECT_EQ(Files(), (Names{"A.mp3", "a.mp3", "b.mp3", "Z.mp3", "_.mp3", "\xC3\xA9.mp3",
+                              "\xC3\x91.mp3", "\xC3\xB1.mp3", "\xFF.mp3"}));
+}
+
+TEST_F(Walker, KeepsNamesWithAnyBytes)
+{
+    const Names odd = {"line\nbreak.mp3", "qu\"ote.mp3", "apo'strophe.mp3", "latin\xE9.mp3",
+                       " blank .mp3"};
+    for (const std::string &name : odd)
+        Make(name);
+    dirs.SetPath(folder.Path());
+    Names found = Files();
+    EXPECT_EQ(std::set<std::string>(found.begin(), found.end()),
+              std::set<std::string>(odd.begin(), odd.end()));
+}
+
+TEST_F(Walker, CutsSeparatorsAtTheEndOfAPath)
+{
+    Make("sub/a.mp3");
+    dirs.SetPath(folder / "sub//");
+    EXPECT_EQ(dirs.Path(), folder / "sub");
+    dirs.SetPath("/");
+    EXPECT_EQ(dirs.Path(), "/");
+    EXPECT_EQ(dirs.List(0).find("//"), std::string::npos);
+}
+
+TEST_F(Walker, VisitsFilesBeforeSubFolders)
+{
+    for (const char *name :
+         {"z.mp3", "a/2.mp3", "a/1.mp3", "a/deep/er/3.mp3", "B/4.mp3", "c/5.txt"})
+        Make(name);
+    dirs.SetPath(folder.Path());
+    Names paths;
+    Walk(paths);
+    EXPECT_EQ(paths, (Names{"z.mp3", "a/1.mp3", "a/2.mp3", "a/deep/er/3.mp3", "B/4.mp3"}));
+    EXPECT_EQ(dirs.Path(), folder.Path());
+}
+
+TEST_F(Walker, LinksThatLoopEnd)
+{
+    Make("a/1.mp3");
+    Make("b/2.mp3");
+    fs::create_directory_symlink(folder.Path(), folder / "a/up");
+    fs::create_directory_symlink("../b", folder / "a/other");
+    fs::create_directory_symlink("../a", folder / "b/back");
+    fs::create_directory_symlink(".", folder / "self");
+    dirs.SetPath(folder.Path());
+    Names paths;
+    Walk(paths);
+    EXPECT_EQ(paths, (Names{"a/1.mp3", "a/other/2.mp3", "b/2.mp3", "b/back/1.mp3"}));
+}
+
+TEST_F(Walker, BrokenLinkIsAFile)
+{
+    fs::create_symlink("nowhere", folder / "gone.mp3");
+    dirs.SetPath(folder.Path());
+    EXPECT_EQ(Files(), (Names{"gone.mp3"}));
+}
+
+TEST_F(Walker, AbsentFolderIsError76AndChangesNothing)
+{
+    Make("a.mp3");
+    dirs.SetPath(folder.Path());
+    EXPECT_EQ(ErrorOf(dirs, folder / "absent"), runtime::kPathNotFound);
+    EXPECT_EQ(ErrorOf(dirs, folder / "a.mp3"), runtime::kPathNotFound);
+    EXPECT_EQ(ErrorOf(dirs, ""), runtime::kPathNotFound);
+    EXPECT_EQ(dirs.Path(), folder.Path());
+    EXPECT_EQ(Files(), (Names{"a.mp3"}));
+}
+
+// Root reads everything: it steps down to a user without rights for the time of the test.
+class AsNobody
+{
+public:
+    AsNobody() : m_was(geteuid())
+    {
+        if (m_was == 0)
+            EXPECT_EQ(seteuid(65534), 0);
+    }
+    ~AsNobody()
+    {
+        if (m_was == 0)
+            EXPECT_EQ(seteuid(m_was), 0);
+    }
+    AsNobody(const AsNobody &) = delete;
+    AsNobody &operator=(const AsNobody &) = delete;
+
+private:
+    uid_t m_was;
+};
+
+TEST_F(Walker, UnreadableFolderTellsTheSystemsWords)
+{
+    Make("closed/a.mp3");
+    fs::permissions(folder.Path(), fs::perms::all);
+    fs::permissions(folder / "closed", fs::perms::none);
+    dirs.SetPath(folder.Path());
+    const AsNobody nobody;
+    EXPECT_EQ(ErrorOf(dirs, folder / "closed"), runtime::FileError(EACCES).number);
+    EXPECT_EQ(dirs.Path(), folder.Path());
+}
+
+TEST_F(Walker, KeepsTheListingOfTheFoldersAbove)
+{
+    Make("a/1.mp3");
+    dirs.SetPath(folder.Path());
+    dirs.SetPath(folder / "a");
+    Make("b/2.mp3");
+    dirs.SetPath(folder.Path());
+    EXPECT_EQ(Folders(), (Names{"a"}));
+    dirs.SetRoot(folder.Path());
+    EXPECT_EQ(Folders(), (Names{"a", "b"}));
+}
+
+TEST_F(Walker, ClearForgetsTheFolder)
+{
+    Make("a/1.mp3");
+    dirs.SetPath(folder.Path());
+    dirs.Clear();
+    EXPECT_EQ(dirs.Path(), "");
+    EXPECT_EQ(Folders(), Names{});
+}
+
+} // namespace
