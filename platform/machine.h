@@ -8,8 +8,11 @@ namespace platform
 struct Clock;
 struct Desktop;
 struct Drives;
+struct Files;
 struct FileTypes;
 struct SettingsStore;
+
+Files &SystemFiles(); // platform/files.h
 
 // The ports are owned by app/ (or the test) and outlive their use. A null port is a programming
 // error of the caller that reaches for it.
@@ -19,6 +22,7 @@ struct Machine {
     FileTypes *fileTypes = nullptr;
     Drives *drives = nullptr;
     Clock *clock = nullptr;
+    Files *files = &SystemFiles(); // a test may put its own
 };
 
 // The machine in use: the single place where the ports are kept.

@@ -1,0 +1,55 @@
+// metadata/id3v2.h - eight fields out of the body of an ID3v2 tag. The body is one text in which
+// each frame's identifier is looked for, first match wins; frame boundaries, flags of the tag,
+// padding and text encodings play no part. All texts are file bytes, positions are one-based. No
+// state.
+#pragma once
+
+#include "metadata/records.h"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace metadata
+{
+
+// Where the parts of a frame stand, counted from the first character of its identifier.
+struct FrameGeometry {
+    int sizeOffset = 0; // of the 4 characters that are read as the size
+    int textOffset = 0; // of the text
+};
+
+// 5 and 7 for version 2, 4 and 11 for version 3, 0 and 0 for any other.
+[[nodiscard]] FrameGeometry GeometryOf(int majorVersion);
+
+// The value of the first 4 characters of `text`, most significant first; each counts 0 to 255 also
+// when `base` is 128.
+// Errors: kInvalidCall when there are fewer than 4; kOverflow when it exceeds 32 bits, signed.
+[[nodiscard]] std::int32_t BytesToNumber(std::string_view text, int base);
+
+// The same; nothing where that fails.
+[[nodiscard]] std::optional<std::int32_t> FindNumber(std::string_view text, int base);
+
+// Whether the frame at `position` is compressed or encrypted: bit 0x80 or 0x40 of the character 9
+// behind it. Only frames of version 3 can be; false where the body ends before that character.
+[[nodiscard]] bool IsFrameUnreadable(long long position, std::string_view body, int majorVersion);
+
+// What a body sets: nothing where the record keeps what it held. The texts are views into the body,
+// Genre is one of those or a number in `genreNumber`.
+struct FrameFindings {
+    std::optional<std::string_view> title, artist, album, year, comment, lyrics;
+    std::optional<std::string> genre;
+    std::optional<std::int16_t> track;
+};
+
+// Looks for the fields in `body`. A version other than 2 and 3 finds nothing.
+// Errors: none; a damaged frame leaves its field as it was, or gives what stands at its place.
+[[nodiscard]] FrameFindings FindFrames(std::string_view body, int majorVersion);
+
+// Puts the findings into `tag`; a field without one keeps what it held.
+void ApplyFindings(const FrameFindings &findings, ID3v2Tag &tag);
+
+// Both in one: fills `tag` from `body` by the rules of `majorVersion`.
+void ReadID3v2Frames(std::string_view body, int majorVersion, ID3v2Tag &tag);
+
+} // namespace metadata

@@ -1,0 +1,58 @@
+// metadata/mp3info.h - the one procedure through which every other part looks into an MP3 file, and
+// what its last pass left behind for the tag writer. Paths are the file system's bytes, texts of
+// records are file bytes.
+#pragma once
+
+#include "metadata/records.h"
+#include "platform/files.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace metadata
+{
+
+// Reads the tags and the audio header of `FileName` in one pass.
+// The records are not cleared: a field that the file does not set keeps what it held; only
+// ID3v1.Genre becomes -1 and ID3v2.Genre "-1" in any case. Pass fresh records.
+// HasID3v1: a tag stands at the end. HasID3v2: a tag with a body stands at the start.
+// PreferID3v2: with such a body, the ID3v1 fields are not read (HasID3v1 is set all the same).
+// Errors: none, on any path and any content; a failed step leaves its target as it was. A path that
+// is no readable file leaves the records and says why in LastReadFailure. A tag that claims more
+// than the file holds ends the pass at once: records as they were, both flags false.
+// The same file again, unchanged since the last pass, is not read again.
+void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, MPEGHeader &Header,
+                bool &HasID3v1, bool &HasID3v2, bool PreferID3v2);
+
+// Why the last pass could not read its file: an errno of the system, 0 when it could. A folder is
+// EISDIR, anything else that is no file ESPIPE. runtime::FileError has the words.
+[[nodiscard]] int LastReadFailure();
+
+// What the last pass left, until the next one. Written by GetMP3Info alone.
+// The body of the ID3v2 tag exactly as read, all bytes behind the 10-byte header; empty without
+// one.
+[[nodiscard]] std::string_view RawID3v2Body();
+// The 128 bytes of the ID3v1 tag last read; those of an earlier file when this one has none.
+[[nodiscard]] const std::string &RawID3v1Image();
+// The major version of the ID3v2 tag last read; that of an earlier file when this one has none.
+[[nodiscard]] int ID3v2MajorVersion();
+// Which file these three belong to, as it was when it was opened; an empty path before the first
+// pass and after one that could not open its file.
+[[nodiscard]] const platform::FileIdentity &RawTagsFile();
+
+// Closes the files that GetMP3Info left open (the one whose tag claims more than it holds).
+void CloseAllFiles();
+
+// What GetMP3Info calls up to. app/ fills it in; an empty function is not called.
+struct MP3InfoHooks {
+    // Before a read that may take long, because the bytes are not in memory.
+    std::function<void()> beforeSlowRead;
+};
+MP3InfoHooks &TheMP3InfoHooks();
+
+// Puts the module's state and its hooks back as at the start of the program.
+void ResetMP3Info();
+
+} // namespace metadata

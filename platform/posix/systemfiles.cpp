@@ -1,0 +1,102 @@
+#include "platform/posix/systemfiles.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <ctime>
+
+namespace platform
+{
+
+namespace
+{
+
+std::int64_t Nanoseconds(const timespec &time)
+{
+    return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
+void Take(const struct stat &status, FileIdentity &identity)
+{
+    identity.device = status.st_dev;
+    identity.inode = status.st_ino;
+    identity.sizeBytes = status.st_size;
+    identity.modifiedNs = Nanoseconds(status.st_mtim);
+    identity.changedNs = Nanoseconds(status.st_ctim);
+    identity.kind = S_ISREG(status.st_mode)   ? FileKind::Regular
+                    : S_ISDIR(status.st_mode) ? FileKind::Folder
+                                              : FileKind::Other;
+}
+
+} // namespace
+
+Files &SystemFiles()
+{
+    static posix::SystemFilesPort files;
+    return files;
+}
+
+namespace posix
+{
+
+int SystemFilesPort::OpenToRead(const std::string &path, FileIdentity &identity)
+{
+    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY;
+    int handle = open(path.c_str(), kFlags | O_NONBLOCK);
+    if (handle < 0 && errno == EWOULDBLOCK) // another program holds a lease and must give it up
+        handle = open(path.c_str(), kFlags);
+    if (handle < 0)
+        return -errno;
+    struct stat status;
+    if (fstat(handle, &status) != 0) {
+        const int reason = errno;
+        close(handle);
+        return -reason;
+    }
+    identity.path = path;
+    Take(status, identity);
+    return handle;
+}
+
+int SystemFilesPort::Identify(const std::string &path, FileIdentity &identity)
+{
+    struct stat status;
+    if (stat(path.c_str(), &status) != 0)
+        return errno;
+    identity.path = path;
+    Take(status, identity);
+    return 0;
+}
+
+std::int64_t SystemFilesPort::ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
+                                     bool mayWait)
+{
+    for (;;) {
+        const iovec part{to, count};
+        const ssize_t got = mayWait ? pread(handle, to, count, offset)
+                                    : preadv2(handle, &part, 1, offset, RWF_NOWAIT);
+        if (got >= 0)
+            return got;
+        if (errno != EINTR)
+            return errno == ENOSYS ? -EOPNOTSUPP : -errno;
+    }
+}
+
+void SystemFilesPort::Close(int handle)
+{
+    close(handle);
+}
+
+std::int64_t SystemFilesPort::StampClockNs()
+{
+    timespec now;
+    clock_gettime(CLOCK_REALTIME, &now);
+    return Nanoseconds(now);
+}
+
+} // namespace posix
+
+} // namespace platform
