@@ -8,14 +8,10 @@
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace catalogue
 {
-
-// The report's name in the program's folder; the misspelling is the name.
-inline constexpr std::string_view kReportName = "Quenlin - MP3s' Intregity Report.qrp";
 
 // The window's controls that a run speaks to, and what it calls up. app/ fills them in; each may be
 // absent. All of them outlive the run.
@@ -46,15 +42,12 @@ const RegenerationSummary &LastRegeneration();
 // already: a folder is regenerated once per run of the program. A call during a run does nothing.
 // The tree is not refreshed.
 // Errors: kPathNotFound when the folder is absent, FileError when it cannot be read or the report
-//         not be written; TV and LV then stay disabled.
+//         not be written; TV and LV are enabled again and PBar is hidden, as after a run.
 void ListRefresh(bool showProgress);
 
 // Whether a run is under way, and the request that it end at the next file: no question is asked
 // then, and the report stays without its closing lines. Without a run it does nothing.
 bool IsRegenerating();
 void StopRegeneration();
-
-// The report's full path.
-std::string ReportPath();
 
 } // namespace catalogue

@@ -167,13 +167,15 @@ class AsNobody
 public:
     AsNobody() : m_was(geteuid())
     {
-        if (m_was == 0)
+        if (m_was == 0) {
             EXPECT_EQ(seteuid(65534), 0);
+        }
     }
     ~AsNobody()
     {
-        if (m_was == 0)
+        if (m_was == 0) {
             EXPECT_EQ(seteuid(m_was), 0);
+        }
     }
     AsNobody(const AsNobody &) = delete;
     AsNobody &operator=(const AsNobody &) = delete;

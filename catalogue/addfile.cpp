@@ -1,0 +1,207 @@
+#include "catalogue/addfile.h"
+
+#include "catalogue/adoclass.h"
+#include "catalogue/rowgroups.h"
+#include "metadata/genres.h"
+#include "metadata/mp3info.h"
+#include "platform/drives.h"
+#include "platform/machine.h"
+#include "runtime/codepage.h"
+#include "runtime/error.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
+#include "shell/globals.h"
+#include "shell/language.h"
+
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace catalogue
+{
+
+namespace
+{
+
+// No path holds this character: nothing is excluded from a search by path.
+constexpr std::string_view kNoExclusion = "·";
+
+// The marker of the statement that carries tag texts, so that a "?" in a tag goes in unharmed. A
+// value that holds this character shifts the later ones.
+constexpr std::string_view kTagMarker = "¹";
+
+std::string InsertStatement(const std::string &path)
+{
+    return "INSERT INTO MP3s\rVALUES (¹, ¹, ¹, ¹, ¹, ¹, ¹, '" + runtime::Replace(path, "'", "''") +
+           "', ¹, 0)";
+}
+
+// One call of AddOrUpdateMP3.
+struct Addition {
+    const std::string &path;
+    std::string &reason;
+    std::int16_t result = kFailed;
+    metadata::ID3v2Tag tag;
+};
+
+// The trap: a run-time failure in `step` makes the result kFailed, and the next step goes on. So a
+// failure ahead of the steps that set the result can still end in kAdded or kUpdated.
+template <class Step>
+void Guarded(Addition &addition, const Step &step)
+{
+    try {
+        step();
+    } catch (const runtime::RuntimeError &) {
+        addition.result = kFailed;
+    }
+}
+
+// The ID3v1 tag in the common form; its genre becomes a number in text form.
+void CopyTag(const metadata::ID3v1Tag &from, metadata::ID3v2Tag &to)
+{
+    using runtime::StripTrailingNulls;
+    to.Artist = StripTrailingNulls(from.Artist);
+    to.Album = StripTrailingNulls(from.Album);
+    to.Comment = StripTrailingNulls(from.Comment);
+    to.Genre = runtime::NumberText(from.Genre);
+    to.Header = StripTrailingNulls(from.Header);
+    to.Title = StripTrailingNulls(from.Title);
+    to.Track = from.Track;
+    to.Year = StripTrailingNulls(from.Year);
+}
+
+// The row is written all the same, with empty values; the lyrics are the only text left alone.
+void BlankTag(Addition &addition)
+{
+    addition.result = kUntagged;
+    addition.reason = "No ID3's tags were found on '" + addition.path + "'\r";
+    metadata::ID3v2Tag &tag = addition.tag;
+    for (std::string *text :
+         {&tag.Title, &tag.Artist, &tag.Album, &tag.Year, &tag.Comment, &tag.Genre, &tag.Header})
+        text->clear();
+    tag.Track = 0;
+}
+
+// Reads the file's tags into the common form. False when it is no readable file: the reason then
+// has the system's words.
+bool ReadTags(Addition &addition)
+{
+    metadata::ID3v1Tag oldTag;
+    metadata::MPEGHeader header;
+    bool hasID3v1 = false;
+    bool hasID3v2 = false;
+    metadata::GetMP3Info(addition.path, oldTag, addition.tag, header, hasID3v1, hasID3v2, false);
+    if (const int failure = metadata::LastReadFailure(); failure != 0) {
+        addition.result = kFailed;
+        addition.reason = runtime::FileError(failure).description + "\r";
+        return false;
+    }
+    if (hasID3v1 && !hasID3v2)
+        CopyTag(oldTag, addition.tag);
+    else if (!hasID3v1 && !hasID3v2)
+        BlankTag(addition);
+    return true;
+}
+
+// The label of the disk that holds the file, so that the user can be asked for it later; empty on a
+// fixed disk.
+std::string DiskLabel(const std::string &path)
+{
+    platform::Drives &drives = *platform::TheMachine().drives;
+    const std::string drive = drives.DriveOf(path);
+    if (drives.TypeOf(drive) == platform::DriveType::Fixed)
+        return {};
+    return drives.LabelOf(drive);
+}
+
+void ShowProgress(std::string_view defaultText, std::string_view key)
+{
+    shell::TheGlobals().lblProgress.SetCaption(
+        shell::GetLanguageText(defaultText, key, "Progress"));
+}
+
+// The seven texts of the tag, with `genre` in its place, as parameters.
+std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &genre)
+{
+    std::vector<Value> values;
+    values.reserve(8);
+    for (const std::string *bytes :
+         {&tag.Title, &tag.Artist, &tag.Album, &tag.Year, &tag.Comment, &genre, &tag.Lyrics})
+        values.emplace_back(runtime::TextOfBytes(*bytes));
+    return values;
+}
+
+void RunStatement(const std::string &statement, StatementKind kind, std::vector<Value> values,
+                  std::string_view marker)
+{
+    DataAccess->ExecuteSQL(statement, kind, Params(std::move(values)), marker);
+}
+
+// The genre goes in by its name.
+void AddRow(Addition &addition)
+{
+    Guarded(addition, [] { ShowProgress("Adding new MP3...", "AddingNewMP3"); });
+    if (addition.result != kUntagged)
+        addition.result = kAdded;
+    std::string label;
+    Guarded(addition, [&] { label = DiskLabel(addition.path); });
+    Guarded(addition, [&] {
+        std::vector<Value> values =
+            TagValues(addition.tag, metadata::GenreName(addition.tag.Genre));
+        values.emplace_back(std::move(label));
+        RunStatement(InsertStatement(addition.path), kDetect, std::move(values), kTagMarker);
+    });
+}
+
+// The genre goes in as it stands in the tag: a number from an ID3v1 tag stays a number. The file's
+// duplicates keep their artist. How `Edit1` went has no influence on the result.
+void UpdateRow(Addition &addition)
+{
+    Guarded(addition, [] { ShowProgress("Updating data...", "UpdatingData"); });
+    addition.result = kUpdated;
+    std::vector<Value> values = TagValues(addition.tag, addition.tag.Genre);
+    values.emplace_back(addition.path);
+    Guarded(addition, [&] { RunStatement("Edit1", kStoredUpdate, values, "?"); });
+    values.erase(values.begin() + 1);
+    Guarded(addition, [&] { RunStatement("Edit2", kStoredUpdate, values, "?"); });
+}
+
+// Whether rows of exactly this path are there. A failure counts as none, but for the caller's look
+// at Succeeded.
+bool IsKnown(const std::string &path)
+{
+    const Outcome outcome =
+        DataAccess->ExecuteSQL("SEL_ByPath", kStoredSelect,
+                               Params(std::vector<Value>{path, std::string(kNoExclusion)}), "?");
+    const RecordsetPtr records = Records(outcome);
+    return records != nullptr && !records->AtEnd();
+}
+
+} // namespace
+
+std::int16_t AddOrUpdateMP3(const std::string &path, std::string &reason)
+{
+    Addition addition{path, reason, kFailed, {}};
+    bool readable = true;
+    Guarded(addition, [&] { readable = ReadTags(addition); });
+    if (!readable)
+        return kFailed;
+
+    const RowStep step;
+    bool known = false;
+    Guarded(addition, [&] { known = IsKnown(path); });
+    // A look-up that failed tells nothing: adding a row would make a second one of a known file.
+    if (DataAccess->Succeeded) {
+        if (known)
+            UpdateRow(addition);
+        else
+            AddRow(addition);
+    }
+    if (!DataAccess->Succeeded) {
+        addition.result = kFailed;
+        reason = DataAccess->ErrorMessage;
+    }
+    return addition.result;
+}
+
+} // namespace catalogue

@@ -1,0 +1,337 @@
+#include "catalogue/regeneration.h"
+
+#include "catalogue/addfile.h"
+#include "catalogue/adoclass.h"
+#include "catalogue/integrityreport.h"
+#include "catalogue/rowgroups.h"
+#include "catalogue/walker.h"
+#include "metadata/mp3info.h"
+#include "platform/clock.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "runtime/error.h"
+#include "runtime/text.h"
+#include "shell/globals.h"
+#include "shell/language.h"
+
+#include <string_view>
+
+namespace catalogue
+{
+
+namespace
+{
+
+struct State {
+    RegenerationControls controls;
+    RegenerationSummary summary;
+    bool running = false;
+    bool stopRequested = false;
+};
+
+State &TheState()
+{
+    static State state;
+    return state;
+}
+
+constexpr std::string_view kMailQuestion =
+    "Some files could not be added. If you think this is a bug, please\r"
+    "send me an email with the reason why it cannot be added (this has\r"
+    "just be pasted into your clipboard.\r\r"
+    "Would you like to send me an email now?";
+
+constexpr std::string_view kReportQuestion =
+    "There were some 'mistakes' while trying to get all the info.\r"
+    " Would you like to see the report now?\r\r"
+    "A file named \"Quenlin - MP3s' Intregity Report.qrp\"\r"
+    "has been saved in this application folder for future reference";
+
+// The folder that the desktop starts the report's viewer in.
+constexpr std::string_view kViewerFolder = "C:\\";
+
+platform::Desktop &TheDesktop()
+{
+    return *platform::TheMachine().desktop;
+}
+
+void SetPanel(std::string_view key, std::string_view text)
+{
+    if (ui::StatusBar *bar = TheState().controls.SB; bar != nullptr)
+        bar->SetText(key, text);
+}
+
+void EnableTVAndLV(bool enabled)
+{
+    if (const auto &enable = TheState().controls.EnableTVAndLV)
+        enable(enabled);
+}
+
+void ShowPBar(bool visible)
+{
+    if (ui::ProgressBar *bar = TheState().controls.PBar; bar != nullptr)
+        bar->SetVisible(visible);
+}
+
+std::string CreationText()
+{
+    platform::Clock &clock = *platform::TheMachine().clock;
+    const platform::LocalTime now = clock.Now();
+    return clock.DateText(now) + " " + clock.TimeText(now);
+}
+
+// One walk over the folder; the counters are wide enough for any collection.
+struct Run {
+    IntegrityReport report;
+    std::int64_t value = 0; // files done
+    std::int64_t maximum = 0;
+};
+
+void SetProgress(const Run &run)
+{
+    if (ui::ProgressBar *bar = TheState().controls.PBar; bar != nullptr)
+        bar->SetValue(run.value);
+}
+
+void ShowCount(const Run &run)
+{
+    SetPanel("Blank", std::to_string(run.value) + "/" + std::to_string(run.maximum));
+}
+
+// Puts `folder` in the boxes; false when it cannot be listed, with the words why in `failure`.
+bool Enter(const std::string &folder, std::string &failure)
+{
+    try {
+        Dirs().SetPath(folder);
+    } catch (const runtime::RuntimeError &error) {
+        failure = folder + ": " + error.description;
+        return false;
+    }
+    return true;
+}
+
+// The number of MP3 files in the sub-folders of the folder in the box. What cannot be listed counts
+// nothing here; ScanFolder tells of it.
+std::int64_t CountFiles()
+{
+    const std::string here = Dirs().Path();
+    std::int64_t count = 0;
+    std::string failure;
+    for (std::int64_t index = 0; !TheState().stopRequested; index++) {
+        const std::string entry = Dirs().List(index);
+        if (entry.empty() || !Enter(entry, failure)) {
+            if (entry.empty())
+                break;
+            continue;
+        }
+        TheDesktop().DoEvents();
+        count += MP3s().ListCount();
+        count += CountFiles();
+        Dirs().SetPath(here);
+    }
+    return count;
+}
+
+// Adds the reason of a file that failed. A file that could not be read has the system's words
+// alone as its reason, so its name goes in front; a failed statement names its file.
+void NoteFailure(const std::string &path, bool readable, const std::string &reason)
+{
+    RegenerationSummary &summary = TheState().summary;
+    summary.failed++;
+    summary.errors += readable ? reason : path + ": " + reason;
+}
+
+// The tags are read for the report here, and once more for the catalogue by AddOrUpdateMP3.
+void ScanFile(Run &run, const std::string &path)
+{
+    metadata::ID3v1Tag oldTag;
+    metadata::ID3v2Tag tag;
+    metadata::MPEGHeader header;
+    bool hasID3v1 = false;
+    bool hasID3v2 = false;
+    metadata::GetMP3Info(path, oldTag, tag, header, hasID3v1, hasID3v2, false);
+    const bool readable = metadata::LastReadFailure() == 0;
+
+    RegenerationSummary &summary = TheState().summary;
+    summary.files++;
+    summary.anyReported |= run.report.LogTagFailure(path, hasID3v1, hasID3v2);
+    std::string reason;
+    if (AddOrUpdateMP3(path, reason) == kFailed)
+        NoteFailure(path, readable, reason);
+}
+
+void ScanFiles(Run &run)
+{
+    const std::string folder = MP3s().Path();
+    for (std::int64_t index = 0; index < MP3s().ListCount(); index++) {
+        const std::string name = MP3s().List(index);
+        SetPanel("Playing", "Adding: " + runtime::Replace(name, " & ", " && "));
+        ShowCount(run);
+        TheDesktop().DoEvents();
+        if (TheState().stopRequested)
+            return;
+        ScanFile(run, JoinPath(folder, name));
+        TheDesktop().DoEvents();
+        run.value++;
+        SetProgress(run);
+    }
+}
+
+// The files of the folder in the boxes, then its sub-folders.
+void ScanFolder(Run &run)
+{
+    const std::string here = Dirs().Path();
+    ScanFiles(run);
+    for (std::int64_t index = 0; !TheState().stopRequested; index++) {
+        const std::string entry = Dirs().List(index);
+        if (entry.empty())
+            break;
+        std::string failure;
+        if (!Enter(entry, failure)) {
+            TheState().summary.errors += failure + "\r";
+            TheState().summary.unreadableFolders.push_back(failure);
+            continue;
+        }
+        ScanFolder(run);
+        Dirs().SetPath(here);
+    }
+    ShowCount(run);
+    TheDesktop().DoEvents();
+}
+
+// The walk, its rows in groups; a group that was lost counts among the errors.
+void ScanAll(Run &run)
+{
+    RowGroups groups;
+    ScanFolder(run);
+    if (const std::string lost = groups.Close(); !lost.empty())
+        TheState().summary.errors += lost + "\r";
+}
+
+void OfferMail(const std::string &errors)
+{
+    TheDesktop().EmptyClipboard();
+    TheDesktop().SetClipboardText(errors);
+    if (TheDesktop().MessageBox(kMailQuestion, platform::Buttons::YesNo) != platform::Answer::Yes)
+        return;
+    if (const auto &mail = TheState().controls.EmailBugReport)
+        mail();
+}
+
+void CloseReport(Run &run)
+{
+    const bool anyReported = TheState().summary.anyReported;
+    run.report.Close(!anyReported, MP3s().Path(), CreationText());
+    if (!anyReported)
+        return;
+    const platform::Answer answer = TheDesktop().MessageBox(
+        kReportQuestion, platform::Buttons::YesNo, "Mistakes", platform::BoxIcon::Exclamation);
+    if (answer == platform::Answer::Yes)
+        TheDesktop().OpenAddress(ReportPath(), std::string(kViewerFolder));
+}
+
+void CountAll(std::int64_t &maximum)
+{
+    SetPanel("Playing", shell::GetLanguageText("Counting MP3s", "CountingMP3s", "Progress"));
+    const std::int64_t inRoot = MP3s().ListCount();
+    maximum = CountFiles() + inRoot;
+    if (ui::ProgressBar *bar = TheState().controls.PBar; bar != nullptr)
+        bar->SetMax(maximum);
+}
+
+void EmptyTable()
+{
+    DataAccess->ExecuteSQL("DELETE FROM MP3s", kDetect);
+}
+
+void Regenerate()
+{
+    const shell::Globals &globals = shell::TheGlobals();
+    Dirs().SetRoot(globals.MP3Directory);
+    if (globals.DeleteBeforeAppend)
+        EmptyTable();
+    if (ui::ProgressBar *bar = TheState().controls.PBar; bar != nullptr)
+        bar->SetValue(0);
+    std::int64_t maximum = 0;
+    CountAll(maximum);
+
+    Run run;
+    run.maximum = maximum;
+    ScanAll(run);
+
+    SetPanel("Blank", "");
+    SetPanel("Playing", "");
+    TheDesktop().DoEvents();
+    if (const auto &empty = TheState().controls.EmptyLV)
+        empty();
+    TheState().summary.stopped = TheState().stopRequested;
+    if (TheState().summary.stopped)
+        return;
+    if (const std::string errors = TheState().summary.errors; !errors.empty())
+        OfferMail(errors);
+    CloseReport(run);
+}
+
+// The marks of a run, taken back at its end however it ends.
+struct RunningMark {
+    RunningMark()
+    {
+        TheState().running = true;
+        TheState().stopRequested = false;
+        TheState().summary = {};
+    }
+    ~RunningMark() { TheState().running = false; }
+    RunningMark(const RunningMark &) = delete;
+    RunningMark &operator=(const RunningMark &) = delete;
+};
+
+} // namespace
+
+RegenerationControls &TheRegenerationControls()
+{
+    return TheState().controls;
+}
+
+const RegenerationSummary &LastRegeneration()
+{
+    return TheState().summary;
+}
+
+bool IsRegenerating()
+{
+    return TheState().running;
+}
+
+void StopRegeneration()
+{
+    TheState().stopRequested = TheState().running;
+}
+
+void ListRefresh(bool showProgress)
+{
+    if (IsRegenerating())
+        return;
+    const RunningMark mark;
+    EnableTVAndLV(false);
+    if (showProgress) {
+        if (const auto &layOver = TheState().controls.LayPBarOverPanel)
+            layOver();
+        ShowPBar(true);
+        TheDesktop().DoEvents();
+    }
+    if (Dirs().Path() == shell::TheGlobals().MP3Directory) {
+        TheState().summary.skipped = true;
+        return;
+    }
+    try {
+        Regenerate();
+    } catch (const runtime::RuntimeError &) {
+        EnableTVAndLV(true);
+        ShowPBar(false);
+        throw;
+    }
+    EnableTVAndLV(true);
+    ShowPBar(false);
+}
+
+} // namespace catalogue

@@ -1,0 +1,139 @@
+#include "shell/batch.h"
+
+#include "catalogue/addfile.h"
+#include "catalogue/lyricsimport.h"
+#include "catalogue/rowgroups.h"
+#include "platform/clock.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "platform/posix/files.h"
+#include "runtime/error.h"
+#include "runtime/text.h"
+#include "shell/apppath.h"
+#include "shell/globals.h"
+#include "shell/language.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace shell
+{
+
+namespace
+{
+
+// The files of one outcome: their lines, and the mark of the plural, which is empty or "s".
+struct Accumulator {
+    std::string lines;
+    std::string plural;
+
+    void Add(const std::string &line)
+    {
+        if (!lines.empty())
+            plural = "s";
+        lines += line;
+    }
+};
+
+struct Outcomes {
+    Accumulator added;
+    Accumulator updated;
+    Accumulator failed;
+};
+
+// A file without tags counts as failed here, though its row is in the catalogue.
+void CatalogueFile(const std::string &element, Outcomes &outcomes)
+{
+    std::string reason;
+    const std::string line = "    " + element + "\r";
+    switch (catalogue::AddOrUpdateMP3(element, reason)) {
+    case catalogue::kAdded:
+        outcomes.added.Add(line);
+        break;
+    case catalogue::kUpdated:
+        outcomes.updated.Add(line);
+        break;
+    default:
+        outcomes.failed.Add(line + "  Reason: " + reason);
+    }
+}
+
+void TakeElement(const std::string &element, Outcomes &outcomes)
+{
+    if (runtime::UpperText(runtime::Right(element, 4)) != ".TXT") {
+        CatalogueFile(element, outcomes);
+        return;
+    }
+    TheGlobals().lblProgress.SetCaption(
+        GetLanguageText("Adding lyrics...", "Addinglyrics", "Progress"));
+    catalogue::AddLyricsFromTXT(element);
+}
+
+// One block of the summary; empty for an empty accumulator. `outcome` follows the verb.
+std::string FormatBlock(const Accumulator &files, std::string_view singular,
+                        std::string_view plural, std::string_view outcome)
+{
+    if (files.lines.empty())
+        return {};
+    const bool one = files.plural.empty();
+    std::string block = one ? "  This MP3" : "  These MP3";
+    block.append(files.plural).append(one ? singular : plural).append(outcome);
+    return block + "\r\r" + files.lines + "\r";
+}
+
+std::string FormatSummary(const Outcomes &outcomes)
+{
+    platform::Clock &clock = *platform::TheMachine().clock;
+    const platform::LocalTime now = clock.Now();
+    std::string summary = "\r" + std::to_string(now.day) + "/" + std::to_string(now.month) + "/" +
+                          std::to_string(now.year) + " " + clock.TimeText(now) + "\r\r";
+    summary += FormatBlock(outcomes.added, " was ", " were ", "added correctly:");
+    summary += FormatBlock(outcomes.updated, " was ", " were ", "updated correctly:");
+    summary += FormatBlock(outcomes.failed, "", "", " couldn't be added/updated:");
+    return summary;
+}
+
+// Appends in one write, so that the summaries of jobs side by side do not mix.
+void AppendSummary(const std::string &summary)
+{
+    const platform::posix::Descriptor file(
+        open(AppFile(kSummaryName).c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666));
+    if (!file)
+        throw runtime::FileError(errno);
+    std::string_view rest = summary;
+    while (!rest.empty()) {
+        const ssize_t written = write(file.Get(), rest.data(), rest.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            throw runtime::FileError(written < 0 ? errno : EIO);
+        rest.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+} // namespace
+
+std::string QuoteArguments(const std::vector<std::string> &paths)
+{
+    std::string arguments;
+    for (const std::string &path : paths)
+        arguments.append(arguments.empty() ? "\"" : " \"").append(path).append("\"");
+    return arguments;
+}
+
+void RunBatch(std::string_view arguments)
+{
+    Outcomes outcomes;
+    catalogue::RowGroups groups;
+    for (const std::string &piece : runtime::Split(arguments, "\" \"")) {
+        const std::string blanked = runtime::Replace(piece, "\"", " ");
+        TakeElement(std::string(runtime::Trim(blanked)), outcomes);
+    }
+    if (const std::string lost = groups.Close(); !lost.empty())
+        platform::TheMachine().desktop->MessageBox(lost);
+    AppendSummary(FormatSummary(outcomes) + "\r\n");
+}
+
+} // namespace shell
