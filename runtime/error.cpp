@@ -35,6 +35,10 @@ std::string DescribeError(int number)
         return "Path not found";
     case kNonModalOverModal:
         return "Can't show non-modal form when modal form is displayed";
+    case kMemberNotFound:
+        return "Object doesn't support this property or method";
+    case kDuplicateKey:
+        return "This key is already associated with an element of this collection";
     default:
         return "Application-defined or object-defined error";
     }

@@ -22,6 +22,8 @@ enum ErrorNumber : int {
     kPathFileAccess = 75,
     kPathNotFound = 76,
     kNonModalOverModal = 401,
+    kMemberNotFound = 438,
+    kDuplicateKey = 457,
 };
 
 // The runtime's English words for `number`; "Application-defined or object-defined error" for a

@@ -1,7 +1,7 @@
-// ui/controls/label.h - a line of text that logic writes and a window shows.
+// ui/controls/label.h - text that logic writes and a window shows.
 #pragma once
 
-#include "ui/controls/hook.h"
+#include "ui/controls/area.h"
 
 #include <string>
 #include <string_view>
@@ -9,29 +9,42 @@
 namespace ui
 {
 
-class Label
+class Label : public Area
 {
 public:
+    Label() = default;
+    explicit Label(std::string_view caption, Rect place = {}, bool visible = true)
+        : Area(place, visible), m_caption(caption)
+    {
+    }
+
     // The text, UTF-8, with the system's own marks ("&&" for an ampersand).
     const std::string &Caption() const { return m_caption; }
     void SetCaption(std::string_view caption)
     {
         m_caption = caption;
+        if (captionChanged)
+            captionChanged();
+        FitHeight();
         Notify(changed);
     }
 
-    bool Visible() const { return m_visible; }
-    void SetVisible(bool visible)
+    // With `measureHeight` set the label grows with its text: its height follows caption and width.
+    void FitHeight()
     {
-        m_visible = visible;
-        Notify(changed);
+        if (measureHeight)
+            SetHeight(measureHeight(*this));
     }
 
-    ChangeHook changed;
+    // The Change event of logic; it runs before the widget hears of the caption, and may change it.
+    std::function<void()> captionChanged;
+
+    // The height in twips that the caption takes, wrapped at Width(). Set by the window (or a
+    // test) for the labels that grow; empty for those of a fixed height.
+    std::function<int(const Label &)> measureHeight;
 
 private:
     std::string m_caption;
-    bool m_visible = true;
 };
 
 } // namespace ui

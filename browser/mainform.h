@@ -1,0 +1,181 @@
+// browser/mainform.h - frmMain without its window: its controls and fields, and what load, size
+// changes, keys, popup and unload do with them. The window binds its widgets to the controls.
+#pragma once
+
+#include "browser/commands.h"
+#include "browser/layout.h"
+#include "browser/panelform.h"
+#include "ui/cLogo.h"
+#include "ui/controls/command.h"
+#include "ui/controls/keyedtree.h"
+#include "ui/controls/progressbar.h"
+#include "ui/controls/statusbar.h"
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace browser
+{
+
+// What the window and the later subsystems do for the form. app/ and the window fill them in; an
+// empty one does nothing.
+struct MainFormCalls {
+    std::function<int(std::string_view)> textWidth; // twips, in the form's font
+    std::function<void()> placed;                   // a layout has set the places: show them
+    std::function<ui::Rect()> screen;               // the usable screen, twips
+    std::function<void()> showWindow;
+    std::function<void(int left, int top)> showPopup; // twips relative to the window
+    std::function<ui::Rect()> cursor;                 // pointer on the screen, in twips: left, top
+    std::function<void(std::string_view path, ui::KeyedList &)> playMP3File;
+    std::function<void(std::string_view name)> listPlayList; // shows a play list's entries in LV
+    std::function<void(bool showProgress)> listRefresh;
+    std::function<void()> stopRegeneration; // ends a running walk at its next file
+    std::function<void()> showAbout;
+    std::function<void()> showTips;
+    std::function<void()> tmrAutoCheckVersion; // the handler; none until it is built
+    std::function<void()> writePlaylist;       // the handler of tmrRefreshList
+    std::function<void()> raisePanel; // list to the back, panel and scroll bar to the front
+    std::function<void()> unloadForms;
+    std::function<void()> endProgram;
+};
+
+// One entry of the popup as built.
+struct PopupEntry {
+    std::string caption; // title lines begin with "-"
+    std::string key;
+    std::string image;
+    bool enabled = true;
+};
+
+struct MainForm : PanelForm {
+    MainForm();
+    MainForm(const MainForm &) = delete;
+    MainForm &operator=(const MainForm &) = delete;
+
+    // --- The window itself, kept up to date by it. Twips; see kFrameHeight in layout.h.
+    ui::Rect window{45, 465, 12000, 7350};
+    int scaleWidth = 12000 - kFrameWidth;
+    bool minimised = false;
+    bool visible = false;
+    std::string caption;
+
+    // --- Controls.
+    ui::Area TB{{0, 0, 12000, 540}};
+    ui::Area TBAddress{{30, 0, 12000, kDesignAddressHeight}};
+    ui::Label lblAddress{"Address", {120, 120, 700, 255}};
+    ui::Label WEPath{"", {1020, 120, 9000, 255}};
+    ui::KeyedTree TV;
+    ui::Area Separator{{3000, 0, kSeparatorPixels *ui::kTwipsPerPixel, 3000}};
+    ui::KeyedList LV;
+    ui::StatusBar SB;
+    ui::Area statusBarArea{{0, 0, 12000, 345}};
+    ui::ProgressBar PBar;
+    ui::Area pbarArea;
+    ui::Area picSideBar{{0, 0, 360, 3000}}; // the popup's strip
+    ui::Timer tmrRefreshList{30000, true};
+    ui::Timer tmr_Playing{250};
+    ui::Timer tmrAutoCheckVersion{60000};
+    ui::Timer tmrClearAutoCheck{45000};
+
+    // Menus, their entries and the toolbar's buttons. Of an entry the name is the key; the language
+    // entries are "submnuLng" with an index behind it ("submnuLng(0)").
+    std::deque<ui::Command> menu;
+    std::deque<ui::Command> buttons;
+    ui::Command *FindMenu(std::string_view name);                       // null when there is none
+    ui::Command *FindButton(std::string_view name);                     // null when there is none
+    std::vector<std::string> languages;                                 // captions of submnuLng
+    std::map<std::string, std::function<void()>, std::less<>> handlers; // "submnuExit_Click"
+    std::set<std::string, std::less<>> notBuilt;                        // from CommandsNotBuilt()
+
+    std::vector<PopupEntry> cp; // stored under the name "Pop"
+    std::unique_ptr<ui::cLogo> logo;
+
+    // --- Fields.
+    bool TreeJustCollapsed = false;
+    bool TreeJustExpanded = false;
+    bool SeparatorDragging = false;
+    bool PopupFromSearch = false;
+    bool progressBarLaid = false; // the bar moves into the status bar once a run
+    bool listHooked = false;
+
+    // The rows that ItemClick showed last: of which click, for which key, in which filling.
+    struct Shown {
+        std::uint64_t gesture = 0;
+        std::string key;
+        std::uint64_t filling = 0;
+    } shown;
+
+    MainFormCalls calls;
+};
+
+// The one main window; created by the first touch, put back to a fresh one by ResetMainForm.
+MainForm &frmMain();
+void ResetMainForm();
+
+// Form_Load. Reads the language file; the panel starts empty, the file commands disabled.
+void LoadMainForm(MainForm &form);
+
+// ReDrawForm: lays out all children, yields once, saves the settings of a complete layout.
+void ReDrawForm(MainForm &form);
+
+// Form_Resize: the layout, then the panel's text wrapped again.
+void ResizeMainForm(MainForm &form);
+
+// A drag of the splitter: press, move (mouse position within the splitter, twips), release.
+void Separator_MouseDown(MainForm &form);
+void Separator_MouseMove(MainForm &form, double mouseX);
+void Separator_MouseUp(MainForm &form);
+
+// A click on a menu entry or a toolbar button: runs the handler `name` + "_Click", found without
+// regard to case. Errors: kMemberNotFound when there is none; that of the handler. A command that
+// is disabled or not built does nothing.
+void RunCommand(MainForm &form, std::string_view name);
+
+// Form_KeyDown. True when the key was taken (its code becomes 0). Key codes are ASCII for digits.
+bool Form_KeyDown(MainForm &form, int keyCode, bool alt);
+
+// Enables the four file commands and their buttons; what is not built stays disabled.
+void SetFileCommandsEnabled(MainForm &form, bool enabled);
+bool IsBuilt(const MainForm &form, std::string_view name);
+
+// The entries of the language menu: the names of the .qlt files, in the folder's order. With none
+// the separator `hyLang` and the first entry are hidden.
+void BuildLanguageMenu(MainForm &form, const std::vector<std::string> &fileNames);
+
+// The popup. LV_MouseDown: `button` 2 is the right one; `hit` the row under the pointer or kNoRow.
+void LV_MouseDown(MainForm &form, int button, ui::RowId hit);
+void ShowPop(MainForm &form);
+// A click on the popup's entry with this key. What is not built does nothing.
+void ClickPopup(MainForm &form, std::string_view key);
+// Sizes and redraws the strip for entries of these heights in pixels.
+void LogoDraw(MainForm &form, const std::vector<int> &entryHeights);
+
+// The list's own window procedure: puts the panel in front on 0x20A (wheel) and 0x115 (scroll).
+void HookList(MainForm &form);
+void UnhookList(MainForm &form);
+void ListMessage(MainForm &form, int message);
+
+// Lays the progress bar over the status bar panel `panelKey`, `margin` twips inside it; its place
+// is found once a run. Hides it.
+void ShowProgressBar(MainForm &form, std::string_view panelKey = "PlayingStatus", int margin = 40);
+void HideProgressBar(MainForm &form);
+
+// The steps of start-up that concern the window: WebStyle's check mark and the empty address; tree
+// and list made visible and the window sized around them.
+void ApplyPreferences(MainForm &form);
+void ShowTreeAndList(MainForm &form);
+
+// The splash's end: icon, folder name "Quenlin", the stored place (fitted to the screen), the
+// player's timer, the window, the tips, the layout.
+void ShowMainForm(MainForm &form);
+
+// Form_Unload, in its order; ends the program through the calls.
+void UnloadMainForm(MainForm &form);
+
+} // namespace browser

@@ -1,0 +1,160 @@
+// ui/controls/keyedlist.h - a list of rows in columns: columns by key, rows by key, sub-items by
+// number or by key, sorting, multiple selection. Texts (UTF-8) lie in one block.
+#pragma once
+
+#include "ui/controls/area.h"
+#include "ui/controls/keyindex.h"
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ui
+{
+
+// A row's number, from 0 in the order of adding; sorting leaves it as it is. It holds until the
+// rows are cleared or one is removed.
+using RowId = std::int32_t;
+inline constexpr RowId kNoRow = -1;
+
+struct ListColumn {
+    std::string key;
+    std::string caption;
+    int widthTwips = 0;
+    int position = 0; // from 1, left to right
+};
+
+// What the window has to look at again.
+enum class ListChange { Columns, Order, Selection };
+
+class KeyedList : public Area
+{
+public:
+    // --- Columns. Column c (from 1) shows a row's main text for c = 1, else sub-item c - 1, also
+    // after it moved to another position.
+    void ClearColumns();
+    // Errors: kDuplicateKey when the key is taken.
+    void AddColumn(std::string_view key, std::string_view caption, int widthTwips);
+    const std::vector<ListColumn> &Columns() const { return m_columns; }
+    // Errors of both: kSubscriptOutOfRange for an unknown key.
+    void SetColumnWidth(std::string_view key, int widthTwips);
+    void SetColumnPosition(std::string_view key, int position); // the others close up
+
+    // --- Rows.
+    void ClearRows(); // with them go the keys of the sub-items and the selection
+    // Names sub-items 1, 2, ... of every row.
+    void SetSubItemKeys(std::vector<std::string> keys) { m_subItemKeys = std::move(keys); }
+    // Adds a row. Errors: kDuplicateKey when the key is taken.
+    RowId AddRow(std::string_view key, std::string_view text, std::string_view image,
+                 std::span<const std::string_view> subItems);
+    // Errors: kSubscriptOutOfRange when absent.
+    void RemoveRow(RowId row);
+    RowId Count() const { return static_cast<RowId>(m_rows.size()); }
+    RowId Find(std::string_view key) const; // kNoRow when absent
+
+    // Of one row. Views hold until the next change of the rows.
+    // Errors: kSubscriptOutOfRange for an unknown row or sub-item key.
+    std::string_view Key(RowId row) const { return Cell(row, 0); }
+    std::string_view Text(RowId row) const { return Cell(row, 1); }
+    std::string_view Image(RowId row) const { return m_images[At(row).image]; }
+    int SubItemCount(RowId row) const { return static_cast<int>(At(row).cells) - 2; }
+    std::string_view SubItem(RowId row, std::string_view key) const;
+    // By number, from 1; empty when the row has fewer.
+    std::string_view SubItemAt(RowId row, int number) const;
+    void SetSubItem(RowId row, std::string_view key, std::string_view text);
+
+    // Counts the clearings, so that one who yielded sees that the rows are no longer his.
+    std::uint64_t Filling() const { return m_filling; }
+
+    // --- Order. The rows always stand sorted by sub-item `SortKey()` (0 = main text); equal rows
+    // keep the order of adding. Texts compare without regard to case, accented letters beside
+    // their plain ones, numbers as the texts they are.
+    int SortKey() const { return m_sortKey; }
+    bool Descending() const { return m_descending; }
+    void SetSort(int sortKey, bool descending);
+    RowId RowAt(int displayIndex) const { return m_order[static_cast<std::size_t>(displayIndex)]; }
+    int DisplayIndex(RowId row) const;
+
+    // --- Selection. `SelectedItem` is the row with the focus; other rows may be selected too.
+    RowId SelectedItem() const { return m_focus; }
+    bool IsSelected(RowId row) const { return At(row).selected; }
+    int SelectedCount() const { return m_selectedCount; }
+    void SetSelected(RowId row, bool selected); // selecting gives the row the focus
+    void DeselectAll();
+    void SelectOnly(RowId row);
+    // What the window's selection has become, `focus` among it or kNoRow.
+    void SetSelection(std::span<const RowId> selected, RowId focus);
+
+    // From the first Begin to the last End the window shows the rows as they were and asks for
+    // nothing; sorting waits for the end (ListUpdate calls these).
+    void BeginUpdate();
+    void EndUpdate();
+    bool Updating() const { return m_updating > 0; }
+
+    // A line that the window shows in place of rows while there is none; empty for none.
+    const std::string &Hint() const { return m_hint; }
+    void SetHint(std::string_view hint) { Assign(m_hint, std::string(hint)); }
+
+    // The events of logic. A column is numbered from 1.
+    std::function<void()> onClick, onDblClick, onItemClick;
+    std::function<void(int column)> onColumnClick;
+
+    // The widget's: rows are about to change, have changed (all numbers are new), or less.
+    std::function<void()> rowsAboutToChange, rowsChanged;
+    std::function<void(ListChange)> listChanged;
+
+private:
+    struct Row {
+        std::uint32_t firstCell; // in m_cells: key, main text, sub-items
+        std::uint32_t cells;
+        std::uint8_t image;
+        bool selected;
+    };
+    struct Piece {
+        std::uint64_t at; // offset in m_block
+        std::uint32_t length;
+    };
+
+    const Row &At(RowId row) const;
+    std::string_view Cell(RowId row, std::uint32_t number) const;
+    void AppendCell(std::string_view text);
+    std::uint8_t ImageNumber(std::string_view key);
+    ListColumn &ColumnByKey(std::string_view key);
+    int SubItemNumber(std::string_view key) const;
+    void Sort();
+    void Tell(ListChange change);
+
+    std::vector<ListColumn> m_columns;
+    std::vector<std::string> m_subItemKeys;
+    std::string m_block;
+    std::vector<Piece> m_cells;
+    std::vector<Row> m_rows;
+    std::vector<RowId> m_order;
+    std::vector<std::string> m_images{std::string()};
+    KeyIndex m_index;
+    std::string m_hint;
+    RowId m_focus = kNoRow;
+    int m_selectedCount = 0;
+    int m_sortKey = 0;
+    bool m_descending = false;
+    int m_updating = 0;
+    std::uint64_t m_filling = 0;
+};
+
+// Holds a list in update for as long as it lives.
+class ListUpdate
+{
+public:
+    explicit ListUpdate(KeyedList &list) : m_list(list) { m_list.BeginUpdate(); }
+    ~ListUpdate() { m_list.EndUpdate(); }
+    ListUpdate(const ListUpdate &) = delete;
+    ListUpdate &operator=(const ListUpdate &) = delete;
+
+private:
+    KeyedList &m_list;
+};
+
+} // namespace ui

@@ -1,0 +1,55 @@
+// ui/controls/scrollbar.h - a scroll bar's value and its range from 0 to Max().
+#pragma once
+
+#include "ui/controls/area.h"
+
+#include <algorithm>
+
+namespace ui
+{
+
+class ScrollBar : public Area
+{
+public:
+    using Area::Area;
+
+    // The largest Max() that the bar can show.
+    static constexpr int kLargestMax = 32767;
+
+    int Value() const { return m_value; }
+    int Max() const { return m_max; }
+    int LargeChange() const { return m_largeChange; } // the step of a click beside the thumb
+    int SmallChange() const { return m_smallChange; } // the step of an arrow; a 0 steps like a 1
+
+    // The value is held between 0 and Max(). Raises `valueChanged` when it differs.
+    void SetValue(int value)
+    {
+        const int held = std::clamp(value, 0, m_max);
+        if (held == m_value)
+            return;
+        m_value = held;
+        if (valueChanged)
+            valueChanged();
+        Notify(changed);
+    }
+
+    // A value above the new maximum comes down to it.
+    void SetMax(int max)
+    {
+        Assign(m_max, std::clamp(max, 0, kLargestMax));
+        SetValue(m_value);
+    }
+
+    void SetLargeChange(int step) { Assign(m_largeChange, step); }
+    void SetSmallChange(int step) { Assign(m_smallChange, step); }
+
+    std::function<void()> valueChanged; // the Change event of logic
+
+private:
+    int m_value = 0;
+    int m_max = 0;
+    int m_largeChange = 1;
+    int m_smallChange = 1;
+};
+
+} // namespace ui
