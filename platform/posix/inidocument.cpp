@@ -1,0 +1,195 @@
+#include "platform/posix/inidocument.h"
+
+#include "runtime/text.h"
+
+#include <algorithm>
+
+namespace platform::posix
+{
+
+namespace
+{
+
+constexpr std::string_view kHexDigits = "0123456789abcdef";
+
+bool IsControl(char c)
+{
+    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+}
+
+std::string Quoted(std::string_view text)
+{
+    std::string result = "\"";
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '\\' || c == '"')
+            result.append({'\\', c});
+        else if (c == '\n')
+            result.append("\\n");
+        else if (c == '\r')
+            result.append("\\r");
+        else if (IsControl(c))
+            result.append({'\\', 'x', kHexDigits[byte >> 4], kHexDigits[byte & 15]});
+        else
+            result.push_back(c);
+    }
+    return result + '"';
+}
+
+// `text` as it may stand in the file: plain where that brings it back, else quoted. `special`: the
+// characters that end a name of this place, or begin something else there.
+std::string Written(std::string_view text, std::string_view special)
+{
+    const bool plain = runtime::Trim(text) == text && !text.starts_with('"') &&
+                       std::ranges::none_of(text, IsControl) &&
+                       text.find_first_of(special) == std::string_view::npos;
+    return plain ? std::string(text) : Quoted(text);
+}
+
+std::string WrittenName(std::string_view section)
+{
+    return section.empty() ? "\"\"" : Written(section, "]");
+}
+
+std::string WrittenKey(std::string_view key)
+{
+    return key.empty() ? "\"\"" : Written(key, "=;#[");
+}
+
+int HexValue(char c)
+{
+    const auto at = kHexDigits.find(c);
+    return at == std::string_view::npos ? 0 : static_cast<int>(at);
+}
+
+// Takes a quoted text off the front of `line`, which begins with its quotation mark. A missing end
+// mark is taken as standing at the end of the line.
+std::string TakeQuoted(std::string_view &line)
+{
+    std::string result;
+    std::size_t at = 1;
+    for (; at < line.size() && line[at] != '"'; ++at) {
+        if (line[at] != '\\' || at + 1 >= line.size()) {
+            result.push_back(line[at]);
+            continue;
+        }
+        const char kind = line[++at];
+        if (kind == 'x' && at + 2 < line.size()) {
+            result.push_back(
+                static_cast<char>(HexValue(line[at + 1]) * 16 + HexValue(line[at + 2])));
+            at += 2;
+        } else {
+            result.push_back(kind == 'n' ? '\n' : kind == 'r' ? '\r' : kind);
+        }
+    }
+    line.remove_prefix(std::min(line.size(), at + 1));
+    return result;
+}
+
+// Takes a name, quoted or plain, off the front of `line`, up to and with the character `end`.
+// Nothing when `end` does not follow.
+std::optional<std::string> TakeName(std::string_view &line, char end)
+{
+    std::optional<std::string> name;
+    if (line.starts_with('"'))
+        name = TakeQuoted(line);
+    const auto at = line.find(end);
+    if (at == std::string_view::npos)
+        return std::nullopt;
+    if (!name)
+        name = runtime::Trim(line.substr(0, at));
+    line.remove_prefix(at + 1);
+    return name;
+}
+
+std::string ReadValue(std::string_view rest)
+{
+    rest = runtime::Trim(rest);
+    return rest.starts_with('"') ? TakeQuoted(rest) : std::string(rest);
+}
+
+} // namespace
+
+IniDocument::IniDocument(std::string_view text)
+{
+    std::string section;
+    while (!text.empty()) {
+        const auto end = text.find('\n');
+        std::string_view rest = text.substr(0, end);
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+        if (rest.ends_with('\r'))
+            rest.remove_suffix(1);
+        Line line{std::string(rest), section, false, {}, {}};
+        rest = runtime::Trim(rest);
+        if (rest.starts_with('[')) {
+            rest.remove_prefix(1);
+            section = TakeName(rest, ']').value_or(section);
+            line.section = section;
+        } else if (!rest.starts_with(';') && !rest.starts_with('#')) {
+            if (auto key = TakeName(rest, '=')) {
+                line.entry = true;
+                line.key = *std::move(key);
+                line.value = ReadValue(rest);
+            }
+        }
+        m_lines.push_back(std::move(line));
+    }
+}
+
+std::size_t IniDocument::FindIndex(std::string_view section, std::string_view key) const
+{
+    const auto found = std::ranges::find_if(m_lines, [&](const Line &line) {
+        return line.entry && runtime::EqualAscii(line.section, section) &&
+               runtime::EqualAscii(line.key, key);
+    });
+    return static_cast<std::size_t>(found - m_lines.begin());
+}
+
+std::optional<std::string> IniDocument::Find(std::string_view section, std::string_view key) const
+{
+    const std::size_t index = FindIndex(section, key);
+    if (index == m_lines.size())
+        return std::nullopt;
+    return m_lines[index].value;
+}
+
+void IniDocument::Set(std::string_view section, std::string_view key, std::string_view value)
+{
+    Line line{WrittenKey(key) + "=" + Written(value, ""), std::string(section), true,
+              std::string(key), std::string(value)};
+    const std::size_t index = FindIndex(section, key);
+    if (index < m_lines.size()) {
+        line.section = m_lines[index].section;
+        m_lines[index] = std::move(line);
+        return;
+    }
+    std::size_t at = m_lines.size();
+    while (at > 0 &&
+           (m_lines[at - 1].raw.empty() || !runtime::EqualAscii(m_lines[at - 1].section, section)))
+        --at; // behind the section's last line that is not empty
+    if (at == 0 && !section.empty()) {
+        m_lines.push_back({std::string("[").append(WrittenName(section)).append("]"),
+                           std::string(section),
+                           false,
+                           {},
+                           {}});
+        at = m_lines.size();
+    }
+    m_lines.insert(m_lines.begin() + static_cast<std::ptrdiff_t>(at), std::move(line));
+}
+
+void IniDocument::Remove(std::string_view section, std::string_view key)
+{
+    for (std::size_t index; (index = FindIndex(section, key)) < m_lines.size();)
+        m_lines.erase(m_lines.begin() + static_cast<std::ptrdiff_t>(index));
+}
+
+std::string IniDocument::Text() const
+{
+    std::string text;
+    for (const Line &line : m_lines)
+        text.append(line.raw).push_back('\n');
+    return text;
+}
+
+} // namespace platform::posix

@@ -1,0 +1,50 @@
+// platform/posix/inidocument.h - the text of the settings file, line by line: any section, key and
+// value in any bytes come back as they went in; lines that are not ours stay as they are. No state.
+//
+// A name, a key or a value that the plain form would not bring back (blanks at its ends, control
+// characters, a character that means something there) stands in quotation marks, with \\, \", \n,
+// \r and \xHH inside.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace platform::posix
+{
+
+class IniDocument
+{
+public:
+    explicit IniDocument(std::string_view text);
+
+    // The value of the first entry of that key; names and keys compare without regard to the case
+    // of ASCII letters. Nothing when there is none.
+    [[nodiscard]] std::optional<std::string> Find(std::string_view section,
+                                                  std::string_view key) const;
+
+    // Sets the first entry of that key, or adds one at the end of the section, or the section at
+    // the end of the text.
+    void Set(std::string_view section, std::string_view key, std::string_view value);
+
+    // Removes every entry of that key.
+    void Remove(std::string_view section, std::string_view key);
+
+    // The whole text; each line ends in LF.
+    [[nodiscard]] std::string Text() const;
+
+private:
+    struct Line {
+        std::string raw;     // without its end
+        std::string section; // the section in which it stands
+        bool entry = false;  // "key=value"; else a head, a comment, or anything else
+        std::string key, value;
+    };
+
+    [[nodiscard]] std::size_t FindIndex(std::string_view section, std::string_view key) const;
+
+    std::vector<Line> m_lines;
+};
+
+} // namespace platform::posix

@@ -1,0 +1,55 @@
+// platform/posix/inisettings.h - the settings store as INI files: TITLE/settings.ini under the
+// user's folder for configurations.
+#pragma once
+
+#include "platform/posix/inidocument.h"
+#include "platform/settingsstore.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace platform::posix
+{
+
+// Reads see the file as it stands now and this process's own writes over it. Writes are held back
+// until Flush, which takes the lock file beside the file, reads the file again, changes the keys
+// that this process wrote and no others, and renames the new file over the old one: a reader never
+// sees half a file, and processes keep each other's keys. The file is not flushed to the disk.
+//
+// A file that is there and cannot be read is never replaced: what was written then lasts for this
+// run only. A title must be usable as the name of a folder.
+class IniSettings : public SettingsStore
+{
+public:
+    // `configHome`: the folder of all programs' configurations; need not exist.
+    explicit IniSettings(std::string configHome);
+    ~IniSettings() override; // flushes
+
+    std::string Read(std::string_view title, std::string_view section, std::string_view key,
+                     std::string_view defaultText) override;
+    void Write(std::string_view title, std::string_view section, std::string_view key,
+               std::string_view text) override;
+    void Delete(std::string_view title, std::string_view section, std::string_view key) override;
+    void Flush() override;
+
+    // Called when the first write since a Flush is held back, so that an event loop can have Flush
+    // run at the end of its turn. Empty when nobody has one.
+    std::function<void()> onHeldBack;
+
+private:
+    struct File; // one title's file: its last known text, and the writes held back
+
+    File &FileOf(std::string_view title);
+    std::optional<std::string> Current(std::string_view title, std::string_view section,
+                                       std::string_view key);
+    void HoldBack(std::string_view title, std::string_view section, std::string_view key,
+                  std::optional<std::string> text);
+
+    std::string m_configHome;
+    std::map<std::string, std::unique_ptr<File>, std::less<>> m_files; // by title
+};
+
+} // namespace platform::posix

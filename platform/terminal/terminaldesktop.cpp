@@ -1,0 +1,155 @@
+#include "platform/terminal/terminaldesktop.h"
+
+#include "platform/endrequest.h"
+#include "platform/posix/spawn.h"
+#include "runtime/text.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+
+namespace platform::terminal
+{
+
+namespace
+{
+
+constexpr std::string_view kApplicationTitle = "Quenlin";
+
+bool PersonIsThere()
+{
+    return isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
+}
+
+// `text` with line breaks of the terminal's kind and "?" for the other control characters.
+std::string Printable(std::string_view text)
+{
+    std::string result;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const auto byte = static_cast<unsigned char>(text[at]);
+        const auto next = at + 1 < text.size() ? static_cast<unsigned char>(text[at + 1]) : 0;
+        if (byte == '\r') {
+            if (next != '\n')
+                result.push_back('\n');
+        } else if (byte == 0xC2 && next >= 0x80 && next < 0xA0) { // the control characters of C1
+            result.push_back('?');
+            ++at;
+        } else {
+            result.push_back((byte < 0x20 && byte != '\n' && byte != '\t') || byte == 0x7F
+                                 ? '?'
+                                 : static_cast<char>(byte));
+        }
+    }
+    return result;
+}
+
+void Print(const std::string &text)
+{
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fflush(stderr);
+}
+
+void PrintBox(std::string_view title, std::string_view text, BoxIcon icon)
+{
+    Print((icon == BoxIcon::Exclamation ? "(!) " : "") +
+          Printable(title.empty() ? kApplicationTitle : title) + ": " + Printable(text) + "\n");
+}
+
+// One line from standard input without its end; nothing at the end of the input.
+std::optional<std::string> ReadLine()
+{
+    std::string line;
+    for (char c = 0;;) {
+        const ssize_t got = read(STDIN_FILENO, &c, 1);
+        if (got < 0 && errno == EINTR) {
+            CheckEndRequest();
+            continue;
+        }
+        if (got <= 0)
+            return line.empty() ? std::nullopt : std::optional(line);
+        if (c == '\n')
+            return line;
+        line.push_back(c);
+    }
+}
+
+} // namespace
+
+Answer TerminalDesktop::MessageBox(std::string_view text, Buttons buttons, std::string_view title,
+                                   BoxIcon icon)
+{
+    PrintBox(title, text, icon);
+    const bool question = buttons == Buttons::YesNo;
+    if (!PersonIsThere())
+        return question ? Answer::No : Answer::Ok;
+    Print(question ? "[y/N] " : "[Enter] ");
+    const std::string line = runtime::UpperAscii(runtime::Trim(ReadLine().value_or("")));
+    if (!question)
+        return Answer::Ok;
+    return line == "Y" || line == "YES" ? Answer::Yes : Answer::No;
+}
+
+std::optional<std::string> TerminalDesktop::InputBox(std::string_view prompt,
+                                                     std::string_view title,
+                                                     std::string_view initialText)
+{
+    PrintBox(title, prompt, BoxIcon::None);
+    if (!PersonIsThere())
+        return std::nullopt;
+    if (!initialText.empty())
+        Print(std::string("[").append(Printable(initialText)).append("] "));
+    Print("> ");
+    auto line = ReadLine();
+    if (line && line->empty())
+        line = initialText;
+    return line;
+}
+
+std::optional<std::string> TerminalDesktop::OpenDialog(std::string_view title,
+                                                       const std::vector<FileFilter> &,
+                                                       const std::string &folder)
+{
+    PrintBox(title, folder, BoxIcon::None);
+    if (!PersonIsThere())
+        return std::nullopt;
+    for (;;) {
+        Print("> ");
+        auto path = ReadLine();
+        if (!path || path->empty())
+            return std::nullopt;
+        if (path->front() != '/')
+            path->insert(0, folder + "/");
+        struct stat status {
+        };
+        if (stat(path->c_str(), &status) == 0 && !S_ISDIR(status.st_mode))
+            return path;
+        Print("There is no such file.\n");
+    }
+}
+
+void TerminalDesktop::EmptyClipboard() {}
+
+void TerminalDesktop::SetClipboardText(std::string_view text)
+{
+    Print(Printable(text) + "\n");
+}
+
+bool TerminalDesktop::OpenAddress(const std::string &address, const std::string &workingFolder)
+{
+    Print(Printable(address) + "\n");
+    const bool display =
+        std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr;
+    return display && posix::StartDetached({"xdg-open", address}, workingFolder);
+}
+
+void TerminalDesktop::SetPointer(Pointer) {}
+
+void TerminalDesktop::DoEvents()
+{
+    CheckEndRequest();
+}
+
+} // namespace platform::terminal

@@ -1,0 +1,43 @@
+// platform/terminal/terminaldesktop.h - the desktop where there are no windows: boxes as text on
+// standard error, answers from standard input when a person sits there.
+#pragma once
+
+#include "platform/desktop.h"
+
+namespace platform::terminal
+{
+
+// A person is asked when standard input and standard error are both terminals. Otherwise a box is
+// printed and goes on by itself: No for YesNo, nothing for questions. Control characters of the
+// texts (of a file's name, say) never reach the terminal.
+class TerminalDesktop : public Desktop
+{
+public:
+    Answer MessageBox(std::string_view text, Buttons buttons = Buttons::Ok,
+                      std::string_view title = {}, BoxIcon icon = BoxIcon::None) override;
+
+    // An empty line takes `initialText`; the end of the input cancels.
+    std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,
+                                        std::string_view initialText) override;
+
+    // Asks for the path of an existing file; an empty line cancels. A path that is not absolute
+    // starts at `folder`.
+    std::optional<std::string> OpenDialog(std::string_view title,
+                                          const std::vector<FileFilter> &filters,
+                                          const std::string &folder) override;
+
+    void EmptyClipboard() override;
+
+    // A terminal has no clipboard: the text is printed, so that it is not lost.
+    void SetClipboardText(std::string_view text) override;
+
+    // Prints the address, and starts the desktop's opener (xdg-open) where a display is known.
+    bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
+
+    void SetPointer(Pointer pointer) override;
+
+    // Throws EndRequested when a signal asked for the end (platform/endrequest.h).
+    void DoEvents() override;
+};
+
+} // namespace platform::terminal

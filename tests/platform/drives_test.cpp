@@ -1,0 +1,135 @@
+#include "platform/posix/mountdrives.h"
+#include "tests/support/testfolder.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using platform::DriveType;
+using platform::posix::MountDrives;
+using platform::posix::ParseMounts;
+
+TEST(ParseMounts, Table)
+{
+    const auto mounts = ParseMounts(
+        "36 35 98:0 /mnt1 /mnt\\0402 rw,noatime master:1 - ext3 /dev/root rw,errors=continue\n"
+        "37 35 0:31 / /media/a\\134b rw - nfs4 server:/a\\040b rw\n"
+        "damaged line\n"
+        "1 2 3 4 5 - x\n"
+        "\n"
+        "38 35 8:1 / /x rw shared:1 master:2 - ext4 /dev/sda1 rw");
+    ASSERT_EQ(mounts.size(), 3u);
+    EXPECT_EQ(mounts[0].device, "98:0");
+    EXPECT_EQ(mounts[0].point, "/mnt 2");
+    EXPECT_EQ(mounts[0].type, "ext3");
+    EXPECT_EQ(mounts[0].source, "/dev/root");
+    EXPECT_EQ(mounts[1].point, "/media/a\\b");
+    EXPECT_EQ(mounts[1].source, "server:/a b");
+    EXPECT_EQ(mounts[2].point, "/x");
+}
+
+// A machine of our own: its mount points are folders of the test.
+class Machine : public ::testing::Test
+{
+protected:
+    Machine()
+    {
+        for (const char *name : {"stick", "stick/inner", "cd", "net", "mem", "disk"})
+            std::filesystem::create_directories(folder / name);
+        root = std::filesystem::canonical(folder.Path()).string();
+        AddMount("8:0", "/", "ext4", "/dev/none0");
+        AddMount("8:17", root + "/stick", "vfat", root + "/dev1");
+        AddMount("11:0", root + "/cd", "udf", root + "/dev2");
+        AddMount("0:40", root + "/net", "nfs4", "server:/x");
+        AddMount("0:41", root + "/mem", "tmpfs", "tmpfs");
+        AddMount("8:2", root + "/disk", "ext4", "/dev/none2");
+        places.mountInfo = folder / "mountinfo";
+        places.blockDevices = folder / "block";
+        places.labels = folder / "labels";
+        tests::WriteFile(folder / "block/sdb/removable", "1\n");
+        tests::WriteFile(folder / "block/sdb/sdb1/partition", "1\n");
+        std::filesystem::create_symlink("sdb/sdb1", folder / "block/8:17");
+        tests::WriteFile(folder / "block/11:0/device/type", "5\n");
+        tests::WriteFile(folder / "block/11:0/removable", "1\n");
+        tests::WriteFile(folder / "block/8:2/removable", "0\n");
+        tests::WriteFile(folder / "dev1", "");
+        tests::WriteFile(folder / "dev2", "");
+        std::filesystem::create_directories(folder / "labels");
+        std::filesystem::create_symlink("../dev1", folder / "labels/MY\\x20STICK");
+        std::filesystem::create_symlink("../dev2", folder / "labels/Best_Of");
+    }
+
+    void AddMount(const std::string &device, const std::string &point, const std::string &type,
+                  const std::string &source)
+    {
+        table += "1 1 " + device + " / " + point + " rw - " + type + " " + source + " rw\n";
+        tests::WriteFile(folder / "mountinfo", table);
+    }
+
+    tests::TestFolder folder;
+    std::string root, table;
+    MountDrives::Places places;
+};
+
+TEST_F(Machine, TheDriveIsTheNearestMountPoint)
+{
+    MountDrives drives(places);
+    EXPECT_EQ(drives.DriveOf(root + "/stick/inner/a.mp3"), root + "/stick");
+    EXPECT_EQ(drives.DriveOf(root + "/stick"), root + "/stick");
+    EXPECT_EQ(drives.DriveOf(root + "/stick2/a.mp3"), "/"); // the name only begins alike
+    EXPECT_EQ(drives.DriveOf(root + "/stick/absent/b/c.mp3"), root + "/stick");
+    EXPECT_EQ(drives.DriveOf("/"), "/");
+    EXPECT_EQ(drives.DriveOf(""), "/");
+    EXPECT_EQ(drives.DriveOf("no separator"), "/");
+    std::filesystem::create_directory_symlink(root + "/stick", folder / "link");
+    EXPECT_EQ(drives.DriveOf(root + "/link/a.mp3"), root + "/stick");
+}
+
+TEST_F(Machine, TheTypeFollowsFileSystemAndDevice)
+{
+    MountDrives drives(places);
+    EXPECT_EQ(drives.TypeOf(root + "/stick"), DriveType::Removable); // its disk says so
+    EXPECT_EQ(drives.TypeOf(root + "/cd"), DriveType::CdRom);
+    EXPECT_EQ(drives.TypeOf(root + "/net"), DriveType::Remote);
+    EXPECT_EQ(drives.TypeOf(root + "/mem"), DriveType::RamDisk);
+    EXPECT_EQ(drives.TypeOf(root + "/disk"), DriveType::Fixed);
+    EXPECT_EQ(drives.TypeOf("/"), DriveType::Fixed);
+    EXPECT_EQ(drives.TypeOf(root + "/stick/inner"), DriveType::NoRoot);
+}
+
+TEST_F(Machine, TheLabelComesFromTheDevice)
+{
+    MountDrives drives(places);
+    EXPECT_EQ(drives.LabelOf(root + "/stick"), "MY STICK");
+    EXPECT_EQ(drives.LabelOf(root + "/cd"), "Best_Of");
+    EXPECT_EQ(drives.LabelOf(root + "/net"), "");
+    EXPECT_EQ(drives.LabelOf("/nowhere"), "");
+}
+
+TEST_F(Machine, TheLastMountOnAPointCounts)
+{
+    AddMount("0:50", root + "/disk", "nfs", "server:/y");
+    MountDrives drives(places);
+    EXPECT_EQ(drives.TypeOf(root + "/disk"), DriveType::Remote);
+}
+
+TEST(MountDrives, AMachineThatTellsNothingIsUnknown)
+{
+    MountDrives drives({"/nonexistent/a", "/nonexistent/b", "/nonexistent/c"});
+    EXPECT_EQ(drives.DriveOf("/tmp/a"), "/");
+    EXPECT_EQ(drives.TypeOf("/"), DriveType::Unknown);
+    EXPECT_EQ(drives.LabelOf("/"), "");
+}
+
+TEST(MountDrives, TheRealMachineAnswers)
+{
+    MountDrives drives;
+    const std::string drive = drives.DriveOf("/proc/self/status");
+    EXPECT_TRUE(drive == "/proc" || drive.starts_with("/proc/")) << drive;
+    EXPECT_NE(drives.TypeOf("/"), DriveType::Unknown);
+    EXPECT_FALSE(drives.SerialOf("/").empty());
+    EXPECT_EQ(drives.SerialOf("/nonexistent"), "");
+}
+
+} // namespace

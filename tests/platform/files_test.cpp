@@ -1,0 +1,59 @@
+#include "platform/posix/files.h"
+#include "tests/support/testfolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace
+{
+
+using namespace platform::posix;
+
+TEST(ReadRegularFile, GivesTheFirstBytes)
+{
+    const tests::TestFolder folder;
+    const std::string bytes(200'000, 'x');
+    tests::WriteFile(folder / "a", bytes);
+    EXPECT_EQ(ReadRegularFile(folder / "a", 1 << 20), bytes);
+    EXPECT_EQ(ReadRegularFile(folder / "a", 5), "xxxxx");
+    EXPECT_EQ(ReadRegularFile(folder / "a", 0), "");
+    EXPECT_EQ(ReadRegularFile(folder.Path(), 5), std::nullopt);
+    EXPECT_EQ(ReadRegularFile(folder / "b", 5), std::nullopt);
+    EXPECT_EQ(errno, ENOENT);
+}
+
+TEST(ReplaceFile, AFailedWriteLeavesTheOldFile)
+{
+    const tests::TestFolder folder;
+    tests::WriteFile(folder / "a", "old");
+    const pid_t child = fork(); // a limit on file sizes stands for a full disk
+    if (child == 0) {
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{1000, 1000};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        _exit(ReplaceFile(folder / "a", std::string(5000, 'x')) ? 1 : 0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_EQ(tests::ReadFile(folder / "a"), "old");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
+}
+
+TEST(MakeFolders, MakesTheWholePath)
+{
+    const tests::TestFolder folder;
+    EXPECT_TRUE(MakeFolders(folder / "a/b/c"));
+    EXPECT_TRUE(MakeFolders(folder / "a/b/c"));
+    EXPECT_TRUE(std::filesystem::is_directory(folder / "a/b/c"));
+    tests::WriteFile(folder / "f", "");
+    EXPECT_FALSE(MakeFolders(folder / "f"));
+    EXPECT_FALSE(MakeFolders(folder / "f/g"));
+}
+
+} // namespace
