@@ -1,6 +1,7 @@
 # Copies what ships beside the program from SOURCE to TARGET, the program's folder, and marks that folder
 # as the program's own with a file named `portable`. A file that the user changed there stays as it is:
 # KEPT holds what was copied last, and only an absent file or one equal to that is replaced.
+file(MAKE_DIRECTORY ${TARGET} ${KEPT})
 file(GLOB names RELATIVE ${SOURCE} ${SOURCE}/*)
 foreach(name IN LISTS names)
   set(replace TRUE)
@@ -16,11 +17,9 @@ foreach(name IN LISTS names)
     endif()
   endif()
   if(replace)
-    file(COPY ${SOURCE}/${name} DESTINATION ${TARGET} NO_SOURCE_PERMISSIONS
-      FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+    file(COPY_FILE ${SOURCE}/${name} ${TARGET}/${name})
   endif()
-  file(COPY ${SOURCE}/${name} DESTINATION ${KEPT} NO_SOURCE_PERMISSIONS
-    FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+  file(COPY_FILE ${SOURCE}/${name} ${KEPT}/${name} ONLY_IF_DIFFERENT)
 endforeach()
 
 if(NOT EXISTS ${TARGET}/portable)

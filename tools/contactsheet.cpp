@@ -28,17 +28,23 @@ void DrawCell(QPainter &painter, const QString &file, const QRect &cell, const Q
                      QFileInfo(file).completeBaseName());
 }
 
-} // namespace
-
-int main(int argc, char **argv)
+int DrawAppIcons(const QDir &pictures)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
-    if (argc != 3) {
-        std::fputs("usage: contactsheet ICONS-FOLDER OUT.png\n", stderr);
-        return 2;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
+        QImage image(size, size, QImage::Format_ARGB32);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        QSvgRenderer(pictures.filePath("app.svg")).render(&painter, QRectF(0, 0, size, size));
+        painter.end();
+        if (!image.save(pictures.filePath(QString("app-%1.png").arg(size))))
+            return 1;
     }
-    const QDir icons(QString::fromLocal8Bit(argv[1]));
+    return 0;
+}
+
+int DrawSheet(const QDir &icons, const QString &out)
+{
     const QStringList names =
         QDir(icons.filePath("light")).entryList({"*.svg"}, QDir::Files, QDir::Name);
     const int rows = static_cast<int>((names.size() + kColumns - 1) / kColumns);
@@ -60,5 +66,20 @@ int main(int argc, char **argv)
         top += rows * kCellHeight;
     }
     painter.end();
-    return sheet.save(QString::fromLocal8Bit(argv[2])) ? 0 : 1;
+    return sheet.save(out) ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(argc, argv);
+    if (argc != 3) {
+        std::fputs("usage: contactsheet ICONS-FOLDER OUT.png | --app PICTURES-FOLDER\n", stderr);
+        return 2;
+    }
+    const QString first = QString::fromLocal8Bit(argv[1]);
+    const QString second = QString::fromLocal8Bit(argv[2]);
+    return first == "--app" ? DrawAppIcons(QDir(second)) : DrawSheet(QDir(first), second);
 }

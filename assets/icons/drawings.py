@@ -141,7 +141,7 @@ DRAWINGS = {
             '<path d="M9.75 2.25h4.5M12 2.25v3M18 6.6l1.4-1.4"/>\n'
             '<path stroke="{accent}" stroke-width="2" d="M12 13.5l3-3.4"/>',
     # --- small windows ---
-    "Close": '<path d="M6 6l12 12M18 6L6 18"/>',
+    "Close": '<path stroke-width="2.25" d="M6 6l12 12M18 6L6 18"/>',
     "Forum": '<path d="M17.25 7.5V5.25a1.5 1.5 0 0 0-1.5-1.5h-12a1.5 1.5 0 0 0-1.5 1.5v7.5a1.5 1.5 0 0 0 '
              '1.5 1.5v3.5l3.2-2.9"/>\n'
              '<path fill="{tint}" stroke="{accent}" d="M9 9.75h11.25a1.5 1.5 0 0 1 1.5 1.5v5.25a1.5 1.5 0 0 '

@@ -1,0 +1,120 @@
+"""The include graph: no arrow up, no circle, Qt in windows only.
+
+A module is a header and the source beside it. Each has a floor; it may include its own floor and those
+below. The floors, from the ground: runtime, toolkit-free controls, platform ports, shell's low floor,
+metadata, catalogue, the subsystems' logic, windows, app.
+"""
+import pathlib
+import re
+import unittest
+
+import house
+
+SHELL_LOW = {"apppath", "globals", "settings", "language", "paths"}
+ROOMS = {"runtime": 0, "platform": 2, "metadata": 4, "catalogue": 5, "shell": 6, "player": 6,
+         "browser": 6, "search": 6, "playlists": 6, "tagedit": 6, "lyrics": 6, "online": 6, "ui": 6,
+         "app": 8}
+WINDOWS_FLOOR = 7
+INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"]+)[>"]', re.MULTILINE)
+
+
+def is_window(path):
+    """Whether the file may include Qt and stands on the windows' floor (app has a floor of its own)."""
+    return path.name.startswith("frm") or path.parts[:2] in (("ui", "qt"), ("platform", "qt"))
+
+
+def floor(path):
+    if is_window(path):
+        return WINDOWS_FLOOR
+    if path.parts[:2] == ("ui", "controls") or path.parts == ("ui", "twips.h"):
+        return 1
+    if path.parts[0] == "shell" and path.stem in SHELL_LOW:
+        return 3
+    return ROOMS[path.parts[0]]
+
+
+def includes(text):
+    """(whether in quotes, name) of each include in the text."""
+    return [(mark == '"', name) for mark, name in INCLUDE.findall(text)]
+
+
+def violations(files):
+    """What is wrong in `files`, a map from path to text."""
+    wrong, arrows = [], {}
+    for path, text in files.items():
+        for quoted, name in includes(text):
+            if not quoted:
+                if re.match(r"Qt?[A-Z]", name) and not is_window(path) and path.parts[0] != "app":
+                    wrong.append(f"{path} includes Qt: {name}")
+                continue
+            target = pathlib.PurePosixPath(name)
+            if target not in files:
+                if target.name.endswith(".h"):
+                    wrong.append(f"{path} includes what is not there: {name}")
+                continue
+            if floor(target) > floor(path):
+                wrong.append(f"{path} includes {target}, which stands above it")
+            arrows.setdefault(path.with_suffix(""), set()).add(target.with_suffix(""))
+    return wrong + circles(arrows)
+
+
+def circles(arrows):
+    """Each circle of modules once, as a text."""
+    found, done, way = [], set(), []
+
+    def visit(module):
+        if module in way:
+            found.append("circle: " + " -> ".join(map(str, way[way.index(module):] + [module])))
+            return
+        if module in done:
+            return
+        way.append(module)
+        for target in sorted(arrows.get(module, ())):
+            if target != module:
+                visit(target)
+        way.pop()
+        done.add(module)
+
+    for module in sorted(arrows):
+        visit(module)
+    return found
+
+
+def tree():
+    """The program's own sources; tests, benchmarks and tools may look at everything."""
+    return {pathlib.PurePosixPath(path): (house.SOURCE / path).read_text(encoding="utf-8")
+            for path in house.sources(".cpp", ".h") if path.parts[0] in ROOMS}
+
+
+class Includes(unittest.TestCase):
+    def check(self, want, **texts):
+        files = {pathlib.PurePosixPath(name.replace("__", "/").replace("_cpp", ".cpp").replace("_h", ".h")):
+                 text for name, text in texts.items()}
+        found = violations(files)
+        if want is None:
+            self.assertEqual(found, [])
+        else:
+            self.assertEqual(len(found), 1, found)
+            self.assertIn(want, found[0])
+
+    def test_the_rule_sees_each_kind(self):
+        self.check(None, metadata__a_h='#include "runtime/b.h"\n', runtime__b_h="")
+        self.check("stands above", runtime__b_h='#include "metadata/a.h"\n', metadata__a_h="")
+        self.check("stands above", metadata__a_cpp='#include "shell/startup.h"\n', shell__startup_h="")
+        self.check(None, metadata__a_cpp='#include "shell/language.h"\n', shell__language_h="")
+        self.check("stands above", browser__tree_cpp='#include "browser/frmMain.h"\n', browser__frmMain_h="")
+        self.check("includes Qt", browser__tree_cpp="#include <QString>\n")
+        self.check("includes Qt", browser__tree_cpp="#include <QtWidgets>\n")
+        self.check(None, browser__frmMain_cpp="#include <QString>\n", app__main_cpp="#include <QString>\n")
+        self.check("circle", browser__a_cpp='#include "browser/b.h"\n', browser__b_h="", browser__a_h="",
+                   browser__b_cpp='#include "browser/a.h"\n')
+        self.check("not there", browser__a_cpp='#include "browser/b.h"\n')
+
+    def test_the_tree(self):
+        files = tree()
+        self.assertGreater(len(files), 20)
+        self.assertEqual(violations(files), [])
+
+
+if __name__ == "__main__":
+    unittest.main()
