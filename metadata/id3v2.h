@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace metadata
@@ -34,8 +35,7 @@ struct FrameGeometry {
 // behind it. Only frames of version 3 can be; false where the body ends before that character.
 [[nodiscard]] bool IsFrameUnreadable(long long position, std::string_view body, int majorVersion);
 
-// What a body sets: nothing where the record keeps what it held. The texts are views into the body,
-// Genre is one of those or a number in `genreNumber`.
+// What a body sets: nothing where the record keeps what it held. The views are into the body.
 struct FrameFindings {
     std::optional<std::string_view> title, artist, album, year, comment, lyrics;
     std::optional<std::string> genre;

@@ -1,7 +1,9 @@
 #include "platform/posix/systemfiles.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
@@ -29,6 +31,14 @@ void Take(const struct stat &status, FileIdentity &identity)
     identity.kind = S_ISREG(status.st_mode)   ? FileKind::Regular
                     : S_ISDIR(status.st_mode) ? FileKind::Folder
                                               : FileKind::Other;
+}
+
+// Whether the file's system keeps everything in memory; it cannot say so for a single read.
+bool IsInMemory(int handle)
+{
+    struct statfs status;
+    return fstatfs(handle, &status) == 0 &&
+           (status.f_type == TMPFS_MAGIC || status.f_type == RAMFS_MAGIC);
 }
 
 } // namespace
@@ -80,8 +90,13 @@ std::int64_t SystemFilesPort::ReadAt(int handle, std::int64_t offset, char *to, 
                                     : preadv2(handle, &part, 1, offset, RWF_NOWAIT);
         if (got >= 0)
             return got;
-        if (errno != EINTR)
-            return errno == ENOSYS ? -EOPNOTSUPP : -errno;
+        if (!mayWait && (errno == EOPNOTSUPP || errno == ENOSYS)) {
+            if (!IsInMemory(handle))
+                return -EOPNOTSUPP;
+            mayWait = true; // it never waits there
+        } else if (errno != EINTR) {
+            return -errno;
+        }
     }
 }
 

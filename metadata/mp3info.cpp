@@ -1,0 +1,176 @@
+#include "metadata/mp3info.h"
+
+#include "metadata/filepass.h"
+#include "metadata/id3v1.h"
+#include "metadata/id3v2.h"
+#include "metadata/mpegheader.h"
+#include "platform/machine.h"
+
+#include <limits>
+#include <optional>
+
+namespace metadata
+{
+
+namespace
+{
+
+struct State {
+    FileBytes bytes;                       // of the last pass
+    std::optional<FrameFindings> findings; // in those bytes, once looked for
+    std::string rawID3v1Image;
+    int majorVersion = 0;
+    int heldHandle =
+        -1; // the file that claimed too much; one at a time, so that they cannot pile up
+    MP3InfoHooks hooks;
+};
+
+State &TheState()
+{
+    static State state;
+    return state;
+}
+
+void Fetch(State &state, const std::string &path)
+{
+    if (IsStillTheSame(path, state.bytes))
+        return;
+    state.findings.reset(); // views into the bytes that go
+    const int held = ReadFileBytes(path, state.hooks.beforeSlowRead, state.bytes);
+    CloseAllFiles();
+    state.heldHandle = held;
+}
+
+std::string_view TailOf(const FileBytes &bytes)
+{
+    return {bytes.tail.data(), bytes.tail.size()};
+}
+
+void TakeID3v1(State &state, ID3v1Tag &tag, bool &hasTag, bool wanted)
+{
+    if (!state.bytes.hasTail)
+        return;
+    const std::string_view image = TailOf(state.bytes);
+    tag.Header = image.substr(0, 3);
+    hasTag = tag.Header == "TAG";
+    if (!hasTag || !wanted)
+        return;
+    ReadID3v1Fields(image, tag);
+    state.rawID3v1Image = image;
+}
+
+// The position, one-based, of the audio header: the first sync pair within reach, else right behind
+// the ID3v2 tag, else 0.
+std::int64_t HeaderPositionOf(const FileBytes &bytes)
+{
+    const std::int64_t found = FindHeaderPosition(bytes.Head());
+    if (found != 0)
+        return found;
+    return bytes.hasID3v2Header ? bytes.bodyBytes + 11 : 0;
+}
+
+void TakeHeader(const FileBytes &bytes, MPEGHeader &header)
+{
+    const std::int64_t position = HeaderPositionOf(bytes);
+    const bool sizeKnown = bytes.file.sizeBytes <= std::numeric_limits<std::int32_t>::max();
+    if (sizeKnown)
+        header.FileSize = static_cast<std::int32_t>(bytes.file.sizeBytes);
+    header.HeaderPosition = static_cast<std::int32_t>(position - 1);
+    std::array<std::uint8_t, 4> four{}; // a byte that cannot be read is a zero
+    if (position > 0)
+        for (std::size_t i = 0; i < four.size(); ++i)
+            four[i] = bytes.ByteAt(position + static_cast<std::int64_t>(i));
+    DecodeHeader(four, header);
+    ComputeLengths(sizeKnown, header);
+}
+
+// The length of a file that could not be opened, where the system tells it.
+void TakeLengthOnly(const std::string &path, MPEGHeader &header)
+{
+    platform::FileIdentity now;
+    if (platform::TheMachine().files->Identify(path, now) == 0 &&
+        now.kind == platform::FileKind::Regular &&
+        now.sizeBytes <= std::numeric_limits<std::int32_t>::max())
+        header.FileSize = static_cast<std::int32_t>(now.sizeBytes);
+}
+
+} // namespace
+
+void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, MPEGHeader &Header,
+                bool &HasID3v1, bool &HasID3v2, bool PreferID3v2)
+{
+    State &state = TheState();
+    HasID3v1 = false;
+    HasID3v2 = false;
+    ID3v1.Genre = -1;
+    ID3v2.Genre = "-1";
+    Fetch(state, FileName);
+    const FileBytes &bytes = state.bytes;
+    if (!bytes.opened) {
+        TakeLengthOnly(FileName, Header);
+        return;
+    }
+    if (bytes.hasID3v2Header)
+        state.majorVersion = bytes.majorVersion;
+    if (bytes.claimsTooMuch)
+        return;
+    const bool hasBody = bytes.bodyBytes > 0;
+    TakeID3v1(state, ID3v1, HasID3v1, !(hasBody && PreferID3v2));
+    if (hasBody) {
+        HasID3v2 = true;
+        if (!state.findings)
+            state.findings = FindFrames(bytes.Body(), state.majorVersion);
+        ApplyFindings(*state.findings, ID3v2);
+    }
+    TakeHeader(bytes, Header);
+}
+
+int LastReadFailure()
+{
+    return TheState().bytes.failure;
+}
+
+std::string_view RawID3v2Body()
+{
+    const FileBytes &bytes = TheState().bytes;
+    const bool hasBody = bytes.opened && !bytes.claimsTooMuch && bytes.bodyBytes > 0;
+    return hasBody ? bytes.Body() : std::string_view();
+}
+
+const std::string &RawID3v1Image()
+{
+    return TheState().rawID3v1Image;
+}
+
+int ID3v2MajorVersion()
+{
+    return TheState().majorVersion;
+}
+
+const platform::FileIdentity &RawTagsFile()
+{
+    static const platform::FileIdentity kNone;
+    const FileBytes &bytes = TheState().bytes;
+    return bytes.opened ? bytes.file : kNone;
+}
+
+void CloseAllFiles()
+{
+    State &state = TheState();
+    if (state.heldHandle >= 0)
+        platform::TheMachine().files->Close(state.heldHandle);
+    state.heldHandle = -1;
+}
+
+MP3InfoHooks &TheMP3InfoHooks()
+{
+    return TheState().hooks;
+}
+
+void ResetMP3Info()
+{
+    CloseAllFiles();
+    TheState() = {};
+}
+
+} // namespace metadata

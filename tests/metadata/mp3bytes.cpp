@@ -1,0 +1,72 @@
+#include "tests/metadata/mp3bytes.h"
+
+#include "metadata/mp3info.h"
+
+namespace tests
+{
+
+namespace
+{
+
+std::string Number(unsigned value, unsigned bits)
+{
+    std::string bytes;
+    for (int i = 3; i >= 0; --i)
+        bytes +=
+            static_cast<char>((value >> (bits * static_cast<unsigned>(i))) & ((1u << bits) - 1));
+    return bytes;
+}
+
+std::string Filled(std::string_view text, std::size_t width, char filler)
+{
+    std::string field(text.substr(0, width));
+    field.resize(width, filler);
+    return field;
+}
+
+} // namespace
+
+std::string Number128(unsigned value)
+{
+    return Number(value, 7);
+}
+
+std::string Number256(unsigned value)
+{
+    return Number(value, 8);
+}
+
+std::string Frame3(std::string_view identifier, std::string_view data, std::string_view flags)
+{
+    const std::string flagBytes = flags.empty() ? std::string(2, '\0') : std::string(flags);
+    return std::string(identifier) + Number256(static_cast<unsigned>(data.size()) + 1) + flagBytes +
+           std::string(1, '\0') + std::string(data);
+}
+
+std::string Tag(int majorVersion, std::string_view body)
+{
+    return "ID3" + std::string(1, static_cast<char>(majorVersion)) + Z("\0\0") +
+           Number128(static_cast<unsigned>(body.size())) + std::string(body);
+}
+
+std::string Tag1(std::string_view title, std::string_view artist, std::string_view album,
+                 std::string_view year, std::string_view comment, int track, int genre, char filler)
+{
+    return "TAG" + Filled(title, 30, filler) + Filled(artist, 30, filler) +
+           Filled(album, 30, filler) + Filled(year, 4, filler) + Filled(comment, 29, filler) +
+           static_cast<char>(track) + static_cast<char>(genre);
+}
+
+std::string Header128()
+{
+    return "\xFF\xFB\x90\x64";
+}
+
+Pass ReadPass(const std::string &path, bool preferID3v2)
+{
+    Pass pass;
+    metadata::GetMP3Info(path, pass.v1, pass.v2, pass.header, pass.hasV1, pass.hasV2, preferID3v2);
+    return pass;
+}
+
+} // namespace tests

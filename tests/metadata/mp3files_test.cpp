@@ -1,0 +1,387 @@
+// What GetMP3Info does with odd paths, with handles, and with a file that it has just read.
+#include "metadata/mp3info.h"
+#include "platform/machine.h"
+#include "platform/posix/systemfiles.h"
+#include "tests/metadata/mp3bytes.h"
+#include "tests/support/testfolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <functional>
+#include <optional>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+using tests::Frame3;
+using tests::Pass;
+using tests::ReadPass;
+using tests::Tag;
+using tests::Tag1;
+
+// The real files, with the calls counted and single results replaced.
+class CountedFiles : public platform::posix::SystemFilesPort
+{
+public:
+    int OpenToRead(const std::string &path, platform::FileIdentity &identity) override
+    {
+        ++opens;
+        const int handle = SystemFilesPort::OpenToRead(path, identity);
+        if (handle >= 0)
+            Shift(identity);
+        return handle;
+    }
+    int Identify(const std::string &path, platform::FileIdentity &identity) override
+    {
+        ++identifications;
+        const int result = SystemFilesPort::Identify(path, identity);
+        Shift(identity);
+        return result;
+    }
+    std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
+                        bool mayWait) override
+    {
+        ++reads;
+        if (const auto result = onRead ? onRead(offset, mayWait) : 0)
+            return result;
+        const auto got =
+            SystemFilesPort::ReadAt(handle, offset, to, std::min(count, longest), mayWait);
+        bytesRead += std::max<std::int64_t>(got, 0);
+        return got;
+    }
+    void Close(int handle) override
+    {
+        ++closes;
+        SystemFilesPort::Close(handle);
+    }
+
+    int opens = 0, identifications = 0, reads = 0, closes = 0;
+    std::int64_t bytesRead = 0;
+    std::int64_t shiftNs = 0;              // added to the time of change
+    std::optional<std::int64_t> changedNs; // in place of the time of change
+    std::size_t longest = SIZE_MAX;        // of one read
+    std::function<std::int64_t(std::int64_t offset, bool mayWait)> onRead; // 0 = the real read
+
+private:
+    void Shift(platform::FileIdentity &identity) const
+    {
+        identity.changedNs = changedNs.value_or(identity.changedNs + shiftNs);
+    }
+};
+
+constexpr uid_t kNobody = 65534;
+constexpr std::int64_t kHourNs = 3'600'000'000'000;
+
+class SongFiles : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        metadata::ResetMP3Info();
+        platform::TheMachine().files = &m_files;
+    }
+    void TearDown() override
+    {
+        metadata::ResetMP3Info();
+        platform::TheMachine().files = &platform::SystemFiles();
+    }
+
+    std::string Song(std::string_view name, std::string_view title)
+    {
+        const std::string path = m_folder / name;
+        tests::WriteFile(path, Tag(3, Frame3("TIT2", title)) + tests::Header128() +
+                                   std::string(20'000, 'a') + Tag1(title, "", "", "", "", 1, 2));
+        return path;
+    }
+
+    // A pass over what cannot be read: nothing but the two defaults.
+    void ExpectUnreadable(const std::string &path, int reason, std::int32_t size = 0)
+    {
+        Pass want;
+        want.v1.Genre = -1;
+        want.v2.Genre = "-1";
+        want.header.FileSize = size;
+        EXPECT_EQ(ReadPass(path), want) << path;
+        EXPECT_EQ(metadata::LastReadFailure(), reason) << path;
+        EXPECT_EQ(metadata::RawID3v2Body(), "");
+        EXPECT_EQ(metadata::RawTagsFile().path, "");
+    }
+
+    CountedFiles m_files;
+    tests::TestFolder m_folder;
+};
+
+int OpenHandles()
+{
+    int count = 0;
+    for ([[maybe_unused]] const auto &entry : fs::directory_iterator("/proc/self/fd"))
+        ++count;
+    return count;
+}
+
+TEST_F(SongFiles, PathsThatAreNoReadableFile)
+{
+    ReadPass(Song("before.mp3", "Before"));
+    ExpectUnreadable(m_folder / "absent.mp3", ENOENT);
+    ExpectUnreadable(m_folder.Path(), EISDIR);
+    ExpectUnreadable(m_folder / "before.mp3/x.mp3", ENOTDIR);
+    ExpectUnreadable("", ENOENT);
+    ASSERT_EQ(mkfifo((m_folder / "pipe.mp3").c_str(), 0600), 0);
+    ExpectUnreadable(m_folder / "pipe.mp3", ESPIPE);
+    ExpectUnreadable("/dev/zero", ESPIPE);
+    fs::create_symlink("loop.mp3", m_folder / "loop.mp3");
+    ExpectUnreadable(m_folder / "loop.mp3", ELOOP);
+    EXPECT_EQ(metadata::RawID3v1Image().substr(3, 6), "Before");
+}
+
+TEST_F(SongFiles, WithoutPermissionOnlyTheLengthIsTold)
+{
+    const std::string path = Song("locked.mp3", "x");
+    fs::permissions(path, fs::perms::none);
+    fs::permissions(m_folder.Path(), fs::perms::all);
+    const bool isRoot = geteuid() == 0; // who may read everything
+    ASSERT_TRUE(!isRoot || seteuid(kNobody) == 0);
+    ExpectUnreadable(path, EACCES, 20'000 + 4 + 22 + 128);
+    ASSERT_TRUE(!isRoot || seteuid(0) == 0);
+}
+
+TEST_F(SongFiles, EveryFileIsClosedAgain)
+{
+    const std::string path = Song("a.mp3", "x");
+    const int before = OpenHandles();
+    ReadPass(path);
+    ReadPass(m_folder.Path());
+    ReadPass("/dev/null");
+    EXPECT_EQ(OpenHandles(), before);
+    EXPECT_EQ(m_files.opens, m_files.closes);
+}
+
+TEST_F(SongFiles, TheFileThatClaimsTooMuchStaysOpenUntilTheNextPass)
+{
+    const int before = OpenHandles();
+    const std::string bad = m_folder / "bad.mp3";
+    tests::WriteFile(bad, "ID3" + tests::Z("\x03\0\0\x7F\x7F\x7F\x7F") + "x");
+    ReadPass(bad);
+    EXPECT_EQ(OpenHandles(), before + 1);
+    for (int i = 0; i < 2000; ++i) {
+        ReadPass(bad);
+        tests::WriteFile(bad, "ID3" + tests::Z("\x03\0\0\x7F\x7F\x7F\x7F") + std::to_string(i));
+    }
+    EXPECT_EQ(OpenHandles(), before + 1);
+    ReadPass(Song("good.mp3", "x"));
+    EXPECT_EQ(OpenHandles(), before);
+    ReadPass(bad);
+    metadata::CloseAllFiles();
+    EXPECT_EQ(OpenHandles(), before);
+}
+
+TEST_F(SongFiles, FewCallsAndEachByteOnce)
+{
+    const std::string path = Song("a.mp3", "x");
+    ReadPass(path);
+    EXPECT_EQ(m_files.reads, 2); // the beginning, the end
+    EXPECT_EQ(m_files.bytesRead, 8192 + 128);
+    EXPECT_EQ(m_files.identifications, 0);
+
+    m_files = {};
+    const std::string picture = m_folder / "picture.mp3";
+    tests::WriteFile(picture, Tag(3, std::string(40'000, 'p')) + std::string(10'000, 'a'));
+    ReadPass(picture);
+    EXPECT_EQ(m_files.reads, 3);
+    EXPECT_EQ(m_files.bytesRead, 10 + 40'000 + 4 + 128);
+
+    m_files = {};
+    const std::string tiny = m_folder / "tiny.mp3";
+    tests::WriteFile(tiny, Tag(3, Frame3("TIT2", "x")) + Tag1("", "", "", "", "", 0, 0));
+    EXPECT_TRUE(ReadPass(tiny).hasV1);
+    EXPECT_EQ(m_files.reads, 1);
+}
+
+TEST_F(SongFiles, TheSameFileAgainIsNotReadAgain)
+{
+    const std::string path = Song("a.mp3", "x");
+    m_files.shiftNs = -kHourNs; // its last change lies far back
+    const Pass first = ReadPass(path);
+    m_files.reads = m_files.opens = 0;
+    EXPECT_EQ(ReadPass(path), first);
+    EXPECT_EQ(m_files.opens, 0);
+    EXPECT_EQ(m_files.identifications, 1);
+    EXPECT_EQ(metadata::RawID3v2Body(), Frame3("TIT2", "x"));
+
+    const std::string other = Song("b.mp3", "y");
+    EXPECT_EQ(ReadPass(other).v2.Title, "y");
+    EXPECT_EQ(m_files.opens, 1);
+    EXPECT_EQ(ReadPass(path), first);
+    EXPECT_EQ(m_files.opens, 2);
+}
+
+TEST_F(SongFiles, TheSecondPassFillsWhatTheFirstLeftOut)
+{
+    const std::string path = Song("a.mp3", "x");
+    m_files.shiftNs = -kHourNs;
+    EXPECT_EQ(ReadPass(path, true).v1.Genre, -1);
+    EXPECT_EQ(metadata::RawID3v1Image(), "");
+    EXPECT_EQ(ReadPass(path, false).v1.Genre, 2);
+    EXPECT_EQ(metadata::RawID3v1Image().substr(0, 4), "TAGx");
+    EXPECT_EQ(m_files.opens, 1);
+}
+
+TEST_F(SongFiles, AFileThatHasJustChangedIsReadAgain)
+{
+    const std::string path = Song("a.mp3", "x");
+    ReadPass(path);
+    ReadPass(path);
+    EXPECT_EQ(m_files.opens, 2); // another change could bear the same time stamp
+}
+
+TEST_F(SongFiles, HowOldAChangeMustBeToBeTrusted)
+{
+    constexpr std::int64_t kSecondNs = 1'000'000'000;
+    const std::string path = Song("a.mp3", "x");
+    const std::int64_t now = m_files.StampClockNs();
+    const std::int64_t fine = now - now % kSecondNs + 500'000'007;
+    const struct {
+        const char *name;
+        std::int64_t changedNs;
+        int wantOpens;
+    } cases[] = {
+        {"a fine stamp of just now", now - 50'000'001 + (now % 2), 2},
+        {"a fine stamp of seconds ago", fine - 2 * kSecondNs, 1},
+        {"whole seconds, two ago", now - now % kSecondNs - kSecondNs, 2},
+        {"whole seconds, ten ago", now - now % kSecondNs - 10 * kSecondNs, 1},
+        {"in the future", fine + 100 * kSecondNs, 2},
+    };
+    for (const auto &c : cases) {
+        metadata::ResetMP3Info();
+        m_files.opens = 0;
+        m_files.changedNs = c.changedNs;
+        ReadPass(path);
+        ReadPass(path);
+        EXPECT_EQ(m_files.opens, c.wantOpens) << c.name;
+    }
+}
+
+TEST_F(SongFiles, AChangedOrReplacedFileIsReadAgain)
+{
+    const std::string path = Song("a.mp3", "x");
+    m_files.shiftNs = -kHourNs;
+    ReadPass(path);
+    Song("a.mp3", "y");
+    EXPECT_EQ(ReadPass(path).v2.Title, "y");
+    Song("b.mp3", "z");
+    fs::rename(m_folder / "b.mp3", path);
+    EXPECT_EQ(ReadPass(path).v2.Title, "z");
+    fs::remove(path);
+    ReadPass(path);
+    EXPECT_EQ(metadata::LastReadFailure(), ENOENT);
+}
+
+TEST_F(SongFiles, ShortReadsAndInterruptionsAreCompleted)
+{
+    const std::string path = Song("a.mp3", "A title");
+    const Pass whole = ReadPass(path);
+    for (const std::size_t longest : {1u, 7u, 1000u}) {
+        m_files.longest = longest;
+        EXPECT_EQ(ReadPass(path), whole) << longest;
+    }
+}
+
+TEST_F(SongFiles, ErrorsWhileReadingAreTold)
+{
+    const std::string path = Song("a.mp3", "x");
+    m_files.onRead = [](std::int64_t, bool) { return std::int64_t{-EIO}; };
+    const Pass nothing = ReadPass(path);
+    EXPECT_EQ(metadata::LastReadFailure(), EIO);
+    EXPECT_FALSE(nothing.hasV1 || nothing.hasV2);
+    EXPECT_EQ(nothing.header.HeaderPosition, -1);
+    m_files.onRead = [](std::int64_t offset, bool) {
+        return std::int64_t{offset > 8192 ? -EIO : 0};
+    };
+    const Pass head = ReadPass(path);
+    EXPECT_EQ(metadata::LastReadFailure(), EIO);
+    EXPECT_EQ(head.v2.Title, "x");
+    EXPECT_FALSE(head.hasV1);
+    m_files.onRead = nullptr;
+    EXPECT_TRUE(ReadPass(path).hasV1);
+    EXPECT_EQ(metadata::LastReadFailure(), 0);
+}
+
+TEST_F(SongFiles, AFileThatShrinksDuringTheReadGivesZeros)
+{
+    const std::string path = m_folder / "a.mp3";
+    tests::WriteFile(path, Tag(3, Frame3("TIT2", "x") + std::string(30'000, 'p')) +
+                               std::string(500, 'a') + Tag1("x", "", "", "", "", 1, 2));
+    m_files.onRead = [&](std::int64_t offset, bool) {
+        if (offset > 0)
+            fs::resize_file(path, 9000);
+        return std::int64_t{0};
+    };
+    const Pass pass = ReadPass(path);
+    EXPECT_EQ(pass.v2.Title, "x");
+    EXPECT_FALSE(pass.hasV1);
+    EXPECT_EQ(metadata::RawID3v2Body().size(), 30'012u);
+    EXPECT_EQ(metadata::RawID3v2Body().substr(9000 - 10), std::string(30'012 - 8990, '\0'));
+    EXPECT_EQ(metadata::LastReadFailure(), 0);
+}
+
+TEST_F(SongFiles, BeforeAReadThatMayTakeLongTheCallerIsTold)
+{
+    const std::string path = Song("a.mp3", "x");
+    int told = 0;
+    metadata::TheMP3InfoHooks().beforeSlowRead = [&] { ++told; };
+    m_files.onRead = [](std::int64_t offset, bool mayWait) {
+        return std::int64_t{!mayWait && offset > 8192 ? -EAGAIN : 0};
+    };
+    EXPECT_TRUE(ReadPass(path).hasV1);
+    EXPECT_EQ(told, 1);
+    m_files.onRead = [](std::int64_t, bool mayWait) {
+        return std::int64_t{mayWait ? 0 : -EOPNOTSUPP};
+    };
+    m_files.reads = 0;
+    ReadPass(path); // one vain question, then every read of that device is taken for slow
+    EXPECT_EQ(m_files.reads, 3);
+    EXPECT_EQ(told, 3);
+}
+
+TEST_F(SongFiles, MoreThanFourGigabytes)
+{
+    const std::string path = Song("huge.mp3", "x");
+    std::error_code error;
+    fs::resize_file(path, (5LL << 30) - 128, error);
+    ASSERT_FALSE(error) << error.message();
+    {
+        std::FILE *file = std::fopen(path.c_str(), "ab");
+        const std::string image = Tag1("Last", "", "", "", "", 1, 2);
+        ASSERT_EQ(std::fwrite(image.data(), 1, image.size(), file), image.size());
+        std::fclose(file);
+    }
+    const Pass pass = ReadPass(path);
+    EXPECT_EQ(pass.v2.Title, "x");
+    EXPECT_TRUE(pass.hasV1);
+    EXPECT_EQ(pass.v1.Title.substr(0, 4), "Last");
+    EXPECT_EQ(pass.header.Version, "MPEG-1");
+    EXPECT_EQ(pass.header.FrameLength, 417);
+    EXPECT_EQ(pass.header.FileSize, 0); // the length does not fit, and what follows from it stays
+    EXPECT_EQ(pass.header.Frames, 0);
+    EXPECT_EQ(pass.header.Seconds, 0);
+    EXPECT_EQ(metadata::RawTagsFile().sizeBytes, 5LL << 30);
+    EXPECT_LT(m_files.bytesRead, 10'000);
+}
+
+TEST_F(SongFiles, TheStateSaysWhichFileItIsOf)
+{
+    const std::string path = Song("a.mp3", "x");
+    ReadPass(path);
+    platform::FileIdentity now;
+    ASSERT_EQ(m_files.Identify(path, now), 0);
+    EXPECT_EQ(metadata::RawTagsFile(), now);
+}
+
+} // namespace
