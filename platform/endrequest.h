@@ -17,6 +17,9 @@ void WatchForEndRequest();
 // Throws EndRequested when a signal asked for the end and no EndDeferral lives.
 void CheckEndRequest();
 
+// Whether a signal asked for the end, also while an EndDeferral lives.
+bool IsEndRequested();
+
 // As the signal handler: asks for the end. For tests; 0 takes the wish back.
 void RequestEnd(int signalNo);
 

@@ -42,6 +42,11 @@ void CheckEndRequest()
         throw EndRequested{requestedSignal};
 }
 
+bool IsEndRequested()
+{
+    return requestedSignal != 0;
+}
+
 void RequestEnd(int signalNo)
 {
     requestedSignal = signalNo;

@@ -1,0 +1,30 @@
+// platform/posix/userfolders.h - the folders that belong to the user and to the program's file.
+#pragma once
+
+#include <string>
+
+namespace platform::posix
+{
+
+// The user's folder for configurations, for data: $XDG_CONFIG_HOME, $XDG_DATA_HOME where those are
+// absolute, else .config, .local/share in the user's home. Without a home it is a path in which
+// nothing can be made. Source: the XDG base directory specification.
+std::string ConfigHome();
+std::string DataHome();
+
+// The folder of the running program's file, without a trailing separator.
+std::string ProgramFolder();
+
+// The value of an environment variable; empty when it is not set.
+std::string Environment(const char *name);
+
+// The name of the locale that texts follow: LC_ALL, LC_CTYPE or LANG, the first that says
+// something; "C" when none does.
+std::string LocaleName();
+
+// `path` as an absolute path without "." and ".." and doubled separators. It starts at the current
+// folder as the shell shows it ($PWD). ".." behind a symbolic link leaves the folder to which the
+// link leads. A separator at the end stays. The path need not exist.
+std::string AbsolutePath(const std::string &path);
+
+} // namespace platform::posix
