@@ -12,13 +12,16 @@ configure_file(${desktop}/add.desktop.in ${made}/${QUENLIN_ID}.Add.desktop @ONLY
 configure_file(${desktop}/metainfo.xml.in ${made}/${QUENLIN_ID}.metainfo.xml @ONLY)
 configure_file(${desktop}/mime.xml.in ${made}/${QUENLIN_ID}.xml @ONLY)
 configure_file(${desktop}/quenlin.1.in ${made}/quenlin.1 @ONLY)
+configure_file(${desktop}/changelog.in ${made}/changelog @ONLY)
 find_program(GZIP_PROGRAM gzip REQUIRED)
-execute_process(COMMAND ${GZIP_PROGRAM} -9nkf ${made}/quenlin.1 COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND ${GZIP_PROGRAM} -9nkf ${made}/quenlin.1 ${made}/changelog
+  COMMAND_ERROR_IS_FATAL ANY)
 
 install(TARGETS quenlin RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/assets/shipped/ DESTINATION ${CMAKE_INSTALL_DATADIR}/quenlin)
 install(FILES ${made}/quenlin.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES ${CMAKE_SOURCE_DIR}/assets/desktop/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES ${CMAKE_SOURCE_DIR}/assets/desktop/copyright ${made}/changelog.gz
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quenlin)
 install(FILES ${made}/${QUENLIN_ID}.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages)
 install(FILES ${made}/${QUENLIN_ID}.Add.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 if(QUENLIN_WINDOWS)

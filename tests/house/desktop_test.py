@@ -68,8 +68,10 @@ class MimeDatabase(unittest.TestCase):
             self.assertEqual(len(lines), 1, pattern)
             self.assertIn(lines[0].split(":")[0] + " text/plain", kinds)
 
-    def test_descriptions(self):
+    def test_names_and_descriptions(self):
         root = ElementTree.parse(MADE / f"{house.ID}.xml").getroot()
+        self.assertEqual([kind.get("type") for kind in root],
+                         ["application/x-quenlin-languagefile", "application/x-quenlin-integrityreport"])
         comments = [kind.find(MIME + "comment").text for kind in root]
         self.assertEqual(comments, ["Quenlin Language File", "Quenlin Integrity Report"])
 

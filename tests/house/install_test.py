@@ -22,7 +22,7 @@ class Install(unittest.TestCase):
 
     def test_every_file_in_its_place(self):
         share = self.prefix / "share"
-        wanted = ["man/man1/quenlin.1.gz", "doc/Quenlin/copyright", f"mime/packages/{house.ID}.xml",
+        wanted = ["man/man1/quenlin.1.gz", "doc/quenlin/copyright", f"mime/packages/{house.ID}.xml",
                   f"applications/{house.ID}.Add.desktop", f"icons/hicolor/scalable/apps/{house.ID}.svg",
                   f"icons/hicolor/16x16/apps/{house.ID}.png", f"icons/hicolor/256x256/apps/{house.ID}.png",
                   "quenlin/TIPOFDAY.TXT", "quenlin/Deutsch.qlt", "quenlin/Español.qlt"]
