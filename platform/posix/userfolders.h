@@ -8,7 +8,7 @@ namespace platform::posix
 
 // The user's folder for configurations, for data: $XDG_CONFIG_HOME, $XDG_DATA_HOME where those are
 // absolute, else .config, .local/share in the user's home. Without a home it is a path in which
-// nothing can be made. Source: the XDG base directory specification.
+// nothing can be made. Source: the XDG base directory rules.
 std::string ConfigHome();
 std::string DataHome();
 
