@@ -1,0 +1,23 @@
+#include "app/programhome.h"
+
+#include "platform/posix/userfolders.h"
+#include "runtime/codepage.h"
+#include "shell/apppath.h"
+#include "shell/programhome.h"
+
+namespace app
+{
+
+void SettleIn()
+{
+    using namespace platform::posix;
+    runtime::UseCodePage(runtime::CodePageOfLocale(LocaleName()));
+    const std::string ownChoice = Environment("QUENLIN_HOME");
+    const shell::ProgramPlaces places{
+        ProgramFolder(), ownChoice.empty() ? ownChoice : AbsolutePath(ownChoice), DataHome()};
+    shell::SetAppPath(shell::ChooseProgramHome(places));
+    if (shell::IsInstalled(places))
+        shell::FillOnFirstStart(places.programFolder + "/../share/quenlin", shell::GetAppPath());
+}
+
+} // namespace app

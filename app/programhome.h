@@ -1,0 +1,12 @@
+// app/programhome.h - tells the program where it lives.
+#pragma once
+
+namespace app
+{
+
+// Sets the program's folder (shell/apppath.h) and the code page of the user's locale; fills the
+// folder on the very first start of an installed program, from share/quenlin beside its bin.
+// Errors: FileError (runtime/error.h) when that first start fails.
+void SettleIn();
+
+} // namespace app

@@ -1,0 +1,108 @@
+#include "app/terminalrun.h"
+
+#include "app/programhome.h"
+#include "catalogue/adoclass.h"
+#include "catalogue/regeneration.h"
+#include "catalogue/rowgroups.h"
+#include "platform/endrequest.h"
+#include "platform/machine.h"
+#include "platform/posix/desktopfiletypes.h"
+#include "platform/posix/inisettings.h"
+#include "platform/posix/mountdrives.h"
+#include "platform/posix/systemclock.h"
+#include "platform/posix/userfolders.h"
+#include "platform/terminal/terminaldesktop.h"
+#include "shell/batch.h"
+#include "shell/globals.h"
+#include "shell/startup.h"
+
+namespace app
+{
+
+namespace
+{
+
+// The ports of a terminal, in use while this lives.
+class TerminalMachine
+{
+public:
+    TerminalMachine()
+    {
+        platform::Machine &machine = platform::TheMachine();
+        machine.desktop = &m_desktop;
+        machine.settings = &m_settings;
+        machine.fileTypes = &m_fileTypes;
+        machine.drives = &m_drives;
+        machine.clock = &m_clock;
+    }
+
+    // The orderly end: the catalogue's file is whole by itself, the settings are stored.
+    ~TerminalMachine()
+    {
+        catalogue::DataAccess.reset();
+        catalogue::CloseCatalogue();
+        m_settings.Flush();
+        platform::TheMachine() = platform::Machine();
+    }
+
+    TerminalMachine(const TerminalMachine &) = delete;
+    TerminalMachine &operator=(const TerminalMachine &) = delete;
+
+private:
+    platform::terminal::TerminalDesktop m_terminal;
+    catalogue::GroupClosingDesktop m_desktop{m_terminal};
+    platform::posix::IniSettings m_settings{platform::posix::ConfigHome()};
+    platform::posix::DesktopFileTypes m_fileTypes{platform::posix::DataHome()};
+    platform::posix::MountDrives m_drives;
+    platform::posix::SystemClock m_clock;
+};
+
+// The splash's progress line lets events run when it changes; in a terminal these are the signals.
+// A walk under way ends at its next file, in its own order.
+void ProgressChanged()
+{
+    if (platform::IsEndRequested() && catalogue::IsRegenerating())
+        catalogue::StopRegeneration();
+    else
+        platform::CheckEndRequest();
+}
+
+int Regenerate(const std::string &folder)
+{
+    int status = 0;
+    {
+        const platform::EndDeferral untilTheWalkHasEnded;
+        status = shell::MainRegenerate(platform::posix::AbsolutePath(folder), {});
+    }
+    platform::CheckEndRequest();
+    return status;
+}
+
+int Batch(const std::vector<std::string> &given)
+{
+    std::vector<std::string> paths;
+    for (const std::string &path : given)
+        paths.push_back(platform::posix::AbsolutePath(path));
+    return shell::Main(shell::QuoteArguments(paths), {}).value_or(0);
+}
+
+} // namespace
+
+int RunInTerminal(const Options &options)
+{
+    const TerminalMachine machine;
+    platform::WatchForEndRequest();
+    shell::TheGlobals().lblProgress.changed = ProgressChanged;
+    try {
+        SettleIn();
+        return options.job == Job::Regenerate ? Regenerate(options.paths.front())
+                                              : Batch(options.paths);
+    } catch (const runtime::RuntimeError &error) {
+        shell::ShowRuntimeError(error);
+        return shell::kRefused;
+    } catch (const platform::EndRequested &end) {
+        return 128 + end.signalNo; // as shells tell the end by a signal
+    }
+}
+
+} // namespace app
