@@ -25,12 +25,23 @@ class Install(unittest.TestCase):
         wanted = ["man/man1/quenlin.1.gz", "doc/quenlin/copyright", f"mime/packages/{house.ID}.xml",
                   f"applications/{house.ID}.Add.desktop", f"icons/hicolor/scalable/apps/{house.ID}.svg",
                   f"icons/hicolor/16x16/apps/{house.ID}.png", f"icons/hicolor/256x256/apps/{house.ID}.png",
-                  "quenlin/TIPOFDAY.TXT", "quenlin/Deutsch.qlt", "quenlin/Español.qlt"]
+                  "quenlin/TIPOFDAY.TXT", "quenlin/Brandolet.hlp", "quenlin/Deutsch.qlt", "quenlin/Español.qlt"]
         if WITH_WINDOWS:
             wanted += [f"applications/{house.ID}.desktop", f"metainfo/{house.ID}.metainfo.xml"]
         for name in wanted:
             self.assertTrue((share / name).is_file(), name)
         self.assertTrue(os.access(self.prefix / "bin" / "quenlin", os.X_OK))
+
+    def test_the_catalogue_is_installed_untouched(self):
+        """The build leaves a fresh catalogue at shipped/MP3s.mdb, beside the one in use in bin/."""
+        if not (house.BUILD / "bin" / "MP3s.mdb").exists():
+            self.skipTest("this build makes no catalogue")
+        installed = self.prefix / "share" / "quenlin" / "MP3s.mdb"
+        self.assertTrue(installed.is_file(), "shipped/MP3s.mdb is missing from the build folder")
+        self.assertEqual([p.name for p in installed.parent.glob("MP3s.mdb-*")], [])
+        count = house.run("sqlite3", f"file:{installed}?mode=ro&immutable=1",
+                          "SELECT (SELECT COUNT(*) FROM MP3s) || ' ' || Version FROM Validations")
+        self.assertEqual(count.stdout.strip(), "0 1.6.6", count.stderr)
 
     def test_an_installed_folder_is_not_portable(self):
         self.assertEqual([str(p) for p in self.prefix.rglob("portable")], [])

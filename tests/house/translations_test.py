@@ -1,4 +1,5 @@
-"""The shipped language files: complete, alike, within the format's limits, keys without clashes."""
+"""The shipped texts. Language files: complete, alike, within the format's limits, keys without clashes."""
+import html.parser
 import re
 import unittest
 
@@ -92,6 +93,28 @@ class Translations(unittest.TestCase):
             known = {(section.lower(), key.lower()) for section, key in entries}
             missing = [where for where in found if (where[0].lower(), where[1].lower()) not in known]
             self.assertEqual(missing, [], name)
+
+
+class Help(html.parser.HTMLParser):
+    """Collects what the help's contents point at, and what stands there to be pointed at."""
+
+    def __init__(self):
+        super().__init__()
+        self.wanted, self.there = [], []
+
+    def handle_starttag(self, tag, attrs):
+        attributes = dict(attrs)
+        if tag == "a":
+            self.wanted += [attributes["href"]] if "href" in attributes else []
+            self.there += ["#" + attributes["name"]] if "name" in attributes else []
+
+
+class HelpFile(unittest.TestCase):
+    def test_every_entry_of_the_contents_has_its_chapter(self):
+        reader = Help()
+        reader.feed((SHIPPED / "Brandolet.hlp").read_text(encoding="utf-8"))
+        self.assertGreater(len(reader.there), 10)
+        self.assertEqual(reader.wanted, reader.there)
 
 
 class Tips(unittest.TestCase):
