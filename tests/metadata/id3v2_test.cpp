@@ -103,17 +103,14 @@ TEST(ReadID3v2Frames, Genre)
     const struct {
         std::string data;
         std::string_view want;
-    } cases[] = {{"(17)Rock", "17"}, {"(17)", "17"},  {"(13)", "13"},     {"(RX)", "0"},
-                 {"(", "0"},         {"( 8)", "8"},   {"(-1)", "-1"},     {"(4.5)", "4.5"},
-                 {"Pop", "Pop"},     {"pop", "pop"},  {"17", "17"},       {"17 Rock", "17 Rock"},
-                 {"0", "0"},         {"0 Rock", "0"}, {" Pop", "0"},      {"-", "0"},
-                 {"\xC9t\xE9", "0"}, {"[x]", "0"},    {"{x}", "0"},       {"@", "0"},
-                 {"", "255"},        {"-1", "-1"},    {Z("Pop\0"), "Pop"}};
+    } cases[] = {{"(17)Rock", "17"}, {"(17)", "17"},  {"(13)", "13"}, {"(RX)", "0"},
+                 {"(", "0"},         {"( 8)", "8"},   {"(-1)", "-1"}, {"(4.5)", "4.5"},
+                 {"Pop", "Pop"},     {"pop", "pop"},  {"17", "17"},   {"17 Rock", "17 Rock"},
+                 {"0", "0"},         {"0 Rock", "0"}, {" Pop", "0"},  {"-", "0"},
+                 {"\xC9t\xE9", "0"}, {"[x]", "0"},    {"{x}", "0"},   {"@", "0"},
+                 {"", "255"},        {"-1", "-1"}};
     for (const auto &c : cases)
-        EXPECT_EQ(
-            Read(Frame3("TCON", c.data)).Genre.substr(0, c.want.size() + (c.data.back() != 0)),
-            c.want)
-            << c.data;
+        EXPECT_EQ(Read(Frame3("TCON", c.data)).Genre, c.want) << c.data;
     EXPECT_EQ(Read(Frame3("TCON", Z("Pop\0"))).Genre, Z("Pop\0"));
     EXPECT_EQ(Read(Frame3("TCON", "(" + std::string(400, '9'))).Genre, "-1"); // no such number
 }

@@ -1,0 +1,23 @@
+// Any body under any version: the reader's texts come out of the body, and reading is repeatable.
+#include "metadata/id3v2.h"
+
+#include <cstdlib>
+#include <string_view>
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
+{
+    if (size == 0)
+        return 0;
+    const std::string_view body(reinterpret_cast<const char *>(data) + 1, size - 1);
+    metadata::ID3v2Tag tag;
+    metadata::ReadID3v2Frames(body, data[0], tag);
+    for (const std::string &text :
+         {tag.Title, tag.Artist, tag.Album, tag.Year, tag.Comment, tag.Lyrics})
+        if (body.find(text) == std::string_view::npos)
+            std::abort();
+    metadata::ID3v2Tag again;
+    metadata::ReadID3v2Frames(body, data[0], again);
+    if (!(again == tag))
+        std::abort();
+    return 0;
+}
