@@ -1,0 +1,159 @@
+#include "ui/qt/bindings.h"
+
+#include "ui/controls/command.h"
+#include "ui/qt/icons.h"
+#include "ui/qt/qttext.h"
+
+#include <QEvent>
+#include <algorithm>
+
+namespace ui::qt
+{
+
+namespace
+{
+
+// Asks a picture's widget for its icon again when the theme or the scale of the screen changes.
+class PictureKeeper : public QObject
+{
+public:
+    PictureKeeper(ui::Picture &picture, QLabel *widget)
+        : QObject(widget), m_picture(picture), m_widget(widget)
+    {
+        widget->installEventFilter(this);
+    }
+
+    void Show()
+    {
+        ShowArea(m_picture, m_widget);
+        const QSize size = m_widget->size();
+        const QIcon icon = Icon(m_picture.Image());
+        m_widget->setPixmap(icon.isNull() ? QPixmap()
+                                          : icon.pixmap(size, m_widget->devicePixelRatioF()));
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::PaletteChange || event->type() == QEvent::Show)
+            Show();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    ui::Picture &m_picture;
+    QLabel *m_widget;
+};
+
+} // namespace
+
+QRect PixelRect(const ui::Rect &place)
+{
+    const int left = ui::PixelsOfTwips(place.left);
+    const int top = ui::PixelsOfTwips(place.top);
+    return {left, top, std::max(0, ui::PixelsOfTwips(place.Right()) - left),
+            std::max(0, ui::PixelsOfTwips(place.Bottom()) - top)};
+}
+
+void Name(QWidget *widget, const char *name)
+{
+    widget->setObjectName(QLatin1String(name));
+    widget->setAccessibleName(QLatin1String(name));
+}
+
+void ShowArea(const ui::Area &area, QWidget *widget)
+{
+    const QRect place = PixelRect(area.Place());
+    if (widget->geometry() != place)
+        widget->setGeometry(place);
+    if (widget->isHidden() == area.Visible())
+        widget->setVisible(area.Visible());
+    if (widget->isEnabled() != area.Enabled())
+        widget->setEnabled(area.Enabled());
+}
+
+void BindLabel(ui::Label &label, QLabel *widget)
+{
+    widget->setTextFormat(Qt::PlainText);
+    widget->setWordWrap(true);
+    widget->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    Bind(label, widget, [&label, widget] {
+        ShowArea(label, widget);
+        const QString text = LabelText(label.Caption());
+        if (text == widget->text())
+            return;
+        widget->setText(text);
+        widget->setAccessibleDescription(text);
+    });
+}
+
+void BindPicture(ui::Picture &picture, QLabel *widget)
+{
+    auto *keeper = new PictureKeeper(picture, widget);
+    Bind(picture, widget, [keeper] { keeper->Show(); });
+}
+
+void BindScrollBar(ui::ScrollBar &bar, QScrollBar *widget)
+{
+    Bind(bar, widget, [&bar, widget] {
+        ShowArea(bar, widget);
+        const QSignalBlocker quiet(widget);
+        widget->setRange(0, bar.Max());
+        widget->setPageStep(std::max(1, bar.LargeChange()));
+        widget->setSingleStep(std::max(1, bar.SmallChange()));
+        widget->setValue(bar.Value());
+    });
+    QObject::connect(widget, &QScrollBar::valueChanged, widget,
+                     [&bar](int value) { bar.SetValue(value); });
+}
+
+// A toolkit's bar counts in 32 bits, so that it gets the share in thousandths.
+void BindProgress(ui::ProgressBar &bar, QProgressBar *widget)
+{
+    widget->setRange(0, 1000);
+    widget->setTextVisible(false);
+    Bind(bar, widget, [&bar, widget] {
+        const double max = static_cast<double>(std::max<std::int64_t>(1, bar.Max()));
+        const double share = static_cast<double>(bar.Value()) / max;
+        widget->setValue(std::clamp(static_cast<int>(share * 1000), 0, 1000));
+        widget->setVisible(bar.Visible());
+    });
+}
+
+void BindTimer(ui::Timer &timer, QObject *owner)
+{
+    auto *driver = new QTimer(owner);
+    driver->setInterval(timer.IntervalMs());
+    QObject::connect(driver, &QTimer::timeout, driver, [&timer] { timer.Fire(); });
+    Bind(timer, driver, [&timer, driver] {
+        if (timer.Enabled())
+            driver->start();
+        else
+            driver->stop();
+    });
+}
+
+void BindAction(ui::Command &command, QAction *action, bool checkable)
+{
+    action->setObjectName(ToQt(command.name));
+    action->setCheckable(checkable);
+    Bind(command, action, [&command, action, checkable] {
+        action->setText(MenuText(command.Caption()));
+        action->setEnabled(command.Enabled());
+        action->setVisible(command.Visible());
+        if (checkable)
+            action->setChecked(command.Checked());
+    });
+}
+
+int MeasureHeight(const ui::Label &label, const QLabel *widget)
+{
+    if (label.Caption().empty())
+        return 0;
+    const int width = std::max(1, ui::PixelsOfTwips(label.Width()));
+    const QRect bounds = widget->fontMetrics().boundingRect(
+        QRect(0, 0, width, 1 << 24), Qt::AlignLeft | Qt::TextWordWrap | Qt::TextWrapAnywhere,
+        LabelText(label.Caption()));
+    return ui::TwipsOfPixels(bounds.height());
+}
+
+} // namespace ui::qt

@@ -1,0 +1,115 @@
+#include "ui/qt/icons.h"
+
+#include "ui/qt/qttext.h"
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QMap>
+#include <QMimeDatabase>
+#include <QPainter>
+
+namespace ui::qt
+{
+
+namespace
+{
+
+// One drawing for light windows and one for dark ones, chosen at each painting.
+class ThemedEngine : public QIconEngine
+{
+public:
+    ThemedEngine(QIcon light, QIcon dark) : m_light(std::move(light)), m_dark(std::move(dark)) {}
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        Drawing().paint(painter, rect, Qt::AlignCenter, mode, state);
+    }
+
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return Drawing().pixmap(size, 1.0, mode, state);
+    }
+
+    QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state,
+                         qreal scale) override
+    {
+        // `size` counts device pixels here; the drawing's own call counts window pixels.
+        QPixmap picture = Drawing().pixmap(size / scale, scale, mode, state);
+        return picture;
+    }
+
+    QSize actualSize(const QSize &size, QIcon::Mode, QIcon::State) override { return size; }
+    bool isNull() override { return m_light.isNull(); }
+    QIconEngine *clone() const override { return new ThemedEngine(m_light, m_dark); }
+    QString key() const override { return QStringLiteral("quenlin-themed"); }
+
+private:
+    const QIcon &Drawing() const { return IsDark(QGuiApplication::palette()) ? m_dark : m_light; }
+
+    QIcon m_light, m_dark;
+};
+
+struct State {
+    QMap<QString, QIcon> own;     // by key; null where there is no drawing
+    QMap<QString, QIcon> desktop; // by key; what AddDesktopIcon took
+};
+
+State &TheState()
+{
+    static State state;
+    return state;
+}
+
+QIcon OwnIcon(const QString &key)
+{
+    const QString light = QStringLiteral(":/icons/light/%1.svg").arg(key);
+    const QString dark = QStringLiteral(":/icons/dark/%1.svg").arg(key);
+    if (!QFile::exists(light))
+        return {};
+    return QIcon(new ThemedEngine(QIcon(light), QIcon(QFile::exists(dark) ? dark : light)));
+}
+
+} // namespace
+
+bool IsDark(const QPalette &palette)
+{
+    return palette.color(QPalette::WindowText).lightness() >
+           palette.color(QPalette::Window).lightness();
+}
+
+QIcon Icon(std::string_view key)
+{
+    const QString name = ToQt(key);
+    if (name.isEmpty())
+        return {};
+    State &state = TheState();
+    if (const auto found = state.desktop.constFind(name); found != state.desktop.constEnd())
+        return *found;
+    auto found = state.own.find(name);
+    if (found == state.own.end())
+        found = state.own.insert(name, OwnIcon(name));
+    return *found;
+}
+
+bool AddDesktopIcon(std::string_view extension)
+{
+    const QString suffix = ToQt(extension);
+    const QMimeType type =
+        QMimeDatabase().mimeTypeForFile(QLatin1String("x") + suffix, QMimeDatabase::MatchExtension);
+    for (const QString &name : {type.iconName(), type.genericIconName()}) {
+        const QIcon icon = QIcon::fromTheme(name);
+        if (!icon.isNull()) {
+            TheState().desktop.insert(suffix.mid(1).toUpper(), icon);
+            return true;
+        }
+    }
+    return false;
+}
+
+void ForgetDesktopIcons()
+{
+    TheState().desktop.clear();
+}
+
+} // namespace ui::qt

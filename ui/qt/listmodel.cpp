@@ -1,0 +1,134 @@
+#include "ui/qt/listmodel.h"
+
+#include "ui/qt/icons.h"
+#include "ui/qt/qttext.h"
+
+#include <QMimeData>
+#include <QUrl>
+
+namespace ui::qt
+{
+
+namespace
+{
+
+// More characters than any cell or tip shows; a longer text would only cost time to measure.
+constexpr std::size_t kLongestCell = 2000;
+
+// A text on one line: what breaks lines in it becomes blanks.
+QString OneLine(std::string_view text)
+{
+    QString line = ToQt(text.substr(0, kLongestCell));
+    for (QChar &c : line)
+        if (c < QLatin1Char(' ') || c == QChar(QChar::LineSeparator))
+            c = QLatin1Char(' ');
+    return line;
+}
+
+} // namespace
+
+ListModel::ListModel(ui::KeyedList &list, QObject *parent)
+    : QAbstractTableModel(parent), m_list(list)
+{
+}
+
+ui::RowId ListModel::RowOf(const QModelIndex &index) const
+{
+    if (!index.isValid() || m_list.Updating() || index.row() >= m_list.Count())
+        return ui::kNoRow;
+    return m_list.RowAt(index.row());
+}
+
+int ListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() || m_list.Updating() ? 0 : m_list.Count();
+}
+
+int ListModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() || m_list.Updating() ? 0 : static_cast<int>(m_list.Columns().size());
+}
+
+QString ListModel::CellText(ui::RowId row, int column) const
+{
+    return OneLine(column == 0 ? m_list.Text(row) : m_list.SubItemAt(row, column));
+}
+
+// A reader hears of a row by its name, of an empty cell by its column.
+QString ListModel::AccessibleText(ui::RowId row, int column) const
+{
+    if (column == 0 && nameOfRow)
+        return nameOfRow(row);
+    const QString text = CellText(row, column);
+    return text.isEmpty() ? headerData(column, Qt::Horizontal, Qt::DisplayRole).toString() : text;
+}
+
+QVariant ListModel::data(const QModelIndex &index, int role) const
+{
+    const ui::RowId row = RowOf(index);
+    if (row == ui::kNoRow)
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+        return CellText(row, index.column());
+    case Qt::DecorationRole:
+        return index.column() == 0 ? QVariant(Icon(m_list.Image(row))) : QVariant();
+    case Qt::AccessibleTextRole:
+        return AccessibleText(row, index.column());
+    default:
+        return {};
+    }
+}
+
+QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    const auto &columns = m_list.Columns();
+    if (orientation != Qt::Horizontal || section < 0 || section >= static_cast<int>(columns.size()))
+        return {};
+    const ui::ListColumn &column = columns[static_cast<std::size_t>(section)];
+    if (role == Qt::DisplayRole)
+        return LabelText(column.caption);
+    if (role == Qt::AccessibleTextRole)
+        return column.caption.empty() ? ToQt(column.key) : LabelText(column.caption);
+    if (role == Qt::TextAlignmentRole)
+        return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
+    return {};
+}
+
+Qt::ItemFlags ListModel::flags(const QModelIndex &index) const
+{
+    const ui::RowId row = RowOf(index);
+    if (row == ui::kNoRow)
+        return Qt::NoItemFlags;
+    Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
+    if (fileOfRow && !fileOfRow(row).empty())
+        flags |= Qt::ItemIsDragEnabled;
+    return flags;
+}
+
+QStringList ListModel::mimeTypes() const
+{
+    return {QStringLiteral("text/uri-list")};
+}
+
+// The addresses are made of the path's own bytes, so that a name that is no UTF-8 arrives whole.
+QMimeData *ListModel::mimeData(const QModelIndexList &indexes) const
+{
+    QList<QUrl> urls;
+    for (const QModelIndex &index : indexes) {
+        const ui::RowId row = RowOf(index);
+        if (index.column() != 0 || row == ui::kNoRow || !fileOfRow)
+            continue;
+        const std::string path = fileOfRow(row);
+        if (!path.empty())
+            urls.append(QUrl::fromEncoded("file://" +
+                                          QByteArray::fromStdString(path).toPercentEncoding("/")));
+    }
+    if (urls.isEmpty())
+        return nullptr;
+    auto *data = new QMimeData;
+    data->setUrls(urls);
+    return data;
+}
+
+} // namespace ui::qt

@@ -1,0 +1,50 @@
+// ui/qt/listmodel.h - a ui::KeyedList as the toolkit's views ask for it. Row r of the model is the
+// row that the list shows in place r; column c of the model is the list's column c + 1, wherever it
+// stands. The model keeps no row of its own.
+#pragma once
+
+#include "ui/controls/keyedlist.h"
+
+#include <QAbstractTableModel>
+#include <functional>
+
+namespace ui::qt
+{
+
+class ListModel : public QAbstractTableModel
+{
+public:
+    // `list` outlives the model.
+    ListModel(ui::KeyedList &list, QObject *parent);
+
+    // The list's row behind an index; kNoRow for an invalid one and while the list is in update.
+    ui::RowId RowOf(const QModelIndex &index) const;
+
+    // What the view tells of the list: all rows are about to be new, and are new.
+    void BeginReset() { beginResetModel(); }
+    void EndReset() { endResetModel(); }
+
+    // What a screen reader says of a row, whose main text is empty. Set by the window.
+    std::function<QString(ui::RowId)> nameOfRow;
+
+    // The path of the file that a row is, byte for byte; empty for a row that is none. Set by the
+    // window; rows with a path can be dragged out.
+    std::function<std::string(ui::RowId)> fileOfRow;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    QStringList mimeTypes() const override;
+    QMimeData *mimeData(const QModelIndexList &indexes) const override;
+    Qt::DropActions supportedDragActions() const override { return Qt::CopyAction; }
+
+private:
+    QString CellText(ui::RowId row, int column) const;
+    QString AccessibleText(ui::RowId row, int column) const;
+
+    ui::KeyedList &m_list;
+};
+
+} // namespace ui::qt

@@ -1,0 +1,338 @@
+#include "ui/qt/listview.h"
+
+#include "ui/qt/bindings.h"
+#include "ui/qt/itemtips.h"
+#include "ui/qt/qttext.h"
+#include "ui/qt/rowdelegate.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+
+namespace ui::qt
+{
+
+namespace
+{
+
+constexpr int kFrame = 3; // pixels of the frame at each side
+
+} // namespace
+
+ListView::ListView(ui::KeyedList &list, QWidget *parent)
+    : QTreeView(parent), m_list(list), m_model(list, this)
+{
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
+    setSelectionMode(ExtendedSelection);
+    setSelectionBehavior(SelectRows);
+    setEditTriggers(NoEditTriggers);
+    setDragEnabled(true);
+    setDragDropMode(DragOnly);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setItemDelegate(new RowDelegate(this));
+    header()->setStretchLastSection(false);
+    header()->setSectionsMovable(false);
+    header()->setSectionsClickable(true);
+    header()->setHighlightSections(false);
+    header()->setMinimumSectionSize(0);
+    setModel(&m_model);
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &ListView::TakeSelection);
+    connect(header(), &QHeaderView::sectionClicked, this, [this](int section) {
+        if (m_list.onColumnClick)
+            m_list.onColumnClick(section + 1);
+    });
+    connect(header(), &QHeaderView::sectionResized, this, [this](int section, int, int width) {
+        if (!m_showing)
+            m_list.SetColumnWidth(m_list.Columns()[static_cast<std::size_t>(section)].key,
+                                  ui::TwipsOfPixels(width));
+    });
+    connect(verticalScrollBar(), &QScrollBar::sliderPressed, this, [this] {
+        if (onScrolled)
+            onScrolled(false);
+    });
+    list.rowsAboutToChange = [this] {
+        setUpdatesEnabled(false); // the old picture stays until the rows stand
+        m_model.BeginReset();
+    };
+    list.rowsChanged = [this] {
+        m_model.EndReset();
+        ShowRows();
+        setUpdatesEnabled(true);
+    };
+    list.listChanged = [this](ui::ListChange change) { Changed(change); };
+    Bind(list, this, [this] {
+        Place();
+        setAccessibleDescription(m_list.Count() == 0 ? ToQt(m_list.Hint()) : QString());
+        viewport()->update();
+    });
+    ShowRows();
+}
+
+ListView::~ListView()
+{
+    m_list.rowsAboutToChange = nullptr;
+    m_list.rowsChanged = nullptr;
+    m_list.listChanged = nullptr;
+    setModel(nullptr);
+}
+
+void ListView::SetLeftInset(int pixels)
+{
+    m_leftInset = pixels;
+    Place();
+}
+
+// The list's place counts a frame that its parent cuts off; this list draws none and stands inside.
+void ListView::Place()
+{
+    QRect place = PixelRect(m_list.Place()).adjusted(kFrame, kFrame, 0, kFrame);
+    place.setLeft(std::min(place.left() + m_leftInset, place.right()));
+    if (geometry() != place)
+        setGeometry(place);
+    if (isHidden() == m_list.Visible())
+        setVisible(m_list.Visible());
+    if (isEnabled() != m_list.Enabled())
+        setEnabled(m_list.Enabled());
+}
+
+void ListView::Changed(ui::ListChange change)
+{
+    if (m_showing)
+        return;
+    switch (change) {
+    case ui::ListChange::Columns:
+        if (header()->count() != static_cast<int>(m_list.Columns().size())) {
+            m_model.BeginReset();
+            m_model.EndReset();
+            ShowRows();
+        } else {
+            ShowColumns();
+        }
+        break;
+    case ui::ListChange::Order:
+        ShowOrder();
+        break;
+    case ui::ListChange::Selection:
+        ShowSelection();
+        break;
+    }
+}
+
+void ListView::ShowRows()
+{
+    ShowColumns();
+    ShowSelection();
+    setAccessibleDescription(m_list.Count() == 0 ? ToQt(m_list.Hint()) : QString());
+}
+
+void ListView::ShowColumns()
+{
+    const QScopedValueRollback following(m_showing, true);
+    const auto &columns = m_list.Columns();
+    for (int i = 0; i < static_cast<int>(columns.size()); ++i) {
+        const ui::ListColumn &column = columns[static_cast<std::size_t>(i)];
+        const int width = ui::PixelsOfTwips(column.widthTwips);
+        header()->setSectionHidden(i, width <= 0);
+        if (width > 0 && header()->sectionSize(i) != width)
+            header()->resizeSection(i, width);
+        if (header()->visualIndex(i) != column.position - 1)
+            header()->moveSection(header()->visualIndex(i), column.position - 1);
+    }
+    const bool sorted = m_list.SortKey() > 0 && m_list.SortKey() < static_cast<int>(columns.size());
+    header()->setSortIndicatorShown(sorted);
+    if (sorted)
+        header()->setSortIndicator(m_list.SortKey(),
+                                   m_list.Descending() ? Qt::DescendingOrder : Qt::AscendingOrder);
+}
+
+void ListView::ShowOrder()
+{
+    {
+        const QScopedValueRollback following(m_showing, true);
+        m_model.BeginReset();
+        m_model.EndReset();
+    }
+    ShowRows();
+}
+
+// Brings the list's selection to the view, in runs of neighbouring rows.
+void ListView::ShowSelection()
+{
+    const QScopedValueRollback following(m_showing, true);
+    const ui::RowId focus = m_list.SelectedItem();
+    const int lastColumn = m_model.columnCount() - 1;
+    QItemSelection selection;
+    QModelIndex current;
+    int first = -1;
+    for (int i = 0; i <= m_list.Count() && m_list.SelectedCount() > 0; ++i) {
+        const bool selected = i < m_list.Count() && m_list.IsSelected(m_list.RowAt(i));
+        if (selected && first < 0)
+            first = i;
+        if (!selected && first >= 0) {
+            selection.select(m_model.index(first, 0), m_model.index(i - 1, lastColumn));
+            first = -1;
+        }
+    }
+    if (focus != ui::kNoRow && lastColumn >= 0)
+        current = m_model.index(m_list.DisplayIndex(focus), 0);
+    selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    if (current.isValid())
+        scrollTo(current);
+}
+
+// Tells the list what the user has selected.
+void ListView::TakeSelection()
+{
+    if (m_showing || m_list.Updating())
+        return;
+    const QScopedValueRollback following(m_showing, true);
+    std::vector<ui::RowId> rows;
+    for (const QItemSelectionRange &range : selectionModel()->selection())
+        for (int i = range.top(); i <= range.bottom(); ++i)
+            rows.push_back(m_list.RowAt(i));
+    const QModelIndex current = currentIndex();
+    ui::RowId focus = rows.empty() ? ui::kNoRow : rows.back();
+    if (current.isValid() && selectionModel()->isRowSelected(current.row(), {}))
+        focus = m_model.RowOf(current);
+    m_list.SetSelection(rows, focus);
+    m_selectionChanged = true;
+}
+
+int ListView::SearchColumn() const
+{
+    for (int place = 0; place < header()->count(); ++place) {
+        const int column = header()->logicalIndex(place);
+        if (column > 0 && !header()->isSectionHidden(column))
+            return column;
+    }
+    return 0;
+}
+
+bool ListView::RowBeginsWith(int displayIndex, int column, const QString &text) const
+{
+    // No letter takes more than four bytes in either case, so this much text decides.
+    const auto most = static_cast<std::size_t>(text.size()) * 4;
+    const std::string_view cell = m_list.SubItemAt(m_list.RowAt(displayIndex), column);
+    return ToQt(cell.substr(0, most)).startsWith(text, Qt::CaseInsensitive);
+}
+
+void ListView::keyboardSearch(const QString &text)
+{
+    const int count = m_model.rowCount(), column = SearchColumn();
+    const bool fresh =
+        !m_sinceTyped.isValid() || m_sinceTyped.elapsed() > QApplication::keyboardInputInterval();
+    m_sinceTyped.start();
+    m_typed = fresh || text == m_typed ? text : m_typed + text;
+    if (count == 0)
+        return;
+    // The first letter goes on to the next row that begins with it; more letters stay where they
+    // fit.
+    const int start = std::max(0, currentIndex().row() + (m_typed.size() == 1 ? 1 : 0));
+    for (int step = 0; step < count; ++step) {
+        const int row = (start + step) % count;
+        if (RowBeginsWith(row, column, m_typed)) {
+            setCurrentIndex(m_model.index(row, 0));
+            return;
+        }
+    }
+}
+
+void ListView::mousePressEvent(QMouseEvent *event)
+{
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (event->button() == Qt::RightButton) {
+        if (onMenuAsked)
+            onMenuAsked(m_model.RowOf(index), event->globalPosition().toPoint(), false);
+        return;
+    }
+    m_pressed = event->button() == Qt::LeftButton;
+    QTreeView::mousePressEvent(event);
+}
+
+void ListView::mouseReleaseEvent(QMouseEvent *event)
+{
+    QTreeView::mouseReleaseEvent(event);
+    m_selectionChanged = false;
+    if (event->button() != Qt::LeftButton || !std::exchange(m_pressed, false))
+        return;
+    if (indexAt(event->position().toPoint()).isValid() && m_list.onItemClick)
+        m_list.onItemClick();
+    if (m_list.onClick)
+        m_list.onClick();
+}
+
+void ListView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid() &&
+        m_list.onDblClick)
+        m_list.onDblClick();
+}
+
+void ListView::startDrag(Qt::DropActions actions)
+{
+    m_pressed = false; // what begins as a click and becomes a drag is no click
+    QTreeView::startDrag(actions);
+}
+
+void ListView::keyPressEvent(QKeyEvent *event)
+{
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (plain && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+        if (m_list.SelectedItem() != ui::kNoRow && m_list.onDblClick)
+            m_list.onDblClick();
+        return;
+    }
+    m_selectionChanged = false;
+    QTreeView::keyPressEvent(event);
+    if (!std::exchange(m_selectionChanged, false))
+        return;
+    if (m_list.onItemClick)
+        m_list.onItemClick();
+    if (m_list.onClick)
+        m_list.onClick();
+}
+
+// The mouse's own request came with the press; here is that of the menu key.
+void ListView::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (event->reason() == QContextMenuEvent::Mouse || !onMenuAsked)
+        return;
+    const QRect row = visualRect(currentIndex());
+    const QPoint place = viewport()->mapToGlobal(
+        viewport()->rect().intersects(row) ? row.bottomLeft() : QPoint(0, 0));
+    onMenuAsked(m_list.SelectedItem(), place, true);
+}
+
+void ListView::wheelEvent(QWheelEvent *event)
+{
+    if (onScrolled)
+        onScrolled(true);
+    QTreeView::wheelEvent(event);
+}
+
+bool ListView::viewportEvent(QEvent *event)
+{
+    return ShowTipOfCutText(*this, event) || QTreeView::viewportEvent(event);
+}
+
+void ListView::paintEvent(QPaintEvent *event)
+{
+    QTreeView::paintEvent(event);
+    if (m_model.rowCount() > 0 || m_list.Hint().empty())
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    const QRect place = viewport()->rect().adjusted(24, 24, -24, -24);
+    painter.drawText(place, Qt::AlignCenter | Qt::TextWordWrap, LabelText(m_list.Hint()));
+}
+
+} // namespace ui::qt

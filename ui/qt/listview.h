@@ -1,0 +1,69 @@
+// ui/qt/listview.h - shows a ui::KeyedList as a report and turns what the user does into the list's
+// events. A click on a row raises ItemClick, then Click; one beside the rows raises Click; a change
+// of the selection by key raises both, so that commands follow the keyboard too; a double click or
+// Enter raises DblClick; a click on a header raises ColumnClick. Typing finds a row by the start of
+// its first visible text. Rows that are files can be dragged out, as copies.
+#pragma once
+
+#include "ui/qt/listmodel.h"
+
+#include <QElapsedTimer>
+#include <QTreeView>
+
+namespace ui::qt
+{
+
+class ListView : public QTreeView
+{
+public:
+    // `list` outlives the view, which listens to it until it is destroyed.
+    ListView(ui::KeyedList &list, QWidget *parent);
+    ~ListView() override;
+
+    ListModel &Model() { return m_model; }
+
+    // The right button went down on `row` (kNoRow beside the rows), or the menu key was pressed
+    // (`byKey`, `row` is the selected one). `place` is where a menu would open, on the screen.
+    std::function<void(ui::RowId row, QPoint place, bool byKey)> onMenuAsked;
+
+    // The list is about to move its rows, by the mouse wheel or else by its scroll bar.
+    std::function<void(bool byWheel)> onScrolled;
+
+    // Leaves `pixels` at the left of the list's place free, for a scroll bar that lies over it.
+    void SetLeftInset(int pixels);
+
+    void keyboardSearch(const QString &text) override;
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void startDrag(Qt::DropActions actions) override;
+    bool viewportEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+
+private:
+    void Place();
+    void ShowRows();
+    void ShowColumns();
+    void ShowOrder();
+    void ShowSelection();
+    void TakeSelection();
+    void Changed(ui::ListChange change);
+    int SearchColumn() const;
+    bool RowBeginsWith(int displayIndex, int column, const QString &text) const;
+
+    ui::KeyedList &m_list;
+    ListModel m_model;
+    QElapsedTimer m_sinceTyped;
+    QString m_typed;
+    int m_leftInset = 0;
+    bool m_showing = false;          // the view follows the list, not the user
+    bool m_selectionChanged = false; // by the user, since the last event
+    bool m_pressed = false;          // a click of the left button is under way
+};
+
+} // namespace ui::qt

@@ -1,0 +1,37 @@
+#include "ui/qt/pagepanel.h"
+
+#include "ui/qt/icons.h"
+
+#include <QLinearGradient>
+#include <QPainter>
+
+namespace ui::qt
+{
+
+void PagePanel::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), palette().color(QPalette::Base));
+    const bool dark = IsDark(palette());
+    if (!m_picture || m_pictureIsDark != dark) {
+        m_picture =
+            std::make_unique<QSvgRenderer>(dark ? QStringLiteral(":/pictures/page-dark.svg")
+                                                : QStringLiteral(":/pictures/page-light.svg"));
+        m_pictureIsDark = dark;
+    }
+    const QSizeF size = m_picture->defaultSize();
+    m_picture->render(&painter, QRectF(0, 0, width(), width() * size.height() / size.width()));
+}
+
+void PageRule::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    QColor colour = palette().color(QPalette::Highlight);
+    QLinearGradient fade(0, 0, width(), 0);
+    fade.setColorAt(0, colour);
+    colour.setAlpha(40);
+    fade.setColorAt(1, colour);
+    painter.fillRect(rect(), fade);
+}
+
+} // namespace ui::qt

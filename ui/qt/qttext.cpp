@@ -1,0 +1,58 @@
+#include "ui/qt/qttext.h"
+
+namespace ui::qt
+{
+
+QString ToQt(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+std::string FromQt(const QString &text)
+{
+    const QByteArray bytes = text.toUtf8();
+    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
+}
+
+QString LabelText(std::string_view caption)
+{
+    std::string shown;
+    shown.reserve(caption.size());
+    for (std::size_t i = 0; i < caption.size(); ++i) {
+        const char c = caption[i];
+        const char next = i + 1 < caption.size() ? caption[i + 1] : '\0';
+        if (c == '&') {
+            if (next == '&')
+                shown += caption[++i];
+        } else if (c == '\r') {
+            shown += '\n';
+            i += next == '\n' ? 1 : 0;
+        } else {
+            shown += c;
+        }
+    }
+    return ToQt(shown);
+}
+
+QString MenuText(std::string_view caption)
+{
+    QString text = ToQt(caption);
+    text.replace(QLatin1Char('\t'), QLatin1Char(' '));
+    text.replace(QLatin1Char('\r'), QLatin1Char(' '));
+    const qsizetype shortcut = text.lastIndexOf(QLatin1String("  Alt+"));
+    if (shortcut < 0)
+        return text;
+    const QString keys = text.mid(shortcut).trimmed();
+    return text.left(shortcut).trimmed() + QLatin1Char('\t') + keys;
+}
+
+QString TipText(const QString &text)
+{
+    if (text.isEmpty())
+        return {};
+    QString escaped = text.toHtmlEscaped();
+    escaped.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+    return QLatin1String("<qt>") + escaped + QLatin1String("</qt>");
+}
+
+} // namespace ui::qt

@@ -1,0 +1,31 @@
+// ui/qt/qttext.h - the one border between the program's texts (UTF-8) and the toolkit's.
+// No state, no errors.
+#pragma once
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+namespace ui::qt
+{
+
+// UTF-8 to the toolkit's text; bytes that are no UTF-8 become U+FFFD.
+[[nodiscard]] QString ToQt(std::string_view text);
+
+// The toolkit's text as UTF-8.
+[[nodiscard]] std::string FromQt(const QString &text);
+
+// What a label shows of a caption: "&&" is an ampersand, a lone "&" (the mark of an access key) is
+// not shown, and carriage returns break the line. The result is plain text.
+[[nodiscard]] QString LabelText(std::string_view caption);
+
+// What a menu entry shows of a caption. "&" marks its access key as in the caption; a shortcut that
+// stands inside the caption behind blanks ("&File Info             Alt+3") goes to the shortcut's
+// own place at the right edge. CR and TAB become blanks, so that no file name can fake a column.
+[[nodiscard]] QString MenuText(std::string_view caption);
+
+// A tool tip that shows `text` as it stands, whatever marks it holds, and breaks long lines. Empty
+// for an empty text, so that no tip shows.
+[[nodiscard]] QString TipText(const QString &text);
+
+} // namespace ui::qt

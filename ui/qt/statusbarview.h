@@ -1,0 +1,38 @@
+// ui/qt/statusbarview.h - shows a ui::StatusBar: its panels side by side in their widths, and a
+// grip to resize the window.
+#pragma once
+
+#include "ui/controls/statusbar.h"
+
+#include <QSizeGrip>
+#include <QWidget>
+#include <vector>
+
+namespace ui::qt
+{
+
+class ElidedLabel;
+
+class StatusBarView : public QWidget
+{
+public:
+    // `bar` outlives the view, which listens to it until it is destroyed.
+    StatusBarView(ui::StatusBar &bar, QWidget *parent);
+    ~StatusBarView() override;
+
+    // The height that a line of text needs here, in pixels.
+    QSize sizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void ShowPanels();
+
+    ui::StatusBar &m_bar;
+    std::vector<ElidedLabel *> m_labels; // one a panel, owned by this widget
+    QSizeGrip *m_grip;
+};
+
+} // namespace ui::qt

@@ -1,0 +1,188 @@
+#include "ui/qt/treeview.h"
+
+#include "ui/qt/bindings.h"
+#include "ui/qt/itemtips.h"
+#include "ui/qt/rowdelegate.h"
+
+#include <QMouseEvent>
+#include <QScopedValueRollback>
+
+namespace ui::qt
+{
+
+TreeView::TreeView(ui::KeyedTree &tree, QWidget *parent)
+    : QTreeView(parent), m_tree(tree), m_model(tree, this)
+{
+    setHeaderHidden(true);
+    setUniformRowHeights(true);
+    setEditTriggers(NoEditTriggers);
+    setSelectionMode(SingleSelection);
+    setExpandsOnDoubleClick(false);
+    setTextElideMode(Qt::ElideRight);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setVerticalScrollMode(ScrollPerPixel);
+    setItemDelegate(new RowDelegate(this));
+    setModel(&m_model);
+    tree.nodesAboutToChange = [this, begin = tree.nodesAboutToChange] {
+        setUpdatesEnabled(false); // the old picture stays until the nodes stand
+        begin();
+    };
+    tree.nodesChanged = [this, end = tree.nodesChanged] {
+        end();
+        ShowAll();
+        setUpdatesEnabled(true);
+    };
+    tree.selectionChanged = [this](ui::NodeId) { ShowSelection(); };
+    tree.expansionChanged = [this](ui::NodeId node) { ShowExpansion(node); };
+    Bind(tree, this, [this] { ShowArea(m_tree, this); });
+    ShowAll();
+}
+
+TreeView::~TreeView()
+{
+    m_tree.selectionChanged = nullptr;
+    m_tree.expansionChanged = nullptr;
+    setModel(nullptr);
+}
+
+// Brings expansion and selection to a view whose nodes are all new.
+void TreeView::ShowAll()
+{
+    const QScopedValueRollback following(m_showing, true);
+    m_shown = ui::kNoNode;
+    for (ui::NodeId node = 0; node < m_tree.Count(); ++node)
+        if (m_tree.Expanded(node) && !m_tree.Children(node).empty())
+            expand(m_model.IndexOf(node));
+    ShowSelection();
+}
+
+void TreeView::ShowSelection()
+{
+    const QScopedValueRollback following(m_showing, true);
+    const ui::NodeId before = std::exchange(m_shown, m_tree.Selected());
+    setCurrentIndex(m_model.IndexOf(m_shown));
+    if (before < m_tree.Count())
+        m_model.Touch(before);
+    m_model.Touch(m_shown);
+}
+
+void TreeView::ShowExpansion(ui::NodeId node)
+{
+    const QScopedValueRollback following(m_showing, true);
+    setExpanded(m_model.IndexOf(node), m_tree.Expanded(node));
+}
+
+bool TreeView::IsOnExpander(const QModelIndex &index, QPoint position) const
+{
+    if (!m_model.hasChildren(index))
+        return false;
+    const int textLeft = visualRect(index).left(), textRight = visualRect(index).right();
+    if (isRightToLeft())
+        return position.x() > textRight && position.x() <= textRight + indentation();
+    return position.x() < textLeft && position.x() >= textLeft - indentation();
+}
+
+void TreeView::mousePressEvent(QMouseEvent *event)
+{
+    m_pressed = ui::kNoNode;
+    m_pressedNothing = false;
+    if (event->button() != Qt::LeftButton)
+        return;
+    const QModelIndex index = indexAt(event->position().toPoint());
+    const ui::NodeId node = TreeModel::NodeAt(index);
+    if (node == ui::kNoNode) {
+        m_pressedNothing = true;
+    } else if (IsOnExpander(index, event->position().toPoint())) {
+        m_tree.ClickExpander(node);
+    } else {
+        m_pressed = node;
+        const QScopedValueRollback following(m_showing, true);
+        setCurrentIndex(index); // the mark follows the finger; the event comes with the release
+    }
+}
+
+void TreeView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    const ui::NodeId pressed = std::exchange(m_pressed, ui::kNoNode);
+    const ui::NodeId node = TreeModel::NodeAt(indexAt(event->position().toPoint()));
+    if (pressed != ui::kNoNode && pressed == node && node < m_tree.Count())
+        m_tree.ClickText(node);
+    else if (pressed != ui::kNoNode)
+        ShowSelection();
+    else if (std::exchange(m_pressedNothing, false) && node == ui::kNoNode)
+        m_tree.ClickNothing();
+}
+
+void TreeView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    const QModelIndex index = indexAt(event->position().toPoint());
+    const ui::NodeId node = TreeModel::NodeAt(index);
+    if (event->button() != Qt::LeftButton || node == ui::kNoNode)
+        return;
+    if (IsOnExpander(index, event->position().toPoint()))
+        m_tree.ClickExpander(node); // two quick clicks on the expander are two clicks
+    else
+        m_tree.ToggleByKey(node, !m_tree.Expanded(node));
+}
+
+// A press that moves selects nothing on its way and starts no drag.
+void TreeView::mouseMoveEvent(QMouseEvent *event)
+{
+    event->accept();
+}
+
+bool TreeView::HandleTreeKey(int key)
+{
+    const ui::NodeId node = m_tree.Selected();
+    if (node == ui::kNoNode)
+        return false;
+    const bool open = m_tree.Expanded(node) && !m_tree.Children(node).empty();
+    switch (key) {
+    case Qt::Key_Right:
+    case Qt::Key_Plus:
+    case Qt::Key_Asterisk:
+        if (!open)
+            m_tree.ToggleByKey(node, true);
+        else if (key == Qt::Key_Right)
+            m_tree.MoveTo(m_tree.Children(node).front());
+        return true;
+    case Qt::Key_Left:
+    case Qt::Key_Minus:
+        if (open)
+            m_tree.ToggleByKey(node, false);
+        else if (key == Qt::Key_Left && m_tree.Parent(node) != ui::kNoNode)
+            m_tree.MoveTo(m_tree.Parent(node));
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        m_tree.ToggleByKey(node, !open);
+        return true;
+    default:
+        return false;
+    }
+}
+
+void TreeView::keyPressEvent(QKeyEvent *event)
+{
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (plain && HandleTreeKey(event->key()))
+        return;
+    QTreeView::keyPressEvent(event);
+}
+
+void TreeView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QTreeView::currentChanged(current, previous);
+    const ui::NodeId node = TreeModel::NodeAt(current);
+    if (!m_showing && node != ui::kNoNode && !m_tree.Updating() && node != m_tree.Selected())
+        m_tree.MoveTo(node);
+}
+
+bool TreeView::viewportEvent(QEvent *event)
+{
+    return ShowTipOfCutText(*this, event) || QTreeView::viewportEvent(event);
+}
+
+} // namespace ui::qt

@@ -1,0 +1,46 @@
+// ui/qt/treeview.h - shows a ui::KeyedTree and turns what the user does into the tree's events: a
+// click on a node's text, a click on its expander, a move by key, Enter or a double click as a
+// change of its expansion. Typing finds a node by the start of its text.
+#pragma once
+
+#include "ui/qt/treemodel.h"
+
+#include <QTreeView>
+
+namespace ui::qt
+{
+
+class TreeView : public QTreeView
+{
+public:
+    // `tree` outlives the view, which listens to it until it is destroyed.
+    TreeView(ui::KeyedTree &tree, QWidget *parent);
+    ~TreeView() override;
+
+    TreeModel &Model() { return m_model; }
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+
+private:
+    void ShowAll();
+    void ShowSelection();
+    void ShowExpansion(ui::NodeId node);
+    bool IsOnExpander(const QModelIndex &index, QPoint position) const;
+    bool HandleTreeKey(int key);
+
+    ui::KeyedTree &m_tree;
+    TreeModel m_model;
+    ui::NodeId m_pressed = ui::kNoNode; // the node under the press of a click on its text
+    bool m_pressedNothing = false;
+    ui::NodeId m_shown = ui::kNoNode; // the node shown as selected
+    bool m_showing = false;           // the view follows the tree, not the user
+};
+
+} // namespace ui::qt
