@@ -1,0 +1,242 @@
+#include "browser/frmMain.h"
+
+#include "ui/qt/bindings.h"
+#include "ui/qt/elidedlabel.h"
+#include "ui/qt/icons.h"
+#include "ui/qt/listview.h"
+#include "ui/qt/pagepanel.h"
+#include "ui/qt/qttext.h"
+#include "ui/qt/statusbarview.h"
+#include "ui/qt/treeview.h"
+
+#include <QCloseEvent>
+#include <QCursor>
+#include <QHBoxLayout>
+#include <QMenuBar>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QScrollBar>
+#include <QToolBar>
+
+namespace browser
+{
+
+namespace
+{
+
+constexpr int kFrameHeightPixels = kFrameHeight / ui::kTwipsPerPixel;
+constexpr int kFrameWidthPixels = kFrameWidth / ui::kTwipsPerPixel;
+constexpr int kLeastWidthPixels = 400, kLeastHeightPixels = 260; // the window stays usable
+
+} // namespace
+
+frmMainWindow::frmMainWindow(MainForm &form)
+    : m_form(form), m_client(new QWidget(this)), m_toolbar(new QToolBar(m_client)),
+      m_addressBar(new QFrame(m_client)), m_lblAddress(new ui::qt::ElidedLabel(m_addressBar)),
+      m_WEPath(new ui::qt::ElidedLabel(m_addressBar)),
+      m_tree(new ui::qt::TreeView(form.TV, m_client)), m_separator(new QWidget(m_client)),
+      m_borders(new QWidget(m_client)), m_panel(new ui::qt::PagePanel(m_borders)),
+      m_scroll(new QScrollBar(Qt::Vertical, m_borders)),
+      m_list(new ui::qt::ListView(form.LV, m_borders)),
+      m_statusBar(new ui::qt::StatusBarView(form.SB, m_client)),
+      m_progress(new QProgressBar(m_statusBar))
+{
+    ui::qt::Name(this, "frmMain");
+    setWindowTitle(ui::qt::ToQt(form.caption));
+    setWindowIcon(QIcon(QStringLiteral(":/icons/app.svg")));
+    setCentralWidget(m_client);
+    setMinimumSize(kLeastWidthPixels, kLeastHeightPixels);
+    ui::qt::Name(m_client, "Client");
+    m_client->installEventFilter(this);
+    FillCalls();
+    BuildMenus();
+    BuildToolbar();
+    BuildTree();
+    BuildSeparator();
+    BuildPanel();
+    BuildList();
+    BuildPopup();
+    BindFrame();
+    MeasureFrame();
+    setTabOrder(m_tree, m_list);
+    setTabOrder(m_list, m_separator);
+}
+
+frmMainWindow::~frmMainWindow()
+{
+    m_client->removeEventFilter(this);
+    m_form.calls = {};
+    m_form.focusList = nullptr;
+    for (auto &[label, widget] : m_pageLabels)
+        label->measureHeight = nullptr;
+}
+
+// What the form asks of its window. What it asks of the rest of the program is app/'s to fill in.
+void frmMainWindow::FillCalls()
+{
+    m_form.calls.textWidth = [this](std::string_view text) { return TextWidthTwips(text); };
+    m_form.calls.placed = [this] { ShowPanel(); };
+    m_form.calls.screen = [this] {
+        const QRect place = screen()->availableGeometry();
+        return ui::Rect{ui::TwipsOfPixels(place.left()), ui::TwipsOfPixels(place.top()),
+                        ui::TwipsOfPixels(place.width()), ui::TwipsOfPixels(place.height())};
+    };
+    m_form.calls.showWindow = [this] {
+        PlaceWindow();
+        show();
+        m_tree->setFocus();
+    };
+    m_form.calls.showPopup = [this](int left, int top) { ShowPopup(left, top); };
+    m_form.calls.cursor = [this] {
+        const QPoint place = m_anchor.value_or(QCursor::pos());
+        return ui::Rect{ui::TwipsOfPixels(place.x()), ui::TwipsOfPixels(place.y()), 0, 0};
+    };
+    m_form.calls.raisePanel = [this] {
+        m_list->lower();
+        m_panel->raise();
+        m_scroll->raise();
+    };
+    m_form.focusList = [this] { m_list->setFocus(); };
+    m_form.panelChanged = [this] { ShowPanel(); };
+}
+
+void frmMainWindow::BindFrame()
+{
+    using namespace ui::qt;
+    Name(m_toolbar, "TB");
+    Bind(m_form.TB, m_toolbar, [this] { ShowArea(m_form.TB, m_toolbar); });
+    Name(m_addressBar, "TBAddress");
+    Bind(m_form.TBAddress, m_addressBar, [this] { ShowArea(m_form.TBAddress, m_addressBar); });
+    Name(m_lblAddress, "lblAddress");
+    Name(m_WEPath, "WEPath");
+    m_WEPath->SetElideMode(Qt::ElideMiddle);
+    m_WEPath->setFrameShape(QFrame::StyledPanel);
+    m_WEPath->setBackgroundRole(QPalette::Base);
+    m_WEPath->setForegroundRole(QPalette::Text);
+    m_WEPath->setAutoFillBackground(true);
+    m_WEPath->setIndent(4);
+    const auto bindLine = [this](ui::Label &label, ElidedLabel *widget) {
+        Bind(label, widget, [this, &label, widget] {
+            // The bar's whole height, so that larger fonts stand in its middle.
+            const QRect place = PixelRect(label.Place());
+            widget->setGeometry(place.left(), 4, place.width(), m_addressBar->height() - 6);
+            widget->SetFullText(LabelText(label.Caption()));
+        });
+    };
+    bindLine(m_form.lblAddress, m_lblAddress);
+    bindLine(m_form.WEPath, m_WEPath);
+    Name(m_statusBar, "SB");
+    Bind(m_form.statusBarArea, m_statusBar,
+         [this] { ShowArea(m_form.statusBarArea, m_statusBar); });
+    Name(m_progress, "PBar");
+    Bind(m_form.pbarArea, m_progress, [this] {
+        // The area is told within the window, the bar stands within the status bar.
+        ui::Rect place = m_form.pbarArea.Place();
+        place.top -= m_form.statusBarArea.Top();
+        m_progress->setGeometry(PixelRect(place));
+    });
+    BindProgress(m_form.PBar, m_progress);
+    for (ui::Timer *timer : {&m_form.ShowSelectedItems, &m_form.tmrRefreshList, &m_form.tmr_Playing,
+                             &m_form.tmrAutoCheckVersion, &m_form.tmrClearAutoCheck})
+        BindTimer(*timer, this);
+}
+
+// Tells the form the sizes that the desktop's font and style ask for.
+void frmMainWindow::MeasureFrame()
+{
+    m_form.TB.SetHeight(ui::TwipsOfPixels(m_toolbar->sizeHint().height()));
+    m_form.statusBarArea.SetHeight(ui::TwipsOfPixels(m_statusBar->sizeHint().height()));
+    m_form.lblAddress.SetWidth(TextWidthTwips(m_form.lblAddress.Caption()) + ui::TwipsOfPixels(2));
+}
+
+int frmMainWindow::TextWidthTwips(std::string_view text) const
+{
+    return ui::TwipsOfPixels(fontMetrics().horizontalAdvance(ui::qt::LabelText(text)));
+}
+
+void frmMainWindow::PlaceWindow()
+{
+    const QScopedValueRollback applying(m_applying, true);
+    const ui::Rect &place = m_form.window;
+    const int menuHeight = menuBar()->sizeHint().height();
+    resize(ui::PixelsOfTwips(place.width) - kFrameWidthPixels,
+           ui::PixelsOfTwips(place.height) - kFrameHeightPixels + menuHeight);
+    move(ui::PixelsOfTwips(place.left), ui::PixelsOfTwips(place.top));
+}
+
+// Writes the window's own place into the form, as the layout and the settings count it.
+void frmMainWindow::LearnPlace()
+{
+    m_form.minimised = isMinimized();
+    if (m_form.minimised)
+        return;
+    ui::Rect &place = m_form.window;
+    place.left = ui::TwipsOfPixels(x());
+    place.top = ui::TwipsOfPixels(y());
+    place.width = ui::TwipsOfPixels(m_client->width() + kFrameWidthPixels);
+    place.height = ui::TwipsOfPixels(m_client->height() + kFrameHeightPixels);
+    m_form.scaleWidth = ui::TwipsOfPixels(m_client->width());
+}
+
+void frmMainWindow::ClientResized()
+{
+    if (m_unloading)
+        return;
+    LearnPlace();
+    const int height = m_form.statusBarArea.Height();
+    m_form.statusBarArea.SetPlace(
+        {0, ui::TwipsOfPixels(m_client->height()) - height, m_form.scaleWidth, height});
+    m_form.TB.SetWidth(m_form.scaleWidth);
+    ResizeMainForm(m_form);
+}
+
+void frmMainWindow::moveEvent(QMoveEvent *event)
+{
+    QMainWindow::moveEvent(event);
+    if (!m_applying && isVisible())
+        LearnPlace();
+}
+
+void frmMainWindow::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    switch (event->type()) {
+    case QEvent::WindowStateChange:
+        m_form.minimised = isMinimized();
+        break;
+    case QEvent::FontChange:
+    case QEvent::StyleChange:
+        MeasureFrame();
+        SetPanelFonts();
+        ClientResized();
+        break;
+    default:
+        break;
+    }
+}
+
+// The form's unload ends the program; the window stays until then.
+void frmMainWindow::closeEvent(QCloseEvent *event)
+{
+    event->ignore();
+    if (std::exchange(m_unloading, true))
+        return;
+    UnloadMainForm(m_form);
+}
+
+void frmMainWindow::keyPressEvent(QKeyEvent *event)
+{
+    if (!Form_KeyDown(m_form, event->key(), event->modifiers().testFlag(Qt::AltModifier)))
+        QMainWindow::keyPressEvent(event);
+}
+
+bool frmMainWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_client && event->type() == QEvent::Resize)
+        ClientResized();
+    else if (watched == m_separator)
+        DragSeparator(event);
+    return QMainWindow::eventFilter(watched, event);
+}
+
+} // namespace browser

@@ -1,0 +1,126 @@
+// The main window's tree, list and splitter.
+#include "browser/fieldtree.h"
+#include "browser/frmMain.h"
+#include "browser/itemlist.h"
+#include "runtime/error.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/listview.h"
+#include "ui/qt/qttext.h"
+#include "ui/qt/treeview.h"
+
+#include <QMouseEvent>
+
+namespace browser
+{
+
+namespace
+{
+
+constexpr int kKeyStepTwips = 150; // one arrow key moves the splitter ten pixels
+
+// The messages that the list's own window procedure knows.
+constexpr int kWheelMessage = 0x20A, kScrollMessage = 0x115;
+
+// A sub-item; empty where the list's rows have none of that name.
+std::string SubItemOrEmpty(const ui::KeyedList &list, ui::RowId row, std::string_view key)
+{
+    try {
+        return std::string(list.SubItem(row, key));
+    } catch (const runtime::RuntimeError &) {
+        return {};
+    }
+}
+
+// The path of a file's row; empty for other rows.
+std::string FileOfRow(const ui::KeyedList &list, ui::RowId row)
+{
+    if (!list.Key(row).starts_with(kFileMarker) || list.SubItemCount(row) < 2)
+        return {};
+    return SubItemOrEmpty(list, row, "Path");
+}
+
+// Title, artist and kind: what a row is, for one who hears it.
+QString NameOfRow(const ui::KeyedList &list, ui::RowId row)
+{
+    QStringList words;
+    for (const std::string &word :
+         {std::string(list.SubItemAt(row, 1)), SubItemOrEmpty(list, row, "Artist"),
+          GetItemTypeText(list.Key(row), false)})
+        if (!word.empty())
+            words.append(ui::qt::ToQt(word));
+    return words.join(QLatin1String(", "));
+}
+
+} // namespace
+
+void frmMainWindow::BuildTree()
+{
+    ui::qt::Name(m_tree, "TV");
+    m_tree->setFrameShape(QFrame::NoFrame);
+    m_tree->Model().nameOfEmpty = [this](ui::NodeId node) {
+        return ui::qt::ToQt(GetItemTypeText(m_form.TV.Key(node), false));
+    };
+}
+
+void frmMainWindow::BuildList()
+{
+    ui::qt::Name(m_list, "LV");
+    m_list->setFrameShape(QFrame::NoFrame);
+    m_list->Model().nameOfRow = [this](ui::RowId row) { return NameOfRow(m_form.LV, row); };
+    m_list->Model().fileOfRow = [this](ui::RowId row) { return FileOfRow(m_form.LV, row); };
+    m_list->onScrolled = [this](bool wheel) {
+        ListMessage(m_form, wheel ? kWheelMessage : kScrollMessage);
+    };
+    m_list->onMenuAsked = [this](ui::RowId row, QPoint place, bool byKey) {
+        m_anchor = place;
+        LV_MouseDown(m_form, 2, byKey ? ui::kNoRow : row);
+        m_anchor.reset();
+    };
+}
+
+void frmMainWindow::BuildSeparator()
+{
+    ui::qt::Name(m_separator, "Separator");
+    m_separator->setCursor(Qt::SplitHCursor);
+    m_separator->setFocusPolicy(Qt::TabFocus);
+    m_separator->installEventFilter(this);
+    ui::qt::Bind(m_form.Separator, m_separator,
+                 [this] { ui::qt::ShowArea(m_form.Separator, m_separator); });
+}
+
+void frmMainWindow::DragSeparator(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        Separator_MouseDown(m_form);
+        break;
+    case QEvent::MouseMove:
+        Separator_MouseMove(m_form,
+                            static_cast<QMouseEvent *>(event)->position().x() * ui::kTwipsPerPixel);
+        break;
+    case QEvent::MouseButtonRelease:
+        Separator_MouseUp(m_form);
+        break;
+    case QEvent::KeyPress:
+        MoveSeparatorByKey(static_cast<QKeyEvent *>(event)->key());
+        break;
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
+        m_separator->setAutoFillBackground(event->type() == QEvent::FocusIn);
+        m_separator->setBackgroundRole(QPalette::Highlight);
+        break;
+    default:
+        break;
+    }
+}
+
+void frmMainWindow::MoveSeparatorByKey(int key)
+{
+    if (key != Qt::Key_Left && key != Qt::Key_Right)
+        return;
+    Separator_MouseDown(m_form);
+    Separator_MouseMove(m_form, key == Qt::Key_Left ? -kKeyStepTwips : kKeyStepTwips);
+    Separator_MouseUp(m_form);
+}
+
+} // namespace browser

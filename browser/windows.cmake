@@ -1,0 +1,3 @@
+foreach(part frmMain frmMainLists frmMainMenus frmMainPanel)
+  target_sources(quenlin_windows PRIVATE ${CMAKE_CURRENT_LIST_DIR}/${part}.cpp)
+endforeach()
