@@ -36,6 +36,9 @@ public:
     ~RowStep();
     RowStep(const RowStep &) = delete;
     RowStep &operator=(const RowStep &) = delete;
+
+private:
+    int m_outerYield; // what the step around this one, if any, had noted
 };
 
 // Commits the group of rows that stands open, if any. Before anything that may take long: a box, a

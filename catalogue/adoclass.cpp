@@ -1,0 +1,319 @@
+#include "catalogue/adoclass.h"
+
+#include "catalogue/groupstate.h"
+#include "catalogue/provider.h"
+#include "catalogue/rowgroups.h"
+#include "catalogue/rowtable.h"
+#include "catalogue/statementparams.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "runtime/text.h"
+#include "shell/apppath.h"
+
+#include <utility>
+
+namespace catalogue
+{
+
+std::unique_ptr<ADOclass> DataAccess;
+
+namespace
+{
+
+constexpr std::string_view kDatabaseMark = "[GetDatabase]";
+constexpr std::string_view kDataSource = "Data Source=";
+
+int livingObjects = 0; // the last to go closes the catalogue in order
+
+void SetPointer(platform::Pointer pointer)
+{
+    if (auto *desktop = platform::TheMachine().desktop)
+        desktop->SetPointer(pointer);
+}
+
+// Lets waiting events run. A statement that one of their handlers runs belongs to no RowStep here.
+void Yield()
+{
+    const YieldScope yielding;
+    if (auto *desktop = platform::TheMachine().desktop)
+        desktop->DoEvents();
+}
+
+void ShowBox(std::string_view text)
+{
+    CloseOpenGroup();
+    if (auto *desktop = platform::TheMachine().desktop)
+        desktop->MessageBox(text);
+}
+
+std::string Separator()
+{
+    return std::string(1, shell::PathSeparator);
+}
+
+} // namespace
+
+RecordsetPtr Records(const Outcome &outcome)
+{
+    const auto *records = std::get_if<RecordsetPtr>(&outcome);
+    return records ? *records : nullptr;
+}
+
+ADOclass::ADOclass()
+{
+    ++livingObjects;
+}
+
+ADOclass::~ADOclass()
+{
+    CloseConnection();
+    if (--livingObjects == 0)
+        CloseCatalogue();
+}
+
+Outcome ADOclass::ExecuteSQL(const std::string &statement, StatementKind kind, const Params &params,
+                             std::string_view marker)
+{
+    int kindInOut = kind;
+    return ExecuteSQL(statement, kindInOut, params, marker);
+}
+
+Outcome ADOclass::ExecuteSQL(const std::string &statement, int &kind, const Params &params,
+                             std::string_view marker)
+{
+    Succeeded = true;
+    ErrorMessage.clear();
+    if (kind == kDetect)
+        kind = TipoConsulta(statement);
+    if ((kind & kStoredQuery) != 0)
+        return ExecuteStored(statement, kind, params);
+    if (std::holds_alternative<std::monostate>(params))
+        return ExecutePlain(statement, kind);
+    return ExecutePlain(SubstituteParams(statement, params, marker), kind);
+}
+
+Outcome ADOclass::ExecutePlain(const std::string &statement, int kind)
+{
+    SetPointer(platform::Pointer::Hourglass);
+    if (!IsInRowStep()) // nothing may come between the look-up of a path and its row
+        Yield();
+    Succeeded = true;
+    OpenConnection(statement);
+    RecordsetPtr records = RunOnConnection(statement);
+    Outcome outcome;
+    if ((kind & kSelect) != 0)
+        outcome = std::move(records);
+    else if ((kind & (kDelete | kUpdate)) != 0)
+        outcome = Succeeded;
+    else if ((kind & kOther) != 0)
+        outcome = records->FieldCount() > 0 ? Outcome(std::move(records)) : Outcome(0);
+    if (!m_keepOpen)
+        CloseConnection();
+    SetPointer(platform::Pointer::Normal);
+    // A statement of an event handler must not speak for this one.
+    const bool succeeded = Succeeded;
+    std::string message = ErrorMessage;
+    Yield();
+    Succeeded = succeeded;
+    ErrorMessage = std::move(message);
+    return outcome;
+}
+
+RecordsetPtr ADOclass::RunOnConnection(const std::string &statement)
+{
+    if (m_openFailure)
+        Fail(*std::exchange(m_openFailure, std::nullopt), statement);
+    else if (m_connection && m_connection->IsOpen())
+        try {
+            return m_connection->Run(statement);
+        } catch (const ProviderFailure &failure) {
+            Fail(failure.description, statement);
+        }
+    return MakeClosedRecordset();
+}
+
+Outcome ADOclass::ExecuteStored(const std::string &name, int kind, const Params &params)
+{
+    Outcome outcome;
+    const bool wantsRows = (kind & kSelect) != 0;
+    try {
+        RecordsetPtr records;
+        if (m_inTransaction && m_connection) {
+            records = m_connection->RunStored(name, StoredValues(params));
+        } else {
+            const auto connection = ConnectTo(GetStringConnection());
+            records = connection->RunStored(name, StoredValues(params));
+        }
+        if (wantsRows)
+            outcome = std::move(records);
+    } catch (const ProviderFailure &failure) {
+        Fail(failure.description, name);
+        if (wantsRows)
+            outcome = MakeClosedRecordset();
+    }
+    SetPointer(platform::Pointer::Normal);
+    return outcome;
+}
+
+void ADOclass::Fail(std::string_view description, std::string_view statement)
+{
+    ErrorMessage = "Error: ";
+    ErrorMessage.append(description).append("\r\t").append(statement);
+    Succeeded = false;
+}
+
+std::string ADOclass::GetStringConnection()
+{
+    if (DirBase.empty())
+        DirBase = shell::GetAppPath() + Separator();
+    switch (TipoLectura) {
+    case 0:
+        return "Provider=Microsoft.Jet.OLEDB.3.51;Persist Security Info=False;Data Source=" +
+               DirBase + DataBaseName + ".mdb;Jet OLEDB";
+    case 1:
+        return "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + DirBase + DataBaseName +
+               ".mdb;Persist Security Info=False;Jet OLEDB";
+    case 2:
+        if (SQLIntegratedSecurity)
+            return "Provider=SQLOLEDB;Integrated Security=SSPI;Initial Catalog=" + DataBaseName +
+                   ";Data Source=" + SQLServerName;
+        return "driver={SQL Server};uid=" + SQLUserID + ";pwd=" + SQLPass +
+               ";server=" + SQLServerName + ";dataBase=" + DataBaseName;
+    case 4:
+        return "StrDOS=Provider=MSDASQL.1;Persist Security Info=False;Data Source=dBASE "
+               "Files;Initial Catalog=" +
+               DirBase;
+    default:
+        return {};
+    }
+}
+
+std::string ADOclass::GetProviderAndDataSource()
+{
+    const std::string text = GetStringConnection();
+    return "Provider=" + ConnectionPart(text, "Provider") + ";" + std::string(kDataSource) +
+           ConnectionPart(text, "Data Source") + ";";
+}
+
+std::string ADOclass::GetBaseName(std::string_view statement)
+{
+    const std::string upper = runtime::UpperText(statement);
+    const auto has = [&](std::string_view words) { return upper.find(words) != std::string::npos; };
+    if (has("ALUMNOS")) // "MATERIASALUMNOS" as well
+        return "Alumnos";
+    if (has("FROM C_"))
+        return "Correlativas";
+    return has("FROM DPALUMNO") ? "Academica" : "Inscrip";
+}
+
+// A path may begin with the platform's separator; what is cut is the back-slash that an empty
+// DirBase leaves in front of a path made by hand.
+void ADOclass::OpenConnection(const std::string &statement)
+{
+    if (m_inTransaction)
+        return;
+    CloseConnection();
+    m_openFailure.reset();
+    std::string text = GetStringConnection();
+    if (DataBaseName == kDatabaseMark)
+        text = runtime::Replace(text, kDatabaseMark, GetBaseName(statement));
+    const auto source = text.find(std::string(kDataSource) + "\\");
+    if (source != std::string::npos)
+        text.erase(source + kDataSource.size(), 1);
+    if (text.empty())
+        return;
+    try {
+        m_connection = ConnectTo(text);
+    } catch (const ProviderFailure &failure) {
+        if (failure.code == kGenericFailure) {
+            ErrorMessage = "Not ValidDataBase";
+            Succeeded = false;
+        } else { // told by the statement that meets it
+            m_openFailure = failure.description;
+        }
+        return;
+    }
+    if (!m_connection || !m_connection->IsOpen()) {
+        ShowBox("Couldn't connect.");
+        CloseConnection();
+    }
+}
+
+void ADOclass::CloseConnection()
+{
+    m_connection.reset();
+}
+
+Outcome ADOclass::ADOExecuteQuery(Connection &connection, const std::string &table)
+{
+    auto records = connection.Run("[" + table + "]");
+    if (records->FieldCount() > 0)
+        return records;
+    return 0;
+}
+
+std::string ADOclass::ExpandTemplate(const std::string &path)
+{
+    if (DataBaseName.empty())
+        ShowBox("No se determinó el nombre de la base de datos");
+    const std::string text = runtime::Replace(path, "[DIRBASE]", DirBase);
+    return DataBaseName.empty() ? text : runtime::Replace(text, "[NOMBREBASE]", DataBaseName);
+}
+
+void ADOclass::BeginTrans()
+{
+    if (m_depth > 0) {
+        ++m_depth;
+        return;
+    }
+    OpenConnection("FROM " + DataBaseName);
+    if (m_openFailure)
+        Fail(*std::exchange(m_openFailure, std::nullopt), "BeginTrans");
+    if (!m_connection)
+        return;
+    try {
+        m_connection->Begin();
+        m_depth = 1;
+        m_inTransaction = m_keepOpen = true;
+    } catch (const ProviderFailure &failure) {
+        Fail(failure.description, "BeginTrans");
+        CloseConnection();
+    }
+}
+
+void ADOclass::CommitTrans()
+{
+    if (m_depth == 0 || --m_depth > 0)
+        return;
+    m_inTransaction = m_keepOpen = false;
+    try {
+        m_connection->Commit();
+    } catch (const ProviderFailure &failure) {
+        Fail(failure.description, "CommitTrans");
+    }
+    CloseConnection();
+}
+
+// The whole of it, however deep: without a transaction no connection stays open between statements.
+void ADOclass::RollBackTrans()
+{
+    m_depth = 0;
+    m_inTransaction = m_keepOpen = false;
+    try {
+        if (m_connection)
+            m_connection->RollBack();
+    } catch (const ProviderFailure &failure) {
+        Fail(failure.description, "RollBackTrans");
+    }
+    CloseConnection();
+}
+
+void ADOclass::RollBack()
+{
+    if (m_inTransaction)
+        RollBackTrans();
+    else
+        ShowBox("No hay una Transacción abierta");
+}
+
+} // namespace catalogue

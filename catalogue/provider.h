@@ -1,0 +1,77 @@
+// catalogue/provider.h - what ADOclass asks of a database engine. The engine is chosen by the
+// connection string's own words; another one is one more entry in Providers().
+#pragma once
+
+#include "catalogue/recordset.h"
+
+#include <cstdint>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace catalogue
+{
+
+// The code of the generic failure: at connect it says that the file is absent, empty, no database,
+// shorter than it should be, or damaged in its first page.
+inline constexpr std::uint32_t kGenericFailure = 0x80004005;
+// Any other failure of the engine, and a connection string that names none.
+inline constexpr std::uint32_t kStatementFailure = 0x80040E14;
+inline constexpr std::uint32_t kNoProvider = 0x800A0E7A;
+
+// A failure of the provider. ADOclass alone catches it.
+struct ProviderFailure : std::exception {
+    ProviderFailure(std::uint32_t failureCode, std::string words)
+        : code(failureCode), description(std::move(words))
+    {
+    }
+    const char *what() const noexcept override { return description.c_str(); }
+
+    std::uint32_t code;
+    std::string description; // UTF-8
+};
+
+// One connection. Every operation throws ProviderFailure when it fails.
+class Connection
+{
+public:
+    virtual ~Connection() = default;
+
+    [[nodiscard]] virtual bool IsOpen() const = 0;
+    virtual void Close() = 0;
+
+    // Runs one plain statement; its text literals may hold any bytes. Returns an open result when
+    // the statement gives columns, else a closed one.
+    virtual RecordsetPtr Run(std::string_view statement) = 0;
+
+    // Runs the stored query of that name (without regard to letter case) with its parameters.
+    virtual RecordsetPtr RunStored(std::string_view name, const std::vector<Value> &values) = 0;
+
+    // From Begin on, other processes wait with their writes.
+    virtual void Begin() = 0;
+    virtual void Commit() = 0;
+    virtual void RollBack() = 0;
+};
+
+// An engine: the word behind "Provider=" and how it opens a connection string.
+struct Provider {
+    std::string name;
+    std::function<std::unique_ptr<Connection>(const std::string &connectionString)> open;
+};
+
+// The engines known; a test may put one in and takes it out again.
+std::vector<Provider> &Providers();
+
+// Opens a connection with the engine that the string names.
+// Errors: ProviderFailure; kNoProvider when no engine goes by that name.
+std::unique_ptr<Connection> ConnectTo(const std::string &connectionString);
+
+// The value of `key` in a connection string of "key=value" parts between ";" (names without regard
+// to letter case); empty when it has none.
+std::string ConnectionPart(std::string_view connectionString, std::string_view key);
+
+} // namespace catalogue

@@ -1,0 +1,77 @@
+#include "catalogue/provider.h"
+#include "tests/catalogue/support.h"
+
+#include <gtest/gtest.h>
+
+using namespace catalogue;
+
+TEST(StatementBuilder, Texts)
+{
+    tests::FreshCatalogue fresh;
+    auto &access = fresh.access;
+    access.Reset();
+    EXPECT_EQ(access.TableName, "");
+    access.TableName = "Lists";
+    access.AddCampo("LIST_Name", DatoType::Text, 5);
+    access.AddCampo("LIST_Path", DatoType::Text, 0);
+    access.AddCampo("list_name", DatoType::Number, 0); // is there already
+    access.AddCampoClave("LIST_Name", DatoType::Text, 0);
+    access.SetCampo("list_name", std::string("it's long"));
+    access.SetCampo("LIST_Path", std::string("/p"));
+    access.SetCampoClave("LIST_Name", std::string("it's "));
+    EXPECT_EQ(access.GetSelectString(),
+              "SELECT LIST_Name, LIST_Path\rFROM Lists\rWHERE LIST_Name = 'it''s '");
+    EXPECT_EQ(access.GetInsertString(),
+              "INSERT INTO Lists\r(LIST_Name, LIST_Path)\rVALUES ('it''s ', '/p')");
+    EXPECT_EQ(access.GetUpdateString(),
+              "UPDATE Lists\rSET LIST_Name = 'it''s ', LIST_Path = '/p'\rWHERE LIST_Name = 'it''s "
+              "'");
+    EXPECT_EQ(access.GetDeleteString(), "DELETE * FROM Lists\rWHERE LIST_Name = 'it''s '");
+    access.ExeInsert();
+    EXPECT_EQ(tests::RowsOf(*Records(access.ExeSelect())), std::vector<std::string>{"it's |/p"});
+    access.SetCampo("LIST_Path", std::string("/q"));
+    EXPECT_TRUE(std::get<bool>(access.ExeUpdate()));
+    EXPECT_EQ(tests::RowsOf(*Records(access.ExeSelect())), std::vector<std::string>{"it's |/q"});
+    EXPECT_TRUE(std::get<bool>(access.ExeDelete()));
+    EXPECT_TRUE(Records(access.ExeSelect())->AtEnd());
+    access.Clear();
+    EXPECT_EQ(access.GetInsertString(),
+              "INSERT INTO Lists\r(LIST_Name, LIST_Path)\rVALUES ('', '')");
+}
+
+TEST(ADOExecuteQuery, AllOfATable)
+{
+    tests::FreshCatalogue fresh;
+    const auto connection = ConnectTo(fresh.access.GetStringConnection());
+    const auto records = Records(ADOclass::ADOExecuteQuery(*connection, "Genre"));
+    ASSERT_TRUE(records);
+    EXPECT_EQ(records->RecordCount(), 126);
+    EXPECT_THROW(ADOclass::ADOExecuteQuery(*connection, "Nothing"), ProviderFailure);
+}
+
+TEST(ExpandTemplate, Marks)
+{
+    ADOclass access;
+    access.DirBase = "/d/";
+    access.DataBaseName = "N";
+    EXPECT_EQ(access.ExpandTemplate("[DIRBASE][NOMBREBASE].txt"), "/d/N.txt");
+    access.DataBaseName.clear();
+    EXPECT_EQ(access.ExpandTemplate("[DIRBASE][NOMBREBASE]"), "/d/[NOMBREBASE]");
+}
+
+TEST(IniHelpers, WriteThenRead)
+{
+    tests::TestFolder folder;
+    const std::string file = folder / "x.ini";
+    EXPECT_EQ(ADOclass::GetIniStr("S", "k", file), "");
+    EXPECT_TRUE(ADOclass::PutIniStr("S", "k", "v", file));
+    EXPECT_TRUE(ADOclass::PutIniStr("T", "k", "w", file));
+    EXPECT_TRUE(ADOclass::PutIniStr("s", "K2", "v2", file));
+    EXPECT_TRUE(ADOclass::PutIniStr("S", "K", "new", file));
+    EXPECT_EQ(tests::ReadFile(file), "[S]\r\nK=new\r\nK2=v2\r\n[T]\r\nk=w\r\n");
+    EXPECT_EQ(ADOclass::GetIniStr("S", "k", file), "new");
+    EXPECT_EQ(ADOclass::GetIniStr("T", "K", file), "w");
+    EXPECT_FALSE(ADOclass::PutIniStr("S", "k", "v", folder / "absent/x.ini"));
+    EXPECT_EQ(ADOclass::Trim0(std::string_view("ab\0cd", 5)), "ab");
+    EXPECT_EQ(ADOclass::Trim0("ab"), "ab");
+}

@@ -1,0 +1,429 @@
+#include "catalogue/provider.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "tests/catalogue/support.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+using namespace catalogue;
+
+namespace
+{
+
+// A desktop that notes what it is told.
+struct NotingDesktop : platform::Desktop {
+    NotingDesktop() : m_before(platform::TheMachine().desktop)
+    {
+        platform::TheMachine().desktop = this;
+    }
+    ~NotingDesktop() override { platform::TheMachine().desktop = m_before; }
+
+    platform::Answer MessageBox(std::string_view text, platform::Buttons, std::string_view,
+                                platform::BoxIcon) override
+    {
+        boxes.emplace_back(text);
+        return platform::Answer::Ok;
+    }
+    std::optional<std::string> InputBox(std::string_view, std::string_view,
+                                        std::string_view) override
+    {
+        return {};
+    }
+    std::optional<std::string> OpenDialog(std::string_view,
+                                          const std::vector<platform::FileFilter> &,
+                                          const std::string &) override
+    {
+        return {};
+    }
+    void EmptyClipboard() override {}
+    void SetClipboardText(std::string_view) override {}
+    bool OpenAddress(const std::string &, const std::string &) override { return false; }
+    void SetPointer(platform::Pointer pointer) override
+    {
+        steps += pointer == platform::Pointer::Hourglass ? "H" : "N";
+    }
+    void DoEvents() override
+    {
+        steps += "e";
+        if (onEvents)
+            std::exchange(onEvents, nullptr)();
+    }
+
+    std::vector<std::string> boxes;
+    std::string steps; // H and N: the pointer; e: events run
+    std::function<void()> onEvents;
+
+private:
+    platform::Desktop *m_before;
+};
+
+std::vector<Value> Values(std::initializer_list<const char *> texts)
+{
+    return {texts.begin(), texts.end()};
+}
+
+} // namespace
+
+TEST(TipoConsulta, FirstWordOfTheListThatStandsAnywhere)
+{
+    constexpr struct {
+        std::string_view text;
+        int want;
+    } cases[] = {
+        {"SELECT * FROM MP3s", kSelect},
+        {"select 1", kSelect},
+        {"INSERT INTO MP3s VALUES ('Select All')", kSelect},
+        {"INSERT INTO MP3s VALUES ('Delete me')", kInsert},
+        {"UPDATE x SET y = 'DELETEd'", kDelete},
+        {"uPdAtE MP3s", kUpdate},
+        {"DELETE FROM MP3s", kDelete},
+        {"SELEC", kOther},
+        {"xSELECTx", kSelect},
+        {"", kOther},
+        {"SELSELECT", kSelect},
+        {"\u017Felect", kSelect}, // the long s has an upper case of its own: S
+        {"\u0131nsert", kInsert}, // and the dotless i: I
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.text);
+        EXPECT_EQ(ADOclass::TipoConsulta(c.text), c.want);
+    }
+}
+
+TEST(AddDato, LiteralByType)
+{
+    const struct {
+        const char *name;
+        Value value;
+        DatoType type;
+        int width;
+        std::string want;
+    } cases[] = {
+        {"text", std::string("abc"), DatoType::Text, 0, "'abc'"},
+        {"text cut", std::string("abcdef"), DatoType::Text, 3, "'abc'"},
+        {"text cut by characters", std::string("ñandú"), DatoType::Text, 2, "'ña'"},
+        {"width beyond", std::string("ab"), DatoType::Text, 5, "'ab'"},
+        {"apostrophes are the caller's", std::string("a'b"), DatoType::Text, 0, "'a'b'"},
+        {"true", true, DatoType::Flag, 0, "-1"},
+        {"false", false, DatoType::Flag, 0, "0"},
+        {"date", Date{"2001-02-03"}, DatoType::Date, 0, "#2001-02-03#"},
+        {"number", std::int64_t{-17}, DatoType::Number, 0, "-17"},
+        {"fraction", 0.5, DatoType::Number, 0, "0.5"},
+        {"trimmed", std::string("  7 "), DatoType::Number, 0, "7"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        std::string literal;
+        EXPECT_EQ(ADOclass::AddDato(c.value, c.type, c.width, literal), c.want);
+        EXPECT_EQ(literal, c.want);
+    }
+}
+
+TEST(ExecuteSQL, DetectedKindComesBack)
+{
+    tests::FreshCatalogue fresh;
+    int kind = kDetect;
+    const auto outcome = fresh.access.ExecuteSQL("DELETE FROM MP3s", kind);
+    EXPECT_EQ(kind, kDelete);
+    EXPECT_TRUE(std::get<bool>(outcome));
+}
+
+TEST(ExecuteSQL, OutcomeByKind)
+{
+    tests::FreshCatalogue fresh;
+    auto &access = fresh.access;
+    EXPECT_TRUE(Records(access.ExecuteSQL("SELECT * FROM Lists", kSelect))->IsOpen());
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(
+        access.ExecuteSQL("INSERT INTO Lists VALUES('a', 'b')", kInsert)));
+    EXPECT_TRUE(std::get<bool>(access.ExecuteSQL("UPDATE Lists SET LIST_Path = 'c'", kUpdate)));
+    EXPECT_EQ(Records(access.ExecuteSQL("SELECT * FROM Lists", kOther))->FieldCount(), 2);
+    EXPECT_EQ(std::get<int>(access.ExecuteSQL("DELETE FROM Lists", kOther)), 0);
+    EXPECT_FALSE(std::get<bool>(access.ExecuteSQL("UPDATE Nowhere SET a = 1", kUpdate)));
+    EXPECT_FALSE(Records(access.ExecuteSQL("SELECT * FROM Nowhere", kSelect))->IsOpen());
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(access.ExecuteSQL(
+        "Edit1", kStoredUpdate, Values({"1", "2", "3", "4", "5", "6", "7", "8"}))));
+}
+
+TEST(ExecuteSQL, FailureTellsWordsAndStatement)
+{
+    tests::FreshCatalogue fresh;
+    fresh.access.ExecuteSQL("SELECT * FROM Nowhere", kSelect);
+    EXPECT_FALSE(fresh.access.Succeeded);
+    EXPECT_EQ(fresh.access.ErrorMessage, "Error: no such table: Nowhere\r\tSELECT * FROM Nowhere");
+    fresh.access.ExecuteSQL("SEL_ByNowhere", kStoredSelect, std::string("x"));
+    EXPECT_EQ(fresh.access.ErrorMessage,
+              "Error: There is no stored query 'SEL_ByNowhere'.\r\tSEL_ByNowhere");
+    fresh.access.ExecuteSQL("SELECT * FROM Lists", kSelect);
+    EXPECT_TRUE(fresh.access.Succeeded);
+    EXPECT_EQ(fresh.access.ErrorMessage, "");
+}
+
+TEST(ExecuteSQL, MarkersAreReplacedFromLeftToRight)
+{
+    const struct {
+        const char *name;
+        Params params;
+        const char *marker;
+        std::vector<std::string> want;
+    } cases[] = {
+        {"two values", Values({"a", "b"}), "?", {"a|b"}},
+        {"apostrophes doubled once", Values({"it's", "''"}), "?", {"it's|''"}},
+        {"second lands inside the first", Values({"?", "b"}), "?", {}},
+        {"other marker leaves ? alone", Values({"?", "?b"}), "¹", {"?|?b"}},
+        {"too many values", Values({"a", "b", "c"}), "?", {"a|b"}},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        tests::FreshCatalogue fresh;
+        const std::string marker = c.marker;
+        fresh.access.ExecuteSQL("INSERT INTO Lists VALUES(" + marker + ", " + marker + ")", kInsert,
+                                c.params, c.marker);
+        EXPECT_EQ(fresh.access.Succeeded, !c.want.empty());
+        EXPECT_EQ(fresh.Rows("SELECT * FROM Lists"), c.want);
+    }
+}
+
+TEST(ExecuteSQL, ShiftedValueStandsInsideTheFirst)
+{
+    tests::FreshCatalogue fresh; // ('a'' b'c') would be the text a' b
+    fresh.access.ExecuteSQL("INSERT INTO Lists VALUES(?, ?)", kInsert, Values({"?", "b"}));
+    EXPECT_EQ(fresh.access.ErrorMessage.substr(fresh.access.ErrorMessage.find('\t') + 1),
+              "INSERT INTO Lists VALUES(''b'', ?)");
+}
+
+TEST(ExecuteSQL, OddTextsComeBackTheSame)
+{
+    const std::string odd[] = {"Select All",
+                               "Insert Coin",
+                               "It's 50% _off_",
+                               std::string("a\0b\0", 4),
+                               "what?",
+                               "line\r\nline\n\r",
+                               std::string(20000, 'x') + "'",
+                               "\"quoted\" [x] #1# ;--",
+                               "",
+                               " ",
+                               "\xFF\xFE not UTF-8 \x80",
+                               "ñandú ¹ ·",
+                               "\\'",
+                               "'; DELETE FROM MP3s; --",
+                               std::string(1 << 20, '\'')};
+    for (const auto &text : odd) {
+        SCOPED_TRACE(text.substr(0, 30));
+        tests::FreshCatalogue fresh;
+        auto &access = fresh.access;
+        const std::vector<Value> texts(8, text.find("¹") == std::string::npos ? text : "x");
+        access.ExecuteSQL("INSERT INTO MP3s\rVALUES (¹, ¹, ¹, ¹, ¹, ¹, ¹, '/p', ¹, 0)", kDetect,
+                          texts, "¹");
+        EXPECT_TRUE(access.Succeeded) << access.ErrorMessage.substr(0, 200);
+        const auto added = Records(access.ExecuteSQL("SELECT * FROM MP3s", kSelect));
+        ASSERT_EQ(added->RecordCount(), 1);
+        for (int i = 0; i < 7; ++i)
+            EXPECT_EQ(added->Text(i), std::get<std::string>(texts[0]));
+        std::vector<Value> edit(7, text);
+        edit.emplace_back("/p");
+        access.ExecuteSQL("Edit1", kStoredUpdate, edit);
+        const auto edited = Records(access.ExecuteSQL("SELECT * FROM MP3s", kSelect));
+        ASSERT_EQ(edited->RecordCount(), 1);
+        for (int i = 0; i < 7; ++i)
+            EXPECT_EQ(edited->Text(i), text);
+        EXPECT_EQ(added->Text("Title"), std::get<std::string>(texts[0])) << "the result is static";
+    }
+}
+
+TEST(ExecuteSQL, NothingButRowsAndOneStatement)
+{
+    const char *refused[] = {"DROP TABLE MP3s",
+                             "PRAGMA user_version = 7",
+                             "CREATE TABLE x (a)",
+                             "ATTACH 'x' AS y",
+                             "DELETE FROM sqlite_schema",
+                             "SELECT * FROM sqlite_schema",
+                             "DELETE FROM StoredQueries",
+                             "BEGIN",
+                             "COMMIT",
+                             "VACUUM",
+                             "SELECT 1; SELECT 2",
+                             "SELECT 1; DELETE FROM MP3s",
+                             "",
+                             "-- nothing",
+                             "SELECT 'no end",
+                             "SELECT ?",
+                             "ALTER TABLE MP3s ADD COLUMN x"};
+    for (const auto *statement : refused) {
+        SCOPED_TRACE(statement);
+        tests::FreshCatalogue fresh;
+        fresh.AddPath("/a");
+        fresh.access.ExecuteSQL(statement, kOther);
+        EXPECT_FALSE(fresh.access.Succeeded);
+        EXPECT_EQ(fresh.Rows("SELECT Path FROM MP3s"), std::vector<std::string>{"/a"});
+    }
+}
+
+TEST(ExecuteSQL, PointerAndEvents)
+{
+    NotingDesktop desktop;
+    tests::FreshCatalogue fresh;
+    fresh.access.ExecuteSQL("SELECT * FROM Lists", kSelect);
+    EXPECT_EQ(desktop.steps, "HeNe");
+    desktop.steps.clear();
+    fresh.access.ExecuteSQL("SEL_ByTitle", kStoredSelect, std::string("x"));
+    EXPECT_EQ(desktop.steps, "N");
+}
+
+TEST(ExecuteSQL, EventHandlerDoesNotSpeakForTheStatement)
+{
+    NotingDesktop desktop;
+    tests::FreshCatalogue fresh;
+    desktop.onEvents = [&] {
+        desktop.onEvents = [&] { fresh.access.ExecuteSQL("SELECT * FROM Lists", kSelect); };
+    };
+    fresh.access.ExecuteSQL("SELECT * FROM Nowhere", kSelect);
+    EXPECT_FALSE(fresh.access.Succeeded);
+    desktop.onEvents = [&] { fresh.access.ExecuteSQL("SELECT * FROM Nowhere", kSelect); };
+    EXPECT_TRUE(Records(fresh.access.ExecuteSQL("SELECT * FROM Lists", kSelect))->IsOpen());
+    EXPECT_TRUE(fresh.access.Succeeded);
+}
+
+TEST(StoredQuery, MissingAndSpareParameters)
+{
+    tests::FreshCatalogue fresh;
+    fresh.access.ExecuteSQL("Edit1", kStoredUpdate, Values({"a", "b"}));
+    EXPECT_FALSE(fresh.access.Succeeded);
+    EXPECT_NE(fresh.access.ErrorMessage.find("No value given"), std::string::npos);
+    fresh.Add({"", "x", "", "", "", "", "", "/a"});
+    EXPECT_EQ(fresh.Stored("SEL_ByTitle", std::vector<Value>{}).size(), 1u)
+        << "an empty array is one empty value";
+    EXPECT_EQ(fresh.Stored("sel_bytitle", {}).size(), 1u);
+    EXPECT_EQ(fresh.Stored("SEL_ByTitle", Value(std::string())).size(), 1u);
+}
+
+TEST(Transactions, NestAndRollBack)
+{
+    NotingDesktop desktop;
+    tests::FreshCatalogue fresh;
+    auto &access = fresh.access;
+    access.BeginTrans();
+    access.BeginTrans();
+    access.ExecuteSQL("INSERT INTO Lists VALUES('a', '')", kInsert);
+    access.CommitTrans();
+    access.RollBackTrans();
+    EXPECT_TRUE(fresh.Rows("SELECT * FROM Lists").empty());
+    access.BeginTrans();
+    access.ExecuteSQL("INSERT INTO Lists VALUES('b', '')", kInsert);
+    EXPECT_EQ(fresh.Rows("SELECT LIST_Name FROM Lists"), std::vector<std::string>{"b"});
+    EXPECT_EQ(fresh.Stored("SEL_ByTitle", Value(std::string("x"))).size(), 0u);
+    access.CommitTrans();
+    EXPECT_EQ(fresh.Rows("SELECT LIST_Name FROM Lists"), std::vector<std::string>{"b"});
+    EXPECT_TRUE(desktop.boxes.empty());
+    access.RollBack();
+    EXPECT_EQ(desktop.boxes, std::vector<std::string>{"No hay una Transacción abierta"});
+}
+
+TEST(Transactions, AnotherObjectIsToldAtOnce)
+{
+    tests::FreshCatalogue fresh;
+    ADOclass other;
+    other.TipoLectura = 1;
+    other.DirBase = fresh.access.DirBase;
+    other.DataBaseName = "MP3s";
+    fresh.access.BeginTrans();
+    other.ExecuteSQL("INSERT INTO Lists VALUES('a', '')", kInsert);
+    EXPECT_FALSE(other.Succeeded);
+    fresh.access.CommitTrans();
+    other.ExecuteSQL("INSERT INTO Lists VALUES('a', '')", kInsert);
+    EXPECT_TRUE(other.Succeeded) << other.ErrorMessage;
+}
+
+TEST(ConnectionString, ByKind)
+{
+    ADOclass access;
+    access.DirBase = "/d/";
+    access.DataBaseName = "N";
+    access.SQLServerName = "S";
+    access.SQLUserID = "U";
+    access.SQLPass = "P";
+    const struct {
+        int kind;
+        bool integrated;
+        std::string want;
+    } cases[] = {
+        {0, false,
+         "Provider=Microsoft.Jet.OLEDB.3.51;Persist Security Info=False;Data Source=/d/N.mdb;Jet "
+         "OLEDB"},
+        {1, false,
+         "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=/d/N.mdb;Persist Security Info=False;Jet "
+         "OLEDB"},
+        {2, true, "Provider=SQLOLEDB;Integrated Security=SSPI;Initial Catalog=N;Data Source=S"},
+        {2, false, "driver={SQL Server};uid=U;pwd=P;server=S;dataBase=N"},
+        {3, false, ""},
+        {4, false,
+         "StrDOS=Provider=MSDASQL.1;Persist Security Info=False;Data Source=dBASE Files;Initial "
+         "Catalog=/d/"},
+        {9, false, ""},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.kind);
+        access.TipoLectura = c.kind;
+        access.SQLIntegratedSecurity = c.integrated;
+        EXPECT_EQ(access.GetStringConnection(), c.want);
+        EXPECT_EQ(access.Initialize(), c.want);
+    }
+    access.TipoLectura = 1;
+    EXPECT_EQ(access.GetProviderAndDataSource(),
+              "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=/d/N.mdb;");
+}
+
+TEST(ConnectionString, KindsWithoutAProviderFail)
+{
+    ADOclass access;
+    access.DirBase = "/d/";
+    access.DataBaseName = "N";
+    for (const int kind : {0, 2, 4}) {
+        SCOPED_TRACE(kind);
+        access.TipoLectura = kind;
+        EXPECT_FALSE(Records(access.ExecuteSQL("SELECT 1", kSelect))->IsOpen());
+        EXPECT_FALSE(access.Succeeded);
+        EXPECT_EQ(access.ErrorMessage.substr(0, 7), "Error: ");
+        access.ExecuteSQL("Edit1", kStoredUpdate);
+        EXPECT_FALSE(access.Succeeded);
+    }
+    access.TipoLectura = 3; // no connection is attempted
+    EXPECT_FALSE(Records(access.ExecuteSQL("SELECT 1", kSelect))->IsOpen());
+    EXPECT_TRUE(access.Succeeded);
+}
+
+TEST(OpenConnection, ProviderThatGivesNoConnection)
+{
+    NotingDesktop desktop;
+    auto &providers = Providers();
+    providers.insert(providers.begin(),
+                     {"Microsoft.Jet.OLEDB.3.51", [](const std::string &) { return nullptr; }});
+    ADOclass access;
+    access.TipoLectura = 0;
+    access.ExecuteSQL("SELECT 1", kSelect);
+    providers.erase(providers.begin());
+    EXPECT_EQ(desktop.boxes, std::vector<std::string>{"Couldn't connect."});
+}
+
+TEST(GetBaseName, ByTable)
+{
+    EXPECT_EQ(ADOclass::GetBaseName("SELECT * FROM Alumnos"), "Alumnos");
+    EXPECT_EQ(ADOclass::GetBaseName("select * from MATERIASALUMNOS"), "Alumnos");
+    EXPECT_EQ(ADOclass::GetBaseName("SELECT * FROM C_X"), "Correlativas");
+    EXPECT_EQ(ADOclass::GetBaseName("SELECT * FROM DPALUMNO"), "Academica");
+    EXPECT_EQ(ADOclass::GetBaseName("SELECT 1"), "Inscrip");
+}
+
+TEST(GetBaseName, StandsForTheMark)
+{
+    tests::FreshCatalogue fresh;
+    fresh.access.DataBaseName = "[GetDatabase]";
+    fresh.access.ExecuteSQL("SELECT 1", kSelect);
+    EXPECT_EQ(fresh.access.ErrorMessage, "Not ValidDataBase") << "there is no Inscrip.mdb";
+    std::filesystem::copy_file(fresh.File(), fresh.folder / "Inscrip.mdb");
+    fresh.access.ExecuteSQL("SELECT 1", kSelect);
+    EXPECT_TRUE(fresh.access.Succeeded);
+}

@@ -1,0 +1,59 @@
+// catalogue_writer FOLDER ROUNDS FIRST COUNT [group] - looks each path
+// "/w/FIRST".."/w/FIRST+COUNT-1" up and adds its row when it is not there, ROUNDS times over, as
+// the add of one file does. With "group" it does so in groups. Prints the longest wait of one round
+// in milliseconds; ends with 1 at the first failure.
+#include "catalogue/adoclass.h"
+#include "catalogue/rowgroups.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+using namespace catalogue;
+
+namespace
+{
+
+bool AddOne(ADOclass &access, const std::string &path)
+{
+    const RowStep step;
+    const std::vector<Value> byPath{path, std::string("·")};
+    const auto known = Records(access.ExecuteSQL("SEL_ByPath", kStoredSelect, byPath));
+    if (access.Succeeded && known->AtEnd())
+        access.ExecuteSQL("INSERT INTO MP3s\rVALUES (¹, ¹, ¹, ¹, ¹, ¹, ¹, '" + path + "', ¹, 0)",
+                          kDetect, std::vector<Value>(8, std::string("text")), "¹");
+    if (!access.Succeeded)
+        std::fprintf(stderr, "%s\n", access.ErrorMessage.c_str());
+    return access.Succeeded;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc < 5)
+        return 2;
+    ADOclass access;
+    access.TipoLectura = 1;
+    access.DirBase = std::string(argv[1]) + "/";
+    access.DataBaseName = "MP3s";
+    const int rounds = std::atoi(argv[2]), first = std::atoi(argv[3]), count = std::atoi(argv[4]);
+    auto groups = argc > 5 ? std::make_unique<RowGroups>() : nullptr;
+    double longestMs = 0;
+    for (int round = 0; round < rounds; ++round) {
+        for (int i = first; i < first + count; ++i) {
+            const auto start = std::chrono::steady_clock::now();
+            if (!AddOne(access, "/w/" + std::to_string(i)))
+                return 1;
+            const std::chrono::duration<double, std::milli> took =
+                std::chrono::steady_clock::now() - start;
+            longestMs = std::max(longestMs, took.count());
+        }
+    }
+    if (groups && !groups->Close().empty())
+        return 1;
+    std::printf("%.1f\n", longestMs);
+    return 0;
+}

@@ -1,0 +1,49 @@
+// tests/catalogue/support.h - a fresh catalogue for one test, and ways to fill and read it.
+#pragma once
+
+#include "catalogue/adoclass.h"
+#include "catalogue/rowgroups.h"
+#include "tests/support/testfolder.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tests
+{
+
+// A copy of the shipped catalogue in a folder of its own, and a data access object on it.
+struct FreshCatalogue {
+    FreshCatalogue();
+    ~FreshCatalogue();
+
+    TestFolder folder;
+    catalogue::ADOclass access;
+
+    [[nodiscard]] std::string File() const { return folder / "MP3s.mdb"; }
+
+    // The statement's rows, their fields joined by "|", nulls as "NULL". Fails the test when it
+    // fails.
+    std::vector<std::string> Rows(const std::string &statement);
+
+    // The same for a stored query.
+    std::vector<std::string> Stored(const std::string &name, const catalogue::Params &params);
+
+    // Adds a row: Title, Artist, Album, Year, Comment, Genre, Lyrics, Path, and Duplicated.
+    void Add(const std::array<std::string, 8> &fields, std::int64_t duplicated = 0);
+
+    // Adds a row of which only title and path matter.
+    void AddPath(const std::string &path, const std::string &title = "t");
+};
+
+// The fields of `records` from its position to its end, as FreshCatalogue::Rows.
+std::vector<std::string> RowsOf(catalogue::Recordset &records);
+
+// The path of the catalogue as it ships.
+std::string ShippedCatalogue();
+
+// The values of one field.
+std::vector<std::string> Column(catalogue::Recordset &records, std::string_view name);
+
+} // namespace tests
