@@ -1,0 +1,185 @@
+// catalogue SHIPPED FOLDER ROWS - what the catalogue costs, in a copy of the shipped file: the add
+// and the update of one row inside groups, the rows of one value, one folder; and the seven sorted
+// reads behind the field tree against the same seven walks through SQLite's own interface, every
+// column read, in SQLite's own order. Prints a checksum beside the times.
+#include "catalogue/adoclass.h"
+#include "catalogue/rowgroups.h"
+#include "shell/globals.h"
+
+#include <sqlite3.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+#include <string>
+
+using namespace catalogue;
+
+namespace
+{
+
+double NowMs()
+{
+    using namespace std::chrono;
+    return duration<double, std::milli>(steady_clock::now().time_since_epoch()).count();
+}
+
+struct Song {
+    std::vector<Value> tag; // Title to Lyrics
+    std::string path;
+};
+
+std::string Words(std::mt19937 &random, int count)
+{
+    static const char *const kWords[] = {"river", "moon", "the", "of",    "Éric", "night", "don't",
+                                         "blue",  "Ñu",   "a",   "train", "last", "song",  "Über"};
+    std::string text;
+    for (int i = 0; i < count; ++i)
+        text += std::string(i > 0 ? " " : "") + kWords[random() % std::size(kWords)];
+    return text;
+}
+
+// A library with few artists and albums, one song in five with lyrics of 1.5 kB.
+Song MakeSong(int number)
+{
+    std::mt19937 random(static_cast<unsigned>(number / 12));
+    const std::string artist = Words(random, 2) + std::to_string(number / 120);
+    const std::string album = Words(random, 3) + std::to_string(number / 12);
+    random.seed(static_cast<unsigned>(number));
+    const std::string title = Words(random, 4);
+    const std::string lyrics = number % 5 == 0 ? Words(random, 280) : "";
+    return {{title, artist, album, std::to_string(1960 + number / 12 % 60), Words(random, 3),
+             "Rock", lyrics},
+            "/music/" + artist + "/" + album + "/" + std::to_string(number) + " " + title + ".mp3"};
+}
+
+bool Run(ADOclass &access, const Song &song, bool update)
+{
+    const RowStep step;
+    const std::vector<Value> byPath{song.path, std::string("·")};
+    const bool isNew = Records(access.ExecuteSQL("SEL_ByPath", kStoredSelect, byPath))->AtEnd();
+    if (isNew) {
+        auto values = song.tag;
+        values.emplace_back(std::string());
+        std::string path;
+        for (const char c : song.path)
+            path += c == '\'' ? std::string("''") : std::string(1, c);
+        access.ExecuteSQL("INSERT INTO MP3s\rVALUES (¹, ¹, ¹, ¹, ¹, ¹, ¹, '" + path + "', ¹, 0)",
+                          kDetect, values, "¹");
+        return access.Succeeded;
+    }
+    auto values = song.tag;
+    if (update)
+        values[0] = std::get<std::string>(values[0]) + "!";
+    values.emplace_back(song.path);
+    access.ExecuteSQL("Edit1", kStoredUpdate, values);
+    values.erase(values.begin() + 1);
+    access.ExecuteSQL("Edit2", kStoredUpdate, values);
+    return access.Succeeded;
+}
+
+void TimeRows(ADOclass &access, const std::vector<Song> &songs, const char *name, bool update)
+{
+    const double start = NowMs();
+    int failures = 0;
+    {
+        RowGroups groups;
+        for (const auto &song : songs)
+            failures += Run(access, song, update) ? 0 : 1;
+    }
+    const double us = (NowMs() - start) * 1000 / static_cast<double>(songs.size());
+    std::printf("%-34s %8.2f us a row, %d failed\n", name, us, failures);
+}
+
+// The seven walks that the bound is measured against: (milliseconds, bytes).
+std::pair<double, std::size_t> BareWalks(const std::string &file)
+{
+    sqlite3 *db = nullptr;
+    sqlite3_open(file.c_str(), &db);
+    std::size_t bytes = 0;
+    const double start = NowMs();
+    for (const std::string field : shell::FieldNames) {
+        if (field == "List")
+            continue;
+        sqlite3_stmt *statement = nullptr;
+        sqlite3_prepare_v2(db, ("SELECT * FROM MP3s ORDER BY " + field).c_str(), -1, &statement,
+                           nullptr);
+        while (sqlite3_step(statement) == SQLITE_ROW)
+            for (int i = 0; i < 10; ++i)
+                if (sqlite3_column_text(statement, i) != nullptr)
+                    bytes += static_cast<std::size_t>(sqlite3_column_bytes(statement, i));
+        sqlite3_finalize(statement);
+    }
+    const double took = NowMs() - start;
+    sqlite3_close(db);
+    return {took, bytes};
+}
+
+std::pair<double, std::size_t> SortedReads(ADOclass &access)
+{
+    std::size_t bytes = 0;
+    const double start = NowMs();
+    for (const std::string field : shell::FieldNames) {
+        if (field == "List")
+            continue;
+        const auto records =
+            Records(access.ExecuteSQL("SELECT *\rFROM MP3s\rORDER BY " + field, kDetect));
+        const int index = records->FindField(field);
+        for (; !records->AtEnd(); records->MoveNext())
+            bytes += records->Text(index).size();
+    }
+    return {NowMs() - start, bytes};
+}
+
+void TimeQuery(ADOclass &access, const char *name, const char *query, const Params &params)
+{
+    const double start = NowMs();
+    const auto records = Records(access.ExecuteSQL(query, kStoredSelect, params));
+    const double found = NowMs() - start;
+    std::size_t bytes = 0;
+    for (; !records->AtEnd(); records->MoveNext())
+        for (const int column : {0, 1, 2, 3, 4, 5, 7, 8})
+            bytes += records->Text(column).size();
+    std::printf("%-34s %8.2f ms found, %.2f ms read, %lld rows, %zu bytes\n", name, found,
+                NowMs() - start, static_cast<long long>(records->RecordCount()), bytes);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc != 4)
+        return 2;
+    const std::string folder = argv[2], file = folder + "/MP3s.mdb";
+    std::filesystem::create_directories(folder);
+    for (const char *end : {"", "-wal", "-shm", "-turn"})
+        std::filesystem::remove(file + end);
+    std::filesystem::copy_file(argv[1], file);
+    std::vector<Song> songs;
+    for (int i = 0; i < std::atoi(argv[3]); ++i)
+        songs.push_back(MakeSong(i));
+    ADOclass access;
+    access.TipoLectura = 1;
+    access.DirBase = folder + "/";
+    access.DataBaseName = "MP3s";
+    TimeRows(access, songs, "look up and insert", false);
+    TimeRows(access, songs, "look up and edit, the same values", false);
+    TimeRows(access, songs, "look up and edit, other values", true);
+    TimeQuery(access, "SEL_ByGenre, all rows", "SEL_ByGenre", Value(std::string("ROCK ")));
+    TimeQuery(access, "SEL_ByArtist", "SEL_ByArtist", songs[songs.size() / 2].tag[1]);
+    const auto &path = songs[songs.size() / 2].path;
+    const std::string album = path.substr(0, path.rfind('/') + 1);
+    TimeQuery(access, "SEL_ByPath, a folder", "SEL_ByPath",
+              std::vector<Value>{album + "%", album + "%/%"});
+    CloseCatalogue();
+    for (int round = 0; round < 3; ++round) {
+        const auto [bareMs, bareBytes] = BareWalks(file);
+        const auto [ourMs, ourBytes] = SortedReads(access);
+        std::printf("seven sorted reads: %.0f ms, bare walks %.0f ms, ratio %.3f (%zu of %zu "
+                    "bytes)\n",
+                    ourMs, bareMs, ourMs / bareMs, ourBytes, bareBytes);
+    }
+    return 0;
+}
