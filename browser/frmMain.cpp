@@ -57,6 +57,7 @@ frmMainWindow::frmMainWindow(MainForm &form)
     BuildList();
     BuildPopup();
     BindFrame();
+    m_form.calls.raisePanel();
     MeasureFrame();
     setTabOrder(m_tree, m_list);
     setTabOrder(m_list, m_separator);
@@ -86,6 +87,7 @@ void frmMainWindow::FillCalls()
         show();
         m_tree->setFocus();
     };
+    m_form.calls.popupHeights = [this] { return PopupHeights(); };
     m_form.calls.showPopup = [this](int left, int top) { ShowPopup(left, top); };
     m_form.calls.cursor = [this] {
         const QPoint place = m_anchor.value_or(QCursor::pos());
@@ -129,12 +131,8 @@ void frmMainWindow::BindFrame()
     Bind(m_form.statusBarArea, m_statusBar,
          [this] { ShowArea(m_form.statusBarArea, m_statusBar); });
     Name(m_progress, "PBar");
-    Bind(m_form.pbarArea, m_progress, [this] {
-        // The area is told within the window, the bar stands within the status bar.
-        ui::Rect place = m_form.pbarArea.Place();
-        place.top -= m_form.statusBarArea.Top();
-        m_progress->setGeometry(PixelRect(place));
-    });
+    Bind(m_form.pbarArea, m_progress,
+         [this] { m_progress->setGeometry(PixelRect(m_form.pbarArea.Place())); });
     BindProgress(m_form.PBar, m_progress);
     for (ui::Timer *timer : {&m_form.ShowSelectedItems, &m_form.tmrRefreshList, &m_form.tmr_Playing,
                              &m_form.tmrAutoCheckVersion, &m_form.tmrClearAutoCheck})
@@ -180,8 +178,6 @@ void frmMainWindow::LearnPlace()
 
 void frmMainWindow::ClientResized()
 {
-    if (m_unloading)
-        return;
     LearnPlace();
     const int height = m_form.statusBarArea.Height();
     m_form.statusBarArea.SetPlace(
@@ -215,13 +211,11 @@ void frmMainWindow::changeEvent(QEvent *event)
     }
 }
 
-// The form's unload ends the program; the window stays until then.
+// The form decides when the window may go; its unload ends the program.
 void frmMainWindow::closeEvent(QCloseEvent *event)
 {
     event->ignore();
-    if (std::exchange(m_unloading, true))
-        return;
-    UnloadMainForm(m_form);
+    CloseMainForm(m_form);
 }
 
 void frmMainWindow::keyPressEvent(QKeyEvent *event)

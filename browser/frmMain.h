@@ -60,6 +60,7 @@ private:
     void AddMenuLine(const MenuLine &line);
     void FillLanguageMenu(QMenu *menu);
     void BuildPopup();
+    std::vector<int> PopupHeights();
     void ShowPopup(int leftTwips, int topTwips);
     QPixmap DrawStrip(QSize size, qreal scale);
 
@@ -78,7 +79,6 @@ private:
 
     MainForm &m_form;
     bool m_applying = false;        // the window follows the form, not the user
-    bool m_unloading = false;       // the unload runs: a second close does nothing
     std::optional<QPoint> m_anchor; // of a popup opened by key, on the screen
 
     QWidget *m_client;    // all below the menu bar; owned by the window as all that follows

@@ -139,13 +139,14 @@ void frmMainWindow::BuildPopup()
     ui::qt::Name(m_popup, "Pop");
 }
 
-// Fills the menu anew, as the entries' states may have changed, and opens it.
-void frmMainWindow::ShowPopup(int leftTwips, int topTwips)
+// Fills the menu anew, as the entries' states may have changed, and measures it.
+std::vector<int> frmMainWindow::PopupHeights()
 {
     m_popup->clear();
+    std::vector<int> heights;
     for (const PopupEntry &entry : m_form.cp) {
         if (entry.image.empty()) {
-            m_popup->AddTitle(ui::qt::LabelText(entry.caption.substr(1)));
+            m_popup->AddTitle(ui::qt::LabelText(std::string_view(entry.caption).substr(1)));
             continue;
         }
         QAction *action =
@@ -155,10 +156,13 @@ void frmMainWindow::ShowPopup(int leftTwips, int topTwips)
         connect(action, &QAction::triggered, this,
                 [this, key = entry.key] { ClickPopup(m_form, key); });
     }
-    std::vector<int> heights;
     for (QAction *action : m_popup->actions())
         heights.push_back(m_popup->actionGeometry(action).height());
-    LogoDraw(m_form, heights);
+    return heights;
+}
+
+void frmMainWindow::ShowPopup(int leftTwips, int topTwips)
+{
     const QPoint place(ui::PixelsOfTwips(leftTwips), ui::PixelsOfTwips(topTwips));
     m_popup->popup(m_client->mapToGlobal(place));
 }

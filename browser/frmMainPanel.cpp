@@ -20,18 +20,18 @@ void frmMainWindow::BuildPanel()
     Name(m_panel, "pctWeb");
     Bind(m_form.pctWeb, m_panel, [this] { ShowArea(m_form.pctWeb, m_panel); });
 
-    // The pile first: what is made later lies above.
-    for (std::size_t i = m_form.ImgOthers.size(); i-- > 0;) {
-        auto *other = new QLabel(m_panel);
-        Name(other, i == 0 ? "ImgOthers(0)" : "ImgOthers(1)");
-        BindPicture(m_form.ImgOthers[i], other);
-    }
-    auto *icon = new QLabel(m_panel);
-    Name(icon, "ImgIcon");
-    BindPicture(m_form.ImgIcon, icon);
     auto *rule = new PageRule(m_panel);
     Name(rule, "pctWebLine");
     Bind(m_form.pctWebLine, rule, [this, rule] { ShowArea(m_form.pctWebLine, rule); });
+    // The pile from its back: what is made later lies above.
+    for (std::size_t i = m_form.ImgOthers.size(); i-- > 0;) {
+        auto *other = new QLabel(rule);
+        Name(other, i == 0 ? "ImgOthers(0)" : "ImgOthers(1)");
+        BindPicture(m_form.ImgOthers[i], other);
+    }
+    auto *icon = new QLabel(rule);
+    Name(icon, "ImgIcon");
+    BindPicture(m_form.ImgIcon, icon);
 
     AddPageLabel(m_form.lblWebFolder, "lblWebFolder", font());
     AddPageLabel(m_form.WebItemName, "WebItemName", font());
@@ -43,6 +43,10 @@ void frmMainWindow::BuildPanel()
     Name(m_scroll, "vsbBack");
     m_scroll->setFocusPolicy(Qt::NoFocus);
     BindScrollBar(m_form.vsbBack, m_scroll);
+    m_form.vsbBack.changed = [this, show = m_form.vsbBack.changed] {
+        show();
+        ShowPanel();
+    };
 }
 
 ui::qt::PageLabel *frmMainWindow::AddPageLabel(ui::Label &label, const char *name,

@@ -23,20 +23,19 @@ public:
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
-        Drawing().paint(painter, rect, Qt::AlignCenter, mode, state);
+        Drawing().paint(painter, rect, Qt::AlignCenter, Shown(mode), state);
     }
 
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
     {
-        return Drawing().pixmap(size, 1.0, mode, state);
+        return Drawing().pixmap(size, 1.0, Shown(mode), state);
     }
 
     QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state,
                          qreal scale) override
     {
         // `size` counts device pixels here; the drawing's own call counts window pixels.
-        QPixmap picture = Drawing().pixmap(size / scale, scale, mode, state);
-        return picture;
+        return Drawing().pixmap(size / scale, scale, Shown(mode), state);
     }
 
     QSize actualSize(const QSize &size, QIcon::Mode, QIcon::State) override { return size; }
@@ -45,6 +44,12 @@ public:
     QString key() const override { return QStringLiteral("quenlin-themed"); }
 
 private:
+    // A selected row keeps its icon's colours: they are clear on the selection's ground as well.
+    static QIcon::Mode Shown(QIcon::Mode mode)
+    {
+        return mode == QIcon::Selected ? QIcon::Normal : mode;
+    }
+
     const QIcon &Drawing() const { return IsDark(QGuiApplication::palette()) ? m_dark : m_light; }
 
     QIcon m_light, m_dark;

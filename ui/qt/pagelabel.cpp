@@ -71,9 +71,7 @@ PageLabel::PageLabel(QWidget *parent) : QLabel(parent)
 
 int PageLabel::HeightFor(const QString &text, int widthPixels) const
 {
-    if (text.isEmpty())
-        return 0;
-    QTextLayout layout(Separated(text), font());
+    QTextLayout layout(Separated(text), font()); // an empty text takes a line, too
     return static_cast<int>(std::ceil(LayLines(layout, widthPixels)));
 }
 

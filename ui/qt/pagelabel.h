@@ -19,7 +19,8 @@ public:
     // Paints the whole text fainter than the page's own text.
     void SetFaint(bool on) { m_faint = on; }
 
-    // The height in pixels that `text` takes at this width, as paintEvent lays it out.
+    // The height in pixels that `text` takes at this width, as it is painted; one line at the
+    // least.
     int HeightFor(const QString &text, int widthPixels) const;
 
 protected:

@@ -8,6 +8,13 @@
 namespace ui::qt
 {
 
+namespace
+{
+
+constexpr int kMargin = 8, kThickness = 2; // pixels of the rule
+
+} // namespace
+
 void PagePanel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
@@ -27,11 +34,11 @@ void PageRule::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     QColor colour = palette().color(QPalette::Highlight);
-    QLinearGradient fade(0, 0, width(), 0);
+    QLinearGradient fade(kMargin, 0, width() - kMargin, 0);
     fade.setColorAt(0, colour);
     colour.setAlpha(40);
     fade.setColorAt(1, colour);
-    painter.fillRect(rect(), fade);
+    painter.fillRect(kMargin, 0, width() - 2 * kMargin, kThickness, fade);
 }
 
 } // namespace ui::qt

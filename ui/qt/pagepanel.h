@@ -22,6 +22,7 @@ private:
     bool m_pictureIsDark = false;
 };
 
+// The rule runs along the top of its place, between margins; below it is room for pictures.
 class PageRule : public QWidget
 {
 public:
