@@ -32,10 +32,9 @@ struct MainFormCalls {
     std::function<void()> showWindow;
     std::function<void(int left, int top)> showPopup; // twips relative to the window
     std::function<ui::Rect()> cursor;                 // pointer on the screen, in twips: left, top
+    std::function<std::vector<int>()> popupHeights;   // of the popup's entries, in pixels
     std::function<void(std::string_view path, ui::KeyedList &)> playMP3File;
     std::function<void(std::string_view name)> listPlayList; // shows a play list's entries in LV
-    std::function<void(bool showProgress)> listRefresh;
-    std::function<void()> stopRegeneration; // ends a running walk at its next file
     std::function<void()> showAbout;
     std::function<void()> showTips;
     std::function<void()> tmrAutoCheckVersion; // the handler; none until it is built
@@ -70,7 +69,7 @@ struct MainForm : PanelForm {
     ui::Area TBAddress{{30, 0, 12000, kDesignAddressHeight}};
     ui::Label lblAddress{"Address", {120, 120, 700, 255}};
     ui::Label WEPath{"", {1020, 120, 9000, 255}};
-    ui::KeyedTree TV;
+    ui::KeyedTree TV; // pathSeparator is the platform's
     ui::Area Separator{{3000, 0, kSeparatorPixels *ui::kTwipsPerPixel, 3000}};
     ui::KeyedList LV;
     ui::StatusBar SB;
@@ -101,8 +100,10 @@ struct MainForm : PanelForm {
     bool TreeJustExpanded = false;
     bool SeparatorDragging = false;
     bool PopupFromSearch = false;
-    bool progressBarLaid = false; // the bar moves into the status bar once a run
+    bool progressBarLaid = false;   // the bar moves into the status bar once a run
+    bool separatorReleased = false; // a release came while a move was laying out
     bool listHooked = false;
+    bool closePending = false; // the window closes when the running regeneration has ended
 
     // The rows that ItemClick showed last: of which click, for which key, in which filling.
     struct Shown {
@@ -144,9 +145,9 @@ bool Form_KeyDown(MainForm &form, int keyCode, bool alt);
 void SetFileCommandsEnabled(MainForm &form, bool enabled);
 bool IsBuilt(const MainForm &form, std::string_view name);
 
-// The entries of the language menu: the names of the .qlt files, in the folder's order. With none
-// the separator `hyLang` and the first entry are hidden.
-void BuildLanguageMenu(MainForm &form, const std::vector<std::string> &fileNames);
+// The entries of the language menu: the names of the language files without their extension, in the
+// folder's order. With none the separator `hyLang` and the first entry are hidden.
+void BuildLanguageMenu(MainForm &form, const std::vector<std::string> &captions);
 
 // The popup. LV_MouseDown: `button` 2 is the right one; `hit` the row under the pointer or kNoRow.
 void LV_MouseDown(MainForm &form, int button, ui::RowId hit);
@@ -170,6 +171,10 @@ void HideProgressBar(MainForm &form);
 // and list made visible and the window sized around them.
 void ApplyPreferences(MainForm &form);
 void ShowTreeAndList(MainForm &form);
+
+// Closes the window: unloads it, or, while a regeneration runs, ends that at its next file and
+// unloads afterwards. submnuExit and the window's own close come here.
+void CloseMainForm(MainForm &form);
 
 // The splash's end: icon, folder name "Quenlin", the stored place (fitted to the screen), the
 // player's timer, the window, the tips, the layout.

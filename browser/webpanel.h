@@ -6,7 +6,7 @@
 namespace browser
 {
 
-// The panel for the list's selected row; without one the names stay as they were.
+// The panel for the list's selected row; empty without one, or while the timer is enabled.
 void ShowSelectedItemInfo(ui::KeyedList &list, PanelForm &form);
 
 // Handler of the timer ShowSelectedItems: one row's fields, or the count and names of several.

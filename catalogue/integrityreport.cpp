@@ -5,9 +5,6 @@
 #include "shell/apppath.h"
 #include "shell/globals.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <utility>
 
@@ -19,21 +16,10 @@ namespace
 
 constexpr std::size_t kMaxPendingBytes = 64 * 1024;
 
-// Writes all of `bytes` with `flags` beside O_WRONLY.
-void WriteOut(const std::string &path, int flags, std::string_view bytes)
+void WriteOut(const std::string &path, std::string_view bytes, bool afresh)
 {
-    const platform::posix::Descriptor file(
-        open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, 0666));
-    if (!file)
+    if (!platform::posix::AppendToFile(path, bytes, afresh))
         throw runtime::FileError(errno);
-    while (!bytes.empty()) {
-        const ssize_t written = write(file.Get(), bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            throw runtime::FileError(written < 0 ? errno : EIO);
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
 }
 
 } // namespace
@@ -52,7 +38,7 @@ IntegrityReport::IntegrityReport() : m_path(ReportPath())
     AppendLine(std::string(71, '-'));
     AppendLine("");
     AppendLine("");
-    WriteOut(m_path, O_TRUNC, std::exchange(m_pending, {}));
+    WriteOut(m_path, std::exchange(m_pending, {}), true);
 }
 
 IntegrityReport::~IntegrityReport()
@@ -95,7 +81,7 @@ void IntegrityReport::Close(bool succeeded, std::string_view folder, std::string
 void IntegrityReport::Flush()
 {
     if (!m_pending.empty())
-        WriteOut(m_path, O_APPEND, std::exchange(m_pending, {}));
+        WriteOut(m_path, std::exchange(m_pending, {}), false);
 }
 
 void IntegrityReport::AppendLine(std::string_view line)

@@ -34,6 +34,28 @@ int NextCharacter(std::string_view text, utf8proc_int32_t &codePoint)
     return length > 0 && codePoint >= 0 ? static_cast<int>(length) : 0;
 }
 
+// Each valid character mapped, every other byte as it is.
+std::string MapCharacters(std::string_view utf8, utf8proc_int32_t (*map)(utf8proc_int32_t))
+{
+    std::string result;
+    result.reserve(utf8.size());
+    while (!utf8.empty()) {
+        utf8proc_int32_t codePoint = 0;
+        const int length = NextCharacter(utf8, codePoint);
+        if (length == 0) {
+            result.push_back(utf8.front());
+            utf8.remove_prefix(1);
+            continue;
+        }
+        utf8proc_uint8_t mapped[4];
+        const auto mappedLength = utf8proc_encode_char(map(codePoint), mapped);
+        result.append(reinterpret_cast<const char *>(mapped),
+                      static_cast<std::size_t>(mappedLength));
+        utf8.remove_prefix(static_cast<std::size_t>(length));
+    }
+    return result;
+}
+
 } // namespace
 
 std::string_view Mid(std::string_view text, long long start, long long count)
@@ -145,24 +167,12 @@ bool EqualAscii(std::string_view first, std::string_view second)
 
 std::string UpperText(std::string_view utf8)
 {
-    if (IsAscii(utf8))
-        return UpperAscii(utf8);
-    std::string result;
-    result.reserve(utf8.size());
-    while (!utf8.empty()) {
-        utf8proc_int32_t codePoint = 0;
-        const int length = NextCharacter(utf8, codePoint);
-        if (length == 0) {
-            result.push_back(utf8.front());
-            utf8.remove_prefix(1);
-            continue;
-        }
-        utf8proc_uint8_t upper[4];
-        const auto upperLength = utf8proc_encode_char(utf8proc_toupper(codePoint), upper);
-        result.append(reinterpret_cast<const char *>(upper), static_cast<std::size_t>(upperLength));
-        utf8.remove_prefix(static_cast<std::size_t>(length));
-    }
-    return result;
+    return IsAscii(utf8) ? UpperAscii(utf8) : MapCharacters(utf8, utf8proc_toupper);
+}
+
+std::string LowerText(std::string_view utf8)
+{
+    return MapCharacters(utf8, utf8proc_tolower);
 }
 
 bool EqualText(std::string_view first, std::string_view second)

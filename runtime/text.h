@@ -45,6 +45,9 @@ std::vector<std::string> Split(std::string_view text, std::string_view separator
 // Source: the simple case mapping of Unicode, as utf8proc has it ("ß" becomes "ẞ").
 std::string UpperText(std::string_view utf8);
 
+// Lower case, by the same rules.
+std::string LowerText(std::string_view utf8);
+
 // Whether both are the same text without regard to letter case (UpperText of both is equal).
 bool EqualText(std::string_view first, std::string_view second);
 

@@ -13,9 +13,6 @@
 #include "shell/globals.h"
 #include "shell/language.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 
 namespace shell
@@ -95,24 +92,6 @@ std::string FormatSummary(const Outcomes &outcomes)
     return summary;
 }
 
-// Appends in one write, so that the summaries of jobs side by side do not mix.
-void AppendSummary(const std::string &summary)
-{
-    const platform::posix::Descriptor file(
-        open(AppFile(kSummaryName).c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666));
-    if (!file)
-        throw runtime::FileError(errno);
-    std::string_view rest = summary;
-    while (!rest.empty()) {
-        const ssize_t written = write(file.Get(), rest.data(), rest.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            throw runtime::FileError(written < 0 ? errno : EIO);
-        rest.remove_prefix(static_cast<std::size_t>(written));
-    }
-}
-
 } // namespace
 
 std::string QuoteArguments(const std::vector<std::string> &paths)
@@ -133,7 +112,8 @@ void RunBatch(std::string_view arguments)
     }
     if (const std::string lost = groups.Close(); !lost.empty())
         platform::TheMachine().desktop->MessageBox(lost);
-    AppendSummary(FormatSummary(outcomes) + "\r\n");
+    if (!platform::posix::AppendToFile(AppFile(kSummaryName), FormatSummary(outcomes) + "\r\n"))
+        throw runtime::FileError(errno);
 }
 
 } // namespace shell

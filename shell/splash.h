@@ -39,7 +39,6 @@ SplashTexts LoadSplashTexts();
 
 // The address behind a click on lblEmail: "mailto:" and the support address.
 std::string SupportMailAddress();
-inline constexpr const char *kSupportAddress = "support@quenlin.example";
 
 // Form_Unload: brings the main window up, only when `height` is exactly that of the splash.
 void UnloadSplash(int height, const std::function<void()> &showMainForm);

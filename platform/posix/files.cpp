@@ -98,6 +98,13 @@ bool ReplaceFile(const std::string &path, std::string_view bytes, unsigned mode)
     return done;
 }
 
+bool AppendToFile(const std::string &path, std::string_view bytes, bool afresh)
+{
+    const int how = O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY | (afresh ? O_TRUNC : O_APPEND);
+    const Descriptor file(open(path.c_str(), how, 0666));
+    return file && WriteAll(file.Get(), bytes);
+}
+
 bool MakeFolders(const std::string &path)
 {
     for (std::size_t at = 1; at != std::string::npos;) {

@@ -34,6 +34,11 @@ std::optional<std::string> ReadRegularFile(const std::string &path, std::size_t 
 // False, with errno set and the old file as it was, when that failed.
 bool ReplaceFile(const std::string &path, std::string_view bytes, unsigned mode = 0644);
 
+// Appends `bytes` to the file, in one write where the system takes them at once, so that what other
+// processes append does not mix with it. A missing file is made; with `afresh` what an existing one
+// holds goes first. Not flushed. False, with errno set, when that failed.
+bool AppendToFile(const std::string &path, std::string_view bytes, bool afresh = false);
+
 // Makes the folder and those above it. False, with errno set, when it is not there afterwards.
 bool MakeFolders(const std::string &path);
 

@@ -117,9 +117,9 @@ IniDocument::IniDocument(std::string_view text)
         const auto end = text.find('\n');
         std::string_view rest = text.substr(0, end);
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+        Line line{std::string(rest), section, false, {}, {}};
         if (rest.ends_with('\r'))
             rest.remove_suffix(1);
-        Line line{std::string(rest), section, false, {}, {}};
         rest = runtime::Trim(rest);
         if (rest.starts_with('[')) {
             rest.remove_prefix(1);

@@ -1,7 +1,8 @@
 """The include graph: no arrow up, no circle, Qt in windows only.
 
-A module is a header and the source beside it. Each has a floor; it may include its own floor and those
-below. The floors, from the ground: runtime, toolkit-free controls, platform ports, shell's low floor,
+A file may include its own floor and those below. Headers form no circle. A module is a header and the
+source beside it: modules of one folder may call each other back and forth (a click on the tree fills the
+list, a click in the list opens the tree), but no such circle leads through two folders. The floors, from the ground: runtime, toolkit-free controls, platform ports, shell's low floor,
 metadata, catalogue, the subsystems' logic, windows, app.
 """
 import pathlib
@@ -40,7 +41,7 @@ def includes(text):
 
 def violations(files):
     """What is wrong in `files`, a map from path to text."""
-    wrong, arrows = [], {}
+    wrong, headers, modules = [], {}, {}
     for path, text in files.items():
         for quoted, name in includes(text):
             if not quoted:
@@ -54,8 +55,10 @@ def violations(files):
                 continue
             if floor(target) > floor(path):
                 wrong.append(f"{path} includes {target}, which stands above it")
-            arrows.setdefault(path.with_suffix(""), set()).add(target.with_suffix(""))
-    return wrong + circles(arrows)
+            if path.suffix == ".h":
+                headers.setdefault(path, set()).add(target)
+            modules.setdefault(path.with_suffix(""), set()).add(target.with_suffix(""))
+    return wrong + circles(headers) + tangles(modules)
 
 
 def circles(arrows):
@@ -78,6 +81,25 @@ def circles(arrows):
     for module in sorted(arrows):
         visit(module)
     return found
+
+
+def reachable(arrows, start):
+    """All that the arrows lead to from `start`."""
+    found, waiting = set(), [start]
+    while waiting:
+        for target in arrows.get(waiting.pop(), ()):
+            if target not in found:
+                found.add(target)
+                waiting.append(target)
+    return found
+
+
+def tangles(arrows):
+    """The modules from which a way leads into another folder and back, each as a text."""
+    reach = {module: reachable(arrows, module) for module in arrows}
+    return [f"circle through two folders: {one} and {other}"
+            for one in sorted(reach) for other in sorted(reach[one])
+            if one.parent < other.parent and one in reach.get(other, ())]
 
 
 def tree():
@@ -106,8 +128,11 @@ class Includes(unittest.TestCase):
         self.check("includes Qt", browser__tree_cpp="#include <QString>\n")
         self.check("includes Qt", browser__tree_cpp="#include <QtWidgets>\n")
         self.check(None, browser__frmMain_cpp="#include <QString>\n", app__main_cpp="#include <QString>\n")
-        self.check("circle", browser__a_cpp='#include "browser/b.h"\n', browser__b_h="", browser__a_h="",
+        self.check("circle: ", browser__a_h='#include "browser/b.h"\n', browser__b_h='#include "browser/a.h"\n')
+        self.check(None, browser__a_cpp='#include "browser/b.h"\n', browser__b_h="", browser__a_h="",
                    browser__b_cpp='#include "browser/a.h"\n')
+        self.check("two folders", browser__a_cpp='#include "player/b.h"\n', player__b_h="", browser__a_h="",
+                   player__b_cpp='#include "browser/a.h"\n')
         self.check("not there", browser__a_cpp='#include "browser/b.h"\n')
 
     def test_the_tree(self):

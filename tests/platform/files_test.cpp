@@ -45,6 +45,20 @@ TEST(ReplaceFile, AFailedWriteLeavesTheOldFile)
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
 }
 
+TEST(AppendToFile, MakesAppendsAndBeginsAfresh)
+{
+    const tests::TestFolder folder;
+    EXPECT_TRUE(AppendToFile(folder / "a", "one\r\n"));
+    EXPECT_TRUE(AppendToFile(folder / "a", std::string("\0two", 4)));
+    EXPECT_EQ(tests::ReadFile(folder / "a"), std::string("one\r\n\0two", 9));
+    EXPECT_TRUE(AppendToFile(folder / "a", "new", true));
+    EXPECT_EQ(tests::ReadFile(folder / "a"), "new");
+    EXPECT_FALSE(AppendToFile(folder / "absent/a", "x"));
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_FALSE(AppendToFile(folder.Path(), "x"));
+    EXPECT_EQ(errno, EISDIR);
+}
+
 TEST(MakeFolders, MakesTheWholePath)
 {
     const tests::TestFolder folder;

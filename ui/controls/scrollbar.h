@@ -40,6 +40,9 @@ public:
         SetValue(m_value);
     }
 
+    // Back to 0 without the event.
+    void ResetValue() { Assign(m_value, 0); }
+
     void SetLargeChange(int step) { Assign(m_largeChange, step); }
     void SetSmallChange(int step) { Assign(m_smallChange, step); }
 

@@ -1,0 +1,248 @@
+#include "browser/fieldtree.h"
+
+#include "browser/itemlist.h"
+#include "catalogue/adoclass.h"
+#include "runtime/error.h"
+#include "runtime/text.h"
+#include "shell/apppath.h"
+#include "shell/globals.h"
+#include "shell/language.h"
+#include "shell/paths.h"
+
+#include <algorithm>
+#include <array>
+
+namespace browser
+{
+
+namespace
+{
+
+constexpr ItemKind kItemKinds[] = {
+    {"/", "", "MP3File", "MP3 File"},
+    {"@", "Title", "TitleFolder", "Title Folder"},
+    {"#", "Artist", "ArtistFolder", "Artist Folder"},
+    {"~", "Album", "AlbumFolder", "Album Folder"},
+    {"?", "Year", "YearFolder", "Year Folder"},
+    {"!", "Comment", "CommentFolder", "Comment Folder"},
+    {"\u00A1", "Genre", "GenreFolder", "Genre Folder"},
+    {"\u00BF", "Path", "PathFolder", "Path Folder"},
+    {"&", "List", "PlayListFile", "PlayList File"},
+};
+
+// The order of the groups below the root; Path comes before List.
+constexpr std::array<int, 8> kGroupOrder = {0, 1, 2, 3, 4, 5, 7, 6};
+
+constexpr std::string_view kListStatement = "SELECT * FROM Lists ORDER BY LIST_Name";
+
+const ItemKind &KindOfField(std::string_view field)
+{
+    return *std::find_if(std::begin(kItemKinds), std::end(kItemKinds),
+                         [&](const ItemKind &kind) { return kind.field == field; });
+}
+
+std::string GroupKey(std::string_view field)
+{
+    return "By" + std::string(field);
+}
+
+void AddGroup(ui::KeyedTree &tree, std::string_view field)
+{
+    const ui::NodeId root = tree.Find(kRootKey);
+    if (field == "List")
+        tree.Add(root, GroupKey(field),
+                 shell::GetLanguageText("PlayLists", "PlayLists", "ColumnHeaders"), "M3U");
+    else
+        tree.Add(root, GroupKey(field), shell::GetFolderGroupCaption(field), "closed", "open");
+}
+
+void ShowProgress(std::string_view field)
+{
+    const std::string caption = shell::GetLanguageText(field, field, "ColumnHeaders");
+    const std::string adding = shell::GetLanguageText("Adding", "AddingFile", "Progress");
+    const std::string information =
+        shell::GetLanguageText("$Field$ information...", "AddingInformation", "Progress");
+    shell::TheGlobals().lblProgress.SetCaption(adding + " " +
+                                               runtime::Replace(information, "$Field$", caption));
+}
+
+// The part of a record's path that makes its node; a path without a separator has none.
+std::string_view FolderPart(std::string_view path)
+{
+    const auto separator = path.rfind(shell::PathSeparator);
+    return separator == std::string_view::npos ? std::string_view{} : path.substr(0, separator + 1);
+}
+
+// Adds the value nodes of one field, one record after the other. A record whose text equals that of
+// the record before it has the same key and is passed over before its text is folded.
+class ValueNodes
+{
+public:
+    ValueNodes(ui::KeyedTree &tree, const ItemKind &kind)
+        : m_tree(tree), m_kind(kind), m_group(tree.Find(GroupKey(kind.field))),
+          m_isPath(kind.field == "Path"), m_isList(kind.field == "List")
+    {
+    }
+
+    void Add(std::string_view text)
+    {
+        // Of a path only the folder counts.
+        const std::string_view value = m_isPath ? FolderPart(text) : text;
+        if (m_any && value == m_before)
+            return;
+        m_any = true;
+        m_before = value;
+        if (m_isList)
+            AddNode(value, value, "M3U", {});
+        else if (m_isPath)
+            AddNode(runtime::UpperText(TrimLeft(value)), shell::GetLastFolderName(TrimLeft(value)),
+                    "closed", "open");
+        else
+            AddNode(runtime::UpperText(runtime::Trim(value)), runtime::Trim(value), "closed",
+                    "open");
+    }
+
+private:
+    // A path is trimmed before its folder is taken; its right end is not part of that.
+    static std::string_view TrimLeft(std::string_view text)
+    {
+        return text.substr(std::min(text.find_first_not_of(' '), text.size()));
+    }
+
+    void AddNode(std::string_view key, std::string_view text, std::string_view image,
+                 std::string_view selectedImage)
+    {
+        m_key.assign(m_kind.marker).append(key);
+        m_tree.TryAdd(m_group, m_key, text, image, selectedImage);
+    }
+
+    ui::KeyedTree &m_tree;
+    const ItemKind &m_kind;
+    const ui::NodeId m_group;
+    const bool m_isPath, m_isList;
+    bool m_any = false;
+    std::string m_before;
+    std::string m_key;
+};
+
+// Failures are ignored: one bad record skips its node.
+void FillValues(ui::KeyedTree &tree, const ItemKind &kind, catalogue::Recordset &records)
+{
+    if (tree.Find(GroupKey(kind.field)) == ui::kNoNode)
+        return;
+    const int column = records.FindField(kind.field == "List" ? "List_Name" : kind.field);
+    ValueNodes nodes(tree, kind);
+    for (; !records.AtEnd(); records.MoveNext()) {
+        try {
+            nodes.Add(records.Text(column));
+        } catch (const runtime::RuntimeError &) {
+        }
+    }
+}
+
+bool HasValues(const ui::KeyedTree &tree)
+{
+    for (const ui::NodeId root : tree.Children(ui::kNoNode))
+        for (const ui::NodeId group : tree.Children(root))
+            if (tree.Key(group) != "ByList" && !tree.Children(group).empty())
+                return true;
+    return false;
+}
+
+void ShowHint(MainForm &form)
+{
+    const auto &load = shell::TheGlobals().LoadField;
+    const bool anyGroup = std::any_of(load.begin(), load.end(), [](bool on) { return on; });
+    form.LV.SetHint(
+        HasValues(form.TV) || !anyGroup
+            ? std::string()
+            : shell::GetLanguageText("The catalogue is empty. Choose Tools, Regenerate Database "
+                                     "to fill it from your music folder.",
+                                     "EmptyCatalogue", "Status"));
+}
+
+} // namespace
+
+const ItemKind *KindOfKey(std::string_view key)
+{
+    for (const ItemKind &kind : kItemKinds)
+        if (key.starts_with(kind.marker))
+            return &kind;
+    return nullptr;
+}
+
+std::string_view WithoutMarker(std::string_view key)
+{
+    const ItemKind *kind = KindOfKey(key);
+    return key.substr(kind != nullptr ? kind->marker.size() : std::min<std::size_t>(1, key.size()));
+}
+
+std::string GetItemTypeText(std::string_view key, bool plural)
+{
+    const ItemKind *kind = KindOfKey(key);
+    if (kind == nullptr)
+        return {};
+    const std::string_view end = plural ? "s" : "";
+    return shell::GetLanguageText(std::string(kind->word).append(end),
+                                  std::string(kind->wordKey).append(end), "ItemType");
+}
+
+void LoadTreeView(MainForm &form, std::string_view fieldName)
+{
+    const ui::TreeUpdate update(form.TV);
+    if (fieldName.empty()) {
+        form.TV.Clear();
+        form.TV.SetExpanded(form.TV.Add(ui::kNoNode, kRootKey, "MP3", "closed", "open"), true);
+    }
+    for (const int index : kGroupOrder) {
+        const std::string_view field = shell::FieldNames[static_cast<std::size_t>(index)];
+        const bool load = shell::TheGlobals().LoadField[static_cast<std::size_t>(index)];
+        if (!fieldName.empty() && fieldName != field)
+            continue;
+        if (load)
+            AddGroup(form.TV, field);
+        else if (!fieldName.empty())
+            form.TV.Remove(GroupKey(field));
+    }
+    FillFieldTree(form, "SELECT *\rFROM MP3s", fieldName);
+    ShowHint(form);
+}
+
+void FillFieldTree(MainForm &form, std::string_view sql, std::string_view fieldName)
+{
+    const ui::TreeUpdate update(form.TV);
+    for (std::size_t index = 0; index < shell::FieldNames.size(); ++index) {
+        const std::string_view field = shell::FieldNames[index];
+        if ((!fieldName.empty() && fieldName != field) || !shell::TheGlobals().LoadField[index])
+            continue;
+        ShowProgress(field);
+        std::string statement(sql);
+        statement.append("\rORDER BY ").append(field);
+        if (field == "List")
+            statement = kListStatement;
+        int kind = catalogue::kDetect;
+        const auto records = catalogue::Records(catalogue::DataAccess->ExecuteSQL(statement, kind));
+        if (records != nullptr && records->IsOpen())
+            FillValues(form.TV, KindOfField(field), *records);
+    }
+}
+
+void RefreshTree(MainForm &form)
+{
+    if (const ui::NodeId root = form.TV.Find(kRootKey); root != ui::kNoNode)
+        form.TV.SetExpanded(root, false);
+    LoadTreeView(form, "");
+}
+
+void BindTreeEvents(MainForm &form)
+{
+    form.TV.onCollapse = [&form](ui::NodeId) { form.TreeJustCollapsed = true; };
+    form.TV.onExpand = [&form](ui::NodeId node) {
+        form.TV.Select(node);
+        form.TreeJustExpanded = true;
+    };
+    form.TV.onNodeClick = [&form](ui::NodeId) { ItemClick(form, form.TV); };
+    form.TV.onClick = [&form] { ItemClick(form, form.TV); };
+}
+
+} // namespace browser

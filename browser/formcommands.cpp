@@ -1,0 +1,240 @@
+// The main form's commands: dispatch by name, its own handlers, keys, the language menu.
+#include "browser/fieldtree.h"
+#include "browser/formhandlers.h"
+#include "browser/itemlist.h"
+#include "catalogue/adoclass.h"
+#include "catalogue/regeneration.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "runtime/error.h"
+#include "runtime/text.h"
+#include "shell/apppath.h"
+#include "shell/globals.h"
+#include "shell/language.h"
+#include "shell/settings.h"
+
+namespace browser
+{
+
+namespace
+{
+
+constexpr std::string_view kLanguageExtension = ".qlt";
+
+void RunHandler(MainForm &form, std::string_view name)
+{
+    const std::string wanted = std::string(name) + "_click";
+    for (const auto &[handlerName, handler] : form.handlers)
+        if (handler && runtime::EqualAscii(handlerName, wanted)) {
+            const auto running = handler; // it may replace itself
+            running();
+            return;
+        }
+    throw runtime::RuntimeError(runtime::kMemberNotFound);
+}
+
+void RegenerateDatabase(MainForm &form)
+{
+    if (catalogue::IsRegenerating())
+        return;
+    try {
+        catalogue::ListRefresh(true);
+    } catch (const runtime::RuntimeError &) {
+        if (form.closePending)
+            UnloadMainForm(form);
+        throw;
+    }
+    if (form.closePending)
+        UnloadMainForm(form);
+    else
+        LoadTreeView(form, "");
+}
+
+void ToggleWebStyle(MainForm &form)
+{
+    ui::Command &entry = *form.FindMenu("submnuWebStyle");
+    entry.SetChecked(!entry.Checked());
+    form.WebStyleOn = entry.Checked();
+    shell::TheGlobals().WebStyle = form.WebStyleOn;
+    shell::SaveFlagPreference("WebStyle", form.WebStyleOn);
+    ReDrawForm(form);
+}
+
+void TellNewLanguage()
+{
+    platform::TheMachine().desktop->MessageBox(
+        shell::GetLanguageText("The new language you set would start working the next time you "
+                               "run this app.",
+                               "NewLanguageSelected", "Status"));
+}
+
+void ChooseEnglish()
+{
+    try {
+        shell::DeleteSetting(shell::kPreferences, "Language");
+    } catch (const runtime::RuntimeError &) {
+        // No language was set.
+    }
+    TellNewLanguage();
+}
+
+void ChooseLanguage(const std::string &entryCaption)
+{
+    shell::SavePreference("Language", entryCaption + std::string(kLanguageExtension));
+    TellNewLanguage();
+}
+
+// Opens a page below the base address that the catalogue holds.
+void OpenPage(std::string_view page)
+{
+    const auto records = catalogue::Records(
+        catalogue::DataAccess->ExecuteSQL("SELECT * FROM Validations", catalogue::kSelect));
+    if (records == nullptr || records->AtEnd())
+        throw runtime::RuntimeError(runtime::kSubscriptOutOfRange,
+                                    catalogue::DataAccess->ErrorMessage);
+    const std::string address(records->Text("URL2Check"));
+    platform::TheMachine().desktop->OpenAddress(address + std::string(page), "");
+}
+
+void ShowHelp()
+{
+    const std::string &file = shell::TheGlobals().HelpFilePath;
+    if (!platform::TheMachine().desktop->OpenAddress(file, shell::GetAppPath()))
+        throw runtime::RuntimeError(runtime::kFileNotFound,
+                                    runtime::DescribeError(runtime::kFileNotFound) + ": " + file);
+}
+
+} // namespace
+
+void BindHandlers(MainForm &form)
+{
+    auto &handlers = form.handlers;
+    handlers["submnuExit_Click"] = [&form] { CloseMainForm(form); };
+    handlers["submnuRegenerateDatabase_Click"] = [&form] { RegenerateDatabase(form); };
+    handlers["submnuRefreshTree_Click"] = [&form] { RefreshTree(form); };
+    handlers["submnuWebStyle_Click"] = [&form] { ToggleWebStyle(form); };
+    handlers["submnuShowHelp_Click"] = ShowHelp;
+    handlers["submnuForums_Click"] = [] { OpenPage("Forums/default.asp"); };
+    handlers["submnuTutorials_Click"] = [] { OpenPage("Tutorial%20Index.asp"); };
+    handlers["submnuEnglish_Click"] = ChooseEnglish;
+    handlers["submnuAbout_Click"] = [&form] {
+        if (form.calls.showAbout)
+            form.calls.showAbout();
+    };
+    handlers["cp_Play_Click"] = [&form] {
+        const std::string path = SelectedPath(form.LV);
+        if (!path.empty() && form.calls.playMP3File)
+            form.calls.playMP3File(path, form.LV);
+    };
+    handlers["cp_Duplicate_Click"] = [&form] { RunHandler(form, "submnuDuplicateEntry"); };
+}
+
+void RunCommand(MainForm &form, std::string_view name)
+{
+    const ui::Command *entry = form.FindMenu(name);
+    if (!IsBuilt(form, name) || (entry != nullptr && !entry->Enabled()))
+        return;
+    RunHandler(form, name);
+}
+
+bool Form_KeyDown(MainForm &form, int keyCode, bool alt)
+{
+    if (keyCode != '3' || !alt)
+        return false;
+    if (IsBuilt(form, "submnuFileInfo"))
+        RunHandler(form, "submnuFileInfo");
+    return true;
+}
+
+bool IsBuilt(const MainForm &form, std::string_view name)
+{
+    return !form.notBuilt.contains(name);
+}
+
+void SetFileCommandsEnabled(MainForm &form, bool enabled)
+{
+    for (const std::string_view name : FileCommands()) {
+        const bool on = enabled && IsBuilt(form, name);
+        if (ui::Command *entry = form.FindMenu(name); entry != nullptr)
+            entry->SetEnabled(on);
+        if (ui::Command *button = form.FindButton(name); button != nullptr)
+            button->SetEnabled(on);
+    }
+}
+
+void BuildLanguageMenu(MainForm &form, const std::vector<std::string> &captions)
+{
+    form.languages = captions;
+    form.FindMenu("hyLang")->SetVisible(!captions.empty());
+    form.FindMenu("submnuLng(0)")->SetVisible(!captions.empty());
+    for (std::size_t index = 0; index < captions.size(); ++index) {
+        const std::string name = "submnuLng(" + std::to_string(index) + ")";
+        ui::Command *entry = form.FindMenu(name);
+        if (entry == nullptr)
+            entry = &form.menu.emplace_back(name);
+        entry->SetCaption(runtime::Replace(captions[index], "&", "&&"));
+        entry->SetVisible(true);
+        form.handlers[name + "_Click"] = [caption = captions[index]] { ChooseLanguage(caption); };
+    }
+}
+
+void BuildPopup(MainForm &form)
+{
+    form.cp.clear();
+    for (const PopupLine &line : PopupLines()) {
+        const std::string caption =
+            shell::GetLanguageText(line.caption, line.languageKey, "PopUpMenu");
+        form.cp.push_back({line.IsTitle() ? "-" + caption : caption, std::string(line.key),
+                           std::string(line.image), line.IsTitle() || IsBuilt(form, line.command)});
+    }
+}
+
+void ClickPopup(MainForm &form, std::string_view key)
+{
+    for (const PopupLine &line : PopupLines())
+        if (line.key == key && !line.IsTitle() && IsBuilt(form, line.command)) {
+            RunHandler(form, line.command);
+            return;
+        }
+}
+
+void LV_MouseDown(MainForm &form, int button, ui::RowId hit)
+{
+    constexpr int kRightButton = 2;
+    if (button != kRightButton)
+        return;
+    if (hit != ui::kNoRow) {
+        form.LV.DeselectAll();
+        form.LV.SelectOnly(hit);
+        if (form.LV.onItemClick)
+            form.LV.onItemClick();
+    }
+    const ui::RowId selected = form.LV.SelectedItem();
+    if (selected == ui::kNoRow || !form.LV.Key(selected).starts_with(kFileMarker))
+        return;
+    form.PopupFromSearch = false;
+    ShowPop(form);
+}
+
+void ShowPop(MainForm &form)
+{
+    const ui::Rect cursor = form.calls.cursor ? form.calls.cursor() : ui::Rect{};
+    LogoDraw(form, form.calls.popupHeights ? form.calls.popupHeights() : std::vector<int>{});
+    if (form.calls.showPopup)
+        form.calls.showPopup(cursor.left - form.window.left - 200,
+                             cursor.top - form.window.top - 800);
+}
+
+void LogoDraw(MainForm &form, const std::vector<int> &entryHeights)
+{
+    int heightPx = 0;
+    for (const int height : entryHeights)
+        heightPx += height;
+    form.picSideBar.SetHeight(ui::TwipsOfPixels(heightPx));
+    if (form.logo == nullptr)
+        return;
+    form.logo->heightTwips = form.picSideBar.Height();
+    form.logo->Draw();
+}
+
+} // namespace browser

@@ -1,0 +1,367 @@
+#include "browser/itemlist.h"
+
+#include "browser/fieldtree.h"
+#include "browser/webpanel.h"
+#include "catalogue/adoclass.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "runtime/error.h"
+#include "runtime/text.h"
+#include "shell/apppath.h"
+#include "shell/language.h"
+
+#include <algorithm>
+#include <array>
+#include <unordered_set>
+#include <utility>
+
+namespace browser
+{
+
+namespace
+{
+
+constexpr std::array<std::string_view, 8> kSubItems = {"Title",   "Artist", "Album", "Year",
+                                                       "Comment", "Genre",  "Label", "Path"};
+constexpr std::array<std::string_view, 8> kRecordFields = {
+    "title", "Artist", "Album", "Year", "Comment", "Genre", "Disk_Label", "Path"};
+constexpr std::array<int, 8> kWidths = {2400, 2400, 2400, 800, 1200, 900, 1000, 2000}; // twips
+constexpr int kRowsBetweenYields = 50;
+
+std::string ColumnCaption(std::string_view key)
+{
+    return shell::GetLanguageText(key, key, "ColumnHeaders");
+}
+
+void AddFileColumns(ui::KeyedList &list)
+{
+    list.ClearColumns();
+    list.AddColumn("Icon", "", 450);
+    for (std::size_t i = 0; i < kSubItems.size(); ++i)
+        list.AddColumn(kSubItems[i], ColumnCaption(kSubItems[i]), kWidths[i]);
+    list.AddColumn("Non", "", 500);
+}
+
+void ShowWarning(ui::KeyedList &list)
+{
+    const std::string words = shell::GetLanguageText("No items found.", "NoItemsFound", "Search");
+    const std::string_view cell = words;
+    list.AddRow("/0", "", "", {&cell, 1});
+    list.ClearColumns();
+    list.AddColumn("Icon", "", 450);
+    list.AddColumn("Warning", shell::GetLanguageText("Warning", "Warning", "Search"), 2400);
+}
+
+// Adds the rows of a record set, each path once.
+class FileRows
+{
+public:
+    FileRows(ui::KeyedList &list, catalogue::Recordset &records) : m_list(list), m_records(records)
+    {
+        for (std::size_t i = 0; i < kRecordFields.size(); ++i)
+            m_columns[i] = records.FindField(kRecordFields[i]);
+        m_paths.reserve(static_cast<std::size_t>(records.RecordCount()));
+    }
+
+    int Count() const { return m_count; }
+
+    // The current record. Duplicates come from a search for any of several words.
+    void Add()
+    {
+        for (std::size_t i = 0; i < m_columns.size(); ++i)
+            m_texts[i] = m_columns[i] < 0 ? std::string_view{} : m_records.Text(m_columns[i]);
+        if (!m_paths.insert(runtime::UpperText(m_texts.back())).second)
+            return;
+        std::array<std::string_view, kSubItems.size()> cells;
+        std::copy(m_texts.begin(), m_texts.end(), cells.begin());
+        m_list.AddRow("/" + std::to_string(m_count), "", "MP3", cells);
+        ++m_count;
+    }
+
+private:
+    ui::KeyedList &m_list;
+    catalogue::Recordset &m_records;
+    std::array<int, kRecordFields.size()> m_columns{};
+    std::array<std::string, kRecordFields.size()> m_texts;
+    std::unordered_set<std::string> m_paths; // in upper case
+    int m_count = 0;
+};
+
+void Yield()
+{
+    platform::TheMachine().desktop->DoEvents();
+}
+
+void SetPointer(platform::Pointer pointer)
+{
+    platform::TheMachine().desktop->SetPointer(pointer);
+}
+
+// What was clicked, read before anything changes.
+struct Clicked {
+    bool inTree = false;
+    std::string key;
+    std::string text;              // a node's text, a row's first sub-item
+    ui::NodeId node = ui::kNoNode; // the tree node of that key
+    std::string fullPath;          // of that node; empty without one
+};
+
+Clicked ClickedOf(const MainForm &form, bool inTree, std::string_view key, std::string_view text)
+{
+    Clicked clicked;
+    clicked.inTree = inTree;
+    clicked.key = key;
+    clicked.text = text;
+    clicked.node = form.TV.Find(key);
+    if (clicked.node != ui::kNoNode)
+        clicked.fullPath = form.TV.FullPath(clicked.node);
+    return clicked;
+}
+
+// The flags that a click on a node's expander leaves: true when this click is to be ignored.
+bool ConsumeTreeFlags(MainForm &form)
+{
+    const ui::NodeId node = form.TV.Selected();
+    const bool collapsed = std::exchange(form.TreeJustCollapsed, false);
+    if (collapsed && !form.TV.Children(node).empty() && !form.TV.Expanded(node))
+        return true;
+    return std::exchange(form.TreeJustExpanded, false);
+}
+
+// A click on a node's text comes twice; the second time the rows of the first still stand.
+bool IsShown(const MainForm &form, const Clicked &clicked)
+{
+    return clicked.inTree && form.TV.Gesture() != 0 && form.shown.gesture == form.TV.Gesture() &&
+           form.shown.key == clicked.key && form.shown.filling == form.LV.Filling();
+}
+
+void RememberShown(MainForm &form, const Clicked &clicked)
+{
+    form.shown = {form.TV.Gesture(), clicked.key, form.LV.Filling()};
+}
+
+void ShowPile(MainForm &form)
+{
+    form.ImgIcon.SetImage("MP3");
+    LoadOtherImages(true, form);
+}
+
+// Empties the panel: while the timer is enabled, it shows no selection.
+void ShowNoSelection(MainForm &form)
+{
+    form.ShowSelectedItems.SetEnabled(true);
+    ShowSelectedItemInfo(form.LV, form);
+    form.ShowSelectedItems.SetEnabled(false);
+}
+
+void PlayRow(MainForm &form, ui::KeyedList &list)
+{
+    const std::string path = SelectedPath(list);
+    if (!path.empty() && IsBuilt(form, "PlayMP3File") && form.calls.playMP3File)
+        form.calls.playMP3File(path, list);
+}
+
+void ShowGroup(MainForm &form, ui::KeyedList &target, const Clicked &clicked)
+{
+    const std::string field = clicked.key.substr(std::min<std::size_t>(2, clicked.key.size()));
+    if (!IsShown(form, clicked)) {
+        const ui::ListUpdate update(target);
+        target.ClearColumns();
+        target.AddColumn("Icon", "", 300);
+        target.AddColumn("Title", ColumnCaption(field), 3200);
+        ShowItems(form, clicked.node, target);
+        RememberShown(form, clicked);
+    }
+    form.WEPath.SetCaption(clicked.fullPath);
+    ShowPile(form);
+    form.lblWebFolder.SetCaption("");
+    ShowNoSelection(form);
+    form.lblWebFolder.SetCaption(shell::GetFolderGroupCaption(field));
+}
+
+catalogue::RecordsetPtr RecordsOfValue(std::string_view field, std::string_view value)
+{
+    catalogue::Params params = catalogue::Value(std::string(value));
+    if (field == "Path") {
+        // The files directly in the folder, none of its sub-folders.
+        const std::string inFolder = std::string(value) + "%";
+        params = std::vector<catalogue::Value>{inFolder, inFolder + shell::PathSeparator + "%"};
+    }
+    return catalogue::Records(catalogue::DataAccess->ExecuteSQL("SEL_By" + std::string(field),
+                                                                catalogue::kStoredSelect, params));
+}
+
+// The files of a value. False when a newer click has taken the list over.
+bool ShowValue(MainForm &form, std::string_view field, const Clicked &clicked)
+{
+    catalogue::RecordsetPtr records;
+    const bool shown = IsShown(form, clicked);
+    if (!shown)
+        records = RecordsOfValue(field, WithoutMarker(clicked.key));
+    if (!clicked.inTree) {
+        form.lblWebFolder.SetCaption(clicked.text);
+        form.WEPath.SetCaption(clicked.fullPath);
+    }
+    if (records != nullptr && !FillItemList(form.LV, *records))
+        return false;
+    if (!shown)
+        RememberShown(form, clicked);
+    ShowNoSelection(form);
+    if (!clicked.inTree)
+        ShowPile(form);
+    return true;
+}
+
+void ShowPlayList(MainForm &form, const Clicked &clicked)
+{
+    if (IsBuilt(form, "PlayListFile") && form.calls.listPlayList) {
+        form.calls.listPlayList(WithoutMarker(clicked.key));
+        return;
+    }
+    const ui::ListUpdate update(form.LV);
+    form.LV.ClearColumns();
+    form.LV.ClearRows();
+}
+
+// The column of the value that all rows share is not shown; the paths of a folder come first.
+void AdjustColumns(MainForm &form, std::string_view field)
+{
+    try {
+        if (field == "Path")
+            form.LV.SetColumnPosition("Path", 2);
+        else
+            form.LV.SetColumnWidth(field, 0);
+    } catch (const runtime::RuntimeError &) {
+        // The warning view and a play list have no such column.
+    }
+}
+
+void HandleClick(MainForm &form, ui::KeyedList &list, const Clicked &clicked)
+{
+    const ItemKind *kind = KindOfKey(clicked.key);
+    if (clicked.inTree)
+        form.lblWebFolder.SetCaption(clicked.text);
+    const ui::NodeId selected = form.TV.Selected();
+    if (selected != ui::kNoNode && !form.TV.Key(selected).starts_with("By"))
+        ShowPile(form);
+    if (kind == nullptr || kind->field.empty()) {
+        if (clicked.key.starts_with(kFileMarker))
+            PlayRow(form, list);
+        else
+            ShowGroup(form, list, clicked);
+        return;
+    }
+    if (kind->field == "List")
+        ShowPlayList(form, clicked);
+    else if (!ShowValue(form, kind->field, clicked))
+        return;
+    const std::uint64_t filling = form.LV.Filling();
+    SetPointer(platform::Pointer::Normal);
+    Yield();
+    if (form.LV.Filling() != filling)
+        return;
+    AdjustColumns(form, kind->field);
+    form.WEPath.SetCaption(clicked.fullPath);
+}
+
+} // namespace
+
+void ItemClick(MainForm &form, ui::KeyedTree &tree)
+{
+    SetFileCommandsEnabled(form, false);
+    const ui::NodeId node = tree.Selected();
+    if (node == ui::kNoNode || ConsumeTreeFlags(form))
+        return;
+    // A path without a separator is the root's.
+    if (tree.FullPath(node).find(tree.pathSeparator) == std::string::npos)
+        return;
+    HandleClick(form, form.LV, ClickedOf(form, true, tree.Key(node), tree.Text(node)));
+}
+
+void ItemClick(MainForm &form, ui::KeyedList &list)
+{
+    SetFileCommandsEnabled(form, false);
+    const ui::RowId row = list.SelectedItem();
+    if (row == ui::kNoRow)
+        return;
+    HandleClick(form, list, ClickedOf(form, false, list.Key(row), list.SubItemAt(row, 1)));
+}
+
+void ShowItems(MainForm &form, ui::NodeId node, ui::KeyedList &list)
+{
+    if (node == ui::kNoNode || form.TV.Key(node) == "Configuration")
+        return;
+    const ui::ListUpdate update(list);
+    list.ClearRows();
+    list.SetSubItemKeys({"Title"});
+    for (const ui::NodeId child : form.TV.Children(node)) {
+        const std::string_view text = form.TV.Text(child);
+        list.AddRow(form.TV.Key(child), "", form.TV.Image(child), {&text, 1});
+    }
+}
+
+bool FillItemList(ui::KeyedList &list, catalogue::Recordset &records,
+                  const std::function<bool()> &ownerVisible)
+{
+    const ui::ListUpdate update(list);
+    list.ClearRows();
+    AddFileColumns(list);
+    if (records.AtEnd()) {
+        ShowWarning(list);
+        return true;
+    }
+    list.SetSubItemKeys({kSubItems.begin(), kSubItems.end()});
+    const std::uint64_t filling = list.Filling();
+    records.MoveFirst();
+    SetPointer(platform::Pointer::Hourglass);
+    Yield();
+    FileRows rows(list, records);
+    for (; !records.AtEnd() && list.Filling() == filling; records.MoveNext()) {
+        rows.Add();
+        if (rows.Count() % kRowsBetweenYields == 0)
+            Yield();
+        if (ownerVisible && !ownerVisible()) {
+            SetPointer(platform::Pointer::Normal);
+            return false;
+        }
+    }
+    if (list.Filling() != filling)
+        return false;
+    SetPointer(platform::Pointer::Normal);
+    Yield();
+    return list.Filling() == filling;
+}
+
+void BindListEvents(MainForm &form)
+{
+    const auto selectionMoved = [&form] {
+        SetPanelTextVisible(true, form);
+        form.ShowSelectedItems.SetEnabled(true);
+    };
+    form.LV.onClick = [&form, selectionMoved] {
+        const ui::RowId row = form.LV.SelectedItem();
+        SetFileCommandsEnabled(form,
+                               row != ui::kNoRow && form.LV.Key(row).starts_with(kFileMarker));
+        selectionMoved();
+    };
+    form.LV.onItemClick = selectionMoved;
+    form.LV.onDblClick = [&form] { ItemClick(form, form.LV); };
+    form.LV.onColumnClick = [&form](int column) {
+        const bool sorted = form.LV.SortKey() == column - 1;
+        form.LV.SetSort(column - 1, sorted != form.LV.Descending());
+    };
+}
+
+std::string SelectedPath(const ui::KeyedList &list)
+{
+    const ui::RowId row = list.SelectedItem();
+    if (row == ui::kNoRow || !list.Key(row).starts_with(kFileMarker))
+        return {};
+    try {
+        return std::string(list.SubItem(row, "Path"));
+    } catch (const runtime::RuntimeError &) {
+        return {};
+    }
+}
+
+} // namespace browser

@@ -1,0 +1,287 @@
+#include "browser/mainform.h"
+
+#include "browser/fieldtree.h"
+#include "browser/formhandlers.h"
+#include "browser/itemlist.h"
+#include "browser/webpanel.h"
+#include "catalogue/adoclass.h"
+#include "catalogue/regeneration.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "runtime/error.h"
+#include "runtime/text.h"
+#include "shell/apppath.h"
+#include "shell/globals.h"
+#include "shell/language.h"
+#include "shell/settings.h"
+
+namespace browser
+{
+
+namespace
+{
+
+std::unique_ptr<MainForm> &TheForm()
+{
+    static std::unique_ptr<MainForm> form;
+    return form;
+}
+
+// "submnuLng" of "submnuLng(2)".
+std::string_view ControlName(std::string_view name)
+{
+    return name.substr(0, name.find('('));
+}
+
+// The tooltip of a button that mirrors an entry: its caption without marks and shortcut.
+std::string TooltipOf(std::string_view caption)
+{
+    std::string tooltip = runtime::Replace(caption, "&", "");
+    tooltip.resize(std::min(tooltip.find("Alt+"), tooltip.size()));
+    return std::string(runtime::Trim(tooltip));
+}
+
+void TranslateMenus(MainForm &form)
+{
+    for (ui::Command &entry : form.menu) {
+        const std::string_view name = ControlName(entry.name);
+        if (name.starts_with("submnu")) {
+            entry.SetCaption(
+                shell::GetLanguageText(entry.Caption(), name.substr(6), "OptionMenus"));
+            if (ui::Command *button = form.FindButton(entry.name); button != nullptr)
+                button->SetCaption(TooltipOf(entry.Caption()));
+        } else if (name.starts_with("mnu")) {
+            entry.SetCaption(shell::GetLanguageText(entry.Caption(), name.substr(3), "Menus"));
+        }
+    }
+}
+
+void BuildStrip(MainForm &form)
+{
+    form.logo = std::make_unique<ui::cLogo>();
+    form.logo->widthTwips = form.picSideBar.Width();
+    form.logo->heightTwips = form.picSideBar.Height();
+    form.logo->SetStartColor(0);
+    form.logo->SetEndColor(0xFF0000); // blue
+    form.logo->Caption = shell::kApplicationTitle;
+    form.logo->hasImageList = true;
+    form.logo->IconIndex = 4;
+    form.logo->Draw();
+}
+
+void BindControls(MainForm &form)
+{
+    BindTreeEvents(form);
+    BindListEvents(form);
+    BindPanelEvents(form.LV, form);
+    DoubleAmpersands(form.WEPath);
+    form.lblAddress.captionChanged = [&form] {
+        if (form.calls.textWidth)
+            form.lblAddress.SetWidth(form.calls.textWidth(form.lblAddress.Caption()));
+        form.WEPath.SetLeft(form.lblAddress.Place().Right() + 200);
+    };
+    form.ReDrawForm = [&form] { ReDrawForm(form); };
+    form.tmrAutoCheckVersion.event = [&form] {
+        if (form.calls.tmrAutoCheckVersion)
+            form.calls.tmrAutoCheckVersion();
+    };
+    form.tmrRefreshList.event = [&form] {
+        if (form.calls.writePlaylist)
+            form.calls.writePlaylist();
+    };
+}
+
+void BindRegeneration(MainForm &form)
+{
+    catalogue::RegenerationControls &controls = catalogue::TheRegenerationControls();
+    controls.SB = &form.SB;
+    controls.PBar = &form.PBar;
+    controls.LayPBarOverPanel = [&form] { ShowProgressBar(form); };
+    controls.EnableTVAndLV = [&form](bool enabled) {
+        form.TV.SetEnabled(enabled);
+        form.LV.SetEnabled(enabled);
+    };
+    controls.EmptyLV = [&form] { form.LV.ClearRows(); };
+}
+
+void ReleaseRegeneration()
+{
+    catalogue::RegenerationControls &controls = catalogue::TheRegenerationControls();
+    controls = {nullptr, nullptr, {}, {}, {}, controls.EmailBugReport};
+}
+
+// A stored number of twips; the default where the store holds no number.
+int StoredTwips(std::string_view key, int defaultTwips)
+{
+    try {
+        return shell::GetNumberPreference(key);
+    } catch (const runtime::RuntimeError &) {
+        return defaultTwips;
+    }
+}
+
+void SavePlacement(const MainForm &form)
+{
+    shell::SaveNumberPreference("Initial TV Width", shell::TheGlobals().InitialTVWidth);
+    shell::SaveNumberPreference("Width", form.window.width);
+    shell::SaveNumberPreference("Height", form.window.height);
+    shell::SaveNumberPreference("Top", form.window.top);
+    shell::SaveNumberPreference("Left", form.window.left);
+}
+
+} // namespace
+
+MainForm::MainForm()
+    : caption(shell::kApplicationTitle), SB({{"Playing", "", kPlayingPanelWidth},
+                                             {"PlayingStatus", "", kPlayingStatusPanelWidth},
+                                             {"Blank", "", 1000},
+                                             {"About", "Quenlin by Orvald Tamsin", 2000}})
+{
+    for (const MenuLine &line : MenuLines()) {
+        ui::Command &entry = menu.emplace_back(line.name, line.caption);
+        entry.SetEnabled(line.enabled);
+        entry.SetChecked(line.checked);
+    }
+    for (const ToolButton &button : ToolButtons())
+        if (!button.key.empty())
+            buttons.emplace_back(button.key, button.tooltip);
+    for (const std::string_view name : CommandsNotBuilt())
+        notBuilt.emplace(name);
+    TV.pathSeparator = shell::PathSeparator;
+    TV.SetPlace({0, kDesignAddressHeight - 60 + 540 + 100, kDefaultTVWidth, 4000});
+    LV.SetPlace({2735, -45, 6000, 4000});
+}
+
+ui::Command *MainForm::FindMenu(std::string_view name)
+{
+    for (ui::Command &entry : menu)
+        if (entry.name == name)
+            return &entry;
+    return nullptr;
+}
+
+ui::Command *MainForm::FindButton(std::string_view name)
+{
+    for (ui::Command &button : buttons)
+        if (button.name == name)
+            return &button;
+    return nullptr;
+}
+
+MainForm &frmMain()
+{
+    if (TheForm() == nullptr)
+        TheForm() = std::make_unique<MainForm>();
+    return *TheForm();
+}
+
+void ResetMainForm()
+{
+    ReleaseRegeneration();
+    TheForm().reset();
+}
+
+void LoadMainForm(MainForm &form)
+{
+    BindControls(form);
+    BindHandlers(form);
+    BindRegeneration(form);
+    if (form.calls.tmrAutoCheckVersion)
+        form.calls.tmrAutoCheckVersion();
+    form.ImgIcon.SetImage("");
+    LoadOtherImages(false, form);
+    form.lblWebFolder.SetCaption("");
+    form.WebToolTip.SetCaption("");
+    ShowSelectedItemInfo(form.LV, form);
+    form.ShowSelectedItems.SetEnabled(true);
+    TranslateMenus(form);
+    for (ui::Command &entry : form.menu)
+        entry.SetEnabled(entry.Enabled() && IsBuilt(form, entry.name));
+    for (ui::Command &button : form.buttons)
+        button.SetEnabled(IsBuilt(form, button.name));
+    BuildStrip(form);
+    BuildPopup(form);
+    form.lblAddress.SetCaption(shell::GetLanguageText("Address", "AddressBar", "ControlsCaptions"));
+    SetFileCommandsEnabled(form, false);
+    HookList(form);
+}
+
+void ApplyPreferences(MainForm &form)
+{
+    form.WebStyleOn = shell::TheGlobals().WebStyle;
+    form.FindMenu("submnuWebStyle")->SetChecked(form.WebStyleOn);
+    form.WEPath.SetCaption("");
+}
+
+void ShowTreeAndList(MainForm &form)
+{
+    form.TV.SetVisible(true);
+    form.LV.SetVisible(true);
+    form.TBAddress.SetEnabled(true);
+    form.window.width = form.LV.Place().Right() + 200;
+    form.window.height = form.TV.Place().Bottom() + 500;
+}
+
+void ShowMainForm(MainForm &form)
+{
+    const bool tips = shell::GetFlagPreference("Show Tips at Startup");
+    form.ImgIcon.SetImage("MP3");
+    LoadOtherImages(true, form);
+    form.lblWebFolder.SetCaption(shell::kApplicationTitle);
+    form.window = {StoredTwips("Left", 45), StoredTwips("Top", 465), StoredTwips("Width", 12000),
+                   StoredTwips("Height", 7350)};
+    if (form.calls.screen)
+        form.window = FitToScreen(form.window, form.calls.screen());
+    form.scaleWidth = form.window.width - kFrameWidth;
+    form.tmr_Playing.SetEnabled(true);
+    form.visible = true;
+    if (form.calls.showWindow)
+        form.calls.showWindow();
+    if (tips && form.calls.showTips)
+        form.calls.showTips();
+    ReDrawForm(form);
+}
+
+void CloseMainForm(MainForm &form)
+{
+    if (catalogue::IsRegenerating()) {
+        form.closePending = true;
+        catalogue::StopRegeneration();
+        return;
+    }
+    UnloadMainForm(form);
+}
+
+void UnloadMainForm(MainForm &form)
+{
+    UnhookList(form);
+    SavePlacement(form);
+    form.logo.reset();
+    form.cp.clear();
+    ReleaseRegeneration();
+    catalogue::DataAccess.reset();
+    if (form.calls.unloadForms)
+        form.calls.unloadForms();
+    if (form.calls.endProgram)
+        form.calls.endProgram();
+}
+
+void HookList(MainForm &form)
+{
+    form.listHooked = true;
+}
+
+void UnhookList(MainForm &form)
+{
+    form.listHooked = false;
+}
+
+void ListMessage(MainForm &form, int message)
+{
+    constexpr int kMouseWheel = 0x20A, kVerticalScroll = 0x115;
+    if (form.listHooked && (message == kMouseWheel || message == kVerticalScroll) &&
+        form.calls.raisePanel)
+        form.calls.raisePanel();
+}
+
+} // namespace browser

@@ -1,0 +1,131 @@
+#include "runtime/error.h"
+#include "shell/batch.h"
+#include "shell/globals.h"
+#include "tests/support/libraryfixture.h"
+#include "tests/support/mp3bytes.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace fs = std::filesystem;
+using shell::QuoteArguments;
+using shell::RunBatch;
+using RowList = std::vector<std::string>;
+
+namespace
+{
+
+const std::string kDateLine = "\r5/3/2026 7:8:9\r\r";
+
+struct Batch : tests::LibraryFixture {
+    void AddSong(const std::string &name)
+    {
+        tests::WriteFile(Song(name), tests::Id3v2(tests::TextFrame("TIT2", "T")) + tests::Audio());
+    }
+
+    std::string Summary() const { return tests::ReadFile(folder / "app/Solution.txt"); }
+    std::string Line(const std::string &name) const { return "    " + Song(name) + "\r"; }
+};
+
+TEST(QuoteArguments, Table)
+{
+    EXPECT_EQ(QuoteArguments({}), "");
+    EXPECT_EQ(QuoteArguments({"/a b.mp3"}), "\"/a b.mp3\"");
+    EXPECT_EQ(QuoteArguments({"/a.mp3", "/b.mp3"}), "\"/a.mp3\" \"/b.mp3\"");
+}
+
+TEST_F(Batch, TellsOneAddedFile)
+{
+    AddSong("a.mp3");
+    RunBatch(QuoteArguments({Song("a.mp3")}));
+    EXPECT_EQ(Summary(),
+              kDateLine + "  This MP3 was added correctly:\r\r" + Line("a.mp3") + "\r\r\n");
+}
+
+TEST_F(Batch, TellsAllOutcomesInTheirOrder)
+{
+    for (const char *name : {"old1.mp3", "old2.mp3", "new1.mp3", "new2.mp3"})
+        AddSong(name);
+    tests::WriteFile(Song("none.mp3"), tests::Audio());
+    RunBatch(QuoteArguments({Song("old1.mp3"), Song("old2.mp3")}));
+    fs::remove(folder / "app/Solution.txt");
+    RunBatch(QuoteArguments({Song("none.mp3"), Song("old1.mp3"), Song("new1.mp3"),
+                             Song("absent.mp3"), Song("old2.mp3"), Song("new2.mp3")}));
+    EXPECT_EQ(Summary(), kDateLine + "  These MP3s were added correctly:\r\r" + Line("new1.mp3") +
+                             Line("new2.mp3") + "\r  These MP3s were updated correctly:\r\r" +
+                             Line("old1.mp3") + Line("old2.mp3") +
+                             "\r  These MP3s couldn't be added/updated:\r\r" + Line("none.mp3") +
+                             "  Reason: No ID3's tags were found on '" + Song("none.mp3") + "'\r" +
+                             Line("absent.mp3") + "  Reason: No such file or directory\r\r\r\n");
+    EXPECT_EQ(Rows().size(), 5u) << "the file without tags has its row";
+}
+
+TEST_F(Batch, OneFailedFileIsTheSingular)
+{
+    RunBatch(QuoteArguments({Song("absent.mp3")}));
+    EXPECT_EQ(Summary(), kDateLine + "  This MP3 couldn't be added/updated:\r\r" +
+                             Line("absent.mp3") + "  Reason: No such file or directory\r\r\r\n");
+}
+
+TEST_F(Batch, SummaryIsAppendedTo)
+{
+    AddSong("a.mp3");
+    RunBatch(QuoteArguments({Song("a.mp3")}));
+    const std::string first = Summary();
+    RunBatch(QuoteArguments({Song("a.mp3")}));
+    EXPECT_EQ(Summary(), first + kDateLine + "  This MP3 was updated correctly:\r\r" +
+                             Line("a.mp3") + "\r\r\n");
+}
+
+TEST_F(Batch, UnquotedPathWithBlanksIsOneElement)
+{
+    AddSong("a b c.mp3");
+    RunBatch(Song("a b c.mp3"));
+    EXPECT_EQ(Rows().size(), 1u);
+    EXPECT_NE(Summary().find("was added correctly:\r\r" + Line("a b c.mp3")), std::string::npos);
+}
+
+TEST_F(Batch, TwoUnquotedPathsAreOneElementThatFails)
+{
+    AddSong("a.mp3");
+    AddSong("b.mp3");
+    RunBatch(Song("a.mp3") + " " + Song("b.mp3"));
+    EXPECT_EQ(Rows(), RowList{});
+    EXPECT_NE(Summary().find("couldn't be added/updated:\r\r    " + Song("a.mp3") + " " +
+                             Song("b.mp3") + "\r"),
+              std::string::npos);
+}
+
+TEST_F(Batch, NamesWithQuotesOrBlanksAtTheirEndsFail)
+{
+    AddSong("qu\"ote.mp3");
+    AddSong("blank.mp3 ");
+    RunBatch(QuoteArguments({Song("qu\"ote.mp3"), Song("blank.mp3 ")}));
+    EXPECT_EQ(Rows(), RowList{});
+    EXPECT_NE(Summary().find("These MP3s couldn't be added/updated:"), std::string::npos);
+}
+
+TEST_F(Batch, NameThatHoldsTheSeparatorFallsInTwo)
+{
+    RunBatch(QuoteArguments({"/a\" \"b.mp3"}));
+    EXPECT_NE(Summary().find("These MP3s"), std::string::npos);
+    EXPECT_NE(Summary().find("    /a\r"), std::string::npos);
+    EXPECT_NE(Summary().find("    b.mp3\r"), std::string::npos);
+}
+
+TEST_F(Batch, AnyFileIsTakenWhateverItsName)
+{
+    tests::WriteFile(Song("song.dat"),
+                     tests::Id3v2(tests::TextFrame("TIT2", "T")) + tests::Audio());
+    RunBatch(QuoteArguments({Song("song.dat")}));
+    EXPECT_EQ(Rows().size(), 1u);
+}
+
+TEST_F(Batch, SummaryThatCannotBeWrittenIsAnError)
+{
+    fs::create_directory(folder / "app/Solution.txt");
+    EXPECT_THROW(RunBatch(QuoteArguments({Song("a.mp3")})), runtime::RuntimeError);
+}
+
+} // namespace

@@ -1,0 +1,43 @@
+// tests/support/libraryfixture.h - a program folder with a fresh catalogue, a music folder beside
+// it, and the ports that the catalogue's jobs need; all gone again at the end.
+#pragma once
+
+#include "catalogue/recordset.h"
+#include "tests/support/fakeports.h"
+#include "tests/support/scripteddesktop.h"
+#include "tests/support/testfolder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace tests
+{
+
+class LibraryFixture : public testing::Test
+{
+protected:
+    LibraryFixture();
+    ~LibraryFixture() override;
+
+    // The music folder, and a path in it.
+    const std::string &Music() const { return m_music; }
+    std::string Song(const std::string &name) const { return m_music + "/" + name; }
+
+    // The rows of MP3s in the order in which they were added, each as its fields joined with "|":
+    // Title|Artist|Album|Year|Comment|Genre|Lyrics|Path|Disk_Label|Duplicated. The music folder's
+    // path is written as "~".
+    std::vector<std::string> Rows() const;
+
+    TestFolder folder; // holds "app", the program's folder, and "music"
+    FakeClock clock;
+    FakeDrives drives;
+    ScriptedDesktop desktop;
+
+private:
+    std::string m_music;
+    std::string m_appPathBefore;
+};
+
+} // namespace tests
