@@ -31,6 +31,12 @@ struct FrameGeometry {
 // The same; nothing where that fails.
 [[nodiscard]] std::optional<std::int32_t> FindNumber(std::string_view text, int base);
 
+// The first position at or after `start` (1 or more) where `identifier` stands in `body`; 0 when
+// there is none. The empty identifier is found at `start`, unless the body ends before it. Fast
+// also where the identifier is absent from a long picture.
+[[nodiscard]] long long FindIdentifier(long long start, std::string_view body,
+                                       std::string_view identifier);
+
 // Whether the frame at `position` is compressed or encrypted: bit 0x80 or 0x40 of the character 9
 // behind it. Only frames of version 3 can be; false where the body ends before that character.
 [[nodiscard]] bool IsFrameUnreadable(long long position, std::string_view body, int majorVersion);

@@ -8,6 +8,7 @@
 
 #include <limits>
 #include <optional>
+#include <vector>
 
 namespace metadata
 {
@@ -15,13 +16,18 @@ namespace metadata
 namespace
 {
 
+constexpr std::size_t kSeenFiles = 64;
+
 struct State {
-    FileBytes bytes;                       // of the last pass
+    // Of the last pass. The other owners are the copies that CopyRawTags gave out.
+    std::shared_ptr<FileBytes> bytes = std::make_shared<FileBytes>();
     std::optional<FrameFindings> findings; // in those bytes, once looked for
     std::string rawID3v1Image;
     int majorVersion = 0;
     int heldHandle =
         -1; // the file that claimed too much; one at a time, so that they cannot pile up
+    std::vector<platform::FileIdentity> seen; // the last files, as the passes over them saw them
+    std::size_t nextSeen = 0;                 // where the next one goes
     MP3InfoHooks hooks;
 };
 
@@ -31,14 +37,36 @@ State &TheState()
     return state;
 }
 
+// Keeps `file` in place of the oldest one, or of the last one when that is the same file.
+void Remember(State &state, const platform::FileIdentity &file)
+{
+    if (state.seen.empty())
+        state.seen.resize(kSeenFiles);
+    const std::size_t last = (state.nextSeen + kSeenFiles - 1) % kSeenFiles;
+    const bool again = state.seen[last].path == file.path;
+    state.seen[again ? last : state.nextSeen] = file;
+    if (!again)
+        state.nextSeen = (state.nextSeen + 1) % kSeenFiles;
+}
+
 void Fetch(State &state, const std::string &path)
 {
-    if (IsStillTheSame(path, state.bytes))
+    if (IsStillTheSame(path, *state.bytes))
         return;
     state.findings.reset(); // views into the bytes that go
-    const int held = ReadFileBytes(path, state.hooks.beforeSlowRead, state.bytes);
+    if (state.bytes.use_count() > 1)
+        state.bytes = std::make_shared<FileBytes>();
+    const int held = ReadFileBytes(path, state.hooks.beforeSlowRead, *state.bytes);
     CloseAllFiles();
     state.heldHandle = held;
+    platform::FileIdentity seen = state.bytes->file;
+    seen.path = path;
+    Remember(state, seen);
+}
+
+bool HasBody(const FileBytes &bytes)
+{
+    return bytes.opened && !bytes.claimsTooMuch && bytes.bodyBytes > 0;
 }
 
 std::string_view TailOf(const FileBytes &bytes)
@@ -48,9 +76,9 @@ std::string_view TailOf(const FileBytes &bytes)
 
 void TakeID3v1(State &state, ID3v1Tag &tag, bool &hasTag, bool wanted)
 {
-    if (!state.bytes.hasTail)
+    if (!state.bytes->hasTail)
         return;
-    const std::string_view image = TailOf(state.bytes);
+    const std::string_view image = TailOf(*state.bytes);
     tag.Header = image.substr(0, 3);
     hasTag = tag.Header == "TAG";
     if (!hasTag || !wanted)
@@ -105,7 +133,7 @@ void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, M
     ID3v1.Genre = -1;
     ID3v2.Genre = "-1";
     Fetch(state, FileName);
-    const FileBytes &bytes = state.bytes;
+    const FileBytes &bytes = *state.bytes;
     if (!bytes.opened) {
         TakeLengthOnly(FileName, Header);
         return;
@@ -114,7 +142,7 @@ void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, M
         state.majorVersion = bytes.majorVersion;
     if (bytes.claimsTooMuch)
         return;
-    const bool hasBody = bytes.bodyBytes > 0;
+    const bool hasBody = HasBody(bytes);
     TakeID3v1(state, ID3v1, HasID3v1, !(hasBody && PreferID3v2));
     if (hasBody) {
         HasID3v2 = true;
@@ -127,14 +155,13 @@ void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, M
 
 int LastReadFailure()
 {
-    return TheState().bytes.failure;
+    return TheState().bytes->failure;
 }
 
 std::string_view RawID3v2Body()
 {
-    const FileBytes &bytes = TheState().bytes;
-    const bool hasBody = bytes.opened && !bytes.claimsTooMuch && bytes.bodyBytes > 0;
-    return hasBody ? bytes.Body() : std::string_view();
+    const FileBytes &bytes = *TheState().bytes;
+    return HasBody(bytes) ? bytes.Body() : std::string_view();
 }
 
 const std::string &RawID3v1Image()
@@ -150,8 +177,33 @@ int ID3v2MajorVersion()
 const platform::FileIdentity &RawTagsFile()
 {
     static const platform::FileIdentity kNone;
-    const FileBytes &bytes = TheState().bytes;
+    const FileBytes &bytes = *TheState().bytes;
     return bytes.opened ? bytes.file : kNone;
+}
+
+RawTags CopyRawTags()
+{
+    const State &state = TheState();
+    RawTags tags;
+    tags.bytes = state.bytes;
+    tags.body = RawID3v2Body();
+    tags.id3v1Image = state.rawID3v1Image;
+    tags.majorVersion = state.majorVersion;
+    tags.file = RawTagsFile();
+    tags.failure = LastReadFailure();
+    tags.fileHasID3v1 = state.bytes->hasTail && TailOf(*state.bytes) == state.rawID3v1Image;
+    return tags;
+}
+
+std::optional<platform::FileIdentity> LastSeen(const std::string &path)
+{
+    const State &state = TheState();
+    for (std::size_t back = 1; back <= state.seen.size(); ++back) {
+        const auto &file = state.seen[(state.nextSeen + kSeenFiles - back) % kSeenFiles];
+        if (file.path == path)
+            return file.inode != 0 ? std::optional(file) : std::nullopt;
+    }
+    return std::nullopt;
 }
 
 void CloseAllFiles()

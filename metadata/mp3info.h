@@ -8,6 +8,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -41,6 +43,27 @@ void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, M
 // Which file these three belong to, as it was when it was opened; an empty path before the first
 // pass and after one that could not open its file.
 [[nodiscard]] const platform::FileIdentity &RawTagsFile();
+
+struct FileBytes; // metadata/filepass.h
+
+// A copy of all that the last pass left, for a caller that lets events run while it works: they may
+// start a pass over another file.
+struct RawTags {
+    std::string_view body; // RawID3v2Body
+    std::string id3v1Image;
+    int majorVersion = 0;
+    platform::FileIdentity file; // RawTagsFile
+    int failure = 0;             // LastReadFailure
+    bool fileHasID3v1 = false;   // id3v1Image is this file's own, not an earlier one's
+    // Holds the bytes of `body`. Shared with the module until its next pass, which then takes a new
+    // buffer: so a tag of many megabytes is not copied.
+    std::shared_ptr<const FileBytes> bytes;
+};
+[[nodiscard]] RawTags CopyRawTags();
+
+// Which state of `path` the last pass over it saw; nothing when that pass could not open it, or
+// lies too many other files back (64).
+[[nodiscard]] std::optional<platform::FileIdentity> LastSeen(const std::string &path);
 
 // Closes the files that GetMP3Info left open (the one whose tag claims more than it holds).
 void CloseAllFiles();

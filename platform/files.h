@@ -44,6 +44,44 @@ struct Files {
 
     virtual void Close(int handle) = 0;
 
+    // The path of the file itself, behind all symbolic links. Returns an errno.
+    virtual int RealPath(const std::string &path, std::string &real) = 0;
+
+    // Creates a new file in the folder of `finalPath`, under a name of its own that goes to
+    // `temporaryPath`, readable by its owner alone. Returns: a handle to write, or the negated
+    // errno.
+    virtual int CreateBeside(const std::string &finalPath, std::string &temporaryPath) = 0;
+
+    // Writes up to `count` bytes at the handle's place. Returns: the count, or the negated errno.
+    virtual std::int64_t Write(int handle, const char *from, std::size_t count) = 0;
+
+    // Copies up to `count` bytes of `source`, from `offset` on, to the place of `target`, without a
+    // way through the program's memory.
+    // Returns: the count, 0 at the end of `source`, or the negated errno: -EXDEV, -EINVAL or
+    // -EOPNOTSUPP where these two files cannot be copied so.
+    virtual std::int64_t CopyRange(int source, std::int64_t offset, int target,
+                                   std::size_t count) = 0;
+
+    // Gives `target` the owner, the rights and the extended attributes of `source`. Returns an
+    // errno when one of those that belong to the user cannot be given.
+    virtual int CopyRights(int source, int target) = 0;
+
+    // Brings what was written to the disk. Returns an errno.
+    virtual int Flush(int handle) = 0;
+
+    // Brings the names in the folder of `path` to the disk. Returns an errno.
+    virtual int FlushFolderOf(const std::string &path) = 0;
+
+    // Gives the file a new name on the same file system, in one step; what stood there is gone.
+    // Returns an errno.
+    virtual int Rename(const std::string &from, const std::string &to) = 0;
+
+    // Removes the name. Returns an errno.
+    virtual int Delete(const std::string &path) = 0;
+
+    // Creates a folder in an existing one. Returns an errno.
+    virtual int MakeFolder(const std::string &path) = 0;
+
     // Nanoseconds of the clock by which files are stamped, since 1970, UTC.
     virtual std::int64_t StampClockNs() = 0;
 };

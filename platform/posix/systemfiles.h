@@ -15,6 +15,16 @@ public:
     std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                         bool mayWait) override;
     void Close(int handle) override;
+    int RealPath(const std::string &path, std::string &real) override;
+    int CreateBeside(const std::string &finalPath, std::string &temporaryPath) override;
+    std::int64_t Write(int handle, const char *from, std::size_t count) override;
+    std::int64_t CopyRange(int source, std::int64_t offset, int target, std::size_t count) override;
+    int CopyRights(int source, int target) override;
+    int Flush(int handle) override;
+    int FlushFolderOf(const std::string &path) override;
+    int Rename(const std::string &from, const std::string &to) override;
+    int Delete(const std::string &path) override;
+    int MakeFolder(const std::string &path) override;
     std::int64_t StampClockNs() override;
 };
 

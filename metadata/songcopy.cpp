@@ -1,0 +1,151 @@
+#include "metadata/songcopy.h"
+
+#include "platform/machine.h"
+#include "runtime/error.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <vector>
+
+namespace metadata
+{
+
+namespace
+{
+
+constexpr std::size_t kCopyBuffer = 1u << 20;
+constexpr std::size_t kCopyAtOnce = 64u << 20;
+
+platform::Files &Files()
+{
+    return *platform::TheMachine().files;
+}
+
+void Check(int reason)
+{
+    if (reason != 0)
+        throw runtime::FileError(reason);
+}
+
+class OpenHandle
+{
+public:
+    explicit OpenHandle(int handle) : m_handle(handle) {}
+    ~OpenHandle() { Files().Close(m_handle); }
+    OpenHandle(const OpenHandle &) = delete;
+    OpenHandle &operator=(const OpenHandle &) = delete;
+    [[nodiscard]] int Get() const { return m_handle; }
+
+private:
+    int m_handle;
+};
+
+int OpenSong(const std::string &song, platform::FileIdentity &identity)
+{
+    const int handle = Files().OpenToRead(song, identity);
+    if (handle < 0)
+        throw runtime::FileError(-handle);
+    return handle;
+}
+
+// A new file in the folder of `finalPath`; a folder that is not there is told as such.
+int CreateBeside(const std::string &finalPath, std::string &temporaryPath)
+{
+    const int handle = Files().CreateBeside(finalPath, temporaryPath);
+    if (handle == -ENOENT)
+        throw runtime::RuntimeError(runtime::kPathNotFound);
+    if (handle < 0)
+        throw runtime::FileError(-handle);
+    return handle;
+}
+
+void WriteAll(int target, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const auto written = Files().Write(target, bytes.data(), bytes.size());
+        if (written <= 0)
+            throw runtime::FileError(written < 0 ? static_cast<int>(-written) : EIO);
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+// Copies through memory what the system cannot copy by itself.
+void CopyThroughMemory(int source, std::int64_t offset, int target, std::int64_t count)
+{
+    std::vector<char> buffer(kCopyBuffer);
+    while (count > 0) {
+        const auto wanted = std::min<std::int64_t>(count, kCopyBuffer);
+        const auto got =
+            Files().ReadAt(source, offset, buffer.data(), static_cast<std::size_t>(wanted), true);
+        if (got <= 0) // the song has become shorter, or cannot be read: no copy
+            throw runtime::FileError(got < 0 ? static_cast<int>(-got) : EIO);
+        WriteAll(target, {buffer.data(), static_cast<std::size_t>(got)});
+        offset += got;
+        count -= got;
+    }
+}
+
+void CopyRange(int source, std::int64_t offset, int target, std::int64_t count)
+{
+    while (count > 0) {
+        const auto wanted = std::min<std::int64_t>(count, kCopyAtOnce);
+        const auto copied =
+            Files().CopyRange(source, offset, target, static_cast<std::size_t>(wanted));
+        if (copied == 0 || copied == -EXDEV || copied == -EINVAL || copied == -EOPNOTSUPP)
+            return CopyThroughMemory(source, offset, target, count);
+        if (copied < 0)
+            throw runtime::FileError(static_cast<int>(-copied));
+        offset += copied;
+        count -= copied;
+    }
+}
+
+// Runs `fill` on a new file and gives that its name; after an error the new file goes.
+template <class Fill>
+void WriteWhole(const std::string &copyPath, const Fill &fill)
+{
+    std::string temporaryPath;
+    try {
+        const OpenHandle target(CreateBeside(copyPath, temporaryPath));
+        fill(target.Get());
+        Check(Files().Flush(target.Get()));
+        Check(Files().Rename(temporaryPath, copyPath));
+    } catch (const runtime::RuntimeError &) {
+        Files().Delete(temporaryPath); // there is nothing better to do where this fails as well
+        throw;
+    }
+}
+
+} // namespace
+
+void WriteNewSong(const std::string &song, const NewSong &content, const std::string &copyPath)
+{
+    platform::FileIdentity identity;
+    const OpenHandle source(OpenSong(song, identity));
+    if (content.audioOffset < 0 || content.audioBytes < 0 ||
+        content.audioBytes > identity.sizeBytes - content.audioOffset)
+        throw runtime::RuntimeError(runtime::kInvalidCall);
+    WriteWhole(copyPath, [&](int target) {
+        Check(Files().CopyRights(source.Get(), target));
+        WriteAll(target, content.front);
+        CopyRange(source.Get(), content.audioOffset, target, content.audioBytes);
+        WriteAll(target, content.back);
+    });
+}
+
+void CopySong(const std::string &song, const std::string &copyPath)
+{
+    platform::FileIdentity identity;
+    platform::FileIdentity earlier;
+    const OpenHandle source(OpenSong(song, identity));
+    if (Files().Identify(copyPath, earlier) == 0 && earlier.device == identity.device &&
+        earlier.inode == identity.inode)
+        throw runtime::RuntimeError(runtime::kPermissionDenied);
+    WriteWhole(copyPath, [&](int target) {
+        CopyRange(source.Get(), 0, target, identity.sizeBytes);
+        (void)Files().CopyRights(source.Get(),
+                                 target); // a backup may lie where they cannot be kept
+    });
+}
+
+} // namespace metadata

@@ -1,0 +1,35 @@
+// metadata/tagframes.h - the ID3v2 tag as it is written: new frames in front, then what is left of
+// the old body. All texts are file bytes, positions one-based. No state.
+#pragma once
+
+#include "metadata/records.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace metadata
+{
+
+// `value` in 4 characters, most significant first; the first takes all that the other three leave.
+// Errors: kInvalidCall when that is more than 255, or `value` is negative.
+[[nodiscard]] std::string NumberToBytes(std::int64_t value, int base);
+
+// Appends a version 3 frame: identifier, length of the data + 1, no flags, encoding 0, data.
+void AppendFrame(std::string &frames, std::string_view identifier, std::string_view data);
+
+// Cuts the first frame of that name out of `body` by the geometry of `majorVersion`; also returns
+// the new body. A frame whose size cannot be read, or that runs past the end, stays. With a version
+// other than 2 and 3 the body ends where the identifier stood. "COMM" is different, and stays so:
+// of every frame with an empty description only the header goes; its data stays in the body as
+// loose bytes.
+std::string &RemoveFrame(std::string &body, std::string_view identifier, int majorVersion);
+
+// The whole new tag of version 3, header included, made of `tag` and of what `body` holds besides.
+// Frames that are written anew leave `body` first, but for the comment: the new one stands before
+// the old one. Empty fields write no frame and leave the old one; the genre is always written.
+// Changes `tag`: a Genre of -1 becomes "255" (and is written as "(255)").
+// Errors: kInvalidCall when the body exceeds what 4 characters of 7 bits, the first of 8, can tell.
+[[nodiscard]] std::string BuildID3v2Tag(std::string body, ID3v2Tag &tag, int majorVersion);
+
+} // namespace metadata

@@ -1,0 +1,375 @@
+#include "metadata/tagwriter.h"
+
+#include "metadata/id3v1.h"
+#include "metadata/mp3info.h"
+#include "metadata/songcopy.h"
+#include "metadata/tagframes.h"
+#include "platform/clock.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "runtime/error.h"
+#include "shell/apppath.h"
+#include "shell/globals.h"
+#include "shell/paths.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <new>
+#include <optional>
+
+namespace metadata
+{
+
+namespace
+{
+
+constexpr std::int64_t kTagHeaderBytes = 10;
+constexpr std::int64_t kPollMs = 10;
+constexpr std::int64_t kLongestWaitMs = 3000; // a second's wait takes two at the most
+constexpr std::string_view kBackupFolder = "Backup";
+constexpr std::string_view kCopyEnding = ".bck";
+constexpr std::string_view kChanged =
+    " was changed by another program after its tags were read. It is left as it is now; read its "
+    "tags again and repeat the change.";
+
+// One call of SaveTag.
+struct Edit {
+    ID3v1Tag &id3v1;
+    ID3v2Tag &id3v2;
+    const ID3v2Tag &oldID3v2;
+    const std::string &fileName;
+    bool writeID3v1;
+    bool writeID3v2;
+    ui::Label *label;
+    RawTags raw;          // the ground: copied before events can run
+    std::string realPath; // the file behind the links
+    std::string image;    // the new ID3v1 tag, empty without
+    std::string tag;      // the new ID3v2 tag, empty without
+};
+
+platform::Desktop &Desktop()
+{
+    return *platform::TheMachine().desktop;
+}
+
+platform::Files &Files()
+{
+    return *platform::TheMachine().files;
+}
+
+void Check(int reason)
+{
+    if (reason != 0)
+        throw runtime::FileError(reason);
+}
+
+void Tell(std::string_view words)
+{
+    Desktop().MessageBox(words);
+}
+
+void ShowProgress(const Edit &edit, std::string_view words)
+{
+    if (edit.label != nullptr)
+        edit.label->SetCaption(words);
+    Desktop().DoEvents();
+}
+
+bool MakeBackupFolder()
+{
+    const int reason = Files().MakeFolder(shell::AppFile(kBackupFolder));
+    const bool there = reason == 0 || reason == EEXIST;
+    if (!there)
+        Tell(runtime::FileError(reason).description);
+    return there;
+}
+
+// Runs one statement. A path that is not found makes the folder of backups, and the statement runs
+// again; a file that is not found is passed over; any other failure is told. True when it was done.
+template <class Statement>
+bool Run(const Statement &statement)
+{
+    for (bool again = false;; again = true) {
+        try {
+            statement();
+            return true;
+        } catch (const runtime::RuntimeError &error) {
+            if (error.number == runtime::kFileNotFound)
+                return false;
+            if (error.number != runtime::kPathNotFound || again) {
+                Tell(error.description);
+                return false;
+            }
+            if (!MakeBackupFolder())
+                return false;
+        } catch (const std::bad_alloc &) {
+            Tell("Out of memory");
+            return false;
+        }
+    }
+}
+
+// --- the ground ------------------------------------------------------------------------------
+
+bool SameTexts(const ID3v2Tag &first, const ID3v2Tag &second)
+{
+    return first.Title == second.Title && first.Artist == second.Artist &&
+           first.Album == second.Album && first.Year == second.Year &&
+           first.Comment == second.Comment && first.Genre == second.Genre &&
+           first.Track == second.Track && first.Lyrics == second.Lyrics;
+}
+
+// The module's state is another file's: reads this one again. It must be as it was when it was last
+// read; where that is too long ago, its tags must be those that the caller has read.
+bool ReadAgain(Edit &edit)
+{
+    const auto seen = LastSeen(edit.fileName);
+    ID3v1Tag id3v1;
+    ID3v2Tag id3v2;
+    MPEGHeader header;
+    bool hasID3v1 = false;
+    bool hasID3v2 = false;
+    GetMP3Info(edit.fileName, id3v1, id3v2, header, hasID3v1, hasID3v2, false);
+    edit.raw = CopyRawTags();
+    return seen ? *seen == edit.raw.file : SameTexts(id3v2, edit.oldID3v2);
+}
+
+// Tells it when the file is not what the raw tags say. True when it is.
+bool StillFits(const Edit &edit)
+{
+    platform::FileIdentity now;
+    if (Files().Identify(edit.fileName, now) == 0 && now == edit.raw.file)
+        return true;
+    Tell("\"" + edit.fileName + "\"" + std::string(kChanged));
+    return false;
+}
+
+// Sees to it that the raw tags are those of the file as it stands; says why when they cannot be.
+bool Ground(Edit &edit)
+{
+    const bool own = edit.raw.file.path == edit.fileName;
+    const bool asRead = own || ReadAgain(edit);
+    if (edit.raw.failure != 0) {
+        Tell(runtime::FileError(edit.raw.failure).description);
+        return false;
+    }
+    if (asRead)
+        return StillFits(edit) &&
+               Run([&] { Check(Files().RealPath(edit.fileName, edit.realPath)); });
+    Tell("\"" + edit.fileName + "\"" + std::string(kChanged));
+    return false;
+}
+
+// --- the new tags ----------------------------------------------------------------------------
+
+// Takes the frames of emptied fields out of `body`. True when there was an emptied field.
+bool RemoveEmptied(const Edit &edit, std::string &body)
+{
+    const ID3v2Tag &from = edit.oldID3v2;
+    const ID3v2Tag &to = edit.id3v2;
+    const struct {
+        std::string_view identifier;
+        const std::string &before, &now;
+    } fields[] = {{"TALB", from.Album, to.Album},     {"TPE1", from.Artist, to.Artist},
+                  {"COMM", from.Comment, to.Comment}, {"TCON", from.Genre, to.Genre},
+                  {"USLT", from.Lyrics, to.Lyrics},   {"TIT2", from.Title, to.Title},
+                  {"TYER", from.Year, to.Year}};
+    bool removed = false;
+    for (const auto &field : fields) {
+        if (!field.now.empty() || field.before == field.now)
+            continue;
+        RemoveFrame(body, field.identifier, edit.raw.majorVersion);
+        removed = true;
+    }
+    return removed;
+}
+
+// Fills `image` and `tag`. Nothing when they cannot be built; else whether a field was emptied.
+std::optional<bool> BuildTags(Edit &edit)
+{
+    if (edit.writeID3v1) {
+        ShowProgress(edit, "Creating the ID3v1 Tag");
+        edit.image = BuildID3v1Tag(edit.id3v1);
+    }
+    bool removed = false;
+    if (!edit.writeID3v2)
+        return removed;
+    ShowProgress(edit, "Creating the ID3v2 Tag");
+    const bool built = Run([&] {
+        std::string body(edit.raw.body);
+        removed = RemoveEmptied(edit, body);
+        edit.tag = BuildID3v2Tag(std::move(body), edit.id3v2, edit.raw.majorVersion);
+    });
+    return built ? std::optional(removed) : std::nullopt;
+}
+
+bool IsID3v2Unchanged(const Edit &edit)
+{
+    const std::string_view tag = edit.tag;
+    return tag.substr(std::min<std::size_t>(tag.size(), kTagHeaderBytes)) == edit.raw.body;
+}
+
+// The short way: the whole song with another image at its end. The module's image may be an earlier
+// file's; then this one has none, and the new one goes behind its last byte.
+NewSong WithOtherImage(const Edit &edit)
+{
+    const auto oldImage = edit.raw.fileHasID3v1 ? static_cast<std::int64_t>(kID3v1Bytes) : 0;
+    return {{}, 0, edit.raw.file.sizeBytes - oldImage, edit.image};
+}
+
+// The long way: the audio between the tags that are asked for. The 10 bytes of the old tag's header
+// are taken off also where there was no tag: the audio then loses its end, and it stays so.
+NewSong WithOtherTags(const Edit &edit)
+{
+    const auto oldImage = edit.raw.fileHasID3v1 ? static_cast<std::int64_t>(kID3v1Bytes) : 0;
+    const auto oldBody = static_cast<std::int64_t>(edit.raw.body.size());
+    const std::int64_t audioBytes = edit.raw.file.sizeBytes - oldImage - oldBody - kTagHeaderBytes;
+    return {edit.tag, oldBody > 0 ? oldBody + kTagHeaderBytes : 0, audioBytes, edit.image};
+}
+
+// --- the steps -------------------------------------------------------------------------------
+
+bool IsTransient(int handle)
+{
+    return handle == -EBUSY || handle == -ETXTBSY || handle == -EAGAIN || handle == -EMFILE ||
+           handle == -ENFILE;
+}
+
+// Waits until the file can be opened, or never will be.
+void WaitUntilReadable(const std::string &path)
+{
+    for (;;) {
+        platform::FileIdentity identity;
+        const int handle = Files().OpenToRead(path, identity);
+        if (handle >= 0)
+            Files().Close(handle);
+        Desktop().DoEvents();
+        if (!IsTransient(handle))
+            return;
+        platform::TheMachine().clock->Sleep(kPollMs);
+    }
+}
+
+void BackUp(const Edit &edit)
+{
+    ShowProgress(edit, "Backing-Up the MP3");
+    const std::string backup =
+        shell::AppFile(kBackupFolder) + shell::PathSeparator + shell::GetFileName(edit.fileName);
+    if (Run([&] { CopySong(edit.realPath, backup); }))
+        WaitUntilReadable(backup);
+}
+
+// Waits until the clock has passed the whole second of now plus 1. At midnight, when the clock is set
+// back, or when it stands still, the wait is over.
+void WaitForNextSecond()
+{
+    platform::Clock &clock = *platform::TheMachine().clock;
+    const double start = clock.SecondsOfDay();
+    const double end = std::floor(start) + 1;
+    const std::int64_t startMs = clock.SteadyMs();
+    for (double now = start; now >= start && now <= end; now = clock.SecondsOfDay()) {
+        Desktop().DoEvents();
+        clock.Sleep(kPollMs);
+        if (clock.SteadyMs() - startMs > kLongestWaitMs)
+            return;
+    }
+}
+
+// Writes the new version into `copyPath`. True when it stands there.
+bool WriteCopy(const Edit &edit, const std::string &copyPath)
+{
+    ShowProgress(edit, "Processing the MP3");
+    CloseAllFiles();
+    const bool shortWay = IsID3v2Unchanged(edit) && !edit.image.empty();
+    if (!shortWay) {
+        ShowProgress(edit, "Reading the whole MP3 file");
+        ShowProgress(edit, "Writing the new MP3 file");
+    }
+    const NewSong content = shortWay ? WithOtherImage(edit) : WithOtherTags(edit);
+    return Run([&] { WriteNewSong(edit.realPath, content, copyPath); });
+}
+
+void UpdateCatalogue(const Edit &edit)
+{
+    ShowProgress(edit, "Updating the Database information");
+    if (TheTagWriterHooks().updateCatalogue)
+        Run([&] { TheTagWriterHooks().updateCatalogue(edit.id3v2, edit.fileName); });
+}
+
+// The song is deleted and the copy takes its name, in one step: there is no moment without a song.
+bool PutInPlace(const Edit &edit, const std::string &copyPath)
+{
+    if (!StillFits(edit))
+        return false;
+    Run([&] {
+        Check(Files().Rename(copyPath, edit.realPath));
+        Check(Files().FlushFolderOf(edit.realPath));
+    });
+    Desktop().DoEvents();
+    return true;
+}
+
+// Gets the song away from the player and puts the copy in its place.
+bool ReplaceSong(const Edit &edit, const std::string &copyPath)
+{
+    const TagWriterHooks &hooks = TheTagWriterHooks();
+    std::string current;
+    std::int32_t state = 0;
+    std::int32_t position = 0;
+    if (hooks.releasePlayingFile)
+        Run([&] { current = hooks.releasePlayingFile(edit.fileName, state, position); });
+    WaitForNextSecond();
+    const bool replaced = PutInPlace(edit, copyPath);
+    if (hooks.restorePlayingFile)
+        Run([&] { hooks.restorePlayingFile(current, edit.fileName, state, position); });
+    platform::FileIdentity song;
+    if (Files().Identify(edit.realPath, song) == 0)
+        Run([&] { Check(Files().Delete(copyPath)); }); // not found: it has become the song
+    return replaced;
+}
+
+// True when the song was to be rewritten.
+bool Rewrite(Edit &edit)
+{
+    if (!Ground(edit))
+        return false;
+    const auto removed = BuildTags(edit);
+    if (!removed)
+        return false;
+    if (!*removed && edit.image == edit.raw.id3v1Image && IsID3v2Unchanged(edit))
+        return false;
+    if (shell::TheGlobals().BackUpFiles)
+        BackUp(edit);
+    const std::string copyPath = edit.realPath + std::string(kCopyEnding);
+    if (!StillFits(edit))
+        return false;
+    const bool written = WriteCopy(edit, copyPath);
+    if (shell::TheGlobals().UpdateDBAfterEditing)
+        UpdateCatalogue(edit);
+    return written ? ReplaceSong(edit, copyPath) : true;
+}
+
+} // namespace
+
+bool SaveTag(ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, const ID3v1Tag & /*not used*/,
+             const ID3v2Tag &OldID3v2, const std::string &FileName, bool WriteID3v1,
+             bool WriteID3v2, ui::Label *ProgressLabel)
+{
+    Edit edit{ID3v1,         ID3v2,         OldID3v2, FileName, WriteID3v1, WriteID3v2,
+              ProgressLabel, CopyRawTags(), {},       {},       {}};
+    Desktop().SetPointer(platform::Pointer::Hourglass);
+    Desktop().DoEvents();
+    const bool result = Rewrite(edit);
+    Desktop().SetPointer(platform::Pointer::Normal);
+    Desktop().DoEvents();
+    return result;
+}
+
+TagWriterHooks &TheTagWriterHooks()
+{
+    static TagWriterHooks hooks;
+    return hooks;
+}
+
+} // namespace metadata

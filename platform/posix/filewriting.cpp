@@ -1,0 +1,167 @@
+// The half of the files port that changes something.
+#include "platform/posix/systemfiles.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <string_view>
+#include <vector>
+
+namespace platform::posix
+{
+
+namespace
+{
+
+int Result(int returned)
+{
+    return returned == 0 ? 0 : errno;
+}
+
+// The attributes that a user gives, access lists among them; the others are the system's own, which
+// it gives to every new file by itself.
+bool BelongsToUser(std::string_view name)
+{
+    return name.starts_with("user.") || name.starts_with("system.posix_acl_");
+}
+
+// The names of all attributes, each with its NUL; empty where the file system has none.
+int ListAttributes(int handle, std::vector<char> &names)
+{
+    for (;;) {
+        const ssize_t size = flistxattr(handle, nullptr, 0);
+        if (size <= 0)
+            return size < 0 && errno != ENOTSUP ? errno : 0;
+        names.resize(static_cast<std::size_t>(size));
+        const ssize_t got = flistxattr(handle, names.data(), names.size());
+        if (got >= 0) {
+            names.resize(static_cast<std::size_t>(got));
+            return 0;
+        }
+        if (errno != ERANGE)
+            return errno;
+    }
+}
+
+int CopyAttribute(int source, int target, const char *name)
+{
+    std::vector<char> value(1024);
+    ssize_t size = fgetxattr(source, name, value.data(), value.size());
+    if (size < 0 && errno == ERANGE) {
+        size = fgetxattr(source, name, nullptr, 0);
+        value.resize(static_cast<std::size_t>(size > 0 ? size : 0));
+        size = fgetxattr(source, name, value.data(), value.size());
+    }
+    if (size < 0)
+        return errno;
+    return Result(fsetxattr(target, name, value.data(), static_cast<std::size_t>(size), 0));
+}
+
+int CopyAttributes(int source, int target)
+{
+    std::vector<char> names;
+    if (const int reason = ListAttributes(source, names))
+        return reason;
+    for (std::size_t at = 0; at < names.size(); at += std::string_view(&names[at]).size() + 1) {
+        const int reason = CopyAttribute(source, target, &names[at]);
+        if (reason != 0 && reason != ENODATA && BelongsToUser(&names[at]))
+            return reason;
+    }
+    return 0;
+}
+
+} // namespace
+
+int SystemFilesPort::RealPath(const std::string &path, std::string &real)
+{
+    char *found = realpath(path.c_str(), nullptr);
+    if (found == nullptr)
+        return errno;
+    real = found;
+    std::free(found);
+    return 0;
+}
+
+int SystemFilesPort::CreateBeside(const std::string &finalPath, std::string &temporaryPath)
+{
+    temporaryPath = finalPath + ".XXXXXX";
+    const int handle = mkostemp(temporaryPath.data(), O_CLOEXEC);
+    return handle >= 0 ? handle : -errno;
+}
+
+std::int64_t SystemFilesPort::Write(int handle, const char *from, std::size_t count)
+{
+    ssize_t written = 0;
+    do
+        written = write(handle, from, count);
+    while (written < 0 && errno == EINTR);
+    return written >= 0 ? written : -errno;
+}
+
+std::int64_t SystemFilesPort::CopyRange(int source, std::int64_t offset, int target,
+                                        std::size_t count)
+{
+    ssize_t copied = 0;
+    do {
+        off64_t from = offset;
+        copied = copy_file_range(source, &from, target, nullptr, count, 0);
+    } while (copied < 0 && errno == EINTR);
+    if (copied >= 0)
+        return copied;
+    return errno == ENOSYS || errno == EPERM ? -EOPNOTSUPP : -errno;
+}
+
+int SystemFilesPort::CopyRights(int source, int target)
+{
+    struct stat from, to;
+    if (fstat(source, &from) != 0 || fstat(target, &to) != 0)
+        return errno;
+    const bool sameOwner = from.st_uid == to.st_uid && from.st_gid == to.st_gid;
+    if (!sameOwner && fchown(target, from.st_uid, from.st_gid) != 0)
+        return errno;
+    if (fchmod(target, from.st_mode & 07777) != 0) // behind fchown, which clears bits
+        return errno;
+    return CopyAttributes(source, target);
+}
+
+int SystemFilesPort::Flush(int handle)
+{
+    int result = 0;
+    do
+        result = fsync(handle);
+    while (result != 0 && errno == EINTR);
+    return Result(result);
+}
+
+int SystemFilesPort::FlushFolderOf(const std::string &path)
+{
+    const auto slash = path.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    const int handle = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (handle < 0)
+        return errno;
+    const int reason = Flush(handle);
+    close(handle);
+    return reason == EINVAL ? 0 : reason; // a file system that cannot flush folders
+}
+
+int SystemFilesPort::Rename(const std::string &from, const std::string &to)
+{
+    return Result(rename(from.c_str(), to.c_str()));
+}
+
+int SystemFilesPort::Delete(const std::string &path)
+{
+    return Result(unlink(path.c_str()));
+}
+
+int SystemFilesPort::MakeFolder(const std::string &path)
+{
+    return Result(mkdir(path.c_str(), 0777));
+}
+
+} // namespace platform::posix

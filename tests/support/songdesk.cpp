@@ -1,0 +1,52 @@
+#include "tests/support/songdesk.h"
+
+#include "metadata/mp3info.h"
+#include "metadata/tagwriter.h"
+#include "platform/files.h"
+#include "platform/machine.h"
+#include "shell/apppath.h"
+#include "shell/globals.h"
+
+namespace tests
+{
+
+SongDesk::SongDesk()
+    : m_desktopBefore(platform::TheMachine().desktop), m_clockBefore(platform::TheMachine().clock),
+      m_appPathBefore(shell::GetAppPath())
+{
+    platform::TheMachine().desktop = this;
+    platform::TheMachine().clock = this;
+    shell::SetAppPath(program.Path());
+    shell::TheGlobals().BackUpFiles = false;
+    shell::TheGlobals().UpdateDBAfterEditing = false;
+    metadata::TheTagWriterHooks() = {};
+    metadata::ResetMP3Info();
+}
+
+SongDesk::~SongDesk()
+{
+    platform::TheMachine().desktop = m_desktopBefore;
+    platform::TheMachine().clock = m_clockBefore;
+    platform::TheMachine().files = &platform::SystemFiles();
+    shell::SetAppPath(m_appPathBefore);
+    shell::TheGlobals().BackUpFiles = true;
+    shell::TheGlobals().UpdateDBAfterEditing = true;
+    metadata::TheTagWriterHooks() = {};
+    metadata::ResetMP3Info();
+}
+
+platform::Answer SongDesk::MessageBox(std::string_view text, platform::Buttons, std::string_view,
+                                      platform::BoxIcon)
+{
+    boxes.emplace_back(text);
+    return platform::Answer::Ok;
+}
+
+void SongDesk::DoEvents()
+{
+    ++yields;
+    if (onEvents)
+        onEvents();
+}
+
+} // namespace tests
