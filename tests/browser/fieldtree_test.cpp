@@ -1,0 +1,245 @@
+#include "runtime/error.h"
+#include "tests/browser/formfixture.h"
+
+#include <random>
+#include <set>
+
+namespace
+{
+
+using namespace browser;
+using tests::Song;
+using FieldTree = tests::FormTest;
+
+TEST(ItemKinds, MarkersAndWords)
+{
+    const struct {
+        const char *key, *word, *words, *rest;
+    } cases[] = {
+        {"/12", "MP3 File", "MP3 Files", "12"},
+        {"@A", "Title Folder", "Title Folders", "A"},
+        {"#A", "Artist Folder", "Artist Folders", "A"},
+        {"~", "Album Folder", "Album Folders", ""},
+        {"?1999", "Year Folder", "Year Folders", "1999"},
+        {"!A", "Comment Folder", "Comment Folders", "A"},
+        {"\u00A1POP", "Genre Folder", "Genre Folders", "POP"},
+        {"\u00BF/M/", "Path Folder", "Path Folders", "/M/"},
+        {"&L", "PlayList File", "PlayList Files", "L"},
+        {"@#A", "Title Folder", "Title Folders", "#A"},
+        {"ByTitle", "", "", "yTitle"},
+        {"", "", "", ""},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.key);
+        EXPECT_EQ(GetItemTypeText(c.key, false), c.word);
+        EXPECT_EQ(GetItemTypeText(c.key, true), c.words);
+        EXPECT_EQ(WithoutMarker(c.key), c.rest);
+    }
+}
+
+TEST_F(FieldTree, AnEmptyCatalogueGivesRootGroupsAndAHint)
+{
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    EXPECT_EQ(Keys("MP3s"), "ByTitle ByArtist ByAlbum ByYear ByComment ByGenre ByPath ByList ");
+    EXPECT_EQ(form.TV.Count(), 9);
+    EXPECT_EQ(Text("MP3s"), "MP3");
+    EXPECT_EQ(Text("ByTitle"), "By Title");
+    EXPECT_EQ(Text("ByList"), "PlayLists");
+    EXPECT_TRUE(form.TV.Expanded(form.TV.Find("MP3s")));
+    EXPECT_EQ(form.TV.Image(form.TV.Find("ByPath")), "closed");
+    EXPECT_EQ(form.TV.SelectedImage(form.TV.Find("ByPath")), "open");
+    EXPECT_EQ(form.TV.Image(form.TV.Find("ByList")), "M3U");
+    EXPECT_EQ(form.TV.SelectedImage(form.TV.Find("ByList")), "");
+    EXPECT_NE(form.LV.Hint(), "");
+}
+
+TEST_F(FieldTree, ValuesAreGroupedTrimmedAndUpperCased)
+{
+    Add({" Dancing Queen ", "abba", "Arrival", "1976", "", "Pop", "/music/ABBA/one.mp3"});
+    Add({"dancing queen", "ABBA", "Arrival", "1976", "", "Pop", "/music/ABBA/two.mp3"});
+    Add({"#1", "\u00C5sa", "", "", "", "", "/other/ABBA/three.mp3"});
+    Add({"Zebra", "\u00E5SA", "", "", "", "", "/other/four.mp3"});
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    EXPECT_EQ(form.LV.Hint(), "");
+    EXPECT_NE(form.TV.Find("@DANCING QUEEN"), ui::kNoNode);
+    EXPECT_EQ(runtime::UpperText(Text("@DANCING QUEEN")), "DANCING QUEEN"); // trimmed
+    EXPECT_NE(form.TV.Find("@#1"), ui::kNoNode);
+    EXPECT_EQ(form.TV.Children(form.TV.Find("ByTitle")).size(), 3U);
+    EXPECT_EQ(form.TV.Children(form.TV.Find("ByArtist")).size(), 2U);
+    EXPECT_EQ(Keys("ByAlbum"), "~ ~ARRIVAL "); // an empty field is a node of its marker alone
+    EXPECT_EQ(Text("~"), "");
+    EXPECT_EQ(Keys("ByPath"), "\u00BF/MUSIC/ABBA/ \u00BF/OTHER/ABBA/ \u00BF/OTHER/ ");
+    EXPECT_EQ(Text("\u00BF/MUSIC/ABBA/"), "ABBA"); // two nodes of one text
+    EXPECT_EQ(Text("\u00BF/OTHER/ABBA/"), "ABBA");
+    EXPECT_EQ(Text("\u00BF/OTHER/"), "other");
+    EXPECT_EQ(form.TV.Image(form.TV.Find("~ARRIVAL")), "closed");
+}
+
+TEST_F(FieldTree, TheFirstTextOfTheOrderStays)
+{
+    for (const char *title : {"b", "B", "B "})
+        Add({title, "", "", "", "", "", std::string("/") + title});
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    const auto records = catalogue::Records(catalogue::DataAccess->ExecuteSQL(
+        "SELECT *\rFROM MP3s\rORDER BY Title", catalogue::kSelect));
+    EXPECT_EQ(Text("@B"), runtime::Trim(records->Text("Title")));
+}
+
+TEST_F(FieldTree, PlayListsKeepTheirNameAsItStands)
+{
+    AddPlayList(" My & list ");
+    AddPlayList("my list");
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    EXPECT_EQ(Keys("ByList"), "& My & list  &my list ");
+    EXPECT_EQ(Text("& My & list "), " My & list ");
+    EXPECT_EQ(form.TV.Image(form.TV.Find("&my list")), "M3U");
+}
+
+TEST_F(FieldTree, LoadSettingsDecideOnGroups)
+{
+    Add({"One", "Abba", "", "", "", "", "/one.mp3"});
+    MainForm &form = Loaded();
+    auto &load = shell::TheGlobals().LoadField;
+    load[0] = load[4] = false;
+    LoadTreeView(form, "");
+    EXPECT_EQ(Keys("MP3s"), "ByArtist ByAlbum ByYear ByGenre ByPath ByList ");
+
+    load[0] = true; // at the end of the root's children, not at its usual place
+    LoadTreeView(form, "Title");
+    EXPECT_EQ(Keys("MP3s"), "ByArtist ByAlbum ByYear ByGenre ByPath ByList ByTitle ");
+    EXPECT_EQ(Keys("ByTitle"), "@ONE ");
+    EXPECT_THROW(LoadTreeView(form, "Title"), runtime::RuntimeError); // it stands there already
+
+    load[1] = false;
+    LoadTreeView(form, "Artist");
+    EXPECT_EQ(Keys("MP3s"), "ByAlbum ByYear ByGenre ByPath ByList ByTitle ");
+    EXPECT_EQ(form.TV.Find("#ABBA"), ui::kNoNode);
+    EXPECT_THROW(LoadTreeView(form, "Artist"), runtime::RuntimeError);
+    EXPECT_FALSE(form.TV.Updating());
+}
+
+TEST_F(FieldTree, FieldsAreFilledInTheirOrderWithAProgressLine)
+{
+    MainForm &form = Loaded();
+    std::vector<std::string> lines;
+    auto &label = shell::TheGlobals().lblProgress;
+    label.changed = [&] { lines.push_back(label.Caption()); };
+    LoadTreeView(form, "");
+    ASSERT_EQ(lines.size(), 8U);
+    EXPECT_EQ(lines[0], "Adding Title information...");
+    EXPECT_EQ(lines[6], "Adding List information...");
+    EXPECT_EQ(lines[7], "Adding Path information...");
+}
+
+TEST_F(FieldTree, AFailedStatementGivesAnEmptyGroup)
+{
+    Add({"One", "Abba", "", "", "", "", "/one.mp3"});
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    form.TV.Clear();
+    const ui::NodeId root = form.TV.Add(ui::kNoNode, "MP3s", "MP3");
+    form.TV.Add(root, "ByTitle", "By Title");
+    FillFieldTree(form, "SELECT * FROM NoSuchTable", "Title");
+    EXPECT_EQ(Keys("ByTitle"), "");
+    FillFieldTree(form, "SELECT *\rFROM MP3s", "");
+    EXPECT_EQ(Keys("ByTitle"), "@ONE ");
+    EXPECT_EQ(form.TV.Count(), 3); // a group that is not there gets no values
+}
+
+TEST_F(FieldTree, RefreshingRebuildsAndExpandsTheRoot)
+{
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    Add({"One", "Abba", "", "", "", "", "/one.mp3"});
+    EXPECT_EQ(Keys("ByTitle"), "");
+    RunCommand(form, "submnuRefreshTree");
+    EXPECT_EQ(Keys("ByTitle"), "@ONE ");
+    EXPECT_TRUE(form.TV.Expanded(form.TV.Find("MP3s")));
+}
+
+// Every value node lists exactly the rows that made it, whatever the values are made of.
+TEST_F(FieldTree, EveryValueNodeListsTheRowsThatMadeIt)
+{
+    const std::vector<std::string> odd = {"",
+                                          " ",
+                                          "a",
+                                          "A",
+                                          " a",
+                                          "a ",
+                                          "\u00E9",
+                                          "\u00C9",
+                                          "e",
+                                          "%",
+                                          "_",
+                                          "a%",
+                                          "a_b",
+                                          "axb",
+                                          "it's",
+                                          "\"q\"",
+                                          "?",
+                                          "\u00B9",
+                                          "#1",
+                                          "ByTitle",
+                                          "\u00DF",
+                                          "\u1E9E",
+                                          "a\tb",
+                                          "a\r\nb",
+                                          "\u0130",
+                                          "i",
+                                          "\xE9 bad",
+                                          std::string("n\0", 2),
+                                          std::string("n\0x", 3),
+                                          "n",
+                                          "\u00F1and\u00FA",
+                                          "\u00D1AND\u00DA",
+                                          "10",
+                                          "1e1",
+                                          "NULL",
+                                          "Select All"};
+    std::mt19937 random(7);
+    const auto pick = [&] { return odd[random() % odd.size()]; };
+    std::vector<Song> songs;
+    for (int i = 0; i < 150; ++i) {
+        songs.push_back({pick(), pick(), pick(), pick(), pick(), pick(),
+                         "/m/" + std::to_string(i % 7) + (i % 3 == 0 ? "/Sub" : "/sub") +
+                             (i % 2 == 0 ? "/" : "/deep/") + std::to_string(i) + ".mp3"});
+        Add(songs.back());
+    }
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    const struct {
+        const char *group;
+        std::string Song::*field;
+    } groups[] = {{"ByTitle", &Song::title},     {"ByArtist", &Song::artist},
+                  {"ByAlbum", &Song::album},     {"ByYear", &Song::year},
+                  {"ByComment", &Song::comment}, {"ByGenre", &Song::genre},
+                  {"ByPath", &Song::path}};
+    for (const auto &group : groups) {
+        std::size_t listed = 0;
+        const std::vector<ui::NodeId> nodes = form.TV.Children(form.TV.Find(group.group));
+        for (const ui::NodeId node : nodes) {
+            const std::string key(form.TV.Key(node));
+            SCOPED_TRACE(group.group + (" " + key));
+            std::multiset<std::string> want, shown;
+            for (const Song &song : songs) {
+                std::string value = runtime::UpperText(runtime::Trim(song.*group.field));
+                if (group.field == &Song::path)
+                    value.resize(value.rfind('/') + 1);
+                if (value == WithoutMarker(key))
+                    want.insert(song.path);
+            }
+            form.TV.ClickText(node);
+            for (ui::RowId row = 0; row < form.LV.Count(); ++row)
+                shown.emplace(form.LV.SubItem(row, "Path"));
+            EXPECT_EQ(shown, want);
+            listed += shown.size();
+        }
+        EXPECT_EQ(listed, songs.size()) << group.group;
+    }
+}
+
+} // namespace
