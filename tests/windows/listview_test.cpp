@@ -1,0 +1,253 @@
+#include "tests/windows/bench.h"
+#include "ui/qt/listview.h"
+
+#include <QHeaderView>
+#include <QMimeData>
+#include <QUrl>
+#include <gtest/gtest.h>
+
+namespace
+{
+
+// A list of songs; every event is written down.
+class ListViewTest : public testing::Test
+{
+protected:
+    ListViewTest() : view(list, nullptr)
+    {
+        view.setObjectName(QStringLiteral("LV"));
+        view.setAccessibleName(QStringLiteral("LV"));
+        view.Model().nameOfRow = [this](ui::RowId row) {
+            return QString::fromUtf8(list.SubItemAt(row, 1).data());
+        };
+        view.Model().fileOfRow = [this](ui::RowId row) {
+            return std::string(list.SubItem(row, "Path"));
+        };
+        list.SetPlace({0, 0, 9000, 4500});
+        list.onClick = [this] { events += "Click;"; };
+        list.onItemClick = [this] { events += "ItemClick;"; };
+        list.onDblClick = [this] { events += "DblClick;"; };
+        list.onColumnClick = [this](int column) {
+            events += "ColumnClick " + std::to_string(column) + ";";
+            list.SetSort(column - 1, list.SortKey() == column - 1 && !list.Descending());
+        };
+        view.onMenuAsked = [this](ui::RowId row, QPoint, bool byKey) {
+            events += "Menu " + std::to_string(row) + (byKey ? " by key;" : ";");
+        };
+        Fill();
+    }
+
+    void Fill()
+    {
+        const ui::ListUpdate update(list);
+        list.ClearColumns();
+        list.ClearRows();
+        list.AddColumn("Icon", "", 450);
+        list.AddColumn("Title", "Title", 2400);
+        list.AddColumn("Path", "Path", 3000);
+        list.SetSubItemKeys({"Title", "Path"});
+        int number = 0;
+        for (const char *title : {"Waltz for Debby", "All Blues", "So What", "Blue in Green"}) {
+            const std::string path = "/music/" + std::string(title) + ".mp3";
+            const std::string_view cells[] = {title, path};
+            list.AddRow("/" + std::to_string(number++), "", "MP3", cells);
+        }
+    }
+
+    void SetUp() override
+    {
+        tests::ShowAndActivate(view);
+        events.clear();
+    }
+
+    QPoint Row(int displayIndex)
+    {
+        return view.visualRect(view.Model().index(displayIndex, 1)).center();
+    }
+    std::string Selection()
+    {
+        std::string keys;
+        for (int i = 0; i < list.Count(); ++i)
+            if (list.IsSelected(list.RowAt(i)))
+                keys += std::string(list.Key(list.RowAt(i)));
+        return keys;
+    }
+
+    ui::KeyedList list;
+    ui::qt::ListView view;
+    std::string events;
+};
+
+TEST_F(ListViewTest, ClickOnARowIsItemClickThenClick)
+{
+    tests::ClickAt(*view.viewport(), Row(1));
+    EXPECT_EQ(events, "ItemClick;Click;");
+    EXPECT_EQ(Selection(), "/1");
+    EXPECT_EQ(list.SelectedItem(), 1);
+}
+
+TEST_F(ListViewTest, ClickBesideTheRowsDeselects)
+{
+    tests::ClickAt(*view.viewport(), Row(1));
+    events.clear();
+    tests::ClickAt(*view.viewport(), {20, view.viewport()->height() - 5});
+    EXPECT_EQ(events, "Click;");
+    EXPECT_EQ(Selection(), "");
+    EXPECT_EQ(list.SelectedItem(), ui::kNoRow);
+}
+
+TEST_F(ListViewTest, KeysSelectAndExtend)
+{
+    tests::ClickAt(*view.viewport(), Row(0));
+    events.clear();
+    tests::PressKey("Down");
+    EXPECT_EQ(events, "ItemClick;Click;");
+    EXPECT_EQ(Selection(), "/1");
+    tests::PressKey("Shift+Down");
+    EXPECT_EQ(Selection(), "/1/2");
+    tests::PressKey("Ctrl+A");
+    EXPECT_EQ(list.SelectedCount(), 4);
+}
+
+TEST_F(ListViewTest, DoubleClickAndEnter)
+{
+    tests::DoubleClickAt(*view.viewport(), Row(2));
+    EXPECT_EQ(events, "ItemClick;Click;DblClick;");
+    events.clear();
+    tests::PressKey("Return");
+    EXPECT_EQ(events, "DblClick;");
+}
+
+TEST_F(ListViewTest, HeaderSortsAndShowsItsArrow)
+{
+    const QHeaderView &header = *view.header();
+    const QPoint title(header.sectionViewportPosition(1) + 20, header.height() / 2);
+    tests::ClickAt(*header.viewport(), title);
+    EXPECT_EQ(events, "ColumnClick 2;");
+    EXPECT_EQ(view.Model().index(0, 1).data().toString(), QStringLiteral("All Blues"));
+    EXPECT_TRUE(header.isSortIndicatorShown());
+    EXPECT_EQ(header.sortIndicatorSection(), 1);
+    EXPECT_EQ(header.sortIndicatorOrder(), Qt::AscendingOrder);
+    tests::LetRun(QApplication::doubleClickInterval() + 50);
+    tests::ClickAt(*header.viewport(), title);
+    EXPECT_EQ(view.Model().index(0, 1).data().toString(), QStringLiteral("Waltz for Debby"));
+    EXPECT_EQ(header.sortIndicatorOrder(), Qt::DescendingOrder);
+}
+
+TEST_F(ListViewTest, SortingKeepsTheSelection)
+{
+    tests::ClickAt(*view.viewport(), Row(2));
+    list.SetSort(1, false);
+    EXPECT_EQ(Selection(), "/2");
+    EXPECT_TRUE(view.selectionModel()->isRowSelected(list.DisplayIndex(2), {}));
+}
+
+TEST_F(ListViewTest, WidthsPositionsAndHiddenColumns)
+{
+    EXPECT_EQ(view.header()->sectionSize(1), 160);
+    list.SetColumnWidth("Title", 0);
+    EXPECT_TRUE(view.header()->isSectionHidden(1));
+    list.SetColumnWidth("Title", 1500);
+    EXPECT_FALSE(view.header()->isSectionHidden(1));
+    EXPECT_EQ(view.header()->sectionSize(1), 100);
+    list.SetColumnPosition("Path", 2);
+    EXPECT_EQ(view.header()->visualIndex(2), 1);
+    Fill();
+    EXPECT_EQ(view.header()->visualIndex(2), 2);
+}
+
+TEST_F(ListViewTest, DraggingAHeadersEdgeSetsTheColumnsWidth)
+{
+    const QHeaderView &header = *view.header();
+    const int edge = header.sectionViewportPosition(1) + header.sectionSize(1) - 1;
+    tests::Drag(*header.viewport(), {edge, 8}, {edge + 40, 8});
+    EXPECT_NEAR(list.Columns()[1].widthTwips, 2400 + 40 * 15, 45);
+    EXPECT_EQ(events, "");
+}
+
+TEST_F(ListViewTest, RightButtonAndMenuKeyAskForTheMenu)
+{
+    tests::ClickAt(*view.viewport(), Row(3), Qt::RightButton);
+    EXPECT_EQ(events, "Menu 3;");
+    events.clear();
+    tests::ClickAt(*view.viewport(), {20, view.viewport()->height() - 5}, Qt::RightButton);
+    EXPECT_EQ(events, "Menu -1;");
+    tests::ClickAt(*view.viewport(), Row(1));
+    events.clear();
+    tests::PressKey("Menu");
+    EXPECT_EQ(events, "Menu 1 by key;");
+}
+
+TEST_F(ListViewTest, TypingFindsARowByItsFirstVisibleText)
+{
+    view.setFocus();
+    tests::TypeText("bl");
+    EXPECT_EQ(Selection(), "/3");
+    EXPECT_EQ(events, "ItemClick;Click;ItemClick;Click;");
+    list.SetColumnWidth("Title", 0);
+    tests::LetRun(QApplication::keyboardInputInterval() + 50);
+    tests::TypeText("/music/so");
+    EXPECT_EQ(Selection(), "/2");
+}
+
+TEST_F(ListViewTest, SelectionFromCodeShows)
+{
+    list.SelectOnly(2);
+    EXPECT_TRUE(view.selectionModel()->isRowSelected(2, {}));
+    list.DeselectAll();
+    EXPECT_FALSE(view.selectionModel()->hasSelection());
+    EXPECT_EQ(events, "");
+}
+
+TEST_F(ListViewTest, FilesAreDraggedAsAddressesOfTheirBytes)
+{
+    const std::string_view cells[] = {"Caf\xE9", "/music/Caf\xE9 #1.mp3"};
+    list.AddRow("/9", "", "MP3", cells);
+    const std::unique_ptr<QMimeData> data(view.Model().mimeData(
+        {view.Model().index(4, 0), view.Model().index(4, 1), view.Model().index(0, 0)}));
+    ASSERT_NE(data, nullptr);
+    ASSERT_EQ(data->urls().size(), 2);
+    EXPECT_EQ(data->urls()[0].toEncoded(), "file:///music/Caf%E9%20%231.mp3");
+    EXPECT_EQ(view.Model().supportedDragActions(), Qt::CopyAction);
+}
+
+TEST_F(ListViewTest, TextsAreShownAsTheyStandOnOneLine)
+{
+    const std::string_view cells[] = {"<b>Live</b> & more\r\nsecond line", "/music/x.mp3"};
+    list.AddRow("/9", "", "MP3", cells);
+    EXPECT_EQ(view.Model().index(4, 1).data().toString(),
+              QStringLiteral("<b>Live</b> & more  second line"));
+}
+
+TEST_F(ListViewTest, HintStandsWhileThereIsNoRow)
+{
+    list.ClearRows();
+    list.SetHint("Nothing here yet");
+    EXPECT_EQ(view.accessibleDescription(), QStringLiteral("Nothing here yet"));
+    const QImage with = tests::Screenshot(view);
+    list.SetHint("");
+    tests::LetRun(30);
+    EXPECT_NE(with, tests::Screenshot(view));
+}
+
+TEST_F(ListViewTest, OldRowsStayOnTheScreenDuringAFill)
+{
+    const QImage before = tests::Screenshot(view);
+    {
+        const ui::ListUpdate update(list);
+        list.ClearRows();
+        tests::LetRun(60);
+        EXPECT_EQ(tests::Screenshot(view), before);
+    }
+    tests::LetRun(60);
+    EXPECT_NE(tests::Screenshot(view), before);
+}
+
+TEST_F(ListViewTest, EveryCellHasAName)
+{
+    const std::string_view cells[] = {"Untitled", ""};
+    list.AddRow("/9", "", "MP3", cells);
+    EXPECT_EQ(tests::NamelessControls(view), std::vector<std::string>{});
+}
+
+} // namespace

@@ -1,0 +1,188 @@
+#include "tests/windows/bench.h"
+#include "ui/qt/treeview.h"
+
+#include <QScrollBar>
+#include <QToolTip>
+#include <gtest/gtest.h>
+
+namespace
+{
+
+// A tree with a root, two groups and some values; every event is written down.
+class TreeViewTest : public testing::Test
+{
+protected:
+    TreeViewTest() : view(tree, nullptr)
+    {
+        view.setObjectName(QStringLiteral("TV"));
+        view.setAccessibleName(QStringLiteral("TV"));
+        tree.SetPlace({0, 0, 4500, 6000});
+        tree.onNodeClick = [this](ui::NodeId node) { Note("NodeClick", node); };
+        tree.onExpand = [this](ui::NodeId node) { Note("Expand", node); };
+        tree.onCollapse = [this](ui::NodeId node) { Note("Collapse", node); };
+        tree.onClick = [this] { events += "Click;"; };
+        const ui::TreeUpdate update(tree);
+        const ui::NodeId root = tree.Add(ui::kNoNode, "MP3s", "MP3", "closed", "open");
+        for (const char *group : {"ByArtist", "ByYear"})
+            tree.Add(root, group, group, "closed", "open");
+        for (const char *name : {"Bill Evans", "Charles Mingus", "Dave Brubeck"})
+            tree.Add(tree.Find("ByArtist"), std::string("#") + name, name, "closed", "open");
+        tree.Add(tree.Find("ByYear"), "?", "", "closed", "open");
+    }
+
+    void SetUp() override
+    {
+        tree.SetExpanded(tree.Find("MP3s"), true);
+        tests::ShowAndActivate(view);
+        events.clear();
+    }
+
+    void Note(const char *event, ui::NodeId node)
+    {
+        events += std::string(event) + " " + std::string(tree.Key(node)) + ";";
+    }
+
+    QRect RectOf(const char *key) { return view.visualRect(view.Model().IndexOf(tree.Find(key))); }
+    QPoint TextOf(const char *key) { return RectOf(key).center(); }
+    QPoint ExpanderOf(const char *key)
+    {
+        return {RectOf(key).left() - view.indentation() / 2, RectOf(key).center().y()};
+    }
+    void ClickOn(QPoint place) { tests::ClickAt(*view.viewport(), place); }
+    std::string Selected()
+    {
+        return tree.Selected() == ui::kNoNode ? "" : std::string(tree.Key(tree.Selected()));
+    }
+
+    ui::KeyedTree tree;
+    ui::qt::TreeView view;
+    std::string events;
+};
+
+TEST_F(TreeViewTest, ClickOnTextIsNodeClickThenClick)
+{
+    ClickOn(TextOf("ByArtist"));
+    EXPECT_EQ(events, "NodeClick ByArtist;Click;");
+    EXPECT_EQ(Selected(), "ByArtist");
+}
+
+TEST_F(TreeViewTest, ClickOnExpanderIsExpandOrCollapseThenClick)
+{
+    ClickOn(ExpanderOf("ByArtist"));
+    EXPECT_EQ(events, "Expand ByArtist;Click;");
+    EXPECT_TRUE(view.isExpanded(view.Model().IndexOf(tree.Find("ByArtist"))));
+    events.clear();
+    tests::LetRun(QApplication::doubleClickInterval() + 50);
+    ClickOn(ExpanderOf("ByArtist"));
+    EXPECT_EQ(events, "Collapse ByArtist;Click;");
+    EXPECT_FALSE(view.isExpanded(view.Model().IndexOf(tree.Find("ByArtist"))));
+}
+
+TEST_F(TreeViewTest, ClickBesideTheNodesIsClickOnly)
+{
+    ClickOn({20, view.viewport()->height() - 5});
+    EXPECT_EQ(events, "Click;");
+}
+
+TEST_F(TreeViewTest, MoveByKeyIsNodeClickOnly)
+{
+    tree.Select(tree.Find("MP3s"));
+    tests::PressKey("Down");
+    EXPECT_EQ(events, "NodeClick ByArtist;");
+    events.clear();
+    tests::PressKey("End");
+    EXPECT_EQ(events, "NodeClick ByYear;");
+}
+
+TEST_F(TreeViewTest, RightOpensThenGoesDownLeftGoesBack)
+{
+    tree.Select(tree.Find("ByArtist"));
+    tests::PressKey("Right");
+    EXPECT_EQ(events, "Expand ByArtist;");
+    events.clear();
+    tests::PressKey("Right");
+    EXPECT_EQ(events, "NodeClick #Bill Evans;");
+    events.clear();
+    tests::PressKey("Left");
+    EXPECT_EQ(events, "NodeClick ByArtist;");
+    events.clear();
+    tests::PressKey("Left");
+    EXPECT_EQ(events, "Collapse ByArtist;");
+}
+
+TEST_F(TreeViewTest, EnterAndDoubleClickTurnTheExpansion)
+{
+    tree.Select(tree.Find("ByArtist"));
+    tests::PressKey("Return");
+    EXPECT_EQ(events, "Expand ByArtist;");
+    events.clear();
+    tests::DoubleClickAt(*view.viewport(), TextOf("ByArtist"));
+    EXPECT_EQ(events, "NodeClick ByArtist;Click;Collapse ByArtist;");
+}
+
+TEST_F(TreeViewTest, CodeExpandsWithItsEventAndSelectsWithoutOne)
+{
+    tree.Select(tree.Find("ByYear"));
+    EXPECT_EQ(events, "");
+    EXPECT_EQ(view.currentIndex(), view.Model().IndexOf(tree.Find("ByYear")));
+    tree.SetExpanded(tree.Find("ByYear"), true);
+    EXPECT_EQ(events, "Expand ByYear;");
+    EXPECT_TRUE(view.isExpanded(view.Model().IndexOf(tree.Find("ByYear"))));
+}
+
+TEST_F(TreeViewTest, TypingFindsANode)
+{
+    tree.SetExpanded(tree.Find("ByArtist"), true);
+    tree.Select(tree.Find("MP3s"));
+    events.clear();
+    tests::TypeText("da");
+    EXPECT_EQ(Selected(), "#Dave Brubeck");
+}
+
+TEST_F(TreeViewTest, RebuildKeepsExpansionAndSelectionThatTheTreeHas)
+{
+    {
+        const ui::TreeUpdate update(tree);
+        tree.Clear();
+        tree.Add(ui::kNoNode, "MP3s", "MP3");
+        tree.Add(0, "ByAlbum", "By Album");
+        tree.SetExpanded(0, true);
+        tree.Select(tree.Find("ByAlbum"));
+    }
+    tests::LetRun(20);
+    EXPECT_TRUE(view.isExpanded(view.Model().IndexOf(0)));
+    EXPECT_EQ(view.currentIndex(), view.Model().IndexOf(tree.Find("ByAlbum")));
+    EXPECT_TRUE(view.updatesEnabled());
+}
+
+TEST_F(TreeViewTest, NodesRemovedWhileShownAreGone)
+{
+    tree.SetExpanded(tree.Find("ByArtist"), true);
+    tree.Remove("ByArtist");
+    tests::LetRun(20);
+    EXPECT_EQ(view.Model().rowCount(view.Model().IndexOf(tree.Find("MP3s"))), 1);
+}
+
+TEST_F(TreeViewTest, CutTextHasATipThatShowsItAsItStands)
+{
+    const std::string title = "<b>Live</b> & a title that is much too long for the tree's width";
+    tree.Add(tree.Find("ByYear"), "?x", title, "closed", "open");
+    tree.SetExpanded(tree.Find("ByYear"), true);
+    tests::LetRun(20);
+    QHelpEvent help(QEvent::ToolTip, TextOf("?x"), view.viewport()->mapToGlobal(TextOf("?x")));
+    QApplication::sendEvent(view.viewport(), &help);
+    ASSERT_TRUE(tests::WaitUntil([] { return QToolTip::isVisible(); }));
+    EXPECT_NE(QToolTip::text().indexOf(QLatin1String("&lt;b&gt;Live&lt;/b&gt; &amp; a title")), -1);
+    QToolTip::hideText();
+}
+
+TEST_F(TreeViewTest, EveryNodeHasAName)
+{
+    view.Model().nameOfEmpty = [](ui::NodeId) { return QStringLiteral("Year Folder"); };
+    tree.SetExpanded(tree.Find("ByYear"), true);
+    EXPECT_EQ(tests::NamelessControls(view), std::vector<std::string>{});
+    EXPECT_EQ(view.Model().IndexOf(tree.Find("?")).data(Qt::AccessibleTextRole).toString(),
+              QStringLiteral("Year Folder"));
+}
+
+} // namespace
