@@ -24,3 +24,18 @@ function(quenlin_test name)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES TIMEOUT 900 LABELS logic)
 endfunction()
+
+# quenlin_window_test(NAME SOURCES...): the same for windows. The program runs with a display, a window
+# manager and a D-Bus session of its own; what its suites named "...Scaled" test runs a second time at
+# 200 percent, as NAME_200. Pictures go to build/<preset>/screenshots. The built program's path is in
+# the environment as QUENLIN_PROGRAM.
+function(quenlin_window_test name)
+  add_executable(${name} ${ARGN})
+  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  target_link_libraries(${name} PRIVATE quenlin_window_bench)
+  set(run ${CMAKE_SOURCE_DIR}/tests/windows/run_windowed)
+  add_test(NAME ${name} COMMAND ${run} $<TARGET_FILE:${name}>)
+  add_test(NAME ${name}_200 COMMAND ${run} --scale 200 $<TARGET_FILE:${name}> --gtest_filter=*Scaled.*)
+  set_tests_properties(${name} ${name}_200 PROPERTIES TIMEOUT 600 LABELS window ENVIRONMENT
+    "QUENLIN_SCREENSHOTS=${CMAKE_BINARY_DIR}/screenshots;QUENLIN_PROGRAM=$<TARGET_FILE:quenlin>")
+endfunction()

@@ -11,6 +11,7 @@ struct Drives;
 struct Files;
 struct FileTypes;
 struct SettingsStore;
+struct Windows;
 
 Files &SystemFiles(); // platform/files.h
 
@@ -23,6 +24,7 @@ struct Machine {
     Drives *drives = nullptr;
     Clock *clock = nullptr;
     Files *files = &SystemFiles(); // a test may put its own
+    Windows *windows = nullptr;    // null in a terminal
 };
 
 // The machine in use: the single place where the ports are kept.

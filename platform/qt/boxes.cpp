@@ -1,0 +1,185 @@
+#include "platform/qt/boxes.h"
+
+#include <QAccessible>
+#include <QClipboard>
+#include <QDialogButtonBox>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStyle>
+#include <QVBoxLayout>
+
+namespace platform::qt
+{
+
+namespace
+{
+
+constexpr int kTextColumns = 72; // average characters in a line before the text wraps
+constexpr int kIconPixels = 32;
+
+// A label for plain text that wraps after a readable number of characters. A short text stays as
+// narrow as it is.
+QLabel *MakeLabel(const QString &text, const char *name, QWidget *parent)
+{
+    auto *label = new QLabel(parent);
+    label->setObjectName(QLatin1String(name));
+    label->setTextFormat(Qt::PlainText);
+    label->setText(text);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    label->setFocusPolicy(Qt::NoFocus);
+    const int widest = label->fontMetrics().averageCharWidth() * kTextColumns;
+    const int natural = label->fontMetrics().size(0, text).width();
+    label->setWordWrap(true);
+    label->setFixedWidth(std::min(natural, widest) + 2);
+    label->setFixedHeight(label->heightForWidth(label->width()));
+    return label;
+}
+
+QDialogButtonBox *MakeButtonBox(QDialog *dialog)
+{
+    auto *box = new QDialogButtonBox(dialog);
+    box->setAccessibleName(dialog->tr("Answers"));
+    QObject::connect(box, &QDialogButtonBox::accepted, dialog, &QDialog::accept);
+    QObject::connect(box, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
+    return box;
+}
+
+QPushButton *AddButton(QDialogButtonBox *box, const char *name, const QString &caption,
+                       QDialogButtonBox::ButtonRole role)
+{
+    QPushButton *button = box->addButton(caption, role);
+    button->setObjectName(QLatin1String(name));
+    button->setAccessibleName(QString(caption).remove(QLatin1Char('&')));
+    return button;
+}
+
+void MakeDefault(QPushButton *button)
+{
+    button->setDefault(true);
+    button->setFocus();
+}
+
+QSize RoomForText(const QWidget &window)
+{
+    const QScreen *screen = window.screen();
+    return screen ? screen->availableSize() * 2 / 3 : QSize(600, 400);
+}
+
+} // namespace
+
+MessageDialog::MessageDialog(const QString &text, const QString &title, Buttons buttons,
+                             BoxIcon icon, QWidget *parent)
+    : QDialog(parent)
+{
+    setWindowTitle(title);
+    setObjectName(QStringLiteral("MessageBox"));
+    lblText = MakeLabel(text, "lblText", this);
+    lblText->setAccessibleName(text);
+    auto *layout = new QVBoxLayout(this);
+    layout->setSpacing(16);
+    layout->addWidget(MakeText(icon));
+    layout->addWidget(MakeButtons(buttons));
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+QWidget *MessageDialog::MakeText(BoxIcon icon)
+{
+    auto *scroll = new QScrollArea(this);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setAccessibleName(tr("Message"));
+    scroll->setWidget(lblText);
+    scroll->viewport()->setAutoFillBackground(false);
+    lblText->setAutoFillBackground(false);
+
+    const QSize room = RoomForText(*this);
+    const QSize text = lblText->size();
+    const bool higher = text.height() > room.height();
+    scroll->setFixedSize(text.width() +
+                             (higher ? scroll->verticalScrollBar()->sizeHint().width() : 0),
+                         std::min(text.height(), room.height()));
+    if (higher)
+        scroll->setFocusPolicy(Qt::StrongFocus); // the arrow keys scroll
+
+    auto *row = new QWidget(this);
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(6, 6, 6, 0);
+    layout->setSpacing(14);
+    if (icon == BoxIcon::Exclamation) {
+        auto *picture = new QLabel(row);
+        picture->setObjectName(QStringLiteral("picIcon"));
+        picture->setAccessibleName(tr("Warning"));
+        picture->setPixmap(style()
+                               ->standardIcon(QStyle::SP_MessageBoxWarning)
+                               .pixmap(QSize(kIconPixels, kIconPixels), devicePixelRatioF()));
+        layout->addWidget(picture, 0, Qt::AlignTop);
+    }
+    layout->addWidget(scroll, 0, Qt::AlignVCenter);
+    layout->addStretch();
+    return row;
+}
+
+QWidget *MessageDialog::MakeButtons(Buttons buttons)
+{
+    QDialogButtonBox *box = MakeButtonBox(this);
+    if (buttons == Buttons::YesNo) {
+        AddButton(box, "cmdYes", tr("&Yes"), QDialogButtonBox::YesRole);
+        MakeDefault(AddButton(box, "cmdNo", tr("&No"), QDialogButtonBox::NoRole));
+    } else {
+        MakeDefault(AddButton(box, "cmdOk", tr("&Ok"), QDialogButtonBox::AcceptRole));
+    }
+    return box;
+}
+
+void MessageDialog::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Copy))
+        QGuiApplication::clipboard()->setText(lblText->text());
+    else
+        QDialog::keyPressEvent(event);
+}
+
+void MessageDialog::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+InputDialog::InputDialog(const QString &prompt, const QString &title, const QString &initialText,
+                         QWidget *parent)
+    : QDialog(parent)
+{
+    setWindowTitle(title);
+    setObjectName(QStringLiteral("InputBox"));
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(MakeLabel(prompt, "lblPrompt", this));
+
+    txtInput = new QLineEdit(initialText, this);
+    txtInput->setObjectName(QStringLiteral("txtInput"));
+    txtInput->setAccessibleName(prompt);
+    txtInput->setMinimumWidth(txtInput->fontMetrics().averageCharWidth() * 48);
+    txtInput->selectAll();
+    layout->addWidget(txtInput);
+
+    QDialogButtonBox *box = MakeButtonBox(this);
+    AddButton(box, "cmdOk", tr("&Ok"), QDialogButtonBox::AcceptRole)->setDefault(true);
+    AddButton(box, "cmdCancel", tr("&Cancel"), QDialogButtonBox::RejectRole);
+    layout->addWidget(box);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    txtInput->setFocus();
+}
+
+QString InputDialog::Text() const
+{
+    return txtInput->text();
+}
+
+} // namespace platform::qt

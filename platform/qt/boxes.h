@@ -1,0 +1,47 @@
+// platform/qt/boxes.h - the two windows that ask: a message with buttons, and a line of text. Their
+// texts are plain. Sizes follow the text, up to a part of the screen; more scrolls.
+#pragma once
+
+#include "platform/desktop.h"
+
+#include <QDialog>
+
+class QLabel;
+class QLineEdit;
+
+namespace platform::qt
+{
+
+// A message over `parent`'s window. exec() gives QDialog::Accepted for Ok and Yes.
+// Controls: `lblText`, `cmdOk` or `cmdYes` and `cmdNo`.
+class MessageDialog : public QDialog
+{
+public:
+    MessageDialog(const QString &text, const QString &title, Buttons buttons, BoxIcon icon,
+                  QWidget *parent);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override; // Ctrl+C copies the whole text
+    void showEvent(QShowEvent *event) override;    // tells a screen reader
+
+private:
+    QWidget *MakeText(BoxIcon icon);
+    QWidget *MakeButtons(Buttons buttons);
+
+    QLabel *lblText; // owned by its parent widget
+};
+
+// Asks for a line of text. Controls: `lblPrompt`, `txtInput`, `cmdOk`, `cmdCancel`.
+class InputDialog : public QDialog
+{
+public:
+    InputDialog(const QString &prompt, const QString &title, const QString &initialText,
+                QWidget *parent);
+
+    QString Text() const;
+
+private:
+    QLineEdit *txtInput; // owned by its parent widget
+};
+
+} // namespace platform::qt

@@ -1,1 +1,0 @@
-// windows come here

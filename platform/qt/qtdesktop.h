@@ -1,0 +1,50 @@
+// platform/qt/qtdesktop.h - the desktop port with windows: boxes, dialogs, clipboard, pointer.
+// A box stands over the window that is in use, is modal for the whole program, and shows plain
+// text.
+#pragma once
+
+#include "platform/desktop.h"
+
+namespace platform::qt
+{
+
+class QtDesktop : public Desktop
+{
+public:
+    ~QtDesktop() override;
+
+    // Escape and the close button count as Ok, or as No for YesNo; there No is the default button.
+    // Both buttons have an access key, and Ctrl+C copies the text.
+    Answer MessageBox(std::string_view text, Buttons buttons, std::string_view title,
+                      BoxIcon icon) override;
+
+    std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,
+                                        std::string_view initialText) override;
+
+    // Patterns match without regard to letter case.
+    std::optional<std::string> OpenDialog(std::string_view title,
+                                          const std::vector<FileFilter> &filters,
+                                          const std::string &folder) override;
+
+    void EmptyClipboard() override;
+    void SetClipboardText(std::string_view text) override;
+
+    // Starts the desktop's opener and does not wait for it; `workingFolder` plays no role here.
+    bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
+
+    // The pointer of the whole program. Setting the one that stands does nothing, so that one
+    // Normal ends any number of Hourglass. A box shows the normal pointer as long as it is up.
+    void SetPointer(Pointer pointer) override;
+
+    void DoEvents() override;
+
+private:
+    class BoxUp;
+    void ShowPointer();
+
+    Pointer m_pointer = Pointer::Normal; // what the program wants
+    int m_boxesUp = 0;
+    bool m_hourglassShown = false;
+};
+
+} // namespace platform::qt

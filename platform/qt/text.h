@@ -1,0 +1,25 @@
+// platform/qt/text.h - the one border between the program's texts (UTF-8) and paths (bytes), and
+// the toolkit's. No state.
+#pragma once
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+namespace platform::qt
+{
+
+// UTF-8 to the toolkit's text; bytes that are no UTF-8 become U+FFFD.
+[[nodiscard]] QString ToQt(std::string_view text);
+
+// The toolkit's text as UTF-8.
+[[nodiscard]] std::string FromQt(const QString &text);
+
+// A message as a box shows it: UTF-8, where a carriage return, a line feed or both break the line.
+[[nodiscard]] QString LinesToQt(std::string_view text);
+
+// The path behind a name that the toolkit gives: its bytes where such a file exists; else the file
+// of the same folder whose name, which is no valid UTF-8, the toolkit shows like this.
+[[nodiscard]] std::string PathFromQt(const QString &shown);
+
+} // namespace platform::qt

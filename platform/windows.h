@@ -1,0 +1,45 @@
+// platform/windows.h - what the program asks of the window system: screens, modality, dark or
+// light, and bringing windows forward. Lengths are twips (15 to the pixel at 96 dpi), from the left
+// upper corner of the whole desktop, so they may be negative.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+namespace platform
+{
+
+struct Placement {
+    int left = 0, top = 0;     // twips; the corner of the window with its frame
+    int width = 0, height = 0; // twips; the size of what lies inside the frame
+
+    bool operator==(const Placement &) const = default;
+};
+
+struct Windows {
+    virtual ~Windows() = default;
+
+    // The parts of the screens that windows may cover (without panels and docks), the primary
+    // screen first. Empty when there is none.
+    virtual std::vector<Placement> Screens() = 0;
+
+    // Whether a window can be put at a place of the program's choice and learn where it is. False
+    // on Wayland: there only a size is restored, and a stored left and top stay as they are stored.
+    virtual bool KnowsPlaces() = 0;
+
+    // Stands before every showing of a non-modal window.
+    // Errors: kNonModalOverModal (401) while a modal window is up.
+    virtual void CheckNonModal() = 0;
+
+    // Whether windows are dark now.
+    virtual bool IsDark() = 0;
+};
+
+// `wanted` as it can be used on `screens`. It stays when it lies wholly on them, be it across two,
+// or when it fits the screen that it overlaps most (the first one where it overlaps none) and
+// enough of its title line to grasp it lies on some screen. Else it becomes no larger than that
+// screen and moves onto it. Without a screen: `wanted`.
+[[nodiscard]] Placement BringIntoView(const Placement &wanted,
+                                      const std::vector<Placement> &screens);
+
+} // namespace platform

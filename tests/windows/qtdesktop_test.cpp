@@ -1,0 +1,242 @@
+// The desktop port with real boxes, answered by keys and mouse.
+#include "platform/qt/qtdesktop.h"
+#include "platform/qt/text.h"
+#include "tests/support/testfolder.h"
+#include "tests/windows/bench.h"
+
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QTimer>
+#include <QTreeView>
+
+namespace
+{
+
+using platform::Answer;
+using platform::BoxIcon;
+using platform::Buttons;
+using platform::Pointer;
+
+class QtDesktopTest : public testing::Test
+{
+protected:
+    // Answers the next box by a key.
+    static void AnswerByKey(const char *key)
+    {
+        tests::WhenModal([key](QWidget &) { tests::PressKey(key); });
+    }
+
+    platform::qt::QtDesktop m_desktop;
+};
+
+TEST_F(QtDesktopTest, AnswersOfABox)
+{
+    constexpr struct {
+        const char *name;
+        const char *key;
+        Buttons buttons;
+        Answer want;
+    } cases[] = {
+        {"escape of Ok", "Escape", Buttons::Ok, Answer::Ok},
+        {"enter of Ok", "Return", Buttons::Ok, Answer::Ok},
+        {"escape of Yes/No", "Escape", Buttons::YesNo, Answer::No},
+        {"enter presses the safe button", "Return", Buttons::YesNo, Answer::No},
+        {"access key of Yes", "Alt+Y", Buttons::YesNo, Answer::Yes},
+        {"access key of No", "Alt+N", Buttons::YesNo, Answer::No},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        AnswerByKey(c.key);
+        EXPECT_EQ(m_desktop.MessageBox("Go on?", c.buttons, {}, BoxIcon::None), c.want);
+    }
+}
+
+TEST_F(QtDesktopTest, MouseAnswersAndCloseButton)
+{
+    tests::WhenModal([](QWidget &box) { tests::Click(*tests::Find(box, "cmdYes")); });
+    EXPECT_EQ(m_desktop.MessageBox("Go on?", Buttons::YesNo, {}, BoxIcon::None), Answer::Yes);
+    tests::WhenModal([](QWidget &box) { box.close(); });
+    EXPECT_EQ(m_desktop.MessageBox("Go on?", Buttons::YesNo, {}, BoxIcon::None), Answer::No);
+}
+
+TEST_F(QtDesktopTest, TextIsPlainAndCarriageReturnBreaksTheLine)
+{
+    tests::WhenModal([](QWidget &box) {
+        EXPECT_EQ(box.windowTitle(), QStringLiteral("Quenlin"));
+        auto *text = tests::Find<QLabel>(box, "lblText");
+        EXPECT_EQ(text->text(), QStringLiteral("<b>Live</b> && more\nsecond\nthird"));
+        EXPECT_EQ(text->textFormat(), Qt::PlainText);
+        tests::PressKey("Ctrl+C");
+        EXPECT_EQ(QGuiApplication::clipboard()->text(), text->text());
+        tests::PressKey("Escape");
+    });
+    m_desktop.MessageBox("<b>Live</b> && more\rsecond\r\nthird", Buttons::Ok, {}, BoxIcon::None);
+}
+
+TEST_F(QtDesktopTest, LongTextFitsTheScreenAndScrolls)
+{
+    std::string text;
+    for (int line = 0; line < 400; ++line)
+        text += "A line of a long report, number " + std::to_string(line) + "\r";
+    tests::WhenModal([](QWidget &box) {
+        EXPECT_LE(box.height(), box.screen()->availableSize().height());
+        EXPECT_TRUE(tests::Find(box, "cmdOk")->isVisible());
+        EXPECT_GT(tests::Find(box, "lblText")->height(), box.height());
+        tests::PressKey("Escape");
+    });
+    m_desktop.MessageBox(text, Buttons::Ok, "Corrupted file", BoxIcon::None);
+}
+
+TEST_F(QtDesktopTest, InputBox)
+{
+    tests::WhenModal([](QWidget &box) {
+        EXPECT_EQ(tests::Find<QLabel>(box, "lblPrompt")->text(), QStringLiteral("<i>Name</i>"));
+        EXPECT_EQ(tests::Find<QLineEdit>(box, "txtInput")->selectedText(),
+                  QStringLiteral("New one"));
+        tests::TypeText("Blue & green");
+        tests::PressKey("Return");
+    });
+    EXPECT_EQ(m_desktop.InputBox("<i>Name</i>", "Folder", "New one"), "Blue & green");
+    AnswerByKey("Escape");
+    EXPECT_EQ(m_desktop.InputBox("Name", "Folder", "New one"), std::nullopt);
+}
+
+TEST_F(QtDesktopTest, OpenDialogMatchesWithoutRegardToCase)
+{
+    tests::TestFolder folder;
+    const std::string path = folder / "Se\xC3\xB1or.MP3";
+    tests::WriteFile(path, "x");
+    tests::WriteFile(folder / "notes.txt", "x");
+    tests::WhenModal([&](QWidget &box) {
+        auto *dialog = qobject_cast<QFileDialog *>(&box);
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_EQ(dialog->nameFilters(), QStringList{QStringLiteral("MP3 Files (*.[mM][pP]3)")});
+        auto *files = tests::Find<QTreeView>(box, "treeView");
+        ASSERT_TRUE(
+            tests::WaitUntil([&] { return files->model()->rowCount(files->rootIndex()) == 1; }));
+        const QModelIndex row = files->model()->index(0, 0, files->rootIndex());
+        EXPECT_EQ(row.data().toString(), QStringLiteral("Se\u00F1or.MP3"));
+        tests::DoubleClickAt(*files->viewport(), files->visualRect(row).center());
+    });
+    EXPECT_EQ(m_desktop.OpenDialog("Choose", {{"MP3 Files", "*.mp3"}}, folder.Path()), path);
+    AnswerByKey("Escape");
+    EXPECT_EQ(m_desktop.OpenDialog("Choose", {{"MP3 Files", "*.mp3"}}, folder.Path()),
+              std::nullopt);
+}
+
+TEST(PathFromQt, FindsTheBytesBehindAShownName)
+{
+    tests::TestFolder folder;
+    const std::string path = folder / "Se\xF1or.mp3"; // no valid UTF-8
+    tests::WriteFile(path, "x");
+    EXPECT_EQ(platform::qt::PathFromQt(platform::qt::ToQt(path)), path);
+    EXPECT_EQ(platform::qt::PathFromQt(QStringLiteral("/music/a.mp3")), "/music/a.mp3");
+    const QString absent = platform::qt::ToQt(folder / "\xFF");
+    EXPECT_EQ(platform::qt::PathFromQt(absent), platform::qt::FromQt(absent));
+}
+
+TEST_F(QtDesktopTest, PointerOfTheProgramAndOfABox)
+{
+    m_desktop.SetPointer(Pointer::Hourglass);
+    m_desktop.SetPointer(Pointer::Hourglass);
+    ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    tests::WhenModal([](QWidget &) {
+        EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+        tests::PressKey("Escape");
+    });
+    m_desktop.MessageBox("Box", Buttons::Ok, {}, BoxIcon::None);
+    EXPECT_NE(QGuiApplication::overrideCursor(), nullptr);
+    m_desktop.SetPointer(Pointer::Normal);
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(QtDesktopTest, PointerSetWhileABoxIsUpCounts)
+{
+    m_desktop.SetPointer(Pointer::Hourglass);
+    tests::WhenModal([&](QWidget &) {
+        m_desktop.SetPointer(Pointer::Normal);
+        tests::PressKey("Escape");
+    });
+    m_desktop.MessageBox("Box", Buttons::Ok, {}, BoxIcon::None);
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(QtDesktopTest, Clipboard)
+{
+    m_desktop.SetClipboardText("<b>\xC3\xB1</b>\r\nline");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("<b>\u00F1</b>\r\nline"));
+    m_desktop.EmptyClipboard();
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().isEmpty());
+}
+
+TEST_F(QtDesktopTest, DoEventsRunsWhatWaitsAndReturns)
+{
+    int ran = 0;
+    QTimer::singleShot(0, [&] { ++ran; });
+    QTimer::singleShot(60000, [&] { ran += 100; });
+    m_desktop.DoEvents();
+    EXPECT_EQ(ran, 1);
+}
+
+// A stand-in for the desktop's opener writes down what it was asked to open, and takes its time.
+TEST_F(QtDesktopTest, OpenAddressStartsTheOpenerWithoutWaiting)
+{
+    tests::TestFolder folder;
+    const std::string log = folder / "log";
+    const std::string opener = folder / "xdg-open";
+    tests::WriteFile(opener, "#!/bin/sh\nprintf '%s\\n' \"$1\" >>'" + log + "'\nexec sleep 2\n");
+    QFile(platform::qt::ToQt(opener)).setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    qputenv("PATH", QByteArray::fromStdString(folder.Path()) + ":" + qgetenv("PATH"));
+
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_TRUE(m_desktop.OpenAddress("mailto:support@quenlin.example", "C:\\"));
+    EXPECT_TRUE(m_desktop.OpenAddress("http://quenlin.example/a.asp#top", ""));
+    EXPECT_TRUE(m_desktop.OpenAddress("/music/Se\xF1or #1?.txt", ""));
+    EXPECT_LT(timer.elapsed(), 1500);
+    EXPECT_FALSE(m_desktop.OpenAddress("", ""));
+
+    const auto lines = [&] {
+        QFile file(platform::qt::ToQt(log));
+        QByteArrayList result;
+        if (file.open(QFile::ReadOnly))
+            result = file.readAll().trimmed().split('\n');
+        std::sort(result.begin(), result.end());
+        return result;
+    };
+    EXPECT_TRUE(tests::WaitUntil([&] { return lines().size() == 3; }));
+    const QByteArrayList want{"file:///music/Se%F1or%20%231%3F.txt",
+                              "http://quenlin.example/a.asp#top", "mailto:support@quenlin.example"};
+    EXPECT_EQ(lines(), want);
+}
+
+TEST(QtDesktopScaled, BoxesAreReadableAndNamed)
+{
+    platform::qt::QtDesktop desktop;
+    tests::WhenModal([](QWidget &box) {
+        EXPECT_TRUE(tests::NamelessControls(box).empty()) << tests::NamelessControls(box).front();
+        tests::KeepScreenshot(box, "messagebox");
+        tests::PressKey("Escape");
+    });
+    desktop.MessageBox("You're database is corrupted. Download the last version\r"
+                       "of the catalogue and run the program. Would you like to go to\r"
+                       "the download page now?",
+                       Buttons::YesNo, "Corrupted file", BoxIcon::Exclamation);
+    tests::WhenModal([](QWidget &box) {
+        EXPECT_TRUE(tests::NamelessControls(box).empty()) << tests::NamelessControls(box).front();
+        tests::KeepScreenshot(box, "inputbox");
+        tests::PressKey("Escape");
+    });
+    desktop.InputBox("Type the name of the playlist:", "Playlist", "My songs");
+}
+
+} // namespace
