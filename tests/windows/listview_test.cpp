@@ -1,10 +1,12 @@
 #include "tests/windows/bench.h"
 #include "ui/qt/listview.h"
 
+#include <gtest/gtest.h>
+
 #include <QHeaderView>
 #include <QMimeData>
+#include <QProcess>
 #include <QUrl>
-#include <gtest/gtest.h>
 
 namespace
 {
@@ -174,7 +176,12 @@ TEST_F(ListViewTest, RightButtonAndMenuKeyAskForTheMenu)
     EXPECT_EQ(events, "Menu -1;");
     tests::ClickAt(*view.viewport(), Row(1));
     events.clear();
-    tests::PressKey("Menu");
+    // The window system itself makes the request out of the key.
+    QProcess::execute(QStringLiteral("xdotool"), {QStringLiteral("key"), QStringLiteral("Menu")});
+    EXPECT_TRUE(tests::WaitUntil([this] { return !events.empty(); }));
+    EXPECT_EQ(events, "Menu 1 by key;");
+    events.clear();
+    tests::PressKey("Shift+F10");
     EXPECT_EQ(events, "Menu 1 by key;");
 }
 
@@ -183,7 +190,7 @@ TEST_F(ListViewTest, TypingFindsARowByItsFirstVisibleText)
     view.setFocus();
     tests::TypeText("bl");
     EXPECT_EQ(Selection(), "/3");
-    EXPECT_EQ(events, "ItemClick;Click;ItemClick;Click;");
+    EXPECT_EQ(events, "ItemClick;Click;"); // the second letter stays on the row
     list.SetColumnWidth("Title", 0);
     tests::LetRun(QApplication::keyboardInputInterval() + 50);
     tests::TypeText("/music/so");

@@ -1,9 +1,10 @@
 #include "tests/windows/bench.h"
 #include "ui/qt/treeview.h"
 
-#include <QScrollBar>
-#include <QToolTip>
 #include <gtest/gtest.h>
+
+#include <QHelpEvent>
+#include <QToolTip>
 
 namespace
 {

@@ -291,6 +291,10 @@ void ListView::keyPressEvent(QKeyEvent *event)
             m_list.onDblClick();
         return;
     }
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+        AskForMenuByKey();
+        return;
+    }
     m_selectionChanged = false;
     QTreeView::keyPressEvent(event);
     if (!std::exchange(m_selectionChanged, false))
@@ -304,7 +308,13 @@ void ListView::keyPressEvent(QKeyEvent *event)
 // The mouse's own request came with the press; here is that of the menu key.
 void ListView::contextMenuEvent(QContextMenuEvent *event)
 {
-    if (event->reason() == QContextMenuEvent::Mouse || !onMenuAsked)
+    if (event->reason() != QContextMenuEvent::Mouse)
+        AskForMenuByKey();
+}
+
+void ListView::AskForMenuByKey()
+{
+    if (!onMenuAsked)
         return;
     const QRect row = visualRect(currentIndex());
     const QPoint place = viewport()->mapToGlobal(

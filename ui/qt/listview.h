@@ -53,6 +53,7 @@ private:
     void ShowSelection();
     void TakeSelection();
     void Changed(ui::ListChange change);
+    void AskForMenuByKey();
     int SearchColumn() const;
     bool RowBeginsWith(int displayIndex, int column, const QString &text) const;
 
