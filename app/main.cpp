@@ -1,4 +1,52 @@
-int main()
+#include "app/options.h"
+#include "app/terminalrun.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+
+namespace
 {
-    return 0;
+
+constexpr int kWrongUsage = 2;
+
+// A file that is opened while one of these is closed would take its number, and messages would be
+// written into it.
+void OpenStandardStreams()
+{
+    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (fcntl(fd, F_GETFD) < 0)
+            open("/dev/null", fd == STDIN_FILENO ? O_RDONLY : O_WRONLY);
+}
+
+int Print(std::string_view text, std::FILE *stream, int status)
+{
+    std::fwrite(text.data(), 1, text.size(), stream);
+    return std::fflush(stream) == 0 ? status : 1;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    OpenStandardStreams();
+    std::signal(SIGPIPE, SIG_IGN); // a reader that went away does not stop a job in its middle
+    const auto options =
+        app::ParseOptions(std::vector<std::string>(argv + (argc > 0), argv + argc));
+    switch (options.job) {
+    case app::Job::Help:
+        return Print(app::UsageText(), stdout, 0);
+    case app::Job::Version:
+        return Print(app::VersionText(), stdout, 0);
+    case app::Job::Mistake:
+        return Print("quenlin: " + options.mistake + "\n" + std::string(app::UsageText()), stderr,
+                     kWrongUsage);
+    case app::Job::Window:
+        return Print(app::UsageText(), stderr, kWrongUsage);
+    case app::Job::Batch:
+    case app::Job::Regenerate:
+        return app::RunInTerminal(options);
+    }
 }
