@@ -1,5 +1,8 @@
 #include "app/options.h"
 #include "app/terminalrun.h"
+#ifdef QUENLIN_HAS_WINDOWS
+#include "app/windowrun.h"
+#endif
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -44,6 +47,10 @@ int main(int argc, char **argv)
         return Print("quenlin: " + options.mistake + "\n" + std::string(app::UsageText()), stderr,
                      kWrongUsage);
     case app::Job::Window:
+#ifdef QUENLIN_HAS_WINDOWS
+        if (app::HasDisplay())
+            return app::RunInWindows(argc, argv);
+#endif
         return Print(app::UsageText(), stderr, kWrongUsage);
     case app::Job::Batch:
     case app::Job::Regenerate:

@@ -1,5 +1,7 @@
 #include "browser/frmMain.h"
 
+#include "platform/machine.h"
+#include "platform/windows.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/elidedlabel.h"
 #include "ui/qt/icons.h"
@@ -83,6 +85,8 @@ void frmMainWindow::FillCalls()
                         ui::TwipsOfPixels(place.width()), ui::TwipsOfPixels(place.height())};
     };
     m_form.calls.showWindow = [this] {
+        if (platform::Windows *windows = platform::TheMachine().windows; windows != nullptr)
+            windows->CheckNonModal();
         PlaceWindow();
         show();
         m_tree->setFocus();
@@ -169,8 +173,11 @@ void frmMainWindow::LearnPlace()
     if (m_form.minimised)
         return;
     ui::Rect &place = m_form.window;
-    place.left = ui::TwipsOfPixels(x());
-    place.top = ui::TwipsOfPixels(y());
+    platform::Windows *windows = platform::TheMachine().windows;
+    if (windows == nullptr || windows->KnowsPlaces()) {
+        place.left = ui::TwipsOfPixels(x());
+        place.top = ui::TwipsOfPixels(y());
+    }
     place.width = ui::TwipsOfPixels(m_client->width() + kFrameWidthPixels);
     place.height = ui::TwipsOfPixels(m_client->height() + kFrameHeightPixels);
     m_form.scaleWidth = ui::TwipsOfPixels(m_client->width());

@@ -1,0 +1,40 @@
+// app/singleinstance.h - one running program per user and catalogue; a second start calls the
+// first.
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <string>
+
+class QSocketNotifier;
+
+namespace app
+{
+
+class SingleInstance : public QObject
+{
+public:
+    // `programFolder` tells which catalogue. Errors: none; without a place for the socket every
+    // start counts as the first.
+    explicit SingleInstance(const std::string &programFolder);
+    ~SingleInstance() override;
+
+    // True when this is the first; it then listens, and `onCalled` runs for each later start.
+    bool IsFirst() const { return m_first; }
+
+    // Asks the first one to come forward, and hands on the desktop's leave to do so.
+    void CallFirst() const;
+
+    std::function<void()> onCalled;
+
+private:
+    void Listen();
+    void Answer();
+
+    std::string m_path; // of the socket; its lock file has ".lock" behind it
+    int m_lock = -1, m_socket = -1;
+    bool m_first = true;
+    QSocketNotifier *m_notifier = nullptr; // owned by this object
+};
+
+} // namespace app

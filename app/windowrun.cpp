@@ -1,0 +1,241 @@
+#include "app/windowrun.h"
+
+#include "app/programhome.h"
+#include "app/singleinstance.h"
+#include "browser/fieldtree.h"
+#include "browser/frmMain.h"
+#include "catalogue/adoclass.h"
+#include "catalogue/regeneration.h"
+#include "catalogue/rowgroups.h"
+#include "platform/appid.h"
+#include "platform/endrequest.h"
+#include "platform/machine.h"
+#include "platform/posix/desktopfiletypes.h"
+#include "platform/posix/inisettings.h"
+#include "platform/posix/mountdrives.h"
+#include "platform/posix/systemclock.h"
+#include "platform/posix/userfolders.h"
+#include "platform/qt/qtdesktop.h"
+#include "platform/qt/qtwindows.h"
+#include "platform/qt/theme.h"
+#include "runtime/error.h"
+#include "shell/apppath.h"
+#include "shell/frmSplash.h"
+#include "shell/globals.h"
+#include "shell/startup.h"
+#include "ui/qt/icons.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QPointer>
+#include <QTimer>
+#include <cstdlib>
+
+namespace app
+{
+
+namespace
+{
+
+constexpr int kSignalPollMs = 100; // how soon a signal's wish for the end is seen
+
+// An event loop in which an error that no handler took is shown, and the program goes on.
+class Application : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject *receiver, QEvent *event) override
+    {
+        try {
+            return QApplication::notify(receiver, event);
+        } catch (const runtime::RuntimeError &error) {
+            shell::ShowRuntimeError(error);
+        }
+        return false;
+    }
+};
+
+// The ports of a desktop, in use while this lives.
+class WindowMachine
+{
+public:
+    WindowMachine()
+    {
+        platform::Machine &machine = platform::TheMachine();
+        machine.desktop = &m_desktop;
+        machine.settings = &m_settings;
+        machine.fileTypes = &m_fileTypes;
+        machine.drives = &m_drives;
+        machine.clock = &m_clock;
+        machine.windows = &m_windows;
+        // What one turn of the event loop stored goes to the file before the next one is waited
+        // for.
+        QObject::connect(QAbstractEventDispatcher::instance(),
+                         &QAbstractEventDispatcher::aboutToBlock, &m_turns,
+                         [this] { m_settings.Flush(); });
+    }
+
+    ~WindowMachine()
+    {
+        catalogue::DataAccess.reset();
+        catalogue::CloseCatalogue();
+        m_settings.Flush();
+        platform::TheMachine() = platform::Machine();
+    }
+
+    WindowMachine(const WindowMachine &) = delete;
+    WindowMachine &operator=(const WindowMachine &) = delete;
+
+private:
+    platform::qt::QtDesktop m_qt;
+    catalogue::GroupClosingDesktop m_desktop{m_qt};
+    platform::posix::IniSettings m_settings{platform::posix::ConfigHome()};
+    platform::posix::DesktopFileTypes m_fileTypes{platform::posix::DataHome()};
+    platform::posix::MountDrives m_drives;
+    platform::posix::SystemClock m_clock;
+    platform::qt::QtWindows m_windows;
+    QObject m_turns;
+};
+
+// The windows of one run.
+struct Windows {
+    std::unique_ptr<browser::frmMainWindow> main;
+    QPointer<shell::frmSplash> splash; // deletes itself
+    bool ended = false;                // the main form was unloaded
+};
+
+void LoadMainWindow(Windows &windows)
+{
+    browser::MainForm &form = browser::frmMain();
+    windows.main = std::make_unique<browser::frmMainWindow>(form);
+    form.calls.showAbout = [] { (new shell::frmSplash({}))->ShowSplash(true); };
+    form.calls.unloadForms = [] {
+        for (QWidget *window : QApplication::topLevelWidgets())
+            window->hide();
+    };
+    form.calls.endProgram = [&windows] {
+        windows.ended = true;
+        QApplication::quit();
+    };
+    browser::LoadMainForm(form);
+}
+
+shell::StartUpWindows StepsOf(Windows &windows)
+{
+    shell::StartUpWindows steps;
+    steps.LoadMainWindow = [&windows] { LoadMainWindow(windows); };
+    steps.ShowWebStyle = [](bool) { browser::ApplyPreferences(browser::frmMain()); };
+    steps.ShowSplash = [&windows] {
+        windows.splash = new shell::frmSplash([] { browser::ShowMainForm(browser::frmMain()); });
+        windows.splash->ShowSplash(false);
+    };
+    steps.ListRefresh = [](bool showProgress) { catalogue::ListRefresh(showProgress); };
+    steps.SizeMainWindow = [] { browser::ShowTreeAndList(browser::frmMain()); };
+    steps.BuildLanguageMenu = [](const std::vector<std::string> &captions) {
+        browser::BuildLanguageMenu(browser::frmMain(), captions);
+    };
+    steps.LoadShellIcons = [] {
+        ui::qt::AddDesktopIcon(".mp3");
+        ui::qt::AddDesktopIcon(".m3u");
+    };
+    steps.LoadTreeView = [](std::string_view field) {
+        browser::LoadTreeView(browser::frmMain(), field);
+    };
+    steps.ArmSplashTimer = [&windows] {
+        if (windows.splash != nullptr)
+            windows.splash->CloseIt.SetEnabled(true);
+    };
+    return steps;
+}
+
+// Ends the program as the user's Quit does: in order, after a running walk's current file.
+void End(Windows &windows)
+{
+    if (windows.ended || windows.main == nullptr)
+        return;
+    if (windows.main->isVisible())
+        browser::CloseMainForm(browser::frmMain());
+    else
+        QApplication::quit(); // still starting: nothing is unsaved
+}
+
+int StartAndRun(Windows &windows)
+{
+    const std::optional<int> status = shell::Main({}, StepsOf(windows));
+    if (status || windows.ended)
+        return status.value_or(0);
+    return QApplication::exec();
+}
+
+// Runs the program; whatever way it ends, the windows are gone before the ports.
+int RunFirst(Windows &windows)
+{
+    int status = shell::kRefused;
+    try {
+        status = StartAndRun(windows);
+    } catch (const runtime::RuntimeError &error) {
+        shell::ShowRuntimeError(error);
+    }
+    delete windows.splash.data();
+    shell::TheGlobals().lblProgress.captionChanged = nullptr;
+    windows.main.reset();
+    browser::ResetMainForm();
+    return status;
+}
+
+void ComeForward(const Windows &windows)
+{
+    if (windows.main == nullptr || !windows.main->isVisible())
+        return;
+    if (windows.main->isMinimized())
+        windows.main->showNormal();
+    windows.main->raise();
+    windows.main->activateWindow();
+}
+
+} // namespace
+
+bool HasDisplay()
+{
+    for (const char *name : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"})
+        if (const char *value = std::getenv(name); value != nullptr && *value != '\0')
+            return true;
+    return false;
+}
+
+int RunInWindows(int argc, char **argv)
+{
+    Application application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("quenlin"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Quenlin"));
+    QGuiApplication::setDesktopFileName(QString::fromLatin1(platform::kApplicationId));
+    QApplication::setQuitOnLastWindowClosed(false); // the splash closes before the window shows
+    const platform::qt::Theme theme;
+    const WindowMachine machine;
+    Windows windows;
+    platform::WatchForEndRequest();
+    try {
+        SettleIn();
+    } catch (const runtime::RuntimeError &error) {
+        shell::ShowRuntimeError(error);
+        return shell::kRefused;
+    }
+    SingleInstance instance(shell::GetAppPath());
+    if (!instance.IsFirst()) {
+        instance.CallFirst();
+        return 0;
+    }
+    instance.onCalled = [&windows] { ComeForward(windows); };
+    QTimer signalWatch;
+    QObject::connect(&signalWatch, &QTimer::timeout, &signalWatch, [&windows] {
+        if (platform::IsEndRequested())
+            End(windows);
+    });
+    signalWatch.start(kSignalPollMs);
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &application,
+                     [&windows] { End(windows); });
+    return RunFirst(windows);
+}
+
+} // namespace app

@@ -1,0 +1,191 @@
+#include "shell/frmSplash.h"
+
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "platform/windows.h"
+#include "shell/globals.h"
+#include "shell/version.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/qttext.h"
+
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace shell
+{
+
+namespace
+{
+
+constexpr int kPictureHeight = 250; // pixels; the picture is as wide as the window
+constexpr int kMargin = 14;         // pixels around what stands below it
+
+// A label that opens an address when it is clicked or its Enter key is pressed.
+class AddressLabel : public QPushButton
+{
+public:
+    AddressLabel(const QString &text, QWidget *parent) : QPushButton(text, parent)
+    {
+        setFlat(true);
+        setCursor(Qt::PointingHandCursor);
+        QPalette colours = palette();
+        colours.setColor(QPalette::ButtonText, colours.color(QPalette::Link));
+        setPalette(colours);
+    }
+};
+
+ui::Rect ScreenPlace()
+{
+    const QRect place = QGuiApplication::primaryScreen()->availableGeometry();
+    return {ui::TwipsOfPixels(place.left()), ui::TwipsOfPixels(place.top()),
+            ui::TwipsOfPixels(place.width()), ui::TwipsOfPixels(place.height())};
+}
+
+} // namespace
+
+frmSplash::frmSplash(std::function<void()> showMainForm)
+    : m_showMainForm(std::move(showMainForm)), m_lblProgress(new QLabel(this))
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    ui::qt::Name(this, "frmSplash");
+    setWindowTitle(ui::qt::ToQt(kApplicationTitle));
+    setWindowIcon(QIcon(QStringLiteral(":/icons/app.svg")));
+    CloseIt.event = [this] { close(); };
+    ui::qt::BindTimer(CloseIt, this);
+    Load();
+}
+
+frmSplash::~frmSplash() = default;
+
+QLabel *frmSplash::AddLabel(const char *name, const QString &text)
+{
+    auto *label = new QLabel(this);
+    ui::qt::Name(label, name);
+    label->setTextFormat(Qt::PlainText);
+    label->setText(text);
+    label->setAccessibleDescription(text);
+    return label;
+}
+
+// The picture and the version, which both roles show, and what each shows below them.
+void frmSplash::Load()
+{
+    const QSize size(ui::PixelsOfTwips(kSplashWidth), kPictureHeight);
+    auto *picture = new QLabel(this);
+    ui::qt::Name(picture, "imgLogo");
+    picture->setGeometry(QRect(QPoint(), size));
+    picture->setPixmap(
+        QIcon(QStringLiteral(":/pictures/splash.svg")).pixmap(size, devicePixelRatioF()));
+    QLabel *version = AddLabel(
+        "LabVers", ui::qt::ToQt(VersionCaption(kProgramVersion.major, kProgramVersion.minor,
+                                               kProgramVersion.patch)));
+    QPalette white = version->palette();
+    white.setColor(QPalette::WindowText, Qt::white); // it stands on the picture's dark ground
+    version->setPalette(white);
+    version->setAlignment(Qt::AlignRight);
+    version->setGeometry(ui::PixelsOfTwips(kSplashWidth) - 214, kPictureHeight - 30, 200, 20);
+    BuildProgress();
+    BuildAbout(LoadSplashTexts());
+}
+
+void frmSplash::BuildProgress()
+{
+    ui::qt::Name(m_lblProgress, "lblProgress");
+    m_lblProgress->setTextFormat(Qt::PlainText);
+    const int height = ui::PixelsOfTwips(kSplashHeight) - kPictureHeight;
+    m_lblProgress->setGeometry(kMargin, kPictureHeight,
+                               ui::PixelsOfTwips(kSplashWidth) - 2 * kMargin, height);
+    ui::Label &progress = TheGlobals().lblProgress;
+    progress.captionChanged = [] { platform::TheMachine().desktop->DoEvents(); };
+    ui::qt::Bind(progress, m_lblProgress, [this, &progress] {
+        m_lblProgress->setText(ui::qt::LabelText(progress.Caption()));
+        m_lblProgress->setAccessibleDescription(m_lblProgress->text());
+        m_lblProgress->repaint();
+    });
+}
+
+void frmSplash::BuildAbout(const SplashTexts &texts)
+{
+    m_about = new QWidget(this);
+    ui::qt::Name(m_about, "About");
+    m_about->setGeometry(0, kPictureHeight, ui::PixelsOfTwips(kSplashWidth),
+                         ui::PixelsOfTwips(kAboutHeight) - kPictureHeight);
+    auto *grid = new QGridLayout(m_about);
+    grid->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin);
+    grid->addWidget(AddLabel("lblProgrammed", ui::qt::ToQt(texts.programmedBy)), 0, 0, 1, 2);
+    grid->addWidget(AddLabel("lblMail", ui::qt::ToQt(texts.email)), 1, 0);
+    auto *address = new AddressLabel(ui::qt::ToQt(kSupportAddress), m_about);
+    ui::qt::Name(address, "lblEmail");
+    connect(address, &QPushButton::clicked, this,
+            [] { platform::TheMachine().desktop->OpenAddress(SupportMailAddress(), "C:\\"); });
+    grid->addWidget(address, 1, 1, Qt::AlignLeft);
+    grid->setRowStretch(2, 1);
+    AddTranslation(grid, texts);
+    auto *history = new QPushButton(ui::qt::MenuText(texts.historyButton), m_about);
+    ui::qt::Name(history, "cmdHistory");
+    history->setEnabled(false); // until the history's window is built
+    m_cmdOk = new QPushButton(ui::qt::MenuText(texts.okButton), m_about);
+    ui::qt::Name(m_cmdOk, "cmdOk");
+    connect(m_cmdOk, &QPushButton::clicked, this, &QWidget::close);
+    grid->addWidget(history, 3, 2);
+    grid->addWidget(m_cmdOk, 3, 3);
+    grid->setColumnStretch(1, 1);
+}
+
+// The language file's credits; without a file there is nobody to thank.
+void frmSplash::AddTranslation(QGridLayout *grid, const SplashTexts &texts)
+{
+    if (texts.translator.empty() && texts.translatedBy.empty())
+        return;
+    auto *frame = new QGroupBox(ui::qt::MenuText(texts.title), m_about);
+    ui::qt::Name(frame, "frmTranslation");
+    auto *lines = new QVBoxLayout(frame);
+    lines->addWidget(AddLabel("lblTranslatedBy", ui::qt::ToQt(texts.translatedBy)));
+    lines->addWidget(AddLabel("lblTranslator", ui::qt::ToQt(texts.translator)));
+    grid->addWidget(frame, 0, 2, 3, 2);
+}
+
+void frmSplash::ShowSplash(bool about)
+{
+    if (platform::TheMachine().windows != nullptr)
+        platform::TheMachine().windows->CheckNonModal();
+    m_look = LookOfSplash(about);
+    setWindowFlags(about ? Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint
+                         : Qt::SplashScreen | Qt::FramelessWindowHint);
+    const ui::Rect place = Centred(m_look.width, m_look.height, ScreenPlace());
+    setFixedSize(ui::PixelsOfTwips(place.width), ui::PixelsOfTwips(place.height));
+    move(ui::PixelsOfTwips(place.left), ui::PixelsOfTwips(place.top));
+    m_lblProgress->setVisible(m_look.progressVisible);
+    m_about->setVisible(about);
+    show();
+    if (about)
+        m_cmdOk->setFocus();
+    else
+        platform::TheMachine().desktop->DoEvents();
+}
+
+void frmSplash::closeEvent(QCloseEvent *event)
+{
+    event->accept();
+    CloseIt.SetEnabled(false);
+    hide();
+    UnloadSplash(m_look.height, std::exchange(m_showMainForm, nullptr));
+}
+
+void frmSplash::keyPressEvent(QKeyEvent *event)
+{
+    if (m_look.keyPreview && event->key() == Qt::Key_Escape)
+        close();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+} // namespace shell
