@@ -13,6 +13,7 @@
 #include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
+#include "tests/support/fakeports.h"
 #include "tests/support/memorysettings.h"
 #include "tests/support/testfolder.h"
 
@@ -189,6 +190,8 @@ protected:
     TestFolder folder;
     MemorySettings settings;
     FakeDesktop desktop;
+    FakeClock clock;
+    FakeDrives drives;
 };
 
 } // namespace tests

@@ -1,0 +1,460 @@
+#include "runtime/error.h"
+#include "shell/splash.h"
+#include "tests/browser/formfixture.h"
+
+namespace
+{
+
+using namespace browser;
+using MainFormTest = tests::FormTest;
+
+TEST_F(MainFormTest, LoadingLeavesAnEmptyPanelAndDisabledFileCommands)
+{
+    MainForm &form = Form();
+    int checks = 0;
+    form.calls.tmrAutoCheckVersion = [&] { ++checks; };
+    Loaded();
+    EXPECT_EQ(checks, 1);
+    EXPECT_EQ(form.WebItemName.Caption() + form.WebItemType.Caption() + form.lblInfo.Caption() +
+                  form.lblWebFolder.Caption() + form.WebToolTip.Caption(),
+              "");
+    EXPECT_FALSE(form.ImgIcon.HasPicture());
+    EXPECT_TRUE(form.ShowSelectedItems.Enabled());
+    EXPECT_EQ(form.lblAddress.Caption(), "Address");
+    EXPECT_EQ(form.WEPath.Left(), form.lblAddress.Left() + 700 + 200); // 7 characters of 100
+    EXPECT_TRUE(form.listHooked);
+    EXPECT_EQ(form.logo->Caption, "Quenlin");
+    EXPECT_EQ(form.logo->EndColor(), 0xFF0000U);
+    for (const auto name : FileCommands())
+        EXPECT_FALSE(form.FindButton(name)->Enabled()) << name;
+}
+
+TEST_F(MainFormTest, WhatIsNotBuiltStaysDisabledWhateverEnablesIt)
+{
+    MainForm &form = Loaded();
+    SetFileCommandsEnabled(form, true);
+    for (const auto name : CommandsNotBuilt()) {
+        if (const ui::Command *entry = form.FindMenu(name); entry != nullptr) {
+            EXPECT_FALSE(entry->Enabled()) << name;
+        }
+        if (const ui::Command *button = form.FindButton(name); button != nullptr) {
+            EXPECT_FALSE(button->Enabled()) << name;
+        }
+        EXPECT_NO_THROW(RunCommand(form, name)) << name;
+    }
+    for (const PopupEntry &entry : form.cp)
+        EXPECT_EQ(entry.enabled, entry.key == "fOptions") << entry.key;
+    // Every command that is enabled has code behind it.
+    for (const MenuLine &line : MenuLines()) {
+        const bool command = !line.parent.empty() && line.caption != "-" && !line.submenu;
+        if (command && form.FindMenu(line.name)->Enabled() && line.name != "submnuLng(0)") {
+            EXPECT_TRUE(form.handlers.contains(std::string(line.name) + "_Click")) << line.name;
+        }
+    }
+}
+
+TEST_F(MainFormTest, TheLanguageWalk)
+{
+    tests::WriteFile(folder / "x.qlt",
+                     "[Menus]\nFile=&Datei\n[OptionMenus]\nFileInfo=  &Info & mehr      Alt+3\n"
+                     "Exit=&Ende\nSearch=\n[PopUpMenu]\nFileOptions=Dateien\nStopSong=S&top\n");
+    shell::TheGlobals().LanguageFilePath = folder / "x.qlt";
+    MainForm &form = Loaded();
+    EXPECT_EQ(form.FindMenu("mnuFile")->Caption(), "&Datei");
+    EXPECT_EQ(form.FindMenu("mnuTools")->Caption(), "&Tools");
+    EXPECT_EQ(form.FindMenu("submnuFileInfo")->Caption(), "&Info & mehr      Alt+3");
+    EXPECT_EQ(form.FindButton("submnuFileInfo")->Caption(), "Info  mehr");
+    EXPECT_EQ(form.FindButton("submnuExit")->Caption(), "Ende");
+    EXPECT_EQ(form.FindMenu("submnuSearch")->Caption(), ""); // an empty value blanks it
+    EXPECT_EQ(form.FindButton("submnuShowLyricsCurrentSong")->Caption(),
+              "Show Lyrics Current Song");
+    EXPECT_EQ(form.FindMenu("submnuFileHyphen")->Caption(), "-");
+    EXPECT_EQ(form.FindMenu("g")->Caption(), "-");
+    ASSERT_EQ(form.cp.size(), 9U);
+    EXPECT_EQ(form.cp[0].caption, "-Dateien");
+    EXPECT_EQ(form.cp[8].caption, "S&top");
+}
+
+TEST_F(MainFormTest, InEnglishTheTooltipLosesMarkAndShortcut)
+{
+    MainForm &form = Loaded();
+    EXPECT_EQ(form.FindButton("submnuFileInfo")->Caption(), "File Info");
+    EXPECT_EQ(form.FindButton("submnuExit")->Caption(), "Quit");
+}
+
+TEST_F(MainFormTest, CommandsAreFoundByNameWithoutRegardToCase)
+{
+    MainForm &form = Loaded();
+    int about = 0;
+    form.calls.showAbout = [&] { ++about; };
+    RunCommand(form, "submnuAbout");
+    RunCommand(form, "SUBMNUABOUT");
+    EXPECT_EQ(about, 2);
+    try {
+        RunCommand(form, "submnuNoSuch");
+        FAIL() << "no error";
+    } catch (const runtime::RuntimeError &error) {
+        EXPECT_EQ(error.number, runtime::kMemberNotFound);
+    }
+}
+
+TEST_F(MainFormTest, AltAnd3IsTheOnlyKey)
+{
+    MainForm &form = Loaded();
+    int opened = 0;
+    form.handlers["submnuFileInfo_Click"] = [&] { ++opened; };
+    EXPECT_TRUE(Form_KeyDown(form, '3', true));
+    EXPECT_EQ(opened, 0); // not built
+    form.notBuilt.clear();
+    EXPECT_TRUE(Form_KeyDown(form, '3', true)); // also while its entry is disabled
+    EXPECT_EQ(opened, 1);
+    EXPECT_FALSE(Form_KeyDown(form, '3', false));
+    EXPECT_FALSE(Form_KeyDown(form, '4', true));
+    EXPECT_EQ(opened, 1);
+}
+
+TEST_F(MainFormTest, TheLanguageMenu)
+{
+    MainForm &form = Loaded();
+    BuildLanguageMenu(form, {});
+    EXPECT_FALSE(form.FindMenu("hyLang")->Visible());
+    EXPECT_FALSE(form.FindMenu("submnuLng(0)")->Visible());
+    BuildLanguageMenu(form, {"Deutsch", "A & B"});
+    EXPECT_TRUE(form.FindMenu("hyLang")->Visible());
+    EXPECT_EQ(form.FindMenu("submnuLng(0)")->Caption(), "Deutsch");
+    EXPECT_EQ(form.FindMenu("submnuLng(1)")->Caption(), "A && B");
+    RunCommand(form, "submnuLng(1)");
+    EXPECT_EQ(Setting("Preferences", "Language"), "A & B.qlt");
+    RunCommand(form, "submnuEnglish");
+    EXPECT_EQ(Setting("Preferences", "Language"), "none");
+    RunCommand(form, "submnuEnglish"); // nothing to delete: told all the same
+    ASSERT_EQ(desktop.boxes.size(), 3U);
+    EXPECT_EQ(desktop.boxes[2], "The new language you set would start working the next time you "
+                                "run this app.");
+}
+
+TEST_F(MainFormTest, PagesOpenBelowTheStoredAddress)
+{
+    MainForm &form = Loaded();
+    RunCommand(form, "submnuForums");
+    RunCommand(form, "submnuTutorials");
+    ASSERT_EQ(desktop.opened.size(), 2U);
+    EXPECT_TRUE(desktop.opened[0].ends_with("/Forums/default.asp")) << desktop.opened[0];
+    EXPECT_TRUE(desktop.opened[1].ends_with("/Tutorial%20Index.asp")) << desktop.opened[1];
+    desktop.canOpen = false;
+    EXPECT_THROW(RunCommand(form, "submnuShowHelp"), runtime::RuntimeError);
+}
+
+TEST_F(MainFormTest, WebStyleIsToggledStoredAndLaidOut)
+{
+    MainForm &form = Loaded();
+    RunCommand(form, "submnuWebStyle");
+    EXPECT_FALSE(form.WebStyleOn);
+    EXPECT_FALSE(form.pctWeb.Visible());
+    EXPECT_EQ(form.LV.Left(), -45);
+    EXPECT_EQ(Setting("Preferences", "WebStyle"), "0");
+    RunCommand(form, "submnuWebStyle");
+    EXPECT_TRUE(form.pctWeb.Visible());
+    EXPECT_EQ(Setting("Preferences", "WebStyle"), "1");
+    shell::TheGlobals().WebStyle = false;
+    ApplyPreferences(form);
+    EXPECT_FALSE(form.FindMenu("submnuWebStyle")->Checked());
+}
+
+TEST_F(MainFormTest, AFullLayoutIsSavedAfterOneYield)
+{
+    MainForm &form = Loaded();
+    shell::TheGlobals().InitialTVWidth = 3333;
+    form.window = {10, 20, 12150, 7350};
+    form.scaleWidth = 12000;
+    desktop.yields = 0;
+    desktop.onYield = [&] { EXPECT_EQ(Setting("Last Safe Configuration", "Width"), "none"); };
+    ReDrawForm(form);
+    EXPECT_EQ(desktop.yields, 1);
+    const std::pair<const char *, const char *> want[] = {{"Width", "12150"},
+                                                          {"Height", "7350"},
+                                                          {"Top", "20"},
+                                                          {"Left", "10"},
+                                                          {"Initial TV Width", "3333"}};
+    for (const auto &[key, value] : want)
+        EXPECT_EQ(Setting("Last Safe Configuration", key), value) << key;
+    EXPECT_EQ(Setting("Preferences", "Initial TV Width"), "3333");
+    EXPECT_EQ(Setting("Preferences", "Width"), "none");
+
+    desktop.onYield = nullptr;
+    shell::TheGlobals().InitialTVWidth = -1; // impossible: the last safe one comes back
+    ReDrawForm(form);
+    EXPECT_EQ(form.TV.Width(), 3333);
+}
+
+TEST_F(MainFormTest, AMinimisedOrImpossibleWindowSavesNothing)
+{
+    MainForm &form = Loaded();
+    form.minimised = true;
+    ReDrawForm(form);
+    form.minimised = false;
+    form.window.height = 500;
+    ReDrawForm(form);
+    EXPECT_EQ(Setting("Last Safe Configuration", "Width"), "none");
+}
+
+TEST_F(MainFormTest, TheSplitter)
+{
+    MainForm &form = Loaded();
+    ReDrawForm(form);
+    Separator_MouseMove(form, 500); // not pressed
+    EXPECT_EQ(form.TV.Width(), 3000);
+    Separator_MouseDown(form);
+    desktop.onYield = [&] { EXPECT_FALSE(form.SeparatorDragging); };
+    Separator_MouseMove(form, 500);
+    EXPECT_EQ(form.TV.Width(), 3500);
+    EXPECT_TRUE(form.SeparatorDragging);
+    Separator_MouseMove(form, -99999);
+    EXPECT_EQ(form.TV.Width(), 0);
+    Separator_MouseMove(form, 99999);
+    EXPECT_EQ(form.Separator.Left(), form.scaleWidth - form.Separator.Width());
+    desktop.onYield = [&] { Separator_MouseUp(form); }; // released while it was laid out
+    Separator_MouseMove(form, -6000);
+    EXPECT_FALSE(form.SeparatorDragging);
+}
+
+class Popup : public MainFormTest
+{
+protected:
+    MainForm &WithRows()
+    {
+        MainForm &form = Loaded();
+        form.LV.SetSubItemKeys({"Path"});
+        for (const char *key : {"/0", "/1", "#ABBA"}) {
+            const std::string_view cell = key;
+            form.LV.AddRow(key, "", "", {&cell, 1});
+        }
+        form.calls.showPopup = [this](int left, int top) {
+            ++shown;
+            place = {left, top};
+        };
+        return form;
+    }
+    int shown = 0;
+    std::pair<int, int> place;
+};
+
+TEST_F(Popup, OpensOnlyForTheRightButtonOverAFile)
+{
+    const struct {
+        const char *name;
+        int button;
+        ui::RowId hit, selected;
+        int shown;
+        ui::RowId selectedAfter;
+    } cases[] = {
+        {"left button", 1, 0, 1, 0, 1},
+        {"on another row", 2, 0, 1, 1, 0},
+        {"on a folder", 2, 2, 1, 0, 2},
+        {"on empty space, a file selected", 2, ui::kNoRow, 1, 1, 1},
+        {"on empty space, a folder selected", 2, ui::kNoRow, 2, 0, 2},
+        {"on empty space, nothing selected", 2, ui::kNoRow, ui::kNoRow, 0, ui::kNoRow},
+    };
+    MainForm &form = WithRows();
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        shown = 0;
+        form.PopupFromSearch = true;
+        if (c.selected == ui::kNoRow)
+            form.LV.SetSelection({}, ui::kNoRow);
+        else
+            form.LV.SelectOnly(c.selected);
+        LV_MouseDown(form, c.button, c.hit);
+        EXPECT_EQ(shown, c.shown);
+        EXPECT_EQ(form.LV.SelectedItem(), c.selectedAfter);
+        EXPECT_EQ(form.PopupFromSearch, c.shown == 0);
+    }
+}
+
+TEST_F(Popup, ARightClickDeselectsAllOtherRows)
+{
+    MainForm &form = WithRows();
+    const ui::RowId rows[] = {0, 1, 2};
+    form.LV.SetSelection(rows, 2);
+    LV_MouseDown(form, 2, 1);
+    EXPECT_EQ(form.LV.SelectedCount(), 1);
+    EXPECT_TRUE(form.LV.IsSelected(1));
+}
+
+TEST_F(Popup, StandsBesideTheCursorWithItsStrip)
+{
+    MainForm &form = WithRows();
+    form.window = {100, 200, 12150, 7350};
+    form.calls.cursor = [] { return ui::Rect{5000, 6000, 0, 0}; };
+    form.calls.popupHeights = [] { return std::vector<int>{20, 22, 22}; };
+    std::size_t bands = 0;
+    form.logo->DrawingObject = [&](const ui::StripPlan &plan) { bands = plan.bands.size(); };
+    ShowPop(form);
+    EXPECT_EQ(place, std::make_pair(4700, 5000));
+    EXPECT_EQ(form.picSideBar.Height(), 64 * 15);
+    EXPECT_EQ(bands, 65U);
+}
+
+TEST_F(Popup, RenameExportsAndPlayPlays)
+{
+    MainForm &form = WithRows();
+    std::string ran;
+    form.handlers["cp_Export_Click"] = [&] { ran += "export "; };
+    form.handlers["submnuDuplicateEntry_Click"] = [&] { ran += "duplicate "; };
+    form.calls.playMP3File = [&](std::string_view path, ui::KeyedList &) {
+        ran.append("play ").append(path).append(" ");
+    };
+    form.LV.SelectOnly(1);
+    ClickPopup(form, "Rename");
+    EXPECT_EQ(ran, ""); // not built
+    form.notBuilt.clear();
+    for (const char *key : {"Rename", "Export", "Duplicate", "Play", "fOptions", "nothing"})
+        ClickPopup(form, key);
+    EXPECT_EQ(ran, "export export duplicate play /1 ");
+}
+
+TEST_F(MainFormTest, ListMessagesRaiseThePanelWhileHooked)
+{
+    MainForm &form = Loaded();
+    int raised = 0;
+    form.calls.raisePanel = [&] { ++raised; };
+    for (const int message : {0x20A, 0x115, 0x114, 0x100})
+        ListMessage(form, message);
+    EXPECT_EQ(raised, 2);
+    UnhookList(form);
+    ListMessage(form, 0x20A);
+    EXPECT_EQ(raised, 2);
+}
+
+TEST_F(MainFormTest, TheProgressBarIsLaidOverItsPanelOnce)
+{
+    MainForm &form = Loaded();
+    form.statusBarArea.SetPlace({0, 6000, 12000, 345});
+    ShowProgressBar(form);
+    EXPECT_EQ(form.pbarArea.Place(), (ui::Rect{5040, 40, 1420, 305}));
+    EXPECT_FALSE(form.SB.Panel("PlayingStatus").autoSize);
+    form.SB.SetWidth("Playing", 1000);
+    ShowProgressBar(form);
+    EXPECT_EQ(form.pbarArea.Left(), 5040);
+}
+
+TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
+{
+    MainForm &form = Loaded();
+    settings.values["Quenlin/Preferences/Left"] = "9000";
+    settings.values["Quenlin/Preferences/Width"] = "10000";
+    settings.values["Quenlin/Preferences/Height"] = "no number";
+    std::string order;
+    form.calls.screen = [] { return ui::Rect{0, 0, 15000, 12000}; };
+    form.calls.showWindow = [&] { order += "window "; };
+    form.calls.showTips = [&] { order += "tips "; };
+    form.calls.placed = [&] { order += "layout "; };
+    shell::UnloadSplash(shell::kAboutHeight, [&] { ShowMainForm(form); });
+    EXPECT_EQ(order, ""); // the about box leaves the window alone
+    shell::UnloadSplash(shell::kSplashHeight, [&] { ShowMainForm(form); });
+    EXPECT_EQ(order, "window tips layout ");
+    EXPECT_EQ(form.window, (ui::Rect{5000, 465, 10000, 7350})); // moved onto the screen
+    EXPECT_EQ(form.lblWebFolder.Caption(), "Quenlin");
+    EXPECT_EQ(form.ImgIcon.Image(), "MP3");
+    EXPECT_TRUE(form.ImgOthers[0].Visible());
+    EXPECT_TRUE(form.tmr_Playing.Enabled());
+
+    settings.values["Quenlin/Preferences/Show Tips at Startup"] = "0";
+    order.clear();
+    ShowMainForm(form);
+    EXPECT_EQ(order, "window layout ");
+}
+
+TEST_F(MainFormTest, ClosingSavesThePlacementAndEndsInOrder)
+{
+    MainForm &form = Loaded();
+    form.window = {11, 22, 3333, 4444};
+    shell::TheGlobals().InitialTVWidth = 555;
+    std::string order;
+    form.calls.unloadForms = [&] {
+        EXPECT_EQ(catalogue::DataAccess, nullptr);
+        EXPECT_EQ(form.logo, nullptr);
+        EXPECT_FALSE(form.listHooked);
+        order += "forms ";
+    };
+    form.calls.endProgram = [&] { order += "end"; };
+    RunCommand(form, "submnuExit");
+    EXPECT_EQ(order, "forms end");
+    const std::pair<const char *, const char *> want[] = {{"Width", "3333"},
+                                                          {"Height", "4444"},
+                                                          {"Top", "22"},
+                                                          {"Left", "11"},
+                                                          {"Initial TV Width", "555"}};
+    for (const auto &[key, value] : want)
+        EXPECT_EQ(Setting("Preferences", key), value) << key;
+    EXPECT_EQ(Setting("Last Safe Configuration", "Width"), "none");
+}
+
+TEST_F(MainFormTest, ASecondRegenerationOfAFolderLeavesTreeAndListDisabled)
+{
+    std::filesystem::create_directory(folder / "music");
+    shell::TheGlobals().MP3Directory = folder / "music";
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    RunCommand(form, "submnuRegenerateDatabase");
+    EXPECT_TRUE(form.TV.Enabled() && form.LV.Enabled());
+    EXPECT_FALSE(form.PBar.Visible());
+    RunCommand(form, "submnuRegenerateDatabase");
+    EXPECT_FALSE(form.TV.Enabled() || form.LV.Enabled());
+    EXPECT_TRUE(form.PBar.Visible());
+}
+
+TEST_F(MainFormTest, ClosingDuringARegenerationEndsItAtTheNextFile)
+{
+    std::filesystem::create_directory(folder / "music");
+    for (const char *name : {"music/1.mp3", "music/2.mp3", "music/3.mp3"})
+        tests::WriteFile(folder / name, "no tag");
+    shell::TheGlobals().MP3Directory = folder / "music";
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    int ended = 0;
+    form.calls.endProgram = [&] { ++ended; };
+    bool asked = false;
+    desktop.onYield = [&] {
+        if (!asked && form.SB.Panel("Playing").text.starts_with("Adding: ")) {
+            asked = true;
+            RunCommand(form, "submnuExit");
+            EXPECT_EQ(ended, 0); // not in the middle of the run
+        }
+    };
+    RunCommand(form, "submnuRegenerateDatabase");
+    EXPECT_TRUE(asked);
+    EXPECT_EQ(ended, 1);
+    EXPECT_TRUE(desktop.boxes.empty());
+}
+
+TEST(Splash, RolesTextsAndPlace)
+{
+    EXPECT_EQ(shell::LookOfSplash(false).height, 4980);
+    EXPECT_TRUE(shell::LookOfSplash(false).progressVisible);
+    EXPECT_FALSE(shell::LookOfSplash(false).keyPreview);
+    EXPECT_EQ(shell::LookOfSplash(true).height, 6015);
+    EXPECT_FALSE(shell::LookOfSplash(true).progressVisible);
+    EXPECT_TRUE(shell::LookOfSplash(true).keyPreview);
+    EXPECT_EQ(shell::LookOfSplash(true).width, 7485);
+    EXPECT_EQ(shell::VersionCaption(1, 6, 9), "Ver.:1.6.9");
+    EXPECT_EQ(shell::Centred(7485, 4980, {0, 300, 15000, 12000}),
+              (ui::Rect{3757, 3810, 7485, 4980}));
+    EXPECT_TRUE(shell::SupportMailAddress().starts_with("mailto:"));
+}
+
+TEST_F(MainFormTest, ALanguageFileCreditsItsTranslator)
+{
+    EXPECT_EQ(shell::LoadSplashTexts().translator, "");
+    tests::WriteFile(folder / "x.qlt", "[TranslationInfo]\nTranslator=Ana\nTranslatedBy=Por\n"
+                                       "Title=Traducci\u00F3n\n[Splash]\nOkButton=&Bien\n");
+    shell::TheGlobals().LanguageFilePath = folder / "x.qlt";
+    const shell::SplashTexts texts = shell::LoadSplashTexts();
+    EXPECT_EQ(texts.translator, "Ana");
+    EXPECT_EQ(texts.translatedBy, "Por");
+    EXPECT_EQ(texts.title, "Traducci\u00F3n");
+    EXPECT_EQ(texts.okButton, "&Bien");
+    EXPECT_EQ(texts.historyButton, "&History");
+}
+
+} // namespace
