@@ -1,0 +1,208 @@
+"""Start-up as a process: refusals, the program's folder, the command line, an orderly end."""
+import os
+import shutil
+import signal
+import sqlite3
+import subprocess
+import unittest
+
+from program import BIN, ProgramTest, wait_for
+
+DAMAGED = (b"Corrupted file: You're database is corrupted. Download the last version\n"
+           b"of 'Tessaroon.mdb' and run the 'Tessaroon'. Would you like to go to\n"
+           b"the download page now?\n")
+TOO_OLD = b"Quenlin: You need a newer version of the database to go on.\n"
+
+
+class Refusals(ProgramTest):
+    def refused(self, words, *args):
+        """The program ends with 1 and these words, and leaves the folder as it is."""
+        def state():
+            return {name: self.read(name) for name in os.listdir(self.home)}
+
+        before = state()
+        for arguments in (args,) if args else (("--regenerate", self.music),
+                                               (os.path.join(self.music, "a.mp3"),)):
+            out, err = self.run_program(*arguments, status=1)
+            self.assertEqual(out, b"")
+            self.assertEqual(err, words)
+            self.assertEqual(state(), before)
+
+    def write_catalogue(self, data):
+        with open(self.catalogue(), "wb") as file:
+            file.write(data)
+
+    def change(self, statement):
+        with sqlite3.connect(self.catalogue()) as connection:
+            connection.execute(statement)
+        connection.close()
+
+    def test_absent(self):
+        os.remove(self.catalogue())
+        self.refused(DAMAGED)
+
+    def test_cut_anywhere(self):
+        whole = self.read("MP3s.mdb")
+        for length in (0, 1, 15, 16, 99, 100, 512, 4096, len(whole) // 2, len(whole) - 1):
+            with self.subTest(length):
+                self.write_catalogue(whole[:length])
+                self.refused(DAMAGED)
+
+    def test_no_database(self):
+        whole = self.read("MP3s.mdb")
+        for data in (b"text\n" * 2000, bytes(4096) + whole[4096:]):
+            self.write_catalogue(data)
+            self.refused(DAMAGED)
+
+    def test_a_folder_in_its_place(self):
+        os.remove(self.catalogue())
+        os.mkdir(self.catalogue())
+        _, err = self.run_program("--regenerate", self.music, status=1)
+        self.assertEqual(err, DAMAGED)
+
+    def test_older(self):
+        self.change("UPDATE Validations SET Version = '1.5.9'")
+        self.refused(TOO_OLD)
+
+    def test_table_missing(self):
+        self.change("DROP TABLE Validations")
+        self.refused(TOO_OLD)
+
+    def test_version_that_is_none(self):
+        self.change("UPDATE Validations SET Version = '1.6'")
+        self.refused(b"Quenlin: Run-time error '9':\n\nSubscript out of range\n")
+
+    def test_setting_that_is_no_number(self):
+        folder = os.path.join(self.scratch, "config", "Quenlin")
+        os.makedirs(folder)
+        with open(os.path.join(folder, "settings.ini"), "w", encoding="utf-8") as file:
+            file.write("[Preferences]\nWebStyle=abc\n")
+        self.refused(b"Quenlin: Run-time error '13':\n\nType mismatch\n")
+
+
+class CommandLine(ProgramTest):
+    def test_help_and_version(self):
+        out, err = self.run_program("--help")
+        self.assertTrue(out.startswith(b"Usage: quenlin"))
+        self.assertEqual(err, b"")
+        out, _ = self.run_program("--version", "--nonsense")
+        self.assertRegex(out, rb"^Quenlin \d+\.\d+\.\d+\n$")
+
+    def test_mistakes(self):
+        for args in (["--nonsense"], ["--regenerate"], ["--regenerate", "a", "b"]):
+            with self.subTest(args):
+                out, err = self.run_program(*args, status=2)
+                self.assertEqual(out, b"")
+                self.assertIn(b"Usage: quenlin", err)
+        self.assertEqual(os.listdir(self.home), ["MP3s.mdb"])
+
+    def test_nothing_to_do_without_a_display(self):
+        out, err = self.run_program(status=2)
+        self.assertEqual(out, b"")
+        self.assertIn(b"Usage: quenlin", err)
+
+    def test_relative_paths_are_made_absolute(self):
+        self.song("a.mp3")
+        os.mkdir(os.path.join(self.music, "sub"))
+        for path in ("a.mp3", "./a.mp3", "sub/../a.mp3", "sub//../a.mp3"):
+            self.run_program(path, cwd=self.music)
+        self.assertEqual(self.paths(), [b"a.mp3"])
+
+    def test_closed_standard_streams_do_not_reach_the_catalogue(self):
+        song = self.song("a.mp3")
+        subprocess.run(["sh", "-c", "\"$0\" \"$1\" absent.mp3 <&- >&- 2>&-",
+                        os.path.join(BIN, "quenlin"), song], env=self.env, check=True)
+        self.assertEqual(self.paths(), [b"a.mp3"])
+        self.assert_whole()
+
+    def test_reader_that_goes_away_does_not_stop_the_job(self):
+        self.songs("many", 300)
+        process = self.start("--regenerate", self.music)
+        process.stdout.close()
+        process.stderr.close()
+        process.wait(timeout=60)
+        self.assertEqual(len(self.paths()), 300)
+
+    def test_signal_ends_a_batch_in_order(self):
+        songs = self.songs("many", 5000)
+        process = self.start(*songs)
+        log = self.catalogue() + "-wal"  # rows were written once it has something in it
+        self.assertTrue(wait_for(lambda: os.path.exists(log) and os.path.getsize(log) > 0))
+        process.send_signal(signal.SIGINT)
+        process.communicate(timeout=30)
+        self.assertEqual(process.returncode, 128 + signal.SIGINT)
+        self.assertFalse(os.path.exists(log))
+        self.assert_whole()
+        self.assertLess(len(self.paths()), 5000)
+
+
+class Home(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        prefix = os.path.join(self.scratch, "prefix")
+        os.makedirs(os.path.join(prefix, "bin"))
+        self.program = shutil.copy(os.path.join(BIN, "quenlin"), os.path.join(prefix, "bin"))
+        self.share = os.path.join(prefix, "share", "quenlin")
+        shutil.copytree(self.home, self.share)
+        del self.env["QUENLIN_HOME"]
+        self.user = os.path.join(self.scratch, "data", "quenlin")
+
+    def run_installed(self, *args):
+        return subprocess.run([self.program, *args], env=self.env, stdin=subprocess.DEVNULL,
+                              capture_output=True, check=False, timeout=60)
+
+    def test_first_start_fills_the_users_folder_once(self):
+        done = self.run_installed("--regenerate", self.music)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertTrue(os.path.exists(os.path.join(self.user, "MP3s.mdb")))
+        self.assertEqual(os.listdir(self.share), ["MP3s.mdb"])
+        os.remove(os.path.join(self.user, "MP3s.mdb"))
+        done = self.run_installed("--regenerate", self.music)
+        self.assertEqual((done.returncode, done.stderr), (1, DAMAGED))
+        self.assertFalse(os.path.exists(os.path.join(self.user, "MP3s.mdb")))
+
+    def test_users_folder_that_cannot_be_made_is_told(self):
+        with open(os.path.join(self.scratch, "data"), "w", encoding="utf-8"):
+            pass
+        done = self.run_installed("--regenerate", self.music)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn(b"Run-time error", done.stderr)
+
+    def test_portable_program_keeps_to_its_own_folder(self):
+        bin_folder = os.path.dirname(self.program)
+        with open(os.path.join(bin_folder, "portable"), "w", encoding="utf-8"):
+            pass
+        shutil.copy(os.path.join(self.share, "MP3s.mdb"), bin_folder)
+        done = self.run_installed(self.song("a.mp3"))
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertTrue(os.path.exists(os.path.join(bin_folder, "Solution.txt")))
+        self.assertFalse(os.path.exists(self.user))
+
+    def test_file_types_are_registered_once(self):
+        self.run_installed("--regenerate", self.music)
+        packages = os.path.join(self.scratch, "data", "mime", "packages")
+        names = ["quenlin-integrityreport.xml", "quenlin-languagefile.xml"]
+        self.assertEqual(sorted(os.listdir(packages)), names)
+        before = [os.stat(os.path.join(packages, name)).st_ino for name in names]
+        self.run_installed("--regenerate", self.music)
+        self.assertEqual(before, [os.stat(os.path.join(packages, name)).st_ino for name in names])
+
+
+class Sample(ProgramTest):
+    def test_the_sample_job_runs_in_a_scratch_folder(self):
+        source = os.environ["QUENLIN_SOURCE"]
+        env = dict(self.env, TMPDIR=self.scratch)
+        done = subprocess.run([os.path.join(source, "tools", "sample"),
+                               os.path.join(BIN, "quenlin")], env=env, stdin=subprocess.DEVNULL,
+                              capture_output=True, check=False, timeout=120)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        for words in (b"This file was created with Quenlin", b"This MP3 was added correctly:",
+                      b"These MP3s couldn't be added/updated:", b"Lena Morava", b"./run --help"):
+            self.assertIn(words.replace(b"added correctly", b"updated correctly")
+                          if words.startswith(b"This MP3") else
+                          words.replace(b"These MP3s", b"This MP3"), done.stdout)
+        self.assertEqual(os.listdir(self.home), ["MP3s.mdb"])
+
+
+if __name__ == "__main__":
+    unittest.main()
