@@ -65,10 +65,25 @@ void ShowArea(const ui::Area &area, QWidget *widget)
     const QRect place = PixelRect(area.Place());
     if (widget->geometry() != place)
         widget->setGeometry(place);
+    ShowState(area, widget);
+}
+
+void ShowState(const ui::Area &area, QWidget *widget)
+{
+    constexpr const char *kHadFocus = "hadFocus";
     if (widget->isHidden() == area.Visible())
         widget->setVisible(area.Visible());
-    if (widget->isEnabled() != area.Enabled())
-        widget->setEnabled(area.Enabled());
+    if (widget->isEnabled() == area.Enabled())
+        return;
+    if (!area.Enabled() && widget->hasFocus()) {
+        widget->clearFocus(); // else the toolkit hands it to the next widget for good
+        widget->setProperty(kHadFocus, true);
+    }
+    widget->setEnabled(area.Enabled());
+    if (area.Enabled() && widget->property(kHadFocus).toBool()) {
+        widget->setProperty(kHadFocus, false);
+        widget->setFocus();
+    }
 }
 
 void BindLabel(ui::Label &label, QLabel *widget)

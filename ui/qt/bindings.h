@@ -43,6 +43,10 @@ void Name(QWidget *widget, const char *name);
 // Place, visibility and enabled state of `area`.
 void ShowArea(const ui::Area &area, QWidget *widget);
 
+// Visibility and enabled state alone. The keyboard comes back to a widget that had it when it was
+// disabled.
+void ShowState(const ui::Area &area, QWidget *widget);
+
 // A label's text, plain, wrapped, with its place.
 void BindLabel(ui::Label &label, QLabel *widget);
 

@@ -97,10 +97,7 @@ void ListView::Place()
     place.setLeft(std::min(place.left() + m_leftInset, place.right()));
     if (geometry() != place)
         setGeometry(place);
-    if (isHidden() == m_list.Visible())
-        setVisible(m_list.Visible());
-    if (isEnabled() != m_list.Enabled())
-        setEnabled(m_list.Enabled());
+    ShowState(m_list, this);
 }
 
 void ListView::Changed(ui::ListChange change)

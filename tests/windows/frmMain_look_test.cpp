@@ -1,0 +1,109 @@
+// The main window's look: names for screen readers, themes, scales, small and large contents.
+#include "platform/qt/theme.h"
+#include "tests/windows/mainwindowfixture.h"
+
+#include <gtest/gtest.h>
+
+namespace tests
+{
+
+namespace
+{
+
+class MainWindowScaled : public MainWindowTest
+{
+protected:
+    // Rows of the artist's list, and their node in the tree.
+    void Fill(int count)
+    {
+        constexpr const char *kTitles[] = {"So What",
+                                           "Freddie Freeloader",
+                                           "Blue in Green",
+                                           "All Blues",
+                                           "Waltz for Debby & Friends",
+                                           "A title that goes on and on until it cannot fit"};
+        for (int i = 0; i < count; ++i) {
+            const std::vector<catalogue::Value> values = {
+                std::string(kTitles[i % 6]),
+                std::string("Miles Davis"),
+                std::string("Kind of Blue"),
+                std::string("1959"),
+                std::string("Modal"),
+                std::string("Jazz"),
+                std::string(),
+                Song("Kind of Blue/" + std::to_string(i) + ".mp3"),
+                std::int64_t{0}};
+            catalogue::DataAccess->ExecuteSQL("AddMP3", catalogue::kStoredInsert, values);
+        }
+        browser::LoadTreeView(Form(), "");
+        Form().TV.SetExpanded(Form().TV.Find("ByArtist"), true);
+        Form().TreeJustExpanded = false;
+        Form().TV.ClickText(Form().TV.Find("#MILES DAVIS"));
+        Form().LV.SelectOnly(2);
+        Form().LV.onClick();
+        LetRun(250);
+    }
+};
+
+TEST_F(MainWindowScaled, LightAndDark)
+{
+    Start();
+    Fill(40);
+    KeepScreenshot(*window, "main-light");
+    const QImage light = Screenshot(*window);
+    platform::qt::ApplyPalette(true);
+    LetRun(200);
+    KeepScreenshot(*window, "main-dark");
+    EXPECT_NE(Screenshot(*window), light);
+    platform::qt::ApplyPalette(false);
+    LetRun(200);
+    EXPECT_EQ(Screenshot(*window), light) << "the theme changes back without a trace";
+}
+
+TEST_F(MainWindowScaled, EveryControlHasAName)
+{
+    Start();
+    Fill(20);
+    EXPECT_EQ(NamelessControls(*window), std::vector<std::string>{});
+}
+
+TEST_F(MainWindowScaled, NothingOverlapsAndAllFillsTheWindow)
+{
+    Start();
+    Fill(40);
+    for (const QSize size : {QSize(800, 560), QSize(1000, 640)}) {
+        window->resize(size);
+        LetRun(150);
+        const QWidget &status = *Find(*window, "SB");
+        EXPECT_EQ(status.geometry().bottom(), window->centralWidget()->height() - 1);
+        EXPECT_NEAR(TV().geometry().bottom() + 1, status.y(), 1);
+        EXPECT_NEAR(Find(*window, "pctBorders")->geometry().bottom() + 1, status.y(), 1);
+        EXPECT_NEAR(Find(*window, "pctBorders")->geometry().right() + 1,
+                    window->centralWidget()->width(), 2);
+        EXPECT_GE(Find(*window, "TBAddress")->y() + 4,
+                  Find(*window, "TB")->geometry().bottom() - 4);
+        const QWidget &scroll = *Find(*window, "vsbBack");
+        EXPECT_GE(LV().x(), scroll.isVisible() ? scroll.geometry().right() : 0);
+    }
+}
+
+TEST_F(MainWindowScaled, PanelScrollsByItsBar)
+{
+    Start();
+    Fill(3);
+    window->resize(800, 330);
+    LetRun(150);
+    auto *scroll = Find<QScrollBar>(*window, "vsbBack");
+    ASSERT_TRUE(scroll->isVisible());
+    scroll->setValue(scroll->maximum());
+    EXPECT_LT(Find(*window, "pctWeb")->y(), 0);
+    EXPECT_TRUE(LV().hasFocus()) << "the wheel goes on working";
+    window->resize(800, 900);
+    LetRun(150);
+    EXPECT_FALSE(scroll->isVisible());
+    EXPECT_EQ(Find(*window, "pctWeb")->y(), 0);
+}
+
+} // namespace
+
+} // namespace tests

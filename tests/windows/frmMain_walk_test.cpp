@@ -1,0 +1,207 @@
+// The main window as a user walks through it, by mouse and keys.
+#include "tests/windows/mainwindowfixture.h"
+
+#include <gtest/gtest.h>
+
+#include <QHeaderView>
+#include <QScreen>
+#include <QToolBar>
+
+namespace tests
+{
+
+namespace
+{
+
+using platform::Answer;
+
+TEST_F(MainWindowTest, FromAnEmptyCatalogueToAPlacementFoundAgain)
+{
+    EncodeFour();
+    Start();
+    EXPECT_FALSE(Form().LV.Hint().empty());
+    KeepScreenshot(*window, "main-empty");
+
+    desktop.ExpectBox("There were some 'mistakes'", Answer::No);
+    Regenerate();
+    ASSERT_TRUE(WaitUntil([this] { return Rows().size() == 4; }));
+    EXPECT_TRUE(TV().isEnabled());
+    EXPECT_FALSE(Find(*window, "PBar")->isVisible());
+
+    ClickExpander("ByArtist");
+    EXPECT_EQ(Form().LV.Count(), 0) << "an expander lists nothing";
+    LetRun(QApplication::doubleClickInterval() + 50);
+    ClickNode("#MILES DAVIS");
+    ASSERT_EQ(Form().LV.Count(), 2);
+    EXPECT_EQ(Label("lblWebFolder").text(), QStringLiteral("Miles Davis"));
+    EXPECT_TRUE(Label("WEPath").text().endsWith(QLatin1String("By Artist/Miles Davis")));
+    EXPECT_TRUE(LV().header()->isSectionHidden(2)) << "the artist that all rows share";
+
+    const QHeaderView &header = *LV().header();
+    ClickAt(*header.viewport(), {header.sectionViewportPosition(1) + 20, 8});
+    EXPECT_EQ(Cell(0, 1), "All Blues");
+
+    ClickAt(*LV().viewport(), RowAt(0));
+    ASSERT_TRUE(WaitForText("lblInfo", "Album: Kind of Blue"));
+    EXPECT_EQ(Label("WebItemName").text(), QStringLiteral("All Blues"));
+    EXPECT_EQ(Label("WebItemType").text(), QStringLiteral("MP3 File"));
+    KeepScreenshot(*window, "main-filled");
+
+    PressKey("Shift+Down");
+    ASSERT_TRUE(WaitForText("WebItemType", "2 mp3 filess selected."));
+    EXPECT_TRUE(Label("lblInfo").text().contains(QLatin1String("Miles Davis - So What")));
+
+    ChooseMenu("mnuTools", "submnuWebStyle");
+    EXPECT_FALSE(Find(*window, "pctWeb")->isVisible());
+    EXPECT_EQ(settings.Read("Quenlin", "Preferences", "WebStyle", ""), "0");
+    ChooseMenu("mnuTools", "submnuWebStyle");
+    EXPECT_TRUE(Find(*window, "pctWeb")->isVisible());
+
+    QWidget &separator = *Find(*window, "Separator");
+    const int before = separator.x();
+    Drag(separator, {1, 50}, {61, 50});
+    EXPECT_EQ(separator.x(), before + 61) << "the splitter stands under the pointer";
+    EXPECT_EQ(TV().width(), separator.x());
+
+    window->resize(900, 600);
+    window->move(60, 40);
+    LetRun(150);
+    const QSize size = window->size();
+    const QPoint place = window->pos();
+    PressKey("Ctrl+Q");
+    ASSERT_TRUE(ended);
+    Leave();
+
+    Start();
+    EXPECT_EQ(window->size(), size);
+    EXPECT_EQ(window->pos(), place);
+    EXPECT_EQ(Find(*window, "Separator")->x(), before + 61);
+    EXPECT_GE(Form().TV.Find("#BILL EVANS"), 0) << "the catalogue is there";
+}
+
+TEST_F(MainWindowTest, TitlesAreShownAsTheyStand)
+{
+    EncodeFour();
+    Start();
+    desktop.ExpectBox("There were some 'mistakes'", Answer::No);
+    Regenerate();
+    ClickExpander("ByArtist");
+    LetRun(QApplication::doubleClickInterval() + 50);
+    ClickNode("#BILL EVANS");
+    ClickAt(*LV().viewport(), RowAt(0));
+    ASSERT_TRUE(WaitForText("lblInfo", "Title: Waltz & Debby <b>"));
+    EXPECT_EQ(Label("WebItemName").text(), QStringLiteral("Waltz & Debby <b>"));
+    EXPECT_EQ(Cell(0, 1), "Waltz & Debby <b>");
+}
+
+TEST_F(MainWindowTest, WhatIsNotBuiltIsDisabledEverywhere)
+{
+    EncodeFour();
+    Start();
+    desktop.ExpectBox("There were some 'mistakes'", Answer::No);
+    Regenerate();
+    ClickExpander("ByArtist");
+    LetRun(QApplication::doubleClickInterval() + 50);
+    ClickNode("#MILES DAVIS");
+    ClickAt(*LV().viewport(), RowAt(0));
+    for (const char *name :
+         {"submnuFileInfo", "submnuSearch", "submnuPreferences", "submnuAddFile"})
+        EXPECT_FALSE(window->findChild<QAction *>(QString::fromLatin1(name))->isEnabled()) << name;
+    DoubleClickAt(*LV().viewport(), RowAt(0));
+    EXPECT_EQ(Form().LV.Count(), 2) << "a song is not played yet, and nothing else happens";
+
+    ClickAt(*LV().viewport(), RowAt(1), Qt::RightButton);
+    auto *popup = Find<QMenu>(*window, "Pop");
+    ASSERT_TRUE(WaitUntil([popup] { return popup->isVisible(); }));
+    KeepScreenshot(*popup, "main-popup");
+    EXPECT_EQ(popup->actions().size(), 9);
+    for (const QAction *action : popup->actions())
+        EXPECT_TRUE(action->isSeparator() || !action->isEnabled());
+    popup->close();
+}
+
+TEST_F(MainWindowTest, QuitDuringARegenerationEndsItAtTheNextFile)
+{
+    EncodeFour();
+    Start();
+    int files = 0;
+    desktop.doEvents = [&] {
+        QApplication::processEvents();
+        if (Form().SB.Panel("Playing").text.starts_with("Adding:") && ++files == 2)
+            window->close();
+    };
+    Regenerate();
+    ASSERT_TRUE(WaitUntil([this] { return ended; }));
+    OpenCatalogue(); // the unload has closed it
+    EXPECT_LT(Rows().size(), 4U);
+    EXPECT_FALSE(catalogue::IsRegenerating());
+}
+
+TEST_F(MainWindowTest, KeyboardComesBackAfterARegeneration)
+{
+    Encode("1.mp3", "So What", "Miles Davis", "Kind of Blue");
+    Start();
+    TV().setFocus();
+    Regenerate();
+    EXPECT_TRUE(WaitUntil([this] { return TV().hasFocus(); }));
+}
+
+TEST_F(MainWindowTest, BarLiesOverItsPanelDuringARegeneration)
+{
+    EncodeFour();
+    Start();
+    desktop.ExpectBox("There were some 'mistakes'", Answer::No);
+    QRect bar;
+    bool visible = false;
+    desktop.doEvents = [&] {
+        QApplication::processEvents();
+        if (!Form().SB.Panel("Blank").text.starts_with("2/4") || visible)
+            return;
+        bar = Find(*window, "PBar")->geometry();
+        visible = Find(*window, "PBar")->isVisible();
+        KeepScreenshot(*window, "main-regeneration");
+    };
+    Regenerate();
+    EXPECT_TRUE(visible);
+    EXPECT_NEAR(bar.left(), (5000 + 40) / 15, 1);
+    EXPECT_NEAR(bar.width(), (1500 - 80) / 15, 1);
+}
+
+TEST_F(MainWindowTest, SecondRegenerationOfTheFolderLeavesTreeAndListDisabled)
+{
+    Encode("1.mp3", "So What", "Miles Davis", "Kind of Blue");
+    Start();
+    Regenerate();
+    EXPECT_TRUE(TV().isEnabled());
+    Regenerate();
+    EXPECT_FALSE(TV().isEnabled());
+    EXPECT_FALSE(LV().isEnabled());
+}
+
+TEST_F(MainWindowTest, StoredPlaceOfALargerScreenIsBroughtIntoView)
+{
+    for (const auto &[key, value] : {std::pair("Left", "60000"), std::pair("Top", "60000"),
+                                     std::pair("Width", "90000"), std::pair("Height", "90000")})
+        settings.Write("Quenlin", "Preferences", key, value);
+    Start();
+    LetRun(150);
+    EXPECT_TRUE(window->screen()->geometry().contains(window->frameGeometry().center()));
+    EXPECT_LE(window->width(), window->screen()->geometry().width());
+}
+
+TEST_F(MainWindowTest, LanguageOfAnEntryIsStored)
+{
+    Start();
+    desktop.ExpectBox("The new language you set");
+    auto *menu = Find<QMenu>(*window, "submnuSetLanguage");
+    Q_EMIT menu->aboutToShow();
+    auto *entry = window->findChild<QAction *>(QStringLiteral("submnuLng(0)"));
+    ASSERT_NE(entry, nullptr);
+    EXPECT_EQ(entry->text(), QStringLiteral("Deutsch"));
+    entry->trigger();
+    EXPECT_EQ(settings.Read("Quenlin", "Preferences", "Language", ""), "Deutsch.qlt");
+}
+
+} // namespace
+
+} // namespace tests
