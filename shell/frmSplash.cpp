@@ -27,6 +27,7 @@ namespace
 
 constexpr int kPictureHeight = 250; // pixels; the picture is as wide as the window
 constexpr int kMargin = 14;         // pixels around what stands below it
+constexpr int kTranslationWidth = 210;
 
 // A label that opens an address when it is clicked or its Enter key is pressed.
 class AddressLabel : public QPushButton
@@ -36,7 +37,21 @@ public:
     {
         setFlat(true);
         setCursor(Qt::PointingHandCursor);
-        QPalette colours = palette();
+        TakeColour();
+    }
+
+protected:
+    void changeEvent(QEvent *event) override
+    {
+        QPushButton::changeEvent(event);
+        if (event->type() == QEvent::ApplicationPaletteChange)
+            TakeColour();
+    }
+
+private:
+    void TakeColour()
+    {
+        QPalette colours = QGuiApplication::palette();
         colours.setColor(QPalette::ButtonText, colours.color(QPalette::Link));
         setPalette(colours);
     }
@@ -93,7 +108,9 @@ void frmSplash::Load()
     version->setAlignment(Qt::AlignRight);
     version->setGeometry(ui::PixelsOfTwips(kSplashWidth) - 214, kPictureHeight - 30, 200, 20);
     BuildProgress();
-    BuildAbout(LoadSplashTexts());
+    const SplashTexts texts = LoadSplashTexts();
+    BuildAbout(texts);
+    AddTranslation(texts);
 }
 
 void frmSplash::BuildProgress()
@@ -128,7 +145,6 @@ void frmSplash::BuildAbout(const SplashTexts &texts)
             [] { platform::TheMachine().desktop->OpenAddress(SupportMailAddress(), "C:\\"); });
     grid->addWidget(address, 1, 1, Qt::AlignLeft);
     grid->setRowStretch(2, 1);
-    AddTranslation(grid, texts);
     auto *history = new QPushButton(ui::qt::MenuText(texts.historyButton), m_about);
     ui::qt::Name(history, "cmdHistory");
     history->setEnabled(false); // until the history's window is built
@@ -140,17 +156,22 @@ void frmSplash::BuildAbout(const SplashTexts &texts)
     grid->setColumnStretch(1, 1);
 }
 
-// The language file's credits; without a file there is nobody to thank.
-void frmSplash::AddTranslation(QGridLayout *grid, const SplashTexts &texts)
+// The language file's credits, in both roles; without a file there is nobody to thank.
+void frmSplash::AddTranslation(const SplashTexts &texts)
 {
     if (texts.translator.empty() && texts.translatedBy.empty())
         return;
-    auto *frame = new QGroupBox(ui::qt::MenuText(texts.title), m_about);
+    auto *frame = new QGroupBox(ui::qt::MenuText(texts.title), this);
     ui::qt::Name(frame, "frmTranslation");
+    const int left = ui::PixelsOfTwips(kSplashWidth) - kMargin - kTranslationWidth;
+    frame->setGeometry(left, kPictureHeight + 4, kTranslationWidth,
+                       ui::PixelsOfTwips(kSplashHeight) - kPictureHeight - 8);
+    m_lblProgress->resize(left - 2 * kMargin, m_lblProgress->height());
     auto *lines = new QVBoxLayout(frame);
+    lines->setContentsMargins(8, 2, 8, 4);
+    lines->setSpacing(0);
     lines->addWidget(AddLabel("lblTranslatedBy", ui::qt::ToQt(texts.translatedBy)));
     lines->addWidget(AddLabel("lblTranslator", ui::qt::ToQt(texts.translator)));
-    grid->addWidget(frame, 0, 2, 3, 2);
 }
 
 void frmSplash::ShowSplash(bool about)

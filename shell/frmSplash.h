@@ -7,7 +7,6 @@
 
 #include <QWidget>
 
-class QGridLayout;
 class QLabel;
 class QPushButton;
 
@@ -36,7 +35,7 @@ private:
     QLabel *AddLabel(const char *name, const QString &text);
     void BuildProgress();
     void BuildAbout(const SplashTexts &texts);
-    void AddTranslation(QGridLayout *grid, const SplashTexts &texts);
+    void AddTranslation(const SplashTexts &texts);
 
     std::function<void()> m_showMainForm;
     SplashLook m_look;

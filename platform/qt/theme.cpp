@@ -28,7 +28,7 @@ struct Colours {
         highlightedText, link, tip, tipText, light, midlight, mid, dark, shadow;
 };
 
-constexpr Colours kLight{0xfff4f5f7, 0xffffffff, 0xfff7f8fa, 0xfffafbfc, 0xff1d2127, 0xff9197a1,
+constexpr Colours kLight{0xfff4f5f7, 0xffffffff, 0xfff7f8fa, 0xffe6e9ee, 0xff1d2127, 0xff9197a1,
                          0xff6f7681, 0xff1f6feb, 0xffcfd8e6, 0xffffffff, 0xff0b57c4, 0xff2a2f37,
                          0xfff4f5f7, 0xffffffff, 0xffe9ebef, 0xffbcc2cb, 0xffa3aab5, 0xff767d88};
 constexpr Colours kDark{0xff23262b, 0xff1b1d21, 0xff202328, 0xff2f333a, 0xffe6e9ee, 0xff7d848f,
