@@ -1,0 +1,109 @@
+#!/usr/bin/env python3
+"""The built program in its windows, as a process: placement after SIGTERM, a second start, a refusal."""
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+
+PROGRAM = os.environ["QUENLIN_PROGRAM"]
+SHIPPED = os.environ["QUENLIN_SHIPPED"]
+
+
+def xdotool(*args):
+    return subprocess.run(["xdotool", *args], capture_output=True, text=True).stdout.split()
+
+
+def wait_for(condition, seconds=20):
+    end = time.monotonic() + seconds
+    while time.monotonic() < end:
+        found = condition()
+        if found:
+            return found
+        time.sleep(0.03)
+    return None
+
+
+class WindowedProgram(unittest.TestCase):
+    def setUp(self):
+        self.scratch = pathlib.Path(tempfile.mkdtemp(prefix="quenlin-windowed-"))
+        self.addCleanup(shutil.rmtree, self.scratch, ignore_errors=True)
+        self.home = self.scratch / "home"
+        self.config = self.scratch / "config"
+        self.home.mkdir()
+        (self.config / "Quenlin").mkdir(parents=True)
+        shutil.copy(SHIPPED, self.home / "MP3s.mdb")
+        self.settings = self.config / "Quenlin" / "settings.ini"
+        self.settings.write_text("[Preferences]\nShow Tips at Startup=0\n")
+        self.env = dict(os.environ, QUENLIN_HOME=str(self.home), XDG_CONFIG_HOME=str(self.config),
+                        XDG_DATA_HOME=str(self.scratch / "data"))
+
+    def start(self):
+        process = subprocess.Popen([PROGRAM], env=self.env)
+        self.addCleanup(lambda: process.poll() is None and process.kill())
+        return process
+
+    def main_window(self, process):
+        """The number of the process's main window, once it shows."""
+        def shown():
+            return [w for w in xdotool("search", "--onlyvisible", "--pid", str(process.pid), "--name", "^Quenlin$")
+                    if int(xdotool("getwindowgeometry", "--shell", w)[3].split("=")[1]) > 700]
+        found = wait_for(shown)
+        self.assertTrue(found, "no main window came")
+        return found[0]
+
+    def stored(self):
+        lines = self.settings.read_text().split("[Last Safe")[0].splitlines()
+        return dict(line.split("=", 1) for line in lines if "=" in line)
+
+    def test_sigterm_saves_the_placement_and_ends_in_order(self):
+        process = self.start()
+        window = self.main_window(process)
+        xdotool("windowsize", "--sync", window, "900", "640")
+        time.sleep(0.5)
+        process.send_signal(signal.SIGTERM)
+        self.assertEqual(process.wait(10), 0)
+        # 15 twips to the pixel; the width counts a border of 10 pixels.
+        self.assertEqual(self.stored()["Width"], str((900 + 10) * 15))
+        self.assertEqual(sorted(p.name for p in self.home.iterdir() if p.name.startswith("MP3s")), ["MP3s.mdb"])
+        again = self.start()
+        window = self.main_window(again)
+        geometry = xdotool("getwindowgeometry", "--shell", window)
+        self.assertIn("WIDTH=900", geometry)
+        self.assertIn("HEIGHT=640", geometry)
+        again.terminate()
+        self.assertEqual(again.wait(10), 0)
+
+    def test_second_start_raises_the_first_window_and_ends(self):
+        first = self.start()
+        window = self.main_window(first)
+        xdotool("windowminimize", "--sync", window)
+        self.assertTrue(wait_for(lambda: window not in xdotool("search", "--onlyvisible", "--name", "^Quenlin$")))
+        self.assertEqual(self.start().wait(10), 0)
+        self.assertTrue(wait_for(lambda: window in xdotool("search", "--onlyvisible", "--name", "^Quenlin$")))
+        self.assertIsNone(first.poll())
+        first.terminate()
+        self.assertEqual(first.wait(10), 0)
+
+    def test_sigterm_during_the_splash_ends_as_well(self):
+        process = self.start()
+        self.assertTrue(wait_for(lambda: xdotool("search", "--onlyvisible", "--pid", str(process.pid))))
+        process.terminate()
+        self.assertEqual(process.wait(10), 0)
+
+    def test_damaged_catalogue_is_refused_in_a_box(self):
+        (self.home / "MP3s.mdb").write_bytes(b"")
+        process = self.start()
+        box = wait_for(lambda: xdotool("search", "--onlyvisible", "--name", "Corrupted file"))
+        self.assertTrue(box, "no box came")
+        xdotool("windowactivate", "--sync", box[0])
+        xdotool("key", "Escape")
+        self.assertEqual(process.wait(10), 1)
+        self.assertEqual((self.home / "MP3s.mdb").read_bytes(), b"")
+
+
+if __name__ == "__main__":
+    unittest.main()
