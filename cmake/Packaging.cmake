@@ -20,7 +20,7 @@ execute_process(COMMAND ${GZIP_PROGRAM} -9nkf ${made}/quenlin.1 ${made}/changelo
 install(TARGETS quenlin RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/assets/shipped/ DESTINATION ${CMAKE_INSTALL_DATADIR}/quenlin)
 # The catalogue as the build makes it. The one beside the program in the build tree is in use there.
-install(FILES ${CMAKE_BINARY_DIR}/shipped/MP3s.mdb DESTINATION ${CMAKE_INSTALL_DATADIR}/quenlin OPTIONAL)
+install(FILES ${QUENLIN_SHIPPED_CATALOGUE} DESTINATION ${CMAKE_INSTALL_DATADIR}/quenlin)
 install(FILES ${made}/quenlin.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES ${CMAKE_SOURCE_DIR}/assets/desktop/copyright ${made}/changelog.gz
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/quenlin)
