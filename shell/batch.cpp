@@ -5,6 +5,7 @@
 #include "catalogue/rowgroups.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
+#include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "platform/posix/files.h"
 #include "runtime/error.h"
@@ -107,6 +108,9 @@ void RunBatch(std::string_view arguments)
     Outcomes outcomes;
     catalogue::RowGroups groups;
     for (const std::string &piece : runtime::Split(arguments, "\" \"")) {
+        if (platform::IsEndRequested())
+            break;
+        const platform::EndDeferral untilTheElementIsDone;
         const std::string blanked = runtime::Replace(piece, "\"", " ");
         TakeElement(std::string(runtime::Trim(blanked)), outcomes);
     }
@@ -114,6 +118,7 @@ void RunBatch(std::string_view arguments)
         platform::TheMachine().desktop->MessageBox(lost);
     if (!platform::posix::AppendToFile(AppFile(kSummaryName), FormatSummary(outcomes) + "\r\n"))
         throw runtime::FileError(errno);
+    platform::CheckEndRequest();
 }
 
 } // namespace shell

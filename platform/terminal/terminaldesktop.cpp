@@ -63,11 +63,12 @@ std::optional<std::string> ReadLine()
 {
     std::string line;
     for (char c = 0;;) {
+        CheckEndRequest();
+        if (IsEndRequested()) // the end waits for the job that asks: nobody answers it any more
+            return std::nullopt;
         const ssize_t got = read(STDIN_FILENO, &c, 1);
-        if (got < 0 && errno == EINTR) {
-            CheckEndRequest();
+        if (got < 0 && errno == EINTR)
             continue;
-        }
         if (got <= 0)
             return line.empty() ? std::nullopt : std::optional(line);
         if (c == '\n')

@@ -10,6 +10,7 @@
 
 #include <csignal>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace
@@ -33,6 +34,9 @@ Talk AtATerminal(const std::string &answers, const std::function<int()> &job)
     if (child == 0)
         _exit(job());
     EXPECT_GT(child, 0);
+    char first = 0; // the answers come when the question stands there
+    if (read(master, &first, 1) == 1)
+        talk.output.push_back(first);
     EXPECT_EQ(write(master, answers.data(), answers.size()), static_cast<ssize_t>(answers.size()));
     char buffer[4096];
     for (ssize_t got; (got = read(master, buffer, sizeof buffer)) > 0;)
@@ -161,6 +165,25 @@ TEST(TerminalDesktop, PrintsAnAddressWhereNoDisplayIs)
     });
     EXPECT_EQ(talk.result, 0);
     EXPECT_EQ(talk.output, "http://a.example/\n");
+}
+
+TEST(TerminalDesktop, ASignalEndsAQuestion)
+{
+    const auto ask = [](bool deferred) {
+        return [deferred] {
+            WatchForEndRequest();
+            std::optional<EndDeferral> deferral;
+            if (deferred)
+                deferral.emplace();
+            try {
+                return AskYesNo(); // the person types Ctrl+C
+            } catch (const EndRequested &end) {
+                return 100 + end.signalNo;
+            }
+        };
+    };
+    EXPECT_EQ(AtATerminal("\x03", ask(false)).result, 100 + SIGINT);
+    EXPECT_EQ(AtATerminal("\x03", ask(true)).result, 0);
 }
 
 TEST(TerminalDesktop, EventsBringTheEndThatASignalAskedFor)
