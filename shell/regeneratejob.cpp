@@ -51,15 +51,26 @@ public:
     }
 
 private:
+    // "Playing" says that files are counted, then names each file; "Blank" has the number of files
+    // done, and is empty again at the end of the run. The names are not shown: they may hold what
+    // is no text for a terminal.
     void PanelsChanged()
     {
         const std::string &count = m_bar.Panel("Blank").text;
-        const std::string &playing = m_bar.Panel("Playing").text;
-        if (count.empty() && playing.empty()) {
+        if (!count.empty())
+            Show(count);
+        else if (m_counted)
             End();
+        else if (m_latest.empty())
+            Show(m_bar.Panel("Playing").text);
+        m_counted = !count.empty();
+    }
+
+    void Show(const std::string &text)
+    {
+        if (text == m_latest)
             return;
-        }
-        m_latest = count.empty() ? playing : count;
+        m_latest = text;
         const std::int64_t now = platform::TheMachine().clock->SteadyMs();
         const std::int64_t interval = m_onTerminal ? kTerminalIntervalMs : kPlainIntervalMs;
         if (m_shownAtMs && now - *m_shownAtMs < interval)
@@ -81,6 +92,7 @@ private:
     bool m_onTerminal;
     std::string m_latest; // what there is to show
     std::string m_shown;  // what stands on the screen
+    bool m_counted = false;
     std::optional<std::int64_t> m_shownAtMs;
 };
 
@@ -102,7 +114,8 @@ private:
 
 void PrintSummary(const catalogue::RegenerationSummary &summary)
 {
-    std::printf("%lld MP3 files", static_cast<long long>(summary.files));
+    std::printf("%s%lld MP3 files", summary.stopped ? "Stopped after " : "",
+                static_cast<long long>(summary.files));
     if (summary.failed > 0)
         std::printf(", %lld of them could not be added", static_cast<long long>(summary.failed));
     std::printf("\nReport: %s\n", catalogue::ReportPath().c_str());

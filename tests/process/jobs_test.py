@@ -16,12 +16,13 @@ from program import REPORT, ProgramTest, encode, mp3_bytes  # noqa: E402
 class EncodedFiles(ProgramTest):
     def test_batch_catalogues_what_an_encoder_made(self):
         first, second = (os.path.join(self.music, name) for name in ("one.mp3", "two'.mp3"))
-        encode(first, "-b", "128", "--add-id3v2", "--tt", "First Song", "--ta", "The Artist",
+        encode(first, "-b", "128", "--add-id3v2", "--id3v2-latin1", "--tt", "First Song", "--ta", "The Artist",
                "--tl", "The Album", "--ty", "1999", "--tc", "A comment", "--tg", "Rock")
         encode(second, "-V", "4", "--id3v1-only", "--tt", "Second", "--ta", "Another",
                "--tg", "13")
         out, err = self.run_program(first, second)
         self.assertEqual((out, err), (b"", b""))
+        self.assert_alone()
         stock = subprocess.run(
             ["sqlite3", self.catalogue(),
              "SELECT Title, Artist, Album, Year, Genre, Path, Duplicated FROM MP3s"],
@@ -33,7 +34,6 @@ class EncodedFiles(ProgramTest):
         self.assertTrue(summary.endswith(
             "\r\r  These MP3s were added correctly:\r\r    %s\r    %s\r\r\r\n" % (first, second)),
             summary)
-        self.assert_alone()
 
         self.run_program(first, "relative.mp3", cwd=self.music)
         self.assertTrue(self.read("Solution.txt").decode().endswith(
@@ -44,7 +44,8 @@ class EncodedFiles(ProgramTest):
     def test_regeneration_of_encoded_files(self):
         os.makedirs(os.path.join(self.music, "b"))
         for name in ("z.mp3", "b/a.mp3"):
-            encode(os.path.join(self.music, name), "-b", "64", "--add-id3v2", "--tt", name)
+            encode(os.path.join(self.music, name), "-b", "64", "--add-id3v2", "--id3v2-latin1",
+                   "--tt", name)
         out, err = self.run_program("--regenerate", self.music)
         self.assertEqual(self.paths(), [b"z.mp3", b"b/a.mp3"])
         self.assertIn(os.path.join(self.home, REPORT).encode(), out)
@@ -122,7 +123,7 @@ class Regeneration(ProgramTest):
         self.assertEqual(self.paths(), [b"a.mp3", b"b.mp3"])
         store = os.path.join(self.scratch, "config", "Quenlin")
         os.makedirs(store, exist_ok=True)
-        with open(os.path.join(store, "Quenlin.ini"), "w", encoding="utf-8") as file:
+        with open(os.path.join(store, "settings.ini"), "w", encoding="utf-8") as file:
             file.write("[Preferences]\nDelete Before Append=1\n")
         self.run_program("--regenerate", self.music)
         self.assertEqual(self.paths(), [b"b.mp3"])

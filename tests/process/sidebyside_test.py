@@ -27,11 +27,11 @@ class SideBySide(ProgramTest):
         batches = [self.start(*paths) for paths in lists]
         for batch in batches:
             self.finish(batch)
+        self.assert_alone()
         self.assert_each_once([path for paths in lists for path in paths])
         summary = self.read("Solution.txt")
         self.assertEqual(summary.count(b"These MP3s were added correctly:"), 4)
         self.assertNotIn(b"couldn't", summary)
-        self.assert_alone()
 
     def test_four_batches_of_the_same_files(self):
         paths = self.songs("same", 300)

@@ -47,7 +47,7 @@ LibraryFixture::~LibraryFixture()
 std::vector<std::string> LibraryFixture::Rows() const
 {
     const catalogue::RecordsetPtr records = catalogue::Records(
-        catalogue::DataAccess->ExecuteSQL("SELECT * FROM MP3s", catalogue::kSelect));
+        catalogue::DataAccess->ExecuteSQL("SELECT * FROM MP3s ORDER BY rowid", catalogue::kSelect));
     std::vector<std::string> rows;
     for (; records != nullptr && !records->AtEnd(); records->MoveNext()) {
         std::string row;
