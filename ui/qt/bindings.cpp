@@ -126,12 +126,16 @@ void BindProgress(ui::ProgressBar &bar, QProgressBar *widget)
 {
     widget->setRange(0, 1000);
     widget->setTextVisible(false);
-    Bind(bar, widget, [&bar, widget] {
+    BindCalmly(bar, widget, [&bar, widget] {
         const double max = static_cast<double>(std::max<std::int64_t>(1, bar.Max()));
         const double share = static_cast<double>(bar.Value()) / max;
         widget->setValue(std::clamp(static_cast<int>(share * 1000), 0, 1000));
-        widget->setVisible(bar.Visible());
     });
+    bar.changed = [&bar, widget, calm = bar.changed] {
+        widget->setVisible(bar.Visible()); // a bar comes and goes at once
+        calm();
+    };
+    bar.changed();
 }
 
 void BindTimer(ui::Timer &timer, QObject *owner)

@@ -16,6 +16,7 @@
 #include <QScrollBar>
 #include <QTimer>
 #include <functional>
+#include <memory>
 
 namespace ui
 {
@@ -35,6 +36,31 @@ void Bind(Control &control, QObject *owner, std::function<void()> show)
     QObject::connect(owner, &QObject::destroyed, [&control] { control.changed = nullptr; });
     show();
     control.changed = std::move(show);
+}
+
+// The same for a control that changes faster than anyone can read, as a job's progress does: `show`
+// runs at most 25 times a second, and once more after the last change.
+template <class Control>
+void BindCalmly(Control &control, QObject *owner, std::function<void()> show)
+{
+    constexpr int kFrameMs = 40;
+    auto *frame = new QTimer(owner);
+    frame->setInterval(kFrameMs);
+    auto pending = std::make_shared<bool>(false); // shared by the control's hook and the timer's
+    QObject::connect(frame, &QTimer::timeout, frame, [frame, pending, show] {
+        if (std::exchange(*pending, false))
+            show();
+        else
+            frame->stop();
+    });
+    Bind(control, owner, [frame, pending, show] {
+        if (frame->isActive()) {
+            *pending = true;
+            return;
+        }
+        show();
+        frame->start();
+    });
 }
 
 // Gives a widget its name, for tests, style sheets and screen readers.

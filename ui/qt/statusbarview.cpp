@@ -1,5 +1,6 @@
 #include "ui/qt/statusbarview.h"
 
+#include "ui/qt/bindings.h"
 #include "ui/qt/elidedlabel.h"
 #include "ui/qt/qttext.h"
 #include "ui/twips.h"
@@ -27,13 +28,7 @@ StatusBarView::StatusBarView(ui::StatusBar &bar, QWidget *parent)
         m_labels.push_back(label);
     }
     m_grip->setAccessibleName(QStringLiteral("SizeGrip"));
-    bar.changed = [this] { ShowPanels(); };
-    ShowPanels();
-}
-
-StatusBarView::~StatusBarView()
-{
-    m_bar.changed = nullptr;
+    BindCalmly(bar, this, [this] { ShowPanels(); });
 }
 
 QSize StatusBarView::sizeHint() const

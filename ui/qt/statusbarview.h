@@ -18,7 +18,6 @@ class StatusBarView : public QWidget
 public:
     // `bar` outlives the view, which listens to it until it is destroyed.
     StatusBarView(ui::StatusBar &bar, QWidget *parent);
-    ~StatusBarView() override;
 
     // The height that a line of text needs here, in pixels.
     QSize sizeHint() const override;

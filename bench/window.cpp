@@ -1,0 +1,320 @@
+// What a user waits for in the main window itself: the models and their views, a click on a large
+// value until its rows are painted, sorting, scrolling, the answer to a key in a regeneration.
+// Arguments: a catalogue (copied first, then read), a folder to work in, a folder of songs or "".
+// With "empty" alone: an empty window of the toolkit, until it is painted; the floor of the start.
+#include "browser/fieldtree.h"
+#include "browser/frmMain.h"
+#include "browser/itemlist.h"
+#include "catalogue/adoclass.h"
+#include "catalogue/regeneration.h"
+#include "catalogue/rowgroups.h"
+#include "platform/machine.h"
+#include "platform/posix/mountdrives.h"
+#include "platform/posix/systemclock.h"
+#include "platform/qt/qtdesktop.h"
+#include "platform/settingsstore.h"
+#include "shell/apppath.h"
+#include "shell/globals.h"
+#include "ui/qt/listview.h"
+#include "ui/qt/treeview.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStandardItemModel>
+#include <QTreeWidget>
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <map>
+
+namespace
+{
+
+constexpr int kMany = 100000;
+
+double Ms(const QElapsedTimer &timer)
+{
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+// A store that forgets at the end.
+struct Store : platform::SettingsStore {
+    std::map<std::string, std::string> values;
+
+    std::string Read(std::string_view, std::string_view section, std::string_view key,
+                     std::string_view defaultText) override
+    {
+        const auto found = values.find(std::string(section) + "/" + std::string(key));
+        return found == values.end() ? std::string(defaultText) : found->second;
+    }
+    void Write(std::string_view, std::string_view section, std::string_view key,
+               std::string_view text) override
+    {
+        values[std::string(section) + "/" + std::string(key)] = text;
+    }
+    void Delete(std::string_view, std::string_view section, std::string_view key) override
+    {
+        values.erase(std::string(section) + "/" + std::string(key));
+    }
+    void Flush() override {}
+};
+
+// A user who says No.
+struct Desktop : platform::qt::QtDesktop {
+    platform::Answer MessageBox(std::string_view, platform::Buttons, std::string_view,
+                                platform::BoxIcon) override
+    {
+        return platform::Answer::No;
+    }
+};
+
+void TimeTreeModel()
+{
+    ui::KeyedTree tree;
+    ui::qt::TreeView view(tree, nullptr);
+    view.resize(300, 600);
+    view.show();
+    QApplication::processEvents();
+    tree.Add(ui::kNoNode, "warm", "Warm", "closed"); // the first painting draws the icons
+    tree.Add(0, "warmer", "Warmer", "open");
+    tree.SetExpanded(0, true);
+    view.repaint();
+    tree.BeginUpdate();
+    const ui::NodeId root = tree.Add(ui::kNoNode, "MP3s", "MP3", "closed", "open");
+    for (int i = 0; i < kMany; ++i)
+        tree.Add(root, "@" + std::to_string(i), "Title " + std::to_string(i), "closed", "open");
+    tree.SetExpanded(root, true);
+    QElapsedTimer timer;
+    timer.start();
+    tree.EndUpdate();
+    const double shown = Ms(timer);
+    view.repaint();
+    std::printf("tree of %d nodes: %.2f ms to show, %.2f ms with its painting", kMany, shown,
+                Ms(timer));
+
+    QTreeWidget widget;
+    widget.resize(300, 600);
+    widget.show();
+    QApplication::processEvents();
+    timer.start();
+    auto *top = new QTreeWidgetItem({QStringLiteral("MP3")});
+    QList<QTreeWidgetItem *> items;
+    for (int i = 0; i < kMany; ++i)
+        items.append(new QTreeWidgetItem({QStringLiteral("Title %1").arg(i)}));
+    top->addChildren(items);
+    widget.addTopLevelItem(top);
+    top->setExpanded(true);
+    std::printf("; one item object a node: %.1f ms\n", Ms(timer));
+}
+
+void TimeListModel()
+{
+    ui::KeyedList list;
+    ui::qt::ListView view(list, nullptr);
+    view.resize(800, 600);
+    view.show();
+    QApplication::processEvents();
+    const char *keys[] = {"Icon", "Title", "Artist", "Album", "Year"};
+    for (const char *key : keys)
+        list.AddColumn(key, key, 2000);
+    list.BeginUpdate();
+    list.SetSubItemKeys({"Title", "Artist", "Album", "Year"});
+    const std::string_view cells[] = {"A title", "An artist", "An album", "1999"};
+    for (int i = 0; i < kMany; ++i)
+        list.AddRow("/" + std::to_string(i), "", "MP3", cells);
+    QElapsedTimer timer;
+    timer.start();
+    view.Model().BeginReset();
+    view.Model().EndReset();
+    const double model = Ms(timer);
+    list.EndUpdate();
+    const double shown = Ms(timer);
+    view.repaint();
+    std::printf("list of %d rows: model %.3f ms, order and view %.2f ms, with its painting %.2f ms",
+                kMany, model, shown, Ms(timer));
+
+    QStandardItemModel items;
+    timer.start();
+    for (int i = 0; i < kMany; ++i) {
+        QList<QStandardItem *> row;
+        for (int column = 0; column < 5; ++column)
+            row.append(new QStandardItem(QStringLiteral("A text")));
+        items.appendRow(row);
+    }
+    std::printf("; item objects: %.0f ms\n", Ms(timer));
+}
+
+// The node of a group with the most files near 10,000.
+std::string LargestValue(browser::MainForm &form)
+{
+    std::string largest;
+    int files = -1;
+    for (const char *group : {"ByGenre", "ByYear"})
+        for (const ui::NodeId node : form.TV.Children(form.TV.Find(group))) {
+            form.TV.MoveTo(node);
+            if (form.LV.Count() > files) {
+                files = form.LV.Count();
+                largest = form.TV.Key(node);
+            }
+        }
+    return largest;
+}
+
+void TimeClickAndSort(browser::MainForm &form, QWidget &listView)
+{
+    const std::string key = LargestValue(form);
+    form.TV.MoveTo(form.TV.Find("ByArtist"));
+    QApplication::processEvents();
+    QElapsedTimer timer;
+    timer.start();
+    form.TV.ClickText(form.TV.Find(key));
+    QApplication::processEvents();
+    listView.repaint();
+    const double click = Ms(timer);
+    timer.start();
+    form.LV.onColumnClick(4);
+    QApplication::processEvents();
+    listView.repaint();
+    const double sort = Ms(timer);
+    auto *scroll = static_cast<QAbstractScrollArea &>(listView).verticalScrollBar();
+    double worst = 0;
+    for (int i = 0; i < 50; ++i) {
+        timer.start();
+        scroll->setValue(scroll->maximum() / 50 * i);
+        listView.repaint();
+        worst = std::max(worst, Ms(timer));
+    }
+    std::printf("click on a value of %d files: %.1f ms until painted, sorted in %.1f ms, slowest "
+                "step of scrolling %.1f ms\n",
+                form.LV.Count(), click, sort, worst);
+}
+
+// A key press posted every 50 ms; how late the slowest was answered.
+class KeyWatch : public QObject
+{
+public:
+    explicit KeyWatch(QWidget &target) : m_target(target)
+    {
+        target.installEventFilter(this);
+        startTimer(50);
+    }
+    double worst = 0;
+    int answered = 0;
+
+protected:
+    void timerEvent(QTimerEvent *) override
+    {
+        // A late timer is a wait as well.
+        if (m_sinceTimer.isValid())
+            worst = std::max(worst, Ms(m_sinceTimer) - 50);
+        m_sinceTimer.start();
+        m_sincePost.start();
+        QApplication::postEvent(&m_target,
+                                new QKeyEvent(QEvent::KeyPress, Qt::Key_Shift, Qt::ShiftModifier));
+    }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::KeyPress) {
+            worst = std::max(worst, Ms(m_sincePost));
+            ++answered;
+        }
+        return false;
+    }
+
+private:
+    QWidget &m_target;
+    QElapsedTimer m_sinceTimer, m_sincePost;
+};
+
+void TimeRegeneration(browser::MainForm &form, QWidget &window, const std::string &songs)
+{
+    shell::TheGlobals().MP3Directory = songs;
+    KeyWatch watch(window);
+    QElapsedTimer timer;
+    timer.start();
+    catalogue::ListRefresh(true);
+    std::printf("regeneration: %.0f ms, %d keys answered, the slowest after %.1f ms\n", Ms(timer),
+                watch.answered, watch.worst);
+    browser::LoadTreeView(form, "");
+}
+
+long MemoryMiB()
+{
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    while (std::getline(status, line))
+        if (line.starts_with("VmHWM:"))
+            return std::stol(line.substr(6)) / 1024;
+    return 0;
+}
+
+int EmptyWindow()
+{
+    QWidget window;
+    window.resize(800, 500);
+    window.show();
+    QApplication::processEvents();
+    return 0;
+}
+
+void OpenCatalogue(const std::string &shipped, const std::string &folder)
+{
+    std::filesystem::create_directories(folder);
+    for (const char *end : {"", "-wal", "-shm", "-turn"})
+        std::filesystem::remove(folder + "/MP3s.mdb" + end);
+    std::filesystem::copy_file(shipped, folder + "/MP3s.mdb");
+    shell::SetAppPath(folder);
+    catalogue::DataAccess = std::make_unique<catalogue::ADOclass>();
+    catalogue::DataAccess->TipoLectura = 1;
+    catalogue::DataAccess->DirBase = folder + "/";
+    catalogue::DataAccess->DataBaseName = "MP3s";
+    catalogue::DataAccess->TableName = "MP3s";
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    if (argc == 2 && std::string(argv[1]) == "empty")
+        return EmptyWindow();
+    if (argc != 4)
+        return 2;
+    Desktop desktop;
+    Store store;
+    platform::TheMachine().desktop = &desktop;
+    platform::TheMachine().settings = &store;
+    platform::posix::MountDrives drives;
+    platform::TheMachine().drives = &drives;
+    platform::posix::SystemClock clock;
+    platform::TheMachine().clock = &clock;
+    TimeTreeModel();
+    TimeListModel();
+    OpenCatalogue(argv[1], argv[2]);
+    {
+        browser::MainForm &form = browser::frmMain();
+        browser::frmMainWindow window(form);
+        browser::LoadMainForm(form);
+        QElapsedTimer timer;
+        timer.start();
+        browser::LoadTreeView(form, "");
+        const double tree = Ms(timer);
+        browser::ShowMainForm(form);
+        QApplication::processEvents();
+        std::printf("LoadTreeView %.0f ms for %d nodes, filled window %.0f ms, memory %ld MiB\n",
+                    tree, form.TV.Count(), Ms(timer), MemoryMiB());
+        form.TreeJustExpanded = false;
+        TimeClickAndSort(form, *window.findChild<QWidget *>(QStringLiteral("LV")));
+        if (argv[3][0] != '\0')
+            TimeRegeneration(form, window, argv[3]);
+        std::printf("memory at the end: %ld MiB\n", MemoryMiB());
+    }
+    browser::ResetMainForm();
+    catalogue::DataAccess.reset();
+    catalogue::CloseCatalogue();
+    return 0;
+}
