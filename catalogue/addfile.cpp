@@ -1,12 +1,12 @@
 #include "catalogue/addfile.h"
 
 #include "catalogue/adoclass.h"
+#include "catalogue/edittags.h"
 #include "catalogue/rowgroups.h"
 #include "metadata/genres.h"
 #include "metadata/mp3info.h"
 #include "platform/drives.h"
 #include "platform/machine.h"
-#include "runtime/codepage.h"
 #include "runtime/error.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -118,17 +118,6 @@ void ShowProgress(std::string_view defaultText, std::string_view key)
 {
     shell::TheGlobals().lblProgress.SetCaption(
         shell::GetLanguageText(defaultText, key, "Progress"));
-}
-
-// The seven texts of the tag, with `genre` in its place, as parameters.
-std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &genre)
-{
-    std::vector<Value> values;
-    values.reserve(8);
-    for (const std::string *bytes :
-         {&tag.Title, &tag.Artist, &tag.Album, &tag.Year, &tag.Comment, &genre, &tag.Lyrics})
-        values.emplace_back(runtime::TextOfBytes(*bytes));
-    return values;
 }
 
 void RunStatement(const std::string &statement, StatementKind kind, std::vector<Value> values,

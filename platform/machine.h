@@ -10,6 +10,7 @@ struct Desktop;
 struct Drives;
 struct Files;
 struct FileTypes;
+struct Player;
 struct SettingsStore;
 struct Windows;
 
@@ -23,6 +24,7 @@ struct Machine {
     FileTypes *fileTypes = nullptr;
     Drives *drives = nullptr;
     Clock *clock = nullptr;
+    Player *player = nullptr; // null where no player can be found
     Files *files = &SystemFiles(); // a test may put its own
     Windows *windows = nullptr;    // null in a terminal
 };

@@ -1,0 +1,21 @@
+#include "app/modulehooks.h"
+
+#include "catalogue/edittags.h"
+#include "catalogue/rowgroups.h"
+#include "metadata/mp3info.h"
+#include "metadata/tagwriter.h"
+#include "player/playing.h"
+
+namespace app
+{
+
+void ConnectModules()
+{
+    metadata::TheMP3InfoHooks().beforeSlowRead = catalogue::CloseOpenGroup;
+    metadata::TagWriterHooks &writer = metadata::TheTagWriterHooks();
+    writer.updateCatalogue = catalogue::UpdateEditedTags;
+    writer.releasePlayingFile = player::ReleasePlayingFile;
+    writer.restorePlayingFile = player::RestorePlayingFile;
+}
+
+} // namespace app

@@ -1,0 +1,22 @@
+// catalogue/edittags.h - the rows of a song that the tag writer has just written. No state.
+#pragma once
+
+#include "catalogue/recordset.h"
+#include "metadata/records.h"
+
+#include <string>
+#include <vector>
+
+namespace catalogue
+{
+
+// The seven texts of a tag in the order of the columns, from file bytes to text, with `genre` (file
+// bytes) in its place.
+std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &genre);
+
+// Brings the rows of `path` to the values of `tag`, the genre by its name: "Edit1", then "Edit2"
+// (which leaves the artist of duplicated entries).
+// Errors: none thrown; Succeeded and ErrorMessage of DataAccess tell of the second.
+void UpdateEditedTags(const metadata::ID3v2Tag &tag, const std::string &path);
+
+} // namespace catalogue
