@@ -102,8 +102,10 @@ void LateRecordset::FindRows(const RowQuery &query, const Binding &bind)
 // were found.
 void LateRecordset::SortRows()
 {
-    if (m_keys.empty())
+    if (m_keys.empty()) { // the order in which they were added
+        std::sort(m_rows.begin(), m_rows.end());
         return;
+    }
     std::vector<std::vector<std::uint32_t>> ranks; // per key and row
     for (auto &key : m_keys) {
         const auto &name = (*m_columns)[static_cast<std::size_t>(key.field)];

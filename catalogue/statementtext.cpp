@@ -108,7 +108,7 @@ std::size_t Writer::InsideUpperTrim(std::size_t at, std::size_t last) const
     int depth = 2;
     for (std::size_t end = at + 4; end < last; ++end) {
         depth += Is(end, "(") ? 1 : Is(end, ")") ? -1 : 0;
-        if (depth == 1 && Is(end, ","))
+        if (depth == 2 && Is(end, ",")) // TRIM of something else than blanks
             return 0;
         if (depth == 0)
             return end + 1;

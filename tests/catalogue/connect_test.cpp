@@ -1,0 +1,204 @@
+#include "catalogue/provider.h"
+#include "tests/catalogue/support.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+
+using namespace catalogue;
+using namespace std::string_literals;
+namespace fs = std::filesystem;
+
+namespace
+{
+
+constexpr const char *kNotValid = "Not ValidDataBase";
+
+// What a statement says on the file as it stands, and whether the file stayed as it was.
+std::string Verdict(tests::FreshCatalogue &fresh)
+{
+    CloseCatalogue();
+    const bool isFile = fs::is_regular_file(fresh.File());
+    const auto before = isFile ? tests::ReadFile(fresh.File()) : "";
+    const auto outcome = fresh.access.ExecuteSQL("SELECT * FROM Validations", kDetect);
+    EXPECT_EQ(Records(outcome)->IsOpen(), fresh.access.Succeeded);
+    const auto message = fresh.access.ErrorMessage;
+    CloseCatalogue();
+    EXPECT_EQ(fs::is_regular_file(fresh.File()), isFile) << "never created";
+    if (isFile) {
+        EXPECT_TRUE(tests::ReadFile(fresh.File()) == before) << "never written to";
+    }
+    return message;
+}
+
+void FillRows(tests::FreshCatalogue &fresh, int rows)
+{
+    RowGroups groups;
+    for (int i = 0; i < rows; ++i) {
+        const RowStep step;
+        fresh.AddPath("/" + std::to_string(i), std::string(800, 't'));
+    }
+}
+
+} // namespace
+
+TEST(Connect, WhatIsNoCatalogue)
+{
+    const struct {
+        const char *name;
+        void (*spoil)(const std::string &file);
+    } cases[] = {
+        {"absent", [](const std::string &file) { fs::remove(file); }},
+        {"empty", [](const std::string &file) { tests::WriteFile(file, ""); }},
+        {"a byte", [](const std::string &file) { tests::WriteFile(file, "S"); }},
+        {"some text",
+         [](const std::string &file) { tests::WriteFile(file, std::string(9000, 'x')); }},
+        {"magic alone",
+         [](const std::string &file) { tests::WriteFile(file, "SQLite format 3\0"s); }},
+        {"a folder",
+         [](const std::string &file) {
+             fs::remove(file);
+             fs::create_directory(file);
+         }},
+        {"a FIFO",
+         [](const std::string &file) {
+             fs::remove(file);
+             mkfifo(file.c_str(), 0600);
+         }},
+        {"wiped header page",
+         [](const std::string &file) {
+             auto bytes = tests::ReadFile(file);
+             std::fill_n(bytes.begin(), 4096, '\0');
+             tests::WriteFile(file, bytes);
+         }},
+        {"first page wiped behind the header",
+         [](const std::string &file) {
+             auto bytes = tests::ReadFile(file);
+             std::fill_n(bytes.begin() + 100, 3996, '\0');
+             tests::WriteFile(file, bytes);
+         }},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        tests::FreshCatalogue fresh;
+        c.spoil(fresh.File());
+        EXPECT_EQ(Verdict(fresh), kNotValid);
+        fresh.access.ExecuteSQL("SEL_ByTitle", kStoredSelect, Value("x"s));
+        EXPECT_FALSE(fresh.access.Succeeded);
+        EXPECT_EQ(fresh.access.ErrorMessage.substr(0, 7), "Error: ") << "the stored path says so";
+    }
+}
+
+TEST(Connect, CutAnywhere)
+{
+    tests::FreshCatalogue fresh;
+    FillRows(fresh, 30);
+    CloseCatalogue();
+    const auto whole = tests::ReadFile(fresh.File());
+    EXPECT_EQ(Verdict(fresh), "");
+    for (std::size_t size = 0; size < whole.size(); size += size < 200 ? 7 : 1777) {
+        SCOPED_TRACE(size);
+        tests::WriteFile(fresh.File(), whole.substr(0, size));
+        EXPECT_EQ(Verdict(fresh), kNotValid);
+    }
+    tests::WriteFile(fresh.File(), whole.substr(0, whole.size() - 1));
+    EXPECT_EQ(Verdict(fresh), kNotValid);
+    tests::WriteFile(fresh.File(), whole);
+    EXPECT_EQ(Verdict(fresh), "");
+}
+
+TEST(Connect, DamageThatComesWhileTheProgramRuns)
+{
+    tests::FreshCatalogue fresh;
+    EXPECT_EQ(fresh.Rows("SELECT Version FROM Validations").size(), 1u);
+    fs::rename(fresh.File(), fresh.folder / "away");
+    fresh.access.ExecuteSQL("SELECT * FROM Lists", kSelect);
+    EXPECT_EQ(fresh.access.ErrorMessage, kNotValid);
+    fs::copy_file(tests::ShippedCatalogue(), fresh.File());
+    fresh.AddPath("/new");
+    EXPECT_EQ(fresh.Rows("SELECT Path FROM MP3s"), std::vector<std::string>{"/new"});
+    tests::WriteFile(fresh.File(), "wiped");
+    fresh.access.ExecuteSQL("SELECT * FROM Lists", kSelect);
+    EXPECT_EQ(fresh.access.ErrorMessage, kNotValid);
+    CloseCatalogue();
+    EXPECT_EQ(tests::ReadFile(fresh.File()), "wiped");
+}
+
+TEST(Connect, DamageDeeperInsideIsToldByItsStatement)
+{
+    tests::FreshCatalogue fresh;
+    FillRows(fresh, 200);
+    CloseCatalogue();
+    auto bytes = tests::ReadFile(fresh.File());
+    std::fill(bytes.end() - 40 * 4096, bytes.end(), '\xAA');
+    tests::WriteFile(fresh.File(), bytes);
+    EXPECT_EQ(Verdict(fresh), "");
+    fresh.access.ExecuteSQL("SELECT * FROM MP3s WHERE Title LIKE '%x%'", kSelect);
+    EXPECT_FALSE(fresh.access.Succeeded);
+    EXPECT_EQ(fresh.access.ErrorMessage.substr(0, 7), "Error: ");
+}
+
+TEST(Connect, OtherFailuresAreNotTheGenericOne)
+{
+    tests::FreshCatalogue fresh;
+    fs::remove(fresh.File());
+    // A database that is none of ours: the table is missing.
+    fs::copy_file(tests::ShippedCatalogue(), fresh.File());
+    EXPECT_EQ(Verdict(fresh), "");
+    fresh.access.ExecuteSQL("SELECT * FROM Nowhere", kSelect);
+    EXPECT_NE(fresh.access.ErrorMessage, kNotValid);
+    if (geteuid() != 0) { // root may read everything
+        fs::permissions(fresh.File(), fs::perms::none);
+        EXPECT_NE(Verdict(fresh), kNotValid);
+    }
+}
+
+TEST(Connect, OddFolderNames)
+{
+    for (const std::string name :
+         {"a;b", "it's", "x=y;Provider=z", "50%?", "\xFF", "file:x?mode=ro"}) {
+        SCOPED_TRACE(name);
+        tests::FreshCatalogue fresh;
+        fs::create_directory(fresh.folder / name);
+        fs::copy_file(fresh.File(), fresh.folder / (name + "/MP3s.mdb"));
+        fresh.access.DirBase = fresh.folder / (name + "/");
+        fresh.AddPath("/1");
+        CloseCatalogue();
+        EXPECT_EQ(fresh.Rows("SELECT Path FROM MP3s"), std::vector<std::string>{"/1"});
+    }
+}
+
+TEST(Connect, ReadsAFileWhoseLogWasLeftBehind)
+{
+    // A copy of file and log while both are in use is what a killed process leaves.
+    tests::FreshCatalogue fresh;
+    FillRows(fresh, 100);
+    tests::FreshCatalogue left;
+    for (const char *end : {"", "-wal"})
+        fs::copy_file(fresh.File() + end, left.File() + end, fs::copy_options::overwrite_existing);
+    EXPECT_EQ(left.Rows("SELECT count(*) FROM MP3s"), std::vector<std::string>{"100"});
+    CloseCatalogue();
+    EXPECT_FALSE(fs::exists(left.File() + "-wal"));
+    EXPECT_EQ(left.Rows("SELECT count(*) FROM MP3s"), std::vector<std::string>{"100"});
+}
+
+TEST(Connect, KilledWhileTheLogWentIntoTheFile)
+{
+    // The first page has the new size already, the pages behind it stand in the log alone.
+    tests::FreshCatalogue fresh;
+    FillRows(fresh, 100);
+    tests::FreshCatalogue left;
+    const auto log = tests::ReadFile(fresh.File() + "-wal");
+    CloseCatalogue();
+    const auto whole = tests::ReadFile(fresh.File());
+    tests::WriteFile(left.File(), whole.substr(0, 8 * 4096));
+    tests::WriteFile(left.File() + "-wal", log);
+    EXPECT_EQ(left.Rows("SELECT count(*) FROM MP3s"), std::vector<std::string>{"100"});
+    CloseCatalogue();
+    fs::remove(left.File() + "-wal");
+    tests::WriteFile(left.File(), whole.substr(0, 8 * 4096));
+    EXPECT_EQ(Verdict(left), kNotValid) << "without the log it is cut short";
+}

@@ -1,0 +1,316 @@
+#include "catalogue/turnstile.h"
+#include "tests/catalogue/support.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <thread>
+
+using namespace catalogue;
+using namespace std::string_literals;
+
+namespace
+{
+
+// Another connection's view of the file: how many rows are committed.
+int Committed(const std::string &file)
+{
+    sqlite3 *db = nullptr;
+    sqlite3_stmt *statement = nullptr;
+    sqlite3_open_v2(file.c_str(), &db, SQLITE_OPEN_READONLY, nullptr);
+    sqlite3_prepare_v2(db, "SELECT count(*) FROM MP3s", -1, &statement, nullptr);
+    sqlite3_step(statement);
+    const int count = sqlite3_column_int(statement, 0);
+    sqlite3_finalize(statement);
+    sqlite3_close(db);
+    return count;
+}
+
+std::string Pragma(const std::string &file, const char *sql)
+{
+    sqlite3 *db = nullptr;
+    sqlite3_stmt *statement = nullptr;
+    sqlite3_open_v2(file.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
+    sqlite3_prepare_v2(db, sql, -1, &statement, nullptr);
+    sqlite3_step(statement);
+    const std::string text = reinterpret_cast<const char *>(sqlite3_column_text(statement, 0));
+    sqlite3_finalize(statement);
+    sqlite3_close(db);
+    return text;
+}
+
+// A process of catalogue_writer; its output comes back at its end.
+class Writer
+{
+public:
+    Writer(const std::string &folder, int rounds, int first, int count, bool inGroups)
+    {
+        int ends[2];
+        EXPECT_EQ(pipe(ends), 0);
+        const std::vector<std::string> words = {QUENLIN_CATALOGUE_WRITER, folder,
+                                                std::to_string(rounds),   std::to_string(first),
+                                                std::to_string(count),    "group"};
+        std::vector<char *> arguments;
+        for (std::size_t i = 0; i < (inGroups ? 6u : 5u); ++i)
+            arguments.push_back(const_cast<char *>(words[i].c_str()));
+        arguments.push_back(nullptr);
+        pid = fork();
+        if (pid == 0) {
+            dup2(ends[1], 1);
+            close(ends[0]);
+            close(ends[1]);
+            execv(arguments[0], arguments.data());
+            _exit(127);
+        }
+        close(ends[1]);
+        m_output = ends[0];
+    }
+
+    // The longest wait of one row in milliseconds; -1 when the process failed.
+    double Wait()
+    {
+        char text[64] = {};
+        const auto got = read(m_output, text, sizeof text - 1);
+        close(m_output);
+        int status = 0;
+        waitpid(pid, &status, 0);
+        return got > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0 ? std::atof(text) : -1;
+    }
+
+    void Kill()
+    {
+        kill(pid, SIGKILL);
+        int status = 0;
+        waitpid(pid, &status, 0);
+        close(m_output);
+    }
+
+    pid_t pid = 0;
+
+private:
+    int m_output = -1;
+};
+
+void AddInStep(tests::FreshCatalogue &fresh, const std::string &path)
+{
+    const RowStep step;
+    if (fresh.Stored("SEL_ByPath", std::vector<Value>{path, "·"s}).empty())
+        fresh.AddPath(path);
+}
+
+// A desktop whose boxes do nothing.
+struct SilentDesktop : platform::Desktop {
+    platform::Answer MessageBox(std::string_view, platform::Buttons, std::string_view,
+                                platform::BoxIcon) override
+    {
+        return platform::Answer::Ok;
+    }
+    std::optional<std::string> InputBox(std::string_view, std::string_view,
+                                        std::string_view) override
+    {
+        return {};
+    }
+    std::optional<std::string> OpenDialog(std::string_view,
+                                          const std::vector<platform::FileFilter> &,
+                                          const std::string &) override
+    {
+        return {};
+    }
+    void EmptyClipboard() override {}
+    void SetClipboardText(std::string_view) override {}
+    bool OpenAddress(const std::string &, const std::string &) override { return true; }
+    void SetPointer(platform::Pointer) override {}
+    void DoEvents() override {}
+};
+
+} // namespace
+
+TEST(RowGroups, RowsOutsideCommitAtOnce)
+{
+    tests::FreshCatalogue fresh;
+    fresh.AddPath("/1");
+    EXPECT_EQ(Committed(fresh.File()), 1);
+    {
+        const RowStep step; // a step alone does not group
+        EXPECT_TRUE(fresh.Stored("SEL_ByPath", std::vector<Value>{"/2"s, "·"s}).empty());
+        fresh.AddPath("/2");
+        EXPECT_EQ(Committed(fresh.File()), 2);
+    }
+    const RowGroups groups;
+    fresh.AddPath("/3"); // nor do groups without a step
+    EXPECT_EQ(Committed(fresh.File()), 3);
+}
+
+TEST(RowGroups, StayOpenAndCloseBeforeAnythingElse)
+{
+    const struct {
+        const char *name;
+        std::function<void(tests::FreshCatalogue &)> act;
+    } cases[] = {
+        {"asked for", [](auto &) { CloseOpenGroup(); }},
+        {"another statement", [](auto &fresh) { fresh.Rows("SELECT * FROM Lists"); }},
+        {"a transaction",
+         [](auto &fresh) {
+             fresh.access.BeginTrans();
+             fresh.access.RollBackTrans();
+         }},
+        {"a box",
+         [](auto &) {
+             SilentDesktop inner;
+             GroupClosingDesktop(inner).MessageBox("x", platform::Buttons::Ok, "",
+                                                   platform::BoxIcon::None);
+         }},
+        {"an input box",
+         [](auto &) {
+             SilentDesktop inner;
+             GroupClosingDesktop(inner).InputBox("", "", "");
+         }},
+        {"a dialog",
+         [](auto &) {
+             SilentDesktop inner;
+             GroupClosingDesktop(inner).OpenDialog("", {}, "");
+         }},
+        {"the end", [](auto &) { CloseCatalogue(); }},
+        {"100 ms of work",
+         [](auto &fresh) {
+             for (int i = 0; i < 12; ++i) {
+                 std::this_thread::sleep_for(std::chrono::milliseconds(10));
+                 AddInStep(fresh, "/1");
+             }
+         }},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        tests::FreshCatalogue fresh;
+        RowGroups groups;
+        AddInStep(fresh, "/1");
+        AddInStep(fresh, "/2");
+        EXPECT_EQ(Committed(fresh.File()), 0);
+        c.act(fresh);
+        EXPECT_EQ(Committed(fresh.File()), 2);
+        EXPECT_EQ(groups.Close(), "");
+    }
+}
+
+TEST(RowGroups, SlowFilesAreNotWaitedForWithTheCatalogueHeld)
+{
+    tests::FreshCatalogue fresh;
+    const RowGroups groups;
+    for (int i = 1; i <= 3; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(30));
+        AddInStep(fresh, "/" + std::to_string(i));
+        EXPECT_EQ(Committed(fresh.File()), i);
+    }
+}
+
+TEST(RowGroups, AFailedStatementLeavesTheOthersRows)
+{
+    tests::FreshCatalogue fresh;
+    {
+        RowGroups groups;
+        AddInStep(fresh, "/1");
+        {
+            const RowStep step;
+            fresh.access.ExecuteSQL("INSERT INTO MP3s VALUES (1)", kInsert);
+            EXPECT_FALSE(fresh.access.Succeeded);
+        }
+        AddInStep(fresh, "/2");
+        EXPECT_EQ(groups.Close(), "");
+    }
+    EXPECT_EQ(Committed(fresh.File()), 2);
+}
+
+TEST(RowGroups, GiveWayToOneWhoWaits)
+{
+    tests::FreshCatalogue fresh;
+    Turnstile other(fresh.File() + "-turn");
+    const RowGroups groups;
+    AddInStep(fresh, "/1");
+    EXPECT_EQ(Committed(fresh.File()), 0);
+    ASSERT_TRUE(other.TryEnter());
+    std::thread leaver([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        EXPECT_EQ(Committed(fresh.File()), 1) << "closed at once, and nothing new begun";
+        other.Leave();
+    });
+    AddInStep(fresh, "/2");
+    leaver.join();
+    CloseOpenGroup();
+    EXPECT_EQ(Committed(fresh.File()), 2);
+}
+
+TEST(Turnstile, OneAtATime)
+{
+    tests::TestFolder folder;
+    Turnstile first(folder / "t"), second(folder / "t");
+    EXPECT_FALSE(first.SomeoneWaits());
+    EXPECT_TRUE(second.TryEnter());
+    EXPECT_FALSE(second.SomeoneWaits()) << "it is oneself";
+    EXPECT_TRUE(first.SomeoneWaits());
+    EXPECT_FALSE(first.TryEnter());
+    second.Leave();
+    EXPECT_FALSE(first.SomeoneWaits());
+    Turnstile nowhere(folder / "absent/t");
+    EXPECT_FALSE(nowhere.SomeoneWaits());
+    EXPECT_TRUE(nowhere.TryEnter());
+}
+
+TEST(SeveralProcesses, NothingTwiceAndNothingMissing)
+{
+    tests::FreshCatalogue fresh;
+    {
+        Writer a(fresh.folder.Path(), 1, 0, 3000, true), b(fresh.folder.Path(), 1, 0, 3000, true),
+            c(fresh.folder.Path(), 1, 1000, 3000, true), d(fresh.folder.Path(), 1, 0, 500, false);
+        for (auto *writer : {&a, &b, &c, &d})
+            EXPECT_GE(writer->Wait(), 0);
+    }
+    EXPECT_EQ(fresh.Rows("SELECT count(*), count(DISTINCT Path) FROM MP3s"),
+              std::vector<std::string>{"4000|4000"});
+    EXPECT_EQ(Pragma(fresh.File(), "PRAGMA integrity_check"), "ok");
+}
+
+TEST(SeveralProcesses, ASingleAddWaitsMillisecondsBesideGroups)
+{
+    tests::FreshCatalogue fresh;
+    Writer group(fresh.folder.Path(), 40, 0, 3000, true);
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    Writer single(fresh.folder.Path(), 1, 100000, 100, false);
+    const double longestMs = single.Wait();
+    EXPECT_GE(longestMs, 0);
+    EXPECT_LE(longestMs, 300);
+    RecordProperty("longest_ms", std::to_string(longestMs));
+    EXPECT_GE(group.Wait(), 0);
+    EXPECT_EQ(Committed(fresh.File()), 3100);
+}
+
+TEST(SeveralProcesses, KillLeavesWholeRowsOnceEach)
+{
+    for (int round = 0; round < 12; ++round) {
+        tests::FreshCatalogue fresh;
+        Writer writer(fresh.folder.Path(), 1, 0, 200000, true);
+        std::this_thread::sleep_for(std::chrono::milliseconds(40 + round * 37));
+        writer.Kill();
+        const auto rows = fresh.Rows("SELECT count(*), count(DISTINCT Path), "
+                                     "count(DISTINCT Path) - 1 - max(CAST(SUBSTR(Path, 4) AS "
+                                     "INTEGER)) FROM MP3s");
+        ASSERT_EQ(rows.size(), 1u);
+        const auto fields = rows[0];
+        const auto bar = fields.find('|');
+        EXPECT_EQ(fields.substr(0, bar), fields.substr(bar + 1, bar)) << fields;
+        if (fields[0] != '0') {
+            EXPECT_EQ(fields.substr(fields.rfind('|') + 1), "0") << "no gap: " << fields;
+        }
+        CloseCatalogue();
+        EXPECT_EQ(Pragma(fresh.File(), "PRAGMA integrity_check"), "ok");
+        Writer again(fresh.folder.Path(), 1, 0, 2000, true);
+        EXPECT_GE(again.Wait(), 0);
+        EXPECT_EQ(fresh.Rows("SELECT count(*) - count(DISTINCT Path) FROM MP3s"),
+                  std::vector<std::string>{"0"});
+    }
+}
