@@ -1,3 +1,4 @@
+#include "app/modulehooks.h"
 #include "app/options.h"
 #include "app/terminalrun.h"
 #ifdef QUENLIN_HAS_WINDOWS
@@ -36,6 +37,7 @@ int main(int argc, char **argv)
 {
     OpenStandardStreams();
     std::signal(SIGPIPE, SIG_IGN); // a reader that went away does not stop a job in its middle
+    app::ConnectModules();
     const auto options =
         app::ParseOptions(std::vector<std::string>(argv + (argc > 0), argv + argc));
     switch (options.job) {

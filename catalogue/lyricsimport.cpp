@@ -2,6 +2,7 @@
 
 #include "catalogue/adoclass.h"
 #include "metadata/mp3info.h"
+#include "metadata/tagwriter.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
 #include "platform/posix/files.h"
@@ -87,7 +88,9 @@ void AddLyricsFromTXT(const std::string &txtPath)
     const metadata::ID3v2Tag oldTag = newTag;
     newTag.Lyrics = ReadText(txtPath);
     platform::TheMachine().desktop->DoEvents();
-    const bool saved = false;
+    const metadata::ID3v1Tag oldID3v1 = tag;
+    const bool saved = metadata::SaveTag(tag, newTag, oldID3v1, oldTag, song, true, true,
+                                         &shell::TheGlobals().lblProgress);
     Tell(saved ? "The lyrics were added correctly." : "The lyrics couldn't be added.");
 }
 
