@@ -68,6 +68,22 @@ TEST_F(AddFile, BlanksOfAnID3v1TagStay)
                                "||~/b.mp3||0"}));
 }
 
+// The blanks of a comment stand in front of the layout's zero byte, out of the trim's reach.
+TEST_F(AddFile, BlanksThatPadAnID3v1TagGoButForTheComments)
+{
+    const std::string title = "Padded" + std::string(24, ' ');
+    const std::string artist = "Artist" + std::string(24, ' ');
+    const std::string bytes =
+        tests::Audio() + tests::Id3v1({.title = title,
+                                       .artist = artist,
+                                       .album = "",
+                                       .year = "99  ",
+                                       .comment = "Remark                      "});
+    EXPECT_EQ(Add("p.mp3", bytes), catalogue::kAdded);
+    EXPECT_EQ(Rows(), (RowList{"Padded|Artist||99|Remark                      "
+                               "|||~/p.mp3||0"}));
+}
+
 TEST_F(AddFile, UntaggedFileIsAddedWithEmptyValuesAndToldOf)
 {
     EXPECT_EQ(Add("none.mp3", tests::Audio()), catalogue::kUntagged);
