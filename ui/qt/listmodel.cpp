@@ -9,24 +9,6 @@
 namespace ui::qt
 {
 
-namespace
-{
-
-// More characters than any cell or tip shows; a longer text would only cost time to measure.
-constexpr std::size_t kLongestCell = 2000;
-
-// A text on one line: what breaks lines in it becomes blanks.
-QString OneLine(std::string_view text)
-{
-    QString line = ToQt(text.substr(0, kLongestCell));
-    for (QChar &c : line)
-        if (c < QLatin1Char(' ') || c == QChar(QChar::LineSeparator))
-            c = QLatin1Char(' ');
-    return line;
-}
-
-} // namespace
-
 ListModel::ListModel(ui::KeyedList &list, QObject *parent)
     : QAbstractTableModel(parent), m_list(list)
 {
@@ -51,7 +33,7 @@ int ListModel::columnCount(const QModelIndex &parent) const
 
 QString ListModel::CellText(ui::RowId row, int column) const
 {
-    return OneLine(column == 0 ? m_list.Text(row) : m_list.SubItemAt(row, column));
+    return OneLineText(column == 0 ? m_list.Text(row) : m_list.SubItemAt(row, column));
 }
 
 // A reader hears of a row by its name, of an empty cell by its column.

@@ -3,6 +3,14 @@
 namespace ui::qt
 {
 
+namespace
+{
+
+// More bytes than any cell or tip shows; a longer text would only cost time to measure.
+constexpr std::size_t kLongestLine = 2000;
+
+} // namespace
+
 QString ToQt(std::string_view text)
 {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -27,7 +35,7 @@ QString LabelText(std::string_view caption)
         } else if (c == '\r') {
             shown += '\n';
             i += next == '\n' ? 1 : 0;
-        } else {
+        } else if (c == '\n' || static_cast<unsigned char>(c) >= ' ') {
             shown += c;
         }
     }
@@ -44,6 +52,17 @@ QString MenuText(std::string_view caption)
         return text;
     const QString keys = text.mid(shortcut).trimmed();
     return text.left(shortcut).trimmed() + QLatin1Char('\t') + keys;
+}
+
+QString OneLineText(std::string_view text)
+{
+    QString line = ToQt(text.substr(0, kLongestLine));
+    for (QChar &c : line)
+        if (c < QLatin1Char(' ') || c == QChar(QChar::LineSeparator))
+            c = QLatin1Char(' ');
+    while (line.endsWith(QLatin1Char(' ')))
+        line.chop(1);
+    return line;
 }
 
 QString TipText(const QString &text)

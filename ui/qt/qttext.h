@@ -16,13 +16,18 @@ namespace ui::qt
 [[nodiscard]] std::string FromQt(const QString &text);
 
 // What a label shows of a caption: "&&" is an ampersand, a lone "&" (the mark of an access key) is
-// not shown, and carriage returns break the line. The result is plain text.
+// not shown, carriage returns and line feeds break the line, and other control characters (the NUL
+// that many programs put behind a tag's text) are not shown. The result is plain text.
 [[nodiscard]] QString LabelText(std::string_view caption);
 
 // What a menu entry shows of a caption. "&" marks its access key as in the caption; a shortcut that
 // stands inside the caption behind blanks ("&File Info             Alt+3") goes to the shortcut's
 // own place at the right edge. CR and TAB become blanks, so that no file name can fake a column.
 [[nodiscard]] QString MenuText(std::string_view caption);
+
+// A text of a node or cell, on one line: control characters become blanks, blanks at its end go,
+// and what is longer than 2000 bytes is cut.
+[[nodiscard]] QString OneLineText(std::string_view text);
 
 // A tool tip that shows `text` as it stands, whatever marks it holds, and breaks long lines. Empty
 // for an empty text, so that no tip shows.

@@ -79,7 +79,7 @@ QVariant TreeModel::data(const QModelIndex &index, int role) const
         return {};
     switch (role) {
     case Qt::DisplayRole:
-        return ToQt(m_tree.Text(node));
+        return OneLineText(m_tree.Text(node));
     case Qt::DecorationRole: {
         const bool open = node == m_tree.Selected() && !m_tree.SelectedImage(node).empty();
         return Icon(open ? m_tree.SelectedImage(node) : m_tree.Image(node));
@@ -87,7 +87,7 @@ QVariant TreeModel::data(const QModelIndex &index, int role) const
     case Qt::AccessibleTextRole:
         if (m_tree.Text(node).empty() && nameOfEmpty)
             return nameOfEmpty(node);
-        return ToQt(m_tree.Text(node));
+        return OneLineText(m_tree.Text(node));
     default:
         return {};
     }
