@@ -278,7 +278,7 @@ TEST_F(Regeneration, ACallDuringARunDoesNothing)
 {
     AddSong("a.mp3");
     AddSong("b/b.mp3");
-    desktop.doEvents = [this] {
+    desktop.doEvents = [] {
         if (catalogue::IsRegenerating())
             ListRefresh(false);
     };

@@ -186,6 +186,17 @@ TEST_F(Settings, AFileThatCannotBeReadIsNotReplaced)
     EXPECT_EQ(ReadFresh("k"), "v"); // stored as soon as it can be
 }
 
+TEST_F(Settings, WhatIsNoFileIsNeitherWaitedForNorReplaced)
+{
+    std::filesystem::create_directories(folder / "config/T");
+    ASSERT_EQ(mkfifo(File().c_str(), 0600), 0);
+    IniSettings store(folder / "config");
+    store.Write("T", "S", "k", "v");
+    store.Flush();
+    EXPECT_TRUE(std::filesystem::is_fifo(File()));
+    EXPECT_EQ(Read(store, "k"), "v");
+}
+
 TEST_F(Settings, AFolderThatCannotBeMadeKeepsTheValuesForTheRun)
 {
     tests::WriteFile(folder / "config", "a file");
