@@ -79,10 +79,13 @@ void frmMainWindow::FillCalls()
 {
     m_form.calls.textWidth = [this](std::string_view text) { return TextWidthTwips(text); };
     m_form.calls.placed = [this] { ShowPanel(); };
-    m_form.calls.screen = [this] {
-        const QRect place = screen()->availableGeometry();
-        return ui::Rect{ui::TwipsOfPixels(place.left()), ui::TwipsOfPixels(place.top()),
-                        ui::TwipsOfPixels(place.width()), ui::TwipsOfPixels(place.height())};
+    m_form.calls.bringIntoView = [](const ui::Rect &stored) {
+        platform::Windows *windows = platform::TheMachine().windows;
+        if (windows == nullptr)
+            return stored;
+        const platform::Placement fitted = platform::BringIntoView(
+            {stored.left, stored.top, stored.width, stored.height}, *windows);
+        return ui::Rect{fitted.left, fitted.top, fitted.width, fitted.height};
     };
     m_form.calls.showWindow = [this] {
         if (platform::Windows *windows = platform::TheMachine().windows; windows != nullptr)

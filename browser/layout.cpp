@@ -143,15 +143,6 @@ int ScrollMax(int panelHeight, int listHeight)
     return std::min(std::abs(panelHeight - listHeight), 32767);
 }
 
-ui::Rect FitToScreen(ui::Rect wanted, ui::Rect screen)
-{
-    wanted.width = std::min(wanted.width, screen.width);
-    wanted.height = std::min(wanted.height, screen.height);
-    wanted.left = std::clamp(wanted.left, screen.left, screen.Right() - wanted.width);
-    wanted.top = std::clamp(wanted.top, screen.top, screen.Bottom() - wanted.height);
-    return wanted;
-}
-
 ui::Rect ProgressBarPlace(ui::Rect statusBar, int panelLeft, int panelWidth, int margin)
 {
     return {statusBar.left + panelLeft + margin, statusBar.top + margin, panelWidth - 2 * margin,

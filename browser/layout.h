@@ -67,9 +67,6 @@ int TreeWidthOfDrag(int separatorLeft, double mouseX, int separatorWidth, int sc
 // The scroll bar's range for a panel beside a list: the difference of their heights, at most 32767.
 int ScrollMax(int panelHeight, int listHeight);
 
-// The place for a window that is stored as `wanted`: no larger than `screen`, and all of it on it.
-ui::Rect FitToScreen(ui::Rect wanted, ui::Rect screen);
-
 // The place of the progress bar over the panel that starts at `panelLeft` within the status bar.
 ui::Rect ProgressBarPlace(ui::Rect statusBar, int panelLeft, int panelWidth, int margin);
 

@@ -230,8 +230,8 @@ void ShowMainForm(MainForm &form)
     form.lblWebFolder.SetCaption(shell::kApplicationTitle);
     form.window = {StoredTwips("Left", 45), StoredTwips("Top", 465), StoredTwips("Width", 12000),
                    StoredTwips("Height", 7350)};
-    if (form.calls.screen)
-        form.window = FitToScreen(form.window, form.calls.screen());
+    if (form.calls.bringIntoView)
+        form.window = form.calls.bringIntoView(form.window);
     form.scaleWidth = form.window.width - kFrameWidth;
     form.tmr_Playing.SetEnabled(true);
     form.visible = true;

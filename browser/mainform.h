@@ -28,7 +28,8 @@ namespace browser
 struct MainFormCalls {
     std::function<int(std::string_view)> textWidth; // twips, in the form's font
     std::function<void()> placed;                   // a layout has set the places: show them
-    std::function<ui::Rect()> screen;               // the usable screen, twips
+    std::function<ui::Rect(const ui::Rect &)>
+        bringIntoView; // a stored place, fitted to the screens
     std::function<void()> showWindow;
     std::function<void(int left, int top)> showPopup; // twips relative to the window
     std::function<ui::Rect()> cursor;                 // pointer on the screen, in twips: left, top

@@ -71,4 +71,14 @@ Placement BringIntoView(const Placement &wanted, const std::vector<Placement> &s
     return result;
 }
 
+Placement BringIntoView(const Placement &wanted, Windows &windows)
+{
+    Placement result = BringIntoView(wanted, windows.Screens());
+    if (!windows.KnowsPlaces()) {
+        result.left = wanted.left;
+        result.top = wanted.top;
+    }
+    return result;
+}
+
 } // namespace platform

@@ -42,4 +42,8 @@ struct Windows {
 [[nodiscard]] Placement BringIntoView(const Placement &wanted,
                                       const std::vector<Placement> &screens);
 
+// The same on the screens of `windows`. Where these do not know places, left and top stay as
+// wanted.
+[[nodiscard]] Placement BringIntoView(const Placement &wanted, Windows &windows);
+
 } // namespace platform

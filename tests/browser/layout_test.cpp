@@ -199,22 +199,6 @@ TEST(TreeWidthOfDrag, Table)
         EXPECT_EQ(browser::TreeWidthOfDrag(c.separatorLeft, c.mouseX, 45, 12000), c.want) << c.name;
 }
 
-TEST(FitToScreen, Table)
-{
-    const Rect screen{0, 300, 15360, 10500};
-    const struct {
-        const char *name;
-        Rect wanted, want;
-    } cases[] = {
-        {"fits", {45, 465, 12000, 7350}, {45, 465, 12000, 7350}},
-        {"too far right and down", {9000, 9000, 12000, 7350}, {3360, 3450, 12000, 7350}},
-        {"left of and above the screen", {-500, -500, 12000, 7350}, {0, 300, 12000, 7350}},
-        {"larger than the screen", {45, 465, 30000, 20000}, {0, 300, 15360, 10500}},
-    };
-    for (const auto &c : cases)
-        EXPECT_EQ(browser::FitToScreen(c.wanted, screen), c.want) << c.name;
-}
-
 TEST(ProgressBarPlace, LiesInsideItsPanel)
 {
     EXPECT_EQ(browser::ProgressBarPlace({0, 0, 12000, 345}, 5000, 1500, 40),

@@ -345,7 +345,10 @@ TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
     settings.values["Quenlin/Preferences/Width"] = "10000";
     settings.values["Quenlin/Preferences/Height"] = "no number";
     std::string order;
-    form.calls.screen = [] { return ui::Rect{0, 0, 15000, 12000}; };
+    form.calls.bringIntoView = [](const ui::Rect &stored) {
+        EXPECT_EQ(stored, (ui::Rect{9000, 465, 10000, 7350}));
+        return ui::Rect{5000, 465, 10000, 7350};
+    };
     form.calls.showWindow = [&] { order += "window "; };
     form.calls.showTips = [&] { order += "tips "; };
     form.calls.placed = [&] { order += "layout "; };
@@ -353,7 +356,7 @@ TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
     EXPECT_EQ(order, ""); // the about box leaves the window alone
     shell::UnloadSplash(shell::kSplashHeight, [&] { ShowMainForm(form); });
     EXPECT_EQ(order, "window tips layout ");
-    EXPECT_EQ(form.window, (ui::Rect{5000, 465, 10000, 7350})); // moved onto the screen
+    EXPECT_EQ(form.window, (ui::Rect{5000, 465, 10000, 7350})); // as the screens allow
     EXPECT_EQ(form.lblWebFolder.Caption(), "Quenlin");
     EXPECT_EQ(form.ImgIcon.Image(), "MP3");
     EXPECT_TRUE(form.ImgOthers[0].Visible());

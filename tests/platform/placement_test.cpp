@@ -63,4 +63,22 @@ TEST(BringIntoView, Table)
     }
 }
 
+struct FakeWindows : platform::Windows {
+    std::vector<Placement> Screens() override { return {{0, 0, 12000, 9000}}; }
+    bool KnowsPlaces() override { return knowsPlaces; }
+    void CheckNonModal() override {}
+    bool IsDark() override { return false; }
+
+    bool knowsPlaces = true;
+};
+
+TEST(BringIntoView, KeepsTheStoredPlaceWherePlacesAreUnknown)
+{
+    FakeWindows windows;
+    EXPECT_EQ(BringIntoView({30000, 600, 20000, 7000}, windows), (Placement{0, 600, 12000, 7000}));
+    windows.knowsPlaces = false;
+    EXPECT_EQ(BringIntoView({30000, 600, 20000, 7000}, windows),
+              (Placement{30000, 600, 12000, 7000}));
+}
+
 } // namespace
