@@ -15,6 +15,7 @@
 #include "platform/posix/mountdrives.h"
 #include "platform/posix/systemclock.h"
 #include "platform/posix/userfolders.h"
+#include "platform/qt/application.h"
 #include "platform/qt/qtdesktop.h"
 #include "platform/qt/qtwindows.h"
 #include "platform/qt/theme.h"
@@ -28,6 +29,7 @@
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QPointer>
+#include <QSocketNotifier>
 #include <QTimer>
 #include <cstdlib>
 
@@ -37,24 +39,7 @@ namespace app
 namespace
 {
 
-constexpr int kSignalPollMs = 100; // how soon a signal's wish for the end is seen
-
-// An event loop in which an error that no handler took is shown, and the program goes on.
-class Application : public QApplication
-{
-public:
-    using QApplication::QApplication;
-
-    bool notify(QObject *receiver, QEvent *event) override
-    {
-        try {
-            return QApplication::notify(receiver, event);
-        } catch (const runtime::RuntimeError &error) {
-            shell::ShowRuntimeError(error);
-        }
-        return false;
-    }
-};
+constexpr int kEndAgainMs = 50; // until a step that cannot end now is asked again
 
 // The ports of a desktop, in use while this lives.
 class WindowMachine
@@ -160,6 +145,27 @@ void End(Windows &windows)
         QApplication::quit(); // still starting: nothing is unsaved
 }
 
+// Ends the program when a signal asked for it, as soon as the step under way lets it.
+class EndWatch
+{
+public:
+    explicit EndWatch(Windows &windows)
+        : m_signal(platform::EndRequestDescriptor(), QSocketNotifier::Read)
+    {
+        m_again.setInterval(kEndAgainMs);
+        QObject::connect(&m_again, &QTimer::timeout, &m_again, [&windows] { End(windows); });
+        QObject::connect(&m_signal, &QSocketNotifier::activated, &m_again, [this, &windows] {
+            m_signal.setEnabled(false); // it stays readable
+            m_again.start();
+            End(windows);
+        });
+    }
+
+private:
+    QSocketNotifier m_signal;
+    QTimer m_again;
+};
+
 int StartAndRun(Windows &windows)
 {
     const std::optional<int> status = shell::Main({}, StepsOf(windows));
@@ -206,7 +212,8 @@ bool HasDisplay()
 
 int RunInWindows(int argc, char **argv)
 {
-    Application application(argc, argv);
+    platform::qt::Application application(argc, argv);
+    application.tellError = shell::ShowRuntimeError;
     QApplication::setApplicationName(QStringLiteral("quenlin"));
     QApplication::setApplicationDisplayName(QStringLiteral("Quenlin"));
     QGuiApplication::setDesktopFileName(QString::fromLatin1(platform::kApplicationId));
@@ -227,12 +234,7 @@ int RunInWindows(int argc, char **argv)
         return 0;
     }
     instance.onCalled = [&windows] { ComeForward(windows); };
-    QTimer signalWatch;
-    QObject::connect(&signalWatch, &QTimer::timeout, &signalWatch, [&windows] {
-        if (platform::IsEndRequested())
-            End(windows);
-    });
-    signalWatch.start(kSignalPollMs);
+    const EndWatch endWatch(windows);
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &application,
                      [&windows] { End(windows); });
     return RunFirst(windows);

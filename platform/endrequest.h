@@ -20,6 +20,10 @@ void CheckEndRequest();
 // Whether a signal asked for the end, also while an EndDeferral lives.
 bool IsEndRequested();
 
+// A descriptor that becomes readable when a signal asks for the end, for an event loop that waits
+// on descriptors; -1 when there is none to be had. It stays open and belongs to this module.
+int EndRequestDescriptor();
+
 // As the signal handler: asks for the end. For tests; 0 takes the wish back.
 void RequestEnd(int signalNo);
 

@@ -1,6 +1,11 @@
 #include "platform/endrequest.h"
 
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <initializer_list>
 
 namespace platform
@@ -11,13 +16,34 @@ namespace
 
 volatile std::sig_atomic_t requestedSignal = 0; // written by the handler
 int deferrals = 0;
+int wakeUp = -1; // counts the signals, once a caller asked for it
+
+void WakeUp()
+{
+    const std::uint64_t one = 1;
+    // A counter that is full takes no more, and is readable as well.
+    [[maybe_unused]] const ssize_t written = write(wakeUp, &one, sizeof one);
+}
 
 void OnSignal(int signalNo)
 {
+    const int errnoBefore = errno;
     requestedSignal = signalNo;
+    if (wakeUp >= 0)
+        WakeUp();
+    errno = errnoBefore;
 }
 
 } // namespace
+
+int EndRequestDescriptor()
+{
+    if (wakeUp < 0)
+        wakeUp = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (wakeUp >= 0 && requestedSignal != 0)
+        WakeUp(); // it came before the descriptor
+    return wakeUp;
+}
 
 void WatchForEndRequest()
 {
@@ -49,6 +75,8 @@ bool IsEndRequested()
 
 void RequestEnd(int signalNo)
 {
+    if (signalNo != 0)
+        OnSignal(signalNo);
     requestedSignal = signalNo;
 }
 

@@ -8,11 +8,11 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QStyle>
 #include <QVBoxLayout>
 
 namespace platform::qt
@@ -66,6 +66,25 @@ void MakeDefault(QPushButton *button)
     button->setFocus();
 }
 
+// A rounded triangle in amber with an exclamation mark, sharp at every scale.
+QPixmap DrawWarning(qreal scale)
+{
+    QPixmap picture(QSize(kIconPixels, kIconPixels) * scale);
+    picture.setDevicePixelRatio(scale);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor amber(0xf2, 0xa3, 0x1b);
+    const QColor ink(0x3a, 0x26, 0x00);
+    painter.setPen(QPen(amber, 4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(amber);
+    painter.drawPolygon(QPolygonF({{16, 5}, {29, 27}, {3, 27}}));
+    painter.setPen(QPen(ink, 3, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(16, 12), QPointF(16, 19));
+    painter.drawPoint(QPointF(16, 24.5));
+    return picture;
+}
+
 QSize RoomForText(const QWidget &window)
 {
     const QScreen *screen = window.screen();
@@ -116,9 +135,7 @@ QWidget *MessageDialog::MakeText(BoxIcon icon)
         auto *picture = new QLabel(row);
         picture->setObjectName(QStringLiteral("picIcon"));
         picture->setAccessibleName(tr("Warning"));
-        picture->setPixmap(style()
-                               ->standardIcon(QStyle::SP_MessageBoxWarning)
-                               .pixmap(QSize(kIconPixels, kIconPixels), devicePixelRatioF()));
+        picture->setPixmap(DrawWarning(devicePixelRatioF()));
         layout->addWidget(picture, 0, Qt::AlignTop);
     }
     layout->addWidget(scroll, 0, Qt::AlignVCenter);

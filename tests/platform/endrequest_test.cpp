@@ -1,10 +1,12 @@
 #include "platform/endrequest.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdint>
 
 namespace
 {
@@ -21,6 +23,22 @@ TEST(EndRequest, ComesAtTheNextCheck)
     }
     platform::RequestEnd(0);
     EXPECT_NO_THROW(platform::CheckEndRequest());
+}
+
+TEST(EndRequest, WakesWhoWaitsOnTheDescriptor)
+{
+    platform::RequestEnd(SIGTERM); // before anybody waits
+    pollfd waiting{platform::EndRequestDescriptor(), POLLIN, 0};
+    ASSERT_GE(waiting.fd, 0);
+    EXPECT_EQ(poll(&waiting, 1, 0), 1);
+    platform::RequestEnd(0);
+    std::uint64_t count = 0;
+    ASSERT_EQ(read(waiting.fd, &count, sizeof count), static_cast<ssize_t>(sizeof count));
+    EXPECT_EQ(poll(&waiting, 1, 0), 0);
+    platform::RequestEnd(SIGTERM);
+    EXPECT_EQ(poll(&waiting, 1, 0), 1);
+    platform::RequestEnd(0);
+    ASSERT_EQ(read(waiting.fd, &count, sizeof count), static_cast<ssize_t>(sizeof count));
 }
 
 TEST(EndRequest, WaitsForADeferral)

@@ -1,9 +1,8 @@
 // The main program of every test of windows: one application for all tests of the program.
+#include "platform/qt/application.h"
 #include "platform/qt/theme.h"
 
 #include <gtest/gtest.h>
-
-#include <QApplication>
 
 int main(int argc, char **argv)
 {
@@ -11,7 +10,10 @@ int main(int argc, char **argv)
     // Listing the tests happens at build time, without a display.
     if (GTEST_FLAG_GET(list_tests))
         return RUN_ALL_TESTS();
-    QApplication application(argc, argv);
+    platform::qt::Application application(argc, argv);
+    application.tellError = [](const runtime::RuntimeError &error) {
+        ADD_FAILURE() << "an error that no handler took: " << error.number << " " << error.what();
+    };
     QApplication::setApplicationName(QStringLiteral("Quenlin"));
     QApplication::setQuitOnLastWindowClosed(false);
     platform::qt::ApplyPalette(false);

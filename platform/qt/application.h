@@ -1,0 +1,34 @@
+// platform/qt/application.h - the toolkit's application, with the program's answer to errors that
+// no handler took: they are told, and the program goes on.
+#pragma once
+
+#include "runtime/error.h"
+
+#include <QApplication>
+#include <functional>
+#include <vector>
+
+namespace platform::qt
+{
+
+class Application : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+    // Tells the user of an error, and may wait for him. It runs for one error at a time: one that
+    // comes while it runs (a timer that fails at each of its ticks) is told after it, and only once
+    // while the same error is being told or waits to be. Empty: nothing is told.
+    std::function<void(const runtime::RuntimeError &)> tellError;
+
+    // Hands the event on. An error ends its handler alone. An exception of the language counts as
+    // error 7, out of memory, or as 51, an internal error, with its own words.
+    bool notify(QObject *receiver, QEvent *event) override;
+
+private:
+    void Tell(const runtime::RuntimeError &error);
+
+    std::vector<runtime::RuntimeError> m_toTell; // the first one is being told
+};
+
+} // namespace platform::qt

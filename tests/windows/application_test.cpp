@@ -1,0 +1,75 @@
+// Errors that reach the event loop.
+#include "platform/qt/application.h"
+#include "tests/windows/bench.h"
+
+#include <gtest/gtest.h>
+
+#include <QTimer>
+#include <new>
+
+namespace
+{
+
+using platform::qt::Application;
+using runtime::RuntimeError;
+
+class ApplicationTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        m_before = App().tellError;
+        App().tellError = [this](const RuntimeError &error) { Note(error); };
+    }
+    void TearDown() override { App().tellError = m_before; }
+
+    static Application &App() { return static_cast<Application &>(*qApp); }
+    void Note(const RuntimeError &error)
+    {
+        told.push_back(std::to_string(error.number) + " " + error.description);
+    }
+
+    std::vector<std::string> told;
+
+private:
+    std::function<void(const RuntimeError &)> m_before;
+};
+
+using Told = std::vector<std::string>;
+
+TEST_F(ApplicationTest, EachKindIsToldAndTheProgramGoesOn)
+{
+    int after = 0;
+    QTimer::singleShot(0, [] { throw RuntimeError(runtime::kNonModalOverModal); });
+    QTimer::singleShot(1, [] { throw std::bad_alloc(); });
+    QTimer::singleShot(2, [] { throw std::logic_error("odd"); });
+    QTimer::singleShot(3, [&] { ++after; });
+    EXPECT_TRUE(tests::WaitUntil([&] { return after == 1; }));
+    EXPECT_EQ(told, (Told{"401 Can't show non-modal form when modal form is displayed",
+                          "7 Out of memory", "51 odd"}));
+}
+
+TEST_F(ApplicationTest, TimerThatFailsAtEachTickIsToldOnceAtATime)
+{
+    QTimer failing;
+    QObject::connect(&failing, &QTimer::timeout, [] { throw RuntimeError(runtime::kOverflow); });
+    App().tellError = [&](const RuntimeError &error) {
+        Note(error);
+        if (told.size() == 1) { // the user takes his time, and another error comes meanwhile
+            QTimer::singleShot(20, [] { throw RuntimeError(runtime::kFileNotFound); });
+            tests::LetRun(100);
+            EXPECT_EQ(told.size(), 1u);
+        }
+        failing.stop();
+    };
+    failing.start(5);
+    EXPECT_TRUE(tests::WaitUntil([&] { return told.size() == 2; }));
+    tests::LetRun(50);
+    EXPECT_EQ(told, (Told{"6 Overflow", "53 File not found"}));
+
+    // Told before is no reason not to tell it again.
+    QTimer::singleShot(0, [] { throw RuntimeError(runtime::kOverflow); });
+    EXPECT_TRUE(tests::WaitUntil([&] { return told.size() == 3; }));
+}
+
+} // namespace
