@@ -29,8 +29,9 @@ Pass Read(const std::string &path)
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
 {
-    static MemoryFiles files;
-    files.content = {reinterpret_cast<const char *>(data), size};
+    MemoryFiles files;
+    const auto content = std::make_shared<std::string>(reinterpret_cast<const char *>(data), size);
+    files.names["a"] = files.names["b"] = content;
     platform::TheMachine().files = &files;
     metadata::ResetMP3Info();
     const Pass first = Read("a");
@@ -39,7 +40,9 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     const Pass again = Read("b");
     if (!(first == kept) || !(first == again) || body != metadata::RawID3v2Body())
         std::abort();
-    if (first.hasV1 && files.content.substr(size - 128) != metadata::RawID3v1Image())
+    if (first.hasV1 && content->substr(size - 128) != metadata::RawID3v1Image())
         std::abort();
+    metadata::ResetMP3Info();
+    platform::TheMachine().files = &platform::SystemFiles();
     return 0;
 }

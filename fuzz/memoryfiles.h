@@ -1,36 +1,90 @@
-// fuzz/memoryfiles.h - the files port over one file whose content stands in memory.
+// fuzz/memoryfiles.h - the files port over a few files that stand in memory, each under its path.
 #pragma once
 
 #include "platform/posix/systemfiles.h"
 
 #include <algorithm>
-#include <string_view>
+#include <cerrno>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
 
 class MemoryFiles : public platform::posix::SystemFilesPort
 {
 public:
-    std::string_view content; // what every path names
+    using Content = std::shared_ptr<std::string>; // owners: the name and the open handles
+    std::map<std::string, Content> names;
 
     int OpenToRead(const std::string &path, platform::FileIdentity &identity) override
     {
-        Identify(path, identity);
-        return 1'000'000;
+        if (const int reason = Identify(path, identity))
+            return -reason;
+        return Open(names[path]);
     }
     int Identify(const std::string &path, platform::FileIdentity &identity) override
     {
+        const auto found = names.find(path);
+        if (found == names.end())
+            return ENOENT;
         identity = {path,
                     1,
-                    1,
-                    static_cast<std::int64_t>(content.size()),
+                    reinterpret_cast<std::uintptr_t>(found->second.get()),
+                    static_cast<std::int64_t>(found->second->size()),
                     1,
                     1,
                     platform::FileKind::Regular};
         return 0;
     }
-    std::int64_t ReadAt(int, std::int64_t offset, char *to, std::size_t count, bool) override
+    std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count, bool) override
     {
+        const std::string &content = *At(handle);
         const auto from = std::min(static_cast<std::size_t>(offset), content.size());
-        return static_cast<std::int64_t>(content.substr(from).copy(to, count));
+        return static_cast<std::int64_t>(content.copy(to, count, from));
     }
-    void Close(int) override {}
+    void Close(int handle) override { At(handle).reset(); }
+    int RealPath(const std::string &path, std::string &real) override
+    {
+        real = path;
+        return names.count(path) != 0 ? 0 : ENOENT;
+    }
+    int CreateBeside(const std::string &finalPath, std::string &temporaryPath) override
+    {
+        temporaryPath = finalPath + ".new";
+        names[temporaryPath] = std::make_shared<std::string>();
+        return Open(names[temporaryPath]);
+    }
+    std::int64_t Write(int handle, const char *from, std::size_t count) override
+    {
+        At(handle)->append(from, count);
+        return static_cast<std::int64_t>(count);
+    }
+    std::int64_t CopyRange(int, std::int64_t, int, std::size_t) override { return -EOPNOTSUPP; }
+    int CopyRights(int, int) override { return 0; }
+    int Flush(int) override { return 0; }
+    int FlushFolderOf(const std::string &) override { return 0; }
+    int Rename(const std::string &from, const std::string &to) override
+    {
+        const auto found = names.find(from);
+        if (found == names.end())
+            return ENOENT;
+        const Content content = found->second;
+        names.erase(found);
+        names[to] = content;
+        return 0;
+    }
+    int Delete(const std::string &path) override { return names.erase(path) != 0 ? 0 : ENOENT; }
+    int MakeFolder(const std::string &) override { return 0; }
+
+private:
+    static constexpr int kFirstHandle = 1'000'000;
+
+    int Open(const Content &content)
+    {
+        m_open.push_back(content);
+        return kFirstHandle + static_cast<int>(m_open.size()) - 1;
+    }
+    Content &At(int handle) { return m_open[static_cast<std::size_t>(handle - kFirstHandle)]; }
+
+    std::vector<Content> m_open;
 };

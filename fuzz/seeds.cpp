@@ -66,5 +66,10 @@ int main(int argc, char **argv)
     std::vector<std::string> bodies = Bodies();
     for (std::string &body : bodies)
         body.insert(0, 1, '\3'); // the target's first byte is the version
-    return Write(folder / "fuzz_filepass", Songs()) && Write(folder / "fuzz_id3v2", bodies) ? 0 : 1;
+    std::vector<std::string> edits = Songs();
+    for (std::size_t i = 0; i < edits.size(); ++i)
+        edits[i].insert(0, 1, static_cast<char>(0x61 + i)); // what changes, what is written
+    const bool done = Write(folder / "fuzz_filepass", Songs()) &&
+                      Write(folder / "fuzz_id3v2", bodies) && Write(folder / "fuzz_edit", edits);
+    return done ? 0 : 1;
 }

@@ -72,9 +72,9 @@ void WriteAll(int target, std::string_view bytes)
 // Copies through memory what the system cannot copy by itself.
 void CopyThroughMemory(int source, std::int64_t offset, int target, std::int64_t count)
 {
-    std::vector<char> buffer(kCopyBuffer);
+    std::vector<char> buffer(std::min(kCopyBuffer, static_cast<std::size_t>(count)));
     while (count > 0) {
-        const auto wanted = std::min<std::int64_t>(count, kCopyBuffer);
+        const auto wanted = std::min(count, static_cast<std::int64_t>(buffer.size()));
         const auto got =
             Files().ReadAt(source, offset, buffer.data(), static_cast<std::size_t>(wanted), true);
         if (got <= 0) // the song has become shorter, or cannot be read: no copy

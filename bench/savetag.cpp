@@ -1,0 +1,172 @@
+// bench/savetag.cpp - what an edit of a large song costs, against a plain copy of the file.
+//
+//   savetag FOLDER [MEGABYTES] [ROUNDS]
+//
+// FOLDER lies on the disk that is measured. The floor is `cp --reflink=never` of the song and a
+// flush; the waiting that the steps of an edit prescribe is taken out by a clock of its own. Prints
+// medians in ms, ratios, the peak of memory, and a checksum of the songs written.
+#include "metadata/mp3info.h"
+#include "metadata/tagframes.h"
+#include "metadata/tagwriter.h"
+#include "platform/clock.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "shell/apppath.h"
+#include "shell/globals.h"
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+struct QuietDesk : platform::Desktop, platform::Clock {
+    platform::Answer MessageBox(std::string_view text, platform::Buttons, std::string_view,
+                                platform::BoxIcon) override
+    {
+        std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
+        std::exit(1);
+    }
+    std::optional<std::string> InputBox(std::string_view, std::string_view,
+                                        std::string_view) override
+    {
+        return std::nullopt;
+    }
+    std::optional<std::string> OpenDialog(std::string_view,
+                                          const std::vector<platform::FileFilter> &,
+                                          const std::string &) override
+    {
+        return std::nullopt;
+    }
+    void EmptyClipboard() override {}
+    void SetClipboardText(std::string_view) override {}
+    bool OpenAddress(const std::string &, const std::string &) override { return false; }
+    void SetPointer(platform::Pointer) override {}
+    void DoEvents() override {}
+    std::int64_t SteadyMs() override { return ms; }
+    platform::LocalTime Now() override { return {}; }
+    double SecondsOfDay() override { return static_cast<double>(ms) / 1000; }
+    std::string DateText(const platform::LocalTime &) override { return {}; }
+    std::string TimeText(const platform::LocalTime &) override { return {}; }
+    void Sleep(std::int64_t milliseconds) override { ms += milliseconds; }
+
+    std::int64_t ms = 0;
+};
+
+void MakeSong(const std::string &path, std::size_t megabytes)
+{
+    metadata::ID3v2Tag tag{"", "Title", "Artist", "Album", "1999", "", "Rock", 1, ""};
+    std::string picture;
+    metadata::AppendFrame(picture, "APIC", std::string(40'000, 'p'));
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out << metadata::BuildID3v2Tag(picture + std::string(1500, '\0'), tag, 3);
+    std::string frame = "\xFF\xFB\x90\x64";
+    frame.resize(417, '\x55');
+    for (std::size_t bytes = 0; bytes < megabytes << 20; bytes += frame.size())
+        out << frame;
+    if (!out.flush())
+        std::exit(1);
+}
+
+void FlushFile(const std::string &path)
+{
+    const int fd = open(path.c_str(), O_RDONLY);
+    if (fd < 0 || fsync(fd) != 0)
+        std::exit(1);
+    close(fd);
+}
+
+void CopyAndFlush(const std::string &song)
+{
+    const std::string copy = song + ".copy";
+    if (std::system(("cp --reflink=never '" + song + "' '" + copy + "'").c_str()) != 0)
+        std::exit(1);
+    FlushFile(copy);
+    fs::remove(copy);
+}
+
+// One edit: of the ID3v2 title (the long way), or of the ID3v1 title alone (the short way).
+unsigned long long Edit(const std::string &song, bool longWay, int round)
+{
+    metadata::ID3v1Tag v1;
+    metadata::ID3v2Tag v2;
+    metadata::MPEGHeader header;
+    bool hasV1 = false;
+    bool hasV2 = false;
+    metadata::GetMP3Info(song, v1, v2, header, hasV1, hasV2, false);
+    v2.Genre = "Rock";
+    const metadata::ID3v1Tag oldV1 = v1;
+    const metadata::ID3v2Tag oldV2 = v2;
+    (longWay ? v2.Title : v1.Title) = "Title " + std::to_string(round);
+    if (!metadata::SaveTag(v1, v2, oldV1, oldV2, song, true, true, nullptr))
+        std::exit(1);
+    return fs::file_size(song);
+}
+
+double MedianMs(int rounds, const std::function<void(int)> &job)
+{
+    std::vector<double> times;
+    for (int round = 0; round < rounds; ++round) {
+        sync();
+        const auto start = std::chrono::steady_clock::now();
+        job(round);
+        const std::chrono::duration<double, std::milli> time =
+            std::chrono::steady_clock::now() - start;
+        times.push_back(time.count());
+    }
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc < 2) {
+        std::fprintf(stderr, "usage: savetag FOLDER [MEGABYTES] [ROUNDS]\n");
+        return 2;
+    }
+    const std::string folder = argv[1];
+    const std::size_t megabytes = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 12;
+    const int rounds = argc > 3 ? std::atoi(argv[3]) : 15;
+    QuietDesk desk;
+    platform::TheMachine().desktop = &desk;
+    platform::TheMachine().clock = &desk;
+    shell::SetAppPath(folder);
+    shell::TheGlobals().UpdateDBAfterEditing = false;
+    fs::create_directories(folder);
+    const std::string song = folder + "/song.mp3";
+    MakeSong(song, megabytes);
+
+    unsigned long long checksum = 0;
+    int number = 0;
+    for (const bool backup : {true, false})
+        for (const bool longWay : {true, false}) {
+            shell::TheGlobals().BackUpFiles = backup;
+            Edit(song, longWay, ++number); // puts the folder of backups in place
+            const double floor = MedianMs(rounds, [&](int) { CopyAndFlush(song); });
+            const double edit =
+                MedianMs(rounds, [&](int) { checksum += Edit(song, longWay, ++number); });
+            std::printf("%s, backup %s: %.1f ms, copy and flush %.1f ms, ratio %.2f (at most %s)\n",
+                        longWay ? "long way " : "short way", backup ? "on " : "off", edit, floor,
+                        edit / floor, backup ? "2.5" : "1.5");
+        }
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    std::printf("peak memory %ld KiB for a file of %zu MB, checksum %llu\n", usage.ru_maxrss,
+                megabytes, checksum);
+    return 0;
+}

@@ -1,0 +1,137 @@
+// Any file, any edit: the song is there afterwards, its audio is where the rules put it, and what
+// was written stands where it belongs.
+#include "fuzz/memoryfiles.h"
+#include "metadata/id3v1.h"
+#include "metadata/mp3info.h"
+#include "metadata/tagwriter.h"
+#include "platform/clock.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "shell/globals.h"
+
+#include <cstdlib>
+#include <vector>
+
+namespace
+{
+
+struct QuietDesk : platform::Desktop, platform::Clock {
+    platform::Answer MessageBox(std::string_view, platform::Buttons, std::string_view,
+                                platform::BoxIcon) override
+    {
+        ++boxes;
+        return platform::Answer::Ok;
+    }
+    std::optional<std::string> InputBox(std::string_view, std::string_view,
+                                        std::string_view) override
+    {
+        return std::nullopt;
+    }
+    std::optional<std::string> OpenDialog(std::string_view,
+                                          const std::vector<platform::FileFilter> &,
+                                          const std::string &) override
+    {
+        return std::nullopt;
+    }
+    void EmptyClipboard() override {}
+    void SetClipboardText(std::string_view) override {}
+    bool OpenAddress(const std::string &, const std::string &) override { return false; }
+    void SetPointer(platform::Pointer) override {}
+    void DoEvents() override {}
+    std::int64_t SteadyMs() override { return ms; }
+    platform::LocalTime Now() override { return {}; }
+    double SecondsOfDay() override { return static_cast<double>(ms) / 1000; }
+    std::string DateText(const platform::LocalTime &) override { return {}; }
+    std::string TimeText(const platform::LocalTime &) override { return {}; }
+    void Sleep(std::int64_t milliseconds) override { ms += milliseconds; }
+
+    std::int64_t ms = 0;
+    int boxes = 0;
+};
+
+struct Pass {
+    metadata::ID3v1Tag v1;
+    metadata::ID3v2Tag v2;
+    metadata::MPEGHeader header;
+    bool hasV1 = false, hasV2 = false;
+};
+
+const std::string kSong = "/song.mp3";
+
+Pass Read()
+{
+    Pass pass;
+    metadata::GetMP3Info(kSong, pass.v1, pass.v2, pass.header, pass.hasV1, pass.hasV2, false);
+    return pass;
+}
+
+void Expect(bool holds)
+{
+    if (!holds)
+        std::abort();
+}
+
+// The bits of the first byte choose what changes and what is written.
+void Edit(unsigned char choice, Pass &pass)
+{
+    if (choice & 1)
+        pass.v2.Title = "New title";
+    if (choice & 2)
+        pass.v2.Comment = "";
+    if (choice & 4)
+        pass.v2.Genre = "Rock";
+    if (choice & 8)
+        pass.v1.Title = "New title";
+    if (choice & 16)
+        pass.v2.Lyrics = "[00:01]La";
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
+{
+    if (size == 0)
+        return 0;
+    static QuietDesk desk;
+    MemoryFiles files;
+    const std::string before(reinterpret_cast<const char *>(data) + 1, size - 1);
+    files.names[kSong] = std::make_shared<std::string>(before);
+    platform::TheMachine().files = &files;
+    platform::TheMachine().desktop = &desk;
+    platform::TheMachine().clock = &desk;
+    shell::TheGlobals().BackUpFiles = false;
+    shell::TheGlobals().UpdateDBAfterEditing = false;
+    metadata::ResetMP3Info();
+    desk.boxes = 0;
+
+    const Pass old = Read();
+    const metadata::RawTags raw = metadata::CopyRawTags();
+    Pass pass = old;
+    Edit(data[0], pass);
+    const bool writeID3v1 = (data[0] & 32) != 0;
+    const bool writeID3v2 = (data[0] & 64) != 0;
+    const bool saved =
+        metadata::SaveTag(pass.v1, pass.v2, old.v1, old.v2, kSong, writeID3v1, writeID3v2, nullptr);
+    Expect(files.names.size() == 1 && files.names.count(kSong) == 1);
+    const std::string after = *files.names[kSong];
+    if (!saved || desk.boxes > 0) {
+        Expect(after == before);
+    } else {
+        const std::size_t image = raw.fileHasID3v1 ? 128 : 0;
+        const std::size_t front = raw.body.empty() ? 0 : raw.body.size() + 10;
+        const std::size_t lost = raw.body.empty() ? 10 : 0;
+        // The audio is all there, but for the 10 bytes that the long way may take.
+        if (before.size() >= front + image + lost)
+            Expect(after.find(before.substr(front, before.size() - front - image - lost)) !=
+                   std::string::npos);
+        Expect(!writeID3v1 ||
+               (after.size() >= 128 && after.compare(after.size() - 128, 3, "TAG") == 0));
+        Expect(!writeID3v2 || after.compare(0, 4, "ID3\3") == 0);
+        Read();
+        if (writeID3v2 && (data[0] & 1))
+            Expect(after.find("New title") != std::string::npos);
+    }
+    metadata::ResetMP3Info();
+    platform::TheMachine().files = &platform::SystemFiles();
+    return 0;
+}
