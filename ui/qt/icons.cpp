@@ -1,9 +1,9 @@
 #include "ui/qt/icons.h"
 
+#include "platform/qt/theme.h"
 #include "ui/qt/qttext.h"
 
 #include <QFile>
-#include <QGuiApplication>
 #include <QIconEngine>
 #include <QMap>
 #include <QMimeDatabase>
@@ -50,7 +50,7 @@ private:
         return mode == QIcon::Selected ? QIcon::Normal : mode;
     }
 
-    const QIcon &Drawing() const { return IsDark(QGuiApplication::palette()) ? m_dark : m_light; }
+    const QIcon &Drawing() const { return platform::qt::IsDark() ? m_dark : m_light; }
 
     QIcon m_light, m_dark;
 };
@@ -76,12 +76,6 @@ QIcon OwnIcon(const QString &key)
 }
 
 } // namespace
-
-bool IsDark(const QPalette &palette)
-{
-    return palette.color(QPalette::WindowText).lightness() >
-           palette.color(QPalette::Window).lightness();
-}
 
 QIcon Icon(std::string_view key)
 {

@@ -4,15 +4,10 @@
 #pragma once
 
 #include <QIcon>
-#include <QPalette>
 #include <string_view>
 
 namespace ui::qt
 {
-
-// True when windows of this palette are dark, that is, when their text is lighter than their
-// ground.
-[[nodiscard]] bool IsDark(const QPalette &palette);
 
 // The icon of an image key; a null icon for an empty key or one that has no drawing.
 [[nodiscard]] QIcon Icon(std::string_view key);

@@ -1,6 +1,6 @@
 #include "ui/qt/pagepanel.h"
 
-#include "ui/qt/icons.h"
+#include "platform/qt/theme.h"
 
 #include <QLinearGradient>
 #include <QPainter>
@@ -19,7 +19,7 @@ void PagePanel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(rect(), palette().color(QPalette::Base));
-    const bool dark = IsDark(palette());
+    const bool dark = platform::qt::IsDark();
     if (!m_picture || m_pictureIsDark != dark) {
         m_picture =
             std::make_unique<QSvgRenderer>(dark ? QStringLiteral(":/pictures/page-dark.svg")

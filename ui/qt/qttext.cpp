@@ -11,17 +11,6 @@ constexpr std::size_t kLongestLine = 2000;
 
 } // namespace
 
-QString ToQt(std::string_view text)
-{
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-std::string FromQt(const QString &text)
-{
-    const QByteArray bytes = text.toUtf8();
-    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
-}
-
 QString LabelText(std::string_view caption)
 {
     std::string shown;

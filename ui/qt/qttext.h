@@ -1,6 +1,8 @@
-// ui/qt/qttext.h - the one border between the program's texts (UTF-8) and the toolkit's.
-// No state, no errors.
+// ui/qt/qttext.h - how the program's texts look in widgets: captions, cells, tips. No state, no
+// errors.
 #pragma once
+
+#include "platform/qt/text.h"
 
 #include <QString>
 #include <string>
@@ -9,11 +11,8 @@
 namespace ui::qt
 {
 
-// UTF-8 to the toolkit's text; bytes that are no UTF-8 become U+FFFD.
-[[nodiscard]] QString ToQt(std::string_view text);
-
-// The toolkit's text as UTF-8.
-[[nodiscard]] std::string FromQt(const QString &text);
+using platform::qt::FromQt;
+using platform::qt::ToQt;
 
 // What a label shows of a caption: "&&" is an ampersand, a lone "&" (the mark of an access key) is
 // not shown, carriage returns and line feeds break the line, and other control characters (the NUL
