@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sqlite3.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -224,6 +225,31 @@ TEST(RowGroups, AFailedStatementLeavesTheOthersRows)
         EXPECT_EQ(groups.Close(), "");
     }
     EXPECT_EQ(Committed(fresh.File()), 2);
+}
+
+// A full disk: no file of this process grows beyond what it has.
+TEST(RowGroups, AGroupThatCannotBeKeptIsTold)
+{
+    tests::FreshCatalogue fresh;
+    signal(SIGXFSZ, SIG_IGN);
+    struct rlimit before = {};
+    getrlimit(RLIMIT_FSIZE, &before);
+    RowGroups groups;
+    AddInStep(fresh, "/1");
+    AddInStep(fresh, "/2");
+    const struct rlimit none = {1024, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &none);
+    const auto failures = groups.Close();
+    fresh.access.ExecuteSQL("INSERT INTO Lists VALUES('a', 'b')", kInsert);
+    const bool single = fresh.access.Succeeded;
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_NE(failures.find("2 row(s) could not be kept"), std::string::npos) << failures;
+    EXPECT_FALSE(single);
+    EXPECT_EQ(Committed(fresh.File()), 0);
+    EXPECT_EQ(groups.Close(), "") << "told once";
+    AddInStep(fresh, "/3");
+    EXPECT_EQ(groups.Close(), "");
+    EXPECT_EQ(Committed(fresh.File()), 1);
 }
 
 TEST(RowGroups, GiveWayToOneWhoWaits)
