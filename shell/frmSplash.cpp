@@ -18,6 +18,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <tuple>
 
 namespace shell
 {
@@ -44,15 +45,19 @@ protected:
     void changeEvent(QEvent *event) override
     {
         QPushButton::changeEvent(event);
-        if (event->type() == QEvent::ApplicationPaletteChange)
+        if (event->type() == QEvent::PaletteChange)
             TakeColour();
     }
 
 private:
+    // Again after each change of the theme; its own change comes back here as well.
     void TakeColour()
     {
-        QPalette colours = QGuiApplication::palette();
-        colours.setColor(QPalette::ButtonText, colours.color(QPalette::Link));
+        QPalette colours = palette();
+        const QColor link = QGuiApplication::palette().color(QPalette::Link);
+        if (colours.color(QPalette::ButtonText) == link)
+            return;
+        colours.setColor(QPalette::ButtonText, link);
         setPalette(colours);
     }
 };
@@ -144,15 +149,21 @@ void frmSplash::BuildAbout(const SplashTexts &texts)
     connect(address, &QPushButton::clicked, this,
             [] { platform::TheMachine().desktop->OpenAddress(SupportMailAddress(), "C:\\"); });
     grid->addWidget(address, 1, 1, Qt::AlignLeft);
-    grid->setRowStretch(2, 1);
+    for (const auto &[name, text, column] : {std::tuple("lblICQ", std::string_view(texts.icq), 0),
+                                             std::tuple("Label5", kContactNumber, 1)}) {
+        QLabel *label = AddLabel(name, ui::qt::ToQt(text));
+        grid->addWidget(label, 2, column);
+        label->setVisible(!kContactNumber.empty());
+    }
+    grid->setRowStretch(3, 1);
     auto *history = new QPushButton(ui::qt::MenuText(texts.historyButton), m_about);
     ui::qt::Name(history, "cmdHistory");
     history->setEnabled(false); // until the history's window is built
     m_cmdOk = new QPushButton(ui::qt::MenuText(texts.okButton), m_about);
     ui::qt::Name(m_cmdOk, "cmdOk");
     connect(m_cmdOk, &QPushButton::clicked, this, &QWidget::close);
-    grid->addWidget(history, 3, 2);
-    grid->addWidget(m_cmdOk, 3, 3);
+    grid->addWidget(history, 4, 2);
+    grid->addWidget(m_cmdOk, 4, 3);
     grid->setColumnStretch(1, 1);
 }
 

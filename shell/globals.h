@@ -16,6 +16,9 @@ inline constexpr std::string_view kApplicationTitle = "Quenlin";
 // Where suggestions and failure reports go; a reserved domain until the publisher has one.
 inline constexpr std::string_view kSupportAddress = "support@quenlin.example";
 
+// The number behind the caption "ICQ:". The publisher has none yet, and its line stays hidden.
+inline constexpr std::string_view kContactNumber;
+
 // The catalogue's fields as the program numbers them; "List" stands before "Path".
 inline constexpr std::array<const char *, 8> FieldNames = {"Title",   "Artist", "Album", "Year",
                                                            "Comment", "Genre",  "List",  "Path"};

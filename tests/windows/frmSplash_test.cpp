@@ -82,6 +82,9 @@ TEST_F(SplashScaled, AboutBoxLeavesTheMainFormAlone)
     EXPECT_EQ(splash->size(), QSize(7485 / 15, 6015 / 15));
     EXPECT_FALSE(Find(*splash, "lblProgress")->isVisible());
     EXPECT_FALSE(Find(*splash, "cmdHistory")->isEnabled());
+    EXPECT_EQ(Find<QLabel>(*splash, "lblICQ")->text(), QStringLiteral("ICQ:"));
+    EXPECT_EQ(Find(*splash, "lblICQ")->isVisible(), !shell::kContactNumber.empty());
+    EXPECT_EQ(Find(*splash, "Label5")->isVisible(), !shell::kContactNumber.empty());
     ShowAndActivate(*splash);
     KeepScreenshot(*splash, "about");
     Click(*Find(*splash, "lblEmail"));
@@ -119,6 +122,8 @@ TEST_F(SplashScaled, TranslationIsCreditedInBothRoles)
     KeepScreenshot(*splash, "about-translated");
     platform::qt::ApplyPalette(true);
     LetRun(100);
+    EXPECT_EQ(Find(*splash, "lblEmail")->palette().color(QPalette::ButtonText),
+              QGuiApplication::palette().color(QPalette::Link));
     KeepScreenshot(*splash, "about-dark");
     platform::qt::ApplyPalette(false);
 }
