@@ -260,8 +260,8 @@ void BackUp(const Edit &edit)
         WaitUntilReadable(backup);
 }
 
-// Waits until the clock has passed the whole second of now plus 1. At midnight, when the clock is set
-// back, or when it stands still, the wait is over.
+// Waits until the clock has passed the whole second of now plus 1. At midnight, when the clock is
+// set back, or when it stands still, the wait is over.
 void WaitForNextSecond()
 {
     platform::Clock &clock = *platform::TheMachine().clock;
