@@ -2,19 +2,18 @@
 // its subject needs and puts back what stood there.
 #pragma once
 
+#include "platform/files.h"
+
 namespace platform
 {
 
 struct Clock;
 struct Desktop;
 struct Drives;
-struct Files;
 struct FileTypes;
 struct Player;
 struct SettingsStore;
 struct Windows;
-
-Files &SystemFiles(); // platform/files.h
 
 // The ports are owned by app/ (or the test) and outlive their use. A null port is a programming
 // error of the caller that reaches for it.
@@ -24,7 +23,7 @@ struct Machine {
     FileTypes *fileTypes = nullptr;
     Drives *drives = nullptr;
     Clock *clock = nullptr;
-    Player *player = nullptr; // null where no player can be found
+    Player *player = nullptr;      // null where no player can be found
     Files *files = &SystemFiles(); // a test may put its own
     Windows *windows = nullptr;    // null in a terminal
 };

@@ -144,7 +144,7 @@ int SystemFilesPort::FlushFolderOf(const std::string &path)
     const int handle = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (handle < 0)
         return errno;
-    const int reason = Flush(handle);
+    const int reason = SystemFilesPort::Flush(handle);
     close(handle);
     return reason == EINVAL ? 0 : reason; // a file system that cannot flush folders
 }

@@ -17,6 +17,7 @@ public:
     int faultyCall = 0; // which of them, from 1 on; 0 = none
     int reason = 0;     // its errno; 0 = the process is killed there and nothing happens any more
     bool isDead = false;
+    std::string log; // f: a file flushed, b: named .bck, r: named otherwise, d: a folder flushed
     int createReason = 0; // the errno of every CreateBeside, when not 0
 
     int OpenToRead(const std::string &path, platform::FileIdentity &identity) override
@@ -63,16 +64,19 @@ public:
     int Flush(int handle) override
     {
         const int fault = Fault();
+        log += 'f';
         return fault != 0 ? fault : SystemFilesPort::Flush(handle);
     }
     int FlushFolderOf(const std::string &path) override
     {
         const int fault = Fault();
+        log += 'd';
         return fault != 0 ? fault : SystemFilesPort::FlushFolderOf(path);
     }
     int Rename(const std::string &from, const std::string &to) override
     {
         const int fault = Fault();
+        log += to.ends_with(".bck") ? 'b' : 'r';
         return fault != 0 ? fault : SystemFilesPort::Rename(from, to);
     }
     int Delete(const std::string &path) override

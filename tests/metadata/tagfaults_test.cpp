@@ -90,6 +90,12 @@ TEST_F(TagFaults, WithoutAFault)
     EXPECT_TRUE(m_desk.boxes.empty());
 }
 
+TEST_F(TagFaults, TheNewVersionIsOnTheDiskBeforeTheOldOneGoes)
+{
+    EXPECT_TRUE(Edit());
+    EXPECT_EQ(m_files.log, "fbrd");
+}
+
 TEST_F(TagFaults, KilledInEveryCall)
 {
     for (const bool backup : {false, true}) {
