@@ -39,3 +39,6 @@ function(quenlin_window_test name)
   set_tests_properties(${name} ${name}_200 PROPERTIES TIMEOUT 600 LABELS window ENVIRONMENT
     "QUENLIN_SCREENSHOTS=${CMAKE_BINARY_DIR}/screenshots;QUENLIN_PROGRAM=$<TARGET_FILE:quenlin>")
 endfunction()
+
+# The system's own Python, for which Debian's packages of modules are made, before any other.
+find_program(PYTHON_PROGRAM python3 HINTS /usr/bin REQUIRED)
