@@ -66,7 +66,8 @@ void frmMainWindow::AddMenuLine(const MenuLine &line)
         return;
     }
     auto *action = new QAction(this);
-    parent->addAction(action);
+    QWidget *holder = parent != nullptr ? static_cast<QWidget *>(parent) : menuBar();
+    holder->addAction(action);
     if (line.caption == "-") {
         action->setSeparator(true);
         ui::qt::Bind(*command, action,

@@ -46,7 +46,7 @@ RecordsetPtr StepAll(SqliteHandle &handle, std::string_view sql, const Binding &
     return std::make_shared<CopiedRecordset>(prepared.columns, std::move(table));
 }
 
-class SqliteConnection : public Connection
+class SqliteConnection final : public Connection
 {
 public:
     explicit SqliteConnection(std::shared_ptr<CatalogueFile> file) : m_file(std::move(file)) {}

@@ -32,7 +32,7 @@ bool WriteAll(int fd, std::string_view bytes)
 std::string Resolved(const std::string &path)
 {
     char *real = realpath(path.c_str(), nullptr);
-    const std::string result = real != nullptr ? real : path;
+    std::string result = real != nullptr ? real : path;
     std::free(real);
     return result;
 }

@@ -21,7 +21,7 @@ namespace platform::posix
 //
 // A file that is there and cannot be read is never replaced: what was written then lasts for this
 // run only. A title must be usable as the name of a folder.
-class IniSettings : public SettingsStore
+class IniSettings final : public SettingsStore
 {
 public:
     // `configHome`: the folder of all programs' configurations; need not exist.

@@ -62,7 +62,7 @@ std::string FindProgram(const std::string &name)
     std::string_view rest = path != nullptr ? path : "/usr/local/bin:/usr/bin:/bin";
     while (!rest.empty()) {
         const auto end = rest.find(':');
-        const std::string candidate = std::string(rest.substr(0, end)) + "/" + name;
+        std::string candidate = std::string(rest.substr(0, end)) + "/" + name;
         if (candidate.front() == '/' && CanRun(candidate))
             return candidate;
         rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);

@@ -20,7 +20,7 @@ constexpr std::string_view kNowhere = "/dev/null"; // no folder, and none can be
 
 std::string UserHome()
 {
-    const std::string home = Environment("HOME");
+    std::string home = Environment("HOME");
     if (home.starts_with('/'))
         return home;
     const passwd *user = getpwuid(getuid());
@@ -45,7 +45,7 @@ bool IsSameFolder(const std::string &one, const char *other)
 
 std::string CurrentFolder()
 {
-    const std::string shown = Environment("PWD");
+    std::string shown = Environment("PWD");
     if (shown.starts_with('/') && IsSameFolder(shown, "."))
         return shown;
     char buffer[PATH_MAX];
@@ -97,7 +97,7 @@ std::string ProgramFolder()
 std::string LocaleName()
 {
     for (const char *variable : {"LC_ALL", "LC_CTYPE", "LANG"})
-        if (const std::string name = Environment(variable); !name.empty())
+        if (std::string name = Environment(variable); !name.empty())
             return name;
     return "C";
 }

@@ -31,17 +31,17 @@ namespace ui::qt
 
 // Runs `show` now and at each change of `control` until `owner` is destroyed.
 template <class Control>
-void Bind(Control &control, QObject *owner, std::function<void()> show)
+void Bind(Control &control, QObject *owner, const std::function<void()> &show)
 {
     QObject::connect(owner, &QObject::destroyed, [&control] { control.changed = nullptr; });
     show();
-    control.changed = std::move(show);
+    control.changed = show;
 }
 
 // The same for a control that changes faster than anyone can read, as a job's progress does: `show`
 // runs at most 25 times a second, and once more after the last change.
 template <class Control>
-void BindCalmly(Control &control, QObject *owner, std::function<void()> show)
+void BindCalmly(Control &control, QObject *owner, const std::function<void()> &show)
 {
     constexpr int kFrameMs = 40;
     auto *frame = new QTimer(owner);
