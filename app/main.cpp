@@ -25,6 +25,14 @@ void OpenStandardStreams()
             open("/dev/null", fd == STDIN_FILENO ? O_RDONLY : O_WRONLY);
 }
 
+#ifdef QUENLIN_HAS_WINDOWS
+// Whether a person may sit at the other end of the messages or the answers.
+bool HasTerminal()
+{
+    return isatty(STDIN_FILENO) != 0 || isatty(STDERR_FILENO) != 0;
+}
+#endif
+
 int Print(std::string_view text, std::FILE *stream, int status)
 {
     std::fwrite(text.data(), 1, text.size(), stream);
@@ -55,6 +63,11 @@ int main(int argc, char **argv)
 #endif
         return Print(app::UsageText(), stderr, kWrongUsage);
     case app::Job::Batch:
+#ifdef QUENLIN_HAS_WINDOWS
+        if (app::HasDisplay() && !HasTerminal())
+            return app::RunBatchInWindows(argc, argv, options.paths);
+#endif
+        return app::RunInTerminal(options);
     case app::Job::Regenerate:
         return app::RunInTerminal(options);
     }

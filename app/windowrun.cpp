@@ -2,23 +2,11 @@
 
 #include "app/programhome.h"
 #include "app/singleinstance.h"
+#include "app/windowsession.h"
 #include "browser/fieldtree.h"
 #include "browser/frmMain.h"
-#include "catalogue/adoclass.h"
 #include "catalogue/regeneration.h"
-#include "catalogue/rowgroups.h"
-#include "platform/appid.h"
 #include "platform/endrequest.h"
-#include "platform/machine.h"
-#include "platform/posix/desktopfiletypes.h"
-#include "platform/posix/inisettings.h"
-#include "platform/posix/mountdrives.h"
-#include "platform/posix/systemclock.h"
-#include "platform/posix/userfolders.h"
-#include "platform/qt/application.h"
-#include "platform/qt/qtdesktop.h"
-#include "platform/qt/qtwindows.h"
-#include "platform/qt/theme.h"
 #include "runtime/error.h"
 #include "shell/apppath.h"
 #include "shell/frmSplash.h"
@@ -26,7 +14,6 @@
 #include "shell/startup.h"
 #include "ui/qt/icons.h"
 
-#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QPointer>
 #include <QSocketNotifier>
@@ -40,48 +27,6 @@ namespace
 {
 
 constexpr int kEndAgainMs = 50; // until a step that cannot end now is asked again
-
-// The ports of a desktop, in use while this lives.
-class WindowMachine
-{
-public:
-    WindowMachine()
-    {
-        platform::Machine &machine = platform::TheMachine();
-        machine.desktop = &m_desktop;
-        machine.settings = &m_settings;
-        machine.fileTypes = &m_fileTypes;
-        machine.drives = &m_drives;
-        machine.clock = &m_clock;
-        machine.windows = &m_windows;
-        // What one turn of the event loop stored goes to the file before the next one is waited
-        // for.
-        QObject::connect(QAbstractEventDispatcher::instance(),
-                         &QAbstractEventDispatcher::aboutToBlock, &m_turns,
-                         [this] { m_settings.Flush(); });
-    }
-
-    ~WindowMachine()
-    {
-        catalogue::DataAccess.reset();
-        catalogue::CloseCatalogue();
-        m_settings.Flush();
-        platform::TheMachine() = platform::Machine();
-    }
-
-    WindowMachine(const WindowMachine &) = delete;
-    WindowMachine &operator=(const WindowMachine &) = delete;
-
-private:
-    platform::qt::QtDesktop m_qt;
-    catalogue::GroupClosingDesktop m_desktop{m_qt};
-    platform::posix::IniSettings m_settings{platform::posix::ConfigHome()};
-    platform::posix::DesktopFileTypes m_fileTypes{platform::posix::DataHome()};
-    platform::posix::MountDrives m_drives;
-    platform::posix::SystemClock m_clock;
-    platform::qt::QtWindows m_windows;
-    QObject m_turns;
-};
 
 // The windows of one run.
 struct Windows {
@@ -212,14 +157,7 @@ bool HasDisplay()
 
 int RunInWindows(int argc, char **argv)
 {
-    platform::qt::Application application(argc, argv);
-    application.tellError = shell::ShowRuntimeError;
-    QApplication::setApplicationName(QStringLiteral("quenlin"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Quenlin"));
-    QGuiApplication::setDesktopFileName(QString::fromLatin1(platform::kApplicationId));
-    QApplication::setQuitOnLastWindowClosed(false); // the splash closes before the window shows
-    const platform::qt::Theme theme;
-    const WindowMachine machine;
+    WindowSession session(argc, argv);
     Windows windows;
     platform::WatchForEndRequest();
     try {
@@ -235,8 +173,8 @@ int RunInWindows(int argc, char **argv)
     }
     instance.onCalled = [&windows] { ComeForward(windows); };
     const EndWatch endWatch(windows);
-    QObject::connect(&application, &QGuiApplication::commitDataRequest, &application,
-                     [&windows] { End(windows); });
+    QObject::connect(&session.application, &QGuiApplication::commitDataRequest,
+                     &session.application, [&windows] { End(windows); });
     return RunFirst(windows);
 }
 

@@ -2,6 +2,9 @@
 // end.
 #pragma once
 
+#include <string>
+#include <vector>
+
 namespace app
 {
 
@@ -12,5 +15,11 @@ bool HasDisplay();
 // with the same catalogue raises the first one's window and ends at once.
 // Returns: the exit status: 0; 1 for a refused catalogue or a failed start.
 int RunInWindows(int argc, char **argv);
+
+// Does the batch over `paths` behind the splash, with boxes in windows: for a start from the
+// desktop, where nobody would see the terminal's. A signal ends it between two files, after the
+// summary. Returns: the exit status: 0 when the summary was written, 1 refused or failed, 128 + the
+//          signal's number.
+int RunBatchInWindows(int argc, char **argv, const std::vector<std::string> &paths);
 
 } // namespace app

@@ -63,7 +63,7 @@ protected:
     Pass Read(std::string_view bytes, const std::string &what)
     {
         tests::WriteFile(m_path, bytes);
-        const Pass pass = ReadPass(m_path);
+        Pass pass = ReadPass(m_path);
         ExpectSane(pass, bytes, what);
         return pass;
     }

@@ -95,7 +95,7 @@ protected:
 
     std::string Song(std::string_view name, std::string_view title)
     {
-        const std::string path = m_folder / name;
+        std::string path = m_folder / name;
         tests::WriteFile(path, Tag(3, Frame3("TIT2", title)) + tests::Header128() +
                                    std::string(20'000, 'a') + Tag1(title, "", "", "", "", 1, 2));
         return path;

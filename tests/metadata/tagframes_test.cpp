@@ -13,7 +13,6 @@ namespace
 using metadata::BuildID3v2Tag;
 using metadata::ID3v2Tag;
 using tests::Frame3;
-using tests::Number256;
 using tests::Tag;
 using tests::Z;
 

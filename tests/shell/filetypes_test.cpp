@@ -22,7 +22,7 @@ TEST(PlanAssociation, WritesFourPairsWithAnIconAndThreeWithout)
 TEST(RegisterFileTypes, RegistersLanguageFilesThenReports)
 {
     tests::MemoryFileTypes registry;
-    const std::string former = shell::GetAppPath();
+    const std::string former(shell::GetAppPath());
     for (const std::string folder : {"/opt/quenlin", "/moved"}) {
         shell::SetAppPath(folder);
         registry.types.clear();

@@ -104,6 +104,30 @@ class WindowedProgram(unittest.TestCase):
         self.assertEqual(process.wait(10), 1)
         self.assertEqual((self.home / "MP3s.mdb").read_bytes(), b"")
 
+    def test_a_batch_from_the_desktop_speaks_in_boxes(self):
+        """Without a terminal the box of a lyrics file that no song answers to waits in a window."""
+        (self.scratch / "Nowhere.txt").write_text("la la")
+        process = subprocess.Popen([PROGRAM, str(self.scratch / "Nowhere.txt")], env=self.env,
+                                   stdin=subprocess.DEVNULL, stderr=subprocess.PIPE)
+        self.addCleanup(lambda: process.poll() is None and process.kill())
+        def windows():
+            return xdotool("search", "--onlyvisible", "--pid", str(process.pid))
+        self.assertTrue(wait_for(lambda: len(windows()) > 1), "no box came beside the splash")
+        self.assertIsNone(process.poll())
+        summary = self.home / "Solution.txt"
+        self.assertFalse(summary.exists(), "the box did not wait")
+
+        def answered():
+            for window in windows():
+                xdotool("windowactivate", window)
+                xdotool("key", "Return")
+            return process.poll() is not None
+        self.assertTrue(wait_for(answered))
+        self.assertEqual(process.returncode, 0)
+        self.assertTrue(summary.exists())
+        self.assertNotIn(b"could not be found", process.stderr.read())
+        process.stderr.close()
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -1,0 +1,50 @@
+// app/windowsession.h - what every run with windows stands on: the toolkit's application, the look
+// and the ports of a desktop, in use while it lives; an orderly end when it goes.
+#pragma once
+
+#include "catalogue/rowgroups.h"
+#include "platform/posix/desktopfiletypes.h"
+#include "platform/posix/inisettings.h"
+#include "platform/posix/mountdrives.h"
+#include "platform/posix/systemclock.h"
+#include "platform/posix/userfolders.h"
+#include "platform/qt/application.h"
+#include "platform/qt/qtdesktop.h"
+#include "platform/qt/qtwindows.h"
+#include "platform/qt/theme.h"
+
+namespace app
+{
+
+// The ports of a desktop, in use while this lives.
+class WindowMachine
+{
+public:
+    WindowMachine();
+    ~WindowMachine(); // closes the catalogue, stores the settings
+
+    WindowMachine(const WindowMachine &) = delete;
+    WindowMachine &operator=(const WindowMachine &) = delete;
+
+private:
+    platform::qt::QtDesktop m_qt;
+    catalogue::GroupClosingDesktop m_desktop{m_qt};
+    platform::posix::IniSettings m_settings{platform::posix::ConfigHome()};
+    platform::posix::DesktopFileTypes m_fileTypes{platform::posix::DataHome()};
+    platform::posix::MountDrives m_drives;
+    platform::posix::SystemClock m_clock;
+    platform::qt::QtWindows m_windows;
+    QObject m_turns;
+};
+
+// The members stand in the order in which they are made; the ports go before the application does.
+struct WindowSession {
+    // `argc` and `argv` are those of main and outlive the session.
+    WindowSession(int &argc, char **argv);
+
+    platform::qt::Application application;
+    platform::qt::Theme theme;
+    WindowMachine machine;
+};
+
+} // namespace app
