@@ -22,8 +22,6 @@ TEST(PlanAssociation, WritesFourPairsWithAnIconAndThreeWithout)
 TEST(RegisterFileTypes, RegistersLanguageFilesThenReports)
 {
     tests::MemoryFileTypes registry;
-    // A copy: the calls below change what is referred to.
-    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const std::string former = shell::GetAppPath();
     for (const std::string folder : {"/opt/quenlin", "/moved"}) {
         shell::SetAppPath(folder);
