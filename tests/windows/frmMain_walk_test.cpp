@@ -163,8 +163,8 @@ TEST_F(MainWindowTest, BarLiesOverItsPanelDuringARegeneration)
     };
     Regenerate();
     EXPECT_TRUE(visible);
-    EXPECT_NEAR(bar.left(), (5000 + 40) / 15, 1);
-    EXPECT_NEAR(bar.width(), (1500 - 80) / 15, 1);
+    EXPECT_NEAR(bar.left(), (5000 + 40) / 15.0, 1);
+    EXPECT_NEAR(bar.width(), (1500 - 80) / 15.0, 1);
 }
 
 TEST_F(MainWindowTest, SecondRegenerationOfTheFolderLeavesTreeAndListDisabled)
