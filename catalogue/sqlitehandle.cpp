@@ -64,14 +64,25 @@ void SqliteHandle::SetUp()
     if (const int code = RunOwn(kSetUp); code != SQLITE_OK)
         Throw(code);
     AddTextFunctions(m_db);
+    m_isWal = KeepsALog();
+    sqlite3_set_authorizer(m_db, Authorize, this);
+}
+
+// A copy that another tool made of the catalogue can stand in the mode without a log, where readers
+// and writers shut each other out. It gets its log back; where that cannot be (another program is
+// at it, the folder is read-only), the file is used as it is.
+bool SqliteHandle::KeepsALog()
+{
+    m_waits = false;
     m_isOwn = true;
     sqlite3_stmt *mode = nullptr;
-    if (sqlite3_prepare_v2(m_db, "PRAGMA journal_mode", -1, &mode, nullptr) == SQLITE_OK &&
-        sqlite3_step(mode) == SQLITE_ROW)
-        m_isWal = ColumnText(mode, 0) == "wal";
+    const bool isWal =
+        sqlite3_prepare_v2(m_db, "PRAGMA journal_mode=WAL", -1, &mode, nullptr) == SQLITE_OK &&
+        sqlite3_step(mode) == SQLITE_ROW && ColumnText(mode, 0) == "wal";
     sqlite3_finalize(mode);
     m_isOwn = false;
-    sqlite3_set_authorizer(m_db, Authorize, this);
+    m_waits = true;
+    return isWal;
 }
 
 void SqliteHandle::Throw(int code) const

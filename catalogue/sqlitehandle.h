@@ -62,6 +62,7 @@ public:
 
 private:
     void SetUp();
+    bool KeepsALog();
     static int Busy(void *self, int count);
     static int Authorize(void *self, int action, const char *first, const char *second,
                          const char *database, const char *origin);

@@ -2,6 +2,7 @@
 #include "tests/catalogue/support.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -41,6 +42,28 @@ void FillRows(tests::FreshCatalogue &fresh, int rows)
         const RowStep step;
         fresh.AddPath("/" + std::to_string(i), std::string(800, 't'));
     }
+}
+
+// The stock engine on the same file, as another tool uses it.
+struct OtherTool {
+    explicit OtherTool(const std::string &file) { sqlite3_open(file.c_str(), &db); }
+    ~OtherTool() { sqlite3_close(db); }
+    OtherTool(const OtherTool &) = delete;
+    OtherTool &operator=(const OtherTool &) = delete;
+
+    void Run(const char *sql) const
+    {
+        EXPECT_EQ(sqlite3_exec(db, sql, nullptr, nullptr, nullptr), SQLITE_OK)
+            << sqlite3_errmsg(db);
+    }
+    sqlite3 *db = nullptr;
+};
+
+// Whether the file says of itself that it keeps a log: the versions in bytes 18 and 19 of its
+// header (SQLite's file format, "The Database Header").
+bool SaysItKeepsALog(const std::string &file)
+{
+    return tests::ReadFile(file).substr(18, 2) == "\2\2";
 }
 
 } // namespace
@@ -201,4 +224,37 @@ TEST(Connect, KilledWhileTheLogWentIntoTheFile)
     fs::remove(left.File() + "-wal");
     tests::WriteFile(left.File(), whole.substr(0, 8 * 4096));
     EXPECT_EQ(Verdict(left), kNotValid) << "without the log it is cut short";
+}
+
+TEST(Connect, CopyWithoutALogGetsItBack)
+{
+    tests::FreshCatalogue fresh;
+    FillRows(fresh, 100);
+    CloseCatalogue();
+    OtherTool(fresh.File()).Run("PRAGMA journal_mode=DELETE");
+    ASSERT_FALSE(SaysItKeepsALog(fresh.File()));
+    EXPECT_EQ(fresh.Rows("SELECT count(*) FROM MP3s"), std::vector<std::string>{"100"});
+    fresh.AddPath("/101");
+    CloseCatalogue();
+    EXPECT_TRUE(SaysItKeepsALog(fresh.File()));
+    EXPECT_EQ(fresh.Rows("SELECT count(*) FROM MP3s"), std::vector<std::string>{"101"});
+}
+
+TEST(Connect, CopyWithoutALogServesWhileAnotherReadsIt)
+{
+    tests::FreshCatalogue fresh;
+    FillRows(fresh, 100);
+    CloseCatalogue();
+    {
+        const OtherTool reader(fresh.File());
+        reader.Run("PRAGMA journal_mode=DELETE");
+        reader.Run("BEGIN; SELECT count(*) FROM MP3s");
+        EXPECT_EQ(fresh.Rows("SELECT count(*) FROM MP3s"), std::vector<std::string>{"100"});
+        EXPECT_EQ(fresh.Rows("SELECT * FROM MP3s ORDER BY Title").size(), 100u);
+        reader.Run("COMMIT");
+        EXPECT_FALSE(SaysItKeepsALog(fresh.File())) << "it was in use, and stays as it is";
+        fresh.AddPath("/101");
+    }
+    CloseCatalogue();
+    EXPECT_EQ(fresh.Rows("SELECT count(*) FROM MP3s"), std::vector<std::string>{"101"});
 }
