@@ -145,14 +145,6 @@ TEST(KeyedTree, EventsOfEachGesture)
          "Expand ByTitle; Click; Collapse ByTitle; Click; ", ""},
         {"a leaf has no expander", [](Sample &s) { s.tree.ClickExpander(s.one); }, "", ""},
         {"move by key", [](Sample &s) { s.tree.MoveTo(s.two); }, "NodeClick @TWO; ", "@TWO"},
-        {"expand by key", [](Sample &s) { s.tree.ToggleByKey(s.byTitle, true); },
-         "Expand ByTitle; ", ""},
-        {"expand by key what is expanded",
-         [](Sample &s) {
-             s.tree.ToggleByKey(s.byTitle, true);
-             s.tree.ToggleByKey(s.byTitle, true);
-         },
-         "Expand ByTitle; ", ""},
         {"expand from code", [](Sample &s) { s.tree.SetExpanded(s.byTitle, true); },
          "Expand ByTitle; ", ""},
         {"expand a leaf from code", [](Sample &s) { s.tree.SetExpanded(s.one, true); },

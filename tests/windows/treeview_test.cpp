@@ -99,7 +99,7 @@ TEST_F(TreeViewTest, RightOpensThenGoesDownLeftGoesBack)
 {
     tree.Select(tree.Find("ByArtist"));
     tests::PressKey("Right");
-    EXPECT_EQ(events, "Expand ByArtist;");
+    EXPECT_EQ(events, "Expand ByArtist;Click;");
     events.clear();
     tests::PressKey("Right");
     EXPECT_EQ(events, "NodeClick #Bill Evans;");
@@ -108,17 +108,17 @@ TEST_F(TreeViewTest, RightOpensThenGoesDownLeftGoesBack)
     EXPECT_EQ(events, "NodeClick ByArtist;");
     events.clear();
     tests::PressKey("Left");
-    EXPECT_EQ(events, "Collapse ByArtist;");
+    EXPECT_EQ(events, "Collapse ByArtist;Click;");
 }
 
 TEST_F(TreeViewTest, EnterAndDoubleClickTurnTheExpansion)
 {
     tree.Select(tree.Find("ByArtist"));
     tests::PressKey("Return");
-    EXPECT_EQ(events, "Expand ByArtist;");
+    EXPECT_EQ(events, "Expand ByArtist;Click;");
     events.clear();
     tests::DoubleClickAt(*view.viewport(), TextOf("ByArtist"));
-    EXPECT_EQ(events, "NodeClick ByArtist;Click;Collapse ByArtist;");
+    EXPECT_EQ(events, "NodeClick ByArtist;Click;Collapse ByArtist;Click;");
 }
 
 TEST_F(TreeViewTest, CodeExpandsWithItsEventAndSelectsWithoutOne)

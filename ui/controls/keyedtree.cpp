@@ -218,22 +218,15 @@ void KeyedTree::ClickText(NodeId node)
         onClick();
 }
 
-void KeyedTree::ToggleByKey(NodeId node, bool expand)
-{
-    if (Children(node).empty() || Expanded(node) == expand)
-        return;
-    ++m_gesture;
-    ChangeExpansion(node, expand);
-    const auto &event = expand ? onExpand : onCollapse;
-    if (event)
-        event(node);
-}
-
 void KeyedTree::ClickExpander(NodeId node)
 {
     if (Children(node).empty())
         return;
-    ToggleByKey(node, !Expanded(node));
+    ++m_gesture;
+    const bool expand = !Expanded(node);
+    ChangeExpansion(node, expand);
+    if (const auto &event = expand ? onExpand : onCollapse)
+        event(node);
     if (onClick)
         onClick();
 }

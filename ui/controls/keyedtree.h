@@ -60,11 +60,12 @@ public:
     void SetExpanded(NodeId node, bool expanded);
 
     // What the user does, each with its events in order. The window calls these and nothing else.
+    // A key or a double click that expands or collapses a node is a click on its expander: its
+    // Click lets the listener take back the mark of the Expand before the next move.
     void ClickText(NodeId node);     // selects; NodeClick, Click
     void ClickExpander(NodeId node); // Expand or Collapse, Click; nothing without children
     void ClickNothing();             // Click
     void MoveTo(NodeId node);        // by key: selects; NodeClick
-    void ToggleByKey(NodeId node, bool expand); // Expand or Collapse
 
     // Counts what the user did; events of one click have one number.
     std::uint64_t Gesture() const { return m_gesture; }

@@ -121,10 +121,7 @@ void TreeView::mouseDoubleClickEvent(QMouseEvent *event)
     const ui::NodeId node = TreeModel::NodeAt(index);
     if (event->button() != Qt::LeftButton || node == ui::kNoNode)
         return;
-    if (IsOnExpander(index, event->position().toPoint()))
-        m_tree.ClickExpander(node); // two quick clicks on the expander are two clicks
-    else
-        m_tree.ToggleByKey(node, !m_tree.Expanded(node));
+    m_tree.ClickExpander(node); // also on the expander: two quick clicks there are two clicks
 }
 
 // A press that moves selects nothing on its way and starts no drag.
@@ -144,20 +141,20 @@ bool TreeView::HandleTreeKey(int key)
     case Qt::Key_Plus:
     case Qt::Key_Asterisk:
         if (!open)
-            m_tree.ToggleByKey(node, true);
+            m_tree.ClickExpander(node);
         else if (key == Qt::Key_Right)
             m_tree.MoveTo(m_tree.Children(node).front());
         return true;
     case Qt::Key_Left:
     case Qt::Key_Minus:
         if (open)
-            m_tree.ToggleByKey(node, false);
+            m_tree.ClickExpander(node);
         else if (key == Qt::Key_Left && m_tree.Parent(node) != ui::kNoNode)
             m_tree.MoveTo(m_tree.Parent(node));
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        m_tree.ToggleByKey(node, !open);
+        m_tree.ClickExpander(node);
         return true;
     default:
         return false;
