@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QHelpEvent>
+#include <QKeyEvent>
 #include <QToolTip>
 
 namespace
@@ -93,6 +94,26 @@ TEST_F(TreeViewTest, MoveByKeyIsNodeClickOnly)
     events.clear();
     tests::PressKey("End");
     EXPECT_EQ(events, "NodeClick ByYear;");
+}
+
+TEST_F(TreeViewTest, KeyHandledWhileTheListFillsMovesTheMarkToo)
+{
+    tree.SetExpanded(tree.Find("ByArtist"), true);
+    tree.Select(tree.Find("ByArtist"));
+    events.clear();
+    int nested = 0;
+    tree.onNodeClick = [&](ui::NodeId node) {
+        Note("NodeClick", node);
+        QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
+        if (nested++ == 0)
+            QApplication::sendEvent(&view, &down);
+    };
+    tests::PressKey("Down");
+    EXPECT_EQ(events, "NodeClick #Bill Evans;NodeClick #Charles Mingus;");
+    EXPECT_EQ(Selected(), "#Charles Mingus");
+    const QModelIndex second = view.Model().IndexOf(tree.Find("#Charles Mingus"));
+    EXPECT_EQ(view.currentIndex(), second);
+    EXPECT_EQ(view.selectionModel()->selectedIndexes(), QModelIndexList{second});
 }
 
 TEST_F(TreeViewTest, RightOpensThenGoesDownLeftGoesBack)

@@ -166,13 +166,25 @@ void TreeView::keyPressEvent(QKeyEvent *event)
     const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
     if (plain && HandleTreeKey(event->key()))
         return;
-    QTreeView::keyPressEvent(event);
+    {
+        const QScopedValueRollback moving(m_moving, true);
+        QTreeView::keyPressEvent(event);
+    }
+    MoveToCurrent();
 }
 
 void TreeView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     QTreeView::currentChanged(current, previous);
-    const ui::NodeId node = TreeModel::NodeAt(current);
+    if (!m_moving)
+        MoveToCurrent();
+}
+
+// Raises the event of a move. A listener may handle the next key meanwhile, so that the view's own
+// handling of this one must have come to its end.
+void TreeView::MoveToCurrent()
+{
+    const ui::NodeId node = TreeModel::NodeAt(currentIndex());
     if (!m_showing && node != ui::kNoNode && !m_tree.Updating() && node != m_tree.Selected())
         m_tree.MoveTo(node);
 }

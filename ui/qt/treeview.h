@@ -34,6 +34,7 @@ private:
     void ShowExpansion(ui::NodeId node);
     bool IsOnExpander(const QModelIndex &index, QPoint position) const;
     bool HandleTreeKey(int key);
+    void MoveToCurrent();
 
     ui::KeyedTree &m_tree;
     TreeModel m_model;
@@ -41,6 +42,7 @@ private:
     bool m_pressedNothing = false;
     ui::NodeId m_shown = ui::kNoNode; // the node shown as selected
     bool m_showing = false;           // the view follows the tree, not the user
+    bool m_moving = false;            // the view itself is still at a key
 };
 
 } // namespace ui::qt
