@@ -1,12 +1,15 @@
 // Dark and light by the desktop's portal, on a real D-Bus session.
 #include "platform/qt/theme.h"
 #include "tests/windows/bench.h"
+#include "ui/qt/icons.h"
 
 #include <gtest/gtest.h>
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
+#include <QIcon>
+#include <QPalette>
 
 using platform::qt::Theme;
 
@@ -78,6 +81,26 @@ TEST_F(ThemeTest, WithoutPortalThePaletteCounts)
     platform::qt::ApplyPalette(true);
     Theme dark;
     EXPECT_TRUE(platform::qt::IsDark());
+}
+
+TEST_F(ThemeTest, ASelectedRowsIconIsTheDrawingForItsGround)
+{
+    const auto drawn = [](const char *ground) {
+        return QIcon(QStringLiteral(":/icons/%1/open.svg").arg(QLatin1String(ground)))
+            .pixmap(QSize(16, 16), 1.0)
+            .toImage();
+    };
+    const auto shown = [](QIcon::Mode mode) {
+        return ui::qt::Icon("open").pixmap(QSize(16, 16), 1.0, mode).toImage();
+    };
+    ASSERT_NE(drawn("light"), drawn("dark"));
+    EXPECT_EQ(shown(QIcon::Normal), drawn("light"));
+    EXPECT_EQ(shown(QIcon::Selected), drawn("dark")) << "white text on blue, in a light window";
+    QPalette pale = QGuiApplication::palette();
+    pale.setColor(QPalette::Highlight, QColor(0xcc, 0xe8, 0xff));
+    pale.setColor(QPalette::HighlightedText, Qt::black);
+    QApplication::setPalette(pale);
+    EXPECT_EQ(shown(QIcon::Selected), drawn("light"));
 }
 
 TEST_F(ThemeTest, PortalDecidesAtTheStart)

@@ -4,10 +4,12 @@
 #include "ui/qt/qttext.h"
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QIconEngine>
 #include <QMap>
 #include <QMimeDatabase>
 #include <QPainter>
+#include <QPalette>
 
 namespace ui::qt
 {
@@ -23,19 +25,19 @@ public:
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
-        Drawing().paint(painter, rect, Qt::AlignCenter, Shown(mode), state);
+        Drawing(mode).paint(painter, rect, Qt::AlignCenter, Shown(mode), state);
     }
 
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
     {
-        return Drawing().pixmap(size, 1.0, Shown(mode), state);
+        return Drawing(mode).pixmap(size, 1.0, Shown(mode), state);
     }
 
     QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state,
                          qreal scale) override
     {
         // `size` counts device pixels here; the drawing's own call counts window pixels.
-        return Drawing().pixmap(size / scale, scale, Shown(mode), state);
+        return Drawing(mode).pixmap(size / scale, scale, Shown(mode), state);
     }
 
     QSize actualSize(const QSize &size, QIcon::Mode, QIcon::State) override { return size; }
@@ -44,13 +46,25 @@ public:
     QString key() const override { return QStringLiteral("quenlin-themed"); }
 
 private:
-    // A selected row keeps its icon's colours: they are clear on the selection's ground as well.
+    // A selected row's icon is drawn, not tinted with the selection's colour.
     static QIcon::Mode Shown(QIcon::Mode mode)
     {
         return mode == QIcon::Selected ? QIcon::Normal : mode;
     }
 
-    const QIcon &Drawing() const { return platform::qt::IsDark() ? m_dark : m_light; }
+    // The selection's ground is dark where its text is light, also in a light window.
+    static bool SelectionIsDark()
+    {
+        const QPalette colours = QGuiApplication::palette();
+        return colours.color(QPalette::HighlightedText).lightness() >
+               colours.color(QPalette::Highlight).lightness();
+    }
+
+    const QIcon &Drawing(QIcon::Mode mode) const
+    {
+        const bool onDark = mode == QIcon::Selected ? SelectionIsDark() : platform::qt::IsDark();
+        return onDark ? m_dark : m_light;
+    }
 
     QIcon m_light, m_dark;
 };
