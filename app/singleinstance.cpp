@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -19,15 +20,29 @@ namespace
 
 constexpr const char *kTokenVariable = "XDG_ACTIVATION_TOKEN"; // the leave to come forward
 
+// A folder of the user's alone among the system's temporary files; empty where another user has
+// taken its name, or opened it to others.
+std::string TemporaryFolder()
+{
+    const std::string folder = "/tmp/quenlin-" + std::to_string(getuid());
+    mkdir(folder.c_str(), 0700);
+    struct stat state;
+    const bool isOwn = lstat(folder.c_str(), &state) == 0 && S_ISDIR(state.st_mode) &&
+                       state.st_uid == getuid() && (state.st_mode & 077) == 0;
+    return isOwn ? folder : std::string();
+}
+
 // The socket's place: the user's own run-time folder, named after the catalogue's folder.
 std::string SocketPath(const std::string &programFolder)
 {
-    const char *folder = std::getenv("XDG_RUNTIME_DIR");
-    if (folder == nullptr || *folder == '\0')
+    const char *runTime = std::getenv("XDG_RUNTIME_DIR");
+    const std::string folder =
+        runTime == nullptr || *runTime == '\0' ? TemporaryFolder() : std::string(runTime);
+    if (folder.empty())
         return {};
     const QByteArray hash = QCryptographicHash::hash(QByteArray::fromStdString(programFolder),
                                                      QCryptographicHash::Sha1);
-    return std::string(folder) + "/quenlin-" + hash.toHex().left(16).toStdString();
+    return folder + "/quenlin-" + hash.toHex().left(16).toStdString();
 }
 
 // The address of a socket's path; false when the path is too long for one.
