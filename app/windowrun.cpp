@@ -7,6 +7,8 @@
 #include "browser/frmMain.h"
 #include "catalogue/regeneration.h"
 #include "platform/endrequest.h"
+#include "platform/machine.h"
+#include "platform/settingsstore.h"
 #include "runtime/error.h"
 #include "shell/apppath.h"
 #include "shell/frmSplash.h"
@@ -88,6 +90,16 @@ void End(Windows &windows)
         browser::CloseMainForm(browser::frmMain());
     else
         QApplication::quit(); // still starting: nothing is unsaved
+}
+
+// The session is about to end, and may yet go on: what the end would save is saved now. When it
+// does end, the session manager closes the window.
+void SaveForLogout(const Windows &windows)
+{
+    if (windows.ended || windows.main == nullptr || !windows.main->isVisible())
+        return;
+    browser::SavePlacement(browser::frmMain());
+    platform::TheMachine().settings->Flush();
 }
 
 // Ends the program when a signal asked for it, as soon as the step under way lets it.
@@ -174,7 +186,7 @@ int RunInWindows(int argc, char **argv)
     instance.onCalled = [&windows] { ComeForward(windows); };
     const EndWatch endWatch(windows);
     QObject::connect(&session.application, &QGuiApplication::commitDataRequest,
-                     &session.application, [&windows] { End(windows); });
+                     &session.application, [&windows] { SaveForLogout(windows); });
     return RunFirst(windows);
 }
 

@@ -120,15 +120,6 @@ int StoredTwips(std::string_view key, int defaultTwips)
     }
 }
 
-void SavePlacement(const MainForm &form)
-{
-    shell::SaveNumberPreference("Initial TV Width", shell::TheGlobals().InitialTVWidth);
-    shell::SaveNumberPreference("Width", form.window.width);
-    shell::SaveNumberPreference("Height", form.window.height);
-    shell::SaveNumberPreference("Top", form.window.top);
-    shell::SaveNumberPreference("Left", form.window.left);
-}
-
 } // namespace
 
 MainForm::MainForm()
@@ -250,6 +241,15 @@ void CloseMainForm(MainForm &form)
         return;
     }
     UnloadMainForm(form);
+}
+
+void SavePlacement(const MainForm &form)
+{
+    shell::SaveNumberPreference("Initial TV Width", shell::TheGlobals().InitialTVWidth);
+    shell::SaveNumberPreference("Width", form.window.width);
+    shell::SaveNumberPreference("Height", form.window.height);
+    shell::SaveNumberPreference("Top", form.window.top);
+    shell::SaveNumberPreference("Left", form.window.left);
 }
 
 void UnloadMainForm(MainForm &form)

@@ -181,6 +181,9 @@ void CloseMainForm(MainForm &form);
 // player's timer, the window, the tips, the layout.
 void ShowMainForm(MainForm &form);
 
+// Stores the window's place, its size and the tree's width among the preferences.
+void SavePlacement(const MainForm &form);
+
 // Form_Unload, in its order; ends the program through the calls.
 void UnloadMainForm(MainForm &form);
 

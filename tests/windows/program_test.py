@@ -11,6 +11,7 @@ import unittest
 
 PROGRAM = os.environ["QUENLIN_PROGRAM"]
 SHIPPED = os.environ["QUENLIN_SHIPPED"]
+SESSION_MANAGER = os.environ["QUENLIN_SESSION_MANAGER"]
 
 
 def xdotool(*args):
@@ -87,6 +88,51 @@ class WindowedProgram(unittest.TestCase):
         self.assertIsNone(first.poll())
         first.terminate()
         self.assertEqual(first.wait(10), 0)
+
+    def test_second_start_is_one_without_a_runtime_folder_too(self):
+        del self.env["XDG_RUNTIME_DIR"]
+        first = self.start()
+        self.main_window(first)
+        self.assertEqual(self.start().wait(10), 0)
+        self.assertIsNone(first.poll())
+        self.assertEqual(os.stat(f"/tmp/quenlin-{os.getuid()}").st_mode & 0o777, 0o700)
+        first.terminate()
+        self.assertEqual(first.wait(10), 0)
+
+    def start_session_manager(self):
+        manager = subprocess.Popen([SESSION_MANAGER], env=self.env, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                   text=True)
+        self.addCleanup(manager.stdout.close)
+        self.addCleanup(manager.wait)
+        self.addCleanup(manager.kill)
+        self.addCleanup(manager.stdin.close)
+        self.env["SESSION_MANAGER"] = manager.stdout.readline().strip()
+        return manager
+
+    def test_end_of_the_session_saves_and_ends_only_when_it_comes(self):
+        manager = self.start_session_manager()
+        def order(word):
+            manager.stdin.write(word + "\n")
+            manager.stdin.flush()
+        process = self.start()
+        self.assertEqual(manager.stdout.readline(), "client\n")
+        window = self.main_window(process)
+        xdotool("windowsize", "--sync", window, "900", "640")
+        time.sleep(0.5)
+        order("logout")
+        self.assertEqual(manager.stdout.readline(), "saved\n")
+        self.assertEqual(self.stored()["Width"], str((900 + 10) * 15))
+        order("cancel")
+        time.sleep(0.5)
+        self.assertIsNone(process.poll(), "the session went on, the program did not")
+        xdotool("windowsize", "--sync", window, "950", "640")
+        time.sleep(0.5)
+        order("logout")
+        self.assertEqual(manager.stdout.readline(), "saved\n")
+        order("end")
+        self.assertEqual(process.wait(10), 0)
+        self.assertEqual(self.stored()["Width"], str((950 + 10) * 15))
+        self.assertEqual(sorted(p.name for p in self.home.iterdir() if p.name.startswith("MP3s")), ["MP3s.mdb"])
 
     def test_sigterm_during_the_splash_ends_as_well(self):
         process = self.start()
