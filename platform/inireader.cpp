@@ -1,8 +1,14 @@
 #include "platform/inireader.h"
 
 #include "platform/posix/files.h"
+#include "platform/posix/systemfiles.h"
 #include "runtime/codepage.h"
 #include "runtime/text.h"
+
+#include <algorithm>
+#include <chrono>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace platform
 {
@@ -75,37 +81,102 @@ std::string TextOfFile(std::string bytes)
     return runtime::IsUtf8(bytes) ? bytes : runtime::TextOfBytes(bytes);
 }
 
+// The entries that count, by section and key in upper case. Neither holds a line's end, so that one
+// can stand between them.
+using Entries = std::unordered_map<std::string, std::string_view>;
+
+std::string EntryName(std::string_view section, std::string_view key)
+{
+    return runtime::UpperText(section) + "\n" + runtime::UpperText(key);
+}
+
+Entries EntriesOf(std::string_view text)
+{
+    Entries entries;
+    std::unordered_set<std::string> seen; // sections, in upper case
+    std::string_view section;
+    bool counts = false;
+    while (!text.empty()) {
+        const std::string_view line = Cut(TakeLine(text));
+        if (const auto name = SectionName(line)) {
+            section = *name;
+            counts = seen.insert(runtime::UpperText(section)).second;
+            continue;
+        }
+        const auto equals = line.find('=');
+        if (!counts || line.starts_with(';') || equals == std::string_view::npos)
+            continue;
+        entries.try_emplace(EntryName(section, Cut(line.substr(0, equals))),
+                            WithoutQuotes(Cut(line.substr(equals + 1))));
+    }
+    return entries;
+}
+
+std::optional<std::string_view> Find(const Entries &entries, std::string_view section,
+                                     std::string_view key)
+{
+    const auto found = entries.find(EntryName(section, key));
+    return found == entries.end() ? std::nullopt : std::optional(found->second);
+}
+
+// The file that was read last.
+struct LastRead {
+    FileIdentity identity;
+    int codePage = 0;
+    bool isSettled = false; // no change since then can have left the identity as it is
+    std::string text;
+    Entries entries; // views into the text
+};
+
+// A file that changed this shortly ago may change again within one tick of its clock, whose grain
+// is at most two seconds (FAT).
+constexpr std::int64_t kSettlesNs = 3'000'000'000;
+
+bool IsSettled(const FileIdentity &identity)
+{
+    using namespace std::chrono;
+    const std::int64_t now =
+        duration_cast<nanoseconds>(system_clock::now().time_since_epoch()).count();
+    return now - std::max(identity.modifiedNs, identity.changedNs) > kSettlesNs;
+}
+
+// The entries of the file; null when it cannot be read.
+const Entries *EntriesOfFile(const std::string &path)
+{
+    static LastRead last;
+    FileIdentity identity;
+    if (posix::SystemFilesPort().Identify(path, identity) != 0 ||
+        identity.kind != FileKind::Regular)
+        return nullptr;
+    if (last.isSettled && last.identity == identity && last.codePage == runtime::CodePage())
+        return &last.entries;
+    auto bytes = posix::ReadRegularFile(path, kMaxFileBytes + 1);
+    if (!bytes)
+        return nullptr;
+    last.isSettled = false;
+    last.text = TextOfFile(std::move(*bytes));
+    last.entries = EntriesOf(last.text);
+    last.identity = identity;
+    last.codePage = runtime::CodePage();
+    last.isSettled = IsSettled(identity);
+    return &last.entries;
+}
+
 } // namespace
 
 std::optional<std::string_view> FindIniValue(std::string_view text, std::string_view section,
                                              std::string_view key)
 {
-    bool inSection = false;
-    while (!text.empty()) {
-        const std::string_view line = Cut(TakeLine(text));
-        if (const auto name = SectionName(line)) {
-            if (inSection)
-                return std::nullopt; // the first section of the name has ended
-            inSection = runtime::EqualText(*name, section);
-            continue;
-        }
-        const auto equals = line.find('=');
-        if (!inSection || line.starts_with(';') || equals == std::string_view::npos)
-            continue;
-        if (runtime::EqualText(Cut(line.substr(0, equals)), key))
-            return WithoutQuotes(Cut(line.substr(equals + 1)));
-    }
-    return std::nullopt;
+    return Find(EntriesOf(text), section, key);
 }
 
 std::optional<std::string> ReadIniText(const std::string &path, std::string_view section,
                                        std::string_view key, std::size_t maxCharacters)
 {
-    auto bytes = posix::ReadRegularFile(path, kMaxFileBytes + 1);
-    if (!bytes)
+    if (path.ends_with('/')) // a folder: no file was chosen
         return std::nullopt;
-    const std::string text = TextOfFile(std::move(*bytes));
-    const auto value = FindIniValue(text, section, key);
+    const Entries *entries = EntriesOfFile(path);
+    const auto value = entries == nullptr ? std::nullopt : Find(*entries, section, key);
     if (!value)
         return std::nullopt;
     return std::string(FirstCharacters(*value, maxCharacters));

@@ -1,5 +1,5 @@
 // platform/inireader.h - one value out of an INI text file that a person edits, by the rules of the
-// platform's INI reader. No state.
+// platform's INI reader. The file that was read last is kept, and read again once it has changed.
 //
 // A line "[name]" begins a section; "key=value" is an entry; a line that begins with ";" is a
 // comment; any other line is passed over. Lines end in CR, LF or both. Blanks and control

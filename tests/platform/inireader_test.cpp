@@ -6,6 +6,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <filesystem>
 #include <optional>
 
 namespace
@@ -134,6 +136,24 @@ TEST_F(ReadIniText, LooksAtTheBeginningOfAHugeFile)
     ASSERT_EQ(truncate((folder / "huge.qlt").c_str(), off_t{5} << 30), 0);
     EXPECT_EQ(platform::ReadIniText(folder / "huge.qlt", "S", "k", 199), "v");
     EXPECT_EQ(platform::ReadIniText(folder / "huge.qlt", "S", "other", 199), std::nullopt);
+}
+
+TEST_F(ReadIniText, SeesAnEditOfAFileThatHasSettled)
+{
+    using namespace std::chrono_literals;
+    const auto file = folder / "a.qlt";
+    const auto age = [&](std::chrono::seconds by) {
+        std::filesystem::last_write_time(file, std::filesystem::file_time_type::clock::now() - by);
+    };
+    EXPECT_EQ(Read("[S]\nk=1"), "1");
+    age(60s);
+    EXPECT_EQ(platform::ReadIniText(file, "S", "k", 199), "1");
+    EXPECT_EQ(platform::ReadIniText(file, "s", "K", 199), "1");
+    EXPECT_EQ(Read("[S]\nk=2"), "2") << "the same size";
+    age(60s);
+    EXPECT_EQ(platform::ReadIniText(file, "S", "k", 199), "2");
+    std::filesystem::remove(file);
+    EXPECT_EQ(platform::ReadIniText(file, "S", "k", 199), std::nullopt);
 }
 
 TEST_F(ReadIniText, SeesAnEditAtOnce)
