@@ -3,6 +3,9 @@
 // lines end in carriage return and line feed.
 #pragma once
 
+#include "platform/posix/files.h"
+
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -15,33 +18,25 @@ inline constexpr std::string_view kReportName = "Quenlin - MP3s' Intregity Repor
 // The report's full path.
 std::string ReportPath();
 
-// One report under way. What is written collects for a moment, since every second file may have an
-// entry; Flush, and the end of the object, bring it to the file.
+// One report under way. Each entry is in the file when the call that writes it returns.
 class IntegrityReport
 {
 public:
     // Truncates the file and writes the heading. Errors: FileError when that fails.
     IntegrityReport();
-    ~IntegrityReport();
-    IntegrityReport(const IntegrityReport &) = delete;
-    IntegrityReport &operator=(const IntegrityReport &) = delete;
 
     // Appends the entry for a file that lacks one tag or both; true when it lacks one.
-    // Errors: as Flush.
+    // Errors: FileError when the file cannot be written.
     bool LogTagFailure(std::string_view path, bool hasID3v1, bool hasID3v2);
 
     // The closing lines; `succeeded` puts the line of success in front. `folder` is the root of the
-    // walk, `created` the date and time of day. Errors: as Flush.
+    // walk, `created` the date and time of day. Errors: as LogTagFailure.
     void Close(bool succeeded, std::string_view folder, std::string_view created);
 
-    // Errors: FileError when the file cannot be written.
-    void Flush();
-
 private:
-    void AppendLine(std::string_view line);
+    void Write(std::initializer_list<std::string_view> lines);
 
-    std::string m_path;
-    std::string m_pending; // lines not yet in the file
+    platform::posix::Appender m_file;
 };
 
 } // namespace catalogue

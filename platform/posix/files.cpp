@@ -98,11 +98,38 @@ bool ReplaceFile(const std::string &path, std::string_view bytes, unsigned mode)
     return done;
 }
 
-bool AppendToFile(const std::string &path, std::string_view bytes, bool afresh)
+bool AppendToFile(const std::string &path, std::string_view bytes)
 {
-    const int how = O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY | (afresh ? O_TRUNC : O_APPEND);
-    const Descriptor file(open(path.c_str(), how, 0666));
+    constexpr int kHow = O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY;
+    const Descriptor file(open(path.c_str(), kHow, 0666));
     return file && WriteAll(file.Get(), bytes);
+}
+
+Appender::Appender(std::string path) : m_path(std::move(path))
+{
+    Open(O_TRUNC);
+}
+
+Appender::~Appender()
+{
+    if (m_fd >= 0)
+        close(m_fd);
+}
+
+void Appender::Open(int how)
+{
+    if (m_fd >= 0)
+        close(m_fd);
+    m_fd = open(m_path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | how, 0666);
+}
+
+bool Appender::Append(std::string_view bytes)
+{
+    struct stat status {
+    };
+    if (m_fd < 0 || fstat(m_fd, &status) != 0 || status.st_nlink == 0)
+        Open(0);
+    return m_fd >= 0 && WriteAll(m_fd, bytes);
 }
 
 bool MakeFolders(const std::string &path)

@@ -35,9 +35,32 @@ std::optional<std::string> ReadRegularFile(const std::string &path, std::size_t 
 bool ReplaceFile(const std::string &path, std::string_view bytes, unsigned mode = 0644);
 
 // Appends `bytes` to the file, in one write where the system takes them at once, so that what other
-// processes append does not mix with it. A missing file is made; with `afresh` what an existing one
-// holds goes first. Not flushed. False, with errno set, when that failed.
-bool AppendToFile(const std::string &path, std::string_view bytes, bool afresh = false);
+// processes append does not mix with it. A missing file is made. Not flushed. False, with errno
+// set, when that failed.
+bool AppendToFile(const std::string &path, std::string_view bytes);
+
+// A file that many short texts are appended to, one after the other: each has reached the file when
+// the call returns, as with AppendToFile, without opening it each time.
+class Appender
+{
+public:
+    // Makes the file hold nothing. False as a bool, with errno set, when that failed.
+    explicit Appender(std::string path);
+
+    explicit operator bool() const { return m_fd >= 0; }
+    ~Appender();
+    Appender(const Appender &) = delete;
+    Appender &operator=(const Appender &) = delete;
+
+    // A file that was deleted meanwhile is made again. False, with errno set, when that failed.
+    bool Append(std::string_view bytes);
+
+private:
+    void Open(int how);
+
+    std::string m_path;
+    int m_fd = -1;
+};
 
 // Makes the folder and those above it. False, with errno set, when it is not there afterwards.
 bool MakeFolders(const std::string &path);

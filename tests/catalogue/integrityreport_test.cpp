@@ -70,7 +70,7 @@ TEST_F(Report, IsWrittenFreshOnEachRun)
         catalogue::IntegrityReport report;
         report.LogTagFailure("/m/old.mp3", false, false);
     }
-    EXPECT_NE(Written().find("old.mp3"), std::string::npos) << "the end of the object flushes";
+    EXPECT_NE(Written().find("old.mp3"), std::string::npos);
     catalogue::IntegrityReport report;
     EXPECT_EQ(Written(), kHeading);
 }
@@ -88,6 +88,16 @@ TEST_F(Report, KeepsAllEntriesOfALongRun)
         at = written.find("  /m/" + std::to_string(i) + ".mp3\r\n", at);
         ASSERT_NE(at, std::string::npos) << i;
     }
+}
+
+TEST_F(Report, HasEachEntryAtOnceAndAgainAfterItWasDeleted)
+{
+    catalogue::IntegrityReport report;
+    report.LogTagFailure("/m/1.mp3", false, false);
+    EXPECT_NE(Written().find("/m/1.mp3"), std::string::npos) << "a kill now loses nothing";
+    std::filesystem::remove(catalogue::ReportPath());
+    report.LogTagFailure("/m/2.mp3", true, false);
+    EXPECT_EQ(Written(), "  /m/2.mp3\r\n  Quenlin could not get the ID3v2 information\r\n\r\n");
 }
 
 TEST_F(Report, ThatCannotBeWrittenIsAnError)

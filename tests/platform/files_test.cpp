@@ -45,18 +45,35 @@ TEST(ReplaceFile, AFailedWriteLeavesTheOldFile)
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
 }
 
-TEST(AppendToFile, MakesAppendsAndBeginsAfresh)
+TEST(AppendToFile, MakesAndAppends)
 {
     const tests::TestFolder folder;
     EXPECT_TRUE(AppendToFile(folder / "a", "one\r\n"));
     EXPECT_TRUE(AppendToFile(folder / "a", std::string("\0two", 4)));
     EXPECT_EQ(tests::ReadFile(folder / "a"), std::string("one\r\n\0two", 9));
-    EXPECT_TRUE(AppendToFile(folder / "a", "new", true));
-    EXPECT_EQ(tests::ReadFile(folder / "a"), "new");
     EXPECT_FALSE(AppendToFile(folder / "absent/a", "x"));
     EXPECT_EQ(errno, ENOENT);
     EXPECT_FALSE(AppendToFile(folder.Path(), "x"));
     EXPECT_EQ(errno, EISDIR);
+}
+
+TEST(Appender, BeginsAfreshAndMakesADeletedFileAgain)
+{
+    const tests::TestFolder folder;
+    tests::WriteFile(folder / "a", "old");
+    Appender file(folder / "a");
+    ASSERT_TRUE(file);
+    EXPECT_EQ(tests::ReadFile(folder / "a"), "");
+    EXPECT_TRUE(file.Append("one"));
+    EXPECT_TRUE(file.Append("two"));
+    EXPECT_EQ(tests::ReadFile(folder / "a"), "onetwo");
+    std::filesystem::remove(folder / "a");
+    EXPECT_TRUE(file.Append("three"));
+    EXPECT_EQ(tests::ReadFile(folder / "a"), "three");
+    Appender none(folder / "absent/a");
+    EXPECT_FALSE(none);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_FALSE(none.Append("x"));
 }
 
 TEST(MakeFolders, MakesTheWholePath)
