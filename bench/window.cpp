@@ -1,7 +1,8 @@
 // What a user waits for in the main window itself: the models and their views, a click on a large
 // value until its rows are painted, sorting, scrolling, the answer to a key in a regeneration.
 // Arguments: a catalogue (copied first, then read), a folder to work in, a folder of songs or "".
-// With "empty" alone: an empty window of the toolkit, until it is painted; the floor of the start.
+// With "models" alone: the models beside item objects. With "empty" alone: an empty window of the
+// toolkit, until it is painted; the floor of the start.
 #include "browser/fieldtree.h"
 #include "browser/frmMain.h"
 #include "browser/itemlist.h"
@@ -257,6 +258,13 @@ long MemoryMiB()
     return 0;
 }
 
+int TimeModels()
+{
+    TimeTreeModel();
+    TimeListModel();
+    return 0;
+}
+
 int EmptyWindow()
 {
     QWidget window;
@@ -287,6 +295,8 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     if (argc == 2 && std::string(argv[1]) == "empty")
         return EmptyWindow();
+    if (argc == 2 && std::string(argv[1]) == "models")
+        return TimeModels();
     if (argc != 4)
         return 2;
     Desktop desktop;
@@ -297,8 +307,6 @@ int main(int argc, char **argv)
     platform::TheMachine().drives = &drives;
     platform::posix::SystemClock clock;
     platform::TheMachine().clock = &clock;
-    TimeTreeModel();
-    TimeListModel();
     OpenCatalogue(argv[1], argv[2]);
     {
         browser::MainForm &form = browser::frmMain();
