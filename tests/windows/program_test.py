@@ -12,6 +12,7 @@ import unittest
 PROGRAM = os.environ["QUENLIN_PROGRAM"]
 SHIPPED = os.environ["QUENLIN_SHIPPED"]
 SESSION_MANAGER = os.environ["QUENLIN_SESSION_MANAGER"]
+DROP_TARGET = os.environ["QUENLIN_DROP_TARGET"]
 
 
 def xdotool(*args):
@@ -133,6 +134,54 @@ class WindowedProgram(unittest.TestCase):
         self.assertEqual(process.wait(10), 0)
         self.assertEqual(self.stored()["Width"], str((950 + 10) * 15))
         self.assertEqual(sorted(p.name for p in self.home.iterdir() if p.name.startswith("MP3s")), ["MP3s.mdb"])
+
+    def start_drop_target(self, x, y):
+        target = subprocess.Popen([DROP_TARGET, str(x), str(y)], env=self.env, stdout=subprocess.PIPE)
+        self.addCleanup(target.stdout.close)
+        self.addCleanup(target.wait)
+        self.addCleanup(target.kill)
+        self.assertEqual(target.stdout.readline(), b"ready\n")
+        return target
+
+    def test_rows_are_dropped_as_copies_on_another_program(self):
+        names = ["1 plain.mp3", "2 100% 'odd' &.mp3", "3 \udcff.mp3"]
+        music = self.scratch / "music"
+        music.mkdir()
+        for name in names:
+            (music / name).write_bytes(bytes(2000))
+        batch = {k: v for k, v in self.env.items() if k != "DISPLAY"}
+        subprocess.run([PROGRAM, "--regenerate", str(music)], env=batch, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+        process = self.start()
+        window = self.main_window(process)
+        target = self.start_drop_target(1200, 600)
+        xdotool("windowactivate", "--sync", window)
+        # The one folder below the last group but one lists the songs.
+        for key in ("End", "Up", "Right", "Down"):
+            xdotool("key", key)
+            time.sleep(0.3)
+        def drag(row):
+            xdotool("mousemove", "--window", window, "460", str(row), "mousedown", "1")
+            for x in range(470, 530, 10):
+                xdotool("mousemove", "--window", window, str(x), str(row))
+            for step in range(4):
+                xdotool("mousemove", str(1290 + step), "700")
+                time.sleep(0.1)
+            xdotool("mouseup", "1")
+        def dropped():
+            lines = iter(target.stdout.readline, b"end\n")
+            return [line.strip() for line in lines]
+        folder = b"file://" + os.fsencode(music)
+        addresses = [folder + name for name in (b"/1%20plain.mp3", b"/2%20100%25%20%27odd%27%20%26.mp3", b"/3%20%FF.mp3")]
+        drag(122)
+        self.assertEqual(dropped(), [b"1", addresses[0]], "one row, a copy and nothing else")
+        xdotool("key", "ctrl+a")
+        time.sleep(0.3)
+        drag(122)
+        self.assertEqual(dropped(), [b"1", *addresses])
+        self.assertEqual(sorted(os.listdir(music)), sorted(names), "no song moved")
+        process.terminate()
+        self.assertEqual(process.wait(10), 0)
 
     def test_sigterm_during_the_splash_ends_as_well(self):
         process = self.start()
