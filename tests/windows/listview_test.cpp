@@ -6,6 +6,7 @@
 #include <QHeaderView>
 #include <QMimeData>
 #include <QProcess>
+#include <QScrollBar>
 #include <QUrl>
 
 namespace
@@ -86,6 +87,22 @@ TEST_F(ListViewTest, ClickOnARowIsItemClickThenClick)
     EXPECT_EQ(events, "ItemClick;Click;");
     EXPECT_EQ(Selection(), "/1");
     EXPECT_EQ(list.SelectedItem(), 1);
+}
+
+TEST_F(ListViewTest, SelectingARowLeavesTheColumnsWhereTheyAre)
+{
+    list.SetPlace({0, 0, 3000, 4500}); // the second column is half in view, the third not at all
+    tests::LetRun(20);
+    ASSERT_GT(view.horizontalScrollBar()->maximum(), 0);
+    const QRect row = view.visualRect(view.Model().index(1, 1));
+    tests::ClickAt(*view.viewport(), {row.left() + 20, row.center().y()});
+    EXPECT_EQ(Selection(), "/1");
+    EXPECT_EQ(view.horizontalScrollBar()->value(), 0);
+    tests::PressKey("Down");
+    EXPECT_EQ(view.horizontalScrollBar()->value(), 0);
+    view.horizontalScrollBar()->setValue(30);
+    tests::PressKey("End");
+    EXPECT_EQ(view.horizontalScrollBar()->value(), 30);
 }
 
 TEST_F(ListViewTest, ClickBesideTheRowsDeselects)

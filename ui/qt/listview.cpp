@@ -274,6 +274,13 @@ void ListView::mouseDoubleClickEvent(QMouseEvent *event)
         m_list.onDblClick();
 }
 
+void ListView::scrollTo(const QModelIndex &index, ScrollHint hint)
+{
+    const int column = horizontalScrollBar()->value();
+    QTreeView::scrollTo(index, hint);
+    horizontalScrollBar()->setValue(column);
+}
+
 void ListView::startDrag(Qt::DropActions actions)
 {
     m_pressed = false; // what begins as a click and becomes a drag is no click

@@ -34,6 +34,9 @@ public:
 
     void keyboardSearch(const QString &text) override;
 
+    // Brings the row into view; the columns stay where the user has them.
+    void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
+
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
