@@ -183,7 +183,7 @@ void ListView::ShowSelection()
     selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
     if (current.isValid())
-        scrollTo(current);
+        ListView::scrollTo(current);
 }
 
 // Tells the list what the user has selected.
