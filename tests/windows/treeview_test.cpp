@@ -132,6 +132,21 @@ TEST_F(TreeViewTest, RightOpensThenGoesDownLeftGoesBack)
     EXPECT_EQ(events, "Collapse ByArtist;Click;");
 }
 
+TEST_F(TreeViewTest, ModifiersDoNotGoPastTheTree)
+{
+    for (const char *keys : {"Shift++", "Ctrl++", "Ctrl+Right", "Shift+*"}) {
+        SCOPED_TRACE(keys);
+        tree.Select(tree.Find("ByArtist"));
+        tests::PressKey(keys);
+        EXPECT_EQ(events, "Expand ByArtist;Click;");
+        EXPECT_TRUE(view.isExpanded(view.Model().IndexOf(tree.Find("ByArtist"))));
+        events.clear();
+        tests::PressKey("Shift+-");
+        EXPECT_EQ(events, "Collapse ByArtist;Click;");
+        events.clear();
+    }
+}
+
 TEST_F(TreeViewTest, EnterAndDoubleClickTurnTheExpansion)
 {
     tree.Select(tree.Find("ByArtist"));

@@ -163,8 +163,10 @@ bool TreeView::HandleTreeKey(int key)
 
 void TreeView::keyPressEvent(QKeyEvent *event)
 {
-    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    if (plain && HandleTreeKey(event->key()))
+    // Also with Shift, which many keyboards need for "+" and "*", and with Ctrl: the view itself
+    // would expand the node without telling the tree.
+    const bool isShortcut = (event->modifiers() & (Qt::AltModifier | Qt::MetaModifier)) != 0;
+    if (!isShortcut && HandleTreeKey(event->key()))
         return;
     {
         const QScopedValueRollback moving(m_moving, true);
