@@ -19,6 +19,12 @@ def xdotool(*args):
     return subprocess.run(["xdotool", *args], capture_output=True, text=True).stdout.split()
 
 
+def geometry(window):
+    """What xdotool tells of the window's place, e.g. {"WIDTH": 900}; nothing once the window is gone."""
+    lines = (line.split("=", 1) for line in xdotool("getwindowgeometry", "--shell", window))
+    return {name: int(number) for name, number in lines}
+
+
 def wait_for(condition, seconds=20):
     end = time.monotonic() + seconds
     while time.monotonic() < end:
@@ -52,7 +58,7 @@ class WindowedProgram(unittest.TestCase):
         """The number of the process's main window, once it shows."""
         def shown():
             return [w for w in xdotool("search", "--onlyvisible", "--pid", str(process.pid), "--name", "^Quenlin$")
-                    if int(xdotool("getwindowgeometry", "--shell", w)[3].split("=")[1]) > 700]
+                    if geometry(w).get("WIDTH", 0) > 700]
         found = wait_for(shown)
         self.assertTrue(found, "no main window came")
         return found[0]
@@ -73,9 +79,11 @@ class WindowedProgram(unittest.TestCase):
         self.assertEqual(sorted(p.name for p in self.home.iterdir() if p.name.startswith("MP3s")), ["MP3s.mdb"])
         again = self.start()
         window = self.main_window(again)
-        geometry = xdotool("getwindowgeometry", "--shell", window)
-        self.assertIn("WIDTH=900", geometry)
-        self.assertIn("HEIGHT=640", geometry)
+        def size():
+            place = geometry(window)
+            return place.get("WIDTH"), place.get("HEIGHT")
+        wait_for(lambda: size() == (900, 640))
+        self.assertEqual(size(), (900, 640))
         again.terminate()
         self.assertEqual(again.wait(10), 0)
 
