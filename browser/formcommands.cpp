@@ -2,6 +2,7 @@
 #include "browser/fieldtree.h"
 #include "browser/formhandlers.h"
 #include "browser/itemlist.h"
+#include "browser/webpanel.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/regeneration.h"
 #include "platform/desktop.h"
@@ -58,6 +59,7 @@ void ToggleWebStyle(MainForm &form)
     shell::TheGlobals().WebStyle = form.WebStyleOn;
     shell::SaveFlagPreference("WebStyle", form.WebStyleOn);
     ReDrawForm(form);
+    AdjustPanelScroll(form.LV, form);
 }
 
 void TellNewLanguage()

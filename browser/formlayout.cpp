@@ -145,6 +145,7 @@ void Separator_MouseMove(MainForm &form, double mouseX)
     form.SeparatorDragging = false;
     form.separatorReleased = false;
     ReDrawForm(form);
+    AdjustPanelScroll(form.LV, form);
     form.SeparatorDragging = !form.separatorReleased;
 }
 

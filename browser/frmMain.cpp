@@ -106,7 +106,6 @@ void frmMainWindow::FillCalls()
         m_scroll->raise();
     };
     m_form.focusList = [this] { m_list->setFocus(); };
-    m_form.panelChanged = [this] { ShowPanel(); };
 }
 
 void frmMainWindow::BindFrame()
@@ -240,6 +239,8 @@ bool frmMainWindow::eventFilter(QObject *watched, QEvent *event)
         ClientResized();
     else if (watched == m_separator)
         DragSeparator(event);
+    else if (event->type() == QEvent::Wheel && (watched == m_panel || watched == m_scroll))
+        return ScrollPanel(*static_cast<QWheelEvent *>(event));
     return QMainWindow::eventFilter(watched, event);
 }
 

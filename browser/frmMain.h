@@ -76,6 +76,7 @@ private:
     ui::qt::PageLabel *AddPageLabel(ui::Label &label, const char *name, const QFont &font);
     void SetPanelFonts();
     void ShowPanel();
+    bool ScrollPanel(const QWheelEvent &wheel);
 
     MainForm &m_form;
     bool m_applying = false;        // the window follows the form, not the user

@@ -6,8 +6,10 @@
 #include "ui/qt/pagepanel.h"
 #include "ui/qt/qttext.h"
 
+#include <QApplication>
 #include <QScrollBar>
 #include <QWheelEvent>
+#include <cmath>
 
 namespace browser
 {
@@ -43,6 +45,8 @@ void frmMainWindow::BuildPanel()
     Name(m_scroll, "vsbBack");
     m_scroll->setFocusPolicy(Qt::NoFocus);
     BindScrollBar(m_form.vsbBack, m_scroll);
+    for (QWidget *widget : {static_cast<QWidget *>(m_panel), static_cast<QWidget *>(m_scroll)})
+        widget->installEventFilter(this);
     m_form.vsbBack.changed = [this, show = m_form.vsbBack.changed] {
         show();
         ShowPanel();
@@ -86,6 +90,21 @@ void frmMainWindow::ShowPanel()
 {
     const bool barShows = m_form.vsbBack.Visible() && m_form.pctWeb.Visible();
     m_list->SetLeftInset(barShows ? m_scroll->width() : 0);
+}
+
+// The wheel over the panel or its bar moves the text by lines: the bar's own steps are shares of
+// the way, a pixel or two of a short one. False where there is nothing to scroll.
+bool frmMainWindow::ScrollPanel(const QWheelEvent &wheel)
+{
+    if (!m_form.vsbBack.Visible())
+        return false;
+    constexpr double kNotch = 120; // of QWheelEvent::angleDelta
+    const double lines = QApplication::wheelScrollLines() * wheel.angleDelta().y() / kNotch;
+    const int pixels = wheel.pixelDelta().isNull()
+                           ? static_cast<int>(std::lround(lines * fontMetrics().lineSpacing()))
+                           : wheel.pixelDelta().y();
+    m_form.vsbBack.SetValue(m_form.vsbBack.Value() - ui::TwipsOfPixels(pixels));
+    return true;
 }
 
 } // namespace browser

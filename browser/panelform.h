@@ -37,9 +37,8 @@ struct PanelForm {
 
     bool WebStyleOn = true;
 
-    std::function<void()> ReDrawForm;   // the window's own layout
-    std::function<void()> focusList;    // gives the keyboard to the list
-    std::function<void()> panelChanged; // the places of controls in the panel changed
+    std::function<void()> ReDrawForm; // the window's own layout
+    std::function<void()> focusList;  // gives the keyboard to the list
 };
 
 } // namespace browser

@@ -179,8 +179,10 @@ void ShowSelectionSummary(ui::KeyedList &list, PanelForm &form)
     const Selection selection = GatherSelection(list, words);
     if (selection.count == 1)
         ShowSelectedItemInfo(list, form);
-    if (selection.count == 0)
+    if (selection.count == 0) {
         form.lblInfo.SetCaption("");
+        AdjustPanelScroll(list, form);
+    }
     if (selection.count < 2)
         return;
     form.WebToolTip.SetVisible(false);

@@ -123,6 +123,7 @@ TEST_F(MainFormTest, TheLanguageMenu)
     EXPECT_TRUE(form.FindMenu("hyLang")->Visible());
     EXPECT_EQ(form.FindMenu("submnuLng(0)")->Caption(), "Deutsch");
     EXPECT_EQ(form.FindMenu("submnuLng(1)")->Caption(), "A && B");
+    EXPECT_TRUE(form.FindMenu("submnuLng(1)")->Visible());
     RunCommand(form, "submnuLng(1)");
     EXPECT_EQ(Setting("Preferences", "Language"), "A & B.qlt");
     RunCommand(form, "submnuEnglish");
@@ -139,8 +140,12 @@ TEST_F(MainFormTest, PagesOpenBelowTheStoredAddress)
     RunCommand(form, "submnuForums");
     RunCommand(form, "submnuTutorials");
     ASSERT_EQ(desktop.opened.size(), 2U);
-    EXPECT_TRUE(desktop.opened[0].ends_with("/Forums/default.asp")) << desktop.opened[0];
-    EXPECT_TRUE(desktop.opened[1].ends_with("/Tutorial%20Index.asp")) << desktop.opened[1];
+    const auto records = catalogue::Records(
+        catalogue::DataAccess->ExecuteSQL("SELECT URL2Check FROM Validations", catalogue::kSelect));
+    const std::string address(records->Text("URL2Check"));
+    EXPECT_TRUE(address.ends_with("/")) << address;
+    EXPECT_EQ(desktop.opened[0], address + "Forums/default.asp");
+    EXPECT_EQ(desktop.opened[1], address + "Tutorial%20Index.asp");
     desktop.canOpen = false;
     EXPECT_THROW(RunCommand(form, "submnuShowHelp"), runtime::RuntimeError);
 }
@@ -218,99 +223,36 @@ TEST_F(MainFormTest, TheSplitter)
     EXPECT_FALSE(form.SeparatorDragging);
 }
 
-class Popup : public MainFormTest
+TEST_F(MainFormTest, PanelsAndTimersAsTheyAreMade)
 {
-protected:
-    MainForm &WithRows()
-    {
-        MainForm &form = Loaded();
-        form.LV.SetSubItemKeys({"Path"});
-        for (const char *key : {"/0", "/1", "#ABBA"}) {
-            const std::string_view cell = key;
-            form.LV.AddRow(key, "", "", {&cell, 1});
-        }
-        form.calls.showPopup = [this](int left, int top) {
-            ++shown;
-            place = {left, top};
-        };
-        return form;
-    }
-    int shown = 0;
-    std::pair<int, int> place;
-};
-
-TEST_F(Popup, OpensOnlyForTheRightButtonOverAFile)
-{
-    const struct {
-        const char *name;
-        int button;
-        ui::RowId hit, selected;
-        int shown;
-        ui::RowId selectedAfter;
-    } cases[] = {
-        {"left button", 1, 0, 1, 0, 1},
-        {"on another row", 2, 0, 1, 1, 0},
-        {"on a folder", 2, 2, 1, 0, 2},
-        {"on empty space, a file selected", 2, ui::kNoRow, 1, 1, 1},
-        {"on empty space, a folder selected", 2, ui::kNoRow, 2, 0, 2},
-        {"on empty space, nothing selected", 2, ui::kNoRow, ui::kNoRow, 0, ui::kNoRow},
-    };
-    MainForm &form = WithRows();
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.name);
-        shown = 0;
-        form.PopupFromSearch = true;
-        if (c.selected == ui::kNoRow)
-            form.LV.SetSelection({}, ui::kNoRow);
-        else
-            form.LV.SelectOnly(c.selected);
-        LV_MouseDown(form, c.button, c.hit);
-        EXPECT_EQ(shown, c.shown);
-        EXPECT_EQ(form.LV.SelectedItem(), c.selectedAfter);
-        EXPECT_EQ(form.PopupFromSearch, c.shown == 0);
-    }
+    MainForm &form = Form();
+    std::string panels;
+    for (const ui::StatusPanel &panel : form.SB.Panels())
+        panels += panel.key + " ";
+    EXPECT_EQ(panels, "Playing PlayingStatus Blank About ");
+    EXPECT_FALSE(form.SB.Panel("About").text.empty());
+    EXPECT_EQ(form.ShowSelectedItems.IntervalMs(), 150);
+    EXPECT_EQ(form.tmrRefreshList.IntervalMs(), 30000);
+    EXPECT_EQ(form.tmr_Playing.IntervalMs(), 250);
+    EXPECT_EQ(form.tmrAutoCheckVersion.IntervalMs(), 60000);
+    EXPECT_EQ(form.tmrClearAutoCheck.IntervalMs(), 45000);
+    EXPECT_TRUE(form.tmrRefreshList.Enabled());
+    EXPECT_FALSE(form.tmr_Playing.Enabled()); // the splash's end starts it
+    EXPECT_FALSE(form.SeparatorDragging);
 }
 
-TEST_F(Popup, ARightClickDeselectsAllOtherRows)
+TEST_F(MainFormTest, StartUpSizesTheWindowAroundTreeAndList)
 {
-    MainForm &form = WithRows();
-    const ui::RowId rows[] = {0, 1, 2};
-    form.LV.SetSelection(rows, 2);
-    LV_MouseDown(form, 2, 1);
-    EXPECT_EQ(form.LV.SelectedCount(), 1);
-    EXPECT_TRUE(form.LV.IsSelected(1));
-}
-
-TEST_F(Popup, StandsBesideTheCursorWithItsStrip)
-{
-    MainForm &form = WithRows();
-    form.window = {100, 200, 12150, 7350};
-    form.calls.cursor = [] { return ui::Rect{5000, 6000, 0, 0}; };
-    form.calls.popupHeights = [] { return std::vector<int>{20, 22, 22}; };
-    std::size_t bands = 0;
-    form.logo->DrawingObject = [&](const ui::StripPlan &plan) { bands = plan.bands.size(); };
-    ShowPop(form);
-    EXPECT_EQ(place, std::make_pair(4700, 5000));
-    EXPECT_EQ(form.picSideBar.Height(), 64 * 15);
-    EXPECT_EQ(bands, 65U);
-}
-
-TEST_F(Popup, RenameExportsAndPlayPlays)
-{
-    MainForm &form = WithRows();
-    std::string ran;
-    form.handlers["cp_Export_Click"] = [&] { ran += "export "; };
-    form.handlers["submnuDuplicateEntry_Click"] = [&] { ran += "duplicate "; };
-    form.calls.playMP3File = [&](std::string_view path, ui::KeyedList &) {
-        ran.append("play ").append(path).append(" ");
-    };
-    form.LV.SelectOnly(1);
-    ClickPopup(form, "Rename");
-    EXPECT_EQ(ran, ""); // not built
-    form.notBuilt.clear();
-    for (const char *key : {"Rename", "Export", "Duplicate", "Play", "fOptions", "nothing"})
-        ClickPopup(form, key);
-    EXPECT_EQ(ran, "export export duplicate play /1 ");
+    MainForm &form = Loaded();
+    form.TV.SetVisible(false);
+    form.LV.SetVisible(false);
+    form.TBAddress.SetEnabled(false);
+    form.TV.SetPlace({0, 1090, 3000, 4000});
+    form.LV.SetPlace({2735, -45, 6000, 3900});
+    ShowTreeAndList(form);
+    EXPECT_TRUE(form.TV.Visible() && form.LV.Visible() && form.TBAddress.Enabled());
+    EXPECT_EQ(form.window.width, 8935);  // 2735 + 6000 + 200
+    EXPECT_EQ(form.window.height, 5590); // 1090 + 4000 + 500
 }
 
 TEST_F(MainFormTest, ListMessagesRaiseThePanelWhileHooked)
@@ -381,7 +323,15 @@ TEST_F(MainFormTest, ClosingSavesThePlacementAndEndsInOrder)
         order += "forms ";
     };
     form.calls.endProgram = [&] { order += "end"; };
+    settings.onWrite = [&] { // before anything is released, with the list already let go
+        EXPECT_FALSE(form.listHooked);
+        EXPECT_NE(form.logo, nullptr);
+        EXPECT_FALSE(form.cp.empty());
+        EXPECT_NE(catalogue::DataAccess, nullptr);
+    };
     RunCommand(form, "submnuExit");
+    settings.onWrite = nullptr;
+    EXPECT_TRUE(form.cp.empty());
     EXPECT_EQ(order, "forms end");
     const std::pair<const char *, const char *> want[] = {{"Width", "3333"},
                                                           {"Height", "4444"},

@@ -154,6 +154,89 @@ TEST_F(WebPanel, SummaryOfSelections)
     }
 }
 
+TEST_F(WebPanel, NothingSelectedLeavesTheTypeAndTakesTheBarAway)
+{
+    MainForm &form = Filled();
+    form.ReDrawForm = nullptr;
+    form.LV.SetPlace({0, 0, 5000, 3000});
+    form.pctWeb.SetPlace({0, -400, 2775, 9000});
+    form.WebItemType.SetCaption("MP3 File");
+    form.lblInfo.SetTop(2000);
+    form.lblInfo.SetCaption("x");
+    form.vsbBack.SetVisible(true);
+    form.ShowSelectedItems.SetEnabled(true);
+    Summary();
+    EXPECT_EQ(form.WebItemType.Caption(), "MP3 File");
+    EXPECT_EQ(form.lblInfo.Caption(), "");
+    EXPECT_FALSE(form.vsbBack.Visible());
+    EXPECT_EQ(form.pctWeb.Height(), 3000);
+    EXPECT_EQ(form.pctWeb.Top(), 0);
+}
+
+TEST_F(WebPanel, AnEmptyListLeavesAnEmptyPanel)
+{
+    MainForm &form = Filled();
+    form.LV.ClearRows();
+    form.lblInfo.SetCaption("before");
+    form.WebToolTip.SetVisible(true);
+    ShowSelectedItemInfo(form.LV, form);
+    EXPECT_EQ(form.WebItemName.Caption() + form.WebItemType.Caption() + form.lblInfo.Caption(), "");
+    EXPECT_FALSE(form.WebToolTip.Visible());
+}
+
+TEST_F(WebPanel, ATextOfASelectionStaysUntilItIsEmptied)
+{
+    MainForm &form = Filled();
+    form.LV.SelectOnly(1);
+    form.lblInfo.SetPlace({120, 77, 99, 200});
+    form.lblInfo.SetCaption("Comment: many items selected.");
+    ShowSelectedItemInfo(form.LV, form);
+    EXPECT_EQ(form.WebItemName.Caption(), "Two");
+    EXPECT_EQ(form.lblInfo.Caption(), "Comment: many items selected.");
+    EXPECT_EQ(form.lblInfo.Top(), 77);
+    EXPECT_EQ(form.lblInfo.Width(), 99);
+    form.ShowSelectedItems.SetEnabled(true);
+    ShowSelectedItemInfo(form.LV, form);
+    EXPECT_EQ(form.lblInfo.Caption(), "");
+}
+
+TEST_F(WebPanel, TheSummaryNamesTheRowsByTheirMainText)
+{
+    MainForm &form = Filled();
+    form.LV.AddRow("/7", "a & b", "MP3", std::vector<std::string_view>{"Four & more", "Dire", ""});
+    form.LV.AddRow("/8", "c", "MP3", std::vector<std::string_view>{"Five", "Eels", ""});
+    const ui::RowId rows[] = {form.LV.Find("/7"), form.LV.Find("/8")};
+    form.LV.SetSelection(rows, rows[1]);
+    form.WebToolTip.SetVisible(true);
+    Summary();
+    EXPECT_EQ(form.WebItemType.Caption(), "2 mp3 filess selected.\r\ra && b\rc");
+    EXPECT_EQ(form.lblInfo.Caption(), "\rDire - Four && more\rEels - Five\r");
+    EXPECT_FALSE(form.WebToolTip.Visible());
+}
+
+// The entries of a play list have fewer sub-items, and none of these names.
+TEST_F(WebPanel, RowsWithoutTheFieldsShowTheirFirst)
+{
+    MainForm &form = Form();
+    Loaded();
+    form.ShowSelectedItems.SetEnabled(false);
+    form.LV.ClearColumns();
+    form.LV.AddColumn("Icon", "", 300);
+    form.LV.AddColumn("Name", "Name", 300);
+    form.LV.SetSubItemKeys({"Name"});
+    AddRow("/0", {"one"});
+    AddRow("/1", {"two"});
+    form.LV.SelectOnly(1);
+    ShowSelectedItemInfo(form.LV, form);
+    EXPECT_EQ(form.WebItemName.Caption(), "");
+    EXPECT_EQ(form.WebItemType.Caption(), "MP3 File");
+    EXPECT_EQ(form.lblInfo.Caption(), "Name: two\r\n\r\n");
+    const ui::RowId rows[] = {0, 1};
+    form.LV.SetSelection(rows, 1);
+    Summary();
+    EXPECT_EQ(form.lblInfo.Caption(), "\rone\rtwo\r");
+}
+
 TEST_F(WebPanel, InAnotherLanguageEveryRowShowsItsFirstSubItem)
 {
     tests::WriteFile(folder / "x.qlt", "[ItemType]\nMP3File=Lied\nMP3Files=Lieder\n"
@@ -200,10 +283,36 @@ TEST_F(WebPanel, TheScrollBarFollowsTheText)
         EXPECT_EQ(form.vsbBack.LargeChange(), c.large);
         EXPECT_EQ(form.vsbBack.SmallChange(), c.small);
     }
+    EXPECT_EQ(form.pctWeb.Top(), 0);
     form.WebStyleOn = false;
     form.pctWeb.SetHeight(77);
     AdjustPanelScroll(form.LV, form);
     EXPECT_EQ(form.pctWeb.Height(), 77);
+}
+
+// The splitter's layout and the panel's coming back give pctWeb a new height; a long text keeps its
+// own, and its bar.
+TEST_F(WebPanel, ALongTextOutlivesTheLayout)
+{
+    MainForm &form = Filled();
+    form.window = {0, 0, 12000, 7350};
+    form.scaleWidth = 11880;
+    form.lblInfo.measureHeight = nullptr;
+    form.lblInfo.SetPlace({120, 1000, 2515, 20'000});
+    AdjustPanelScroll(form.LV, form);
+    const auto expectAll = [&](const char *when) {
+        EXPECT_TRUE(form.vsbBack.Visible()) << when;
+        EXPECT_EQ(form.pctWeb.Height(), 21'000) << when;
+        EXPECT_EQ(form.vsbBack.Max(), 21'000 - form.LV.Height()) << when;
+    };
+    Separator_MouseDown(form);
+    Separator_MouseMove(form, 500);
+    Separator_MouseUp(form);
+    expectAll("after a drag");
+    RunCommand(form, "submnuWebStyle");
+    EXPECT_FALSE(form.vsbBack.Visible());
+    RunCommand(form, "submnuWebStyle");
+    expectAll("when the panel is on again");
 }
 
 TEST_F(WebPanel, ScrollingMovesThePanelAndFocusesTheList)
@@ -282,7 +391,23 @@ TEST_F(WebPanel, TheSearchPanelIsCleared)
     form.LV.SetPlace({0, 0, 5000, 3210});
     form.lblInfo.SetTop(2000);
     form.lblWebFolder.SetPlace({120, 100, 2515, 200});
+    form.WebItemName.SetCaption("Two");
+    form.WebToolTip.SetCaption("tip");
+    form.WebToolTip.SetVisible(true);
+    form.vsbBack.SetVisible(true);
+    int layouts = 0;
+    form.ReDrawForm = [&] { ++layouts; };
+    desktop.yields = 0;
+    std::vector<bool> lineShown;
+    desktop.onYield = [&] { lineShown.push_back(form.pctWebLine.Visible()); };
     ClearSearchPanel(form.LV, form, false);
+    EXPECT_EQ(desktop.yields, 2);
+    EXPECT_EQ(lineShown, (std::vector<bool>{true, true}));
+    EXPECT_EQ(layouts, 1);
+    EXPECT_EQ(form.pctWeb.Height(), 3210);
+    EXPECT_EQ(form.WebItemName.Caption() + form.WebToolTip.Caption(), "");
+    EXPECT_FALSE(form.WebToolTip.Visible());
+    EXPECT_FALSE(form.vsbBack.Visible());
     EXPECT_EQ(form.WebItemType.Caption(), "Type the criteria to look for.");
     EXPECT_FALSE(form.lblInfo.Visible());
     EXPECT_TRUE(form.pctWebLine.Visible());
@@ -292,6 +417,10 @@ TEST_F(WebPanel, TheSearchPanelIsCleared)
     EXPECT_EQ(form.WebItemType.Caption(), ""); // every second time
     EXPECT_EQ(form.lblInfo.Top(), 2000);       // the first top that was seen
     EXPECT_TRUE(form.lblInfo.Visible());
+    form.pctWebLine.SetVisible(false);
+    ClearSearchPanel(form.LV, form, true);
+    EXPECT_FALSE(form.pctWebLine.Visible()); // as it was
+    EXPECT_EQ(form.WebItemType.Caption(), "Type the criteria to look for.");
     ResetInfoLabelTop();
 }
 

@@ -7,6 +7,7 @@
 #include "platform/settingsstore.h"
 #include "runtime/error.h"
 
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -37,6 +38,8 @@ public:
     void Write(std::string_view title, std::string_view section, std::string_view key,
                std::string_view text) override
     {
+        if (onWrite)
+            onWrite();
         values[Name(title, section, key)] = text;
     }
     void Delete(std::string_view title, std::string_view section, std::string_view key) override
@@ -48,6 +51,7 @@ public:
 
     std::map<std::string, std::string> values; // by "title/section/key"
     std::vector<std::string> reads;            // "section/key", in their order
+    std::function<void()> onWrite;             // before each
     int flushes = 0;
 
 private:

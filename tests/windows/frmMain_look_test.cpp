@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QWheelEvent>
+
 namespace tests
 {
 
@@ -102,6 +104,29 @@ TEST_F(MainWindowScaled, PanelScrollsByItsBar)
     LetRun(150);
     EXPECT_FALSE(scroll->isVisible());
     EXPECT_EQ(Find(*window, "pctWeb")->y(), 0);
+}
+
+TEST_F(MainWindowScaled, TheWheelOverThePanelMovesItsTextByLines)
+{
+    Start();
+    Fill(3);
+    window->resize(800, 330);
+    LetRun(150);
+    QWidget &panel = *Find(*window, "pctWeb");
+    const int line = window->fontMetrics().lineSpacing();
+    const auto turn = [](QWidget &over, int eighths) {
+        QWheelEvent event(over.rect().center(), over.mapToGlobal(over.rect().center()), {},
+                          {0, eighths}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&over, &event);
+    };
+    turn(panel, -40); // a third of a notch is one of its three lines
+    EXPECT_NEAR(panel.y(), -line, 1);
+    turn(*Find(*window, "vsbBack"), -40);
+    EXPECT_NEAR(panel.y(), -2 * line, 1);
+    turn(panel, 240);
+    EXPECT_EQ(panel.y(), 0);
+    turn(panel, -120'000);
+    EXPECT_EQ(panel.y(), -ui::PixelsOfTwips(Form().vsbBack.Max()));
 }
 
 } // namespace

@@ -23,6 +23,7 @@ TEST(QtText, Labels)
         {"markup stays", "<b>Live</b>", "<b>Live</b>"},
         {"carriage returns", "one\rtwo\r\nthree", "one\ntwo\nthree"},
         {"trailing NUL of a tag", "Bach\0"sv, "Bach"},
+        {"a tab parts words", "So\tWhat", "So What"},
         {"letters beyond ASCII", "Éire", "Éire"},
     };
     for (const Case &c : cases)

@@ -141,6 +141,8 @@ void BindProgress(ui::ProgressBar &bar, QProgressBar *widget)
 void BindTimer(ui::Timer &timer, QObject *owner)
 {
     auto *driver = new QTimer(owner);
+    driver->setTimerType(
+        Qt::PreciseTimer); // the default may come a twentieth late: the splash waits
     driver->setInterval(timer.IntervalMs());
     QObject::connect(driver, &QTimer::timeout, driver, [&timer] { timer.Fire(); });
     Bind(timer, driver, [&timer, driver] {
@@ -162,17 +164,6 @@ void BindAction(ui::Command &command, QAction *action, bool checkable)
         if (checkable)
             action->setChecked(command.Checked());
     });
-}
-
-int MeasureHeight(const ui::Label &label, const QLabel *widget)
-{
-    if (label.Caption().empty())
-        return 0;
-    const int width = std::max(1, ui::PixelsOfTwips(label.Width()));
-    const QRect bounds = widget->fontMetrics().boundingRect(
-        QRect(0, 0, width, 1 << 24), Qt::AlignLeft | Qt::TextWordWrap | Qt::TextWrapAnywhere,
-        LabelText(label.Caption()));
-    return ui::TwipsOfPixels(bounds.height());
 }
 
 } // namespace ui::qt

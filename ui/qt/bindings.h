@@ -91,8 +91,4 @@ void BindTimer(ui::Timer &timer, QObject *owner);
 // A menu entry: caption, enabled, checked (shown as a check mark while `checkable`), visible.
 void BindAction(ui::Command &command, QAction *action, bool checkable = false);
 
-// The height in twips that `label`'s caption takes in `widget`'s font, wrapped at the label's
-// width.
-[[nodiscard]] int MeasureHeight(const ui::Label &label, const QLabel *widget);
-
 } // namespace ui::qt

@@ -43,10 +43,13 @@ QColor Faint(const QPalette &palette)
             mix(text.blue(), base.blue())};
 }
 
-// The places of the captions: from the start of each paragraph through its first ": ".
+// The places of the captions: from the start of each paragraph through its first ": ". A text that
+// begins with an empty line is a list of names, which have none.
 QList<QTextLayout::FormatRange> CaptionRanges(const QString &text, const QColor &colour)
 {
     QList<QTextLayout::FormatRange> ranges;
+    if (text.startsWith(QLatin1Char('\n')))
+        return ranges;
     QTextCharFormat format;
     format.setForeground(colour);
     qsizetype start = 0;

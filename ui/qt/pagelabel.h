@@ -13,7 +13,7 @@ public:
     explicit PageLabel(QWidget *parent);
 
     // Paints the words before the first ": " of each paragraph fainter, as captions of what
-    // follows.
+    // follows; none in a text that begins with an empty line.
     void SetFaintCaptions(bool on) { m_faintCaptions = on; }
 
     // Paints the whole text fainter than the page's own text.

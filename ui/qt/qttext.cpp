@@ -24,6 +24,8 @@ QString LabelText(std::string_view caption)
         } else if (c == '\r') {
             shown += '\n';
             i += next == '\n' ? 1 : 0;
+        } else if (c == '\t') {
+            shown += ' ';
         } else if (c == '\n' || static_cast<unsigned char>(c) >= ' ') {
             shown += c;
         }

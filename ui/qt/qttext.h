@@ -15,8 +15,9 @@ using platform::qt::FromQt;
 using platform::qt::ToQt;
 
 // What a label shows of a caption: "&&" is an ampersand, a lone "&" (the mark of an access key) is
-// not shown, carriage returns and line feeds break the line, and other control characters (the NUL
-// that many programs put behind a tag's text) are not shown. The result is plain text.
+// not shown, carriage returns and line feeds break the line, a tab is a blank, and other control
+// characters (the NUL that many programs put behind a tag's text) are not shown. The result is
+// plain text.
 [[nodiscard]] QString LabelText(std::string_view caption);
 
 // What a menu entry shows of a caption. "&" marks its access key as in the caption; a shortcut that

@@ -1,0 +1,103 @@
+#include "tests/browser/formfixture.h"
+
+namespace
+{
+
+using namespace browser;
+
+class Popup : public tests::FormTest
+{
+protected:
+    MainForm &WithRows()
+    {
+        MainForm &form = Loaded();
+        form.LV.SetSubItemKeys({"Path"});
+        for (const char *key : {"/0", "/1", "#ABBA"}) {
+            const std::string_view cell = key;
+            form.LV.AddRow(key, "", "", {&cell, 1});
+        }
+        form.calls.showPopup = [this](int left, int top) {
+            ++shown;
+            place = {left, top};
+        };
+        return form;
+    }
+    int shown = 0;
+    std::pair<int, int> place;
+};
+
+TEST_F(Popup, OpensOnlyForTheRightButtonOverAFile)
+{
+    const struct {
+        const char *name;
+        int button;
+        ui::RowId hit, selected;
+        int shown;
+        ui::RowId selectedAfter;
+    } cases[] = {
+        {"left button", 1, 0, 1, 0, 1},
+        {"on another row", 2, 0, 1, 1, 0},
+        {"on a folder", 2, 2, 1, 0, 2},
+        {"on empty space, a file selected", 2, ui::kNoRow, 1, 1, 1},
+        {"on empty space, a folder selected", 2, ui::kNoRow, 2, 0, 2},
+        {"on empty space, nothing selected", 2, ui::kNoRow, ui::kNoRow, 0, ui::kNoRow},
+    };
+    MainForm &form = WithRows();
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        shown = 0;
+        form.PopupFromSearch = true;
+        if (c.selected == ui::kNoRow)
+            form.LV.SetSelection({}, ui::kNoRow);
+        else
+            form.LV.SelectOnly(c.selected);
+        LV_MouseDown(form, c.button, c.hit);
+        EXPECT_EQ(shown, c.shown);
+        EXPECT_EQ(form.LV.SelectedItem(), c.selectedAfter);
+        EXPECT_EQ(form.PopupFromSearch, c.shown == 0);
+    }
+}
+
+TEST_F(Popup, ARightClickDeselectsAllOtherRows)
+{
+    MainForm &form = WithRows();
+    const ui::RowId rows[] = {0, 1, 2};
+    form.LV.SetSelection(rows, 2);
+    LV_MouseDown(form, 2, 1);
+    EXPECT_EQ(form.LV.SelectedCount(), 1);
+    EXPECT_TRUE(form.LV.IsSelected(1));
+}
+
+TEST_F(Popup, StandsBesideTheCursorWithItsStrip)
+{
+    MainForm &form = WithRows();
+    form.window = {100, 200, 12150, 7350};
+    form.calls.cursor = [] { return ui::Rect{5000, 6000, 0, 0}; };
+    form.calls.popupHeights = [] { return std::vector<int>{20, 22, 22}; };
+    std::size_t bands = 0;
+    form.logo->DrawingObject = [&](const ui::StripPlan &plan) { bands = plan.bands.size(); };
+    ShowPop(form);
+    EXPECT_EQ(place, std::make_pair(4700, 5000));
+    EXPECT_EQ(form.picSideBar.Height(), 64 * 15);
+    EXPECT_EQ(bands, 65U);
+}
+
+TEST_F(Popup, RenameExportsAndPlayPlays)
+{
+    MainForm &form = WithRows();
+    std::string ran;
+    form.handlers["cp_Export_Click"] = [&] { ran += "export "; };
+    form.handlers["submnuDuplicateEntry_Click"] = [&] { ran += "duplicate "; };
+    form.calls.playMP3File = [&](std::string_view path, ui::KeyedList &) {
+        ran.append("play ").append(path).append(" ");
+    };
+    form.LV.SelectOnly(1);
+    ClickPopup(form, "Rename");
+    EXPECT_EQ(ran, ""); // not built
+    form.notBuilt.clear();
+    for (const char *key : {"Rename", "Export", "Duplicate", "Play", "fOptions", "nothing"})
+        ClickPopup(form, key);
+    EXPECT_EQ(ran, "export export duplicate play /1 ");
+}
+
+} // namespace
