@@ -32,43 +32,139 @@ TEST(MenuLines, NamesAreUniqueAndParentsComeFirst)
     EXPECT_EQ(seen.size(), 41U);
 }
 
-TEST(MenuLines, States)
+// A line of the table as one text: name, parent, caption, shortcut, then "off", "checked", "sub".
+std::string Row(const MenuLine &line)
 {
-    std::string disabled, checked, shortcuts, submenus;
-    for (const MenuLine &line : MenuLines()) {
-        if (!line.enabled)
-            disabled.append(line.name).append(" ");
-        if (line.checked)
-            checked.append(line.name).append(" ");
-        if (!line.shortcut.empty())
-            shortcuts.append(line.name).append("=").append(line.shortcut).append(" ");
-        if (line.submenu)
-            submenus.append(line.name).append(" ");
-    }
-    EXPECT_EQ(disabled, "submnuFileInfo submnuDuplicateEntry submnuRename submnuExport ");
-    EXPECT_EQ(checked, "submnuWebStyle ");
-    EXPECT_EQ(shortcuts, "submnuExit=Ctrl+Q submnuShowHelp=F1 ");
-    EXPECT_EQ(submenus, "submnuPlayList submnuSetLanguage ");
+    std::string row;
+    for (const std::string_view cell : {line.name, line.parent, line.caption, line.shortcut})
+        row.append(cell).append("|");
+    return row + (line.enabled ? "" : "off") + (line.checked ? "checked" : "") +
+           (line.submenu ? "sub" : "");
 }
 
-TEST(ToolButtons, MirrorMenuEntriesInGroups)
+TEST(MenuLines, RowByRow)
 {
-    std::string keys;
-    for (const ToolButton &button : ToolButtons()) {
-        keys.append(button.key.empty() ? "|" : button.key.substr(6)).append(" ");
+    const char *const rows[] = {
+        "mnuFile||&File||",
+        "submnuAddFile|mnuFile|&Add File||",
+        "submnuTagEditor|mnuFile|&Tag Editor||",
+        "submnuFileHyphen|mnuFile|-||",
+        "submnuFileInfo|mnuFile|&File Info             Alt+3||off",
+        "submnuDuplicateEntry|mnuFile|&Duplicate entry||off",
+        "submnuRename|mnuFile|&Rename File||off",
+        "submnuExport|mnuFile|&Export file||off",
+        "g|mnuFile|-||",
+        "submnuPlayList|mnuFile|&PlayList||sub",
+        "submnuAddPlayList|submnuPlayList|&Add Playlist||",
+        "submnuRemovePlayList|submnuPlayList|&Remove PlayList||",
+        "j|mnuFile|-||",
+        "submnuExit|mnuFile|&Quit|Ctrl+Q|",
+        "mnuTools||&Tools||",
+        "submnuShowLyricsCurrentSong|mnuTools|Show &Lyrics Current Song||",
+        "submnuSongControls|mnuTools|Song's &Controls||",
+        "h|mnuTools|-||",
+        "submnuRegenerateDatabase|mnuTools|&Regenerate Database||",
+        "submnuRefreshTree|mnuTools|Refresh &Tree||",
+        "submnuhyphen|mnuTools|-||",
+        "submnuSearch|mnuTools|&Search||",
+        "submnuhyphen1|mnuTools|-||",
+        "submnuWebStyle|mnuTools|WebStyle||checked",
+        "submnuPreferences|mnuTools|&Preferences||",
+        "submnuToolsHyphen|mnuTools|-||",
+        "submnuNewerVersion|mnuTools|Check the existence of a newer &version||",
+        "mnuHelp||&Help||",
+        "submnuShowHelp|mnuHelp|Contents|F1|",
+        "hyp1|mnuHelp|-||",
+        "submnuTechSupport|mnuHelp|Technical Support||",
+        "submnuForums|mnuHelp|Online &Forums||",
+        "submnuTutorials|mnuHelp|Online &Tutorials||",
+        "hyp2|mnuHelp|-||",
+        "submnuTips|mnuHelp|&Tips||",
+        "submnuSetLanguage|mnuHelp|&Language||sub",
+        "submnuEnglish|submnuSetLanguage|English||",
+        "hyLang|submnuSetLanguage|-||",
+        "submnuLng(0)|submnuSetLanguage|||",
+        "submnuHelpHyphen1|mnuHelp|-||",
+        "submnuAbout|mnuHelp|&About||",
+    };
+    ASSERT_EQ(MenuLines().size(), std::size(rows));
+    for (std::size_t i = 0; i < std::size(rows); ++i)
+        EXPECT_EQ(Row(MenuLines()[i]), rows[i]);
+}
+
+TEST(ToolButtons, RowByRowInGroups)
+{
+    const char *const rows[] = {
+        "submnuAddFile|Add file|MP3",
+        "||",
+        "submnuFileInfo|File Info|FileInfo",
+        "submnuDuplicateEntry|Duplicate Entry|DuplicateMP3",
+        "submnuRename|Rename File|Rename",
+        "submnuExport|Export File|Export",
+        "||",
+        "submnuShowLyricsCurrentSong|Show &Lyrics Current Song|Lyrics",
+        "submnuSongControls|Song's Controls|Controls",
+        "||",
+        "submnuSearch|Search|Search",
+        "||",
+        "submnuExit|Quit|Exit",
+    };
+    ASSERT_EQ(ToolButtons().size(), std::size(rows));
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        const ToolButton &button = ToolButtons()[i];
+        std::string row;
+        row.append(button.key).append("|").append(button.tooltip).append("|").append(button.image);
+        EXPECT_EQ(row, rows[i]);
         if (!button.key.empty()) {
             EXPECT_NE(Find(button.key), nullptr) << button.key;
         }
     }
-    EXPECT_EQ(keys, "AddFile | FileInfo DuplicateEntry Rename Export | ShowLyricsCurrentSong "
-                    "SongControls | Search | Exit ");
 }
 
-TEST(MenuImages, NameExistingEntries)
+TEST(MenuImages, EachEntryHasItsOwn)
 {
-    EXPECT_EQ(MenuImages().size(), 18U);
-    for (const MenuImage &image : MenuImages())
+    std::string images;
+    for (const MenuImage &image : MenuImages()) {
         EXPECT_NE(Find(image.name), nullptr) << image.name;
+        images.append(image.image).append("=").append(image.name.substr(6)).append(" ");
+    }
+    EXPECT_EQ(images,
+              "MP3=AddFile TechSupport=TechSupport Rename=Rename Search=Search FileInfo=FileInfo "
+              "VerCheck=NewerVersion Tip=Tips TreeView=RefreshTree DuplicateMP3=DuplicateEntry "
+              "PlayList=PlayList Add=AddPlayList Remove=RemovePlayList Help=ShowHelp "
+              "Lyrics=ShowLyricsCurrentSong Export=Export FileInfo=TagEditor Controls=SongControls "
+              "Exit=Exit ");
+}
+
+TEST(FileCommands, AreTheFourThatNeedAFile)
+{
+    std::string names;
+    for (const std::string_view name : FileCommands())
+        names.append(name).append(" ");
+    EXPECT_EQ(names, "submnuFileInfo submnuDuplicateEntry submnuExport submnuRename ");
+}
+
+TEST(PopupLines, RowByRow)
+{
+    const char *const rows[] = {
+        "FileOptions|File Options|fOptions|",
+        "FileInfo|&File Info|Info|FileInfo",
+        "ExportFile|&Export file|Export|Export",
+        "RenameFile|&Rename file|Rename|Rename",
+        "DuplicateEntry|&Duplicate entry|Duplicate|DuplicateMP3",
+        "ControlOptions|Control Options|fOptions|",
+        "PlaySong|&Play Song|Play|Play",
+        "PauseSong|Pa&use Song|Pause|Pause",
+        "StopSong|&Stop Song|Stop|Stop",
+    };
+    ASSERT_EQ(PopupLines().size(), std::size(rows));
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        std::string row;
+        for (const std::string_view cell :
+             {PopupLines()[i].languageKey, PopupLines()[i].caption, PopupLines()[i].key})
+            row.append(cell).append("|");
+        EXPECT_EQ(row.append(PopupLines()[i].image), rows[i]);
+    }
 }
 
 TEST(PopupLines, RenameSharesTheCommandOfExport)

@@ -54,6 +54,32 @@ TEST(PlanLayout, NumberByNumber)
     EXPECT_EQ(s.initialTVWidth, 3000);
 }
 
+TEST(PlanLayout, WhatStandsWhenALaterStepFails)
+{
+    LayoutState s = Window();
+    s.windowWidth = 250;
+    s.scaleWidth = 100; // too narrow for the address bar, which comes after the first places
+    s.list.left = -45;
+    EXPECT_EQ(PlanLayout(s, 2000), LayoutEnd::Failed);
+    EXPECT_EQ(s.tree, (Rect{0, 1090, 3000, 5225}));
+    EXPECT_EQ(s.separator, (Rect{3000, 1090, 45, 5225})); // 990 + 100
+    EXPECT_EQ(s.borders, (Rect{3045, 1080, 145, 5255}));  // 990 + 90; 100 + 45; 5225 + 30
+    EXPECT_EQ(s.address, (Rect{0, 480, 9000, 510}));      // only its top came before
+    EXPECT_EQ(s.initialTVWidth, 2000);
+
+    s = Window();
+    s.addressTextLeft = 11791; // 11850 - 60 is all there is
+    EXPECT_EQ(PlanLayout(s, 2000), LayoutEnd::Failed);
+    EXPECT_EQ(s.address.width, 11850);
+    EXPECT_EQ(s.separator.top, 1090);
+    s.addressTextLeft = 11790;
+    s.windowWidth = 2194; // 2195 - 2000 - 45 - 150 is the least
+    EXPECT_EQ(PlanLayout(s, 2000), LayoutEnd::Failed);
+    EXPECT_EQ(s.addressTextWidth, 0);
+    EXPECT_EQ(s.separator, (Rect{2000, 990, 45, 5225})); // the later top
+    EXPECT_EQ(s.borders.top, 1080);
+}
+
 TEST(PlanLayout, EndsFlushWithTheStatusBarAndTheRightEdge)
 {
     LayoutState s = Window();
