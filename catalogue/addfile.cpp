@@ -184,9 +184,13 @@ std::int16_t AddOrUpdateMP3(const std::string &path, std::string &reason)
 
     const RowStep step;
     bool known = false;
-    Guarded(addition, [&] { known = IsKnown(path); });
+    bool lookedUp = false;
+    Guarded(addition, [&] {
+        known = IsKnown(path);
+        lookedUp = DataAccess->Succeeded;
+    });
     // A look-up that failed tells nothing: adding a row would make a second one of a known file.
-    if (DataAccess->Succeeded) {
+    if (lookedUp) {
         if (known)
             UpdateRow(addition);
         else

@@ -61,6 +61,12 @@ void SetPanel(std::string_view key, std::string_view text)
         bar->SetText(key, text);
 }
 
+void EmptyPanels()
+{
+    SetPanel("Blank", "");
+    SetPanel("Playing", "");
+}
+
 void EnableTVAndLV(bool enabled)
 {
     if (const auto &enable = TheState().controls.EnableTVAndLV)
@@ -133,12 +139,16 @@ std::int64_t CountFiles()
 }
 
 // Adds the reason of a file that failed. A file that could not be read has the system's words
-// alone as its reason, so its name goes in front; a failed statement names its file.
+// alone as its reason, so its name goes in front; a failed statement speaks for itself. A run-time
+// failure leaves no reason: the name alone tells of it.
 void NoteFailure(const std::string &path, bool readable, const std::string &reason)
 {
     RegenerationSummary &summary = TheState().summary;
     summary.failed++;
-    summary.errors += readable ? reason : path + ": " + reason;
+    if (reason.empty())
+        summary.errors += path + "\r";
+    else
+        summary.errors += readable ? reason : path + ": " + reason;
 }
 
 // The tags are read for the report here, and once more for the catalogue by AddOrUpdateMP3.
@@ -150,14 +160,12 @@ void ScanFile(Run &run, const std::string &path)
     bool hasID3v1 = false;
     bool hasID3v2 = false;
     metadata::GetMP3Info(path, oldTag, tag, header, hasID3v1, hasID3v2, false);
-    const bool readable = metadata::LastReadFailure() == 0;
-
     RegenerationSummary &summary = TheState().summary;
     summary.files++;
     summary.anyReported |= run.report.LogTagFailure(path, hasID3v1, hasID3v2);
     std::string reason;
     if (AddOrUpdateMP3(path, reason) == kFailed)
-        NoteFailure(path, readable, reason);
+        NoteFailure(path, metadata::LastReadFailure() == 0, reason);
 }
 
 void ScanFiles(Run &run)
@@ -239,9 +247,12 @@ void CountAll(std::int64_t &maximum)
         bar->SetMax(maximum);
 }
 
+// A table that could not be emptied keeps rows of files that are gone: it counts among the errors.
 void EmptyTable()
 {
     DataAccess->ExecuteSQL("DELETE FROM MP3s", kDetect);
+    if (!DataAccess->Succeeded)
+        TheState().summary.errors += DataAccess->ErrorMessage + "\r";
 }
 
 void Regenerate()
@@ -259,8 +270,7 @@ void Regenerate()
     run.maximum = maximum;
     ScanAll(run);
 
-    SetPanel("Blank", "");
-    SetPanel("Playing", "");
+    EmptyPanels();
     TheDesktop().DoEvents();
     if (const auto &empty = TheState().controls.EmptyLV)
         empty();
@@ -326,6 +336,8 @@ void ListRefresh(bool showProgress)
     try {
         Regenerate();
     } catch (const runtime::RuntimeError &) {
+        Dirs().Clear(); // what failed may be tried again
+        EmptyPanels();
         EnableTVAndLV(true);
         ShowPBar(false);
         throw;

@@ -181,6 +181,17 @@ TEST_F(AddFile, UpdateKeepsTheArtistOfDuplicates)
     EXPECT_EQ(Rows(), (RowList{"Two|Artist||||17||~/a.mp3||0", "Two|Mine||||17||~/a.mp3||1"}));
 }
 
+TEST_F(AddFile, LookUpThatBreaksOffAddsNoSecondRow)
+{
+    EXPECT_EQ(Add("a.mp3", TwoTags("One")), catalogue::kAdded);
+    const tests::FailingPointer failing;
+    EXPECT_EQ(Add("a.mp3", TwoTags("Two")), catalogue::kFailed);
+    EXPECT_FALSE(failing.armed);
+    EXPECT_TRUE(catalogue::DataAccess->Succeeded) << "no statement failed";
+    EXPECT_EQ(reason, "untouched");
+    EXPECT_EQ(Rows(), (RowList{"One|Artist||||Rock||~/a.mp3||0"}));
+}
+
 TEST_F(AddFile, FailedLookUpAddsNothing)
 {
     tests::WriteFile(Song("a.mp3"), TwoTags("One"));

@@ -8,6 +8,7 @@
 #include "tests/support/mp3bytes.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -232,6 +233,55 @@ TEST_F(Regeneration, VanishedFilesKeepTheirRowsUnlessTheTableIsEmptiedFirst)
     catalogue::Dirs().Clear();
     shell::TheGlobals().DeleteBeforeAppend = true;
     ListRefresh(false);
+    EXPECT_EQ(Paths(), (RowList{"b.mp3"}));
+}
+
+TEST_F(Regeneration, TableThatCannotBeEmptiedIsToldAndTheRunGoesOn)
+{
+    AddSong("a.mp3");
+    ListRefresh(false);
+    fs::rename(Song("a.mp3"), Song("b.mp3"));
+    sqlite3 *db = nullptr;
+    ASSERT_EQ(sqlite3_open((folder / "app/MP3s.mdb").c_str(), &db), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(db,
+                           "CREATE TRIGGER keep BEFORE DELETE ON MP3s "
+                           "BEGIN SELECT raise(ABORT, 'the rows are kept'); END",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3_close(db);
+    catalogue::Dirs().Clear();
+    shell::TheGlobals().DeleteBeforeAppend = true;
+    desktop.ExpectBox("Some files could not be added.", Answer::No);
+    ListRefresh(false);
+    EXPECT_EQ(Paths(), (RowList{"a.mp3", "b.mp3"}));
+    EXPECT_EQ(desktop.clipboard, "Error: the rows are kept\r\tDELETE FROM MP3s\r");
+    EXPECT_EQ(LastRegeneration().failed, 0);
+}
+
+TEST_F(Regeneration, ReportThatCannotBeWrittenEndsTheRunWhichCanBeTriedAgain)
+{
+    AddSong("a.mp3");
+    fs::create_directory(catalogue::ReportPath());
+    EXPECT_THROW(ListRefresh(true), runtime::RuntimeError);
+    EXPECT_EQ(enabled, true);
+    EXPECT_FALSE(progress.Visible());
+    EXPECT_EQ(bar.Panel("Playing").text + bar.Panel("Blank").text, "");
+    EXPECT_EQ(Rows(), RowList{});
+    fs::remove(catalogue::ReportPath());
+    ListRefresh(true);
+    EXPECT_FALSE(LastRegeneration().skipped);
+    EXPECT_EQ(Paths(), (RowList{"a.mp3"}));
+}
+
+TEST_F(Regeneration, FileThatFailsWithoutWordsIsNamed)
+{
+    AddSong("a.mp3");
+    AddSong("b.mp3");
+    tests::FailingPointer failing;
+    failing.ExpectBox("Some files could not be added.", Answer::No);
+    ListRefresh(false);
+    EXPECT_EQ(failing.clipboard, Song("a.mp3") + "\r");
+    EXPECT_EQ(LastRegeneration().failed, 1);
     EXPECT_EQ(Paths(), (RowList{"b.mp3"}));
 }
 

@@ -3,10 +3,12 @@
 #pragma once
 
 #include "platform/desktop.h"
+#include "runtime/error.h"
 
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tests
@@ -67,6 +69,17 @@ private:
     std::size_t m_next = 0;
     Step m_current{};
     platform::Desktop *m_before;
+};
+
+// A desktop whose pointer fails one time: in the first look-up, which sets it at its end.
+struct FailingPointer : ScriptedDesktop {
+    bool armed = true;
+    void SetPointer(platform::Pointer wanted) override
+    {
+        ScriptedDesktop::SetPointer(wanted);
+        if (std::exchange(armed, false))
+            throw runtime::RuntimeError(runtime::kInvalidCall);
+    }
 };
 
 } // namespace tests
