@@ -101,15 +101,19 @@ void CopyRange(int source, std::int64_t offset, int target, std::int64_t count)
 }
 
 // Runs `fill` on a new file and gives that its name; after an error the new file goes.
+// Returns which file it is.
 template <class Fill>
-void WriteWhole(const std::string &copyPath, const Fill &fill)
+platform::FileIdentity WriteWhole(const std::string &copyPath, const Fill &fill)
 {
     std::string temporaryPath;
+    platform::FileIdentity copy;
     try {
         const OpenHandle target(CreateBeside(copyPath, temporaryPath));
         fill(target.Get());
         Check(Files().Flush(target.Get()));
+        Check(Files().Identify(temporaryPath, copy)); // under a name that nobody else has
         Check(Files().Rename(temporaryPath, copyPath));
+        return copy;
     } catch (const runtime::RuntimeError &) {
         Files().Delete(temporaryPath); // there is nothing better to do where this fails as well
         throw;
@@ -118,14 +122,15 @@ void WriteWhole(const std::string &copyPath, const Fill &fill)
 
 } // namespace
 
-void WriteNewSong(const std::string &song, const NewSong &content, const std::string &copyPath)
+platform::FileIdentity WriteNewSong(const std::string &song, const NewSong &content,
+                                    const std::string &copyPath)
 {
     platform::FileIdentity identity;
     const OpenHandle source(OpenSong(song, identity));
     if (content.audioOffset < 0 || content.audioBytes < 0 ||
         content.audioBytes > identity.sizeBytes - content.audioOffset)
         throw runtime::RuntimeError(runtime::kInvalidCall);
-    WriteWhole(copyPath, [&](int target) {
+    return WriteWhole(copyPath, [&](int target) {
         Check(Files().CopyRights(source.Get(), target));
         WriteAll(target, content.front);
         CopyRange(source.Get(), content.audioOffset, target, content.audioBytes);

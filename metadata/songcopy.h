@@ -22,10 +22,12 @@ struct NewSong {
 
 // Writes the new version of `song` (a real path, no link) to `copyPath` in the same folder, with
 // the song's owner, rights and attributes, and brings it to the disk. What stood at `copyPath` is
-// gone. Errors: kInvalidCall when the range is no range of the file; kFileNotFound without a song;
-// kPathNotFound without the folder; else FileError. After an error nothing new is there, and what
-// stood at `copyPath` before is as it was.
-void WriteNewSong(const std::string &song, const NewSong &content, const std::string &copyPath);
+// gone. Returns which file the copy is (device and inode hold for good; another program may put its
+// own at that path). Errors: kInvalidCall when the range is no range of the file; kFileNotFound
+// without a song; kPathNotFound without the folder; else FileError. After an error nothing new is
+// there, and what stood at `copyPath` before is as it was.
+platform::FileIdentity WriteNewSong(const std::string &song, const NewSong &content,
+                                    const std::string &copyPath);
 
 // Copies the whole song to `copyPath`, as above; rights that cannot be kept there are let go.
 // Errors: as above; kPermissionDenied when `copyPath` is the song itself.

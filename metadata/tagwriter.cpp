@@ -32,6 +32,9 @@ constexpr std::string_view kCopyEnding = ".bck";
 constexpr std::string_view kChanged =
     " was changed by another program after its tags were read. It is left as it is now; read its "
     "tags again and repeat the change.";
+constexpr std::string_view kEditedTwice =
+    " is being edited by another program at the same time. This change was not written; read its "
+    "tags again and repeat the change.";
 
 // One call of SaveTag.
 struct Edit {
@@ -42,10 +45,12 @@ struct Edit {
     bool writeID3v1;
     bool writeID3v2;
     ui::Label *label;
-    RawTags raw;          // the ground: copied before events can run
-    std::string realPath; // the file behind the links
-    std::string image;    // the new ID3v1 tag, empty without
-    std::string tag;      // the new ID3v2 tag, empty without
+    RawTags raw;                      // the ground: copied before events can run
+    std::string realPath;             // the file behind the links
+    std::string image;                // the new ID3v1 tag, empty without
+    std::string tag;                  // the new ID3v2 tag, empty without
+    std::string copyPath;             // of the ".bck" file
+    platform::FileIdentity copy = {}; // the file that was written there
 };
 
 platform::Desktop &Desktop()
@@ -276,8 +281,8 @@ void WaitForNextSecond()
     }
 }
 
-// Writes the new version into `copyPath`. True when it stands there.
-bool WriteCopy(const Edit &edit, const std::string &copyPath)
+// Writes the new version into the ".bck" file. True when it stands there.
+bool WriteCopy(Edit &edit)
 {
     ShowProgress(edit, "Processing the MP3");
     CloseAllFiles();
@@ -287,7 +292,7 @@ bool WriteCopy(const Edit &edit, const std::string &copyPath)
         ShowProgress(edit, "Writing the new MP3 file");
     }
     const NewSong content = shortWay ? WithOtherImage(edit) : WithOtherTags(edit);
-    return Run([&] { WriteNewSong(edit.realPath, content, copyPath); });
+    return Run([&] { edit.copy = WriteNewSong(edit.realPath, content, edit.copyPath); });
 }
 
 void UpdateCatalogue(const Edit &edit)
@@ -297,13 +302,26 @@ void UpdateCatalogue(const Edit &edit)
         Run([&] { TheTagWriterHooks().updateCatalogue(edit.id3v2, edit.fileName); });
 }
 
+// Whether the ".bck" file is the one of this edit. Another program that edits the same song at the
+// same time puts its own there.
+bool IsOwnCopy(const Edit &edit)
+{
+    platform::FileIdentity now;
+    return Files().Identify(edit.copyPath, now) == 0 && now.device == edit.copy.device &&
+           now.inode == edit.copy.inode;
+}
+
 // The song is deleted and the copy takes its name, in one step: there is no moment without a song.
-bool PutInPlace(const Edit &edit, const std::string &copyPath)
+bool PutInPlace(const Edit &edit)
 {
     if (!StillFits(edit))
         return false;
+    if (!IsOwnCopy(edit)) {
+        Tell("\"" + edit.fileName + "\"" + std::string(kEditedTwice));
+        return false;
+    }
     Run([&] {
-        Check(Files().Rename(copyPath, edit.realPath));
+        Check(Files().Rename(edit.copyPath, edit.realPath));
         Check(Files().FlushFolderOf(edit.realPath));
     });
     Desktop().DoEvents();
@@ -311,7 +329,7 @@ bool PutInPlace(const Edit &edit, const std::string &copyPath)
 }
 
 // Gets the song away from the player and puts the copy in its place.
-bool ReplaceSong(const Edit &edit, const std::string &copyPath)
+bool ReplaceSong(const Edit &edit)
 {
     const TagWriterHooks &hooks = TheTagWriterHooks();
     std::string current;
@@ -320,12 +338,12 @@ bool ReplaceSong(const Edit &edit, const std::string &copyPath)
     if (hooks.releasePlayingFile)
         Run([&] { current = hooks.releasePlayingFile(edit.fileName, state, position); });
     WaitForNextSecond();
-    const bool replaced = PutInPlace(edit, copyPath);
+    const bool replaced = PutInPlace(edit);
     if (hooks.restorePlayingFile)
         Run([&] { hooks.restorePlayingFile(current, edit.fileName, state, position); });
     platform::FileIdentity song;
-    if (Files().Identify(edit.realPath, song) == 0)
-        Run([&] { Check(Files().Delete(copyPath)); }); // not found: it has become the song
+    if (IsOwnCopy(edit) && Files().Identify(edit.realPath, song) == 0)
+        Run([&] { Check(Files().Delete(edit.copyPath)); });
     return replaced;
 }
 
@@ -341,13 +359,13 @@ bool Rewrite(Edit &edit)
         return false;
     if (shell::TheGlobals().BackUpFiles)
         BackUp(edit);
-    const std::string copyPath = edit.realPath + std::string(kCopyEnding);
+    edit.copyPath = edit.realPath + std::string(kCopyEnding);
     if (!StillFits(edit))
         return false;
-    const bool written = WriteCopy(edit, copyPath);
+    const bool written = WriteCopy(edit);
     if (shell::TheGlobals().UpdateDBAfterEditing)
         UpdateCatalogue(edit);
-    return written ? ReplaceSong(edit, copyPath) : true;
+    return written ? ReplaceSong(edit) : true;
 }
 
 } // namespace
@@ -357,7 +375,7 @@ bool SaveTag(ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, const ID3v1Tag & /*not used*/,
              bool WriteID3v2, ui::Label *ProgressLabel)
 {
     Edit edit{ID3v1,         ID3v2,         OldID3v2, FileName, WriteID3v1, WriteID3v2,
-              ProgressLabel, CopyRawTags(), {},       {},       {}};
+              ProgressLabel, CopyRawTags(), {},       {},       {},         {}};
     Desktop().SetPointer(platform::Pointer::Hourglass);
     Desktop().DoEvents();
     const bool result = Rewrite(edit);

@@ -251,6 +251,46 @@ TEST_F(SaveTagSteps, ASongChangedInBetweenIsNotOverwritten)
     EXPECT_GT(told, 100);
 }
 
+// Another edit of the same song puts its own ".bck" there, `atYield` yields into this one.
+TEST_F(SaveTagSteps, TheCopyOfAnotherEditIsNeitherTakenNorDeleted)
+{
+    const std::string before = Tag(3, Frame3("TIT2", "Old")) + Audio();
+    int told = 0;
+    for (int atYield = 1; atYield < 400; ++atYield) {
+        SCOPED_TRACE(atYield);
+        fs::remove(m_path + ".bck");
+        Song(before);
+        m_desk.boxes.clear();
+        m_desk.yields = 0;
+        bool ours = false; // our own copy stood there
+        m_desk.onEvents = [&] {
+            if (m_desk.yields != atYield)
+                return;
+            ours = fs::exists(m_path + ".bck");
+            tests::WriteFile(m_path + ".their", "theirs");
+            fs::rename(m_path + ".their", m_path + ".bck");
+        };
+        m_pass.v2.Title = "New";
+        const bool result = Save(false, true);
+        m_desk.onEvents = nullptr;
+        if (m_desk.yields < atYield)
+            break;
+        if (result) {
+            EXPECT_TRUE(ReadFile(m_path) != "theirs");
+            EXPECT_TRUE(m_desk.boxes.empty());
+            continue;
+        }
+        ++told;
+        EXPECT_TRUE(ours);
+        ASSERT_EQ(m_desk.boxes.size(), 1u);
+        EXPECT_TRUE(m_desk.boxes[0].find("is being edited by another program") !=
+                    std::string::npos);
+        EXPECT_TRUE(ReadFile(m_path) == before);
+        EXPECT_EQ(ReadFile(m_path + ".bck"), "theirs");
+    }
+    EXPECT_GT(told, 50);
+}
+
 TEST_F(SaveTagSteps, ASongThatIsGoneOrCannotBeRead)
 {
     Song(Audio());
