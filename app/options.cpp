@@ -33,7 +33,7 @@ Options ParseOptions(const std::vector<std::string> &arguments)
             return Mistake("There is no option " + argument + ".");
         }
     }
-    if (regenerate && options.paths.size() != 1)
+    if (regenerate && (options.paths.size() != 1 || options.paths[0].empty()))
         return Mistake("--regenerate takes one folder.");
     if (regenerate)
         options.job = Job::Regenerate;

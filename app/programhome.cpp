@@ -13,8 +13,7 @@ void SettleIn()
     using namespace platform::posix;
     runtime::UseCodePage(runtime::CodePageOfLocale(LocaleName()));
     const std::string ownChoice = Environment("QUENLIN_HOME");
-    const shell::ProgramPlaces places{
-        ProgramFolder(), ownChoice.empty() ? ownChoice : AbsolutePath(ownChoice), DataHome()};
+    const shell::ProgramPlaces places{ProgramFolder(), AbsolutePath(ownChoice), DataHome()};
     shell::SetAppPath(shell::ChooseProgramHome(places));
     if (shell::IsInstalled(places))
         shell::FillOnFirstStart(places.programFolder + "/../share/quenlin", shell::GetAppPath());

@@ -3,11 +3,10 @@
 #include "platform/desktop.h"
 #include "platform/inireader.h"
 #include "platform/machine.h"
+#include "platform/posix/files.h"
 #include "runtime/text.h"
 
-#include <cstdio>
-#include <fstream>
-#include <iterator>
+#include <cerrno>
 #include <limits>
 
 namespace catalogue
@@ -174,8 +173,10 @@ std::string ADOclass::GetIniStr(const std::string &section, const std::string &k
 bool ADOclass::PutIniStr(const std::string &section, const std::string &key,
                          const std::string &value, const std::string &file)
 {
-    std::ifstream in(file, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    const auto before = platform::posix::ReadRegularFile(file, std::numeric_limits<int>::max());
+    if (!before && errno != ENOENT) // what cannot be read must not be replaced
+        return false;
+    const std::string text = before.value_or("");
     const std::string entry = key + "=" + value + "\r\n";
     std::string result, inserted = entry;
     bool isInSection = false, isDone = false;
@@ -206,11 +207,7 @@ bool ADOclass::PutIniStr(const std::string &section, const std::string &key,
     }
     if (!isDone)
         result.insert(sectionEnd, inserted);
-    const std::string beside = file + ".new"; // whole, or not there
-    std::ofstream out(beside, std::ios::binary | std::ios::trunc);
-    out << result;
-    out.close();
-    return out.good() && std::rename(beside.c_str(), file.c_str()) == 0;
+    return platform::posix::ReplaceFile(file, result);
 }
 
 std::string ADOclass::Trim0(std::string_view text)

@@ -9,6 +9,16 @@
 namespace catalogue
 {
 
+namespace
+{
+
+[[noreturn]] void Fail(int errnoValue)
+{
+    throw runtime::FileError(errnoValue, ReportPath());
+}
+
+} // namespace
+
 std::string ReportPath()
 {
     return shell::AppFile(kReportName);
@@ -17,7 +27,7 @@ std::string ReportPath()
 IntegrityReport::IntegrityReport() : m_file(ReportPath())
 {
     if (!m_file)
-        throw runtime::FileError(errno);
+        Fail(errno);
     Write({"   This file was created with Quenlin (By Orvald Tamsin)", "",
            "   If you have any suggestion, comment, bug report, or whatever,",
            "you can send me an email to " + std::string(shell::kSupportAddress),
@@ -52,7 +62,7 @@ void IntegrityReport::Write(std::initializer_list<std::string_view> lines)
     for (const std::string_view line : lines)
         bytes.append(line).append("\r\n");
     if (!m_file.Append(bytes))
-        throw runtime::FileError(errno);
+        Fail(errno);
 }
 
 } // namespace catalogue

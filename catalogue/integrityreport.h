@@ -22,11 +22,11 @@ std::string ReportPath();
 class IntegrityReport
 {
 public:
-    // Truncates the file and writes the heading. Errors: FileError when that fails.
+    // Truncates the file and writes the heading. Errors: FileError with its path when that fails.
     IntegrityReport();
 
     // Appends the entry for a file that lacks one tag or both; true when it lacks one.
-    // Errors: FileError when the file cannot be written.
+    // Errors: FileError with its path when it cannot be written.
     bool LogTagFailure(std::string_view path, bool hasID3v1, bool hasID3v2);
 
     // The closing lines; `succeeded` puts the line of success in front. `folder` is the root of the

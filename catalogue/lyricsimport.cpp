@@ -63,7 +63,7 @@ std::string ReadText(const std::string &txtPath)
     std::optional<std::string> text = platform::posix::ReadRegularFile(
         txtPath, static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()));
     if (!text)
-        throw runtime::FileError(errno);
+        throw runtime::FileError(errno, txtPath);
     return *std::move(text);
 }
 

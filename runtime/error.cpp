@@ -78,4 +78,10 @@ RuntimeError FileError(int errnoValue)
     return {NumberOfErrno(errnoValue), std::generic_category().message(errnoValue)};
 }
 
+RuntimeError FileError(int errnoValue, const std::string &path)
+{
+    const RuntimeError error = FileError(errnoValue);
+    return {error.number, path + ": " + error.description};
+}
+
 } // namespace runtime

@@ -116,8 +116,9 @@ void RunBatch(std::string_view arguments)
     }
     if (const std::string lost = groups.Close(); !lost.empty())
         platform::TheMachine().desktop->MessageBox(lost);
-    if (!platform::posix::AppendToFile(AppFile(kSummaryName), FormatSummary(outcomes) + "\r\n"))
-        throw runtime::FileError(errno);
+    const std::string path = AppFile(kSummaryName);
+    if (!platform::posix::AppendToFile(path, FormatSummary(outcomes) + "\r\n"))
+        throw runtime::FileError(errno, path);
     platform::CheckEndRequest();
 }
 

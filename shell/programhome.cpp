@@ -32,14 +32,14 @@ void CopyNew(const std::string &from, const std::string &to)
         return;
     const auto bytes = platform::posix::ReadRegularFile(from, kMaxShippedBytes);
     if (!bytes)
-        throw runtime::FileError(errno);
+        throw runtime::FileError(errno, from);
     const std::string temporary = to + "." + std::to_string(getpid());
     const bool copied = platform::posix::ReplaceFile(temporary, *bytes);
     const bool named = copied && (link(temporary.c_str(), to.c_str()) == 0 || errno == EEXIST);
     const int reason = errno;
     unlink(temporary.c_str());
     if (!named)
-        throw runtime::FileError(reason);
+        throw runtime::FileError(reason, to);
 }
 
 } // namespace
@@ -62,15 +62,15 @@ void FillOnFirstStart(const std::string &shippedFolder, const std::string &home)
     if (IsThere(marker))
         return;
     if (!platform::posix::MakeFolders(home))
-        throw runtime::FileError(errno);
+        throw runtime::FileError(errno, home);
     std::error_code error;
     for (const auto &entry : fs::directory_iterator(shippedFolder, error))
         if (std::error_code other; entry.is_regular_file(other))
             CopyNew(entry.path().string(), home + PathSeparator + entry.path().filename().string());
     if (error)
-        throw runtime::FileError(error.value());
+        throw runtime::FileError(error.value(), shippedFolder);
     if (!platform::posix::ReplaceFile(marker, ""))
-        throw runtime::FileError(errno);
+        throw runtime::FileError(errno, marker);
 }
 
 } // namespace shell

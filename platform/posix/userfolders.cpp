@@ -104,6 +104,8 @@ std::string LocaleName()
 
 std::string AbsolutePath(const std::string &path)
 {
+    if (path.empty())
+        return {};
     const std::string whole = path.starts_with('/') ? path : CurrentFolder() + "/" + path;
     std::string result; // without a trailing separator; empty stands for the root
     std::size_t at = 0;

@@ -72,6 +72,9 @@ TEST(IniHelpers, WriteThenRead)
     EXPECT_EQ(ADOclass::GetIniStr("S", "k", file), "new");
     EXPECT_EQ(ADOclass::GetIniStr("T", "K", file), "w");
     EXPECT_FALSE(ADOclass::PutIniStr("S", "k", "v", folder / "absent/x.ini"));
+    EXPECT_FALSE(ADOclass::PutIniStr("S", "k", "v", folder.Path())) << "a folder stays one";
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1)
+        << "nothing is left beside the file";
     EXPECT_EQ(ADOclass::Trim0(std::string_view("ab\0cd", 5)), "ab");
     EXPECT_EQ(ADOclass::Trim0("ab"), "ab");
 }

@@ -103,7 +103,13 @@ TEST_F(Report, HasEachEntryAtOnceAndAgainAfterItWasDeleted)
 TEST_F(Report, ThatCannotBeWrittenIsAnError)
 {
     std::filesystem::create_directory(catalogue::ReportPath());
-    EXPECT_THROW(catalogue::IntegrityReport report, runtime::RuntimeError);
+    try {
+        const catalogue::IntegrityReport report;
+        ADD_FAILURE();
+    } catch (const runtime::RuntimeError &error) {
+        EXPECT_EQ(error.number, runtime::kPathFileAccess);
+        EXPECT_EQ(error.description, catalogue::ReportPath() + ": Is a directory");
+    }
 }
 
 } // namespace

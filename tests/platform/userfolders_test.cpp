@@ -88,7 +88,7 @@ TEST_F(UserFolders, AbsolutePathTable)
                                                            {"a/", "/usr/a/"},
                                                            {"/", "/"},
                                                            {".", "/usr"},
-                                                           {"", "/usr"},
+                                                           {"", ""},
                                                            {"..", "/"},
                                                            {"/..", "/"},
                                                            {"a b\"c", "/usr/a b\"c"},

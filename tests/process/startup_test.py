@@ -89,7 +89,8 @@ class CommandLine(ProgramTest):
         self.assertRegex(out, rb"^Quenlin \d+\.\d+\.\d+\n$")
 
     def test_mistakes(self):
-        for args in (["--nonsense"], ["--regenerate"], ["--regenerate", "a", "b"]):
+        for args in (["--nonsense"], ["--regenerate"], ["--regenerate", "a", "b"],
+                     ["--regenerate", ""]):
             with self.subTest(args):
                 out, err = self.run_program(*args, status=2)
                 self.assertEqual(out, b"")

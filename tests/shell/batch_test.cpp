@@ -114,6 +114,15 @@ TEST_F(Batch, NameThatHoldsTheSeparatorFallsInTwo)
     EXPECT_NE(Summary().find("    b.mp3\r"), std::string::npos);
 }
 
+TEST_F(Batch, AnEmptyArgumentIsNoFile)
+{
+    RunBatch(QuoteArguments({"", Song("absent.mp3")}));
+    EXPECT_EQ(Summary(), kDateLine +
+                             "  These MP3s couldn't be added/updated:\r\r    \r  Reason: No "
+                             "such file or directory\r" +
+                             Line("absent.mp3") + "  Reason: No such file or directory\r\r\r\n");
+}
+
 TEST_F(Batch, AnyFileIsTakenWhateverItsName)
 {
     tests::WriteFile(Song("song.dat"),
@@ -125,7 +134,13 @@ TEST_F(Batch, AnyFileIsTakenWhateverItsName)
 TEST_F(Batch, SummaryThatCannotBeWrittenIsAnError)
 {
     fs::create_directory(folder / "app/Solution.txt");
-    EXPECT_THROW(RunBatch(QuoteArguments({Song("a.mp3")})), runtime::RuntimeError);
+    try {
+        RunBatch(QuoteArguments({Song("a.mp3")}));
+        ADD_FAILURE();
+    } catch (const runtime::RuntimeError &error) {
+        EXPECT_EQ(error.number, runtime::kPathFileAccess);
+        EXPECT_EQ(error.description, folder / "app/Solution.txt" + std::string(": Is a directory"));
+    }
 }
 
 } // namespace
