@@ -116,6 +116,18 @@ bool Enter(const std::string &folder, std::string &failure)
     return true;
 }
 
+// Puts the folder of the walk in the boxes. A failure names it, or the setting where that is empty:
+// it may have been made long ago.
+void EnterRoot(const std::string &folder)
+{
+    try {
+        Dirs().SetRoot(folder);
+    } catch (const runtime::RuntimeError &error) {
+        const std::string name = folder.empty() ? "MP3 Directory" : folder;
+        throw runtime::RuntimeError(error.number, name + ": " + error.description);
+    }
+}
+
 // The number of MP3 files in the sub-folders of the folder in the box. What cannot be listed counts
 // nothing here; ScanFolder tells of it.
 std::int64_t CountFiles()
@@ -125,11 +137,10 @@ std::int64_t CountFiles()
     std::string failure;
     for (std::int64_t index = 0; !TheState().stopRequested; index++) {
         const std::string entry = Dirs().List(index);
-        if (entry.empty() || !Enter(entry, failure)) {
-            if (entry.empty())
-                break;
+        if (entry.empty())
+            break;
+        if (!Enter(entry, failure))
             continue;
-        }
         TheDesktop().DoEvents();
         count += MP3s().ListCount();
         count += CountFiles();
@@ -258,7 +269,7 @@ void EmptyTable()
 void Regenerate()
 {
     const shell::Globals &globals = shell::TheGlobals();
-    Dirs().SetRoot(globals.MP3Directory);
+    EnterRoot(globals.MP3Directory);
     if (globals.DeleteBeforeAppend)
         EmptyTable();
     if (ui::ProgressBar *bar = TheState().controls.PBar; bar != nullptr)
@@ -329,7 +340,8 @@ void ListRefresh(bool showProgress)
         ShowPBar(true);
         TheDesktop().DoEvents();
     }
-    if (Dirs().Path() == shell::TheGlobals().MP3Directory) {
+    // A box that stands nowhere yet equals no folder, also where none is set: the walk tells of it.
+    if (Dirs().Path() == shell::TheGlobals().MP3Directory && !Dirs().Path().empty()) {
         TheState().summary.skipped = true;
         return;
     }

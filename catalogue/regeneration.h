@@ -41,9 +41,10 @@ const RegenerationSummary &LastRegeneration();
 // It returns at once, with TV and LV disabled, when the folder box stands at `MP3Directory`
 // already: a folder is regenerated once per run of the program. A call during a run does nothing.
 // The tree is not refreshed.
-// Errors: kPathNotFound when the folder is absent, FileError when it cannot be read or the report
-//         not be written; TV and LV are enabled again, PBar is hidden and its panels are empty, as
-//         after a run, but the folder box stands nowhere, so that the run can be tried again.
+// Errors: kPathNotFound when the folder is absent or none is set, FileError when it cannot be read
+//         or the report not be written, each with the path in its words; TV and LV are enabled
+//         again, PBar is hidden and its panels are empty, as after a run, but the folder box stands
+//         nowhere, so that the run can be tried again.
 void ListRefresh(bool showProgress);
 
 // Whether a run is under way, and the request that it end at the next file: no question is asked

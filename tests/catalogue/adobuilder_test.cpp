@@ -1,5 +1,6 @@
 #include "catalogue/provider.h"
 #include "tests/catalogue/support.h"
+#include "tests/support/scripteddesktop.h"
 
 #include <gtest/gtest.h>
 
@@ -39,6 +40,44 @@ TEST(StatementBuilder, Texts)
               "INSERT INTO Lists\r(LIST_Name, LIST_Path)\rVALUES ('', '')");
 }
 
+TEST(StatementBuilder, JoinsFieldsByCommasAndKeysByAnd)
+{
+    ADOclass access;
+    access.TableName = "T";
+    access.AddCampo("a", DatoType::Number, 0);
+    access.AddCampo("b", DatoType::Flag, 0);
+    access.AddCampoClave("k", DatoType::Text, 2);
+    access.AddCampoClave("K", DatoType::Number, 0); // is there already
+    access.AddCampoClave("d", DatoType::Date, 0);
+    access.SetCampo("A", std::int64_t{7});
+    access.SetCampo("b", true);
+    access.SetCampoClave("K", std::string("xyz"));
+    access.SetCampoClave("d", Date{"2001-02-03"});
+    EXPECT_EQ(access.GetSelectString(), "SELECT a, b\rFROM T\rWHERE k = 'xy' AND d = #2001-02-03#");
+    EXPECT_EQ(access.GetInsertString(), "INSERT INTO T\r(a, b)\rVALUES (7, -1)");
+    EXPECT_EQ(access.GetUpdateString(),
+              "UPDATE T\rSET a = 7, b = -1\rWHERE k = 'xy' AND d = #2001-02-03#");
+    EXPECT_EQ(access.GetDeleteString(), "DELETE * FROM T\rWHERE k = 'xy' AND d = #2001-02-03#");
+    access.Reset();
+    EXPECT_EQ(access.GetSelectString(), "SELECT \rFROM \rWHERE ");
+    EXPECT_EQ(access.GetInsertString(), "INSERT INTO \r()\rVALUES ()");
+}
+
+TEST(StatementBuilder, TellsOfUnknownFields)
+{
+    tests::ScriptedDesktop desktop;
+    ADOclass access;
+    access.AddCampo("a", DatoType::Text, 0);
+    access.AddCampoClave("k", DatoType::Text, 0);
+    desktop.ExpectBox("Campo no encontrado.");
+    access.SetCampo("k", std::string("x"));
+    desktop.ExpectBox("Campo clave no encontrado.");
+    access.SetCampoClave("a", std::string("x"));
+    ASSERT_EQ(desktop.boxes.size(), 2u);
+    EXPECT_EQ(desktop.boxes[0].text, "Campo no encontrado.");
+    EXPECT_EQ(desktop.boxes[1].text, "Campo clave no encontrado.");
+}
+
 TEST(ADOExecuteQuery, AllOfATable)
 {
     tests::FreshCatalogue fresh;
@@ -56,6 +95,8 @@ TEST(ExpandTemplate, Marks)
     access.DataBaseName = "N";
     EXPECT_EQ(access.ExpandTemplate("[DIRBASE][NOMBREBASE].txt"), "/d/N.txt");
     access.DataBaseName.clear();
+    tests::ScriptedDesktop desktop;
+    desktop.ExpectBox("No se determinó el nombre de la base de datos");
     EXPECT_EQ(access.ExpandTemplate("[DIRBASE][NOMBREBASE]"), "/d/[NOMBREBASE]");
 }
 

@@ -35,11 +35,19 @@ TEST(ShippedFile, TablesAndQueries)
               std::vector<std::string>{"126|0|125"});
     EXPECT_EQ(fresh.Rows("SELECT Name FROM Genre WHERE ID = 17"), std::vector<std::string>{"Rock"});
     EXPECT_EQ(fresh.Rows("SELECT count(*) FROM StoredQueries"), std::vector<std::string>{"11"});
+    const std::pair<std::string, std::string> tables[] = {
+        {"MP3s", "Title Artist Album Year Comment Genre Lyrics Path Disk_Label Duplicated "},
+        {"Genre", "ID Name "},
+        {"Lists", "LIST_Name LIST_Path "},
+        {"Validations", "Version URL2Check VersionCheck DBCheck "}};
+    for (const auto &[table, want] : tables) {
+        const auto rows = Records(fresh.access.ExecuteSQL("SELECT * FROM " + table, kSelect));
+        std::string names;
+        for (int i = 0; i < rows->FieldCount(); ++i)
+            names += rows->FieldName(i) + " ";
+        EXPECT_EQ(names, want);
+    }
     const auto records = Records(fresh.access.ExecuteSQL("SELECT * FROM MP3s", kSelect));
-    std::string names;
-    for (int i = 0; i < records->FieldCount(); ++i)
-        names += records->FieldName(i) + " ";
-    EXPECT_EQ(names, "Title Artist Album Year Comment Genre Lyrics Path Disk_Label Duplicated ");
     EXPECT_EQ(records->FindField("title"), 0);
     EXPECT_EQ(records->FindField("x"), -1);
     EXPECT_FALSE(std::filesystem::exists(tests::ShippedCatalogue() + "-wal")) << "whole alone";
@@ -185,5 +193,8 @@ TEST(PlainStatements, OfTheProgram)
     EXPECT_EQ(fresh.Rows("SELECT LIST_Path FROM Lists WHERE LIST_Name = 'B'"),
               std::vector<std::string>{"/B"});
     access.ExecuteSQL("DELETE FROM MP3s", kDelete);
+    EXPECT_EQ(fresh.Rows("SELECT count(*) FROM MP3s"), std::vector<std::string>{"0"});
     EXPECT_EQ(fresh.Rows("SELECT count(*) FROM Lists"), std::vector<std::string>{"2"});
+    EXPECT_EQ(fresh.Rows("SELECT count(*) FROM Genre"), std::vector<std::string>{"126"});
+    EXPECT_EQ(fresh.Rows("SELECT count(*) FROM Validations"), std::vector<std::string>{"1"});
 }

@@ -147,6 +147,7 @@ TEST_F(Regeneration, MissingTagsAreReportedAndOffered)
     EXPECT_EQ(desktop.boxes[0].title, "Mistakes");
     EXPECT_EQ(desktop.boxes[0].icon, platform::BoxIcon::Exclamation);
     EXPECT_EQ(desktop.addresses, RowList{catalogue::ReportPath()});
+    EXPECT_EQ(desktop.folders, RowList{"C:\\"});
     EXPECT_EQ(LastRegeneration().errors, "") << "an untagged file is no failure";
 }
 
@@ -293,11 +294,43 @@ TEST_F(Regeneration, AbsentFolderIsError76)
         FAIL() << "no error";
     } catch (const runtime::RuntimeError &error) {
         EXPECT_EQ(error.number, runtime::kPathNotFound);
+        EXPECT_EQ(error.description, Song("absent") + ": Path not found");
     }
     EXPECT_EQ(enabled, true);
     EXPECT_FALSE(progress.Visible());
     EXPECT_FALSE(catalogue::IsRegenerating());
     EXPECT_FALSE(fs::exists(catalogue::ReportPath()));
+}
+
+TEST_F(Regeneration, NoFolderAtAllIsAnErrorEachTime)
+{
+    shell::TheGlobals().MP3Directory = "";
+    for (int run = 0; run < 2; run++) {
+        EXPECT_THROW(ListRefresh(true), runtime::RuntimeError);
+        EXPECT_EQ(enabled, true);
+        EXPECT_FALSE(progress.Visible());
+    }
+}
+
+TEST_F(Regeneration, FailedStatementsAreJoinedAndTheRestGoesOn)
+{
+    for (const char *name : {"a.mp3", "b.mp3", "c.mp3"})
+        AddSong(name);
+    // The marker of the statement in a title: 0xB9 in the code page.
+    tests::WriteFile(Song("a.mp3"), Tagged("x\xB9"));
+    tests::WriteFile(Song("b.mp3"), Tagged("y\xB9"));
+    desktop.ExpectBox("Some files could not be added.", Answer::No);
+    ListRefresh(false);
+    EXPECT_EQ(Paths(), (RowList{"c.mp3"}));
+    EXPECT_EQ(LastRegeneration().failed, 2);
+    const std::string &errors = desktop.clipboard;
+    const auto second = errors.find("Error: ", 1);
+    ASSERT_NE(second, std::string::npos) << errors;
+    EXPECT_TRUE(errors.starts_with("Error: "));
+    EXPECT_EQ(errors[second - 1], ')') << "the reasons stand one right behind the other";
+    EXPECT_NE(errors.substr(0, second).find(Song("a.mp3")), std::string::npos);
+    EXPECT_NE(errors.substr(second).find(Song("b.mp3")), std::string::npos);
+    EXPECT_EQ(mails, 0);
 }
 
 TEST_F(Regeneration, StopEndsTheRunAtTheNextFile)

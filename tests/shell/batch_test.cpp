@@ -78,6 +78,32 @@ TEST_F(Batch, SummaryIsAppendedTo)
                              Line("a.mp3") + "\r\r\n");
 }
 
+TEST_F(Batch, TextFilesAloneLeaveTheDateLine)
+{
+    std::vector<std::string> progress;
+    shell::TheGlobals().lblProgress.changed = [&] {
+        progress.push_back(shell::TheGlobals().lblProgress.Caption());
+    };
+    desktop.ExpectBox("The MP3 with similar name could not be found on the database.");
+    desktop.ExpectBox("The MP3 with similar name could not be found on the database.");
+    RunBatch(QuoteArguments({"/nowhere/Song.txt", "/nowhere/OTHER.TxT"}));
+    EXPECT_EQ(Summary(), kDateLine + "\r\n");
+    EXPECT_EQ(progress, (RowList{"Adding lyrics...", "Analizing file", "Adding lyrics...",
+                                 "Analizing file"}));
+}
+
+TEST_F(Batch, TextFilesTakeNoPartInTheSummary)
+{
+    AddSong("a.mp3");
+    tests::WriteFile(Song("a.TXT"), "la la");
+    desktop.ExpectBox("The MP3 with similar name could not be found on the database.");
+    desktop.ExpectBox("The lyrics were added correctly.");
+    RunBatch(QuoteArguments({"/nowhere/Song.txt", Song("a.mp3"), Song("a.TXT")}));
+    EXPECT_EQ(Summary(),
+              kDateLine + "  This MP3 was added correctly:\r\r" + Line("a.mp3") + "\r\r\n");
+    EXPECT_NE(tests::ReadFile(Song("a.mp3")).find("la la"), std::string::npos);
+}
+
 TEST_F(Batch, UnquotedPathWithBlanksIsOneElement)
 {
     AddSong("a b c.mp3");

@@ -79,9 +79,10 @@ ScriptedDesktop::OpenDialog(std::string_view title,
     return step ? step->text : std::nullopt;
 }
 
-bool ScriptedDesktop::OpenAddress(const std::string &address, const std::string & /*folder*/)
+bool ScriptedDesktop::OpenAddress(const std::string &address, const std::string &workingFolder)
 {
     addresses.push_back(address);
+    folders.push_back(workingFolder);
     return true;
 }
 

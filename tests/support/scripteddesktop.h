@@ -49,6 +49,7 @@ public:
     };
     std::vector<Box> boxes;             // every box that came, answered or not
     std::vector<std::string> addresses; // every address that was opened
+    std::vector<std::string> folders;   // the working folder of each
     std::string clipboard;
     platform::Pointer pointer = platform::Pointer::Normal;
     int yields = 0;                 // calls of DoEvents
