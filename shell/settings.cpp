@@ -2,6 +2,7 @@
 
 #include "platform/machine.h"
 #include "platform/settingsstore.h"
+#include "runtime/error.h"
 #include "runtime/numbers.h"
 #include "shell/globals.h"
 
@@ -47,6 +48,20 @@ platform::SettingsStore &Store()
     return *platform::TheMachine().settings;
 }
 
+// A preference as `convert` reads its text. A text that it does not take is told with its key: the
+// user did not type it just now.
+template <class Value>
+Value Converted(std::string_view key, Value (*convert)(std::string_view))
+{
+    const std::string text = GetPreference(key);
+    try {
+        return convert(text);
+    } catch (const runtime::RuntimeError &error) {
+        throw runtime::RuntimeError(error.number,
+                                    error.description + ": " + std::string(key) + "=" + text);
+    }
+}
+
 } // namespace
 
 std::span<const Preference> Preferences()
@@ -78,12 +93,12 @@ std::string GetPreference(std::string_view key)
 
 bool GetFlagPreference(std::string_view key)
 {
-    return runtime::TextToFlag(GetPreference(key));
+    return Converted(key, runtime::TextToFlag);
 }
 
 std::int32_t GetNumberPreference(std::string_view key)
 {
-    return runtime::TextToInt32(GetPreference(key));
+    return Converted(key, runtime::TextToInt32);
 }
 
 void SavePreference(std::string_view key, std::string_view text)

@@ -37,10 +37,11 @@ void DeleteSetting(std::string_view section, std::string_view key);
 // A key of Preferences(), with the default that stands there; another key is a programming error.
 std::string GetPreference(std::string_view key);
 
-// The same as a flag: any number but 0 is true. Errors: kTypeMismatch when it is no number.
+// The same as a flag: any number but 0 is true. Errors: kTypeMismatch, with key and text in its
+// words, when it is no number.
 bool GetFlagPreference(std::string_view key);
 
-// The same as a number, rounded half to even. Errors: kTypeMismatch, kOverflow.
+// The same as a number, rounded half to even. Errors: kTypeMismatch, kOverflow; words as above.
 std::int32_t GetNumberPreference(std::string_view key);
 
 // Stores a preference: a text, a flag as "1" or "0", a number in decimal digits.

@@ -13,6 +13,7 @@
 #include "shell/settings.h"
 #include "shell/version.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -32,6 +33,7 @@ constexpr std::string_view kCatalogueDamaged =
     "You're database is corrupted. Download the last version\r"
     "of 'Tessaroon.mdb' and run the 'Tessaroon'. Would you like to go to\r"
     "the download page now?";
+constexpr std::string_view kLanguageExtension = ".qlt";
 constexpr std::string_view kNotValidDataBase = "Not ValidDataBase"; // ADOclass's own words
 
 platform::Desktop &TheDesktop()
@@ -63,6 +65,36 @@ bool RefuseDamagedCatalogue()
     return false;
 }
 
+// The names of the language files in the program's folder, in the order of the file system. A
+// folder that cannot be listed has none to offer.
+std::vector<std::string> LanguageFileNames()
+{
+    std::vector<std::string> names;
+    std::error_code failure;
+    for (std::filesystem::directory_iterator entry(GetAppPath(), failure), end;
+         !failure && entry != end; entry.increment(failure)) {
+        const std::string name = entry->path().filename().string();
+        std::error_code vanished;
+        if (runtime::EqualAscii(runtime::Right(name, kLanguageExtension.size()),
+                                kLanguageExtension) &&
+            !entry->is_directory(vanished))
+            names.push_back(name);
+    }
+    return names;
+}
+
+// The path of the language file that the setting names. The menu offers "X.QLT" as "X" and stores
+// "X.qlt": where there is no such file, one whose name differs in letter case alone is taken.
+std::string LanguageFile(const std::string &name)
+{
+    const std::vector<std::string> names = LanguageFileNames();
+    if (std::ranges::find(names, name) == names.end())
+        for (const std::string &other : names)
+            if (runtime::EqualText(other, name))
+                return AppFile(other);
+    return AppFile(name);
+}
+
 // Everything up to the preferences, which each way of running needs. False when the catalogue is
 // refused.
 bool Prepare(const StartUpWindows &windows)
@@ -71,7 +103,7 @@ bool Prepare(const StartUpWindows &windows)
     Globals &globals = TheGlobals();
     globals.HelpFilePath = AppFile("Brandolet.hlp");
     RegisterFileTypes();
-    globals.LanguageFilePath = AppFile(GetPreference("Language"));
+    globals.LanguageFilePath = LanguageFile(GetPreference("Language"));
     Run(windows.LoadMainWindow); // the first touch of the window is what makes it
     SetADOFields(*DataAccess);
     if (!CheckCatalogue())
@@ -83,12 +115,23 @@ bool Prepare(const StartUpWindows &windows)
     return true;
 }
 
+// The regeneration that the user asked for once and for all. A folder that is not there today must
+// not lock him out: he is told, and sees the catalogue as it is.
+void RefreshAtStartUp(const StartUpWindows &windows)
+{
+    try {
+        Run(windows.ListRefresh, false);
+    } catch (const runtime::RuntimeError &error) {
+        ShowRuntimeError(error);
+    }
+}
+
 void BringUpMainWindow(const StartUpWindows &windows)
 {
     TheDesktop().SetPointer(platform::Pointer::Hourglass);
     TheDesktop().DoEvents();
     if (GetFlagPreference("RefreshAtStartUp"))
-        Run(windows.ListRefresh, false);
+        RefreshAtStartUp(windows);
     Run(windows.SizeMainWindow);
     Run(windows.BuildLanguageMenu, FindLanguages());
     Run(windows.LoadShellIcons);
@@ -137,16 +180,9 @@ void ReadPreferences()
 
 std::vector<std::string> FindLanguages()
 {
-    constexpr std::string_view kExtension = ".qlt";
-    std::vector<std::string> names;
-    std::error_code unreadable; // a folder that cannot be listed has no languages to offer
-    for (const auto &entry : std::filesystem::directory_iterator(GetAppPath(), unreadable)) {
-        const std::string name = entry.path().filename().string();
-        std::error_code vanished;
-        if (runtime::EqualAscii(runtime::Right(name, kExtension.size()), kExtension) &&
-            !entry.is_directory(vanished))
-            names.push_back(name.substr(0, name.size() - kExtension.size()));
-    }
+    std::vector<std::string> names = LanguageFileNames();
+    for (std::string &name : names)
+        name.resize(name.size() - kLanguageExtension.size());
     return names;
 }
 

@@ -77,7 +77,7 @@ class Refusals(ProgramTest):
         os.makedirs(folder)
         with open(os.path.join(folder, "settings.ini"), "w", encoding="utf-8") as file:
             file.write("[Preferences]\nWebStyle=abc\n")
-        self.refused(b"Quenlin: Run-time error '13':\n\nType mismatch\n")
+        self.refused(b"Quenlin: Run-time error '13':\n\nType mismatch: WebStyle=abc\n")
 
 
 class CommandLine(ProgramTest):

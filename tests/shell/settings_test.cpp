@@ -83,6 +83,23 @@ TEST(Settings, AnyNumberButZeroIsTrue)
     }
 }
 
+TEST(Settings, AnErrorNamesKeyAndText)
+{
+    tests::MemorySettings store;
+    SavePreference("WebStyle", "yes");
+    SavePreference("Left", "1E99");
+    const auto wordsOf = [](const std::function<void()> &step) -> std::string {
+        try {
+            step();
+        } catch (const runtime::RuntimeError &error) {
+            return error.description;
+        }
+        return {};
+    };
+    EXPECT_EQ(wordsOf([] { (void)GetFlagPreference("WebStyle"); }), "Type mismatch: WebStyle=yes");
+    EXPECT_EQ(wordsOf([] { (void)GetNumberPreference("Left"); }), "Overflow: Left=1E99");
+}
+
 TEST(Settings, NumbersAreRoundedHalfToEven)
 {
     tests::MemorySettings store;

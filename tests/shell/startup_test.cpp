@@ -170,6 +170,36 @@ TEST_F(StartUp, RegeneratesWhenTheSettingAsksForIt)
     EXPECT_EQ(steps[3], "ListRefresh"); // between the splash and the sizing, without a bar
 }
 
+TEST_F(StartUp, ARegenerationThatFailsIsToldAndTheWindowComesUp)
+{
+    store.values["Quenlin/Preferences/RefreshAtStartUp"] = "1";
+    windows.ListRefresh = [](bool) { throw runtime::RuntimeError(runtime::kPathNotFound); };
+    desktop.ExpectBox("Run-time error '76':\r\rPath not found");
+    EXPECT_EQ(Main("", windows), std::nullopt);
+    EXPECT_EQ(steps.back(), "ArmSplashTimer");
+    EXPECT_EQ(desktop.pointer, platform::Pointer::Normal);
+}
+
+TEST_F(StartUp, ALanguageFileIsFoundInAnyLetterCase)
+{
+    tests::WriteFile(folder / "app/Español.QLT", "");
+    const std::pair<const char *, const char *> cases[] = {{"Español.qlt", "app/Español.QLT"},
+                                                           {"ESPAÑOL.qlt", "app/Español.QLT"},
+                                                           {"Deutsch.qlt", "app/Deutsch.qlt"},
+                                                           {"", "app/"}};
+    for (const auto &[setting, want] : cases) {
+        store.values["Quenlin/Preferences/Language"] = setting;
+        EXPECT_EQ(Main("", windows), std::nullopt);
+        EXPECT_EQ(TheGlobals().LanguageFilePath, folder / want);
+    }
+    tests::WriteFile(folder / "app/español.qlt", "");
+    for (const char *name : {"español.qlt", "Español.QLT"}) {
+        store.values["Quenlin/Preferences/Language"] = name;
+        EXPECT_EQ(Main("", windows), std::nullopt);
+        EXPECT_EQ(TheGlobals().LanguageFilePath, folder / (std::string("app/") + name));
+    }
+}
+
 TEST_F(StartUp, ASettingThatIsNoNumberIsAnError)
 {
     store.values["Quenlin/Preferences/WebStyle"] = "abc";
@@ -249,6 +279,7 @@ TEST_F(StartUp, AnAbsentCatalogueIsDamagedAndIsNotMade)
     EXPECT_TRUE(fs::is_empty(folder / "app"));
     ASSERT_EQ(desktop.addresses.size(), 1u);
     EXPECT_TRUE(desktop.addresses[0].ends_with("/Quenlin/downloadfiles-index.htm"));
+    EXPECT_EQ(desktop.folders, Steps{"C:\\"});
 }
 
 TEST_F(StartUp, ABatchEndsWithoutTheMainWindow)
