@@ -110,14 +110,21 @@ void ReleaseRegeneration()
     controls = {nullptr, nullptr, {}, {}, {}, controls.EmailBugReport};
 }
 
-// A stored number of twips; the default where the store holds no number.
-int StoredTwips(std::string_view key, int defaultTwips)
+// A preference as `read` reads it; the default where the store holds no number. The window comes up
+// whatever stands there: a program without one could not even be ended.
+template <class Value>
+Value Stored(Value (*read)(std::string_view), std::string_view key, Value otherwise)
 {
     try {
-        return shell::GetNumberPreference(key);
+        return read(key);
     } catch (const runtime::RuntimeError &) {
-        return defaultTwips;
+        return otherwise;
     }
+}
+
+int StoredTwips(std::string_view key, int defaultTwips)
+{
+    return Stored(shell::GetNumberPreference, key, defaultTwips);
 }
 
 } // namespace
@@ -215,7 +222,7 @@ void ShowTreeAndList(MainForm &form)
 
 void ShowMainForm(MainForm &form)
 {
-    const bool tips = shell::GetFlagPreference("Show Tips at Startup");
+    const bool tips = Stored(shell::GetFlagPreference, "Show Tips at Startup", true);
     form.ImgIcon.SetImage("MP3");
     LoadOtherImages(true, form);
     form.lblWebFolder.SetCaption(shell::kApplicationTitle);

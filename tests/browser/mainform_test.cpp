@@ -308,6 +308,10 @@ TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
     order.clear();
     ShowMainForm(form);
     EXPECT_EQ(order, "window layout ");
+    settings.values["Quenlin/Preferences/Show Tips at Startup"] = "no number";
+    order.clear();
+    ShowMainForm(form);
+    EXPECT_EQ(order, "window tips layout ");
 }
 
 TEST_F(MainFormTest, ClosingSavesThePlacementAndEndsInOrder)
