@@ -33,15 +33,23 @@ constexpr int kEndAgainMs = 50; // until a step that cannot end now is asked aga
 // The windows of one run.
 struct Windows {
     std::unique_ptr<browser::frmMainWindow> main;
-    QPointer<shell::frmSplash> splash; // deletes itself
-    bool ended = false;                // the main form was unloaded
+    QPointer<shell::frmSplash> splash, about; // each deletes itself
+    bool ended = false;                       // the main form was unloaded
 };
+
+// The about box is one window: choosing it again brings the one that stands forward.
+void ShowAbout(Windows &windows)
+{
+    if (windows.about == nullptr)
+        windows.about = new shell::frmSplash({});
+    windows.about->ShowSplash(true);
+}
 
 void LoadMainWindow(Windows &windows)
 {
     browser::MainForm &form = browser::frmMain();
     windows.main = std::make_unique<browser::frmMainWindow>(form);
-    form.calls.showAbout = [] { (new shell::frmSplash({}))->ShowSplash(true); };
+    form.calls.showAbout = [&windows] { ShowAbout(windows); };
     form.calls.unloadForms = [] {
         for (QWidget *window : QApplication::topLevelWidgets())
             window->hide();
@@ -81,15 +89,24 @@ shell::StartUpWindows StepsOf(Windows &windows)
     return steps;
 }
 
-// Ends the program as the user's Quit does: in order, after a running walk's current file.
-void End(Windows &windows)
+// Ends the program as the user's Quit does: in order, after a running walk's current file. It is
+// asked again until the end has come: what waits for an answer has to come to its own end first.
+void End(const Windows &windows)
 {
     if (windows.ended || windows.main == nullptr)
         return;
-    if (windows.main->isVisible())
+    if (QWidget *box = QApplication::activeModalWidget(); box != nullptr) {
+        box->close(); // which answers it with No
+        return;
+    }
+    if (windows.main->isVisible()) {
         browser::CloseMainForm(browser::frmMain());
-    else
-        QApplication::quit(); // still starting: nothing is unsaved
+        return;
+    }
+    // Still starting, nothing is unsaved. Leaving the loop closes no window, so that the splash
+    // does not bring the main window up.
+    catalogue::StopRegeneration();
+    QCoreApplication::exit(0);
 }
 
 // The session is about to end, and may yet go on: what the end would save is saved now. When it
@@ -141,6 +158,7 @@ int RunFirst(Windows &windows)
         shell::ShowRuntimeError(error);
     }
     delete windows.splash.data();
+    delete windows.about.data();
     shell::TheGlobals().lblProgress.captionChanged = nullptr;
     windows.main.reset();
     browser::ResetMainForm();

@@ -206,6 +206,10 @@ void frmSplash::ShowSplash(bool about)
 
 void frmSplash::closeEvent(QCloseEvent *event)
 {
+    if (!m_look.keyPreview && !CloseIt.Enabled()) {
+        event->ignore(); // the start is still under way
+        return;
+    }
     event->accept();
     CloseIt.SetEnabled(false);
     hide();

@@ -16,6 +16,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QTest>
+#include <QWindow>
 
 namespace tests
 {
@@ -70,6 +71,8 @@ TEST_F(SplashScaled, SplashShowsTheProgressAndBringsTheMainFormUp)
     KeepScreenshot(*splash, "splash");
     QTest::keyClick(splash.data(), Qt::Key_Escape);
     EXPECT_TRUE(splash->isVisible()) << "keys reach only the about box";
+    EXPECT_FALSE(splash->windowHandle()->close());
+    EXPECT_TRUE(splash->isVisible()) << "the start is still under way";
     splash->CloseIt.SetEnabled(true);
     EXPECT_EQ(mainForms, 0);
     EXPECT_TRUE(IsGone());
@@ -112,6 +115,7 @@ TEST_F(SplashScaled, TranslationIsCreditedInBothRoles)
     splash = new shell::frmSplash({});
     splash->ShowSplash(false);
     EXPECT_TRUE(Find(*splash, "frmTranslation")->isVisible());
+    splash->CloseIt.SetEnabled(true);
     splash->close();
     ASSERT_TRUE(IsGone());
     splash = new shell::frmSplash({});

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""The built program in its windows, as a process: placement after SIGTERM, a second start, a refusal."""
+"""The built program in its windows, as a process: SIGTERM at any time, a second start, refusals."""
 import os
 import pathlib
 import shutil
 import signal
+import sqlite3
 import subprocess
 import tempfile
 import time
@@ -45,7 +46,7 @@ class WindowedProgram(unittest.TestCase):
         (self.config / "Quenlin").mkdir(parents=True)
         shutil.copy(SHIPPED, self.home / "MP3s.mdb")
         self.settings = self.config / "Quenlin" / "settings.ini"
-        self.settings.write_text("[Preferences]\nShow Tips at Startup=0\n")
+        self.set()
         self.env = dict(os.environ, QUENLIN_HOME=str(self.home), XDG_CONFIG_HOME=str(self.config),
                         XDG_DATA_HOME=str(self.scratch / "data"))
 
@@ -62,6 +63,21 @@ class WindowedProgram(unittest.TestCase):
         found = wait_for(shown)
         self.assertTrue(found, "no main window came")
         return found[0]
+
+    def windows(self, process):
+        return xdotool("search", "--onlyvisible", "--pid", str(process.pid))
+
+    def set(self, *lines):
+        """The preferences: no tips, and these lines, each "key=text"."""
+        self.settings.write_text("\n".join(["[Preferences]", "Show Tips at Startup=0", *lines]) + "\n")
+
+    def make_songs(self, count):
+        """A folder of so many files without any tag."""
+        music = self.scratch / "music"
+        music.mkdir()
+        for number in range(count):
+            (music / f"{number}.mp3").write_bytes(bytes(200))
+        return music
 
     def stored(self):
         lines = self.settings.read_text().split("[Last Safe")[0].splitlines()
@@ -193,9 +209,63 @@ class WindowedProgram(unittest.TestCase):
 
     def test_sigterm_during_the_splash_ends_as_well(self):
         process = self.start()
-        self.assertTrue(wait_for(lambda: xdotool("search", "--onlyvisible", "--pid", str(process.pid))))
+        self.assertTrue(wait_for(lambda: self.windows(process)))
         process.terminate()
         self.assertEqual(process.wait(10), 0)
+        self.assertNotIn("Last Safe", self.settings.read_text(), "the main window came up once more")
+
+    def test_sigterm_ends_the_walk_of_a_start_at_its_next_file(self):
+        music = self.make_songs(5000)
+        self.set("RefreshAtStartUp=1", f"MP3 Directory={music}")
+        process = self.start()
+        log = self.home / "MP3s.mdb-wal"  # there while the catalogue is open
+        self.assertTrue(wait_for(log.exists))
+        process.terminate()
+        self.assertEqual(process.wait(10), 0)
+        with sqlite3.connect(self.home / "MP3s.mdb") as catalogue:
+            self.assertLess(catalogue.execute("SELECT COUNT(*) FROM MP3s").fetchone()[0], 5000)
+        catalogue.close()
+
+    def test_sigterm_answers_a_waiting_question_with_no(self):
+        music = self.make_songs(1)
+        self.set(f"MP3 Directory={music}")
+        process = self.start()
+        xdotool("windowactivate", "--sync", self.main_window(process))
+        xdotool("key", "alt+t")
+        time.sleep(0.3)
+        xdotool("key", "r")
+        self.assertTrue(wait_for(lambda: xdotool("search", "--onlyvisible", "--name", "^Mistakes")))
+        process.terminate()
+        self.assertEqual(process.wait(10), 0)
+        self.assertIn("Width", self.stored())
+        self.assertFalse((self.home / "MP3s.mdb-wal").exists(), "the catalogue was left open")
+
+    def test_the_about_box_is_one(self):
+        process = self.start()
+        window = self.main_window(process)
+        def about():
+            return [w for w in self.windows(process) if geometry(w).get("WIDTH") == 499]
+        for _ in range(2):
+            xdotool("windowactivate", "--sync", window)
+            time.sleep(0.3)
+            xdotool("key", "alt+h")
+            time.sleep(0.3)
+            xdotool("key", "a")
+            self.assertTrue(wait_for(about))
+            time.sleep(0.3)
+        self.assertEqual(len(about()), 1)
+        self.assertTrue(wait_for(lambda: xdotool("getactivewindow") == about()))
+        xdotool("key", "Escape")
+        self.assertTrue(wait_for(lambda: not about()))
+        process.terminate()
+        self.assertEqual(process.wait(10), 0)
+
+    def test_sigterm_answers_the_box_of_a_refusal(self):
+        (self.home / "MP3s.mdb").write_bytes(b"")
+        process = self.start()
+        self.assertTrue(wait_for(lambda: xdotool("search", "--onlyvisible", "--name", "Corrupted file")))
+        process.terminate()
+        self.assertEqual(process.wait(10), 1)
 
     def test_damaged_catalogue_is_refused_in_a_box(self):
         (self.home / "MP3s.mdb").write_bytes(b"")
@@ -213,15 +283,13 @@ class WindowedProgram(unittest.TestCase):
         process = subprocess.Popen([PROGRAM, str(self.scratch / "Nowhere.txt")], env=self.env,
                                    stdin=subprocess.DEVNULL, stderr=subprocess.PIPE)
         self.addCleanup(lambda: process.poll() is None and process.kill())
-        def windows():
-            return xdotool("search", "--onlyvisible", "--pid", str(process.pid))
-        self.assertTrue(wait_for(lambda: len(windows()) > 1), "no box came beside the splash")
+        self.assertTrue(wait_for(lambda: len(self.windows(process)) > 1), "no box came beside the splash")
         self.assertIsNone(process.poll())
         summary = self.home / "Solution.txt"
         self.assertFalse(summary.exists(), "the box did not wait")
 
         def answered():
-            for window in windows():
+            for window in self.windows(process):
                 xdotool("windowactivate", window)
                 xdotool("key", "Return")
             return process.poll() is not None
