@@ -216,6 +216,8 @@ void FillFieldTree(MainForm &form, std::string_view sql, std::string_view fieldN
         if ((!fieldName.empty() && fieldName != field) || !shell::TheGlobals().LoadField[index])
             continue;
         ShowProgress(field);
+        if (catalogue::DataAccess == nullptr)
+            return; // the window was closed while the line let events run
         std::string statement(sql);
         statement.append("\rORDER BY ").append(field);
         if (field == "List")

@@ -54,6 +54,23 @@ TEST_F(FieldTree, AnEmptyCatalogueGivesRootGroupsAndAHint)
     EXPECT_NE(form.LV.Hint(), "");
 }
 
+TEST_F(FieldTree, AWindowClosedWhileTheTreeFillsEndsTheFilling)
+{
+    Add({"T", "A", "", "", "", "", "/m/1.mp3"});
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    int ended = 0;
+    form.calls.endProgram = [&] { ++ended; };
+    int lines = 0;
+    shell::TheGlobals().lblProgress.captionChanged = [&] { // events run at each line
+        if (++lines == 2)
+            RunCommand(form, "submnuExit");
+    };
+    RunCommand(form, "submnuRefreshTree");
+    EXPECT_EQ(lines, 2);
+    EXPECT_EQ(ended, 1);
+}
+
 TEST_F(FieldTree, ValuesAreGroupedTrimmedAndUpperCased)
 {
     Add({" Dancing Queen ", "abba", "Arrival", "1976", "", "Pop", "/music/ABBA/one.mp3"});
