@@ -96,9 +96,12 @@ void frmMainWindow::FillCalls()
     };
     m_form.calls.popupHeights = [this] { return PopupHeights(); };
     m_form.calls.showPopup = [this](int left, int top) { ShowPopup(left, top); };
+    // Counted from the window: its stored place is not where it is on a window system that does not
+    // tell places.
     m_form.calls.cursor = [this] {
-        const QPoint place = m_anchor.value_or(QCursor::pos());
-        return ui::Rect{ui::TwipsOfPixels(place.x()), ui::TwipsOfPixels(place.y()), 0, 0};
+        const QPoint inWindow = m_anchor.value_or(QCursor::pos()) - pos();
+        return ui::Rect{m_form.window.left + ui::TwipsOfPixels(inWindow.x()),
+                        m_form.window.top + ui::TwipsOfPixels(inWindow.y()), 0, 0};
     };
     m_form.calls.raisePanel = [this] {
         m_list->lower();

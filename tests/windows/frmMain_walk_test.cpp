@@ -120,6 +120,63 @@ TEST_F(MainWindowTest, WhatIsNotBuiltIsDisabledEverywhere)
     popup->close();
 }
 
+// A window system that keeps to itself where a window is.
+struct Placeless : platform::qt::QtWindows {
+    bool KnowsPlaces() override { return false; }
+};
+
+TEST_F(MainWindowTest, ThePopupStandsAtThePointerAlsoWhereNobodyTellsPlaces)
+{
+    Encode("1.mp3", "So What", "Miles Davis", "Kind of Blue");
+    for (const bool known : {true, false}) {
+        SCOPED_TRACE(known);
+        Placeless placeless;
+        platform::TheMachine().windows = known ? &windows : &placeless;
+        settings.Write("Quenlin", "Preferences", "Left", "6000");
+        settings.Write("Quenlin", "Preferences", "Top", "4500");
+        Start();
+        window->move(20, 30);
+        LetRun(150);
+        if (known)
+            Regenerate();
+        ClickExpander("ByArtist");
+        LetRun(QApplication::doubleClickInterval() + 50);
+        ClickNode("#MILES DAVIS");
+        const QPoint pointer = LV().viewport()->mapToGlobal(RowAt(0));
+        ClickAt(*LV().viewport(), RowAt(0), Qt::RightButton);
+        auto *popup = Find<QMenu>(*window, "Pop");
+        ASSERT_TRUE(WaitUntil([popup] { return popup->isVisible(); }));
+        EXPECT_LT((popup->pos() - pointer).manhattanLength(), 60);
+        popup->close();
+        Leave();
+        platform::TheMachine().windows = &windows;
+    }
+}
+
+TEST_F(MainWindowTest, AltAnd3IsNoLetterToLookFor)
+{
+    Encode("1.mp3", "So What", "Live", "Live");
+    Encode("2.mp3", "3 Blind Mice", "3 Sounds", "Live");
+    Start();
+    Regenerate();
+    ClickExpander("ByArtist");
+    LetRun(QApplication::doubleClickInterval() + 50);
+    ClickNode("#LIVE");
+    PressKey("Alt+3");
+    EXPECT_EQ(Form().TV.Key(Form().TV.Selected()), "#LIVE");
+    PressKey("3");
+    EXPECT_EQ(Form().TV.Key(Form().TV.Selected()), "#3 SOUNDS");
+    ClickExpander("ByAlbum");
+    LetRun(QApplication::doubleClickInterval() + 50);
+    ClickNode("~LIVE");
+    ASSERT_EQ(Form().LV.Count(), 2);
+    ClickAt(*LV().viewport(), RowAt(0));
+    PressKey("Alt+3");
+    EXPECT_EQ(Cell(LV().currentIndex().row(), 1), "So What");
+    PressKey("3");
+    EXPECT_EQ(Cell(LV().currentIndex().row(), 1), "3 Blind Mice");
+}
+
 TEST_F(MainWindowTest, QuitDuringARegenerationEndsItAtTheNextFile)
 {
     EncodeFour();
