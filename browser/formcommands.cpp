@@ -166,17 +166,21 @@ void SetFileCommandsEnabled(MainForm &form, bool enabled)
 
 void BuildLanguageMenu(MainForm &form, const std::vector<std::string> &captions)
 {
-    form.languages = captions;
     form.FindMenu("hyLang")->SetVisible(!captions.empty());
-    form.FindMenu("submnuLng(0)")->SetVisible(!captions.empty());
-    for (std::size_t index = 0; index < captions.size(); ++index) {
-        const std::string name = "submnuLng(" + std::to_string(index) + ")";
-        ui::Command *entry = form.FindMenu(name);
-        if (entry == nullptr)
-            entry = &form.menu.emplace_back(name);
-        entry->SetCaption(runtime::Replace(captions[index], "&", "&&"));
-        entry->SetVisible(true);
-        form.handlers[name + "_Click"] = [caption = captions[index]] { ChooseLanguage(caption); };
+    ui::Command *last = form.FindMenu("submnuLng(0)");
+    last->SetVisible(!captions.empty());
+    std::size_t index = 0;
+    for (const std::string &caption : captions) {
+        // One more entry, unless the last one has no caption yet.
+        if (!last->Caption().empty()) {
+            const std::string next = "submnuLng(" + std::to_string(++index) + ")";
+            last = form.FindMenu(next);
+            if (last == nullptr)
+                last = &form.menu.emplace_back(next);
+        }
+        last->SetCaption(runtime::Replace(caption, "&", "&&"));
+        last->SetVisible(true);
+        form.handlers[last->name + "_Click"] = [caption] { ChooseLanguage(caption); };
     }
 }
 

@@ -89,7 +89,6 @@ struct MainForm : PanelForm {
     std::deque<ui::Command> buttons;
     ui::Command *FindMenu(std::string_view name);                       // null when there is none
     ui::Command *FindButton(std::string_view name);                     // null when there is none
-    std::vector<std::string> languages;                                 // captions of submnuLng
     std::map<std::string, std::function<void()>, std::less<>> handlers; // "submnuExit_Click"
     std::set<std::string, std::less<>> notBuilt;                        // from CommandsNotBuilt()
 

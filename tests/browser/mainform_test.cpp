@@ -24,7 +24,10 @@ TEST_F(MainFormTest, LoadingLeavesAnEmptyPanelAndDisabledFileCommands)
     EXPECT_EQ(form.WEPath.Left(), form.lblAddress.Left() + 700 + 200); // 7 characters of 100
     EXPECT_TRUE(form.listHooked);
     EXPECT_EQ(form.logo->Caption, "Quenlin");
+    EXPECT_EQ(form.logo->StartColor(), 0U);
     EXPECT_EQ(form.logo->EndColor(), 0xFF0000U);
+    EXPECT_TRUE(form.logo->hasImageList);
+    EXPECT_EQ(form.logo->IconIndex, 4);
     for (const auto name : FileCommands())
         EXPECT_FALSE(form.FindButton(name)->Enabled()) << name;
 }
@@ -134,6 +137,17 @@ TEST_F(MainFormTest, TheLanguageMenu)
                                 "run this app.");
 }
 
+TEST_F(MainFormTest, ALanguageEntryComesOnlyBehindOneWithACaption)
+{
+    MainForm &form = Loaded();
+    BuildLanguageMenu(form, {"", "Deutsch", "Español"}); // the first is that of a file ".qlt"
+    EXPECT_EQ(form.FindMenu("submnuLng(0)")->Caption(), "Deutsch");
+    EXPECT_EQ(form.FindMenu("submnuLng(1)")->Caption(), "Español");
+    EXPECT_EQ(form.FindMenu("submnuLng(2)"), nullptr);
+    RunCommand(form, "submnuLng(0)");
+    EXPECT_EQ(Setting("Preferences", "Language"), "Deutsch.qlt");
+}
+
 TEST_F(MainFormTest, PagesOpenBelowTheStoredAddress)
 {
     MainForm &form = Loaded();
@@ -146,6 +160,9 @@ TEST_F(MainFormTest, PagesOpenBelowTheStoredAddress)
     EXPECT_TRUE(address.ends_with("/")) << address;
     EXPECT_EQ(desktop.opened[0], address + "Forums/default.asp");
     EXPECT_EQ(desktop.opened[1], address + "Tutorial%20Index.asp");
+    shell::TheGlobals().HelpFilePath = folder / "Brandolet.hlp";
+    RunCommand(form, "submnuShowHelp");
+    EXPECT_EQ(desktop.opened[2], folder / "Brandolet.hlp");
     desktop.canOpen = false;
     EXPECT_THROW(RunCommand(form, "submnuShowHelp"), runtime::RuntimeError);
 }
@@ -161,9 +178,14 @@ TEST_F(MainFormTest, WebStyleIsToggledStoredAndLaidOut)
     RunCommand(form, "submnuWebStyle");
     EXPECT_TRUE(form.pctWeb.Visible());
     EXPECT_EQ(Setting("Preferences", "WebStyle"), "1");
-    shell::TheGlobals().WebStyle = false;
-    ApplyPreferences(form);
-    EXPECT_FALSE(form.FindMenu("submnuWebStyle")->Checked());
+    for (const bool on : {false, true}) {
+        shell::TheGlobals().WebStyle = on;
+        form.WEPath.SetCaption("MP3/By Title");
+        ApplyPreferences(form);
+        EXPECT_EQ(form.FindMenu("submnuWebStyle")->Checked(), on);
+        EXPECT_EQ(form.WebStyleOn, on);
+        EXPECT_EQ(form.WEPath.Caption(), "");
+    }
 }
 
 TEST_F(MainFormTest, AFullLayoutIsSavedAfterOneYield)
