@@ -4,10 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QMimeData>
 #include <QProcess>
 #include <QScrollBar>
+#include <QToolTip>
 #include <QUrl>
+#include <QWheelEvent>
 
 namespace
 {
@@ -221,6 +224,48 @@ TEST_F(ListViewTest, SelectionFromCodeShows)
     list.DeselectAll();
     EXPECT_FALSE(view.selectionModel()->hasSelection());
     EXPECT_EQ(events, "");
+}
+
+TEST_F(ListViewTest, WheelAndScrollBarTellThatTheRowsMove)
+{
+    std::string told;
+    view.onScrolled = [&](bool byWheel) { told += byWheel ? "wheel " : "bar "; };
+    list.SetPlace({0, 0, 9000, 1200}); // fewer pixels than four rows need
+    tests::LetRun(20);
+    QScrollBar &bar = *view.verticalScrollBar();
+    ASSERT_GT(bar.maximum(), 0);
+    // Below the handle: a page down, with the handle left where it is.
+    tests::ClickAt(bar, {bar.width() / 2, bar.height() - bar.width() - 3});
+    EXPECT_EQ(told.substr(0, 4), "bar ");
+    EXPECT_GT(bar.value(), 0);
+    told.clear();
+    view.verticalScrollBar()->setValue(0); // from code
+    EXPECT_EQ(told, "");
+    QWheelEvent wheel(view.viewport()->rect().center(),
+                      view.viewport()->mapToGlobal(view.viewport()->rect().center()), {}, {0, -120},
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(view.viewport(), &wheel);
+    EXPECT_EQ(told.substr(0, 6), "wheel ");
+    EXPECT_GT(bar.value(), 0);
+}
+
+TEST_F(ListViewTest, CutTextHasATipThatShowsItAsItStands)
+{
+    const std::string title = "<b>Live</b> & a title that is much too long for its column";
+    const std::string_view cells[] = {title, "/music/x.mp3"};
+    list.AddRow("/9", "", "MP3", cells);
+    tests::LetRun(20);
+    for (const auto &[row, visible] : {std::pair(4, true), std::pair(1, false)}) {
+        QToolTip::hideText();
+        ASSERT_TRUE(tests::WaitUntil([] { return !QToolTip::isVisible(); }));
+        QHelpEvent help(QEvent::ToolTip, Row(row), view.viewport()->mapToGlobal(Row(row)));
+        QApplication::sendEvent(view.viewport(), &help);
+        EXPECT_EQ(QToolTip::isVisible(), visible) << row;
+        if (visible) {
+            EXPECT_TRUE(
+                QToolTip::text().contains(QLatin1String("&lt;b&gt;Live&lt;/b&gt; &amp; a title")));
+        }
+    }
 }
 
 TEST_F(ListViewTest, FilesAreDraggedAsAddressesOfTheirBytes)

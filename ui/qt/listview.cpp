@@ -54,7 +54,7 @@ ListView::ListView(ui::KeyedList &list, QWidget *parent)
             m_list.SetColumnWidth(m_list.Columns()[static_cast<std::size_t>(section)].key,
                                   ui::TwipsOfPixels(width));
     });
-    connect(verticalScrollBar(), &QScrollBar::sliderPressed, this, [this] {
+    connect(verticalScrollBar(), &QScrollBar::actionTriggered, this, [this] {
         if (onScrolled)
             onScrolled(false);
     });
