@@ -15,6 +15,28 @@ namespace
 
 using platform::Answer;
 
+// The popup's left edge: black at its foot, blue at its head, the picture and the caption in white
+// above the foot.
+void ExpectStrip(const QImage &popup)
+{
+    constexpr int kMiddle = 12, kLeft = 3; // pixels into the strip
+    const int foot = popup.height() - 3;
+    EXPECT_LT(popup.pixelColor(kLeft, foot).blue(), 10);
+    EXPECT_GT(popup.pixelColor(kLeft, 3).blue(), 240);
+    EXPECT_NEAR(popup.pixelColor(kLeft, popup.height() / 2).blue(), 128, 8);
+    EXPECT_LT(popup.pixelColor(kLeft, 3).red() + popup.pixelColor(kLeft, 3).green(), 10);
+    int white = 0, highest = foot;
+    for (int y = 0; y < foot - 18; ++y)
+        for (int x = 1; x < 2 * kMiddle; ++x)
+            if (popup.pixelColor(x, y).red() > 200) {
+                ++white;
+                highest = std::min(highest, y);
+            }
+    EXPECT_GT(white, 40);                          // the caption's letters
+    EXPECT_GT(foot - highest, 40);                 // run up
+    EXPECT_LT(foot - highest, popup.height() / 2); // from above the picture
+}
+
 TEST_F(MainWindowTest, FromAnEmptyCatalogueToAPlacementFoundAgain)
 {
     EncodeFour();
@@ -114,6 +136,7 @@ TEST_F(MainWindowTest, WhatIsNotBuiltIsDisabledEverywhere)
     auto *popup = Find<QMenu>(*window, "Pop");
     ASSERT_TRUE(WaitUntil([popup] { return popup->isVisible(); }));
     KeepScreenshot(*popup, "main-popup");
+    ExpectStrip(Screenshot(*popup));
     EXPECT_EQ(popup->actions().size(), 9);
     for (const QAction *action : popup->actions())
         EXPECT_TRUE(action->isSeparator() || !action->isEnabled());
