@@ -140,25 +140,29 @@ void FillValues(ui::KeyedTree &tree, const ItemKind &kind, catalogue::Recordset 
     }
 }
 
-bool HasValues(const ui::KeyedTree &tree)
+// Whether the tree has groups of songs, and all of them are empty.
+bool IsEmptyOfSongs(const ui::KeyedTree &tree)
 {
+    bool anyGroup = false;
     for (const ui::NodeId root : tree.Children(ui::kNoNode))
-        for (const ui::NodeId group : tree.Children(root))
-            if (tree.Key(group) != "ByList" && !tree.Children(group).empty())
-                return true;
-    return false;
+        for (const ui::NodeId group : tree.Children(root)) {
+            if (tree.Key(group) == "ByList")
+                continue;
+            if (!tree.Children(group).empty())
+                return false;
+            anyGroup = true;
+        }
+    return anyGroup;
 }
 
 void ShowHint(MainForm &form)
 {
-    const auto &load = shell::TheGlobals().LoadField;
-    const bool anyGroup = std::any_of(load.begin(), load.end(), [](bool on) { return on; });
     form.LV.SetHint(
-        HasValues(form.TV) || !anyGroup
-            ? std::string()
-            : shell::GetLanguageText("The catalogue is empty. Choose Tools, Regenerate Database "
+        IsEmptyOfSongs(form.TV)
+            ? shell::GetLanguageText("The catalogue is empty. Choose Tools, Regenerate Database "
                                      "to fill it from your music folder.",
-                                     "EmptyCatalogue", "Status"));
+                                     "EmptyCatalogue", "Status")
+            : std::string());
 }
 
 } // namespace

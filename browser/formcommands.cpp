@@ -91,6 +91,8 @@ void OpenPage(std::string_view page)
 {
     const auto records = catalogue::Records(
         catalogue::DataAccess->ExecuteSQL("SELECT * FROM Validations", catalogue::kSelect));
+    if (catalogue::DataAccess == nullptr)
+        return; // the program was ended while the statement let events run
     if (records == nullptr || records->AtEnd())
         throw runtime::RuntimeError(runtime::kSubscriptOutOfRange,
                                     catalogue::DataAccess->ErrorMessage);

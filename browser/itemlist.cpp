@@ -163,7 +163,9 @@ void PlayRow(MainForm &form, ui::KeyedList &list)
 
 void ShowGroup(MainForm &form, ui::KeyedList &target, const Clicked &clicked)
 {
-    const std::string field = clicked.key.substr(std::min<std::size_t>(2, clicked.key.size()));
+    // "By" and the field; the root has no field and stands by its own name.
+    const std::size_t fieldAt = clicked.key == kRootKey ? 0 : 2;
+    const std::string field = clicked.key.substr(std::min(fieldAt, clicked.key.size()));
     if (!IsShown(form, clicked)) {
         const ui::ListUpdate update(target);
         target.ClearColumns();
@@ -179,8 +181,11 @@ void ShowGroup(MainForm &form, ui::KeyedList &target, const Clicked &clicked)
     form.lblWebFolder.SetCaption(shell::GetFolderGroupCaption(field));
 }
 
+// Null once the program was ended, as it may be while the events of a click are under way.
 catalogue::RecordsetPtr RecordsOfValue(std::string_view field, std::string_view value)
 {
+    if (catalogue::DataAccess == nullptr)
+        return nullptr;
     catalogue::Params params = catalogue::Value(std::string(value));
     if (field == "Path") {
         // The files directly in the folder, none of its sub-folders.
@@ -315,15 +320,20 @@ bool FillItemList(ui::KeyedList &list, catalogue::Recordset &records,
     records.MoveFirst();
     SetPointer(platform::Pointer::Hourglass);
     Yield();
-    FileRows rows(list, records);
-    for (; !records.AtEnd() && list.Filling() == filling; records.MoveNext()) {
-        rows.Add();
-        if (rows.Count() % kRowsBetweenYields == 0)
-            Yield();
-        if (ownerVisible && !ownerVisible()) {
-            SetPointer(platform::Pointer::Normal);
-            return false;
+    try {
+        FileRows rows(list, records);
+        for (; !records.AtEnd() && list.Filling() == filling; records.MoveNext()) {
+            rows.Add();
+            if (rows.Count() % kRowsBetweenYields == 0)
+                Yield();
+            if (ownerVisible && !ownerVisible()) {
+                SetPointer(platform::Pointer::Normal);
+                return false;
+            }
         }
+    } catch (const runtime::RuntimeError &) { // a record that cannot be read
+        SetPointer(platform::Pointer::Normal);
+        throw;
     }
     if (list.Filling() != filling)
         return false;

@@ -22,6 +22,7 @@ void ShowItems(MainForm &form, ui::NodeId node, ui::KeyedList &list);
 // ...; for an empty result the warning view. Yields every 50 rows. `ownerVisible` is asked after
 // each row where given (the search window): false ends the fill.
 // Returns: false when the fill was ended, by that or because the rows were cleared in a yield.
+// Errors:  those of a record that cannot be read; the rows before it stay.
 bool FillItemList(ui::KeyedList &list, catalogue::Recordset &records,
                   const std::function<bool()> &ownerVisible = {});
 

@@ -51,6 +51,18 @@ std::string Separator()
     return std::string(1, shell::PathSeparator);
 }
 
+// What a plain statement of this kind hands back.
+Outcome OutcomeOf(RecordsetPtr records, int kind, bool succeeded)
+{
+    if ((kind & kSelect) != 0)
+        return records;
+    if ((kind & (kDelete | kUpdate)) != 0)
+        return succeeded;
+    if ((kind & kOther) != 0)
+        return records->FieldCount() > 0 ? Outcome(std::move(records)) : Outcome(0);
+    return {};
+}
+
 } // namespace
 
 RecordsetPtr Records(const Outcome &outcome)
@@ -66,6 +78,7 @@ ADOclass::ADOclass()
 
 ADOclass::~ADOclass()
 {
+    *m_alive = false;
     CloseConnection();
     if (--livingObjects == 0)
         CloseCatalogue();
@@ -95,18 +108,17 @@ Outcome ADOclass::ExecuteSQL(const std::string &statement, int &kind, const Para
 Outcome ADOclass::ExecutePlain(const std::string &statement, int kind)
 {
     SetPointer(platform::Pointer::Hourglass);
+    const std::shared_ptr<const bool> alive = m_alive; // the user may end the program in a yield
     if (!IsInRowStep()) // nothing may come between the look-up of a path and its row
         Yield();
+    if (!*alive) {
+        SetPointer(platform::Pointer::Normal);
+        return OutcomeOf(MakeClosedRecordset(), kind, false);
+    }
     Succeeded = true;
     OpenConnection(statement);
     RecordsetPtr records = RunOnConnection(statement);
-    Outcome outcome;
-    if ((kind & kSelect) != 0)
-        outcome = std::move(records);
-    else if ((kind & (kDelete | kUpdate)) != 0)
-        outcome = Succeeded;
-    else if ((kind & kOther) != 0)
-        outcome = records->FieldCount() > 0 ? Outcome(std::move(records)) : Outcome(0);
+    Outcome outcome = OutcomeOf(std::move(records), kind, Succeeded);
     if (!m_keepOpen)
         CloseConnection();
     SetPointer(platform::Pointer::Normal);
@@ -114,8 +126,10 @@ Outcome ADOclass::ExecutePlain(const std::string &statement, int kind)
     const bool succeeded = Succeeded;
     std::string message = ErrorMessage;
     Yield();
-    Succeeded = succeeded;
-    ErrorMessage = std::move(message);
+    if (*alive) {
+        Succeeded = succeeded;
+        ErrorMessage = std::move(message);
+    }
     return outcome;
 }
 

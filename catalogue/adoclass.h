@@ -75,7 +75,8 @@ public:
     //           kUpdate: Succeeded. kOther: the result set when it has a field, else 0. Stored:
     //           the result set with the bit 1, else nothing.
     // Errors:   none thrown; Succeeded and ErrorMessage.
-    // Lets waiting events run, before and after a plain statement; stands re-entry.
+    // Lets waiting events run, before and after a plain statement; stands re-entry, and that such
+    // an event destroys the object: what it then returns is that of a failure.
     Outcome ExecuteSQL(const std::string &statement, int &kind, const Params &params = {},
                        std::string_view marker = "?");
     Outcome ExecuteSQL(const std::string &statement, StatementKind kind, const Params &params = {},
@@ -172,8 +173,9 @@ private:
     std::optional<std::string> m_openFailure; // words of an open that failed in silence
     Campos m_campos, m_camposClave;
     bool m_inTransaction = false;
-    bool m_keepOpen = false;  // the connection stays open between statements
-    std::int16_t m_depth = 0; // of BeginTrans calls
+    bool m_keepOpen = false; // the connection stays open between statements
+    std::shared_ptr<bool> m_alive = std::make_shared<bool>(true); // also a waiting statement's
+    std::int16_t m_depth = 0;                                     // of BeginTrans calls
 };
 
 // The one data-access object; made by Main, released when the main window unloads.

@@ -71,6 +71,37 @@ TEST_F(FieldTree, AWindowClosedWhileTheTreeFillsEndsTheFilling)
     EXPECT_EQ(ended, 1);
 }
 
+TEST_F(FieldTree, TheHintIsForACatalogueWithoutSongsNotForATreeWithoutTheirGroups)
+{
+    const struct {
+        const char *name;
+        std::vector<std::size_t> loaded; // fields
+        bool song, playList, hint;
+    } cases[] = {
+        {"nothing at all", {0, 6}, false, false, true},
+        {"a play list alone", {0, 6}, false, true, true},
+        {"a song", {0, 6}, true, false, false},
+        {"no song's group is loaded", {6}, false, true, false},
+        {"no group is loaded", {}, false, false, false},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        ResetMainForm();
+        catalogue::DataAccess->ExecuteSQL("DELETE FROM MP3s", catalogue::kDelete);
+        catalogue::DataAccess->ExecuteSQL("DELETE FROM Lists", catalogue::kDelete);
+        if (c.song)
+            Add({"One", "", "", "", "", "", "/one.mp3"});
+        if (c.playList)
+            AddPlayList("mine");
+        shell::TheGlobals().LoadField.fill(false);
+        for (const std::size_t field : c.loaded)
+            shell::TheGlobals().LoadField[field] = true;
+        MainForm &form = Loaded();
+        LoadTreeView(form, "");
+        EXPECT_EQ(!form.LV.Hint().empty(), c.hint);
+    }
+}
+
 TEST_F(FieldTree, ValuesAreGroupedTrimmedAndUpperCased)
 {
     Add({" Dancing Queen ", "abba", "Arrival", "1976", "", "Pop", "/music/ABBA/one.mp3"});
@@ -92,6 +123,38 @@ TEST_F(FieldTree, ValuesAreGroupedTrimmedAndUpperCased)
     EXPECT_EQ(Text("\u00BF/OTHER/ABBA/"), "ABBA");
     EXPECT_EQ(Text("\u00BF/OTHER/"), "other");
     EXPECT_EQ(form.TV.Image(form.TV.Find("~ARRIVAL")), "closed");
+    EXPECT_EQ(form.TV.SelectedImage(form.TV.Find("~ARRIVAL")), "open");
+    EXPECT_EQ(form.TV.Image(form.TV.Find("\u00BF/OTHER/")), "closed");
+    EXPECT_EQ(form.TV.SelectedImage(form.TV.Find("\u00BF/OTHER/")), "open");
+}
+
+TEST_F(FieldTree, APathCountsTrimmedUpToItsLastSeparator)
+{
+    for (const char *path : {" /a/B/one.mp3 ", "/a/b/two.mp3", "/a/b ", "lost.mp3", "/top.mp3"})
+        Add({"", "", "", "", "", "", path});
+    Loaded();
+    LoadTreeView(Form(), "");
+    std::set<std::string> keys;
+    for (const ui::NodeId node : Form().TV.Children(Form().TV.Find("ByPath")))
+        keys.emplace(Form().TV.Key(node));
+    EXPECT_EQ(keys, (std::set<std::string>{"\u00BF", "\u00BF/", "\u00BF/A/", "\u00BF/A/B/"}));
+    EXPECT_EQ(Text("\u00BF/A/B/"), "B"); // of " /a/B/one.mp3 ", the first in the order
+    EXPECT_EQ(Text("\u00BF/"), "");
+    EXPECT_EQ(Text("\u00BF"), "");
+}
+
+TEST_F(FieldTree, AFieldWithoutAValueStandsWithTheEmptyOnes)
+{
+    Add({"One", "", "", "", "", "", "/one.mp3"});
+    catalogue::DataAccess->ExecuteSQL("INSERT INTO MP3s (Title, Path) VALUES ('Two', '/two.mp3')",
+                                      catalogue::kInsert);
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    EXPECT_EQ(Keys("ByArtist"), "# ");
+    Click("#");
+    EXPECT_EQ(Rows(), "/0:Two /1:One "); // by their albums
+    EXPECT_EQ(form.LV.SubItem(0, "Album"), "");
+    EXPECT_EQ(form.LV.SubItemCount(0), 8);
 }
 
 TEST_F(FieldTree, TheFirstTextOfTheOrderStays)
@@ -114,6 +177,7 @@ TEST_F(FieldTree, PlayListsKeepTheirNameAsItStands)
     EXPECT_EQ(Keys("ByList"), "& My & list  &my list ");
     EXPECT_EQ(Text("& My & list "), " My & list ");
     EXPECT_EQ(form.TV.Image(form.TV.Find("&my list")), "M3U");
+    EXPECT_EQ(form.TV.SelectedImage(form.TV.Find("&my list")), "");
 }
 
 TEST_F(FieldTree, LoadSettingsDecideOnGroups)
@@ -150,6 +214,57 @@ TEST_F(FieldTree, FieldsAreFilledInTheirOrderWithAProgressLine)
     EXPECT_EQ(lines[0], "Adding Title information...");
     EXPECT_EQ(lines[6], "Adding List information...");
     EXPECT_EQ(lines[7], "Adding Path information...");
+}
+
+TEST_F(FieldTree, TheUsersLanguage)
+{
+    tests::WriteFile(folder / "x.qlt",
+                     "[FolderGroups]\nByField=Nach $Field$ ($Field$)\n"
+                     "[ColumnHeaders]\nTitle=Titel\nPlayLists=Listen\nList=Liste\n"
+                     "[Progress]\nAddingFile=Lese\nAddingInformation=$Field$ ein\n"
+                     "[ItemType]\nPlayListFile=Liste\nPlayListFiles=Listen\n");
+    shell::TheGlobals().LanguageFilePath = folder / "x.qlt";
+    MainForm &form = Loaded();
+    std::string lines;
+    auto &label = shell::TheGlobals().lblProgress;
+    label.changed = [&] { lines += label.Caption() + "|"; };
+    LoadTreeView(form, "");
+    EXPECT_EQ(Text("ByTitle"), "Nach Titel (Titel)");
+    EXPECT_EQ(Text("ByArtist"), "Nach Artist (Artist)");
+    EXPECT_EQ(Text("ByList"), "Listen");
+    EXPECT_EQ(Text("MP3s"), "MP3");
+    EXPECT_TRUE(lines.starts_with("Lese Titel ein|Lese Artist ein|")) << lines;
+    EXPECT_TRUE(lines.ends_with("Lese Liste ein|Lese Path ein|")) << lines;
+    EXPECT_EQ(GetItemTypeText("&x", false), "Liste");
+    EXPECT_EQ(GetItemTypeText("&x", true), "Listen");
+    EXPECT_EQ(GetItemTypeText("#x", false), "Artist Folder");
+}
+
+// Closing the window takes the catalogue away while a statement of the tree lets events run.
+TEST_F(FieldTree, TheProgramMayBeEndedAtEachYieldOfARefresh)
+{
+    Add({"One", "Abba", "", "", "", "", "/one.mp3"});
+    int ended = 0, at = 0;
+    do {
+        SCOPED_TRACE(++at);
+        ResetMainForm();
+        OpenCatalogue();
+        MainForm &form = Loaded();
+        LoadTreeView(form, "");
+        ended = 0;
+        form.calls.endProgram = [&] { ++ended; };
+        int yields = 0;
+        desktop.onYield = [&] {
+            if (++yields == at)
+                RunCommand(form, "submnuExit");
+        };
+        RunCommand(form, "submnuRefreshTree");
+        desktop.onYield = nullptr;
+        EXPECT_FALSE(form.TV.Updating());
+        EXPECT_EQ(ended, yields >= at ? 1 : 0);
+        EXPECT_EQ(desktop.pointers.back(), platform::Pointer::Normal);
+    } while (ended > 0);
+    EXPECT_EQ(at, 17); // two of each of eight statements, and none left
 }
 
 TEST_F(FieldTree, AFailedStatementGivesAnEmptyGroup)

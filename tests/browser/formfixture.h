@@ -94,11 +94,7 @@ protected:
         std::filesystem::copy_file(QUENLIN_SHIPPED_CATALOGUE, folder / "MP3s.mdb");
         shell::SetAppPath(folder.Path());
         shell::TheGlobals() = shell::Globals{};
-        catalogue::DataAccess = std::make_unique<catalogue::ADOclass>();
-        catalogue::DataAccess->TipoLectura = 1;
-        catalogue::DataAccess->DirBase = folder.Path() + "/";
-        catalogue::DataAccess->DataBaseName = "MP3s";
-        catalogue::DataAccess->TableName = "MP3s";
+        OpenCatalogue();
         browser::ResetMainForm();
     }
     ~FormTest() override
@@ -107,6 +103,15 @@ protected:
         catalogue::DataAccess.reset();
         catalogue::CloseCatalogue();
         shell::TheGlobals() = shell::Globals{};
+    }
+
+    void OpenCatalogue()
+    {
+        catalogue::DataAccess = std::make_unique<catalogue::ADOclass>();
+        catalogue::DataAccess->TipoLectura = 1;
+        catalogue::DataAccess->DirBase = folder.Path() + "/";
+        catalogue::DataAccess->DataBaseName = "MP3s";
+        catalogue::DataAccess->TableName = "MP3s";
     }
 
     browser::MainForm &Form() { return browser::frmMain(); }

@@ -1,45 +1,11 @@
-#include "runtime/error.h"
-#include "tests/browser/formfixture.h"
+#include "tests/browser/itemlistfixture.h"
 
 namespace
 {
 
 using namespace browser;
 using platform::Pointer;
-
-class ItemList : public tests::FormTest
-{
-protected:
-    MainForm &Library()
-    {
-        Add({"One", "Abba", "Arrival", "1976", "", "Pop", "/m/a/one.mp3"});
-        Add({"Two", "Abba", "Arrival", "1976", "c", "Pop", "/m/a/two.mp3"});
-        Add({"Three", "Blur", "", "", "", "", "/m/a/sub/three.mp3"});
-        AddPlayList("mine");
-        MainForm &form = Loaded();
-        LoadTreeView(form, "");
-        form.TreeJustExpanded = false; // as after a first move of the user
-        return form;
-    }
-
-    // The columns by position: key and width.
-    std::string Columns()
-    {
-        std::string columns;
-        for (int position = 1; position <= 99; ++position)
-            for (const ui::ListColumn &column : Form().LV.Columns())
-                if (column.position == position)
-                    columns.append(column.key + "=" + std::to_string(column.widthTwips) + " ");
-        return columns;
-    }
-
-    // A row on which no statement of a click leaves its mark.
-    void MarkList()
-    {
-        Form().LV.ClearRows();
-        Form().LV.AddRow("mark", "", "", {});
-    }
-};
+using ItemList = tests::ItemListTest;
 
 TEST_F(ItemList, AGroupShowsItsValues)
 {
@@ -57,7 +23,36 @@ TEST_F(ItemList, AGroupShowsItsValues)
     Click("ByList");
     EXPECT_EQ(Rows(), "&mine:mine ");
     EXPECT_EQ(form.LV.Image(0), "M3U");
+    EXPECT_EQ(form.LV.Columns()[1].caption, "List");
     EXPECT_EQ(form.lblWebFolder.Caption(), "By List");
+    EXPECT_EQ(form.WEPath.Caption(), "MP3/PlayLists");
+}
+
+TEST_F(ItemList, AGroupWithoutValuesEmptiesTheList)
+{
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    form.TreeJustExpanded = false;
+    MarkList();
+    Click("ByArtist");
+    EXPECT_EQ(Rows(), "");
+    EXPECT_EQ(Columns(), "Icon=300 Title=3200 ");
+}
+
+// Rows of group nodes are never made; they would open all the same.
+TEST_F(ItemList, TheRootsColumnHasItsOwnName)
+{
+    MainForm &form = Library();
+    form.LV.ClearRows();
+    form.LV.AddRow("MP3s", "", "", {});
+    form.LV.SelectOnly(0);
+    form.LV.onDblClick();
+    EXPECT_EQ(form.LV.Columns()[1].caption, "MP3s");
+    EXPECT_TRUE(Rows().starts_with("ByTitle:By Title ByArtist:By Artist ")) << Rows();
+    form.LV.SelectOnly(1);
+    form.LV.onDblClick();
+    EXPECT_EQ(form.LV.Columns()[1].caption, "Artist");
+    EXPECT_EQ(Rows(), "#ABBA:Abba #BLUR:Blur ");
 }
 
 TEST_F(ItemList, AValueShowsItsFilesWithoutTheSharedColumn)
@@ -74,7 +69,68 @@ TEST_F(ItemList, AValueShowsItsFilesWithoutTheSharedColumn)
     EXPECT_EQ(form.LV.Text(1), "");
     EXPECT_EQ(form.WEPath.Caption(), "MP3/By Artist/Abba");
     EXPECT_EQ(form.lblWebFolder.Caption(), "Abba");
+    EXPECT_EQ(form.ImgIcon.Image(), "MP3");
+    EXPECT_TRUE(form.ImgOthers[0].Visible() && form.ImgOthers[1].Visible());
+    EXPECT_FALSE(form.ShowSelectedItems.Enabled());
     EXPECT_EQ(desktop.pointers.back(), Pointer::Normal);
+}
+
+TEST_F(ItemList, AClickEmptiesThePanelsTexts)
+{
+    MainForm &form = Library();
+    for (const char *key : {"#ABBA", "ByArtist"}) {
+        SCOPED_TRACE(key);
+        for (ui::Label *label : {&form.WebItemName, &form.WebItemType, &form.lblInfo})
+            label->SetCaption("before");
+        Click(key);
+        EXPECT_EQ(form.WebItemName.Caption() + form.WebItemType.Caption() + form.lblInfo.Caption(),
+                  "");
+    }
+}
+
+TEST_F(ItemList, PlusSignAndRootLeaveThePanelAlone)
+{
+    MainForm &form = Library();
+    Click("#ABBA");
+    const auto panel = [&form] {
+        return form.lblWebFolder.Caption() + "|" + form.WEPath.Caption() + "|" +
+               form.WebItemName.Caption() + "|" + form.lblInfo.Caption() + "|" +
+               form.ImgIcon.Image() + "|" + (form.ShowSelectedItems.Enabled() ? "on" : "off");
+    };
+    form.WebItemName.SetCaption("name");
+    form.lblInfo.SetCaption("info");
+    form.ImgIcon.SetImage("M3U");
+    const std::string before = panel();
+    const auto filling = form.LV.Filling();
+    form.TV.ClickExpander(form.TV.Find("ByAlbum"));
+    EXPECT_EQ(form.TV.Selected(), form.TV.Find("ByAlbum")); // expanding selects
+    EXPECT_EQ(panel(), before);
+    form.TV.ClickExpander(form.TV.Find("ByAlbum"));
+    EXPECT_EQ(panel(), before);
+    Click("MP3s");
+    EXPECT_EQ(panel(), before);
+    EXPECT_EQ(form.LV.Filling(), filling);
+    EXPECT_EQ(Columns().find("Artist=0") == std::string::npos, false);
+}
+
+TEST_F(ItemList, TheUsersLanguage)
+{
+    tests::WriteFile(folder / "x.qlt", "[ColumnHeaders]\nTitle=Titel\nLabel=Datentr\u00E4ger\n"
+                                       "Path=Ort\n[Search]\nWarning=Achtung\n"
+                                       "NoItemsFound=Nichts da.\n");
+    shell::TheGlobals().LanguageFilePath = folder / "x.qlt";
+    MainForm &form = Library();
+    Click("#ABBA");
+    std::string captions;
+    for (const ui::ListColumn &column : form.LV.Columns())
+        captions += column.caption + "|";
+    EXPECT_EQ(captions, "|Titel|Artist|Album|Year|Comment|Genre|Datentr\u00E4ger|Ort||");
+    catalogue::DataAccess->ExecuteSQL("DELETE FROM MP3s", catalogue::kDelete);
+    Click("#ABBA");
+    EXPECT_EQ(form.LV.Columns()[1].caption, "Achtung");
+    EXPECT_EQ(Rows(), "/0:Nichts da. ");
+    Click("ByTitle");
+    EXPECT_EQ(form.LV.Columns()[1].caption, "Titel");
 }
 
 TEST_F(ItemList, AFolderShowsItsOwnFilesWithThePathInFront)
@@ -83,23 +139,6 @@ TEST_F(ItemList, AFolderShowsItsOwnFilesWithThePathInFront)
     Click("\u00BF/M/A/");
     EXPECT_EQ(Rows(), "/0:One /1:Two "); // none of the sub-folder
     EXPECT_TRUE(Columns().starts_with("Icon=450 Path=2000 Title=2400 Artist=2400 ")) << Columns();
-}
-
-TEST_F(ItemList, AValueWithoutRowsShowsTheWarning)
-{
-    MainForm &form = Library();
-    catalogue::DataAccess->ExecuteSQL("DELETE FROM MP3s", catalogue::kDelete);
-    Click("#ABBA");
-    EXPECT_EQ(Rows(), "/0:No items found. ");
-    EXPECT_EQ(Columns(), "Icon=450 Warning=2400 ");
-    EXPECT_EQ(form.WEPath.Caption(), "MP3/By Artist/Abba");
-    form.LV.SelectOnly(0);
-    EXPECT_EQ(SelectedPath(form.LV), "");
-    form.notBuilt.clear();
-    form.calls.playMP3File = [](std::string_view, ui::KeyedList &) { FAIL() << "no song"; };
-    form.LV.onDblClick();
-    ClickPopup(form, "Play");
-    EXPECT_EQ(Rows(), "/0:No items found. ");
 }
 
 TEST_F(ItemList, ClicksInTheTree)
@@ -245,6 +284,8 @@ TEST_F(ItemList, ADoubleClickOpensAValueAndPlaysAFile)
     EXPECT_EQ(form.lblWebFolder.Caption(), "Blur");
     EXPECT_EQ(form.WEPath.Caption(), "MP3/By Artist/Blur");
     EXPECT_EQ(form.LV.Columns()[2].widthTwips, 0);
+    EXPECT_EQ(form.ImgIcon.Image(), "MP3");
+    EXPECT_TRUE(form.ImgOthers[1].Visible());
 
     std::string played;
     form.calls.playMP3File = [&](std::string_view path, ui::KeyedList &list) {
@@ -274,81 +315,38 @@ TEST_F(ItemList, APlayListIsListedOnceThatIsBuilt)
     EXPECT_EQ(listed, "mine");
 }
 
-TEST_F(ItemList, PathsThatDifferOnlyInCaseShareOneRow)
-{
-    Add({"One", "Abba", "", "", "", "", "/m/one.mp3"});
-    Add({"One again", "Abba", "", "", "", "", "/m/ONE.mp3"});
-    Add({"\u00D1", "Abba", "", "", "", "", "/m/\u00F1.mp3"});
-    Add({"\u00D1 again", "Abba", "", "", "", "", "/M/\u00D1.mp3"});
-    MainForm &form = Loaded();
-    LoadTreeView(form, "");
-    Click("#ABBA");
-    EXPECT_EQ(form.LV.Count(), 2);
-}
-
-TEST_F(ItemList, ColumnClicksSort)
+TEST_F(ItemList, ADoubleClickOnAPlayListsRowPlaysTheEntry)
 {
     MainForm &form = Library();
-    Click("\u00A1POP");
-    EXPECT_EQ(Rows(), "/0:One /1:Two ");
-    form.LV.onColumnClick(2);
-    EXPECT_EQ(Rows(), "/0:One /1:Two ");
-    form.LV.onColumnClick(2);
-    EXPECT_EQ(Rows(), "/1:Two /0:One ");
-    form.LV.onColumnClick(6); // another column keeps the order
-    EXPECT_TRUE(form.LV.Descending());
-    EXPECT_EQ(form.LV.SortKey(), 5);
-    EXPECT_EQ(Rows(), "/1:Two /0:One ");
-    form.LV.onColumnClick(6);
-    EXPECT_EQ(Rows(), "/0:One /1:Two ");
-}
-
-TEST_F(ItemList, ALongFillYieldsEveryFiftyRows)
-{
-    for (int i = 0; i < 120; ++i)
-        Add({"t", "Abba", "", "", "", "", "/m/" + std::to_string(i)});
-    MainForm &form = Loaded();
-    LoadTreeView(form, "");
-    const auto records = catalogue::Records(catalogue::DataAccess->ExecuteSQL(
-        "SEL_ByArtist", catalogue::kStoredSelect, catalogue::Value(std::string("ABBA"))));
-    std::vector<int> counts;
-    desktop.pointers.clear();
-    desktop.onYield = [&] { counts.push_back(form.LV.Count()); };
-    EXPECT_TRUE(FillItemList(form.LV, *records));
-    EXPECT_EQ(counts, (std::vector<int>{0, 50, 100, 120}));
-    EXPECT_EQ(desktop.pointers, (std::vector<Pointer>{Pointer::Hourglass, Pointer::Normal}));
-}
-
-TEST_F(ItemList, ClosingTheOwnerEndsTheFill)
-{
-    Library();
-    const auto records = catalogue::Records(
-        catalogue::DataAccess->ExecuteSQL("SELECT * FROM MP3s", catalogue::kSelect));
-    int asked = 0;
-    EXPECT_FALSE(FillItemList(Form().LV, *records, [&] { return ++asked < 2; }));
-    EXPECT_EQ(Form().LV.Count(), 2);
-    EXPECT_EQ(desktop.pointers.back(), Pointer::Normal);
-}
-
-TEST_F(ItemList, ANewerClickTakesTheListOver)
-{
-    for (int i = 0; i < 120; ++i)
-        Add({"t", "Abba", "", "", "", "", "/m/" + std::to_string(i)});
-    Add({"Three", "Blur", "", "", "", "", "/m/three.mp3"});
-    MainForm &form = Loaded();
-    LoadTreeView(form, "");
-    form.TreeJustExpanded = false;
-    desktop.onYield = [&] {
-        if (form.LV.Count() != 100)
-            return;
-        desktop.onYield = nullptr;
-        form.TV.ClickText(form.TV.Find("#BLUR"));
+    form.notBuilt.clear();
+    std::string played;
+    form.calls.playMP3File = [&](std::string_view path, ui::KeyedList &) { played += path; };
+    form.calls.listPlayList = [&form](std::string_view) {
+        form.LV.ClearRows();
+        form.LV.SetSubItemKeys({"Denomination", "Path"});
+        const std::string_view cells[] = {"Song", "/other/song.mp3"};
+        form.LV.AddRow("/0", "", "MP3", cells);
     };
-    form.TV.MoveTo(form.TV.Find("#ABBA"));
-    EXPECT_EQ(Rows(), "/0:Three ");
-    EXPECT_EQ(form.WEPath.Caption(), "MP3/By Artist/Blur");
-    EXPECT_FALSE(form.LV.Updating());
-    EXPECT_EQ(desktop.pointers.back(), Pointer::Normal);
+    Click("&mine");
+    form.LV.SelectOnly(0);
+    form.LV.onDblClick();
+    EXPECT_EQ(played, "/other/song.mp3");
+}
+
+TEST_F(ItemList, ClicksInTheListShowThePanelsTextsAndStartTheTimer)
+{
+    MainForm &form = Library();
+    Click("#ABBA");
+    form.LV.SelectOnly(0);
+    for (const auto *event : {&form.LV.onClick, &form.LV.onItemClick}) {
+        form.ShowSelectedItems.SetEnabled(false);
+        form.lblInfo.SetVisible(false);
+        form.lblInfo.SetCaption("before");
+        (*event)();
+        EXPECT_TRUE(form.ShowSelectedItems.Enabled());
+        EXPECT_TRUE(form.lblInfo.Visible());
+        EXPECT_EQ(form.lblInfo.Caption(), "");
+    }
 }
 
 } // namespace

@@ -167,6 +167,26 @@ TEST_F(MainFormTest, PagesOpenBelowTheStoredAddress)
     EXPECT_THROW(RunCommand(form, "submnuShowHelp"), runtime::RuntimeError);
 }
 
+TEST_F(MainFormTest, EndingTheProgramBeforeAPageIsKnownOpensNone)
+{
+    for (const int at : {1, 2}) {
+        SCOPED_TRACE(at);
+        ResetMainForm();
+        OpenCatalogue();
+        MainForm &form = Loaded();
+        int yields = 0, ended = 0;
+        form.calls.endProgram = [&] { ++ended; };
+        desktop.onYield = [&] {
+            if (++yields == at)
+                RunCommand(form, "submnuExit");
+        };
+        RunCommand(form, "submnuForums");
+        desktop.onYield = nullptr;
+        EXPECT_EQ(ended, 1);
+        EXPECT_TRUE(desktop.opened.empty());
+    }
+}
+
 TEST_F(MainFormTest, WebStyleIsToggledStoredAndLaidOut)
 {
     MainForm &form = Loaded();
