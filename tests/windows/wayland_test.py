@@ -41,7 +41,8 @@ class OnWayland(unittest.TestCase):
         self.env = {"PATH": os.environ["PATH"], "LC_ALL": "C.UTF-8", "HOME": str(self.scratch),
                     "XDG_RUNTIME_DIR": str(runtime), "XDG_CONFIG_HOME": str(self.scratch / "config"),
                     "XDG_DATA_HOME": str(self.scratch / "data"), "QUENLIN_HOME": str(home),
-                    "WAYLAND_DISPLAY": "wayland-quenlin"}
+                    "WAYLAND_DISPLAY": "wayland-quenlin",
+                    **{name: text for name, text in os.environ.items() if name.endswith("SAN_OPTIONS")}}
         self.run_beside(["weston", "--backend=headless-backend.so", "--use-pixman", "--idle-time=0",
                          "--width=1280", "--height=900", "--socket=wayland-quenlin"])
         self.assertTrue(wait_for((runtime / "wayland-quenlin").exists), "weston did not start")
