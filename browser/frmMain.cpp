@@ -19,6 +19,7 @@
 #include <QScreen>
 #include <QScrollBar>
 #include <QToolBar>
+#include <utility>
 
 namespace browser
 {
@@ -205,6 +206,16 @@ void frmMainWindow::moveEvent(QMoveEvent *event)
         LearnPlace();
 }
 
+// The form's layout yields. While the window's own layout is at work another event could take away
+// what that one holds, so the form's comes right after it.
+bool frmMainWindow::event(QEvent *event)
+{
+    const bool handled = QMainWindow::event(event);
+    if (std::exchange(m_layoutDue, false))
+        ClientResized();
+    return handled;
+}
+
 void frmMainWindow::changeEvent(QEvent *event)
 {
     QMainWindow::changeEvent(event);
@@ -216,7 +227,7 @@ void frmMainWindow::changeEvent(QEvent *event)
     case QEvent::StyleChange:
         MeasureFrame();
         SetPanelFonts();
-        ClientResized();
+        m_layoutDue = true;
         break;
     default:
         break;
@@ -239,7 +250,7 @@ void frmMainWindow::keyPressEvent(QKeyEvent *event)
 bool frmMainWindow::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_client && event->type() == QEvent::Resize)
-        ClientResized();
+        m_layoutDue = true;
     else if (watched == m_separator)
         DragSeparator(event);
     else if (event->type() == QEvent::Wheel && (watched == m_panel || watched == m_scroll))

@@ -40,6 +40,7 @@ public:
 
 protected:
     void moveEvent(QMoveEvent *event) override;
+    bool event(QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -80,6 +81,7 @@ private:
 
     MainForm &m_form;
     bool m_applying = false;        // the window follows the form, not the user
+    bool m_layoutDue = false;       // the form's layout, after the event that is at work
     std::optional<QPoint> m_anchor; // of a popup opened by key, on the screen
 
     QWidget *m_client;    // all below the menu bar; owned by the window as all that follows

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractAnimation>
 #include <QWheelEvent>
 
 namespace tests
@@ -87,6 +88,27 @@ TEST_F(MainWindowScaled, NothingOverlapsAndAllFillsTheWindow)
         const QWidget &scroll = *Find(*window, "vsbBack");
         EXPECT_GE(LV().x(), scroll.isVisible() ? scroll.geometry().right() : 0);
     }
+}
+
+// An event that comes while the form yields may end what the window's own layout has under way.
+TEST_F(MainWindowScaled, TheFormYieldsWhenTheWindowsOwnLayoutIsDone)
+{
+    Start();
+    Fill(3);
+    int yields = 0, atWork = 0;
+    desktop.doEvents = [&] {
+        ++yields;
+        for (const auto *step : window->centralWidget()->findChildren<QAbstractAnimation *>())
+            atWork += step->state() == QAbstractAnimation::Running ? 1 : 0;
+    };
+    for (const int width : {900, 800, 1000})
+        window->resize(width, 600);
+    window->menuBar()->setMinimumHeight(60);
+    LetRun(150);
+    desktop.doEvents = [] { QApplication::processEvents(); };
+    EXPECT_GE(yields, 4);
+    EXPECT_EQ(atWork, 0);
+    EXPECT_EQ(Find(*window, "SB")->geometry().bottom(), window->centralWidget()->height() - 1);
 }
 
 TEST_F(MainWindowScaled, PanelScrollsByItsBar)
