@@ -9,7 +9,6 @@
 #include "platform/machine.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
-#include "shell/apppath.h"
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/settings.h"
@@ -103,7 +102,7 @@ void OpenPage(std::string_view page)
 void ShowHelp()
 {
     const std::string &file = shell::TheGlobals().HelpFilePath;
-    if (!platform::TheMachine().desktop->OpenAddress(file, shell::GetAppPath()))
+    if (!platform::TheMachine().desktop->ShowHelp(file))
         throw runtime::RuntimeError(runtime::kFileNotFound,
                                     runtime::DescribeError(runtime::kFileNotFound) + ": " + file);
 }

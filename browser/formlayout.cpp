@@ -171,9 +171,4 @@ void ShowProgressBar(MainForm &form, std::string_view panelKey, int margin)
     form.SB.SetAutoSize(panelKey, false);
 }
 
-void HideProgressBar(MainForm &form)
-{
-    form.PBar.SetVisible(false);
-}
-
 } // namespace browser

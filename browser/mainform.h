@@ -163,9 +163,8 @@ void UnhookList(MainForm &form);
 void ListMessage(MainForm &form, int message);
 
 // Lays the progress bar over the status bar panel `panelKey`, `margin` twips inside it; its place
-// is found once a run. Hides it.
+// is found once a run.
 void ShowProgressBar(MainForm &form, std::string_view panelKey = "PlayingStatus", int margin = 40);
-void HideProgressBar(MainForm &form);
 
 // The steps of start-up that concern the window: WebStyle's check mark and the empty address; tree
 // and list made visible and the window sized around them.

@@ -68,6 +68,7 @@ public:
     void EmptyClipboard() override { m_inner.EmptyClipboard(); }
     void SetClipboardText(std::string_view text) override { m_inner.SetClipboardText(text); }
     bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
+    bool ShowHelp(const std::string &file) override { return m_inner.ShowHelp(file); }
     void SetPointer(platform::Pointer pointer) override { m_inner.SetPointer(pointer); }
     void DoEvents() override;
 

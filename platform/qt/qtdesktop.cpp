@@ -1,6 +1,7 @@
 #include "platform/qt/qtdesktop.h"
 
 #include "platform/qt/boxes.h"
+#include "platform/qt/helpwindow.h"
 #include "platform/qt/text.h"
 
 #include <QApplication>
@@ -68,6 +69,8 @@ private:
     QtDesktop &m_desktop;
 };
 
+QtDesktop::QtDesktop() = default;
+
 QtDesktop::~QtDesktop()
 {
     if (m_hourglassShown)
@@ -128,6 +131,13 @@ bool QtDesktop::OpenAddress(const std::string &address, const std::string & /*wo
 {
     const QUrl url = UrlOf(address);
     return url.isValid() && !url.isEmpty() && QDesktopServices::openUrl(url);
+}
+
+bool QtDesktop::ShowHelp(const std::string &file)
+{
+    if (m_help == nullptr)
+        m_help = std::make_unique<HelpWindow>();
+    return m_help->Open(file);
 }
 
 void QtDesktop::SetPointer(Pointer pointer)

@@ -5,12 +5,17 @@
 
 #include "platform/desktop.h"
 
+#include <memory>
+
 namespace platform::qt
 {
+
+class HelpWindow;
 
 class QtDesktop : public Desktop
 {
 public:
+    QtDesktop();
     ~QtDesktop() override;
 
     // Escape and the close button count as Ok, or as No for YesNo; there No is the default button.
@@ -32,6 +37,9 @@ public:
     // Starts the desktop's opener and does not wait for it; `workingFolder` plays no role here.
     bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
 
+    // Help files are HTML. There is one window for them; showing help again brings it forward.
+    bool ShowHelp(const std::string &file) override;
+
     // The pointer of the whole program. Setting the one that stands does nothing, so that one
     // Normal ends any number of Hourglass. A box shows the normal pointer as long as it is up.
     void SetPointer(Pointer pointer) override;
@@ -42,6 +50,7 @@ private:
     class BoxUp;
     void ShowPointer();
 
+    std::unique_ptr<HelpWindow> m_help;  // made at the first wish for it
     Pointer m_pointer = Pointer::Normal; // what the program wants
     int m_boxesUp = 0;
     bool m_hourglassShown = false;

@@ -93,6 +93,7 @@ TEST_F(SplashScaled, AboutBoxLeavesTheMainFormAlone)
     Click(*Find(*splash, "lblEmail"));
     ASSERT_EQ(desktop.addresses.size(), 1U);
     EXPECT_EQ(desktop.addresses[0], "mailto:" + std::string(shell::kSupportAddress));
+    EXPECT_EQ(desktop.folders[0], "C:\\");
     Click(*Find(*splash, "cmdOk"));
     EXPECT_TRUE(IsGone());
     EXPECT_EQ(mainForms, 0);

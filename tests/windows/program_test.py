@@ -12,6 +12,7 @@ import unittest
 
 PROGRAM = os.environ["QUENLIN_PROGRAM"]
 SHIPPED = os.environ["QUENLIN_SHIPPED"]
+SOURCE = pathlib.Path(__file__).resolve().parents[2]
 SESSION_MANAGER = os.environ["QUENLIN_SESSION_MANAGER"]
 DROP_TARGET = os.environ["QUENLIN_DROP_TARGET"]
 
@@ -239,6 +240,18 @@ class WindowedProgram(unittest.TestCase):
         self.assertEqual(process.wait(10), 0)
         self.assertIn("Width", self.stored())
         self.assertFalse((self.home / "MP3s.mdb-wal").exists(), "the catalogue was left open")
+
+    def test_f1_shows_the_help(self):
+        shutil.copy(SOURCE / "assets" / "shipped" / "Brandolet.hlp", self.home)
+        process = self.start()
+        xdotool("windowactivate", "--sync", self.main_window(process))
+        xdotool("key", "F1")
+        def help_window():
+            return xdotool("search", "--onlyvisible", "--name", "^Quenlin Help")
+        self.assertTrue(wait_for(help_window))
+        self.assertTrue(wait_for(lambda: xdotool("getactivewindow") == help_window()))
+        process.terminate()
+        self.assertEqual(process.wait(10), 0)
 
     def test_the_about_box_is_one(self):
         process = self.start()
