@@ -4,9 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QWheelEvent>
 #include <random>
 
 namespace tests
@@ -71,12 +73,19 @@ protected:
 
     void PostClick()
     {
-        QWidget &viewport = *(random() % 2 == 0 ? TV().viewport() : LV().viewport());
+        QWidget *const targets[] = {TV().viewport(), LV().viewport(), LV().header()->viewport(),
+                                    Find(*window, "Separator")};
+        QWidget &viewport = *targets[random() % std::size(targets)];
         if (viewport.size().isEmpty())
             return;
         const QPoint at(static_cast<int>(random() % static_cast<unsigned>(viewport.width())),
                         static_cast<int>(random() % static_cast<unsigned>(viewport.height())));
         PostMouse(viewport, QEvent::MouseButtonPress, at, Qt::LeftButton);
+        // A drag, but none of rows: that one waits for a real mouse.
+        if (&viewport != LV().viewport() && random() % 4 == 0) {
+            const QPoint way(static_cast<int>(random() % 101) - 50, 0);
+            PostMouse(viewport, QEvent::MouseMove, at + way, Qt::LeftButton);
+        }
         PostMouse(viewport, QEvent::MouseButtonRelease, at, Qt::LeftButton);
         if (random() % 4 == 0) {
             PostMouse(viewport, QEvent::MouseButtonDblClick, at, Qt::LeftButton);
@@ -84,14 +93,27 @@ protected:
         }
     }
 
+    void PostWheel()
+    {
+        QWidget *const targets[] = {TV().viewport(), LV().viewport(), Find(*window, "pctWeb")};
+        QWidget &target = *targets[random() % std::size(targets)];
+        const QPointF at = target.rect().center();
+        const QPoint turn(0, random() % 2 == 0 ? 120 : -120);
+        QApplication::postEvent(&target,
+                                new QWheelEvent(at, target.mapToGlobal(at), {}, turn, Qt::NoButton,
+                                                Qt::NoModifier, Qt::NoScrollPhase, false));
+    }
+
     void DoAnything()
     {
-        const unsigned which = random() % 20;
+        const unsigned which = random() % 22;
         if (which < 10)
             PostKey();
         else if (which < 18)
             PostClick();
-        else if (which == 18)
+        else if (which < 20)
+            PostWheel();
+        else if (which == 20)
             window->resize(300 + static_cast<int>(random() % 900),
                            200 + static_cast<int>(random() % 600));
         else
