@@ -1,9 +1,11 @@
 #include "metadata/genres.h"
+#include "runtime/text.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cctype>
+#include <map>
 
 namespace
 {
@@ -90,6 +92,25 @@ TEST(Genres, PlacesInTheTable)
                                                            {125, "Dance Hall"}};
     for (const auto &[number, name] : places)
         EXPECT_EQ(metadata::kGenreNames[static_cast<std::size_t>(number)], name);
+}
+
+// Two tables, typed by themselves, agree but for the spellings in which they are to differ.
+TEST(Genres, TheOtherTableDiffersInItsOwnSpellingsOnly)
+{
+    const std::vector<std::string> others = runtime::Split(metadata::kOtherGenreNames, "|");
+    ASSERT_EQ(others.size(), 149u);
+    const std::map<int, std::string_view> differing = {
+        {27, "Trip Hop"},      {40, "Alt. Rock"},   {51, "Techno-Industrial"},
+        {59, "Gangsta Rap"},   {62, "Pop/Punk"},    {67, "Phychedelic"},
+        {81, "Folk/Rock"},     {84, "Fast-Fusion"}, {85, "Bebob"},
+        {89, "Blue Grass"},    {90, "Avantegarde"}, {93, "Psychedelic Rock"},
+        {117, "power Ballad"}, {123, "A Cappella"}};
+    for (int number = 0; number <= 125; ++number) {
+        const auto at = static_cast<std::size_t>(number);
+        const auto own = differing.find(number);
+        EXPECT_EQ(others[at + 1], own == differing.end() ? metadata::kGenreNames[at] : own->second)
+            << number;
+    }
 }
 
 TEST(Genres, TheOtherTableHas148Names)

@@ -103,12 +103,13 @@ TEST(ReadID3v2Frames, Genre)
     const struct {
         std::string data;
         std::string_view want;
-    } cases[] = {{"(17)Rock", "17"}, {"(17)", "17"},  {"(13)", "13"}, {"(RX)", "0"},
-                 {"(", "0"},         {"( 8)", "8"},   {"(-1)", "-1"}, {"(4.5)", "4.5"},
-                 {"Pop", "Pop"},     {"pop", "pop"},  {"17", "17"},   {"17 Rock", "17 Rock"},
-                 {"0", "0"},         {"0 Rock", "0"}, {" Pop", "0"},  {"-", "0"},
-                 {"\xC9t\xE9", "0"}, {"[x]", "0"},    {"{x}", "0"},   {"@", "0"},
-                 {"", "255"},        {"-1", "-1"}};
+    } cases[] = {{"(17)Rock", "17"}, {"(17)", "17"},  {"(13)", "13"},   {"(RX)", "0"},
+                 {"(", "0"},         {"( 8)", "8"},   {"(-1)", "-1"},   {"(4.5)", "4.5"},
+                 {"Pop", "Pop"},     {"pop", "pop"},  {"17", "17"},     {"17 Rock", "17 Rock"},
+                 {"0", "0"},         {"0 Rock", "0"}, {" Pop", "0"},    {"-", "0"},
+                 {"\xC9t\xE9", "0"}, {"[x]", "0"},    {"{x}", "0"},     {"@", "0"},
+                 {"", "255"},        {"-1", "-1"},    {"Acid", "Acid"}, {"acid", "acid"},
+                 {"Zouk", "Zouk"},   {"zouk", "zouk"}};
     for (const auto &c : cases)
         EXPECT_EQ(Read(Frame3("TCON", c.data)).Genre, c.want) << c.data;
     EXPECT_EQ(Read(Frame3("TCON", Z("Pop\0"))).Genre, Z("Pop\0"));
@@ -164,7 +165,16 @@ TEST(ReadID3v2Frames, Comments)
     EXPECT_EQ(Read(described + plain).Comment, "new");
     EXPECT_EQ(Read(plain + Frame3("COMM", Z("deu\0third"))).Comment, "new");
     EXPECT_EQ(Read(Frame3("COMM", Z("\xFF\xFF\xFF\0any"))).Comment, "any");
+    EXPECT_EQ(Read(described + plain + std::string(50, 'p')).Comment, "new"); // by its own size
     EXPECT_EQ(Read(Frame3("COMM", Z("eng\0"))).Comment, "");
+}
+
+// The search goes on one character behind the identifier, not behind its frame.
+TEST(ReadID3v2Frames, ACommentInsideTheHeaderOfAnother)
+{
+    std::string inner = Frame3("COMM", Z("eng\0new"));
+    inner[10] = 'x'; // where the outer one has its description
+    EXPECT_EQ(Read("COMM" + inner).Comment, "new");
 }
 
 TEST(ReadID3v2Frames, TheFirstCommentDecidesWhetherThereIsOne)
@@ -221,6 +231,26 @@ TEST(ReadID3v2Frames, SizeThatDoesNotFitKeepsTheFieldBeforesLength)
     EXPECT_EQ(tag.Artist, "mno");
 }
 
+// Title, album, artist, year, genre, track, comment, lyrics: each takes the length of the one
+// before it, wherever the frames stand.
+TEST(ReadID3v2Frames, TheOrderOfTheFields)
+{
+    constexpr unsigned kNone = 0xFFFFFFFF;
+    const auto both = [](std::string_view before, std::string_view field) {
+        return Read(Sized(field, kNone, "123456789") + Sized(before, 4, "abcdef"));
+    };
+    EXPECT_EQ(both("TIT2", "TALB").Album, "123");
+    EXPECT_EQ(both("TALB", "TPE1").Artist, "123");
+    EXPECT_EQ(both("TPE1", "TYER").Year, "123");
+    EXPECT_EQ(both("TYER", "TCON").Genre, "123");
+    EXPECT_EQ(both("TCON", "TRCK").Track, 123);
+    const std::string three = Sized("USLT", kNone, Z("eng\0qrstuvwxyz")) +
+                              Sized("COMM", 9, Z("eng\0words")) + Sized("TRCK", 7, "1");
+    EXPECT_EQ(Read(three).Lyrics, "qrst");
+    EXPECT_EQ(Read(Sized("USLT", kNone, Z("eng\0qrstuvwxyz")) + Sized("TRCK", 7, "1")).Lyrics,
+              "qr");
+}
+
 TEST(ReadID3v2Frames, FrameCutOffByTheEndOfTheBody)
 {
     EXPECT_EQ(Read(Sized("TIT2", 100, "abc")).Title, "abc");
@@ -242,6 +272,18 @@ TEST(ReadID3v2Frames, Version2RunsToTheEndOfTheBody)
     EXPECT_EQ(tag.Artist, "Artist");
     // The empty identifier stands at the start: the lyrics are the text from the twelfth character.
     EXPECT_EQ(tag.Lyrics, body.substr(11));
+}
+
+TEST(ReadID3v2Frames, Version2Identifiers)
+{
+    const auto frame = [](const char *identifier, const char *text) {
+        return Read(identifier + Z("\0\0\x05\0") + text, 2);
+    };
+    EXPECT_EQ(frame("TAL", "Album").Album, "Album");
+    EXPECT_EQ(frame("TYE", "1999").Year, "1999");
+    EXPECT_EQ(frame("TCO", "(17)").Genre, "17");
+    EXPECT_EQ(frame("TRK", "12").Track, 12);
+    EXPECT_EQ(frame("TT1", "Title").Title, "");
 }
 
 TEST(ReadID3v2Frames, Version2SizeThatDoesNotFit)

@@ -308,6 +308,8 @@ TEST_F(SongFiles, ErrorsWhileReadingAreTold)
     EXPECT_EQ(metadata::LastReadFailure(), EIO);
     EXPECT_EQ(head.v2.Title, "x");
     EXPECT_FALSE(head.hasV1);
+    m_files.shiftNs = -kHourNs; // also where the file is long unchanged, what failed is tried again
+    EXPECT_FALSE(ReadPass(path).hasV1);
     m_files.onRead = nullptr;
     EXPECT_TRUE(ReadPass(path).hasV1);
     EXPECT_EQ(metadata::LastReadFailure(), 0);
@@ -329,6 +331,28 @@ TEST_F(SongFiles, AFileThatShrinksDuringTheReadGivesZeros)
     EXPECT_EQ(metadata::RawID3v2Body().size(), 30'012u);
     EXPECT_EQ(metadata::RawID3v2Body().substr(9000 - 10), std::string(30'012 - 8990, '\0'));
     EXPECT_EQ(metadata::LastReadFailure(), 0);
+}
+
+TEST_F(SongFiles, AFileThatEndsWithinItsLastTag)
+{
+    const std::string image = Tag1("One", "", "", "", "", 1, 2);
+    for (const std::size_t left : {0u, 2u, 3u, 40u}) {
+        SCOPED_TRACE(left);
+        const std::string path = m_folder / "a.mp3";
+        tests::WriteFile(path, std::string(20'000, 'a') + image);
+        m_files.onRead = [&](std::int64_t offset, bool) {
+            if (offset > 0)
+                fs::resize_file(path, 20'000 + left);
+            return std::int64_t{0};
+        };
+        const Pass pass = ReadPass(path);
+        EXPECT_EQ(pass.hasV1, left >= 3);
+        EXPECT_EQ(pass.v1.Header, left >= 3 ? "TAG" : "");
+        EXPECT_EQ(pass.v1.Genre, left >= 3 ? 0 : -1);
+        EXPECT_EQ(pass.v1.Title, left == 40  ? "One" + std::string(27, '\0')
+                                 : left == 3 ? std::string(30, '\0')
+                                             : "");
+    }
 }
 
 TEST_F(SongFiles, BeforeAReadThatMayTakeLongTheCallerIsTold)
@@ -373,6 +397,29 @@ TEST_F(SongFiles, MoreThanFourGigabytes)
     EXPECT_EQ(pass.header.Seconds, 0);
     EXPECT_EQ(metadata::RawTagsFile().sizeBytes, 5LL << 30);
     EXPECT_LT(m_files.bytesRead, 10'000);
+}
+
+TEST_F(SongFiles, WhatTheLastPassOverAPathSaw)
+{
+    const std::string path = Song("a.mp3", "x");
+    EXPECT_EQ(metadata::LastSeen(path), std::nullopt);
+    ReadPass(path);
+    platform::FileIdentity now;
+    ASSERT_EQ(m_files.Identify(path, now), 0);
+    for (int i = 1; i < 64; ++i)
+        ReadPass(m_folder / std::to_string(i));
+    for (int i = 0; i < 100; ++i) // the song that plays is looked at over and over
+        ReadPass(m_folder / "63");
+    EXPECT_EQ(metadata::LastSeen(path), now);
+    EXPECT_EQ(metadata::LastSeen(m_folder / "63"), std::nullopt);
+    ReadPass(m_folder / "64");
+    EXPECT_EQ(metadata::LastSeen(path), std::nullopt);
+
+    ReadPass(path);
+    EXPECT_EQ(metadata::LastSeen(path), now);
+    fs::remove(path);
+    ReadPass(path); // could not open it
+    EXPECT_EQ(metadata::LastSeen(path), std::nullopt);
 }
 
 TEST_F(SongFiles, TheStateSaysWhichFileItIsOf)

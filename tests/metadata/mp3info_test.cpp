@@ -192,6 +192,16 @@ TEST_F(GetMP3Info, ClaimingMoreThanTheFileHoldsEndsThePass)
     EXPECT_EQ(metadata::RawID3v2Body(), bytes.substr(10) + std::string(10, '\0'));
 }
 
+TEST_F(GetMP3Info, NothingButATagHeader)
+{
+    const std::string header = "ID3" + Z("\x03\0\0") + tests::Number128(11);
+    EXPECT_EQ(Read(header).header, metadata::MPEGHeader()); // 11 of 10 bytes: the pass ends
+    const Pass cut = Read(header.substr(0, 9));             // no size: the tag is empty
+    EXPECT_FALSE(cut.hasV2);
+    EXPECT_EQ(cut.header.HeaderPosition, 10);
+    EXPECT_EQ(cut.header.FileSize, 9);
+}
+
 TEST_F(GetMP3Info, StateOfAnEarlierFileStaysWhereThisOneHasNone)
 {
     const std::string image = Tag1("One", "", "", "", "", 3, 17);

@@ -52,6 +52,7 @@ TEST(NumberToBytes, Table)
     }
     EXPECT_THROW((void)metadata::NumberToBytes(256LL << 21, 128), runtime::RuntimeError);
     EXPECT_THROW((void)metadata::NumberToBytes(1LL << 32, 256), runtime::RuntimeError);
+    EXPECT_THROW((void)metadata::NumberToBytes(-1LL << 32, 256), runtime::RuntimeError);
 }
 
 TEST(AppendFrame, Layout)
@@ -186,13 +187,15 @@ TEST(BuildID3v2Tag, ReplacedFramesLeaveTheOldBody)
 {
     const std::string picture = Frame3("APIC", Z("image/png\0\x03\0") + std::string(100, 'p'));
     const std::string padding(64, '\0');
-    const std::string body = Frame3("TIT2", "Old") + picture + Frame3("TPE1", "Stays") +
-                             Frame3("TCON", "Pop") + Frame3("TRCK", "3") + padding;
+    const std::string kept = picture + Frame3("TPE1", "Stays") + Frame3("TALB", "Stays") +
+                             Frame3("TYER", "1999") + Frame3("USLT", Z("eng\0Stays"), Z("\0\x80"));
     ID3v2Tag tag = Untracked("Rock");
     tag.Title = "New";
-    EXPECT_EQ(BuildID3v2Tag(body, tag, 3),
-              Tag(3, Frame3("TIT2", "New") + Frame3("TCON", "(17)Rock") + picture +
-                         Frame3("TPE1", "Stays") + Frame3("TRCK", "3") + padding));
+    EXPECT_EQ(BuildID3v2Tag(Frame3("TIT2", "Old") + kept + Frame3("TCON", "Pop") +
+                                Frame3("TRCK", "3") + padding,
+                            tag, 3),
+              Tag(3, Frame3("TIT2", "New") + Frame3("TCON", "(17)Rock") + kept +
+                         Frame3("TRCK", "3") + padding));
 }
 
 TEST(BuildID3v2Tag, TheOldCommentStaysBehindTheNewOne)
