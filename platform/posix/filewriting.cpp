@@ -6,6 +6,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <string_view>
@@ -16,6 +17,9 @@ namespace platform::posix
 
 namespace
 {
+
+constexpr const char *kAccessList = "system.posix_acl_access";
+constexpr std::string_view kOwnEnding = ".XXXXXX"; // mkostemp puts letters in place of the X
 
 int Result(int returned)
 {
@@ -61,10 +65,20 @@ int CopyAttribute(int source, int target, const char *name)
     return Result(fsetxattr(target, name, value.data(), static_cast<std::size_t>(size), 0));
 }
 
+// Takes away the access list that a new file has from its folder.
+int DropAccessList(int target)
+{
+    return fgetxattr(target, kAccessList, nullptr, 0) > 0
+               ? Result(fremovexattr(target, kAccessList))
+               : 0;
+}
+
 int CopyAttributes(int source, int target)
 {
     std::vector<char> names;
     if (const int reason = ListAttributes(source, names))
+        return reason;
+    if (const int reason = DropAccessList(target))
         return reason;
     for (std::size_t at = 0; at < names.size(); at += std::string_view(&names[at]).size() + 1) {
         const int reason = CopyAttribute(source, target, &names[at]);
@@ -72,6 +86,19 @@ int CopyAttributes(int source, int target)
             return reason;
     }
     return 0;
+}
+
+// `path` with up to `bytes` less at the end of its name, and without what is left of a UTF-8
+// character that this cuts.
+std::string Shortened(std::string path, std::size_t bytes)
+{
+    const auto isRest = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
+    const std::size_t name = path.rfind('/') + 1; // 0 where there is no folder
+    std::size_t length = path.size() - std::min(bytes, path.size() - name);
+    while (length > name && length < path.size() && isRest(path[length]))
+        --length;
+    path.resize(length);
+    return path;
 }
 
 } // namespace
@@ -88,8 +115,12 @@ int SystemFilesPort::RealPath(const std::string &path, std::string &real)
 
 int SystemFilesPort::CreateBeside(const std::string &finalPath, std::string &temporaryPath)
 {
-    temporaryPath = finalPath + ".XXXXXX";
-    const int handle = mkostemp(temporaryPath.data(), O_CLOEXEC);
+    temporaryPath = finalPath + std::string(kOwnEnding);
+    int handle = mkostemp(temporaryPath.data(), O_CLOEXEC);
+    if (handle < 0 && errno == ENAMETOOLONG) { // then as long as the final name
+        temporaryPath = Shortened(finalPath, kOwnEnding.size()) + std::string(kOwnEnding);
+        handle = mkostemp(temporaryPath.data(), O_CLOEXEC);
+    }
     return handle >= 0 ? handle : -errno;
 }
 
