@@ -187,11 +187,12 @@ RawTags CopyRawTags()
     RawTags tags;
     tags.bytes = state.bytes;
     tags.body = RawID3v2Body();
-    tags.id3v1Image = state.rawID3v1Image;
     tags.majorVersion = state.majorVersion;
     tags.file = RawTagsFile();
     tags.failure = LastReadFailure();
-    tags.fileHasID3v1 = state.bytes->hasTail && TailOf(*state.bytes) == state.rawID3v1Image;
+    const std::string_view tail = TailOf(*state.bytes);
+    tags.fileHasID3v1 = state.bytes->hasTail && tail.starts_with("TAG");
+    tags.id3v1Image = tags.fileHasID3v1 ? tail : state.rawID3v1Image;
     return tags;
 }
 

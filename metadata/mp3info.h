@@ -49,12 +49,13 @@ struct FileBytes; // metadata/filepass.h
 // A copy of all that the last pass left, for a caller that lets events run while it works: they may
 // start a pass over another file.
 struct RawTags {
-    std::string_view body; // RawID3v2Body
-    std::string id3v1Image;
+    std::string_view body;  // RawID3v2Body
+    std::string id3v1Image; // the file's own, also where PreferID3v2 passed it over; without one
+                            // RawID3v1Image
     int majorVersion = 0;
     platform::FileIdentity file; // RawTagsFile
     int failure = 0;             // LastReadFailure
-    bool fileHasID3v1 = false;   // id3v1Image is this file's own, not an earlier one's
+    bool fileHasID3v1 = false;   // so id3v1Image is not an earlier file's
     // Holds the bytes of `body`. Shared with the module until its next pass, which then takes a new
     // buffer: so a tag of many megabytes is not copied.
     std::shared_ptr<const FileBytes> bytes;

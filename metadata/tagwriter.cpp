@@ -6,6 +6,7 @@
 #include "metadata/tagframes.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
+#include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
 #include "shell/apppath.h"
@@ -140,13 +141,21 @@ bool ReadAgain(Edit &edit)
     return seen ? *seen == edit.raw.file : SameTexts(id3v2, edit.oldID3v2);
 }
 
+void TellChanged(const Edit &edit)
+{
+    Tell("\"" + edit.fileName + "\"" + std::string(kChanged));
+}
+
 // Tells it when the file is not what the raw tags say. True when it is.
 bool StillFits(const Edit &edit)
 {
     platform::FileIdentity now;
-    if (Files().Identify(edit.fileName, now) == 0 && now == edit.raw.file)
+    if (const int reason = Files().Identify(edit.fileName, now); reason != 0)
+        Tell(runtime::FileError(reason, edit.fileName).description);
+    else if (now == edit.raw.file)
         return true;
-    Tell("\"" + edit.fileName + "\"" + std::string(kChanged));
+    else
+        TellChanged(edit);
     return false;
 }
 
@@ -156,13 +165,13 @@ bool Ground(Edit &edit)
     const bool own = edit.raw.file.path == edit.fileName;
     const bool asRead = own || ReadAgain(edit);
     if (edit.raw.failure != 0) {
-        Tell(runtime::FileError(edit.raw.failure).description);
+        Tell(runtime::FileError(edit.raw.failure, edit.fileName).description);
         return false;
     }
     if (asRead)
         return StillFits(edit) &&
                Run([&] { Check(Files().RealPath(edit.fileName, edit.realPath)); });
-    Tell("\"" + edit.fileName + "\"" + std::string(kChanged));
+    TellChanged(edit);
     return false;
 }
 
@@ -235,10 +244,11 @@ NewSong WithOtherTags(const Edit &edit)
 
 // --- the steps -------------------------------------------------------------------------------
 
-bool IsTransient(int handle)
+// Whether the same call may succeed later, without anything done about it here.
+bool IsTransient(int reason)
 {
-    return handle == -EBUSY || handle == -ETXTBSY || handle == -EAGAIN || handle == -EMFILE ||
-           handle == -ENFILE;
+    return reason == EBUSY || reason == ETXTBSY || reason == EAGAIN || reason == EMFILE ||
+           reason == ENFILE;
 }
 
 // Waits until the file can be opened, or never will be.
@@ -250,7 +260,7 @@ void WaitUntilReadable(const std::string &path)
         if (handle >= 0)
             Files().Close(handle);
         Desktop().DoEvents();
-        if (!IsTransient(handle))
+        if (!IsTransient(-handle))
             return;
         platform::TheMachine().clock->Sleep(kPollMs);
     }
@@ -281,8 +291,9 @@ void WaitForNextSecond()
     }
 }
 
-// Writes the new version into the ".bck" file. True when it stands there.
-bool WriteCopy(Edit &edit)
+// Writes the new version into the ".bck" file. True when it stands there; nothing when the song is
+// no longer as it was read.
+std::optional<bool> WriteCopy(Edit &edit)
 {
     ShowProgress(edit, "Processing the MP3");
     CloseAllFiles();
@@ -291,6 +302,8 @@ bool WriteCopy(Edit &edit)
         ShowProgress(edit, "Reading the whole MP3 file");
         ShowProgress(edit, "Writing the new MP3 file");
     }
+    if (!StillFits(edit))
+        return std::nullopt;
     const NewSong content = shortWay ? WithOtherImage(edit) : WithOtherTags(edit);
     return Run([&] { edit.copy = WriteNewSong(edit.realPath, content, edit.copyPath); });
 }
@@ -312,20 +325,29 @@ bool IsOwnCopy(const Edit &edit)
 }
 
 // The song is deleted and the copy takes its name, in one step: there is no moment without a song.
+// Where another program holds the song so that this cannot be, it is tried until that lets go, or
+// until the end of this program is asked for.
 bool PutInPlace(const Edit &edit)
 {
-    if (!StillFits(edit))
-        return false;
-    if (!IsOwnCopy(edit)) {
-        Tell("\"" + edit.fileName + "\"" + std::string(kEditedTwice));
-        return false;
+    for (;;) {
+        if (!StillFits(edit))
+            return false;
+        if (!IsOwnCopy(edit)) {
+            Tell("\"" + edit.fileName + "\"" + std::string(kEditedTwice));
+            return false;
+        }
+        const int reason = Files().Rename(edit.copyPath, edit.realPath);
+        if (!IsTransient(reason) || platform::IsEndRequested()) {
+            Run([&] {
+                Check(reason);
+                Check(Files().FlushFolderOf(edit.realPath));
+            });
+            Desktop().DoEvents();
+            return true;
+        }
+        Desktop().DoEvents();
+        platform::TheMachine().clock->Sleep(kPollMs);
     }
-    Run([&] {
-        Check(Files().Rename(edit.copyPath, edit.realPath));
-        Check(Files().FlushFolderOf(edit.realPath));
-    });
-    Desktop().DoEvents();
-    return true;
 }
 
 // Gets the song away from the player and puts the copy in its place.
@@ -360,12 +382,12 @@ bool Rewrite(Edit &edit)
     if (shell::TheGlobals().BackUpFiles)
         BackUp(edit);
     edit.copyPath = edit.realPath + std::string(kCopyEnding);
-    if (!StillFits(edit))
+    const std::optional<bool> written = WriteCopy(edit);
+    if (!written)
         return false;
-    const bool written = WriteCopy(edit);
     if (shell::TheGlobals().UpdateDBAfterEditing)
         UpdateCatalogue(edit);
-    return written ? ReplaceSong(edit) : true;
+    return *written ? ReplaceSong(edit) : true;
 }
 
 } // namespace

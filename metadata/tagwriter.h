@@ -30,7 +30,8 @@ namespace metadata
 //     FileName gets the new version.
 // Known loss, by design: where the whole file is written and it had no ID3v2 tag, the last 10 bytes
 //     of the audio go.
-// Lets events run at every step and while it waits. Takes one to two seconds where it rewrites.
+// Lets events run at every step and while it waits. Takes one to two seconds where it rewrites; as
+// long as another program holds the song where the file system then keeps it from being replaced.
 bool SaveTag(ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, const ID3v1Tag &OldID3v1, const ID3v2Tag &OldID3v2,
              const std::string &FileName, bool WriteID3v1, bool WriteID3v2,
              ui::Label *ProgressLabel);

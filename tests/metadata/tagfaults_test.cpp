@@ -2,6 +2,7 @@
 // a whole copy of the song is there, and whatever failed is told.
 #include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
+#include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "shell/globals.h"
 #include "tests/metadata/faultyfiles.h"
@@ -14,7 +15,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
+#include <cstdint>
 #include <filesystem>
+#include <functional>
 
 namespace fs = std::filesystem;
 
@@ -198,6 +202,123 @@ TEST_F(TagFaults, TheFolderOfBackupsCannotBeMade)
     EXPECT_TRUE(ReadFile(m_path) == kNew);
 }
 
+// Another process makes the folder between the failed statement and the one that makes it.
+TEST_F(TagFaults, TheFolderOfBackupsIsMadeByTwo)
+{
+    struct : tests::FaultyFiles {
+        int MakeFolder(const std::string &path) override
+        {
+            EXPECT_EQ(FaultyFiles::MakeFolder(path), 0);
+            return FaultyFiles::MakeFolder(path);
+        }
+    } files;
+    platform::TheMachine().files = &files;
+    shell::TheGlobals().BackUpFiles = true;
+    EXPECT_TRUE(Edit());
+    EXPECT_TRUE(m_desk.boxes.empty());
+    EXPECT_TRUE(ReadFile(m_desk.program / "Backup/song.mp3") == kOld);
+    EXPECT_TRUE(ReadFile(m_path) == kNew);
+}
+
+TEST_F(TagFaults, TheBackupIsWaitedForUntilItCanBeOpened)
+{
+    struct : tests::FaultyFiles {
+        int OpenToRead(const std::string &path, platform::FileIdentity &identity) override
+        {
+            const bool isBackup = path.find("/Backup/") != std::string::npos;
+            return isBackup && --busy > 0 ? -EBUSY : FaultyFiles::OpenToRead(path, identity);
+        }
+        int busy = 40;
+    } files;
+    platform::TheMachine().files = &files;
+    shell::TheGlobals().BackUpFiles = true;
+    EXPECT_TRUE(Edit());
+    EXPECT_EQ(files.busy, 0);
+    EXPECT_TRUE(ReadFile(m_path) == kNew);
+}
+
+// --- a song that another program holds -------------------------------------------------------
+
+// The file system does not let the song be replaced for the first `busy` times.
+struct HeldSong : tests::FaultyFiles {
+    int Rename(const std::string &from, const std::string &to) override
+    {
+        if (to.ends_with(".mp3") && busy-- > 0) {
+            if (onBusy)
+                onBusy();
+            return held;
+        }
+        return FaultyFiles::Rename(from, to);
+    }
+    int busy = 0;
+    int held = EBUSY;
+    std::function<void()> onBusy;
+};
+
+TEST_F(TagFaults, AHeldSongIsWaitedForUntilTheOtherProgramLetsGo)
+{
+    HeldSong files;
+    platform::TheMachine().files = &files;
+    for (const int held : {EBUSY, ETXTBSY}) {
+        files.held = held;
+        files.busy = 10'000;
+        const int yieldsBefore = m_desk.yields;
+        EXPECT_TRUE(Edit());
+        EXPECT_EQ(files.busy, -1);
+        EXPECT_GT(m_desk.yields - yieldsBefore, 10'000);
+        EXPECT_TRUE(m_desk.boxes.empty());
+        EXPECT_TRUE(ReadFile(m_path) == kNew);
+        EXPECT_FALSE(fs::exists(m_path + ".bck"));
+    }
+}
+
+TEST_F(TagFaults, AHeldSongThatChangesIsLeft)
+{
+    HeldSong files;
+    platform::TheMachine().files = &files;
+    files.busy = 100;
+    files.onBusy = [&] {
+        if (files.busy == 50)
+            tests::WriteFile(m_path, "theirs");
+    };
+    EXPECT_FALSE(Edit());
+    EXPECT_EQ(files.busy, 50);
+    ASSERT_EQ(m_desk.boxes.size(), 1u);
+    EXPECT_NE(m_desk.boxes[0].find("was changed by another program"), std::string::npos);
+    EXPECT_EQ(ReadFile(m_path), "theirs");
+    EXPECT_FALSE(fs::exists(m_path + ".bck"));
+}
+
+TEST_F(TagFaults, TheEndOfTheProgramIsNotKeptWaiting)
+{
+    HeldSong files;
+    platform::TheMachine().files = &files;
+    files.busy = 10'000;
+    files.onBusy = [&] {
+        if (files.busy == 9'000)
+            platform::RequestEnd(SIGTERM);
+    };
+    EXPECT_TRUE(Edit());
+    platform::RequestEnd(0);
+    EXPECT_EQ(files.busy, 9'000);
+    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{"Device or resource busy"});
+    EXPECT_TRUE(ReadFile(m_path) == kOld);
+    EXPECT_FALSE(fs::exists(m_path + ".bck"));
+}
+
+TEST_F(TagFaults, TheCopyStaysWhereItIsAllThatIsLeft)
+{
+    HeldSong files;
+    platform::TheMachine().files = &files;
+    files.busy = 1;
+    files.held = EIO;
+    files.onBusy = [&] { fs::remove(m_path); };
+    EXPECT_TRUE(Edit());
+    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{"Input/output error"});
+    EXPECT_FALSE(fs::exists(m_path));
+    EXPECT_TRUE(ReadFile(m_path + ".bck") == kNew);
+}
+
 // --- owner, rights, attributes, links --------------------------------------------------------
 
 TEST_F(TagFaults, RightsOwnerAndAttributesStay)
@@ -206,10 +327,13 @@ TEST_F(TagFaults, RightsOwnerAndAttributesStay)
     ASSERT_EQ(setxattr(m_path.c_str(), "user.rating", "5 stars", 7, 0), 0);
     ASSERT_EQ(setxattr(m_path.c_str(), "user.long", std::string(2000, 'x').data(), 2000, 0), 0);
     ASSERT_TRUE(geteuid() != 0 || chown(m_path.c_str(), 1234, 4321) == 0);
-    ASSERT_EQ(chmod(m_path.c_str(), 0604), 0);
+    ASSERT_EQ(chmod(m_path.c_str(), 01604), 0);
     struct stat before, after;
     ASSERT_EQ(stat(m_path.c_str(), &before), 0);
+    shell::TheGlobals().BackUpFiles = true;
     EXPECT_TRUE(EditAsItIs());
+    ASSERT_EQ(stat((m_desk.program / "Backup/song.mp3").c_str(), &after), 0);
+    EXPECT_EQ(after.st_mode, before.st_mode);
     EXPECT_TRUE(ReadFile(m_path) == kNew);
     ASSERT_EQ(stat(m_path.c_str(), &after), 0);
     EXPECT_EQ(after.st_mode, before.st_mode);
@@ -221,12 +345,68 @@ TEST_F(TagFaults, RightsOwnerAndAttributesStay)
     EXPECT_EQ(getxattr(m_path.c_str(), "user.long", value, sizeof value), 2000);
 }
 
+// Another user may read and write what is made in the folder, but not this song.
+TEST_F(TagFaults, TheFolderGivesASongNoAccessList)
+{
+    tests::WriteFile(m_path, kOld);
+    ASSERT_EQ(chmod(m_path.c_str(), 0640), 0);
+    struct Entry {
+        std::uint16_t tag, rights;
+        std::uint32_t user;
+    };
+    const struct {
+        std::uint32_t version = 2;
+        Entry entries[5] = {{1, 7, ~0u}, {2, 7, 1234}, {4, 7, ~0u}, {16, 7, ~0u}, {32, 0, ~0u}};
+    } list; // linux/posix_acl_xattr.h
+    const int set =
+        setxattr(m_desk.music.Path().c_str(), "system.posix_acl_default", &list, sizeof list, 0);
+    if (set != 0 && errno == ENOTSUP)
+        GTEST_SKIP() << "no access lists in the folder of the tests";
+    ASSERT_EQ(set, 0);
+    EXPECT_TRUE(EditAsItIs());
+    EXPECT_TRUE(ReadFile(m_path) == kNew);
+    EXPECT_EQ(getxattr(m_path.c_str(), "system.posix_acl_access", nullptr, 0), -1);
+    EXPECT_EQ(errno, ENODATA);
+    struct stat after;
+    ASSERT_EQ(stat(m_path.c_str(), &after), 0);
+    EXPECT_EQ(after.st_mode & 07777, 0640u);
+}
+
+TEST_F(TagFaults, NamesOfAnyLength)
+{
+    shell::TheGlobals().BackUpFiles = true;
+    for (std::size_t length : {100u, 243u, 244u, 245u, 250u, 251u}) {
+        SCOPED_TRACE(length);
+        std::string name; // of characters of two bytes, as far as they go
+        while (name.size() + 6 <= length)
+            name += "\xD0\x96";
+        name.resize(length - 4, 'x');
+        m_path = m_desk.music / (name + ".mp3");
+        EXPECT_TRUE(Edit());
+        EXPECT_TRUE(m_desk.boxes.empty());
+        EXPECT_TRUE(ReadFile(m_path) == kNew);
+        EXPECT_TRUE(ReadFile(m_desk.program / ("Backup/" + name + ".mp3")) == kOld);
+        fs::remove(m_path);
+    }
+    m_path = m_desk.music / (std::string(248, 'x') + ".mp3"); // no room for ".bck"
+    tests::WriteFile(m_path, kOld);
+    EXPECT_TRUE(EditAsItIs());
+    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{"File name too long"});
+    EXPECT_TRUE(ReadFile(m_path) == kOld);
+    EXPECT_EQ(Names(m_desk.music.Path()).size(), 1u);
+}
+
 TEST_F(TagFaults, ASymbolicLinkKeepsPointingAtTheSong)
 {
     const std::string target = m_desk.program / "elsewhere/real.mp3";
     tests::WriteFile(target, kOld);
     fs::create_symlink(target, m_path);
     shell::TheGlobals().BackUpFiles = true;
+    metadata::TheTagWriterHooks().releasePlayingFile = [&](const std::string &, std::int32_t &,
+                                                           std::int32_t &) -> std::string {
+        EXPECT_TRUE(fs::exists(target + ".bck")); // beside the song, wherever the link stands
+        return {};
+    };
     EXPECT_TRUE(EditAsItIs());
     EXPECT_TRUE(fs::is_symlink(m_path));
     EXPECT_EQ(fs::read_symlink(m_path), target);

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 
@@ -89,6 +90,7 @@ TEST_F(SaveTagSteps, ASongInTheBackupFolderIsNotItsOwnBackup)
 TEST_F(SaveTagSteps, TheCatalogueAndThePlayerAreCalledInTheirPlaces)
 {
     std::vector<std::string> calls;
+    double start = m_desk.SecondsOfDay();
     auto &hooks = metadata::TheTagWriterHooks();
     hooks.updateCatalogue = [&](const metadata::ID3v2Tag &tag, const std::string &path) {
         calls.push_back("catalogue " + tag.Title + " " + tag.Genre + " " + path);
@@ -107,7 +109,8 @@ TEST_F(SaveTagSteps, TheCatalogueAndThePlayerAreCalledInTheirPlaces)
         calls.push_back("restore " + current + " " + path + " " + std::to_string(state) + " " +
                         std::to_string(position));
         EXPECT_EQ(ReadPass(m_path).v2.Title, "New");
-        EXPECT_GT(m_desk.SecondsOfDay(), 1001); // a whole second has passed
+        EXPECT_GT(m_desk.SecondsOfDay(), std::floor(start) + 1); // to the next second, no longer
+        EXPECT_LT(m_desk.SecondsOfDay(), std::floor(start) + 1.1);
     };
     Song(Audio());
     m_pass.v2.Title = "New";
@@ -115,6 +118,7 @@ TEST_F(SaveTagSteps, TheCatalogueAndThePlayerAreCalledInTheirPlaces)
     EXPECT_EQ(calls, (std::vector<std::string>{"release " + m_path,
                                                "restore current " + m_path + " 3 4567"}));
     calls.clear();
+    start = m_desk.SecondsOfDay();
     shell::TheGlobals().UpdateDBAfterEditing = true;
     Song(Audio());
     m_pass.v2.Title = "New";
@@ -154,6 +158,15 @@ TEST_F(SaveTagSteps, TheWaitEndsAtMidnight)
     EXPECT_LE(m_desk.steadyMs, 520);
     m_desk.onEvents = nullptr;
     ExpectSong(Audio() + Tag1("New", "", "", "", "", 0, 255));
+}
+
+TEST_F(SaveTagSteps, ThePointerWaitsFromTheFirstYieldToTheLast)
+{
+    std::vector<platform::Pointer> atYield;
+    m_desk.onEvents = [&] { atYield.push_back(m_desk.pointers.back()); };
+    Song(Audio());
+    EXPECT_FALSE(Save(false, false)); // nothing to do
+    EXPECT_EQ(atYield, (std::vector{platform::Pointer::Hourglass, platform::Pointer::Normal}));
 }
 
 // --- the state belongs to a file -------------------------------------------------------------
@@ -204,14 +217,29 @@ TEST_F(SaveTagSteps, ManyOtherSongsLaterTheTagsDecide)
     EXPECT_TRUE(Save(false, true));
     ExpectSong(Tag(3, Frame3("TIT2", "New") + GenreAndTrack()) + Audio());
 
-    Song(Tag(3, Frame3("TIT2", "Old")) + Audio());
-    tests::WriteFile(m_path, Tag(3, Frame3("TIT2", "Changed")) + Audio());
-    for (int i = 0; i < 100; ++i)
-        ReadPass(m_desk.program / std::to_string(i));
-    m_pass.v2.Title = "New";
-    EXPECT_FALSE(Save(false, true));
-    EXPECT_EQ(m_desk.boxes.size(), 1u);
-    EXPECT_TRUE(ReadFile(m_path) == Tag(3, Frame3("TIT2", "Changed")) + Audio());
+    const struct {
+        std::string before, changed;
+    } cases[] = {{Frame3("TIT2", "Old"), Frame3("TIT2", "Changed")},
+                 {"", Frame3("TPE1", "Changed")},
+                 {"", Frame3("TALB", "Changed")},
+                 {"", Frame3("TYER", "1999")},
+                 {"", Frame3("TCON", "(17)")},
+                 {"", Frame3("TRCK", "7")},
+                 {"", Frame3("COMM", Z("eng\0Changed"))},
+                 {"", Frame3("USLT", Z("eng\0Changed"))}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.changed);
+        const std::string changed = Tag(3, c.changed) + Audio();
+        Song(Tag(3, c.before) + Audio());
+        tests::WriteFile(m_path, changed);
+        for (int i = 0; i < 100; ++i)
+            ReadPass(m_desk.program / std::to_string(i));
+        m_pass.v2.Title = "New";
+        m_desk.boxes.clear();
+        EXPECT_FALSE(Save(false, true));
+        EXPECT_EQ(m_desk.boxes.size(), 1u);
+        EXPECT_TRUE(ReadFile(m_path) == changed);
+    }
 }
 
 // A program that changes the song `atYield` yields into the edit (0 = before it).
@@ -240,15 +268,46 @@ TEST_F(SaveTagSteps, ASongChangedInBetweenIsNotOverwritten)
             EXPECT_FALSE(fs::exists(m_path + ".bck"));
             if (m_desk.yields < atYield)
                 break;
+            EXPECT_TRUE(ReadFile(m_path) == changed) << atYield;
             if (result) // changed when all was done
                 continue;
             ++told;
             ASSERT_EQ(m_desk.boxes.size(), 1u) << atYield;
             EXPECT_TRUE(m_desk.boxes[0].find("was changed by another program") !=
                         std::string::npos);
-            EXPECT_TRUE(ReadFile(m_path) == changed) << atYield;
         }
     EXPECT_GT(told, 100);
+}
+
+// Before the copy is written nothing of the edit has gone anywhere, the catalogue included.
+TEST_F(SaveTagSteps, ASongChangedBeforeItsCopyIsWrittenStaysInTheCatalogueAsItIs)
+{
+    shell::TheGlobals().BackUpFiles = true;
+    shell::TheGlobals().UpdateDBAfterEditing = true;
+    int updates = 0;
+    metadata::TheTagWriterHooks().updateCatalogue = [&](const metadata::ID3v2Tag &,
+                                                        const std::string &) { ++updates; };
+    const std::string changed = Audio(300); // shorter than what is to be copied
+    for (const std::string_view step :
+         {"Creating the ID3v1 Tag", "Creating the ID3v2 Tag", "Backing-Up the MP3",
+          "Processing the MP3", "Reading the whole MP3 file", "Writing the new MP3 file"}) {
+        SCOPED_TRACE(step);
+        ui::Label label;
+        m_desk.boxes.clear();
+        m_desk.onEvents = nullptr;
+        Song(Tag(3, Frame3("TIT2", "Old")) + Audio());
+        m_desk.onEvents = [&] {
+            if (label.Caption() == step)
+                tests::WriteFile(m_path, changed);
+        };
+        m_pass.v2.Title = "New";
+        EXPECT_FALSE(Save(true, true, &label));
+        ASSERT_EQ(m_desk.boxes.size(), 1u);
+        EXPECT_NE(m_desk.boxes[0].find("was changed by another program"), std::string::npos);
+        EXPECT_TRUE(ReadFile(m_path) == changed);
+        EXPECT_FALSE(fs::exists(m_path + ".bck"));
+        EXPECT_EQ(updates, 0);
+    }
 }
 
 // Another edit of the same song puts its own ".bck" there, `atYield` yields into this one.
@@ -297,15 +356,30 @@ TEST_F(SaveTagSteps, ASongThatIsGoneOrCannotBeRead)
     fs::remove(m_path);
     m_pass.v2.Title = "New";
     EXPECT_FALSE(Save(false, true));
-    EXPECT_EQ(m_desk.boxes.size(), 1u);
+    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": No such file or directory"});
     EXPECT_FALSE(fs::exists(m_path));
     ReadPass(m_path);
     EXPECT_FALSE(Save(false, true));
-    EXPECT_EQ(m_desk.boxes.back(), "No such file or directory");
+    EXPECT_EQ(m_desk.boxes.back(), m_path + ": No such file or directory");
     fs::create_directory(m_path);
     ReadPass(m_path);
     EXPECT_FALSE(Save(false, true));
-    EXPECT_EQ(m_desk.boxes.back(), "Is a directory");
+    EXPECT_EQ(m_desk.boxes.back(), m_path + ": Is a directory");
+}
+
+// Its new version is then the only copy there is, and stays.
+TEST_F(SaveTagSteps, ASongThatGoesWhileItsCopyWaits)
+{
+    Song(Audio());
+    m_desk.onEvents = [&] {
+        if (fs::exists(m_path + ".bck"))
+            fs::remove(m_path);
+    };
+    m_pass.v1.Title = "New";
+    EXPECT_FALSE(Save(true, false));
+    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": No such file or directory"});
+    EXPECT_FALSE(fs::exists(m_path));
+    EXPECT_TRUE(ReadFile(m_path + ".bck") == Audio() + Tag1("New", "", "", "", "", 0, 255));
 }
 
 } // namespace

@@ -198,6 +198,31 @@ TEST_F(SaveTag, ClearedGenreIsWrittenAllTheSame)
     ExpectSong(Tag(3, GenreAndTrack()) + Audio());
 }
 
+// One goes because the field was emptied, the next one because the genre is written anew.
+TEST_F(SaveTag, AClearedGenreTakesTwoFramesAlong)
+{
+    const std::string pop = Frame3("TCON", "Pop");
+    Song(Tag(3, pop + pop + pop) + Audio());
+    m_pass.v2.Genre = "";
+    EXPECT_TRUE(Save(false, true));
+    ExpectSong(Tag(3, GenreAndTrack() + pop) + Audio());
+}
+
+// The last pass preferred the other tag and did not read this one.
+TEST_F(SaveTag, AnID3v1TagThatWasPassedOverIsReplaced)
+{
+    const std::string start = Tag(3, Frame3("TIT2", "Title") + GenreAndTrack()) + Audio();
+    Song(start + Tag1("One", "", "", "", "", 3, 17));
+    m_old.v2.Genre = m_pass.v2.Genre = "-1";
+    ReadPass(m_path, true);
+    m_pass.v1.Title = "Two";
+    EXPECT_TRUE(Save(true, true));
+    ExpectSong(start + Tag1("Two", "", "", "", "", 3, 17));
+    ReadPass(m_path, true);
+    m_pass.v2.Genre = "-1";
+    EXPECT_FALSE(Save(true, true)); // which it holds already
+}
+
 TEST_F(SaveTag, Version2BodyUnderAVersion3Header)
 {
     const std::string body = Z("TT2\0\0\x06\0Title") + std::string(20, '\0');
@@ -212,9 +237,15 @@ TEST_F(SaveTag, Version2BodyUnderAVersion3Header)
 TEST_F(SaveTag, ATagThatClaimsTooMuchStaysAsAudio)
 {
     const std::string bytes = "ID3" + Z("\x03\0\0\x7F\x7F\x7F\x7F") + Audio();
+    const auto openFiles = [] {
+        return std::distance(fs::directory_iterator("/proc/self/fd"), {});
+    };
+    const auto before = openFiles();
     Song(bytes);
+    EXPECT_EQ(openFiles(), before + 1);
     m_pass.v2.Title = "New";
     EXPECT_TRUE(Save(false, true));
+    EXPECT_EQ(openFiles(), before);
     ExpectSong(Tag(3, Frame3("TIT2", "New") + GenreAndTrack()) +
                bytes.substr(0, bytes.size() - 10));
 }
