@@ -3,9 +3,22 @@
 #include "catalogue/adoclass.h"
 #include "metadata/genres.h"
 #include "runtime/codepage.h"
+#include "runtime/error.h"
 
 namespace catalogue
 {
+
+namespace
+{
+
+// Runs the query. What failed, or nothing.
+std::string Update(const std::string &query, const std::vector<Value> &values)
+{
+    DataAccess->ExecuteSQL(query, kStoredUpdate, values, "?");
+    return DataAccess->Succeeded ? std::string() : DataAccess->ErrorMessage;
+}
+
+} // namespace
 
 std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &genre)
 {
@@ -21,9 +34,13 @@ void UpdateEditedTags(const metadata::ID3v2Tag &tag, const std::string &path)
 {
     std::vector<Value> values = TagValues(tag, metadata::GenreName(tag.Genre));
     values.emplace_back(path);
-    DataAccess->ExecuteSQL("Edit1", kStoredUpdate, values, "?");
+    std::string failure = Update("Edit1", values);
     values.erase(values.begin() + 1); // the artist
-    DataAccess->ExecuteSQL("Edit2", kStoredUpdate, values, "?");
+    const std::string second = Update("Edit2", values);
+    if (failure.empty())
+        failure = second;
+    if (!failure.empty())
+        throw runtime::RuntimeError(runtime::kDeviceIoError, failure);
 }
 
 } // namespace catalogue

@@ -16,7 +16,7 @@ std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &g
 
 // Brings the rows of `path` to the values of `tag`, the genre by its name: "Edit1", then "Edit2"
 // (which leaves the artist of duplicated entries).
-// Errors: none thrown; Succeeded and ErrorMessage of DataAccess tell of the second.
+// Errors: kDeviceIoError with the ErrorMessage of the first one that failed; both are run.
 void UpdateEditedTags(const metadata::ID3v2Tag &tag, const std::string &path);
 
 } // namespace catalogue

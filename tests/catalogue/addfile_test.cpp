@@ -1,5 +1,6 @@
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"
+#include "runtime/error.h"
 #include "shell/globals.h"
 #include "tests/support/libraryfixture.h"
 #include "tests/support/mp3bytes.h"
@@ -43,6 +44,25 @@ TEST_F(AddFile, AddsThenUpdates)
     EXPECT_EQ(Rows(), (RowList{"Two|Artist||||17||~/a.mp3||0"}))
         << "an update takes the genre as it stands in the tag";
     EXPECT_EQ(reason, "untouched");
+}
+
+TEST_F(AddFile, OfTwoTagsID3v2IsTaken)
+{
+    EXPECT_EQ(Add("a.mp3", tests::Id3v2(tests::TextFrame("TIT2", "Two")) + tests::Audio() +
+                               tests::Id3v1({.title = "One", .artist = "One", .genre = 17})),
+              catalogue::kAdded);
+    EXPECT_EQ(Rows(), (RowList{"Two|||||"
+                               "||~/a.mp3||0"}));
+}
+
+TEST_F(AddFile, ProgressInAnotherLanguage)
+{
+    shell::TheGlobals().LanguageFilePath = folder / "x.qlt";
+    tests::WriteFile(folder / "x.qlt", "[Progress]\nAddingNewMP3=Neu\nUpdatingData=Bekannt\n");
+    EXPECT_EQ(Add("a.mp3", TwoTags("One")), catalogue::kAdded);
+    EXPECT_EQ(shell::TheGlobals().lblProgress.Caption(), "Neu");
+    EXPECT_EQ(Add("a.mp3"), catalogue::kUpdated);
+    EXPECT_EQ(shell::TheGlobals().lblProgress.Caption(), "Bekannt");
 }
 
 TEST_F(AddFile, ID3v1AloneHasItsGenreNameFirstAndItsNumberLater)
@@ -96,6 +116,7 @@ TEST_F(AddFile, KnownFileThatLostItsTagsIsBlanked)
 {
     EXPECT_EQ(Add("a.mp3", TwoTags("One")), catalogue::kAdded);
     EXPECT_EQ(Add("a.mp3", tests::Audio()), catalogue::kUpdated);
+    EXPECT_EQ(reason, "No ID3's tags were found on '" + Song("a.mp3") + "'\r");
     EXPECT_EQ(Rows(), (RowList{"||||||"
                                "|~/a.mp3||0"}));
 }
@@ -158,6 +179,27 @@ TEST_F(AddFile, MarkerInATagShiftsTheLaterValues)
     EXPECT_NE(reason.find("Error: "), std::string::npos);
     EXPECT_NE(reason.find("\r\tINSERT INTO MP3s\r"), std::string::npos) << reason;
     EXPECT_EQ(Rows(), RowList{});
+}
+
+TEST_F(AddFile, MarkerInAPathTakesTheLabel)
+{
+    EXPECT_EQ(Add("x\xC2\xB9.mp3", TwoTags("One")), catalogue::kFailed);
+    EXPECT_NE(reason.find("\r\tINSERT INTO MP3s\r"), std::string::npos) << reason;
+    EXPECT_EQ(Rows(), RowList{});
+}
+
+// The failure makes the result, and the steps behind it run: the row is there without its label.
+TEST_F(AddFile, ADiskThatCannotBeAskedFailsAndTheRowIsWritten)
+{
+    struct : tests::FakeDrives {
+        platform::DriveType TypeOf(const std::string & /*drive*/) override
+        {
+            throw runtime::RuntimeError(runtime::kDeviceIoError);
+        }
+    } failing;
+    EXPECT_EQ(Add("a.mp3", TwoTags("One")), catalogue::kFailed);
+    EXPECT_EQ(reason, "untouched");
+    EXPECT_EQ(Rows(), (RowList{"One|Artist||||Rock||~/a.mp3||0"}));
 }
 
 TEST_F(AddFile, OnlyOtherThanFixedDisksGiveTheirLabel)

@@ -1,4 +1,5 @@
 #include "catalogue/addfile.h"
+#include "catalogue/adoclass.h"
 #include "catalogue/edittags.h"
 #include "catalogue/lyricsimport.h"
 #include "metadata/mp3info.h"
@@ -30,6 +31,7 @@ struct LyricsImport : tests::LibraryFixture {
         metadata::ResetMP3Info();
     }
 
+    // A catalogued song of these bytes, whatever its name ends with.
     void Add(const std::string &name)
     {
         tests::WriteFile(Song(name), kOld);
@@ -100,6 +102,94 @@ TEST_F(LyricsImport, TheFirstOfSeveralRowsGetsThem)
     EXPECT_TRUE(tests::ReadFile(Song("b/Song.mp3")) == kOld);
 }
 
+// The text file's own name, and the song that it serves.
+TEST_F(LyricsImport, Names)
+{
+    const struct {
+        const char *text, *song;
+        bool isServed;
+    } cases[] = {{"song.txt", "SONG.Mp3", true},
+                 {"Song.mp3.txt", "Song.mp3.mp3", true},
+                 {"Song.mp3.txt", "Song.mp3.mp3.old", true},
+                 {"Song.mp3.txt", "Song.mp3", false},
+                 {"Song.txt", "Song.mp3.bak", true},
+                 {"Song.txt", "My Song.mp3", false},
+                 {"Song.txt", "Song 2.mp3", false},
+                 {"Song.txt", "Song.mp3/Other.mp3", false},
+                 {"So_g.txt", "Song.mp3", false},
+                 {"It's 100%.txt", "It's 100%.mp3", true},
+                 {".txt", ".mp3", true}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(std::string(c.text) + " " + c.song);
+        catalogue::DataAccess->ExecuteSQL("DELETE FROM MP3s", catalogue::kDetect);
+        Add(c.song);
+        desktop.ExpectBox(c.isServed ? "The lyrics were added correctly."
+                                     : "The MP3 with similar name could not be found");
+        catalogue::AddLyricsFromTXT(Text(c.text, "La\r\nla \xE9"));
+        EXPECT_TRUE(tests::ReadFile(Song(c.song)) == (c.isServed ? kNew : kOld));
+        std::filesystem::remove_all(Song("Song.mp3"));
+    }
+}
+
+TEST_F(LyricsImport, ProgressWordsInTheirOrder)
+{
+    RowList words;
+    ui::Label &label = shell::TheGlobals().lblProgress;
+    label.captionChanged = [&] { words.push_back(label.Caption()); };
+    shell::TheGlobals().BackUpFiles = false;
+    shell::TheGlobals().UpdateDBAfterEditing = false;
+    const RowList edit = {"Creating the ID3v1 Tag", "Creating the ID3v2 Tag", "Processing the MP3",
+                          "Reading the whole MP3 file", "Writing the new MP3 file"};
+    for (RowList wanted : {RowList{"Analizing file", "Reading the MP3 Information",
+                                   "Reading the lyrics from the TXT"},
+                           RowList{"eins", "zwei", "drei"}}) {
+        Add("Song.mp3");
+        words.clear();
+        desktop.ExpectBox("The lyrics were added correctly.");
+        catalogue::AddLyricsFromTXT(Text("Song.txt", "La"));
+        wanted.insert(wanted.end(), edit.begin(), edit.end()); // these have no other language
+        EXPECT_EQ(words, wanted);
+        EXPECT_EQ(Rows(), (RowList{"One|||||||~/Song.mp3||0"})) << "not to be updated";
+        EXPECT_FALSE(std::filesystem::exists(folder / "app/Backup"));
+        catalogue::DataAccess->ExecuteSQL("DELETE FROM MP3s", catalogue::kDetect);
+        shell::TheGlobals().LanguageFilePath = folder / "x.qlt";
+        tests::WriteFile(folder / "x.qlt", "[Progress]\nAnalizingFile=eins\n"
+                                           "ReadingMP3Information=zwei\nReadingLyricsFromTXT=drei");
+    }
+}
+
+TEST_F(LyricsImport, DuplicatesGetThemAndKeepTheirArtist)
+{
+    Add("Song.mp3");
+    catalogue::DataAccess->ExecuteSQL(
+        "AddMP3", catalogue::kStoredInsert,
+        std::vector<catalogue::Value>{std::string("One"), std::string("Mine"), std::string(),
+                                      std::string(), std::string(), std::string(), std::string(),
+                                      Song("Song.mp3"), std::int64_t{1}});
+    desktop.ExpectBox("The lyrics were added correctly.");
+    catalogue::AddLyricsFromTXT(Text("Song.txt", "La"));
+    EXPECT_EQ(Rows(), (RowList{"One||||||La|~/Song.mp3||0", "One|Mine|||||La|~/Song.mp3||1"}));
+    EXPECT_TRUE(tests::ReadFile(folder / "app/Backup/Song.mp3") == kOld);
+}
+
+// The text is replaced, not joined, and no mark in it is looked at.
+TEST_F(LyricsImport, TheTextIsTakenWhole)
+{
+    Add("Song.mp3");
+    for (const std::string &text : {std::string("[00:01]La\n[99:99"), std::string("\0\x1A\r", 3),
+                                    std::string(1 << 20, 'l')}) {
+        desktop.ExpectBox("The lyrics were added correctly.");
+        catalogue::AddLyricsFromTXT(Text("Song.txt", text));
+        metadata::ID3v1Tag v1;
+        metadata::ID3v2Tag v2;
+        metadata::MPEGHeader header;
+        bool hasV1 = false;
+        bool hasV2 = false;
+        metadata::GetMP3Info(Song("Song.mp3"), v1, v2, header, hasV1, hasV2, false);
+        EXPECT_TRUE(v2.Lyrics == text);
+    }
+}
+
 TEST_F(LyricsImport, AnEmptyTextTakesTheLyricsAway)
 {
     Add("Song.mp3");
@@ -114,7 +204,13 @@ TEST_F(LyricsImport, AnEmptyTextTakesTheLyricsAway)
 TEST_F(LyricsImport, AbsentText)
 {
     Add("Song.mp3");
-    EXPECT_THROW(catalogue::AddLyricsFromTXT(folder / "Song.txt"), runtime::RuntimeError);
+    try {
+        catalogue::AddLyricsFromTXT(folder / "Song.txt");
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (const runtime::RuntimeError &error) {
+        EXPECT_EQ(error.number, runtime::kFileNotFound);
+        EXPECT_EQ(error.description, (folder / "Song.txt") + ": No such file or directory");
+    }
     EXPECT_TRUE(tests::ReadFile(Song("Song.mp3")) == kOld);
 }
 
@@ -122,9 +218,24 @@ TEST_F(LyricsImport, ASongThatIsGone)
 {
     Add("Song.mp3");
     std::filesystem::remove(Song("Song.mp3"));
-    desktop.ExpectBox("No such file or directory");
+    desktop.ExpectBox(Song("Song.mp3") + ": No such file or directory");
     desktop.ExpectBox("The lyrics couldn't be added.");
     catalogue::AddLyricsFromTXT(Text("Song.txt", "La"));
+}
+
+// The catalogue goes while the song is rewritten: the song has its lyrics, and the user knows.
+TEST_F(LyricsImport, ACatalogueThatCannotBeWritten)
+{
+    Add("Song.mp3");
+    desktop.doEvents = [&] {
+        if (shell::TheGlobals().lblProgress.Caption() == "Creating the ID3v1 Tag")
+            catalogue::DataAccess->DataBaseName = "Absent";
+    };
+    desktop.ExpectBox("Absent.mdb' is not there.");
+    desktop.ExpectBox("The lyrics were added correctly.");
+    catalogue::AddLyricsFromTXT(Text("Song.txt", "La\r\nla \xE9"));
+    desktop.doEvents = nullptr;
+    EXPECT_TRUE(tests::ReadFile(Song("Song.mp3")) == kNew);
 }
 
 } // namespace

@@ -109,6 +109,36 @@ class Lyrics(ProgramTest):
         self.assertEqual(contents(self.song_path), self.original)
         self.assertEqual(os.listdir(self.music), ["Song.mp3"])
 
+    def on_a_disk_of_its_own(self, options, then="true"):
+        """The output of a run whose music folder is a small real disk, and what stands there afterwards."""
+        after = os.path.join(self.scratch, "after")
+        script = ("mount -t tmpfs -o %s none '%s' && cp '%s' '%s' && %s && '%s' '%s'; cp -r '%s' '%s'"
+                  % (options, self.music, self.scratch + "/whole", self.song_path, then,
+                     os.path.join(BIN, "quenlin"), self.text_path, self.music, after))
+        shutil.copy(self.song_path, self.scratch + "/whole")
+        result = subprocess.run(["unshare", "-rm", "sh", "-c", script], env=self.env,
+                                stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
+        if not os.path.exists(after):
+            self.skipTest("no disk can be mounted here: %r" % result.stderr)
+        self.assertEqual(os.listdir(after), ["Song.mp3"])
+        return result.stdout + result.stderr, contents(os.path.join(after, "Song.mp3"))
+
+    def test_a_disk_with_room_and_a_really_full_one(self):
+        pages = -(-len(self.original) // 4096)
+        output, song = self.on_a_disk_of_its_own("size=%dk" % (pages * 8 + 16))
+        self.assertIn(b"The lyrics were added correctly.", output)
+        self.assertEqual(audio_of(song), audio_of(self.original))
+        self.assertNotEqual(song, self.original)
+        shutil.rmtree(os.path.join(self.scratch, "after"))
+        output, song = self.on_a_disk_of_its_own("size=%dk" % (pages * 8 - 4))
+        self.assertIn(b"No space left on device", output)
+        self.assertEqual(song, self.original)
+
+    def test_a_really_read_only_disk(self):
+        output, song = self.on_a_disk_of_its_own("size=1m", "mount -o remount,ro '%s'" % self.music)
+        self.assertIn(b"Read-only file system", output)
+        self.assertEqual(song, self.original)
+
     def test_killed_in_every_call_that_changes_something(self):
         """One song, old or new, is whole after each; the run behind the last call ends in order."""
         audio = audio_of(self.original)
