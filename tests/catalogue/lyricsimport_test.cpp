@@ -136,6 +136,10 @@ TEST_F(LyricsImport, ProgressWordsInTheirOrder)
     RowList words;
     ui::Label &label = shell::TheGlobals().lblProgress;
     label.captionChanged = [&] { words.push_back(label.Caption()); };
+    int yieldsBeforeTheEdit = 0;
+    desktop.doEvents = [&] {
+        yieldsBeforeTheEdit += words.size() == 3 && desktop.pointer == platform::Pointer::Normal;
+    };
     shell::TheGlobals().BackUpFiles = false;
     shell::TheGlobals().UpdateDBAfterEditing = false;
     const RowList edit = {"Creating the ID3v1 Tag", "Creating the ID3v2 Tag", "Processing the MP3",
@@ -145,10 +149,12 @@ TEST_F(LyricsImport, ProgressWordsInTheirOrder)
                            RowList{"eins", "zwei", "drei"}}) {
         Add("Song.mp3");
         words.clear();
+        yieldsBeforeTheEdit = 0;
         desktop.ExpectBox("The lyrics were added correctly.");
         catalogue::AddLyricsFromTXT(Text("Song.txt", "La"));
         wanted.insert(wanted.end(), edit.begin(), edit.end()); // these have no other language
         EXPECT_EQ(words, wanted);
+        EXPECT_EQ(yieldsBeforeTheEdit, 1);
         EXPECT_EQ(Rows(), (RowList{"One|||||||~/Song.mp3||0"})) << "not to be updated";
         EXPECT_FALSE(std::filesystem::exists(folder / "app/Backup"));
         catalogue::DataAccess->ExecuteSQL("DELETE FROM MP3s", catalogue::kDetect);
