@@ -251,7 +251,7 @@ bool IsTransient(int reason)
            reason == ENFILE;
 }
 
-// Waits until the file can be opened, or never will be.
+// Waits until the file can be opened, or never will be, or the end of the program is asked for.
 void WaitUntilReadable(const std::string &path)
 {
     for (;;) {
@@ -260,7 +260,7 @@ void WaitUntilReadable(const std::string &path)
         if (handle >= 0)
             Files().Close(handle);
         Desktop().DoEvents();
-        if (!IsTransient(-handle))
+        if (!IsTransient(-handle) || platform::IsEndRequested())
             return;
         platform::TheMachine().clock->Sleep(kPollMs);
     }

@@ -1,9 +1,6 @@
-// What GetMP3Info does with odd paths, with handles, and with a file that it has just read.
+// What GetMP3Info does with odd paths, with handles, and with reads that fail.
 #include "metadata/mp3info.h"
-#include "platform/machine.h"
-#include "platform/posix/systemfiles.h"
-#include "tests/metadata/mp3bytes.h"
-#include "tests/support/testfolder.h"
+#include "tests/metadata/countedfiles.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -12,8 +9,6 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <functional>
-#include <optional>
 
 namespace fs = std::filesystem;
 
@@ -21,86 +16,17 @@ namespace
 {
 
 using tests::Frame3;
+using tests::kHourNs;
 using tests::Pass;
 using tests::ReadPass;
 using tests::Tag;
 using tests::Tag1;
 
-// The real files, with the calls counted and single results replaced.
-class CountedFiles : public platform::posix::SystemFilesPort
-{
-public:
-    int OpenToRead(const std::string &path, platform::FileIdentity &identity) override
-    {
-        ++opens;
-        const int handle = SystemFilesPort::OpenToRead(path, identity);
-        if (handle >= 0)
-            Shift(identity);
-        return handle;
-    }
-    int Identify(const std::string &path, platform::FileIdentity &identity) override
-    {
-        ++identifications;
-        const int result = SystemFilesPort::Identify(path, identity);
-        Shift(identity);
-        return result;
-    }
-    std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
-                        bool mayWait) override
-    {
-        ++reads;
-        if (const auto result = onRead ? onRead(offset, mayWait) : 0)
-            return result;
-        const auto got =
-            SystemFilesPort::ReadAt(handle, offset, to, std::min(count, longest), mayWait);
-        bytesRead += std::max<std::int64_t>(got, 0);
-        return got;
-    }
-    void Close(int handle) override
-    {
-        ++closes;
-        SystemFilesPort::Close(handle);
-    }
-
-    int opens = 0, identifications = 0, reads = 0, closes = 0;
-    std::int64_t bytesRead = 0;
-    std::int64_t shiftNs = 0;              // added to the time of change
-    std::optional<std::int64_t> changedNs; // in place of the time of change
-    std::size_t longest = SIZE_MAX;        // of one read
-    std::function<std::int64_t(std::int64_t offset, bool mayWait)> onRead; // 0 = the real read
-
-private:
-    void Shift(platform::FileIdentity &identity) const
-    {
-        identity.changedNs = changedNs.value_or(identity.changedNs + shiftNs);
-    }
-};
-
 constexpr uid_t kNobody = 65534;
-constexpr std::int64_t kHourNs = 3'600'000'000'000;
 
-class SongFiles : public testing::Test
+class SongFiles : public tests::CountedSongs
 {
 protected:
-    void SetUp() override
-    {
-        metadata::ResetMP3Info();
-        platform::TheMachine().files = &m_files;
-    }
-    void TearDown() override
-    {
-        metadata::ResetMP3Info();
-        platform::TheMachine().files = &platform::SystemFiles();
-    }
-
-    std::string Song(std::string_view name, std::string_view title)
-    {
-        std::string path = m_folder / name;
-        tests::WriteFile(path, Tag(3, Frame3("TIT2", title)) + tests::Header128() +
-                                   std::string(20'000, 'a') + Tag1(title, "", "", "", "", 1, 2));
-        return path;
-    }
-
     // A pass over what cannot be read: nothing but the two defaults.
     void ExpectUnreadable(const std::string &path, int reason, std::int32_t size = 0)
     {
@@ -113,9 +39,6 @@ protected:
         EXPECT_EQ(metadata::RawID3v2Body(), "");
         EXPECT_EQ(metadata::RawTagsFile().path, "");
     }
-
-    CountedFiles m_files;
-    tests::TestFolder m_folder;
 };
 
 int OpenHandles()
@@ -202,85 +125,6 @@ TEST_F(SongFiles, FewCallsAndEachByteOnce)
     tests::WriteFile(tiny, Tag(3, Frame3("TIT2", "x")) + Tag1("", "", "", "", "", 0, 0));
     EXPECT_TRUE(ReadPass(tiny).hasV1);
     EXPECT_EQ(m_files.reads, 1);
-}
-
-TEST_F(SongFiles, TheSameFileAgainIsNotReadAgain)
-{
-    const std::string path = Song("a.mp3", "x");
-    m_files.shiftNs = -kHourNs; // its last change lies far back
-    const Pass first = ReadPass(path);
-    m_files.reads = m_files.opens = 0;
-    EXPECT_EQ(ReadPass(path), first);
-    EXPECT_EQ(m_files.opens, 0);
-    EXPECT_EQ(m_files.identifications, 1);
-    EXPECT_EQ(metadata::RawID3v2Body(), Frame3("TIT2", "x"));
-
-    const std::string other = Song("b.mp3", "y");
-    EXPECT_EQ(ReadPass(other).v2.Title, "y");
-    EXPECT_EQ(m_files.opens, 1);
-    EXPECT_EQ(ReadPass(path), first);
-    EXPECT_EQ(m_files.opens, 2);
-}
-
-TEST_F(SongFiles, TheSecondPassFillsWhatTheFirstLeftOut)
-{
-    const std::string path = Song("a.mp3", "x");
-    m_files.shiftNs = -kHourNs;
-    EXPECT_EQ(ReadPass(path, true).v1.Genre, -1);
-    EXPECT_EQ(metadata::RawID3v1Image(), "");
-    EXPECT_EQ(ReadPass(path, false).v1.Genre, 2);
-    EXPECT_EQ(metadata::RawID3v1Image().substr(0, 4), "TAGx");
-    EXPECT_EQ(m_files.opens, 1);
-}
-
-TEST_F(SongFiles, AFileThatHasJustChangedIsReadAgain)
-{
-    const std::string path = Song("a.mp3", "x");
-    ReadPass(path);
-    ReadPass(path);
-    EXPECT_EQ(m_files.opens, 2); // another change could bear the same time stamp
-}
-
-TEST_F(SongFiles, HowOldAChangeMustBeToBeTrusted)
-{
-    constexpr std::int64_t kSecondNs = 1'000'000'000;
-    const std::string path = Song("a.mp3", "x");
-    const std::int64_t now = m_files.StampClockNs();
-    const std::int64_t fine = now - now % kSecondNs + 500'000'007;
-    const struct {
-        const char *name;
-        std::int64_t changedNs;
-        int wantOpens;
-    } cases[] = {
-        {"a fine stamp of just now", now - 50'000'001 + (now % 2), 2},
-        {"a fine stamp of seconds ago", fine - 2 * kSecondNs, 1},
-        {"whole seconds, two ago", now - now % kSecondNs - kSecondNs, 2},
-        {"whole seconds, ten ago", now - now % kSecondNs - 10 * kSecondNs, 1},
-        {"in the future", fine + 100 * kSecondNs, 2},
-    };
-    for (const auto &c : cases) {
-        metadata::ResetMP3Info();
-        m_files.opens = 0;
-        m_files.changedNs = c.changedNs;
-        ReadPass(path);
-        ReadPass(path);
-        EXPECT_EQ(m_files.opens, c.wantOpens) << c.name;
-    }
-}
-
-TEST_F(SongFiles, AChangedOrReplacedFileIsReadAgain)
-{
-    const std::string path = Song("a.mp3", "x");
-    m_files.shiftNs = -kHourNs;
-    ReadPass(path);
-    Song("a.mp3", "y");
-    EXPECT_EQ(ReadPass(path).v2.Title, "y");
-    Song("b.mp3", "z");
-    fs::rename(m_folder / "b.mp3", path);
-    EXPECT_EQ(ReadPass(path).v2.Title, "z");
-    fs::remove(path);
-    ReadPass(path);
-    EXPECT_EQ(metadata::LastReadFailure(), ENOENT);
 }
 
 TEST_F(SongFiles, ShortReadsAndInterruptionsAreCompleted)
@@ -397,38 +241,6 @@ TEST_F(SongFiles, MoreThanFourGigabytes)
     EXPECT_EQ(pass.header.Seconds, 0);
     EXPECT_EQ(metadata::RawTagsFile().sizeBytes, 5LL << 30);
     EXPECT_LT(m_files.bytesRead, 10'000);
-}
-
-TEST_F(SongFiles, WhatTheLastPassOverAPathSaw)
-{
-    const std::string path = Song("a.mp3", "x");
-    EXPECT_EQ(metadata::LastSeen(path), std::nullopt);
-    ReadPass(path);
-    platform::FileIdentity now;
-    ASSERT_EQ(m_files.Identify(path, now), 0);
-    for (int i = 1; i < 64; ++i)
-        ReadPass(m_folder / std::to_string(i));
-    for (int i = 0; i < 100; ++i) // the song that plays is looked at over and over
-        ReadPass(m_folder / "63");
-    EXPECT_EQ(metadata::LastSeen(path), now);
-    EXPECT_EQ(metadata::LastSeen(m_folder / "63"), std::nullopt);
-    ReadPass(m_folder / "64");
-    EXPECT_EQ(metadata::LastSeen(path), std::nullopt);
-
-    ReadPass(path);
-    EXPECT_EQ(metadata::LastSeen(path), now);
-    fs::remove(path);
-    ReadPass(path); // could not open it
-    EXPECT_EQ(metadata::LastSeen(path), std::nullopt);
-}
-
-TEST_F(SongFiles, TheStateSaysWhichFileItIsOf)
-{
-    const std::string path = Song("a.mp3", "x");
-    ReadPass(path);
-    platform::FileIdentity now;
-    ASSERT_EQ(m_files.Identify(path, now), 0);
-    EXPECT_EQ(metadata::RawTagsFile(), now);
 }
 
 } // namespace

@@ -218,6 +218,13 @@ TEST_F(TagFaults, TheBackupIsWaitedForUntilItCanBeOpened)
     EXPECT_TRUE(Edit());
     EXPECT_EQ(files.busy, 0);
     EXPECT_TRUE(ReadFile(m_path) == kNew);
+
+    files.busy = 1000;
+    platform::RequestEnd(SIGTERM); // then nobody waits, and the edit comes to its end
+    EXPECT_TRUE(Edit());
+    platform::RequestEnd(0);
+    EXPECT_EQ(files.busy, 999);
+    EXPECT_TRUE(ReadFile(m_path) == kNew);
 }
 
 // --- a song that another program holds -------------------------------------------------------

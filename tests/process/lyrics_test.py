@@ -4,6 +4,7 @@ import os
 import shutil
 import subprocess
 import sys
+import time
 import unittest
 
 import mutagen.id3
@@ -108,6 +109,33 @@ class Lyrics(ProgramTest):
         self.assertIn(b"No space left on device", result.stdout + result.stderr)
         self.assertEqual(contents(self.song_path), self.original)
         self.assertEqual(os.listdir(self.music), ["Song.mp3"])
+
+    def test_two_at_the_same_time(self):
+        """One of them wins, the song is whole, nothing is left over, and who lost is told."""
+        texts = []
+        for letter in "ab":
+            folder = os.path.join(self.scratch, letter)
+            os.mkdir(folder)
+            texts.append(os.path.join(folder, "Song.txt"))
+            with open(texts[-1], "w") as file:
+                file.write(letter * 50)
+        for delay in (0, 0, 0.005, 0.01, 0.2):
+            with open(self.song_path, "wb") as file:
+                file.write(self.original)
+            runs = [self.start(texts[0])]
+            time.sleep(delay)
+            runs.append(self.start(texts[1]))
+            said = [b"".join(run.communicate(timeout=60)) for run in runs]
+            song = contents(self.song_path)
+            self.assertEqual(audio_of(song), audio_of(self.original))
+            self.assertEqual(os.listdir(self.music), ["Song.mp3"])
+            written = [letter * 50 in song for letter in (b"a", b"b")]
+            self.assertEqual(written.count(True), 1)
+            self.assertIn(b"The lyrics were added correctly.", said[written.index(True)])
+            for output in said:
+                self.assertEqual(b"The lyrics were added correctly." in output,
+                                 b"by another program" not in output, output)
+        self.assert_whole()
 
     def on_a_disk_of_its_own(self, options, then="true"):
         """The output of a run whose music folder is a small real disk, and what stands there afterwards."""
