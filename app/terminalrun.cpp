@@ -16,11 +16,15 @@
 #include "shell/globals.h"
 #include "shell/startup.h"
 
+#include <new>
+
 namespace app
 {
 
 namespace
 {
+
+constexpr int kOutOfMemory = 7; // the runtime's number
 
 // The ports of a terminal, in use while this lives.
 class TerminalMachine
@@ -99,6 +103,9 @@ int RunInTerminal(const Options &options)
                                               : Batch(options.paths);
     } catch (const runtime::RuntimeError &error) {
         shell::ShowRuntimeError(error);
+        return shell::kRefused;
+    } catch (const std::bad_alloc &) {
+        shell::ShowRuntimeError({kOutOfMemory, "Out of memory"});
         return shell::kRefused;
     } catch (const platform::EndRequested &end) {
         return 128 + end.signalNo; // as shells tell the end by a signal

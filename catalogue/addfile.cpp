@@ -13,6 +13,7 @@
 #include "shell/globals.h"
 #include "shell/language.h"
 
+#include <new>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -172,9 +173,7 @@ bool IsKnown(const std::string &path)
     return records != nullptr && !records->AtEnd();
 }
 
-} // namespace
-
-std::int16_t AddOrUpdateMP3(const std::string &path, std::string &reason)
+std::int16_t AddOrUpdate(const std::string &path, std::string &reason)
 {
     Addition addition{path, reason, kFailed, {}};
     bool readable = true;
@@ -201,6 +200,18 @@ std::int16_t AddOrUpdateMP3(const std::string &path, std::string &reason)
         reason = DataAccess->ErrorMessage;
     }
     return addition.result;
+}
+
+} // namespace
+
+std::int16_t AddOrUpdateMP3(const std::string &path, std::string &reason)
+{
+    try {
+        return AddOrUpdate(path, reason);
+    } catch (const std::bad_alloc &) { // of a tag of hundreds of megabytes; the next file may fit
+        reason = "Out of memory\r";
+        return kFailed;
+    }
 }
 
 } // namespace catalogue

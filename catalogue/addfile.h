@@ -17,6 +17,7 @@ enum AddResult : std::int16_t { kFailed = 0, kUntagged = 1, kAdded = 2, kUpdated
 // `reason` is left as it was but for: kFailed, the failed statement's ErrorMessage, or, when the
 // file cannot be read, the operating system's words and a carriage return (no row is touched then);
 // a file without any tag, a line that names it (also where the result is then kUpdated).
+// Tags that do not fit into the memory give kFailed and say so.
 // A look-up that failed gives kFailed and touches no row, as the file may be known.
 // Errors: none; a run-time failure on the way gives kFailed and goes on with the next step.
 std::int16_t AddOrUpdateMP3(const std::string &path, std::string &reason);

@@ -6,7 +6,9 @@
 #include "metadata/mpegheader.h"
 #include "platform/machine.h"
 
+#include <cerrno>
 #include <limits>
+#include <new>
 #include <optional>
 #include <vector>
 
@@ -87,6 +89,18 @@ void TakeID3v1(State &state, ID3v1Tag &tag, bool &hasTag, bool wanted)
     state.rawID3v1Image = image;
 }
 
+// Fields of a version 2 tag run to its end, so a large one may be held several times.
+void TakeID3v2(State &state, ID3v2Tag &tag)
+{
+    try {
+        if (!state.findings)
+            state.findings = FindFrames(state.bytes->Body(), state.majorVersion);
+        ApplyFindings(*state.findings, tag);
+    } catch (const std::bad_alloc &) {
+        state.bytes->failure = ENOMEM;
+    }
+}
+
 // The position, one-based, of the audio header: the first sync pair within reach, else right behind
 // the ID3v2 tag, else 0.
 std::int64_t HeaderPositionOf(const FileBytes &bytes)
@@ -144,12 +158,9 @@ void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, M
         return;
     const bool hasBody = HasBody(bytes);
     TakeID3v1(state, ID3v1, HasID3v1, !(hasBody && PreferID3v2));
-    if (hasBody) {
-        HasID3v2 = true;
-        if (!state.findings)
-            state.findings = FindFrames(bytes.Body(), state.majorVersion);
-        ApplyFindings(*state.findings, ID3v2);
-    }
+    HasID3v2 = hasBody;
+    if (hasBody)
+        TakeID3v2(state, ID3v2);
     TakeHeader(bytes, Header);
 }
 

@@ -149,6 +149,27 @@ class Regeneration(ProgramTest):
             resource.RLIMIT_NOFILE, (limit, limit)))
         self.assertEqual(len(self.paths()), 300)
 
+    def test_a_tag_larger_than_the_memory_fails_and_the_rest_goes_on(self):
+        """Each field of such a tag runs to its end: it would be held many times."""
+        huge = os.path.join(self.music, "huge.mp3")
+        size = 80 << 20
+        with open(huge, "wb") as file:
+            file.write(b"ID3\2\0\0" + bytes(size >> shift & 0x7F for shift in (21, 14, 7, 0)))
+            for name in (b"TT2", b"TOA", b"TAL", b"TYE", b"COM"):
+                file.write(name + b"\0\0\6\0eng\0Title")
+            file.truncate(size + 5000)
+        good = self.song("good.mp3")
+
+        def shorten():
+            resource.setrlimit(resource.RLIMIT_AS, (600 << 20, 600 << 20))
+        self.run_program(huge, good, preexec_fn=shorten)
+        summary = self.read("Solution.txt")
+        self.assertRegex(summary, rb"huge.mp3\r  Reason: (Out of|Cannot allocate) memory\r")
+        self.assertEqual(self.paths(), [b"good.mp3"])
+        os.remove(os.path.join(self.home, "Solution.txt"))
+        self.run_program("--regenerate", self.music, preexec_fn=shorten)
+        self.assertEqual(self.paths(), [b"good.mp3"])
+
     def test_pipe_is_not_waited_for(self):
         os.mkfifo(os.path.join(self.music, "pipe.mp3"))
         self.song("z.mp3")
