@@ -176,6 +176,7 @@ void SqliteConnection::Begin()
 {
     CloseOpenGroup();
     auto handle = m_file->TakeHandle();
+    handle->ColumnsOfMP3s(); // its views must not go with a roll-back
     m_file->BeginWrite(*handle);
     m_ownHandle = std::move(handle);
 }

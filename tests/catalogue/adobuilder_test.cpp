@@ -3,6 +3,7 @@
 #include "tests/support/scripteddesktop.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 using namespace catalogue;
 
@@ -38,6 +39,7 @@ TEST(StatementBuilder, Texts)
     access.Clear();
     EXPECT_EQ(access.GetInsertString(),
               "INSERT INTO Lists\r(LIST_Name, LIST_Path)\rVALUES ('', '')");
+    EXPECT_EQ(access.GetDeleteString(), "DELETE * FROM Lists\rWHERE LIST_Name = ''");
 }
 
 TEST(StatementBuilder, JoinsFieldsByCommasAndKeysByAnd)
@@ -114,6 +116,10 @@ TEST(IniHelpers, WriteThenRead)
     EXPECT_EQ(ADOclass::GetIniStr("T", "K", file), "w");
     EXPECT_FALSE(ADOclass::PutIniStr("S", "k", "v", folder / "absent/x.ini"));
     EXPECT_FALSE(ADOclass::PutIniStr("S", "k", "v", folder.Path())) << "a folder stays one";
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(ADOclass::PutIniStr("S", "k", "v", folder / "pipe"));
+    EXPECT_TRUE(std::filesystem::is_fifo(folder / "pipe"));
+    std::filesystem::remove(folder / "pipe");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1)
         << "nothing is left beside the file";
     EXPECT_EQ(ADOclass::Trim0(std::string_view("ab\0cd", 5)), "ab");

@@ -154,6 +154,12 @@ TEST(ExecuteSQL, FailureTellsWordsAndStatement)
     fresh.access.ExecuteSQL("SEL_ByNowhere", kStoredSelect, std::string("x"));
     EXPECT_EQ(fresh.access.ErrorMessage,
               "Error: There is no stored query 'SEL_ByNowhere'.\r\tSEL_ByNowhere");
+    const auto closed = fresh.access.ExecuteSQL("SEL_ByNowhere", kStoredSelect, std::string("x"));
+    ASSERT_NE(Records(closed), nullptr);
+    EXPECT_FALSE(Records(closed)->IsOpen());
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(
+        fresh.access.ExecuteSQL("Nowhere", kStoredUpdate, std::string("x"))));
+    EXPECT_FALSE(fresh.access.Succeeded);
     fresh.access.ExecuteSQL("SELECT * FROM Lists", kSelect);
     EXPECT_TRUE(fresh.access.Succeeded);
     EXPECT_EQ(fresh.access.ErrorMessage, "");
@@ -270,6 +276,11 @@ TEST(ExecuteSQL, PointerAndEvents)
     desktop.steps.clear();
     fresh.access.ExecuteSQL("SEL_ByTitle", kStoredSelect, std::string("x"));
     EXPECT_EQ(desktop.steps, "N");
+    desktop.steps.clear();
+    const RowStep step; // no handler comes between the look-up of a path and its row
+    fresh.AddPath("/stored");
+    fresh.access.ExecuteSQL("INSERT INTO Lists VALUES('a', 'b')", kInsert);
+    EXPECT_EQ(desktop.steps, "NHNe");
 }
 
 TEST(ExecuteSQL, EventHandlerDoesNotSpeakForTheStatement)
@@ -319,6 +330,22 @@ TEST(Transactions, NestAndRollBack)
     EXPECT_TRUE(desktop.boxes.empty());
     access.RollBack();
     EXPECT_EQ(desktop.boxes, std::vector<std::string>{"No hay una Transacción abierta"});
+}
+
+TEST(Transactions, RollBackEndsThemAllAndUndoesStoredQueries)
+{
+    tests::FreshCatalogue fresh;
+    auto &access = fresh.access;
+    access.BeginTrans();
+    access.BeginTrans();
+    fresh.AddPath("/1");
+    EXPECT_EQ(fresh.Stored("SEL_ByTitle", Value(std::string("t"))).size(), 1u);
+    access.RollBackTrans();
+    EXPECT_EQ(fresh.Stored("SEL_ByTitle", Value(std::string("t"))).size(), 0u);
+    access.BeginTrans();
+    fresh.AddPath("/2");
+    access.RollBack();
+    EXPECT_EQ(fresh.Rows("SELECT Path FROM MP3s"), std::vector<std::string>{});
 }
 
 TEST(Transactions, AnotherObjectIsToldAtOnce)

@@ -194,6 +194,25 @@ TEST(Connect, OddFolderNames)
     }
 }
 
+TEST(Connect, TheLastObjectLeavesTheFileAlone)
+{
+    const tests::TestFolder folder;
+    fs::copy_file(tests::ShippedCatalogue(), folder / "MP3s.mdb");
+    {
+        std::vector<std::unique_ptr<ADOclass>> objects;
+        for (int i = 0; i < 2; ++i) {
+            auto &access = *objects.emplace_back(std::make_unique<ADOclass>());
+            access.TipoLectura = 1;
+            access.DirBase = folder.Path() + "/";
+            access.DataBaseName = "MP3s";
+            access.ExecuteSQL("INSERT INTO Lists VALUES('a', 'b')", kInsert);
+        }
+        objects.pop_back();
+        EXPECT_TRUE(fs::exists(folder / "MP3s.mdb-wal")) << "warm for the object that is left";
+    }
+    EXPECT_FALSE(fs::exists(folder / "MP3s.mdb-wal"));
+}
+
 TEST(Connect, ReadsAFileWhoseLogWasLeftBehind)
 {
     // A copy of file and log while both are in use is what a killed process leaves.

@@ -33,7 +33,7 @@ public:
     // What was asked since the last call.
     std::string Takes() { return std::exchange(m_notes, {}); }
 
-    enum { Sound, Closed, GivesNone } state = Sound;
+    enum { Sound, Closed, GivesNone, CannotBegin } state = Sound;
     std::string opened; // the last connection string
     ADOclass access;
 
@@ -41,7 +41,7 @@ private:
     struct Noting : Connection {
         explicit Noting(NotingProvider &o) : owner(o) { owner.m_notes += "open "; }
         ~Noting() override { owner.m_notes += "close "; }
-        bool IsOpen() const override { return owner.state == Sound; }
+        bool IsOpen() const override { return owner.state != Closed; }
         void Close() override {}
         RecordsetPtr Run(std::string_view statement) override
         {
@@ -53,7 +53,12 @@ private:
             owner.m_notes.append(name).append("(" + std::to_string(values.size()) + "), ");
             return MakeClosedRecordset();
         }
-        void Begin() override { owner.m_notes += "begin "; }
+        void Begin() override
+        {
+            if (owner.state == CannotBegin)
+                throw ProviderFailure(kStatementFailure, "no turn");
+            owner.m_notes += "begin ";
+        }
         void Commit() override { owner.m_notes += "commit "; }
         void RollBack() override { owner.m_notes += "rollback "; }
         NotingProvider &owner;
@@ -193,6 +198,18 @@ TEST(OpenConnection, EachStatementHasItsOwnButThoseOfATransaction)
     provider.access.BeginTrans();
     provider.access.RollBack();
     EXPECT_EQ(provider.Takes(), "open begin rollback close ");
+}
+
+TEST(OpenConnection, TransactionThatCannotBeginIsTold)
+{
+    NotingProvider provider;
+    provider.state = NotingProvider::CannotBegin;
+    provider.access.BeginTrans();
+    EXPECT_FALSE(provider.access.Succeeded);
+    EXPECT_EQ(provider.access.ErrorMessage, "Error: no turn\r\tBeginTrans");
+    EXPECT_EQ(provider.Takes(), "open close ");
+    provider.access.ExecuteSQL("SELECT 1", kSelect);
+    EXPECT_EQ(provider.Takes(), "open SELECT 1, close ") << "none is open";
 }
 
 TEST(GetBaseName, ByTable)

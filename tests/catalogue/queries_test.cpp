@@ -76,6 +76,17 @@ TEST(Edit, ReachesDuplicatesButNotTheirArtists)
               std::vector<std::string>{"3"});
 }
 
+TEST(Edit, TheSecondLeavesTheFilesOwnRowAlone)
+{
+    tests::FreshCatalogue fresh;
+    fresh.Add({"t", "a", "al", "1", "c", "g", "l", "/p"});
+    fresh.Add({"t", "b", "al", "1", "c", "g", "l", "/p"}, 1);
+    fresh.access.ExecuteSQL("Edit2", kStoredUpdate,
+                            std::vector<Value>{"T"s, "AL"s, "2"s, "C"s, "G"s, "L"s, "/p"s});
+    EXPECT_EQ(fresh.Rows("SELECT * FROM MP3s"),
+              (std::vector<std::string>{"t|a|al|1|c|g|l|/p||0", "T|b|AL|2|C|G|L|/p||1"}));
+}
+
 TEST(SelByPath, ExactPath)
 {
     tests::FreshCatalogue fresh;
@@ -162,6 +173,41 @@ TEST(SelBy, RowsInTheOrderOfTheList)
     const auto records =
         Records(fresh.access.ExecuteSQL("SEL_ByArtist", kStoredSelect, Value("X"s)));
     EXPECT_EQ(tests::Column(*records, "Path"), (std::vector<std::string>{"/3", "/9", "/1", "/2"}));
+}
+
+TEST(SelBy, ArtistThenAlbumThenPathThenDuplicates)
+{
+    const struct {
+        const char *query;
+        const char *value;
+        std::vector<std::string> want;
+    } cases[] = {
+        {"SEL_ByTitle", "t", {"a|y|/3|0", "a|y|/3|1", "a|z|/2|0", "b|x|/1|0"}},
+        {"SEL_ByYear", "1", {"a|y|/3|0", "a|y|/3|1", "a|z|/2|0", "b|x|/1|0"}},
+        {"SEL_ByComment", "c", {"a|y|/3|0", "a|y|/3|1", "a|z|/2|0", "b|x|/1|0"}},
+        {"SEL_ByGenre", "g", {"a|y|/3|0", "a|y|/3|1", "a|z|/2|0", "b|x|/1|0"}},
+        {"SEL_ByArtist", "A", {"a|y|/3|0", "a|y|/3|1", "a|z|/2|0"}},
+        {"SEL_ByAlbum", "Y", {"d|y|/0|0", "a|y|/3|0", "a|y|/3|1"}},
+    };
+    tests::FreshCatalogue fresh;
+    fresh.Add({"t", "a", "y", "1", "c", "g", "", "/3"}, 1);
+    fresh.Add({"t", "b", "x", "1", "c", "g", "", "/1"});
+    fresh.Add({"t", "a", "z", "1", "c", "g", "", "/2"});
+    fresh.Add({"t", "a", "y", "1", "c", "g", "", "/3"});
+    fresh.Add({"other", "d", "y", "2", "d", "h", "", "/0"});
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.query);
+        const auto records =
+            Records(fresh.access.ExecuteSQL(c.query, kStoredSelect, Value(std::string(c.value))));
+        std::vector<std::string> found;
+        for (; !records->AtEnd(); records->MoveNext()) {
+            std::string row;
+            for (const std::string field : {"Artist", "Album", "Path", "Duplicated"})
+                row.append(row.empty() ? "" : "|").append(records->Text(field));
+            found.push_back(row);
+        }
+        EXPECT_EQ(found, c.want);
+    }
 }
 
 TEST(PlainStatements, OfTheProgram)

@@ -66,6 +66,12 @@ TEST(FindIniValue, Table)
     }
 }
 
+TEST(FindIniValue, ACommentHoldsNoEntry)
+{
+    EXPECT_EQ(Found("[S]\n;k=1\n ; k=2", "S", ";k"), std::nullopt);
+    EXPECT_EQ(Found("[S]\n;k=1\n ; k=2", "S", "; k"), std::nullopt);
+}
+
 TEST(FindIniValue, ComparesLettersBeyondAscii)
 {
     EXPECT_EQ(Found("[ÑANDÚ]\nÉ=1", "ñandú", "é"), "1");
@@ -156,10 +162,22 @@ TEST_F(ReadIniText, SeesAnEditOfAFileThatHasSettled)
     EXPECT_EQ(platform::ReadIniText(file, "S", "k", 199), std::nullopt);
 }
 
-TEST_F(ReadIniText, SeesAnEditAtOnce)
+TEST_F(ReadIniText, SeesEveryEditOfMany)
 {
-    EXPECT_EQ(Read("[S]\nk=1"), "1");
-    EXPECT_EQ(Read("[S]\nk=2"), "2");
+    for (int i = 1000; i < 1500; ++i) // several within one tick of the file system's clock
+        ASSERT_EQ(Read("[S]\nk=" + std::to_string(i)), std::to_string(i));
+}
+
+TEST_F(ReadIniText, ReadsASettledFileAgainInAnotherCodePage)
+{
+    using namespace std::chrono_literals;
+    EXPECT_EQ(Read("[S]\nk=\xF1"), "ñ");
+    std::filesystem::last_write_time(folder / "a.qlt",
+                                     std::filesystem::file_time_type::clock::now() - 60s);
+    EXPECT_EQ(platform::ReadIniText(folder / "a.qlt", "S", "k", 199), "ñ");
+    runtime::UseCodePage(1251);
+    EXPECT_EQ(platform::ReadIniText(folder / "a.qlt", "S", "k", 199), "с");
+    runtime::UseCodePage(1252);
 }
 
 } // namespace

@@ -90,6 +90,22 @@ TEST_F(Settings, AnUnchangedWriteDoesNothing)
     EXPECT_EQ(heldBack, 0);
 }
 
+TEST_F(Settings, WhatAnotherStoreWroteAlreadyIsNotWrittenAgain)
+{
+    IniSettings one(folder / "config");
+    IniSettings two(folder / "config");
+    one.Write("T", "S", "k", "v");
+    two.Write("T", "S", "k", "v");
+    one.Flush();
+    struct stat before {
+    }, after{};
+    ASSERT_EQ(stat(File().c_str(), &before), 0);
+    EXPECT_EQ(before.st_mode & 0777, 0600u) << "the owner's alone";
+    two.Flush();
+    ASSERT_EQ(stat(File().c_str(), &after), 0);
+    EXPECT_EQ(before.st_ino, after.st_ino);
+}
+
 TEST_F(Settings, TheWritesOfOneTurnAreOneRename)
 {
     IniSettings store(folder / "config");

@@ -171,6 +171,7 @@ TEST(TerminalDesktop, ASignalEndsAQuestion)
 {
     const auto ask = [](bool deferred) {
         return [deferred] {
+            std::signal(SIGINT, SIG_DFL); // a shell's background job starts with it ignored
             WatchForEndRequest();
             std::optional<EndDeferral> deferral;
             if (deferred)

@@ -1,3 +1,4 @@
+#include "platform/endrequest.h"
 #include "runtime/error.h"
 #include "shell/batch.h"
 #include "shell/globals.h"
@@ -6,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 
 namespace fs = std::filesystem;
@@ -129,7 +131,9 @@ TEST_F(Batch, NamesWithQuotesOrBlanksAtTheirEndsFail)
     AddSong("blank.mp3 ");
     RunBatch(QuoteArguments({Song("qu\"ote.mp3"), Song("blank.mp3 ")}));
     EXPECT_EQ(Rows(), RowList{});
-    EXPECT_NE(Summary().find("These MP3s couldn't be added/updated:"), std::string::npos);
+    EXPECT_NE(Summary().find("These MP3s couldn't be added/updated:\r\r" + Line("qu ote.mp3")),
+              std::string::npos);
+    EXPECT_NE(Summary().find(Line("blank.mp3")), std::string::npos);
 }
 
 TEST_F(Batch, NameThatHoldsTheSeparatorFallsInTwo)
@@ -155,6 +159,19 @@ TEST_F(Batch, AnyFileIsTakenWhateverItsName)
                      tests::Id3v2(tests::TextFrame("TIT2", "T")) + tests::Audio());
     RunBatch(QuoteArguments({Song("song.dat")}));
     EXPECT_EQ(Rows().size(), 1u);
+}
+
+TEST_F(Batch, EndThatASignalAsksForComesBehindTheFileAtHandAndTheSummary)
+{
+    AddSong("a.mp3");
+    AddSong("b.mp3");
+    desktop.doEvents = [] { platform::RequestEnd(SIGTERM); };
+    EXPECT_THROW(RunBatch(QuoteArguments({Song("a.mp3"), Song("b.mp3")})), platform::EndRequested);
+    platform::RequestEnd(0);
+    desktop.doEvents = {};
+    EXPECT_EQ(Rows().size(), 1u);
+    EXPECT_EQ(Summary(),
+              kDateLine + "  This MP3 was added correctly:\r\r" + Line("a.mp3") + "\r\r\n");
 }
 
 TEST_F(Batch, SummaryThatCannotBeWrittenIsAnError)

@@ -58,6 +58,7 @@ TEST_F(Language, TrailingNulsAreCut)
     EXPECT_EQ(TrimNull(""), "");
     Write(std::string_view("[S]\nk=a\0\0", 9));
     EXPECT_EQ(ReadIniValue("S", "k", "d"), "a");
+    EXPECT_EQ(ReadIniValue("S", "absent", std::string_view("d\0", 2)), "d");
 }
 
 TEST_F(Language, WithoutAFileEverythingIsEnglish)
