@@ -44,6 +44,8 @@ TEST_F(FieldTree, AnEmptyCatalogueGivesRootGroupsAndAHint)
     EXPECT_EQ(Keys("MP3s"), "ByTitle ByArtist ByAlbum ByYear ByComment ByGenre ByPath ByList ");
     EXPECT_EQ(form.TV.Count(), 9);
     EXPECT_EQ(Text("MP3s"), "MP3");
+    EXPECT_EQ(form.TV.Image(form.TV.Find("MP3s")), "closed");
+    EXPECT_EQ(form.TV.SelectedImage(form.TV.Find("MP3s")), "open");
     EXPECT_EQ(Text("ByTitle"), "By Title");
     EXPECT_EQ(Text("ByList"), "PlayLists");
     EXPECT_TRUE(form.TV.Expanded(form.TV.Find("MP3s")));
@@ -190,13 +192,19 @@ TEST_F(FieldTree, LoadSettingsDecideOnGroups)
     EXPECT_EQ(Keys("MP3s"), "ByArtist ByAlbum ByYear ByGenre ByPath ByList ");
 
     load[0] = true; // at the end of the root's children, not at its usual place
+    Add({"Two", "Blur", "", "", "", "", "/two.mp3"});
+    desktop.yields = 0;
     LoadTreeView(form, "Title");
+    EXPECT_EQ(desktop.yields, 2);          // those of one statement
+    EXPECT_EQ(Keys("ByArtist"), "#ABBA "); // the other fields stay as they are
     EXPECT_EQ(Keys("MP3s"), "ByArtist ByAlbum ByYear ByGenre ByPath ByList ByTitle ");
-    EXPECT_EQ(Keys("ByTitle"), "@ONE ");
+    EXPECT_EQ(Keys("ByTitle"), "@ONE @TWO ");
     EXPECT_THROW(LoadTreeView(form, "Title"), runtime::RuntimeError); // it stands there already
 
     load[1] = false;
+    desktop.yields = 0;
     LoadTreeView(form, "Artist");
+    EXPECT_EQ(desktop.yields, 0); // no statement
     EXPECT_EQ(Keys("MP3s"), "ByAlbum ByYear ByGenre ByPath ByList ByTitle ");
     EXPECT_EQ(form.TV.Find("#ABBA"), ui::kNoNode);
     EXPECT_THROW(LoadTreeView(form, "Artist"), runtime::RuntimeError);
@@ -288,7 +296,12 @@ TEST_F(FieldTree, RefreshingRebuildsAndExpandsTheRoot)
     LoadTreeView(form, "");
     Add({"One", "Abba", "", "", "", "", "/one.mp3"});
     EXPECT_EQ(Keys("ByTitle"), "");
+    std::string changes;
+    form.TV.expansionChanged = [&](ui::NodeId node) {
+        changes.append(form.TV.Key(node)).append(form.TV.Expanded(node) ? " opens" : " closes");
+    };
     RunCommand(form, "submnuRefreshTree");
+    EXPECT_EQ(changes, "MP3s closes"); // the nodes made anew come to the view as they are
     EXPECT_EQ(Keys("ByTitle"), "@ONE ");
     EXPECT_TRUE(form.TV.Expanded(form.TV.Find("MP3s")));
 }

@@ -116,8 +116,7 @@ TEST_F(ItemFill, ARecordThatMakesNoRowYieldsAsTheRowBeforeIt)
     for (int i = 0; i < 51; ++i)
         Add({"t", "Abba", "", "", "", "", "/m/" + std::to_string(i == 50 ? 3 : i)});
     MainForm &form = Loaded();
-    const auto records = catalogue::Records(
-        catalogue::DataAccess->ExecuteSQL("SELECT * FROM MP3s", catalogue::kSelect));
+    const auto records = AllRecords();
     std::vector<int> counts;
     desktop.onYield = [&] { counts.push_back(form.LV.Count()); };
     EXPECT_TRUE(FillItemList(form.LV, *records));
@@ -127,8 +126,7 @@ TEST_F(ItemFill, ARecordThatMakesNoRowYieldsAsTheRowBeforeIt)
 TEST_F(ItemFill, ARecordThatCannotBeReadGivesThePointerBack)
 {
     MainForm &form = Library();
-    const auto records = catalogue::Records(
-        catalogue::DataAccess->ExecuteSQL("SELECT * FROM MP3s", catalogue::kSelect));
+    const auto records = AllRecords();
     class Damaged : public catalogue::Recordset
     {
     public:
@@ -189,12 +187,43 @@ TEST_F(ItemFill, TheProgramMayBeEndedWhileTheListFills)
 TEST_F(ItemFill, ClosingTheOwnerEndsTheFill)
 {
     Library();
-    const auto records = catalogue::Records(
-        catalogue::DataAccess->ExecuteSQL("SELECT * FROM MP3s", catalogue::kSelect));
+    const auto records = AllRecords();
     int asked = 0;
     EXPECT_FALSE(FillItemList(Form().LV, *records, [&] { return ++asked < 2; }));
     EXPECT_EQ(Form().LV.Count(), 2);
     EXPECT_EQ(desktop.pointers.back(), Pointer::Normal);
+}
+
+TEST_F(ItemFill, AResultIsTakenFromItsFirstRecord)
+{
+    MainForm &form = Library();
+    const auto records = AllRecords();
+    records->MoveNext();
+    records->MoveNext();
+    EXPECT_TRUE(FillItemList(form.LV, *records));
+    EXPECT_EQ(form.LV.Count(), 3);
+}
+
+// Behind the last row as well: the column that this click would hide is the newer one's.
+TEST_F(ItemFill, ANewerClickKeepsItsColumnsAtEachYield)
+{
+    for (int at = 1; at <= 3; ++at) {
+        SCOPED_TRACE(at);
+        ResetMainForm();
+        catalogue::DataAccess->ExecuteSQL("DELETE FROM MP3s", catalogue::kDelete);
+        MainForm &form = Library();
+        int yields = 0;
+        desktop.onYield = [&] {
+            if (++yields == at)
+                form.TV.MoveTo(form.TV.Find("ByArtist"));
+        };
+        form.TV.MoveTo(form.TV.Find("@ONE"));
+        desktop.onYield = nullptr;
+        EXPECT_GE(yields, at);
+        EXPECT_EQ(Rows(), "#ABBA:Abba #BLUR:Blur ");
+        EXPECT_EQ(Columns(), "Icon=300 Title=3200 ");
+        EXPECT_EQ(form.WEPath.Caption(), "MP3/By Artist");
+    }
 }
 
 TEST_F(ItemFill, ANewerClickTakesTheListOver)

@@ -179,6 +179,14 @@ TEST_F(ItemList, ClicksInTheTree)
              f.TV.ClickExpander(f.TV.Find("ByAlbum"));
          },
          "/0:Three ", false, false},
+        {"a minus sign elsewhere lists the selected open group again",
+         [](MainForm &f) {
+             f.TV.ClickExpander(f.TV.Find("ByArtist"));
+             f.TV.ClickExpander(f.TV.Find("ByAlbum"));
+             f.TV.Select(f.TV.Find("ByArtist"));
+             f.TV.ClickExpander(f.TV.Find("ByAlbum"));
+         },
+         "#ABBA:Abba #BLUR:Blur ", false, false},
         {"the plus sign's mark is used up: a move by key lists",
          [](MainForm &f) {
              f.TV.ClickExpander(f.TV.Find("ByAlbum"));
@@ -253,6 +261,71 @@ TEST_F(ItemList, TheSecondEventOfAClickReusesTheRows)
     EXPECT_EQ(form.LV.Filling(), before + 3);
 }
 
+// What stands in the list, or which node is selected, may have changed between the two.
+TEST_F(ItemList, TheSecondEventOfAClickLooksAgainWhereItMust)
+{
+    MainForm &form = Library();
+    const auto before = form.LV.Filling();
+    const auto clickAbba = [&](const std::function<void()> &between) {
+        form.TV.onNodeClick = [&](ui::NodeId) {
+            ItemClick(form, form.TV);
+            between();
+        };
+        Click("#ABBA");
+    };
+    clickAbba([] {});
+    EXPECT_EQ(form.LV.Filling(), before + 1);
+    clickAbba([&form] { form.LV.ClearRows(); });
+    EXPECT_EQ(form.LV.Filling(), before + 4);
+    EXPECT_EQ(Rows(), "/0:One /1:Two ");
+    clickAbba([&form] { form.TV.Select(form.TV.Find("#BLUR")); });
+    EXPECT_EQ(Rows(), "/0:Three ");
+    EXPECT_EQ(form.WEPath.Caption(), "MP3/By Artist/Blur");
+}
+
+TEST_F(ItemList, AnotherWindowsListShowsItsOwnGroups)
+{
+    MainForm &form = Library();
+    MarkList();
+    ui::KeyedList other;
+    other.AddRow("ByArtist", "", "", {});
+    other.AddRow("/0", "", "", {});
+    other.SelectOnly(0);
+    ItemClick(form, other);
+    EXPECT_EQ(Rows(), "mark: ");
+    ASSERT_EQ(other.Count(), 2);
+    EXPECT_EQ(other.Columns().size(), 2U);
+    other.SelectOnly(other.Find("#BLUR"));
+    ItemClick(form, other); // the files of a value stand in the main window
+    EXPECT_EQ(Rows(), "/0:Three ");
+    EXPECT_EQ(other.Count(), 2);
+
+    const ui::KeyedList *playedFrom = nullptr;
+    form.notBuilt.clear();
+    form.calls.playMP3File = [&](std::string_view, ui::KeyedList &list) { playedFrom = &list; };
+    EXPECT_TRUE(FillItemList(other, *AllRecords()));
+    other.SelectOnly(0);
+    ItemClick(form, other);
+    EXPECT_EQ(playedFrom, &other);
+    EXPECT_EQ(other.Count(), 3);
+}
+
+TEST_F(ItemList, ShowingTheItemsOfANode)
+{
+    MainForm &form = Library();
+    const ui::NodeId configuration = form.TV.Add(form.TV.Find("MP3s"), "Configuration", "x");
+    form.TV.Add(configuration, "&y", "y");
+    MarkList();
+    ShowItems(form, configuration, form.LV);
+    EXPECT_EQ(Rows(), "mark: ");
+    ShowItems(form, form.TV.Find("ByYear"), form.LV);
+    EXPECT_EQ(Rows(), "?: ?1976:1976 ");
+    EXPECT_EQ(form.LV.Text(1), "");
+    EXPECT_EQ(form.LV.SubItem(1, "Title"), "1976");
+    ShowItems(form, form.TV.Find("?1976"), form.LV); // a node without children
+    EXPECT_EQ(Rows(), "");
+}
+
 TEST_F(ItemList, EveryClickDisablesTheFileCommandsAndAFileRowEnablesThem)
 {
     MainForm &form = Library();
@@ -266,6 +339,10 @@ TEST_F(ItemList, EveryClickDisablesTheFileCommandsAndAFileRowEnablesThem)
         EXPECT_TRUE(form.FindButton(name)->Enabled()) << name;
     }
     EXPECT_TRUE(form.ShowSelectedItems.Enabled());
+    form.LV.onDblClick(); // plays the file, and yet
+    EXPECT_FALSE(form.FindButton("submnuRename")->Enabled());
+    form.LV.onClick();
+    EXPECT_TRUE(form.FindButton("submnuRename")->Enabled());
     form.TV.ClickExpander(form.TV.Find("ByAlbum"));
     EXPECT_FALSE(form.FindButton("submnuRename")->Enabled());
     Click("ByArtist");
@@ -278,8 +355,15 @@ TEST_F(ItemList, ADoubleClickOpensAValueAndPlaysAFile)
 {
     MainForm &form = Library();
     Click("ByArtist");
+    form.ImgIcon.SetImage("M3U"); // as a play list leaves it
     form.LV.SelectOnly(form.LV.Find("#BLUR"));
+    std::string heading; // as the first yield of the filling shows it
+    desktop.onYield = [&] {
+        if (heading.empty())
+            heading = form.lblWebFolder.Caption() + "|" + form.WEPath.Caption();
+    };
     form.LV.onDblClick();
+    EXPECT_EQ(heading, "Blur|MP3/By Artist/Blur");
     EXPECT_EQ(Rows(), "/0:Three ");
     EXPECT_EQ(form.lblWebFolder.Caption(), "Blur");
     EXPECT_EQ(form.WEPath.Caption(), "MP3/By Artist/Blur");
@@ -310,9 +394,17 @@ TEST_F(ItemList, APlayListIsListedOnceThatIsBuilt)
     EXPECT_EQ(form.WEPath.Caption(), "MP3/PlayLists/mine");
     std::string listed;
     form.notBuilt.erase("PlayListFile");
-    form.calls.listPlayList = [&](std::string_view name) { listed = name; };
+    form.calls.listPlayList = [&](std::string_view name) {
+        listed = name;
+        desktop.SetPointer(Pointer::Hourglass);
+        desktop.yields = 0;
+    };
+    form.WEPath.SetCaption("before");
     form.TV.MoveTo(form.TV.Find("&mine"));
     EXPECT_EQ(listed, "mine");
+    EXPECT_EQ(desktop.pointers.back(), Pointer::Normal);
+    EXPECT_EQ(desktop.yields, 1);
+    EXPECT_EQ(form.WEPath.Caption(), "MP3/PlayLists/mine");
 }
 
 TEST_F(ItemList, ADoubleClickOnAPlayListsRowPlaysTheEntry)

@@ -32,6 +32,12 @@ protected:
         return columns;
     }
 
+    catalogue::RecordsetPtr AllRecords()
+    {
+        return catalogue::Records(
+            catalogue::DataAccess->ExecuteSQL("SELECT * FROM MP3s", catalogue::kSelect));
+    }
+
     // A row on which no statement of a click leaves its mark.
     void MarkList()
     {

@@ -145,6 +145,25 @@ TEST(KeyedList, SortsWithoutCaseAccentsBesideTheirLetterNumbersAsText)
     }
 }
 
+TEST(KeyedList, ManyEqualRowsKeepTheirOrderToo)
+{
+    for (const bool descending : {false, true}) {
+        KeyedList list;
+        list.SetSort(1, descending);
+        {
+            const ui::ListUpdate update(list);
+            for (int i = 0; i < 200; ++i)
+                AddTitle(list, i % 2 == 0 ? "a" : "B");
+        }
+        for (int i = 1; i < 200; ++i) {
+            if (i != 100) {
+                EXPECT_EQ(list.RowAt(i), list.RowAt(i - 1) + 2) << i;
+            }
+        }
+        EXPECT_EQ(list.RowAt(0), descending ? 1 : 0);
+    }
+}
+
 TEST(KeyedList, StaysSortedWhenFilledAnew)
 {
     KeyedList list;
