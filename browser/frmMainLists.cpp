@@ -34,9 +34,8 @@ std::string SubItemOrEmpty(const ui::KeyedList &list, ui::RowId row, std::string
 // The path of a file's row; empty for other rows.
 std::string FileOfRow(const ui::KeyedList &list, ui::RowId row)
 {
-    if (!list.Key(row).starts_with(kFileMarker) || list.SubItemCount(row) < 2)
-        return {};
-    return SubItemOrEmpty(list, row, "Path");
+    return list.Key(row).starts_with(kFileMarker) ? SubItemOrEmpty(list, row, "Path")
+                                                  : std::string();
 }
 
 // Title, artist and kind: what a row is, for one who hears it.

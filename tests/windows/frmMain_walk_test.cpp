@@ -6,6 +6,7 @@
 #include <QHeaderView>
 #include <QScreen>
 #include <QToolBar>
+#include <QWheelEvent>
 
 namespace tests
 {
@@ -25,6 +26,11 @@ void ExpectStrip(const QImage &popup)
     EXPECT_GT(popup.pixelColor(kLeft, 3).blue(), 240);
     EXPECT_NEAR(popup.pixelColor(kLeft, popup.height() / 2).blue(), 128, 8);
     EXPECT_LT(popup.pixelColor(kLeft, 3).red() + popup.pixelColor(kLeft, 3).green(), 10);
+    int icon = 0; // of its sixteen pixels' square
+    for (int y = foot - 16; y < foot; ++y)
+        for (int x = 5; x < 21; ++x)
+            icon += popup.pixelColor(x, y).red() > 60 ? 1 : 0;
+    EXPECT_GT(icon, 20);
     int white = 0, highest = foot;
     for (int y = 0; y < foot - 18; ++y)
         for (int x = 1; x < 2 * kMiddle; ++x)
@@ -141,6 +147,51 @@ TEST_F(MainWindowTest, WhatIsNotBuiltIsDisabledEverywhere)
     for (const QAction *action : popup->actions())
         EXPECT_TRUE(action->isSeparator() || !action->isEnabled());
     popup->close();
+
+    // By key it opens for all selected rows, and as often as one likes.
+    Form().LV.SetSelected(0, true);
+    LV().setFocus();
+    ASSERT_TRUE(WaitUntil([] { return QApplication::focusWindow() != nullptr; }));
+    PressKey("Shift+F10");
+    ASSERT_TRUE(WaitUntil([popup] { return popup->isVisible(); }));
+    ExpectStrip(Screenshot(*popup));
+    EXPECT_EQ(Form().LV.SelectedCount(), 2);
+    popup->close();
+}
+
+TEST_F(MainWindowTest, RowsAreToldByTitleArtistAndKind)
+{
+    EncodeFour();
+    Start();
+    desktop.ExpectBox("There were some 'mistakes'", Answer::No);
+    Regenerate();
+    const auto told = [this](int row) {
+        return LV().Model().index(row, 0).data(Qt::AccessibleTextRole).toString();
+    };
+    ClickNode("ByArtist");
+    EXPECT_EQ(told(1), QStringLiteral("Bill Evans, Artist Folder"));
+    ClickNode("ByTitle");
+    EXPECT_EQ(told(0), QStringLiteral("Title Folder"));
+    ClickExpander("ByArtist");
+    LetRun(QApplication::doubleClickInterval() + 50);
+    ClickNode("#MILES DAVIS");
+    EXPECT_EQ(told(0), QStringLiteral("So What, Miles Davis, MP3 File"));
+}
+
+TEST_F(MainWindowTest, TheListsWheelPutsThePanelInFront)
+{
+    Start();
+    int raised = 0;
+    Form().calls.raisePanel = [&raised] { ++raised; };
+    const QPointF at(30, 60);
+    QWheelEvent wheel(at, LV().viewport()->mapToGlobal(at), {}, {0, -120}, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(LV().viewport(), &wheel);
+    EXPECT_GE(raised, 1);
+    raised = 0;
+    browser::UnhookList(Form());
+    QApplication::sendEvent(LV().viewport(), &wheel);
+    EXPECT_EQ(raised, 0);
 }
 
 // A window system that keeps to itself where a window is.

@@ -138,11 +138,18 @@ TEST_F(ListViewTest, DoubleClickAndEnter)
     events.clear();
     tests::PressKey("Return");
     EXPECT_EQ(events, "DblClick;");
+    events.clear();
+    tests::PressKey("Ctrl+Return");
+    EXPECT_EQ(events, "");
+    list.SetSelection({}, ui::kNoRow);
+    tests::PressKey("Return");
+    EXPECT_EQ(events, "");
 }
 
 TEST_F(ListViewTest, HeaderSortsAndShowsItsArrow)
 {
     const QHeaderView &header = *view.header();
+    EXPECT_FALSE(header.isSortIndicatorShown()); // nothing is sorted yet
     const QPoint title(header.sectionViewportPosition(1) + 20, header.height() / 2);
     tests::ClickAt(*header.viewport(), title);
     EXPECT_EQ(events, "ColumnClick 2;");
@@ -169,9 +176,10 @@ TEST_F(ListViewTest, WidthsPositionsAndHiddenColumns)
     EXPECT_EQ(view.header()->sectionSize(1), 160);
     list.SetColumnWidth("Title", 0);
     EXPECT_TRUE(view.header()->isSectionHidden(1));
-    list.SetColumnWidth("Title", 1500);
+    list.SetColumnWidth("Title", 1507);
     EXPECT_FALSE(view.header()->isSectionHidden(1));
     EXPECT_EQ(view.header()->sectionSize(1), 100);
+    EXPECT_EQ(list.Columns()[1].widthTwips, 1507); // not what the pixels make of it
     list.SetColumnPosition("Path", 2);
     EXPECT_EQ(view.header()->visualIndex(2), 1);
     Fill();
@@ -211,6 +219,14 @@ TEST_F(ListViewTest, TypingFindsARowByItsFirstVisibleText)
     tests::TypeText("bl");
     EXPECT_EQ(Selection(), "/3");
     EXPECT_EQ(events, "ItemClick;Click;"); // the second letter stays on the row
+    tests::LetRun(QApplication::keyboardInputInterval() + 50);
+    const std::string_view cells[] = {"Body and Soul", "/music/body.mp3"};
+    list.AddRow("/4", "", "MP3", cells);
+    list.SelectOnly(3);
+    tests::TypeText("b");
+    EXPECT_EQ(Selection(), "/4"); // the next one
+    tests::TypeText("b");
+    EXPECT_EQ(Selection(), "/3"); // the same letter again goes round
     list.SetColumnWidth("Title", 0);
     tests::LetRun(QApplication::keyboardInputInterval() + 50);
     tests::TypeText("/music/so");
@@ -221,6 +237,12 @@ TEST_F(ListViewTest, SelectionFromCodeShows)
 {
     list.SelectOnly(2);
     EXPECT_TRUE(view.selectionModel()->isRowSelected(2, {}));
+    list.SetSelected(0, true);
+    EXPECT_TRUE(view.selectionModel()->isRowSelected(0, {}));
+    EXPECT_FALSE(view.selectionModel()->isRowSelected(1, {}));
+    EXPECT_TRUE(view.selectionModel()->isRowSelected(2, {}));
+    EXPECT_FALSE(view.selectionModel()->isRowSelected(3, {}));
+    EXPECT_EQ(view.currentIndex().row(), 0);
     list.DeselectAll();
     EXPECT_FALSE(view.selectionModel()->hasSelection());
     EXPECT_EQ(events, "");
@@ -268,6 +290,28 @@ TEST_F(ListViewTest, CutTextHasATipThatShowsItAsItStands)
     }
 }
 
+TEST_F(ListViewTest, TheSelectedRowComesIntoView)
+{
+    list.SetPlace({0, 0, 9000, 1200}); // fewer pixels than four rows need
+    tests::LetRun(20);
+    list.SelectOnly(3);
+    EXPECT_TRUE(view.viewport()->rect().contains(Row(3)));
+    list.SelectOnly(0);
+    EXPECT_TRUE(view.viewport()->rect().contains(Row(0)));
+}
+
+TEST_F(ListViewTest, APartOfItsPlaceIsLeftToAnotherControl)
+{
+    const int whole = view.width(), left = view.x();
+    view.SetLeftInset(16);
+    EXPECT_EQ(view.width(), whole - 16);
+    EXPECT_EQ(view.x(), left + 16);
+    list.SetPlace({0, 0, 8400, 4500}); // 40 pixels less
+    EXPECT_EQ(view.width(), whole - 40 - 16);
+    view.SetLeftInset(0);
+    EXPECT_EQ(view.width(), whole - 40);
+}
+
 TEST_F(ListViewTest, FilesAreDraggedAsAddressesOfTheirBytes)
 {
     const std::string_view cells[] = {"Caf\xE9", "/music/Caf\xE9 #1.mp3"};
@@ -305,6 +349,7 @@ TEST_F(ListViewTest, OldRowsStayOnTheScreenDuringAFill)
     {
         const ui::ListUpdate update(list);
         list.ClearRows();
+        view.viewport()->update(); // as when another window went off it
         tests::LetRun(60);
         EXPECT_EQ(tests::Screenshot(view), before);
     }

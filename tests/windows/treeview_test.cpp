@@ -1,10 +1,12 @@
 #include "tests/windows/bench.h"
+#include "ui/qt/icons.h"
 #include "ui/qt/treeview.h"
 
 #include <gtest/gtest.h>
 
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QToolTip>
 
 namespace
@@ -84,6 +86,94 @@ TEST_F(TreeViewTest, ClickBesideTheNodesIsClickOnly)
 {
     ClickOn({20, view.viewport()->height() - 5});
     EXPECT_EQ(events, "Click;");
+}
+
+TEST_F(TreeViewTest, OtherButtonsDoNothing)
+{
+    tree.Select(tree.Find("MP3s"));
+    for (const auto button : {Qt::RightButton, Qt::MiddleButton}) {
+        tests::ClickAt(*view.viewport(), TextOf("ByArtist"), button);
+        tests::ClickAt(*view.viewport(), ExpanderOf("ByArtist"), button);
+        tests::ClickAt(*view.viewport(), {20, view.viewport()->height() - 5}, button);
+    }
+    EXPECT_EQ(events, "");
+    EXPECT_EQ(Selected(), "MP3s");
+    EXPECT_EQ(view.currentIndex(), view.Model().IndexOf(tree.Find("MP3s")));
+}
+
+TEST_F(TreeViewTest, APressThatIsLetGoElsewhereIsNoClick)
+{
+    tree.Select(tree.Find("MP3s"));
+    const auto mouse = [this](QEvent::Type type, QPoint at) {
+        QMouseEvent event(type, at, view.viewport()->mapToGlobal(at), Qt::LeftButton,
+                          type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,
+                          Qt::NoModifier);
+        QApplication::sendEvent(view.viewport(), &event);
+    };
+    const auto marked = [this] { return ui::qt::TreeModel::NodeAt(view.currentIndex()); };
+    mouse(QEvent::MouseButtonPress, TextOf("ByArtist"));
+    EXPECT_EQ(marked(), tree.Find("ByArtist")); // under the finger
+    mouse(QEvent::MouseMove, TextOf("ByYear"));
+    EXPECT_EQ(marked(), tree.Find("ByArtist"));
+    mouse(QEvent::MouseButtonRelease, TextOf("ByYear"));
+    EXPECT_EQ(marked(), tree.Find("MP3s"));
+    EXPECT_EQ(view.selectionModel()->selectedIndexes(), QModelIndexList{view.currentIndex()});
+    EXPECT_EQ(events, "");
+    mouse(QEvent::MouseButtonPress, TextOf("ByArtist"));
+    mouse(QEvent::MouseButtonRelease, {20, view.viewport()->height() - 5});
+    mouse(QEvent::MouseButtonPress, {20, view.viewport()->height() - 5});
+    mouse(QEvent::MouseButtonRelease, TextOf("ByArtist"));
+    EXPECT_EQ(events, "");
+    EXPECT_EQ(marked(), tree.Find("MP3s"));
+}
+
+TEST_F(TreeViewTest, TheSelectedNodeHasItsOwnPictureAndTheOneBeforeIsDrawnAgain)
+{
+    const auto looksLike = [this](const char *key, const char *image) {
+        const auto picture = [](const QIcon &icon) { return icon.pixmap(16).toImage(); };
+        const QModelIndex index = view.Model().IndexOf(tree.Find(key));
+        return picture(index.data(Qt::DecorationRole).value<QIcon>()) ==
+               picture(ui::qt::Icon(image));
+    };
+    EXPECT_FALSE(ui::qt::Icon("open").isNull());
+    tree.Select(tree.Find("ByArtist"));
+    EXPECT_TRUE(looksLike("ByArtist", "open"));
+    EXPECT_TRUE(looksLike("ByYear", "closed"));
+    EXPECT_FALSE(looksLike("ByYear", "open"));
+    std::vector<ui::NodeId> drawn;
+    QObject::connect(
+        &view.Model(), &QAbstractItemModel::dataChanged, &view,
+        [&](const QModelIndex &index) { drawn.push_back(ui::qt::TreeModel::NodeAt(index)); });
+    tree.Select(tree.Find("ByYear"));
+    EXPECT_EQ(drawn, (std::vector<ui::NodeId>{tree.Find("ByArtist"), tree.Find("ByYear")}));
+    EXPECT_TRUE(looksLike("ByArtist", "closed"));
+}
+
+TEST_F(TreeViewTest, KeysAtTheEndsOfTheTree)
+{
+    const struct {
+        const char *name, *node, *key, *events;
+    } cases[] = {
+        {"left at the root, which is closed", "MP3s", "Left", ""},
+        {"right at a leaf", "?", "Right", ""},
+        {"right at a leaf that code has expanded", "#Dave Brubeck", "Right", ""},
+        {"enter at a leaf", "?", "Return", ""},
+        {"minus at a closed group", "ByYear", "-", ""},
+        {"plus at an open group", "ByArtist", "Shift++", ""},
+        {"left at a leaf", "#Dave Brubeck", "Left", "NodeClick ByArtist;"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        for (const char *open : {"MP3s", "ByArtist", "#Dave Brubeck"})
+            tree.SetExpanded(tree.Find(open), true);
+        tree.SetExpanded(tree.Find("ByYear"), c.node == std::string("?"));
+        tree.Select(tree.Find(c.node));
+        if (c.node == std::string("MP3s"))
+            tree.SetExpanded(tree.Find("MP3s"), false);
+        events.clear();
+        tests::PressKey(c.key);
+        EXPECT_EQ(events, c.events);
+    }
 }
 
 TEST_F(TreeViewTest, MoveByKeyIsNodeClickOnly)
