@@ -10,6 +10,7 @@
 #include "tests/support/mp3bytes.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <filesystem>
 
@@ -37,6 +38,27 @@ struct LyricsImport : tests::LibraryFixture {
         tests::WriteFile(Song(name), kOld);
         std::string reason;
         ASSERT_EQ(catalogue::AddOrUpdateMP3(Song(name), reason), catalogue::kAdded);
+    }
+
+    void Duplicate(const std::string &name)
+    {
+        const std::string none;
+        catalogue::DataAccess->ExecuteSQL(
+            "AddMP3", catalogue::kStoredInsert,
+            std::vector<catalogue::Value>{"One", "Mine", none, none, none, none, none, Song(name),
+                                          std::int64_t{1}});
+    }
+
+    // Makes a stored query fail. To be called ahead of every statement.
+    void Break(const std::string &query) const
+    {
+        sqlite3 *db = nullptr;
+        ASSERT_EQ(sqlite3_open((folder / "app/MP3s.mdb").c_str(), &db), SQLITE_OK);
+        const std::string change =
+            "UPDATE StoredQueries SET Statement = 'UPDATE Absent SET x = 1' WHERE Name = '" +
+            query + "'";
+        EXPECT_EQ(sqlite3_exec(db, change.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+        EXPECT_EQ(sqlite3_close(db), SQLITE_OK);
     }
 
     std::string Text(const std::string &name, std::string_view bytes) const
@@ -167,11 +189,7 @@ TEST_F(LyricsImport, ProgressWordsInTheirOrder)
 TEST_F(LyricsImport, DuplicatesGetThemAndKeepTheirArtist)
 {
     Add("Song.mp3");
-    catalogue::DataAccess->ExecuteSQL(
-        "AddMP3", catalogue::kStoredInsert,
-        std::vector<catalogue::Value>{std::string("One"), std::string("Mine"), std::string(),
-                                      std::string(), std::string(), std::string(), std::string(),
-                                      Song("Song.mp3"), std::int64_t{1}});
+    Duplicate("Song.mp3");
     desktop.ExpectBox("The lyrics were added correctly.");
     catalogue::AddLyricsFromTXT(Text("Song.txt", "La"));
     EXPECT_EQ(Rows(), (RowList{"One||||||La|~/Song.mp3||0", "One|Mine|||||La|~/Song.mp3||1"}));
@@ -229,6 +247,29 @@ TEST_F(LyricsImport, ASongThatIsGone)
     catalogue::AddLyricsFromTXT(Text("Song.txt", "La"));
 }
 
+// Of the two queries one fails, which is told; the other one runs all the same.
+TEST_F(LyricsImport, OwnRowThatCannotBeUpdated)
+{
+    Break("Edit1");
+    Add("Song.mp3");
+    Duplicate("Song.mp3");
+    desktop.ExpectBox("\r\tEdit1");
+    desktop.ExpectBox("The lyrics were added correctly.");
+    catalogue::AddLyricsFromTXT(Text("Song.txt", "La"));
+    EXPECT_EQ(Rows(), (RowList{"One|||||||~/Song.mp3||0", "One|Mine|||||La|~/Song.mp3||1"}));
+}
+
+TEST_F(LyricsImport, DuplicatesThatCannotBeUpdated)
+{
+    Break("Edit2");
+    Add("Song.mp3");
+    Duplicate("Song.mp3");
+    desktop.ExpectBox("\r\tEdit2");
+    desktop.ExpectBox("The lyrics were added correctly.");
+    catalogue::AddLyricsFromTXT(Text("Song.txt", "La"));
+    EXPECT_EQ(Rows(), (RowList{"One||||||La|~/Song.mp3||0", "One|Mine||||||~/Song.mp3||1"}));
+}
+
 // The catalogue goes while the song is rewritten: the song has its lyrics, and the user knows.
 TEST_F(LyricsImport, ACatalogueThatCannotBeWritten)
 {
@@ -237,7 +278,7 @@ TEST_F(LyricsImport, ACatalogueThatCannotBeWritten)
         if (shell::TheGlobals().lblProgress.Caption() == "Creating the ID3v1 Tag")
             catalogue::DataAccess->DataBaseName = "Absent";
     };
-    desktop.ExpectBox("Absent.mdb' is not there.");
+    desktop.ExpectBox("Absent.mdb' is not there.\r\tEdit1");
     desktop.ExpectBox("The lyrics were added correctly.");
     catalogue::AddLyricsFromTXT(Text("Song.txt", "La\r\nla \xE9"));
     desktop.doEvents = nullptr;

@@ -10,6 +10,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 
@@ -253,9 +254,11 @@ TEST_F(TagFaults, AHeldSongIsWaitedForUntilTheOtherProgramLetsGo)
         files.held = held;
         files.busy = 10'000;
         const int yieldsBefore = m_desk.yields;
+        const std::int64_t msBefore = m_desk.steadyMs;
         EXPECT_TRUE(Edit());
         EXPECT_EQ(files.busy, -1);
         EXPECT_GT(m_desk.yields - yieldsBefore, 10'000);
+        EXPECT_GT(m_desk.steadyMs - msBefore, 100'000); // it leaves time to the other
         EXPECT_TRUE(m_desk.boxes.empty());
         EXPECT_TRUE(ReadFile(m_path) == kNew);
         EXPECT_FALSE(fs::exists(m_path + ".bck"));

@@ -1,0 +1,262 @@
+// The state that a pass leaves belongs to a file: what an edit does when another file was read
+// since, or when the song has changed or gone.
+#include "metadata/tagwriter.h"
+#include "shell/globals.h"
+#include "tests/metadata/songedit.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+using tests::Audio;
+using tests::Frame3;
+using tests::GenreAndTrack;
+using tests::ReadFile;
+using tests::ReadPass;
+using tests::Tag;
+using tests::Tag1;
+using tests::Z;
+
+class ChangedSong : public tests::SongEdit
+{
+};
+
+TEST_F(ChangedSong, AnotherSongReadAtEveryYield)
+{
+    const std::string other = m_desk.program / "other.mp3";
+    tests::WriteFile(other, Tag(3, Frame3("TIT2", "Other") + std::string(777, 'x')) + Audio(900) +
+                                Tag1("Other", "", "", "", "", 9, 9));
+    m_desk.onEvents = [&] { ReadPass(other); };
+    shell::TheGlobals().BackUpFiles = true;
+    const std::string old = Frame3("TIT2", "Old") + Frame3("PRIV", "kept");
+    const std::string image = Tag1("One", "", "", "", "", 3, 17);
+    Song(Tag(3, old) + Audio() + image);
+    ReadPass(other); // also between the two
+    m_pass.v2.Title = "New";
+    EXPECT_TRUE(Save(true, true));
+    ExpectSong(Tag(3, Frame3("TIT2", "New") + GenreAndTrack() + Frame3("PRIV", "kept")) + Audio() +
+               image);
+    EXPECT_TRUE(ReadPass(m_path).v2.Title == "New");
+    ReadPass(other);
+    m_pass.v1.Title = "Two";
+    m_old = m_pass = ReadPass(m_path);
+    m_pass.v1.Title = "Two";
+    EXPECT_TRUE(Save(true, false)); // the ID3v2 tag goes: the long way
+    ExpectSong(Audio() + Tag1("Two", "", "", "", "", 3, 17));
+}
+
+TEST_F(ChangedSong, TheSameRecordAsOldAndNewAfterAnotherSong)
+{
+    tests::WriteFile(m_desk.program / "other.mp3", Audio());
+    Song(Tag(3, Frame3("USLT", Z("eng\0old"))) + Audio());
+    m_pass.v2.Lyrics = "new";
+    ReadPass(m_desk.program / "other.mp3");
+    EXPECT_TRUE(metadata::SaveTag(m_pass.v1, m_pass.v2, m_pass.v1, m_pass.v2, m_path, false, true,
+                                  nullptr));
+    ExpectSong(
+        Tag(3, Frame3("TCON", "(255)") + Frame3("USLT", Z("\0\0\0\0new")) + Frame3("TRCK", "0")) +
+        Audio());
+}
+
+TEST_F(ChangedSong, ManyOtherSongsLaterTheTagsDecide)
+{
+    Song(Tag(3, Frame3("TIT2", "Old")) + Audio());
+    for (int i = 0; i < 100; ++i)
+        ReadPass(m_desk.program / std::to_string(i));
+    m_pass.v2.Title = "New";
+    EXPECT_TRUE(Save(false, true));
+    ExpectSong(Tag(3, Frame3("TIT2", "New") + GenreAndTrack()) + Audio());
+
+    const struct {
+        std::string before, changed;
+    } cases[] = {{Frame3("TIT2", "Old"), Frame3("TIT2", "Changed")},
+                 {"", Frame3("TPE1", "Changed")},
+                 {"", Frame3("TALB", "Changed")},
+                 {"", Frame3("TYER", "1999")},
+                 {"", Frame3("TCON", "(17)")},
+                 {"", Frame3("TRCK", "7")},
+                 {"", Frame3("COMM", Z("eng\0Changed"))},
+                 {"", Frame3("USLT", Z("eng\0Changed"))}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.changed);
+        const std::string changed = Tag(3, c.changed) + Audio();
+        Song(Tag(3, c.before) + Audio());
+        tests::WriteFile(m_path, changed);
+        for (int i = 0; i < 100; ++i)
+            ReadPass(m_desk.program / std::to_string(i));
+        m_pass.v2.Title = "New";
+        m_desk.boxes.clear();
+        EXPECT_FALSE(Save(false, true));
+        EXPECT_EQ(m_desk.boxes.size(), 1u);
+        EXPECT_TRUE(ReadFile(m_path) == changed);
+    }
+}
+
+// A program that changes the song `atYield` yields into the edit (0 = before it).
+TEST_F(ChangedSong, ASongChangedInBetweenIsNotOverwritten)
+{
+    tests::WriteFile(m_desk.program / "other.mp3", Audio());
+    shell::TheGlobals().BackUpFiles = true;
+    const std::string changed = Tag(3, Frame3("TIT2", "Theirs")) + Audio(6000);
+    int told = 0;
+    for (const bool otherBetween : {false, true})
+        for (int atYield = 0; atYield < 200; ++atYield) {
+            Song(Tag(3, Frame3("TIT2", "Old")) + Audio());
+            m_desk.boxes.clear();
+            m_desk.yields = 0;
+            m_desk.onEvents = [&] {
+                if (m_desk.yields == atYield)
+                    tests::WriteFile(m_path, changed);
+            };
+            if (otherBetween)
+                ReadPass(m_desk.program / "other.mp3");
+            if (atYield == 0)
+                tests::WriteFile(m_path, changed);
+            m_pass.v2.Title = "New";
+            const bool result = Save(false, true);
+            m_desk.onEvents = nullptr;
+            EXPECT_FALSE(fs::exists(m_path + ".bck"));
+            if (m_desk.yields < atYield)
+                break;
+            EXPECT_TRUE(ReadFile(m_path) == changed) << atYield;
+            if (result) // changed when all was done
+                continue;
+            ++told;
+            ASSERT_EQ(m_desk.boxes.size(), 1u) << atYield;
+            EXPECT_TRUE(m_desk.boxes[0].find("was changed by another program") !=
+                        std::string::npos);
+        }
+    EXPECT_GT(told, 100);
+}
+
+TEST_F(ChangedSong, ASongReplacedByOneOfTheSameSizeIsNotOverwritten)
+{
+    const std::string theirs = Tag(3, Frame3("TIT2", "Odd")) + Audio();
+    for (const char *step : {"", "Writing the new MP3 file"}) {
+        ui::Label label;
+        Song(Tag(3, Frame3("TIT2", "Old")) + Audio());
+        m_desk.onEvents = [&] {
+            if (label.Caption() != step || fs::exists(m_path + ".bck"))
+                return;
+            tests::WriteFile(m_path + ".new", theirs);
+            fs::rename(m_path + ".new", m_path);
+        };
+        m_pass.v2.Title = "New";
+        m_desk.boxes.clear();
+        EXPECT_FALSE(Save(false, true, &label));
+        m_desk.onEvents = nullptr;
+        ASSERT_EQ(m_desk.boxes.size(), 1u);
+        EXPECT_NE(m_desk.boxes[0].find("was changed by another program"), std::string::npos);
+        EXPECT_TRUE(ReadFile(m_path) == theirs);
+    }
+}
+
+// Before the copy is written nothing of the edit has gone anywhere, the catalogue included.
+TEST_F(ChangedSong, ASongChangedBeforeItsCopyIsWrittenStaysInTheCatalogueAsItIs)
+{
+    shell::TheGlobals().BackUpFiles = true;
+    shell::TheGlobals().UpdateDBAfterEditing = true;
+    int updates = 0;
+    metadata::TheTagWriterHooks().updateCatalogue = [&](const metadata::ID3v2Tag &,
+                                                        const std::string &) { ++updates; };
+    const std::string changed = Audio(300); // shorter than what is to be copied
+    for (const std::string_view step :
+         {"Creating the ID3v1 Tag", "Creating the ID3v2 Tag", "Backing-Up the MP3",
+          "Processing the MP3", "Reading the whole MP3 file", "Writing the new MP3 file"}) {
+        SCOPED_TRACE(step);
+        ui::Label label;
+        m_desk.boxes.clear();
+        m_desk.onEvents = nullptr;
+        Song(Tag(3, Frame3("TIT2", "Old")) + Audio());
+        m_desk.onEvents = [&] {
+            if (label.Caption() == step)
+                tests::WriteFile(m_path, changed);
+        };
+        m_pass.v2.Title = "New";
+        EXPECT_FALSE(Save(true, true, &label));
+        ASSERT_EQ(m_desk.boxes.size(), 1u);
+        EXPECT_NE(m_desk.boxes[0].find("was changed by another program"), std::string::npos);
+        EXPECT_TRUE(ReadFile(m_path) == changed);
+        EXPECT_FALSE(fs::exists(m_path + ".bck"));
+        EXPECT_EQ(updates, 0);
+    }
+}
+
+// Another edit of the same song puts its own ".bck" there, `atYield` yields into this one.
+TEST_F(ChangedSong, TheCopyOfAnotherEditIsNeitherTakenNorDeleted)
+{
+    const std::string before = Tag(3, Frame3("TIT2", "Old")) + Audio();
+    int told = 0;
+    for (int atYield = 1; atYield < 400; ++atYield) {
+        SCOPED_TRACE(atYield);
+        fs::remove(m_path + ".bck");
+        Song(before);
+        m_desk.boxes.clear();
+        m_desk.yields = 0;
+        bool ours = false; // our own copy stood there
+        m_desk.onEvents = [&] {
+            if (m_desk.yields != atYield)
+                return;
+            ours = fs::exists(m_path + ".bck");
+            tests::WriteFile(m_path + ".their", "theirs");
+            fs::rename(m_path + ".their", m_path + ".bck");
+        };
+        m_pass.v2.Title = "New";
+        const bool result = Save(false, true);
+        m_desk.onEvents = nullptr;
+        if (m_desk.yields < atYield)
+            break;
+        if (result) {
+            EXPECT_TRUE(ReadFile(m_path) != "theirs");
+            EXPECT_TRUE(m_desk.boxes.empty());
+            continue;
+        }
+        ++told;
+        EXPECT_TRUE(ours);
+        ASSERT_EQ(m_desk.boxes.size(), 1u);
+        EXPECT_TRUE(m_desk.boxes[0].find("is being edited by another program") !=
+                    std::string::npos);
+        EXPECT_TRUE(ReadFile(m_path) == before);
+        EXPECT_EQ(ReadFile(m_path + ".bck"), "theirs");
+    }
+    EXPECT_GT(told, 50);
+}
+
+TEST_F(ChangedSong, ASongThatIsGoneOrCannotBeRead)
+{
+    Song(Audio());
+    fs::remove(m_path);
+    m_pass.v2.Title = "New";
+    EXPECT_FALSE(Save(false, true));
+    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": No such file or directory"});
+    EXPECT_FALSE(fs::exists(m_path));
+    ReadPass(m_path);
+    EXPECT_FALSE(Save(false, true));
+    EXPECT_EQ(m_desk.boxes.back(), m_path + ": No such file or directory");
+    fs::create_directory(m_path);
+    ReadPass(m_path);
+    EXPECT_FALSE(Save(false, true));
+    EXPECT_EQ(m_desk.boxes.back(), m_path + ": Is a directory");
+}
+
+// Its new version is then the only copy there is, and stays.
+TEST_F(ChangedSong, ASongThatGoesWhileItsCopyWaits)
+{
+    Song(Audio());
+    m_desk.onEvents = [&] {
+        if (fs::exists(m_path + ".bck"))
+            fs::remove(m_path);
+    };
+    m_pass.v1.Title = "New";
+    EXPECT_FALSE(Save(true, false));
+    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": No such file or directory"});
+    EXPECT_FALSE(fs::exists(m_path));
+    EXPECT_TRUE(ReadFile(m_path + ".bck") == Audio() + Tag1("New", "", "", "", "", 0, 255));
+}
+
+} // namespace
