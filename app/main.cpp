@@ -64,7 +64,7 @@ int main(int argc, char **argv)
         return Print(app::UsageText(), stderr, kWrongUsage);
     case app::Job::Batch:
 #ifdef QUENLIN_HAS_WINDOWS
-        if (app::HasDisplay() && !HasTerminal())
+        if (app::HasDisplay() && !HasTerminal() && app::CanOpenWindows(argc, argv))
             return app::RunBatchInWindows(argc, argv, options.paths);
 #endif
         return app::RunInTerminal(options);

@@ -9,6 +9,14 @@
 #include "shell/globals.h"
 #include "shell/startup.h"
 
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QGuiApplication>
+#include <cerrno>
+#include <cstdlib>
 #include <memory>
 
 namespace app
@@ -31,7 +39,29 @@ int Batch(const std::vector<std::string> &given, std::unique_ptr<shell::frmSplas
     return shell::Main(shell::QuoteArguments(paths), steps).value_or(0);
 }
 
+// Ends the process: with 0 when the toolkit came up. It fails without words and without a core.
+[[noreturn]] void TryToolkit(int argc, char **argv)
+{
+    const rlimit none{0, 0};
+    setrlimit(RLIMIT_CORE, &none);
+    dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), STDERR_FILENO);
+    unsetenv("SESSION_MANAGER"); // it is no client of the session
+    const QGuiApplication toolkit(argc, argv);
+    _exit(0);
+}
+
 } // namespace
+
+bool CanOpenWindows(int argc, char **argv)
+{
+    const pid_t child = fork();
+    if (child == 0)
+        TryToolkit(argc, argv);
+    int status = -1;
+    while (child > 0 && waitpid(child, &status, 0) < 0 && errno == EINTR)
+        continue;
+    return child > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
 
 int RunBatchInWindows(int argc, char **argv, const std::vector<std::string> &paths)
 {

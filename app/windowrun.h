@@ -16,6 +16,10 @@ bool HasDisplay();
 // Returns: the exit status: 0; 1 for a refused catalogue or a failed start.
 int RunInWindows(int argc, char **argv);
 
+// Whether windows would come up. The toolkit ends a process whose display does not answer, so a
+// child tries: it takes the time of an empty program. To be called before anything else is open.
+bool CanOpenWindows(int argc, char **argv);
+
 // Does the batch over `paths` behind the splash, with boxes in windows: for a start from the
 // desktop, where nobody would see the terminal's. A signal ends it between two files, after the
 // summary. Returns: the exit status: 0 when the summary was written, 1 refused or failed, 128 + the

@@ -102,6 +102,16 @@ class CommandLine(ProgramTest):
         self.assertEqual(out, b"")
         self.assertIn(b"Usage: quenlin", err)
 
+    def test_a_display_that_does_not_answer_is_none_for_a_batch(self):
+        for variable in ("DISPLAY", "WAYLAND_DISPLAY"):
+            with self.subTest(variable):
+                name = variable + ".mp3"
+                env = dict(self.env, **{variable: ":987"})
+                done = subprocess.run([os.path.join(BIN, "quenlin"), self.song(name)], env=env, check=False,
+                                      stdin=subprocess.DEVNULL, capture_output=True)
+                self.assertEqual((done.returncode, done.stderr), (0, b""))
+                self.assertIn(os.fsencode(name), self.paths())
+
     def test_relative_paths_are_made_absolute(self):
         self.song("a.mp3")
         os.mkdir(os.path.join(self.music, "sub"))
