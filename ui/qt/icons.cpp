@@ -89,6 +89,21 @@ QIcon OwnIcon(const QString &key)
     return QIcon(new ThemedEngine(QIcon(light), QIcon(QFile::exists(dark) ? dark : light)));
 }
 
+// The names that the desktop may have an icon under for files with this extension, the best first.
+// More than one type can claim an extension, as two do ".m3u"; the icon of any application's files
+// would tell less than the program's own.
+QStringList IconNames(const QString &suffix)
+{
+    const auto types = QMimeDatabase().mimeTypesForFileName(QLatin1String("x") + suffix);
+    QStringList names;
+    for (const QMimeType &type : types)
+        names << type.iconName();
+    for (const QMimeType &type : types)
+        if (type.genericIconName() != QLatin1String("application-x-generic"))
+            names << type.genericIconName();
+    return names;
+}
+
 } // namespace
 
 QIcon Icon(std::string_view key)
@@ -108,9 +123,7 @@ QIcon Icon(std::string_view key)
 bool AddDesktopIcon(std::string_view extension)
 {
     const QString suffix = ToQt(extension);
-    const QMimeType type =
-        QMimeDatabase().mimeTypeForFile(QLatin1String("x") + suffix, QMimeDatabase::MatchExtension);
-    for (const QString &name : {type.iconName(), type.genericIconName()}) {
+    for (const QString &name : IconNames(suffix)) {
         const QIcon icon = QIcon::fromTheme(name);
         if (!icon.isNull()) {
             TheState().desktop.insert(suffix.mid(1).toUpper(), icon);
