@@ -80,7 +80,13 @@ TEST_F(Types, AProgramThatIsThereOpensIt)
               std::string::npos)
         << entry;
     EXPECT_NE(entry.find("MimeType=application/x-q-language;\n"), std::string::npos);
-    Register("\"moved away\" \"%1\""); // the next start follows the command line
+    tests::WriteFile(folder / "moved/opener", "#!/bin/sh\n");
+    std::filesystem::permissions(folder / "moved/opener", std::filesystem::perms::owner_all);
+    Register("\"" + (folder / "moved/opener") + "\" \"%1\""); // the next start follows the line
+    const std::string moved = tests::ReadFile(folder / "data/applications/q-language.desktop");
+    EXPECT_NE(moved.find("Exec=\"" + (folder / "moved/opener") + "\" %f\n"), std::string::npos);
+    EXPECT_EQ(moved.find("my "), std::string::npos);
+    Register("\"gone\" \"%1\"");
     EXPECT_FALSE(std::filesystem::exists(folder / "data/applications/q-language.desktop"));
 }
 

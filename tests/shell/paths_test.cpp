@@ -1,3 +1,4 @@
+#include "shell/apppath.h"
 #include "shell/paths.h"
 
 #include <gtest/gtest.h>
@@ -27,6 +28,19 @@ TEST(Paths, Table)
         EXPECT_EQ(shell::GetFolderPath(c.path), c.folder);
         EXPECT_EQ(shell::GetLastFolderName(c.path), c.lastFolder);
     }
+}
+
+TEST(AppPath, HasNoSeparatorAtItsEnd)
+{
+    const std::string former = shell::GetAppPath();
+    const std::pair<const char *, const char *> cases[] = {
+        {"/opt/quenlin", "/opt/quenlin"}, {"/opt/quenlin/", "/opt/quenlin"}, {"/", ""}};
+    for (const auto &[folder, want] : cases) {
+        shell::SetAppPath(folder);
+        EXPECT_EQ(shell::GetAppPath(), want);
+        EXPECT_EQ(shell::AppFile("MP3s.mdb"), std::string(want) + "/MP3s.mdb");
+    }
+    shell::SetAppPath(former);
 }
 
 } // namespace

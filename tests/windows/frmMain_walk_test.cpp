@@ -251,6 +251,48 @@ TEST_F(MainWindowTest, AltAnd3IsNoLetterToLookFor)
     EXPECT_EQ(Cell(LV().currentIndex().row(), 1), "3 Blind Mice");
 }
 
+TEST_F(MainWindowTest, AltAnd3OpensTheFileInfoFromEverywhere)
+{
+    Start();
+    int opened = 0;
+    Form().notBuilt.erase("submnuFileInfo");
+    Form().handlers["submnuFileInfo_Click"] = [&] { ++opened; };
+    for (const char *name : {"TV", "LV", "Separator", "TB_submnuExit"}) {
+        Find(*window, name)->setFocus();
+        PressKey("Alt+3");
+        EXPECT_EQ(std::exchange(opened, 0), 1) << name;
+    }
+}
+
+TEST_F(MainWindowTest, AToolbarButtonRunsTheCommandOfItsName)
+{
+    Start();
+    QStringList names;
+    for (QAction *action : Find<QToolBar>(*window, "TB")->actions())
+        if (!action->isSeparator())
+            names << Find<QToolBar>(*window, "TB")->widgetForAction(action)->objectName();
+    QStringList wanted;
+    for (const browser::ToolButton &button : browser::ToolButtons())
+        if (!button.key.empty())
+            wanted << QLatin1String("TB_") + QString::fromUtf8(button.key.data());
+    EXPECT_EQ(names, wanted);
+    Click(*Find(*window, "TB_submnuSearch"));
+    EXPECT_FALSE(ended) << "what is not built does nothing";
+    Click(*Find(*window, "TB_submnuExit"));
+    EXPECT_TRUE(ended);
+}
+
+TEST_F(MainWindowTest, WithoutLanguageFilesTheMenuHasEnglishAlone)
+{
+    languages.clear();
+    Start();
+    auto *menu = Find<QMenu>(*window, "submnuSetLanguage");
+    Q_EMIT menu->aboutToShow();
+    for (const QAction *action : menu->actions())
+        EXPECT_EQ(action->isVisible(), action->objectName() == QLatin1String("submnuEnglish"))
+            << action->objectName().toStdString();
+}
+
 TEST_F(MainWindowTest, QuitDuringARegenerationEndsItAtTheNextFile)
 {
     EncodeFour();

@@ -58,7 +58,7 @@ protected:
         shell::ReadPreferences();
         browser::ApplyPreferences(Form());
         browser::ShowTreeAndList(Form());
-        browser::BuildLanguageMenu(Form(), {"Deutsch"});
+        browser::BuildLanguageMenu(Form(), languages);
         browser::LoadTreeView(Form(), "");
         browser::ShowMainForm(Form());
         ShowAndActivate(*window);
@@ -146,6 +146,7 @@ protected:
     platform::qt::QtWindows windows;
     std::unique_ptr<browser::frmMainWindow> window;
     bool ended = false;
+    std::vector<std::string> languages = {"Deutsch"}; // the language files that there are
 };
 
 } // namespace tests
