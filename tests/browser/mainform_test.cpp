@@ -13,12 +13,18 @@ TEST_F(MainFormTest, LoadingLeavesAnEmptyPanelAndDisabledFileCommands)
     MainForm &form = Form();
     int checks = 0;
     form.calls.tmrAutoCheckVersion = [&] { ++checks; };
+    for (ui::Label *label :
+         {&form.lblWebFolder, &form.WebToolTip, &form.WebItemName, &form.lblInfo})
+        label->SetCaption("as designed");
+    form.ImgIcon.SetImage("MP3");
+    form.ImgOthers[0].SetVisible(true);
     Loaded();
     EXPECT_EQ(checks, 1);
     EXPECT_EQ(form.WebItemName.Caption() + form.WebItemType.Caption() + form.lblInfo.Caption() +
                   form.lblWebFolder.Caption() + form.WebToolTip.Caption(),
               "");
     EXPECT_FALSE(form.ImgIcon.HasPicture());
+    EXPECT_FALSE(form.ImgOthers[0].Visible());
     EXPECT_TRUE(form.ShowSelectedItems.Enabled());
     EXPECT_EQ(form.lblAddress.Caption(), "Address");
     EXPECT_EQ(form.WEPath.Left(), form.lblAddress.Left() + 700 + 200); // 7 characters of 100
@@ -54,6 +60,64 @@ TEST_F(MainFormTest, WhatIsNotBuiltStaysDisabledWhateverEnablesIt)
             EXPECT_TRUE(form.handlers.contains(std::string(line.name) + "_Click")) << line.name;
         }
     }
+}
+
+TEST_F(MainFormTest, TheFourFileCommandsGoTogetherWithTheirButtons)
+{
+    MainForm &form = Loaded();
+    form.notBuilt.clear();
+    form.FindMenu("submnuSearch")->SetEnabled(false);
+    for (const bool on : {true, false}) {
+        SetFileCommandsEnabled(form, on);
+        for (const char *name :
+             {"submnuFileInfo", "submnuDuplicateEntry", "submnuExport", "submnuRename"}) {
+            EXPECT_EQ(form.FindMenu(name)->Enabled(), on) << name;
+            EXPECT_EQ(form.FindButton(name)->Enabled(), on) << name;
+        }
+        EXPECT_FALSE(form.FindMenu("submnuSearch")->Enabled());
+        EXPECT_TRUE(form.FindButton("submnuExit")->Enabled());
+    }
+}
+
+TEST_F(MainFormTest, ADisabledCommandDoesNothing)
+{
+    MainForm &form = Loaded();
+    int about = 0;
+    form.calls.showAbout = [&] { ++about; };
+    form.FindMenu("submnuAbout")->SetEnabled(false);
+    RunCommand(form, "submnuAbout");
+    EXPECT_EQ(about, 0);
+}
+
+TEST_F(MainFormTest, TheTimersOfLaterPartsCallWhatIsGivenThem)
+{
+    MainForm &form = Loaded();
+    form.tmrAutoCheckVersion.SetEnabled(true);
+    form.tmrRefreshList.Fire(); // nobody is there yet
+    form.tmrAutoCheckVersion.Fire();
+    std::string ran;
+    form.calls.writePlaylist = [&] { ran += "playlist "; };
+    form.calls.tmrAutoCheckVersion = [&] { ran += "version "; };
+    form.tmrRefreshList.Fire();
+    form.tmrAutoCheckVersion.Fire();
+    EXPECT_EQ(ran, "playlist version ");
+}
+
+TEST_F(MainFormTest, AResizeLaysOutThenWrapsThePanelsText)
+{
+    MainForm &form = Loaded();
+    std::string order;
+    form.calls.placed = [&] { order += "layout "; };
+    form.lblInfo.measureHeight = [&](const ui::Label &) {
+        order += "wrap ";
+        return 200;
+    };
+    ResizeMainForm(form);
+    EXPECT_TRUE(order.starts_with("layout wrap")) << order;
+    order.clear();
+    form.minimised = true;
+    ResizeMainForm(form);
+    EXPECT_EQ(order, "");
 }
 
 TEST_F(MainFormTest, TheLanguageWalk)

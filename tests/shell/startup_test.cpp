@@ -335,7 +335,12 @@ TEST_F(StartUp, LanguagesAreTheFilesOfTheirExtension)
 TEST_F(StartUp, TheAccessObjectIsConfiguredForTheProgramsFolder)
 {
     catalogue::ADOclass access;
+    const std::string fresh = access.GetInsertString();
     access.TableName = "other";
+    access.AddCampo("Title", catalogue::DatoType::Text, 0);
+    SetADOFields(access);
+    access.TableName.clear();
+    EXPECT_EQ(access.GetInsertString(), fresh) << "its lists are empty";
     SetADOFields(access);
     EXPECT_EQ(access.DirBase, folder / "app/");
     EXPECT_EQ(access.DataBaseName, "MP3s");
