@@ -211,7 +211,6 @@ void LV_MouseDown(MainForm &form, int button, ui::RowId hit)
     if (button != kRightButton)
         return;
     if (hit != ui::kNoRow) {
-        form.LV.DeselectAll();
         form.LV.SelectOnly(hit);
         if (form.LV.onItemClick)
             form.LV.onItemClick();

@@ -229,6 +229,8 @@ TEST(ProgressBarPlace, LiesInsideItsPanel)
 {
     EXPECT_EQ(browser::ProgressBarPlace({0, 0, 12000, 345}, 5000, 1500, 40),
               (Rect{5040, 40, 1420, 305}));
+    EXPECT_EQ(browser::ProgressBarPlace({100, 6000, 12000, 345}, 5000, 1500, 40),
+              (Rect{5140, 6040, 1420, 305}));
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "catalogue/regeneration.h"
 #include "runtime/error.h"
 #include "shell/splash.h"
 #include "tests/browser/formfixture.h"
@@ -38,57 +39,6 @@ TEST_F(MainFormTest, LoadingLeavesAnEmptyPanelAndDisabledFileCommands)
         EXPECT_FALSE(form.FindButton(name)->Enabled()) << name;
 }
 
-TEST_F(MainFormTest, WhatIsNotBuiltStaysDisabledWhateverEnablesIt)
-{
-    MainForm &form = Loaded();
-    SetFileCommandsEnabled(form, true);
-    for (const auto name : CommandsNotBuilt()) {
-        if (const ui::Command *entry = form.FindMenu(name); entry != nullptr) {
-            EXPECT_FALSE(entry->Enabled()) << name;
-        }
-        if (const ui::Command *button = form.FindButton(name); button != nullptr) {
-            EXPECT_FALSE(button->Enabled()) << name;
-        }
-        EXPECT_NO_THROW(RunCommand(form, name)) << name;
-    }
-    for (const PopupEntry &entry : form.cp)
-        EXPECT_EQ(entry.enabled, entry.key == "fOptions") << entry.key;
-    // Every command that is enabled has code behind it.
-    for (const MenuLine &line : MenuLines()) {
-        const bool command = !line.parent.empty() && line.caption != "-" && !line.submenu;
-        if (command && form.FindMenu(line.name)->Enabled() && line.name != "submnuLng(0)") {
-            EXPECT_TRUE(form.handlers.contains(std::string(line.name) + "_Click")) << line.name;
-        }
-    }
-}
-
-TEST_F(MainFormTest, TheFourFileCommandsGoTogetherWithTheirButtons)
-{
-    MainForm &form = Loaded();
-    form.notBuilt.clear();
-    form.FindMenu("submnuSearch")->SetEnabled(false);
-    for (const bool on : {true, false}) {
-        SetFileCommandsEnabled(form, on);
-        for (const char *name :
-             {"submnuFileInfo", "submnuDuplicateEntry", "submnuExport", "submnuRename"}) {
-            EXPECT_EQ(form.FindMenu(name)->Enabled(), on) << name;
-            EXPECT_EQ(form.FindButton(name)->Enabled(), on) << name;
-        }
-        EXPECT_FALSE(form.FindMenu("submnuSearch")->Enabled());
-        EXPECT_TRUE(form.FindButton("submnuExit")->Enabled());
-    }
-}
-
-TEST_F(MainFormTest, ADisabledCommandDoesNothing)
-{
-    MainForm &form = Loaded();
-    int about = 0;
-    form.calls.showAbout = [&] { ++about; };
-    form.FindMenu("submnuAbout")->SetEnabled(false);
-    RunCommand(form, "submnuAbout");
-    EXPECT_EQ(about, 0);
-}
-
 TEST_F(MainFormTest, TheTimersOfLaterPartsCallWhatIsGivenThem)
 {
     MainForm &form = Loaded();
@@ -101,232 +51,6 @@ TEST_F(MainFormTest, TheTimersOfLaterPartsCallWhatIsGivenThem)
     form.tmrRefreshList.Fire();
     form.tmrAutoCheckVersion.Fire();
     EXPECT_EQ(ran, "playlist version ");
-}
-
-TEST_F(MainFormTest, AResizeLaysOutThenWrapsThePanelsText)
-{
-    MainForm &form = Loaded();
-    std::string order;
-    form.calls.placed = [&] { order += "layout "; };
-    form.lblInfo.measureHeight = [&](const ui::Label &) {
-        order += "wrap ";
-        return 200;
-    };
-    ResizeMainForm(form);
-    EXPECT_TRUE(order.starts_with("layout wrap")) << order;
-    order.clear();
-    form.minimised = true;
-    ResizeMainForm(form);
-    EXPECT_EQ(order, "");
-}
-
-TEST_F(MainFormTest, TheLanguageWalk)
-{
-    tests::WriteFile(folder / "x.qlt",
-                     "[Menus]\nFile=&Datei\n[OptionMenus]\nFileInfo=  &Info & mehr      Alt+3\n"
-                     "Exit=&Ende\nSearch=\n[PopUpMenu]\nFileOptions=Dateien\nStopSong=S&top\n");
-    shell::TheGlobals().LanguageFilePath = folder / "x.qlt";
-    MainForm &form = Loaded();
-    EXPECT_EQ(form.FindMenu("mnuFile")->Caption(), "&Datei");
-    EXPECT_EQ(form.FindMenu("mnuTools")->Caption(), "&Tools");
-    EXPECT_EQ(form.FindMenu("submnuFileInfo")->Caption(), "&Info & mehr      Alt+3");
-    EXPECT_EQ(form.FindButton("submnuFileInfo")->Caption(), "Info  mehr");
-    EXPECT_EQ(form.FindButton("submnuExit")->Caption(), "Ende");
-    EXPECT_EQ(form.FindMenu("submnuSearch")->Caption(), ""); // an empty value blanks it
-    EXPECT_EQ(form.FindButton("submnuShowLyricsCurrentSong")->Caption(),
-              "Show Lyrics Current Song");
-    EXPECT_EQ(form.FindMenu("submnuFileHyphen")->Caption(), "-");
-    EXPECT_EQ(form.FindMenu("g")->Caption(), "-");
-    ASSERT_EQ(form.cp.size(), 9U);
-    EXPECT_EQ(form.cp[0].caption, "-Dateien");
-    EXPECT_EQ(form.cp[8].caption, "S&top");
-}
-
-TEST_F(MainFormTest, InEnglishTheTooltipLosesMarkAndShortcut)
-{
-    MainForm &form = Loaded();
-    EXPECT_EQ(form.FindButton("submnuFileInfo")->Caption(), "File Info");
-    EXPECT_EQ(form.FindButton("submnuExit")->Caption(), "Quit");
-}
-
-TEST_F(MainFormTest, CommandsAreFoundByNameWithoutRegardToCase)
-{
-    MainForm &form = Loaded();
-    int about = 0;
-    form.calls.showAbout = [&] { ++about; };
-    RunCommand(form, "submnuAbout");
-    RunCommand(form, "SUBMNUABOUT");
-    EXPECT_EQ(about, 2);
-    try {
-        RunCommand(form, "submnuNoSuch");
-        FAIL() << "no error";
-    } catch (const runtime::RuntimeError &error) {
-        EXPECT_EQ(error.number, runtime::kMemberNotFound);
-    }
-}
-
-TEST_F(MainFormTest, AltAnd3IsTheOnlyKey)
-{
-    MainForm &form = Loaded();
-    int opened = 0;
-    form.handlers["submnuFileInfo_Click"] = [&] { ++opened; };
-    EXPECT_TRUE(Form_KeyDown(form, '3', true));
-    EXPECT_EQ(opened, 0); // not built
-    form.notBuilt.clear();
-    EXPECT_TRUE(Form_KeyDown(form, '3', true)); // also while its entry is disabled
-    EXPECT_EQ(opened, 1);
-    EXPECT_FALSE(Form_KeyDown(form, '3', false));
-    EXPECT_FALSE(Form_KeyDown(form, '4', true));
-    EXPECT_EQ(opened, 1);
-}
-
-TEST_F(MainFormTest, TheLanguageMenu)
-{
-    MainForm &form = Loaded();
-    BuildLanguageMenu(form, {});
-    EXPECT_FALSE(form.FindMenu("hyLang")->Visible());
-    EXPECT_FALSE(form.FindMenu("submnuLng(0)")->Visible());
-    BuildLanguageMenu(form, {"Deutsch", "A & B"});
-    EXPECT_TRUE(form.FindMenu("hyLang")->Visible());
-    EXPECT_EQ(form.FindMenu("submnuLng(0)")->Caption(), "Deutsch");
-    EXPECT_EQ(form.FindMenu("submnuLng(1)")->Caption(), "A && B");
-    EXPECT_TRUE(form.FindMenu("submnuLng(1)")->Visible());
-    RunCommand(form, "submnuLng(1)");
-    EXPECT_EQ(Setting("Preferences", "Language"), "A & B.qlt");
-    RunCommand(form, "submnuEnglish");
-    EXPECT_EQ(Setting("Preferences", "Language"), "none");
-    RunCommand(form, "submnuEnglish"); // nothing to delete: told all the same
-    ASSERT_EQ(desktop.boxes.size(), 3U);
-    EXPECT_EQ(desktop.boxes[2], "The new language you set would start working the next time you "
-                                "run this app.");
-}
-
-TEST_F(MainFormTest, ALanguageEntryComesOnlyBehindOneWithACaption)
-{
-    MainForm &form = Loaded();
-    BuildLanguageMenu(form, {"", "Deutsch", "Español"}); // the first is that of a file ".qlt"
-    EXPECT_EQ(form.FindMenu("submnuLng(0)")->Caption(), "Deutsch");
-    EXPECT_EQ(form.FindMenu("submnuLng(1)")->Caption(), "Español");
-    EXPECT_EQ(form.FindMenu("submnuLng(2)"), nullptr);
-    RunCommand(form, "submnuLng(0)");
-    EXPECT_EQ(Setting("Preferences", "Language"), "Deutsch.qlt");
-}
-
-TEST_F(MainFormTest, PagesOpenBelowTheStoredAddress)
-{
-    MainForm &form = Loaded();
-    RunCommand(form, "submnuForums");
-    RunCommand(form, "submnuTutorials");
-    ASSERT_EQ(desktop.opened.size(), 2U);
-    const auto records = catalogue::Records(
-        catalogue::DataAccess->ExecuteSQL("SELECT URL2Check FROM Validations", catalogue::kSelect));
-    const std::string address(records->Text("URL2Check"));
-    EXPECT_TRUE(address.ends_with("/")) << address;
-    EXPECT_EQ(desktop.opened[0], address + "Forums/default.asp");
-    EXPECT_EQ(desktop.opened[1], address + "Tutorial%20Index.asp");
-    shell::TheGlobals().HelpFilePath = folder / "Brandolet.hlp";
-    RunCommand(form, "submnuShowHelp");
-    EXPECT_EQ(desktop.opened[2], folder / "Brandolet.hlp");
-    desktop.canOpen = false;
-    EXPECT_THROW(RunCommand(form, "submnuShowHelp"), runtime::RuntimeError);
-}
-
-TEST_F(MainFormTest, EndingTheProgramBeforeAPageIsKnownOpensNone)
-{
-    for (const int at : {1, 2}) {
-        SCOPED_TRACE(at);
-        ResetMainForm();
-        OpenCatalogue();
-        MainForm &form = Loaded();
-        int yields = 0, ended = 0;
-        form.calls.endProgram = [&] { ++ended; };
-        desktop.onYield = [&] {
-            if (++yields == at)
-                RunCommand(form, "submnuExit");
-        };
-        RunCommand(form, "submnuForums");
-        desktop.onYield = nullptr;
-        EXPECT_EQ(ended, 1);
-        EXPECT_TRUE(desktop.opened.empty());
-    }
-}
-
-TEST_F(MainFormTest, WebStyleIsToggledStoredAndLaidOut)
-{
-    MainForm &form = Loaded();
-    RunCommand(form, "submnuWebStyle");
-    EXPECT_FALSE(form.WebStyleOn);
-    EXPECT_FALSE(form.pctWeb.Visible());
-    EXPECT_EQ(form.LV.Left(), -45);
-    EXPECT_EQ(Setting("Preferences", "WebStyle"), "0");
-    RunCommand(form, "submnuWebStyle");
-    EXPECT_TRUE(form.pctWeb.Visible());
-    EXPECT_EQ(Setting("Preferences", "WebStyle"), "1");
-    for (const bool on : {false, true}) {
-        shell::TheGlobals().WebStyle = on;
-        form.WEPath.SetCaption("MP3/By Title");
-        ApplyPreferences(form);
-        EXPECT_EQ(form.FindMenu("submnuWebStyle")->Checked(), on);
-        EXPECT_EQ(form.WebStyleOn, on);
-        EXPECT_EQ(form.WEPath.Caption(), "");
-    }
-}
-
-TEST_F(MainFormTest, AFullLayoutIsSavedAfterOneYield)
-{
-    MainForm &form = Loaded();
-    shell::TheGlobals().InitialTVWidth = 3333;
-    form.window = {10, 20, 12150, 7350};
-    form.scaleWidth = 12000;
-    desktop.yields = 0;
-    desktop.onYield = [&] { EXPECT_EQ(Setting("Last Safe Configuration", "Width"), "none"); };
-    ReDrawForm(form);
-    EXPECT_EQ(desktop.yields, 1);
-    const std::pair<const char *, const char *> want[] = {{"Width", "12150"},
-                                                          {"Height", "7350"},
-                                                          {"Top", "20"},
-                                                          {"Left", "10"},
-                                                          {"Initial TV Width", "3333"}};
-    for (const auto &[key, value] : want)
-        EXPECT_EQ(Setting("Last Safe Configuration", key), value) << key;
-    EXPECT_EQ(Setting("Preferences", "Initial TV Width"), "3333");
-    EXPECT_EQ(Setting("Preferences", "Width"), "none");
-
-    desktop.onYield = nullptr;
-    shell::TheGlobals().InitialTVWidth = -1; // impossible: the last safe one comes back
-    ReDrawForm(form);
-    EXPECT_EQ(form.TV.Width(), 3333);
-}
-
-TEST_F(MainFormTest, AMinimisedOrImpossibleWindowSavesNothing)
-{
-    MainForm &form = Loaded();
-    form.minimised = true;
-    ReDrawForm(form);
-    form.minimised = false;
-    form.window.height = 500;
-    ReDrawForm(form);
-    EXPECT_EQ(Setting("Last Safe Configuration", "Width"), "none");
-}
-
-TEST_F(MainFormTest, TheSplitter)
-{
-    MainForm &form = Loaded();
-    ReDrawForm(form);
-    Separator_MouseMove(form, 500); // not pressed
-    EXPECT_EQ(form.TV.Width(), 3000);
-    Separator_MouseDown(form);
-    desktop.onYield = [&] { EXPECT_FALSE(form.SeparatorDragging); };
-    Separator_MouseMove(form, 500);
-    EXPECT_EQ(form.TV.Width(), 3500);
-    EXPECT_TRUE(form.SeparatorDragging);
-    Separator_MouseMove(form, -99999);
-    EXPECT_EQ(form.TV.Width(), 0);
-    Separator_MouseMove(form, 99999);
-    EXPECT_EQ(form.Separator.Left(), form.scaleWidth - form.Separator.Width());
-    desktop.onYield = [&] { Separator_MouseUp(form); }; // released while it was laid out
-    Separator_MouseMove(form, -6000);
-    EXPECT_FALSE(form.SeparatorDragging);
 }
 
 TEST_F(MainFormTest, PanelsAndTimersAsTheyAreMade)
@@ -374,18 +98,6 @@ TEST_F(MainFormTest, ListMessagesRaiseThePanelWhileHooked)
     EXPECT_EQ(raised, 2);
 }
 
-TEST_F(MainFormTest, TheProgressBarIsLaidOverItsPanelOnce)
-{
-    MainForm &form = Loaded();
-    form.statusBarArea.SetPlace({0, 6000, 12000, 345});
-    ShowProgressBar(form);
-    EXPECT_EQ(form.pbarArea.Place(), (ui::Rect{5040, 40, 1420, 305}));
-    EXPECT_FALSE(form.SB.Panel("PlayingStatus").autoSize);
-    form.SB.SetWidth("Playing", 1000);
-    ShowProgressBar(form);
-    EXPECT_EQ(form.pbarArea.Left(), 5040);
-}
-
 TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
 {
     MainForm &form = Loaded();
@@ -400,11 +112,13 @@ TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
     form.calls.showWindow = [&] { order += "window "; };
     form.calls.showTips = [&] { order += "tips "; };
     form.calls.placed = [&] { order += "layout "; };
-    shell::UnloadSplash(shell::kAboutHeight, [&] { ShowMainForm(form); });
+    for (const int height : {shell::kAboutHeight, shell::kSplashHeight - 1})
+        shell::UnloadSplash(height, [&] { ShowMainForm(form); });
     EXPECT_EQ(order, ""); // the about box leaves the window alone
     shell::UnloadSplash(shell::kSplashHeight, [&] { ShowMainForm(form); });
     EXPECT_EQ(order, "window tips layout ");
     EXPECT_EQ(form.window, (ui::Rect{5000, 465, 10000, 7350})); // as the screens allow
+    EXPECT_EQ(form.scaleWidth, 9850);
     EXPECT_EQ(form.lblWebFolder.Caption(), "Quenlin");
     EXPECT_EQ(form.ImgIcon.Image(), "MP3");
     EXPECT_TRUE(form.ImgOthers[0].Visible());
@@ -467,6 +181,45 @@ TEST_F(MainFormTest, ASecondRegenerationOfAFolderLeavesTreeAndListDisabled)
     EXPECT_TRUE(form.PBar.Visible());
 }
 
+TEST_F(MainFormTest, ARegenerationEmptiesTheListAndIsNotBegunTwice)
+{
+    std::filesystem::create_directory(folder / "music");
+    tests::WriteFile(folder / "music/1.mp3", "no tag");
+    shell::TheGlobals().MP3Directory = folder / "music";
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    form.LV.AddRow("/0", "", "", {});
+    bool walking = false;
+    int trees = 0; // each filling of the tree begins with this line
+    shell::TheGlobals().lblProgress.captionChanged = [&] {
+        trees += shell::TheGlobals().lblProgress.Caption() == "Adding Title information...";
+    };
+    desktop.onYield = [&] {
+        if (catalogue::IsRegenerating() && !std::exchange(walking, true)) {
+            RunCommand(form, "submnuRegenerateDatabase");
+            EXPECT_EQ(trees, 0);
+        }
+    };
+    RunCommand(form, "submnuRegenerateDatabase");
+    EXPECT_TRUE(walking);
+    EXPECT_EQ(trees, 1);
+    EXPECT_EQ(form.LV.Count(), 0);
+}
+
+TEST_F(MainFormTest, ClosingDuringARegenerationThatFailsEndsAsWell)
+{
+    shell::TheGlobals().MP3Directory = folder / "absent";
+    MainForm &form = Loaded();
+    int ended = 0;
+    form.calls.endProgram = [&] { ++ended; };
+    desktop.onYield = [&] {
+        if (catalogue::IsRegenerating() && !form.closePending)
+            RunCommand(form, "submnuExit");
+    };
+    EXPECT_THROW(RunCommand(form, "submnuRegenerateDatabase"), runtime::RuntimeError);
+    EXPECT_EQ(ended, 1);
+}
+
 TEST_F(MainFormTest, ClosingDuringARegenerationEndsItAtTheNextFile)
 {
     std::filesystem::create_directory(folder / "music");
@@ -506,18 +259,24 @@ TEST(Splash, RolesTextsAndPlace)
     EXPECT_TRUE(shell::SupportMailAddress().starts_with("mailto:"));
 }
 
-TEST_F(MainFormTest, ALanguageFileCreditsItsTranslator)
+TEST_F(MainFormTest, TheSplashsTextsComeFromTheLanguageFile)
 {
-    EXPECT_EQ(shell::LoadSplashTexts().translator, "");
-    tests::WriteFile(folder / "x.qlt", "[TranslationInfo]\nTranslator=Ana\nTranslatedBy=Por\n"
-                                       "Title=Traducci\u00F3n\n[Splash]\nOkButton=&Bien\n");
+    const auto row = [](const shell::SplashTexts &t) {
+        std::string cells;
+        for (const std::string &cell : {t.programmedBy, t.email, t.icq, t.historyButton, t.okButton,
+                                        t.translatedBy, t.title, t.translator})
+            cells += cell + "|";
+        return cells;
+    };
+    EXPECT_EQ(row(shell::LoadSplashTexts()),
+              "Programmed by Orvald Tamsin|E-mail:|ICQ:|&History|&Ok||||");
+    tests::WriteFile(folder / "x.qlt",
+                     "[TranslationInfo]\nTranslator=Ana\nTranslatedBy=Por\n"
+                     "Title=Traducci\u00F3n\n[Splash]\nProgrammedBy=De\nEmail=Correo:\nICQ=I:\n"
+                     "HistoryButton=&Historia\nOkButton=&Bien\n");
     shell::TheGlobals().LanguageFilePath = folder / "x.qlt";
-    const shell::SplashTexts texts = shell::LoadSplashTexts();
-    EXPECT_EQ(texts.translator, "Ana");
-    EXPECT_EQ(texts.translatedBy, "Por");
-    EXPECT_EQ(texts.title, "Traducci\u00F3n");
-    EXPECT_EQ(texts.okButton, "&Bien");
-    EXPECT_EQ(texts.historyButton, "&History");
+    EXPECT_EQ(row(shell::LoadSplashTexts()),
+              "De|Correo:|I:|&Historia|&Bien|Por|Traducci\u00F3n|Ana|");
 }
 
 } // namespace

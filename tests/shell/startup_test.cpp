@@ -116,6 +116,18 @@ TEST_F(StartUp, GoesInItsOrder)
     EXPECT_EQ(TheGlobals().HelpFilePath, folder / "app/Brandolet.hlp");
 }
 
+TEST_F(StartUp, LetsEventsRunUnderTheHourglassAndOnceItIsGone)
+{
+    desktop.doEvents = [this] {
+        if (steps.size() > 1) // the catalogue's check yields before
+            Note(desktop.pointer == platform::Pointer::Hourglass ? "yield under it" : "yield");
+    };
+    EXPECT_EQ(Main("", windows), std::nullopt);
+    EXPECT_EQ(steps, (Steps{"LoadMainWindow", "WebStyle on", "ShowSplash", "yield under it",
+                            "SizeMainWindow", "BuildLanguageMenu", "LoadShellIcons",
+                            "LoadTreeView()", "ArmSplashTimer", "yield"}));
+}
+
 TEST_F(StartUp, RegistersBothTypesBeforeAnythingCanFail)
 {
     fs::remove(Catalogue());

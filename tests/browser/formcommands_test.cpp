@@ -1,0 +1,225 @@
+// The main form's commands: dispatch, states, captions, languages, pages.
+#include "runtime/error.h"
+#include "tests/browser/formfixture.h"
+
+namespace
+{
+
+using namespace browser;
+using FormCommands = tests::FormTest;
+
+TEST_F(FormCommands, WhatIsNotBuiltStaysDisabledWhateverEnablesIt)
+{
+    MainForm &form = Loaded();
+    SetFileCommandsEnabled(form, true);
+    for (const auto name : CommandsNotBuilt()) {
+        if (const ui::Command *entry = form.FindMenu(name); entry != nullptr) {
+            EXPECT_FALSE(entry->Enabled()) << name;
+        }
+        if (const ui::Command *button = form.FindButton(name); button != nullptr) {
+            EXPECT_FALSE(button->Enabled()) << name;
+        }
+        EXPECT_NO_THROW(RunCommand(form, name)) << name;
+    }
+    for (const PopupEntry &entry : form.cp)
+        EXPECT_EQ(entry.enabled, entry.key == "fOptions") << entry.key;
+    // Every command that is enabled has code behind it.
+    for (const MenuLine &line : MenuLines()) {
+        const bool command = !line.parent.empty() && line.caption != "-" && !line.submenu;
+        if (command && form.FindMenu(line.name)->Enabled() && line.name != "submnuLng(0)") {
+            EXPECT_TRUE(form.handlers.contains(std::string(line.name) + "_Click")) << line.name;
+        }
+    }
+}
+
+TEST_F(FormCommands, TheFourFileCommandsGoTogetherWithTheirButtons)
+{
+    MainForm &form = Loaded();
+    form.notBuilt.clear();
+    form.FindMenu("submnuSearch")->SetEnabled(false);
+    for (const bool on : {true, false}) {
+        SetFileCommandsEnabled(form, on);
+        for (const char *name :
+             {"submnuFileInfo", "submnuDuplicateEntry", "submnuExport", "submnuRename"}) {
+            EXPECT_EQ(form.FindMenu(name)->Enabled(), on) << name;
+            EXPECT_EQ(form.FindButton(name)->Enabled(), on) << name;
+        }
+        EXPECT_FALSE(form.FindMenu("submnuSearch")->Enabled());
+        EXPECT_TRUE(form.FindButton("submnuExit")->Enabled());
+    }
+}
+
+TEST_F(FormCommands, TheFileCommandsAreOffAfterTheLoad)
+{
+    Form().notBuilt.clear();
+    Form().FindMenu("submnuExport")->SetEnabled(true);
+    MainForm &form = Loaded();
+    EXPECT_FALSE(form.FindMenu("submnuExport")->Enabled());
+    EXPECT_FALSE(form.FindButton("submnuExport")->Enabled());
+    EXPECT_TRUE(form.FindButton("submnuSearch")->Enabled());
+}
+
+TEST_F(FormCommands, ADisabledCommandDoesNothing)
+{
+    MainForm &form = Loaded();
+    int about = 0;
+    form.calls.showAbout = [&] { ++about; };
+    form.FindMenu("submnuAbout")->SetEnabled(false);
+    RunCommand(form, "submnuAbout");
+    EXPECT_EQ(about, 0);
+}
+
+TEST_F(FormCommands, TheLanguageWalk)
+{
+    tests::WriteFile(folder / "x.qlt",
+                     "[Menus]\nFile=&Datei\n[OptionMenus]\nFileInfo=  &Info & mehr      Alt+3\n"
+                     "Exit=&Ende\nSearch=\n[PopUpMenu]\nFileOptions=Dateien\nStopSong=S&top\n");
+    shell::TheGlobals().LanguageFilePath = folder / "x.qlt";
+    MainForm &form = Loaded();
+    EXPECT_EQ(form.FindMenu("mnuFile")->Caption(), "&Datei");
+    EXPECT_EQ(form.FindMenu("mnuTools")->Caption(), "&Tools");
+    EXPECT_EQ(form.FindMenu("submnuFileInfo")->Caption(), "&Info & mehr      Alt+3");
+    EXPECT_EQ(form.FindButton("submnuFileInfo")->Caption(), "Info  mehr");
+    EXPECT_EQ(form.FindButton("submnuExit")->Caption(), "Ende");
+    EXPECT_EQ(form.FindMenu("submnuSearch")->Caption(), ""); // an empty value blanks it
+    EXPECT_EQ(form.FindButton("submnuShowLyricsCurrentSong")->Caption(),
+              "Show Lyrics Current Song");
+    EXPECT_EQ(form.FindMenu("submnuFileHyphen")->Caption(), "-");
+    EXPECT_EQ(form.FindMenu("g")->Caption(), "-");
+    ASSERT_EQ(form.cp.size(), 9U);
+    EXPECT_EQ(form.cp[0].caption, "-Dateien");
+    EXPECT_EQ(form.cp[8].caption, "S&top");
+}
+
+TEST_F(FormCommands, InEnglishTheTooltipLosesMarkAndShortcut)
+{
+    MainForm &form = Loaded();
+    EXPECT_EQ(form.FindButton("submnuFileInfo")->Caption(), "File Info");
+    EXPECT_EQ(form.FindButton("submnuExit")->Caption(), "Quit");
+}
+
+TEST_F(FormCommands, CommandsAreFoundByNameWithoutRegardToCase)
+{
+    MainForm &form = Loaded();
+    int about = 0;
+    form.calls.showAbout = [&] { ++about; };
+    RunCommand(form, "submnuAbout");
+    RunCommand(form, "SUBMNUABOUT");
+    EXPECT_EQ(about, 2);
+    try {
+        RunCommand(form, "submnuNoSuch");
+        FAIL() << "no error";
+    } catch (const runtime::RuntimeError &error) {
+        EXPECT_EQ(error.number, runtime::kMemberNotFound);
+    }
+}
+
+TEST_F(FormCommands, AltAnd3IsTheOnlyKey)
+{
+    MainForm &form = Loaded();
+    int opened = 0;
+    form.handlers["submnuFileInfo_Click"] = [&] { ++opened; };
+    EXPECT_TRUE(Form_KeyDown(form, '3', true));
+    EXPECT_EQ(opened, 0); // not built
+    form.notBuilt.clear();
+    EXPECT_TRUE(Form_KeyDown(form, '3', true)); // also while its entry is disabled
+    EXPECT_EQ(opened, 1);
+    EXPECT_FALSE(Form_KeyDown(form, '3', false));
+    EXPECT_FALSE(Form_KeyDown(form, '4', true));
+    EXPECT_EQ(opened, 1);
+}
+
+TEST_F(FormCommands, TheLanguageMenu)
+{
+    MainForm &form = Loaded();
+    BuildLanguageMenu(form, {});
+    EXPECT_FALSE(form.FindMenu("hyLang")->Visible());
+    EXPECT_FALSE(form.FindMenu("submnuLng(0)")->Visible());
+    BuildLanguageMenu(form, {"Deutsch", "A & B"});
+    EXPECT_TRUE(form.FindMenu("hyLang")->Visible());
+    EXPECT_EQ(form.FindMenu("submnuLng(0)")->Caption(), "Deutsch");
+    EXPECT_EQ(form.FindMenu("submnuLng(1)")->Caption(), "A && B");
+    EXPECT_TRUE(form.FindMenu("submnuLng(1)")->Visible());
+    RunCommand(form, "submnuLng(1)");
+    EXPECT_EQ(Setting("Preferences", "Language"), "A & B.qlt");
+    RunCommand(form, "submnuEnglish");
+    EXPECT_EQ(Setting("Preferences", "Language"), "none");
+    RunCommand(form, "submnuEnglish"); // nothing to delete: told all the same
+    ASSERT_EQ(desktop.boxes.size(), 3U);
+    EXPECT_EQ(desktop.boxes[2], "The new language you set would start working the next time you "
+                                "run this app.");
+}
+
+TEST_F(FormCommands, ALanguageEntryComesOnlyBehindOneWithACaption)
+{
+    MainForm &form = Loaded();
+    BuildLanguageMenu(form, {"", "Deutsch", "Español"}); // the first is that of a file ".qlt"
+    EXPECT_EQ(form.FindMenu("submnuLng(0)")->Caption(), "Deutsch");
+    EXPECT_EQ(form.FindMenu("submnuLng(1)")->Caption(), "Español");
+    EXPECT_EQ(form.FindMenu("submnuLng(2)"), nullptr);
+    RunCommand(form, "submnuLng(0)");
+    EXPECT_EQ(Setting("Preferences", "Language"), "Deutsch.qlt");
+}
+
+TEST_F(FormCommands, PagesOpenBelowTheStoredAddress)
+{
+    MainForm &form = Loaded();
+    RunCommand(form, "submnuForums");
+    RunCommand(form, "submnuTutorials");
+    ASSERT_EQ(desktop.opened.size(), 2U);
+    const auto records = catalogue::Records(
+        catalogue::DataAccess->ExecuteSQL("SELECT URL2Check FROM Validations", catalogue::kSelect));
+    const std::string address(records->Text("URL2Check"));
+    EXPECT_TRUE(address.ends_with("/")) << address;
+    EXPECT_EQ(desktop.opened[0], address + "Forums/default.asp");
+    EXPECT_EQ(desktop.opened[1], address + "Tutorial%20Index.asp");
+    shell::TheGlobals().HelpFilePath = folder / "Brandolet.hlp";
+    RunCommand(form, "submnuShowHelp");
+    EXPECT_EQ(desktop.opened[2], folder / "Brandolet.hlp");
+    desktop.canOpen = false;
+    EXPECT_THROW(RunCommand(form, "submnuShowHelp"), runtime::RuntimeError);
+}
+
+TEST_F(FormCommands, EndingTheProgramBeforeAPageIsKnownOpensNone)
+{
+    for (const int at : {1, 2}) {
+        SCOPED_TRACE(at);
+        ResetMainForm();
+        OpenCatalogue();
+        MainForm &form = Loaded();
+        int yields = 0, ended = 0;
+        form.calls.endProgram = [&] { ++ended; };
+        desktop.onYield = [&] {
+            if (++yields == at)
+                RunCommand(form, "submnuExit");
+        };
+        RunCommand(form, "submnuForums");
+        desktop.onYield = nullptr;
+        EXPECT_EQ(ended, 1);
+        EXPECT_TRUE(desktop.opened.empty());
+    }
+}
+
+TEST_F(FormCommands, WebStyleIsToggledStoredAndLaidOut)
+{
+    MainForm &form = Loaded();
+    RunCommand(form, "submnuWebStyle");
+    EXPECT_FALSE(form.WebStyleOn);
+    EXPECT_FALSE(shell::TheGlobals().WebStyle);
+    EXPECT_FALSE(form.pctWeb.Visible());
+    EXPECT_EQ(form.LV.Left(), -45);
+    EXPECT_EQ(Setting("Preferences", "WebStyle"), "0");
+    RunCommand(form, "submnuWebStyle");
+    EXPECT_TRUE(form.pctWeb.Visible());
+    EXPECT_EQ(Setting("Preferences", "WebStyle"), "1");
+    for (const bool on : {false, true}) {
+        shell::TheGlobals().WebStyle = on;
+        form.WEPath.SetCaption("MP3/By Title");
+        ApplyPreferences(form);
+        EXPECT_EQ(form.FindMenu("submnuWebStyle")->Checked(), on);
+        EXPECT_EQ(form.WebStyleOn, on);
+        EXPECT_EQ(form.WEPath.Caption(), "");
+    }
+}
+
+} // namespace
