@@ -32,10 +32,11 @@ struct LyricsImport : tests::LibraryFixture {
         metadata::ResetMP3Info();
     }
 
-    // A catalogued song of these bytes, whatever its name ends with.
-    void Add(const std::string &name)
+    // A catalogued song, whatever its name ends with.
+    void Add(const std::string &name) { Add(name, kOld); }
+    void Add(const std::string &name, std::string_view bytes)
     {
-        tests::WriteFile(Song(name), kOld);
+        tests::WriteFile(Song(name), bytes);
         std::string reason;
         ASSERT_EQ(catalogue::AddOrUpdateMP3(Song(name), reason), catalogue::kAdded);
     }
@@ -194,6 +195,24 @@ TEST_F(LyricsImport, DuplicatesGetThemAndKeepTheirArtist)
     catalogue::AddLyricsFromTXT(Text("Song.txt", "La"));
     EXPECT_EQ(Rows(), (RowList{"One||||||La|~/Song.mp3||0", "One|Mine|||||La|~/Song.mp3||1"}));
     EXPECT_TRUE(tests::ReadFile(folder / "app/Backup/Song.mp3") == kOld);
+}
+
+// The new tag has the lyrics alone, and the row takes its values. (The last 10 bytes of the audio
+// go, as wherever an ID3v2 tag is new.)
+TEST_F(LyricsImport, ASongWithTheOtherTagAlone)
+{
+    const std::string image = tests::Id3v1({.title = "Old", .artist = "Who"});
+    Add("Song.mp3", tests::Audio() + image);
+    EXPECT_EQ(Rows(), (RowList{"Old|Who||||||~/Song.mp3||0"}));
+    desktop.ExpectBox("The lyrics were added correctly.");
+    catalogue::AddLyricsFromTXT(Text("Song.txt", "La"));
+    const std::string audio = tests::Audio();
+    EXPECT_TRUE(tests::ReadFile(Song("Song.mp3")) ==
+                tests::Id3v2(tests::TextFrame("TCON", "(255)") +
+                             tests::Frame("USLT", std::string(5, '\0') + "La") +
+                             tests::TextFrame("TRCK", "0")) +
+                    audio.substr(0, audio.size() - 10) + image);
+    EXPECT_EQ(Rows(), (RowList{"||||||La|~/Song.mp3||0"}));
 }
 
 // The text is replaced, not joined, and no mark in it is looked at.

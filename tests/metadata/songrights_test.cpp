@@ -11,7 +11,9 @@
 
 #include <cerrno>
 #include <cstdint>
+#include <cstring>
 #include <filesystem>
+#include <iterator>
 
 namespace fs = std::filesystem;
 
@@ -48,31 +50,61 @@ TEST_F(SongRights, RightsOwnerAndAttributesStay)
     EXPECT_EQ(getxattr(m_path.c_str(), "user.long", value, sizeof value), 2000);
 }
 
+// Both kinds of list give `rights` to the user 1234. Layout: linux/posix_acl_xattr.h.
+struct AccessList {
+    struct Entry {
+        std::uint16_t tag, rights;
+        std::uint32_t user;
+    };
+    explicit AccessList(std::uint16_t rights)
+        : entries{{1, 6, ~0u}, {2, rights, 1234}, {4, 4, ~0u}, {16, rights, ~0u}, {32, 0, ~0u}}
+    {
+    }
+    // False where the file system has no such lists.
+    [[nodiscard]] bool Set(const std::string &path, const char *kind) const
+    {
+        const bool isSet = setxattr(path.c_str(), kind, this, sizeof *this, 0) == 0;
+        EXPECT_TRUE(isSet || errno == ENOTSUP) << path;
+        return isSet;
+    }
+
+    std::uint32_t version = 2;
+    Entry entries[5];
+};
+
+constexpr const char *kAccess = "system.posix_acl_access";
+constexpr const char *kDefault = "system.posix_acl_default";
+
 // Another user may read and write what is made in the folder, but not this song.
 TEST_F(SongRights, TheFolderGivesASongNoAccessList)
 {
     tests::WriteFile(m_path, kOld);
     ASSERT_EQ(chmod(m_path.c_str(), 0640), 0);
-    struct Entry {
-        std::uint16_t tag, rights;
-        std::uint32_t user;
-    };
-    const struct {
-        std::uint32_t version = 2;
-        Entry entries[5] = {{1, 7, ~0u}, {2, 7, 1234}, {4, 7, ~0u}, {16, 7, ~0u}, {32, 0, ~0u}};
-    } list; // linux/posix_acl_xattr.h
-    const int set =
-        setxattr(m_desk.music.Path().c_str(), "system.posix_acl_default", &list, sizeof list, 0);
-    if (set != 0 && errno == ENOTSUP)
+    if (!AccessList(6).Set(m_desk.music.Path(), kDefault))
         GTEST_SKIP() << "no access lists in the folder of the tests";
-    ASSERT_EQ(set, 0);
     EXPECT_TRUE(EditAsItIs());
     EXPECT_TRUE(ReadFile(m_path) == kNew);
-    EXPECT_EQ(getxattr(m_path.c_str(), "system.posix_acl_access", nullptr, 0), -1);
+    EXPECT_EQ(getxattr(m_path.c_str(), kAccess, nullptr, 0), -1);
     EXPECT_EQ(errno, ENODATA);
     struct stat after;
     ASSERT_EQ(stat(m_path.c_str(), &after), 0);
     EXPECT_EQ(after.st_mode & 07777, 0640u);
+}
+
+TEST_F(SongRights, TheAccessListOfASongStays)
+{
+    tests::WriteFile(m_path, kOld);
+    const AccessList list(4);
+    if (!list.Set(m_path, kAccess) || !AccessList(6).Set(m_desk.music.Path(), kDefault))
+        GTEST_SKIP() << "no access lists in the folder of the tests";
+    shell::TheGlobals().BackUpFiles = true;
+    EXPECT_TRUE(EditAsItIs());
+    EXPECT_TRUE(ReadFile(m_path) == kNew);
+    for (const std::string &path : {m_path, m_desk.program / "Backup/song.mp3"}) {
+        char found[sizeof list + 1];
+        ASSERT_EQ(getxattr(path.c_str(), kAccess, found, sizeof found), std::ssize(found) - 1);
+        EXPECT_EQ(std::memcmp(found, &list, sizeof list), 0);
+    }
 }
 
 TEST_F(SongRights, NamesOfAnyLength)
