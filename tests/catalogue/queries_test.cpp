@@ -2,6 +2,7 @@
 #include "tests/catalogue/support.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <algorithm>
 #include <map>
@@ -51,6 +52,34 @@ TEST(ShippedFile, TablesAndQueries)
     EXPECT_EQ(records->FindField("title"), 0);
     EXPECT_EQ(records->FindField("x"), -1);
     EXPECT_FALSE(std::filesystem::exists(tests::ShippedCatalogue() + "-wal")) << "whole alone";
+}
+
+TEST(ShippedFile, APathIsFoundByItsIndex)
+{
+    const tests::FreshCatalogue fresh;
+    sqlite3 *db = nullptr;
+    ASSERT_EQ(sqlite3_open(fresh.File().c_str(), &db), SQLITE_OK);
+    const auto first = [&](const std::string &sql, int column) {
+        sqlite3_stmt *statement = nullptr;
+        EXPECT_EQ(sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr), SQLITE_OK)
+            << sqlite3_errmsg(db);
+        EXPECT_EQ(sqlite3_step(statement), SQLITE_ROW);
+        const std::string text =
+            reinterpret_cast<const char *>(sqlite3_column_text(statement, column));
+        sqlite3_finalize(statement);
+        return text;
+    };
+    const auto plan = [&](const std::string &sql) { return first("EXPLAIN QUERY PLAN " + sql, 3); };
+    const std::string want = "SEARCH MP3s USING INDEX MP3sByPath (Path=?)";
+    for (const char *name : {"SEL_ByPath", "Edit1", "Edit2"})
+        EXPECT_EQ(plan(first("SELECT COALESCE(WholePath, Statement) FROM StoredQueries WHERE Name "
+                             "= '" +
+                                 std::string(name) + "'",
+                             0)),
+                  want)
+            << name;
+    EXPECT_EQ(plan("UPDATE MP3s SET Path = ?1 WHERE Path = ?2"), want);
+    sqlite3_close(db);
 }
 
 TEST(Edit, ReachesDuplicatesButNotTheirArtists)

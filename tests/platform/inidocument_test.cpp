@@ -69,6 +69,14 @@ TEST(IniDocument, KeepsWhatItDoesNotKnow)
     EXPECT_EQ(document.Text(), "; mine\n\n[A]\nx=3\n# note\nnonsense\nz=4\n\n[B]\n[C]\nn=5\n");
 }
 
+TEST(IniDocument, KeepsAByteOrderMarkAndReadsBehindIt)
+{
+    IniDocument document("\xEF\xBB\xBF[A]\r\nx=1\r\n");
+    EXPECT_EQ(document.Find("A", "x"), "1");
+    document.Set("A", "y", "2");
+    EXPECT_EQ(document.Text(), "\xEF\xBB\xBF[A]\r\nx=1\r\ny=2\n");
+}
+
 TEST(IniDocument, ComparesNamesWithoutCaseAndTakesTheFirst)
 {
     IniDocument document("[a]\nKey=1\nkey=2\n[A]\nother=3\n");

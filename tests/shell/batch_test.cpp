@@ -174,6 +174,21 @@ TEST_F(Batch, EndThatASignalAsksForComesBehindTheFileAtHandAndTheSummary)
               kDateLine + "  This MP3 was added correctly:\r\r" + Line("a.mp3") + "\r\r\n");
 }
 
+TEST_F(Batch, TextFileThatCannotBeOpenedEndsTheJob)
+{
+    AddSong("a.mp3");
+    AddSong("b.mp3");
+    try {
+        RunBatch(QuoteArguments({Song("a.mp3"), Song("a.txt"), Song("b.mp3")}));
+        ADD_FAILURE();
+    } catch (const runtime::RuntimeError &error) {
+        EXPECT_EQ(error.number, runtime::kFileNotFound);
+        EXPECT_EQ(error.description, Song("a.txt") + ": No such file or directory");
+    }
+    EXPECT_EQ(Rows(), RowList{"T|||||||~/a.mp3||0"}) << "what went in before stays";
+    EXPECT_FALSE(fs::exists(folder / "app/Solution.txt"));
+}
+
 TEST_F(Batch, SummaryThatCannotBeWrittenIsAnError)
 {
     fs::create_directory(folder / "app/Solution.txt");
