@@ -190,6 +190,13 @@ TEST(ExecuteSQL, MarkersAreReplacedFromLeftToRight)
     }
 }
 
+TEST(ExecuteSQL, EmptyMarkerTakesNoValue)
+{
+    tests::FreshCatalogue fresh;
+    fresh.access.ExecuteSQL("SELECT * FROM Lists", kSelect, Values({"a", "b"}), "");
+    EXPECT_TRUE(fresh.access.Succeeded) << fresh.access.ErrorMessage;
+}
+
 TEST(ExecuteSQL, ShiftedValueStandsInsideTheFirst)
 {
     tests::FreshCatalogue fresh; // ('a'' b'c') would be the text a' b
@@ -346,6 +353,22 @@ TEST(Transactions, RollBackEndsThemAllAndUndoesStoredQueries)
     fresh.AddPath("/2");
     access.RollBack();
     EXPECT_EQ(fresh.Rows("SELECT Path FROM MP3s"), std::vector<std::string>{});
+}
+
+TEST(Transactions, EndOfTheObjectRollsBack)
+{
+    tests::FreshCatalogue fresh;
+    {
+        ADOclass other;
+        other.TipoLectura = 1;
+        other.DirBase = fresh.access.DirBase;
+        other.DataBaseName = "MP3s";
+        other.BeginTrans();
+        other.ExecuteSQL("INSERT INTO Lists VALUES('a', '')", kInsert);
+        EXPECT_TRUE(other.Succeeded);
+    }
+    EXPECT_EQ(fresh.Rows("SELECT * FROM Lists"), std::vector<std::string>{});
+    fresh.AddPath("/free");
 }
 
 TEST(Transactions, AnotherObjectIsToldAtOnce)

@@ -1,4 +1,5 @@
 #include "catalogue/provider.h"
+#include "catalogue/sqlitefile.h"
 #include "tests/catalogue/support.h"
 
 #include <gtest/gtest.h>
@@ -91,6 +92,12 @@ TEST(Connect, WhatIsNoCatalogue)
              fs::remove(file);
              mkfifo(file.c_str(), 0600);
          }},
+        {"texts in UTF-16",
+         [](const std::string &file) {
+             auto bytes = tests::ReadFile(file);
+             bytes[59] = '\2';
+             tests::WriteFile(file, bytes);
+         }},
         {"wiped header page",
          [](const std::string &file) {
              auto bytes = tests::ReadFile(file);
@@ -181,8 +188,8 @@ TEST(Connect, OtherFailuresAreNotTheGenericOne)
 
 TEST(Connect, OddFolderNames)
 {
-    for (const std::string name :
-         {"a;b", "it's", "x=y;Provider=z", "50%?", "\xFF", "file:x?mode=ro"}) {
+    for (const std::string name : {"a;b", "it's", "x=y;Provider=z", "50%?", "\xFF",
+                                   "file:x?mode=ro", ";Persist Security Info=False"}) {
         SCOPED_TRACE(name);
         tests::FreshCatalogue fresh;
         fs::create_directory(fresh.folder / name);
@@ -269,11 +276,63 @@ TEST(Connect, CopyWithoutALogServesWhileAnotherReadsIt)
         reader.Run("PRAGMA journal_mode=DELETE");
         reader.Run("BEGIN; SELECT count(*) FROM MP3s");
         EXPECT_EQ(fresh.Rows("SELECT count(*) FROM MP3s"), std::vector<std::string>{"100"});
-        EXPECT_EQ(fresh.Rows("SELECT * FROM MP3s ORDER BY Title").size(), 100u);
+        const auto held =
+            Records(fresh.access.ExecuteSQL("SELECT * FROM MP3s ORDER BY Title", kSelect));
+        EXPECT_EQ(held->RecordCount(), 100);
         reader.Run("COMMIT");
         EXPECT_FALSE(SaysItKeepsALog(fresh.File())) << "it was in use, and stays as it is";
         fresh.AddPath("/101");
     }
     CloseCatalogue();
     EXPECT_EQ(fresh.Rows("SELECT count(*) FROM MP3s"), std::vector<std::string>{"101"});
+}
+
+TEST(IsCutShort, PagesThatTheLogHolds)
+{
+    constexpr std::uint32_t kPage = 512;
+    const auto number = [](std::uint32_t value) {
+        std::string bytes;
+        for (const int shift : {24, 16, 8, 0})
+            bytes += static_cast<char>(value >> shift & 0xFF);
+        return bytes;
+    };
+    const std::string salt = "saltsalt", stale = "SALTSALT";
+    const auto frame = [&](std::uint32_t page, std::uint32_t pagesAfter, const std::string &mark) {
+        return number(page) + number(pagesAfter) + mark + number(0) + number(0) +
+               std::string(kPage, 'p');
+    };
+    const std::string head = number(0x377F0682) + number(3007000) + number(kPage) + number(0) +
+                             salt + number(0) + number(0);
+    std::string header(100, '\0'); // page size at 16, change counter at 24 and 92, pages at 28
+    header.replace(16, 2, "\2\0"s);
+    header.replace(28, 4, number(3));
+    std::string unsure = header; // counters that differ: the number of pages is not to be trusted
+    unsure.replace(92, 4, number(7));
+    const struct {
+        const char *name;
+        std::string header, log;
+        std::int64_t pages;
+        bool want;
+    } cases[] = {
+        {"whole", header, "", 3, false},
+        {"longer", header, "", 4, false},
+        {"one short", header, "", 2, true},
+        {"half a page short", header, "", 3 * 512 - 1, true},
+        {"the page in the log", header, head + frame(3, 3, salt), 2, false},
+        {"another page in the log", header, head + frame(2, 3, salt), 2, true},
+        {"frame of an earlier log", header, head + frame(3, 3, stale), 2, true},
+        {"frame of no whole transaction", header, head + frame(3, 0, salt), 2, true},
+        {"whole, then a beginning", header, head + frame(3, 3, salt) + frame(2, 0, salt), 2, false},
+        {"the log made it shorter", header, head + frame(1, 2, salt), 2, false},
+        {"counter not to be trusted", unsure, "", 2, false},
+        {"nothing at all", unsure, "", 0, true},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        const tests::TestFolder folder;
+        if (!c.log.empty())
+            tests::WriteFile(folder / "x-wal", c.log);
+        const auto size = c.pages > 100 ? c.pages : c.pages * kPage;
+        EXPECT_EQ(IsCutShort(c.header, size, folder / "x"), c.want);
+    }
 }

@@ -156,6 +156,15 @@ TEST(RowGroups, StayOpenAndCloseBeforeAnythingElse)
     } cases[] = {
         {"asked for", [](auto &) { CloseOpenGroup(); }},
         {"another statement", [](auto &fresh) { fresh.Rows("SELECT * FROM Lists"); }},
+        {"another write",
+         [](auto &fresh) {
+             fresh.access.ExecuteSQL("INSERT INTO Lists VALUES('a', 'b')", kInsert);
+             EXPECT_TRUE(fresh.access.Succeeded) << fresh.access.ErrorMessage;
+         }},
+        {"a path looked up outside a step",
+         [](auto &fresh) {
+             fresh.Stored("SEL_ByPath", std::vector<Value>{"/1"s, "·"s});
+         }},
         {"a transaction",
          [](auto &fresh) {
              fresh.access.BeginTrans();
@@ -177,6 +186,16 @@ TEST(RowGroups, StayOpenAndCloseBeforeAnythingElse)
              SilentDesktop inner;
              GroupClosingDesktop(inner).OpenDialog("", {}, "");
          }},
+        {"an address",
+         [](auto &) {
+             SilentDesktop inner;
+             GroupClosingDesktop(inner).OpenAddress("", "");
+         }},
+        {"a step on another file",
+         [](auto &) {
+             tests::FreshCatalogue other;
+             AddInStep(other, "/other");
+         }},
         {"the end", [](auto &) { CloseCatalogue(); }},
         {"100 ms of work",
          [](auto &fresh) {
@@ -197,6 +216,38 @@ TEST(RowGroups, StayOpenAndCloseBeforeAnythingElse)
         EXPECT_EQ(Committed(fresh.File()), 2);
         EXPECT_EQ(groups.Close(), "");
     }
+}
+
+TEST(RowGroups, StatementOfAnEventHandlerBelongsToNoStep)
+{
+    struct Handler : SilentDesktop {
+        void DoEvents() override { act(); }
+        std::function<void()> act;
+    };
+    tests::FreshCatalogue fresh;
+    Handler inner;
+    GroupClosingDesktop desktop(inner);
+    inner.act = [&] { fresh.AddPath("/handler"); };
+    const RowGroups groups;
+    AddInStep(fresh, "/1");
+    {
+        const RowStep step;
+        desktop.DoEvents();
+        EXPECT_EQ(Committed(fresh.File()), 2);
+    }
+}
+
+TEST(RowGroups, StepThatOnlyLooksUpLetsGoAtItsEnd)
+{
+    tests::FreshCatalogue fresh;
+    {
+        const RowStep step;
+        fresh.Stored("SEL_ByPath", std::vector<Value>{"/1"s, "·"s});
+    }
+    sqlite3 *db = nullptr;
+    sqlite3_open(fresh.File().c_str(), &db);
+    EXPECT_EQ(sqlite3_exec(db, "BEGIN IMMEDIATE; COMMIT", nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(db);
 }
 
 TEST(RowGroups, SlowFilesAreNotWaitedForWithTheCatalogueHeld)
@@ -260,12 +311,14 @@ TEST(RowGroups, GiveWayToOneWhoWaits)
     AddInStep(fresh, "/1");
     EXPECT_EQ(Committed(fresh.File()), 0);
     ASSERT_TRUE(other.TryEnter());
+    const auto before = std::chrono::steady_clock::now();
     std::thread leaver([&] {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
         EXPECT_EQ(Committed(fresh.File()), 1) << "closed at once, and nothing new begun";
         other.Leave();
     });
     AddInStep(fresh, "/2");
+    EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(50));
     leaver.join();
     CloseOpenGroup();
     EXPECT_EQ(Committed(fresh.File()), 2);

@@ -53,6 +53,10 @@ TEST(TranslateStatement, Table)
          "SELECT * FROM Lists ORDER BY LIST_Name COLLATE CATALOGUE_TEXT DESC , b COLLATE "
          "CATALOGUE_TEXT",
          {}},
+        {"order inside brackets",
+         "SELECT a FROM (SELECT a FROM Lists ORDER BY a) AS x WHERE a <> 'b'",
+         "SELECT a FROM ( SELECT a FROM Lists ORDER BY a ) AS x WHERE a <> ?1",
+         {"b"}},
         {"view",
          "SELECT DISTINCT Artist\rFROM MP3s\rORDER BY Artist",
          "SELECT DISTINCT Artist FROM temp.TextOfMP3s AS MP3s ORDER BY Artist COLLATE "
