@@ -279,7 +279,43 @@ TEST_F(TreeViewTest, RebuildKeepsExpansionAndSelectionThatTheTreeHas)
     tests::LetRun(20);
     EXPECT_TRUE(view.isExpanded(view.Model().IndexOf(0)));
     EXPECT_EQ(view.currentIndex(), view.Model().IndexOf(tree.Find("ByAlbum")));
-    EXPECT_TRUE(view.updatesEnabled());
+    EXPECT_TRUE(view.viewport()->updatesEnabled());
+}
+
+TEST_F(TreeViewTest, OldNodesStayOnTheScreenDuringARebuild)
+{
+    QWidget window;
+    window.resize(400, 500);
+    view.setParent(&window);
+    view.show();
+    tests::ShowAndActivate(window);
+    tests::LetRun(60);
+    const QImage before = tests::Screenshot(window);
+    const struct {
+        const char *name;
+        std::function<void()> act;
+    } cases[] = {
+        {"nothing else", [] {}},
+        {"a part was to be drawn again", [this] { view.viewport()->update(); }},
+        {"the window was to be drawn again", [&window] { window.update(); }},
+    };
+    for (const auto &c : cases) {
+        for (const bool first : {true, false}) {
+            SCOPED_TRACE(c.name + std::string(first ? ", before" : ", meanwhile"));
+            if (first)
+                c.act();
+            {
+                const ui::TreeUpdate update(tree);
+                if (!first)
+                    c.act();
+                tests::LetRun(60);
+                EXPECT_EQ(tests::Screenshot(window), before);
+            }
+            tests::LetRun(60);
+            EXPECT_EQ(tests::Screenshot(window), before);
+        }
+    }
+    view.setParent(nullptr);
 }
 
 TEST_F(TreeViewTest, NodesRemovedWhileShownAreGone)

@@ -238,8 +238,9 @@ void KeyedList::SetSelection(std::span<const RowId> selected, RowId focus)
 
 void KeyedList::BeginUpdate()
 {
-    if (m_updating++ == 0 && rowsAboutToChange)
-        rowsAboutToChange();
+    if (m_updating == 0 && rowsAboutToChange)
+        rowsAboutToChange(); // the old ones can still be looked at
+    ++m_updating;
 }
 
 void KeyedList::EndUpdate()

@@ -248,8 +248,9 @@ void KeyedTree::MoveTo(NodeId node)
 
 void KeyedTree::BeginUpdate()
 {
-    if (m_updating++ == 0 && nodesAboutToChange)
-        nodesAboutToChange();
+    if (m_updating == 0 && nodesAboutToChange)
+        nodesAboutToChange(); // the old ones can still be looked at
+    ++m_updating;
 }
 
 void KeyedTree::EndUpdate()

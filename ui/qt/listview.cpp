@@ -23,7 +23,7 @@ constexpr int kFrame = 3; // pixels of the frame at each side
 } // namespace
 
 ListView::ListView(ui::KeyedList &list, QWidget *parent)
-    : QTreeView(parent), m_list(list), m_model(list, this)
+    : QTreeView(parent), m_list(list), m_model(list, this), m_picture(*this)
 {
     setRootIsDecorated(false);
     setItemsExpandable(false);
@@ -59,13 +59,13 @@ ListView::ListView(ui::KeyedList &list, QWidget *parent)
             onScrolled(false);
     });
     list.rowsAboutToChange = [this] {
-        setUpdatesEnabled(false); // the old picture stays until the rows stand
+        m_picture.Keep(); // until the rows stand
         m_model.BeginReset();
     };
     list.rowsChanged = [this] {
         m_model.EndReset();
         ShowRows();
-        setUpdatesEnabled(true);
+        m_picture.Drop();
     };
     list.listChanged = [this](ui::ListChange change) { Changed(change); };
     Bind(list, this, [this] {

@@ -5,6 +5,7 @@
 // its first visible text. Rows that are files can be dragged out, as copies.
 #pragma once
 
+#include "ui/qt/keptpicture.h"
 #include "ui/qt/listmodel.h"
 
 #include <QElapsedTimer>
@@ -62,6 +63,7 @@ private:
 
     ui::KeyedList &m_list;
     ListModel m_model;
+    KeptPicture m_picture;
     QElapsedTimer m_sinceTyped;
     QString m_typed;
     int m_leftInset = 0;

@@ -11,7 +11,7 @@ namespace ui::qt
 {
 
 TreeView::TreeView(ui::KeyedTree &tree, QWidget *parent)
-    : QTreeView(parent), m_tree(tree), m_model(tree, this)
+    : QTreeView(parent), m_tree(tree), m_model(tree, this), m_picture(*this)
 {
     setHeaderHidden(true);
     setUniformRowHeights(true);
@@ -24,13 +24,13 @@ TreeView::TreeView(ui::KeyedTree &tree, QWidget *parent)
     setItemDelegate(new RowDelegate(this));
     setModel(&m_model);
     tree.nodesAboutToChange = [this, begin = tree.nodesAboutToChange] {
-        setUpdatesEnabled(false); // the old picture stays until the nodes stand
+        m_picture.Keep(); // until the nodes stand
         begin();
     };
     tree.nodesChanged = [this, end = tree.nodesChanged] {
         end();
         ShowAll();
-        setUpdatesEnabled(true);
+        m_picture.Drop();
     };
     tree.selectionChanged = [this](ui::NodeId) { ShowSelection(); };
     tree.expansionChanged = [this](ui::NodeId node) { ShowExpansion(node); };

@@ -3,6 +3,7 @@
 // change of its expansion. Typing finds a node by the start of its text.
 #pragma once
 
+#include "ui/qt/keptpicture.h"
 #include "ui/qt/treemodel.h"
 
 #include <QTreeView>
@@ -38,6 +39,7 @@ private:
 
     ui::KeyedTree &m_tree;
     TreeModel m_model;
+    KeptPicture m_picture;
     ui::NodeId m_pressed = ui::kNoNode; // the node under the press of a click on its text
     bool m_pressedNothing = false;
     ui::NodeId m_shown = ui::kNoNode; // the node shown as selected
