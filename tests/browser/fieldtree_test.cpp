@@ -285,6 +285,8 @@ TEST_F(FieldTree, AFailedStatementGivesAnEmptyGroup)
     form.TV.Add(root, "ByTitle", "By Title");
     FillFieldTree(form, "SELECT * FROM NoSuchTable", "Title");
     EXPECT_EQ(Keys("ByTitle"), "");
+    FillFieldTree(form, "SELECT Artist\rFROM MP3s", "Title"); // records that have no title
+    EXPECT_EQ(Keys("ByTitle"), "");
     FillFieldTree(form, "SELECT *\rFROM MP3s", "");
     EXPECT_EQ(Keys("ByTitle"), "@ONE ");
     EXPECT_EQ(form.TV.Count(), 3); // a group that is not there gets no values
