@@ -192,9 +192,10 @@ TEST(RowGroups, StayOpenAndCloseBeforeAnythingElse)
              GroupClosingDesktop(inner).OpenAddress("", "");
          }},
         {"a step on another file",
-         [](auto &) {
-             tests::FreshCatalogue other;
+         [](auto &fresh) {
+             tests::FreshCatalogue other; // its end closes every group
              AddInStep(other, "/other");
+             EXPECT_EQ(Committed(fresh.File()), 2);
          }},
         {"the end", [](auto &) { CloseCatalogue(); }},
         {"100 ms of work",
