@@ -11,6 +11,7 @@
 #include "runtime/text.h"
 #include "shell/globals.h"
 #include "shell/language.h"
+#include "shell/openaddress.h"
 #include "shell/settings.h"
 
 namespace browser
@@ -96,7 +97,7 @@ void OpenPage(std::string_view page)
         throw runtime::RuntimeError(runtime::kSubscriptOutOfRange,
                                     catalogue::DataAccess->ErrorMessage);
     const std::string address(records->Text("URL2Check"));
-    platform::TheMachine().desktop->OpenAddress(address + std::string(page), "");
+    shell::OpenAddress(address + std::string(page), "");
 }
 
 void ShowHelp()

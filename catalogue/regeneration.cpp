@@ -13,6 +13,7 @@
 #include "runtime/text.h"
 #include "shell/globals.h"
 #include "shell/language.h"
+#include "shell/openaddress.h"
 
 #include <string_view>
 
@@ -246,7 +247,7 @@ void CloseReport(Run &run)
     const platform::Answer answer = TheDesktop().MessageBox(
         kReportQuestion, platform::Buttons::YesNo, "Mistakes", platform::BoxIcon::Exclamation);
     if (answer == platform::Answer::Yes)
-        TheDesktop().OpenAddress(ReportPath(), std::string(kViewerFolder));
+        shell::OpenAddress(ReportPath(), std::string(kViewerFolder));
 }
 
 void CountAll(std::int64_t &maximum)

@@ -44,7 +44,7 @@ struct Desktop {
 
     // Has the desktop open a path or an address (http:, mailto:) as a double click would, with
     // `workingFolder` as the folder of the opened program where the platform has such a thing.
-    // False when nothing could be started.
+    // False when nothing could be started and the user was told nothing.
     virtual bool OpenAddress(const std::string &address, const std::string &workingFolder) = 0;
 
     // Shows a help file (a path, byte for byte) at its contents, beside the program's windows.

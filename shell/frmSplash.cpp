@@ -4,6 +4,7 @@
 #include "platform/machine.h"
 #include "platform/windows.h"
 #include "shell/globals.h"
+#include "shell/openaddress.h"
 #include "shell/version.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/qttext.h"
@@ -147,7 +148,7 @@ void frmSplash::BuildAbout(const SplashTexts &texts)
     auto *address = new AddressLabel(ui::qt::ToQt(kSupportAddress), m_about);
     ui::qt::Name(address, "lblEmail");
     connect(address, &QPushButton::clicked, this,
-            [] { platform::TheMachine().desktop->OpenAddress(SupportMailAddress(), "C:\\"); });
+            [] { OpenAddress(SupportMailAddress(), "C:\\"); });
     grid->addWidget(address, 1, 1, Qt::AlignLeft);
     for (const auto &[name, text, column] : {std::tuple("lblICQ", std::string_view(texts.icq), 0),
                                              std::tuple("Label5", kContactNumber, 1)}) {

@@ -9,6 +9,7 @@
 #include "shell/batch.h"
 #include "shell/filetypes.h"
 #include "shell/globals.h"
+#include "shell/openaddress.h"
 #include "shell/regeneratejob.h"
 #include "shell/settings.h"
 #include "shell/version.h"
@@ -61,7 +62,7 @@ bool RefuseDamagedCatalogue()
     const auto answer =
         TheDesktop().MessageBox(kCatalogueDamaged, platform::Buttons::YesNo, "Corrupted file");
     if (answer == platform::Answer::Yes)
-        TheDesktop().OpenAddress(std::string(kDownloadPage), "C:\\");
+        OpenAddress(std::string(kDownloadPage), "C:\\");
     return false;
 }
 

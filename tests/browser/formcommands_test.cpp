@@ -178,6 +178,9 @@ TEST_F(FormCommands, PagesOpenBelowTheStoredAddress)
     EXPECT_EQ(desktop.opened[2], folder / "Brandolet.hlp");
     desktop.canOpen = false;
     EXPECT_THROW(RunCommand(form, "submnuShowHelp"), runtime::RuntimeError);
+    RunCommand(form, "submnuForums");
+    EXPECT_EQ(desktop.boxes, std::vector<std::string>{"No program was found that opens this:\r" +
+                                                      desktop.opened[0]});
 }
 
 TEST_F(FormCommands, EndingTheProgramBeforeAPageIsKnownOpensNone)

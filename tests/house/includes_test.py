@@ -11,7 +11,7 @@ import unittest
 
 import house
 
-SHELL_LOW = {"apppath", "globals", "settings", "language", "paths"}
+SHELL_LOW = {"apppath", "globals", "settings", "language", "openaddress", "paths"}
 ROOMS = {"runtime": 0, "platform": 2, "metadata": 4, "catalogue": 5, "shell": 6, "player": 6,
          "browser": 6, "search": 6, "playlists": 6, "tagedit": 6, "lyrics": 6, "online": 6, "ui": 6,
          "app": 8}

@@ -19,7 +19,7 @@ MENUS = {
 MARKS = {("FolderGroups", "ByField"): ["$Field$"], ("Progress", "AddingInformation"): ["$Field$"],
          ("Messages", "RemovableDiskNotReady"): ["$DiskType$", "$Label$"]}
 WITH_LINE_BREAKS = {("Messages", key) for key in ("NewerVersionAvailableWannaSeeInfo", "EmailError", "NoInfoTyped")}
-LOOKUP = re.compile(r'GetLanguageText\(\s*"(?:[^"\\]|\\.)*"\s*,\s*"([^"]+)"\s*,\s*"([^"]+)"\s*\)')
+LOOKUP = re.compile(r'GetLanguageText\(\s*(?:"(?:[^"\\]|\\.)*"\s*)+,\s*"([^"]+)"\s*,\s*"([^"]+)"\s*\)')
 
 
 def parse(text):
@@ -89,6 +89,7 @@ class Translations(unittest.TestCase):
                 text = (house.SOURCE / path).read_text(encoding="utf-8")
                 found |= {(section, key) for key, section in LOOKUP.findall(text)}
         self.assertIn(("FolderGroups", "ByField"), found)
+        self.assertIn(("Status", "NewLanguageSelected"), found)  # its text stands on two lines
         for name, entries in self.files.items():
             known = {(section.lower(), key.lower()) for section, key in entries}
             missing = [where for where in found if (where[0].lower(), where[1].lower()) not in known]
