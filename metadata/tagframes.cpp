@@ -105,6 +105,25 @@ std::string &RemoveFrame(std::string &body, std::string_view identifier, int maj
     return body;
 }
 
+bool RemoveEmptied(std::string &body, const ID3v2Tag &before, const ID3v2Tag &now, int majorVersion)
+{
+    const struct {
+        std::string_view identifier;
+        const std::string &before, &now;
+    } fields[] = {{"TALB", before.Album, now.Album},     {"TPE1", before.Artist, now.Artist},
+                  {"COMM", before.Comment, now.Comment}, {"TCON", before.Genre, now.Genre},
+                  {"USLT", before.Lyrics, now.Lyrics},   {"TIT2", before.Title, now.Title},
+                  {"TYER", before.Year, now.Year}};
+    bool removed = false;
+    for (const auto &field : fields) {
+        if (!field.now.empty() || field.before == field.now)
+            continue;
+        RemoveFrame(body, field.identifier, majorVersion);
+        removed = true;
+    }
+    return removed;
+}
+
 std::string BuildID3v2Tag(std::string body, ID3v2Tag &tag, int majorVersion)
 {
     const bool genreUnset = runtime::LeadingNumber(tag.Genre) == -1;

@@ -25,6 +25,11 @@ void AppendFrame(std::string &frames, std::string_view identifier, std::string_v
 // loose bytes.
 std::string &RemoveFrame(std::string &body, std::string_view identifier, int majorVersion);
 
+// Cuts the frames, by their names of version 3, of the fields that have a text in `before` and none
+// in `now` out of `body`, as RemoveFrame does. Returns whether there was such a field.
+bool RemoveEmptied(std::string &body, const ID3v2Tag &before, const ID3v2Tag &now,
+                   int majorVersion);
+
 // The whole new tag of version 3, header included, made of `tag` and of what `body` holds besides.
 // Frames that are written anew leave `body` first, but for the comment: the new one stands before
 // the old one. Empty fields write no frame and leave the old one; the genre is always written.

@@ -177,28 +177,6 @@ bool Ground(Edit &edit)
 
 // --- the new tags ----------------------------------------------------------------------------
 
-// Takes the frames of emptied fields out of `body`. True when there was an emptied field.
-bool RemoveEmptied(const Edit &edit, std::string &body)
-{
-    const ID3v2Tag &from = edit.oldID3v2;
-    const ID3v2Tag &to = edit.id3v2;
-    const struct {
-        std::string_view identifier;
-        const std::string &before, &now;
-    } fields[] = {{"TALB", from.Album, to.Album},     {"TPE1", from.Artist, to.Artist},
-                  {"COMM", from.Comment, to.Comment}, {"TCON", from.Genre, to.Genre},
-                  {"USLT", from.Lyrics, to.Lyrics},   {"TIT2", from.Title, to.Title},
-                  {"TYER", from.Year, to.Year}};
-    bool removed = false;
-    for (const auto &field : fields) {
-        if (!field.now.empty() || field.before == field.now)
-            continue;
-        RemoveFrame(body, field.identifier, edit.raw.majorVersion);
-        removed = true;
-    }
-    return removed;
-}
-
 // Fills `image` and `tag`. Nothing when they cannot be built; else whether a field was emptied.
 std::optional<bool> BuildTags(Edit &edit)
 {
@@ -212,7 +190,7 @@ std::optional<bool> BuildTags(Edit &edit)
     ShowProgress(edit, "Creating the ID3v2 Tag");
     const bool built = Run([&] {
         std::string body(edit.raw.body);
-        removed = RemoveEmptied(edit, body);
+        removed = RemoveEmptied(body, edit.oldID3v2, edit.id3v2, edit.raw.majorVersion);
         edit.tag = BuildID3v2Tag(std::move(body), edit.id3v2, edit.raw.majorVersion);
     });
     return built ? std::optional(removed) : std::nullopt;
