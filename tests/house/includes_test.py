@@ -19,6 +19,11 @@ WINDOWS_FLOOR = 7
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"]+)[>"]', re.MULTILINE)
 
 
+def is_toolkit(name):
+    """Whether the name between an include's angle brackets is one of Qt's."""
+    return re.match(r"Qt?[A-Z]", name) is not None
+
+
 def is_window(path):
     """Whether the file may include Qt and stands on the windows' floor (app has a floor of its own)."""
     return path.name.startswith("frm") or path.parts[:2] in (("ui", "qt"), ("platform", "qt"))
@@ -45,7 +50,7 @@ def violations(files):
     for path, text in files.items():
         for quoted, name in includes(text):
             if not quoted:
-                if re.match(r"Qt?[A-Z]", name) and not is_window(path) and path.parts[0] != "app":
+                if is_toolkit(name) and not is_window(path) and path.parts[0] != "app":
                     wrong.append(f"{path} includes Qt: {name}")
                 continue
             target = pathlib.PurePosixPath(name)
@@ -134,6 +139,13 @@ class Includes(unittest.TestCase):
         self.check("two folders", browser__a_cpp='#include "player/b.h"\n', player__b_h="", browser__a_h="",
                    player__b_cpp='#include "browser/a.h"\n')
         self.check("not there", browser__a_cpp='#include "browser/b.h"\n')
+
+    def test_tools_include_no_toolkit(self):
+        """What draws with Qt stands in ui/qt, a tool too."""
+        self.assertTrue(is_toolkit("QSvgRenderer") and not is_toolkit("Queue.h"))
+        wrong = [str(path) for path in house.sources(".cpp", ".h") if path.parts[0] in ("tools", "fuzz")
+                 if any(is_toolkit(name) for _, name in includes((house.SOURCE / path).read_text()))]
+        self.assertEqual(wrong, [])
 
     def test_the_tree(self):
         files = tree()
