@@ -6,12 +6,11 @@ import shutil
 import signal
 import sqlite3
 import subprocess
-import tempfile
 import time
 import unittest
 
-PROGRAM = os.environ["QUENLIN_PROGRAM"]
-SHIPPED = os.environ["QUENLIN_SHIPPED"]
+from startedprogram import PROGRAM, StartedProgram, wait_for
+
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 SESSION_MANAGER = os.environ["QUENLIN_SESSION_MANAGER"]
 DROP_TARGET = os.environ["QUENLIN_DROP_TARGET"]
@@ -27,29 +26,10 @@ def geometry(window):
     return {name: int(number) for name, number in lines}
 
 
-def wait_for(condition, seconds=20):
-    end = time.monotonic() + seconds
-    while time.monotonic() < end:
-        found = condition()
-        if found:
-            return found
-        time.sleep(0.03)
-    return None
-
-
-class WindowedProgram(unittest.TestCase):
+class WindowedProgram(StartedProgram):
     def setUp(self):
-        self.scratch = pathlib.Path(tempfile.mkdtemp(prefix="quenlin-windowed-"))
-        self.addCleanup(shutil.rmtree, self.scratch, ignore_errors=True)
-        self.home = self.scratch / "home"
-        self.config = self.scratch / "config"
-        self.home.mkdir()
-        (self.config / "Quenlin").mkdir(parents=True)
-        shutil.copy(SHIPPED, self.home / "MP3s.mdb")
-        self.settings = self.config / "Quenlin" / "settings.ini"
-        self.set()
-        self.env = dict(os.environ, QUENLIN_HOME=str(self.home), XDG_CONFIG_HOME=str(self.config),
-                        XDG_DATA_HOME=str(self.scratch / "data"))
+        super().setUp()
+        self.env = dict(os.environ, **self.places)
 
     def start(self):
         process = subprocess.Popen([PROGRAM], env=self.env)
@@ -67,10 +47,6 @@ class WindowedProgram(unittest.TestCase):
 
     def windows(self, process):
         return xdotool("search", "--onlyvisible", "--pid", str(process.pid))
-
-    def set(self, *lines):
-        """The preferences: no tips, and these lines, each "key=text"."""
-        self.settings.write_text("\n".join(["[Preferences]", "Show Tips at Startup=0", *lines]) + "\n")
 
     def make_songs(self, count):
         """A folder of so many files without any tag."""

@@ -2,46 +2,23 @@
 """The built program on a Wayland desktop (weston without a screen): its size comes back, its stored place
 is kept although no program can take one there, and a second start hands over to the first."""
 import os
-import pathlib
-import shutil
 import signal
 import subprocess
-import tempfile
-import time
 import unittest
 
-PROGRAM = os.environ["QUENLIN_PROGRAM"]
-SHIPPED = os.environ["QUENLIN_SHIPPED"]
+from startedprogram import PROGRAM, StartedProgram, wait_for
+
 PLACE = {"Left": "3000", "Top": "1500", "Width": "13500", "Height": "9000"}  # twips
 
 
-def wait_for(condition, seconds=20):
-    end = time.monotonic() + seconds
-    while time.monotonic() < end:
-        found = condition()
-        if found:
-            return found
-        time.sleep(0.03)
-    return None
-
-
-class OnWayland(unittest.TestCase):
+class OnWayland(StartedProgram):
     def setUp(self):
-        self.scratch = pathlib.Path(tempfile.mkdtemp(prefix="quenlin-wayland-"))
-        self.addCleanup(shutil.rmtree, self.scratch, ignore_errors=True)
+        super().setUp()
         runtime = self.scratch / "runtime"
         runtime.mkdir(mode=0o700)
-        home = self.scratch / "home"
-        home.mkdir()
-        shutil.copy(SHIPPED, home / "MP3s.mdb")
-        self.settings = self.scratch / "config" / "Quenlin" / "settings.ini"
-        self.settings.parent.mkdir(parents=True)
-        lines = ["[Preferences]", "Show Tips at Startup=0", *(f"{k}={v}" for k, v in PLACE.items())]
-        self.settings.write_text("\n".join(lines) + "\n")
+        self.set(*(f"{key}={text}" for key, text in PLACE.items()))
         self.env = {"PATH": os.environ["PATH"], "LC_ALL": "C.UTF-8", "HOME": str(self.scratch),
-                    "XDG_RUNTIME_DIR": str(runtime), "XDG_CONFIG_HOME": str(self.scratch / "config"),
-                    "XDG_DATA_HOME": str(self.scratch / "data"), "QUENLIN_HOME": str(home),
-                    "WAYLAND_DISPLAY": "wayland-quenlin",
+                    "XDG_RUNTIME_DIR": str(runtime), "WAYLAND_DISPLAY": "wayland-quenlin", **self.places,
                     **{name: text for name, text in os.environ.items() if name.endswith("SAN_OPTIONS")}}
         self.run_beside(["weston", "--backend=headless-backend.so", "--use-pixman", "--idle-time=0",
                          "--width=1280", "--height=900", "--socket=wayland-quenlin"])
