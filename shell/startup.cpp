@@ -14,7 +14,6 @@
 #include "shell/settings.h"
 #include "shell/version.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -88,12 +87,14 @@ std::vector<std::string> LanguageFileNames()
 // "X.qlt": where there is no such file, one whose name differs in letter case alone is taken.
 std::string LanguageFile(const std::string &name)
 {
-    const std::vector<std::string> names = LanguageFileNames();
-    if (std::ranges::find(names, name) == names.end())
-        for (const std::string &other : names)
-            if (runtime::EqualText(other, name))
-                return AppFile(other);
-    return AppFile(name);
+    std::string path = AppFile(name);
+    std::error_code unknown;
+    if (name.empty() || std::filesystem::is_regular_file(path, unknown))
+        return path;
+    for (const std::string &other : LanguageFileNames())
+        if (runtime::EqualText(other, name))
+            return AppFile(other);
+    return path;
 }
 
 // Everything up to the preferences, which each way of running needs. False when the catalogue is
