@@ -360,9 +360,7 @@ TEST(Transactions, EndOfTheObjectRollsBack)
     tests::FreshCatalogue fresh;
     {
         ADOclass other;
-        other.TipoLectura = 1;
-        other.DirBase = fresh.access.DirBase;
-        other.DataBaseName = "MP3s";
+        fresh.LeadHere(other);
         other.BeginTrans();
         other.ExecuteSQL("INSERT INTO Lists VALUES('a', '')", kInsert);
         EXPECT_TRUE(other.Succeeded);
@@ -375,9 +373,7 @@ TEST(Transactions, AnotherObjectIsToldAtOnce)
 {
     tests::FreshCatalogue fresh;
     ADOclass other;
-    other.TipoLectura = 1;
-    other.DirBase = fresh.access.DirBase;
-    other.DataBaseName = "MP3s";
+    fresh.LeadHere(other);
     fresh.access.BeginTrans();
     other.ExecuteSQL("INSERT INTO Lists VALUES('a', '')", kInsert);
     EXPECT_FALSE(other.Succeeded);

@@ -17,9 +17,15 @@ std::string ShippedCatalogue()
 FreshCatalogue::FreshCatalogue()
 {
     std::filesystem::copy_file(ShippedCatalogue(), File());
-    access.TipoLectura = 1;
-    access.DirBase = folder.Path() + "/";
-    access.DataBaseName = access.TableName = "MP3s";
+    LeadHere(access);
+    access.TableName = "MP3s";
+}
+
+void FreshCatalogue::LeadHere(ADOclass &other) const
+{
+    other.TipoLectura = 1;
+    other.DirBase = folder.Path() + "/";
+    other.DataBaseName = "MP3s";
 }
 
 FreshCatalogue::~FreshCatalogue()

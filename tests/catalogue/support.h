@@ -21,6 +21,9 @@ struct FreshCatalogue {
     TestFolder folder;
     catalogue::ADOclass access;
 
+    // Leads another object to the same catalogue.
+    void LeadHere(catalogue::ADOclass &other) const;
+
     [[nodiscard]] std::string File() const { return folder / "MP3s.mdb"; }
 
     // The statement's rows, their fields joined by "|", nulls as "NULL". Fails the test when it
