@@ -24,8 +24,6 @@ namespace app
 namespace
 {
 
-constexpr int kOutOfMemory = 7; // the runtime's number
-
 // The ports of a terminal, in use while this lives.
 class TerminalMachine
 {
@@ -105,7 +103,7 @@ int RunInTerminal(const Options &options)
         shell::ShowRuntimeError(error);
         return shell::kRefused;
     } catch (const std::bad_alloc &) {
-        shell::ShowRuntimeError({kOutOfMemory, "Out of memory"});
+        shell::ShowRuntimeError(runtime::RuntimeError(runtime::kOutOfMemory));
         return shell::kRefused;
     } catch (const platform::EndRequested &end) {
         return 128 + end.signalNo; // as shells tell the end by a signal

@@ -209,7 +209,7 @@ std::int16_t AddOrUpdateMP3(const std::string &path, std::string &reason)
     try {
         return AddOrUpdate(path, reason);
     } catch (const std::bad_alloc &) { // of a tag of hundreds of megabytes; the next file may fit
-        reason = "Out of memory\r";
+        reason = runtime::DescribeError(runtime::kOutOfMemory) + "\r";
         return kFailed;
     }
 }

@@ -110,7 +110,7 @@ bool Run(const Statement &statement)
             if (!MakeBackupFolder())
                 return false;
         } catch (const std::bad_alloc &) {
-            Tell("Out of memory");
+            Tell(runtime::DescribeError(runtime::kOutOfMemory));
             return false;
         }
     }

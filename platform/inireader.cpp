@@ -17,7 +17,6 @@ namespace
 {
 
 constexpr std::size_t kMaxFileBytes = 4u << 20;
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 bool IsBlank(char c)
 {
@@ -76,8 +75,8 @@ std::string TextOfFile(std::string bytes)
         const auto lastLineEnd = bytes.find_last_of("\r\n");
         bytes.resize(lastLineEnd == std::string::npos ? 0 : lastLineEnd);
     }
-    if (bytes.starts_with(kByteOrderMark))
-        bytes.erase(0, kByteOrderMark.size());
+    if (bytes.starts_with(runtime::kByteOrderMark))
+        bytes.erase(0, runtime::kByteOrderMark.size());
     return runtime::IsUtf8(bytes) ? bytes : runtime::TextOfBytes(bytes);
 }
 

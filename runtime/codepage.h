@@ -8,6 +8,9 @@
 namespace runtime
 {
 
+// U+FEFF in UTF-8. Some editors put it at the start of what they save; it belongs to no text.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 // The code page in force: 1250 to 1258 or 874. 1252 until UseCodePage says otherwise.
 int CodePage();
 

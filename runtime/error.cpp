@@ -13,6 +13,8 @@ std::string DescribeError(int number)
         return "Invalid procedure call or argument";
     case kOverflow:
         return "Overflow";
+    case kOutOfMemory:
+        return "Out of memory";
     case kSubscriptOutOfRange:
         return "Subscript out of range";
     case kDivisionByZero:

@@ -28,6 +28,12 @@ bool WriteAll(int fd, std::string_view bytes)
     return true;
 }
 
+// A descriptor, or -1 with errno set. A missing file is made; `how` holds further flags.
+int OpenToAppend(const std::string &path, int how = 0)
+{
+    return open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | how, 0666);
+}
+
 // Where `path` leads through symbolic links; `path` itself when it does not exist yet.
 std::string Resolved(const std::string &path)
 {
@@ -100,8 +106,7 @@ bool ReplaceFile(const std::string &path, std::string_view bytes, unsigned mode)
 
 bool AppendToFile(const std::string &path, std::string_view bytes)
 {
-    constexpr int kHow = O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY;
-    const Descriptor file(open(path.c_str(), kHow, 0666));
+    const Descriptor file(OpenToAppend(path));
     return file && WriteAll(file.Get(), bytes);
 }
 
@@ -120,7 +125,7 @@ void Appender::Open(int how)
 {
     if (m_fd >= 0)
         close(m_fd);
-    m_fd = open(m_path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | how, 0666);
+    m_fd = OpenToAppend(m_path, how);
 }
 
 bool Appender::Append(std::string_view bytes)

@@ -1,5 +1,6 @@
 #include "platform/posix/inidocument.h"
 
+#include "runtime/codepage.h"
 #include "runtime/text.h"
 
 #include <algorithm>
@@ -9,9 +10,6 @@ namespace platform::posix
 
 namespace
 {
-
-// Some editors put it at the start of what they save; it belongs to no name.
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 constexpr std::string_view kHexDigits = "0123456789abcdef";
 
@@ -121,8 +119,8 @@ IniDocument::IniDocument(std::string_view text)
         std::string_view rest = text.substr(0, end);
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
         Line line{std::string(rest), section, false, {}, {}};
-        if (m_lines.empty() && rest.starts_with(kByteOrderMark))
-            rest.remove_prefix(kByteOrderMark.size());
+        if (m_lines.empty() && rest.starts_with(runtime::kByteOrderMark))
+            rest.remove_prefix(runtime::kByteOrderMark.size());
         if (rest.ends_with('\r'))
             rest.remove_suffix(1);
         rest = runtime::Trim(rest);

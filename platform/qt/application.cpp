@@ -9,9 +9,7 @@ namespace platform::qt
 namespace
 {
 
-// The runtime's own numbers for what goes wrong in the program itself.
-constexpr int kOutOfMemory = 7;
-constexpr int kInternalError = 51;
+constexpr int kInternalError = 51; // the runtime's number for what goes wrong in the program itself
 
 } // namespace
 
@@ -22,7 +20,7 @@ bool Application::notify(QObject *receiver, QEvent *event)
     } catch (const runtime::RuntimeError &error) {
         Tell(error);
     } catch (const std::bad_alloc &) {
-        Tell({kOutOfMemory, "Out of memory"});
+        Tell(runtime::RuntimeError(runtime::kOutOfMemory));
     } catch (const std::exception &error) {
         Tell({kInternalError, error.what()});
     }

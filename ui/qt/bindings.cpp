@@ -141,8 +141,7 @@ void BindProgress(ui::ProgressBar &bar, QProgressBar *widget)
 void BindTimer(ui::Timer &timer, QObject *owner)
 {
     auto *driver = new QTimer(owner);
-    driver->setTimerType(
-        Qt::PreciseTimer); // the default may come a twentieth late: the splash waits
+    driver->setTimerType(Qt::PreciseTimer); // the default may be late by a twentieth
     driver->setInterval(timer.IntervalMs());
     QObject::connect(driver, &QTimer::timeout, driver, [&timer] { timer.Fire(); });
     Bind(timer, driver, [&timer, driver] {
