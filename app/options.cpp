@@ -1,6 +1,6 @@
 #include "app/options.h"
 
-#include "shell/version.h"
+#include "shell/startup/version.h"
 
 namespace app
 {

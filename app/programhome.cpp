@@ -3,7 +3,7 @@
 #include "platform/posix/userfolders.h"
 #include "runtime/codepage.h"
 #include "shell/apppath.h"
-#include "shell/programhome.h"
+#include "shell/startup/programhome.h"
 
 namespace app
 {

@@ -12,9 +12,9 @@
 #include "platform/posix/systemclock.h"
 #include "platform/posix/userfolders.h"
 #include "platform/terminal/terminaldesktop.h"
-#include "shell/batch.h"
 #include "shell/globals.h"
-#include "shell/startup.h"
+#include "shell/startup/batch.h"
+#include "shell/startup/startup.h"
 
 #include <new>
 

@@ -4,10 +4,10 @@
 #include "platform/endrequest.h"
 #include "platform/posix/userfolders.h"
 #include "runtime/error.h"
-#include "shell/batch.h"
-#include "shell/frmSplash.h"
 #include "shell/globals.h"
-#include "shell/startup.h"
+#include "shell/startup/batch.h"
+#include "shell/startup/frmSplash.h"
+#include "shell/startup/startup.h"
 
 #include <fcntl.h>
 #include <sys/resource.h>

@@ -11,9 +11,9 @@
 #include "platform/settingsstore.h"
 #include "runtime/error.h"
 #include "shell/apppath.h"
-#include "shell/frmSplash.h"
 #include "shell/globals.h"
-#include "shell/startup.h"
+#include "shell/startup/frmSplash.h"
+#include "shell/startup/startup.h"
 #include "ui/qt/icons.h"
 
 #include <QApplication>

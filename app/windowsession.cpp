@@ -3,7 +3,7 @@
 #include "catalogue/adoclass.h"
 #include "platform/appid.h"
 #include "platform/machine.h"
-#include "shell/startup.h"
+#include "shell/startup/startup.h"
 
 #include <QAbstractEventDispatcher>
 

@@ -1,10 +1,10 @@
 #include "catalogue/adoclass.h"
 
-#include "catalogue/groupstate.h"
 #include "catalogue/provider.h"
 #include "catalogue/rowgroups.h"
-#include "catalogue/rowtable.h"
-#include "catalogue/statementparams.h"
+#include "catalogue/rows/rowtable.h"
+#include "catalogue/sql/statementparams.h"
+#include "catalogue/sqlite/groupstate.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
 #include "runtime/text.h"

@@ -1,6 +1,6 @@
 #include "catalogue/provider.h"
 
-#include "catalogue/sqliteprovider.h"
+#include "catalogue/sqlite/sqliteprovider.h"
 #include "runtime/text.h"
 
 namespace catalogue

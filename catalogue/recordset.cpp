@@ -1,4 +1,4 @@
-#include "catalogue/rowtable.h"
+#include "catalogue/rows/rowtable.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
 

@@ -2,15 +2,16 @@
 
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"
-#include "catalogue/integrityreport.h"
+#include "catalogue/regeneration/integrityreport.h"
+#include "catalogue/regeneration/walker.h"
 #include "catalogue/rowgroups.h"
-#include "catalogue/walker.h"
 #include "metadata/mp3info.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
+#include "shell/apppath.h"
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/openaddress.h"
@@ -357,6 +358,11 @@ void ListRefresh(bool showProgress)
     }
     EnableTVAndLV(true);
     ShowPBar(false);
+}
+
+std::string ReportPath()
+{
+    return shell::AppFile(kReportName);
 }
 
 } // namespace catalogue

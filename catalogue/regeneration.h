@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace catalogue
@@ -51,5 +52,11 @@ void ListRefresh(bool showProgress);
 // then, and the report stays without its closing lines. Without a run it does nothing.
 bool IsRegenerating();
 void StopRegeneration();
+
+// The report's name in the program's folder; the misspelling is the name.
+inline constexpr std::string_view kReportName = "Quenlin - MP3s' Intregity Report.qrp";
+
+// The report's full path.
+std::string ReportPath();
 
 } // namespace catalogue

@@ -1,6 +1,6 @@
 #include "catalogue/rowgroups.h"
 
-#include "catalogue/groupstate.h"
+#include "catalogue/sqlite/groupstate.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 -- The catalogue as it ships. The program never changes its structure. It names no function and no
 -- collation that the stock sqlite3 tool lacks; the program gives UPPER, LIKE and "=" their Unicode
--- letter case when it runs a statement (catalogue/statementtext.h).
+-- letter case when it runs a statement (catalogue/sql/statementtext.h).
 
 -- One row per catalogued file, and one more for each duplicate of its entry. An INSERT gives all
 -- ten columns by position: no further one may stand here.

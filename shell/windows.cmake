@@ -1,1 +1,1 @@
-target_sources(quenlin_windows PRIVATE ${CMAKE_CURRENT_LIST_DIR}/frmSplash.cpp)
+target_sources(quenlin_windows PRIVATE ${CMAKE_CURRENT_LIST_DIR}/startup/frmSplash.cpp)

@@ -1,6 +1,6 @@
 #include "catalogue/regeneration.h"
 #include "runtime/error.h"
-#include "shell/splash.h"
+#include "shell/startup/splash.h"
 #include "tests/browser/formfixture.h"
 
 namespace

@@ -1,5 +1,5 @@
 #include "catalogue/provider.h"
-#include "catalogue/sqlitefile.h"
+#include "catalogue/sqlite/sqlitefile.h"
 #include "tests/catalogue/support.h"
 
 #include <gtest/gtest.h>

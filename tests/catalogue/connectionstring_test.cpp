@@ -1,5 +1,5 @@
 #include "catalogue/provider.h"
-#include "catalogue/rowtable.h"
+#include "catalogue/rows/rowtable.h"
 #include "shell/apppath.h"
 #include "tests/catalogue/support.h"
 #include "tests/support/scripteddesktop.h"

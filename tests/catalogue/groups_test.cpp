@@ -1,4 +1,4 @@
-#include "catalogue/turnstile.h"
+#include "catalogue/sqlite/turnstile.h"
 #include "tests/catalogue/support.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
-#include "catalogue/integrityreport.h"
+#include "catalogue/regeneration.h"
+#include "catalogue/regeneration/integrityreport.h"
 #include "runtime/error.h"
 #include "shell/apppath.h"
 #include "tests/support/testfolder.h"

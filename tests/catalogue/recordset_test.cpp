@@ -1,5 +1,5 @@
-#include "catalogue/laterows.h"
-#include "catalogue/textorder.h"
+#include "catalogue/rows/laterows.h"
+#include "catalogue/rows/textorder.h"
 #include "runtime/error.h"
 #include "tests/catalogue/support.h"
 

@@ -1,4 +1,4 @@
-#include "catalogue/walker.h"
+#include "catalogue/regeneration/walker.h"
 #include "shell/globals.h"
 #include "tests/catalogue/regenerationfixture.h"
 

@@ -2,8 +2,8 @@
 // the songs that a regeneration finds.
 #pragma once
 
-#include "catalogue/integrityreport.h"
 #include "catalogue/regeneration.h"
+#include "catalogue/regeneration/integrityreport.h"
 #include "tests/support/libraryfixture.h"
 #include "tests/support/mp3bytes.h"
 

@@ -1,4 +1,4 @@
-#include "catalogue/statementtext.h"
+#include "catalogue/sql/statementtext.h"
 #include "runtime/text.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "catalogue/textorder.h"
-#include "catalogue/textpool.h"
+#include "catalogue/rows/textorder.h"
+#include "catalogue/rows/textpool.h"
 #include "runtime/text.h"
 
 #include <gtest/gtest.h>

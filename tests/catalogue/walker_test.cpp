@@ -1,4 +1,4 @@
-#include "catalogue/walker.h"
+#include "catalogue/regeneration/walker.h"
 #include "runtime/error.h"
 #include "tests/support/testfolder.h"
 

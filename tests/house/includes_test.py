@@ -1,9 +1,11 @@
 """The include graph: no arrow up, no circle, Qt in windows only.
 
 A file may include its own floor and those below. Headers form no circle. A module is a header and the
-source beside it: modules of one folder may call each other back and forth (a click on the tree fills the
-list, a click in the list opens the tree), but no such circle leads through two folders. The floors, from the ground: runtime, toolkit-free controls, platform ports, shell's low floor,
-metadata, catalogue, the subsystems' logic, windows, app.
+source beside it: modules of one area may call each other back and forth (a click on the tree fills the
+list, a click in the list opens the tree), but no such circle leads through two areas. An area is a folder
+at the top; a folder inside catalogue/ is private: only catalogue/ includes it. The floors, from the
+lowest: runtime, toolkit-free controls, platform ports, the top of shell/, metadata, catalogue, the
+subsystems' logic, windows, app.
 """
 import pathlib
 import re
@@ -11,7 +13,6 @@ import unittest
 
 import house
 
-SHELL_LOW = {"apppath", "globals", "settings", "language", "openaddress", "paths"}
 ROOMS = {"runtime": 0, "platform": 2, "metadata": 4, "catalogue": 5, "shell": 6, "player": 6,
          "browser": 6, "search": 6, "playlists": 6, "tagedit": 6, "lyrics": 6, "online": 6, "ui": 6,
          "app": 8}
@@ -34,9 +35,13 @@ def floor(path):
         return WINDOWS_FLOOR
     if path.parts[:2] == ("ui", "controls") or path.parts == ("ui", "twips.h"):
         return 1
-    if path.parts[0] == "shell" and path.stem in SHELL_LOW:
+    if path.parts[0] == "shell" and len(path.parts) == 2:
         return 3
     return ROOMS[path.parts[0]]
+
+
+def is_private(path):
+    return path.parts[0] == "catalogue" and len(path.parts) > 2
 
 
 def includes(text):
@@ -58,6 +63,8 @@ def violations(files):
                 if target.name.endswith(".h"):
                     wrong.append(f"{path} includes what is not there: {name}")
                 continue
+            if is_private(target) and path.parts[0] != target.parts[0]:
+                wrong.append(f"{path} includes {target}, which is private to {target.parts[0]}/")
             if floor(target) > floor(path):
                 wrong.append(f"{path} includes {target}, which stands above it")
             if path.suffix == ".h":
@@ -100,11 +107,11 @@ def reachable(arrows, start):
 
 
 def tangles(arrows):
-    """The modules from which a way leads into another folder and back, each as a text."""
+    """The modules from which a way leads into another area and back, each as a text."""
     reach = {module: reachable(arrows, module) for module in arrows}
-    return [f"circle through two folders: {one} and {other}"
+    return [f"circle through two areas: {one} and {other}"
             for one in sorted(reach) for other in sorted(reach[one])
-            if one.parent < other.parent and one in reach.get(other, ())]
+            if one.parts[0] < other.parts[0] and one in reach.get(other, ())]
 
 
 def tree():
@@ -127,7 +134,7 @@ class Includes(unittest.TestCase):
     def test_the_rule_sees_each_kind(self):
         self.check(None, metadata__a_h='#include "runtime/b.h"\n', runtime__b_h="")
         self.check("stands above", runtime__b_h='#include "metadata/a.h"\n', metadata__a_h="")
-        self.check("stands above", metadata__a_cpp='#include "shell/startup.h"\n', shell__startup_h="")
+        self.check("stands above", metadata__a_cpp='#include "shell/startup/batch.h"\n', shell__startup__batch_h="")
         self.check(None, metadata__a_cpp='#include "shell/language.h"\n', shell__language_h="")
         self.check("stands above", browser__tree_cpp='#include "browser/frmMain.h"\n', browser__frmMain_h="")
         self.check("includes Qt", browser__tree_cpp="#include <QString>\n")
@@ -136,7 +143,9 @@ class Includes(unittest.TestCase):
         self.check("circle: ", browser__a_h='#include "browser/b.h"\n', browser__b_h='#include "browser/a.h"\n')
         self.check(None, browser__a_cpp='#include "browser/b.h"\n', browser__b_h="", browser__a_h="",
                    browser__b_cpp='#include "browser/a.h"\n')
-        self.check("two folders", browser__a_cpp='#include "player/b.h"\n', player__b_h="", browser__a_h="",
+        self.check("private", lyrics__a_cpp='#include "catalogue/sql/b.h"\n', catalogue__sql__b_h="")
+        self.check(None, catalogue__a_cpp='#include "catalogue/sql/b.h"\n', catalogue__sql__b_h="")
+        self.check("two areas", browser__a_cpp='#include "player/b.h"\n', player__b_h="", browser__a_h="",
                    player__b_cpp='#include "browser/a.h"\n')
         self.check("not there", browser__a_cpp='#include "browser/b.h"\n')
 

@@ -1,7 +1,7 @@
 #include "platform/endrequest.h"
 #include "runtime/error.h"
-#include "shell/batch.h"
 #include "shell/globals.h"
+#include "shell/startup/batch.h"
 #include "tests/support/libraryfixture.h"
 #include "tests/support/mp3bytes.h"
 

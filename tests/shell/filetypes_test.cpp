@@ -1,5 +1,5 @@
 #include "shell/apppath.h"
-#include "shell/filetypes.h"
+#include "shell/startup/filetypes.h"
 #include "tests/support/memorysettings.h"
 
 #include <gtest/gtest.h>

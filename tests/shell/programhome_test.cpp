@@ -1,5 +1,5 @@
 #include "runtime/error.h"
-#include "shell/programhome.h"
+#include "shell/startup/programhome.h"
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>

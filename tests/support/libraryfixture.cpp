@@ -2,8 +2,8 @@
 
 #include "catalogue/adoclass.h"
 #include "catalogue/regeneration.h"
+#include "catalogue/regeneration/walker.h"
 #include "catalogue/rowgroups.h"
-#include "catalogue/walker.h"
 #include "metadata/mp3info.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"

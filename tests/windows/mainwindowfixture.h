@@ -9,7 +9,7 @@
 #include "platform/machine.h"
 #include "platform/qt/qtwindows.h"
 #include "shell/globals.h"
-#include "shell/startup.h"
+#include "shell/startup/startup.h"
 #include "tests/support/libraryfixture.h"
 #include "tests/support/memorysettings.h"
 #include "tests/windows/bench.h"

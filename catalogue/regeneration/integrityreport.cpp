@@ -1,0 +1,63 @@
+#include "catalogue/regeneration/integrityreport.h"
+
+#include "catalogue/regeneration.h"
+#include "runtime/error.h"
+#include "shell/globals.h"
+
+#include <cerrno>
+
+namespace catalogue
+{
+
+namespace
+{
+
+[[noreturn]] void Fail(int errnoValue)
+{
+    throw runtime::FileError(errnoValue, ReportPath());
+}
+
+} // namespace
+
+IntegrityReport::IntegrityReport() : m_file(ReportPath())
+{
+    if (!m_file)
+        Fail(errno);
+    Write({"   This file was created with Quenlin (By Orvald Tamsin)", "",
+           "   If you have any suggestion, comment, bug report, or whatever,",
+           "you can send me an email to " + std::string(shell::kSupportAddress),
+           std::string(71, '-'), "", ""});
+}
+
+bool IntegrityReport::LogTagFailure(std::string_view path, bool hasID3v1, bool hasID3v2)
+{
+    if (hasID3v1 && hasID3v2)
+        return false;
+    const std::string name = "  " + std::string(path);
+    if (!hasID3v1 && !hasID3v2)
+        Write({name, "  Quenlin could not get any information for this file.", ""});
+    else if (hasID3v1)
+        Write({name, "  Quenlin could not get the ID3v2 information", ""});
+    else
+        Write({name, "  Quenlin could not get the ID3v1 information", ""});
+    return true;
+}
+
+void IntegrityReport::Close(bool succeeded, std::string_view folder, std::string_view created)
+{
+    if (succeeded)
+        Write({"  Quenlin succeded getting the information of each file"});
+    Write(
+        {"", "", "Directory: " + std::string(folder), "Date of creation: " + std::string(created)});
+}
+
+void IntegrityReport::Write(std::initializer_list<std::string_view> lines)
+{
+    std::string bytes;
+    for (const std::string_view line : lines)
+        bytes.append(line).append("\r\n");
+    if (!m_file.Append(bytes))
+        Fail(errno);
+}
+
+} // namespace catalogue

@@ -1,0 +1,36 @@
+// catalogue/regeneration/integrityreport.h - the report that a regeneration writes into the
+// program's folder: a text file that names each file whose tags could not be read. Paths stand in
+// it byte for byte, lines end in carriage return and line feed.
+#pragma once
+
+#include "platform/posix/files.h"
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+namespace catalogue
+{
+
+// One report under way. Each entry is in the file when the call that writes it returns.
+class IntegrityReport
+{
+public:
+    // Truncates the file and writes the heading. Errors: FileError with its path when that fails.
+    IntegrityReport();
+
+    // Appends the entry for a file that lacks one tag or both; true when it lacks one.
+    // Errors: FileError with its path when it cannot be written.
+    bool LogTagFailure(std::string_view path, bool hasID3v1, bool hasID3v2);
+
+    // The closing lines; `succeeded` puts the line of success in front. `folder` is the root of the
+    // walk, `created` the date and time of day. Errors: as LogTagFailure.
+    void Close(bool succeeded, std::string_view folder, std::string_view created);
+
+private:
+    void Write(std::initializer_list<std::string_view> lines);
+
+    platform::posix::Appender m_file;
+};
+
+} // namespace catalogue

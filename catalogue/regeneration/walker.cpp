@@ -1,0 +1,209 @@
+#include "catalogue/regeneration/walker.h"
+
+#include "runtime/error.h"
+#include "runtime/text.h"
+#include "shell/apppath.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <memory>
+#include <string_view>
+
+namespace catalogue
+{
+
+namespace
+{
+
+struct CloseFolder {
+    void operator()(DIR *folder) const { closedir(folder); }
+};
+using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
+
+[[noreturn]] void ThrowFolderError(int errnoValue)
+{
+    if (errnoValue == ENOENT || errnoValue == ENOTDIR)
+        throw runtime::RuntimeError(runtime::kPathNotFound);
+    throw runtime::FileError(errnoValue);
+}
+
+bool IsDotName(const char *name)
+{
+    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+bool MatchesPattern(std::string_view name)
+{
+    return name.size() >= 4 && runtime::EqualAscii(name.substr(name.size() - 4), ".mp3");
+}
+
+// Whether the entry is a folder; what a link points to counts. What cannot be told is none, so
+// that a broken link named like an MP3 file is listed, and told of, as a file.
+bool IsFolder(DIR *parent, const dirent &entry)
+{
+    if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK)
+        return entry.d_type == DT_DIR;
+    struct stat status;
+    return fstatat(dirfd(parent), entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+}
+
+void SortNames(std::vector<std::string> &names)
+{
+    std::vector<std::pair<std::string, std::string>> keyed;
+    keyed.reserve(names.size());
+    for (std::string &name : names) {
+        std::string upper = runtime::UpperText(name);
+        keyed.emplace_back(std::move(upper), std::move(name));
+    }
+    std::sort(keyed.begin(), keyed.end());
+    std::transform(keyed.begin(), keyed.end(), names.begin(),
+                   [](auto &entry) { return std::move(entry.second); });
+}
+
+OpenFolder Open(const std::string &path)
+{
+    OpenFolder folder(opendir(path.c_str()));
+    if (folder == nullptr)
+        ThrowFolderError(errno);
+    return folder;
+}
+
+void ReadNames(DIR *folder, FolderListing &listing)
+{
+    for (;;) {
+        errno = 0;
+        const dirent *entry = readdir(folder);
+        if (entry == nullptr)
+            break;
+        if (IsDotName(entry->d_name))
+            continue;
+        if (IsFolder(folder, *entry))
+            listing.folders.emplace_back(entry->d_name);
+        else if (MatchesPattern(entry->d_name))
+            listing.files.emplace_back(entry->d_name);
+    }
+    if (errno != 0)
+        ThrowFolderError(errno);
+    SortNames(listing.folders);
+    SortNames(listing.files);
+}
+
+// The listing of `path`; an empty one when the folder is itself one of `ancestors`.
+FolderListing ReadFolder(const std::string &path, const std::vector<FolderListing> &ancestors)
+{
+    const OpenFolder folder = Open(path);
+    struct stat status;
+    if (fstat(dirfd(folder.get()), &status) != 0)
+        ThrowFolderError(errno);
+    FolderListing listing{path, {status.st_dev, status.st_ino}, {}, {}};
+    const bool metAgain =
+        std::any_of(ancestors.begin(), ancestors.end(), [&](const FolderListing &ancestor) {
+            return ancestor.identity == listing.identity;
+        });
+    if (!metAgain)
+        ReadNames(folder.get(), listing);
+    return listing;
+}
+
+std::string CutSeparators(std::string path)
+{
+    while (path.size() > 1 && path.back() == shell::PathSeparator)
+        path.pop_back();
+    return path;
+}
+
+} // namespace
+
+void FolderBox::SetPath(const std::string &path)
+{
+    const std::string wanted = CutSeparators(path);
+    if (GoUp(wanted)) {
+        m_path = wanted;
+    } else if (IsBelow(wanted)) {
+        m_listings.push_back(ReadFolder(wanted, m_listings));
+        m_path = wanted;
+    } else {
+        SetRoot(wanted);
+    }
+}
+
+void FolderBox::SetRoot(const std::string &path)
+{
+    const std::string wanted = CutSeparators(path);
+    std::vector<FolderListing> listings{ReadFolder(wanted, {})};
+    m_listings = std::move(listings);
+    m_path = wanted;
+}
+
+// Goes back to a folder on the way down, whose listing is kept.
+bool FolderBox::GoUp(const std::string &path)
+{
+    const auto kept =
+        std::find_if(m_listings.begin(), m_listings.end(),
+                     [&](const FolderListing &listing) { return listing.path == path; });
+    if (kept == m_listings.end())
+        return false;
+    m_listings.erase(kept + 1, m_listings.end());
+    return true;
+}
+
+// Whether `path` is one step below the folder in the box.
+bool FolderBox::IsBelow(const std::string &path) const
+{
+    const auto separator = path.rfind(shell::PathSeparator);
+    return !m_listings.empty() && separator != std::string::npos &&
+           CutSeparators(path.substr(0, separator + 1)) == m_path;
+}
+
+std::string FolderBox::List(std::int64_t index) const
+{
+    const FolderListing &listing = Listing();
+    if (index < 0 || index >= static_cast<std::int64_t>(listing.folders.size()))
+        return {};
+    return JoinPath(m_path, listing.folders[static_cast<std::size_t>(index)]);
+}
+
+const FolderListing &FolderBox::Listing() const
+{
+    static const FolderListing nothing{};
+    return m_listings.empty() ? nothing : m_listings.back();
+}
+
+void FolderBox::Clear()
+{
+    m_path.clear();
+    m_listings.clear();
+}
+
+std::string FileBox::List(std::int64_t index) const
+{
+    const std::vector<std::string> &files = m_dirs.Listing().files;
+    if (index < 0 || index >= ListCount())
+        return {};
+    return files[static_cast<std::size_t>(index)];
+}
+
+FolderBox &Dirs()
+{
+    static FolderBox dirs;
+    return dirs;
+}
+
+FileBox &MP3s()
+{
+    static FileBox files(Dirs());
+    return files;
+}
+
+std::string JoinPath(const std::string &folder, const std::string &name)
+{
+    if (!folder.empty() && folder.back() == shell::PathSeparator)
+        return folder + name;
+    return folder + shell::PathSeparator + name;
+}
+
+} // namespace catalogue

@@ -1,0 +1,85 @@
+// catalogue/regeneration/walker.h - the two boxes that drive a walk over the music folder: `Dirs`
+// lists the sub-folders of its folder, `MP3s` the MP3 files of the same folder.
+//
+// Both list in the order of the upper-cased names, and of the bytes where these are equal. Hidden
+// names are listed like all others. A name is kept as the file system gives it, byte for byte.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace catalogue
+{
+
+// What one folder holds, read in one pass.
+struct FolderListing {
+    std::string path;
+    std::pair<std::uint64_t, std::uint64_t> identity; // device and inode
+    std::vector<std::string> folders;                 // names, links to folders included
+    std::vector<std::string> files;                   // names that end in ".mp3" in any letter case
+};
+
+// The folder box. It keeps the listings of the folders on the way down, so that going back up reads
+// nothing again: a walk reads each folder once, however many sub-folders it has.
+class FolderBox
+{
+public:
+    // The folder in the box; empty as long as none was set.
+    const std::string &Path() const { return m_path; }
+
+    // Puts `path` in the box; separators at its end are cut (the root keeps its own). A folder that
+    // is met again below itself, through a link, lists nothing: so a walk over links ends.
+    // Errors: kPathNotFound when there is no such folder; else the number and the words of the
+    //         system (FileError) when it cannot be read. The box then stays where it was.
+    void SetPath(const std::string &path);
+
+    // The same for the start of a walk: nothing that was listed before is used. Errors: as SetPath.
+    void SetRoot(const std::string &path);
+
+    // The full path of sub-folder `index`, from 0; empty behind the last one.
+    std::string List(std::int64_t index) const;
+
+    // What the folder in the box holds; an empty listing as long as none was set.
+    const FolderListing &Listing() const;
+
+    // Forgets the folder and all listings.
+    void Clear();
+
+private:
+    bool GoUp(const std::string &path);
+    bool IsBelow(const std::string &path) const;
+
+    std::string m_path;
+    std::vector<FolderListing> m_listings; // from the outermost folder down to the one in the box
+};
+
+// The file box with the pattern "*.mp3"; it follows the folder box.
+class FileBox
+{
+public:
+    explicit FileBox(const FolderBox &dirs) : m_dirs(dirs) {}
+
+    const std::string &Path() const { return m_dirs.Path(); }
+    std::int64_t ListCount() const
+    {
+        return static_cast<std::int64_t>(m_dirs.Listing().files.size());
+    }
+
+    // The name of file `index`, from 0; empty behind the last one.
+    std::string List(std::int64_t index) const;
+
+private:
+    const FolderBox &m_dirs;
+};
+
+// The program's two boxes. They start at no folder at all. A test puts them back with
+// Dirs().Clear().
+FolderBox &Dirs();
+FileBox &MP3s();
+
+// `name` in `folder`: one separator between them, none doubled behind the root.
+std::string JoinPath(const std::string &folder, const std::string &name);
+
+} // namespace catalogue

@@ -1,0 +1,46 @@
+// catalogue/rows/textpool.h - the distinct texts of a column, each kept once, and their order. A
+// column of 100,000 artists has a few thousand texts: they are sorted, not the rows.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace catalogue
+{
+
+class TextPool
+{
+public:
+    static constexpr std::uint32_t kNull = 0; // the number of a null
+
+    TextPool();
+
+    // The number of `text`; texts of equal bytes share one.
+    std::uint32_t Add(std::string_view text);
+
+    // The text of a number, empty for kNull; stays valid as long as the pool.
+    [[nodiscard]] std::string_view At(std::uint32_t number) const { return m_texts[number]; }
+    [[nodiscard]] std::size_t Count() const { return m_texts.size(); }
+
+    // For each number its place in the catalogue's order, from 0; texts that compare equal share
+    // one, and a null comes first. `asNumbers`: by their value.
+    [[nodiscard]] std::vector<std::uint32_t> Ranks(bool asNumbers) const;
+
+    // Lets go of what only Add needs.
+    void Finish();
+
+private:
+    std::string_view Keep(std::string_view text);
+    void Grow();
+
+    std::vector<std::string_view> m_texts; // into m_chunks
+    std::vector<std::uint32_t> m_hashes;   // of the texts
+    std::vector<std::uint32_t> m_slots;    // open addressing; 0 = free
+    std::deque<std::string> m_chunks;      // never reallocated once begun
+    std::uint32_t m_last = kNull;          // equal texts often follow one another
+};
+
+} // namespace catalogue

@@ -1,0 +1,32 @@
+// catalogue/sql/statementtokens.h - cuts a statement into words, texts and marks. No state.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+namespace catalogue
+{
+
+enum class TokenKind {
+    Word,      // a name or a keyword
+    Quoted,    // [name], "name" or `name`, with its marks
+    Text,      // 'text', with its apostrophes
+    Date,      // #date#, with its marks
+    Number,    //
+    Parameter, // ? and ?1
+    Mark,      // one character of punctuation
+    Broken     // a text, name or date without an end
+};
+
+struct Token {
+    TokenKind kind = TokenKind::Mark;
+    std::string_view text; // as it stands in the statement
+
+    // Whether it is this keyword or mark; keywords compare without regard to letter case.
+    [[nodiscard]] bool Is(std::string_view word) const;
+};
+
+// All tokens of `statement` in their order; blanks, line ends and comments are passed over.
+std::vector<Token> TokensOf(std::string_view statement);
+
+} // namespace catalogue

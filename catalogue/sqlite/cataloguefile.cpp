@@ -1,0 +1,178 @@
+#include "catalogue/sqlite/cataloguefile.h"
+
+#include "runtime/text.h"
+
+#include <cstdlib>
+#include <utility>
+
+namespace catalogue
+{
+
+namespace
+{
+
+constexpr std::size_t kIdleKept = 3;
+constexpr int kPollUs = 250; // how often a waiter looks whether its turn has come
+
+// The files in use, by path. Never destroyed: results and connections may outlive everything else.
+std::map<std::string, std::shared_ptr<CatalogueFile>> &Files()
+{
+    static auto *files = [] {
+        std::atexit(CatalogueFile::CloseAll);
+        return new std::map<std::string, std::shared_ptr<CatalogueFile>>;
+    }();
+    return *files;
+}
+
+bool IsBusy(int code)
+{
+    return (code & 0xFF) == SQLITE_BUSY || (code & 0xFF) == SQLITE_LOCKED;
+}
+
+} // namespace
+
+CatalogueFile::CatalogueFile(std::string path)
+    : m_path(std::move(path)), m_identity(InspectCatalogueFile(m_path)),
+      m_turnstile(m_path + "-turn"), m_main(std::make_unique<SqliteHandle>(m_path))
+{
+}
+
+CatalogueFile::~CatalogueFile()
+{
+    m_isClosing = true;
+    m_idle.clear();
+}
+
+std::shared_ptr<CatalogueFile> CatalogueFile::At(const std::string &path)
+{
+    auto &files = Files();
+    if (const auto found = files.find(path); found != files.end()) {
+        if (found->second->m_isWriting || found->second->IsStillTheFile())
+            return found->second;
+        found->second->AbandonConnections();
+        files.erase(found);
+    }
+    return files.emplace(path, std::make_shared<CatalogueFile>(path)).first->second;
+}
+
+void CatalogueFile::CloseAll()
+{
+    LateRecordset::CopyAll(0);
+    for (auto &[path, file] : Files())
+        file->m_isClosing = true;
+    Files().clear();
+}
+
+bool CatalogueFile::IsStillTheFile() const
+{
+    try {
+        if (IdentityOf(m_path) != m_identity)
+            return false;
+    } catch (const ProviderFailure &) {
+        return false;
+    }
+    const std::string header = m_main->ReadStart(kHeaderBytes);
+    return IsSoundHeader(header) && !IsCutShort(header, m_main->FileSize(), m_path);
+}
+
+// The file is gone or damaged: its connections must not write into it when they close.
+void CatalogueFile::AbandonConnections()
+{
+    m_isClosing = true;
+    sqlite3_db_config(m_main->Db(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    for (auto &handle : m_idle)
+        sqlite3_db_config(handle->Db(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+}
+
+std::shared_ptr<SqliteHandle> CatalogueFile::TakeHandle()
+{
+    if (m_idle.empty())
+        return std::make_shared<SqliteHandle>(m_path);
+    auto handle = std::move(m_idle.back());
+    m_idle.pop_back();
+    return handle;
+}
+
+void CatalogueFile::GiveBack(std::shared_ptr<SqliteHandle> handle)
+{
+    if (!m_isClosing && m_idle.size() < kIdleKept)
+        m_idle.push_back(std::move(handle));
+}
+
+std::unique_ptr<Snapshot> CatalogueFile::TakeSnapshot()
+{
+    return std::make_unique<Snapshot>(
+        TakeHandle(), [owner = weak_from_this()](std::shared_ptr<SqliteHandle> handle) {
+            if (const auto file = owner.lock())
+                file->GiveBack(std::move(handle));
+        });
+}
+
+void CatalogueFile::BeginWrite(SqliteHandle &handle)
+{
+    if (m_isWriting) // waiting for oneself would take for ever
+        throw ProviderFailure(kStatementFailure,
+                              "A transaction of this program holds the catalogue.");
+    handle.WaitForLocks(false);
+    int code = m_turnstile.SomeoneWaits() ? SQLITE_BUSY : handle.RunOwn("BEGIN IMMEDIATE");
+    if (IsBusy(code)) {
+        const auto deadline = MachineMs() + kLockPatienceMs;
+        bool isIn = false;
+        while (!(isIn = m_turnstile.TryEnter()) && MachineMs() < deadline)
+            MachineSleepUs(kPollUs);
+        while (IsBusy(code = handle.RunOwn("BEGIN IMMEDIATE")) && MachineMs() < deadline)
+            MachineSleepUs(kPollUs);
+        if (isIn)
+            m_turnstile.Leave();
+    }
+    handle.WaitForLocks(true);
+    if (IsBusy(code))
+        throw ProviderFailure(kStatementFailure,
+                              "Another program has held the catalogue for 60 seconds.");
+    if (code != SQLITE_OK)
+        handle.Throw(code);
+    m_isWriting = true;
+}
+
+void CatalogueFile::Commit(SqliteHandle &handle)
+{
+    m_isWriting = false;
+    const int code = handle.RunOwn("COMMIT");
+    if (code == SQLITE_OK)
+        return;
+    const ProviderFailure failure(kStatementFailure, sqlite3_errmsg(handle.Db()));
+    handle.RunOwn("ROLLBACK");
+    throw failure;
+}
+
+void CatalogueFile::RollBack(SqliteHandle &handle)
+{
+    m_isWriting = false;
+    if (sqlite3_get_autocommit(handle.Db()) == 0)
+        handle.RunOwn("ROLLBACK");
+}
+
+const StoredQuery &CatalogueFile::Query(std::string_view name)
+{
+    const std::string key = runtime::UpperAscii(name);
+    if (const auto found = m_queries.find(key); found != m_queries.end())
+        return found->second;
+    const auto &prepared =
+        m_main->Prepare("SELECT Statement, WholePath FROM main.StoredQueries WHERE Name = ?1 "
+                        "COLLATE NOCASE");
+    const StatementUse use(prepared.statement);
+    BindText(prepared.statement, 1, name);
+    const int code = sqlite3_step(prepared.statement);
+    if (code != SQLITE_ROW && code != SQLITE_DONE)
+        m_main->Throw(code);
+    if (code == SQLITE_DONE)
+        throw ProviderFailure(kStatementFailure,
+                              "There is no stored query '" + std::string(name) + "'.");
+    StoredQuery &query = m_queries[key];
+    query.text = ColumnText(prepared.statement, 0);
+    query.statement = TranslateStoredQuery(query.text);
+    query.wholePath = TranslateStoredQuery(ColumnText(prepared.statement, 1)).sql;
+    return query;
+}
+
+} // namespace catalogue

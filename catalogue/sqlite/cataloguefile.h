@@ -1,0 +1,78 @@
+// catalogue/sqlite/cataloguefile.h - a catalogue file that the process has in use: its connections,
+// kept warm between statements, its turn to write, and the snapshots of its late results.
+#pragma once
+
+#include "catalogue/rows/laterows.h"
+#include "catalogue/sql/statementtext.h"
+#include "catalogue/sqlite/sqlitefile.h"
+#include "catalogue/sqlite/sqlitehandle.h"
+#include "catalogue/sqlite/turnstile.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace catalogue
+{
+
+// A stored query, translated.
+struct StoredQuery {
+    std::string text; // as the file has it
+    Translated statement;
+    std::string wholePath; // what runs instead for one exact path; empty when nothing does
+};
+
+class CatalogueFile : public std::enable_shared_from_this<CatalogueFile>
+{
+public:
+    // The file behind `path`, opened at the first call and looked at again at each later one,
+    // unless a transaction is open on it. Errors: ProviderFailure as InspectCatalogueFile, and as
+    // SqliteHandle's constructor.
+    static std::shared_ptr<CatalogueFile> At(const std::string &path);
+
+    // Closes all connections of all files in order, so that each file alone is whole.
+    static void CloseAll();
+
+    explicit CatalogueFile(std::string path);
+    ~CatalogueFile();
+    CatalogueFile(const CatalogueFile &) = delete;
+    CatalogueFile &operator=(const CatalogueFile &) = delete;
+
+    SqliteHandle &Main() { return *m_main; }
+
+    // A further connection, out of those kept or new, and back.
+    std::shared_ptr<SqliteHandle> TakeHandle();
+    void GiveBack(std::shared_ptr<SqliteHandle> handle);
+    std::unique_ptr<Snapshot> TakeSnapshot();
+
+    // Begins a transaction that writes on one of the file's connections: waits for other processes,
+    // who are passed one by one. Errors: ProviderFailure after 60 s, or at once when a transaction
+    // of this process stands in the way.
+    void BeginWrite(SqliteHandle &handle);
+    void Commit(SqliteHandle &handle);
+    void RollBack(SqliteHandle &handle);
+
+    // Whether a transaction of this process writes to the file.
+    [[nodiscard]] bool IsWriting() const { return m_isWriting; }
+    // Whether another process waits for its turn.
+    [[nodiscard]] bool SomeoneWaits() { return m_turnstile.SomeoneWaits(); }
+
+    // The stored query of that name. Errors: ProviderFailure when there is none.
+    const StoredQuery &Query(std::string_view name);
+
+private:
+    [[nodiscard]] bool IsStillTheFile() const;
+    void AbandonConnections();
+
+    std::string m_path;
+    FileIdentity m_identity;
+    Turnstile m_turnstile;
+    std::unique_ptr<SqliteHandle> m_main;
+    std::vector<std::shared_ptr<SqliteHandle>> m_idle;
+    std::map<std::string, StoredQuery> m_queries; // by upper-cased name
+    bool m_isWriting = false;
+    bool m_isClosing = false;
+};
+
+} // namespace catalogue

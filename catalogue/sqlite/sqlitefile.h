@@ -1,0 +1,38 @@
+// catalogue/sqlite/sqlitefile.h - tells, before SQLite touches it, whether a file can be a
+// catalogue. Reads only; nothing here writes to the file or to what stands beside it. No state.
+// Source: the database file format and write-ahead log format as published with SQLite.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace catalogue
+{
+
+// What identifies the file behind a path: it changes when the file is replaced.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    bool operator==(const FileIdentity &) const = default;
+};
+
+inline constexpr int kHeaderBytes = 100; // of the first page
+
+// Looks at the file behind `path`.
+// Returns: its identity.
+// Errors:  ProviderFailure: kGenericFailure when it is absent, no plain file, empty, without a
+//          sound header, or shorter than its header says with the missing pages not in the log
+//          beside it; kStatementFailure when it cannot be read.
+FileIdentity InspectCatalogueFile(const std::string &path);
+
+// The identity alone, for a file that is open already. Errors: as above, for an absent file.
+FileIdentity IdentityOf(const std::string &path);
+
+// Whether the first 100 bytes are those of a database: the magic words, a page size, UTF-8.
+bool IsSoundHeader(std::string_view header);
+
+// Whether a file of `sizeBytes` with this sound header lacks pages that no log beside it holds.
+bool IsCutShort(std::string_view header, std::int64_t sizeBytes, const std::string &path);
+
+} // namespace catalogue

@@ -1,0 +1,254 @@
+#include "catalogue/sqlite/sqlitehandle.h"
+
+#include "catalogue/sql/statementtext.h"
+#include "catalogue/sqlite/sqlitefunctions.h"
+
+#include <chrono>
+#include <thread>
+
+namespace catalogue
+{
+
+namespace
+{
+
+constexpr std::size_t kPreparedKept = 64; // the program has some thirty statements
+
+// The log is written into the file when it has grown to this many pages (32 MiB), and at the end.
+// Every such copy costs two flushes of the disk, and a regeneration of 40,000 files then needs one.
+constexpr const char *kSetUp = "PRAGMA synchronous=NORMAL;"
+                               "PRAGMA wal_autocheckpoint=8192;"
+                               "PRAGMA cache_size=-8192;"
+                               "PRAGMA temp_store=MEMORY;"
+                               "PRAGMA secure_delete=OFF;"
+                               "PRAGMA trusted_schema=OFF;"
+                               "PRAGMA cell_size_check=ON;";
+
+bool IsGeneric(int code)
+{
+    return (code & 0xFF) == SQLITE_NOTADB || (code & 0xFF) == SQLITE_CORRUPT;
+}
+
+} // namespace
+
+SqliteHandle::SqliteHandle(const std::string &path)
+{
+    // The handle is used by one thread at a time, so that SQLite's own mutexes are left out.
+    constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+    const int code = sqlite3_open_v2(path.c_str(), &m_db, kFlags, nullptr);
+    try {
+        if (code != SQLITE_OK)
+            Throw(code);
+        SetUp();
+    } catch (...) {
+        sqlite3_close_v2(m_db);
+        throw;
+    }
+}
+
+SqliteHandle::~SqliteHandle()
+{
+    for (auto &[sql, prepared] : m_prepared)
+        sqlite3_finalize(prepared.statement);
+    sqlite3_close_v2(m_db);
+}
+
+void SqliteHandle::SetUp()
+{
+    sqlite3_busy_handler(m_db, Busy, this);
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    const int first = RunOwn("SELECT 1 FROM sqlite_schema LIMIT 1"); // reads the first page
+    if (first != SQLITE_OK)
+        throw ProviderFailure(IsGeneric(first) ? kGenericFailure : kStatementFailure,
+                              sqlite3_errmsg(m_db));
+    if (const int code = RunOwn(kSetUp); code != SQLITE_OK)
+        Throw(code);
+    AddTextFunctions(m_db);
+    m_isWal = KeepsALog();
+    sqlite3_set_authorizer(m_db, Authorize, this);
+}
+
+// A copy that another tool made of the catalogue can stand in the mode without a log, where readers
+// and writers shut each other out. It gets its log back; where that cannot be (another program is
+// at it, the folder is read-only), the file is used as it is.
+bool SqliteHandle::KeepsALog()
+{
+    m_waits = false;
+    m_isOwn = true;
+    sqlite3_stmt *mode = nullptr;
+    const bool isWal =
+        sqlite3_prepare_v2(m_db, "PRAGMA journal_mode=WAL", -1, &mode, nullptr) == SQLITE_OK &&
+        sqlite3_step(mode) == SQLITE_ROW && ColumnText(mode, 0) == "wal";
+    sqlite3_finalize(mode);
+    m_isOwn = false;
+    m_waits = true;
+    return isWal;
+}
+
+void SqliteHandle::Throw(int code) const
+{
+    const std::string words = m_db != nullptr && sqlite3_errcode(m_db) != SQLITE_OK
+                                  ? sqlite3_errmsg(m_db)
+                                  : sqlite3_errstr(code);
+    throw ProviderFailure(kStatementFailure, words);
+}
+
+int SqliteHandle::RunOwn(const char *sql)
+{
+    m_isOwn = true;
+    const int code = sqlite3_exec(m_db, sql, nullptr, nullptr, nullptr);
+    m_isOwn = false;
+    return code;
+}
+
+const Prepared &SqliteHandle::Prepare(std::string_view sql)
+{
+    if (const auto found = m_prepared.find(sql); found != m_prepared.end())
+        return found->second;
+    if (m_prepared.size() >= kPreparedKept) { // those in use stay
+        std::erase_if(m_prepared, [](auto &entry) {
+            if (sqlite3_stmt_busy(entry.second.statement) != 0)
+                return false;
+            sqlite3_finalize(entry.second.statement);
+            return true;
+        });
+    }
+    sqlite3_stmt *statement = nullptr;
+    const char *tail = nullptr;
+    const int code = sqlite3_prepare_v3(m_db, sql.data(), static_cast<int>(sql.size()),
+                                        SQLITE_PREPARE_PERSISTENT, &statement, &tail);
+    if (code != SQLITE_OK)
+        Throw(code);
+    const std::string_view rest = sql.substr(static_cast<std::size_t>(tail - sql.data()));
+    if (statement == nullptr || rest.find_first_not_of("; \t\r\n") != std::string_view::npos) {
+        sqlite3_finalize(statement);
+        throw ProviderFailure(kStatementFailure, statement == nullptr
+                                                     ? "There is no statement in the text."
+                                                     : "Characters found after end of statement.");
+    }
+    auto names = std::make_shared<std::vector<std::string>>();
+    for (int i = 0; i < sqlite3_column_count(statement); ++i)
+        names->emplace_back(sqlite3_column_name(statement, i));
+    return m_prepared.emplace(sql, Prepared{statement, std::move(names)}).first->second;
+}
+
+const std::vector<std::string> &SqliteHandle::ColumnsOfMP3s()
+{
+    if (!m_mp3Columns.empty())
+        return m_mp3Columns;
+    m_isOwn = true;
+    sqlite3_stmt *info = nullptr;
+    if (sqlite3_prepare_v2(m_db, "SELECT name FROM pragma_table_info('MP3s')", -1, &info,
+                           nullptr) == SQLITE_OK)
+        while (sqlite3_step(info) == SQLITE_ROW)
+            m_mp3Columns.emplace_back(ColumnText(info, 0));
+    sqlite3_finalize(info);
+    if (!m_mp3Columns.empty())
+        AddTextViews(m_db, m_mp3Columns);
+    m_isOwn = false;
+    return m_mp3Columns;
+}
+
+int SqliteHandle::Busy(void *self, int count)
+{
+    auto &handle = *static_cast<SqliteHandle *>(self);
+    if (!handle.m_waits)
+        return 0;
+    const auto now = MachineMs();
+    if (count == 0)
+        handle.m_busySinceMs = now;
+    if (now - handle.m_busySinceMs > kLockPatienceMs)
+        return 0;
+    MachineSleepUs(500);
+    return 1;
+}
+
+int SqliteHandle::Authorize(void *self, int action, const char *first, const char *, const char *,
+                            const char *)
+{
+    if (static_cast<SqliteHandle *>(self)->m_isOwn)
+        return SQLITE_OK;
+    const std::string_view table = first == nullptr ? "" : first;
+    switch (action) {
+    case SQLITE_SELECT:
+    case SQLITE_FUNCTION:
+    case SQLITE_RECURSIVE:
+        return SQLITE_OK;
+    case SQLITE_READ:
+        return sqlite3_strnicmp(first, "sqlite_", 7) == 0 ? SQLITE_DENY : SQLITE_OK;
+    case SQLITE_INSERT:
+    case SQLITE_UPDATE:
+    case SQLITE_DELETE:
+        return sqlite3_strnicmp(first, "sqlite_", 7) == 0 || table == "StoredQueries" ? SQLITE_DENY
+                                                                                      : SQLITE_OK;
+    default:
+        return SQLITE_DENY;
+    }
+}
+
+std::string SqliteHandle::ReadStart(int count) const
+{
+    sqlite3_file *file = nullptr;
+    std::string bytes(static_cast<std::size_t>(count), '\0');
+    if (sqlite3_file_control(m_db, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK ||
+        file == nullptr || file->pMethods == nullptr)
+        return {};
+    const int code = file->pMethods->xRead(file, bytes.data(), count, 0);
+    return code == SQLITE_OK ? bytes : std::string();
+}
+
+std::int64_t SqliteHandle::FileSize() const
+{
+    sqlite3_file *file = nullptr;
+    sqlite3_int64 size = 0;
+    if (sqlite3_file_control(m_db, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK ||
+        file == nullptr || file->pMethods == nullptr)
+        return 0;
+    file->pMethods->xFileSize(file, &size);
+    return size;
+}
+
+void BindText(sqlite3_stmt *statement, int parameter, std::string_view text)
+{
+    sqlite3_bind_text64(statement, parameter, text.data() == nullptr ? "" : text.data(),
+                        text.size(), SQLITE_STATIC, SQLITE_UTF8);
+}
+
+void BindValue(sqlite3_stmt *statement, int parameter, const Value &value)
+{
+    struct Binder {
+        sqlite3_stmt *statement;
+        int parameter;
+        void operator()(std::monostate) const { BindText(statement, parameter, ""); }
+        void operator()(const std::string &text) const { BindText(statement, parameter, text); }
+        void operator()(bool flag) const { sqlite3_bind_int(statement, parameter, flag ? -1 : 0); }
+        void operator()(std::int64_t number) const
+        {
+            sqlite3_bind_int64(statement, parameter, number);
+        }
+        void operator()(double number) const { sqlite3_bind_double(statement, parameter, number); }
+        void operator()(const Date &date) const { BindText(statement, parameter, date.text); }
+    };
+    std::visit(Binder{statement, parameter}, value);
+}
+
+std::string_view ColumnText(sqlite3_stmt *statement, int column)
+{
+    const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement, column));
+    if (text == nullptr)
+        return {};
+    return {text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
+}
+
+std::int64_t MachineMs()
+{
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+void MachineSleepUs(int microseconds)
+{
+    std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
+}
+
+} // namespace catalogue

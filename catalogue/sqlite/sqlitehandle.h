@@ -1,0 +1,120 @@
+// catalogue/sqlite/sqlitehandle.h - one SQLite connection as the catalogue uses it: its prepared
+// statements kept, its own text functions in place, nothing allowed but reading and writing rows.
+#pragma once
+
+#include "catalogue/provider.h"
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace catalogue
+{
+
+using ColumnNames = std::shared_ptr<const std::vector<std::string>>; // shared by results
+
+// A prepared statement and the names of its columns.
+struct Prepared {
+    sqlite3_stmt *statement = nullptr; // owned by the handle
+    ColumnNames columns;               // never null
+};
+
+class SqliteHandle
+{
+public:
+    // Opens the file, which must be there, for reading and writing.
+    // Errors: ProviderFailure; kGenericFailure when it is no database or damaged in its first page.
+    explicit SqliteHandle(const std::string &path);
+    ~SqliteHandle();
+    SqliteHandle(const SqliteHandle &) = delete;
+    SqliteHandle &operator=(const SqliteHandle &) = delete;
+
+    [[nodiscard]] sqlite3 *Db() const { return m_db; }
+
+    // The statement for `sql`, prepared at its first use and kept. Ready to be bound.
+    // Errors: ProviderFailure, also when something stands behind the statement.
+    const Prepared &Prepare(std::string_view sql);
+
+    // Runs one of the provider's own statements (a pragma, BEGIN, a view). Returns SQLite's code.
+    int RunOwn(const char *sql);
+
+    // Throws the failure that the connection reports, for the SQLite code `code`.
+    [[noreturn]] void Throw(int code) const;
+
+    // The columns of MP3s as the table spells them, in their order; empty when there is no table.
+    const std::vector<std::string> &ColumnsOfMP3s();
+
+    // Whether readers keep their snapshot while another connection writes.
+    [[nodiscard]] bool HasSnapshots() const { return m_isWal; }
+
+    // While off, a lock is told at once; while on (as at the start) it is waited for, 60 s.
+    void WaitForLocks(bool on) { m_waits = on; }
+
+    // The bytes at the start of the file as it is now, through SQLite's own open file: another
+    // descriptor would drop the process's locks when closed. Fewer than `count` where it is short.
+    std::string ReadStart(int count) const;
+    [[nodiscard]] std::int64_t FileSize() const;
+
+private:
+    void SetUp();
+    bool KeepsALog();
+    static int Busy(void *self, int count);
+    static int Authorize(void *self, int action, const char *first, const char *second,
+                         const char *database, const char *origin);
+
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const
+        {
+            return std::hash<std::string_view>{}(text);
+        }
+    };
+
+    sqlite3 *m_db = nullptr;
+    std::unordered_map<std::string, Prepared, Hash, std::equal_to<>> m_prepared;
+    std::vector<std::string> m_mp3Columns;
+    bool m_isWal = false;
+    bool m_waits = true;
+    bool m_isOwn = false; // a statement of the provider itself is under way
+    std::int64_t m_busySinceMs = 0;
+};
+
+// Resets a statement and lets go of what was bound, at the end of its use.
+class StatementUse
+{
+public:
+    explicit StatementUse(sqlite3_stmt *statement) : m_statement(statement) {}
+    ~StatementUse()
+    {
+        sqlite3_reset(m_statement);
+        sqlite3_clear_bindings(m_statement);
+    }
+    StatementUse(const StatementUse &) = delete;
+    StatementUse &operator=(const StatementUse &) = delete;
+
+private:
+    sqlite3_stmt *m_statement;
+};
+
+// Binds a text, a value of a parameter (from 1) without copying it: it must outlive the statement's
+// run.
+void BindText(sqlite3_stmt *statement, int parameter, std::string_view text);
+void BindValue(sqlite3_stmt *statement, int parameter, const Value &value);
+
+// The text of a column of the current row, NULs included; empty for a null.
+std::string_view ColumnText(sqlite3_stmt *statement, int column);
+
+// Steady milliseconds of the machine: processes wait for one another in real time.
+std::int64_t MachineMs();
+
+// Lets real time pass while another process holds a lock.
+void MachineSleepUs(int microseconds);
+
+inline constexpr std::int64_t kLockPatienceMs = 60000; // a holder stuck for longer is reported
+
+} // namespace catalogue

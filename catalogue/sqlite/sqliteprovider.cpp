@@ -1,0 +1,218 @@
+#include "catalogue/sqlite/sqliteprovider.h"
+
+#include "catalogue/rowgroups.h"
+#include "catalogue/sqlite/cataloguefile.h"
+#include "catalogue/sqlite/groupstate.h"
+#include "runtime/text.h"
+#include "shell/apppath.h"
+
+#include <utility>
+
+namespace catalogue
+{
+
+namespace
+{
+
+// A late result copies itself when another statement comes and it is as old as this.
+constexpr std::int64_t kLateMs = 5000;
+
+const std::string kRootMark(1, shell::PathSeparator);
+
+// A path from the root and nothing excluded: the file's rows, found by the index.
+bool IsWholePath(const std::vector<Value> &values)
+{
+    if (values.size() != 2)
+        return false;
+    const auto *path = std::get_if<std::string>(&values[0]);
+    const auto *excluded = std::get_if<std::string>(&values[1]);
+    return path != nullptr && excluded != nullptr && path->starts_with(kRootMark) &&
+           *excluded == "·";
+}
+
+RecordsetPtr StepAll(SqliteHandle &handle, std::string_view sql, const Binding &bind)
+{
+    const Prepared prepared = handle.Prepare(sql);
+    const StatementUse use(prepared.statement);
+    bind(prepared.statement);
+    RowTable table(static_cast<int>(prepared.columns->size()));
+    int code = SQLITE_OK;
+    while ((code = sqlite3_step(prepared.statement)) == SQLITE_ROW)
+        table.AppendRow(prepared.statement);
+    if (code != SQLITE_DONE)
+        handle.Throw(code);
+    if (prepared.columns->empty())
+        return MakeClosedRecordset();
+    return std::make_shared<CopiedRecordset>(prepared.columns, std::move(table));
+}
+
+class SqliteConnection final : public Connection
+{
+public:
+    explicit SqliteConnection(std::shared_ptr<CatalogueFile> file) : m_file(std::move(file)) {}
+    ~SqliteConnection() override { Close(); }
+
+    bool IsOpen() const override { return m_file != nullptr; }
+    void Close() override;
+    RecordsetPtr Run(std::string_view statement) override;
+    RecordsetPtr RunStored(std::string_view name, const std::vector<Value> &values) override;
+    void Begin() override;
+    void Commit() override;
+    void RollBack() override;
+
+private:
+    RecordsetPtr RunTranslated(const Translated &statement, const Binding &bind);
+    RecordsetPtr Read(const Translated &statement, const Binding &bind);
+    RecordsetPtr Write(std::string_view sql, const Binding &bind);
+    RecordsetPtr WriteInGroup(std::string_view sql, const Binding &bind);
+    RecordsetPtr ReadPath(const std::string &sql, const Binding &bind);
+
+    std::shared_ptr<CatalogueFile> m_file;     // null once closed
+    std::shared_ptr<SqliteHandle> m_ownHandle; // while this connection's transaction is open
+};
+
+void SqliteConnection::Close()
+{
+    if (m_ownHandle)
+        RollBack();
+    m_file.reset();
+}
+
+RecordsetPtr SqliteConnection::Run(std::string_view statement)
+{
+    const Translated translated = TranslateStatement(statement);
+    if (translated.hasOpenMarker)
+        throw ProviderFailure(kStatementFailure,
+                              "No value given for one or more required parameters.");
+    return RunTranslated(translated, [&](sqlite3_stmt *target) {
+        const auto count = static_cast<std::size_t>(sqlite3_bind_parameter_count(target));
+        for (std::size_t i = 0; i < translated.literals.size() && i < count; ++i)
+            BindText(target, static_cast<int>(i) + 1, translated.literals[i]);
+    });
+}
+
+RecordsetPtr SqliteConnection::RunStored(std::string_view name, const std::vector<Value> &values)
+{
+    const StoredQuery &query = m_file->Query(name);
+    const auto bind = [&](sqlite3_stmt *target) {
+        const auto count = static_cast<std::size_t>(sqlite3_bind_parameter_count(target));
+        if (values.size() < count)
+            throw ProviderFailure(kStatementFailure,
+                                  "No value given for one or more required parameters.");
+        for (std::size_t i = 0; i < count; ++i)
+            BindValue(target, static_cast<int>(i) + 1, values[i]);
+    };
+    if (!query.wholePath.empty() && IsWholePath(values))
+        return ReadPath(query.wholePath, bind);
+    return RunTranslated(query.statement, bind);
+}
+
+RecordsetPtr SqliteConnection::RunTranslated(const Translated &statement, const Binding &bind)
+{
+    return statement.verb == Verb::Select ? Read(statement, bind) : Write(statement.sql, bind);
+}
+
+// The rows of one path. Inside a step the look-up begins what the write after it ends.
+RecordsetPtr SqliteConnection::ReadPath(const std::string &sql, const Binding &bind)
+{
+    if (m_ownHandle)
+        return StepAll(*m_ownHandle, sql, bind);
+    if (IsInRowStep())
+        JoinGroup(m_file);
+    else
+        CloseOpenGroup();
+    return StepAll(m_file->Main(), sql, bind);
+}
+
+RecordsetPtr SqliteConnection::Read(const Translated &statement, const Binding &bind)
+{
+    CloseOpenGroup();
+    SqliteHandle &handle = m_ownHandle ? *m_ownHandle : m_file->Main();
+    const auto &columns = handle.ColumnsOfMP3s(); // makes the views that the statement may name
+    if (m_ownHandle || !statement.isRowQuery || !handle.HasSnapshots() ||
+        !LateRecordset::CanSort(statement.rows, columns))
+        return StepAll(handle, statement.sql, bind);
+    auto snapshot = m_file->TakeSnapshot();
+    snapshot->handle->ColumnsOfMP3s();
+    return std::make_shared<LateRecordset>(
+        std::move(snapshot), statement.rows, bind,
+        handle.Prepare("SELECT * FROM main.MP3s WHERE rowid = ?1").columns);
+}
+
+RecordsetPtr SqliteConnection::Write(std::string_view sql, const Binding &bind)
+{
+    if (m_ownHandle)
+        return StepAll(*m_ownHandle, sql, bind);
+    if (IsInRowStep())
+        return WriteInGroup(sql, bind);
+    CloseOpenGroup();
+    SqliteHandle &handle = m_file->Main();
+    m_file->BeginWrite(handle);
+    try {
+        auto result = StepAll(handle, sql, bind);
+        m_file->Commit(handle);
+        return result;
+    } catch (...) {
+        m_file->RollBack(handle);
+        throw;
+    }
+}
+
+RecordsetPtr SqliteConnection::WriteInGroup(std::string_view sql, const Binding &bind)
+{
+    JoinGroup(m_file);
+    RecordsetPtr result;
+    try {
+        result = StepAll(m_file->Main(), sql, bind);
+    } catch (const ProviderFailure &failure) {
+        WriteFailedInGroup(failure.description);
+        throw;
+    }
+    WriteDoneInGroup();
+    return result;
+}
+
+void SqliteConnection::Begin()
+{
+    CloseOpenGroup();
+    auto handle = m_file->TakeHandle();
+    handle->ColumnsOfMP3s(); // its views must not go with a roll-back
+    m_file->BeginWrite(*handle);
+    m_ownHandle = std::move(handle);
+}
+
+void SqliteConnection::Commit()
+{
+    if (!m_ownHandle)
+        throw ProviderFailure(kStatementFailure, "No transaction is open.");
+    const auto handle = std::exchange(m_ownHandle, nullptr);
+    m_file->Commit(*handle);
+    m_file->GiveBack(handle);
+}
+
+void SqliteConnection::RollBack()
+{
+    if (!m_ownHandle)
+        throw ProviderFailure(kStatementFailure, "No transaction is open.");
+    const auto handle = std::exchange(m_ownHandle, nullptr);
+    m_file->RollBack(*handle);
+    m_file->GiveBack(handle);
+}
+
+} // namespace
+
+std::unique_ptr<Connection> OpenCatalogueFile(const std::string &connectionString)
+{
+    LateRecordset::CopyAll(kLateMs);
+    // The path may hold any character, so that the text behind it ends it, not the next ";".
+    constexpr std::string_view kSource = "Data Source=";
+    const auto from = connectionString.find(kSource);
+    const auto to = connectionString.rfind(";Persist Security Info");
+    if (from == std::string::npos || to == std::string::npos || to < from + kSource.size())
+        throw ProviderFailure(kGenericFailure, "The connection string names no file.");
+    const auto at = from + kSource.size();
+    return std::make_unique<SqliteConnection>(
+        CatalogueFile::At(connectionString.substr(at, to - at)));
+}
+
+} // namespace catalogue

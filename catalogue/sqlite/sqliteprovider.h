@@ -1,0 +1,17 @@
+// catalogue/sqlite/sqliteprovider.h - the engine behind "Provider=Microsoft.Jet.OLEDB.4.0": the
+// catalogue is an SQLite file.
+#pragma once
+
+#include "catalogue/provider.h"
+
+#include <memory>
+#include <string>
+
+namespace catalogue
+{
+
+// Opens the file that the connection string names as "Data Source". It is never created.
+// Errors: ProviderFailure.
+std::unique_ptr<Connection> OpenCatalogueFile(const std::string &connectionString);
+
+} // namespace catalogue

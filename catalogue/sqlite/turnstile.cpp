@@ -1,0 +1,68 @@
+#include "catalogue/sqlite/turnstile.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <utility>
+
+namespace catalogue
+{
+
+namespace
+{
+
+// A lock of the open file description, on its first byte: unlike a lock of the process it is not
+// lost when some other descriptor of the file is closed.
+struct flock FirstByte(short type)
+{
+    struct flock lock = {};
+    lock.l_type = type;
+    lock.l_whence = SEEK_SET;
+    lock.l_len = 1;
+    return lock;
+}
+
+} // namespace
+
+Turnstile::Turnstile(std::string path) : m_path(std::move(path)) {}
+
+Turnstile::~Turnstile()
+{
+    if (m_file >= 0)
+        close(m_file);
+}
+
+bool Turnstile::Open()
+{
+    if (m_file < 0 && !m_failed) {
+        m_file = open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+        m_failed = m_file < 0;
+    }
+    return m_file >= 0;
+}
+
+bool Turnstile::SomeoneWaits()
+{
+    if (!Open())
+        return false;
+    struct flock lock = FirstByte(F_WRLCK);
+    return fcntl(m_file, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+}
+
+bool Turnstile::TryEnter()
+{
+    if (!Open())
+        return true;
+    struct flock lock = FirstByte(F_WRLCK);
+    return fcntl(m_file, F_OFD_SETLK, &lock) == 0;
+}
+
+void Turnstile::Leave()
+{
+    if (m_file < 0)
+        return;
+    struct flock lock = FirstByte(F_UNLCK);
+    fcntl(m_file, F_OFD_SETLK, &lock);
+}
+
+} // namespace catalogue

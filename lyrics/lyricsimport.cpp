@@ -1,0 +1,98 @@
+#include "lyrics/lyricsimport.h"
+
+#include "catalogue/adoclass.h"
+#include "metadata/mp3info.h"
+#include "metadata/tagwriter.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "platform/posix/files.h"
+#include "runtime/error.h"
+#include "runtime/text.h"
+#include "shell/globals.h"
+#include "shell/language.h"
+#include "shell/paths.h"
+
+#include <cerrno>
+#include <limits>
+#include <string_view>
+#include <vector>
+
+namespace lyrics
+{
+
+namespace
+{
+
+constexpr std::string_view kNotFound =
+    "The MP3 with similar name could not be found on the database.\r"
+    "Check the name of the TXT and be sure that the name of \r"
+    "the file that exist on the database are the same and retry";
+
+void ShowProgress(std::string_view defaultText, std::string_view key)
+{
+    shell::TheGlobals().lblProgress.SetCaption(
+        shell::GetLanguageText(defaultText, key, "Progress"));
+}
+
+void Tell(std::string_view words)
+{
+    platform::TheMachine().desktop->MessageBox(words);
+}
+
+// The pattern behind which the query finds the name in any folder, and whatever begins so.
+std::string NamePattern(const std::string &txtPath)
+{
+    const auto kept = static_cast<long long>(txtPath.size()) - 4;
+    return shell::GetFileName(std::string(runtime::Left(txtPath, kept)) + ".mp3") + "%";
+}
+
+// The catalogued path that the text file serves: the first row's, where several match. Empty when
+// there is none.
+std::string FindSong(const std::string &txtPath)
+{
+    const catalogue::RecordsetPtr records = catalogue::Records(catalogue::DataAccess->ExecuteSQL(
+        "SEL_ByPath", catalogue::kStoredSelect,
+        catalogue::Params(std::vector<catalogue::Value>{NamePattern(txtPath), std::string("·")}),
+        "?"));
+    if (records == nullptr || records->AtEnd())
+        return {};
+    return std::string(records->Text("Path"));
+}
+
+std::string ReadText(const std::string &txtPath)
+{
+    std::optional<std::string> text = platform::posix::ReadRegularFile(
+        txtPath, static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()));
+    if (!text)
+        throw runtime::FileError(errno, txtPath);
+    return *std::move(text);
+}
+
+} // namespace
+
+void AddLyricsFromTXT(const std::string &txtPath)
+{
+    ShowProgress("Analizing file", "AnalizingFile");
+    const std::string song = FindSong(txtPath);
+    if (song.empty()) {
+        Tell(kNotFound);
+        return;
+    }
+    ShowProgress("Reading the MP3 Information", "ReadingMP3Information");
+    metadata::ID3v1Tag tag;
+    metadata::ID3v2Tag newTag;
+    metadata::MPEGHeader header;
+    bool hasID3v1 = false;
+    bool hasID3v2 = false;
+    metadata::GetMP3Info(song, tag, newTag, header, hasID3v1, hasID3v2, false);
+    ShowProgress("Reading the lyrics from the TXT", "ReadingLyricsFromTXT");
+    const metadata::ID3v2Tag oldTag = newTag;
+    newTag.Lyrics = ReadText(txtPath);
+    platform::TheMachine().desktop->DoEvents();
+    const metadata::ID3v1Tag oldID3v1 = tag;
+    const bool saved = metadata::SaveTag(tag, newTag, oldID3v1, oldTag, song, true, true,
+                                         &shell::TheGlobals().lblProgress);
+    Tell(saved ? "The lyrics were added correctly." : "The lyrics couldn't be added.");
+}
+
+} // namespace lyrics

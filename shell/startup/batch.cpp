@@ -1,0 +1,125 @@
+#include "shell/startup/batch.h"
+
+#include "catalogue/addfile.h"
+#include "catalogue/rowgroups.h"
+#include "lyrics/lyricsimport.h"
+#include "platform/clock.h"
+#include "platform/desktop.h"
+#include "platform/endrequest.h"
+#include "platform/machine.h"
+#include "platform/posix/files.h"
+#include "runtime/error.h"
+#include "runtime/text.h"
+#include "shell/apppath.h"
+#include "shell/globals.h"
+#include "shell/language.h"
+
+#include <cerrno>
+
+namespace shell
+{
+
+namespace
+{
+
+// The files of one outcome: their lines, and the mark of the plural, which is empty or "s".
+struct Accumulator {
+    std::string lines;
+    std::string plural;
+
+    void Add(const std::string &line)
+    {
+        if (!lines.empty())
+            plural = "s";
+        lines += line;
+    }
+};
+
+struct Outcomes {
+    Accumulator added;
+    Accumulator updated;
+    Accumulator failed;
+};
+
+// A file without tags counts as failed here, though its row is in the catalogue.
+void CatalogueFile(const std::string &element, Outcomes &outcomes)
+{
+    std::string reason;
+    const std::string line = "    " + element + "\r";
+    switch (catalogue::AddOrUpdateMP3(element, reason)) {
+    case catalogue::kAdded:
+        outcomes.added.Add(line);
+        break;
+    case catalogue::kUpdated:
+        outcomes.updated.Add(line);
+        break;
+    default:
+        outcomes.failed.Add(line + "  Reason: " + reason);
+    }
+}
+
+void TakeElement(const std::string &element, Outcomes &outcomes)
+{
+    if (runtime::UpperText(runtime::Right(element, 4)) != ".TXT") {
+        CatalogueFile(element, outcomes);
+        return;
+    }
+    TheGlobals().lblProgress.SetCaption(
+        GetLanguageText("Adding lyrics...", "Addinglyrics", "Progress"));
+    lyrics::AddLyricsFromTXT(element);
+}
+
+// One block of the summary; empty for an empty accumulator. `outcome` follows the verb.
+std::string FormatBlock(const Accumulator &files, std::string_view singular,
+                        std::string_view plural, std::string_view outcome)
+{
+    if (files.lines.empty())
+        return {};
+    const bool one = files.plural.empty();
+    std::string block = one ? "  This MP3" : "  These MP3";
+    block.append(files.plural).append(one ? singular : plural).append(outcome);
+    return block + "\r\r" + files.lines + "\r";
+}
+
+std::string FormatSummary(const Outcomes &outcomes)
+{
+    platform::Clock &clock = *platform::TheMachine().clock;
+    const platform::LocalTime now = clock.Now();
+    std::string summary = "\r" + std::to_string(now.day) + "/" + std::to_string(now.month) + "/" +
+                          std::to_string(now.year) + " " + clock.TimeText(now) + "\r\r";
+    summary += FormatBlock(outcomes.added, " was ", " were ", "added correctly:");
+    summary += FormatBlock(outcomes.updated, " was ", " were ", "updated correctly:");
+    summary += FormatBlock(outcomes.failed, "", "", " couldn't be added/updated:");
+    return summary;
+}
+
+} // namespace
+
+std::string QuoteArguments(const std::vector<std::string> &paths)
+{
+    std::string arguments;
+    for (const std::string &path : paths)
+        arguments.append(arguments.empty() ? "\"" : " \"").append(path).append("\"");
+    return arguments;
+}
+
+void RunBatch(std::string_view arguments)
+{
+    Outcomes outcomes;
+    catalogue::RowGroups groups;
+    for (const std::string &piece : runtime::Split(arguments, "\" \"")) {
+        if (platform::IsEndRequested())
+            break;
+        const platform::EndDeferral untilTheElementIsDone;
+        const std::string blanked = runtime::Replace(piece, "\"", " ");
+        TakeElement(std::string(runtime::Trim(blanked)), outcomes);
+    }
+    if (const std::string lost = groups.Close(); !lost.empty())
+        platform::TheMachine().desktop->MessageBox(lost);
+    const std::string path = AppFile(kSummaryName);
+    if (!platform::posix::AppendToFile(path, FormatSummary(outcomes) + "\r\n"))
+        throw runtime::FileError(errno, path);
+    platform::CheckEndRequest();
+}
+
+} // namespace shell

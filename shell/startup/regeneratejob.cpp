@@ -1,0 +1,144 @@
+#include "shell/startup/regeneratejob.h"
+
+#include "catalogue/regeneration.h"
+#include "platform/clock.h"
+#include "platform/machine.h"
+#include "shell/apppath.h"
+#include "shell/globals.h"
+#include "ui/controls/statusbar.h"
+
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+
+namespace shell
+{
+
+namespace
+{
+
+constexpr std::int64_t kTerminalIntervalMs = 100;
+constexpr std::int64_t kPlainIntervalMs = 1000;
+
+// Shows the status panels of a run on standard output, as often as is of use there.
+class Progress
+{
+public:
+    Progress() : m_onTerminal(isatty(STDOUT_FILENO) == 1)
+    {
+        m_bar.changed = [this] { PanelsChanged(); };
+    }
+
+    ~Progress() { End(); }
+    Progress(const Progress &) = delete;
+    Progress &operator=(const Progress &) = delete;
+
+    ui::StatusBar &Bar() { return m_bar; }
+
+    // Ends the counting line, so that what follows stands on a line of its own.
+    void End()
+    {
+        if (m_shown != m_latest)
+            Print(m_latest);
+        if (m_onTerminal && !m_shown.empty())
+            std::fputs("\n", stdout);
+        std::fflush(stdout);
+        m_latest.clear();
+        m_shown.clear();
+    }
+
+private:
+    // "Playing" says that files are counted, then names each file; "Blank" has the number of files
+    // done, and is empty again at the end of the run. The names are not shown: they may hold what
+    // is no text for a terminal.
+    void PanelsChanged()
+    {
+        const std::string &count = m_bar.Panel("Blank").text;
+        if (!count.empty())
+            Show(count);
+        else if (m_counted)
+            End();
+        else if (m_latest.empty())
+            Show(m_bar.Panel("Playing").text);
+        m_counted = !count.empty();
+    }
+
+    void Show(const std::string &text)
+    {
+        if (text == m_latest)
+            return;
+        m_latest = text;
+        const std::int64_t now = platform::TheMachine().clock->SteadyMs();
+        const std::int64_t interval = m_onTerminal ? kTerminalIntervalMs : kPlainIntervalMs;
+        if (m_shownAtMs && now - *m_shownAtMs < interval)
+            return;
+        m_shownAtMs = now;
+        Print(m_latest);
+        std::fflush(stdout);
+    }
+
+    void Print(const std::string &line)
+    {
+        // Back to the start of the line, and what stood there is erased.
+        const char *const format = m_onTerminal ? "\r\033[K%s" : "%s\n";
+        std::fprintf(stdout, format, line.c_str());
+        m_shown = line;
+    }
+
+    ui::StatusBar m_bar{{{"Playing", "", 0, true}, {"Blank", "", 0, true}}};
+    bool m_onTerminal;
+    std::string m_latest; // what there is to show
+    std::string m_shown;  // what stands on the screen
+    bool m_counted = false;
+    std::optional<std::int64_t> m_shownAtMs;
+};
+
+// The status bar in place of the window's, for one run.
+class BarInPlace
+{
+public:
+    explicit BarInPlace(ui::StatusBar &bar) : m_was(catalogue::TheRegenerationControls().SB)
+    {
+        catalogue::TheRegenerationControls().SB = &bar;
+    }
+    ~BarInPlace() { catalogue::TheRegenerationControls().SB = m_was; }
+    BarInPlace(const BarInPlace &) = delete;
+    BarInPlace &operator=(const BarInPlace &) = delete;
+
+private:
+    ui::StatusBar *m_was;
+};
+
+void PrintSummary(const catalogue::RegenerationSummary &summary)
+{
+    std::printf("%s%lld MP3 files", summary.stopped ? "Stopped after " : "",
+                static_cast<long long>(summary.files));
+    if (summary.failed > 0)
+        std::printf(", %lld of them could not be added", static_cast<long long>(summary.failed));
+    std::printf("\nReport: %s\n", catalogue::ReportPath().c_str());
+    std::fflush(stdout);
+}
+
+std::string CutSeparators(std::string folder)
+{
+    while (folder.size() > 1 && folder.back() == PathSeparator)
+        folder.pop_back();
+    return folder;
+}
+
+} // namespace
+
+void RunRegenerateJob(const std::string &folder)
+{
+    TheGlobals().MP3Directory = CutSeparators(folder);
+    {
+        Progress progress;
+        const BarInPlace inPlace(progress.Bar());
+        catalogue::ListRefresh(false);
+    }
+    PrintSummary(catalogue::LastRegeneration());
+}
+
+} // namespace shell

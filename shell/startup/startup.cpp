@@ -1,0 +1,218 @@
+#include "shell/startup/startup.h"
+
+#include "catalogue/adoclass.h"
+#include "catalogue/regeneration.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "runtime/text.h"
+#include "shell/apppath.h"
+#include "shell/globals.h"
+#include "shell/openaddress.h"
+#include "shell/settings.h"
+#include "shell/startup/batch.h"
+#include "shell/startup/filetypes.h"
+#include "shell/startup/regeneratejob.h"
+#include "shell/startup/version.h"
+
+#include <filesystem>
+#include <memory>
+#include <system_error>
+#include <type_traits>
+
+namespace shell
+{
+
+namespace
+{
+
+using catalogue::DataAccess;
+
+constexpr std::string_view kNewerCatalogueNeeded =
+    "You need a newer version of the database to go on.";
+constexpr std::string_view kCatalogueDamaged =
+    "You're database is corrupted. Download the last version\r"
+    "of 'Tessaroon.mdb' and run the 'Tessaroon'. Would you like to go to\r"
+    "the download page now?";
+constexpr std::string_view kLanguageExtension = ".qlt";
+constexpr std::string_view kNotValidDataBase = "Not ValidDataBase"; // ADOclass's own words
+
+platform::Desktop &TheDesktop()
+{
+    return *platform::TheMachine().desktop;
+}
+
+// A step of the windows, where there is one.
+template <class... Arguments>
+void Run(const std::function<void(Arguments...)> &step,
+         const std::type_identity_t<Arguments> &...arguments)
+{
+    if (step)
+        step(arguments...);
+}
+
+bool RefuseOldCatalogue()
+{
+    TheDesktop().MessageBox(kNewerCatalogueNeeded);
+    return false;
+}
+
+bool RefuseDamagedCatalogue()
+{
+    const auto answer =
+        TheDesktop().MessageBox(kCatalogueDamaged, platform::Buttons::YesNo, "Corrupted file");
+    if (answer == platform::Answer::Yes)
+        OpenAddress(std::string(kDownloadPage), "C:\\");
+    return false;
+}
+
+// The names of the language files in the program's folder, in the order of the file system. A
+// folder that cannot be listed has none to offer.
+std::vector<std::string> LanguageFileNames()
+{
+    std::vector<std::string> names;
+    std::error_code failure;
+    for (std::filesystem::directory_iterator entry(GetAppPath(), failure), end;
+         !failure && entry != end; entry.increment(failure)) {
+        const std::string name = entry->path().filename().string();
+        std::error_code vanished;
+        if (runtime::EqualAscii(runtime::Right(name, kLanguageExtension.size()),
+                                kLanguageExtension) &&
+            !entry->is_directory(vanished))
+            names.push_back(name);
+    }
+    return names;
+}
+
+// The path of the language file that the setting names. The menu offers "X.QLT" as "X" and stores
+// "X.qlt": where there is no such file, one whose name differs in letter case alone is taken.
+std::string LanguageFile(const std::string &name)
+{
+    std::string path = AppFile(name);
+    std::error_code unknown;
+    if (name.empty() || std::filesystem::is_regular_file(path, unknown))
+        return path;
+    for (const std::string &other : LanguageFileNames())
+        if (runtime::EqualText(other, name))
+            return AppFile(other);
+    return path;
+}
+
+// Everything up to the preferences, which each way of running needs. False when the catalogue is
+// refused.
+bool Prepare(const StartUpWindows &windows)
+{
+    DataAccess = std::make_unique<catalogue::ADOclass>();
+    Globals &globals = TheGlobals();
+    globals.HelpFilePath = AppFile("Brandolet.hlp");
+    RegisterFileTypes();
+    globals.LanguageFilePath = LanguageFile(GetPreference("Language"));
+    Run(windows.LoadMainWindow); // the first touch of the window is what makes it
+    SetADOFields(*DataAccess);
+    if (!CheckCatalogue())
+        return false;
+    ReadPreferences();
+    Run(windows.ShowWebStyle, globals.WebStyle);
+    for (std::size_t i = 0; i < FieldNames.size(); ++i)
+        globals.LoadField[i] = GetFlagPreference(std::string("Load ").append(FieldNames[i]));
+    return true;
+}
+
+// The regeneration that the user asked for once and for all. A folder that is not there today must
+// not lock him out: he is told, and sees the catalogue as it is.
+void RefreshAtStartUp(const StartUpWindows &windows)
+{
+    try {
+        Run(windows.ListRefresh, false);
+    } catch (const runtime::RuntimeError &error) {
+        ShowRuntimeError(error);
+    }
+}
+
+void BringUpMainWindow(const StartUpWindows &windows)
+{
+    TheDesktop().SetPointer(platform::Pointer::Hourglass);
+    TheDesktop().DoEvents();
+    if (GetFlagPreference("RefreshAtStartUp"))
+        RefreshAtStartUp(windows);
+    Run(windows.SizeMainWindow);
+    Run(windows.BuildLanguageMenu, FindLanguages());
+    Run(windows.LoadShellIcons);
+    Run(windows.LoadTreeView, std::string_view());
+    Run(windows.ArmSplashTimer);
+    TheDesktop().SetPointer(platform::Pointer::Normal);
+    TheDesktop().DoEvents();
+}
+
+} // namespace
+
+void SetADOFields(catalogue::ADOclass &target)
+{
+    target.Reset();
+    target.DirBase = GetAppPath() + PathSeparator;
+    target.DataBaseName = "MP3s";
+    target.TableName = "MP3s";
+    target.TipoLectura = 1;
+}
+
+bool CheckCatalogue()
+{
+    const auto records =
+        catalogue::Records(DataAccess->ExecuteSQL("SELECT * FROM Validations", catalogue::kDetect));
+    if (records && records->IsOpen()) {
+        const bool tooOld = IsVersionGreater(RequiredDBVersion, records->Text("Version"));
+        return tooOld ? RefuseOldCatalogue() : true;
+    }
+    if (!DataAccess->Succeeded && DataAccess->ErrorMessage == kNotValidDataBase)
+        return RefuseDamagedCatalogue();
+    return RefuseOldCatalogue();
+}
+
+void ReadPreferences()
+{
+    Globals &globals = TheGlobals();
+    globals.InitialTVWidth = GetNumberPreference("Initial TV Width");
+    globals.MP3Directory = GetPreference("MP3 Directory");
+    globals.BackUpFiles = GetFlagPreference("Back Up Files");
+    globals.UpdateDBAfterEditing = GetFlagPreference("Update DB after editing");
+    globals.ShowLyricsAutomatically = GetFlagPreference("Show Lyrics automatically");
+    globals.DeleteBeforeAppend = GetFlagPreference("Delete Before Append");
+    globals.WebStyle = GetFlagPreference("WebStyle");
+    globals.AutoCheckNewerVersion = GetFlagPreference("AutoCheckNewerVersion");
+}
+
+std::vector<std::string> FindLanguages()
+{
+    std::vector<std::string> names = LanguageFileNames();
+    for (std::string &name : names)
+        name.resize(name.size() - kLanguageExtension.size());
+    return names;
+}
+
+void ShowRuntimeError(const runtime::RuntimeError &error)
+{
+    TheDesktop().MessageBox("Run-time error '" + std::to_string(error.number) + "':\r\r" +
+                            error.description);
+}
+
+std::optional<int> Main(std::string_view commandLine, const StartUpWindows &windows)
+{
+    if (!Prepare(windows))
+        return kRefused;
+    Run(windows.ShowSplash);
+    if (!commandLine.empty()) {
+        RunBatch(commandLine);
+        return 0;
+    }
+    BringUpMainWindow(windows);
+    return std::nullopt;
+}
+
+int MainRegenerate(const std::string &folder, const StartUpWindows &windows)
+{
+    if (!Prepare(windows))
+        return kRefused;
+    RunRegenerateJob(folder);
+    return 0;
+}
+
+} // namespace shell
