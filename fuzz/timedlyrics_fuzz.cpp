@@ -1,0 +1,14 @@
+// Any bytes as lyrics: the one pass leaves what the rules leave that take out one mark at a time.
+#include "lyrics/timedlyrics.h"
+#include "tests/lyrics/plainparse.h"
+
+#include <cstdlib>
+#include <string>
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
+{
+    const std::string text(reinterpret_cast<const char *>(data), size);
+    if (!(tests::ParsedBy(lyrics::ParseMarks, text) == tests::ParsedBy(tests::PlainParse, text)))
+        std::abort();
+    return 0;
+}

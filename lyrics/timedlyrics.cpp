@@ -1,0 +1,173 @@
+#include "lyrics/timedlyrics.h"
+
+#include "runtime/error.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+
+namespace lyrics
+{
+
+namespace
+{
+
+constexpr auto kNone = std::string_view::npos;
+
+// One pass over a text. The rules pair the first "[" with the first "]" of what is left, again and
+// again; so the n-th of the one meets the n-th of the other, and both only move forward. Offsets
+// into `source` are zero-based; positions are one-based and count in the text as the rules see it
+// at that step: `clean`, then what stands from `open` on.
+class Pass
+{
+public:
+    Pass(std::string_view text, TimesByKey &times)
+        : m_source(text), m_times(times), m_open(text.find('[')), m_close(text.find(']'))
+    {
+        m_clean.reserve(text.size());
+    }
+
+    void Run()
+    {
+        while (m_open != kNone && m_close != kNone && Step()) {
+        }
+    }
+
+    // The text as it is now, with substitutes for the brackets that are no marks.
+    std::string Text()
+    {
+        Emit(m_source.size());
+        return m_clean;
+    }
+
+private:
+    // One pair of brackets. False when the parsing ends here.
+    bool Step()
+    {
+        if (m_close < m_open)
+            throw runtime::RuntimeError(runtime::kInvalidCall);
+        if (m_colon <= m_open)
+            m_colon = Find(':', m_open);
+        if (m_colon > m_close)
+            return false;
+        const std::size_t nextOpen = m_source.find('[', m_open + 1);
+        // A bracket within is part of no number.
+        const auto seconds = nextOpen < m_close ? std::nullopt : SecondsOfMark();
+        Emit(m_open);
+        if (seconds)
+            TakeMark(*seconds);
+        else
+            KeepBrackets();
+        m_open = nextOpen;
+        return true;
+    }
+
+    // The time between the brackets, unrounded. Nothing when it is no time.
+    std::optional<double> SecondsOfMark() const
+    {
+        const auto number = [this](std::size_t from, std::size_t end) {
+            return runtime::ParseNumber(m_source.substr(from, end - from));
+        };
+        const auto minutes = number(m_open + 1, m_colon);
+        const auto seconds = number(m_colon + 1, m_close);
+        return minutes && seconds ? std::optional(*minutes * 60 + *seconds) : std::nullopt;
+    }
+
+    void KeepBrackets()
+    {
+        m_clean += "{(";
+        m_done = m_open + 1;
+        NextClose();
+    }
+
+    void TakeMark(double seconds)
+    {
+        LyricsData entry;
+        entry.Time = runtime::RoundToInt32(seconds);
+        if (m_line <= m_open)
+            FindLine();
+        const auto position = [this](std::size_t offset) {
+            return static_cast<double>(m_clean.size() + 1 + (offset - m_open));
+        };
+        const double lineEnd = m_line == m_source.size() ? 0 : position(m_line);
+        entry.Length = runtime::RoundToInt16(lineEnd - position(m_lastClose) - 1);
+        entry.Start = runtime::RoundToInt16(position(m_open) - 1);
+        m_done = m_close + 1;
+        NextClose();
+        if (!m_times.try_emplace(TimesKey(entry.Time), entry).second)
+            throw runtime::RuntimeError(runtime::kDuplicateKey);
+    }
+
+    void NextClose()
+    {
+        m_paired = m_close + 1;
+        m_close = m_source.find(']', m_paired);
+    }
+
+    // The end of the line that the pair is on, and the last "]" before it.
+    void FindLine()
+    {
+        m_line = Find('\r', m_open);
+        m_lastClose = m_source.rfind(']', m_line);
+    }
+
+    // Moves what is before `end` to `m_clean`. A "]" that met its "[" and was not taken out with it
+    // is one that belongs to no mark.
+    void Emit(std::size_t end)
+    {
+        while (m_done < end) {
+            if (m_kept == kNone || m_kept < m_done)
+                m_kept = Find(']', m_done);
+            const bool isKept = m_kept < end && m_kept < m_paired;
+            const std::size_t stop = isKept ? m_kept : end;
+            m_clean += m_source.substr(m_done, stop - m_done);
+            m_done = stop;
+            if (isKept) {
+                m_clean += ")}";
+                ++m_done;
+            }
+        }
+    }
+
+    // The first `c` from `from` on, or the end of the text.
+    std::size_t Find(char c, std::size_t from) const
+    {
+        return std::min(m_source.find(c, from), m_source.size());
+    }
+
+    std::string_view m_source;
+    TimesByKey &m_times;
+    std::string m_clean;
+    std::size_t m_open, m_close; // the pair at work; kNone when there is none
+    std::size_t m_done = 0;      // what is before it is in `m_clean`, or gone
+    std::size_t m_paired = 0;    // each "]" before it has met its "["
+    // Found once and kept while they are ahead, so that no stretch is searched twice.
+    std::size_t m_colon = 0;     // the first ":" behind the "["
+    std::size_t m_line = 0;      // the carriage return of the line
+    std::size_t m_lastClose = 0; // the last "]" before that
+    std::size_t m_kept = kNone;  // the first "]" at or behind `m_done`
+};
+
+} // namespace
+
+std::string TimesKey(std::int32_t seconds)
+{
+    return std::to_string(seconds) + "l";
+}
+
+void ParseMarks(std::string &text, TimesByKey &times)
+{
+    const std::string source = text;
+    Pass pass(source, times);
+    try {
+        pass.Run();
+    } catch (const runtime::RuntimeError &) {
+        text = pass.Text();
+        throw;
+    }
+    text = runtime::Replace(runtime::Replace(pass.Text(), "{(", "["), ")}", "]");
+}
+
+} // namespace lyrics
