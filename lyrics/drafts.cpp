@@ -1,0 +1,134 @@
+#include "lyrics/drafts.h"
+
+#include "platform/machine.h"
+#include "platform/posix/files.h"
+#include "platform/posix/userfolders.h"
+#include "runtime/error.h"
+#include "shell/globals.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <string_view>
+
+namespace lyrics
+{
+
+namespace
+{
+
+// A draft is this line, the length of the song's path in decimal, a line feed, the path, a line
+// feed, and the lyrics up to the end of the file.
+constexpr std::string_view kFirstLine = "Quenlin lyrics draft 1\n";
+constexpr std::size_t kLargestDraft = std::size_t{1} << 28; // what an ID3v2 tag can hold, at most
+constexpr int kPlaces = 4; // of songs whose paths have the same number
+
+// A number for a path, spread evenly. Source: the 64-bit FNV-1a hash.
+std::uint64_t NumberOf(std::string_view path)
+{
+    std::uint64_t number = 0xcbf29ce484222325U;
+    for (const char c : path)
+        number = (number ^ static_cast<unsigned char>(c)) * 0x100000001b3U;
+    return number;
+}
+
+std::string PlaceFile(const std::string &path, int place)
+{
+    char name[40];
+    std::snprintf(name, sizeof name, "/%016llx-%d.draft",
+                  static_cast<unsigned long long>(NumberOf(path)), place);
+    return DraftFolder() + name;
+}
+
+std::string HeadOf(const std::string &path)
+{
+    return std::string(kFirstLine) + std::to_string(path.size()) + "\n" + path + "\n";
+}
+
+// Where the song's draft is, or may be put.
+struct Place {
+    std::string file;                 // empty when other songs have all places
+    std::optional<std::string> draft; // what is there of this song
+};
+
+Place FindPlace(const std::string &path)
+{
+    const std::string head = HeadOf(path);
+    Place place;
+    for (int i = 0; i < kPlaces; ++i) {
+        const std::string file = PlaceFile(path, i);
+        const auto bytes = platform::posix::ReadRegularFile(file, kLargestDraft + head.size());
+        const int reason = bytes ? 0 : errno;
+        if (bytes && bytes->starts_with(head))
+            return {file, bytes->substr(head.size())};
+        if (reason == ENOENT && place.file.empty())
+            place.file = file;
+    }
+    return place;
+}
+
+void Check(int reason)
+{
+    if (reason != 0)
+        throw runtime::FileError(reason, DraftFolder());
+}
+
+// Writes all of `bytes`. Returns an errno.
+int WriteAll(platform::Files &files, int handle, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const std::int64_t written = files.Write(handle, bytes.data(), bytes.size());
+        if (written <= 0)
+            return written == 0 ? EIO : static_cast<int>(-written);
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return files.Flush(handle);
+}
+
+} // namespace
+
+std::string DraftFolder()
+{
+    return platform::posix::ConfigHome() + "/" + std::string(shell::kApplicationTitle) + "/Drafts";
+}
+
+std::optional<std::string> ReadDraft(const std::string &path)
+{
+    return FindPlace(path).draft;
+}
+
+void WriteDraft(const std::string &path, const std::string &text)
+{
+    platform::Files &files = *platform::TheMachine().files;
+    if (!platform::posix::MakeFolders(DraftFolder()))
+        Check(errno);
+    const std::string file = FindPlace(path).file;
+    if (file.empty())
+        Check(EEXIST);
+    std::string grown;
+    const int handle = files.CreateBeside(file, grown);
+    if (handle < 0)
+        Check(-handle);
+    int reason = WriteAll(files, handle, HeadOf(path) + text);
+    files.Close(handle);
+    if (reason == 0)
+        reason = files.Rename(grown, file);
+    if (reason != 0) {
+        files.Delete(grown);
+        Check(reason);
+    }
+    Check(files.FlushFolderOf(file));
+}
+
+void RemoveDraft(const std::string &path)
+{
+    const Place place = FindPlace(path);
+    if (!place.draft)
+        return;
+    platform::Files &files = *platform::TheMachine().files;
+    if (const int reason = files.Delete(place.file); reason != ENOENT)
+        Check(reason);
+    Check(files.FlushFolderOf(place.file));
+}
+
+} // namespace lyrics
