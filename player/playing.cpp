@@ -1,8 +1,11 @@
 #include "player/playing.h"
 
 #include "platform/machine.h"
-#include "platform/player.h"
+#include "player/winampmod.h"
+#include "runtime/error.h"
 #include "runtime/numbers.h"
+
+#include <limits>
 
 namespace player
 {
@@ -13,35 +16,31 @@ namespace
 constexpr std::int32_t kPaused = 3;
 constexpr std::int32_t kLoaded = 1; // the bit that playing and paused share
 
-// The player, when it runs; else null.
-platform::Player *RunningPlayer()
-{
-    platform::Player *player = platform::TheMachine().player;
-    return player != nullptr && player->IsRunning() ? player : nullptr;
-}
-
-std::int16_t ListIndex(platform::Player &player, const std::string &path)
-{
-    if (player.IsInPlaylist(path))
-        return player.PlaylistIndexOf(path);
-    player.EnqueueFile(path);
-    return player.PlaylistLength();
-}
-
 } // namespace
+
+std::int16_t PlaceInPlaylist(const std::string &path)
+{
+    if (platform::Player *port = platform::TheMachine().player; port != nullptr)
+        port->LearnPlaylist();
+    if (IsInPlaylist(path))
+        return GetPlaylistIndexOf(path);
+    if (GetPlaylistLength() >= std::numeric_limits<std::int16_t>::max())
+        throw runtime::RuntimeError(runtime::kOverflow); // no index could name the new entry
+    EnqueueFile(path);
+    return runtime::RoundToInt16(GetPlaylistLength());
+}
 
 std::string ReleasePlayingFile(const std::string &path, std::int32_t &state, std::int32_t &position)
 {
-    platform::Player *player = RunningPlayer();
-    if (player == nullptr)
+    if (!IsWinampRunning())
         return {};
-    state = player->PlayingState();
+    state = GetPlayingState();
     if ((state & kLoaded) == 0)
         return {};
-    std::string current = player->CurrentSongPath();
+    std::string current = GetCurrentSongPath();
     if (current == path) {
-        position = runtime::RoundToInt32(player->PlayingPosition());
-        player->StopTrack();
+        position = runtime::RoundToInt32(GetPlayingPosition());
+        StopTrack();
     }
     return current;
 }
@@ -49,14 +48,13 @@ std::string ReleasePlayingFile(const std::string &path, std::int32_t &state, std
 void RestorePlayingFile(const std::string &currentPath, const std::string &path, std::int32_t state,
                         std::int32_t position)
 {
-    platform::Player *player = RunningPlayer();
-    if (player == nullptr || path != currentPath)
+    if (!IsWinampRunning() || path != currentPath)
         return;
-    player->SetPlaylistPosition(ListIndex(*player, path));
-    player->PlayTrack();
-    player->JumpToTime(runtime::RoundToInt32(position / 1000.0), 0);
+    SetPlaylistPosition(PlaceInPlaylist(path));
+    PlayTrack();
+    JumpToTime(runtime::RoundToInt32(position / 1000.0), 0);
     if (state == kPaused)
-        player->PauseTrack();
+        PauseTrack();
 }
 
 } // namespace player

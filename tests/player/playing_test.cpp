@@ -1,69 +1,56 @@
-#include "platform/machine.h"
-#include "platform/player.h"
 #include "player/playing.h"
+#include "tests/support/recordingplayer.h"
+#include "tests/support/scripteddesktop.h"
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
 namespace
 {
-
-// Notes what it is told.
-struct NotedPlayer : platform::Player {
-    bool IsRunning() override { return running; }
-    std::int32_t PlayingState() override { return state; }
-    std::string CurrentSongPath() override { return current; }
-    double PlayingPosition() override { return positionMs; }
-    bool IsInPlaylist(const std::string &) override { return listed; }
-    std::int16_t PlaylistIndexOf(const std::string &) override { return index; }
-    std::int16_t PlaylistLength() override { return 8; }
-    void EnqueueFile(const std::string &path) override { told.push_back("enqueue " + path); }
-    void SetPlaylistPosition(std::int16_t place) override
-    {
-        told.push_back("select " + std::to_string(place));
-    }
-    void PlayTrack() override { told.push_back("play"); }
-    void PauseTrack() override { told.push_back("pause"); }
-    void StopTrack() override { told.push_back("stop"); }
-    void JumpToTime(std::int32_t seconds, std::int32_t milliseconds) override
-    {
-        told.push_back("jump " + std::to_string(seconds) + " " + std::to_string(milliseconds));
-    }
-
-    bool running = true, listed = true;
-    std::int32_t state = 1;
-    std::int16_t index = 4;
-    std::string current = "/song.mp3";
-    double positionMs = 61'500.4;
-    std::vector<std::string> told;
-};
 
 using Told = std::vector<std::string>;
 
 class Playing : public testing::Test
 {
 protected:
-    void SetUp() override { platform::TheMachine().player = &m_player; }
-    void TearDown() override { platform::TheMachine().player = nullptr; }
+    Playing()
+    {
+        port.SetPlaylist("#EXTM3U\r\n/0.mp3\r\n/1.mp3\r\n/song.mp3\r\n");
+        port.Answer(104, 1);
+        port.Answer(105, 61'500);
+        port.Answer(124, 3);
+        port.Answer(125, 2);
+        player::IsWinampRunning();
+        port.Told();
+    }
 
     std::string Release() { return player::ReleasePlayingFile("/song.mp3", m_state, m_position); }
 
-    NotedPlayer m_player;
+    // What the player was told to do, without the questions.
+    Told Orders()
+    {
+        Told orders;
+        for (const std::string &line : port.Told())
+            if (line.starts_with("273") || line.starts_with("copy") || line.ends_with(" 121") ||
+                line.ends_with(" 106"))
+                orders.push_back(line);
+        return orders;
+    }
+
+    tests::ScriptedDesktop desktop;
+    tests::RecordingPlayer port;
     std::int32_t m_state = -7, m_position = -9;
 };
 
+constexpr const char *kStop = "273 40047 0", *kPlay = "273 40045 0", *kPause = "273 40046 0";
+
 TEST_F(Playing, NoPlayer)
 {
-    for (const bool port : {true, false}) {
-        m_player.running = false;
-        platform::TheMachine().player = port ? &m_player : nullptr;
-        EXPECT_EQ(Release(), "");
-        EXPECT_EQ(m_state, -7);
-        EXPECT_EQ(m_position, -9);
-        player::RestorePlayingFile("/song.mp3", "/song.mp3", 1, 5);
-        EXPECT_EQ(m_player.told, Told());
-    }
+    port.window = 0;
+    EXPECT_EQ(Release(), "");
+    EXPECT_EQ(m_state, -7);
+    EXPECT_EQ(m_position, -9);
+    player::RestorePlayingFile("/song.mp3", "/song.mp3", 1, 5);
+    EXPECT_EQ(port.Told(), Told(2, "find Winamp v1.x"));
 }
 
 TEST_F(Playing, TheSongItself)
@@ -71,49 +58,73 @@ TEST_F(Playing, TheSongItself)
     EXPECT_EQ(Release(), "/song.mp3");
     EXPECT_EQ(m_state, 1);
     EXPECT_EQ(m_position, 61'500);
-    EXPECT_EQ(m_player.told, Told{"stop"});
-    m_player.told.clear();
+    EXPECT_EQ(Orders(), Told{kStop});
     player::RestorePlayingFile("/song.mp3", "/song.mp3", 1, 61'500);
-    EXPECT_EQ(m_player.told, (Told{"select 4", "play", "jump 62 0"})); // half to even
+    EXPECT_EQ(Orders(), (Told{"1024 2 121", kPlay, "1024 62000 106"})); // half to even
 }
 
 TEST_F(Playing, APausedSongComesBackPaused)
 {
-    m_player.state = 3;
+    port.Answer(104, 3);
     EXPECT_EQ(Release(), "/song.mp3");
-    m_player.told.clear();
+    EXPECT_EQ(Orders(), Told{kStop});
     player::RestorePlayingFile("/song.mp3", "/song.mp3", m_state, 60'500);
-    EXPECT_EQ(m_player.told, (Told{"select 4", "play", "jump 60 0", "pause"}));
+    EXPECT_EQ(Orders(), (Told{"1024 2 121", kPlay, "1024 60000 106", kPause}));
 }
 
 TEST_F(Playing, AnotherSong)
 {
-    m_player.current = "/SONG.mp3"; // the comparison is exact
+    port.SetPlaylist("#EXTM3U\r\n\r\n\r\n/SONG.mp3\r\n"); // the comparison is exact
     EXPECT_EQ(Release(), "/SONG.mp3");
     EXPECT_EQ(m_state, 1);
     EXPECT_EQ(m_position, -9);
     player::RestorePlayingFile("/SONG.mp3", "/song.mp3", 1, 0);
-    EXPECT_EQ(m_player.told, Told());
+    EXPECT_EQ(Orders(), Told());
 }
 
 TEST_F(Playing, Stopped)
 {
-    m_player.state = 0;
+    port.Answer(104, 0);
     EXPECT_EQ(Release(), "");
     EXPECT_EQ(m_state, 0);
-    EXPECT_EQ(m_player.told, Told());
+    EXPECT_EQ(port.Told(), (Told{"find Winamp v1.x", "1024 0 104"}));
 }
 
-TEST_F(Playing, ASongThatTheListLacksOrHasAsAPrefix)
+TEST_F(Playing, ASongThatTheListLacksIsAddedAndOnePastItSelected)
 {
-    m_player.listed = false;
-    player::RestorePlayingFile("/song.mp3", "/song.mp3", 1, 0);
-    EXPECT_EQ(m_player.told, (Told{"enqueue /song.mp3", "select 8", "play", "jump 0 0"}));
-    m_player.told.clear();
-    m_player.listed = true;
-    m_player.index = -1;
-    player::RestorePlayingFile("/song.mp3", "/song.mp3", 1, 0);
-    EXPECT_EQ(m_player.told, (Told{"select -1", "play", "jump 0 0"}));
+    port.onEnqueue = [this] { port.Answer(124, 4); };
+    player::RestorePlayingFile("/new.mp3", "/new.mp3", 1, 0);
+    EXPECT_EQ(Orders(), (Told{"copy 100 9 /new.mp3", "1024 4 121", kPlay, "1024 0 106"}));
+}
+
+TEST_F(Playing, ASongThatIsOnlyTheBeginningOfALongerPath)
+{
+    player::RestorePlayingFile("/song", "/song", 1, 0);
+    EXPECT_EQ(Orders(), (Told{"1024 -1 121", kPlay, "1024 0 106"}));
+}
+
+TEST_F(Playing, TheListIsLearntBeforeItIsSearched)
+{
+    port.SetPlaylist("#EXTM3U\r\n");
+    port.onLearn = [this] { port.SetPlaylist("#EXTM3U\r\n/song.mp3\r\n"); };
+    EXPECT_EQ(player::PlaceInPlaylist("/song.mp3"), 0);
+}
+
+TEST_F(Playing, AListThat16BitsDoNotCountGetsNoSong)
+{
+    port.Answer(124, 32767);
+    EXPECT_THROW(player::PlaceInPlaylist("/new.mp3"), runtime::RuntimeError);
+    EXPECT_EQ(Orders(), Told());
+    port.Answer(124, 32766);
+    port.onEnqueue = [this] { port.Answer(124, 32767); };
+    EXPECT_EQ(player::PlaceInPlaylist("/new.mp3"), 32767);
+}
+
+TEST_F(Playing, ASongThatThePlayerDoesNotTakeIsNotPlayed)
+{
+    port.refusesFiles = true;
+    EXPECT_THROW(player::RestorePlayingFile("/new.mp3", "/new.mp3", 1, 0), runtime::RuntimeError);
+    EXPECT_EQ(Orders(), Told{"copy 100 9 /new.mp3"});
 }
 
 } // namespace
