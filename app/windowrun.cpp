@@ -49,7 +49,7 @@ void LoadMainWindow(Windows &windows)
 {
     browser::MainForm &form = browser::frmMain();
     windows.main = std::make_unique<browser::frmMainWindow>(form);
-    form.calls.showAbout = [&windows] { ShowAbout(windows); };
+    browser::RegisterCommand("submnuAbout", [&windows] { ShowAbout(windows); });
     form.calls.unloadForms = [] {
         for (QWidget *window : QApplication::topLevelWidgets())
             window->hide();

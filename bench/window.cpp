@@ -311,6 +311,8 @@ int main(int argc, char **argv)
     {
         browser::MainForm &form = browser::frmMain();
         browser::frmMainWindow window(form);
+        form.calls.unloadForms = [] {};
+        form.calls.endProgram = [] {};
         browser::LoadMainForm(form);
         QElapsedTimer timer;
         timer.start();

@@ -1,6 +1,12 @@
 #include "browser/commands.h"
 
-#include <array>
+#include "browser/itemkinds.h"
+#include "runtime/error.h"
+#include "runtime/text.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
 
 namespace browser
 {
@@ -96,7 +102,7 @@ constexpr PopupLine kPopupLines[] = {
     {"FileInfo", "&File Info", "Info", "FileInfo", "cp_Info"},
     {"ExportFile", "&Export file", "Export", "Export", "cp_Export"},
     {"RenameFile", "&Rename file", "Rename", "Rename", "cp_Export"}, // exports, it does not rename
-    {"DuplicateEntry", "&Duplicate entry", "Duplicate", "DuplicateMP3", "cp_Duplicate"},
+    {"DuplicateEntry", "&Duplicate entry", "Duplicate", "DuplicateMP3", "submnuDuplicateEntry"},
     {"ControlOptions", "Control Options", "fOptions", "", ""},
     {"PlaySong", "&Play Song", "Play", "Play", "cp_Play"},
     {"PauseSong", "Pa&use Song", "Pause", "Pause", "cp_Pause"},
@@ -106,31 +112,47 @@ constexpr PopupLine kPopupLines[] = {
 constexpr std::string_view kFileCommands[] = {"submnuFileInfo", "submnuDuplicateEntry",
                                               "submnuExport", "submnuRename"};
 
-constexpr std::string_view kCommandsNotBuilt[] = {
-    "submnuAddFile",
-    "submnuTagEditor",
-    "submnuFileInfo",
-    "submnuDuplicateEntry",
-    "submnuRename",
-    "submnuExport",
-    "submnuAddPlayList",
-    "submnuRemovePlayList",
-    "submnuShowLyricsCurrentSong",
-    "submnuSongControls",
-    "submnuSearch",
-    "submnuPreferences",
-    "submnuNewerVersion",
-    "submnuTechSupport",
-    "submnuTips",
-    "cp_Info",
-    "cp_Export",
-    "cp_Duplicate",
-    "cp_Play",
-    "cp_Pause",
-    "cp_Stop",
-    "PlayMP3File",
-    "PlayListFile", // listing the entries of a play list's node
+struct Registered {
+    std::function<void()> handler;
+    std::function<bool()> enabled; // empty: always
 };
+
+struct State {
+    std::map<std::string, Registered> commands;           // by name in upper case
+    std::map<std::string, OpenItem, std::less<>> openers; // by marker
+};
+
+State &TheState()
+{
+    static State state;
+    return state;
+}
+
+const Registered *Find(std::string_view name)
+{
+    const auto found = TheState().commands.find(runtime::UpperAscii(name));
+    return found == TheState().commands.end() ? nullptr : &found->second;
+}
+
+// "submnuLng" of "submnuLng(2)".
+std::string_view ControlName(std::string_view name)
+{
+    return name.substr(0, name.find('('));
+}
+
+// Whether a table has a command of this name: a menu entry, or what a popup entry runs.
+bool IsCommandName(std::string_view name)
+{
+    const auto same = [name](std::string_view other) {
+        return runtime::EqualAscii(ControlName(name), ControlName(other));
+    };
+    if (name.empty())
+        return false;
+    return std::any_of(std::begin(kMenuLines), std::end(kMenuLines),
+                       [&](const MenuLine &line) { return same(line.name); }) ||
+           std::any_of(std::begin(kPopupLines), std::end(kPopupLines),
+                       [&](const PopupLine &line) { return same(line.command); });
+}
 
 } // namespace
 
@@ -159,9 +181,52 @@ std::span<const std::string_view> FileCommands()
     return kFileCommands;
 }
 
-std::span<const std::string_view> CommandsNotBuilt()
+void RegisterCommand(std::string_view name, std::function<void()> handler,
+                     std::function<bool()> enabled)
 {
-    return kCommandsNotBuilt;
+    if (!IsCommandName(name))
+        throw runtime::RuntimeError(runtime::kMemberNotFound);
+    TheState().commands.insert_or_assign(runtime::UpperAscii(name),
+                                         Registered{std::move(handler), std::move(enabled)});
+}
+
+bool IsRegistered(std::string_view name)
+{
+    return Find(name) != nullptr;
+}
+
+bool CanRun(std::string_view name)
+{
+    const Registered *command = Find(name);
+    return command != nullptr && (!command->enabled || command->enabled());
+}
+
+void RunHandler(std::string_view name)
+{
+    const Registered *command = Find(name);
+    if (command == nullptr)
+        throw runtime::RuntimeError(runtime::kMemberNotFound);
+    const auto running = command->handler; // it may be replaced while it runs
+    running();
+}
+
+void RegisterItemKind(std::string_view marker, OpenItem open)
+{
+    const ItemKind *kind = KindOfKey(marker);
+    if (kind == nullptr || kind->marker != marker)
+        throw runtime::RuntimeError(runtime::kMemberNotFound);
+    TheState().openers.insert_or_assign(std::string(marker), std::move(open));
+}
+
+OpenItem OpenerOf(std::string_view marker)
+{
+    const auto found = TheState().openers.find(marker);
+    return found == TheState().openers.end() ? OpenItem{} : found->second;
+}
+
+void ForgetRegistrations()
+{
+    TheState() = State{};
 }
 
 } // namespace browser

@@ -18,28 +18,10 @@ namespace browser
 namespace
 {
 
-constexpr ItemKind kItemKinds[] = {
-    {"/", "", "MP3File", "MP3 File"},
-    {"@", "Title", "TitleFolder", "Title Folder"},
-    {"#", "Artist", "ArtistFolder", "Artist Folder"},
-    {"~", "Album", "AlbumFolder", "Album Folder"},
-    {"?", "Year", "YearFolder", "Year Folder"},
-    {"!", "Comment", "CommentFolder", "Comment Folder"},
-    {"\u00A1", "Genre", "GenreFolder", "Genre Folder"},
-    {"\u00BF", "Path", "PathFolder", "Path Folder"},
-    {"&", "List", "PlayListFile", "PlayList File"},
-};
-
 // The order of the groups below the root; Path comes before List.
 constexpr std::array<int, 8> kGroupOrder = {0, 1, 2, 3, 4, 5, 7, 6};
 
 constexpr std::string_view kListStatement = "SELECT * FROM Lists ORDER BY LIST_Name";
-
-const ItemKind &KindOfField(std::string_view field)
-{
-    return *std::find_if(std::begin(kItemKinds), std::end(kItemKinds),
-                         [&](const ItemKind &kind) { return kind.field == field; });
-}
 
 std::string GroupKey(std::string_view field)
 {
@@ -166,30 +148,6 @@ void ShowHint(MainForm &form)
 }
 
 } // namespace
-
-const ItemKind *KindOfKey(std::string_view key)
-{
-    for (const ItemKind &kind : kItemKinds)
-        if (key.starts_with(kind.marker))
-            return &kind;
-    return nullptr;
-}
-
-std::string_view WithoutMarker(std::string_view key)
-{
-    const ItemKind *kind = KindOfKey(key);
-    return key.substr(kind != nullptr ? kind->marker.size() : std::min<std::size_t>(1, key.size()));
-}
-
-std::string GetItemTypeText(std::string_view key, bool plural)
-{
-    const ItemKind *kind = KindOfKey(key);
-    if (kind == nullptr)
-        return {};
-    const std::string_view end = plural ? "s" : "";
-    return shell::GetLanguageText(std::string(kind->word).append(end),
-                                  std::string(kind->wordKey).append(end), "ItemType");
-}
 
 void LoadTreeView(MainForm &form, std::string_view fieldName)
 {

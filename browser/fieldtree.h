@@ -1,35 +1,14 @@
-// browser/fieldtree.h - the catalogue by field in the tree TV: root, groups, one node a value; and
-// the markers, the first character of every key of tree and list.
+// browser/fieldtree.h - the catalogue by field in the tree TV: root, groups, one node for each
+// value.
 #pragma once
 
+#include "browser/itemkinds.h"
 #include "browser/mainform.h"
 
-#include <string>
 #include <string_view>
 
 namespace browser
 {
-
-inline constexpr std::string_view kRootKey = "MP3s";
-inline constexpr std::string_view kFileMarker = "/";
-
-// One kind of item: its marker (one character, UTF-8), its field, and its word in `ItemType`.
-struct ItemKind {
-    std::string_view marker;
-    std::string_view field; // empty for a file
-    std::string_view wordKey;
-    std::string_view word; // English
-};
-
-// The kind that a key's first character tells; null for any other ("By..." and the root too).
-const ItemKind *KindOfKey(std::string_view key);
-
-// A key without its first character.
-std::string_view WithoutMarker(std::string_view key);
-
-// The word for the key's kind in the user's language, with "s" behind key and default for a
-// plural; empty for a key of no kind.
-std::string GetItemTypeText(std::string_view key, bool plural);
 
 // Rebuilds the whole tree for an empty field name; else brings that field's group and values up to
 // date. Errors: kDuplicateKey when a group that stands there is added again, kSubscriptOutOfRange

@@ -14,6 +14,8 @@
 #include "shell/openaddress.h"
 #include "shell/settings.h"
 
+#include <algorithm>
+
 namespace browser
 {
 
@@ -22,16 +24,15 @@ namespace
 
 constexpr std::string_view kLanguageExtension = ".qlt";
 
-void RunHandler(MainForm &form, std::string_view name)
+bool IsFileCommand(std::string_view name)
 {
-    const std::string wanted = std::string(name) + "_click";
-    for (const auto &[handlerName, handler] : form.handlers)
-        if (handler && runtime::EqualAscii(handlerName, wanted)) {
-            const auto running = handler; // it may replace itself
-            running();
-            return;
-        }
-    throw runtime::RuntimeError(runtime::kMemberNotFound);
+    const auto commands = FileCommands();
+    return std::find(commands.begin(), commands.end(), name) != commands.end();
+}
+
+bool CanRunNow(const MainForm &form, std::string_view name)
+{
+    return CanRun(name) && (form.fileCommandsEnabled || !IsFileCommand(name));
 }
 
 void RegenerateDatabase(MainForm &form)
@@ -110,59 +111,51 @@ void ShowHelp()
 
 } // namespace
 
-void BindHandlers(MainForm &form)
+void RegisterOwnCommands(MainForm &form)
 {
-    auto &handlers = form.handlers;
-    handlers["submnuExit_Click"] = [&form] { CloseMainForm(form); };
-    handlers["submnuRegenerateDatabase_Click"] = [&form] { RegenerateDatabase(form); };
-    handlers["submnuRefreshTree_Click"] = [&form] { RefreshTree(form); };
-    handlers["submnuWebStyle_Click"] = [&form] { ToggleWebStyle(form); };
-    handlers["submnuShowHelp_Click"] = ShowHelp;
-    handlers["submnuForums_Click"] = [] { OpenPage("Forums/default.asp"); };
-    handlers["submnuTutorials_Click"] = [] { OpenPage("Tutorial%20Index.asp"); };
-    handlers["submnuEnglish_Click"] = ChooseEnglish;
-    handlers["submnuAbout_Click"] = [&form] {
-        if (form.calls.showAbout)
-            form.calls.showAbout();
-    };
-    handlers["cp_Play_Click"] = [&form] {
-        const std::string path = SelectedPath(form.LV);
-        if (!path.empty() && form.calls.playMP3File)
-            form.calls.playMP3File(path, form.LV);
-    };
-    handlers["cp_Duplicate_Click"] = [&form] { RunHandler(form, "submnuDuplicateEntry"); };
+    RegisterCommand("submnuExit", [&form] { CloseMainForm(form); });
+    RegisterCommand("submnuRegenerateDatabase", [&form] { RegenerateDatabase(form); });
+    RegisterCommand("submnuRefreshTree", [&form] { RefreshTree(form); });
+    RegisterCommand("submnuWebStyle", [&form] { ToggleWebStyle(form); });
+    RegisterCommand("submnuShowHelp", ShowHelp);
+    RegisterCommand("submnuForums", [] { OpenPage("Forums/default.asp"); });
+    RegisterCommand("submnuTutorials", [] { OpenPage("Tutorial%20Index.asp"); });
+    RegisterCommand("submnuEnglish", ChooseEnglish);
 }
 
 void RunCommand(MainForm &form, std::string_view name)
 {
     const ui::Command *entry = form.FindMenu(name);
-    if (!IsBuilt(form, name) || (entry != nullptr && !entry->Enabled()))
+    if (entry != nullptr && (!entry->Enabled() || !CanRunNow(form, name)))
         return;
-    RunHandler(form, name);
+    RunHandler(name);
 }
 
-bool Form_KeyDown(MainForm &form, int keyCode, bool alt)
+bool Form_KeyDown(MainForm & /*form*/, int keyCode, bool alt)
 {
     if (keyCode != '3' || !alt)
         return false;
-    if (IsBuilt(form, "submnuFileInfo"))
-        RunHandler(form, "submnuFileInfo");
+    if (CanRun("submnuFileInfo"))
+        RunHandler("submnuFileInfo");
     return true;
 }
 
-bool IsBuilt(const MainForm &form, std::string_view name)
+void UpdateCommands(MainForm &form)
 {
-    return !form.notBuilt.contains(name);
+    for (const MenuLine &line : MenuLines())
+        if (!line.parent.empty() && line.caption != "-" && !line.submenu)
+            form.FindMenu(line.name)->SetEnabled(CanRunNow(form, line.name));
+    for (ui::Command &button : form.buttons)
+        button.SetEnabled(CanRunNow(form, button.name));
 }
 
 void SetFileCommandsEnabled(MainForm &form, bool enabled)
 {
+    form.fileCommandsEnabled = enabled;
     for (const std::string_view name : FileCommands()) {
-        const bool on = enabled && IsBuilt(form, name);
-        if (ui::Command *entry = form.FindMenu(name); entry != nullptr)
-            entry->SetEnabled(on);
-        if (ui::Command *button = form.FindButton(name); button != nullptr)
-            button->SetEnabled(on);
+        const bool on = CanRunNow(form, name);
+        form.FindMenu(name)->SetEnabled(on);
+        form.FindButton(name)->SetEnabled(on);
     }
 }
 
@@ -182,7 +175,8 @@ void BuildLanguageMenu(MainForm &form, const std::vector<std::string> &captions)
         }
         last->SetCaption(runtime::Replace(caption, "&", "&&"));
         last->SetVisible(true);
-        form.handlers[last->name + "_Click"] = [caption] { ChooseLanguage(caption); };
+        last->SetEnabled(true);
+        RegisterCommand(last->name, [caption] { ChooseLanguage(caption); });
     }
 }
 
@@ -193,15 +187,22 @@ void BuildPopup(MainForm &form)
         const std::string caption =
             shell::GetLanguageText(line.caption, line.languageKey, "PopUpMenu");
         form.cp.push_back({line.IsTitle() ? "-" + caption : caption, std::string(line.key),
-                           std::string(line.image), line.IsTitle() || IsBuilt(form, line.command)});
+                           std::string(line.image)});
     }
+    UpdatePopup(form);
 }
 
-void ClickPopup(MainForm &form, std::string_view key)
+void UpdatePopup(MainForm &form)
+{
+    for (std::size_t i = 0; i < form.cp.size(); ++i)
+        form.cp[i].enabled = PopupLines()[i].IsTitle() || CanRun(PopupLines()[i].command);
+}
+
+void ClickPopup(MainForm & /*form*/, std::string_view key)
 {
     for (const PopupLine &line : PopupLines())
-        if (line.key == key && !line.IsTitle() && IsBuilt(form, line.command)) {
-            RunHandler(form, line.command);
+        if (line.key == key && !line.IsTitle() && CanRun(line.command)) {
+            RunHandler(line.command);
             return;
         }
 }
@@ -225,11 +226,10 @@ void LV_MouseDown(MainForm &form, int button, ui::RowId hit)
 
 void ShowPop(MainForm &form)
 {
-    const ui::Rect cursor = form.calls.cursor ? form.calls.cursor() : ui::Rect{};
-    LogoDraw(form, form.calls.popupHeights ? form.calls.popupHeights() : std::vector<int>{});
-    if (form.calls.showPopup)
-        form.calls.showPopup(cursor.left - form.window.left - 200,
-                             cursor.top - form.window.top - 800);
+    const ui::Rect cursor = form.calls.cursor();
+    UpdatePopup(form);
+    LogoDraw(form, form.calls.popupHeights());
+    form.calls.showPopup(cursor.left - form.window.left - 200, cursor.top - form.window.top - 800);
 }
 
 void LogoDraw(MainForm &form, const std::vector<int> &entryHeights)

@@ -6,10 +6,13 @@
 namespace browser
 {
 
-// Puts the form's own commands into `handlers`, each under its name + "_Click".
-void BindHandlers(MainForm &form);
+// Registers the form's own commands.
+void RegisterOwnCommands(MainForm &form);
 
 // Builds `cp` from the popup's table, in the user's language.
 void BuildPopup(MainForm &form);
+
+// Brings the states of the popup's entries up to date.
+void UpdatePopup(MainForm &form);
 
 } // namespace browser

@@ -85,8 +85,7 @@ void Apply(MainForm &form, const LayoutState &s)
     form.vsbBack.SetMax(s.scrollMax);
     form.vsbBack.SetLargeChange(s.scrollLargeChange);
     form.vsbBack.SetSmallChange(s.scrollSmallChange);
-    if (form.calls.placed)
-        form.calls.placed();
+    form.calls.placed();
 }
 
 void SaveLayout(const MainForm &form)

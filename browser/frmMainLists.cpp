@@ -1,6 +1,6 @@
 // The main window's tree, list and splitter.
-#include "browser/fieldtree.h"
 #include "browser/frmMain.h"
+#include "browser/itemkinds.h"
 #include "browser/itemlist.h"
 #include "runtime/error.h"
 #include "ui/qt/bindings.h"

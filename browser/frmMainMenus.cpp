@@ -61,6 +61,8 @@ void frmMainWindow::AddMenuLine(const MenuLine &line)
             parent->addMenu(menu);
         else
             menuBar()->addMenu(menu);
+        if (line.parent.empty())
+            connect(menu, &QMenu::aboutToShow, this, [this] { UpdateCommands(m_form); });
         if (line.name == "submnuSetLanguage")
             connect(menu, &QMenu::aboutToShow, this, [this, menu] { FillLanguageMenu(menu); });
         return;

@@ -1,6 +1,6 @@
 #include "browser/itemlist.h"
 
-#include "browser/fieldtree.h"
+#include "browser/itemkinds.h"
 #include "browser/webpanel.h"
 #include "catalogue/adoclass.h"
 #include "platform/desktop.h"
@@ -154,11 +154,12 @@ void ShowNoSelection(MainForm &form)
     form.ShowSelectedItems.SetEnabled(false);
 }
 
-void PlayRow(MainForm &form, ui::KeyedList &list)
+void OpenFile(ui::KeyedList &list)
 {
+    const OpenItem play = OpenerOf(kFileMarker);
     const std::string path = SelectedPath(list);
-    if (!path.empty() && IsBuilt(form, "PlayMP3File") && form.calls.playMP3File)
-        form.calls.playMP3File(path, list);
+    if (!path.empty() && play)
+        play(path, list);
 }
 
 void ShowGroup(MainForm &form, ui::KeyedList &target, const Clicked &clicked)
@@ -219,8 +220,8 @@ bool ShowValue(MainForm &form, std::string_view field, const Clicked &clicked)
 
 void ShowPlayList(MainForm &form, const Clicked &clicked)
 {
-    if (IsBuilt(form, "PlayListFile") && form.calls.listPlayList) {
-        form.calls.listPlayList(WithoutMarker(clicked.key));
+    if (const OpenItem show = OpenerOf(KindOfField("List").marker)) {
+        show(std::string(WithoutMarker(clicked.key)), form.LV);
         return;
     }
     const ui::ListUpdate update(form.LV);
@@ -251,7 +252,7 @@ void HandleClick(MainForm &form, ui::KeyedList &list, const Clicked &clicked)
         ShowPile(form);
     if (kind == nullptr || kind->field.empty()) {
         if (clicked.key.starts_with(kFileMarker))
-            PlayRow(form, list);
+            OpenFile(list);
         else
             ShowGroup(form, list, clicked);
         return;

@@ -76,19 +76,20 @@ void BindControls(MainForm &form)
     BindPanelEvents(form.LV, form);
     DoubleAmpersands(form.WEPath);
     form.lblAddress.captionChanged = [&form] {
-        if (form.calls.textWidth)
-            form.lblAddress.SetWidth(form.calls.textWidth(form.lblAddress.Caption()));
+        form.lblAddress.SetWidth(form.calls.textWidth(form.lblAddress.Caption()));
         form.WEPath.SetLeft(form.lblAddress.Place().Right() + 200);
     };
     form.ReDrawForm = [&form] { ReDrawForm(form); };
-    form.tmrAutoCheckVersion.event = [&form] {
-        if (form.calls.tmrAutoCheckVersion)
-            form.calls.tmrAutoCheckVersion();
-    };
-    form.tmrRefreshList.event = [&form] {
-        if (form.calls.writePlaylist)
-            form.calls.writePlaylist();
-    };
+}
+
+void CheckCalls(const MainFormCalls &calls)
+{
+    const bool complete = calls.textWidth && calls.placed && calls.bringIntoView &&
+                          calls.showWindow && calls.showPopup && calls.cursor &&
+                          calls.popupHeights && calls.raisePanel && calls.unloadForms &&
+                          calls.endProgram;
+    if (!complete)
+        throw runtime::RuntimeError(runtime::kObjectNotSet);
 }
 
 void BindRegeneration(MainForm &form)
@@ -143,8 +144,6 @@ MainForm::MainForm()
     for (const ToolButton &button : ToolButtons())
         if (!button.key.empty())
             buttons.emplace_back(button.key, button.tooltip);
-    for (const std::string_view name : CommandsNotBuilt())
-        notBuilt.emplace(name);
     TV.pathSeparator = shell::PathSeparator;
     TV.SetPlace({0, kDesignAddressHeight - 60 + 540 + 100, kDefaultTVWidth, 4000});
     LV.SetPlace({2735, -45, 6000, 4000});
@@ -177,15 +176,22 @@ void ResetMainForm()
 {
     ReleaseRegeneration();
     TheForm().reset();
+    ForgetRegistrations();
+}
+
+ui::KeyedList &PopupList(MainForm &form)
+{
+    return form.PopupFromSearch && form.searchList != nullptr ? *form.searchList : form.LV;
 }
 
 void LoadMainForm(MainForm &form)
 {
+    CheckCalls(form.calls);
     BindControls(form);
-    BindHandlers(form);
+    RegisterOwnCommands(form);
     BindRegeneration(form);
-    if (form.calls.tmrAutoCheckVersion)
-        form.calls.tmrAutoCheckVersion();
+    if (form.tmrAutoCheckVersion.event)
+        form.tmrAutoCheckVersion.event();
     form.ImgIcon.SetImage("");
     LoadOtherImages(false, form);
     form.lblWebFolder.SetCaption("");
@@ -193,10 +199,7 @@ void LoadMainForm(MainForm &form)
     ShowSelectedItemInfo(form.LV, form);
     form.ShowSelectedItems.SetEnabled(true);
     TranslateMenus(form);
-    for (ui::Command &entry : form.menu)
-        entry.SetEnabled(entry.Enabled() && IsBuilt(form, entry.name));
-    for (ui::Command &button : form.buttons)
-        button.SetEnabled(IsBuilt(form, button.name));
+    UpdateCommands(form);
     BuildStrip(form);
     BuildPopup(form);
     form.lblAddress.SetCaption(shell::GetLanguageText("Address", "AddressBar", "ControlsCaptions"));
@@ -228,15 +231,13 @@ void ShowMainForm(MainForm &form)
     form.lblWebFolder.SetCaption(shell::kApplicationTitle);
     form.window = {StoredTwips("Left", 45), StoredTwips("Top", 465), StoredTwips("Width", 12000),
                    StoredTwips("Height", 7350)};
-    if (form.calls.bringIntoView)
-        form.window = form.calls.bringIntoView(form.window);
+    form.window = form.calls.bringIntoView(form.window);
     form.scaleWidth = form.window.width - kFrameWidth;
     form.tmr_Playing.SetEnabled(true);
     form.visible = true;
-    if (form.calls.showWindow)
-        form.calls.showWindow();
-    if (tips && form.calls.showTips)
-        form.calls.showTips();
+    form.calls.showWindow();
+    if (tips && CanRun("submnuTips"))
+        RunHandler("submnuTips");
     ReDrawForm(form);
 }
 
@@ -267,10 +268,8 @@ void UnloadMainForm(MainForm &form)
     form.cp.clear();
     ReleaseRegeneration();
     catalogue::DataAccess.reset();
-    if (form.calls.unloadForms)
-        form.calls.unloadForms();
-    if (form.calls.endProgram)
-        form.calls.endProgram();
+    form.calls.unloadForms();
+    form.calls.endProgram();
 }
 
 void HookList(MainForm &form)
@@ -286,8 +285,7 @@ void UnhookList(MainForm &form)
 void ListMessage(MainForm &form, int message)
 {
     constexpr int kMouseWheel = 0x20A, kVerticalScroll = 0x115;
-    if (form.listHooked && (message == kMouseWheel || message == kVerticalScroll) &&
-        form.calls.raisePanel)
+    if (form.listHooked && (message == kMouseWheel || message == kVerticalScroll))
         form.calls.raisePanel();
 }
 

@@ -13,9 +13,7 @@
 
 #include <deque>
 #include <functional>
-#include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,8 +21,8 @@
 namespace browser
 {
 
-// What the window and the later subsystems do for the form. app/ and the window fill them in; an
-// empty one does nothing.
+// What the form needs of its window and of the program around it. The window fills in its part,
+// app/ the last two. LoadMainForm fails when one is missing.
 struct MainFormCalls {
     std::function<int(std::string_view)> textWidth; // twips, in the form's font
     std::function<void()> placed;                   // a layout has set the places: show them
@@ -34,12 +32,6 @@ struct MainFormCalls {
     std::function<void(int left, int top)> showPopup; // twips relative to the window
     std::function<ui::Rect()> cursor;                 // pointer on the screen, in twips: left, top
     std::function<std::vector<int>()> popupHeights;   // of the popup's entries, in pixels
-    std::function<void(std::string_view path, ui::KeyedList &)> playMP3File;
-    std::function<void(std::string_view name)> listPlayList; // shows a play list's entries in LV
-    std::function<void()> showAbout;
-    std::function<void()> showTips;
-    std::function<void()> tmrAutoCheckVersion; // the handler; none until it is built
-    std::function<void()> writePlaylist;       // the handler of tmrRefreshList
     std::function<void()> raisePanel; // list to the back, panel and scroll bar to the front
     std::function<void()> unloadForms;
     std::function<void()> endProgram;
@@ -78,6 +70,7 @@ struct MainForm : PanelForm {
     ui::ProgressBar PBar;
     ui::Area pbarArea;
     ui::Area picSideBar{{0, 0, 360, 3000}}; // the popup's strip
+    // The events of the last four belong to the areas that install themselves.
     ui::Timer tmrRefreshList{30000, true};
     ui::Timer tmr_Playing{250};
     ui::Timer tmrAutoCheckVersion{60000};
@@ -87,10 +80,8 @@ struct MainForm : PanelForm {
     // entries are "submnuLng" with an index behind it ("submnuLng(0)").
     std::deque<ui::Command> menu;
     std::deque<ui::Command> buttons;
-    ui::Command *FindMenu(std::string_view name);                       // null when there is none
-    ui::Command *FindButton(std::string_view name);                     // null when there is none
-    std::map<std::string, std::function<void()>, std::less<>> handlers; // "submnuExit_Click"
-    std::set<std::string, std::less<>> notBuilt;                        // from CommandsNotBuilt()
+    ui::Command *FindMenu(std::string_view name);   // null when there is none
+    ui::Command *FindButton(std::string_view name); // null when there is none
 
     std::vector<PopupEntry> cp; // stored under the name "Pop"
     std::unique_ptr<ui::cLogo> logo;
@@ -100,8 +91,9 @@ struct MainForm : PanelForm {
     bool TreeJustExpanded = false;
     bool SeparatorDragging = false;
     bool PopupFromSearch = false;
-    bool progressBarLaid = false;   // the bar moves into the status bar once a run
-    bool separatorReleased = false; // a release came while a move was laying out
+    bool fileCommandsEnabled = false; // as SetFileCommandsEnabled was last called
+    bool progressBarLaid = false;     // the bar moves into the status bar once a run
+    bool separatorReleased = false;   // a release came while a move was laying out
     bool listHooked = false;
     bool closePending = false; // the window closes when the running regeneration has ended
 
@@ -112,14 +104,22 @@ struct MainForm : PanelForm {
         std::uint64_t filling = 0;
     } shown;
 
+    // The search window's list while that window is open; null otherwise. Owned by the search.
+    ui::KeyedList *searchList = nullptr;
+
     MainFormCalls calls;
 };
 
-// The one main window; created by the first touch, put back to a fresh one by ResetMainForm.
+// The list that the popup's commands work on: the search window's after PopupFromSearch, else LV.
+ui::KeyedList &PopupList(MainForm &form);
+
+// The one main window; created by the first touch. ResetMainForm puts back a fresh one and forgets
+// all registered commands.
 MainForm &frmMain();
 void ResetMainForm();
 
-// Form_Load. Reads the language file; the panel starts empty, the file commands disabled.
+// Form_Load. Registers the form's own commands; reads the language file; the panel starts empty,
+// the file commands are disabled. Errors: kObjectNotSet when one of the calls is missing.
 void LoadMainForm(MainForm &form);
 
 // ReDrawForm: lays out all children, yields once, saves the settings of a complete layout.
@@ -133,17 +133,20 @@ void Separator_MouseDown(MainForm &form);
 void Separator_MouseMove(MainForm &form, double mouseX);
 void Separator_MouseUp(MainForm &form);
 
-// A click on a menu entry or a toolbar button: runs the handler `name` + "_Click", found without
-// regard to case. Errors: kMemberNotFound when there is none; that of the handler. A command that
-// is disabled or not built does nothing.
+// A click on a menu entry or a toolbar button: runs the command of that name (browser/commands.h).
+// One that is disabled does nothing. Errors: kMemberNotFound for a name that no entry has; those of
+// the handler.
 void RunCommand(MainForm &form, std::string_view name);
 
 // Form_KeyDown. True when the key was taken (its code becomes 0). Key codes are ASCII for digits.
 bool Form_KeyDown(MainForm &form, int keyCode, bool alt);
 
-// Enables the four file commands and their buttons; what is not built stays disabled.
+// Brings every entry's and button's state up to date: enabled when its command can run, and for a
+// file command when a file is selected.
+void UpdateCommands(MainForm &form);
+
+// Enables or disables the four file commands and their buttons; an unregistered one stays disabled.
 void SetFileCommandsEnabled(MainForm &form, bool enabled);
-bool IsBuilt(const MainForm &form, std::string_view name);
 
 // The entries of the language menu: the names of the language files without their extension, in the
 // folder's order. With none the separator `hyLang` and the first entry are hidden.
@@ -152,7 +155,7 @@ void BuildLanguageMenu(MainForm &form, const std::vector<std::string> &captions)
 // The popup. LV_MouseDown: `button` 2 is the right one; `hit` the row under the pointer or kNoRow.
 void LV_MouseDown(MainForm &form, int button, ui::RowId hit);
 void ShowPop(MainForm &form);
-// A click on the popup's entry with this key. What is not built does nothing.
+// A click on the popup's entry with this key. One whose command cannot run does nothing.
 void ClickPopup(MainForm &form, std::string_view key);
 // Sizes and redraws the strip for entries of these heights in pixels.
 void LogoDraw(MainForm &form, const std::vector<int> &entryHeights);

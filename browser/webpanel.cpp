@@ -1,6 +1,6 @@
 #include "browser/webpanel.h"
 
-#include "browser/fieldtree.h"
+#include "browser/itemkinds.h"
 #include "browser/layout.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"

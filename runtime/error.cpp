@@ -35,6 +35,8 @@ std::string DescribeError(int number)
         return "Path/File access error";
     case kPathNotFound:
         return "Path not found";
+    case kObjectNotSet:
+        return "Object variable or With block variable not set";
     case kNonModalOverModal:
         return "Can't show non-modal form when modal form is displayed";
     case kMemberNotFound:

@@ -22,6 +22,7 @@ enum ErrorNumber : int {
     kPermissionDenied = 70,
     kPathFileAccess = 75,
     kPathNotFound = 76,
+    kObjectNotSet = 91,
     kNonModalOverModal = 401,
     kMemberNotFound = 438,
     kDuplicateKey = 457,

@@ -1,4 +1,6 @@
 #include "browser/commands.h"
+#include "runtime/error.h"
+#include "ui/controls/keyedlist.h"
 
 #include <gtest/gtest.h>
 
@@ -176,16 +178,90 @@ TEST(PopupLines, RenameSharesTheCommandOfExport)
     EXPECT_EQ(PopupLines()[2].command, PopupLines()[3].command);
 }
 
-TEST(CommandsNotBuilt, EachIsACommand)
+class Registry : public testing::Test
 {
-    for (const std::string_view name : CommandsNotBuilt()) {
-        const auto popup = PopupLines();
-        const bool known = Find(name) != nullptr || name == "PlayMP3File" ||
-                           name == "PlayListFile" ||
-                           std::any_of(popup.begin(), popup.end(),
-                                       [&](const PopupLine &line) { return line.command == name; });
-        EXPECT_TRUE(known) << name;
+protected:
+    ~Registry() override { ForgetRegistrations(); }
+};
+
+int ErrorOf(const std::function<void()> &action)
+{
+    try {
+        action();
+    } catch (const runtime::RuntimeError &error) {
+        return error.number;
     }
+    return 0;
+}
+
+TEST_F(Registry, WhatIsRegisteredCanRunWhateverTheCaseOfItsName)
+{
+    int ran = 0;
+    EXPECT_FALSE(IsRegistered("submnuSearch"));
+    EXPECT_FALSE(CanRun("submnuSearch"));
+    EXPECT_EQ(ErrorOf([] { RunHandler("submnuSearch"); }), runtime::kMemberNotFound);
+    RegisterCommand("submnuSearch", [&] { ++ran; });
+    for (const char *name : {"submnuSearch", "SUBMNUSEARCH", "submnusearch"}) {
+        EXPECT_TRUE(IsRegistered(name)) << name;
+        EXPECT_TRUE(CanRun(name)) << name;
+        RunHandler(name);
+    }
+    EXPECT_EQ(ran, 3);
+    EXPECT_FALSE(CanRun("submnuSearc"));
+    ForgetRegistrations();
+    EXPECT_FALSE(CanRun("submnuSearch"));
+}
+
+TEST_F(Registry, AskedEachTimeWhetherItCanRun)
+{
+    bool can = false;
+    RegisterCommand(
+        "cp_Pause", [] {}, [&] { return can; });
+    EXPECT_TRUE(IsRegistered("cp_Pause"));
+    EXPECT_FALSE(CanRun("cp_Pause"));
+    can = true;
+    EXPECT_TRUE(CanRun("cp_Pause"));
+}
+
+TEST_F(Registry, TheSecondRegistrationReplacesTheFirstEvenWhileThatRuns)
+{
+    std::string ran;
+    RegisterCommand("submnuTips", [&] {
+        RegisterCommand("submnuTips", [&] { ran += "second "; });
+        ran += "first ";
+    });
+    RunHandler("submnuTips");
+    RunHandler("submnuTips");
+    EXPECT_EQ(ran, "first second ");
+}
+
+TEST_F(Registry, TakesOnlyNamesThatTheTablesHave)
+{
+    for (const MenuLine &line : MenuLines())
+        EXPECT_EQ(ErrorOf([&] { RegisterCommand(line.name, [] {}); }), 0) << line.name;
+    for (const PopupLine &line : PopupLines()) {
+        EXPECT_EQ(ErrorOf([&] { RegisterCommand(line.command, [] {}); }) == 0, !line.IsTitle())
+            << line.key;
+    }
+    EXPECT_EQ(ErrorOf([] { RegisterCommand("submnuLng(7)", [] {}); }), 0);
+    for (const char *name : {"submnuNoSuch", "cp_Rename", "", "Search"})
+        EXPECT_EQ(ErrorOf([&] { RegisterCommand(name, [] {}); }), runtime::kMemberNotFound) << name;
+}
+
+TEST_F(Registry, KindsOfItemsAreOpenedByWhoRegistered)
+{
+    EXPECT_FALSE(OpenerOf("/"));
+    std::string opened;
+    RegisterItemKind("/", [&](const std::string &value, ui::KeyedList &) { opened = value; });
+    ui::KeyedList list;
+    OpenerOf("/")("/m/one.mp3", list);
+    EXPECT_EQ(opened, "/m/one.mp3");
+    EXPECT_FALSE(OpenerOf("&"));
+    for (const char *marker : {"x", "", "/x", "&name"})
+        EXPECT_EQ(ErrorOf([&] { RegisterItemKind(marker, {}); }), runtime::kMemberNotFound)
+            << marker;
+    ForgetRegistrations();
+    EXPECT_FALSE(OpenerOf("/"));
 }
 
 } // namespace

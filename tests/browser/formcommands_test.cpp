@@ -8,26 +8,53 @@ namespace
 using namespace browser;
 using FormCommands = tests::FormTest;
 
-TEST_F(FormCommands, WhatIsNotBuiltStaysDisabledWhateverEnablesIt)
+bool IsLeaf(const MenuLine &line)
+{
+    return !line.parent.empty() && line.caption != "-" && !line.submenu;
+}
+
+TEST_F(FormCommands, WhatNobodyRegisteredIsDisabledWhateverEnablesIt)
 {
     MainForm &form = Loaded();
     SetFileCommandsEnabled(form, true);
-    for (const auto name : CommandsNotBuilt()) {
-        if (const ui::Command *entry = form.FindMenu(name); entry != nullptr) {
-            EXPECT_FALSE(entry->Enabled()) << name;
-        }
-        if (const ui::Command *button = form.FindButton(name); button != nullptr) {
-            EXPECT_FALSE(button->Enabled()) << name;
-        }
-        EXPECT_NO_THROW(RunCommand(form, name)) << name;
-    }
-    for (const PopupEntry &entry : form.cp)
-        EXPECT_EQ(entry.enabled, entry.key == "fOptions") << entry.key;
-    // Every command that is enabled has code behind it.
+    std::string enabled;
     for (const MenuLine &line : MenuLines()) {
-        const bool command = !line.parent.empty() && line.caption != "-" && !line.submenu;
-        if (command && form.FindMenu(line.name)->Enabled() && line.name != "submnuLng(0)") {
-            EXPECT_TRUE(form.handlers.contains(std::string(line.name) + "_Click")) << line.name;
+        if (!IsLeaf(line)) {
+            EXPECT_TRUE(form.FindMenu(line.name)->Enabled()) << line.name;
+            continue;
+        }
+        EXPECT_EQ(form.FindMenu(line.name)->Enabled(), IsRegistered(line.name)) << line.name;
+        if (!IsRegistered(line.name)) {
+            EXPECT_NO_THROW(RunCommand(form, line.name)) << line.name;
+        } else {
+            enabled.append(line.name.substr(6)).append(" ");
+        }
+    }
+    EXPECT_EQ(enabled, "Exit RegenerateDatabase RefreshTree WebStyle ShowHelp Forums Tutorials "
+                       "English ");
+    for (const ui::Command &button : form.buttons)
+        EXPECT_EQ(button.Enabled(), button.name == "submnuExit") << button.name;
+}
+
+TEST_F(FormCommands, ALoadWithoutItsWindowFails)
+{
+    const int calls = 10;
+    for (int without = 0; without < calls; ++without) {
+        ResetMainForm();
+        FillCalls(Form().calls);
+        MainFormCalls &c = Form().calls;
+        const std::function<void()> take[calls] = {
+            [&] { c.textWidth = nullptr; },     [&] { c.placed = nullptr; },
+            [&] { c.bringIntoView = nullptr; }, [&] { c.showWindow = nullptr; },
+            [&] { c.showPopup = nullptr; },     [&] { c.cursor = nullptr; },
+            [&] { c.popupHeights = nullptr; },  [&] { c.raisePanel = nullptr; },
+            [&] { c.unloadForms = nullptr; },   [&] { c.endProgram = nullptr; }};
+        take[without]();
+        try {
+            LoadMainForm(Form());
+            ADD_FAILURE() << "loaded without call " << without;
+        } catch (const runtime::RuntimeError &error) {
+            EXPECT_EQ(error.number, runtime::kObjectNotSet);
         }
     }
 }
@@ -35,8 +62,7 @@ TEST_F(FormCommands, WhatIsNotBuiltStaysDisabledWhateverEnablesIt)
 TEST_F(FormCommands, TheFourFileCommandsGoTogetherWithTheirButtons)
 {
     MainForm &form = Loaded();
-    form.notBuilt.clear();
-    form.FindMenu("submnuSearch")->SetEnabled(false);
+    RegisterFileCommands();
     for (const bool on : {true, false}) {
         SetFileCommandsEnabled(form, on);
         for (const char *name :
@@ -44,15 +70,37 @@ TEST_F(FormCommands, TheFourFileCommandsGoTogetherWithTheirButtons)
             EXPECT_EQ(form.FindMenu(name)->Enabled(), on) << name;
             EXPECT_EQ(form.FindButton(name)->Enabled(), on) << name;
         }
+        UpdateCommands(form);
+        EXPECT_EQ(form.FindMenu("submnuRename")->Enabled(), on);
         EXPECT_FALSE(form.FindMenu("submnuSearch")->Enabled());
         EXPECT_TRUE(form.FindButton("submnuExit")->Enabled());
     }
 }
 
+TEST_F(FormCommands, ARegisteredCommandIsEnabledAsItsAreaSays)
+{
+    bool can = false;
+    int ran = 0;
+    RegisterCommand(
+        "submnuSearch", [&] { ++ran; }, [&] { return can; });
+    MainForm &form = Loaded();
+    EXPECT_FALSE(form.FindMenu("submnuSearch")->Enabled());
+    EXPECT_FALSE(form.FindButton("submnuSearch")->Enabled());
+    can = true;
+    UpdateCommands(form);
+    EXPECT_TRUE(form.FindMenu("submnuSearch")->Enabled());
+    EXPECT_TRUE(form.FindButton("submnuSearch")->Enabled());
+    RunCommand(form, "submnuSearch");
+    can = false; // also when nobody looked since
+    RunCommand(form, "submnuSearch");
+    EXPECT_EQ(ran, 1);
+}
+
 TEST_F(FormCommands, TheFileCommandsAreOffAfterTheLoad)
 {
-    Form().notBuilt.clear();
-    Form().FindMenu("submnuExport")->SetEnabled(true);
+    for (const char *name : {"submnuExport", "submnuSearch"})
+        RegisterCommand(name, [] {});
+    Form().fileCommandsEnabled = true;
     MainForm &form = Loaded();
     EXPECT_FALSE(form.FindMenu("submnuExport")->Enabled());
     EXPECT_FALSE(form.FindButton("submnuExport")->Enabled());
@@ -63,7 +111,7 @@ TEST_F(FormCommands, ADisabledCommandDoesNothing)
 {
     MainForm &form = Loaded();
     int about = 0;
-    form.calls.showAbout = [&] { ++about; };
+    RegisterCommand("submnuAbout", [&] { ++about; });
     form.FindMenu("submnuAbout")->SetEnabled(false);
     RunCommand(form, "submnuAbout");
     EXPECT_EQ(about, 0);
@@ -102,7 +150,8 @@ TEST_F(FormCommands, CommandsAreFoundByNameWithoutRegardToCase)
 {
     MainForm &form = Loaded();
     int about = 0;
-    form.calls.showAbout = [&] { ++about; };
+    RegisterCommand("submnuAbout", [&] { ++about; });
+    UpdateCommands(form);
     RunCommand(form, "submnuAbout");
     RunCommand(form, "SUBMNUABOUT");
     EXPECT_EQ(about, 2);
@@ -118,10 +167,8 @@ TEST_F(FormCommands, AltAnd3IsTheOnlyKey)
 {
     MainForm &form = Loaded();
     int opened = 0;
-    form.handlers["submnuFileInfo_Click"] = [&] { ++opened; };
-    EXPECT_TRUE(Form_KeyDown(form, '3', true));
-    EXPECT_EQ(opened, 0); // not built
-    form.notBuilt.clear();
+    EXPECT_TRUE(Form_KeyDown(form, '3', true)); // nobody registered it
+    RegisterCommand("submnuFileInfo", [&] { ++opened; });
     EXPECT_TRUE(Form_KeyDown(form, '3', true)); // also while its entry is disabled
     EXPECT_EQ(opened, 1);
     EXPECT_FALSE(Form_KeyDown(form, '3', false));

@@ -22,6 +22,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -133,11 +134,41 @@ protected:
         };
         for (ui::Label *label : {&form.lblWebFolder, &form.WebItemName, &form.lblInfo})
             label->measureHeight = lines;
-        form.calls.textWidth = [](std::string_view text) {
-            return 100 * static_cast<int>(text.size());
-        };
+        FillCalls(form.calls);
         browser::LoadMainForm(form);
         return form;
+    }
+
+    // A window that does nothing, where a test gave no call of its own.
+    static void FillCalls(browser::MainFormCalls &calls)
+    {
+        const auto fill = [](auto &call, auto harmless) {
+            if (!call)
+                call = harmless;
+        };
+        fill(calls.textWidth,
+             [](std::string_view text) { return 100 * static_cast<int>(text.size()); });
+        fill(calls.placed, [] {});
+        fill(calls.bringIntoView, [](const ui::Rect &stored) { return stored; });
+        fill(calls.showWindow, [] {});
+        fill(calls.showPopup, [](int, int) {});
+        fill(calls.cursor, [] { return ui::Rect{}; });
+        fill(calls.popupHeights, [] { return std::vector<int>{}; });
+        fill(calls.raisePanel, [] {});
+        fill(calls.unloadForms, [] {});
+        fill(calls.endProgram, [] {});
+    }
+
+    // Registers commands that do nothing, as the areas that have them would.
+    void RegisterIdle(std::initializer_list<const char *> names)
+    {
+        for (const char *name : names)
+            browser::RegisterCommand(name, [] {});
+        browser::UpdateCommands(Form());
+    }
+    void RegisterFileCommands()
+    {
+        RegisterIdle({"submnuFileInfo", "submnuDuplicateEntry", "submnuExport", "submnuRename"});
     }
 
     void Add(const Song &song)

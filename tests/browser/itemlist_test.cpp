@@ -301,8 +301,7 @@ TEST_F(ItemList, AnotherWindowsListShowsItsOwnGroups)
     EXPECT_EQ(other.Count(), 2);
 
     const ui::KeyedList *playedFrom = nullptr;
-    form.notBuilt.clear();
-    form.calls.playMP3File = [&](std::string_view, ui::KeyedList &list) { playedFrom = &list; };
+    RegisterItemKind("/", [&](const std::string &, ui::KeyedList &list) { playedFrom = &list; });
     EXPECT_TRUE(FillItemList(other, *AllRecords()));
     other.SelectOnly(0);
     ItemClick(form, other);
@@ -329,7 +328,7 @@ TEST_F(ItemList, ShowingTheItemsOfANode)
 TEST_F(ItemList, EveryClickDisablesTheFileCommandsAndAFileRowEnablesThem)
 {
     MainForm &form = Library();
-    form.notBuilt.clear();
+    RegisterFileCommands();
     Click("#ABBA");
     EXPECT_FALSE(form.FindMenu("submnuRename")->Enabled());
     form.LV.SelectOnly(0);
@@ -372,20 +371,18 @@ TEST_F(ItemList, ADoubleClickOpensAValueAndPlaysAFile)
     EXPECT_TRUE(form.ImgOthers[1].Visible());
 
     std::string played;
-    form.calls.playMP3File = [&](std::string_view path, ui::KeyedList &list) {
+    form.LV.SelectOnly(0);
+    form.LV.onDblClick(); // nobody plays files: no effect
+    RegisterItemKind("/", [&](const std::string &path, ui::KeyedList &list) {
         EXPECT_EQ(&list, &form.LV);
         played += path;
-    };
-    form.LV.SelectOnly(0);
-    form.LV.onDblClick();
-    EXPECT_EQ(played, ""); // not built: no dead click, no effect
-    form.notBuilt.erase("PlayMP3File");
+    });
     form.LV.onDblClick();
     EXPECT_EQ(played, "/m/a/sub/three.mp3");
     EXPECT_EQ(Rows(), "/0:Three ");
 }
 
-TEST_F(ItemList, APlayListIsListedOnceThatIsBuilt)
+TEST_F(ItemList, APlayListIsListedByWhoRegisteredItsKind)
 {
     MainForm &form = Library();
     Click("#ABBA");
@@ -393,12 +390,12 @@ TEST_F(ItemList, APlayListIsListedOnceThatIsBuilt)
     EXPECT_EQ(Rows(), ""); // no rows of another node are left
     EXPECT_EQ(form.WEPath.Caption(), "MP3/PlayLists/mine");
     std::string listed;
-    form.notBuilt.erase("PlayListFile");
-    form.calls.listPlayList = [&](std::string_view name) {
+    RegisterItemKind("&", [&](const std::string &name, ui::KeyedList &list) {
+        EXPECT_EQ(&list, &form.LV);
         listed = name;
         desktop.SetPointer(Pointer::Hourglass);
         desktop.yields = 0;
-    };
+    });
     form.WEPath.SetCaption("before");
     form.TV.MoveTo(form.TV.Find("&mine"));
     EXPECT_EQ(listed, "mine");
@@ -410,15 +407,14 @@ TEST_F(ItemList, APlayListIsListedOnceThatIsBuilt)
 TEST_F(ItemList, ADoubleClickOnAPlayListsRowPlaysTheEntry)
 {
     MainForm &form = Library();
-    form.notBuilt.clear();
     std::string played;
-    form.calls.playMP3File = [&](std::string_view path, ui::KeyedList &) { played += path; };
-    form.calls.listPlayList = [&form](std::string_view) {
-        form.LV.ClearRows();
-        form.LV.SetSubItemKeys({"Denomination", "Path"});
+    RegisterItemKind("/", [&](const std::string &path, ui::KeyedList &) { played += path; });
+    RegisterItemKind("&", [](const std::string &, ui::KeyedList &list) {
+        list.ClearRows();
+        list.SetSubItemKeys({"Denomination", "Path"});
         const std::string_view cells[] = {"Song", "/other/song.mp3"};
-        form.LV.AddRow("/0", "", "MP3", cells);
-    };
+        list.AddRow("/0", "", "MP3", cells);
+    });
     Click("&mine");
     form.LV.SelectOnly(0);
     form.LV.onDblClick();

@@ -13,7 +13,7 @@ TEST_F(MainFormTest, LoadingLeavesAnEmptyPanelAndDisabledFileCommands)
 {
     MainForm &form = Form();
     int checks = 0;
-    form.calls.tmrAutoCheckVersion = [&] { ++checks; };
+    form.tmrAutoCheckVersion.event = [&] { ++checks; };
     for (ui::Label *label :
          {&form.lblWebFolder, &form.WebToolTip, &form.WebItemName, &form.lblInfo})
         label->SetCaption("as designed");
@@ -37,20 +37,6 @@ TEST_F(MainFormTest, LoadingLeavesAnEmptyPanelAndDisabledFileCommands)
     EXPECT_EQ(form.logo->IconIndex, 4);
     for (const auto name : FileCommands())
         EXPECT_FALSE(form.FindButton(name)->Enabled()) << name;
-}
-
-TEST_F(MainFormTest, TheTimersOfLaterPartsCallWhatIsGivenThem)
-{
-    MainForm &form = Loaded();
-    form.tmrAutoCheckVersion.SetEnabled(true);
-    form.tmrRefreshList.Fire(); // nobody is there yet
-    form.tmrAutoCheckVersion.Fire();
-    std::string ran;
-    form.calls.writePlaylist = [&] { ran += "playlist "; };
-    form.calls.tmrAutoCheckVersion = [&] { ran += "version "; };
-    form.tmrRefreshList.Fire();
-    form.tmrAutoCheckVersion.Fire();
-    EXPECT_EQ(ran, "playlist version ");
 }
 
 TEST_F(MainFormTest, PanelsAndTimersAsTheyAreMade)
@@ -110,7 +96,7 @@ TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
         return ui::Rect{5000, 465, 10000, 7350};
     };
     form.calls.showWindow = [&] { order += "window "; };
-    form.calls.showTips = [&] { order += "tips "; };
+    RegisterCommand("submnuTips", [&] { order += "tips "; });
     form.calls.placed = [&] { order += "layout "; };
     for (const int height : {shell::kAboutHeight, shell::kSplashHeight - 1})
         shell::UnloadSplash(height, [&] { ShowMainForm(form); });

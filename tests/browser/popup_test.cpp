@@ -85,22 +85,50 @@ TEST_F(Popup, StandsBesideTheCursorWithItsStrip)
     EXPECT_EQ(bands, 65U);
 }
 
-TEST_F(Popup, RenameExportsAndPlayPlays)
+TEST_F(Popup, RunsTheCommandsThatAreRegistered)
 {
     MainForm &form = WithRows();
     std::string ran;
-    form.handlers["cp_Export_Click"] = [&] { ran += "export "; };
-    form.handlers["submnuDuplicateEntry_Click"] = [&] { ran += "duplicate "; };
-    form.calls.playMP3File = [&](std::string_view path, ui::KeyedList &) {
-        ran.append("play ").append(path).append(" ");
-    };
     form.LV.SelectOnly(1);
     ClickPopup(form, "Rename");
-    EXPECT_EQ(ran, ""); // not built
-    form.notBuilt.clear();
+    ShowPop(form);
+    for (const PopupEntry &entry : form.cp)
+        EXPECT_EQ(entry.enabled, entry.key == "fOptions") << entry.key;
+    RegisterCommand("cp_Export", [&] { ran += "export "; });
+    RegisterCommand("submnuDuplicateEntry", [&] { ran += "duplicate "; });
+    bool canPlay = false;
+    RegisterCommand(
+        "cp_Play", [&] { ran += "play "; }, [&] { return canPlay; });
+    ShowPop(form);
+    const auto enabled = [&form] {
+        std::string keys;
+        for (const PopupEntry &entry : form.cp)
+            keys += entry.enabled && !entry.image.empty() ? entry.key + " " : "";
+        return keys;
+    };
+    EXPECT_EQ(enabled(), "Export Rename Duplicate ");
+    ClickPopup(form, "Play");
+    canPlay = true;
+    ShowPop(form);
+    EXPECT_EQ(enabled(), "Export Rename Duplicate Play ");
+    // Of the popup a command runs also while the menu's entry of that name is disabled.
+    EXPECT_FALSE(form.FindMenu("submnuDuplicateEntry")->Enabled());
     for (const char *key : {"Rename", "Export", "Duplicate", "Play", "fOptions", "nothing"})
         ClickPopup(form, key);
-    EXPECT_EQ(ran, "export export duplicate play /1 ");
+    EXPECT_EQ(ran, "export export duplicate play ");
+}
+
+TEST_F(Popup, ItsCommandsWorkOnTheListThatItWasOpenedFrom)
+{
+    MainForm &form = WithRows();
+    EXPECT_EQ(&PopupList(form), &form.LV);
+    ui::KeyedList found;
+    form.searchList = &found;
+    EXPECT_EQ(&PopupList(form), &form.LV);
+    form.PopupFromSearch = true;
+    EXPECT_EQ(&PopupList(form), &found);
+    form.searchList = nullptr; // the window was closed meanwhile
+    EXPECT_EQ(&PopupList(form), &form.LV);
 }
 
 } // namespace

@@ -255,8 +255,7 @@ TEST_F(MainWindowTest, AltAnd3OpensTheFileInfoFromEverywhere)
 {
     Start();
     int opened = 0;
-    Form().notBuilt.erase("submnuFileInfo");
-    Form().handlers["submnuFileInfo_Click"] = [&] { ++opened; };
+    browser::RegisterCommand("submnuFileInfo", [&] { ++opened; });
     for (const char *name : {"TV", "LV", "Separator", "TB_submnuExit"}) {
         Find(*window, name)->setFocus();
         PressKey("Alt+3");
