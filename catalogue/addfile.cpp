@@ -5,6 +5,7 @@
 #include "catalogue/rowgroups.h"
 #include "metadata/genres.h"
 #include "metadata/mp3info.h"
+#include "platform/desktop.h"
 #include "platform/drives.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
@@ -13,6 +14,8 @@
 #include "shell/globals.h"
 #include "shell/language.h"
 
+#include <algorithm>
+#include <functional>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -28,7 +31,7 @@ namespace
 constexpr std::string_view kNoExclusion = "·";
 
 // The marker of the statement that carries tag texts, so that a "?" in a tag goes in unharmed. A
-// value that holds this character shifts the later ones.
+// value that holds this character takes the later ones into itself.
 constexpr std::string_view kTagMarker = "¹";
 
 std::string InsertStatement(const std::string &path)
@@ -127,25 +130,58 @@ void ShowProgress(std::string_view defaultText, std::string_view key)
         shell::GetLanguageText(defaultText, key, "Progress"));
 }
 
-void RunStatement(const std::string &statement, StatementKind kind, std::vector<Value> values,
-                  std::string_view marker)
+// The reason of a file whose row was written and then lost, with the words of the failure.
+std::string LostRowReason(const std::string &lost)
 {
+    return "Error: " + lost + "\r";
+}
+
+// Runs the statement; true when it succeeded. It does not where the program has come to its end.
+bool RunStatement(const std::string &statement, StatementKind kind, std::vector<Value> values,
+                  const Marker &marker)
+{
+    if (DataAccess == nullptr)
+        return false;
     DataAccess->ExecuteSQL(statement, kind, Params(std::move(values)), marker);
+    return DataAccess != nullptr && DataAccess->Succeeded;
+}
+
+bool HoldsMarker(const std::vector<Value> &values)
+{
+    return std::any_of(values.begin(), values.end(), [](const Value &value) {
+        return std::get<std::string>(value).find(kTagMarker) != std::string::npos;
+    });
+}
+
+// Inserts the row of `path`. Where a value holds the marker, the later ones land in the wrong
+// places; the row is then brought to its true values before anyone can see it.
+void InsertRow(const std::string &path, std::vector<Value> tagValues, std::string label)
+{
+    std::vector<Value> inserted = tagValues;
+    inserted.emplace_back(std::move(label));
+    const std::string statement = InsertStatement(path);
+    if (!HoldsMarker(tagValues)) {
+        RunStatement(statement, kDetect, std::move(inserted), kTagMarker);
+        return;
+    }
+    JointWrites writes;
+    if (!RunStatement(statement, kDetect, std::move(inserted), {kTagMarker, LeftOver::IsEmpty}))
+        return;
+    tagValues.emplace_back(path);
+    if (RunStatement("Edit1", kStoredUpdate, std::move(tagValues), "?"))
+        writes.Keep();
 }
 
 // The genre goes in by its name.
 void AddRow(Addition &addition)
 {
-    Guarded(addition, [] { ShowProgress("Adding new MP3...", "AddingNewMP3"); });
     if (addition.result != kUntagged)
         addition.result = kAdded;
     std::string label;
     Guarded(addition, [&] { label = DiskLabel(addition.path); });
     Guarded(addition, [&] {
-        std::vector<Value> values =
-            TagValues(addition.tag, metadata::GenreName(addition.tag.Genre));
-        values.emplace_back(std::move(label));
-        RunStatement(InsertStatement(addition.path), kDetect, std::move(values), kTagMarker);
+        InsertRow(addition.path, TagValues(addition.tag, metadata::GenreName(addition.tag.Genre)),
+                  std::move(label));
     });
 }
 
@@ -153,7 +189,6 @@ void AddRow(Addition &addition)
 // duplicates keep their artist. How `Edit1` went has no influence on the result.
 void UpdateRow(Addition &addition)
 {
-    Guarded(addition, [] { ShowProgress("Updating data...", "UpdatingData"); });
     addition.result = kUpdated;
     std::vector<Value> values = TagValues(addition.tag, addition.tag.Genre);
     values.emplace_back(addition.path);
@@ -166,6 +201,8 @@ void UpdateRow(Addition &addition)
 // at Succeeded.
 bool IsKnown(const std::string &path)
 {
+    if (DataAccess == nullptr)
+        return false;
     const Outcome outcome =
         DataAccess->ExecuteSQL("SEL_ByPath", kStoredSelect,
                                Params(std::vector<Value>{path, std::string(kNoExclusion)}), "?");
@@ -173,45 +210,97 @@ bool IsKnown(const std::string &path)
     return records != nullptr && !records->AtEnd();
 }
 
-std::int16_t AddOrUpdate(const std::string &path, std::string &reason)
+// What became of the look-up.
+enum class LookUp { Failed, Unknown, Known };
+
+// The look-up of the path and its row, in one step for other processes. What undid it, if anything.
+std::string WriteInStep(Addition &addition, LookUp &found)
+{
+    RowStep step;
+    Guarded(addition, [&] {
+        const bool known = IsKnown(addition.path);
+        if (DataAccess != nullptr && DataAccess->Succeeded)
+            found = known ? LookUp::Known : LookUp::Unknown;
+    });
+    // A look-up that failed says nothing: adding a row would make a second one of a known file.
+    if (found == LookUp::Known)
+        UpdateRow(addition);
+    else if (found == LookUp::Unknown)
+        AddRow(addition);
+    return step.Finish();
+}
+
+// Comes behind the step, as it lets events run; those that wait run after a row was added, as after
+// each statement outside a step. A failure here changes nothing.
+void ShowWhatWasDone(LookUp found)
+{
+    try {
+        if (found == LookUp::Known)
+            ShowProgress("Updating data...", "UpdatingData");
+        if (found != LookUp::Unknown)
+            return;
+        ShowProgress("Adding new MP3...", "AddingNewMP3");
+        platform::TheMachine().desktop->DoEvents();
+    } catch (const runtime::RuntimeError &) {
+        return; // the row is as it is
+    }
+}
+
+using Done = std::function<void(AddOutcome)>;
+
+// Calls `done` before any event can run.
+std::int16_t AddOrUpdate(const std::string &path, std::string &reason, const Done &done)
 {
     Addition addition{path, reason, kFailed, {}};
     bool readable = true;
     Guarded(addition, [&] { readable = ReadTags(addition); });
-    if (!readable)
+    if (!readable) {
+        done({kFailed, reason, false});
         return kFailed;
-
-    const RowStep step;
-    bool known = false;
-    bool lookedUp = false;
-    Guarded(addition, [&] {
-        known = IsKnown(path);
-        lookedUp = DataAccess->Succeeded;
-    });
-    // A look-up that failed tells nothing: adding a row would make a second one of a known file.
-    if (lookedUp) {
-        if (known)
-            UpdateRow(addition);
-        else
-            AddRow(addition);
     }
-    if (!DataAccess->Succeeded) {
+    LookUp found = LookUp::Failed;
+    const std::string undone = WriteInStep(addition, found);
+    if (DataAccess == nullptr) { // the user has ended the program meanwhile
+        addition.result = kFailed;
+    } else if (!DataAccess->Succeeded) {
         addition.result = kFailed;
         reason = DataAccess->ErrorMessage;
+    } else if (!undone.empty()) {
+        addition.result = kFailed;
+        reason = LostRowReason(undone);
     }
+    done({addition.result, reason, addition.result == kFailed});
+    ShowWhatWasDone(found);
     return addition.result;
+}
+
+std::int16_t AddWithinMemory(const std::string &path, std::string &reason, const Done &done)
+{
+    try {
+        return AddOrUpdate(path, reason, done);
+    } catch (const std::bad_alloc &) { // of a tag of hundreds of megabytes; the next file may fit
+        reason = runtime::DescribeError(runtime::kOutOfMemory) + "\r";
+        done({kFailed, reason, false});
+        return kFailed;
+    }
 }
 
 } // namespace
 
 std::int16_t AddOrUpdateMP3(const std::string &path, std::string &reason)
 {
-    try {
-        return AddOrUpdate(path, reason);
-    } catch (const std::bad_alloc &) { // of a tag of hundreds of megabytes; the next file may fit
-        reason = runtime::DescribeError(runtime::kOutOfMemory) + "\r";
-        return kFailed;
-    }
+    return AddWithinMemory(path, reason, [](const AddOutcome &) {});
+}
+
+void AddInGroup(const std::string &path, RowGroups &groups, std::function<void(AddOutcome)> settled)
+{
+    std::string reason;
+    AddWithinMemory(path, reason, [&](AddOutcome outcome) {
+        groups.WhenSettled([settled, outcome = std::move(outcome)](const std::string &lost) {
+            const bool isLost = outcome.result != kFailed && !lost.empty();
+            settled(isLost ? AddOutcome{kFailed, LostRowReason(lost), true} : outcome);
+        });
+    });
 }
 
 } // namespace catalogue

@@ -10,6 +10,7 @@
 #include "runtime/text.h"
 #include "shell/apppath.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace catalogue
@@ -85,14 +86,14 @@ ADOclass::~ADOclass()
 }
 
 Outcome ADOclass::ExecuteSQL(const std::string &statement, StatementKind kind, const Params &params,
-                             std::string_view marker)
+                             const Marker &marker)
 {
     int kindInOut = kind;
     return ExecuteSQL(statement, kindInOut, params, marker);
 }
 
 Outcome ADOclass::ExecuteSQL(const std::string &statement, int &kind, const Params &params,
-                             std::string_view marker)
+                             const Marker &marker)
 {
     Succeeded = true;
     ErrorMessage.clear();
@@ -101,27 +102,47 @@ Outcome ADOclass::ExecuteSQL(const std::string &statement, int &kind, const Para
     if ((kind & kStoredQuery) != 0)
         return ExecuteStored(statement, kind, params);
     if (std::holds_alternative<std::monostate>(params))
-        return ExecutePlain(statement, kind);
+        return ExecutePlain(Statement(statement), kind);
     return ExecutePlain(SubstituteParams(statement, params, marker), kind);
 }
 
-Outcome ADOclass::ExecutePlain(const std::string &statement, int kind)
+// With a "?" in a value, the marker is a text of this form that none of them holds.
+Outcome ExecuteWithValues(const std::string &statement, StatementKind kind,
+                          const std::vector<Value> &values)
+{
+    const auto isHeld = [&](const std::string &marker) {
+        return std::any_of(values.begin(), values.end(), [&](const Value &value) {
+            const auto *text = std::get_if<std::string>(&value);
+            return text != nullptr && text->find(marker) != std::string::npos;
+        });
+    };
+    std::string marker = "?";
+    for (int number = 1; isHeld(marker); ++number)
+        marker = "?" + std::to_string(number) + "?";
+    return DataAccess->ExecuteSQL(runtime::Replace(statement, "?", marker), kind, values,
+                                  std::string_view(marker));
+}
+
+Outcome ADOclass::ExecutePlain(const Statement &statement, int kind)
 {
     SetPointer(platform::Pointer::Hourglass);
     const std::shared_ptr<const bool> alive = m_alive; // the user may end the program in a yield
-    if (!IsInRowStep()) // nothing may come between the look-up of a path and its row
+    const bool inStep = IsInRowStep(); // nothing may come between the parts of a step
+    if (!inStep)
         Yield();
     if (!*alive) {
         SetPointer(platform::Pointer::Normal);
         return OutcomeOf(MakeClosedRecordset(), kind, false);
     }
     Succeeded = true;
-    OpenConnection(statement);
+    OpenConnection(statement.text);
     RecordsetPtr records = RunOnConnection(statement);
     Outcome outcome = OutcomeOf(std::move(records), kind, Succeeded);
     if (!m_keepOpen)
         CloseConnection();
     SetPointer(platform::Pointer::Normal);
+    if (inStep)
+        return outcome;
     // A statement of an event handler must not speak for this one.
     const bool succeeded = Succeeded;
     std::string message = ErrorMessage;
@@ -133,15 +154,15 @@ Outcome ADOclass::ExecutePlain(const std::string &statement, int kind)
     return outcome;
 }
 
-RecordsetPtr ADOclass::RunOnConnection(const std::string &statement)
+RecordsetPtr ADOclass::RunOnConnection(const Statement &statement)
 {
     if (m_openFailure)
-        Fail(*std::exchange(m_openFailure, std::nullopt), statement);
+        Fail(*std::exchange(m_openFailure, std::nullopt), ReadableText(statement));
     else if (m_connection && m_connection->IsOpen())
         try {
             return m_connection->Run(statement);
         } catch (const ProviderFailure &failure) {
-            Fail(failure.description, statement);
+            Fail(failure.description, ReadableText(statement));
         }
     return MakeClosedRecordset();
 }
@@ -260,7 +281,7 @@ void ADOclass::CloseConnection()
 
 Outcome ADOclass::ADOExecuteQuery(Connection &connection, const std::string &table)
 {
-    auto records = connection.Run("[" + table + "]");
+    auto records = connection.Run(Statement("[" + table + "]"));
     if (records->FieldCount() > 0)
         return records;
     return 0;

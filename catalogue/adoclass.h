@@ -16,6 +16,7 @@ namespace catalogue
 {
 
 class Connection; // catalogue/provider.h
+struct Statement;
 
 // The kinds of statement that ExecuteSQL takes. kStoredQuery is added to one of the others.
 enum StatementKind : int {
@@ -33,6 +34,23 @@ enum StatementKind : int {
 
 // The parameters of a statement: none, one value, or an array of values from index 0.
 using Params = std::variant<std::monostate, Value, std::vector<Value>>;
+
+// What becomes of a marker that no value is left for: it stays in the statement, which then fails,
+// or it is the empty text.
+enum class LeftOver { Stays, IsEmpty };
+
+// The text that stands in a statement for each parameter.
+struct Marker {
+    Marker(const char *words) : text(words) {} // NOLINT(google-explicit-constructor)
+    Marker(std::string_view words,
+           LeftOver rest = LeftOver::Stays) // NOLINT(google-explicit-constructor)
+        : text(words), leftOver(rest)
+    {
+    }
+
+    std::string_view text;
+    LeftOver leftOver = LeftOver::Stays;
+};
 
 // What ExecuteSQL hands back: nothing, the result set, whether it succeeded, or a field count.
 using Outcome = std::variant<std::monostate, RecordsetPtr, bool, int>;
@@ -68,19 +86,21 @@ public:
 
     // Runs `statement`, or with the stored-query bit the query of that name.
     // `kind`:   in and out; kDetect is replaced by what TipoConsulta finds.
-    // `params`: substituted for `marker` in the text (one pass from left to right, the first
-    //           remaining occurrence each time, so that a value which holds the marker shifts the
-    //           later ones), or handed to the stored query in their order.
+    // `params`: put in the places of `marker` (one pass from left to right, the first remaining
+    //           marker each time, so that a value which holds the marker takes the later ones into
+    //           itself; SubstituteParams), or handed to the stored query in their order. Values are
+    //           data: nothing in them is ever part of the statement.
     // Returns:  kSelect: the result set, closed after a failure. kInsert: nothing. kDelete and
     //           kUpdate: Succeeded. kOther: the result set when it has a field, else 0. Stored:
     //           the result set with the bit 1, else nothing.
     // Errors:   none thrown; Succeeded and ErrorMessage.
-    // Lets waiting events run, before and after a plain statement; stands re-entry, and that such
-    // an event destroys the object: what it then returns is that of a failure.
+    // Lets waiting events run, before and after a plain statement that is not inside a RowStep;
+    // stands re-entry, and that such an event destroys the object: what it then returns is that of
+    // a failure.
     Outcome ExecuteSQL(const std::string &statement, int &kind, const Params &params = {},
-                       std::string_view marker = "?");
+                       const Marker &marker = "?");
     Outcome ExecuteSQL(const std::string &statement, StatementKind kind, const Params &params = {},
-                       std::string_view marker = "?");
+                       const Marker &marker = "?");
 
     // The kind that the upper-cased text tells: the first of SELECT, INSERT, DELETE, UPDATE that
     // stands anywhere in it, else kOther.
@@ -161,9 +181,9 @@ private:
     };
     using Campos = std::vector<Campo>;
 
-    Outcome ExecutePlain(const std::string &statement, int kind);
+    Outcome ExecutePlain(const Statement &statement, int kind);
     Outcome ExecuteStored(const std::string &name, int kind, const Params &params);
-    RecordsetPtr RunOnConnection(const std::string &statement);
+    RecordsetPtr RunOnConnection(const Statement &statement);
     void Fail(std::string_view description, std::string_view statement);
     void CloseConnection();
     static void AddTo(Campos &list, const std::string &name, DatoType type, int width);
@@ -180,5 +200,11 @@ private:
 
 // The one data-access object; made by Main, released when the main window unloads.
 extern std::unique_ptr<ADOclass> DataAccess;
+
+// Runs a plain statement on DataAccess in which "?" stands for each value, whatever the values
+// hold: where one of them holds a "?", another marker is taken. For values that users and files
+// give (a path, a list's name, a text to search for). Outcome and errors as ExecuteSQL's.
+Outcome ExecuteWithValues(const std::string &statement, StatementKind kind,
+                          const std::vector<Value> &values);
 
 } // namespace catalogue

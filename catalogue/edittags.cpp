@@ -23,10 +23,12 @@ std::string Update(const std::string &query, const std::vector<Value> &values)
 std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &genre)
 {
     std::vector<Value> values;
-    values.reserve(8);
+    values.reserve(9);
     for (const std::string *bytes :
-         {&tag.Title, &tag.Artist, &tag.Album, &tag.Year, &tag.Comment, &genre, &tag.Lyrics})
-        values.emplace_back(runtime::TextOfBytes(*bytes));
+         {&tag.Title, &tag.Artist, &tag.Album, &tag.Year, &tag.Comment, &genre})
+        values.emplace_back(
+            runtime::TextOfBytes(std::string_view(*bytes).substr(0, kLongestTextBytes)));
+    values.emplace_back(runtime::TextOfBytes(tag.Lyrics));
     return values;
 }
 

@@ -4,14 +4,19 @@
 #include "catalogue/recordset.h"
 #include "metadata/records.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace catalogue
 {
 
+// The most that a row keeps of a tag's text, but for its lyrics: the column is a text, no long
+// text. A file byte is one character.
+inline constexpr std::size_t kLongestTextBytes = 32767;
+
 // The seven texts of a tag in the order of the columns, from file bytes to text, with `genre` (file
-// bytes) in its place.
+// bytes) in its place; what is longer than a row keeps is cut off.
 std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &genre);
 
 // Brings the rows of `path` to the values of `tag`, the genre by its name: "Edit1", then "Edit2"

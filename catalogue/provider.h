@@ -35,6 +35,24 @@ struct ProviderFailure : std::exception {
     std::string description; // UTF-8
 };
 
+// A value in a plain statement: it stands in the place of the `kValuePlace` that begins at the byte
+// `place` of the statement's text, and is data, whatever it holds.
+struct PlacedValue {
+    std::size_t place = 0;
+    Value value;
+};
+inline constexpr std::string_view kValuePlace = "? ";
+
+// A plain statement with its values, in the order of their places. Made by SubstituteParams; one
+// without values from its words.
+struct Statement {
+    Statement() = default;
+    explicit Statement(std::string_view words) : text(words) {}
+
+    std::string text;
+    std::vector<PlacedValue> values;
+};
+
 // One connection. Every operation throws ProviderFailure when it fails.
 class Connection
 {
@@ -44,9 +62,9 @@ public:
     [[nodiscard]] virtual bool IsOpen() const = 0;
     virtual void Close() = 0;
 
-    // Runs one plain statement; its text literals may hold any bytes. Returns an open result when
-    // the statement gives columns, else a closed one.
-    virtual RecordsetPtr Run(std::string_view statement) = 0;
+    // Runs one plain statement; its texts and values may hold any bytes. Returns an open result
+    // when the statement gives columns, else a closed one.
+    virtual RecordsetPtr Run(const Statement &statement) = 0;
 
     // Runs the stored query of that name (without regard to letter case) with its parameters.
     virtual RecordsetPtr RunStored(std::string_view name, const std::vector<Value> &values) = 0;

@@ -49,6 +49,9 @@ constexpr std::string_view kReportQuestion =
     "A file named \"Quenlin - MP3s' Intregity Report.qrp\"\r"
     "has been saved in this application folder for future reference";
 
+// As much of the list of failures as is kept for the clipboard.
+constexpr std::size_t kLongestListBytes = 65536;
+
 // The folder that the desktop starts the report's viewer in.
 constexpr std::string_view kViewerFolder = "C:\\";
 
@@ -91,6 +94,7 @@ std::string CreationText()
 // One walk over the folder; the counters are wide enough for any collection.
 struct Run {
     IntegrityReport report;
+    RowGroups groups;
     std::int64_t value = 0; // files done
     std::int64_t maximum = 0;
 };
@@ -151,17 +155,43 @@ std::int64_t CountFiles()
     return count;
 }
 
-// Adds the reason of a file that failed. A file that could not be read has the system's words
-// alone as its reason, so its name goes in front; a failed statement speaks for itself. A run-time
-// failure leaves no reason: the name alone tells of it.
-void NoteFailure(const std::string &path, bool readable, const std::string &reason)
+// Adds an entry to the list of failures, or counts it where the list is full.
+void ListFailure(const std::string &entry)
+{
+    if (const auto &show = TheState().controls.ShowFailure)
+        show(entry);
+    RegenerationSummary &summary = TheState().summary;
+    if (summary.unlisted == 0 && summary.errors.size() + entry.size() <= kLongestListBytes)
+        summary.errors += entry;
+    else
+        summary.unlisted++;
+}
+
+// The list's last line says how many did not find room.
+void EndList()
 {
     RegenerationSummary &summary = TheState().summary;
-    summary.failed++;
+    if (summary.unlisted > 0)
+        summary.errors += "... and " + std::to_string(summary.unlisted) + " more\r";
+}
+
+// Notes a file that failed, with its name. A failed statement names it by itself where the path
+// stands in it. A run-time failure leaves no reason: the name alone tells of it.
+void NoteFailure(const std::string &path, const std::string &reason)
+{
+    TheState().summary.failed++;
     if (reason.empty())
-        summary.errors += path + "\r";
+        ListFailure(path + "\r");
     else
-        summary.errors += readable ? reason : path + ": " + reason;
+        ListFailure(reason.find(path) != std::string::npos ? reason : path + ": " + reason);
+}
+
+void NoteOutcome(const std::string &path, const AddOutcome &outcome)
+{
+    if (outcome.result != kFailed)
+        return;
+    TheState().summary.rowsLost |= outcome.rowLost;
+    NoteFailure(path, outcome.reason);
 }
 
 // The tags are read for the report here, and once more for the catalogue by AddOrUpdateMP3.
@@ -176,9 +206,7 @@ void ScanFile(Run &run, const std::string &path)
     RegenerationSummary &summary = TheState().summary;
     summary.files++;
     summary.anyReported |= run.report.LogTagFailure(path, hasID3v1, hasID3v2);
-    std::string reason;
-    if (AddOrUpdateMP3(path, reason) == kFailed)
-        NoteFailure(path, metadata::LastReadFailure() == 0, reason);
+    AddInGroup(path, run.groups, [path](const AddOutcome &outcome) { NoteOutcome(path, outcome); });
 }
 
 void ScanFiles(Run &run)
@@ -209,7 +237,7 @@ void ScanFolder(Run &run)
             break;
         std::string failure;
         if (!Enter(entry, failure)) {
-            TheState().summary.errors += failure + "\r";
+            ListFailure(failure + "\r");
             TheState().summary.unreadableFolders.push_back(failure);
             continue;
         }
@@ -220,19 +248,13 @@ void ScanFolder(Run &run)
     TheDesktop().DoEvents();
 }
 
-// The walk, its rows in groups; a group that was lost counts among the errors.
-void ScanAll(Run &run)
+void OfferMail()
 {
-    RowGroups groups;
-    ScanFolder(run);
-    if (const std::string lost = groups.Close(); !lost.empty())
-        TheState().summary.errors += lost + "\r";
-}
-
-void OfferMail(const std::string &errors)
-{
-    TheDesktop().EmptyClipboard();
-    TheDesktop().SetClipboardText(errors);
+    const RegenerationSummary &summary = TheState().summary;
+    if (!TheState().controls.ShowFailure) {
+        TheDesktop().EmptyClipboard();
+        TheDesktop().SetClipboardText(summary.errors);
+    }
     if (TheDesktop().MessageBox(kMailQuestion, platform::Buttons::YesNo) != platform::Answer::Yes)
         return;
     if (const auto &mail = TheState().controls.EmailBugReport)
@@ -260,12 +282,14 @@ void CountAll(std::int64_t &maximum)
         bar->SetMax(maximum);
 }
 
-// A table that could not be emptied keeps rows of files that are gone: it counts among the errors.
+// A table that could not be emptied keeps rows of files that are gone: it counts as a failure.
 void EmptyTable()
 {
     DataAccess->ExecuteSQL("DELETE FROM MP3s", kDetect);
-    if (!DataAccess->Succeeded)
-        TheState().summary.errors += DataAccess->ErrorMessage + "\r";
+    if (DataAccess->Succeeded)
+        return;
+    TheState().summary.rowsLost = true;
+    ListFailure(DataAccess->ErrorMessage + "\r");
 }
 
 void Regenerate()
@@ -281,8 +305,10 @@ void Regenerate()
 
     Run run;
     run.maximum = maximum;
-    ScanAll(run);
+    ScanFolder(run);
+    run.groups.Close();
 
+    EndList();
     EmptyPanels();
     TheDesktop().DoEvents();
     if (const auto &empty = TheState().controls.EmptyLV)
@@ -290,8 +316,8 @@ void Regenerate()
     TheState().summary.stopped = TheState().stopRequested;
     if (TheState().summary.stopped)
         return;
-    if (const std::string errors = TheState().summary.errors; !errors.empty())
-        OfferMail(errors);
+    if (!TheState().summary.errors.empty())
+        OfferMail();
     CloseReport(run);
 }
 

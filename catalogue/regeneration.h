@@ -23,6 +23,10 @@ struct RegenerationControls {
     std::function<void(bool)> EnableTVAndLV; // clicks on the tree and the list
     std::function<void()> EmptyLV;           // the list loses its rows
     std::function<void()> EmailBugReport;    // mails what the clipboard holds
+
+    // Shows each failure as it is met, instead of the list that goes on the clipboard at the end:
+    // for a terminal, which keeps nothing.
+    std::function<void(const std::string &failure)> ShowFailure;
 };
 RegenerationControls &TheRegenerationControls();
 
@@ -31,10 +35,12 @@ struct RegenerationSummary {
     std::int64_t files = 0;                     // MP3 files that were met
     std::int64_t failed = 0;                    // files that could not be added or updated
     std::vector<std::string> unreadableFolders; // path, ": ", the system's words
-    std::string errors;                         // the reasons, as the clipboard gets them
-    bool anyReported = false;                   // the report has an entry
-    bool stopped = false;                       // ended early by StopRegeneration
-    bool skipped = false; // the walker stood at the folder already: nothing was done
+    std::string errors;        // the reasons as the clipboard gets them: 64 KiB, then a count
+    std::int64_t unlisted = 0; // the reasons that found no room in `errors`
+    bool rowsLost = false;     // the catalogue did not take a row, or could not be emptied
+    bool anyReported = false;  // the report has an entry
+    bool stopped = false;      // ended early by StopRegeneration
+    bool skipped = false;      // the walker stood at the folder already: nothing was done
 };
 const RegenerationSummary &LastRegeneration();
 

@@ -2,7 +2,9 @@
 
 #include "catalogue/sqlite/groupstate.h"
 
+#include <functional>
 #include <utility>
+#include <vector>
 
 namespace catalogue
 {
@@ -15,18 +17,20 @@ constexpr std::int64_t kGroupMs = 100; // of work that a kill may lose
 // while the next one is read.
 constexpr std::int64_t kSlowReadMs = 20;
 
+using Tell = std::function<void(const std::string &lost)>;
+
 struct State {
-    int groups = 0;                      // RowGroups that stand
-    int steps = 0;                       // RowStep that stand
+    int groups = 0;                      // living RowGroups
+    int steps = 0;                       // living RowSteps
     int yields = 0;                      // event loops that run inside one another
     int stepYield = 0;                   // the value of `yields` where the innermost step began
     std::shared_ptr<CatalogueFile> file; // with the open group; null = none is open
     std::int64_t sinceMs = 0;            // when the open group began
     std::int64_t lastRowMs = 0;          // when the last step ended
-    int rows = 0;                        // writes in the open group
     bool isRowStart = false;             // no statement of the step has run yet
     bool isSlow = false;
-    std::string failures;
+    std::string stepFailure;   // what ended the step before its time; empty = nothing
+    std::vector<Tell> waiting; // for the open group to be settled
 };
 
 State &TheState()
@@ -35,10 +39,36 @@ State &TheState()
     return state;
 }
 
-void NoteLoss(const std::string &description, int rows)
+// Tells all that wait how the group ended.
+void Settle(const std::string &lost)
 {
-    TheState().failures +=
-        "Error: " + description + "\r\t" + std::to_string(rows) + " row(s) could not be kept\r";
+    for (const Tell &tell : std::exchange(TheState().waiting, {}))
+        tell(lost);
+}
+
+// Commits the open group, if any. The words of the failure, else nothing.
+std::string CommitGroup()
+{
+    const auto file = std::exchange(TheState().file, nullptr);
+    std::string failure;
+    if (file) {
+        try {
+            file->Commit(file->Main());
+        } catch (const ProviderFailure &words) {
+            failure = words.description;
+        }
+        Settle(failure);
+    }
+    return failure;
+}
+
+// Whether the last failure on this connection is one of the disk or the memory, or an interruption,
+// and not of the statement.
+bool IsOutOfOrder(sqlite3 *db)
+{
+    const int code = sqlite3_errcode(db) & 0xFF;
+    return code == SQLITE_FULL || code == SQLITE_IOERR || code == SQLITE_NOMEM ||
+           code == SQLITE_INTERRUPT || code == SQLITE_CORRUPT || code == SQLITE_READONLY;
 }
 
 } // namespace
@@ -62,66 +92,42 @@ bool IsInRowStep()
 void JoinGroup(const std::shared_ptr<CatalogueFile> &file)
 {
     State &state = TheState();
+    if (!state.stepFailure.empty())
+        throw ProviderFailure(kStatementFailure, state.stepFailure);
     if (std::exchange(state.isRowStart, false)) {
         const auto now = MachineMs();
         state.isSlow = state.groups > 0 && now - state.lastRowMs > kSlowReadMs;
         if (state.file && (now - state.sinceMs >= kGroupMs || state.file->SomeoneWaits()))
-            CloseOpenGroup();
+            CommitGroup();
     }
     if (state.file && state.file != file)
-        CloseOpenGroup();
+        CommitGroup();
     if (state.file)
         return;
     file->BeginWrite(file->Main());
     state.file = file;
     state.sinceMs = MachineMs();
-    state.rows = 0;
 }
 
-void WriteDoneInGroup()
-{
-    State &state = TheState();
-    ++state.rows;
-    const bool isOver =
-        state.groups == 0 || state.isSlow || MachineMs() - state.sinceMs >= kGroupMs;
-    if (!isOver || !state.file)
-        return;
-    const auto file = std::exchange(state.file, nullptr);
-    try {
-        file->Commit(file->Main());
-    } catch (const ProviderFailure &failure) {
-        if (state.rows > 1) // the statement at hand tells its own loss
-            NoteLoss(failure.description, state.rows - 1);
-        throw;
-    }
-}
-
-void WriteFailedInGroup(const std::string &description)
+void StatementFailedInGroup(const std::string &description)
 {
     State &state = TheState();
     if (!state.file)
         return;
-    const bool isUndone = sqlite3_get_autocommit(state.file->Main().Db()) != 0;
-    if (isUndone) {
-        const auto file = std::exchange(state.file, nullptr);
-        file->RollBack(file->Main());
-        if (state.rows > 0)
-            NoteLoss(description, state.rows);
-    }
+    sqlite3 *db = state.file->Main().Db();
+    const bool isUndone = sqlite3_get_autocommit(db) != 0;
+    if (isUndone || IsOutOfOrder(db))
+        state.stepFailure = description;
+    if (!isUndone)
+        return;
+    const auto file = std::exchange(state.file, nullptr);
+    file->RollBack(file->Main());
+    Settle(description);
 }
 
 void CloseOpenGroup()
 {
-    State &state = TheState();
-    const auto file = std::exchange(state.file, nullptr);
-    if (!file)
-        return;
-    try {
-        file->Commit(file->Main());
-    } catch (const ProviderFailure &failure) {
-        if (state.rows > 0)
-            NoteLoss(failure.description, state.rows);
-    }
+    CommitGroup();
 }
 
 void CloseCatalogue()
@@ -133,10 +139,8 @@ void CloseCatalogue()
 RowGroups::RowGroups()
 {
     State &state = TheState();
-    if (state.groups++ == 0) {
-        state.failures.clear();
+    if (state.groups++ == 0)
         state.lastRowMs = MachineMs();
-    }
 }
 
 RowGroups::~RowGroups()
@@ -145,10 +149,18 @@ RowGroups::~RowGroups()
         CloseOpenGroup();
 }
 
-std::string RowGroups::Close()
+void RowGroups::WhenSettled(std::function<void(const std::string &lost)> tell)
+{
+    State &state = TheState();
+    if (state.file)
+        state.waiting.push_back(std::move(tell));
+    else
+        tell({});
+}
+
+void RowGroups::Close()
 {
     CloseOpenGroup();
-    return std::exchange(TheState().failures, {});
 }
 
 RowStep::RowStep()
@@ -157,18 +169,47 @@ RowStep::RowStep()
     m_outerYield = state.stepYield;
     state.stepYield = state.yields;
     state.isRowStart = true;
+    state.stepFailure.clear();
     ++state.steps;
 }
 
 RowStep::~RowStep()
 {
+    Finish();
+}
+
+std::string RowStep::Finish()
+{
+    if (std::exchange(m_isFinished, true))
+        return {};
     State &state = TheState();
     --state.steps;
     state.stepYield = m_outerYield;
-    if (state.groups == 0)
-        CloseOpenGroup();
-    else
-        state.lastRowMs = MachineMs();
+    std::string failure = std::exchange(state.stepFailure, {});
+    state.lastRowMs = MachineMs();
+    if (state.groups > 0 && !state.isSlow && state.lastRowMs - state.sinceMs < kGroupMs)
+        return failure;
+    if (std::string words = CommitGroup(); failure.empty())
+        failure = std::move(words);
+    state.lastRowMs = MachineMs();
+    return failure;
+}
+
+JointWrites::JointWrites()
+    : m_isOpen(TheState().file && TheState().file->Main().RunOwn("SAVEPOINT joint") == SQLITE_OK)
+{
+}
+
+JointWrites::~JointWrites()
+{
+    if (m_isOpen && TheState().file)
+        TheState().file->Main().RunOwn("ROLLBACK TO joint; RELEASE joint");
+}
+
+void JointWrites::Keep()
+{
+    if (std::exchange(m_isOpen, false) && TheState().file)
+        TheState().file->Main().RunOwn("RELEASE joint");
 }
 
 platform::Answer GroupClosingDesktop::MessageBox(std::string_view text, platform::Buttons buttons,

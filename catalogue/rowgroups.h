@@ -5,13 +5,14 @@
 
 #include "platform/desktop.h"
 
+#include <functional>
 #include <string>
 
 namespace catalogue
 {
 
-// While one stands, the writes inside a RowStep are committed in groups. Regeneration and batch
-// hold one for their whole run; one inside another changes nothing.
+// While one lives, the rows of several RowSteps are committed together. Regeneration and batch hold
+// one for their whole run; one inside another changes nothing.
 class RowGroups
 {
 public:
@@ -20,29 +21,57 @@ public:
     RowGroups(const RowGroups &) = delete;
     RowGroups &operator=(const RowGroups &) = delete;
 
-    // Closes the open group and gives the words of each group that could not be committed since
-    // the last call, empty when there was none: the rows of such a group are lost, and the caller
-    // tells the user so. To be called at the end of the run, before its summary.
-    [[nodiscard]] std::string Close();
+    // Calls `tell` once the rows of all steps so far are settled: with the empty text when they are
+    // in the catalogue, with the words of the failure when they are lost. At once where no group is
+    // open, else when it is closed; calls come in the order in which they were asked for. To be
+    // called behind each step, so that nothing is reported before it is true. `tell` runs no
+    // statement.
+    void WhenSettled(std::function<void(const std::string &lost)> tell);
+
+    // Closes the open group, so that everything is settled. To be called at the end of the run,
+    // before its summary.
+    void Close();
 };
 
-// Stands around the look-up of a path and the writes of its row: for other processes the two are
-// one step. Without RowGroups each write inside commits at once, and the next begins a new step.
+// Lives around the look-up of a path and the writes of its row: for other processes they are one
+// step. Without RowGroups its end commits it.
 // Keep it short: nothing that asks, waits or reads an MP3 file belongs inside.
 class RowStep
 {
 public:
     RowStep();
-    ~RowStep();
+    ~RowStep(); // finishes it
     RowStep(const RowStep &) = delete;
     RowStep &operator=(const RowStep &) = delete;
 
+    // Ends the step: commits its rows, unless they may wait in a group.
+    // Returns: the words of the failure that undid the step, if any; its rows are lost then, and so
+    //          are those of the steps that were waiting with it. Else the empty text.
+    std::string Finish();
+
 private:
     int m_outerYield; // what the step around this one, if any, had noted
+    bool m_isFinished = false;
 };
 
-// Commits the group of rows that stands open, if any. Before anything that may take long: a box, a
-// dialog, a nested event loop, a read from a slow disk. Errors: none; told by RowGroups::Close.
+// Lives inside a RowStep around writes that belong together: without Keep they are undone at its
+// end, and nobody has seen any of them.
+class JointWrites
+{
+public:
+    JointWrites();
+    ~JointWrites();
+    JointWrites(const JointWrites &) = delete;
+    JointWrites &operator=(const JointWrites &) = delete;
+
+    void Keep();
+
+private:
+    bool m_isOpen;
+};
+
+// Commits the open group of rows, if any. Before anything that may take long: a box, a dialog, a
+// nested event loop, a read from a slow disk. Errors: none; RowGroups::WhenSettled tells of them.
 void CloseOpenGroup();
 
 // Closes every connection to the catalogue that is kept warm; results that read late copy

@@ -1,16 +1,21 @@
 #include "catalogue/sql/statementparams.h"
 
+#include "catalogue/sql/statementtokens.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
 
 #include <algorithm>
 #include <array>
+#include <deque>
+#include <span>
 
 namespace catalogue
 {
 
 namespace
 {
+
+constexpr std::size_t kLongestLiteral = 200; // characters, in a text that a person reads
 
 // The place of `word` (upper case, ASCII) in `text` without regard to letter case, found in steps
 // of up to the word's length: statements carry whole song texts.
@@ -32,12 +37,18 @@ bool HasWord(std::string_view text, std::string_view word)
     return false;
 }
 
+// Whether a character of a UTF-8 text begins with this byte.
+bool IsFirstByte(char c)
+{
+    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+}
+
 // The first `count` characters of a UTF-8 text.
 std::string_view FirstCharacters(std::string_view text, int count)
 {
     std::size_t at = 0;
     for (; at < text.size(); ++at)
-        if ((static_cast<unsigned char>(text[at]) & 0xC0) != 0x80 && count-- == 0)
+        if (IsFirstByte(text[at]) && count-- == 0)
             break;
     return text.substr(0, at);
 }
@@ -63,6 +74,109 @@ std::string Literal(const Value &value)
         return ADOclass::AddDato(runtime::Replace(TextForm(value), "'", "''"), type, 0, literal);
     return ADOclass::AddDato(value, type, 0, literal);
 }
+
+// `text`, cut in its middle where it is long.
+std::string ShortText(std::string_view text)
+{
+    constexpr int kKeptAtEachEnd = 90;
+    const auto characters =
+        static_cast<std::size_t>(std::count_if(text.begin(), text.end(), IsFirstByte));
+    if (characters <= kLongestLiteral)
+        return std::string(text);
+    std::size_t tail = text.size();
+    for (int count = 0; count < kKeptAtEachEnd; count += IsFirstByte(text[tail]) ? 1 : 0)
+        --tail;
+    std::string result(FirstCharacters(text, kKeptAtEachEnd));
+    result.append(" (... ").append(std::to_string(characters - 2 * kKeptAtEachEnd));
+    return result.append(" characters left out ...) ").append(text.substr(tail));
+}
+
+std::string ShortLiteral(const Value &value)
+{
+    const auto *text = std::get_if<std::string>(&value);
+    return Literal(text != nullptr ? Value(ShortText(*text)) : value);
+}
+
+// Fills the places of a statement with the values, one after the other.
+class Filler
+{
+public:
+    Filler(const Params &params, const Marker &marker) : m_marker(marker)
+    {
+        if (const auto *values = std::get_if<std::vector<Value>>(&params))
+            m_values = *values;
+        else if (const auto *value = std::get_if<Value>(&params))
+            m_values = {value, 1};
+    }
+
+    // Appends `words`, in which each marker takes a value.
+    void FillSyntax(std::string_view words)
+    {
+        for (;;) {
+            const auto at = words.find(m_marker.text);
+            if (at == std::string_view::npos || (m_values.empty() && !IsLeftOverEmpty()))
+                break;
+            statement.text += words.substr(0, at);
+            statement.values.push_back({statement.text.size(), TakeFilled()});
+            statement.text += kValuePlace;
+            words.remove_prefix(at + m_marker.text.size());
+        }
+        statement.text += words;
+    }
+
+    Statement statement;
+
+private:
+    [[nodiscard]] bool IsLeftOverEmpty() const { return m_marker.leftOver == LeftOver::IsEmpty; }
+
+    const Value *Take()
+    {
+        if (m_values.empty())
+            return nullptr;
+        const Value *value = &m_values.front();
+        m_values = m_values.subspan(1);
+        return value;
+    }
+
+    // The next value, with the later ones inside it where it holds the marker.
+    Value TakeFilled()
+    {
+        const Value *value = Take();
+        if (value == nullptr)
+            return std::string();
+        const auto *text = std::get_if<std::string>(value);
+        if (text == nullptr || text->find(m_marker.text) == std::string::npos)
+            return *value;
+        return FillText(*text);
+    }
+
+    std::string FillText(std::string_view first)
+    {
+        std::string filled;
+        std::deque<std::string> forms;                // of values that are no texts
+        std::vector<std::string_view> open = {first}; // what is left of each text, innermost last
+        while (!open.empty()) {
+            const std::string_view rest = open.back();
+            const auto at = rest.find(m_marker.text);
+            const Value *value = at == std::string_view::npos ? nullptr : Take();
+            if (at == std::string_view::npos || (value == nullptr && !IsLeftOverEmpty())) {
+                filled += rest;
+                open.pop_back();
+                continue;
+            }
+            filled += rest.substr(0, at);
+            open.back().remove_prefix(at + m_marker.text.size());
+            if (value == nullptr)
+                continue;
+            const auto *text = std::get_if<std::string>(value);
+            open.emplace_back(text != nullptr ? *text : forms.emplace_back(TextForm(*value)));
+        }
+        return filled;
+    }
+
+    const Marker &m_marker;
+    std::span<const Value> m_values; // those not taken yet
+};
 
 } // namespace
 
@@ -117,27 +231,42 @@ int ADOclass::TipoConsulta(std::string_view statement)
     return HasWord(statement, "UPDATE") ? kUpdate : kOther;
 }
 
-std::string SubstituteParams(std::string_view statement, const Params &params,
-                             std::string_view marker)
+Statement SubstituteParams(std::string_view words, const Params &params, const Marker &marker)
 {
-    std::string text(statement);
-    if (marker.empty())
-        return text;
-    std::size_t from = 0; // no marker begins before this place
-    const auto substitute = [&](const Value &value) {
-        const auto at = text.find(marker, from);
-        if (at == std::string::npos)
-            return;
-        text.replace(at, marker.size(), Literal(value));
-        from = at - std::min(at, marker.size() - 1);
-    };
-    if (const auto *values = std::get_if<std::vector<Value>>(&params)) {
-        for (const auto &value : *values)
-            substitute(value);
-    } else if (const auto *value = std::get_if<Value>(&params)) {
-        substitute(*value);
+    if (marker.text.empty())
+        return Statement(words);
+    Filler filler(params, marker);
+    std::size_t from = 0;
+    for (const Token &token : TokensOf(words)) {
+        if (token.kind != TokenKind::Text)
+            continue;
+        const auto at = static_cast<std::size_t>(token.text.data() - words.data());
+        filler.FillSyntax(words.substr(from, at - from));
+        filler.statement.text += token.text;
+        from = at + token.text.size();
     }
-    return text;
+    filler.FillSyntax(words.substr(from));
+    return std::move(filler.statement);
+}
+
+std::string ReadableText(const Statement &statement)
+{
+    const std::string_view text = statement.text;
+    std::string readable;
+    std::size_t from = 0; // what lies before is in `readable`
+    for (const Token &token : TokensOf(statement)) {
+        const auto at = static_cast<std::size_t>(token.text.data() - text.data());
+        if (token.kind == TokenKind::Placed) {
+            readable.append(text.substr(from, at - from));
+            readable += ShortLiteral(statement.values[token.valueIndex].value);
+            from = at + kValuePlace.size();
+        } else if (token.kind == TokenKind::Text) {
+            readable.append(text.substr(from, at + 1 - from));
+            readable += ShortText(token.text.substr(1, token.text.size() - 2)) + "'";
+            from = at + token.text.size();
+        }
+    }
+    return readable.append(text.substr(from));
 }
 
 std::vector<Value> StoredValues(const Params &params)

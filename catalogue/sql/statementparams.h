@@ -1,7 +1,8 @@
-// catalogue/sql/statementparams.h - puts parameters into the text of a statement. No state.
+// catalogue/sql/statementparams.h - puts parameters into a statement, as data. No state.
 #pragma once
 
 #include "catalogue/adoclass.h"
+#include "catalogue/provider.h"
 
 #include <string>
 #include <string_view>
@@ -9,10 +10,18 @@
 namespace catalogue
 {
 
-// `statement` with the parameters written in as literals, each in the place of the first `marker`
-// that remains; an empty marker, or one that does not remain, leaves its value out.
-std::string SubstituteParams(std::string_view statement, const Params &params,
-                             std::string_view marker);
+// `words` with the parameters in the places of `marker`: each takes the first marker that remains,
+// from left to right. A value that holds the marker therefore takes the later values into itself:
+// their bare text becomes part of its text, whatever it holds. The texts in apostrophes that stand
+// in `words` are data as well, and no marker is looked for in them.
+// A value without a marker is left out, as is every value where the marker is empty. A marker
+// without a value stays, which makes the statement fail, or is the empty text where the marker says
+// so. The work grows with the length of the texts only.
+Statement SubstituteParams(std::string_view words, const Params &params, const Marker &marker);
+
+// The statement as a person reads it: each value written as a literal. A literal of more than 200
+// characters keeps its beginning and its end, and says how many characters are left out.
+std::string ReadableText(const Statement &statement);
 
 // The parameters as a stored query takes them: an array with at least two elements as it stands;
 // one element, one value or none as one value.

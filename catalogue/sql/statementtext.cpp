@@ -61,6 +61,7 @@ private:
     std::size_t WriteOne(std::size_t at, std::size_t last, std::string &sql);
     std::size_t WriteSameTrimmed(std::size_t at, std::size_t last, std::string &sql);
     void WriteLiteral(std::string_view literal, std::string &sql);
+    void WriteParameter(const Parameter &parameter, std::string &sql);
     void WriteTable(std::size_t at, std::string &sql);
     [[nodiscard]] std::size_t InsideUpperTrim(std::size_t at, std::size_t last) const;
     [[nodiscard]] bool Is(std::size_t at, std::string_view word) const
@@ -77,12 +78,17 @@ void Writer::WriteLiteral(std::string_view literal, std::string &sql)
 {
     const auto inside = literal.substr(1, literal.size() - 2);
     if (inside.find('\'') == std::string_view::npos || literal[0] == '#')
-        m_result.literals.push_back(inside);
+        WriteParameter({inside, {}}, sql);
     else
-        m_result.literals.push_back(
-            m_result.unquoted.emplace_back(runtime::Replace(inside, "''", "'")));
+        WriteParameter({m_result.unquoted.emplace_back(runtime::Replace(inside, "''", "'")), {}},
+                       sql);
+}
+
+void Writer::WriteParameter(const Parameter &parameter, std::string &sql)
+{
+    m_result.parameters.push_back(parameter);
     sql += '?';
-    sql += std::to_string(m_result.literals.size());
+    sql += std::to_string(m_result.parameters.size());
     sql += ' ';
 }
 
@@ -144,6 +150,8 @@ std::size_t Writer::WriteOne(std::size_t at, std::size_t last, std::string &sql)
         sql += "REGEXP ";
     } else if (token.kind == TokenKind::Date || (token.kind == TokenKind::Text && !m_isStored)) {
         WriteLiteral(token.text, sql);
+    } else if (token.kind == TokenKind::Placed) {
+        WriteParameter({{}, token.valueIndex}, sql);
     } else if (!m_isStored && m_result.verb == Verb::Select && at > 0 &&
                (Is(at - 1, "FROM") || Is(at - 1, "JOIN")) &&
                runtime::EqualAscii(NameIn(token), "MP3s")) {
@@ -233,14 +241,13 @@ void WriteOrder(const Tokens &tokens, std::size_t at, Writer &writer, std::strin
     }
 }
 
-Translated Translate(std::string_view statement, bool isStored)
+Translated Translate(Tokens tokens, bool isStored)
 {
     Translated result;
-    Tokens tokens = TokensOf(statement);
     if (tokens.size() == 1 && tokens[0].kind == TokenKind::Quoted && tokens[0].text[0] == '[') {
         static const std::string kAllOf = "SELECT * FROM";
         const Token table = tokens[0];
-        tokens = TokensOf(kAllOf);
+        tokens = TokensOf(std::string_view(kAllOf));
         tokens.push_back(table);
     }
     result.verb = VerbOf(tokens);
@@ -254,7 +261,7 @@ Translated Translate(std::string_view statement, bool isStored)
         result.isRowQuery = true;
         if (orderAt > 4)
             result.rows.condition = writer.Write(5, orderAt);
-        result.literals.clear(); // written once more below
+        result.parameters.clear(); // written once more below
         result.unquoted.clear();
     }
     result.sql = writer.Write(0, orderAt);
@@ -265,14 +272,14 @@ Translated Translate(std::string_view statement, bool isStored)
 
 } // namespace
 
-Translated TranslateStatement(std::string_view statement)
+Translated TranslateStatement(const Statement &statement)
 {
-    return Translate(statement, false);
+    return Translate(TokensOf(statement), false);
 }
 
 Translated TranslateStoredQuery(std::string_view statement)
 {
-    return Translate(statement, true);
+    return Translate(TokensOf(statement), true);
 }
 
 } // namespace catalogue

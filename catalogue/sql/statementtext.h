@@ -1,7 +1,7 @@
 // catalogue/sql/statementtext.h - turns a statement of the program into one that SQLite takes. Pure
 // text work, no state.
 //   'text'              becomes a parameter, so that NULs and megabytes pass
-//   #date#              becomes a parameter as well
+//   #date#, a value     become parameters as well
 //   DELETE * FROM       loses its "*"
 //   [table]             alone is all of that table
 //   LIKE                becomes REGEXP, an operator that SQLite leaves to the application: here
@@ -12,7 +12,10 @@
 //   FROM MP3s           in a SELECT reads a view whose texts compare without regard to letter case
 #pragma once
 
+#include "catalogue/provider.h"
+
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,11 +42,16 @@ struct RowQuery {
     std::vector<OrderTerm> order;
 };
 
+// What a parameter of a translated statement is bound to.
+struct Parameter {
+    std::string_view literal;              // points into the statement or into `unquoted`
+    std::optional<std::size_t> valueIndex; // one of the statement's values instead
+};
+
 struct Translated {
     std::string sql;
-    std::vector<std::string_view> literals; // of the parameters ?1, ?2, ...; point into the
-                                            // statement or into `unquoted`
-    std::deque<std::string> unquoted;       // literals that held doubled apostrophes
+    std::vector<Parameter> parameters; // ?1, ?2, ...
+    std::deque<std::string> unquoted;  // literals that held doubled apostrophes
     Verb verb = Verb::Other;
     bool isRowQuery = false;
     bool hasOpenMarker = false; // a parameter for which the program gave no value
@@ -51,7 +59,8 @@ struct Translated {
 };
 
 // Translates a plain statement; the result must not outlive `statement`.
-Translated TranslateStatement(std::string_view statement);
+Translated TranslateStatement(const Statement &statement);
+Translated TranslateStatement(Statement &&) = delete;
 
 // Translates the text of a stored query: its literals stay in it and its parameters are its own.
 Translated TranslateStoredQuery(std::string_view statement);

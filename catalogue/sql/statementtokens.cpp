@@ -63,8 +63,8 @@ Token QuotedToken(std::string_view text, std::size_t at, TokenKind kind, char cl
 {
     const auto end = EndOfQuoted(text, at, close);
     if (end == std::string_view::npos)
-        return {TokenKind::Broken, text.substr(at)};
-    return {kind, text.substr(at, end - at)};
+        return {TokenKind::Broken, text.substr(at), 0};
+    return {kind, text.substr(at, end - at), 0};
 }
 
 Token RunToken(std::string_view text, std::size_t at, TokenKind kind, bool (*belongs)(char))
@@ -72,7 +72,7 @@ Token RunToken(std::string_view text, std::size_t at, TokenKind kind, bool (*bel
     auto end = at + 1;
     while (end < text.size() && belongs(text[end]))
         ++end;
-    return {kind, text.substr(at, end - at)};
+    return {kind, text.substr(at, end - at), 0};
 }
 
 Token TokenAt(std::string_view text, std::size_t at)
@@ -98,7 +98,7 @@ Token TokenAt(std::string_view text, std::size_t at)
                         [](char d) { return IsWordPart(d) || d == '.'; });
     if (IsWordStart(c))
         return RunToken(text, at, TokenKind::Word, IsWordPart);
-    return {TokenKind::Mark, text.substr(at, 1)};
+    return {TokenKind::Mark, text.substr(at, 1), 0};
 }
 
 } // namespace
@@ -117,6 +117,22 @@ std::vector<Token> TokensOf(std::string_view statement)
         const auto &last = tokens.back().text;
         at = static_cast<std::size_t>(last.data() - statement.data()) + last.size();
         at = SkipBlanksAndComments(statement, at);
+    }
+    return tokens;
+}
+
+std::vector<Token> TokensOf(const Statement &statement)
+{
+    std::vector<Token> tokens = TokensOf(std::string_view(statement.text));
+    auto value = statement.values.begin();
+    for (Token &token : tokens) {
+        const auto at = static_cast<std::size_t>(token.text.data() - statement.text.data());
+        while (value != statement.values.end() && value->place < at)
+            ++value; // in a comment or a quoted name, where it counts for nothing
+        if (value == statement.values.end() || value->place != at)
+            continue;
+        token.kind = TokenKind::Placed;
+        token.valueIndex = static_cast<std::size_t>(value - statement.values.begin());
     }
     return tokens;
 }

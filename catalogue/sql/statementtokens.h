@@ -1,6 +1,9 @@
 // catalogue/sql/statementtokens.h - cuts a statement into words, texts and marks. No state.
 #pragma once
 
+#include "catalogue/provider.h"
+
+#include <cstddef>
 #include <string_view>
 #include <vector>
 
@@ -14,13 +17,15 @@ enum class TokenKind {
     Date,      // #date#, with its marks
     Number,    //
     Parameter, // ? and ?1
+    Placed,    // the place of a value
     Mark,      // one character of punctuation
     Broken     // a text, name or date without an end
 };
 
 struct Token {
     TokenKind kind = TokenKind::Mark;
-    std::string_view text; // as it stands in the statement
+    std::string_view text;      // as it stands in the statement
+    std::size_t valueIndex = 0; // of a Placed: which of the statement's values
 
     // Whether it is this keyword or mark; keywords compare without regard to letter case.
     [[nodiscard]] bool Is(std::string_view word) const;
@@ -28,5 +33,8 @@ struct Token {
 
 // All tokens of `statement` in their order; blanks, line ends and comments are passed over.
 std::vector<Token> TokensOf(std::string_view statement);
+
+// The same for a statement with values; its text must outlive the tokens.
+std::vector<Token> TokensOf(const Statement &statement);
 
 } // namespace catalogue

@@ -2,6 +2,8 @@
 
 #include "catalogue/sql/statementtext.h"
 #include "catalogue/sqlite/sqlitefunctions.h"
+#include "platform/endrequest.h"
+#include "runtime/text.h"
 
 #include <chrono>
 #include <thread>
@@ -23,6 +25,13 @@ constexpr const char *kSetUp = "PRAGMA synchronous=NORMAL;"
                                "PRAGMA secure_delete=OFF;"
                                "PRAGMA trusted_schema=OFF;"
                                "PRAGMA cell_size_check=ON;";
+
+constexpr std::string_view kQuery = "SELECT ";
+
+// A statement that still runs when the end of the program has been asked for this long is ended: it
+// is not one of those that take milliseconds.
+constexpr std::int64_t kEndPatienceMs = 500;
+constexpr int kStepsBetweenLooks = 20000; // of SQLite's machine; some 200 us
 
 bool IsGeneric(int code)
 {
@@ -66,6 +75,7 @@ void SqliteHandle::SetUp()
     AddTextFunctions(m_db);
     m_isWal = KeepsALog();
     sqlite3_set_authorizer(m_db, Authorize, this);
+    sqlite3_progress_handler(m_db, kStepsBetweenLooks, Progress, this);
 }
 
 // A copy that another tool made of the catalogue can stand in the mode without a log, where readers
@@ -103,6 +113,8 @@ int SqliteHandle::RunOwn(const char *sql)
 
 const Prepared &SqliteHandle::Prepare(std::string_view sql)
 {
+    // A kept one is prepared again by SQLite itself where the file's schema has changed.
+    m_mayQuery = runtime::EqualAscii(sql.substr(0, kQuery.size()), kQuery);
     if (const auto found = m_prepared.find(sql); found != m_prepared.end())
         return found->second;
     if (m_prepared.size() >= kPreparedKept) { // those in use stay
@@ -164,16 +176,16 @@ int SqliteHandle::Busy(void *self, int count)
 }
 
 int SqliteHandle::Authorize(void *self, int action, const char *first, const char *, const char *,
-                            const char *)
+                            const char *origin)
 {
-    if (static_cast<SqliteHandle *>(self)->m_isOwn)
+    const auto &handle = *static_cast<SqliteHandle *>(self);
+    if (handle.m_isOwn)
         return SQLITE_OK;
     const std::string_view table = first == nullptr ? "" : first;
     switch (action) {
     case SQLITE_SELECT:
     case SQLITE_FUNCTION:
-    case SQLITE_RECURSIVE:
-        return SQLITE_OK;
+        return handle.m_mayQuery || origin != nullptr ? SQLITE_OK : SQLITE_DENY; // a trigger's
     case SQLITE_READ:
         return sqlite3_strnicmp(first, "sqlite_", 7) == 0 ? SQLITE_DENY : SQLITE_OK;
     case SQLITE_INSERT:
@@ -184,6 +196,19 @@ int SqliteHandle::Authorize(void *self, int action, const char *first, const cha
     default:
         return SQLITE_DENY;
     }
+}
+
+int SqliteHandle::Progress(void *self)
+{
+    auto &since = static_cast<SqliteHandle *>(self)->m_endAskedMs;
+    if (!platform::IsEndRequested()) {
+        since = 0;
+        return 0;
+    }
+    const auto now = MachineMs();
+    if (since == 0)
+        since = now;
+    return now - since > kEndPatienceMs ? 1 : 0;
 }
 
 std::string SqliteHandle::ReadStart(int count) const

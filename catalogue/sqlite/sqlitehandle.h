@@ -1,5 +1,7 @@
 // catalogue/sqlite/sqlitehandle.h - one SQLite connection as the catalogue uses it: its prepared
-// statements kept, its own text functions in place, nothing allowed but reading and writing rows.
+// statements kept, its own text functions in place, nothing allowed but reading and writing rows. A
+// statement that writes takes its values from nowhere but itself: no query, function or recursion.
+// A statement that has not come to its end when the program has to is ended.
 #pragma once
 
 #include "catalogue/provider.h"
@@ -64,6 +66,7 @@ private:
     void SetUp();
     bool KeepsALog();
     static int Busy(void *self, int count);
+    static int Progress(void *self);
     static int Authorize(void *self, int action, const char *first, const char *second,
                          const char *database, const char *origin);
 
@@ -80,8 +83,11 @@ private:
     std::vector<std::string> m_mp3Columns;
     bool m_isWal = false;
     bool m_waits = true;
-    bool m_isOwn = false; // a statement of the provider itself is under way
+    bool m_isOwn = false;    // a statement of the provider itself is under way
+    bool m_mayQuery = false; // the statement under preparation is a SELECT
     std::int64_t m_busySinceMs = 0;
+    std::int64_t m_endAskedMs =
+        0; // since when a statement has gone on though the end was asked for
 };
 
 // Resets a statement and lets go of what was bound, at the end of its use.

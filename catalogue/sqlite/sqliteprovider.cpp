@@ -54,7 +54,7 @@ public:
 
     bool IsOpen() const override { return m_file != nullptr; }
     void Close() override;
-    RecordsetPtr Run(std::string_view statement) override;
+    RecordsetPtr Run(const Statement &statement) override;
     RecordsetPtr RunStored(std::string_view name, const std::vector<Value> &values) override;
     void Begin() override;
     void Commit() override;
@@ -64,7 +64,7 @@ private:
     RecordsetPtr RunTranslated(const Translated &statement, const Binding &bind);
     RecordsetPtr Read(const Translated &statement, const Binding &bind);
     RecordsetPtr Write(std::string_view sql, const Binding &bind);
-    RecordsetPtr WriteInGroup(std::string_view sql, const Binding &bind);
+    RecordsetPtr RunInGroup(std::string_view sql, const Binding &bind);
     RecordsetPtr ReadPath(const std::string &sql, const Binding &bind);
 
     std::shared_ptr<CatalogueFile> m_file;     // null once closed
@@ -78,7 +78,7 @@ void SqliteConnection::Close()
     m_file.reset();
 }
 
-RecordsetPtr SqliteConnection::Run(std::string_view statement)
+RecordsetPtr SqliteConnection::Run(const Statement &statement)
 {
     const Translated translated = TranslateStatement(statement);
     if (translated.hasOpenMarker)
@@ -86,8 +86,14 @@ RecordsetPtr SqliteConnection::Run(std::string_view statement)
                               "No value given for one or more required parameters.");
     return RunTranslated(translated, [&](sqlite3_stmt *target) {
         const auto count = static_cast<std::size_t>(sqlite3_bind_parameter_count(target));
-        for (std::size_t i = 0; i < translated.literals.size() && i < count; ++i)
-            BindText(target, static_cast<int>(i) + 1, translated.literals[i]);
+        for (std::size_t i = 0; i < translated.parameters.size() && i < count; ++i) {
+            const Parameter &parameter = translated.parameters[i];
+            const int number = static_cast<int>(i) + 1;
+            if (parameter.valueIndex)
+                BindValue(target, number, statement.values[*parameter.valueIndex].value);
+            else
+                BindText(target, number, parameter.literal);
+        }
     });
 }
 
@@ -118,9 +124,8 @@ RecordsetPtr SqliteConnection::ReadPath(const std::string &sql, const Binding &b
     if (m_ownHandle)
         return StepAll(*m_ownHandle, sql, bind);
     if (IsInRowStep())
-        JoinGroup(m_file);
-    else
-        CloseOpenGroup();
+        return RunInGroup(sql, bind);
+    CloseOpenGroup();
     return StepAll(m_file->Main(), sql, bind);
 }
 
@@ -144,7 +149,7 @@ RecordsetPtr SqliteConnection::Write(std::string_view sql, const Binding &bind)
     if (m_ownHandle)
         return StepAll(*m_ownHandle, sql, bind);
     if (IsInRowStep())
-        return WriteInGroup(sql, bind);
+        return RunInGroup(sql, bind);
     CloseOpenGroup();
     SqliteHandle &handle = m_file->Main();
     m_file->BeginWrite(handle);
@@ -158,18 +163,15 @@ RecordsetPtr SqliteConnection::Write(std::string_view sql, const Binding &bind)
     }
 }
 
-RecordsetPtr SqliteConnection::WriteInGroup(std::string_view sql, const Binding &bind)
+RecordsetPtr SqliteConnection::RunInGroup(std::string_view sql, const Binding &bind)
 {
     JoinGroup(m_file);
-    RecordsetPtr result;
     try {
-        result = StepAll(m_file->Main(), sql, bind);
+        return StepAll(m_file->Main(), sql, bind);
     } catch (const ProviderFailure &failure) {
-        WriteFailedInGroup(failure.description);
+        StatementFailedInGroup(failure.description);
         throw;
     }
-    WriteDoneInGroup();
-    return result;
 }
 
 void SqliteConnection::Begin()

@@ -39,29 +39,31 @@ struct Outcomes {
     Accumulator added;
     Accumulator updated;
     Accumulator failed;
+    bool rowsLost = false; // the catalogue did not take each row
 };
 
-// A file without tags counts as failed here, though its row is in the catalogue.
-void CatalogueFile(const std::string &element, Outcomes &outcomes)
+// One file whose row is settled. One without tags counts as failed here, though its row is in the
+// catalogue.
+void NoteOutcome(const std::string &element, const catalogue::AddOutcome &outcome,
+                 Outcomes &outcomes)
 {
-    std::string reason;
+    outcomes.rowsLost |= outcome.rowLost;
     const std::string line = "    " + element + "\r";
-    switch (catalogue::AddOrUpdateMP3(element, reason)) {
-    case catalogue::kAdded:
+    if (outcome.result == catalogue::kAdded)
         outcomes.added.Add(line);
-        break;
-    case catalogue::kUpdated:
+    else if (outcome.result == catalogue::kUpdated)
         outcomes.updated.Add(line);
-        break;
-    default:
-        outcomes.failed.Add(line + "  Reason: " + reason);
-    }
+    else
+        outcomes.failed.Add(line + "  Reason: " + outcome.reason);
 }
 
-void TakeElement(const std::string &element, Outcomes &outcomes)
+void TakeElement(const std::string &element, catalogue::RowGroups &groups, Outcomes &outcomes)
 {
     if (runtime::UpperText(runtime::Right(element, 4)) != ".TXT") {
-        CatalogueFile(element, outcomes);
+        catalogue::AddInGroup(element, groups,
+                              [element, &outcomes](const catalogue::AddOutcome &outcome) {
+                                  NoteOutcome(element, outcome, outcomes);
+                              });
         return;
     }
     TheGlobals().lblProgress.SetCaption(
@@ -103,7 +105,7 @@ std::string QuoteArguments(const std::vector<std::string> &paths)
     return arguments;
 }
 
-void RunBatch(std::string_view arguments)
+bool RunBatch(std::string_view arguments)
 {
     Outcomes outcomes;
     catalogue::RowGroups groups;
@@ -112,14 +114,14 @@ void RunBatch(std::string_view arguments)
             break;
         const platform::EndDeferral untilTheElementIsDone;
         const std::string blanked = runtime::Replace(piece, "\"", " ");
-        TakeElement(std::string(runtime::Trim(blanked)), outcomes);
+        TakeElement(std::string(runtime::Trim(blanked)), groups, outcomes);
     }
-    if (const std::string lost = groups.Close(); !lost.empty())
-        platform::TheMachine().desktop->MessageBox(lost);
+    groups.Close();
     const std::string path = AppFile(kSummaryName);
     if (!platform::posix::AppendToFile(path, FormatSummary(outcomes) + "\r\n"))
         throw runtime::FileError(errno, path);
     platform::CheckEndRequest();
+    return !outcomes.rowsLost;
 }
 
 } // namespace shell

@@ -16,9 +16,11 @@ inline constexpr std::string_view kSummaryName = "Solution.txt";
 std::string QuoteArguments(const std::vector<std::string> &paths);
 
 // Works through `arguments` (see QuoteArguments; a single path needs no quotes) and appends the
-// summary. When a signal asks for the end, the element under way is finished, the summary tells
-// what was done, and EndRequested (platform/endrequest.h) is thrown. Errors: FileError when the
-// summary cannot be written; those of AddLyricsFromTXT.
-void RunBatch(std::string_view arguments);
+// summary, which names a song as added or updated only when its row is safe in the catalogue.
+// Returns: whether the catalogue took the row of each song that could be read. When a signal asks
+// for the end, the element under way is finished, the summary tells what was done, and EndRequested
+// (platform/endrequest.h) is thrown. Errors: FileError when the summary cannot be written; those of
+// AddLyricsFromTXT.
+bool RunBatch(std::string_view arguments);
 
 } // namespace shell

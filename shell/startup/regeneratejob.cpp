@@ -2,6 +2,7 @@
 
 #include "catalogue/regeneration.h"
 #include "platform/clock.h"
+#include "platform/desktop.h"
 #include "platform/machine.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
@@ -95,20 +96,26 @@ private:
     std::optional<std::int64_t> m_shownAtMs;
 };
 
-// The status bar in place of the window's, for one run.
-class BarInPlace
+// The terminal in place of the window's controls, for one run.
+class TerminalControls
 {
 public:
-    explicit BarInPlace(ui::StatusBar &bar) : m_was(catalogue::TheRegenerationControls().SB)
+    explicit TerminalControls(Progress &progress) : m_were(catalogue::TheRegenerationControls())
     {
-        catalogue::TheRegenerationControls().SB = &bar;
+        catalogue::RegenerationControls &controls = catalogue::TheRegenerationControls();
+        controls.SB = &progress.Bar();
+        controls.ShowFailure = [&progress](const std::string &failure) {
+            progress.End();
+            // A terminal has no clipboard, and prints at once what is to go there.
+            platform::TheMachine().desktop->SetClipboardText(failure);
+        };
     }
-    ~BarInPlace() { catalogue::TheRegenerationControls().SB = m_was; }
-    BarInPlace(const BarInPlace &) = delete;
-    BarInPlace &operator=(const BarInPlace &) = delete;
+    ~TerminalControls() { catalogue::TheRegenerationControls() = m_were; }
+    TerminalControls(const TerminalControls &) = delete;
+    TerminalControls &operator=(const TerminalControls &) = delete;
 
 private:
-    ui::StatusBar *m_was;
+    catalogue::RegenerationControls m_were;
 };
 
 void PrintSummary(const catalogue::RegenerationSummary &summary)
@@ -130,15 +137,16 @@ std::string CutSeparators(std::string folder)
 
 } // namespace
 
-void RunRegenerateJob(const std::string &folder)
+bool RunRegenerateJob(const std::string &folder)
 {
     TheGlobals().MP3Directory = CutSeparators(folder);
     {
         Progress progress;
-        const BarInPlace inPlace(progress.Bar());
+        const TerminalControls inPlace(progress);
         catalogue::ListRefresh(false);
     }
     PrintSummary(catalogue::LastRegeneration());
+    return !catalogue::LastRegeneration().rowsLost;
 }
 
 } // namespace shell

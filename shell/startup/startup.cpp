@@ -200,8 +200,7 @@ std::optional<int> Main(std::string_view commandLine, const StartUpWindows &wind
         return kRefused;
     Run(windows.ShowSplash);
     if (!commandLine.empty()) {
-        RunBatch(commandLine);
-        return 0;
+        return RunBatch(commandLine) ? 0 : kRowsLost;
     }
     BringUpMainWindow(windows);
     return std::nullopt;
@@ -211,8 +210,7 @@ int MainRegenerate(const std::string &folder, const StartUpWindows &windows)
 {
     if (!Prepare(windows))
         return kRefused;
-    RunRegenerateJob(folder);
-    return 0;
+    return RunRegenerateJob(folder) ? 0 : kRowsLost;
 }
 
 } // namespace shell

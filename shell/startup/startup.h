@@ -34,16 +34,17 @@ struct StartUpWindows {
 };
 
 // The whole of start-up. `commandLine`: the arguments as one text (shell/startup/batch.h), empty
-// for none. Returns: nothing when the program lives on in its windows; else the exit status with
-// which the
-//          process has to end: 0 after a batch whose summary was written, 1 for a refused
-//          catalogue.
+// for none.
+// Returns: nothing when the program lives on in its windows; else the exit status with which the
+//          process has to end: 0 after a batch whose summary was written, kRowsLost where that
+//          names lost rows, kRefused for a refused catalogue.
 // Errors:  RuntimeError of any step; no handler is in force. See ShowRuntimeError.
 std::optional<int> Main(std::string_view commandLine, const StartUpWindows &windows);
 
 // The same up to the preferences, then the regeneration of `folder`
-// (shell/startup/regeneratejob.h). Returns: the exit status, 0 or 1. Errors: as above;
-// kPathNotFound for an absent folder.
+// (shell/startup/regeneratejob.h).
+// Returns: the exit status, 0, kRowsLost or kRefused. Errors: as above; kPathNotFound for an absent
+//          folder.
 int MainRegenerate(const std::string &folder, const StartUpWindows &windows);
 
 // Configures `target` for the catalogue in the program's folder.
@@ -51,6 +52,10 @@ void SetADOFields(catalogue::ADOclass &target);
 
 // The exit status of a start that was refused or failed.
 inline constexpr int kRefused = 1;
+
+// The exit status of a job whose songs did not all get their row, though they could be read: the
+// disk is full, or another program holds the catalogue. The job's report names them.
+inline constexpr int kRowsLost = 3;
 
 // Reads `Validations` and compares its version. False when the catalogue is refused: too old, not
 // a whole catalogue, or absent; the user was told. The file is only read.

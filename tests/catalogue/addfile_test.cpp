@@ -1,14 +1,19 @@
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"
+#include "catalogue/rowgroups.h"
+#include "runtime/codepage.h"
 #include "runtime/error.h"
 #include "shell/globals.h"
+#include "tests/support/fulldisk.h"
 #include "tests/support/libraryfixture.h"
 #include "tests/support/mp3bytes.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <optional>
 
 using catalogue::AddOrUpdateMP3;
 using RowList = std::vector<std::string>;
@@ -172,20 +177,101 @@ TEST_F(AddFile, FileBytesBecomeText)
     EXPECT_EQ(Rows(), (RowList{"Caf\xC3\xA9 \xE2\x82\xAC|Artist||||Rock||~/a.mp3||0"}));
 }
 
-TEST_F(AddFile, MarkerInATagShiftsTheLaterValues)
+// 0xB9 is the marker in the code page.
+TEST_F(AddFile, MarkerInATagIsText)
 {
-    // 0xB9 is the marker in the code page: the artist's literal lands inside the title's.
-    EXPECT_EQ(Add("a.mp3", TwoTags("x\xB9y")), catalogue::kFailed);
-    EXPECT_NE(reason.find("Error: "), std::string::npos);
-    EXPECT_NE(reason.find("\r\tINSERT INTO MP3s\r"), std::string::npos) << reason;
-    EXPECT_EQ(Rows(), RowList{});
+    EXPECT_EQ(Add("a.mp3", TwoTags("x\xB9y\xB9")), catalogue::kAdded);
+    EXPECT_EQ(Rows(), (RowList{"x¹y¹|Artist||||Rock||~/a.mp3||0"}));
+    EXPECT_EQ(Add("a.mp3"), catalogue::kUpdated);
+    EXPECT_EQ(Rows(), (RowList{"x¹y¹|Artist||||17||~/a.mp3||0"}));
+    EXPECT_EQ(reason, "untouched");
 }
 
-TEST_F(AddFile, MarkerInAPathTakesTheLabel)
+TEST_F(AddFile, WhatATagSaysNeverRuns)
 {
-    EXPECT_EQ(Add("x\xC2\xB9.mp3", TwoTags("One")), catalogue::kFailed);
-    EXPECT_NE(reason.find("\r\tINSERT INTO MP3s\r"), std::string::npos) << reason;
+    const RowList titles = {
+        "\xB9, '', '', '', '', '', '', '/forged.mp3', '', 0), ('forged",
+        "\xB9 || (WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
+        "SELECT max(i) FROM n) || \xB9",
+        "\xB9'; DELETE FROM MP3s; --"};
+    for (const std::string &title : titles) {
+        SCOPED_TRACE(title);
+        catalogue::DataAccess->ExecuteSQL("DELETE FROM MP3s", catalogue::kDetect);
+        EXPECT_EQ(Add("a.mp3", TwoTags(title)), catalogue::kAdded) << reason;
+        EXPECT_EQ(Rows(), (RowList{runtime::TextOfBytes(title) + "|Artist||||Rock||~/a.mp3||0"}));
+    }
+}
+
+TEST_F(AddFile, MarkerInAPathIsText)
+{
+    drives.type = platform::DriveType::CdRom;
+    EXPECT_EQ(Add("x\xC2\xB9?.mp3", TwoTags("One")), catalogue::kAdded) << reason;
+    EXPECT_EQ(Rows(), (RowList{"One|Artist||||Rock||~/x¹?.mp3|LABEL|0"}));
+}
+
+// The row is inserted and brought to its values in one step: where the second fails, there is none.
+TEST_F(AddFile, RowThatCannotBeBroughtToItsValuesIsNotThere)
+{
+    sqlite3 *db = nullptr;
+    ASSERT_EQ(sqlite3_open((folder / "app/MP3s.mdb").c_str(), &db), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(db,
+                           "CREATE TRIGGER frozen BEFORE UPDATE ON MP3s "
+                           "BEGIN SELECT raise(ABORT, 'it is frozen'); END",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3_close(db);
+    EXPECT_EQ(Add("a.mp3", TwoTags("x\xB9y")), catalogue::kFailed);
+    EXPECT_EQ(reason, "Error: it is frozen\r\tEdit1");
     EXPECT_EQ(Rows(), RowList{});
+    EXPECT_EQ(Add("b.mp3", TwoTags("One")), catalogue::kAdded);
+    EXPECT_EQ(Rows(), (RowList{"One|Artist||||Rock||~/b.mp3||0"}));
+}
+
+// An event behind the step runs a statement, which closes the group, and the disk is full.
+TEST_F(AddFile, RowThatIsLostRightBehindItsStepIsTold)
+{
+    tests::WriteFile(Song("a.mp3"), TwoTags("One"));
+    std::vector<catalogue::AddOutcome> outcomes;
+    const auto note = [&](const catalogue::AddOutcome &outcome) { outcomes.push_back(outcome); };
+    {
+        catalogue::RowGroups groups;
+        std::optional<tests::FullDisk> disk;
+        desktop.doEvents = [&] {
+            desktop.doEvents = {};
+            disk.emplace(1000);
+            catalogue::CloseOpenGroup();
+        };
+        catalogue::AddInGroup(Song("a.mp3"), groups, note);
+        ASSERT_EQ(outcomes.size(), 1U);
+        disk.reset();
+        catalogue::AddInGroup(Song("a.mp3"), groups, note);
+        EXPECT_EQ(outcomes.size(), 1U) << "not before it is true";
+        catalogue::AddInGroup(Song("absent.mp3"), groups, note);
+        EXPECT_EQ(outcomes.size(), 1U) << "and in their order";
+    }
+    ASSERT_EQ(outcomes.size(), 3U);
+    EXPECT_EQ(outcomes[0].result, catalogue::kFailed);
+    EXPECT_TRUE(outcomes[0].rowLost);
+    EXPECT_TRUE(outcomes[0].reason.starts_with("Error: ")) << outcomes[0].reason;
+    EXPECT_EQ(outcomes[1].result, catalogue::kAdded);
+    EXPECT_EQ(outcomes[2].reason, "No such file or directory\r");
+    EXPECT_FALSE(outcomes[2].rowLost);
+    EXPECT_EQ(Rows(), (RowList{"One|Artist||||Rock||~/a.mp3||0"}));
+}
+
+TEST_F(AddFile, LongTextsAreCutButForTheLyrics)
+{
+    const std::string text(40000, 'x');
+    EXPECT_EQ(
+        Add("a.mp3", tests::Id3v2(tests::TextFrame("TIT2", text) + tests::TextFrame("TCON", text) +
+                                  tests::Frame("USLT", std::string(1, '\0') + "eng" +
+                                                           std::string(1, '\0') + text)) +
+                         tests::Audio()),
+        catalogue::kAdded);
+    const std::string kept(32767, 'x');
+    EXPECT_EQ(Rows(), (RowList{kept + "|||||" + kept + "|" + text + "|~/a.mp3||0"}));
+    EXPECT_EQ(Add("a.mp3"), catalogue::kUpdated);
+    EXPECT_EQ(Rows(), (RowList{kept + "|||||" + kept + "|" + text + "|~/a.mp3||0"}));
 }
 
 // The failure makes the result, and the steps behind it run: the row is there without its label.

@@ -1,9 +1,12 @@
 #include "platform/desktop.h"
+#include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "tests/catalogue/support.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <csignal>
 #include <functional>
 
 using namespace catalogue;
@@ -197,12 +200,36 @@ TEST(ExecuteSQL, EmptyMarkerTakesNoValue)
     EXPECT_TRUE(fresh.access.Succeeded) << fresh.access.ErrorMessage;
 }
 
-TEST(ExecuteSQL, ShiftedValueStandsInsideTheFirst)
+TEST(ExecuteSQL, ShiftedValueIsTextInsideTheFirst)
 {
-    tests::FreshCatalogue fresh; // ('a'' b'c') would be the text a' b
-    fresh.access.ExecuteSQL("INSERT INTO Lists VALUES(?, ?)", kInsert, Values({"?", "b"}));
-    EXPECT_EQ(fresh.access.ErrorMessage.substr(fresh.access.ErrorMessage.find('\t') + 1),
-              "INSERT INTO Lists VALUES(''b'', ?)");
+    tests::FreshCatalogue fresh;
+    fresh.access.ExecuteSQL("INSERT INTO Lists VALUES(?, ?)", kInsert, Values({"a?", "b'c"}));
+    EXPECT_EQ(fresh.access.ErrorMessage,
+              "Error: No value given for one or more required parameters.\r\tINSERT INTO Lists "
+              "VALUES('ab''c', ?)");
+    fresh.access.ExecuteSQL("INSERT INTO Lists VALUES(?, ?)", kInsert, Values({"a?", "b'c"}),
+                            Marker("?", LeftOver::IsEmpty));
+    EXPECT_EQ(fresh.Rows("SELECT * FROM Lists"), (std::vector<std::string>{"ab'c|"}));
+}
+
+TEST(ExecuteSQL, ValuesThatUsersGiveMayHoldAnyMarker)
+{
+    tests::FreshCatalogue fresh;
+    DataAccess = std::make_unique<ADOclass>();
+    fresh.LeadHere(*DataAccess);
+    for (const char *name : {"why?", "?", "?1?", "?1? ?2? ?", "it's ?", "?1"}) {
+        SCOPED_TRACE(name);
+        ExecuteWithValues("DELETE FROM Lists", kDelete, {});
+        ExecuteWithValues("INSERT INTO Lists VALUES(?, ?)", kInsert,
+                          {std::string(name), std::string("/?")});
+        EXPECT_TRUE(DataAccess->Succeeded) << DataAccess->ErrorMessage;
+        const auto found = Records(ExecuteWithValues("SELECT * FROM Lists WHERE LIST_Name = ?",
+                                                     kSelect, {std::string(name)}));
+        ASSERT_EQ(found->RecordCount(), 1);
+        EXPECT_EQ(found->Text(0), name);
+        EXPECT_EQ(found->Text(1), "/?");
+    }
+    DataAccess.reset();
 }
 
 TEST(ExecuteSQL, OddTextsComeBackTheSame)
@@ -263,7 +290,19 @@ TEST(ExecuteSQL, NothingButRowsAndOneStatement)
                              "-- nothing",
                              "SELECT 'no end",
                              "SELECT ?",
-                             "ALTER TABLE MP3s ADD COLUMN x"};
+                             "ALTER TABLE MP3s ADD COLUMN x",
+                             "INSERT INTO MP3s SELECT * FROM MP3s",
+                             "INSERT INTO Lists VALUES((SELECT Title FROM MP3s), 'b')",
+                             "INSERT INTO Lists VALUES(randomblob(9), 'b')",
+                             "UPDATE MP3s SET Path = upper(Path)",
+                             "UPDATE MP3s SET Path = (SELECT 'x')",
+                             "DELETE FROM MP3s WHERE Path IN (SELECT Path FROM MP3s)",
+                             "DELETE FROM MP3s WHERE length(Path) = 2",
+                             "WITH x AS (SELECT '/a') DELETE FROM MP3s WHERE Path IN x",
+                             "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
+                             "INSERT INTO Lists SELECT i, i FROM n",
+                             "SELECT * FROM (WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT "
+                             "i + 1 FROM n) SELECT i FROM n)"};
     for (const auto *statement : refused) {
         SCOPED_TRACE(statement);
         tests::FreshCatalogue fresh;
@@ -272,6 +311,25 @@ TEST(ExecuteSQL, NothingButRowsAndOneStatement)
         EXPECT_FALSE(fresh.access.Succeeded);
         EXPECT_EQ(fresh.Rows("SELECT Path FROM MP3s"), std::vector<std::string>{"/a"});
     }
+}
+
+TEST(ExecuteSQL, StatementWithoutAnEndEndsWithTheProgram)
+{
+    tests::FreshCatalogue fresh;
+    for (int i = 0; i < 60; ++i)
+        fresh.AddPath("/" + std::to_string(i));
+    const auto start = std::chrono::steady_clock::now();
+    platform::RequestEnd(SIGTERM); // 60^6 combinations would take years
+    fresh.access.ExecuteSQL(
+        "SELECT count(*) FROM MP3s AS a, MP3s AS b, MP3s AS c, MP3s AS d, MP3s AS e, MP3s AS f "
+        "WHERE a.Title || b.Title || c.Title || d.Title || e.Title || f.Title = 'x'",
+        kSelect);
+    platform::RequestEnd(0);
+    EXPECT_FALSE(fresh.access.Succeeded);
+    EXPECT_NE(fresh.access.ErrorMessage.find("interrupted"), std::string::npos)
+        << fresh.access.ErrorMessage;
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+    EXPECT_EQ(fresh.Rows("SELECT count(*) FROM MP3s"), std::vector<std::string>{"60"});
 }
 
 TEST(ExecuteSQL, PointerAndEvents)
@@ -287,7 +345,7 @@ TEST(ExecuteSQL, PointerAndEvents)
     const RowStep step; // no handler comes between the look-up of a path and its row
     fresh.AddPath("/stored");
     fresh.access.ExecuteSQL("INSERT INTO Lists VALUES('a', 'b')", kInsert);
-    EXPECT_EQ(desktop.steps, "NHNe");
+    EXPECT_EQ(desktop.steps, "NHN");
 }
 
 TEST(ExecuteSQL, EventHandlerDoesNotSpeakForTheStatement)

@@ -43,9 +43,9 @@ private:
         ~Noting() override { owner.m_notes += "close "; }
         bool IsOpen() const override { return owner.state != Closed; }
         void Close() override {}
-        RecordsetPtr Run(std::string_view statement) override
+        RecordsetPtr Run(const Statement &statement) override
         {
-            owner.m_notes.append(statement).append(", ");
+            owner.m_notes.append(statement.text).append(", ");
             return MakeClosedRecordset();
         }
         RecordsetPtr RunStored(std::string_view name, const std::vector<Value> &values) override

@@ -2,12 +2,12 @@
 #include "runtime/error.h"
 #include "shell/globals.h"
 #include "tests/catalogue/regenerationfixture.h"
+#include "tests/support/fulldisk.h"
 
 #include <sqlite3.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
-#include <csignal>
+#include <algorithm>
 #include <filesystem>
 
 namespace fs = std::filesystem;
@@ -69,19 +69,22 @@ TEST_F(Regeneration, UnreadableFoldersAreNamedAndTheRestGoesOn)
     EXPECT_EQ(mails, 0);
 }
 
+// Gives the catalogue a trigger, so that a statement fails.
+void AddTrigger(const std::string &catalogueFile, const char *trigger)
+{
+    sqlite3 *db = nullptr;
+    ASSERT_EQ(sqlite3_open(catalogueFile.c_str(), &db), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(db, trigger, nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(db);
+}
+
 TEST_F(Regeneration, TableThatCannotBeEmptiedIsToldAndTheRunGoesOn)
 {
     AddSong("a.mp3");
     ListRefresh(false);
     fs::rename(Song("a.mp3"), Song("b.mp3"));
-    sqlite3 *db = nullptr;
-    ASSERT_EQ(sqlite3_open((folder / "app/MP3s.mdb").c_str(), &db), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(db,
-                           "CREATE TRIGGER keep BEFORE DELETE ON MP3s "
-                           "BEGIN SELECT raise(ABORT, 'the rows are kept'); END",
-                           nullptr, nullptr, nullptr),
-              SQLITE_OK);
-    sqlite3_close(db);
+    AddTrigger(folder / "app/MP3s.mdb", "CREATE TRIGGER keep BEFORE DELETE ON MP3s "
+                                        "BEGIN SELECT raise(ABORT, 'the rows are kept'); END");
     catalogue::Dirs().Clear();
     shell::TheGlobals().DeleteBeforeAppend = true;
     desktop.ExpectBox("Some files could not be added.", Answer::No);
@@ -144,17 +147,22 @@ TEST_F(Regeneration, NoFolderAtAllIsAnErrorEachTime)
     }
 }
 
+constexpr const char *kRefusal =
+    "CREATE TRIGGER refuse BEFORE INSERT ON MP3s WHEN NEW.Title LIKE 'refused%' "
+    "BEGIN SELECT raise(ABORT, 'it is refused'); END";
+
 TEST_F(Regeneration, FailedStatementsAreJoinedAndTheRestGoesOn)
 {
     for (const char *name : {"a.mp3", "b.mp3", "c.mp3"})
         AddSong(name);
-    // The marker of the statement in a title: 0xB9 in the code page.
-    tests::WriteFile(Song("a.mp3"), Tagged("x\xB9"));
-    tests::WriteFile(Song("b.mp3"), Tagged("y\xB9"));
+    tests::WriteFile(Song("a.mp3"), Tagged("refused"));
+    tests::WriteFile(Song("b.mp3"), Tagged("refused"));
+    AddTrigger(folder / "app/MP3s.mdb", kRefusal);
     desktop.ExpectBox("Some files could not be added.", Answer::No);
     ListRefresh(false);
     EXPECT_EQ(Paths(), (RowList{"c.mp3"}));
     EXPECT_EQ(LastRegeneration().failed, 2);
+    EXPECT_TRUE(LastRegeneration().rowsLost);
     const std::string &errors = desktop.clipboard;
     const auto second = errors.find("Error: ", 1);
     ASSERT_NE(second, std::string::npos) << errors;
@@ -165,29 +173,67 @@ TEST_F(Regeneration, FailedStatementsAreJoinedAndTheRestGoesOn)
     EXPECT_EQ(mails, 0);
 }
 
-TEST_F(Regeneration, RowsThatCouldNotBeKeptAreTold)
+TEST_F(Regeneration, ListOfFailuresIsKeptUpTo64KiB)
+{
+    const std::string title = "refused" + std::string(30000, 'x');
+    for (int i = 100; i < 400; i++)
+        tests::WriteFile(Song(std::to_string(i) + ".mp3"), Tagged(title));
+    AddTrigger(folder / "app/MP3s.mdb", kRefusal);
+    desktop.ExpectBox("Some files could not be added.", Answer::No);
+    ListRefresh(false);
+    const catalogue::RegenerationSummary &summary = LastRegeneration();
+    EXPECT_EQ(summary.failed, 300);
+    EXPECT_EQ(desktop.clipboard, summary.errors);
+    EXPECT_LE(summary.errors.size(), 65536U + 30);
+    EXPECT_GT(summary.errors.size(), 60000U);
+    std::int64_t listed = 0;
+    for (std::size_t at = 0; (at = summary.errors.find("Error: ", at)) != std::string::npos; at++)
+        listed++;
+    EXPECT_EQ(listed + summary.unlisted, 300);
+    EXPECT_TRUE(
+        summary.errors.ends_with("... and " + std::to_string(summary.unlisted) + " more\r"));
+}
+
+TEST_F(Regeneration, FailuresThatAreShownAsTheyComeGoOnNoClipboard)
 {
     AddSong("a.mp3");
-    AddSong("b.mp3");
-    signal(SIGXFSZ, SIG_IGN);
-    struct rlimit before = {};
-    getrlimit(RLIMIT_FSIZE, &before);
+    fs::create_symlink("nowhere", Song("gone.mp3"));
+    RowList shown;
+    catalogue::TheRegenerationControls().ShowFailure = [&](const std::string &failure) {
+        shown.push_back(failure);
+    };
+    desktop.clipboard = "mine";
+    desktop.ExpectBox("Some files could not be added.", Answer::No);
+    desktop.ExpectBox("There were some 'mistakes'", Answer::No);
+    ListRefresh(false);
+    EXPECT_EQ(shown, RowList{Song("gone.mp3") + ": No such file or directory\r"});
+    EXPECT_EQ(desktop.clipboard, "mine");
+    EXPECT_FALSE(LastRegeneration().rowsLost) << "the file, not the catalogue, is at fault";
+}
+
+;
+
+TEST_F(Regeneration, EachSongWhoseRowWasLostIsNamedAndCounted)
+{
+    for (const char *name : {"a.mp3", "b.mp3", "c.mp3"})
+        AddSong(name);
+    std::optional<tests::FullDisk> disk;
     desktop.doEvents = [&] {
-        const struct rlimit small = {2000, before.rlim_max};
-        if (bar.Panel("Playing").text == "Adding: b.mp3")
-            setrlimit(RLIMIT_FSIZE, &small);
+        if (bar.Panel("Playing").text == "Adding: b.mp3" && !disk)
+            disk.emplace(2000);
     };
     desktop.ExpectBox("Some files could not be added.", Answer::No);
     ListRefresh(false);
-    setrlimit(RLIMIT_FSIZE, &before);
+    disk.reset();
     const RowList kept = Paths();
-    if (kept.empty()) { // both stood in one group
-        EXPECT_NE(desktop.clipboard.find("2 row(s) could not be kept\r"), std::string::npos)
-            << desktop.clipboard;
-    } else { // the machine was slow, and the first one went in alone
-        EXPECT_EQ(kept, RowList{"a.mp3"});
-        EXPECT_NE(desktop.clipboard.find("INSERT INTO MP3s"), std::string::npos);
+    EXPECT_EQ(LastRegeneration().files, 3);
+    EXPECT_EQ(LastRegeneration().failed, 3 - static_cast<int>(kept.size()));
+    EXPECT_TRUE(LastRegeneration().rowsLost);
+    for (const char *name : {"a.mp3", "b.mp3", "c.mp3"}) {
+        const bool isKept = std::find(kept.begin(), kept.end(), name) != kept.end();
+        EXPECT_NE(desktop.clipboard.find(Song(name)) != std::string::npos, isKept) << name;
     }
+    EXPECT_NE(desktop.clipboard.find("Error: "), std::string::npos) << desktop.clipboard;
 }
 
 TEST_F(Regeneration, FolderThatVanishesDuringTheRunIsNamed)

@@ -54,6 +54,42 @@ class EncodedFiles(ProgramTest):
         self.assertEqual(err, b"")
 
 
+def full_disk():
+    """For a started program: no file of its grows beyond 40,000 bytes, the catalogue's log among them."""
+    signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+    resource.setrlimit(resource.RLIMIT_FSIZE, (40000, resource.RLIM_INFINITY))
+
+
+class FullDisk(ProgramTest):
+    """What is said of each song is what is so."""
+
+    def setUp(self):
+        super().setUp()
+        for number in range(40):
+            self.song("%02d.mp3" % number, lyrics="full " * 1200)
+        self.all = [os.path.join(self.music, "%02d.mp3" % number) for number in range(40)]
+
+    def kept(self):
+        rows = {os.path.join(self.music, os.fsdecode(name)) for name in self.paths()}
+        self.assertLess(len(rows), 40)
+        return rows
+
+    def test_batch(self):
+        self.run_program(*self.all, status=3, preexec_fn=full_disk)
+        kept = self.kept()
+        added, _, failed = self.read("Solution.txt").decode().partition("couldn't be added/updated:")
+        for path in self.all:
+            self.assertEqual("    %s\r" % path in added, path in kept, path)
+            self.assertEqual("    %s\r  Reason: Error: " % path in failed, path not in kept, path)
+
+    def test_regeneration(self):
+        out, err = self.run_program("--regenerate", self.music, status=3, preexec_fn=full_disk)
+        kept = self.kept()
+        self.assertIn(b"40 MP3 files, %d of them could not be added\n" % (40 - len(kept)), out)
+        for path in self.all:
+            self.assertEqual(os.fsencode(path) in err, path not in kept, path)
+
+
 class Regeneration(ProgramTest):
     def test_order_and_odd_names(self):
         names = [b"UPPER.MP3", b"apo'strophe.mp3", b'quo"te.mp3', b"line\nbreak.mp3",

@@ -2,6 +2,7 @@
 #include "runtime/error.h"
 #include "shell/globals.h"
 #include "shell/startup/batch.h"
+#include "tests/support/fulldisk.h"
 #include "tests/support/libraryfixture.h"
 #include "tests/support/mp3bytes.h"
 
@@ -40,7 +41,7 @@ TEST(QuoteArguments, Table)
 TEST_F(Batch, TellsOneAddedFile)
 {
     AddSong("a.mp3");
-    RunBatch(QuoteArguments({Song("a.mp3")}));
+    EXPECT_TRUE(RunBatch(QuoteArguments({Song("a.mp3")})));
     EXPECT_EQ(Summary(),
               kDateLine + "  This MP3 was added correctly:\r\r" + Line("a.mp3") + "\r\r\n");
 }
@@ -68,6 +69,24 @@ TEST_F(Batch, OneFailedFileIsTheSingular)
     RunBatch(QuoteArguments({Song("absent.mp3")}));
     EXPECT_EQ(Summary(), kDateLine + "  This MP3 couldn't be added/updated:\r\r" +
                              Line("absent.mp3") + "  Reason: No such file or directory\r\r\r\n");
+}
+
+;
+
+TEST_F(Batch, SongsWhoseRowsWereLostCountAsFailed)
+{
+    AddSong("a.mp3");
+    AddSong("b.mp3");
+    EXPECT_TRUE(RunBatch(QuoteArguments({Song("a.mp3"), Song("absent.mp3")})));
+    fs::remove(folder / "app/Solution.txt");
+    {
+        const tests::FullDisk disk(3000);
+        EXPECT_FALSE(RunBatch(QuoteArguments({Song("b.mp3"), Song("absent.mp3")})));
+    }
+    EXPECT_EQ(Rows().size(), 1u);
+    EXPECT_TRUE(Summary().starts_with(kDateLine + "  These MP3s couldn't be added/updated:\r\r" +
+                                      Line("b.mp3") + "  Reason: Error: "))
+        << Summary();
 }
 
 TEST_F(Batch, SummaryIsAppendedTo)
