@@ -15,8 +15,11 @@ void SettleIn()
     const std::string ownChoice = Environment("QUENLIN_HOME");
     const shell::ProgramPlaces places{ProgramFolder(), AbsolutePath(ownChoice), DataHome()};
     shell::SetAppPath(shell::ChooseProgramHome(places));
-    if (shell::IsInstalled(places))
-        shell::FillOnFirstStart(places.programFolder + "/../share/quenlin", shell::GetAppPath());
+    if (!shell::IsInstalled(places))
+        return;
+    const std::string shippedFolder = places.programFolder + "/../share/quenlin";
+    shell::FillOnFirstStart(shippedFolder, shell::GetAppPath());
+    shell::RestoreTornFiles(shippedFolder, shell::GetAppPath());
 }
 
 } // namespace app

@@ -73,6 +73,11 @@ public:
         names[to] = content;
         return 0;
     }
+    int RenameNew(const std::string &from, const std::string &to) override
+    {
+        return names.count(to) != 0 ? EEXIST : Rename(from, to);
+    }
+    int TryLock(int) override { return 0; }
     int Delete(const std::string &path) override { return names.erase(path) != 0 ? 0 : ENOENT; }
     int MakeFolder(const std::string &) override { return 0; }
 

@@ -76,10 +76,19 @@ struct Files {
     // Returns an errno.
     virtual int Rename(const std::string &from, const std::string &to) = 0;
 
+    // The same where no file has that name yet: EEXIST when one has, which then stays.
+    virtual int RenameNew(const std::string &from, const std::string &to) = 0;
+
+    // Takes the lock of an open file for this handle, without waiting for another holder; closing
+    // the handle gives it back. Locks bind only those who ask for them.
+    // Returns: EWOULDBLOCK when another handle has it, in this process or in another; else 0, also
+    // where the file system has no locks.
+    virtual int TryLock(int handle) = 0;
+
     // Removes the name. Returns an errno.
     virtual int Delete(const std::string &path) = 0;
 
-    // Creates a folder in an existing one. Returns an errno.
+    // Creates a folder in an existing one, open to its owner alone. Returns an errno.
     virtual int MakeFolder(const std::string &path) = 0;
 
     // Nanoseconds of the clock by which files are stamped, since 1970, UTC.

@@ -15,6 +15,8 @@ namespace platform::posix
 namespace
 {
 
+constexpr mode_t kOwnersAlone = 0600;
+
 bool WriteAll(int fd, std::string_view bytes)
 {
     while (!bytes.empty()) {
@@ -31,7 +33,17 @@ bool WriteAll(int fd, std::string_view bytes)
 // A descriptor, or -1 with errno set. A missing file is made; `how` holds further flags.
 int OpenToAppend(const std::string &path, int how = 0)
 {
-    return open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | how, 0666);
+    const int flags = O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | how;
+    int fd = open(path.c_str(), flags | O_NONBLOCK, kOwnersAlone);
+    if (fd < 0 && errno == EWOULDBLOCK) // another program holds a lease and must give it up
+        fd = open(path.c_str(), flags, kOwnersAlone);
+    struct stat status {
+    };
+    if (fd < 0 || (fstat(fd, &status) == 0 && S_ISREG(status.st_mode)))
+        return fd;
+    close(fd);
+    errno = EINVAL;
+    return -1;
 }
 
 // Where `path` leads through symbolic links; `path` itself when it does not exist yet.
@@ -142,7 +154,7 @@ bool MakeFolders(const std::string &path)
     for (std::size_t at = 1; at != std::string::npos;) {
         at = path.find('/', at);
         const std::string folder = path.substr(0, at);
-        if (mkdir(folder.c_str(), 0755) != 0 && errno != EEXIST && at == std::string::npos)
+        if (mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST && at == std::string::npos)
             return false;
         if (at != std::string::npos)
             ++at;

@@ -35,8 +35,9 @@ std::optional<std::string> ReadRegularFile(const std::string &path, std::size_t 
 bool ReplaceFile(const std::string &path, std::string_view bytes, unsigned mode = 0644);
 
 // Appends `bytes` to the file, in one write where the system takes them at once, so that what other
-// processes append does not mix with it. A missing file is made. Not flushed. False, with errno
-// set, when that failed.
+// processes append does not mix with it. A missing file is made, readable by its owner alone. Not
+// flushed. False, with errno set, when that failed; what is no regular file (a FIFO, a device) is
+// refused at once (EINVAL, ENXIO).
 bool AppendToFile(const std::string &path, std::string_view bytes);
 
 // A file that many short texts are appended to, one after the other: each has reached the file when
@@ -44,7 +45,8 @@ bool AppendToFile(const std::string &path, std::string_view bytes);
 class Appender
 {
 public:
-    // Makes the file hold nothing. False as a bool, with errno set, when that failed.
+    // Makes the file hold nothing. False as a bool, with errno set, when that failed; other kinds
+    // of files are refused as above.
     explicit Appender(std::string path);
 
     explicit operator bool() const { return m_fd >= 0; }
@@ -62,7 +64,7 @@ private:
     int m_fd = -1;
 };
 
-// Makes the folder and those above it. False, with errno set, when it is not there afterwards.
+// Makes the folder and those above it, open to their owner alone. False, with errno set, when it is not there afterwards.
 bool MakeFolders(const std::string &path);
 
 } // namespace platform::posix

@@ -2,12 +2,14 @@
 #include "platform/posix/systemfiles.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <string_view>
 #include <vector>
@@ -185,6 +187,30 @@ int SystemFilesPort::Rename(const std::string &from, const std::string &to)
     return Result(rename(from.c_str(), to.c_str()));
 }
 
+int SystemFilesPort::RenameNew(const std::string &from, const std::string &to)
+{
+    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+        return 0;
+    if (errno != EINVAL && errno != ENOSYS)
+        return errno;
+    // A file system without that: a second name is as good, where it can have one.
+    if (link(from.c_str(), to.c_str()) == 0)
+        return Result(unlink(from.c_str()));
+    if (errno != EPERM && errno != EOPNOTSUPP)
+        return errno;
+    struct stat status;
+    return lstat(to.c_str(), &status) == 0 ? EEXIST : SystemFilesPort::Rename(from, to);
+}
+
+int SystemFilesPort::TryLock(int handle)
+{
+    int result = 0;
+    do
+        result = flock(handle, LOCK_EX | LOCK_NB);
+    while (result != 0 && errno == EINTR);
+    return result != 0 && errno == EWOULDBLOCK ? EWOULDBLOCK : 0;
+}
+
 int SystemFilesPort::Delete(const std::string &path)
 {
     return Result(unlink(path.c_str()));
@@ -192,7 +218,7 @@ int SystemFilesPort::Delete(const std::string &path)
 
 int SystemFilesPort::MakeFolder(const std::string &path)
 {
-    return Result(mkdir(path.c_str(), 0777));
+    return Result(mkdir(path.c_str(), 0700));
 }
 
 } // namespace platform::posix

@@ -23,6 +23,8 @@ public:
     int Flush(int handle) override;
     int FlushFolderOf(const std::string &path) override;
     int Rename(const std::string &from, const std::string &to) override;
+    int RenameNew(const std::string &from, const std::string &to) override;
+    int TryLock(int handle) override;
     int Delete(const std::string &path) override;
     int MakeFolder(const std::string &path) override;
     std::int64_t StampClockNs() override;

@@ -79,6 +79,12 @@ public:
         log += to.ends_with(".bck") ? 'b' : 'r';
         return fault != 0 ? fault : SystemFilesPort::Rename(from, to);
     }
+    int RenameNew(const std::string &from, const std::string &to) override
+    {
+        const int fault = Fault();
+        log += to.ends_with(".bck") ? 'b' : 'r';
+        return fault != 0 ? fault : SystemFilesPort::RenameNew(from, to);
+    }
     int Delete(const std::string &path) override
     {
         const int fault = Fault();

@@ -1,6 +1,7 @@
 #include "platform/posix/files.h"
 #include "tests/support/testfolder.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -55,6 +56,42 @@ TEST(AppendToFile, MakesAndAppends)
     EXPECT_EQ(errno, ENOENT);
     EXPECT_FALSE(AppendToFile(folder.Path(), "x"));
     EXPECT_EQ(errno, EISDIR);
+}
+
+TEST(AppendToFile, WhatIsNoFileIsRefusedAtOnce)
+{
+    const tests::TestFolder folder;
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(AppendToFile(folder / "pipe", "x"));
+    EXPECT_FALSE(static_cast<bool>(Appender(folder / "pipe")));
+    const Descriptor reader(open((folder / "pipe").c_str(), O_RDONLY | O_NONBLOCK));
+    EXPECT_FALSE(AppendToFile(folder / "pipe", "x"));
+    EXPECT_EQ(errno, EINVAL);
+    char byte = 0;
+    EXPECT_EQ(read(reader.Get(), &byte, 1), 0);
+    EXPECT_FALSE(AppendToFile("/dev/null", "x"));
+    EXPECT_EQ(errno, EINVAL);
+    EXPECT_FALSE(static_cast<bool>(Appender("/dev/null")));
+}
+
+TEST(OwnFiles, AreTheUsersAlone)
+{
+    const tests::TestFolder folder;
+    const mode_t before = umask(0);
+    EXPECT_TRUE(AppendToFile(folder / "appended", "x"));
+    EXPECT_TRUE(static_cast<bool>(Appender(folder / "report")));
+    EXPECT_TRUE(MakeFolders(folder / "one/two"));
+    umask(before);
+    const auto mode = [&](const char *name) {
+        struct stat status {
+        };
+        EXPECT_EQ(stat((folder / name).c_str(), &status), 0);
+        return status.st_mode & 07777;
+    };
+    EXPECT_EQ(mode("appended"), 0600u);
+    EXPECT_EQ(mode("report"), 0600u);
+    EXPECT_EQ(mode("one"), 0700u);
+    EXPECT_EQ(mode("one/two"), 0700u);
 }
 
 TEST(Appender, BeginsAfreshAndMakesADeletedFileAgain)

@@ -1,8 +1,11 @@
+#include "platform/machine.h"
 #include "runtime/error.h"
 #include "shell/startup/programhome.h"
+#include "tests/support/recordedfiles.h"
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -83,6 +86,95 @@ TEST_F(FirstStart, AFolderThatCannotBeMadeIsTold)
 {
     tests::WriteFile(folder / "data", "a file");
     EXPECT_THROW(Fill(), runtime::RuntimeError);
+}
+
+// The power goes at every point of the first start: the next start has everything, whole, and once
+// the first start is over nothing of it can be lost.
+TEST_F(FirstStart, APowerCutIsMended)
+{
+    tests::WriteFile(folder / "share/Tips.txt", std::string(5000, 't'));
+    tests::WriteFile(folder / "share/Help.hlp", "help");
+    fs::create_directories(folder / "disk");
+    tests::RecordedFiles files(folder / "disk");
+    platform::TheMachine().files = &files;
+    FillOnFirstStart(folder / "share", folder / "disk/data/quenlin");
+    platform::TheMachine().files = &platform::SystemFiles();
+    ASSERT_GT(files.Count(), 20);
+    const auto expectAll = [&](const std::string &home) {
+        for (const auto &entry : fs::directory_iterator(folder / "share")) {
+            if (!entry.is_regular_file())
+                continue;
+            EXPECT_EQ(tests::ReadFile(home + "/" + entry.path().filename().string()),
+                      tests::ReadFile(entry.path().string()));
+        }
+        EXPECT_TRUE(fs::exists(home + "/.filled"));
+    };
+    int states = 0;
+    for (int done = 0; done <= files.Count(); ++done)
+        files.AfterCut(done, [&](const std::string &root) {
+            ++states;
+            const std::string home = root + "/data/quenlin";
+            if (done == files.Count())
+                expectAll(home);
+            FillOnFirstStart(folder / "share", home);
+            expectAll(home);
+        });
+    EXPECT_GT(states, 40);
+}
+
+class TornFiles : public FirstStart
+{
+protected:
+    TornFiles() { Fill(); }
+    // What becomes of a language file of the user that holds `bytes`.
+    std::string Restored(const std::string &bytes)
+    {
+        tests::WriteFile(Home("Español.qlt"), bytes);
+        RestoreTornFiles(folder / "share", folder / "data/quenlin");
+        return tests::ReadFile(Home("Español.qlt"));
+    }
+};
+
+TEST_F(TornFiles, ComeAgain)
+{
+    const std::string whole = "shipped language";
+    for (std::size_t size = 0; size < whole.size(); ++size)
+        EXPECT_EQ(Restored(whole.substr(0, size)), whole);
+}
+
+TEST_F(TornFiles, ButNotWhatTheUserChanged)
+{
+    for (const std::string users :
+         {"Shipped", "shipped language and more", "x", "shipped Language"})
+        EXPECT_EQ(Restored(users), users);
+    fs::remove(Home("Español.qlt"));
+    RestoreTornFiles(folder / "share", folder / "data/quenlin");
+    EXPECT_FALSE(fs::exists(Home("Español.qlt")));
+}
+
+TEST_F(TornFiles, NeverTheCatalogue)
+{
+    tests::WriteFile(Home("MP3s.mdb"), "");
+    RestoreTornFiles(folder / "share", folder / "data/quenlin");
+    EXPECT_EQ(tests::ReadFile(Home("MP3s.mdb")), "");
+}
+
+TEST_F(TornFiles, AnInstallationThatIsGoneHasNothingToGive)
+{
+    tests::WriteFile(Home("Español.qlt"), "");
+    fs::remove_all(folder / "share");
+    RestoreTornFiles(folder / "share", folder / "data/quenlin");
+    EXPECT_EQ(tests::ReadFile(Home("Español.qlt")), "");
+}
+
+TEST_F(FirstStart, FoldersAndFilesAreTheUsersAlone)
+{
+    const mode_t before = umask(0);
+    Fill();
+    umask(before);
+    EXPECT_EQ(fs::status(folder / "data/quenlin").permissions(), fs::perms::owner_all);
+    for (const auto &entry : fs::directory_iterator(Home("")))
+        EXPECT_EQ(entry.status().permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
 TEST_F(FirstStart, TwoAtOnceAgree)

@@ -1,0 +1,71 @@
+// tests/support/recordedfiles.h - the real files, with a record of every change; and what a disk
+// may hold after a power cut at any point of that record.
+#pragma once
+
+#include "platform/posix/systemfiles.h"
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tests
+{
+
+// Records what is done below one folder. A power cut keeps what was brought to the disk before it:
+// a file's bytes by Flush, a folder's names by FlushFolderOf. Of the rest it keeps a part: the
+// changes of names up to any of them, or a single one; and none, half or all of the bytes.
+class RecordedFiles : public platform::posix::SystemFilesPort
+{
+public:
+    // `root`: the folder in which everything happens; what is in it now is on the disk.
+    explicit RecordedFiles(std::string root);
+
+    int CreateBeside(const std::string &finalPath, std::string &temporaryPath) override;
+    std::int64_t Write(int handle, const char *from, std::size_t count) override;
+    std::int64_t CopyRange(int source, std::int64_t offset, int target, std::size_t count) override;
+    int Flush(int handle) override;
+    int FlushFolderOf(const std::string &path) override;
+    int Rename(const std::string &from, const std::string &to) override;
+    int RenameNew(const std::string &from, const std::string &to) override;
+    int Delete(const std::string &path) override;
+    int MakeFolder(const std::string &path) override;
+
+    // The number of recorded changes: a cut may come before each of them and behind the last.
+    [[nodiscard]] int Count() const { return static_cast<int>(m_changes.size()); }
+
+    // Calls `look` with a folder that holds what the disk may hold when the power goes after the
+    // first `done` changes; once for every such state. The folder is gone again afterwards.
+    void AfterCut(int done, const std::function<void(const std::string &root)> &look) const;
+
+private:
+    enum class Kind { Bytes, Flush, FlushFolder, Name, Rename, Delete, Folder };
+    struct Change {
+        Kind kind;
+        int file = 0;      // a number for each file
+        std::string name;  // below the root; of the file, or of the folder
+        std::string other; // the new name
+        std::string bytes;
+    };
+    struct Range {
+        int begin, end; // numbers of changes, the end exclusive
+    };
+    struct Disk {
+        std::map<std::string, int> names; // 0 = a folder
+        std::map<int, std::string> bytes;
+    };
+
+    [[nodiscard]] std::string Below(const std::string &path) const;
+    [[nodiscard]] Disk StateAfter(int done, Range keptNames, int keptHalves) const;
+    [[nodiscard]] bool IsOnDisk(int change, int done) const;
+    void RecordRename(const std::string &from, const std::string &to);
+
+    std::string m_root;
+    Disk m_disk, m_now;         // at the beginning; the names as they are
+    std::map<int, int> m_files; // handle -> file
+    int m_lastFile = 0;
+    std::vector<Change> m_changes;
+};
+
+} // namespace tests
