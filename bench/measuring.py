@@ -36,7 +36,8 @@ def library(libraries, count):
 
 
 def tell(what, value, limit, unit, judged=True):
-    """Prints a figure beside its limit; whether the limit was missed."""
-    missed = judged and value > limit
-    print("%-52s %9.3f %-4s limit %7.3f%s" % (what, value, unit, limit, "  MISSED" if missed else ""), flush=True)
-    return missed
+    """Prints a figure beside its limit; whether the limit was missed. A figure that is 0 was not measured,
+    which is a miss also where the times are not judged."""
+    word = "  NOT MEASURED" if value == 0 else "  MISSED" if judged and value > limit else ""
+    print("%-52s %9.3f %-4s limit %7.3f%s" % (what, value, unit, limit, word), flush=True)
+    return word != ""

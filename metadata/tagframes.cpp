@@ -6,6 +6,7 @@
 #include "runtime/numbers.h"
 #include "runtime/text.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace metadata
@@ -41,7 +42,8 @@ void RemoveCommentHeaders(std::string &body, int majorVersion)
     body = std::move(kept);
 }
 
-// Where the frame at `position` ends, one-based and exclusive; nothing when it must stay.
+// Where the frame at `position` ends, one-based and exclusive; nothing when its size cannot be
+// read.
 std::optional<long long> EndOfFrame(std::string_view body, long long position, int majorVersion)
 {
     const FrameGeometry geometry = GeometryOf(majorVersion);
@@ -52,7 +54,7 @@ std::optional<long long> EndOfFrame(std::string_view body, long long position, i
     if (!size)
         return std::nullopt;
     const long long end = position + geometry.textOffset + *size - 1;
-    return end <= bodyEnd ? std::optional(end) : std::nullopt;
+    return std::min(end, bodyEnd);
 }
 
 std::string GenreData(ID3v2Tag &tag, bool unset)

@@ -19,10 +19,10 @@ namespace metadata
 void AppendFrame(std::string &frames, std::string_view identifier, std::string_view data);
 
 // Cuts the first frame of that name out of `body` by the geometry of `majorVersion`; also returns
-// the new body. A frame whose size cannot be read, or that runs past the end, stays. With a version
-// other than 2 and 3 the body ends where the identifier stood. "COMM" is different, and stays so:
-// of every frame with an empty description only the header goes; its data stays in the body as
-// loose bytes.
+// the new body. Where a frame runs past the end, and with a version other than 2 and 3, the body
+// ends where the identifier begins. A frame whose size cannot be read stays. "COMM" is different,
+// and stays so: of every frame with an empty description only the header is cut; its data stays in
+// the body as loose bytes.
 std::string &RemoveFrame(std::string &body, std::string_view identifier, int majorVersion);
 
 // Cuts the frames, by their names of version 3, of the fields that have a text in `before` and none

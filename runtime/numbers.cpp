@@ -3,6 +3,7 @@
 #include "runtime/error.h"
 #include "runtime/text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -40,12 +41,32 @@ bool TakeSign(std::string_view &text)
     return negative;
 }
 
+// The power of ten of the first digit of `digits` that is not 0; an exponent behind them counts.
+// Only for a number that is not 0. An exponent beyond 18 digits is as good as one of 18.
+long long Magnitude(std::string_view digits)
+{
+    const auto mantissa = digits.substr(0, digits.find_first_of("eE"));
+    const auto point = static_cast<long long>(std::min(mantissa.find('.'), mantissa.size()));
+    const auto first = static_cast<long long>(mantissa.find_first_not_of("0."));
+    long long exponent = 0;
+    if (mantissa.size() < digits.size()) {
+        std::string_view rest = digits.substr(mantissa.size() + 1);
+        const bool negative = TakeSign(rest);
+        rest.remove_prefix(std::min(rest.find_first_not_of('0'), rest.size()));
+        rest = rest.substr(0, 18);
+        std::from_chars(rest.data(), rest.data() + rest.size(), exponent);
+        exponent = negative ? -exponent : exponent;
+    }
+    return point - first + exponent;
+}
+
+// A number that is too small for a double is 0, one that is too large is infinite.
 double DecimalValue(std::string_view digits)
 {
     double value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
     if (error == std::errc::result_out_of_range)
-        return std::numeric_limits<double>::infinity();
+        return Magnitude(digits) < 0 ? 0 : std::numeric_limits<double>::infinity();
     return value;
 }
 
@@ -135,7 +156,8 @@ bool TextToFlag(std::string_view text)
 std::string NumberText(double value)
 {
     char buffer[32];
-    const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value);
+    const double unsignedZero = value == 0 ? 0 : value;
+    const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, unsignedZero);
     return error == std::errc{} ? std::string(buffer, end) : std::string();
 }
 

@@ -24,6 +24,7 @@ TEST(GenreNameOfText, Table)
         {"00", "Blues"},
         {" 0", "Blues"},
         {"0.0", "Blues"},
+        {"1e-400", "Blues"},
         {"-0", "Blues"},
         {"1", "Classic Rock"},
         {" 17 ", "Rock"},

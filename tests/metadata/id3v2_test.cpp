@@ -116,6 +116,16 @@ TEST(ReadID3v2Frames, Genre)
     EXPECT_EQ(Read(Frame3("TCON", "(" + std::string(400, '9'))).Genre, "-1"); // no such number
 }
 
+TEST(ReadID3v2Frames, AGenreThatIsTooSmallANumberIsZero)
+{
+    const std::string small = "0." + std::string(330, '0') + "1";
+    EXPECT_EQ(Read(Frame3("TCON", small)).Genre, "0");
+    EXPECT_EQ(Read(Frame3("TCON", "(" + small + ")")).Genre, "0");
+    EXPECT_EQ(Read(Frame3("TCON", "1e-400")).Genre, "1e-400");
+    EXPECT_EQ(Read(Frame3("TCON", "(-0)")).Genre, "0");
+    EXPECT_EQ(Read(Frame3("TCON", "(-" + small + ")")).Genre, "0");
+}
+
 TEST(ReadID3v2Frames, GenreWithoutAUsableText)
 {
     EXPECT_EQ(Read(Sized("TCON", 0, "Pop")).Genre, "255"); // the text cannot be taken and is empty

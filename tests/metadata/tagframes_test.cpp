@@ -78,10 +78,12 @@ TEST(RemoveFrame, SizesAtTheirEnds)
     const std::string head = "aTIT2";
     EXPECT_EQ(Removed(head + Z("\0\0\0\0\0\0") + "xyz", "TIT2"), "axyz"); // 10 characters
     EXPECT_EQ(Removed(head + Z("\0\0\0\x04\0\0\0") + "xyz", "TIT2"), "a");
-    for (const std::string &stays : {head + Z("\0\0\0\x05\0\0\0") + "xyz",       // one past the end
-                                     head + Z("\x7F\xFF\xFF\xFF\0\0\0") + "xyz", // far past the end
-                                     head + Z("\x80\0\0\0\0\0\0") + "xyz",       // no 32-bit number
-                                     head + Z("\0\0"), head}) // no four characters
+    for (const std::string &past : {head + Z("\0\0\0\x05\0\0\0") + "xyz", // by one
+                                    head + Z("\x7F\xFF\xFF\xFF\0\0\0") + "xyz",
+                                    head + Z("\0\0\0\0")}) // the flags are missing
+        EXPECT_EQ(Removed(past, "TIT2"), "a");
+    for (const std::string &stays : {head + Z("\x80\0\0\0\0\0\0") + "xyz", // no 32-bit number
+                                     head + Z("\0\0"), head})              // no four characters
         EXPECT_EQ(Removed(stays, "TIT2"), stays);
 }
 
@@ -103,7 +105,7 @@ TEST(RemoveFrame, Version2Geometry)
                                                                         "bcdef");
     EXPECT_EQ(Removed("aTIT2x" + Z("\0\0\0\x07") + "bcdef", "TIT2", 2), "af");
     const std::string longer = "aTIT2x" + Z("\0\0\0\x09") + "bcdef";
-    EXPECT_EQ(Removed(longer, "TIT2", 2), longer);
+    EXPECT_EQ(Removed(longer, "TIT2", 2), "a");
 }
 
 TEST(RemoveFrame, CommentsLoseTheirHeadersOnly)

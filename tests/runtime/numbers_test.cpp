@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 using namespace runtime;
 
 TEST(LeadingNumber, Table)
@@ -34,6 +36,26 @@ TEST(ParseNumber, Table)
     EXPECT_EQ(ParseNumber(""), std::nullopt);
     EXPECT_EQ(ParseNumber("1E"), std::nullopt);
     EXPECT_EQ(ParseNumber("."), std::nullopt);
+}
+
+TEST(ParseNumber, TooSmallIsZeroTooLargeIsInfinite)
+{
+    const std::string zeros(330, '0');
+    for (const std::string &small :
+         {std::string("1e-400"), "0." + zeros + "1", std::string("-1.1E-400"),
+          "0." + zeros + "1e-70", "1" + zeros + "e-800",
+          std::string("1e-00000000000000000000000400"), std::string("1e-99999999999999999999")}) {
+        EXPECT_EQ(ParseNumber(small), 0) << small;
+        EXPECT_EQ(TextToInt16(small), 0) << small;
+    }
+    for (const std::string &large : {std::string("1e400"), "1" + zeros, std::string("0.1e400"),
+                                     std::string("0.001e+99999999999999999999")})
+        EXPECT_EQ(ParseNumber(large), std::numeric_limits<double>::infinity()) << large;
+    EXPECT_EQ(ParseNumber("1" + zeros + "e-330"), 1);
+    EXPECT_EQ(ParseNumber("0e400"), 0);
+    EXPECT_EQ(LeadingNumber("0." + zeros + "1 x"), 0);
+    EXPECT_EQ(LeadingNumber("1" + zeros), std::numeric_limits<double>::infinity());
+    EXPECT_EQ(LeadingNumber("0." + zeros + zeros), 0);
 }
 
 TEST(Rounding, HalfToEvenAndOverflow)
@@ -77,4 +99,5 @@ TEST(NumberText, Shortest)
     EXPECT_EQ(NumberText(17), "17");
     EXPECT_EQ(NumberText(-1), "-1");
     EXPECT_EQ(NumberText(0.5), "0.5");
+    EXPECT_EQ(NumberText(-0.0), "0");
 }

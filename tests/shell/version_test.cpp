@@ -39,6 +39,7 @@ TEST(ParseVersion, TellsWhatIsNoVersion)
         }
     }
     EXPECT_EQ(ParseVersion("1.02.30.x"), (Version{1, 2, 30}));
+    EXPECT_EQ(ParseVersion("1.1e-400.2"), (Version{1, 0, 2}));
 }
 
 } // namespace
