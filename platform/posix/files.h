@@ -64,7 +64,8 @@ private:
     int m_fd = -1;
 };
 
-// Makes the folder and those above it, open to their owner alone. False, with errno set, when it is not there afterwards.
+// Makes the folder and those above it, open to their owner alone. False, with errno set, when it is
+// not there afterwards.
 bool MakeFolders(const std::string &path);
 
 } // namespace platform::posix
