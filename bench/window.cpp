@@ -261,22 +261,21 @@ private:
 // Regenerates until enough keys were pressed meanwhile to tell something. False when they were not.
 bool TimeRegeneration(browser::MainForm &form, QWidget &window, const std::string &songs)
 {
-    constexpr int kEnoughKeys = 10, kMostRuns = 50;
+    constexpr int kEnoughKeys = 5;
+    constexpr double kPatienceMs = 30'000;
     shell::TheGlobals().MP3Directory = songs;
-    double worstMs = 0;
-    int answered = 0, runs = 0;
+    KeyWatch watch(window);
+    int runs = 0;
     QElapsedTimer timer;
     timer.start();
-    for (; answered < kEnoughKeys && runs < kMostRuns; ++runs) {
-        KeyWatch watch(window);
+    while (runs == 0 || (watch.answered < kEnoughKeys && Ms(timer) < kPatienceMs)) {
         catalogue::ListRefresh(true);
-        worstMs = std::max(worstMs, watch.worstMs);
-        answered += watch.answered;
+        ++runs;
     }
     std::printf("regeneration: %.0f ms, %d keys answered, the slowest after %.4f ms\n",
-                Ms(timer) / runs, answered, worstMs);
+                Ms(timer) / runs, watch.answered, watch.worstMs);
     browser::LoadTreeView(form, "");
-    return answered >= kEnoughKeys;
+    return watch.answered >= kEnoughKeys;
 }
 
 long MemoryMiB()
