@@ -243,7 +243,8 @@ void frmMainWindow::closeEvent(QCloseEvent *event)
 
 void frmMainWindow::keyPressEvent(QKeyEvent *event)
 {
-    if (!Form_KeyDown(m_form, event->key(), event->modifiers().testFlag(Qt::AltModifier)))
+    const int code = event->key() == Qt::Key_Escape ? 27 : event->key();
+    if (!Form_KeyDown(m_form, code, event->modifiers().testFlag(Qt::AltModifier)))
         QMainWindow::keyPressEvent(event);
 }
 

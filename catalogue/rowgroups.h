@@ -96,6 +96,7 @@ public:
                                           const std::string &folder) override;
     void EmptyClipboard() override { m_inner.EmptyClipboard(); }
     void SetClipboardText(std::string_view text) override { m_inner.SetClipboardText(text); }
+    std::string ClipboardText() override { return m_inner.ClipboardText(); }
     bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
     bool ShowHelp(const std::string &file) override { return m_inner.ShowHelp(file); }
     void SetPointer(platform::Pointer pointer) override { m_inner.SetPointer(pointer); }

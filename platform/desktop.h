@@ -41,9 +41,12 @@ struct Desktop {
 
     virtual void EmptyClipboard() = 0;
     virtual void SetClipboardText(std::string_view text) = 0;
+    // The clipboard's text; empty when it holds none.
+    virtual std::string ClipboardText() { return {}; }
 
     // Has the desktop open a path or an address (http:, mailto:) as a double click would, with
-    // `workingFolder` as the folder of the opened program where the platform has such a thing.
+    // `workingFolder` as the folder of the opened program where the platform has such a thing. A
+    // mailto: address goes to it byte for byte.
     // False when nothing could be started and the user was told nothing.
     virtual bool OpenAddress(const std::string &address, const std::string &workingFolder) = 0;
 

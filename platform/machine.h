@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/files.h"
+#include "platform/systeminfo.h"
 
 namespace platform
 {
@@ -25,6 +26,7 @@ struct Machine {
     Clock *clock = nullptr;
     Player *player = nullptr;      // null where no player can be found
     Files *files = &SystemFiles(); // a test may put its own
+    SystemInfo *system = &ThisSystem();
     Windows *windows = nullptr;    // null in a terminal
 };
 

@@ -90,6 +90,45 @@ bool StartDetached(const std::vector<std::string> &arguments, const std::string 
     return true;
 }
 
+bool OpenWithDesktop(std::string address, const std::string &workingFolder)
+{
+    constexpr std::size_t kLongestArgument = 100'000; // the system's own limit is 128 KiB
+    constexpr int kRefusalMs = 500;
+    constexpr int kStepMs = 10;
+    if (address.size() > kLongestArgument) {
+        std::size_t length = kLongestArgument;
+        while (length > 0 && (static_cast<unsigned char>(address[length]) & 0xC0) == 0x80)
+            --length;
+        address.resize(length);
+    }
+    const std::string program = FindProgram("xdg-open");
+    if (program.empty())
+        return false;
+    const std::vector<std::string> arguments{"xdg-open", address};
+    const auto pointers = ArgumentsFor(arguments);
+    const pid_t child = fork();
+    if (child < 0)
+        return false;
+    if (child == 0) { // it watches the opener for a while, which then has no parent to wait for it
+        setsid();
+        const pid_t opener = fork();
+        if (opener == 0)
+            Become(program.c_str(), pointers.data(), workingFolder.c_str());
+        int status = 0;
+        for (int waitedMs = 0; opener > 0 && waitedMs < kRefusalMs; waitedMs += kStepMs) {
+            if (waitpid(opener, &status, WNOHANG) == opener)
+                _exit(WIFEXITED(status) && WEXITSTATUS(status) == 0 ? 0 : 1);
+            const timespec step{0, kStepMs * 1'000'000L};
+            nanosleep(&step, nullptr);
+        }
+        _exit(opener > 0 ? 0 : 1);
+    }
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
 bool RunQuietly(const std::vector<std::string> &arguments, std::int64_t timeoutMs)
 {
     const std::string program = FindProgram(arguments.at(0));

@@ -16,6 +16,12 @@ std::string FindProgram(const std::string &name);
 // nothing of ours open. False when there is no such program.
 bool StartDetached(const std::vector<std::string> &arguments, const std::string &workingFolder);
 
+// Has the desktop's opener (xdg-open) open a path or an address, handed over byte for byte as one
+// argument, in `workingFolder` where that exists. What exceeds the longest argument that a program
+// can be given is cut at a character. Waits half a second for a refusal, no longer.
+// False when there is no opener, or when it says in that time that it opened nothing.
+bool OpenWithDesktop(std::string address, const std::string &workingFolder);
+
 // Runs a program quietly to its end. False when there is no such program, when it failed, or when
 // it took longer than `timeoutMs`; it is then left to itself.
 bool RunQuietly(const std::vector<std::string> &arguments, std::int64_t timeoutMs);

@@ -1,5 +1,6 @@
 #include "platform/qt/qtdesktop.h"
 
+#include "platform/posix/spawn.h"
 #include "platform/qt/boxes.h"
 #include "platform/qt/helpwindow.h"
 #include "platform/qt/text.h"
@@ -127,8 +128,15 @@ void QtDesktop::SetClipboardText(std::string_view text)
     QGuiApplication::clipboard()->setText(ToQt(text));
 }
 
-bool QtDesktop::OpenAddress(const std::string &address, const std::string & /*workingFolder*/)
+std::string QtDesktop::ClipboardText()
 {
+    return FromQt(QGuiApplication::clipboard()->text());
+}
+
+bool QtDesktop::OpenAddress(const std::string &address, const std::string &workingFolder)
+{
+    if (address.starts_with("mailto:")) // the toolkit would encode it anew
+        return posix::OpenWithDesktop(address, workingFolder);
     const QUrl url = UrlOf(address);
     return url.isValid() && !url.isEmpty() && QDesktopServices::openUrl(url);
 }

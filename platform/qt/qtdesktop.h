@@ -33,8 +33,10 @@ public:
 
     void EmptyClipboard() override;
     void SetClipboardText(std::string_view text) override;
+    std::string ClipboardText() override;
 
-    // Starts the desktop's opener and does not wait for it; `workingFolder` plays no role here.
+    // Starts the desktop's opener and does not wait for its end; the folder plays a role for mails
+    // only.
     bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
 
     // Help files are HTML. There is one window for them; showing help again brings it forward.

@@ -131,10 +131,14 @@ std::optional<std::string> TerminalDesktop::OpenDialog(std::string_view title,
     }
 }
 
-void TerminalDesktop::EmptyClipboard() {}
+void TerminalDesktop::EmptyClipboard()
+{
+    m_clipboard.clear();
+}
 
 void TerminalDesktop::SetClipboardText(std::string_view text)
 {
+    m_clipboard = text;
     Print(Printable(text) + "\n");
 }
 
@@ -144,7 +148,7 @@ bool TerminalDesktop::OpenAddress(const std::string &address, const std::string 
     const bool display =
         std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr;
     if (display)
-        posix::StartDetached({"xdg-open", address}, workingFolder);
+        posix::OpenWithDesktop(address, workingFolder);
     return true; // the user has read it
 }
 

@@ -30,6 +30,7 @@ public:
 
     // A terminal has no clipboard: the text is printed, so that it is not lost.
     void SetClipboardText(std::string_view text) override;
+    std::string ClipboardText() override { return m_clipboard; }
 
     // Prints the address, and starts the desktop's opener (xdg-open) where a display is known.
     bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
@@ -38,6 +39,9 @@ public:
 
     // Throws EndRequested when a signal asked for the end (platform/endrequest.h).
     void DoEvents() override;
+
+private:
+    std::string m_clipboard; // what was set last
 };
 
 } // namespace platform::terminal

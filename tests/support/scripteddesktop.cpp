@@ -63,18 +63,20 @@ platform::Answer ScriptedDesktop::MessageBox(std::string_view text, platform::Bu
 }
 
 std::optional<std::string> ScriptedDesktop::InputBox(std::string_view prompt,
-                                                     std::string_view /*title*/,
-                                                     std::string_view /*initialText*/)
+                                                     std::string_view title,
+                                                     std::string_view initialText)
 {
+    inputs.push_back({std::string(prompt), std::string(title), std::string(initialText)});
     const Step *step = Next(Kind::Input, prompt);
     return step ? step->text : std::nullopt;
 }
 
 std::optional<std::string>
 ScriptedDesktop::OpenDialog(std::string_view title,
-                            const std::vector<platform::FileFilter> & /*filters*/,
-                            const std::string & /*folder*/)
+                            const std::vector<platform::FileFilter> &filters,
+                            const std::string &folder)
 {
+    opens.push_back({std::string(title), filters, folder});
     const Step *step = Next(Kind::Open, title);
     return step ? step->text : std::nullopt;
 }

@@ -38,6 +38,7 @@ public:
                                           const std::string &folder) override;
     void EmptyClipboard() override { clipboard.clear(); }
     void SetClipboardText(std::string_view text) override { clipboard = text; }
+    std::string ClipboardText() override { return clipboard; }
     bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
     void SetPointer(platform::Pointer wanted) override { pointer = wanted; }
     void DoEvents() override;
@@ -48,6 +49,16 @@ public:
         platform::BoxIcon icon;
     };
     std::vector<Box> boxes;             // every box that came, answered or not
+    struct Input {
+        std::string prompt, title, initialText;
+    };
+    std::vector<Input> inputs; // every input box
+    struct Open {
+        std::string title;
+        std::vector<platform::FileFilter> filters;
+        std::string folder;
+    };
+    std::vector<Open> opens;            // every open dialog
     std::vector<std::string> addresses; // every address that was opened
     std::vector<std::string> folders;   // the working folder of each
     std::string clipboard;
