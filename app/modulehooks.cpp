@@ -1,10 +1,12 @@
 #include "app/modulehooks.h"
 
 #include "catalogue/edittags.h"
+#include "catalogue/regeneration.h"
 #include "catalogue/rowgroups.h"
 #include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
 #include "player/playing.h"
+#include "shell/preferences/failuremail.h"
 
 namespace app
 {
@@ -12,6 +14,7 @@ namespace app
 void ConnectModules()
 {
     metadata::TheMP3InfoHooks().beforeSlowRead = catalogue::CloseOpenGroup;
+    catalogue::TheRegenerationControls().EmailBugReport = shell::EmailBugReport;
     metadata::TagWriterHooks &writer = metadata::TheTagWriterHooks();
     writer.updateCatalogue = catalogue::UpdateEditedTags;
     writer.releasePlayingFile = player::ReleasePlayingFile;

@@ -13,6 +13,7 @@
 #include "shell/apppath.h"
 #include "shell/globals.h"
 #include "shell/language.h"
+#include "shell/openaddress.h"
 #include "shell/settings.h"
 
 namespace browser
@@ -80,6 +81,7 @@ void BindControls(MainForm &form)
         form.WEPath.SetLeft(form.lblAddress.Place().Right() + 200);
     };
     form.ReDrawForm = [&form] { ReDrawForm(form); };
+    shell::TheStatusLine() = [&form](std::string_view words) { form.SB.SetText("Playing", words); };
 }
 
 void CheckCalls(const MainFormCalls &calls)
@@ -109,6 +111,7 @@ void ReleaseRegeneration()
 {
     catalogue::RegenerationControls &controls = catalogue::TheRegenerationControls();
     controls = {nullptr, nullptr, {}, {}, {}, controls.EmailBugReport};
+    shell::TheStatusLine() = nullptr;
 }
 
 // A preference as `read` reads it; the default where the store holds no number. The window comes up

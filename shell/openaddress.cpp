@@ -2,21 +2,42 @@
 
 #include "platform/desktop.h"
 #include "platform/machine.h"
-#include "shell/globals.h"
 #include "shell/language.h"
 
 namespace shell
 {
+
+namespace
+{
+
+void TellNothingOpened()
+{
+    if (TheStatusLine())
+        TheStatusLine()(GetLanguageText("Nothing opens this. The text is on the clipboard.",
+                                        "NothingOpens", "Status"));
+}
+
+} // namespace
 
 void OpenAddress(const std::string &address, const std::string &workingFolder)
 {
     platform::Desktop &desktop = *platform::TheMachine().desktop;
     if (desktop.OpenAddress(address, workingFolder))
         return;
-    desktop.MessageBox(
-        GetLanguageText("No program was found that opens this:", "NothingOpens", "Status") + "\r" +
-            address,
-        platform::Buttons::Ok, kApplicationTitle, platform::BoxIcon::Exclamation);
+    desktop.SetClipboardText(address);
+    TellNothingOpened();
+}
+
+void OpenMail(const std::string &address, const std::string &workingFolder)
+{
+    if (!platform::TheMachine().desktop->OpenAddress(address, workingFolder))
+        TellNothingOpened();
+}
+
+std::function<void(std::string_view)> &TheStatusLine()
+{
+    static std::function<void(std::string_view)> line;
+    return line;
 }
 
 } // namespace shell

@@ -1,14 +1,24 @@
 // shell/openaddress.h - handing what the program does not show itself to the desktop.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
 
 namespace shell
 {
 
-// Has the desktop open `address`, a path or an address (http:, mailto:), with `workingFolder` as
-// the folder of the opened program where the platform has such a thing. Where nothing opens it a
-// box says so and names it, so that no click is a dead one. Errors: none.
+// Has the desktop open `address`, a path or an address (http:), with `workingFolder` as the folder
+// of the opened program where the platform has such a thing. Where nothing opens it no box comes:
+// the address goes to the clipboard, and the status line says so. Errors: none.
 void OpenAddress(const std::string &address, const std::string &workingFolder);
+
+// The same for the address of a mail (mailto:) whose body is on the clipboard already: that stays
+// there.
+void OpenMail(const std::string &address, const std::string &workingFolder);
+
+// Shows a line to the user where no box is to come. The main window fills it in while it is there;
+// empty: nothing is shown.
+std::function<void(std::string_view)> &TheStatusLine();
 
 } // namespace shell

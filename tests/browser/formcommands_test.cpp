@@ -226,8 +226,9 @@ TEST_F(FormCommands, PagesOpenBelowTheStoredAddress)
     desktop.canOpen = false;
     EXPECT_THROW(RunCommand(form, "submnuShowHelp"), runtime::RuntimeError);
     RunCommand(form, "submnuForums");
-    EXPECT_EQ(desktop.boxes, std::vector<std::string>{"No program was found that opens this:\r" +
-                                                      desktop.opened[0]});
+    EXPECT_EQ(desktop.boxes, std::vector<std::string>{});
+    EXPECT_EQ(desktop.clipboard, desktop.opened[0]);
+    EXPECT_EQ(form.SB.Panel("Playing").text, "Nothing opens this. The text is on the clipboard.");
 }
 
 TEST_F(FormCommands, EndingTheProgramBeforeAPageIsKnownOpensNone)

@@ -58,7 +58,7 @@ public:
         return std::nullopt;
     }
     void EmptyClipboard() override {}
-    void SetClipboardText(std::string_view) override {}
+    void SetClipboardText(std::string_view text) override { clipboard = text; }
     bool OpenAddress(const std::string &address, const std::string &) override
     {
         opened.push_back(address);
@@ -78,6 +78,7 @@ public:
     }
 
     std::vector<std::string> boxes, opened;
+    std::string clipboard;
     std::vector<platform::Pointer> pointers;
     bool canOpen = true;
     int yields = 0;
