@@ -9,7 +9,6 @@
 #include "platform/drives.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
-#include "runtime/numbers.h"
 #include "runtime/text.h"
 #include "shell/globals.h"
 #include "shell/language.h"
@@ -58,26 +57,6 @@ void Guarded(Addition &addition, const Step &step)
     } catch (const runtime::RuntimeError &) {
         addition.result = kFailed;
     }
-}
-
-// The text of a field of the ID3v1 record, without the blanks that fill the record's field and
-// without the NULs that filled the tag's.
-std::string UsedText(std::string_view field)
-{
-    return std::string(runtime::StripTrailingNulls(runtime::Trim(field)));
-}
-
-// The ID3v1 tag in the common form; its genre becomes a number in text form.
-void CopyTag(const metadata::ID3v1Tag &from, metadata::ID3v2Tag &to)
-{
-    to.Artist = UsedText(from.Artist);
-    to.Album = UsedText(from.Album);
-    to.Comment = UsedText(from.Comment);
-    to.Genre = runtime::NumberText(from.Genre);
-    to.Header = UsedText(from.Header);
-    to.Title = UsedText(from.Title);
-    to.Track = from.Track;
-    to.Year = UsedText(from.Year);
 }
 
 // The row is written all the same, with empty values; the lyrics are the only text left alone.

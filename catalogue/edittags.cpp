@@ -4,6 +4,8 @@
 #include "metadata/genres.h"
 #include "runtime/codepage.h"
 #include "runtime/error.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
 
 namespace catalogue
 {
@@ -19,6 +21,23 @@ std::string Update(const std::string &query, const std::vector<Value> &values)
 }
 
 } // namespace
+
+std::string UsedText(std::string_view field)
+{
+    return std::string(runtime::StripTrailingNulls(runtime::Trim(field)));
+}
+
+void CopyTag(const metadata::ID3v1Tag &from, metadata::ID3v2Tag &to)
+{
+    to.Artist = UsedText(from.Artist);
+    to.Album = UsedText(from.Album);
+    to.Comment = UsedText(from.Comment);
+    to.Genre = runtime::NumberText(from.Genre);
+    to.Header = UsedText(from.Header);
+    to.Title = UsedText(from.Title);
+    to.Track = from.Track;
+    to.Year = UsedText(from.Year);
+}
 
 std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &genre)
 {

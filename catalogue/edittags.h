@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace catalogue
@@ -18,6 +19,14 @@ inline constexpr std::size_t kLongestTextBytes = 32767;
 // The seven texts of a tag in the order of the columns, from file bytes to text, with `genre` (file
 // bytes) in its place; what is longer than a row keeps is cut off.
 std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &genre);
+
+// A field of the ID3v1 record without the blanks that fill it and without the NULs that filled the
+// tag's; file bytes.
+[[nodiscard]] std::string UsedText(std::string_view field);
+
+// The ID3v1 tag in the common form: the used texts, the genre as a number in text form. The lyrics
+// of `to` stay.
+void CopyTag(const metadata::ID3v1Tag &from, metadata::ID3v2Tag &to);
 
 // Brings the rows of `path` to the values of `tag`, the genre by its name: "Edit1", then "Edit2"
 // (which leaves the artist of duplicated entries).

@@ -37,6 +37,13 @@ constexpr std::string_view kEditedTwice =
     " is being edited by another program at the same time. This change was not written; read its "
     "tags again and repeat the change.";
 
+// How the last call ended.
+SaveResult &TheResult()
+{
+    static SaveResult result = SaveResult::Unchanged;
+    return result;
+}
+
 // One call of SaveTag.
 struct Edit {
     ID3v1Tag &id3v1;
@@ -316,6 +323,7 @@ bool PutInPlace(const Edit &edit)
         }
         const int reason = Files().Rename(edit.copyPath, edit.realPath);
         if (!IsTransient(reason) || platform::IsEndRequested()) {
+            TheResult() = reason == 0 ? SaveResult::Written : SaveResult::Failed;
             Run([&] {
                 Check(reason);
                 Check(Files().FlushFolderOf(edit.realPath));
@@ -350,13 +358,17 @@ bool ReplaceSong(const Edit &edit)
 // True when the song was to be rewritten.
 bool Rewrite(Edit &edit)
 {
+    TheResult() = SaveResult::Refused;
     if (!Ground(edit))
         return false;
+    TheResult() = SaveResult::Failed;
     const auto removed = BuildTags(edit);
     if (!removed)
         return false;
+    TheResult() = SaveResult::Unchanged;
     if (!*removed && edit.image == edit.raw.id3v1Image && IsID3v2Unchanged(edit))
         return false;
+    TheResult() = SaveResult::Refused;
     if (shell::TheGlobals().BackUpFiles)
         BackUp(edit);
     edit.copyPath = edit.realPath + std::string(kCopyEnding);
@@ -365,7 +377,10 @@ bool Rewrite(Edit &edit)
         return false;
     if (shell::TheGlobals().UpdateDBAfterEditing)
         UpdateCatalogue(edit);
-    return *written ? ReplaceSong(edit) : true;
+    if (*written)
+        return ReplaceSong(edit);
+    TheResult() = SaveResult::Failed;
+    return true;
 }
 
 } // namespace
@@ -382,6 +397,11 @@ bool SaveTag(ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, const ID3v1Tag & /*not used*/,
     Desktop().SetPointer(platform::Pointer::Normal);
     Desktop().DoEvents();
     return result;
+}
+
+SaveResult LastSaveResult()
+{
+    return TheResult();
 }
 
 TagWriterHooks &TheTagWriterHooks()

@@ -36,6 +36,15 @@ bool SaveTag(ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, const ID3v1Tag &OldID3v1, const I
              const std::string &FileName, bool WriteID3v1, bool WriteID3v2,
              ui::Label *ProgressLabel);
 
+// What the last SaveTag came to; its own result does not tell them apart.
+enum class SaveResult {
+    Unchanged, // nothing was to be written
+    Refused,   // the song is not as it was read: nothing was written
+    Failed,    // a step failed and was told: the song is as it was
+    Written
+};
+[[nodiscard]] SaveResult LastSaveResult();
+
 // What SaveTag calls up to. app/ fills it in; an empty function is not called. What they throw as
 // RuntimeError is told as the failure of their step.
 struct TagWriterHooks {

@@ -157,4 +157,22 @@ std::string BytesOfText(std::string_view utf8)
     return bytes;
 }
 
+std::string CharactersLacking(std::string_view utf8)
+{
+    std::string lacking;
+    while (!utf8.empty()) {
+        utf8proc_int32_t codePoint = 0;
+        const auto length =
+            utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t *>(utf8.data()),
+                             static_cast<utf8proc_ssize_t>(utf8.size()), &codePoint);
+        const auto taken = static_cast<std::size_t>(std::max<utf8proc_ssize_t>(length, 1));
+        const std::string_view character = utf8.substr(0, taken);
+        utf8.remove_prefix(taken);
+        if (length > 1 && ByteOfCodePoint(TheState(), codePoint) == '?' &&
+            lacking.find(character) == std::string::npos)
+            lacking += character;
+    }
+    return lacking;
+}
+
 } // namespace runtime

@@ -27,6 +27,8 @@ std::string DescribeError(int number)
         return "File not found";
     case kDeviceIoError:
         return "Device I/O error";
+    case kFileExists:
+        return "File already exists";
     case kDiskFull:
         return "Disk full";
     case kPermissionDenied:
@@ -63,6 +65,8 @@ int NumberOfErrno(int errnoValue)
     case EISDIR:
     case EROFS:
         return kPathFileAccess;
+    case EEXIST:
+        return kFileExists;
     case ENOSPC:
     case EDQUOT:
         return kDiskFull;

@@ -18,6 +18,7 @@ enum ErrorNumber : int {
     kBadFileNumber = 52,
     kFileNotFound = 53,
     kDeviceIoError = 57,
+    kFileExists = 58,
     kDiskFull = 61,
     kPermissionDenied = 70,
     kPathFileAccess = 75,
