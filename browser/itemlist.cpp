@@ -366,7 +366,12 @@ void BindListEvents(MainForm &form)
 std::string SelectedPath(const ui::KeyedList &list)
 {
     const ui::RowId row = list.SelectedItem();
-    if (row == ui::kNoRow || !list.Key(row).starts_with(kFileMarker))
+    return row == ui::kNoRow ? std::string() : PathOfRow(list, row);
+}
+
+std::string PathOfRow(const ui::KeyedList &list, ui::RowId row)
+{
+    if (!list.Key(row).starts_with(kFileMarker))
         return {};
     try {
         return std::string(list.SubItem(row, "Path"));

@@ -29,6 +29,9 @@ bool FillItemList(ui::KeyedList &list, catalogue::Recordset &records,
 // Binds the list's events: Click, ItemClick, DblClick, ColumnClick.
 void BindListEvents(MainForm &form);
 
+// The path of a file's row; empty for any other (a folder, the warning row).
+std::string PathOfRow(const ui::KeyedList &list, ui::RowId row);
+
 // The path of a list's selected file row; empty when there is none (no selection, a folder, the
 // warning row).
 std::string SelectedPath(const ui::KeyedList &list);

@@ -1,0 +1,239 @@
+#include "browser/filecommands.h"
+
+#include "browser/fieldtree.h"
+#include "browser/itemlist.h"
+#include "browser/webpanel.h"
+#include "catalogue/addfile.h"
+#include "catalogue/adoclass.h"
+#include "catalogue/edittags.h"
+#include "metadata/genres.h"
+#include "metadata/mp3info.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "runtime/codepage.h"
+#include "runtime/error.h"
+#include "runtime/text.h"
+#include "shell/language.h"
+#include "shell/paths.h"
+#include "shell/preferences/failuremail.h"
+#include "shell/settings.h"
+
+#include <cerrno>
+
+namespace browser
+{
+
+namespace
+{
+
+platform::Desktop &Desktop()
+{
+    return *platform::TheMachine().desktop;
+}
+
+platform::Files &Files()
+{
+    return *platform::TheMachine().files;
+}
+
+std::string Message(std::string_view defaultText, std::string_view key)
+{
+    return shell::GetLanguageText(defaultText, key, "Messages");
+}
+
+// --- Add File --------------------------------------------------------------------------------
+
+void MailReport(const std::string &actions, const std::string &reason)
+{
+    Desktop().EmptyClipboard();
+    Desktop().SetClipboardText(shell::ComposeBugReport(actions, reason));
+    shell::EmailBugReport();
+}
+
+void OfferMail(const std::string &reason)
+{
+    const std::string question =
+        Message("The file could not be added. If you think this is a bug, please%0Asend me an "
+                "email with the reason why it cannot be added%0A%0AWould you like to send me an "
+                "email now?",
+                "EmailError");
+    if (Desktop().MessageBox(shell::WithLineBreaks(question), platform::Buttons::YesNo) !=
+        platform::Answer::Yes)
+        return;
+    const std::optional<std::string> actions = Desktop().InputBox(
+        Message("Please input as much information as you can explaining what led you to this error",
+                "InputInformation"),
+        Message("What did you do?", "WhatDidYouDo"), "");
+    if (actions && !actions->empty()) {
+        MailReport(*actions, reason);
+        return;
+    }
+    const std::string words =
+        Message("Sorry... You've enter no actions, I cannot guess what you've done%0Ato get this "
+                "error. If you want me to analyse it you should input what%0Ayou've done.",
+                "NoInfoTyped");
+    Desktop().MessageBox(shell::WithLineBreaks(words), platform::Buttons::Ok, "No actions",
+                         platform::BoxIcon::Exclamation);
+}
+
+// --- Duplicate entry -------------------------------------------------------------------------
+
+// The tags of a file in the common form. Errors: FileError when it cannot be read.
+metadata::ID3v2Tag ReadTags(const std::string &path)
+{
+    metadata::ID3v1Tag id3v1;
+    metadata::ID3v2Tag tag;
+    metadata::MPEGHeader header;
+    bool hasID3v1 = false;
+    bool hasID3v2 = false;
+    metadata::GetMP3Info(path, id3v1, tag, header, hasID3v1, hasID3v2, false);
+    if (const int failure = metadata::LastReadFailure(); failure != 0)
+        throw runtime::FileError(failure, path);
+    if (hasID3v1 && !hasID3v2)
+        catalogue::CopyTag(id3v1, tag);
+    return tag;
+}
+
+// --- Rename ----------------------------------------------------------------------------------
+
+// A marker of a statement's parameters that neither text holds.
+std::string MarkerNotIn(std::string_view first, std::string_view second)
+{
+    std::string marker = "?";
+    while (first.find(marker) != std::string_view::npos ||
+           second.find(marker) != std::string_view::npos)
+        marker += "?";
+    return marker;
+}
+
+// Whether both are names of one file that has no other: on a file system without letter case the
+// same name, written otherwise.
+bool IsOtherCaseOfName(const std::string &from, const std::string &to)
+{
+    platform::FileIdentity one;
+    platform::FileIdentity other;
+    return runtime::EqualText(from, to) && Files().Identify(from, one) == 0 &&
+           Files().Identify(to, other) == 0 && one.device == other.device &&
+           one.inode == other.inode;
+}
+
+// Gives the file its new name. Returns an errno.
+int GiveName(const std::string &from, const std::string &to)
+{
+    int reason = Files().RenameNew(from, to);
+    if (reason == EEXIST && IsOtherCaseOfName(from, to))
+        reason = Files().Rename(from, to);
+    if (reason == 0) {
+        Files().FlushFolderOf(to);
+        if (shell::GetFolderPath(from) != shell::GetFolderPath(to))
+            Files().FlushFolderOf(from);
+    }
+    return reason;
+}
+
+runtime::RuntimeError RenameError(int reason, const std::string &from, const std::string &to)
+{
+    return runtime::FileError(reason, reason == EEXIST ? to : from + " -> " + to);
+}
+
+// What failed; empty when all rows of the file have its new path.
+std::string RenameRows(const std::string &from, const std::string &to)
+{
+    const std::string marker = MarkerNotIn(from, to);
+    const std::vector<catalogue::Value> values{to, from};
+    catalogue::DataAccess->ExecuteSQL("UPDATE MP3s SET Path = " + marker +
+                                          " WHERE Path = " + marker,
+                                      catalogue::kUpdate, values, marker);
+    return catalogue::DataAccess->Succeeded ? std::string() : catalogue::DataAccess->ErrorMessage;
+}
+
+// The row of the list that still shows the file.
+void ShowNewPath(MainForm &form, const std::string &key, const std::string &from,
+                 const std::string &to)
+{
+    const ui::RowId row = form.LV.Find(key);
+    if (row == ui::kNoRow || PathOfRow(form.LV, row) != from)
+        return;
+    form.LV.SetSubItem(row, "Path", to);
+    ShowSelectedItemInfo(form.LV, form);
+}
+
+} // namespace
+
+std::optional<std::string> ChooseMP3(std::string_view title, std::string_view kindOfFile)
+{
+    const std::vector<platform::FileFilter> filters{{std::string(kindOfFile), "*.mp3"}};
+    std::optional<std::string> file =
+        Desktop().OpenDialog(title, filters, shell::GetPreference("MP3 Directory"));
+    return file && !file->empty() ? file : std::nullopt;
+}
+
+void AddFile(MainForm &form)
+{
+    const std::optional<std::string> file =
+        ChooseMP3(shell::GetLanguageText("Select the MP3 file", "MP3Select", "CommonDialogs"),
+                  shell::GetLanguageText("MP3 Files", "MP3Files", "TypesOfFile"));
+    if (!file)
+        return;
+    std::string reason;
+    const std::int16_t result = catalogue::AddOrUpdateMP3(*file, reason);
+    if (result == catalogue::kAdded || result == catalogue::kUntagged)
+        RefreshTree(form);
+    if (result == catalogue::kUntagged)
+        Desktop().MessageBox(reason + "\rThis means it will only be found on the path's node");
+    if (result == catalogue::kFailed)
+        OfferMail(reason);
+}
+
+void DuplicateEntry(ui::KeyedList &list)
+{
+    const std::string path = SelectedPath(list);
+    if (path.empty())
+        return;
+    const metadata::ID3v2Tag tag = ReadTags(path);
+    const std::string artist = runtime::TextOfBytes(tag.Artist);
+    const std::optional<std::string> artists =
+        Desktop().InputBox("Type the names of the artists", "Artist' Names", artist);
+    if (!artists || artists->empty())
+        return;
+    std::vector<catalogue::Value> values =
+        catalogue::TagValues(tag, metadata::GenreName(tag.Genre));
+    values[1] = *artists;
+    values.emplace_back(path);
+    values.emplace_back(std::int64_t{1});
+    catalogue::DataAccess->ExecuteSQL("AddMP3", catalogue::kStoredInsert, values);
+    if (catalogue::DataAccess->Succeeded)
+        Desktop().MessageBox("The MP3 was duplicated correctly", platform::Buttons::Ok, "Success");
+    else
+        Desktop().MessageBox("The MP3 could not be duplicated.\r\rReason:\r" +
+                                 catalogue::DataAccess->ErrorMessage,
+                             platform::Buttons::Ok, "Error");
+}
+
+void RenameFile(MainForm &form)
+{
+    const std::string from = SelectedPath(form.LV);
+    if (from.empty())
+        return;
+    const std::string key(form.LV.Key(form.LV.SelectedItem()));
+    const std::optional<std::string> name =
+        Desktop().InputBox("Type the name of the new file", "New Name", shell::GetFileName(from));
+    if (!name || name->empty())
+        return;
+    const std::string to = shell::GetFolderPath(from) + *name;
+    if (to == from)
+        return;
+    if (const int reason = GiveName(from, to); reason != 0)
+        throw RenameError(reason, from, to);
+    const std::string failure = RenameRows(from, to);
+    if (failure.empty()) {
+        ShowNewPath(form, key, from, to);
+        return;
+    }
+    const int reason = GiveName(to, from);
+    Desktop().MessageBox(failure, platform::Buttons::Ok, {}, platform::BoxIcon::Exclamation);
+    if (reason != 0)
+        throw RenameError(reason, to, from);
+}
+
+} // namespace browser
