@@ -1,0 +1,192 @@
+// The OK of the tag editor: both columns become records, and those go into the song.
+#include "catalogue/edittags.h"
+#include "metadata/genres.h"
+#include "metadata/tagwriter.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "runtime/error.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
+#include "shell/globals.h"
+#include "shell/language.h"
+#include "tagedit/boxtext.h"
+#include "tagedit/tageditor.h"
+
+#include <limits>
+
+namespace tagedit
+{
+
+namespace
+{
+
+constexpr std::string_view kNoGenre = "256"; // no number of a genre, so that none is written
+
+template <class Box>
+std::string FieldOf(const Box &box)
+{
+    return EditedField(box.field, box.Text());
+}
+
+std::uint8_t TrackByte(const TagBox &box)
+{
+    const std::int16_t track = runtime::RoundToInt16(runtime::LeadingNumber(box.Text()));
+    if (track < 0 || track > std::numeric_limits<std::uint8_t>::max())
+        throw runtime::RuntimeError(runtime::kOverflow);
+    return static_cast<std::uint8_t>(track);
+}
+
+// `text` as the fixed-width field of a record.
+std::string Fixed(std::string text, std::size_t width)
+{
+    text.resize(width, ' ');
+    return text;
+}
+
+metadata::ID3v1Tag NewID3v1(Column &column)
+{
+    metadata::ID3v1Tag tag;
+    tag.Title = Fixed(FieldOf(column.txtTitle), 30);
+    tag.Artist = Fixed(FieldOf(column.txtArtist), 30);
+    tag.Album = Fixed(FieldOf(column.txtAlbum), 30);
+    tag.Year = Fixed(FieldOf(column.txtYear), 4);
+    tag.Comment = Fixed(FieldOf(column.txtComment), 29);
+    tag.Genre = metadata::GenreNumber(FieldOf(column.cmbGenre));
+    tag.Track = TrackByte(column.txtTrack);
+    return tag;
+}
+
+metadata::ID3v2Tag NewID3v2(Column &column)
+{
+    metadata::ID3v2Tag tag;
+    tag.Title = FieldOf(column.txtTitle);
+    tag.Artist = FieldOf(column.txtArtist);
+    tag.Album = FieldOf(column.txtAlbum);
+    tag.Year = FieldOf(column.txtYear);
+    tag.Comment = FieldOf(column.txtComment);
+    tag.Genre = FieldOf(column.cmbGenre);
+    if (tag.Genre.empty())
+        tag.Genre = kNoGenre;
+    tag.Track = runtime::RoundToInt16(runtime::LeadingNumber(column.txtTrack.Text()));
+    tag.Lyrics = FieldOf(column.txtLyrics);
+    return tag;
+}
+
+platform::Answer Ask(std::string_view defaultText, std::string_view key)
+{
+    return platform::TheMachine().desktop->MessageBox(
+        shell::GetLanguageText(defaultText, key, "TagEditor"), platform::Buttons::YesNo, {},
+        platform::BoxIcon::Exclamation);
+}
+
+// Whether the tags of the file are those that the editor was opened with.
+bool AreTagsAsOpened(const metadata::RawTags &opened, const metadata::RawTags &now)
+{
+    return opened.failure == now.failure && opened.body == now.body &&
+           (now.body.empty() || opened.majorVersion == now.majorVersion) &&
+           opened.fileHasID3v1 == now.fileHasID3v1 &&
+           (!now.fileHasID3v1 || opened.id3v1Image == now.id3v1Image);
+}
+
+// The second look, right before the song is written: what the module holds is that of the file as
+// it is now.
+metadata::RawTags LookAgain(const TagEditor &editor, metadata::ID3v1Tag &id3v1,
+                            metadata::ID3v2Tag &id3v2)
+{
+    metadata::MPEGHeader header;
+    bool hasID3v1 = false;
+    bool hasID3v2 = false;
+    metadata::GetMP3Info(editor.File, id3v1, id3v2, header, hasID3v1, hasID3v2, false);
+    metadata::RawTags now = metadata::CopyRawTags();
+    if (hasID3v1 && !hasID3v2)
+        catalogue::CopyTag(id3v1, id3v2);
+    return now;
+}
+
+// The song could not be written, yet its rows were brought to the new tags: they get those of the
+// file again.
+void PutRowsBack(const TagEditor &editor, const metadata::ID3v2Tag &fileTag)
+{
+    const auto &update = metadata::TheTagWriterHooks().updateCatalogue;
+    if (shell::TheGlobals().UpdateDBAfterEditing && update)
+        update(fileTag, editor.File);
+}
+
+void OfferToReadAgain(TagEditor &editor)
+{
+    const platform::Answer answer =
+        Ask("Would you like to read the tags of this file again? What was typed here is lost then.",
+            "ReadAgain");
+    if (answer == platform::Answer::Yes)
+        LoadTags(editor);
+}
+
+bool Save(TagEditor &editor)
+{
+    metadata::ID3v1Tag fileID3v1;
+    metadata::ID3v2Tag fileTag;
+    const metadata::RawTags now = LookAgain(editor, fileID3v1, fileTag);
+    if (now.failure == 0 && !AreTagsAsOpened(editor.opened, now)) {
+        const platform::Answer answer =
+            Ask("The tags of this file were changed by another program since they were read. "
+                "Nothing was written. Would you like to read them again? What was typed here is "
+                "lost then.",
+                "ChangedOutside");
+        if (answer == platform::Answer::Yes)
+            LoadTags(editor);
+        return false;
+    }
+    metadata::ID3v1Tag newID3v1 = NewID3v1(editor.At(kID3v1));
+    metadata::ID3v2Tag newID3v2 = NewID3v2(editor.At(kID3v2));
+    metadata::SaveTag(newID3v1, newID3v2, editor.oldID3v1, editor.oldID3v2, editor.File,
+                      editor.At(kID3v1).HasID3Tag.Checked(), editor.At(kID3v2).HasID3Tag.Checked(),
+                      nullptr);
+    switch (metadata::LastSaveResult()) {
+    case metadata::SaveResult::Refused:
+        if (now.failure == 0)
+            OfferToReadAgain(editor);
+        return false;
+    case metadata::SaveResult::Failed:
+        PutRowsBack(editor, fileTag);
+        return false;
+    case metadata::SaveResult::Unchanged:
+    case metadata::SaveResult::Written:
+        break;
+    }
+    if (editor.saved)
+        editor.saved(newID3v1, newID3v2);
+    return true;
+}
+
+// Marks the editor as saving: its buttons rest, and the line that says so is shown.
+class SavingMark
+{
+public:
+    explicit SavingMark(TagEditor &editor) : m_editor(editor) { Set(true); }
+    ~SavingMark() { Set(false); }
+    SavingMark(const SavingMark &) = delete;
+    SavingMark &operator=(const SavingMark &) = delete;
+
+private:
+    void Set(bool saving)
+    {
+        m_editor.saving = saving;
+        m_editor.cmdOk.SetEnabled(!saving);
+        m_editor.cmdCancel.SetEnabled(!saving);
+        m_editor.lblBusy.SetVisible(saving);
+    }
+
+    TagEditor &m_editor;
+};
+
+} // namespace
+
+bool cmdOk_Click(TagEditor &editor)
+{
+    if (editor.saving)
+        return false;
+    const SavingMark mark(editor);
+    return Save(editor);
+}
+
+} // namespace tagedit

@@ -1,0 +1,112 @@
+// tagedit/tageditor.h - frmEditTag without its window: the two tags of one song in two columns, 1 =
+// ID3v1 and 2 = ID3v2, and what its buttons and keys do.
+#pragma once
+
+#include "metadata/mp3info.h"
+#include "metadata/records.h"
+#include "ui/controls/checkbox.h"
+#include "ui/controls/combobox.h"
+#include "ui/controls/label.h"
+#include "ui/controls/textbox.h"
+
+#include <array>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace tagedit
+{
+
+inline constexpr int kID3v1 = 1, kID3v2 = 2;
+
+// A text box, and the field that it was filled with (file bytes).
+struct TagBox : ui::TextBox {
+    std::string field;
+};
+
+// A combo box likewise.
+struct GenreBox : ui::ComboBox {
+    std::string field;
+};
+
+// The controls with one index. txtLyrics of column 1 is not shown.
+struct Column {
+    ui::Label ID3Info;
+    ui::CheckBox HasID3Tag;
+    TagBox txtTitle, txtArtist, txtAlbum, txtYear, txtComment, txtTrack, txtLyrics;
+    GenreBox cmbGenre;
+    ui::Label cmdToID3; // a button
+    int tag = 0;        // the button's: the column that it copies to
+
+    std::array<TagBox *, 5> TextBoxes()
+    {
+        return {&txtTitle, &txtArtist, &txtAlbum, &txtYear, &txtComment};
+    }
+};
+
+struct TagEditor {
+    TagEditor();
+    TagEditor(const TagEditor &) = delete;
+    TagEditor &operator=(const TagEditor &) = delete;
+
+    std::string File; // the full path of the song, byte for byte
+
+    std::string caption;
+    ui::Label frmHeader, lblMPEGInfo;
+    std::array<ui::Label, 7> labels; // Label10 to Label16
+    Column &At(int index) { return m_columns.at(static_cast<std::size_t>(index) - 1); }
+    ui::Label cmdOk, cmdCancel; // buttons
+    ui::Label lblNote; // what will be written in place of characters that a tag cannot hold
+    ui::Label lblBusy; // visible while the song is written
+
+    // The records as they were read; SaveTag compares with them. The file as it was then.
+    metadata::ID3v1Tag oldID3v1;
+    metadata::ID3v2Tag oldID3v2;
+    metadata::RawTags opened;
+
+    bool saving = false;
+
+    // Called with the new tags once the song is saved and the window is to close; may be empty.
+    std::function<void(const metadata::ID3v1Tag &, const metadata::ID3v2Tag &)> saved;
+
+private:
+    std::array<Column, 2> m_columns;
+};
+
+// The load of the window: texts in the user's language, the genre lists, then LoadTags.
+void LoadTagEditor(TagEditor &editor);
+
+// Reads `File` and fills header, check boxes and columns; these are the old values from now on. A
+// file that cannot be read leaves the columns empty and switched off.
+void LoadTags(TagEditor &editor);
+
+// Whether the tag is to be in the file: enables or disables the column's controls.
+void SetHasID3Tag(TagEditor &editor, int index, bool checked);
+
+// Copies the texts of column `index` to the one in the button's tag and switches that on. What goes
+// to column 1 is cut to 30 characters, the year to 4. The lyrics are not copied.
+void cmdToID3_Click(TagEditor &editor, int index);
+
+// A key press in the genre box of column `index`: true when the key was taken, which in column 1 is
+// any; there a letter selects the next entry that begins with it.
+bool cmbGenre_KeyPress(TagEditor &editor, int index, std::string_view letter);
+
+// A key press (a character or Backspace) in a text box: true when it is to be dropped, because the
+// box is one of column 1 and has reached its limit.
+[[nodiscard]] bool IsLimitReached(TagEditor &editor, const ui::TextBox &box);
+
+// The text of one of the boxes has changed: `lblNote` says which characters no tag can hold.
+void ShowNote(TagEditor &editor);
+
+// Writes both columns into the song. Takes one or two seconds and lets events run; a second call in
+// that time does nothing.
+// Returns: true when the window is to close: the song is saved, or nothing was to be saved. False
+//     when the song was left as it is, after a box that says why: changed by another program since
+//     it was read (the user may then have it read again), gone, or a step of the writing failed.
+// Errors: kOverflow when a track does not fit: 0 to 255 in column 1, 16 bits with sign in column 2.
+bool cmdOk_Click(TagEditor &editor);
+
+// Whether Cancel, Escape or the window's own close may close the window now.
+[[nodiscard]] bool MayClose(const TagEditor &editor);
+
+} // namespace tagedit

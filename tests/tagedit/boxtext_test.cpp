@@ -1,0 +1,96 @@
+// What a box shows of a field, and the field behind a changed box.
+#include "runtime/codepage.h"
+#include "tagedit/boxtext.h"
+#include "tests/metadata/mp3bytes.h"
+
+#include <gtest/gtest.h>
+
+using tagedit::EditedField;
+using tagedit::ShownText;
+using tests::Z;
+
+TEST(ShownText, EndsAtTheFirstNul)
+{
+    EXPECT_EQ(ShownText(Z("abc\0def")), "abc");
+    EXPECT_EQ(ShownText(Z("\0abc")), "");
+    EXPECT_EQ(ShownText("Se\xF1or"), "Señor");
+    EXPECT_EQ(ShownText("a\r\nb\rc\nd"), "a\r\nb\rc\nd");
+    EXPECT_EQ(ShownText(""), "");
+}
+
+// Whatever bytes a field holds: a box that nobody touched gives them back, and a character typed at
+// the end or the start, then taken away again, changes nothing but what lay behind a NUL.
+TEST(EditedField, EveryByteComesBack)
+{
+    std::string every;
+    for (int byte = 1; byte < 256; ++byte)
+        every += static_cast<char>(byte);
+    every = "first" + every + "last\xA0\t ";
+    EXPECT_EQ(EditedField(every, ShownText(every)), every);
+    EXPECT_EQ(EditedField(every, ShownText(every) + "x"), every + "x");
+    EXPECT_EQ(EditedField(every, "x" + ShownText(every)), "x" + every);
+    EXPECT_EQ(EditedField(Z("a\0b\0"), "a"), Z("a\0b\0"));
+    EXPECT_EQ(EditedField(Z("a\0b\0"), "ax"), "ax");
+    EXPECT_EQ(EditedField(Z("a\0b\0"), ""), "");
+}
+
+TEST(EditedField, Table)
+{
+    const struct {
+        const char *name;
+        std::string field, edited, want;
+    } cases[] = {
+        {"typed into an empty box", "", "Señor", "Se\xF1or"},
+        {"emptied", "abc", "", ""},
+        {"a letter in the middle", "abc", "abxc", "abxc"},
+        {"a letter less", "aabb", "abb", "abb"},
+        {"everything new", "abc", "xyz", "xyz"},
+        {"a new line end is CR LF", "ab", "a\nb", "a\r\nb"},
+        {"the toolkit's line ends are the field's own", "a\rb\nc\r\nd", "a\nb\nc\nd!",
+         "a\rb\nc\r\nd!"},
+        {"the toolkit's separator too", "a\r\nb",
+         "a\xE2\x80\xA9"
+         "bc",
+         "a\r\nbc"},
+        {"a line between lines", "a\rb\rc", "a\nb\nnew\nc", "a\rb\rnew\r\nc"},
+        {"a line taken out", "a\rb\nc", "a\nc", "a\rc"},
+        {"what the code page lacks", "abc", "abŁc", "ab?c"},
+        {"a no-break space stays",
+         "a\xA0"
+         "b",
+         "a\xC2\xA0"
+         "bc",
+         "a\xA0"
+         "bc"},
+        {"accents around the change", "\xE9\xE8", "éxè", "\xE9x\xE8"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(EditedField(c.field, c.edited), c.want) << c.name;
+}
+
+TEST(EditedField, FollowsTheCodePage)
+{
+    runtime::UseCodePage(1250);
+    EXPECT_EQ(EditedField("\xB3", "łx"), "\xB3x"); // U+0142
+    EXPECT_EQ(ShownText("\xB3"), "ł");
+    runtime::UseCodePage(1252);
+}
+
+TEST(Characters, AreCountedNotTheirBytes)
+{
+    EXPECT_EQ(tagedit::CountCharacters(""), 0U);
+    EXPECT_EQ(tagedit::CountCharacters("Señor"), 5U);
+    EXPECT_EQ(tagedit::CountCharacters("€𝄞"), 2U);
+    EXPECT_EQ(tagedit::LeftCharacters("Señor", 3), "Señ");
+    EXPECT_EQ(tagedit::LeftCharacters("Señor", 30), "Señor");
+    EXPECT_EQ(tagedit::LeftCharacters("Señor", 0), "");
+}
+
+TEST(CharactersLacking, EachOnce)
+{
+    EXPECT_EQ(runtime::CharactersLacking("Señor €? \x01"), "");
+    EXPECT_EQ(runtime::CharactersLacking("Łódź Ł𝄞"), "Łź𝄞");
+    runtime::UseCodePage(1250);
+    EXPECT_EQ(runtime::CharactersLacking("Łódź ñ"), "ñ");
+    runtime::UseCodePage(1252);
+}
