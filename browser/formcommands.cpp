@@ -1,5 +1,7 @@
 // The main form's commands: dispatch by name, its own handlers, keys, the language menu.
+#include "browser/exportfiles.h"
 #include "browser/fieldtree.h"
+#include "browser/filecommands.h"
 #include "browser/formhandlers.h"
 #include "browser/itemlist.h"
 #include "browser/webpanel.h"
@@ -32,6 +34,8 @@ bool IsFileCommand(std::string_view name)
 
 bool CanRunNow(const MainForm &form, std::string_view name)
 {
+    if (form.exporting && name != "submnuExit")
+        return false;
     return CanRun(name) && (form.fileCommandsEnabled || !IsFileCommand(name));
 }
 
@@ -109,6 +113,19 @@ void ShowHelp()
                                     runtime::DescribeError(runtime::kFileNotFound) + ": " + file);
 }
 
+// While one lives, commands work on the list that the popup was opened on.
+class PopupClick
+{
+public:
+    explicit PopupClick(MainForm &form) : m_form(form) { m_form.inPopupClick = true; }
+    ~PopupClick() { m_form.inPopupClick = false; }
+    PopupClick(const PopupClick &) = delete;
+    PopupClick &operator=(const PopupClick &) = delete;
+
+private:
+    MainForm &m_form;
+};
+
 } // namespace
 
 void RegisterOwnCommands(MainForm &form)
@@ -118,6 +135,10 @@ void RegisterOwnCommands(MainForm &form)
     RegisterCommand("submnuRefreshTree", [&form] { RefreshTree(form); });
     RegisterCommand("submnuWebStyle", [&form] { ToggleWebStyle(form); });
     RegisterCommand("submnuShowHelp", ShowHelp);
+    RegisterCommand("submnuAddFile", [&form] { AddFile(form); });
+    RegisterCommand("submnuDuplicateEntry",
+                    [&form] { DuplicateEntry(form.inPopupClick ? PopupList(form) : form.LV); });
+    RegisterCommand("submnuRename", [&form] { RenameFile(form); });
     RegisterCommand("submnuForums", [] { OpenPage("Forums/default.asp"); });
     RegisterCommand("submnuTutorials", [] { OpenPage("Tutorial%20Index.asp"); });
     RegisterCommand("submnuEnglish", ChooseEnglish);
@@ -131,11 +152,16 @@ void RunCommand(MainForm &form, std::string_view name)
     RunHandler(name);
 }
 
-bool Form_KeyDown(MainForm & /*form*/, int keyCode, bool alt)
+bool Form_KeyDown(MainForm &form, int keyCode, bool alt)
 {
+    constexpr int kEscapeKey = 27;
+    if (keyCode == kEscapeKey && form.exporting) {
+        StopExport(form);
+        return true;
+    }
     if (keyCode != '3' || !alt)
         return false;
-    if (CanRun("submnuFileInfo"))
+    if (CanRun("submnuFileInfo") && !form.exporting)
         RunHandler("submnuFileInfo");
     return true;
 }
@@ -198,10 +224,13 @@ void UpdatePopup(MainForm &form)
         form.cp[i].enabled = PopupLines()[i].IsTitle() || CanRun(PopupLines()[i].command);
 }
 
-void ClickPopup(MainForm & /*form*/, std::string_view key)
+void ClickPopup(MainForm &form, std::string_view key)
 {
+    if (form.exporting)
+        return;
     for (const PopupLine &line : PopupLines())
         if (line.key == key && !line.IsTitle() && CanRun(line.command)) {
+            const PopupClick click(form);
             RunHandler(line.command);
             return;
         }

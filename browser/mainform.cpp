@@ -1,5 +1,6 @@
 #include "browser/mainform.h"
 
+#include "browser/exportfiles.h"
 #include "browser/fieldtree.h"
 #include "browser/formhandlers.h"
 #include "browser/itemlist.h"
@@ -249,6 +250,11 @@ void CloseMainForm(MainForm &form)
     if (catalogue::IsRegenerating()) {
         form.closePending = true;
         catalogue::StopRegeneration();
+        return;
+    }
+    if (form.exporting) {
+        form.closePending = true;
+        StopExport(form);
         return;
     }
     UnloadMainForm(form);

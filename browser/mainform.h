@@ -95,7 +95,12 @@ struct MainForm : PanelForm {
     bool progressBarLaid = false;     // the bar moves into the status bar once a run
     bool separatorReleased = false;   // a release came while a move was laying out
     bool listHooked = false;
-    bool closePending = false; // the window closes when the running regeneration has ended
+    bool closePending =
+        false; // the window closes when the running regeneration or export has ended
+    bool inPopupClick = false;  // a command of the popup runs
+    bool exporting = false;     // lists and commands rest
+    bool exportStopped = false; // the running export ends at the next file
+    std::string exportTarget;   // the folder of the last export of this run; empty at first
 
     // The rows that ItemClick showed last: of which click, for which key, in which filling.
     struct Shown {

@@ -80,6 +80,8 @@ public:
     int TryLock(int) override { return 0; }
     int Delete(const std::string &path) override { return names.erase(path) != 0 ? 0 : ENOENT; }
     int MakeFolder(const std::string &) override { return 0; }
+    int RemoveFolder(const std::string &) override { return 0; }
+    std::int64_t FreeBytes(const std::string &) override { return -EOPNOTSUPP; }
 
 private:
     static constexpr int kFirstHandle = 1'000'000;

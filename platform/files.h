@@ -91,6 +91,13 @@ struct Files {
     // Creates a folder in an existing one, open to its owner alone. Returns an errno.
     virtual int MakeFolder(const std::string &path) = 0;
 
+    // Removes an empty folder. Returns an errno.
+    virtual int RemoveFolder(const std::string &path) = 0;
+
+    // How many bytes this user may still write to the file system of the folder; the negated errno
+    // when that cannot be told.
+    virtual std::int64_t FreeBytes(const std::string &folder) = 0;
+
     // Nanoseconds of the clock by which files are stamped, since 1970, UTC.
     virtual std::int64_t StampClockNs() = 0;
 };

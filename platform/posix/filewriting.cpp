@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -214,6 +215,20 @@ int SystemFilesPort::TryLock(int handle)
 int SystemFilesPort::Delete(const std::string &path)
 {
     return Result(unlink(path.c_str()));
+}
+
+int SystemFilesPort::RemoveFolder(const std::string &path)
+{
+    return Result(rmdir(path.c_str()));
+}
+
+std::int64_t SystemFilesPort::FreeBytes(const std::string &folder)
+{
+    struct statvfs room {
+    };
+    if (statvfs(folder.c_str(), &room) != 0)
+        return -errno;
+    return static_cast<std::int64_t>(room.f_bavail) * static_cast<std::int64_t>(room.f_frsize);
 }
 
 int SystemFilesPort::MakeFolder(const std::string &path)

@@ -27,6 +27,8 @@ public:
     int TryLock(int handle) override;
     int Delete(const std::string &path) override;
     int MakeFolder(const std::string &path) override;
+    int RemoveFolder(const std::string &path) override;
+    std::int64_t FreeBytes(const std::string &folder) override;
     std::int64_t StampClockNs() override;
 };
 

@@ -16,7 +16,9 @@ MENUS = {
               "WebStyle", "Preferences", "NewerVersion"],
     "Help": ["ShowHelp", "TechSupport", "Forums", "Tutorials", "Tips", "SetLanguage", "About"],
 }
-MARKS = {("FolderGroups", "ByField"): ["$Field$"], ("Progress", "AddingInformation"): ["$Field$"],
+MARKS = {("Status", "TooLittleRoom"): ["$Folder$", "$Needed$", "$Free$"],
+         ("TagEditor", "NotInCodePage"): ["$Characters$"],
+         ("FolderGroups", "ByField"): ["$Field$"], ("Progress", "AddingInformation"): ["$Field$"],
          ("Messages", "RemovableDiskNotReady"): ["$DiskType$", "$Label$"]}
 WITH_LINE_BREAKS = {("Messages", key) for key in ("NewerVersionAvailableWannaSeeInfo", "EmailError", "NoInfoTyped")}
 LOOKUP = re.compile(r'GetLanguageText\(\s*(?:"(?:[^"\\]|\\.)*"\s*)+,\s*"([^"]+)"\s*,\s*"([^"]+)"\s*\)')

@@ -1,0 +1,204 @@
+#include "browser/exportfiles.h"
+
+#include "browser/itemlist.h"
+#include "metadata/songcopy.h"
+#include "platform/desktop.h"
+#include "platform/endrequest.h"
+#include "platform/machine.h"
+#include "runtime/error.h"
+#include "runtime/text.h"
+#include "shell/apppath.h"
+#include "shell/language.h"
+#include "shell/paths.h"
+
+#include <map>
+#include <vector>
+
+namespace browser
+{
+
+namespace
+{
+
+platform::Desktop &Desktop()
+{
+    return *platform::TheMachine().desktop;
+}
+
+platform::Files &Files()
+{
+    return *platform::TheMachine().files;
+}
+
+std::string JoinedPath(std::string folder, const std::string &name)
+{
+    if (!folder.ends_with(shell::PathSeparator))
+        folder += shell::PathSeparator;
+    return folder + name;
+}
+
+// The files of the selected rows, in the order in which the list shows them.
+std::vector<std::string> SelectedPaths(const ui::KeyedList &list)
+{
+    std::vector<std::string> paths;
+    for (int i = 0; i < list.Count(); ++i) {
+        const ui::RowId row = list.RowAt(i);
+        if (!list.IsSelected(row))
+            continue;
+        if (std::string path = PathOfRow(list, row); !path.empty())
+            paths.push_back(std::move(path));
+    }
+    return paths;
+}
+
+std::int64_t SizeOf(const std::string &path)
+{
+    platform::FileIdentity identity;
+    return Files().Identify(path, identity) == 0 ? identity.sizeBytes : 0;
+}
+
+// How much the target grows: of files of one name the last one stays, and what stood there goes.
+std::int64_t RoomNeeded(const std::vector<std::string> &paths, const std::string &target)
+{
+    std::map<std::string, std::int64_t> sizes;
+    for (const std::string &path : paths)
+        sizes[shell::GetFileName(path)] = SizeOf(path);
+    std::int64_t needed = 0;
+    for (const auto &[name, size] : sizes)
+        needed += size - SizeOf(JoinedPath(target, name));
+    return needed;
+}
+
+// "12.3 MB", rounded up or down.
+std::string Megabytes(std::int64_t bytes, bool up)
+{
+    constexpr std::int64_t kTenth = 100'000;
+    const std::int64_t tenths = (bytes + (up ? kTenth - 1 : 0)) / kTenth;
+    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " MB";
+}
+
+// Tells it when the room does not suffice. True when it does, or when nobody can say.
+bool HasRoom(const std::vector<std::string> &paths, const std::string &target)
+{
+    const std::int64_t free = Files().FreeBytes(target);
+    const std::int64_t needed = RoomNeeded(paths, target);
+    if (free < 0 || needed <= free)
+        return true;
+    std::string words = shell::GetLanguageText(
+        "There is too little room in $Folder$: $Needed$ are needed, $Free$ are free. Nothing was "
+        "copied.",
+        "TooLittleRoom", "Status");
+    words = runtime::ReplaceFirst(words, "$Needed$", Megabytes(needed, true));
+    words = runtime::ReplaceFirst(words, "$Free$", Megabytes(free, false));
+    Desktop().MessageBox(runtime::ReplaceFirst(words, "$Folder$", target), platform::Buttons::Ok,
+                         {}, platform::BoxIcon::Exclamation);
+    return false;
+}
+
+void EmptyPanels(MainForm &form)
+{
+    form.SB.SetText("Playing", "");
+    form.SB.SetText("Blank", "");
+}
+
+// Lists and commands rest while one lives, and the bar is shown.
+class ExportMark
+{
+public:
+    ExportMark(MainForm &form, std::size_t files) : m_form(form), m_searchList(form.searchList)
+    {
+        m_form.exporting = true;
+        m_form.exportStopped = false;
+        EnableLists(false);
+        ShowProgressBar(m_form);
+        m_form.PBar.SetValue(0);
+        m_form.PBar.SetMax(static_cast<std::int64_t>(files));
+        m_form.PBar.SetVisible(true);
+    }
+    ~ExportMark()
+    {
+        EmptyPanels(m_form);
+        m_form.PBar.SetVisible(false);
+        m_form.exporting = false;
+        EnableLists(true);
+    }
+    ExportMark(const ExportMark &) = delete;
+    ExportMark &operator=(const ExportMark &) = delete;
+
+private:
+    void EnableLists(bool enabled)
+    {
+        m_form.TV.SetEnabled(enabled);
+        m_form.LV.SetEnabled(enabled);
+        if (m_searchList != nullptr && m_searchList == m_form.searchList)
+            m_searchList->SetEnabled(enabled);
+        UpdateCommands(m_form);
+    }
+
+    MainForm &m_form;
+    ui::KeyedList *m_searchList; // its window may be closed meanwhile
+};
+
+void CopyFile(const std::string &path, const std::string &target)
+{
+    std::string real;
+    if (const int reason = Files().RealPath(path, real); reason != 0)
+        throw runtime::FileError(reason, path);
+    try {
+        metadata::CopySong(real, JoinedPath(target, shell::GetFileName(path)));
+    } catch (const runtime::RuntimeError &error) {
+        throw runtime::RuntimeError(error.number, path + ": " + error.description);
+    }
+}
+
+void CopyAll(MainForm &form, const std::vector<std::string> &paths, const std::string &target)
+{
+    const ExportMark mark(form, paths.size());
+    Desktop().DoEvents();
+    for (const std::string &path : paths) {
+        if (form.exportStopped || platform::IsEndRequested())
+            break;
+        form.SB.SetText("Playing",
+                        "Exporting: " + runtime::Replace(shell::GetFileName(path), " & ", " && "));
+        form.SB.SetText("Blank",
+                        std::to_string(form.PBar.Value()) + "/" + std::to_string(form.PBar.Max()));
+        CopyFile(path, target);
+        form.PBar.SetValue(form.PBar.Value() + 1);
+        Desktop().DoEvents();
+    }
+}
+
+} // namespace
+
+void ExportFiles(MainForm &form, const SelectDir &selectDir)
+{
+    if (form.exporting)
+        return;
+    form.exportTarget = selectDir(form.exportTarget);
+    if (form.exportTarget.empty())
+        return;
+    const ui::KeyedList &list = form.searchList != nullptr ? *form.searchList : form.LV;
+    const std::vector<std::string> paths = SelectedPaths(list);
+    const std::string target = form.exportTarget;
+    if (!HasRoom(paths, target))
+        return;
+    try {
+        CopyAll(form, paths, target);
+    } catch (const runtime::RuntimeError &) {
+        if (form.closePending)
+            CloseMainForm(form);
+        throw;
+    }
+    if (form.closePending) {
+        CloseMainForm(form);
+        return;
+    }
+    Desktop().DoEvents();
+}
+
+void StopExport(MainForm &form)
+{
+    form.exportStopped = form.exporting;
+}
+
+} // namespace browser
