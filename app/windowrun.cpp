@@ -4,6 +4,7 @@
 #include "app/singleinstance.h"
 #include "app/windowsession.h"
 #include "browser/fieldtree.h"
+#include "browser/filecommands.h"
 #include "browser/frmMain.h"
 #include "catalogue/regeneration.h"
 #include "platform/endrequest.h"
@@ -50,6 +51,7 @@ void LoadMainWindow(Windows &windows)
     browser::MainForm &form = browser::frmMain();
     windows.main = std::make_unique<browser::frmMainWindow>(form);
     browser::RegisterCommand("submnuAbout", [&windows] { ShowAbout(windows); });
+    browser::InstallFileCommands();
     form.calls.unloadForms = [] {
         for (QWidget *window : QApplication::topLevelWidgets())
             window->hide();

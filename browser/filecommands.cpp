@@ -236,4 +236,13 @@ void RenameFile(MainForm &form)
         throw RenameError(reason, to, from);
 }
 
+void InstallFileCommands()
+{
+    MainForm &form = frmMain();
+    RegisterCommand("submnuAddFile", [&form] { AddFile(form); });
+    RegisterCommand("submnuDuplicateEntry",
+                    [&form] { DuplicateEntry(form.inPopupClick ? PopupList(form) : form.LV); });
+    RegisterCommand("submnuRename", [&form] { RenameFile(form); });
+}
+
 } // namespace browser

@@ -30,4 +30,7 @@ void DuplicateEntry(ui::KeyedList &list);
 //     box says why.
 void RenameFile(MainForm &form);
 
+// Registers these three for the main form.
+void InstallFileCommands();
+
 } // namespace browser

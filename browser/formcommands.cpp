@@ -1,7 +1,6 @@
 // The main form's commands: dispatch by name, its own handlers, keys, the language menu.
 #include "browser/exportfiles.h"
 #include "browser/fieldtree.h"
-#include "browser/filecommands.h"
 #include "browser/formhandlers.h"
 #include "browser/itemlist.h"
 #include "browser/webpanel.h"
@@ -135,10 +134,6 @@ void RegisterOwnCommands(MainForm &form)
     RegisterCommand("submnuRefreshTree", [&form] { RefreshTree(form); });
     RegisterCommand("submnuWebStyle", [&form] { ToggleWebStyle(form); });
     RegisterCommand("submnuShowHelp", ShowHelp);
-    RegisterCommand("submnuAddFile", [&form] { AddFile(form); });
-    RegisterCommand("submnuDuplicateEntry",
-                    [&form] { DuplicateEntry(form.inPopupClick ? PopupList(form) : form.LV); });
-    RegisterCommand("submnuRename", [&form] { RenameFile(form); });
     RegisterCommand("submnuForums", [] { OpenPage("Forums/default.asp"); });
     RegisterCommand("submnuTutorials", [] { OpenPage("Tutorial%20Index.asp"); });
     RegisterCommand("submnuEnglish", ChooseEnglish);

@@ -26,6 +26,7 @@ struct TagBox : ui::TextBox {
 
 // A combo box likewise.
 struct GenreBox : ui::ComboBox {
+    GenreBox() { canType = true; } // in column 1 the keys are taken, but it shows any genre
     std::string field;
 };
 

@@ -251,6 +251,32 @@ TEST_F(FileCommandsTest, AFileThatVanishedIsNotDuplicated)
     EXPECT_EQ(Rows().size(), 1U);
 }
 
+// From the popup of the search window it works on that window's list, from the menu on the main
+// one.
+TEST_F(FileCommandsTest, InstalledTheyRunByName)
+{
+    browser::InstallFileCommands();
+    for (const char *name : {"submnuAddFile", "submnuDuplicateEntry", "submnuRename"})
+        EXPECT_TRUE(browser::CanRun(name)) << name;
+    Catalogued("one.mp3", Tagged("One", "First"));
+    Catalogued("two.mp3", Tagged("Two", "Second"));
+    ui::KeyedList found;
+    const auto records = catalogue::Records(
+        catalogue::DataAccess->ExecuteSQL("SELECT * FROM MP3s ORDER BY Path", catalogue::kSelect));
+    ASSERT_TRUE(browser::FillItemList(found, *records));
+    found.SelectOnly(1);
+    Form().searchList = &found;
+    Form().PopupFromSearch = true;
+    for (int i = 0; i < 2; ++i)
+        desktop.ExpectInput("names of the artists", std::nullopt);
+    browser::ClickPopup(Form(), "Duplicate");
+    browser::RunHandler("submnuDuplicateEntry");
+    ASSERT_EQ(desktop.inputs.size(), 2U);
+    EXPECT_EQ(desktop.inputs[0].initialText, "Second");
+    EXPECT_EQ(desktop.inputs[1].initialText, "First");
+    Form().searchList = nullptr;
+}
+
 // --- Rename ----------------------------------------------------------------------------------
 
 TEST_F(FileCommandsTest, RenamingMovesFileRowsAndItem)

@@ -16,6 +16,8 @@ class ComboBox : public Area
 public:
     using Area::Area;
 
+    bool canType = false; // any text may be typed; set before the window is built
+
     // The list's texts, UTF-8, without marks. The text stays as it is.
     const std::vector<std::string> &Items() const { return m_items; }
     void SetItems(std::vector<std::string> items) { Assign(m_items, std::move(items)); }
