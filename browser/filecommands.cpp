@@ -96,16 +96,6 @@ metadata::ID3v2Tag ReadTags(const std::string &path)
 
 // --- Rename ----------------------------------------------------------------------------------
 
-// A marker of a statement's parameters that neither text holds.
-std::string MarkerNotIn(std::string_view first, std::string_view second)
-{
-    std::string marker = "?";
-    while (first.find(marker) != std::string_view::npos ||
-           second.find(marker) != std::string_view::npos)
-        marker += "?";
-    return marker;
-}
-
 // Whether both are names of one file that has no other: on a file system without letter case the
 // same name, written otherwise.
 bool IsOtherCaseOfName(const std::string &from, const std::string &to)
@@ -139,11 +129,8 @@ runtime::RuntimeError RenameError(int reason, const std::string &from, const std
 // What failed; empty when all rows of the file have its new path.
 std::string RenameRows(const std::string &from, const std::string &to)
 {
-    const std::string marker = MarkerNotIn(from, to);
-    const std::vector<catalogue::Value> values{to, from};
-    catalogue::DataAccess->ExecuteSQL("UPDATE MP3s SET Path = " + marker +
-                                          " WHERE Path = " + marker,
-                                      catalogue::kUpdate, values, marker);
+    catalogue::ExecuteWithValues("UPDATE MP3s SET Path = ? WHERE Path = ?", catalogue::kUpdate,
+                                 {to, from});
     return catalogue::DataAccess->Succeeded ? std::string() : catalogue::DataAccess->ErrorMessage;
 }
 
