@@ -27,7 +27,7 @@ struct Machine {
     Player *player = nullptr;      // null where no player can be found
     Files *files = &SystemFiles(); // a test may put its own
     SystemInfo *system = &ThisSystem();
-    Windows *windows = nullptr;    // null in a terminal
+    Windows *windows = nullptr; // null in a terminal
 };
 
 // The machine in use: the single place where the ports are kept.

@@ -29,8 +29,8 @@ std::string TextOfBytes(std::string_view fileBytes);
 // valid UTF-8 stays that byte.
 std::string BytesOfText(std::string_view utf8);
 
-// The characters of `utf8` that the code page lacks, each once, in the order of the text; empty when
-// it has all.
+// The characters of `utf8` that the code page lacks, each once, in the order of the text; empty
+// when it has all.
 std::string CharactersLacking(std::string_view utf8);
 
 } // namespace runtime

@@ -48,7 +48,7 @@ public:
         platform::Buttons buttons;
         platform::BoxIcon icon;
     };
-    std::vector<Box> boxes;             // every box that came, answered or not
+    std::vector<Box> boxes; // every box that came, answered or not
     struct Input {
         std::string prompt, title, initialText;
     };
