@@ -57,6 +57,38 @@ TEST(KeyedList, ColumnsByKeyWidthAndPosition)
     EXPECT_EQ(Positions(list), "Path Title Artist Non Icon ");
 }
 
+// What a change of single cells and marks tells the window: no more than it must.
+TEST(KeyedList, CellsAndDimmedRows)
+{
+    KeyedList list;
+    list.SetSubItemKeys({"Title"});
+    for (const char *title : {"b", "a"})
+        AddTitle(list, title);
+    std::string told;
+    list.rowsAboutToChange = [&] { told += "rows "; };
+    list.listChanged = [&](ui::ListChange change) {
+        told += change == ui::ListChange::Cells ? "cells " : "other ";
+    };
+    EXPECT_FALSE(list.IsDimmed(0));
+    list.SetDimmed(0, true);
+    EXPECT_TRUE(list.IsDimmed(0));
+    EXPECT_FALSE(list.IsDimmed(1));
+    list.SetDimmed(0, true); // nothing new
+    list.SetSubItem(1, "Title", "c");
+    EXPECT_EQ(told, "cells cells ");
+    list.SetSort(1, false);
+    told.clear();
+    list.SetSubItem(0, "Title", "d"); // now the order hangs on it
+    EXPECT_EQ(told, "rows ");
+    EXPECT_EQ(Shown(list), "c|d|");
+    EXPECT_THROW(list.SetDimmed(2, true), runtime::RuntimeError);
+    list.SetDimmedTip("gone");
+    EXPECT_EQ(list.DimmedTip(), "gone");
+    list.ClearRows();
+    AddTitle(list, "new");
+    EXPECT_FALSE(list.IsDimmed(0));
+}
+
 TEST(KeyedList, RowsAndSubItems)
 {
     KeyedList list;

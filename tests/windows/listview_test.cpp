@@ -290,6 +290,30 @@ TEST_F(ListViewTest, CutTextHasATipThatShowsItAsItStands)
     }
 }
 
+TEST_F(ListViewTest, ADimmedRowIsGreyAndSaysWhy)
+{
+    list.SetDimmedTip("The file is not there.");
+    list.SetDimmed(1, true);
+    tests::LetRun(20);
+    const QColor grey = view.palette().color(QPalette::Disabled, QPalette::Text);
+    ASSERT_NE(grey, view.palette().color(QPalette::Active, QPalette::Text));
+    const auto colour = [this](int row) {
+        return view.Model().index(row, 1).data(Qt::ForegroundRole);
+    };
+    EXPECT_EQ(colour(1).value<QBrush>().color(), grey);
+    EXPECT_FALSE(colour(0).isValid());
+    const auto description = [this](int row) {
+        return view.Model().index(row, 1).data(Qt::AccessibleDescriptionRole).toString();
+    };
+    EXPECT_EQ(description(1), QLatin1String("The file is not there."));
+    EXPECT_EQ(description(0), QString());
+    QHelpEvent help(QEvent::ToolTip, Row(1), view.viewport()->mapToGlobal(Row(1)));
+    QApplication::sendEvent(view.viewport(), &help);
+    EXPECT_TRUE(QToolTip::isVisible());
+    EXPECT_TRUE(QToolTip::text().contains(QLatin1String("The file is not there.")));
+    QToolTip::hideText();
+}
+
 TEST_F(ListViewTest, TheSelectedRowComesIntoView)
 {
     list.SetPlace({0, 0, 9000, 1200}); // fewer pixels than four rows need

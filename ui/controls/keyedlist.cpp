@@ -77,7 +77,8 @@ RowId KeyedList::AddRow(std::string_view key, std::string_view text, std::string
     ListUpdate update(*this);
     const RowId row = Count();
     m_rows.push_back({static_cast<std::uint32_t>(m_cells.size()),
-                      static_cast<std::uint32_t>(subItems.size() + 2), ImageNumber(image), false});
+                      static_cast<std::uint32_t>(subItems.size() + 2), ImageNumber(image), false,
+                      false});
     AppendCell(key);
     AppendCell(text);
     for (const std::string_view subItem : subItems)
@@ -150,10 +151,26 @@ void KeyedList::SetSubItem(RowId row, std::string_view key, std::string_view tex
     const int number = SubItemNumber(key);
     if (number > SubItemCount(row))
         throw runtime::RuntimeError(runtime::kSubscriptOutOfRange);
-    ListUpdate update(*this);
-    m_cells[At(row).firstCell + static_cast<std::uint32_t>(number) + 1] = {
-        m_block.size(), static_cast<std::uint32_t>(text.size())};
-    m_block.append(text);
+    const auto write = [&] {
+        m_cells[At(row).firstCell + static_cast<std::uint32_t>(number) + 1] = {
+            m_block.size(), static_cast<std::uint32_t>(text.size())};
+        m_block.append(text);
+    };
+    if (number == m_sortKey) {
+        const ListUpdate update(*this);
+        write();
+    } else {
+        write();
+        Tell(ListChange::Cells);
+    }
+}
+
+void KeyedList::SetDimmed(RowId row, bool dimmed)
+{
+    if (IsDimmed(row) == dimmed)
+        return;
+    m_rows[static_cast<std::size_t>(row)].dimmed = dimmed;
+    Tell(ListChange::Cells);
 }
 
 std::uint8_t KeyedList::ImageNumber(std::string_view key)

@@ -28,7 +28,7 @@ struct ListColumn {
 };
 
 // What the window has to look at again.
-enum class ListChange { Columns, Order, Selection };
+enum class ListChange { Columns, Order, Selection, Cells };
 
 class KeyedList : public Area
 {
@@ -64,7 +64,14 @@ public:
     std::string_view SubItem(RowId row, std::string_view key) const;
     // By number, from 1; empty when the row has fewer.
     std::string_view SubItemAt(RowId row, int number) const;
+    // Rows sorted by that sub-item are sorted anew, else the change costs no more than its text.
     void SetSubItem(RowId row, std::string_view key, std::string_view text);
+
+    // A dimmed row shows that what it stands for is not there; `DimmedTip` says so in words.
+    bool IsDimmed(RowId row) const { return At(row).dimmed; }
+    void SetDimmed(RowId row, bool dimmed);
+    const std::string &DimmedTip() const { return m_dimmedTip; }
+    void SetDimmedTip(std::string_view tip) { m_dimmedTip = tip; }
 
     // Counts the clearings, so that one who yielded sees that the rows are no longer his.
     std::uint64_t Filling() const { return m_filling; }
@@ -112,6 +119,7 @@ private:
         std::uint32_t cells;
         std::uint8_t image;
         bool selected;
+        bool dimmed;
     };
     struct Piece {
         std::uint64_t at; // offset in m_block
@@ -135,7 +143,7 @@ private:
     std::vector<RowId> m_order;
     std::vector<std::string> m_images{std::string()};
     KeyIndex m_index;
-    std::string m_hint;
+    std::string m_hint, m_dimmedTip;
     RowId m_focus = kNoRow;
     int m_selectedCount = 0;
     int m_sortKey = 0;

@@ -33,7 +33,11 @@ bool ShowTipOfCutText(QTreeView &view, QEvent *event)
     const auto *help = static_cast<QHelpEvent *>(event);
     const QModelIndex index = view.indexAt(help->pos());
     const QString text = index.data(Qt::DisplayRole).toString();
-    if (!text.isEmpty() && IsCut(view, index, text))
+    const QString own = index.data(Qt::ToolTipRole).toString();
+    if (!own.isEmpty())
+        QToolTip::showText(help->globalPos(), TipText(own), view.viewport(),
+                           view.visualRect(index));
+    else if (!text.isEmpty() && IsCut(view, index, text))
         QToolTip::showText(help->globalPos(), TipText(text), view.viewport(),
                            view.visualRect(index));
     else

@@ -6,8 +6,8 @@
 namespace ui::qt
 {
 
-// Answers the tool tip event of `view`: shows the whole text of the item under the mouse when it is
-// cut, hides the tip otherwise. False for any other event, which the view then handles itself.
+// Answers the tool tip event of `view`: shows the tip of the item under the mouse where it has one
+// of its own, its whole text when that is cut, and hides the tip otherwise. False for any other event, which the view then handles itself.
 bool ShowTipOfCutText(QTreeView &view, QEvent *event);
 
 } // namespace ui::qt

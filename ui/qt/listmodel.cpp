@@ -3,11 +3,24 @@
 #include "ui/qt/icons.h"
 #include "ui/qt/qttext.h"
 
+#include <QBrush>
+#include <QGuiApplication>
 #include <QMimeData>
+#include <QPalette>
 #include <QUrl>
 
 namespace ui::qt
 {
+
+namespace
+{
+
+QBrush DimmedText()
+{
+    return QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text);
+}
+
+} // namespace
 
 ListModel::ListModel(ui::KeyedList &list, QObject *parent)
     : QAbstractTableModel(parent), m_list(list)
@@ -57,6 +70,11 @@ QVariant ListModel::data(const QModelIndex &index, int role) const
         return index.column() == 0 ? QVariant(Icon(m_list.Image(row))) : QVariant();
     case Qt::AccessibleTextRole:
         return AccessibleText(row, index.column());
+    case Qt::ForegroundRole:
+        return m_list.IsDimmed(row) ? QVariant(DimmedText()) : QVariant();
+    case Qt::ToolTipRole:
+    case Qt::AccessibleDescriptionRole:
+        return m_list.IsDimmed(row) ? QVariant(ToQt(m_list.DimmedTip())) : QVariant();
     default:
         return {};
     }

@@ -120,6 +120,9 @@ void ListView::Changed(ui::ListChange change)
     case ui::ListChange::Selection:
         ShowSelection();
         break;
+    case ui::ListChange::Cells:
+        viewport()->update();
+        break;
     }
 }
 
