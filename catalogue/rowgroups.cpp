@@ -239,6 +239,16 @@ GroupClosingDesktop::OpenDialog(std::string_view title,
     return m_inner.OpenDialog(title, filters, folder);
 }
 
+std::optional<std::string>
+GroupClosingDesktop::SaveDialog(std::string_view title,
+                                const std::vector<platform::FileFilter> &filters,
+                                const std::string &path)
+{
+    CloseOpenGroup();
+    const YieldScope yielding;
+    return m_inner.SaveDialog(title, filters, path);
+}
+
 bool GroupClosingDesktop::OpenAddress(const std::string &address, const std::string &workingFolder)
 {
     CloseOpenGroup();

@@ -33,11 +33,24 @@ struct Desktop {
     virtual std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,
                                                 std::string_view initialText) = 0;
 
+    // Whether the last input box was closed by its window frame, neither by Cancel nor by Escape.
+    virtual bool InputWasClosed() { return false; }
+
     // Lets the user choose one existing file. Nothing when the user cancels or cannot be asked.
     // `folder` and the result are paths, byte for byte.
     virtual std::optional<std::string> OpenDialog(std::string_view title,
                                                   const std::vector<FileFilter> &filters,
                                                   const std::string &folder) = 0;
+
+    // Lets the user choose the place of a file to be written; the dialog has asked before an
+    // existing one is taken. `path` is suggested: a name alone, or with its folder. Nothing when
+    // the user cancels or cannot be asked.
+    virtual std::optional<std::string> SaveDialog(std::string_view /*title*/,
+                                                  const std::vector<FileFilter> & /*filters*/,
+                                                  const std::string & /*path*/)
+    {
+        return std::nullopt;
+    }
 
     virtual void EmptyClipboard() = 0;
     virtual void SetClipboardText(std::string_view text) = 0;

@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QClipboard>
+#include <QCloseEvent>
 #include <QDialogButtonBox>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -197,6 +198,12 @@ InputDialog::InputDialog(const QString &prompt, const QString &title, const QStr
 QString InputDialog::Text() const
 {
     return txtInput->text();
+}
+
+void InputDialog::closeEvent(QCloseEvent *event)
+{
+    m_closedByFrame = event->spontaneous();
+    QDialog::closeEvent(event);
 }
 
 } // namespace platform::qt

@@ -40,7 +40,14 @@ public:
 
     QString Text() const;
 
+    // Whether the user closed the window by its frame.
+    bool ClosedByFrame() const { return m_closedByFrame; }
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
 private:
+    bool m_closedByFrame = false;
     QLineEdit *txtInput; // owned by its parent widget
 };
 

@@ -38,6 +38,16 @@ QString WithoutCase(std::string_view pattern)
     return result;
 }
 
+void SetFilters(QFileDialog &dialog, const std::vector<FileFilter> &filters)
+{
+    QStringList kinds;
+    for (const FileFilter &filter : filters)
+        kinds << ToQt(filter.caption) + QStringLiteral(" (") + WithoutCase(filter.pattern) +
+                     QLatin1Char(')');
+    dialog.setNameFilters(kinds);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+}
+
 // A path becomes a file address with its bytes; an address stays what it is.
 QUrl UrlOf(const std::string &address)
 {
@@ -95,7 +105,9 @@ std::optional<std::string> QtDesktop::InputBox(std::string_view prompt, std::str
     BoxUp boxUp(*this);
     InputDialog box(LinesToQt(prompt), TitleOr(title), ToQt(initialText),
                     QApplication::activeWindow());
-    if (box.exec() != QDialog::Accepted)
+    const bool accepted = box.exec() == QDialog::Accepted;
+    m_inputClosed = box.ClosedByFrame();
+    if (!accepted)
         return std::nullopt;
     return FromQt(box.Text());
 }
@@ -106,13 +118,23 @@ std::optional<std::string> QtDesktop::OpenDialog(std::string_view title,
 {
     BoxUp boxUp(*this);
     QFileDialog dialog(QApplication::activeWindow(), TitleOr(title), ToQt(folder));
-    QStringList kinds;
-    for (const FileFilter &filter : filters)
-        kinds << ToQt(filter.caption) + QStringLiteral(" (") + WithoutCase(filter.pattern) +
-                     QLatin1Char(')');
-    dialog.setNameFilters(kinds);
-    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    SetFilters(dialog, filters);
     dialog.setFileMode(QFileDialog::ExistingFile);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    return PathFromQt(dialog.selectedFiles().constFirst());
+}
+
+std::optional<std::string> QtDesktop::SaveDialog(std::string_view title,
+                                                 const std::vector<FileFilter> &filters,
+                                                 const std::string &path)
+{
+    BoxUp boxUp(*this);
+    QFileDialog dialog(QApplication::activeWindow(), TitleOr(title));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    SetFilters(dialog, filters);
+    dialog.selectFile(ToQt(path));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     return PathFromQt(dialog.selectedFiles().constFirst());

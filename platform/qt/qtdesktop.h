@@ -26,10 +26,16 @@ public:
     std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,
                                         std::string_view initialText) override;
 
+    bool InputWasClosed() override { return m_inputClosed; }
+
     // Patterns match without regard to letter case.
     std::optional<std::string> OpenDialog(std::string_view title,
                                           const std::vector<FileFilter> &filters,
                                           const std::string &folder) override;
+
+    std::optional<std::string> SaveDialog(std::string_view title,
+                                          const std::vector<FileFilter> &filters,
+                                          const std::string &path) override;
 
     void EmptyClipboard() override;
     void SetClipboardText(std::string_view text) override;
@@ -56,6 +62,7 @@ private:
     Pointer m_pointer = Pointer::Normal; // what the program wants
     int m_boxesUp = 0;
     bool m_hourglassShown = false;
+    bool m_inputClosed = false; // the last input box, by its frame
 };
 
 } // namespace platform::qt

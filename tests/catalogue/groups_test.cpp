@@ -197,6 +197,11 @@ TEST(RowGroups, StayOpenAndCloseBeforeAnythingElse)
              SilentDesktop inner;
              GroupClosingDesktop(inner).OpenDialog("", {}, "");
          }},
+        {"a dialog for a new file",
+         [](auto &) {
+             SilentDesktop inner;
+             GroupClosingDesktop(inner).SaveDialog("", {}, "");
+         }},
         {"an address",
          [](auto &) {
              SilentDesktop inner;

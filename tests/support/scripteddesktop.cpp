@@ -34,6 +34,11 @@ void ScriptedDesktop::ExpectOpen(std::string part, std::optional<std::string> pa
     m_script.push_back({Kind::Open, std::move(part), {}, std::move(path)});
 }
 
+void ScriptedDesktop::ExpectSave(std::string part, std::optional<std::string> path)
+{
+    m_script.push_back({Kind::Save, std::move(part), {}, std::move(path)});
+}
+
 const ScriptedDesktop::Step *ScriptedDesktop::Next(Kind kind, std::string_view text)
 {
     if (m_next >= m_script.size()) {
@@ -78,6 +83,15 @@ ScriptedDesktop::OpenDialog(std::string_view title,
 {
     opens.push_back({std::string(title), filters, folder});
     const Step *step = Next(Kind::Open, title);
+    return step ? step->text : std::nullopt;
+}
+
+std::optional<std::string>
+ScriptedDesktop::SaveDialog(std::string_view title,
+                            const std::vector<platform::FileFilter> & /*filters*/,
+                            const std::string & /*path*/)
+{
+    const Step *step = Next(Kind::Save, title);
     return step ? step->text : std::nullopt;
 }
 

@@ -23,11 +23,12 @@ public:
     ScriptedDesktop(const ScriptedDesktop &) = delete;
     ScriptedDesktop &operator=(const ScriptedDesktop &) = delete;
 
-    // The next box, input box or open dialog must hold `part` in its text (the open dialog: in its
+    // The next box, input box or file dialog must hold `part` in its text (a file dialog: in its
     // title) and gets this answer. Questions come in the order of the script.
     void ExpectBox(std::string part, platform::Answer answer = platform::Answer::Ok);
     void ExpectInput(std::string part, std::optional<std::string> answer);
     void ExpectOpen(std::string part, std::optional<std::string> path);
+    void ExpectSave(std::string part, std::optional<std::string> path);
 
     platform::Answer MessageBox(std::string_view text, platform::Buttons buttons,
                                 std::string_view title, platform::BoxIcon icon) override;
@@ -36,6 +37,9 @@ public:
     std::optional<std::string> OpenDialog(std::string_view title,
                                           const std::vector<platform::FileFilter> &filters,
                                           const std::string &folder) override;
+    std::optional<std::string> SaveDialog(std::string_view title,
+                                          const std::vector<platform::FileFilter> &filters,
+                                          const std::string &path) override;
     void EmptyClipboard() override { clipboard.clear(); }
     void SetClipboardText(std::string_view text) override { clipboard = text; }
     std::string ClipboardText() override { return clipboard; }
@@ -67,7 +71,7 @@ public:
     std::function<void()> doEvents; // what a yield does; empty: nothing
 
 private:
-    enum class Kind { Box, Input, Open };
+    enum class Kind { Box, Input, Open, Save };
     struct Step {
         Kind kind;
         std::string part;

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <QClipboard>
+#include <QCloseEvent>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
@@ -15,6 +16,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
+#include <QTest>
 #include <QTextBrowser>
 #include <QTimer>
 #include <QTreeView>
@@ -109,6 +111,40 @@ TEST_F(QtDesktopTest, InputBox)
     EXPECT_EQ(m_desktop.InputBox("<i>Name</i>", "Folder", "New one"), "Blue & green");
     AnswerByKey("Escape");
     EXPECT_EQ(m_desktop.InputBox("Name", "Folder", "New one"), std::nullopt);
+}
+
+TEST_F(QtDesktopTest, AnInputBoxClosedByItsFrameIsNoCancel)
+{
+    EXPECT_FALSE(m_desktop.InputWasClosed());
+    tests::WhenModal([](QWidget &box) {
+        QCloseEvent close;
+        QSpontaneKeyEvent::setSpontaneous(&close); // as the window manager's
+        QCoreApplication::instance()->notify(&box, &close);
+    });
+    EXPECT_EQ(m_desktop.InputBox("Name", "Folder", "New one"), std::nullopt);
+    EXPECT_TRUE(m_desktop.InputWasClosed());
+    tests::WhenModal([](QWidget &box) { tests::Click(*tests::Find(box, "cmdCancel")); });
+    EXPECT_EQ(m_desktop.InputBox("Name", "Folder", "New one"), std::nullopt);
+    EXPECT_FALSE(m_desktop.InputWasClosed());
+}
+
+TEST_F(QtDesktopTest, SaveDialogGivesTheNameTyped)
+{
+    const tests::TestFolder folder;
+    tests::WhenModal([&](QWidget &box) {
+        auto *dialog = qobject_cast<QFileDialog *>(&box);
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_EQ(dialog->acceptMode(), QFileDialog::AcceptSave);
+        EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Export to"));
+        auto *name = tests::Find<QLineEdit>(box, "fileNameEdit");
+        EXPECT_EQ(name->text(), QStringLiteral("gen_bmark.dat"));
+        name->setText(platform::qt::ToQt(folder / "se\xC3\xB1or.dat"));
+        tests::PressKey("Return");
+    });
+    EXPECT_EQ(m_desktop.SaveDialog("Export to", {{"Bookmarks", "*.dat"}}, "gen_bmark.dat"),
+              folder / "se\xC3\xB1or.dat");
+    AnswerByKey("Escape");
+    EXPECT_EQ(m_desktop.SaveDialog("Export to", {{"Bookmarks", "*.dat"}}, "x"), std::nullopt);
 }
 
 TEST_F(QtDesktopTest, OpenDialogMatchesWithoutRegardToCase)
