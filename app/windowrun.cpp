@@ -10,6 +10,7 @@
 #include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "platform/settingsstore.h"
+#include "playlists/install.h"
 #include "runtime/error.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
@@ -60,6 +61,7 @@ void LoadMainWindow(Windows &windows)
         windows.ended = true;
         QApplication::quit();
     };
+    playlists::Install();
     browser::LoadMainForm(form);
 }
 

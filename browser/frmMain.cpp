@@ -144,8 +144,9 @@ void frmMainWindow::BindFrame()
     Bind(m_form.pbarArea, m_progress,
          [this] { m_progress->setGeometry(PixelRect(m_form.pbarArea.Place())); });
     BindProgress(m_form.PBar, m_progress);
-    for (ui::Timer *timer : {&m_form.ShowSelectedItems, &m_form.tmrRefreshList, &m_form.tmr_Playing,
-                             &m_form.tmrAutoCheckVersion, &m_form.tmrClearAutoCheck})
+    for (ui::Timer *timer :
+         {&m_form.ShowSelectedItems, &m_form.tmrRefreshList, &m_form.tmr_Playing,
+          &m_form.tmrAutoCheckVersion, &m_form.tmrClearAutoCheck, &m_form.tmrListFiles})
         BindTimer(*timer, this);
 }
 

@@ -137,7 +137,7 @@ bool IsShown(const MainForm &form, const Clicked &clicked)
 
 void RememberShown(MainForm &form, const Clicked &clicked)
 {
-    form.shown = {form.TV.Gesture(), clicked.key, form.LV.Filling()};
+    form.shown = {form.TV.Gesture(), clicked.key, form.LV.Filling(), form.ImgIcon.Image()};
 }
 
 void ShowPile(MainForm &form)
@@ -218,15 +218,30 @@ bool ShowValue(MainForm &form, std::string_view field, const Clicked &clicked)
     return true;
 }
 
-void ShowPlayList(MainForm &form, const Clicked &clicked)
+// The entries of a play list. False when a newer click has taken the list over.
+bool ShowPlayList(MainForm &form, const Clicked &clicked)
 {
-    if (const OpenItem show = OpenerOf(KindOfField("List").marker)) {
-        show(std::string(WithoutMarker(clicked.key)), form.LV);
-        return;
+    const OpenItem show = OpenerOf(KindOfField("List").marker);
+    if (!show) {
+        const ui::ListUpdate update(form.LV);
+        form.LV.ClearColumns();
+        form.LV.ClearRows();
+        return true;
     }
-    const ui::ListUpdate update(form.LV);
-    form.LV.ClearColumns();
-    form.LV.ClearRows();
+    if (IsShown(form, clicked)) { // without the pile, or with it where nothing could be listed
+        form.ImgIcon.SetImage(form.shown.image);
+        LoadOtherImages(form.shown.image != "M3U", form);
+        return true;
+    }
+    const std::uint64_t filling = form.LV.Filling();
+    const MainForm::Shown before = form.shown;
+    show(std::string(WithoutMarker(clicked.key)), form.LV);
+    if (form.shown != before)
+        return false;
+    RememberShown(form, clicked);
+    if (form.LV.Filling() != filling)
+        ShowNoSelection(form);
+    return true;
 }
 
 // The column of the value that all rows share is not shown; the paths of a folder come first.
@@ -257,9 +272,9 @@ void HandleClick(MainForm &form, ui::KeyedList &list, const Clicked &clicked)
             ShowGroup(form, list, clicked);
         return;
     }
-    if (kind->field == "List")
-        ShowPlayList(form, clicked);
-    else if (!ShowValue(form, kind->field, clicked))
+    const bool isShown =
+        kind->field == "List" ? ShowPlayList(form, clicked) : ShowValue(form, kind->field, clicked);
+    if (!isShown)
         return;
     const std::uint64_t filling = form.LV.Filling();
     SetPointer(platform::Pointer::Normal);

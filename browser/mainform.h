@@ -75,6 +75,7 @@ struct MainForm : PanelForm {
     ui::Timer tmr_Playing{250};
     ui::Timer tmrAutoCheckVersion{60000};
     ui::Timer tmrClearAutoCheck{45000};
+    ui::Timer tmrListFiles{50}; // shows what is known of the files of a play list
 
     // Menus, their entries and the toolbar's buttons. Of an entry the name is the key; the language
     // entries are "submnuLng" with an index behind it ("submnuLng(0)").
@@ -107,6 +108,9 @@ struct MainForm : PanelForm {
         std::uint64_t gesture = 0;
         std::string key;
         std::uint64_t filling = 0;
+        std::string image; // of ImgIcon
+
+        bool operator==(const Shown &) const = default;
     } shown;
 
     // The search window's list while that window is open; null otherwise. Owned by the search.

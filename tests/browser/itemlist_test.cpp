@@ -421,6 +421,53 @@ TEST_F(ItemList, ADoubleClickOnAPlayListsRowPlaysTheEntry)
     EXPECT_EQ(played, "/other/song.mp3");
 }
 
+TEST_F(ItemList, APlayListIsListedOnceAClickAndEmptiesThePanel)
+{
+    MainForm &form = Library();
+    int listed = 0;
+    RegisterItemKind("&", [&](const std::string &, ui::KeyedList &list) {
+        ++listed;
+        list.ClearRows();
+        form.ImgIcon.SetImage("M3U");
+        browser::LoadOtherImages(false, form);
+    });
+    form.lblInfo.SetCaption("of another song");
+    Click("&mine");
+    EXPECT_EQ(listed, 1); // though a click comes twice
+    EXPECT_EQ(form.ImgIcon.Image(), "M3U");
+    EXPECT_FALSE(form.ImgOthers[0].Visible());
+    EXPECT_EQ(form.lblInfo.Caption(), "");
+    Click("&mine"); // another click reads it afresh
+    EXPECT_EQ(listed, 2);
+}
+
+TEST_F(ItemList, APlayListThatIsNotReadyLeavesRowsAndPanel)
+{
+    MainForm &form = Library();
+    int asked = 0;
+    RegisterItemKind("&", [&](const std::string &, ui::KeyedList &) { ++asked; });
+    Click("#ABBA");
+    const std::string rows = Rows();
+    form.lblInfo.SetCaption("of a song");
+    Click("&mine");
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(Rows(), rows);
+    EXPECT_EQ(form.lblInfo.Caption(), "of a song");
+    EXPECT_EQ(form.ImgIcon.Image(), "MP3");
+    EXPECT_TRUE(form.ImgOthers[0].Visible());
+}
+
+TEST_F(ItemList, APlayListThatANewerClickTookOverChangesNothingMore)
+{
+    MainForm &form = Library();
+    RegisterItemKind("&", [&](const std::string &, ui::KeyedList &) {
+        form.TV.MoveTo(form.TV.Find("#ABBA"));
+        form.WEPath.SetCaption("of the newer click");
+    });
+    form.TV.MoveTo(form.TV.Find("&mine"));
+    EXPECT_EQ(form.WEPath.Caption(), "of the newer click");
+}
+
 TEST_F(ItemList, ClicksInTheListShowThePanelsTextsAndStartTheTimer)
 {
     MainForm &form = Library();

@@ -1,0 +1,18 @@
+#include "playlists/install.h"
+
+#include "browser/commands.h"
+#include "playlists/lists.h"
+
+namespace playlists
+{
+
+void Install()
+{
+    browser::MainForm &form = browser::frmMain();
+    browser::RegisterCommand("submnuAddPlayList", [&form] { AddPlayList(form); });
+    browser::RegisterItemKind(
+        "&", [&form](const std::string &name, ui::KeyedList &) { ListPlayList(form, name); });
+    form.tmrListFiles.event = [&form] { ShowFoundEntries(form); };
+}
+
+} // namespace playlists

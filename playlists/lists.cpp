@@ -1,0 +1,284 @@
+#include "playlists/lists.h"
+
+#include "browser/webpanel.h"
+#include "catalogue/adoclass.h"
+#include "platform/desktop.h"
+#include "platform/drives.h"
+#include "platform/endrequest.h"
+#include "platform/machine.h"
+#include "player/winampmod.h"
+#include "playlists/entryfiles.h"
+#include "playlists/m3u.h"
+#include "runtime/codepage.h"
+#include "runtime/error.h"
+#include "runtime/text.h"
+#include "shell/apppath.h"
+#include "shell/language.h"
+#include "shell/paths.h"
+
+#include <array>
+#include <memory>
+#include <optional>
+
+namespace playlists
+{
+
+namespace
+{
+
+using browser::MainForm;
+using catalogue::DataAccess;
+
+const std::string kAll = "SELECT * FROM Lists ORDER BY LIST_Name";
+const std::string kOne = "SELECT * FROM Lists WHERE LIST_Name = ?";
+const std::string kAdd = "INSERT INTO Lists VALUES(?, ?)";
+const std::string kRemove = "DELETE FROM Lists WHERE List_Name = ?";
+
+struct State {
+    std::unique_ptr<EntrySearch> search; // of the rows in LV
+    std::uint64_t filling = 0;           // of LV, when they were added
+};
+
+State &TheState()
+{
+    static State state;
+    return state;
+}
+
+platform::Desktop &TheDesktop()
+{
+    return *platform::TheMachine().desktop;
+}
+
+void Tell(std::string_view words)
+{
+    TheDesktop().MessageBox(words);
+}
+
+std::string NodeKey(std::string_view name)
+{
+    return "&" + std::string(name);
+}
+
+// Whether the program is ended while a question is up.
+bool IsEnding()
+{
+    return DataAccess == nullptr || platform::IsEndRequested();
+}
+
+// The lists of a statement; null once the program was ended, or when the statement failed.
+catalogue::RecordsetPtr ListsOf(const std::string &statement, const catalogue::Params &params = {})
+{
+    if (DataAccess == nullptr)
+        return nullptr;
+    auto records =
+        catalogue::Records(DataAccess->ExecuteSQL(statement, catalogue::kSelect, params));
+    return DataAccess == nullptr || records == nullptr || !records->IsOpen() ? nullptr : records;
+}
+
+bool IsTaken(const std::string &name)
+{
+    const auto records = ListsOf(kOne, catalogue::Value(name));
+    return records != nullptr && !records->AtEnd();
+}
+
+// The file's name without folder and without its last 4 characters.
+std::string SuggestedName(const std::string &path)
+{
+    const std::string name = shell::GetFileName(path);
+    return name.substr(0, name.size() - std::min<std::size_t>(4, name.size()));
+}
+
+// A name that is neither empty nor taken; nothing when the program ends.
+std::optional<std::string> AskName(const std::string &path)
+{
+    std::string suggested = SuggestedName(path);
+    while (!IsEnding()) {
+        const std::string name =
+            TheDesktop()
+                .InputBox(
+                    shell::GetLanguageText("Type the name for this PlayList", "NameThePlaylist",
+                                           "InputBox"),
+                    shell::GetLanguageText("PlayList's Name", "NameThePlaylistTitle", "InputBox"),
+                    suggested)
+                .value_or("");
+        if (name.empty() && TheDesktop().InputWasClosed())
+            break;
+        if (name.empty())
+            continue;
+        if (!IsTaken(name))
+            return IsEnding() ? std::nullopt : std::optional(name);
+        suggested = name;
+        Tell(shell::GetLanguageText("There is a playlist of this name already.",
+                                    "PlayListNameTaken", "Messages"));
+    }
+    return std::nullopt;
+}
+
+// Runs a statement that changes the table; false after a box when the catalogue refuses it.
+bool Change(const std::string &statement, catalogue::StatementKind kind,
+            const catalogue::Params &params)
+{
+    DataAccess->ExecuteSQL(statement, kind, params);
+    if (DataAccess == nullptr)
+        return false; // the program was ended while the statement let events run
+    if (!DataAccess->Succeeded)
+        Tell(DataAccess->ErrorMessage);
+    return DataAccess != nullptr && DataAccess->Succeeded;
+}
+
+// A drive as the front of a path: without the separator of the root.
+std::string DriveOf(const std::string &path)
+{
+    platform::Drives *drives = platform::TheMachine().drives;
+    std::string drive = drives == nullptr || path.empty() ? std::string() : drives->DriveOf(path);
+    if (drive.ends_with(shell::PathSeparator))
+        drive.pop_back();
+    return drive;
+}
+
+// The first two characters of the player's folder where these are a drive, else its mount point.
+std::string PlayerDrive()
+{
+    const std::string folder = player::GetWinampFolder();
+    return folder.size() > 1 && folder[1] == ':' ? folder.substr(0, 2) : DriveOf(folder);
+}
+
+std::string ColumnCaption(std::string_view key)
+{
+    return shell::GetLanguageText(key, key, "ColumnHeaders");
+}
+
+void AddColumns(ui::KeyedList &list)
+{
+    list.ClearColumns();
+    list.AddColumn("Icon", "", 450);
+    list.AddColumn("Denomination", ColumnCaption("Denomination"), 2400);
+    list.AddColumn("Path", ColumnCaption("Path"), 2000);
+    list.AddColumn("Non", "", 500);
+}
+
+// The rows, and where the file of each may be.
+std::vector<std::vector<std::string>> AddRows(ui::KeyedList &list, const std::string &result,
+                                              const ListPlace &place)
+{
+    std::vector<std::vector<std::string>> places;
+    list.SetSubItemKeys({"Denomination", "Path"});
+    for (const M3UEntry &entry : EntriesOfM3U(result)) {
+        const std::string name =
+            place.isUtf8 ? entry.denomination : runtime::TextOfBytes(entry.denomination);
+        const std::string path = EntryPath(entry.path, place.folder, place.playerDrive);
+        const std::array<std::string_view, 2> cells = {name, path};
+        list.AddRow("/" + std::to_string(places.size()), "", "MP3", cells);
+        places.push_back(PlacesOfEntry(entry.path, place));
+    }
+    return places;
+}
+
+void ShowEntries(MainForm &form, const std::string &listPath, std::string text)
+{
+    const ListPlace place{shell::GetFolderPath(listPath), DriveOf(listPath), PlayerDrive(),
+                          runtime::IsUtf8(text)};
+    std::string result;
+    try {
+        ParseM3UText(text, result);
+    } catch (const runtime::RuntimeError &) {
+        // An entry that is no MP3: the list shows none.
+    }
+    const ui::ListUpdate update(form.LV);
+    form.LV.ClearRows();
+    AddColumns(form.LV);
+    form.LV.SetDimmedTip(
+        shell::GetLanguageText("The file is not there.", "FileNotThere", "Status"));
+    TheState().search = std::make_unique<EntrySearch>(AddRows(form.LV, result, place));
+    TheState().filling = form.LV.Filling();
+    form.tmrListFiles.SetEnabled(true);
+}
+
+} // namespace
+
+void AddPlayList(MainForm &form)
+{
+    const std::optional<std::string> path = TheDesktop().OpenDialog(
+        shell::GetLanguageText("Select the PlayList file", "PlayListFile", "CommonDialogs"),
+        {{"WinAmp PlayList (*.m3u)", "*.m3u"}}, shell::GetAppPath());
+    if (!path || path->empty())
+        return;
+    const std::optional<std::string> name = AskName(*path);
+    if (!name || !Change(kAdd, catalogue::kInsert, std::vector<catalogue::Value>{*name, *path}))
+        return;
+    if (const ui::NodeId group = form.TV.Find("ByList"); group != ui::kNoNode)
+        form.TV.TryAdd(group, NodeKey(*name), *name, "M3U");
+}
+
+bool RemovePlayList(MainForm &form, const std::string &name)
+{
+    if (DataAccess == nullptr || !Change(kRemove, catalogue::kDelete, catalogue::Value(name)))
+        return false;
+    if (form.TV.Find(NodeKey(name)) != ui::kNoNode)
+        form.TV.Remove(NodeKey(name));
+    return true;
+}
+
+std::vector<std::string> PlayListNames()
+{
+    std::vector<std::string> names;
+    const auto records = ListsOf(kAll);
+    for (; records != nullptr && !records->AtEnd(); records->MoveNext())
+        names.emplace_back(records->Text("List_Name"));
+    return names;
+}
+
+bool ListPlayList(MainForm &form, std::string_view name)
+{
+    const std::uint64_t filling = form.LV.Filling();
+    const auto records = ListsOf(kOne, catalogue::Value(std::string(name)));
+    const std::string path =
+        records == nullptr || records->AtEnd() ? "" : std::string(records->Text("LIST_Path"));
+    TheDesktop().SetPointer(platform::Pointer::Hourglass);
+    TheDesktop().DoEvents();
+    if (DataAccess == nullptr || form.LV.Filling() != filling)
+        return false;
+    std::string text = ReadM3UFile(path);
+    if (text.empty()) {
+        Tell(shell::GetLanguageText("The playlist is not ready", "PlayListNotReady", "Messages"));
+        return form.LV.Filling() == filling;
+    }
+    ShowEntries(form, path, std::move(text));
+    form.ImgIcon.SetImage("M3U");
+    browser::LoadOtherImages(false, form);
+    return true;
+}
+
+void ShowFoundEntries(MainForm &form)
+{
+    State &state = TheState();
+    if (state.search == nullptr || form.LV.Filling() != state.filling) {
+        StopLooking();
+        form.tmrListFiles.SetEnabled(false);
+        return;
+    }
+    constexpr int kPathSubItem = 2;
+    std::optional<ui::ListUpdate> update; // rows sorted by their path are sorted once
+    for (const FoundEntry &entry : state.search->Take()) {
+        const auto row = static_cast<ui::RowId>(entry.entry);
+        if (!entry.path) {
+            form.LV.SetDimmed(row, true);
+        } else if (*entry.path != form.LV.SubItem(row, "Path")) {
+            if (form.LV.SortKey() == kPathSubItem && !update)
+                update.emplace(form.LV);
+            form.LV.SetSubItem(row, "Path", *entry.path);
+        }
+    }
+    if (state.search->Done()) {
+        StopLooking();
+        form.tmrListFiles.SetEnabled(false);
+    }
+}
+
+void StopLooking()
+{
+    TheState() = State();
+}
+
+} // namespace playlists
