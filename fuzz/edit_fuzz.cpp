@@ -1,11 +1,10 @@
 // Any file, any edit: the song is there afterwards, its audio is where the rules put it, and what
 // was written stands where it belongs.
 #include "fuzz/memoryfiles.h"
+#include "fuzz/quietdesk.h"
 #include "metadata/id3v1.h"
 #include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
-#include "platform/clock.h"
-#include "platform/desktop.h"
 #include "platform/machine.h"
 #include "shell/globals.h"
 
@@ -14,40 +13,6 @@
 
 namespace
 {
-
-struct QuietDesk : platform::Desktop, platform::Clock {
-    platform::Answer MessageBox(std::string_view, platform::Buttons, std::string_view,
-                                platform::BoxIcon) override
-    {
-        ++boxes;
-        return platform::Answer::Ok;
-    }
-    std::optional<std::string> InputBox(std::string_view, std::string_view,
-                                        std::string_view) override
-    {
-        return std::nullopt;
-    }
-    std::optional<std::string> OpenDialog(std::string_view,
-                                          const std::vector<platform::FileFilter> &,
-                                          const std::string &) override
-    {
-        return std::nullopt;
-    }
-    void EmptyClipboard() override {}
-    void SetClipboardText(std::string_view) override {}
-    bool OpenAddress(const std::string &, const std::string &) override { return false; }
-    void SetPointer(platform::Pointer) override {}
-    void DoEvents() override {}
-    std::int64_t SteadyMs() override { return ms; }
-    platform::LocalTime Now() override { return {}; }
-    double SecondsOfDay() override { return static_cast<double>(ms) / 1000; }
-    std::string DateText(const platform::LocalTime &) override { return {}; }
-    std::string TimeText(const platform::LocalTime &) override { return {}; }
-    void Sleep(std::int64_t milliseconds) override { ms += milliseconds; }
-
-    std::int64_t ms = 0;
-    int boxes = 0;
-};
 
 struct Pass {
     metadata::ID3v1Tag v1;

@@ -42,6 +42,25 @@ std::vector<std::string> Songs()
     return songs;
 }
 
+// The first byte says what the rest is: a statement with values, or the tags and the path of a
+// song.
+std::vector<std::string> Statements()
+{
+    const std::string next = "\xFF\xFE";
+    return {
+        "\x80INSERT INTO Lists VALUES(?, ?)" + next + "why?" + next + "b",
+        "\xC1INSERT INTO MP3s\rVALUES (\u00B9, \u00B9, '\u00B9', 0)" + next + "\u00B9" + next + "'",
+        "\x80SELECT * FROM MP3s WHERE Title LIKE ? ORDER BY Title" + next + "%a%",
+        "\x80"
+        "DELETE * FROM [Lists] WHERE LIST_Name = #1# -- ?" +
+            next + "\n; DROP TABLE MP3s",
+        "\1Title" + next + "Artist" + next + "Album" + next + "1999" + next + "Words" + next +
+            "(17)" + next + "La la" + next + "song",
+        "\1\xB9" + next + "\xB9'" + next + "?" + next + "--" + next + "/*" + next + "(17)\xB9" +
+            next + "\xB9\xB9" + next + "\u00B9?'",
+    };
+}
+
 bool Write(const std::filesystem::path &folder, const std::vector<std::string> &seeds)
 {
     std::filesystem::create_directories(folder);
@@ -70,6 +89,7 @@ int main(int argc, char **argv)
     for (std::size_t i = 0; i < edits.size(); ++i)
         edits[i].insert(0, 1, static_cast<char>(0x61 + i)); // what changes, what is written
     const bool done = Write(folder / "fuzz_filepass", Songs()) &&
-                      Write(folder / "fuzz_id3v2", bodies) && Write(folder / "fuzz_edit", edits);
+                      Write(folder / "fuzz_id3v2", bodies) && Write(folder / "fuzz_edit", edits) &&
+                      Write(folder / "fuzz_statement", Statements());
     return done ? 0 : 1;
 }
