@@ -2,6 +2,7 @@
 
 #include "app/programhome.h"
 #include "catalogue/adoclass.h"
+#include "catalogue/lockwait.h"
 #include "catalogue/regeneration.h"
 #include "catalogue/rowgroups.h"
 #include "platform/endrequest.h"
@@ -36,6 +37,10 @@ public:
         machine.fileTypes = &m_fileTypes;
         machine.drives = &m_drives;
         machine.clock = &m_clock;
+        catalogue::TheLockWaitCalls().ShowLine = [this](std::string_view line) {
+            if (!line.empty())
+                m_terminal.SetClipboardText(line); // which prints it
+        };
     }
 
     // The orderly end: the catalogue's file is whole by itself, the settings are stored.
@@ -44,6 +49,7 @@ public:
         catalogue::DataAccess.reset();
         catalogue::CloseCatalogue();
         m_settings.Flush();
+        catalogue::TheLockWaitCalls() = {};
         platform::TheMachine() = platform::Machine();
     }
 

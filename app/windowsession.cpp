@@ -1,8 +1,11 @@
 #include "app/windowsession.h"
 
 #include "catalogue/adoclass.h"
+#include "catalogue/lockwait.h"
+#include "catalogue/regeneration.h"
 #include "platform/appid.h"
 #include "platform/machine.h"
+#include "shell/globals.h"
 #include "shell/startup/startup.h"
 
 #include <QAbstractEventDispatcher>
@@ -19,6 +22,7 @@ WindowMachine::WindowMachine()
     machine.drives = &m_drives;
     machine.clock = &m_clock;
     machine.windows = &m_windows;
+    catalogue::TheLockWaitCalls().ShowLine = [this](std::string_view line) { ShowWait(line); };
     // What one turn of the event loop stored goes to the file before the next one is waited
     // for.
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
@@ -30,7 +34,22 @@ WindowMachine::~WindowMachine()
     catalogue::DataAccess.reset();
     catalogue::CloseCatalogue();
     m_settings.Flush();
+    catalogue::TheLockWaitCalls() = {};
     platform::TheMachine() = platform::Machine();
+}
+
+// In the status bar, which shows what it had again when the wait is over, and on the splash.
+void WindowMachine::ShowWait(std::string_view line)
+{
+    constexpr std::string_view kPanel = "Playing";
+    if (!line.empty())
+        shell::TheGlobals().lblProgress.SetCaption(line);
+    ui::StatusBar *bar = catalogue::TheRegenerationControls().SB;
+    if (bar == nullptr)
+        return;
+    if (!line.empty())
+        m_panelBefore = bar->Panel(kPanel).text;
+    bar->SetText(kPanel, line.empty() ? std::string_view(m_panelBefore) : line);
 }
 
 WindowSession::WindowSession(int &argc, char **argv) : application(argc, argv)

@@ -13,6 +13,9 @@
 #include "platform/qt/qtwindows.h"
 #include "platform/qt/theme.h"
 
+#include <string>
+#include <string_view>
+
 namespace app
 {
 
@@ -27,6 +30,8 @@ public:
     WindowMachine &operator=(const WindowMachine &) = delete;
 
 private:
+    void ShowWait(std::string_view line);
+
     platform::qt::QtDesktop m_qt;
     catalogue::GroupClosingDesktop m_desktop{m_qt};
     platform::posix::IniSettings m_settings{platform::posix::ConfigHome()};
@@ -35,6 +40,7 @@ private:
     platform::posix::SystemClock m_clock;
     platform::qt::QtWindows m_windows;
     QObject m_turns;
+    std::string m_panelBefore; // what the status bar showed before a wait
 };
 
 // The members stand in the order in which they are made; the ports go before the application does.

@@ -52,6 +52,12 @@ std::string Separator()
     return std::string(1, shell::PathSeparator);
 }
 
+// What failed, as ErrorMessage says it.
+std::string MessageOf(std::string_view description, std::string_view statement)
+{
+    return "Error: " + std::string(description) + "\r\t" + std::string(statement);
+}
+
 // What a plain statement of this kind hands back.
 Outcome OutcomeOf(RecordsetPtr records, int kind, bool succeeded)
 {
@@ -136,7 +142,18 @@ Outcome ADOclass::ExecutePlain(const Statement &statement, int kind)
     }
     Succeeded = true;
     OpenConnection(statement.text);
-    RecordsetPtr records = RunOnConnection(statement);
+    // Where another program is waited for, event handlers run: a statement of theirs must not speak
+    // for this one.
+    if (!*alive)
+        return OutcomeOf(MakeClosedRecordset(), kind, false);
+    const bool isConnected = Succeeded;
+    const std::string notConnected = ErrorMessage;
+    std::string failure;
+    RecordsetPtr records = RunOnConnection(statement, failure);
+    if (!*alive)
+        return OutcomeOf(MakeClosedRecordset(), kind, false);
+    Succeeded = isConnected && failure.empty();
+    ErrorMessage = failure.empty() ? notConnected : failure;
     Outcome outcome = OutcomeOf(std::move(records), kind, Succeeded);
     if (!m_keepOpen)
         CloseConnection();
@@ -154,46 +171,47 @@ Outcome ADOclass::ExecutePlain(const Statement &statement, int kind)
     return outcome;
 }
 
-RecordsetPtr ADOclass::RunOnConnection(const Statement &statement)
+// The object may be gone when this returns.
+RecordsetPtr ADOclass::RunOnConnection(const Statement &statement, std::string &failure)
 {
-    if (m_openFailure)
-        Fail(*std::exchange(m_openFailure, std::nullopt), ReadableText(statement));
-    else if (m_connection && m_connection->IsOpen())
+    const std::shared_ptr<Connection> connection = m_connection;
+    if (m_openFailure) {
+        failure = MessageOf(*std::exchange(m_openFailure, std::nullopt), ReadableText(statement));
+    } else if (connection && connection->IsOpen()) {
         try {
-            return m_connection->Run(statement);
-        } catch (const ProviderFailure &failure) {
-            Fail(failure.description, ReadableText(statement));
+            return connection->Run(statement);
+        } catch (const ProviderFailure &words) {
+            failure = MessageOf(words.description, ReadableText(statement));
         }
+    }
     return MakeClosedRecordset();
 }
 
 Outcome ADOclass::ExecuteStored(const std::string &name, int kind, const Params &params)
 {
-    Outcome outcome;
+    const std::shared_ptr<const bool> alive = m_alive;
     const bool wantsRows = (kind & kSelect) != 0;
+    RecordsetPtr records;
+    std::string failure;
     try {
-        RecordsetPtr records;
-        if (m_inTransaction && m_connection) {
-            records = m_connection->RunStored(name, StoredValues(params));
-        } else {
-            const auto connection = ConnectTo(GetStringConnection());
-            records = connection->RunStored(name, StoredValues(params));
-        }
-        if (wantsRows)
-            outcome = std::move(records);
-    } catch (const ProviderFailure &failure) {
-        Fail(failure.description, name);
-        if (wantsRows)
-            outcome = MakeClosedRecordset();
+        const std::shared_ptr<Connection> connection =
+            m_inTransaction && m_connection ? m_connection : ConnectTo(GetStringConnection());
+        records = connection->RunStored(name, StoredValues(params));
+    } catch (const ProviderFailure &words) {
+        failure = MessageOf(words.description, name);
+        records = MakeClosedRecordset();
+    }
+    if (*alive) {
+        Succeeded = failure.empty();
+        ErrorMessage = failure;
     }
     SetPointer(platform::Pointer::Normal);
-    return outcome;
+    return wantsRows ? Outcome(std::move(records)) : Outcome();
 }
 
 void ADOclass::Fail(std::string_view description, std::string_view statement)
 {
-    ErrorMessage = "Error: ";
-    ErrorMessage.append(description).append("\r\t").append(statement);
+    ErrorMessage = MessageOf(description, statement);
     Succeeded = false;
 }
 
@@ -257,9 +275,15 @@ void ADOclass::OpenConnection(const std::string &statement)
         text.erase(source + kDataSource.size(), 1);
     if (text.empty())
         return;
+    const std::shared_ptr<const bool> alive = m_alive;
     try {
-        m_connection = ConnectTo(text);
+        std::shared_ptr<Connection> connection = ConnectTo(text);
+        if (!*alive)
+            return;
+        m_connection = std::move(connection);
     } catch (const ProviderFailure &failure) {
+        if (!*alive)
+            return;
         if (failure.code == kGenericFailure) {
             ErrorMessage = "Not ValidDataBase";
             Succeeded = false;

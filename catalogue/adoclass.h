@@ -183,13 +183,13 @@ private:
 
     Outcome ExecutePlain(const Statement &statement, int kind);
     Outcome ExecuteStored(const std::string &name, int kind, const Params &params);
-    RecordsetPtr RunOnConnection(const Statement &statement);
+    RecordsetPtr RunOnConnection(const Statement &statement, std::string &failure);
     void Fail(std::string_view description, std::string_view statement);
     void CloseConnection();
     static void AddTo(Campos &list, const std::string &name, DatoType type, int width);
     static bool SetIn(Campos &list, const std::string &name, const Value &value);
 
-    std::unique_ptr<Connection> m_connection;
+    std::shared_ptr<Connection> m_connection; // also a running statement's
     std::optional<std::string> m_openFailure; // words of an open that failed in silence
     Campos m_campos, m_camposClave;
     bool m_inTransaction = false;

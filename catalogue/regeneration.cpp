@@ -2,6 +2,7 @@
 
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"
+#include "catalogue/lockwait.h"
 #include "catalogue/regeneration/integrityreport.h"
 #include "catalogue/regeneration/walker.h"
 #include "catalogue/rowgroups.h"
@@ -354,6 +355,8 @@ bool IsRegenerating()
 void StopRegeneration()
 {
     TheState().stopRequested = TheState().running;
+    if (TheState().running)
+        GiveUpLockWait();
 }
 
 void ListRefresh(bool showProgress)

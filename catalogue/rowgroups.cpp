@@ -187,7 +187,8 @@ std::string RowStep::Finish()
     state.stepYield = m_outerYield;
     std::string failure = std::exchange(state.stepFailure, {});
     state.lastRowMs = MachineMs();
-    if (state.groups > 0 && !state.isSlow && state.lastRowMs - state.sinceMs < kGroupMs)
+    const bool mayStayOpen = state.groups > 0 && !state.isSlow && !IsWaitingForLock();
+    if (mayStayOpen && state.lastRowMs - state.sinceMs < kGroupMs)
         return failure;
     if (std::string words = CommitGroup(); failure.empty())
         failure = std::move(words);

@@ -3,6 +3,7 @@
 // the open group, and other processes wait no longer than for the row under way.
 #pragma once
 
+#include "catalogue/lockwait.h"
 #include "platform/desktop.h"
 
 #include <functional>
@@ -31,6 +32,9 @@ public:
     // Closes the open group, so that everything is settled. To be called at the end of the run,
     // before its summary.
     void Close();
+
+private:
+    PatienceOfRun m_patience;
 };
 
 // Lives around the look-up of a path and the writes of its row: for other processes they are one

@@ -1,5 +1,6 @@
 #include "catalogue/sqlite/cataloguefile.h"
 
+#include "catalogue/lockwait.h"
 #include "runtime/text.h"
 
 #include <cstdlib>
@@ -12,7 +13,6 @@ namespace
 {
 
 constexpr std::size_t kIdleKept = 3;
-constexpr int kPollUs = 250; // how often a waiter looks whether its turn has come
 
 // The files in use, by path. Never destroyed: results and connections may outlive everything else.
 std::map<std::string, std::shared_ptr<CatalogueFile>> &Files()
@@ -23,6 +23,43 @@ std::map<std::string, std::shared_ptr<CatalogueFile>> &Files()
     }();
     return *files;
 }
+
+// While one lives, a lock is reported at once.
+class LocksNotWaitedFor
+{
+public:
+    explicit LocksNotWaitedFor(SqliteHandle &handle)
+        : m_handle(handle), m_before(handle.WaitForLocks(false))
+    {
+    }
+    ~LocksNotWaitedFor() { m_handle.WaitForLocks(m_before); }
+    LocksNotWaitedFor(const LocksNotWaitedFor &) = delete;
+    LocksNotWaitedFor &operator=(const LocksNotWaitedFor &) = delete;
+
+private:
+    SqliteHandle &m_handle;
+    bool m_before;
+};
+
+// A place in the turnstile, left again at the end.
+class TurnstileVisit
+{
+public:
+    explicit TurnstileVisit(Turnstile &turnstile) : m_turnstile(turnstile) {}
+    ~TurnstileVisit()
+    {
+        if (m_isIn)
+            m_turnstile.Leave();
+    }
+    TurnstileVisit(const TurnstileVisit &) = delete;
+    TurnstileVisit &operator=(const TurnstileVisit &) = delete;
+
+    bool TryEnter() { return m_isIn = m_turnstile.TryEnter(); }
+
+private:
+    Turnstile &m_turnstile;
+    bool m_isIn = false;
+};
 
 bool IsBusy(int code)
 {
@@ -110,28 +147,42 @@ std::unique_ptr<Snapshot> CatalogueFile::TakeSnapshot()
 
 void CatalogueFile::BeginWrite(SqliteHandle &handle)
 {
-    if (m_isWriting) // waiting for oneself would take for ever
+    if (m_isWriting) // this process holds the lock itself: the wait would never end
         throw ProviderFailure(kStatementFailure,
                               "A transaction of this program holds the catalogue.");
-    handle.WaitForLocks(false);
+    const LocksNotWaitedFor atOnce(handle);
     int code = m_turnstile.SomeoneWaits() ? SQLITE_BUSY : handle.RunOwn("BEGIN IMMEDIATE");
-    if (IsBusy(code)) {
-        const auto deadline = MachineMs() + kLockPatienceMs;
-        bool isIn = false;
-        while (!(isIn = m_turnstile.TryEnter()) && MachineMs() < deadline)
-            MachineSleepUs(kPollUs);
-        while (IsBusy(code = handle.RunOwn("BEGIN IMMEDIATE")) && MachineMs() < deadline)
-            MachineSleepUs(kPollUs);
-        if (isIn)
-            m_turnstile.Leave();
-    }
-    handle.WaitForLocks(true);
     if (IsBusy(code))
-        throw ProviderFailure(kStatementFailure,
-                              "Another program has held the catalogue for 60 seconds.");
+        code = BeginWhenFree(handle);
     if (code != SQLITE_OK)
         handle.Throw(code);
     m_isWriting = true;
+}
+
+// Waits for its turn behind the other waiters, then for the one who writes. Events run meanwhile:
+// the program may come to its end in one of them.
+int CatalogueFile::BeginWhenFree(SqliteHandle &handle)
+{
+    if (IsWaitingForLock())
+        throw ProviderFailure(
+            kStatementFailure,
+            "This program waits already for another one that holds the catalogue.");
+    LockWait wait;
+    TurnstileVisit visit(m_turnstile);
+    const auto goOn = [&] { return wait.GoOn() && !m_isClosing; };
+    bool goesOn = true;
+    while (!visit.TryEnter() && goesOn)
+        goesOn = goOn();
+    int code = handle.RunOwn("BEGIN IMMEDIATE");
+    while (IsBusy(code) && goesOn) {
+        goesOn = goOn();
+        code = handle.RunOwn("BEGIN IMMEDIATE");
+    }
+    if (IsBusy(code))
+        throw ProviderFailure(kStatementFailure,
+                              m_isClosing ? "The program is about to end." : wait.Words());
+    wait.Succeeded();
+    return code;
 }
 
 void CatalogueFile::Commit(SqliteHandle &handle)

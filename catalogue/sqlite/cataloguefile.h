@@ -47,8 +47,10 @@ public:
     std::unique_ptr<Snapshot> TakeSnapshot();
 
     // Begins a transaction that writes on one of the file's connections: waits for other processes,
-    // who are passed one by one. Errors: ProviderFailure after 60 s, or at once when a transaction
-    // of this process stands in the way.
+    // which pass one by one (catalogue/lockwait.h). Events may run meanwhile, and may close the
+    // catalogue: the caller keeps this object alive.
+    // Errors: ProviderFailure when the wait is given up, or at once when a transaction of this
+    //         process is in the way, or when another wait of this process is under way.
     void BeginWrite(SqliteHandle &handle);
     void Commit(SqliteHandle &handle);
     void RollBack(SqliteHandle &handle);
@@ -64,6 +66,7 @@ public:
 private:
     [[nodiscard]] bool IsStillTheFile() const;
     void AbandonConnections();
+    int BeginWhenFree(SqliteHandle &handle);
 
     std::string m_path;
     FileIdentity m_identity;

@@ -1,5 +1,6 @@
 #include "catalogue/sqlite/sqlitehandle.h"
 
+#include "catalogue/lockwait.h"
 #include "catalogue/sql/statementtext.h"
 #include "catalogue/sqlite/sqlitefunctions.h"
 #include "platform/endrequest.h"
@@ -66,7 +67,7 @@ void SqliteHandle::SetUp()
 {
     sqlite3_busy_handler(m_db, Busy, this);
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-    const int first = RunOwn("SELECT 1 FROM sqlite_schema LIMIT 1"); // reads the first page
+    const int first = ReadFirstPage();
     if (first != SQLITE_OK)
         throw ProviderFailure(IsGeneric(first) ? kGenericFailure : kStatementFailure,
                               sqlite3_errmsg(m_db));
@@ -76,6 +77,24 @@ void SqliteHandle::SetUp()
     m_isWal = KeepsALog();
     sqlite3_set_authorizer(m_db, Authorize, this);
     sqlite3_progress_handler(m_db, kStepsBetweenLooks, Progress, this);
+}
+
+// Another program may have the file for itself.
+int SqliteHandle::ReadFirstPage()
+{
+    constexpr const char *kRead = "SELECT 1 FROM sqlite_schema LIMIT 1";
+    m_waits = false;
+    int code = RunOwn(kRead);
+    if ((code & 0xFF) == SQLITE_BUSY && !IsWaitingForLock()) {
+        LockWait wait;
+        while ((code & 0xFF) == SQLITE_BUSY && wait.GoOn())
+            code = RunOwn(kRead);
+        if ((code & 0xFF) == SQLITE_BUSY)
+            throw ProviderFailure(kStatementFailure, wait.Words());
+        wait.Succeeded();
+    }
+    m_waits = true;
+    return code;
 }
 
 // A copy that another tool made of the catalogue can stand in the mode without a log, where readers
@@ -169,7 +188,7 @@ int SqliteHandle::Busy(void *self, int count)
     const auto now = MachineMs();
     if (count == 0)
         handle.m_busySinceMs = now;
-    if (now - handle.m_busySinceMs > kLockPatienceMs)
+    if (now - handle.m_busySinceMs > LockPatienceMs() || platform::IsEndRequested())
         return 0;
     MachineSleepUs(500);
     return 1;

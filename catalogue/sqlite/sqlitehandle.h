@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace catalogue
@@ -54,8 +55,9 @@ public:
     // Whether readers keep their snapshot while another connection writes.
     [[nodiscard]] bool HasSnapshots() const { return m_isWal; }
 
-    // While off, a lock is told at once; while on (as at the start) it is waited for, 60 s.
-    void WaitForLocks(bool on) { m_waits = on; }
+    // While off, a lock is reported at once; while on (as at the start) it is waited for. Returns
+    // what it was before.
+    bool WaitForLocks(bool on) { return std::exchange(m_waits, on); }
 
     // The bytes at the start of the file as it is now, through SQLite's own open file: another
     // descriptor would drop the process's locks when closed. Fewer than `count` where it is short.
@@ -64,6 +66,7 @@ public:
 
 private:
     void SetUp();
+    int ReadFirstPage();
     bool KeepsALog();
     static int Busy(void *self, int count);
     static int Progress(void *self);
@@ -120,7 +123,5 @@ std::int64_t MachineMs();
 
 // Lets real time pass while another process holds a lock.
 void MachineSleepUs(int microseconds);
-
-inline constexpr std::int64_t kLockPatienceMs = 60000; // a holder stuck for longer is reported
 
 } // namespace catalogue
