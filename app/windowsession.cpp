@@ -23,6 +23,7 @@ WindowMachine::WindowMachine()
     machine.clock = &m_clock;
     machine.windows = &m_windows;
     catalogue::TheLockWaitCalls().ShowLine = [this](std::string_view line) { ShowWait(line); };
+    machine.beforeWait = catalogue::CloseOpenGroup;
     // What one turn of the event loop stored goes to the file before the next one is waited
     // for.
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,

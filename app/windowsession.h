@@ -12,6 +12,7 @@
 #include "platform/qt/qtdesktop.h"
 #include "platform/qt/qtwindows.h"
 #include "platform/qt/theme.h"
+#include "ui/qt/form.h"
 
 #include <string>
 #include <string_view>
@@ -39,6 +40,7 @@ private:
     platform::posix::MountDrives m_drives;
     platform::posix::SystemClock m_clock;
     platform::qt::QtWindows m_windows;
+    ui::qt::FormWindows m_forms;
     QObject m_turns;
     std::string m_panelBefore; // what the status bar showed before a wait
 };

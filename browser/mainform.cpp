@@ -16,6 +16,7 @@
 #include "shell/language.h"
 #include "shell/openaddress.h"
 #include "shell/settings.h"
+#include "ui/controls/form.h"
 
 namespace browser
 {
@@ -247,6 +248,8 @@ void ShowMainForm(MainForm &form)
 
 void CloseMainForm(MainForm &form)
 {
+    if (!ui::AskToCloseAll())
+        return;
     if (catalogue::IsRegenerating()) {
         form.closePending = true;
         catalogue::StopRegeneration();

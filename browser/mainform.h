@@ -183,8 +183,9 @@ void ShowProgressBar(MainForm &form, std::string_view panelKey = "PlayingStatus"
 void ApplyPreferences(MainForm &form);
 void ShowTreeAndList(MainForm &form);
 
-// Closes the window: unloads it, or, while a regeneration runs, ends that at its next file and
-// unloads afterwards. submnuExit and the window's own close come here.
+// Closes the window, if all other windows let it (their mayClose): unloads it, or, while a
+// regeneration runs, ends that at its next file and unloads afterwards. submnuExit and the window's
+// own close come here.
 void CloseMainForm(MainForm &form);
 
 // The splash's end: icon, folder name "Quenlin", the stored place (fitted to the screen), the

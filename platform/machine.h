@@ -5,6 +5,8 @@
 #include "platform/files.h"
 #include "platform/systeminfo.h"
 
+#include <functional>
+
 namespace platform
 {
 
@@ -28,6 +30,9 @@ struct Machine {
     Files *files = &SystemFiles(); // a test may put its own
     SystemInfo *system = &ThisSystem();
     Windows *windows = nullptr; // null in a terminal
+
+    // Run before anything that waits for the user; app/ closes an open group of rows there.
+    std::function<void()> beforeWait;
 };
 
 // The machine in use: the single place where the ports are kept.

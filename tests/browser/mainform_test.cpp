@@ -2,6 +2,7 @@
 #include "runtime/error.h"
 #include "shell/startup/splash.h"
 #include "tests/browser/formfixture.h"
+#include "tests/support/fakeforms.h"
 
 namespace
 {
@@ -118,6 +119,30 @@ TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
     order.clear();
     ShowMainForm(form);
     EXPECT_EQ(order, "window tips layout ");
+}
+
+TEST_F(MainFormTest, ClosingAsksTheOtherWindowsFirst)
+{
+    struct Draft : ui::Form {
+        Draft() : Form("frmDraft", {}) {}
+    };
+    tests::FakeForms host;
+    Draft draft;
+    ui::Show(draft);
+    bool may = false;
+    draft.mayClose = [&] { return may; };
+    MainForm &form = Form();
+    int ended = 0;
+    form.calls.endProgram = [&] { ++ended; };
+    Loaded();
+    RunCommand(form, "submnuExit");
+    EXPECT_EQ(ended, 0);
+    EXPECT_TRUE(form.listHooked) << "nothing of the unload was done";
+    EXPECT_TRUE(draft.Visible());
+    may = true;
+    RunCommand(form, "submnuExit");
+    EXPECT_EQ(ended, 1);
+    EXPECT_FALSE(draft.Loaded());
 }
 
 TEST_F(MainFormTest, ClosingSavesThePlacementAndEndsInOrder)

@@ -1,8 +1,12 @@
-// ui/controls/area.h - what every visible control has: a place, and whether it shows and answers.
+// ui/controls/area.h - what every visible control has: a place, whether it shows and answers, a
+// tool tip, the keyboard.
 #pragma once
 
 #include "ui/controls/hook.h"
 #include "ui/twips.h"
+
+#include <string>
+#include <string_view>
 
 namespace ui
 {
@@ -31,7 +35,15 @@ public:
     bool Enabled() const { return m_enabled; }
     void SetEnabled(bool enabled) { Assign(m_enabled, enabled); }
 
-    ChangeHook changed; // the widget's; called only when something differs
+    // UTF-8, plain; empty for none.
+    const std::string &ToolTip() const { return m_toolTip; }
+    void SetToolTip(std::string_view tip) { Assign(m_toolTip, std::string(tip)); }
+
+    // Gives the keyboard to the control, when a window shows it.
+    void SetFocus() const { Notify(focusWanted); }
+
+    ChangeHook changed;     // the widget's; called only when something differs
+    ChangeHook focusWanted; // the widget's
 
 protected:
     template <class T>
@@ -47,6 +59,7 @@ private:
     Rect m_place;
     bool m_visible = true;
     bool m_enabled = true;
+    std::string m_toolTip;
 };
 
 } // namespace ui

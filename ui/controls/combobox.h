@@ -1,4 +1,5 @@
-// ui/controls/combobox.h - a text that the user types or takes from a list.
+// ui/controls/combobox.h - a list of texts that drops down below the chosen one, which may be typed
+// as well.
 #pragma once
 
 #include "ui/controls/area.h"
@@ -18,26 +19,60 @@ public:
 
     bool canType = false; // any text may be typed; set before the window is built
 
-    // The list's texts, UTF-8, without marks. The text stays as it is.
+    // The entries, UTF-8, without marks. Replacing them leaves the text as it is.
     const std::vector<std::string> &Items() const { return m_items; }
-    void SetItems(std::vector<std::string> items) { Assign(m_items, std::move(items)); }
+    void SetItems(std::vector<std::string> items)
+    {
+        m_items = std::move(items);
+        m_index = IndexOf(m_text);
+        Notify(changed);
+    }
 
-    // What the box shows, which need not be in the list.
+    // The chosen entry, from 0; -1 when the text is none. Setting one out of range chooses none and
+    // empties the text. Raises `onClick` when another entry is chosen, whoever chose it.
+    int ListIndex() const { return m_index; }
+    void SetListIndex(int index)
+    {
+        const int chosen = index >= 0 && index < static_cast<int>(m_items.size()) ? index : -1;
+        if (chosen == m_index)
+            return;
+        m_index = chosen;
+        m_text = chosen >= 0 ? m_items[static_cast<std::size_t>(chosen)] : std::string();
+        Notify(changed);
+        if (onClick)
+            onClick();
+    }
+
+    // The text that shows, which logic may set to one that is no entry. Raises `textChanged`.
     const std::string &Text() const { return m_text; }
-    void SetText(std::string_view text) { Assign(m_text, std::string(text)); }
+    void SetText(std::string_view text)
+    {
+        if (text == m_text)
+            return;
+        m_text = text;
+        m_index = IndexOf(m_text);
+        Notify(changed);
+        if (textChanged)
+            textChanged();
+    }
 
-    // The zero-based place of the text in the list; -1 when it is not there.
-    int ListIndex() const
+    std::function<void()> onClick;     // another entry was chosen
+    std::function<void()> textChanged; // another text was typed or set
+    // The KeyPress event of logic: true when logic took the key.
+    std::function<bool(char32_t)> keyPressed;
+
+private:
+    // The first entry that equals the text byte by byte.
+    int IndexOf(std::string_view text) const
     {
         for (std::size_t i = 0; i < m_items.size(); ++i)
-            if (m_items[i] == m_text)
+            if (m_items[i] == text)
                 return static_cast<int>(i);
         return -1;
     }
-    void SetListIndex(int index) { SetText(m_items.at(static_cast<std::size_t>(index))); }
 
-private:
     std::vector<std::string> m_items;
+    int m_index = -1;
     std::string m_text;
 };
 

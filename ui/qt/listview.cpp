@@ -22,8 +22,8 @@ constexpr int kFrame = 3; // pixels of the frame at each side
 
 } // namespace
 
-ListView::ListView(ui::KeyedList &list, QWidget *parent)
-    : QTreeView(parent), m_list(list), m_model(list, this), m_picture(*this)
+ListView::ListView(ui::KeyedList &list, QWidget *parent, Placing placing)
+    : QTreeView(parent), m_list(list), m_placing(placing), m_model(list, this), m_picture(*this)
 {
     setRootIsDecorated(false);
     setItemsExpandable(false);
@@ -93,9 +93,11 @@ void ListView::SetLeftInset(int pixels)
 // The list's place counts a frame that its parent cuts off; this list draws none and stands inside.
 void ListView::Place()
 {
-    QRect place = PixelRect(m_list.Place()).adjusted(kFrame, kFrame, 0, kFrame);
+    QRect place = PixelRect(m_list.Place());
+    if (m_placing == Placing::InCutFrame)
+        place.adjust(kFrame, kFrame, 0, kFrame);
     place.setLeft(std::min(place.left() + m_leftInset, place.right()));
-    if (geometry() != place)
+    if (m_placing != Placing::ByLayout && geometry() != place)
         setGeometry(place);
     ShowState(m_list, this);
 }

@@ -14,11 +14,15 @@
 namespace ui::qt
 {
 
+// Where a view is put: at its control's place, inside the frame that the parent cuts off there; at
+// that place; or by a layout of the window's.
+enum class Placing { InCutFrame, Exact, ByLayout };
+
 class ListView : public QTreeView
 {
 public:
     // `list` outlives the view, which listens to it until it is destroyed.
-    ListView(ui::KeyedList &list, QWidget *parent);
+    ListView(ui::KeyedList &list, QWidget *parent, Placing placing = Placing::InCutFrame);
     ~ListView() override;
 
     ListModel &Model() { return m_model; }
@@ -62,6 +66,7 @@ private:
     bool RowBeginsWith(int displayIndex, int column, const QString &text) const;
 
     ui::KeyedList &m_list;
+    const Placing m_placing;
     ListModel m_model;
     KeptPicture m_picture;
     QElapsedTimer m_sinceTyped;

@@ -10,7 +10,7 @@
 namespace ui::qt
 {
 
-TreeView::TreeView(ui::KeyedTree &tree, QWidget *parent)
+TreeView::TreeView(ui::KeyedTree &tree, QWidget *parent, bool byLayout)
     : QTreeView(parent), m_tree(tree), m_model(tree, this), m_picture(*this)
 {
     setHeaderHidden(true);
@@ -34,7 +34,12 @@ TreeView::TreeView(ui::KeyedTree &tree, QWidget *parent)
     };
     tree.selectionChanged = [this](ui::NodeId) { ShowSelection(); };
     tree.expansionChanged = [this](ui::NodeId node) { ShowExpansion(node); };
-    Bind(tree, this, [this] { ShowArea(m_tree, this); });
+    Bind(tree, this, [this, byLayout] {
+        if (byLayout)
+            ShowState(m_tree, this);
+        else
+            ShowArea(m_tree, this);
+    });
     ShowAll();
 }
 

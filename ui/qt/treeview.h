@@ -15,7 +15,8 @@ class TreeView : public QTreeView
 {
 public:
     // `tree` outlives the view, which listens to it until it is destroyed.
-    TreeView(ui::KeyedTree &tree, QWidget *parent);
+    // `byLayout`: a layout of the window puts it in its place, not the control.
+    TreeView(ui::KeyedTree &tree, QWidget *parent, bool byLayout = false);
     ~TreeView() override;
 
     TreeModel &Model() { return m_model; }

@@ -1,0 +1,37 @@
+// ui/controls/button.h - a button with a caption or a picture.
+#pragma once
+
+#include "ui/controls/label.h"
+
+namespace ui
+{
+
+class Button : public Label
+{
+public:
+    using Label::Label;
+
+    // The key of a picture that the button shows instead of its caption; empty for none. The
+    // caption stays what logic reads, and a screen reader hears SpokenName(), or the tool tip
+    // without one.
+    const std::string &Image() const { return m_image; }
+    void SetImage(std::string_view key) { Assign(m_image, std::string(key)); }
+
+    const std::string &SpokenName() const { return m_spoken; }
+    void SetSpokenName(std::string_view name) { Assign(m_spoken, std::string(name)); }
+
+    // What a click does, unless the button is disabled. The window and tests call it.
+    void Click() const
+    {
+        if (Enabled() && onClick)
+            onClick();
+    }
+
+    std::function<void()> onClick; // the Click event of logic
+
+private:
+    std::string m_image;
+    std::string m_spoken;
+};
+
+} // namespace ui

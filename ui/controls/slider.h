@@ -1,0 +1,19 @@
+// ui/controls/slider.h - a value on a line, which the user moves by its thumb, a click or a key.
+#pragma once
+
+#include "ui/controls/scrollbar.h"
+
+namespace ui
+{
+
+// Value, range and steps as of a scroll bar. While the user moves the thumb the window calls
+// `thumbMoved`; the value changes when the thumb is let go.
+class Slider : public ScrollBar
+{
+public:
+    using ScrollBar::ScrollBar;
+
+    std::function<void()> thumbMoved; // the Scroll event of logic
+};
+
+} // namespace ui

@@ -1,0 +1,148 @@
+#include "ui/qt/form.h"
+
+#include "platform/machine.h"
+#include "platform/qt/modalwait.h"
+#include "platform/windows.h"
+#include "shell/language.h"
+#include "ui/qt/formwindow.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <algorithm>
+#include <string>
+
+namespace ui::qt
+{
+
+namespace
+{
+
+std::string TextOf(const ui::Caption &row)
+{
+    return shell::GetLanguageText(row.text, row.key, row.section);
+}
+
+QWidget *ParentOfModal()
+{
+    if (QWidget *modal = QApplication::activeModalWidget())
+        return modal;
+    return QApplication::activeWindow();
+}
+
+} // namespace
+
+FormWindows::FormWindows()
+{
+    ui::TheFormHost() = this;
+}
+
+FormWindows::~FormWindows()
+{
+    ui::CloseAll();
+    Sweep();
+    if (ui::TheFormHost() == this)
+        ui::TheFormHost() = nullptr;
+}
+
+FormWindow *FormWindows::Find(const ui::Form &form) const
+{
+    const auto found = std::find_if(m_windows.begin(), m_windows.end(), [&](FormWindow *window) {
+        return &window->TheForm() == &form;
+    });
+    return found == m_windows.end() ? nullptr : *found;
+}
+
+QWidget *FormWindows::WindowOf(const ui::Form &form) const
+{
+    return form.Loaded() ? Find(form) : nullptr;
+}
+
+std::vector<ui::Form *> FormWindows::Forms()
+{
+    std::vector<ui::Form *> forms;
+    for (const FormWindow *window : m_windows)
+        if (window->TheForm().Loaded())
+            forms.push_back(&window->TheForm());
+    return forms;
+}
+
+// A window is built after its form is loaded, with the texts that it then has. A form that is shown
+// again before its closed window is gone keeps that.
+FormWindow &FormWindows::Load(ui::Form &form)
+{
+    if (!form.Loaded())
+        ui::LoadForm(form, TextOf);
+    FormWindow *window = Find(form);
+    if (window == nullptr) {
+        window = new FormWindow(form, nullptr);
+        m_windows.push_back(window);
+    }
+    return *window;
+}
+
+void FormWindows::Show(ui::Form &form)
+{
+    if (platform::Windows *windows = platform::TheMachine().windows; windows != nullptr)
+        windows->CheckNonModal();
+    Load(form).Present(false);
+}
+
+void FormWindows::ShowModal(ui::Form &form)
+{
+    const platform::qt::ModalWait wait;
+    QWidget *parent = ParentOfModal();
+    FormWindow &window = Load(form);
+    if (parent != nullptr && window.parentWidget() == nullptr)
+        window.setParent(parent, window.windowFlags());
+    QEventLoop loop;
+    const auto over = QObject::connect(&window, &QDialog::finished, &loop, &QEventLoop::quit);
+    window.Present(true);
+    if (form.Visible())
+        loop.exec();
+    QObject::disconnect(over);
+    ui::Close(form);
+    Sweep();
+}
+
+void FormWindows::Hide(ui::Form &form)
+{
+    form.SetVisible(false);
+    if (FormWindow *window = Find(form); window != nullptr)
+        window->Leave();
+}
+
+// The window's own handler may be what closes it, so that it is deleted when the event is over.
+void FormWindows::Close(ui::Form &form)
+{
+    ui::UnloadForm(form);
+    if (FormWindow *window = Find(form); window != nullptr)
+        window->Leave();
+    QMetaObject::invokeMethod(
+        &m_later, [this] { Sweep(); }, Qt::QueuedConnection);
+}
+
+void FormWindows::Retire(std::unique_ptr<ui::Form> form)
+{
+    m_retired.push_back(std::move(form));
+    QMetaObject::invokeMethod(
+        &m_later, [this] { Sweep(); }, Qt::QueuedConnection);
+}
+
+void FormWindows::Sweep()
+{
+    std::vector<FormWindow *> closed;
+    for (FormWindow *window : m_windows)
+        if (!window->TheForm().Loaded())
+            closed.push_back(window);
+    for (FormWindow *window : closed) {
+        std::erase(m_windows, window);
+        delete window;
+    }
+    std::vector<std::unique_ptr<ui::Form>> ended;
+    for (auto &form : m_retired)
+        if (!form->Loaded())
+            ended.push_back(std::move(form));
+    std::erase(m_retired, nullptr);
+}
+
+} // namespace ui::qt

@@ -1,0 +1,55 @@
+// ui/qt/form.h - shows a ui::Form in a window: builds a widget for each of its controls, ties the
+// two together, and does what all windows need: object names, captions from the language file,
+// names for screen readers, label buddies, tool tips, Tab order, Enter and Escape, the icon, the
+// stored place.
+#pragma once
+
+#include "ui/controls/form.h"
+
+#include <QObject>
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace ui::qt
+{
+
+class FormWindow;
+
+// The host of the program's forms. While one lives it is ui::TheFormHost().
+class FormWindows : public ui::FormHost
+{
+public:
+    FormWindows();
+    ~FormWindows() override; // closes all
+    FormWindows(const FormWindows &) = delete;
+    FormWindows &operator=(const FormWindows &) = delete;
+
+    void Show(ui::Form &form) override;
+    void ShowModal(ui::Form &form) override;
+    void Hide(ui::Form &form) override;
+    void Close(ui::Form &form) override;
+    void Retire(std::unique_ptr<ui::Form> form) override;
+    std::vector<ui::Form *> Forms() override;
+
+    // The window of a loaded form; null for any other.
+    QWidget *WindowOf(const ui::Form &form) const;
+
+private:
+    FormWindow &Load(ui::Form &form);
+    FormWindow *Find(const ui::Form &form) const;
+
+    void Sweep(); // deletes the windows whose forms are closed
+
+    QObject m_later;                                  // receives the queued calls of Sweep
+    std::vector<FormWindow *> m_windows;              // in the order of loading; deleted by Sweep
+    std::vector<std::unique_ptr<ui::Form>> m_retired; // end after their windows
+};
+
+// Makes the widget of a control of a window's own kind, a ui::Area among its members; called when a
+// window of that name is built. The widget belongs to its parent, and the form outlives it.
+using WidgetMaker = std::function<QWidget *(ui::Form &form, QWidget *parent)>;
+void RegisterWidget(std::string_view formName, std::string_view controlName, WidgetMaker make);
+
+} // namespace ui::qt

@@ -1,0 +1,439 @@
+#include "ui/qt/formwindow.h"
+
+#include "platform/machine.h"
+#include "platform/windows.h"
+#include "shell/settings.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/inputbindings.h"
+#include "ui/qt/listview.h"
+#include "ui/qt/qttext.h"
+#include "ui/qt/statusbarview.h"
+#include "ui/qt/treeview.h"
+
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QIcon>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <set>
+#include <utility>
+
+namespace ui::qt
+{
+
+namespace
+{
+
+constexpr std::string_view kPlaces = "Window Places"; // section of the settings
+
+std::map<std::pair<std::string, std::string>, WidgetMaker, std::less<>> &Makers()
+{
+    static std::map<std::pair<std::string, std::string>, WidgetMaker, std::less<>> makers;
+    return makers;
+}
+
+// The codes of keys as the KeyDown event has them.
+int CodeOf(const QKeyEvent &event)
+{
+    constexpr std::pair<int, int> kCodes[] = {
+        {Qt::Key_Backspace, 8},
+        {Qt::Key_Tab, 9},
+        {Qt::Key_Return, ui::kEnterKey},
+        {Qt::Key_Enter, ui::kEnterKey},
+        {Qt::Key_Shift, 16},
+        {Qt::Key_Control, 17},
+        {Qt::Key_Alt, 18},
+        {Qt::Key_PageUp, 33},
+        {Qt::Key_PageDown, 34},
+        {Qt::Key_End, 35},
+        {Qt::Key_Home, 36},
+        {Qt::Key_Left, 37},
+        {Qt::Key_Up, 38},
+        {Qt::Key_Right, 39},
+        {Qt::Key_Down, 40},
+        {Qt::Key_Insert, 45},
+        {Qt::Key_Delete, 46},
+        {Qt::Key_Escape, ui::kEscapeKey},
+    };
+    for (const auto &[toolkit, code] : kCodes)
+        if (event.key() == toolkit)
+            return code;
+    if (event.key() >= Qt::Key_F1 && event.key() <= Qt::Key_F12)
+        return 112 + event.key() - Qt::Key_F1;
+    return event.key() < 128 ? event.key() : 0;
+}
+
+ui::Key KeyOf(const QKeyEvent &event)
+{
+    const Qt::KeyboardModifiers keys = event.modifiers();
+    return {CodeOf(event), keys.testFlag(Qt::ShiftModifier), keys.testFlag(Qt::ControlModifier),
+            keys.testFlag(Qt::AltModifier)};
+}
+
+// The character that a key types; 0 for a key that types none.
+char32_t CharacterOf(const QKeyEvent &event)
+{
+    if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)
+        return 13;
+    const QList<uint> characters = event.text().toUcs4();
+    return characters.isEmpty() || event.key() == Qt::Key_Delete ? 0 : characters.first();
+}
+
+std::optional<int> StoredTwips(const std::string &key)
+{
+    const std::string text = shell::GetSetting(kPlaces, key);
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return value;
+}
+
+template <class Control>
+const void *AddressOf(const Control *control)
+{
+    if constexpr (std::is_base_of_v<ui::Area, Control>)
+        return static_cast<const ui::Area *>(control);
+    else
+        return control;
+}
+
+} // namespace
+
+void RegisterWidget(std::string_view formName, std::string_view controlName, WidgetMaker make)
+{
+    Makers()[{std::string(formName), std::string(controlName)}] = std::move(make);
+}
+
+FormWindow::FormWindow(ui::Form &form, QWidget *parent) : QDialog(parent), m_form(form)
+{
+    setObjectName(ToQt(form.name));
+    setWindowIcon(QIcon(QStringLiteral(":/icons/app.svg")));
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    Build();
+    OrderTabs();
+    Arrange();
+    Bind(form, this, [this] { ShowForm(); });
+    form.SetHosted(true);
+}
+
+FormWindow::~FormWindow()
+{
+    m_form.SetHosted(false);
+}
+
+void FormWindow::ShowForm()
+{
+    setWindowTitle(ToQt(m_form.Title()));
+    setAccessibleName(ToQt(m_form.Title()));
+}
+
+// The widget of one control; null for a control that does not show.
+QWidget *FormWindow::Make(const ui::Member &member, QWidget *parent, bool isBuddy)
+{
+    const Binding binding{m_form.layout.kind == ui::Layout::Kind::Empty};
+    const auto make = [&](auto *control) -> QWidget * {
+        using Control = std::remove_pointer_t<decltype(control)>;
+        if constexpr (std::is_same_v<Control, ui::Label>) {
+            return MakeLabel(*control, isBuddy, parent, binding);
+        } else if constexpr (std::is_same_v<Control, ui::Button>) {
+            return MakeButton(*control, parent, binding);
+        } else if constexpr (std::is_base_of_v<ui::CheckBox, Control>) {
+            constexpr bool kRound = std::is_same_v<Control, ui::Option>;
+            return MakeCheckBox(*control, kRound, parent, binding);
+        } else if constexpr (std::is_same_v<Control, ui::TextBox>) {
+            return MakeTextBox(*control, parent, binding);
+        } else if constexpr (std::is_same_v<Control, ui::ComboBox>) {
+            return MakeComboBox(*control, parent, binding);
+        } else if constexpr (std::is_same_v<Control, ui::Frame>) {
+            return MakeFrame(*control, parent, binding);
+        } else if constexpr (std::is_same_v<Control, ui::Slider>) {
+            return MakeSlider(*control, parent, binding);
+        } else if constexpr (std::is_same_v<Control, ui::Picture>) {
+            auto *picture = new QLabel(parent);
+            BindPicture(*control, picture);
+            return picture;
+        } else if constexpr (std::is_same_v<Control, ui::KeyedTree>) {
+            return new TreeView(*control, parent, !binding.placed);
+        } else if constexpr (std::is_same_v<Control, ui::KeyedList>) {
+            return new ListView(*control, parent,
+                                binding.placed ? Placing::Exact : Placing::ByLayout);
+        } else if constexpr (std::is_same_v<Control, ui::StatusBar>) {
+            return new StatusBarView(*control, parent);
+        } else if constexpr (std::is_same_v<Control, ui::ProgressBar>) {
+            auto *bar = new QProgressBar(parent);
+            BindProgress(*control, bar);
+            return bar;
+        } else if constexpr (std::is_same_v<Control, ui::Timer>) {
+            BindTimer(*control, this);
+            return nullptr;
+        } else {
+            return MakeArea(member.name, *control, parent, binding);
+        }
+    };
+    QWidget *widget = std::visit(make, member.control);
+    if (widget != nullptr)
+        m_widgets[std::visit([](auto *control) { return AddressOf(control); }, member.control)] =
+            widget;
+    return widget;
+}
+
+QWidget *FormWindow::MakeArea(const std::string &controlName, ui::Area &area, QWidget *parent,
+                              Binding binding)
+{
+    const auto maker = Makers().find(std::pair(m_form.name, controlName));
+    if (maker != Makers().end())
+        return maker->second(m_form, parent);
+    auto *widget = new QWidget(parent);
+    Bind(area, widget, [&area, widget, binding] { ShowControl(area, widget, binding); });
+    return widget;
+}
+
+void FormWindow::Build()
+{
+    std::set<const ui::Label *> buddies;
+    for (const ui::Member &member : m_form.members)
+        buddies.insert(member.label);
+    for (const ui::Member &member : m_form.members) {
+        const auto *label = std::get_if<ui::Label *>(&member.control);
+        QWidget *widget =
+            Make(member, WidgetOf(member.in, this), label != nullptr && buddies.contains(*label));
+        if (widget == nullptr)
+            continue;
+        widget->setObjectName(ToQt(member.name));
+        m_inOrder.push_back(widget);
+        if (member.label != nullptr)
+            NameByLabel(*member.label, widget);
+        ListenTo(member, widget);
+    }
+    if (m_form.acceptButton != nullptr)
+        static_cast<QPushButton *>(WidgetOf(m_form.acceptButton))->setDefault(true);
+}
+
+void FormWindow::NameByLabel(const ui::Label &label, QWidget *widget)
+{
+    auto *shown = static_cast<QLabel *>(WidgetOf(&label));
+    shown->setBuddy(widget);
+    SpeakAs(widget, SpokenText(label.Caption()));
+}
+
+// Keys that logic wants before the widget has them, and the loss of the keyboard.
+void FormWindow::ListenTo(const ui::Member &member, QWidget *widget)
+{
+    if (auto *const *box = std::get_if<ui::TextBox *>(&member.control))
+        m_typing[widget] = {[box = *box] { return box->keyPressed; },
+                            [box = *box] { return box->lostFocus; }};
+    if (auto *const *box = std::get_if<ui::ComboBox *>(&member.control))
+        m_typing[widget] = {[box = *box] { return box->keyPressed; }, {}};
+    widget->installEventFilter(this);
+}
+
+QWidget *FormWindow::WidgetOf(const ui::Area *control, QWidget *otherwise) const
+{
+    const auto found = m_widgets.find(control);
+    return found == m_widgets.end() ? otherwise : found->second;
+}
+
+void FormWindow::OrderTabs()
+{
+    QWidget *before = nullptr;
+    for (QWidget *widget : m_inOrder) {
+        if (widget->focusPolicy() == Qt::NoFocus)
+            continue;
+        if (before != nullptr)
+            setTabOrder(before, widget);
+        before = widget;
+    }
+}
+
+void FormWindow::Arrange()
+{
+    const QSize least(ui::PixelsOfTwips(m_form.size.width), ui::PixelsOfTwips(m_form.size.height));
+    if (m_form.layout.kind == ui::Layout::Kind::Empty) {
+        resize(least);
+        if (!m_form.resizable)
+            setFixedSize(least);
+        return;
+    }
+    auto *outer = new QVBoxLayout(this);
+    AddTo(outer, m_form.layout, true);
+    outer->setSizeConstraint(m_form.resizable ? QLayout::SetMinimumSize : QLayout::SetFixedSize);
+    if (m_form.resizable)
+        resize(least.expandedTo(outer->sizeHint()));
+}
+
+// Adds one part of a row or column. A part that is filled takes the room that is left.
+void FormWindow::AddTo(QBoxLayout *box, const ui::Layout &part, bool filled)
+{
+    const int stretch = filled ? 1 : 0;
+    if (part.kind == ui::Layout::Kind::Room)
+        box->addStretch(1);
+    else if (part.kind == ui::Layout::Kind::Control)
+        box->addWidget(Arranged(part), stretch);
+    else if (part.kind != ui::Layout::Kind::Empty)
+        box->addLayout(MakeLayout(part), stretch);
+}
+
+// The widget of a part that is a control, with what is inside of a frame laid out.
+QWidget *FormWindow::Arranged(const ui::Layout &part)
+{
+    QWidget *widget = WidgetOf(part.control);
+    if (!part.parts.empty()) {
+        auto *inner = new QVBoxLayout(widget);
+        if (qobject_cast<QGroupBox *>(widget) == nullptr)
+            inner->setContentsMargins(0, 0, 0, 0);
+        for (const ui::Layout &content : part.parts)
+            AddTo(inner, content, true);
+    }
+    return widget;
+}
+
+QLayout *FormWindow::MakeLayout(const ui::Layout &layout)
+{
+    if (layout.kind == ui::Layout::Kind::Grid) {
+        auto *grid = new QGridLayout;
+        int place = 0;
+        for (const ui::Layout &part : layout.parts) {
+            const int row = place / layout.columns;
+            const int column = place % layout.columns;
+            ++place;
+            if (part.kind == ui::Layout::Kind::Control)
+                grid->addWidget(Arranged(part), row, column);
+            else if (part.kind != ui::Layout::Kind::Empty && part.kind != ui::Layout::Kind::Room)
+                grid->addLayout(MakeLayout(part), row, column);
+            if (part.filled)
+                grid->setColumnStretch(column, 1);
+        }
+        return grid;
+    }
+    auto *box = new QBoxLayout(layout.kind == ui::Layout::Kind::Row ? QBoxLayout::LeftToRight
+                                                                    : QBoxLayout::TopToBottom);
+    for (const ui::Layout &part : layout.parts)
+        AddTo(box, part, part.filled);
+    return box;
+}
+
+void FormWindow::Present(bool modal)
+{
+    m_form.SetVisible(true);
+    if (isVisible()) {
+        if (isMinimized())
+            showNormal();
+        raise();
+        activateWindow();
+        return;
+    }
+    setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
+    if (!m_placed)
+        RestorePlace();
+    m_placed = true;
+    show();
+    raise();
+    activateWindow();
+}
+
+// The stored place, fitted to the screens that there are now.
+void FormWindow::RestorePlace()
+{
+    platform::Windows *windows = platform::TheMachine().windows;
+    if (!m_form.remembersPlace || windows == nullptr)
+        return;
+    const auto left = StoredTwips(m_form.name + " Left");
+    const auto top = StoredTwips(m_form.name + " Top");
+    const auto wide = StoredTwips(m_form.name + " Width");
+    const auto high = StoredTwips(m_form.name + " Height");
+    if (!left || !top || !wide || !high)
+        return;
+    const platform::Placement place =
+        platform::BringIntoView({*left, *top, *wide, *high}, *windows);
+    if (m_form.resizable)
+        resize(ui::PixelsOfTwips(place.width), ui::PixelsOfTwips(place.height));
+    move(ui::PixelsOfTwips(place.left), ui::PixelsOfTwips(place.top));
+}
+
+void FormWindow::StorePlace() const
+{
+    if (!m_form.remembersPlace || isMinimized() || platform::TheMachine().settings == nullptr)
+        return;
+    const auto save = [this](const char *what, int pixels) {
+        shell::SaveSetting(kPlaces, m_form.name + what, std::to_string(ui::TwipsOfPixels(pixels)));
+    };
+    platform::Windows *windows = platform::TheMachine().windows;
+    if (windows == nullptr || windows->KnowsPlaces()) {
+        save(" Left", x());
+        save(" Top", y());
+    }
+    save(" Width", width());
+    save(" Height", height());
+}
+
+void FormWindow::Leave()
+{
+    if (isVisible())
+        StorePlace();
+    hide();
+    Q_EMIT finished(0);
+}
+
+void FormWindow::reject()
+{
+    if (m_form.cancelButton != nullptr && m_form.cancelButton->Enabled())
+        m_form.cancelButton->Click();
+    else if (m_form.escapeCloses)
+        ui::AskToClose(m_form);
+}
+
+void FormWindow::closeEvent(QCloseEvent *event)
+{
+    event->ignore(); // the form decides
+    ui::AskToClose(m_form);
+}
+
+void FormWindow::resizeEvent(QResizeEvent *event)
+{
+    QDialog::resizeEvent(event);
+    m_form.size.width = ui::TwipsOfPixels(width());
+    m_form.size.height = ui::TwipsOfPixels(height());
+    if (m_form.onResize && !m_form.minimised)
+        m_form.onResize();
+}
+
+void FormWindow::changeEvent(QEvent *event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange)
+        m_form.minimised = isMinimized();
+}
+
+// The window's keys come first, then those of the box that is typed into, then the widget.
+bool FormWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    const auto typing = m_typing.find(watched);
+    if (event->type() == QEvent::KeyPress) {
+        const auto &key = static_cast<const QKeyEvent &>(*event);
+        if (m_form.onKeyDown && m_form.onKeyDown(KeyOf(key)))
+            return true;
+        const auto pressed = typing == m_typing.end() ? nullptr : typing->second.keyPressed();
+        const char32_t character = CharacterOf(key);
+        if (pressed && character != 0 && pressed(character))
+            return true;
+    } else if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(watched) != nullptr &&
+               !static_cast<QWidget *>(watched)->hasFocus()) {
+        event->ignore(); // a wheel that only passes over it changes nothing
+        return true;
+    } else if (event->type() == QEvent::FocusOut && typing != m_typing.end() &&
+               typing->second.lostFocus) {
+        if (const auto lost = typing->second.lostFocus())
+            lost();
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+} // namespace ui::qt

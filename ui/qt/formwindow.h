@@ -1,0 +1,72 @@
+// ui/qt/formwindow.h - the window of one ui::Form; made and ended by ui/qt/form.
+#pragma once
+
+#include "ui/qt/form.h"
+#include "ui/qt/inputbindings.h"
+
+#include <QDialog>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+class QBoxLayout;
+class QLayout;
+
+namespace ui::qt
+{
+
+class FormWindow : public QDialog
+{
+public:
+    // The form is loaded, and outlives its window.
+    FormWindow(ui::Form &form, QWidget *parent);
+    ~FormWindow() override;
+
+    ui::Form &TheForm() const { return m_form; }
+
+    // Shows the window, the first time at its stored place; one that shows comes forward.
+    void Present(bool modal);
+
+    // Hides the window; a modal wait for it ends.
+    void Leave();
+
+    void reject() override; // Escape
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    // What a box that is typed into wants to hear of; asked each time, as logic may change it.
+    struct Typing {
+        std::function<std::function<bool(char32_t)>()> keyPressed;
+        std::function<std::function<void()>()> lostFocus;
+    };
+
+    void Build();
+    QWidget *Make(const ui::Member &member, QWidget *parent, bool isBuddy);
+    QWidget *MakeArea(const std::string &controlName, ui::Area &area, QWidget *parent,
+                      Binding binding);
+    void NameByLabel(const ui::Label &label, QWidget *widget);
+    void ListenTo(const ui::Member &member, QWidget *widget);
+    void OrderTabs();
+    void Arrange();
+    void AddTo(QBoxLayout *box, const ui::Layout &part, bool filled);
+    QWidget *Arranged(const ui::Layout &part);
+    QLayout *MakeLayout(const ui::Layout &layout);
+    QWidget *WidgetOf(const ui::Area *control, QWidget *otherwise = nullptr) const;
+    void ShowForm();
+    void RestorePlace();
+    void StorePlace() const;
+
+    ui::Form &m_form;
+    std::map<const void *, QWidget *> m_widgets; // by the control's address; owned by this window
+    std::vector<QWidget *> m_inOrder;            // of the Tab key
+    std::map<const QObject *, Typing> m_typing;
+    bool m_placed = false; // the stored place was restored
+};
+
+} // namespace ui::qt

@@ -1,0 +1,344 @@
+#include "ui/qt/inputbindings.h"
+
+#include "ui/qt/bindings.h"
+#include "ui/qt/icons.h"
+#include "ui/qt/qttext.h"
+#include "ui/qt/textmap.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScopedValueRollback>
+#include <QSlider>
+#include <QStyle>
+
+namespace ui::qt
+{
+
+namespace
+{
+
+constexpr int kIconPixels = 20;
+
+// Runs `show` at each change of the control, and gives the keyboard to the widget when logic asks
+// for that.
+template <class Control>
+void Follow(Control &control, QWidget *widget, const std::function<void()> &show)
+{
+    Bind(control, widget, show);
+    QObject::connect(widget, &QObject::destroyed, [&control] { control.focusWanted = nullptr; });
+    control.focusWanted = [widget] { widget->setFocus(); };
+}
+
+// The selection stays as bright when another widget has the keyboard: it shows where a song is.
+void KeepSelectionBright(QPlainTextEdit *edit)
+{
+    QPalette colours = edit->palette();
+    for (const auto role : {QPalette::Highlight, QPalette::HighlightedText})
+        colours.setColor(QPalette::Inactive, role, colours.color(QPalette::Active, role));
+    edit->setPalette(colours);
+}
+
+// Text box and widget: what the one shows, and what the user did in the other.
+struct TextTie {
+    ui::TextBox &box;
+    bool following = false; // the widget follows the control
+    bool edited = false;    // the user changed the widget's text, which was not taken yet
+
+    bool MultiLine() const { return box.multiLine; }
+
+    ui::TextRange RangeOf(int anchor, int position) const
+    {
+        const int from = TextPosition(box.Text(), MultiLine(), std::min(anchor, position));
+        const int to = TextPosition(box.Text(), MultiLine(), std::max(anchor, position));
+        return {from, to - from};
+    }
+
+    // What the user typed, as far as the box takes it. False when it is refused.
+    bool Take(const QString &shown, int position)
+    {
+        const std::string taken = EditedText(box.Text(), MultiLine(), shown, position);
+        if (box.MaxLength() > 0) {
+            ui::TextBox measured;
+            measured.SetText(taken);
+            if (measured.Length() > box.MaxLength() && measured.Length() > box.Length())
+                return false;
+        }
+        box.Replace(taken, {TextPosition(taken, MultiLine(), position), 0});
+        return true;
+    }
+};
+
+void ShowLine(const TextTie &tie, QLineEdit *edit)
+{
+    const QString shown = ShownText(tie.box.Text(), false);
+    if (edit->text() != shown)
+        edit->setText(shown);
+    const ui::TextRange range = tie.box.Selection();
+    const int start = ShownPosition(tie.box.Text(), false, range.start);
+    const int end = ShownPosition(tie.box.Text(), false, range.start + range.length);
+    if (end > start && (edit->selectionStart() != start || edit->selectionEnd() != end))
+        edit->setSelection(start, end - start);
+    else if (end == start && (edit->hasSelectedText() || edit->cursorPosition() != start))
+        edit->setCursorPosition(start);
+    edit->setReadOnly(tie.box.Locked());
+}
+
+QWidget *MakeLine(ui::TextBox &box, QWidget *parent, Binding binding)
+{
+    auto *edit = new QLineEdit(parent);
+    auto tie = std::make_shared<TextTie>(TextTie{box}); // shared by the hooks of the one box
+    Follow(box, edit, [tie, edit, &box, binding] {
+        const QScopedValueRollback following(tie->following, true);
+        ShowControl(box, edit, binding);
+        ShowLine(*tie, edit);
+    });
+    QObject::connect(edit, &QLineEdit::textEdited, edit, [tie, edit](const QString &text) {
+        const QScopedValueRollback following(tie->following, true);
+        if (!tie->Take(text, edit->cursorPosition()))
+            ShowLine(*tie, edit);
+    });
+    const auto selected = [tie, edit, &box] {
+        if (tie->following || edit->text() != ShownText(box.Text(), false))
+            return;
+        const int start = edit->hasSelectedText() ? edit->selectionStart() : edit->cursorPosition();
+        const int end = edit->hasSelectedText() ? edit->selectionEnd() : start;
+        const QScopedValueRollback following(tie->following, true);
+        box.SetSelection(tie->RangeOf(start, end));
+    };
+    QObject::connect(edit, &QLineEdit::selectionChanged, edit, selected);
+    QObject::connect(edit, &QLineEdit::cursorPositionChanged, edit, selected);
+    return edit;
+}
+
+// The text of the widget, with its blanks as they are: the toolkit's plain text has none that do
+// not break.
+QString LinesOf(const QPlainTextEdit *edit)
+{
+    QString text = edit->document()->toRawText();
+    text.replace(QChar(QChar::ParagraphSeparator), QLatin1Char('\n'));
+    text.replace(QChar(QChar::LineSeparator), QLatin1Char('\n'));
+    return text;
+}
+
+void ShowLines(const TextTie &tie, QPlainTextEdit *edit)
+{
+    const QString shown = ShownText(tie.box.Text(), true);
+    if (LinesOf(edit) != shown)
+        edit->setPlainText(shown);
+    const ui::TextRange range = tie.box.Selection();
+    const int start = ShownPosition(tie.box.Text(), true, range.start);
+    const int end = ShownPosition(tie.box.Text(), true, range.start + range.length);
+    QTextCursor cursor = edit->textCursor();
+    if (cursor.selectionStart() != start || cursor.selectionEnd() != end) {
+        cursor.setPosition(start);
+        cursor.setPosition(end, QTextCursor::KeepAnchor);
+        edit->setTextCursor(cursor);
+        edit->ensureCursorVisible();
+    }
+    edit->setReadOnly(tie.box.Locked());
+}
+
+QWidget *MakeLines(ui::TextBox &box, QWidget *parent, Binding binding)
+{
+    auto *edit = new QPlainTextEdit(parent);
+    edit->setTabChangesFocus(true);
+    edit->setLineWrapMode(box.wrap ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
+    KeepSelectionBright(edit);
+    auto tie = std::make_shared<TextTie>(TextTie{box}); // shared by the hooks of the one box
+    Follow(box, edit, [tie, edit, &box, binding] {
+        const QScopedValueRollback following(tie->following, true);
+        ShowControl(box, edit, binding);
+        ShowLines(*tie, edit);
+    });
+    // Of a change the widget reports first that there is one, then the caret's move, then the text.
+    QObject::connect(edit->document(), &QTextDocument::contentsChange, edit,
+                     [tie] { tie->edited = !tie->following; });
+    QObject::connect(edit, &QPlainTextEdit::textChanged, edit, [tie, edit] {
+        if (tie->following)
+            return;
+        tie->edited = false;
+        const QScopedValueRollback following(tie->following, true);
+        if (!tie->Take(LinesOf(edit), edit->textCursor().position()))
+            ShowLines(*tie, edit);
+    });
+    const auto selected = [tie, edit, &box] {
+        if (tie->following || tie->edited)
+            return;
+        const QScopedValueRollback following(tie->following, true);
+        const QTextCursor cursor = edit->textCursor();
+        box.SetSelection(tie->RangeOf(cursor.anchor(), cursor.position()));
+    };
+    QObject::connect(edit, &QPlainTextEdit::selectionChanged, edit, selected);
+    QObject::connect(edit, &QPlainTextEdit::cursorPositionChanged, edit, selected);
+    return edit;
+}
+
+} // namespace
+
+void ShowControl(const ui::Area &control, QWidget *widget, Binding binding)
+{
+    if (binding.placed)
+        ShowArea(control, widget);
+    else
+        ShowState(control, widget);
+    const QString tip = TipText(ToQt(control.ToolTip()));
+    if (widget->toolTip() != tip)
+        widget->setToolTip(tip);
+}
+
+void SpeakAs(QWidget *widget, const QString &words)
+{
+    widget->setAccessibleName(words);
+    if (const auto *combo = qobject_cast<QComboBox *>(widget);
+        combo != nullptr && combo->lineEdit() != nullptr)
+        combo->lineEdit()->setAccessibleName(words);
+}
+
+QString SpokenText(std::string_view caption)
+{
+    QString words = LabelText(caption).simplified();
+    while (words.endsWith(QLatin1Char(':')) || words.endsWith(QLatin1Char(' ')))
+        words.chop(1);
+    return words;
+}
+
+QWidget *MakeLabel(ui::Label &label, bool isBuddy, QWidget *parent, Binding binding)
+{
+    auto *widget = new QLabel(parent);
+    widget->setTextFormat(Qt::PlainText);
+    widget->setWordWrap(!isBuddy);
+    widget->setAlignment(Qt::AlignLeft | (isBuddy ? Qt::AlignVCenter : Qt::AlignTop));
+    Follow(label, widget, [&label, widget, isBuddy, binding] {
+        ShowControl(label, widget, binding);
+        widget->setText(isBuddy ? MenuText(label.Caption()) : LabelText(label.Caption()));
+        if (widget->buddy() != nullptr)
+            SpeakAs(widget->buddy(), SpokenText(label.Caption()));
+    });
+    return widget;
+}
+
+QWidget *MakeButton(ui::Button &button, QWidget *parent, Binding binding)
+{
+    auto *widget = new QPushButton(parent);
+    widget->setAutoDefault(false);
+    widget->setIconSize({kIconPixels, kIconPixels});
+    Follow(button, widget, [&button, widget, binding] {
+        ShowControl(button, widget, binding);
+        const bool drawn = !button.Image().empty();
+        widget->setIcon(Icon(button.Image()));
+        widget->setText(drawn ? QString() : MenuText(button.Caption()));
+        QString spoken = ToQt(button.SpokenName());
+        if (spoken.isEmpty())
+            spoken = drawn ? ToQt(button.ToolTip()) : SpokenText(button.Caption());
+        widget->setAccessibleName(spoken);
+    });
+    QObject::connect(widget, &QPushButton::clicked, widget, [&button] { button.Click(); });
+    return widget;
+}
+
+QWidget *MakeCheckBox(ui::CheckBox &box, bool round, QWidget *parent, Binding binding)
+{
+    QAbstractButton *widget =
+        round ? static_cast<QAbstractButton *>(new QRadioButton(parent)) : new QCheckBox(parent);
+    widget->setCheckable(true);
+    Follow(box, widget, [&box, widget, binding] {
+        const QSignalBlocker quiet(widget);
+        ShowControl(box, widget, binding);
+        widget->setText(MenuText(box.Caption()));
+        widget->setAccessibleName(SpokenText(box.Caption()));
+        widget->setChecked(box.Checked());
+    });
+    QObject::connect(widget, &QAbstractButton::toggled, widget,
+                     [&box](bool checked) { box.SetChecked(checked); });
+    return widget;
+}
+
+QWidget *MakeTextBox(ui::TextBox &box, QWidget *parent, Binding binding)
+{
+    return box.multiLine ? MakeLines(box, parent, binding) : MakeLine(box, parent, binding);
+}
+
+QWidget *MakeComboBox(ui::ComboBox &box, QWidget *parent, Binding binding)
+{
+    auto *widget = new QComboBox(parent);
+    widget->setEditable(box.canType);
+    widget->setInsertPolicy(QComboBox::NoInsert);
+    if (box.canType)
+        widget->setCompleter(nullptr);
+    widget->setMaxVisibleItems(20);
+    widget->setFocusPolicy(Qt::StrongFocus); // not by the wheel
+    Follow(box, widget, [&box, widget, binding] {
+        const QSignalBlocker quiet(widget);
+        ShowControl(box, widget, binding);
+        QStringList items;
+        for (const std::string &item : box.Items())
+            items << OneLineText(item);
+        QStringList shown;
+        for (int i = 0; i < widget->count(); ++i)
+            shown << widget->itemText(i);
+        if (items != shown) {
+            widget->clear();
+            widget->addItems(items);
+        }
+        if (widget->currentIndex() != box.ListIndex())
+            widget->setCurrentIndex(box.ListIndex());
+        widget->setPlaceholderText(OneLineText(box.Text())); // shows one that is no entry
+        if (box.canType && widget->currentText() != ToQt(box.Text()))
+            widget->setEditText(ToQt(box.Text()));
+    });
+    QObject::connect(widget, qOverload<int>(&QComboBox::activated), widget,
+                     [&box](int index) { box.SetListIndex(index); });
+    QObject::connect(widget, &QComboBox::currentIndexChanged, widget, [&box](int index) {
+        if (index >= 0)
+            box.SetListIndex(index);
+    });
+    if (box.canType)
+        QObject::connect(widget->lineEdit(), &QLineEdit::textEdited, widget,
+                         [&box](const QString &text) { box.SetText(FromQt(text)); });
+    return widget;
+}
+
+QWidget *MakeFrame(ui::Frame &frame, QWidget *parent, Binding binding)
+{
+    if (!frame.bordered) {
+        auto *holder = new QWidget(parent);
+        Follow(frame, holder, [&frame, holder, binding] { ShowControl(frame, holder, binding); });
+        return holder;
+    }
+    auto *group = new QGroupBox(parent);
+    Follow(frame, group, [&frame, group, binding] {
+        ShowControl(frame, group, binding);
+        group->setTitle(MenuText(frame.Caption()));
+        group->setAccessibleName(SpokenText(frame.Caption()));
+    });
+    return group;
+}
+
+QWidget *MakeSlider(ui::Slider &slider, QWidget *parent, Binding binding)
+{
+    auto *widget = new QSlider(Qt::Horizontal, parent);
+    widget->setTracking(false); // the value changes when the thumb is let go
+    Follow(slider, widget, [&slider, widget, binding] {
+        ShowControl(slider, widget, binding);
+        const QSignalBlocker quiet(widget);
+        widget->setRange(0, slider.Max());
+        widget->setPageStep(std::max(1, slider.LargeChange()));
+        widget->setSingleStep(std::max(1, slider.SmallChange()));
+        if (!widget->isSliderDown() || slider.Value() != widget->sliderPosition())
+            widget->setValue(slider.Value());
+    });
+    QObject::connect(widget, &QSlider::sliderMoved, widget, [&slider](int) {
+        if (slider.thumbMoved)
+            slider.thumbMoved();
+    });
+    QObject::connect(widget, &QSlider::valueChanged, widget,
+                     [&slider](int value) { slider.SetValue(value); });
+    return widget;
+}
+
+} // namespace ui::qt

@@ -1,0 +1,151 @@
+#include "ui/qt/textmap.h"
+
+#include "ui/qt/qttext.h"
+
+#include <algorithm>
+
+namespace ui::qt
+{
+
+namespace
+{
+
+// One character of the text, or a CR LF of a text of several lines.
+struct Step {
+    std::size_t bytes = 0;
+    int characters = 0;
+    int units = 0; // that it takes in the widget
+};
+
+std::size_t BytesOfCharacter(std::string_view text, std::size_t at)
+{
+    std::size_t next = at + 1;
+    while (next < text.size() && (static_cast<unsigned char>(text[next]) & 0xC0) == 0x80)
+        ++next;
+    return next - at;
+}
+
+Step StepAt(std::string_view text, bool multiLine, std::size_t at)
+{
+    if (multiLine && text.substr(at, 2) == "\r\n")
+        return {2, 2, 1};
+    const std::size_t bytes = BytesOfCharacter(text, at);
+    if (bytes == 1 && static_cast<unsigned char>(text[at]) < 0x80)
+        return {1, 1, 1};
+    const int units = static_cast<int>(ToQt(text.substr(at, bytes)).size());
+    return {bytes, 1, units};
+}
+
+bool IsControl(QChar c)
+{
+    return c < QLatin1Char(' ') || c == QChar(0x7f) || c == QChar(QChar::LineSeparator) ||
+           c == QChar(QChar::ParagraphSeparator);
+}
+
+QString ShownStep(std::string_view bytes, bool multiLine)
+{
+    if (multiLine && (bytes == "\r\n" || bytes == "\r" || bytes == "\n"))
+        return QStringLiteral("\n");
+    QString shown = bytes.size() == 1 && static_cast<unsigned char>(bytes[0]) < 0x80
+                        ? QString(QLatin1Char(bytes[0]))
+                        : ToQt(bytes);
+    for (QChar &c : shown)
+        if (IsControl(c) && !(multiLine && c == QLatin1Char('\t')))
+            c = QLatin1Char(' ');
+    return shown;
+}
+
+// The byte of `text` at which its widget shows the unit `shownPosition`.
+std::size_t ByteOfShown(std::string_view text, bool multiLine, int shownPosition)
+{
+    std::size_t at = 0;
+    for (int shown = 0; at < text.size();) {
+        const Step step = StepAt(text, multiLine, at);
+        if (shown + step.units > shownPosition)
+            break;
+        shown += step.units;
+        at += step.bytes;
+    }
+    return at;
+}
+
+std::string TypedText(const QString &typed, bool multiLine)
+{
+    QString text = typed;
+    if (multiLine)
+        text.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
+    return FromQt(text);
+}
+
+} // namespace
+
+QString ShownText(std::string_view text, bool multiLine)
+{
+    QString shown;
+    shown.reserve(static_cast<qsizetype>(text.size()));
+    for (std::size_t at = 0; at < text.size();) {
+        const Step step = StepAt(text, multiLine, at);
+        shown += ShownStep(text.substr(at, step.bytes), multiLine);
+        at += step.bytes;
+    }
+    return shown;
+}
+
+int ShownPosition(std::string_view text, bool multiLine, int position)
+{
+    int shown = 0;
+    int characters = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const Step step = StepAt(text, multiLine, at);
+        if (characters + step.characters > position)
+            break;
+        characters += step.characters;
+        shown += step.units;
+        at += step.bytes;
+    }
+    return shown;
+}
+
+int TextPosition(std::string_view text, bool multiLine, int shownPosition)
+{
+    int shown = 0;
+    int characters = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const Step step = StepAt(text, multiLine, at);
+        if (shown + step.units > shownPosition)
+            break;
+        characters += step.characters;
+        shown += step.units;
+        at += step.bytes;
+    }
+    return characters;
+}
+
+// What was typed ends at the caret, so that of equal characters the ones before it are the new
+// ones.
+std::string EditedText(std::string_view text, bool multiLine, const QString &shown, int caret)
+{
+    const QString before = ShownText(text, multiLine);
+    const qsizetype shorter = std::min(before.size(), shown.size());
+    const qsizetype afterCaret = shown.size() - std::clamp<qsizetype>(caret, 0, shown.size());
+    qsizetype sameEnd = 0;
+    while (sameEnd < std::min(shorter, afterCaret) &&
+           before[before.size() - 1 - sameEnd] == shown[shown.size() - 1 - sameEnd])
+        ++sameEnd;
+    qsizetype same = 0;
+    while (same < shorter - sameEnd && before[same] == shown[same])
+        ++same;
+    // A pair of surrogates is one character.
+    if (same > 0 && before[same - 1].isHighSurrogate())
+        --same;
+    if (sameEnd > 0 && before[before.size() - sameEnd].isLowSurrogate())
+        --sameEnd;
+    const std::size_t from = ByteOfShown(text, multiLine, static_cast<int>(same));
+    const std::size_t to = ByteOfShown(text, multiLine, static_cast<int>(before.size() - sameEnd));
+    std::string edited(text.substr(0, from));
+    edited += TypedText(shown.mid(same, shown.size() - same - sameEnd), multiLine);
+    edited += text.substr(to);
+    return edited;
+}
+
+} // namespace ui::qt
