@@ -5,8 +5,10 @@ import re
 import resource
 import shutil
 import signal
+import sqlite3
 import subprocess
 import sys
+import tempfile
 import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
@@ -88,6 +90,45 @@ class FullDisk(ProgramTest):
         self.assertIn(b"40 MP3 files, %d of them could not be added\n" % (40 - len(kept)), out)
         for path in self.all:
             self.assertEqual(os.fsencode(path) in err, path not in kept, path)
+
+
+class ManyFailures(ProgramTest):
+    """5,000 songs with a long title, none of which the catalogue takes: neither memory nor words grow with them."""
+
+    COUNT = 5000
+
+    def setUp(self):
+        super().setUp()
+        self.song("0000.mp3", title="\xb9" * 30000)
+        for number in range(1, self.COUNT):
+            os.link(os.path.join(self.music, "0000.mp3"), os.path.join(self.music, "%04d.mp3" % number))
+        with sqlite3.connect(self.catalogue()) as connection:
+            connection.execute("CREATE TRIGGER refuse BEFORE INSERT ON MP3s "
+                               "BEGIN SELECT raise(ABORT, 'it is refused'); END")
+        connection.close()
+
+    def run_and_measure(self, *args):
+        """What the program wrote on standard error; its status is 3 and its memory small."""
+        with tempfile.TemporaryFile() as told:
+            process = self.start(*args, stdout=subprocess.DEVNULL, stderr=told)
+            _, status, usage = os.wait4(process.pid, 0)
+            process.returncode = os.waitstatus_to_exitcode(status)
+            told.seek(0)
+            words = told.read()
+        self.assertEqual(process.returncode, 3, words[-1000:])
+        self.assertLess(usage.ru_maxrss, 150 * 1024, "KiB")
+        return words
+
+    def test_regeneration(self):
+        words = self.run_and_measure("--regenerate", self.music)
+        self.assertEqual(words.count(b"it is refused"), self.COUNT)
+        self.assertLess(len(words), self.COUNT * 1500)
+
+    def test_batch(self):
+        self.run_and_measure(*(os.path.join(self.music, "%04d.mp3" % number) for number in range(self.COUNT)))
+        summary = self.read("Solution.txt")
+        self.assertEqual(summary.count(b"it is refused"), self.COUNT)
+        self.assertLess(len(summary), self.COUNT * 1500)
 
 
 class Regeneration(ProgramTest):
