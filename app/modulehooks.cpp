@@ -17,6 +17,7 @@ void ConnectModules()
     catalogue::TheRegenerationControls().EmailBugReport = shell::EmailBugReport;
     metadata::TagWriterHooks &writer = metadata::TheTagWriterHooks();
     writer.updateCatalogue = catalogue::UpdateEditedTags;
+    writer.settleCatalogue = catalogue::UpdateEditedTags;
     writer.releasePlayingFile = player::ReleasePlayingFile;
     writer.restorePlayingFile = player::RestorePlayingFile;
 }

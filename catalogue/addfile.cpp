@@ -7,6 +7,7 @@
 #include "metadata/mp3info.h"
 #include "platform/desktop.h"
 #include "platform/drives.h"
+#include "platform/files.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
@@ -189,11 +190,24 @@ bool IsKnown(const std::string &path)
     return records != nullptr && !records->AtEnd();
 }
 
-// What became of the look-up.
-enum class LookUp { Failed, Unknown, Known };
+// What became of the look-up. Outdated: the file is no longer what was read, and nothing was
+// written.
+enum class LookUp { Failed, Unknown, Known, Outdated };
+
+// As often as a file that changes all the time is read again.
+constexpr int kMostReads = 5;
+
+// Whether the file has changed since its tags were read.
+bool HasChanged(const std::string &path)
+{
+    platform::FileIdentity now;
+    const auto seen = metadata::LastSeen(path);
+    return seen && platform::TheMachine().files->Identify(path, now) == 0 && now != *seen;
+}
 
 // The look-up of the path and its row, in one step for other processes. What undid it, if anything.
-std::string WriteInStep(Addition &addition, LookUp &found)
+// `isLast`: the row is written also where the file has changed meanwhile.
+std::string WriteInStep(Addition &addition, LookUp &found, bool isLast)
 {
     RowStep step;
     Guarded(addition, [&] {
@@ -201,6 +215,10 @@ std::string WriteInStep(Addition &addition, LookUp &found)
         if (DataAccess != nullptr && DataAccess->Succeeded)
             found = known ? LookUp::Known : LookUp::Unknown;
     });
+    // Whoever edits the song brings its row to the new tags, behind this step: only the tags that
+    // the song has now may be written.
+    if (found != LookUp::Failed && !isLast && HasChanged(addition.path))
+        found = LookUp::Outdated;
     // A look-up that failed says nothing: adding a row would make a second one of a known file.
     if (found == LookUp::Known)
         UpdateRow(addition);
@@ -231,14 +249,22 @@ using Done = std::function<void(AddOutcome)>;
 std::int16_t AddOrUpdate(const std::string &path, std::string &reason, const Done &done)
 {
     Addition addition{path, reason, kFailed, {}};
-    bool readable = true;
-    Guarded(addition, [&] { readable = ReadTags(addition); });
-    if (!readable) {
-        done({kFailed, reason, false});
-        return kFailed;
+    LookUp found = LookUp::Outdated;
+    std::string undone;
+    const std::string before = reason;
+    for (int reads = 1; found == LookUp::Outdated; ++reads) {
+        addition.result = kFailed;
+        addition.tag = {};
+        reason = before;
+        bool readable = true;
+        Guarded(addition, [&] { readable = ReadTags(addition); });
+        if (!readable) {
+            done({kFailed, reason, false});
+            return kFailed;
+        }
+        found = LookUp::Failed;
+        undone = WriteInStep(addition, found, reads == kMostReads);
     }
-    LookUp found = LookUp::Failed;
-    const std::string undone = WriteInStep(addition, found);
     if (DataAccess == nullptr) { // the user has ended the program meanwhile
         addition.result = kFailed;
     } else if (!DataAccess->Succeeded) {

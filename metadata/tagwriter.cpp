@@ -293,11 +293,19 @@ std::optional<bool> WriteCopy(Edit &edit)
     return Run([&] { edit.copy = WriteNewSong(edit.realPath, content, edit.copyPath); });
 }
 
-void UpdateCatalogue(const Edit &edit)
+// True unless that failed.
+bool UpdateCatalogue(const Edit &edit)
 {
     ShowProgress(edit, "Updating the Database information");
-    if (TheTagWriterHooks().updateCatalogue)
-        Run([&] { TheTagWriterHooks().updateCatalogue(edit.id3v2, edit.fileName); });
+    const auto &update = TheTagWriterHooks().updateCatalogue;
+    return !update || Run([&] { update(edit.id3v2, edit.fileName); });
+}
+
+// The rows again, now that the song has its new tags.
+void SettleCatalogue(const Edit &edit)
+{
+    if (const auto &settle = TheTagWriterHooks().settleCatalogue)
+        Run([&] { settle(edit.id3v2, edit.fileName); });
 }
 
 // Whether the ".bck" file is the one of this edit. Another program that edits the same song at the
@@ -337,7 +345,7 @@ bool PutInPlace(const Edit &edit)
 }
 
 // Gets the song away from the player and puts the copy in its place.
-bool ReplaceSong(const Edit &edit)
+bool ReplaceSong(const Edit &edit, bool isCatalogued)
 {
     const TagWriterHooks &hooks = TheTagWriterHooks();
     std::string current;
@@ -347,6 +355,8 @@ bool ReplaceSong(const Edit &edit)
         Run([&] { current = hooks.releasePlayingFile(edit.fileName, state, position); });
     WaitForNextSecond();
     const bool replaced = PutInPlace(edit);
+    if (isCatalogued && TheResult() == SaveResult::Written)
+        SettleCatalogue(edit);
     if (hooks.restorePlayingFile)
         Run([&] { hooks.restorePlayingFile(current, edit.fileName, state, position); });
     platform::FileIdentity song;
@@ -375,10 +385,9 @@ bool Rewrite(Edit &edit)
     const std::optional<bool> written = WriteCopy(edit);
     if (!written)
         return false;
-    if (shell::TheGlobals().UpdateDBAfterEditing)
-        UpdateCatalogue(edit);
+    const bool isCatalogued = shell::TheGlobals().UpdateDBAfterEditing && UpdateCatalogue(edit);
     if (*written)
-        return ReplaceSong(edit);
+        return ReplaceSong(edit, isCatalogued);
     TheResult() = SaveResult::Failed;
     return true;
 }

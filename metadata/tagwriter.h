@@ -50,6 +50,9 @@ enum class SaveResult {
 struct TagWriterHooks {
     // Brings the rows of `path` to the values of `tag`, by "Edit1" and "Edit2".
     std::function<void(const ID3v2Tag &tag, const std::string &path)> updateCatalogue;
+    // The same once more when the song has its new tags: whoever read it between the two has
+    // written the old ones into its rows.
+    std::function<void(const ID3v2Tag &tag, const std::string &path)> settleCatalogue;
     // Has the player let go of `path`. Returns the path that the player has selected; sets its
     // state and the position (ms) when it plays.
     std::function<std::string(const std::string &path, std::int32_t &state, std::int32_t &position)>

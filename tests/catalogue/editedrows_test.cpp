@@ -1,0 +1,113 @@
+// Who reads a song while it is edited does not leave its old tags in the catalogue.
+#include "catalogue/addfile.h"
+#include "catalogue/adoclass.h"
+#include "catalogue/edittags.h"
+#include "metadata/mp3info.h"
+#include "metadata/tagwriter.h"
+#include "shell/globals.h"
+#include "tests/catalogue/regenerationfixture.h"
+
+#include <filesystem>
+#include <functional>
+
+using catalogue::AddOrUpdateMP3;
+using tests::RowList;
+
+namespace
+{
+
+struct EditedRows : tests::LibraryFixture {
+    EditedRows()
+    {
+        metadata::TheTagWriterHooks() = {};
+        metadata::TheTagWriterHooks().updateCatalogue = catalogue::UpdateEditedTags;
+        metadata::TheTagWriterHooks().settleCatalogue = catalogue::UpdateEditedTags;
+        tests::WriteFile(Song("a.mp3"), tests::Tagged("Old"));
+        shell::TheGlobals().BackUpFiles = false;
+    }
+    ~EditedRows() override { metadata::TheTagWriterHooks() = {}; }
+
+    void SaveTitle(const std::string &title) const
+    {
+        metadata::ID3v1Tag oldTag;
+        metadata::ID3v2Tag tag;
+        metadata::MPEGHeader header;
+        bool hasID3v1 = false, hasID3v2 = false;
+        metadata::GetMP3Info(Song("a.mp3"), oldTag, tag, header, hasID3v1, hasID3v2, false);
+        const metadata::ID3v1Tag sameTag = oldTag;
+        const metadata::ID3v2Tag before = tag;
+        tag.Title = title;
+        EXPECT_TRUE(
+            metadata::SaveTag(oldTag, tag, sameTag, before, Song("a.mp3"), true, true, nullptr));
+    }
+
+    std::string Title() const
+    {
+        const RowList rows = Rows();
+        EXPECT_EQ(rows.size(), 1U);
+        return rows.empty() ? "" : rows[0].substr(0, rows[0].find('|'));
+    }
+};
+
+TEST_F(EditedRows, RowThatAReaderWroteBackIsSettledAgain)
+{
+    for (const bool isKnown : {false, true}) {
+        SCOPED_TRACE(isKnown);
+        std::string reason;
+        if (isKnown) {
+            EXPECT_EQ(AddOrUpdateMP3(Song("a.mp3"), reason), catalogue::kUpdated);
+        }
+        int readers = 0;
+        metadata::TheTagWriterHooks().releasePlayingFile =
+            [&](const std::string &path, std::int32_t &, std::int32_t &) -> std::string {
+            readers++; // another program, between the row's update and the rename
+            EXPECT_NE(AddOrUpdateMP3(path, reason), catalogue::kFailed);
+            return {};
+        };
+        SaveTitle(isKnown ? "Newer" : "New");
+        EXPECT_EQ(readers, 1);
+        EXPECT_EQ(Title(), isKnown ? "Newer" : "New");
+    }
+}
+
+TEST_F(EditedRows, NothingIsSettledWhereTheCatalogueIsLeftAlone)
+{
+    shell::TheGlobals().UpdateDBAfterEditing = false;
+    std::string reason;
+    EXPECT_EQ(AddOrUpdateMP3(Song("a.mp3"), reason), catalogue::kAdded);
+    SaveTitle("New");
+    EXPECT_EQ(Title(), "Old");
+}
+
+// A desktop during whose pointer changes the song is edited.
+struct EditingDesktop : tests::ScriptedDesktop {
+    void SetPointer(platform::Pointer wanted) override
+    {
+        ScriptedDesktop::SetPointer(wanted);
+        if (edit && edits > 0) {
+            edits--;
+            edit();
+        }
+    }
+    std::function<void()> edit;
+    int edits = 0;
+};
+
+TEST_F(EditedRows, SongThatChangesBetweenItsReadingAndItsRowIsReadAgain)
+{
+    EditingDesktop editing;
+    int number = 0;
+    editing.edit = [&] {
+        tests::WriteFile(Song("new"), tests::Tagged("Edit " + std::to_string(++number)));
+        std::filesystem::rename(Song("new"), Song("a.mp3"));
+    };
+    editing.edits = 2;
+    std::string reason;
+    EXPECT_EQ(AddOrUpdateMP3(Song("a.mp3"), reason), catalogue::kAdded);
+    EXPECT_EQ(Title(), "Edit 2");
+    editing.edits = 100; // one that never stays the same is not read for ever
+    EXPECT_EQ(AddOrUpdateMP3(Song("a.mp3"), reason), catalogue::kUpdated);
+    EXPECT_LT(number, 20);
+}
+
+} // namespace
