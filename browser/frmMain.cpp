@@ -62,6 +62,7 @@ frmMainWindow::frmMainWindow(MainForm &form)
     BindFrame();
     m_form.calls.raisePanel();
     MeasureFrame();
+    NameForReaders();
     setTabOrder(m_tree, m_list);
     setTabOrder(m_list, m_separator);
 }

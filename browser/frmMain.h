@@ -54,6 +54,7 @@ private:
     void ClientResized();
     void LearnPlace();
     int TextWidthTwips(std::string_view text) const;
+    void NameForReaders();
 
     // Menus, toolbar, popup: frmMainMenus.cpp.
     void BuildMenus();

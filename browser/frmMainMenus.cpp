@@ -1,5 +1,6 @@
 // The main window's menus, toolbar and popup, built from the tables of browser/commands.h.
 #include "browser/frmMain.h"
+#include "shell/language.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/icons.h"
 #include "ui/qt/qttext.h"
@@ -101,6 +102,20 @@ void frmMainWindow::FillLanguageMenu(QMenu *menu)
         connect(action, &QAction::triggered, this,
                 [this, &command] { RunCommand(m_form, command.name); });
     }
+}
+
+// What a screen reader says of the controls that have no caption.
+void frmMainWindow::NameForReaders()
+{
+    const auto name = [this](const char *control, const std::string &words) {
+        if (auto *widget = findChild<QWidget *>(QLatin1String(control)); widget != nullptr)
+            widget->setAccessibleName(ui::qt::ToQt(words));
+    };
+    setAccessibleName(windowTitle());
+    name("TV", shell::GetLanguageText("Catalogue", "Tree", "Spoken"));
+    name("LV", shell::GetLanguageText("Songs and folders", "List", "Spoken"));
+    name("Separator", shell::GetLanguageText("Width of the catalogue", "Splitter", "Spoken"));
+    name("vsbBack", shell::GetLanguageText("Position in the information", "PanelBar", "Spoken"));
 }
 
 void frmMainWindow::BuildToolbar()

@@ -45,6 +45,14 @@ bool IsPartOfView(const QAccessibleInterface &item)
            object->parent()->objectName().startsWith(QLatin1String("qt_scrollarea_"));
 }
 
+// A label says its text, which may be empty; a group of controls may have no caption.
+bool NeedsName(const QAccessibleInterface &item)
+{
+    return item.role() != QAccessible::StaticText && item.role() != QAccessible::Graphic &&
+           item.role() != QAccessible::Grouping && item.role() != QAccessible::ProgressBar &&
+           item.role() != QAccessible::Window && item.role() != QAccessible::ScrollBar;
+}
+
 std::string Describe(const QAccessibleInterface &item, const std::string &path)
 {
     const char *role = QMetaEnum::fromType<QAccessible::Role>().valueToKey(item.role());
@@ -69,7 +77,7 @@ public:
             return;
         if (item.role() == QAccessible::NoRole)
             found.push_back("no role: " + path);
-        else if (!IsContainer(item.role()) && !IsPartOfView(item) &&
+        else if (!IsContainer(item.role()) && !IsPartOfView(item) && NeedsName(item) &&
                  item.text(QAccessible::Name).trimmed().isEmpty())
             found.push_back(Describe(item, path));
         if (IsView(item.role()) && item.tableInterface())

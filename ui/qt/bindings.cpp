@@ -57,7 +57,6 @@ QRect PixelRect(const ui::Rect &place)
 void Name(QWidget *widget, const char *name)
 {
     widget->setObjectName(QLatin1String(name));
-    widget->setAccessibleName(QLatin1String(name));
 }
 
 void ShowArea(const ui::Area &area, QWidget *widget)

@@ -63,7 +63,8 @@ void BindCalmly(Control &control, QObject *owner, const std::function<void()> &s
     });
 }
 
-// Gives a widget its name, for tests, style sheets and screen readers.
+// Gives a widget its name, for tests and style sheets. A screen reader speaks its accessible name,
+// which is in the words of the user.
 void Name(QWidget *widget, const char *name);
 
 // Place, visibility and enabled state of `area`.

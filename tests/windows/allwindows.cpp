@@ -1,0 +1,138 @@
+// The look of every window of the program: each shipped language, light and dark, at 100, 150 and
+// 200 percent.
+#include "platform/machine.h"
+#include "platform/qt/boxes.h"
+#include "platform/qt/qtwindows.h"
+#include "shell/globals.h"
+#include "shell/startup/frmSplash.h"
+#include "tests/support/memorysettings.h"
+#include "tests/support/scripteddesktop.h"
+#include "tests/windows/look.h"
+#include "tests/windows/sampleform.h"
+#include "ui/qt/form.h"
+
+#include <gtest/gtest.h>
+
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+
+namespace tests
+{
+
+namespace
+{
+
+// The forms of the program, each as its command makes it, with contents that are as long as they
+// come. A new form is one line here.
+struct FormCase {
+    const char *name;
+    std::function<std::unique_ptr<ui::Form>()> make;
+};
+
+std::vector<FormCase> AllForms()
+{
+    return {
+        {"frmSample", [] { return std::make_unique<SampleForm>(); }},
+    };
+}
+
+class AllWindowsScaled : public testing::Test
+{
+protected:
+    AllWindowsScaled() { platform::TheMachine().windows = &windows; }
+    ~AllWindowsScaled() override
+    {
+        platform::TheMachine().windows = nullptr;
+        shell::TheGlobals() = shell::Globals{};
+    }
+
+    ScriptedDesktop desktop;
+    MemorySettings settings;
+    platform::qt::QtWindows windows;
+    ui::qt::FormWindows host;
+};
+
+TEST_F(AllWindowsScaled, Forms)
+{
+    for (const FormCase &c : AllForms()) {
+        std::unique_ptr<ui::Form> form;
+        const auto open = [&] {
+            form = c.make();
+            ui::Show(*form);
+            return host.WindowOf(*form);
+        };
+        const auto close = [&] {
+            ui::Close(*form);
+            ui::Retire(std::move(form));
+        };
+        CheckLook(c.name, open, close);
+    }
+}
+
+TEST_F(AllWindowsScaled, SplashAndAboutBox)
+{
+    for (const bool about : {false, true}) {
+        QPointer<shell::frmSplash> splash; // deletes itself
+        const auto open = [&]() -> QWidget * {
+            splash = new shell::frmSplash([] {});
+            splash->ShowSplash(about);
+            return splash;
+        };
+        CheckLook(about ? "about" : "splash", open, [&] { delete splash.data(); });
+    }
+}
+
+TEST_F(AllWindowsScaled, Boxes)
+{
+    const QString words = QStringLiteral("The file could not be added. If you think this is a bug, "
+                                         "please\nsend me an email with the reason.\n\nWould you "
+                                         "like to send me an email now?");
+    std::unique_ptr<QDialog> box;
+    const auto close = [&] { box.reset(); };
+    const auto shown = [&]() -> QWidget * {
+        box->show();
+        return box.get();
+    };
+    const auto message = [&] {
+        box = std::make_unique<platform::qt::MessageDialog>(
+            words, QStringLiteral("Quenlin"), platform::Buttons::YesNo,
+            platform::BoxIcon::Exclamation, nullptr);
+        return shown();
+    };
+    const auto input = [&] {
+        box = std::make_unique<platform::qt::InputDialog>(words, QStringLiteral("Quenlin"),
+                                                          QStringLiteral("So What"), nullptr);
+        return shown();
+    };
+    CheckLook("messagebox", message, close);
+    CheckLook("inputbox", input, close);
+}
+
+// The checks can fail.
+TEST_F(AllWindowsScaled, FaultsAreSeen)
+{
+    QWidget window;
+    window.resize(900, 300);
+    auto *cut = new QLabel(QStringLiteral("A text that is longer than its label"), &window);
+    cut->setObjectName(QStringLiteral("lblCut"));
+    cut->setGeometry(0, 0, 30, 20);
+    auto *nameless = new QPushButton(QStringLiteral("Ok"), &window);
+    nameless->setObjectName(QStringLiteral("cmdOk"));
+    nameless->setAccessibleName(QStringLiteral("cmdOk"));
+    nameless->setGeometry(0, 100, 200, 60);
+    auto *outside = new QLabel(&window);
+    outside->setObjectName(QStringLiteral("lblOutside"));
+    outside->setGeometry(890, 0, 30, 20);
+    window.show();
+    const std::vector<std::string> found = LookProblems(window);
+    ASSERT_EQ(found.size(), 4U) << testing::PrintToString(found);
+    EXPECT_TRUE(found[0].starts_with("larger than a small screen"));
+    EXPECT_EQ(found[1], "cut off: lblCut");
+    EXPECT_EQ(found[2], "no name in words: cmdOk 'cmdOk'");
+    EXPECT_EQ(found[3], "outside of its parent: lblOutside");
+}
+
+} // namespace
+
+} // namespace tests

@@ -1,0 +1,125 @@
+#include "tests/windows/look.h"
+
+#include "platform/qt/theme.h"
+#include "shell/globals.h"
+#include "tests/windows/bench.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QGroupBox>
+#include <QLabel>
+#include <QRegularExpression>
+#include <QScrollArea>
+
+namespace tests
+{
+
+namespace
+{
+
+constexpr QSize kSmallScreen(800, 600); // pixels
+
+std::string Named(const QWidget &widget)
+{
+    return widget.objectName().isEmpty() ? widget.metaObject()->className()
+                                         : widget.objectName().toStdString();
+}
+
+// Whether the widget is a part that the toolkit made inside another, as a list's header is.
+bool IsPart(const QWidget &widget)
+{
+    return widget.objectName().isEmpty() || widget.objectName().startsWith(QLatin1String("qt_"));
+}
+
+bool CutsItsText(const QWidget &widget)
+{
+    if (const auto *label = qobject_cast<const QLabel *>(&widget)) {
+        if (label->text().isEmpty())
+            return false;
+        const int height = label->hasHeightForWidth() ? label->heightForWidth(label->width())
+                                                      : label->sizeHint().height();
+        return label->height() < height ||
+               (!label->wordWrap() && label->width() < label->minimumSizeHint().width());
+    }
+    if (const auto *button = qobject_cast<const QAbstractButton *>(&widget))
+        return button->width() < button->minimumSizeHint().width() ||
+               button->height() < button->minimumSizeHint().height();
+    if (const auto *group = qobject_cast<const QGroupBox *>(&widget))
+        return group->width() < group->fontMetrics().horizontalAdvance(group->title());
+    return false;
+}
+
+// A program's name for a control, such as "cmdOk" or "txtTitle(1)", says nothing to a user.
+bool IsInWords(const QString &name)
+{
+    static const QRegularExpression programsName(
+        QStringLiteral("^(TV|LV|TB|SB|[a-z]{2,6}[A-Z][A-Za-z]*(\\([0-9]+\\))?)$"));
+    return !name.trimmed().isEmpty() && !programsName.match(name).hasMatch();
+}
+
+QString SpokenName(QWidget &widget)
+{
+    QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(&widget);
+    return spoken == nullptr ? QString() : spoken->text(QAccessible::Name);
+}
+
+void LookAt(QWidget &widget, std::vector<std::string> &found)
+{
+    if (CutsItsText(widget))
+        found.push_back("cut off: " + Named(widget));
+    const bool scrolled = qobject_cast<const QScrollArea *>(widget.parentWidget()->parentWidget());
+    if (!IsPart(widget) && !scrolled && !widget.parentWidget()->rect().contains(widget.geometry()))
+        found.push_back("outside of its parent: " + Named(widget));
+    if (widget.focusPolicy() != Qt::NoFocus && !IsPart(widget) && widget.focusProxy() == nullptr &&
+        !IsInWords(SpokenName(widget)))
+        found.push_back("no name in words: " + Named(widget) + " '" +
+                        SpokenName(widget).toStdString() + "'");
+}
+
+} // namespace
+
+std::vector<std::string> LookProblems(QWidget &window)
+{
+    std::vector<std::string> found;
+    if (window.frameGeometry().width() > kSmallScreen.width() ||
+        window.frameGeometry().height() > kSmallScreen.height())
+        found.push_back(
+            "larger than a small screen: " + std::to_string(window.frameGeometry().width()) +
+            " x " + std::to_string(window.frameGeometry().height()));
+    for (QWidget *widget : window.findChildren<QWidget *>())
+        if (widget->isVisible() && widget->window() == &window)
+            LookAt(*widget, found);
+    return found;
+}
+
+void CheckLook(const std::string &name, const std::function<QWidget *()> &open,
+               const std::function<void()> &close)
+{
+    const std::string shipped = QUENLIN_SHIPPED_TEXTS;
+    for (const char *language : {"English", "Deutsch", "Español"}) {
+        const bool english = std::string(language) == "English";
+        shell::TheGlobals().LanguageFilePath =
+            english ? std::string() : shipped + "/" + language + ".qlt";
+        for (const bool dark : {false, true}) {
+            SCOPED_TRACE(name + " " + language + (dark ? " dark" : " light"));
+            platform::qt::ApplyPalette(dark);
+            QWidget *window = open();
+            if (window == nullptr) {
+                ADD_FAILURE() << "no window";
+                continue;
+            }
+            LetRun(30);
+            EXPECT_EQ(LookProblems(*window), std::vector<std::string>{});
+            EXPECT_EQ(NamelessControls(*window), std::vector<std::string>{});
+            KeepScreenshot(*window, name + "-" + language + (dark ? "-dark" : "-light"));
+            close();
+            LetRun(10);
+        }
+    }
+    platform::qt::ApplyPalette(false);
+    shell::TheGlobals().LanguageFilePath.clear();
+}
+
+} // namespace tests
