@@ -1,4 +1,5 @@
 // The main window's look: names for screen readers, themes, scales, small and large contents.
+#include "browser/webpanel.h"
 #include "platform/qt/theme.h"
 #include "tests/windows/mainwindowfixture.h"
 
@@ -6,6 +7,7 @@
 
 #include <QAbstractAnimation>
 #include <QWheelEvent>
+#include <ctime>
 
 namespace tests
 {
@@ -126,6 +128,24 @@ TEST_F(MainWindowScaled, PanelScrollsByItsBar)
     LetRun(150);
     EXPECT_FALSE(scroll->isVisible());
     EXPECT_EQ(Find(*window, "pctWeb")->y(), 0);
+}
+
+// Songs whose titles nobody would type: no click freezes the window.
+TEST_F(MainWindowScaled, AMegabyteInTheTitleShowsAtOnce)
+{
+    Start();
+    Fill(3);
+    const std::vector<std::string> texts = {
+        std::string(1'000'000, 'x'), std::string(1'000'000, '&'), std::string(1'000'000, '\r'),
+        std::string(1'000'000, ' ') + "x"};
+    for (const std::string &text : texts) {
+        Form().LV.SetSubItem(Form().LV.SelectedItem(), "Title", text);
+        const std::clock_t start = std::clock();
+        browser::ShowSelectedItemInfo(Form().LV, Form());
+        window->repaint();
+        const double ms = 1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+        EXPECT_LT(ms, 100) << text.substr(0, 1);
+    }
 }
 
 TEST_F(MainWindowScaled, TheWheelOverThePanelMovesItsTextByLines)

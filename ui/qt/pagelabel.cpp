@@ -1,7 +1,9 @@
 #include "ui/qt/pagelabel.h"
 
+#include "ui/twips.h"
+
 #include <QPainter>
-#include <QTextLayout>
+#include <algorithm>
 #include <cmath>
 
 namespace ui::qt
@@ -12,26 +14,48 @@ namespace
 
 constexpr qreal kLeading = 1.15; // line height as a multiple of the font's own
 
-// Lays `layout` out from the top; the height that its lines take.
-qreal LayLines(QTextLayout &layout, int width)
+// More pixels than the panel's bar can scroll to (32,767 twips) and the largest screen shows.
+constexpr qreal kHighest = 32767.0 / ui::kTwipsPerPixel + 4320;
+
+// Characters that are shaped at once. No line of the panel holds as many, but for one of characters
+// without a width, which is broken here.
+constexpr qsizetype kPieceLength = 300;
+
+// The end of the piece that begins at `start`: behind the paragraph's end, or in its middle.
+qsizetype EndOfPiece(const QString &text, qsizetype start)
+{
+    const qsizetype most = std::min(text.size(), start + kPieceLength);
+    const qsizetype end = text.indexOf(QLatin1Char('\n'), start);
+    if (end >= 0 && end < most)
+        return end;
+    if (most < text.size() && text[most].isLowSurrogate())
+        return most - 1;
+    return most;
+}
+
+// Lays out the lines of a piece from `top` on. Of a piece in the middle of a paragraph the last
+// line stays out, as it goes on behind it, unless it is the only one.
+qsizetype LayLines(QTextLayout &layout, bool isParagraphsEnd, int width, qreal &top)
 {
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
-    qreal y = 0;
+    qsizetype taken = 0;
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
         line.setLineWidth(std::max(1, width));
-        line.setPosition({0, std::round(y)});
-        y += line.height() * kLeading;
+        const qsizetype end = line.textStart() + line.textLength();
+        const bool isLast = end >= layout.text().size();
+        if (isLast && !isParagraphsEnd && taken > 0) {
+            line.setPosition({0, 2 * kHighest}); // out of sight
+            break;
+        }
+        line.setPosition({0, std::round(top)});
+        top += line.height() * kLeading;
+        taken = end;
     }
     layout.endLayout();
-    return y;
-}
-
-QString Separated(QString text)
-{
-    return text.replace(QLatin1Char('\n'), QChar(QChar::LineSeparator));
+    return isParagraphsEnd ? layout.text().size() : taken;
 }
 
 // The palette's text, mixed with its ground: still well above the contrast that small type needs.
@@ -55,8 +79,9 @@ QList<QTextLayout::FormatRange> CaptionRanges(const QString &text, const QColor 
     qsizetype start = 0;
     while (start < text.size()) {
         const qsizetype end = text.indexOf(QLatin1String("\n\n"), start);
-        const qsizetype colon = text.indexOf(QLatin1String(": "), start);
-        if (colon >= 0 && (end < 0 || colon < end))
+        const auto paragraph = QStringView(text).mid(start, end < 0 ? -1 : end - start);
+        const qsizetype colon = start + paragraph.indexOf(QLatin1String(": "));
+        if (colon >= start)
             ranges.append({static_cast<int>(start), static_cast<int>(colon + 1 - start), format});
         if (end < 0)
             break;
@@ -72,24 +97,54 @@ PageLabel::PageLabel(QWidget *parent) : QLabel(parent)
     setTextFormat(Qt::PlainText);
 }
 
+const PageLabel::Lines &PageLabel::LayOut(const QString &text, int widthPixels) const
+{
+    if (m_lines.width == widthPixels && m_lines.text == text && m_lines.font == font())
+        return m_lines;
+    m_lines = {text, widthPixels, font(), {}, 0};
+    bool isTextsEnd = false; // a line end at the end begins one more line
+    for (qsizetype start = 0; !isTextsEnd && m_lines.height < kHighest;) {
+        const qsizetype end = EndOfPiece(text, start);
+        const bool isParagraphsEnd = end == text.size() || text[end] == QLatin1Char('\n');
+        Piece piece{std::make_unique<QTextLayout>(text.mid(start, end - start), font()), start, 0,
+                    m_lines.height, 0};
+        piece.length = LayLines(*piece.layout, isParagraphsEnd, widthPixels, m_lines.height);
+        piece.bottom = m_lines.height;
+        start += piece.length + (isParagraphsEnd ? 1 : 0);
+        m_lines.pieces.push_back(std::move(piece));
+        isTextsEnd = isParagraphsEnd && end == text.size();
+    }
+    return m_lines;
+}
+
 int PageLabel::HeightFor(const QString &text, int widthPixels) const
 {
-    QTextLayout layout(Separated(text), font()); // an empty text takes a line, too
-    return static_cast<int>(std::ceil(LayLines(layout, widthPixels)));
+    return static_cast<int>(std::ceil(LayOut(text, widthPixels).height));
 }
 
 void PageLabel::paintEvent(QPaintEvent *event)
 {
     if (text().isEmpty())
         return;
-    QTextLayout layout(Separated(text()), font());
-    LayLines(layout, width());
     QPainter painter(this);
     const QColor faint = Faint(palette());
     painter.setPen(m_faint ? faint : palette().color(QPalette::Text));
-    const auto ranges =
-        m_faintCaptions ? CaptionRanges(text(), faint) : QList<QTextLayout::FormatRange>();
-    layout.draw(&painter, {0, 0}, ranges, event->rect());
+    const Lines &lines = LayOut(text(), width());
+    const qsizetype shown =
+        lines.pieces.back().start + lines.pieces.back().length; // the rest is never in sight
+    const auto captions = m_faintCaptions ? CaptionRanges(text().left(shown), faint)
+                                          : QList<QTextLayout::FormatRange>();
+    for (const Piece &piece : lines.pieces) {
+        if (piece.bottom < event->rect().top() || piece.top > event->rect().bottom())
+            continue;
+        QList<QTextLayout::FormatRange> ranges; // of the captions that begin in this piece
+        for (QTextLayout::FormatRange range : captions) {
+            range.start -= static_cast<int>(piece.start);
+            if (range.start < piece.length && range.start + range.length > 0)
+                ranges.append(range);
+        }
+        piece.layout->draw(&painter, {0, 0}, ranges, event->rect());
+    }
 }
 
 } // namespace ui::qt

@@ -3,10 +3,15 @@
 #pragma once
 
 #include <QLabel>
+#include <QTextLayout>
+#include <memory>
+#include <vector>
 
 namespace ui::qt
 {
 
+// Only what can be scrolled to is laid out, so that a text of any length and kind costs what can be
+// seen of it.
 class PageLabel : public QLabel
 {
 public:
@@ -20,15 +25,33 @@ public:
     void SetFaint(bool on) { m_faint = on; }
 
     // The height in pixels that `text` takes at this width, as it is painted; one line at the
-    // least.
+    // least. A text that is higher than can be scrolled to has a height beyond that.
     int HeightFor(const QString &text, int widthPixels) const;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    // Some lines of the text. Their places are those within the label.
+    struct Piece {
+        std::unique_ptr<QTextLayout> layout;
+        qsizetype start; // of the text
+        qsizetype length;
+        qreal top, bottom;
+    };
+    // The lines of a text at a width, kept until one of the three is another.
+    struct Lines {
+        QString text;
+        int width = -1;
+        QFont font;
+        std::vector<Piece> pieces;
+        qreal height = 0;
+    };
+    const Lines &LayOut(const QString &text, int widthPixels) const;
+
     bool m_faintCaptions = false;
     bool m_faint = false;
+    mutable Lines m_lines;
 };
 
 } // namespace ui::qt

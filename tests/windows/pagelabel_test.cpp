@@ -1,0 +1,138 @@
+// The information panel's labels: any text is wrapped in a time that grows no faster than the text.
+#include "ui/qt/pagelabel.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QTextLayout>
+#include <cmath>
+#include <ctime>
+#include <functional>
+#include <random>
+
+namespace
+{
+
+constexpr int kWidth = 168; // pixels of the panel's labels
+
+// The height of `text` as one layout of the toolkit has it.
+int HeightOfOneLayout(QString text, int width, const QFont &font)
+{
+    text.replace(QLatin1Char('\n'), QChar(QChar::LineSeparator));
+    QTextLayout layout(text, font);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    qreal height = 0;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        height += line.height() * 1.15;
+    }
+    layout.endLayout();
+    return static_cast<int>(std::ceil(height));
+}
+
+// `count` of the characters that `pick` gives.
+QString Made(qsizetype count, const std::function<char32_t(std::mt19937 &)> &pick)
+{
+    std::mt19937 random(1);
+    QString text;
+    while (text.size() < count) {
+        const char32_t character = pick(random);
+        text += QString::fromUcs4(&character, 1);
+    }
+    return text;
+}
+
+char32_t OneOf(std::u32string_view characters, std::mt19937 &random)
+{
+    return characters[random() % characters.size()];
+}
+
+struct Kind {
+    const char *name;
+    std::function<char32_t(std::mt19937 &)> pick;
+    // Else lines hold more characters than are laid out at once, or depend on the one before.
+    bool linesAreApart = true;
+};
+
+const std::vector<Kind> &Kinds()
+{
+    static const std::vector<Kind> kinds = {
+        {"no blank", [](auto &) { return U'x'; }},
+        {"words", [](auto &random) { return OneOf(U"abcdefgh  ", random); }},
+        {"blanks", [](auto &) { return U' '; }, false},
+        {"line ends", [](auto &) { return U'\n'; }},
+        {"captions", [](auto &random) { return OneOf(U"a:  \n\n", random); }},
+        {"accents that take no room", [](auto &) { return U'\u0301'; }, false},
+        {"joiners", [](auto &random) { return OneOf(U"\u200B\u200D\uFEFF\u2060", random); }, false},
+        {"narrow", [](auto &) { return U'i'; }},
+        {"Chinese", [](auto &random) { return char32_t(0x4E00 + random() % 20000); }},
+        {"Arabic", [](auto &random) { return char32_t(0x621 + random() % 40); }},
+        {"Devanagari", [](auto &random) { return char32_t(0x905 + random() % 70); }, false},
+        {"pictures", [](auto &random) { return char32_t(0x1F300 + random() % 700); }},
+        {"both directions",
+         [](auto &random) { return OneOf(U"ab \u05D0\u05D1\u202E\u202C", random); }},
+        {"any byte", [](auto &random) { return char32_t(1 + random() % 255); }, false},
+    };
+    return kinds;
+}
+
+class PageLabelTime : public testing::TestWithParam<int>
+{
+};
+
+// A megabyte is measured and painted within 100 ms of the processor's time.
+TEST_P(PageLabelTime, AMegabyteOfAnyText)
+{
+    const Kind &kind = Kinds()[static_cast<std::size_t>(GetParam())];
+    const QString text = Made(1'000'000, kind.pick);
+    QWidget window;
+    ui::qt::PageLabel label(&window);
+    label.SetFaintCaptions(true);
+    label.HeightFor(text.left(2000), kWidth); // the fonts of this kind come from the disk once
+    const std::clock_t start = std::clock();
+    const int height = label.HeightFor(text, kWidth);
+    label.setGeometry(0, 0, kWidth, height);
+    label.setText(text);
+    QImage picture(kWidth, 1200, QImage::Format_RGB32);
+    label.render(&picture, {}, QRegion(0, 0, kWidth, 1200));
+    const double ms = 1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+    EXPECT_LT(ms, 100) << kind.name;
+    EXPECT_GT(height, 2 * 2184) << kind.name << ": beyond what the bar can scroll to";
+    RecordProperty("ms", std::to_string(ms));
+}
+
+std::string NameOf(const testing::TestParamInfo<int> &info)
+{
+    std::string name = Kinds()[static_cast<std::size_t>(info.param)].name;
+    name.erase(std::remove(name.begin(), name.end(), ' '), name.end());
+    return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, PageLabelTime, testing::Range(0, static_cast<int>(Kinds().size())),
+                         NameOf);
+
+// Pieces show the lines that one layout of the whole text has.
+TEST(PageLabel, WrapsAsOneLayoutDoes)
+{
+    QWidget window;
+    const ui::qt::PageLabel label(&window);
+    std::vector<QString> texts = {
+        QString(), QStringLiteral("One line"), QStringLiteral("Two\nlines"),
+        QStringLiteral("\n\nafter empty ones\n\n"), QStringLiteral("ends with a line end\n")};
+    for (const Kind &kind : Kinds())
+        if (kind.linesAreApart)
+            texts.push_back(Made(1500, kind.pick));
+    for (const QString &text : texts)
+        for (const int width : {90, kWidth, 400}) {
+            const int wanted = HeightOfOneLayout(text, width, label.font());
+            if (wanted > 6000)
+                continue; // more than is laid out
+            EXPECT_EQ(label.HeightFor(text, width), wanted)
+                << text.left(20).toStdString() << " " << width;
+        }
+}
+
+} // namespace
