@@ -92,21 +92,21 @@ void ReadNames(DIR *folder, FolderListing &listing)
     SortNames(listing.files);
 }
 
-// The listing of `path`; an empty one when the folder is itself one of `ancestors`.
-FolderListing ReadFolder(const std::string &path, const std::vector<FolderListing> &ancestors)
+FolderListing OpenListing(const std::string &path, OpenFolder &folder)
 {
-    const OpenFolder folder = Open(path);
+    folder = Open(path);
     struct stat status;
     if (fstat(dirfd(folder.get()), &status) != 0)
         ThrowFolderError(errno);
-    FolderListing listing{path, {status.st_dev, status.st_ino}, {}, {}};
-    const bool metAgain =
-        std::any_of(ancestors.begin(), ancestors.end(), [&](const FolderListing &ancestor) {
-            return ancestor.identity == listing.identity;
-        });
-    if (!metAgain)
-        ReadNames(folder.get(), listing);
-    return listing;
+    return {path, {status.st_dev, status.st_ino}, {}, {}};
+}
+
+// Whether `path` still leads to the folder of this identity.
+bool IsStill(const std::string &path, const FolderIdentity &identity)
+{
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 &&
+           FolderIdentity{status.st_dev, status.st_ino} == identity;
 }
 
 std::string CutSeparators(std::string path)
@@ -124,7 +124,7 @@ void FolderBox::SetPath(const std::string &path)
     if (GoUp(wanted)) {
         m_path = wanted;
     } else if (IsBelow(wanted)) {
-        m_listings.push_back(ReadFolder(wanted, m_listings));
+        m_listings.push_back(ReadBelow(wanted));
         m_path = wanted;
     } else {
         SetRoot(wanted);
@@ -134,9 +134,26 @@ void FolderBox::SetPath(const std::string &path)
 void FolderBox::SetRoot(const std::string &path)
 {
     const std::string wanted = CutSeparators(path);
-    std::vector<FolderListing> listings{ReadFolder(wanted, {})};
-    m_listings = std::move(listings);
+    OpenFolder folder;
+    FolderListing root = OpenListing(wanted, folder);
+    ReadNames(folder.get(), root);
+    m_listings.clear();
+    m_reached = {{root.identity, wanted}};
+    m_listings.push_back(std::move(root));
     m_path = wanted;
+}
+
+// The listing of a folder on the way down; an empty one when it was reached by another path before.
+FolderListing FolderBox::ReadBelow(const std::string &path)
+{
+    OpenFolder folder;
+    FolderListing listing = OpenListing(path, folder);
+    std::string &reached = m_reached[listing.identity];
+    if (!reached.empty() && reached != path && IsStill(reached, listing.identity))
+        return listing;
+    ReadNames(folder.get(), listing);
+    reached = path;
+    return listing;
 }
 
 // Goes back to a folder on the way down, whose listing is kept.
@@ -177,6 +194,7 @@ void FolderBox::Clear()
 {
     m_path.clear();
     m_listings.clear();
+    m_reached.clear();
 }
 
 std::string FileBox::List(std::int64_t index) const

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,12 +14,14 @@
 namespace catalogue
 {
 
+using FolderIdentity = std::pair<std::uint64_t, std::uint64_t>; // device and inode
+
 // What one folder holds, read in one pass.
 struct FolderListing {
     std::string path;
-    std::pair<std::uint64_t, std::uint64_t> identity; // device and inode
-    std::vector<std::string> folders;                 // names, links to folders included
-    std::vector<std::string> files;                   // names that end in ".mp3" in any letter case
+    FolderIdentity identity;
+    std::vector<std::string> folders; // names, links to folders included
+    std::vector<std::string> files;   // names that end in ".mp3" in any letter case
 };
 
 // The folder box. It keeps the listings of the folders on the way down, so that going back up reads
@@ -30,7 +33,8 @@ public:
     const std::string &Path() const { return m_path; }
 
     // Puts `path` in the box; separators at its end are cut (the root keeps its own). A folder that
-    // is met again below itself, through a link, lists nothing: so a walk over links ends.
+    // was reached by another path since SetRoot lists nothing: a walk over links ends, and reads
+    // each folder once, by the path that comes first.
     // Errors: kPathNotFound when there is no such folder; else the number and the words of the
     //         system (FileError) when it cannot be read. The box then stays where it was.
     void SetPath(const std::string &path);
@@ -50,9 +54,11 @@ public:
 private:
     bool GoUp(const std::string &path);
     bool IsBelow(const std::string &path) const;
+    FolderListing ReadBelow(const std::string &path);
 
     std::string m_path;
     std::vector<FolderListing> m_listings; // from the outermost folder down to the one in the box
+    std::map<FolderIdentity, std::string> m_reached; // by which path, since SetRoot
 };
 
 // The file box with the pattern "*.mp3"; it follows the folder box.
