@@ -1,5 +1,6 @@
 #include "app/options.h"
 
+#include "runtime/text.h"
 #include "shell/startup/version.h"
 
 namespace app
@@ -30,7 +31,7 @@ Options ParseOptions(const std::vector<std::string> &arguments)
         } else if (argument == "--regenerate") {
             regenerate = true;
         } else {
-            return Mistake("There is no option " + argument + ".");
+            return Mistake("There is no option " + runtime::ShownText(argument) + ".");
         }
     }
     if (regenerate && (options.paths.size() != 1 || options.paths[0].empty()))

@@ -14,7 +14,7 @@
 #include "platform/posix/userfolders.h"
 #include "platform/terminal/terminaldesktop.h"
 #include "shell/globals.h"
-#include "shell/startup/batch.h"
+#include "shell/settings.h"
 #include "shell/startup/startup.h"
 
 #include <new>
@@ -41,6 +41,7 @@ public:
             if (!line.empty())
                 m_terminal.SetClipboardText(line); // which prints it
         };
+        m_settings.onCannotStore = shell::ShowSettingsFailure;
     }
 
     // The orderly end: the catalogue's file is whole by itself, the settings are stored.
@@ -91,7 +92,7 @@ int Batch(const std::vector<std::string> &given)
     std::vector<std::string> paths;
     for (const std::string &path : given)
         paths.push_back(platform::posix::AbsolutePath(path));
-    return shell::Main(shell::QuoteArguments(paths), {}).value_or(0);
+    return shell::Main(paths, {}).value_or(0);
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include "platform/posix/userfolders.h"
 #include "runtime/error.h"
 #include "shell/globals.h"
-#include "shell/startup/batch.h"
 #include "shell/startup/frmSplash.h"
 #include "shell/startup/startup.h"
 
@@ -36,7 +35,7 @@ int Batch(const std::vector<std::string> &given, std::unique_ptr<shell::frmSplas
         splash->setAttribute(Qt::WA_DeleteOnClose, false);
         splash->ShowSplash(false);
     };
-    return shell::Main(shell::QuoteArguments(paths), steps).value_or(0);
+    return shell::Main(paths, steps).value_or(0);
 }
 
 // Ends the process: with 0 when the toolkit came up. It fails without words and without a core.

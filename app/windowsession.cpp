@@ -6,9 +6,11 @@
 #include "platform/appid.h"
 #include "platform/machine.h"
 #include "shell/globals.h"
+#include "shell/settings.h"
 #include "shell/startup/startup.h"
 
 #include <QAbstractEventDispatcher>
+#include <QTimer>
 
 namespace app
 {
@@ -24,6 +26,10 @@ WindowMachine::WindowMachine()
     machine.windows = &m_windows;
     catalogue::TheLockWaitCalls().ShowLine = [this](std::string_view line) { ShowWait(line); };
     machine.beforeWait = catalogue::CloseOpenGroup;
+    // The box waits for a turn of the loop of its own: this is told between two turns.
+    m_settings.onCannotStore = [this](const std::string &path, int why) {
+        QTimer::singleShot(0, &m_turns, [path, why] { shell::ShowSettingsFailure(path, why); });
+    };
     // What one turn of the event loop stored goes to the file before the next one is waited
     // for.
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,

@@ -64,7 +64,7 @@ void Guarded(Addition &addition, const Step &step)
 void BlankTag(Addition &addition)
 {
     addition.result = kUntagged;
-    addition.reason = "No ID3's tags were found on '" + addition.path + "'\r";
+    addition.reason = "No ID3's tags were found on '" + runtime::ShownText(addition.path) + "'\r";
     metadata::ID3v2Tag &tag = addition.tag;
     for (std::string *text :
          {&tag.Title, &tag.Artist, &tag.Album, &tag.Year, &tag.Comment, &tag.Genre, &tag.Header})

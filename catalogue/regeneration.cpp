@@ -117,7 +117,7 @@ bool Enter(const std::string &folder, std::string &failure)
     try {
         Dirs().SetPath(folder);
     } catch (const runtime::RuntimeError &error) {
-        failure = folder + ": " + error.description;
+        failure = runtime::ShownText(folder) + ": " + error.description;
         return false;
     }
     return true;
@@ -131,7 +131,8 @@ void EnterRoot(const std::string &folder)
         Dirs().SetRoot(folder);
     } catch (const runtime::RuntimeError &error) {
         const std::string name = folder.empty() ? "MP3 Directory" : folder;
-        throw runtime::RuntimeError(error.number, name + ": " + error.description);
+        throw runtime::RuntimeError(error.number,
+                                    runtime::ShownText(name) + ": " + error.description);
     }
 }
 
@@ -181,10 +182,13 @@ void EndList()
 void NoteFailure(const std::string &path, const std::string &reason)
 {
     TheState().summary.failed++;
+    const std::string shownPath = runtime::ShownText(path); // a line end in it would forge an entry
     if (reason.empty())
-        ListFailure(path + "\r");
+        ListFailure(shownPath + "\r");
+    else if (reason.find(path) != std::string::npos)
+        ListFailure(runtime::ShownLines(runtime::Replace(reason, path, shownPath)));
     else
-        ListFailure(reason.find(path) != std::string::npos ? reason : path + ": " + reason);
+        ListFailure(shownPath + ": " + runtime::ShownLines(reason));
 }
 
 void NoteOutcome(const std::string &path, const AddOutcome &outcome)

@@ -221,6 +221,16 @@ platform::Answer GroupClosingDesktop::MessageBox(std::string_view text, platform
     return m_inner.MessageBox(text, buttons, title, icon);
 }
 
+platform::Answer GroupClosingDesktop::MessageBoxWithDetails(std::string_view text,
+                                                            std::string_view details,
+                                                            platform::Buttons buttons,
+                                                            std::string_view title)
+{
+    CloseOpenGroup();
+    const YieldScope yielding;
+    return m_inner.MessageBoxWithDetails(text, details, buttons, title);
+}
+
 std::optional<std::string> GroupClosingDesktop::InputBox(std::string_view prompt,
                                                          std::string_view title,
                                                          std::string_view initialText)

@@ -91,6 +91,9 @@ class GroupClosingDesktop : public platform::Desktop
 public:
     explicit GroupClosingDesktop(platform::Desktop &inner) : m_inner(inner) {}
 
+    platform::Answer MessageBoxWithDetails(std::string_view text, std::string_view details,
+                                           platform::Buttons buttons,
+                                           std::string_view title) override;
     platform::Answer MessageBox(std::string_view text, platform::Buttons buttons,
                                 std::string_view title, platform::BoxIcon icon) override;
     std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,

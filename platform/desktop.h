@@ -29,6 +29,14 @@ struct Desktop {
     virtual Answer MessageBox(std::string_view text, Buttons buttons = Buttons::Ok,
                               std::string_view title = {}, BoxIcon icon = BoxIcon::None) = 0;
 
+    // The same for a prescribed text, with what the operating system says about it beside: the next
+    // line in a terminal, behind a button of a window's box.
+    virtual Answer MessageBoxWithDetails(std::string_view text, std::string_view details,
+                                         Buttons buttons = Buttons::Ok, std::string_view title = {})
+    {
+        return MessageBox(std::string(text).append("\r").append(details), buttons, title);
+    }
+
     // Asks for one line of text. Nothing when the user cancels or cannot be asked.
     virtual std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,
                                                 std::string_view initialText) = 0;

@@ -1,5 +1,7 @@
 #include "runtime/error.h"
 
+#include "runtime/text.h"
+
 #include <cerrno>
 #include <system_error>
 
@@ -89,7 +91,7 @@ RuntimeError FileError(int errnoValue)
 RuntimeError FileError(int errnoValue, const std::string &path)
 {
     const RuntimeError error = FileError(errnoValue);
-    return {error.number, path + ": " + error.description};
+    return {error.number, ShownText(path) + ": " + error.description};
 }
 
 } // namespace runtime

@@ -56,6 +56,37 @@ std::string MapCharacters(std::string_view utf8, utf8proc_int32_t (*map)(utf8pro
     return result;
 }
 
+void AppendHex(std::string &text, std::string_view bytes)
+{
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        text.append("\\x").append({kDigits[byte >> 4], kDigits[byte & 15]});
+    }
+}
+
+// `text` with its control characters but those in `kept` as hexadecimal digits.
+std::string WithoutControls(std::string_view text, std::string_view kept)
+{
+    std::string shown;
+    shown.reserve(text.size());
+    while (!text.empty()) {
+        utf8proc_int32_t codePoint = 0;
+        const int length = NextCharacter(text, codePoint);
+        const auto character = text.substr(0, static_cast<std::size_t>(std::max(length, 1)));
+        const auto byte = static_cast<unsigned char>(character[0]);
+        const bool control = length == 0
+                                 ? byte >= 0x80 && byte < 0xA0
+                                 : codePoint < 0x20 || (codePoint >= 0x7F && codePoint < 0xA0);
+        if (control && kept.find(character[0]) == std::string_view::npos)
+            AppendHex(shown, character);
+        else
+            shown.append(character);
+        text.remove_prefix(character.size());
+    }
+    return shown;
+}
+
 } // namespace
 
 std::string_view Mid(std::string_view text, long long start, long long count)
@@ -178,6 +209,16 @@ std::string LowerText(std::string_view utf8)
 bool EqualText(std::string_view first, std::string_view second)
 {
     return UpperText(first) == UpperText(second);
+}
+
+std::string ShownText(std::string_view text)
+{
+    return WithoutControls(text, "");
+}
+
+std::string ShownLines(std::string_view text)
+{
+    return WithoutControls(text, "\t\r\n");
 }
 
 bool IsUtf8(std::string_view text)

@@ -55,6 +55,14 @@ bool EqualText(std::string_view first, std::string_view second);
 std::string UpperAscii(std::string_view text);
 bool EqualAscii(std::string_view first, std::string_view second);
 
+// `text` for a reader of one line: every control character, and every byte of 0x80 to 0x9F that is
+// not part of valid UTF-8, as "\x" and two hexadecimal digits a byte, so that no name of a file can
+// drive a terminal or forge a line. All else stays byte for byte.
+std::string ShownText(std::string_view text);
+
+// The same with tabs and line ends (CR, LF) as they are.
+std::string ShownLines(std::string_view text);
+
 // Whether `text` is well-formed UTF-8 (RFC 3629: no surrogates, no overlong forms).
 bool IsUtf8(std::string_view text);
 

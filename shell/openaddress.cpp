@@ -2,6 +2,7 @@
 
 #include "platform/desktop.h"
 #include "platform/machine.h"
+#include "runtime/text.h"
 #include "shell/language.h"
 
 namespace shell
@@ -19,10 +20,20 @@ void TellNothingOpened()
 
 } // namespace
 
+bool MayOpen(std::string_view address)
+{
+    if (address.starts_with('/'))
+        return true;
+    for (const std::string_view scheme : {"http://", "https://", "mailto:"})
+        if (runtime::EqualAscii(address.substr(0, scheme.size()), scheme))
+            return true;
+    return false;
+}
+
 void OpenAddress(const std::string &address, const std::string &workingFolder)
 {
     platform::Desktop &desktop = *platform::TheMachine().desktop;
-    if (desktop.OpenAddress(address, workingFolder))
+    if (MayOpen(address) && desktop.OpenAddress(address, workingFolder))
         return;
     desktop.SetClipboardText(address);
     TellNothingOpened();
@@ -30,7 +41,7 @@ void OpenAddress(const std::string &address, const std::string &workingFolder)
 
 void OpenMail(const std::string &address, const std::string &workingFolder)
 {
-    if (!platform::TheMachine().desktop->OpenAddress(address, workingFolder))
+    if (!MayOpen(address) || !platform::TheMachine().desktop->OpenAddress(address, workingFolder))
         TellNothingOpened();
 }
 

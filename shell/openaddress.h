@@ -8,9 +8,15 @@
 namespace shell
 {
 
-// Has the desktop open `address`, a path or an address (http:), with `workingFolder` as the folder
-// of the opened program where the platform has such a thing. Where nothing opens it no box comes:
-// the address goes to the clipboard, and the status line says so. Errors: none.
+// Whether the desktop may be given `address`: a full path, or an address of the schemes http, https
+// and mailto. Nothing else is, whatever the web, a tag or a setting says: no other scheme, and no
+// text that a program could take for an option.
+bool MayOpen(std::string_view address);
+
+// Has the desktop open `address`, a path or an address (http:, https:, mailto:), with
+// `workingFolder` as the folder of the opened program where the platform has such a thing. Where
+// nothing opens it, or it may not be opened, no box comes: the address goes to the clipboard, and
+// the status line says so. Errors: none.
 void OpenAddress(const std::string &address, const std::string &workingFolder);
 
 // The same for the address of a mail (mailto:) whose body is on the clipboard already: that stays

@@ -1,10 +1,12 @@
 #include "shell/settings.h"
 
+#include "platform/desktop.h"
 #include "platform/machine.h"
 #include "platform/settingsstore.h"
 #include "runtime/error.h"
 #include "runtime/numbers.h"
 #include "shell/globals.h"
+#include "shell/language.h"
 
 #include <algorithm>
 #include <array>
@@ -114,6 +116,14 @@ void SaveFlagPreference(std::string_view key, bool value)
 void SaveNumberPreference(std::string_view key, std::int32_t value)
 {
     SavePreference(key, std::to_string(value));
+}
+
+void ShowSettingsFailure(const std::string &path, int why)
+{
+    platform::TheMachine().desktop->MessageBox(
+        GetLanguageText("The settings cannot be stored:", "SettingsNotStored", "Status") + "\r" +
+            runtime::FileError(why, path).description,
+        platform::Buttons::Ok, kApplicationTitle, platform::BoxIcon::Exclamation);
 }
 
 } // namespace shell

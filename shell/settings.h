@@ -49,4 +49,7 @@ void SavePreference(std::string_view key, std::string_view text);
 void SaveFlagPreference(std::string_view key, bool value);
 void SaveNumberPreference(std::string_view key, std::int32_t value);
 
+// Tells the user that what the program remembers is not stored: `path` and why (an errno).
+void ShowSettingsFailure(const std::string &path, int why);
+
 } // namespace shell

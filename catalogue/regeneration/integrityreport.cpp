@@ -2,6 +2,7 @@
 
 #include "catalogue/regeneration.h"
 #include "runtime/error.h"
+#include "runtime/text.h"
 #include "shell/globals.h"
 
 #include <cerrno>
@@ -33,7 +34,7 @@ bool IntegrityReport::LogTagFailure(std::string_view path, bool hasID3v1, bool h
 {
     if (hasID3v1 && hasID3v2)
         return false;
-    const std::string name = "  " + std::string(path);
+    const std::string name = "  " + runtime::ShownText(path);
     if (!hasID3v1 && !hasID3v2)
         Write({name, "  Quenlin could not get any information for this file.", ""});
     else if (hasID3v1)
@@ -47,8 +48,8 @@ void IntegrityReport::Close(bool succeeded, std::string_view folder, std::string
 {
     if (succeeded)
         Write({"  Quenlin succeded getting the information of each file"});
-    Write(
-        {"", "", "Directory: " + std::string(folder), "Date of creation: " + std::string(created)});
+    Write({"", "", "Directory: " + runtime::ShownText(folder),
+           "Date of creation: " + std::string(created)});
 }
 
 void IntegrityReport::Write(std::initializer_list<std::string_view> lines)

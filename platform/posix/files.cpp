@@ -149,6 +149,11 @@ bool Appender::Append(std::string_view bytes)
     return m_fd >= 0 && WriteAll(m_fd, bytes);
 }
 
+int CheckAccess(const std::string &path)
+{
+    return faccessat(AT_FDCWD, path.c_str(), R_OK | W_OK, AT_EACCESS) == 0 ? 0 : errno;
+}
+
 bool MakeFolders(const std::string &path)
 {
     for (std::size_t at = 1; at != std::string::npos;) {

@@ -64,6 +64,10 @@ private:
     int m_fd = -1;
 };
 
+// Whether this process may read and write what is there: 0, or the errno why not (EACCES, EROFS,
+// ENOENT).
+int CheckAccess(const std::string &path);
+
 // Makes the folder and those above it, open to their owner alone. False, with errno set, when it is
 // not there afterwards.
 bool MakeFolders(const std::string &path);

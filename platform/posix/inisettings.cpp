@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <utility>
 #include <vector>
 
 namespace platform::posix
@@ -54,34 +55,40 @@ struct IniSettings::File {
     Stamp stamp;
     IniDocument document{""};
     std::vector<Change> heldBack;
+    bool isReported = false; // that the writes cannot be carried out
 
     // Reads the file again. False when it is there and cannot be read.
     bool Load()
     {
         const Stamp now = StampOf(path);
         const auto text = ReadRegularFile(path, kMaxFileBytes);
-        const bool absent = !text && errno == ENOENT;
+        const int why = errno;
+        const bool absent = !text && why == ENOENT;
         stamp = now;
         document = IniDocument(text ? std::string_view(*text) : std::string_view());
+        errno = why;
         return text || absent;
     }
 
-    // Carries the held back writes out. False when they have to wait for the next time.
-    bool Save();
+    // Carries the held back writes out. False, with errno set and the culprit in `failed`, when
+    // they have to wait for the next time.
+    bool Save(std::string &failed);
 };
 
-bool IniSettings::File::Save()
+bool IniSettings::File::Save(std::string &failed)
 {
     const std::string folder = path.substr(0, path.rfind('/'));
+    failed = folder;
     if (!MakeFolders(folder))
         return false;
-    const Descriptor lock(
-        open((folder + "/settings.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    failed = folder + "/settings.lock";
+    const Descriptor lock(open(failed.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
     if (!lock)
         return false;
     while (flock(lock.Get(), LOCK_EX) != 0)
         if (errno != EINTR)
             return false;
+    failed = path;
     if (!Load())
         return false;
     const std::string before = document.Text();
@@ -164,9 +171,14 @@ void IniSettings::Delete(std::string_view title, std::string_view section, std::
 
 void IniSettings::Flush()
 {
-    for (auto &[title, file] : m_files)
-        if (!file->heldBack.empty())
-            file->Save();
+    for (auto &[title, file] : m_files) {
+        std::string failed;
+        if (file->heldBack.empty() || file->Save(failed))
+            continue;
+        const int why = errno;
+        if (!std::exchange(file->isReported, true) && onCannotStore)
+            onCannotStore(failed, why);
+    }
 }
 
 } // namespace platform::posix

@@ -35,6 +35,10 @@ public:
     void Delete(std::string_view title, std::string_view section, std::string_view key) override;
     void Flush() override;
 
+    // Called once for each title, when its writes cannot be carried out; `why` is an errno, `path`
+    // the file or its lock file. They are tried again at each Flush, and last for this run.
+    std::function<void(const std::string &path, int why)> onCannotStore;
+
     // Called when the first write since a Flush is held back, so that an event loop can have Flush
     // run at the end of its turn. Empty when nobody has one.
     std::function<void()> onHeldBack;

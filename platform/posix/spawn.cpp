@@ -43,7 +43,7 @@ std::vector<char *> ArgumentsFor(const std::vector<std::string> &arguments)
     const int nowhere = open("/dev/null", O_RDWR);
     for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         dup2(nowhere, fd);
-    for (const int signalNo : {SIGINT, SIGTERM, SIGHUP, SIGPIPE})
+    for (const int signalNo : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGXFSZ})
         signal(signalNo, SIG_DFL);
     if (workingFolder != nullptr && chdir(workingFolder) != 0) {
         // a folder that is not there leaves the current one

@@ -146,7 +146,7 @@ QWidget *MessageDialog::MakeText(BoxIcon icon)
 
 QWidget *MessageDialog::MakeButtons(Buttons buttons)
 {
-    QDialogButtonBox *box = MakeButtonBox(this);
+    QDialogButtonBox *box = m_buttons = MakeButtonBox(this);
     if (buttons == Buttons::YesNo) {
         AddButton(box, "cmdYes", tr("&Yes"), QDialogButtonBox::YesRole);
         MakeDefault(AddButton(box, "cmdNo", tr("&No"), QDialogButtonBox::NoRole));
@@ -156,10 +156,26 @@ QWidget *MessageDialog::MakeButtons(Buttons buttons)
     return box;
 }
 
+void MessageDialog::SetDetails(const QString &details)
+{
+    lblDetails = MakeLabel(details, "lblDetails", this);
+    lblDetails->setAccessibleName(details);
+    lblDetails->hide();
+    auto *layout = static_cast<QVBoxLayout *>(this->layout());
+    layout->insertWidget(1, lblDetails);
+    QPushButton *button =
+        AddButton(m_buttons, "cmdDetails", tr("&Details"), QDialogButtonBox::HelpRole);
+    button->setCheckable(true);
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::toggled, lblDetails, &QLabel::setVisible);
+}
+
 void MessageDialog::keyPressEvent(QKeyEvent *event)
 {
     if (event->matches(QKeySequence::Copy))
-        QGuiApplication::clipboard()->setText(lblText->text());
+        QGuiApplication::clipboard()->setText(
+            lblDetails == nullptr ? lblText->text()
+                                  : lblText->text() + QLatin1Char('\n') + lblDetails->text());
     else
         QDialog::keyPressEvent(event);
 }

@@ -6,6 +6,7 @@
 
 #include <QDialog>
 
+class QDialogButtonBox;
 class QLabel;
 class QLineEdit;
 
@@ -20,6 +21,9 @@ public:
     MessageDialog(const QString &text, const QString &title, Buttons buttons, BoxIcon icon,
                   QWidget *parent);
 
+    // Adds a button `cmdDetails` that shows and hides a second text, `lblDetails`.
+    void SetDetails(const QString &details);
+
 protected:
     void keyPressEvent(QKeyEvent *event) override; // Ctrl+C copies the whole text
     void showEvent(QShowEvent *event) override;    // tells a screen reader
@@ -28,7 +32,9 @@ private:
     QWidget *MakeText(BoxIcon icon);
     QWidget *MakeButtons(Buttons buttons);
 
-    QLabel *lblText; // owned by its parent widget
+    QLabel *lblText; // owned by its parent widget, as all that follows
+    QLabel *lblDetails = nullptr;
+    QDialogButtonBox *m_buttons = nullptr;
 };
 
 // Asks for a line of text. Controls: `lblPrompt`, `txtInput`, `cmdOk`, `cmdCancel`.

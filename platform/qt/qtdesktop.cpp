@@ -91,8 +91,22 @@ QtDesktop::~QtDesktop()
 Answer QtDesktop::MessageBox(std::string_view text, Buttons buttons, std::string_view title,
                              BoxIcon icon)
 {
+    return ShowBox(text, {}, buttons, title, icon);
+}
+
+Answer QtDesktop::MessageBoxWithDetails(std::string_view text, std::string_view details,
+                                        Buttons buttons, std::string_view title)
+{
+    return ShowBox(text, details, buttons, title, BoxIcon::None);
+}
+
+Answer QtDesktop::ShowBox(std::string_view text, std::string_view details, Buttons buttons,
+                          std::string_view title, BoxIcon icon)
+{
     BoxUp boxUp(*this);
     MessageDialog box(LinesToQt(text), TitleOr(title), buttons, icon, QApplication::activeWindow());
+    if (!details.empty())
+        box.SetDetails(LinesToQt(details));
     const bool accepted = box.exec() == QDialog::Accepted;
     if (buttons == Buttons::Ok)
         return Answer::Ok;

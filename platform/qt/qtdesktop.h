@@ -23,6 +23,8 @@ public:
     Answer MessageBox(std::string_view text, Buttons buttons, std::string_view title,
                       BoxIcon icon) override;
 
+    Answer MessageBoxWithDetails(std::string_view text, std::string_view details, Buttons buttons,
+                                 std::string_view title) override;
     std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,
                                         std::string_view initialText) override;
 
@@ -57,6 +59,8 @@ public:
 private:
     class BoxUp;
     void ShowPointer();
+    Answer ShowBox(std::string_view text, std::string_view details, Buttons buttons,
+                   std::string_view title, BoxIcon icon);
 
     std::unique_ptr<HelpWindow> m_help;  // made at the first wish for it
     Pointer m_pointer = Pointer::Normal; // what the program wants

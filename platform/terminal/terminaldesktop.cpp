@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -24,26 +25,13 @@ bool PersonIsThere()
     return isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
 }
 
-// `text` with line breaks of the terminal's kind and "?" for the other control characters.
+// `text` with line breaks of the terminal's kind and no other control character.
 std::string Printable(std::string_view text)
 {
-    std::string result;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const auto byte = static_cast<unsigned char>(text[at]);
-        const auto next = at + 1 < text.size() ? static_cast<unsigned char>(text[at + 1]) : 0;
-        if (byte == '\r') {
-            if (next != '\n')
-                result.push_back('\n');
-        } else if (byte == 0xC2 && next >= 0x80 && next < 0xA0) { // the control characters of C1
-            result.push_back('?');
-            ++at;
-        } else {
-            result.push_back((byte < 0x20 && byte != '\n' && byte != '\t') || byte == 0x7F
-                                 ? '?'
-                                 : static_cast<char>(byte));
-        }
-    }
-    return result;
+    std::string shown = runtime::ShownLines(text);
+    shown = runtime::Replace(shown, "\r\n", "\n");
+    std::replace(shown.begin(), shown.end(), '\r', '\n');
+    return shown;
 }
 
 void Print(const std::string &text)

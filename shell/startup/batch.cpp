@@ -48,13 +48,15 @@ void NoteOutcome(const std::string &element, const catalogue::AddOutcome &outcom
                  Outcomes &outcomes)
 {
     outcomes.rowsLost |= outcome.rowLost;
-    const std::string line = "    " + element + "\r";
+    const std::string shown = runtime::ShownText(element); // a line end in it would forge an entry
+    const std::string line = "    " + shown + "\r";
     if (outcome.result == catalogue::kAdded)
         outcomes.added.Add(line);
     else if (outcome.result == catalogue::kUpdated)
         outcomes.updated.Add(line);
     else
-        outcomes.failed.Add(line + "  Reason: " + outcome.reason);
+        outcomes.failed.Add(line + "  Reason: " +
+                            runtime::ShownLines(runtime::Replace(outcome.reason, element, shown)));
 }
 
 void TakeElement(const std::string &element, catalogue::RowGroups &groups, Outcomes &outcomes)
@@ -97,24 +99,25 @@ std::string FormatSummary(const Outcomes &outcomes)
 
 } // namespace
 
-std::string QuoteArguments(const std::vector<std::string> &paths)
+std::vector<std::string> SplitArguments(std::string_view arguments)
 {
-    std::string arguments;
-    for (const std::string &path : paths)
-        arguments.append(arguments.empty() ? "\"" : " \"").append(path).append("\"");
-    return arguments;
+    std::vector<std::string> elements;
+    for (const std::string &piece : runtime::Split(arguments, "\" \"")) {
+        const std::string blanked = runtime::Replace(piece, "\"", " ");
+        elements.emplace_back(runtime::Trim(blanked));
+    }
+    return elements;
 }
 
-bool RunBatch(std::string_view arguments)
+bool RunBatch(const std::vector<std::string> &elements)
 {
     Outcomes outcomes;
     catalogue::RowGroups groups;
-    for (const std::string &piece : runtime::Split(arguments, "\" \"")) {
+    for (const std::string &element : elements) {
         if (platform::IsEndRequested())
             break;
         const platform::EndDeferral untilTheElementIsDone;
-        const std::string blanked = runtime::Replace(piece, "\"", " ");
-        TakeElement(std::string(runtime::Trim(blanked)), groups, outcomes);
+        TakeElement(element, groups, outcomes);
     }
     groups.Close();
     const std::string path = AppFile(kSummaryName);

@@ -4,6 +4,7 @@
 #include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
+#include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
 #include "ui/controls/statusbar.h"
@@ -124,7 +125,7 @@ void PrintSummary(const catalogue::RegenerationSummary &summary)
                 static_cast<long long>(summary.files));
     if (summary.failed > 0)
         std::printf(", %lld of them could not be added", static_cast<long long>(summary.failed));
-    std::printf("\nReport: %s\n", catalogue::ReportPath().c_str());
+    std::printf("\nReport: %s\n", runtime::ShownText(catalogue::ReportPath()).c_str());
     std::fflush(stdout);
 }
 

@@ -4,6 +4,7 @@
 #include "catalogue/regeneration.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
+#include "platform/posix/files.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
@@ -14,6 +15,7 @@
 #include "shell/startup/regeneratejob.h"
 #include "shell/startup/version.h"
 
+#include <cerrno>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -50,16 +52,35 @@ void Run(const std::function<void(Arguments...)> &step,
         step(arguments...);
 }
 
-bool RefuseOldCatalogue()
+// What keeps this user from writing to the catalogue, in the system's words; empty when nothing
+// does, or when it is absent.
+std::string WhyNotWritable()
 {
-    TheDesktop().MessageBox(kNewerCatalogueNeeded);
+    const std::string file = AppFile("MP3s.mdb");
+    if (const int reason = platform::posix::CheckAccess(file); reason != 0)
+        return reason == ENOENT ? std::string() : runtime::FileError(reason, file).description;
+    const int reason = platform::posix::CheckAccess(GetAppPath()); // for the log beside it
+    return reason == 0 ? std::string() : runtime::FileError(reason, GetAppPath()).description;
+}
+
+bool RefuseOldCatalogue(const std::string &details = {})
+{
+    if (details.empty())
+        TheDesktop().MessageBox(kNewerCatalogueNeeded);
+    else
+        TheDesktop().MessageBoxWithDetails(kNewerCatalogueNeeded, details);
     return false;
 }
 
 bool RefuseDamagedCatalogue()
 {
+    constexpr std::string_view kTitle = "Corrupted file";
+    const std::string details = WhyNotWritable();
     const auto answer =
-        TheDesktop().MessageBox(kCatalogueDamaged, platform::Buttons::YesNo, "Corrupted file");
+        details.empty()
+            ? TheDesktop().MessageBox(kCatalogueDamaged, platform::Buttons::YesNo, kTitle)
+            : TheDesktop().MessageBoxWithDetails(kCatalogueDamaged, details,
+                                                 platform::Buttons::YesNo, kTitle);
     if (answer == platform::Answer::Yes)
         OpenAddress(std::string(kDownloadPage), "C:\\");
     return false;
@@ -164,7 +185,7 @@ bool CheckCatalogue()
     }
     if (!DataAccess->Succeeded && DataAccess->ErrorMessage == kNotValidDataBase)
         return RefuseDamagedCatalogue();
-    return RefuseOldCatalogue();
+    return RefuseOldCatalogue(WhyNotWritable());
 }
 
 void ReadPreferences()
@@ -194,13 +215,13 @@ void ShowRuntimeError(const runtime::RuntimeError &error)
                             error.description);
 }
 
-std::optional<int> Main(std::string_view commandLine, const StartUpWindows &windows)
+std::optional<int> Main(const std::vector<std::string> &elements, const StartUpWindows &windows)
 {
     if (!Prepare(windows))
         return kRefused;
     Run(windows.ShowSplash);
-    if (!commandLine.empty()) {
-        return RunBatch(commandLine) ? 0 : kRowsLost;
+    if (!elements.empty()) {
+        return RunBatch(elements) ? 0 : kRowsLost;
     }
     BringUpMainWindow(windows);
     return std::nullopt;

@@ -33,13 +33,13 @@ struct StartUpWindows {
     std::function<void()> ArmSplashTimer;               // CloseIt ends the splash by itself
 };
 
-// The whole of start-up. `commandLine`: the arguments as one text (shell/startup/batch.h), empty
-// for none.
+// The whole of start-up. `elements`: the paths of the command line (shell/startup/batch.h), none
+// for the windows.
 // Returns: nothing when the program lives on in its windows; else the exit status with which the
 //          process has to end: 0 after a batch whose summary was written, kRowsLost where that
 //          names lost rows, kRefused for a refused catalogue.
 // Errors:  RuntimeError of any step; no handler is in force. See ShowRuntimeError.
-std::optional<int> Main(std::string_view commandLine, const StartUpWindows &windows);
+std::optional<int> Main(const std::vector<std::string> &elements, const StartUpWindows &windows);
 
 // The same up to the preferences, then the regeneration of `folder`
 // (shell/startup/regeneratejob.h).

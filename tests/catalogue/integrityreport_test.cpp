@@ -54,7 +54,7 @@ TEST_F(Report, HasAnEntryForEachFileThatLacksATag)
     EXPECT_EQ(Written(), kHeading + "  /m/none.mp3\r\n"
                                     "  Quenlin could not get any information for this file.\r\n"
                                     "\r\n"
-                                    "  /m/first\n'\xE9.mp3\r\n"
+                                    "  /m/first\\x0a'\xE9.mp3\r\n"
                                     "  Quenlin could not get the ID3v2 information\r\n"
                                     "\r\n"
                                     "  /m/second.mp3\r\n"

@@ -51,6 +51,43 @@ TEST_F(Settings, AWriteIsSeenAtOnceAndStoredAtTheFlush)
     EXPECT_EQ(ReadFresh("k"), "v");
 }
 
+TEST_F(Settings, WhatCannotBeStoredIsReportedOnce)
+{
+    std::filesystem::create_directories(folder / "config/T/settings.lock"); // which nobody can lock
+    std::vector<std::string> reports;
+    {
+        IniSettings store(folder / "config");
+        store.onCannotStore = [&](const std::string &path, int why) {
+            reports.push_back(path + " " + std::to_string(why));
+        };
+        for (const char *text : {"1", "2", "3"}) {
+            store.Write("T", "S", "k", text);
+            store.Flush();
+            EXPECT_EQ(Read(store, "k"), text);
+        }
+        EXPECT_EQ(reports, std::vector<std::string>{folder / "config/T/settings.lock " +
+                                                    std::to_string(EISDIR)});
+        std::filesystem::remove(folder / "config/T/settings.lock");
+        store.Flush();
+        EXPECT_EQ(ReadFresh("k"), "3");
+        std::filesystem::remove(File());
+        std::filesystem::create_directory(File());
+        store.Write("T", "S", "k", "4");
+    }
+    EXPECT_EQ(reports.size(), 1u);
+}
+
+TEST_F(Settings, AFileThatCannotBeReadIsReported)
+{
+    std::filesystem::create_directories(File());
+    std::string report;
+    IniSettings store(folder / "config");
+    store.onCannotStore = [&](const std::string &path, int) { report = path; };
+    store.Write("T", "S", "k", "v");
+    store.Flush();
+    EXPECT_EQ(report, File());
+}
+
 TEST_F(Settings, TheEndOfTheStoreFlushes)
 {
     {

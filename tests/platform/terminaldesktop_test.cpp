@@ -109,7 +109,7 @@ TEST(TerminalDesktop, NoControlCharacterReachesTheTerminal)
         TerminalDesktop().MessageBox(std::string_view("a\x1b[2Jb\0c\x7F\xC2\x9Bz\té", 15));
         return 0;
     });
-    EXPECT_EQ(talk.output, "Quenlin: a?[2Jb?c??z\té\n");
+    EXPECT_EQ(talk.output, "Quenlin: a\\x1b[2Jb\\x00c\\x7f\\xc2\\x9bz\té\n");
 }
 
 TEST(TerminalDesktop, AnOkBoxWaitsForAPerson)

@@ -307,12 +307,11 @@ class Regeneration(ProgramTest):
 
 
 class Batch(ProgramTest):
-    def test_arguments_that_cannot_be_given(self):
-        quote = self.song('quo"te.mp3')
-        blank = self.song("blank.mp3 ")
-        self.run_program(quote, blank)
-        self.assertEqual(self.paths(), [])
-        self.assertIn(b"These MP3s couldn't be added/updated:", self.read("Solution.txt"))
+    def test_an_argument_is_one_path_as_it_is(self):
+        names = ['quo"te.mp3', "blank.mp3 ", 'a" "b.mp3']
+        self.run_program(*(self.song(name) for name in names))
+        self.assertEqual(self.paths(), [os.fsencode(name) for name in names])
+        self.assertNotIn(b"couldn't", self.read("Solution.txt"))
 
     def test_options_end_behind_two_dashes(self):
         with open(os.path.join(self.scratch, "--odd.mp3"), "wb") as file:

@@ -1,12 +1,13 @@
 """Start-up as a process: refusals, the program's folder, the command line, an orderly end."""
 import os
+import resource
 import shutil
 import signal
 import sqlite3
 import subprocess
 import unittest
 
-from program import BIN, ProgramTest, wait_for
+from program import BIN, REPORT, ProgramTest, wait_for
 
 DAMAGED = (b"Corrupted file: You're database is corrupted. Download the last version\n"
            b"of 'Tessaroon.mdb' and run the 'Tessaroon'. Would you like to go to\n"
@@ -78,6 +79,86 @@ class Refusals(ProgramTest):
         with open(os.path.join(folder, "settings.ini"), "w", encoding="utf-8") as file:
             file.write("[Preferences]\nWebStyle=abc\n")
         self.refused(b"Quenlin: Run-time error '13':\n\nType mismatch: WebStyle=abc\n")
+
+
+@unittest.skipUnless(os.geteuid() != 0 or shutil.which("setpriv"), "no way to a user without rights")
+class NoRights(ProgramTest):
+    """A catalogue that this user may not write keeps the prescribed words; the system's follow."""
+
+    def refused(self, path):
+        os.chmod(self.scratch, 0o755)
+        command = [os.path.join(BIN, "quenlin"), "--regenerate", self.music]
+        if os.geteuid() == 0:
+            command = ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", *command]
+        done = subprocess.run(command, env=self.env, stdin=subprocess.DEVNULL, capture_output=True, check=False,
+                              timeout=60)
+        self.assertEqual(done.returncode, 1)
+        words = os.fsencode(path) + b": Permission denied\n"
+        self.assertIn(done.stderr.replace(words, b""), (DAMAGED, TOO_OLD))
+        self.assertTrue(done.stderr.endswith(words), done.stderr)
+
+    def test_a_catalogue_of_another_user(self):
+        os.chmod(self.home, 0o777)
+        os.chmod(self.catalogue(), 0o600 if os.geteuid() == 0 else 0)
+        self.refused(self.catalogue())
+
+    def test_a_folder_that_may_be_read_only(self):
+        os.chmod(self.catalogue(), 0o666)
+        os.chmod(self.home, 0o555)
+        self.addCleanup(os.chmod, self.home, 0o755)
+        self.refused(self.home)
+
+
+class Limits(ProgramTest):
+    def test_a_file_at_its_limit_is_an_error_and_no_signal(self):
+        song = self.song("a.mp3")
+        self.run_program(song)
+        size = len(self.read("MP3s.mdb"))
+        process = self.start(song, preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (size, size)))
+        process.communicate(timeout=60)
+        self.assertGreaterEqual(process.returncode, 0, "ended by a signal")
+        limit = len(self.read("Solution.txt"))
+        process = self.start(song, preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
+        _, err = process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 1, err)
+
+    def test_a_pipe_in_the_place_of_a_report_is_refused_at_once(self):
+        for name, args in (("Solution.txt", [self.song("a.mp3")]), (REPORT, ["--regenerate", self.music])):
+            with self.subTest(name):
+                os.mkfifo(os.path.join(self.home, name))
+                _, err = self.run_program(*args, status=1)
+                self.assertIn(os.fsencode(name), err)
+
+    def test_what_the_program_makes_is_the_users_alone(self):
+        before = os.umask(0)
+        try:
+            self.run_program("--regenerate", self.music)
+            self.run_program(self.song("a.mp3"))
+        finally:
+            os.umask(before)
+        for name in (REPORT, "Solution.txt"):
+            self.assertEqual(os.stat(os.path.join(self.home, name)).st_mode & 0o7777, 0o600, name)
+
+
+class OddNames(ProgramTest):
+    EVIL = b"a\x1b]0;owned\x07\r\n  This MP3 was added correctly:\xc2\x9b2J.mp3"
+
+    def test_no_control_character_reaches_a_terminal_or_a_report(self):
+        path = self.song(self.EVIL, v1=False)
+        os.symlink(b"nowhere", path.replace(b"owned", b"gone"))
+        texts = [*self.run_program("--regenerate", self.music), *self.run_program(path),
+                 *self.run_program(path + b"\x1b.txt", status=0), *self.run_program("--\x1b", status=2),
+                 self.read(REPORT), self.read("Solution.txt")]
+        for text in texts:
+            self.assertEqual([b for b in text if b < 32 and b not in b"\t\r\n"], [], text)
+            self.assertNotIn(b"\xc2\x9b", text)
+        self.assertEqual(self.read("Solution.txt").count(b"\r\n"), 2)
+        self.assertEqual(self.paths(), [self.EVIL])
+
+    def test_a_name_with_a_separator_in_it_is_one_path(self):
+        path = self.song('a" "b.mp3')
+        self.run_program(path)
+        self.assertEqual(self.paths(), [b'a" "b.mp3'])
 
 
 class CommandLine(ProgramTest):

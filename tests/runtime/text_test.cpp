@@ -113,3 +113,33 @@ TEST(IsUtf8, Table)
     EXPECT_FALSE(IsUtf8("\xc0\x80"));     // overlong NUL
     EXPECT_FALSE(IsUtf8("\xed\xa0\x80")); // surrogate
 }
+
+TEST(ShownText, Table)
+{
+    const struct {
+        const char *name;
+        std::string_view text, want;
+    } cases[] = {
+        {"plain", "A na\xC3\xAFve (song).mp3", "A na\xC3\xAFve (song).mp3"},
+        {"escape", "a\x1B[2J", "a\\x1b[2J"},
+        {"lines", "a\r\nb\tc", "a\\x0d\\x0ab\\x09c"},
+        {"nul and delete", std::string_view("\0\x7F", 2), "\\x00\\x7f"},
+        {"C1 in UTF-8",
+         "\xC2\x9B"
+         "1m\xC2\xA0",
+         "\\xc2\\x9b1m\xC2\xA0"},
+        {"C1 as one byte",
+         "\x9B"
+         "1m",
+         "\\x9b1m"},
+        {"no UTF-8", "latin\xE9.mp3", "latin\xE9.mp3"},
+        {"cut character", "\xE2\x82", "\xE2\\x82"},
+        {"empty", "", ""},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(runtime::ShownText(c.text), c.want);
+    }
+    EXPECT_EQ(runtime::ShownLines("a\r\nb\tc\x1B"), "a\r\nb\tc\\x1b");
+    EXPECT_EQ(runtime::FileError(2, "a\nb").description, "a\\x0ab: No such file or directory");
+}

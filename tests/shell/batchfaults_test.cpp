@@ -41,8 +41,7 @@ struct BatchFaults : tests::LibraryFixture {
             fs::remove(Catalogue() + ending);
         tests::WriteFile(Catalogue(), shipped);
         WriteSongs("old");
-        EXPECT_TRUE(
-            shell::RunBatch(shell::QuoteArguments({Song("known1.mp3"), Song("known2.mp3")})));
+        EXPECT_TRUE(shell::RunBatch({Song("known1.mp3"), Song("known2.mp3")}));
         catalogue::CloseCatalogue();
         WriteSongs("new");
         fs::remove(folder / "app/Solution.txt");
@@ -103,7 +102,7 @@ TEST_F(BatchFaults, SummaryIsTrueForEveryCallThatFails)
                 std::vector<std::string> paths;
                 for (const std::string &name : names)
                     paths.push_back(Song(name));
-                isWhole = shell::RunBatch(shell::QuoteArguments(paths));
+                isWhole = shell::RunBatch(paths);
                 hasFailed = calls.HasFailed();
                 catalogue::CloseCatalogue();
             }

@@ -89,7 +89,7 @@ protected:
         store.reads.clear();
         const std::size_t before = desktop.boxes.size();
         desktop.ExpectBox(text, answer);
-        EXPECT_EQ(Main("", windows), std::optional<int>(1));
+        EXPECT_EQ(Main({}, windows), std::optional<int>(1));
         ASSERT_EQ(desktop.boxes.size(), before + 1);
         EXPECT_EQ(desktop.boxes.back().text, text);
         EXPECT_EQ(steps, Steps{"LoadMainWindow"});
@@ -107,7 +107,7 @@ protected:
 TEST_F(StartUp, GoesInItsOrder)
 {
     tests::WriteFile(folder / "app/Deutsch.qlt", "");
-    EXPECT_EQ(Main("", windows), std::nullopt);
+    EXPECT_EQ(Main({}, windows), std::nullopt);
     EXPECT_EQ(steps, (Steps{"LoadMainWindow", "WebStyle on", "ShowSplash", "SizeMainWindow",
                             "BuildLanguageMenu Deutsch", "LoadShellIcons", "LoadTreeView()",
                             "ArmSplashTimer"}));
@@ -122,7 +122,7 @@ TEST_F(StartUp, LetsEventsRunUnderTheHourglassAndOnceItIsGone)
         if (steps.size() > 1) // the catalogue's check yields before
             Note(desktop.pointer == platform::Pointer::Hourglass ? "yield under it" : "yield");
     };
-    EXPECT_EQ(Main("", windows), std::nullopt);
+    EXPECT_EQ(Main({}, windows), std::nullopt);
     EXPECT_EQ(steps, (Steps{"LoadMainWindow", "WebStyle on", "ShowSplash", "yield under it",
                             "SizeMainWindow", "BuildLanguageMenu", "LoadShellIcons",
                             "LoadTreeView()", "ArmSplashTimer", "yield"}));
@@ -136,7 +136,7 @@ TEST_F(StartUp, RegistersBothTypesBeforeAnythingCanFail)
         EXPECT_EQ(registry.types.size(), 2u);
     };
     desktop.ExpectBox("You're database is corrupted.", platform::Answer::No);
-    EXPECT_EQ(Main("", windows), std::optional<int>(1));
+    EXPECT_EQ(Main({}, windows), std::optional<int>(1));
     EXPECT_EQ(steps, Steps{"LoadMainWindow"});
 }
 
@@ -152,7 +152,7 @@ TEST_F(StartUp, ReadsThePreferencesInTheirOrder)
                     {"Quenlin/Preferences/WebStyle", "0"},
                     {"Quenlin/Preferences/AutoCheckNewerVersion", "1"},
                     {"Quenlin/Preferences/Load List", "0"}};
-    EXPECT_EQ(Main("", windows), std::nullopt);
+    EXPECT_EQ(Main({}, windows), std::nullopt);
     const Globals &globals = TheGlobals();
     EXPECT_EQ(globals.LanguageFilePath, folder / "app/Español.qlt");
     EXPECT_EQ(globals.InitialTVWidth, 4321);
@@ -177,7 +177,7 @@ TEST_F(StartUp, ReadsThePreferencesInTheirOrder)
 TEST_F(StartUp, RegeneratesWhenTheSettingAsksForIt)
 {
     store.values["Quenlin/Preferences/RefreshAtStartUp"] = "1";
-    EXPECT_EQ(Main("", windows), std::nullopt);
+    EXPECT_EQ(Main({}, windows), std::nullopt);
     ASSERT_GE(steps.size(), 4u);
     EXPECT_EQ(steps[3], "ListRefresh"); // between the splash and the sizing, without a bar
 }
@@ -187,7 +187,7 @@ TEST_F(StartUp, ARegenerationThatFailsIsToldAndTheWindowComesUp)
     store.values["Quenlin/Preferences/RefreshAtStartUp"] = "1";
     windows.ListRefresh = [](bool) { throw runtime::RuntimeError(runtime::kPathNotFound); };
     desktop.ExpectBox("Run-time error '76':\r\rPath not found");
-    EXPECT_EQ(Main("", windows), std::nullopt);
+    EXPECT_EQ(Main({}, windows), std::nullopt);
     EXPECT_EQ(steps.back(), "ArmSplashTimer");
     EXPECT_EQ(desktop.pointer, platform::Pointer::Normal);
 }
@@ -201,13 +201,13 @@ TEST_F(StartUp, ALanguageFileIsFoundInAnyLetterCase)
                                                            {"", "app/"}};
     for (const auto &[setting, want] : cases) {
         store.values["Quenlin/Preferences/Language"] = setting;
-        EXPECT_EQ(Main("", windows), std::nullopt);
+        EXPECT_EQ(Main({}, windows), std::nullopt);
         EXPECT_EQ(TheGlobals().LanguageFilePath, folder / want);
     }
     tests::WriteFile(folder / "app/español.qlt", "");
     for (const char *name : {"español.qlt", "Español.QLT"}) {
         store.values["Quenlin/Preferences/Language"] = name;
-        EXPECT_EQ(Main("", windows), std::nullopt);
+        EXPECT_EQ(Main({}, windows), std::nullopt);
         EXPECT_EQ(TheGlobals().LanguageFilePath, folder / (std::string("app/") + name));
     }
 }
@@ -215,7 +215,7 @@ TEST_F(StartUp, ALanguageFileIsFoundInAnyLetterCase)
 TEST_F(StartUp, ASettingThatIsNoNumberIsAnError)
 {
     store.values["Quenlin/Preferences/WebStyle"] = "abc";
-    EXPECT_EQ(ErrorOf([&] { Main("", windows); }), runtime::kTypeMismatch);
+    EXPECT_EQ(ErrorOf([&] { Main({}, windows); }), runtime::kTypeMismatch);
 }
 
 TEST_F(StartUp, TheVersionRule)
@@ -227,7 +227,7 @@ TEST_F(StartUp, TheVersionRule)
         SCOPED_TRACE(version);
         Change(std::string("UPDATE Validations SET Version = '") + version + "'");
         if (passes)
-            EXPECT_EQ(Main("", windows), std::nullopt);
+            EXPECT_EQ(Main({}, windows), std::nullopt);
         else
             ExpectRefused(kTooOld);
         catalogue::DataAccess.reset();
@@ -244,12 +244,12 @@ TEST_F(StartUp, AVersionThatIsNoneIsAnError)
                                                   {"''", runtime::kSubscriptOutOfRange}};
     for (const auto &[version, error] : cases) {
         Change(std::string("UPDATE Validations SET Version = ") + version);
-        EXPECT_EQ(ErrorOf([&] { Main("", windows); }), error) << version;
+        EXPECT_EQ(ErrorOf([&] { Main({}, windows); }), error) << version;
         catalogue::DataAccess.reset();
         catalogue::CloseCatalogue();
     }
     Change("DELETE FROM Validations");
-    EXPECT_NE(ErrorOf([&] { Main("", windows); }), 0); // there is no row to read
+    EXPECT_NE(ErrorOf([&] { Main({}, windows); }), 0); // there is no row to read
 }
 
 TEST_F(StartUp, ACatalogueWithoutTheTableIsTooOld)
@@ -297,7 +297,7 @@ TEST_F(StartUp, AnAbsentCatalogueIsDamagedAndIsNotMade)
 TEST_F(StartUp, ABatchEndsWithoutTheMainWindow)
 {
     tests::WriteFile(Song("a.mp3"), tests::Id3v2(tests::TextFrame("TIT2", "T")) + tests::Audio());
-    EXPECT_EQ(Main(QuoteArguments({Song("a.mp3")}), windows), std::optional<int>(0));
+    EXPECT_EQ(Main({Song("a.mp3")}, windows), std::optional<int>(0));
     EXPECT_EQ(steps, (Steps{"LoadMainWindow", "WebStyle on", "ShowSplash"}));
     EXPECT_EQ(Rows().size(), 1u);
     EXPECT_TRUE(fs::exists(folder / "app/Solution.txt"));
@@ -307,7 +307,7 @@ TEST_F(StartUp, ABatchOnARefusedCatalogueDoesNothing)
 {
     Change("UPDATE Validations SET Version = '1.5.9'");
     desktop.ExpectBox(kTooOld);
-    EXPECT_EQ(Main("\"/a.mp3\"", windows), std::optional<int>(1));
+    EXPECT_EQ(Main({"/a.mp3"}, windows), std::optional<int>(1));
     EXPECT_FALSE(fs::exists(folder / "app/Solution.txt"));
 }
 
@@ -326,7 +326,7 @@ TEST_F(StartUp, RegeneratesAFolderFromTheCommandLine)
 
 TEST_F(StartUp, WithoutWindowsEachStepIsPassedOver)
 {
-    EXPECT_EQ(Main("", {}), std::nullopt);
+    EXPECT_EQ(Main({}, {}), std::nullopt);
 }
 
 TEST_F(StartUp, LanguagesAreTheFilesOfTheirExtension)

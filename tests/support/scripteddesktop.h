@@ -32,6 +32,13 @@ public:
 
     platform::Answer MessageBox(std::string_view text, platform::Buttons buttons,
                                 std::string_view title, platform::BoxIcon icon) override;
+    platform::Answer MessageBoxWithDetails(std::string_view text, std::string_view boxDetails,
+                                           platform::Buttons buttons,
+                                           std::string_view title) override
+    {
+        details.emplace_back(boxDetails);
+        return MessageBox(text, buttons, title, platform::BoxIcon::None);
+    }
     std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,
                                         std::string_view initialText) override;
     std::optional<std::string> OpenDialog(std::string_view title,
@@ -63,6 +70,7 @@ public:
         std::string folder;
     };
     std::vector<Open> opens;            // every open dialog
+    std::vector<std::string> details;   // of the boxes that came with some
     std::vector<std::string> addresses; // every address that was opened
     std::vector<std::string> folders;   // the working folder of each
     std::string clipboard;
