@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 #include <vector>
 
 namespace metadata
@@ -100,20 +101,75 @@ void CopyRange(int source, std::int64_t offset, int target, std::int64_t count)
     }
 }
 
-// Runs `fill` on a new file and gives that its name; after an error the new file goes.
-// Returns which file it is.
-template <class Fill>
-platform::FileIdentity WriteWhole(const std::string &copyPath, const Fill &fill)
+// What stands at `copyPath` is of an edit under way, which holds its lock, or was left by one that
+// was cut off: then `temporaryPath` takes its place, under the same lock. False for the former.
+bool TakePlaceOfStale(const std::string &temporaryPath, const std::string &copyPath)
+{
+    platform::FileIdentity stale;
+    const int handle = Files().OpenToRead(copyPath, stale);
+    if (handle == -ENOENT)
+        return true; // gone meanwhile
+    if (handle < 0) {
+        Check(Files().Rename(temporaryPath, copyPath));
+        return true;
+    }
+    const OpenHandle held(handle);
+    if (Files().TryLock(handle) == EWOULDBLOCK)
+        return false;
+    platform::FileIdentity now;
+    if (Files().Identify(copyPath, now) == 0 && now.inode == stale.inode &&
+        now.device == stale.device)
+        Check(Files().Rename(temporaryPath, copyPath));
+    return true;
+}
+
+bool IsThere(const std::string &path)
+{
+    platform::FileIdentity identity;
+    return Files().Identify(path, identity) == 0;
+}
+
+// Gives the new file the name `copyPath`. False when another edit under way has its copy there.
+bool ClaimName(const std::string &temporaryPath, const std::string &copyPath)
+{
+    for (;;) {
+        const int reason = Files().RenameNew(temporaryPath, copyPath);
+        if (reason != EEXIST) {
+            Check(reason);
+            return true;
+        }
+        if (!TakePlaceOfStale(temporaryPath, copyPath))
+            return false;
+        if (!IsThere(temporaryPath)) // it has the name now
+            return true;
+    }
+}
+
+bool ReplaceName(const std::string &temporaryPath, const std::string &copyPath)
+{
+    Check(Files().Rename(temporaryPath, copyPath));
+    return true;
+}
+
+// Runs `fill` on a new file, brings it to the disk and has `name` give it its name; the new file is
+// gone after an error, and where `name` says false.
+template <class Fill, class Name>
+std::optional<SongCopy> WriteWhole(const std::string &copyPath, const Fill &fill, const Name &name)
 {
     std::string temporaryPath;
-    platform::FileIdentity copy;
     try {
-        const OpenHandle target(CreateBeside(copyPath, temporaryPath));
-        fill(target.Get());
-        Check(Files().Flush(target.Get()));
-        Check(Files().Identify(temporaryPath, copy)); // under a name that nobody else has
-        Check(Files().Rename(temporaryPath, copyPath));
-        return copy;
+        const int handle = CreateBeside(copyPath, temporaryPath);
+        SongCopy copy(handle, {});
+        fill(handle);
+        (void)Files().TryLock(handle); // nobody else knows the file yet
+        Check(Files().Flush(handle));
+        platform::FileIdentity identity;
+        Check(Files().Identify(temporaryPath, identity)); // under a name that nobody else has
+        copy.SetIdentity(identity);
+        if (name(temporaryPath, copyPath))
+            return copy;
+        Files().Delete(temporaryPath);
+        return std::nullopt;
     } catch (const runtime::RuntimeError &) {
         Files().Delete(temporaryPath); // there is nothing better to do where this fails as well
         throw;
@@ -122,20 +178,46 @@ platform::FileIdentity WriteWhole(const std::string &copyPath, const Fill &fill)
 
 } // namespace
 
-platform::FileIdentity WriteNewSong(const std::string &song, const NewSong &content,
-                                    const std::string &copyPath)
+SongCopy::SongCopy(int handle, platform::FileIdentity identity)
+    : m_handle(handle), m_identity(std::move(identity))
+{
+}
+
+SongCopy::SongCopy(SongCopy &&other) noexcept
+    : m_handle(std::exchange(other.m_handle, -1)), m_identity(std::move(other.m_identity))
+{
+}
+
+SongCopy &SongCopy::operator=(SongCopy &&other) noexcept
+{
+    std::swap(m_handle, other.m_handle);
+    std::swap(m_identity, other.m_identity);
+    return *this;
+}
+
+SongCopy::~SongCopy()
+{
+    if (m_handle >= 0)
+        Files().Close(m_handle);
+}
+
+std::optional<SongCopy> WriteNewSong(const std::string &song, const NewSong &content,
+                                     const std::string &copyPath)
 {
     platform::FileIdentity identity;
     const OpenHandle source(OpenSong(song, identity));
     if (content.audioOffset < 0 || content.audioBytes < 0 ||
         content.audioBytes > identity.sizeBytes - content.audioOffset)
         throw runtime::RuntimeError(runtime::kInvalidCall);
-    return WriteWhole(copyPath, [&](int target) {
-        Check(Files().CopyRights(source.Get(), target));
-        WriteAll(target, content.front);
-        CopyRange(source.Get(), content.audioOffset, target, content.audioBytes);
-        WriteAll(target, content.back);
-    });
+    return WriteWhole(
+        copyPath,
+        [&](int target) {
+            Check(Files().CopyRights(source.Get(), target));
+            WriteAll(target, content.front);
+            CopyRange(source.Get(), content.audioOffset, target, content.audioBytes);
+            WriteAll(target, content.back);
+        },
+        ClaimName);
 }
 
 void CopySong(const std::string &song, const std::string &copyPath)
@@ -146,11 +228,15 @@ void CopySong(const std::string &song, const std::string &copyPath)
     if (Files().Identify(copyPath, earlier) == 0 && earlier.device == identity.device &&
         earlier.inode == identity.inode)
         throw runtime::RuntimeError(runtime::kPermissionDenied);
-    WriteWhole(copyPath, [&](int target) {
-        CopyRange(source.Get(), 0, target, identity.sizeBytes);
-        (void)Files().CopyRights(source.Get(),
-                                 target); // a backup may lie where they cannot be kept
-    });
+    WriteWhole(
+        copyPath,
+        [&](int target) {
+            CopyRange(source.Get(), 0, target, identity.sizeBytes);
+            (void)Files().CopyRights(source.Get(),
+                                     target); // a backup may lie where they cannot be kept
+        },
+        ReplaceName);
+    Check(Files().FlushFolderOf(copyPath));
 }
 
 } // namespace metadata

@@ -9,6 +9,7 @@
 #include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
+#include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
 #include "shell/paths.h"
@@ -53,12 +54,12 @@ struct Edit {
     bool writeID3v1;
     bool writeID3v2;
     ui::Label *label;
-    RawTags raw;                      // the ground: copied before events can run
-    std::string realPath;             // the file behind the links
-    std::string image;                // the new ID3v1 tag, empty without
-    std::string tag;                  // the new ID3v2 tag, empty without
-    std::string copyPath;             // of the ".bck" file
-    platform::FileIdentity copy = {}; // the file that was written there
+    RawTags raw;                       // the ground: copied before events can run
+    std::string realPath;              // the file behind the links
+    std::string image;                 // the new ID3v1 tag, empty without
+    std::string tag;                   // the new ID3v2 tag, empty without
+    std::string copyPath;              // of the ".bck" file
+    std::optional<SongCopy> copy = {}; // what was written there, ours as long as it is held
 };
 
 platform::Desktop &Desktop()
@@ -92,17 +93,23 @@ void ShowProgress(const Edit &edit, std::string_view words)
 bool MakeBackupFolder()
 {
     const int reason = Files().MakeFolder(shell::AppFile(kBackupFolder));
-    const bool there = reason == 0 || reason == EEXIST;
+    const std::string folder = shell::AppFile(kBackupFolder);
+    const int flushed = reason == 0 ? Files().FlushFolderOf(folder) : 0;
+    const bool there = flushed == 0 && (reason == 0 || reason == EEXIST);
     if (!there)
-        Tell(runtime::FileError(reason).description);
+        Tell(runtime::FileError(reason != 0 ? reason : flushed, folder).description);
     return there;
 }
 
 // Runs one statement. A path that is not found makes the folder of backups, and the statement runs
-// again; a file that is not found is passed over; any other failure is told. True when it was done.
+// again; a file that is not found is passed over; any other failure is told, with `what` and ": "
+// in front where that is given. True when it was done.
 template <class Statement>
-bool Run(const Statement &statement)
+bool Run(const Statement &statement, const std::string &what = {})
 {
+    const auto tell = [&what](const std::string &words) {
+        Tell(what.empty() ? words : runtime::ShownText(what) + ": " + words);
+    };
     for (bool again = false;; again = true) {
         try {
             statement();
@@ -111,13 +118,13 @@ bool Run(const Statement &statement)
             if (error.number == runtime::kFileNotFound)
                 return false;
             if (error.number != runtime::kPathNotFound || again) {
-                Tell(error.description);
+                tell(error.description);
                 return false;
             }
             if (!MakeBackupFolder())
                 return false;
         } catch (const std::bad_alloc &) {
-            Tell(runtime::DescribeError(runtime::kOutOfMemory));
+            tell(runtime::DescribeError(runtime::kOutOfMemory));
             return false;
         }
     }
@@ -150,7 +157,7 @@ bool ReadAgain(Edit &edit)
 
 void TellChanged(const Edit &edit)
 {
-    Tell("\"" + edit.fileName + "\"" + std::string(kChanged));
+    Tell("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kChanged));
 }
 
 // Tells it when the file is not what the raw tags say. True when it is.
@@ -177,7 +184,7 @@ bool Ground(Edit &edit)
     }
     if (asRead)
         return StillFits(edit) &&
-               Run([&] { Check(Files().RealPath(edit.fileName, edit.realPath)); });
+               Run([&] { Check(Files().RealPath(edit.fileName, edit.realPath)); }, edit.fileName);
     TellChanged(edit);
     return false;
 }
@@ -195,11 +202,13 @@ std::optional<bool> BuildTags(Edit &edit)
     if (!edit.writeID3v2)
         return removed;
     ShowProgress(edit, "Creating the ID3v2 Tag");
-    const bool built = Run([&] {
-        std::string body(edit.raw.body);
-        removed = RemoveEmptied(body, edit.oldID3v2, edit.id3v2, edit.raw.majorVersion);
-        edit.tag = BuildID3v2Tag(std::move(body), edit.id3v2, edit.raw.majorVersion);
-    });
+    const bool built = Run(
+        [&] {
+            std::string body(edit.raw.body);
+            removed = RemoveEmptied(body, edit.oldID3v2, edit.id3v2, edit.raw.majorVersion);
+            edit.tag = BuildID3v2Tag(std::move(body), edit.id3v2, edit.raw.majorVersion);
+        },
+        edit.fileName);
     return built ? std::optional(removed) : std::nullopt;
 }
 
@@ -256,7 +265,7 @@ void BackUp(const Edit &edit)
     ShowProgress(edit, "Backing-Up the MP3");
     const std::string backup =
         shell::AppFile(kBackupFolder) + shell::PathSeparator + shell::GetFileName(edit.fileName);
-    if (Run([&] { CopySong(edit.realPath, backup); }))
+    if (Run([&] { CopySong(edit.realPath, backup); }, "Backup of " + edit.fileName))
         WaitUntilReadable(backup);
 }
 
@@ -276,8 +285,13 @@ void WaitForNextSecond()
     }
 }
 
+void TellEditedTwice(const Edit &edit)
+{
+    Tell("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kEditedTwice));
+}
+
 // Writes the new version into the ".bck" file. True when it stands there; nothing when the song is
-// no longer as it was read.
+// no longer as it was read, or another edit of it is under way: this was told.
 std::optional<bool> WriteCopy(Edit &edit)
 {
     ShowProgress(edit, "Processing the MP3");
@@ -290,7 +304,13 @@ std::optional<bool> WriteCopy(Edit &edit)
     if (!StillFits(edit))
         return std::nullopt;
     const NewSong content = shortWay ? WithOtherImage(edit) : WithOtherTags(edit);
-    return Run([&] { edit.copy = WriteNewSong(edit.realPath, content, edit.copyPath); });
+    const bool done = Run([&] { edit.copy = WriteNewSong(edit.realPath, content, edit.copyPath); },
+                          edit.fileName);
+    if (done && !edit.copy) {
+        TellEditedTwice(edit);
+        return std::nullopt;
+    }
+    return done;
 }
 
 // True unless that failed.
@@ -308,13 +328,13 @@ void SettleCatalogue(const Edit &edit)
         Run([&] { settle(edit.id3v2, edit.fileName); });
 }
 
-// Whether the ".bck" file is the one of this edit. Another program that edits the same song at the
-// same time puts its own there.
+// Whether the ".bck" file is the one of this edit. Another program that knows nothing of our lock
+// may have put its own there.
 bool IsOwnCopy(const Edit &edit)
 {
     platform::FileIdentity now;
-    return Files().Identify(edit.copyPath, now) == 0 && now.device == edit.copy.device &&
-           now.inode == edit.copy.inode;
+    return Files().Identify(edit.copyPath, now) == 0 &&
+           now.device == edit.copy->Identity().device && now.inode == edit.copy->Identity().inode;
 }
 
 // The song is deleted and the copy takes its name, in one step: there is no moment without a song.
@@ -326,16 +346,18 @@ bool PutInPlace(const Edit &edit)
         if (!StillFits(edit))
             return false;
         if (!IsOwnCopy(edit)) {
-            Tell("\"" + edit.fileName + "\"" + std::string(kEditedTwice));
+            TellEditedTwice(edit);
             return false;
         }
         const int reason = Files().Rename(edit.copyPath, edit.realPath);
         if (!IsTransient(reason) || platform::IsEndRequested()) {
             TheResult() = reason == 0 ? SaveResult::Written : SaveResult::Failed;
-            Run([&] {
-                Check(reason);
-                Check(Files().FlushFolderOf(edit.realPath));
-            });
+            Run(
+                [&] {
+                    Check(reason);
+                    Check(Files().FlushFolderOf(edit.realPath));
+                },
+                edit.fileName);
             Desktop().DoEvents();
             return true;
         }
@@ -361,7 +383,7 @@ bool ReplaceSong(const Edit &edit, bool isCatalogued)
         Run([&] { hooks.restorePlayingFile(current, edit.fileName, state, position); });
     platform::FileIdentity song;
     if (IsOwnCopy(edit) && Files().Identify(edit.realPath, song) == 0)
-        Run([&] { Check(Files().Delete(edit.copyPath)); });
+        Run([&] { Check(Files().Delete(edit.copyPath)); }, edit.copyPath);
     return replaced;
 }
 

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <optional>
 
 namespace fs = std::filesystem;
 
@@ -225,6 +226,51 @@ TEST_F(ChangedSong, TheCopyOfAnotherEditIsNeitherTakenNorDeleted)
         EXPECT_EQ(ReadFile(m_path + ".bck"), "theirs");
     }
     EXPECT_GT(told, 50);
+}
+
+// A second edit of the same song at every yield of the first: one of them is refused with a reason,
+// the other one is in the file, and no copy is left.
+TEST_F(ChangedSong, OfTwoEditsAtOnceOneIsRefused)
+{
+    const std::string before = Tag(3, Frame3("TIT2", "Old")) + Audio();
+    int refusedSecond = 0;
+    for (int atYield = 1; atYield < 400; ++atYield) {
+        SCOPED_TRACE(atYield);
+        Song(before);
+        m_desk.boxes.clear();
+        m_desk.yields = 0;
+        std::optional<bool> second;
+        m_desk.onEvents = [&] {
+            if (m_desk.yields < atYield || second)
+                return;
+            second = false; // its own yields come here as well
+            tests::Pass old = tests::ReadPass(m_path);
+            tests::Pass now = old;
+            now.v2.Title = "Second";
+            second =
+                metadata::SaveTag(now.v1, now.v2, old.v1, old.v2, m_path, false, true, nullptr);
+        };
+        m_pass.v2.Title = "First";
+        const bool first = Save(false, true);
+        m_desk.onEvents = nullptr;
+        if (!second)
+            break;
+        EXPECT_FALSE(fs::exists(m_path + ".bck"));
+        const std::string title = tests::ReadPass(m_path).v2.Title;
+        if (first && *second) { // one behind the other
+            EXPECT_EQ(title, "Second");
+            EXPECT_TRUE(m_desk.boxes.empty());
+            continue;
+        }
+        EXPECT_TRUE(first || *second);
+        EXPECT_EQ(title, first ? "First" : "Second");
+        ASSERT_EQ(m_desk.boxes.size(), 1u);
+        const char *reason =
+            first ? "is being edited by another program" : "was changed by another";
+        EXPECT_NE(m_desk.boxes[0].find(reason), std::string::npos) << m_desk.boxes[0];
+        refusedSecond += first ? 1 : 0;
+    }
+    EXPECT_GT(refusedSecond, 50);
 }
 
 TEST_F(ChangedSong, ASongThatIsGoneOrCannotBeRead)

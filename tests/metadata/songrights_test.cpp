@@ -126,7 +126,7 @@ TEST_F(SongRights, NamesOfAnyLength)
     m_path = m_desk.music / (std::string(248, 'x') + ".mp3"); // no room for ".bck"
     tests::WriteFile(m_path, kOld);
     EXPECT_TRUE(EditAsItIs());
-    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{"File name too long"});
+    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": File name too long"});
     EXPECT_TRUE(ReadFile(m_path) == kOld);
     EXPECT_EQ(Names(m_desk.music.Path()).size(), 1u);
 }
@@ -168,7 +168,7 @@ TEST_F(SongRights, AFolderThatCannotBeWrittenTo)
     ASSERT_TRUE(!isRoot || seteuid(65534) == 0);
     EXPECT_TRUE(EditAsItIs());
     ASSERT_TRUE(!isRoot || seteuid(0) == 0);
-    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{"Permission denied"});
+    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": Permission denied"});
     EXPECT_TRUE(ReadFile(m_path) == kOld);
 }
 
@@ -182,7 +182,7 @@ TEST_F(SongRights, AnOwnerThatCannotBeKeptLeavesTheSong)
     ASSERT_EQ(seteuid(65534), 0);
     EXPECT_TRUE(EditAsItIs());
     ASSERT_EQ(seteuid(0), 0);
-    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{"Operation not permitted"});
+    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": Operation not permitted"});
     EXPECT_TRUE(ReadFile(m_path) == kOld);
     EXPECT_EQ(Names(m_desk.music.Path()).size(), 1u);
 }

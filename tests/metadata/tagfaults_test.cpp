@@ -3,8 +3,10 @@
 #include "metadata/tagwriter.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
+#include "shell/apppath.h"
 #include "shell/globals.h"
 #include "tests/metadata/faultyedit.h"
+#include "tests/support/recordedfiles.h"
 
 #include <gtest/gtest.h>
 
@@ -77,6 +79,40 @@ TEST_F(TagFaults, KilledInEveryCall)
     }
 }
 
+// The power goes at every point of an edit: the song is whole, and where it is the new one the
+// backup of the old one is there, whole.
+TEST_F(TagFaults, APowerCutInEveryCall)
+{
+    const tests::TestFolder root;
+    m_path = root / "music/song.mp3";
+    tests::WriteFile(m_path, kOld);
+    fs::create_directories(root / "program");
+    shell::SetAppPath(root / "program");
+    shell::TheGlobals().BackUpFiles = true;
+    tests::RecordedFiles files(root.Path());
+    platform::TheMachine().files = &files;
+    EXPECT_TRUE(EditAsItIs());
+    platform::TheMachine().files = &m_files;
+    ASSERT_TRUE(ReadFile(m_path) == kNew);
+    ASSERT_GT(files.Count(), 12);
+    int songsAreNew = 0;
+    for (int done = 0; done <= files.Count(); ++done)
+        files.AfterCut(done, [&](const std::string &after) {
+            const std::string song = after + "/music/song.mp3";
+            const std::string backup = after + "/program/Backup/song.mp3";
+            ASSERT_TRUE(IsWhole(song));
+            EXPECT_TRUE(!fs::exists(song + ".bck") || IsWhole(song + ".bck"));
+            if (ReadFile(song) == kOld) {
+                EXPECT_LT(done, files.Count()) << "what is told as saved is saved";
+                return;
+            }
+            ++songsAreNew;
+            ASSERT_TRUE(fs::exists(backup));
+            EXPECT_TRUE(ReadFile(backup) == kOld);
+        });
+    EXPECT_GT(songsAreNew, 1);
+}
+
 TEST_F(TagFaults, FailingInEveryCall)
 {
     shell::TheGlobals().BackUpFiles = true;
@@ -98,7 +134,10 @@ TEST_F(TagFaults, FailingInEveryCall)
             untouched += ReadFile(m_path) == kOld;
             EXPECT_TRUE(!m_desk.boxes.empty() || ReadFile(m_path) == kNew);
             for (const std::string &box : m_desk.boxes)
-                EXPECT_EQ(box, std::generic_category().message(reason));
+                EXPECT_TRUE(box.ends_with(": " + std::generic_category().message(reason)) &&
+                            (box.find(m_path) != std::string::npos ||
+                             box.starts_with(m_desk.program / "Backup")))
+                    << box;
         }
     EXPECT_GT(untouched, 5 * 4);
 }
@@ -111,7 +150,7 @@ TEST_F(TagFaults, FullDiskTellsItsWordsAndLeavesTheSong)
     metadata::TheTagWriterHooks().updateCatalogue = [&](const metadata::ID3v2Tag &,
                                                         const std::string &) { ++updates; };
     EXPECT_TRUE(Edit());
-    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{"No space left on device"});
+    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": No space left on device"});
     EXPECT_EQ(updates, 1); // the following statements run as told
     EXPECT_TRUE(ReadFile(m_path) == kOld);
 }
@@ -158,7 +197,7 @@ TEST_F(TagFaults, ASongThatBecomesShorterWhileItIsCopied)
     for (const bool canCopy : {true, false}) {
         files.canCopy = canCopy;
         EXPECT_TRUE(Edit());
-        EXPECT_EQ(m_desk.boxes, std::vector<std::string>{"Input/output error"});
+        EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": Input/output error"});
         EXPECT_TRUE(ReadFile(m_path) == kOld.substr(0, 6000));
         EXPECT_EQ(Names(m_desk.music.Path()).size(), 1u);
     }
@@ -171,7 +210,7 @@ TEST_F(TagFaults, AWriteThatTakesNothing)
     } files;
     platform::TheMachine().files = &files;
     EXPECT_TRUE(Edit());
-    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{"Input/output error"});
+    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": Input/output error"});
     EXPECT_TRUE(ReadFile(m_path) == kOld);
     EXPECT_EQ(Names(m_desk.music.Path()).size(), 1u);
 }
@@ -294,7 +333,7 @@ TEST_F(TagFaults, TheEndOfTheProgramIsNotKeptWaiting)
     EXPECT_TRUE(Edit());
     platform::RequestEnd(0);
     EXPECT_EQ(files.busy, 9'000);
-    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{"Device or resource busy"});
+    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": Device or resource busy"});
     EXPECT_TRUE(ReadFile(m_path) == kOld);
     EXPECT_FALSE(fs::exists(m_path + ".bck"));
 }
@@ -307,7 +346,7 @@ TEST_F(TagFaults, TheCopyStaysWhereItIsAllThatIsLeft)
     files.held = EIO;
     files.onBusy = [&] { fs::remove(m_path); };
     EXPECT_TRUE(Edit());
-    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{"Input/output error"});
+    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": Input/output error"});
     EXPECT_FALSE(fs::exists(m_path));
     EXPECT_TRUE(ReadFile(m_path + ".bck") == kNew);
 }

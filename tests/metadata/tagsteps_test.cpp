@@ -78,7 +78,8 @@ TEST_F(SaveTagSteps, ASongInTheBackupFolderIsNotItsOwnBackup)
     Song(Audio());
     m_pass.v1.Title = "New";
     EXPECT_TRUE(Save(true, false));
-    EXPECT_EQ(m_desk.boxes, std::vector<std::string>{"Permission denied"});
+    EXPECT_EQ(m_desk.boxes,
+              std::vector<std::string>{"Backup of " + m_path + ": Permission denied"});
     EXPECT_TRUE(ReadFile(m_path) == Audio() + Tag1("New", "", "", "", "", 0, 255));
 }
 
