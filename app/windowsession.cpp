@@ -25,7 +25,7 @@ WindowMachine::WindowMachine()
     machine.clock = &m_clock;
     machine.windows = &m_windows;
     catalogue::TheLockWaitCalls().ShowLine = [this](std::string_view line) { ShowWait(line); };
-    machine.beforeWait = catalogue::CloseOpenGroup;
+    machine.beginWait = catalogue::BeginWait;
     // The box waits for a turn of the loop of its own: this is told between two turns.
     m_settings.onCannotStore = [this](const std::string &path, int why) {
         QTimer::singleShot(0, &m_turns, [path, why] { shell::ShowSettingsFailure(path, why); });

@@ -213,11 +213,16 @@ void JointWrites::Keep()
         TheState().file->Main().RunOwn("RELEASE joint");
 }
 
+std::shared_ptr<void> BeginWait()
+{
+    CloseOpenGroup();
+    return std::make_shared<YieldScope>();
+}
+
 platform::Answer GroupClosingDesktop::MessageBox(std::string_view text, platform::Buttons buttons,
                                                  std::string_view title, platform::BoxIcon icon)
 {
-    CloseOpenGroup();
-    const YieldScope yielding;
+    const auto wait = BeginWait();
     return m_inner.MessageBox(text, buttons, title, icon);
 }
 
@@ -235,8 +240,7 @@ std::optional<std::string> GroupClosingDesktop::InputBox(std::string_view prompt
                                                          std::string_view title,
                                                          std::string_view initialText)
 {
-    CloseOpenGroup();
-    const YieldScope yielding;
+    const auto wait = BeginWait();
     return m_inner.InputBox(prompt, title, initialText);
 }
 
@@ -245,8 +249,7 @@ GroupClosingDesktop::OpenDialog(std::string_view title,
                                 const std::vector<platform::FileFilter> &filters,
                                 const std::string &folder)
 {
-    CloseOpenGroup();
-    const YieldScope yielding;
+    const auto wait = BeginWait();
     return m_inner.OpenDialog(title, filters, folder);
 }
 
@@ -255,8 +258,7 @@ GroupClosingDesktop::SaveDialog(std::string_view title,
                                 const std::vector<platform::FileFilter> &filters,
                                 const std::string &path)
 {
-    CloseOpenGroup();
-    const YieldScope yielding;
+    const auto wait = BeginWait();
     return m_inner.SaveDialog(title, filters, path);
 }
 

@@ -7,6 +7,7 @@
 #include "platform/desktop.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace catalogue
@@ -78,12 +79,18 @@ private:
 // nested event loop, a read from a slow disk. Errors: none; RowGroups::WhenSettled tells of them.
 void CloseOpenGroup();
 
+// What must be done before the program waits for the user, in one place for boxes, dialogs and
+// modal windows: closes the open group, and as long as the result lives no statement joins a step
+// that the wait interrupted. So nothing is locked while the user thinks. Errors: none, as of
+// CloseOpenGroup.
+[[nodiscard]] std::shared_ptr<void> BeginWait();
+
 // Closes every connection to the catalogue that is kept warm; results that read late copy
 // themselves first, and the log goes into the file, so that the file alone is whole. At each
 // orderly end of the process; a statement afterwards opens anew.
 void CloseCatalogue();
 
-// A desktop that closes the open group before each box and dialog, and passes everything on.
+// A desktop that begins a wait (BeginWait) with each box and dialog, and passes everything on.
 // app/ puts it around the real one; a statement which an event handler runs inside DoEvents closes
 // the group by itself.
 class GroupClosingDesktop : public platform::Desktop

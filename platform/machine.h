@@ -6,6 +6,7 @@
 #include "platform/systeminfo.h"
 
 #include <functional>
+#include <memory>
 
 namespace platform
 {
@@ -31,8 +32,9 @@ struct Machine {
     SystemInfo *system = &ThisSystem();
     Windows *windows = nullptr; // null in a terminal
 
-    // Run before anything that waits for the user; app/ closes an open group of rows there.
-    std::function<void()> beforeWait;
+    // Run before a window waits for the user; what it returns is kept until the wait is over. app/
+    // lets go of the catalogue there (catalogue::BeginWait). Empty in a terminal.
+    std::function<std::shared_ptr<void>()> beginWait;
 };
 
 // The machine in use: the single place where the ports are kept.

@@ -254,6 +254,22 @@ TEST(RowGroups, StatementOfAnEventHandlerBelongsToNoStep)
     }
 }
 
+TEST(RowGroups, AWaitForTheUserHoldsNothing)
+{
+    tests::FreshCatalogue fresh;
+    const RowGroups groups;
+    AddInStep(fresh, "/1");
+    const RowStep step;
+    EXPECT_EQ(Committed(fresh.File()), 0);
+    auto wait = BeginWait();
+    EXPECT_EQ(Committed(fresh.File()), 1);
+    fresh.AddPath("/by a modal window");
+    EXPECT_EQ(Committed(fresh.File()), 2) << "it belongs to no step";
+    wait.reset();
+    fresh.AddPath("/2");
+    EXPECT_EQ(Committed(fresh.File()), 2) << "the step goes on";
+}
+
 TEST(RowGroups, StepThatOnlyLooksUpLetsGoAtItsEnd)
 {
     tests::FreshCatalogue fresh;

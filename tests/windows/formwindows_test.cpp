@@ -9,13 +9,22 @@ namespace
 
 TEST_F(FormScaled, AModalWindowLetsTimersRunAndReturnsWhenItIsClosed)
 {
-    int ticks = 0, groupsClosed = 0, error = 0;
+    int ticks = 0, waitsBegun = 0, error = 0;
+    std::weak_ptr<void> wait;
     SampleForm other;
-    platform::TheMachine().beforeWait = [&] { ++groupsClosed; };
+    platform::TheMachine().beginWait = [&] {
+        ++waitsBegun;
+        const auto begun = std::make_shared<int>();
+        wait = begun;
+        return begun;
+    };
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     form.tmr.event = [&] {
         if (++ticks < 3)
             return;
         form.tmr.SetEnabled(false);
+        EXPECT_FALSE(wait.expired());
+        EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::ArrowCursor);
         try {
             ui::Show(other);
         } catch (const runtime::RuntimeError &failure) {
@@ -24,11 +33,14 @@ TEST_F(FormScaled, AModalWindowLetsTimersRunAndReturnsWhenItIsClosed)
         form.cmdOk.Click();
     };
     form.onLoad = [&] {
-        EXPECT_EQ(groupsClosed, 1) << "before anything of the window is there";
+        EXPECT_EQ(waitsBegun, 1) << "before anything of the window is there";
         form.tmr.SetEnabled(true);
     };
     ui::ShowModal(form);
     EXPECT_EQ(form.done, "ok unload ");
+    EXPECT_TRUE(wait.expired());
+    EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    QGuiApplication::restoreOverrideCursor();
     EXPECT_EQ(ticks, 3);
     EXPECT_EQ(error, runtime::kNonModalOverModal);
     EXPECT_FALSE(other.Loaded());

@@ -104,7 +104,7 @@ protected:
         ui::CloseAll();
         LetRun(10); // closed windows go with the next event
         platform::TheMachine().windows = nullptr;
-        platform::TheMachine().beforeWait = nullptr;
+        platform::TheMachine().beginWait = nullptr;
     }
 
     QWidget &Shown()
