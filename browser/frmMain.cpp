@@ -99,7 +99,7 @@ void frmMainWindow::FillCalls()
     m_form.calls.popupHeights = [this] { return PopupHeights(); };
     m_form.calls.showPopup = [this](int left, int top) { ShowPopup(left, top); };
     // Counted from the window: its stored place is not where it is on a window system that does not
-    // tell places.
+    // report places.
     m_form.calls.cursor = [this] {
         const QPoint inWindow = m_anchor.value_or(QCursor::pos()) - pos();
         return ui::Rect{m_form.window.left + ui::TwipsOfPixels(inWindow.x()),
@@ -130,7 +130,7 @@ void frmMainWindow::BindFrame()
     m_WEPath->setIndent(4);
     const auto bindLine = [this](ui::Label &label, ElidedLabel *widget) {
         Bind(label, widget, [this, &label, widget] {
-            // The bar's whole height, so that larger fonts stand in its middle.
+            // The bar's whole height, so that a larger font is centred in it.
             const QRect place = PixelRect(label.Place());
             widget->setGeometry(place.left(), 4, place.width(), m_addressBar->height() - 6);
             widget->SetFullText(LabelText(label.Caption()));

@@ -34,8 +34,8 @@ public:
     explicit frmMainWindow(MainForm &form);
     ~frmMainWindow() override;
 
-    // Puts the window where the form's `window` says. On a window system that does not tell places
-    // only the size counts.
+    // Puts the window where the form's `window` says. On a window system that does not report
+    // places only the size counts.
     void PlaceWindow();
 
 protected:

@@ -128,7 +128,7 @@ bool ConsumeTreeFlags(MainForm &form)
     return std::exchange(form.TreeJustExpanded, false);
 }
 
-// A click on a node's text comes twice; the second time the rows of the first still stand.
+// A click on a node's text comes twice; the second time the rows of the first are still there.
 bool IsShown(const MainForm &form, const Clicked &clicked)
 {
     return clicked.inTree && form.TV.Gesture() != 0 && form.shown.gesture == form.TV.Gesture() &&
@@ -164,7 +164,7 @@ void OpenFile(ui::KeyedList &list)
 
 void ShowGroup(MainForm &form, ui::KeyedList &target, const Clicked &clicked)
 {
-    // "By" and the field; the root has no field and stands by its own name.
+    // "By" and the field; the root has no field and is named by its own key.
     const std::size_t fieldAt = clicked.key == kRootKey ? 0 : 2;
     const std::string field = clicked.key.substr(std::min(fieldAt, clicked.key.size()));
     if (!IsShown(form, clicked)) {

@@ -1,5 +1,5 @@
 // browser/itemlist.h - what the list LV shows: the values of a group, the files of a value, a play
-// list, or a warning; and the one routine behind clicks in tree and lists.
+// list, or a warning; and the one routine that handles clicks in tree and lists.
 #pragma once
 
 #include "browser/mainform.h"

@@ -13,7 +13,7 @@ inline constexpr int kSeparatorPixels = 3;
 inline constexpr int kPlayingPanelWidth = 5000;
 inline constexpr int kPlayingStatusPanelWidth = 1500;
 
-// The window's Height counts what stands above and below its client area (caption, menu bar,
+// The window's Height counts what is above and below its client area (caption, menu bar,
 // border), its Width the border. A toolkit that knows no such sizes reports the client area's size
 // plus these, so that the layout's margins come out flush: with an address bar of
 // kDesignAddressHeight, tree and list end at the status bar and at the right edge.

@@ -117,7 +117,7 @@ void ReleaseRegeneration()
 }
 
 // A preference as `read` reads it; the default where the store holds no number. The window comes up
-// whatever stands there: a program without one could not even be ended.
+// whatever is stored: a program without a window could not even be ended.
 template <class Value>
 Value Stored(Value (*read)(std::string_view), std::string_view key, Value otherwise)
 {

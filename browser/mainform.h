@@ -78,7 +78,7 @@ struct MainForm : PanelForm {
     ui::Timer tmrListFiles{50}; // shows what is known of the files of a play list
 
     // Menus, their entries and the toolbar's buttons. Of an entry the name is the key; the language
-    // entries are "submnuLng" with an index behind it ("submnuLng(0)").
+    // entries are "submnuLng" with an index after it ("submnuLng(0)").
     std::deque<ui::Command> menu;
     std::deque<ui::Command> buttons;
     ui::Command *FindMenu(std::string_view name);   // null when there is none

@@ -70,7 +70,7 @@ std::string FieldsOfRow(const ui::KeyedList &list, ui::RowId row)
     return info;
 }
 
-// What the rows of a multiple selection tell, gathered in one walk.
+// What the panel says of several selected rows, gathered in one walk over them.
 struct Selection {
     int count = 0;
     std::string names;

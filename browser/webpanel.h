@@ -22,7 +22,7 @@ void AdjustPanelScroll(ui::KeyedList &list, PanelForm &form);
 void ClearSearchPanel(ui::KeyedList &list, PanelForm &form, bool clicked);
 void ResetInfoLabelTop(); // the first top of lblInfo that ClearSearchPanel saw; for tests
 
-// The pile of icons: two copies of ImgIcon's picture behind it.
+// The pile of icons: two copies of ImgIcon's picture, drawn below it.
 void LoadOtherImages(bool show, PanelForm &form);
 
 // Binds the captions that double their "&" (lblWebFolder, whose rule follows it), the scroll bar

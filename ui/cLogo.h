@@ -40,7 +40,7 @@ public:
 
     // Each is turned into red, green and blue when it is set.
     void SetStartColor(Colour colour); // bottom; black at first
-    void SetEndColor(Colour colour);   // top; the system's button face at first
+    void SetEndColor(Colour colour);   // top; the colour of a button until it is set
     Colour StartColor() const { return m_start; }
     Colour EndColor() const { return m_end; }
 

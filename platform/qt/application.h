@@ -1,5 +1,5 @@
 // platform/qt/application.h - the toolkit's application, with the program's answer to errors that
-// no handler took: they are told, and the program goes on.
+// no handler took: they are shown, and the program continues.
 #pragma once
 
 #include "runtime/error.h"
@@ -16,9 +16,9 @@ class Application : public QApplication
 public:
     using QApplication::QApplication;
 
-    // Tells the user of an error, and may wait for him. It runs for one error at a time: one that
-    // comes while it runs (a timer that fails at each of its ticks) is told after it, and only once
-    // while the same error is being told or waits to be. Empty: nothing is told.
+    // Shows an error to the user, and may wait for an answer. It runs for one error at a time: one
+    // that comes while it runs (a timer that fails at each of its ticks) is shown after it, and
+    // only once while the same error is being shown or waits to be. Empty: nothing is shown.
     std::function<void(const runtime::RuntimeError &)> tellError;
 
     // Hands the event on. An error ends its handler alone. An exception of the language counts as
@@ -28,7 +28,7 @@ public:
 private:
     void Tell(const runtime::RuntimeError &error);
 
-    std::vector<runtime::RuntimeError> m_toTell; // the first one is being told
+    std::vector<runtime::RuntimeError> m_toTell; // the first one is being shown
 };
 
 } // namespace platform::qt

@@ -26,7 +26,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override; // Ctrl+C copies the whole text
-    void showEvent(QShowEvent *event) override;    // tells a screen reader
+    void showEvent(QShowEvent *event) override;    // notifies a screen reader
 
 private:
     QWidget *MakeText(BoxIcon icon);

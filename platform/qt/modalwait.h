@@ -1,4 +1,4 @@
-// platform/qt/modalwait.h - stands around every modal window: what must be done before the program
+// platform/qt/modalwait.h - used around every modal window: what must be done before the program
 // waits for the user, and the pointer meanwhile.
 #pragma once
 

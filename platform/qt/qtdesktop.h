@@ -1,5 +1,5 @@
 // platform/qt/qtdesktop.h - the desktop port with windows: boxes, dialogs, clipboard, pointer.
-// A box stands over the window that is in use, is modal for the whole program, and shows plain
+// A box is in front of the window that is in use, is modal for the whole program, and shows plain
 // text.
 #pragma once
 
@@ -50,7 +50,7 @@ public:
     // Help files are HTML. There is one window for them; showing help again brings it forward.
     bool ShowHelp(const std::string &file) override;
 
-    // The pointer of the whole program. Setting the one that stands does nothing, so that one
+    // The pointer of the whole program. Setting the one that is set does nothing, so that one
     // Normal ends any number of Hourglass. A box shows the normal pointer as long as it is up.
     void SetPointer(Pointer pointer) override;
 

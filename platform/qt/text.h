@@ -18,7 +18,7 @@ namespace platform::qt
 // A message as a box shows it: UTF-8, where a carriage return, a line feed or both break the line.
 [[nodiscard]] QString LinesToQt(std::string_view text);
 
-// The path behind a name that the toolkit gives: its bytes where such a file exists; else the file
+// The path of a name that the toolkit gives: its bytes where such a file exists; else the file
 // of the same folder whose name, which is no valid UTF-8, the toolkit shows like this.
 [[nodiscard]] std::string PathFromQt(const QString &shown);
 

@@ -14,10 +14,10 @@ namespace platform::qt
 // Gives the application the program's own colours, with the Fusion style.
 void ApplyPalette(bool dark);
 
-// Whether windows are dark now: their text is lighter than their ground.
+// Whether windows are dark now: their text is lighter than their background.
 [[nodiscard]] bool IsDark();
 
-// Follows the desktop as long as it lives. The application must stand.
+// Follows the desktop as long as it lives. The application object must exist.
 class Theme : public QObject
 {
     Q_OBJECT

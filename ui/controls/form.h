@@ -78,6 +78,12 @@ struct Member {
         nullptr; // the label that names it: its access key leads here, a screen reader speaks it
 };
 
+// For Form::Add: the frame that holds the control, and the label that names it; null for none.
+struct Where {
+    Frame *in = nullptr;
+    Label *label = nullptr;
+};
+
 // A key as the KeyDown event gives it.
 struct Key {
     int code = 0; // of letters and digits their upper-case ASCII; kEscapeKey, kEnterKey, ...
@@ -108,10 +114,6 @@ public:
     // --- What the window is made of; filled in by the derived struct's constructor. The order of
     // the members is the order of the Tab key. A label named by `label` of a later member needs no
     // row of its own there.
-    struct Where {
-        Frame *in = nullptr;
-        Label *label = nullptr;
-    };
     template <class Control>
     void Add(std::string_view controlName, Control &control, Where where = {})
     {
@@ -133,7 +135,7 @@ public:
     bool escapeCloses = true;
     bool hidesOnClose = false; // stays loaded when the user closes it, and is shown again as it was
 
-    // --- What the window tells, kept up to date while it shows.
+    // --- The state of the window, kept up to date while it shows.
     bool Loaded() const { return m_loaded; }
     bool Visible() const { return m_visible; }
     bool minimised = false;

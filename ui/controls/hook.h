@@ -1,4 +1,4 @@
-// ui/controls/hook.h - how a control tells the widget that shows it of a change.
+// ui/controls/hook.h - how a control notifies the widget that shows it.
 #pragma once
 
 #include <functional>

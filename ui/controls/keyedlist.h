@@ -1,5 +1,5 @@
 // ui/controls/keyedlist.h - a list of rows in columns: columns by key, rows by key, sub-items by
-// number or by key, sorting, multiple selection. Texts (UTF-8) lie in one block.
+// number or by key, sorting, multiple selection. Texts (UTF-8) are kept in one block.
 #pragma once
 
 #include "ui/controls/area.h"
@@ -73,10 +73,10 @@ public:
     const std::string &DimmedTip() const { return m_dimmedTip; }
     void SetDimmedTip(std::string_view tip) { m_dimmedTip = tip; }
 
-    // Counts the clearings, so that one who yielded sees that the rows are no longer his.
+    // Counts the clearings. A procedure that yielded compares it to see whether the rows are new.
     std::uint64_t Filling() const { return m_filling; }
 
-    // --- Order. The rows always stand sorted by sub-item `SortKey()` (0 = main text); equal rows
+    // --- Order. The rows are always sorted by sub-item `SortKey()` (0 = main text); equal rows
     // keep the order of adding. Texts compare without regard to case, accented letters beside
     // their plain ones, numbers as the texts they are.
     int SortKey() const { return m_sortKey; }

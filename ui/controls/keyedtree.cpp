@@ -45,7 +45,7 @@ NodeId KeyedTree::Append(NodeId parent, std::string_view key, std::uint32_t hash
     return node;
 }
 
-// A text that is the end of the key (a value in upper case behind its marker) is stored once.
+// A text that is the end of the key (a value in upper case after its marker) is stored once.
 void KeyedTree::StoreTexts(Node &node, std::string_view key, std::string_view text)
 {
     node.keyAt = m_block.size();

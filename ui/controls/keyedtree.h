@@ -1,5 +1,5 @@
 // ui/controls/keyedtree.h - a tree of nodes found by key, children in insertion order. Keys and
-// texts (UTF-8) lie in one block, so that 100,000 nodes cost what their text costs.
+// texts (UTF-8) are kept in one block, so that 100,000 nodes cost what their text costs.
 #pragma once
 
 #include "ui/controls/area.h"
@@ -56,7 +56,7 @@ public:
     void Select(NodeId node);
 
     // From code: expanding a collapsed node raises `onExpand`, collapsing raises nothing.
-    // Collapsing a node selects it if the selection lies below it.
+    // Collapsing a node selects it if the selected node is below it.
     void SetExpanded(NodeId node, bool expanded);
 
     // What the user does, each with its events in order. The window calls these and nothing else.

@@ -18,7 +18,7 @@ public:
     {
     }
 
-    // The text, UTF-8, with the system's own marks ("&&" for an ampersand).
+    // The text, UTF-8, with marks: "&&" is an ampersand, "&" marks an access key.
     const std::string &Caption() const { return m_caption; }
     void SetCaption(std::string_view caption)
     {

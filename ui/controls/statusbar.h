@@ -14,9 +14,9 @@ namespace ui
 
 struct StatusPanel {
     std::string key;
-    std::string text; // UTF-8, with the system's own marks ("&&" for an ampersand)
+    std::string text; // UTF-8, with marks ("&&" for an ampersand)
     int widthTwips = 0;
-    bool autoSize = true; // off while a progress bar lies over the panel
+    bool autoSize = true; // off while a progress bar covers the panel
 };
 
 class StatusBar

@@ -1,5 +1,5 @@
-// contactsheet - draws every icon at 16, 24 and 48 pixels on a light and on a dark ground, for a
-// look.
+// contactsheet - draws every icon at 16, 24 and 48 pixels on a light and on a dark background, for
+// a look.
 //   contactsheet ICONS-FOLDER OUT.png     ICONS-FOLDER holds light/ and dark/
 #include <QDir>
 #include <QGuiApplication>

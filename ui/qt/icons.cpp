@@ -52,7 +52,7 @@ private:
         return mode == QIcon::Selected ? QIcon::Normal : mode;
     }
 
-    // The selection's ground is dark where its text is light, also in a light window.
+    // The selection's background is dark where its text is light, also in a light window.
     static bool SelectionIsDark()
     {
         const QPalette colours = QGuiApplication::palette();

@@ -15,7 +15,7 @@ public:
     explicit KeptPicture(QTreeView &view);
 
     // Lays the picture of the view over it; the view itself draws nothing until Drop. To be called
-    // while the old rows still stand. Does nothing for a view that is not on the screen.
+    // while the old rows are still there. Does nothing for a view that is not on the screen.
     void Keep();
     void Drop();
 

@@ -17,10 +17,10 @@ public:
     // `list` outlives the model.
     ListModel(ui::KeyedList &list, QObject *parent);
 
-    // The list's row behind an index; kNoRow for an invalid one and while the list is in update.
+    // The list's row of an index; kNoRow for an invalid one and while the list is in update.
     ui::RowId RowOf(const QModelIndex &index) const;
 
-    // What the view tells of the list: all rows are about to be new, and are new.
+    // Called by the view: all rows are about to be replaced, and were replaced.
     void BeginReset() { beginResetModel(); }
     void EndReset() { endResetModel(); }
 

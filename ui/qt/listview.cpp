@@ -59,7 +59,7 @@ ListView::ListView(ui::KeyedList &list, QWidget *parent, Placing placing)
             onScrolled(false);
     });
     list.rowsAboutToChange = [this] {
-        m_picture.Keep(); // until the rows stand
+        m_picture.Keep(); // until the new rows are there
         m_model.BeginReset();
     };
     list.rowsChanged = [this] {
@@ -90,7 +90,8 @@ void ListView::SetLeftInset(int pixels)
     Place();
 }
 
-// The list's place counts a frame that its parent cuts off; this list draws none and stands inside.
+// The list's place counts a frame that its parent cuts off; this list draws none and is placed
+// inside it.
 void ListView::Place()
 {
     QRect place = PixelRect(m_list.Place());

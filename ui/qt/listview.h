@@ -34,7 +34,7 @@ public:
     // The list is about to move its rows, by the mouse wheel or else by its scroll bar.
     std::function<void(bool byWheel)> onScrolled;
 
-    // Leaves `pixels` at the left of the list's place free, for a scroll bar that lies over it.
+    // Leaves `pixels` at the left of the list's place free, for a scroll bar that covers it.
     void SetLeftInset(int pixels);
 
     void keyboardSearch(const QString &text) override;

@@ -58,7 +58,8 @@ qsizetype LayLines(QTextLayout &layout, bool isParagraphsEnd, int width, qreal &
     return isParagraphsEnd ? layout.text().size() : taken;
 }
 
-// The palette's text, mixed with its ground: still well above the contrast that small type needs.
+// The palette's text colour, mixed with its background: still well above the contrast that small
+// type needs.
 QColor Faint(const QPalette &palette)
 {
     const QColor text = palette.color(QPalette::Text), base = palette.color(QPalette::Base);

@@ -1,5 +1,5 @@
-// ui/qt/pagepanel.h - the ground of the information panel: a sheet of paper with a tinted top and
-// an edge towards the list; and the rule under its heading.
+// ui/qt/pagepanel.h - the background of the information panel: a sheet of paper with a tinted top
+// and an edge towards the list; and the rule under its heading.
 #pragma once
 
 #include <QSvgRenderer>

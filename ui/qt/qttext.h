@@ -16,7 +16,7 @@ using platform::qt::ToQt;
 
 // What a label shows of a caption: "&&" is an ampersand, a lone "&" (the mark of an access key) is
 // not shown, carriage returns and line feeds break the line, a tab is a blank, and other control
-// characters (the NUL that many programs put behind a tag's text) are not shown. The result is
+// characters (the NUL that many programs write after a tag's text) are not shown. The result is
 // plain text.
 [[nodiscard]] QString LabelText(std::string_view caption);
 
@@ -29,7 +29,7 @@ using platform::qt::ToQt;
 // and what is longer than 2000 bytes is cut.
 [[nodiscard]] QString OneLineText(std::string_view text);
 
-// A tool tip that shows `text` as it stands, whatever marks it holds, and breaks long lines. Empty
+// A tool tip that shows `text` unchanged, whatever marks it has, and breaks long lines. Empty
 // for an empty text, so that no tip shows.
 [[nodiscard]] QString TipText(const QString &text);
 

@@ -17,7 +17,7 @@ public:
     TreeModel(ui::KeyedTree &tree, QObject *parent);
     ~TreeModel() override;
 
-    // The node behind an index; kNoNode for an invalid one.
+    // The node of an index; kNoNode for an invalid one.
     static ui::NodeId NodeAt(const QModelIndex &index);
 
     // The index of a node; invalid for kNoNode and while the tree is in update.

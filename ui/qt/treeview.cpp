@@ -24,7 +24,7 @@ TreeView::TreeView(ui::KeyedTree &tree, QWidget *parent, bool byLayout)
     setItemDelegate(new RowDelegate(this));
     setModel(&m_model);
     tree.nodesAboutToChange = [this, begin = tree.nodesAboutToChange] {
-        m_picture.Keep(); // until the nodes stand
+        m_picture.Keep(); // until the new nodes are there
         begin();
     };
     tree.nodesChanged = [this, end = tree.nodesChanged] {
