@@ -1,12 +1,12 @@
 #include "browser/frmMain.h"
 
+#include "browser/frmItemView.h"
 #include "platform/machine.h"
 #include "platform/windows.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/elidedlabel.h"
 #include "ui/qt/icons.h"
 #include "ui/qt/listview.h"
-#include "ui/qt/pagepanel.h"
 #include "ui/qt/qttext.h"
 #include "ui/qt/statusbarview.h"
 #include "ui/qt/treeview.h"
@@ -17,7 +17,6 @@
 #include <QMenuBar>
 #include <QScopedValueRollback>
 #include <QScreen>
-#include <QScrollBar>
 #include <QToolBar>
 #include <utility>
 
@@ -38,9 +37,7 @@ frmMainWindow::frmMainWindow(MainForm &form)
       m_addressBar(new QFrame(m_client)), m_lblAddress(new ui::qt::ElidedLabel(m_addressBar)),
       m_WEPath(new ui::qt::ElidedLabel(m_addressBar)),
       m_tree(new ui::qt::TreeView(form.TV, m_client)), m_separator(new QWidget(m_client)),
-      m_borders(new QWidget(m_client)), m_panel(new ui::qt::PagePanel(m_borders)),
-      m_scroll(new QScrollBar(Qt::Vertical, m_borders)),
-      m_list(new ui::qt::ListView(form.LV, m_borders)),
+      m_items(new ItemView(form, form.LV, "LV", m_client)),
       m_statusBar(new ui::qt::StatusBarView(form.SB, m_client)),
       m_progress(new QProgressBar(m_statusBar))
 {
@@ -56,31 +53,27 @@ frmMainWindow::frmMainWindow(MainForm &form)
     BuildToolbar();
     BuildTree();
     BuildSeparator();
-    BuildPanel();
     BuildList();
     BuildPopup();
     BindFrame();
     m_form.calls.raisePanel();
     MeasureFrame();
     NameForReaders();
-    setTabOrder(m_tree, m_list);
-    setTabOrder(m_list, m_separator);
+    setTabOrder(m_tree, &m_items->List());
+    setTabOrder(&m_items->List(), m_separator);
 }
 
 frmMainWindow::~frmMainWindow()
 {
     m_client->removeEventFilter(this);
     m_form.calls = {};
-    m_form.focusList = nullptr;
-    for (auto &[label, widget] : m_pageLabels)
-        label->measureHeight = nullptr;
 }
 
 // What the form asks of its window. What it asks of the rest of the program is app/'s to fill in.
 void frmMainWindow::FillCalls()
 {
     m_form.calls.textWidth = [this](std::string_view text) { return TextWidthTwips(text); };
-    m_form.calls.placed = [this] { ShowPanel(); };
+    m_form.calls.placed = [this] { m_items->ShowPanel(); };
     m_form.calls.bringIntoView = [](const ui::Rect &stored) {
         platform::Windows *windows = platform::TheMachine().windows;
         if (windows == nullptr)
@@ -105,12 +98,7 @@ void frmMainWindow::FillCalls()
         return ui::Rect{m_form.window.left + ui::TwipsOfPixels(inWindow.x()),
                         m_form.window.top + ui::TwipsOfPixels(inWindow.y()), 0, 0};
     };
-    m_form.calls.raisePanel = [this] {
-        m_list->lower();
-        m_panel->raise();
-        m_scroll->raise();
-    };
-    m_form.focusList = [this] { m_list->setFocus(); };
+    m_form.calls.raisePanel = [this] { m_items->RaisePanel(); };
 }
 
 void frmMainWindow::BindFrame()
@@ -228,7 +216,7 @@ void frmMainWindow::changeEvent(QEvent *event)
     case QEvent::FontChange:
     case QEvent::StyleChange:
         MeasureFrame();
-        SetPanelFonts();
+        m_items->SetPanelFonts();
         m_layoutDue = true;
         break;
     default:
@@ -256,8 +244,6 @@ bool frmMainWindow::eventFilter(QObject *watched, QEvent *event)
         m_layoutDue = true;
     else if (watched == m_separator)
         DragSeparator(event);
-    else if (event->type() == QEvent::Wheel && (watched == m_panel || watched == m_scroll))
-        return ScrollPanel(*static_cast<QWheelEvent *>(event));
     return QMainWindow::eventFilter(watched, event);
 }
 

@@ -9,15 +9,11 @@
 
 class QFrame;
 class QProgressBar;
-class QScrollBar;
 class QToolBar;
 
 namespace ui::qt
 {
 class ElidedLabel;
-class ListView;
-class PageLabel;
-class PagePanel;
 class StatusBarView;
 class StripMenu;
 class TreeView;
@@ -25,6 +21,8 @@ class TreeView;
 
 namespace browser
 {
+
+class ItemView;
 
 class frmMainWindow : public QMainWindow
 {
@@ -73,13 +71,6 @@ private:
     void DragSeparator(QEvent *event);
     void MoveSeparatorByKey(int key);
 
-    // The information panel: frmMainPanel.cpp.
-    void BuildPanel();
-    ui::qt::PageLabel *AddPageLabel(ui::Label &label, const char *name, const QFont &font);
-    void SetPanelFonts();
-    void ShowPanel();
-    bool ScrollPanel(const QWheelEvent &wheel);
-
     MainForm &m_form;
     bool m_applying = false;        // the window follows the form, not the user
     bool m_layoutDue = false;       // the form's layout, after the event that is at work
@@ -89,13 +80,9 @@ private:
     QToolBar *m_toolbar;  // TB
     QFrame *m_addressBar; // TBAddress
     ui::qt::ElidedLabel *m_lblAddress, *m_WEPath;
-    ui::qt::TreeView *m_tree;   // TV
-    QWidget *m_separator;       // Separator
-    QWidget *m_borders;         // pctBorders
-    ui::qt::PagePanel *m_panel; // pctWeb
-    std::vector<std::pair<ui::Label *, ui::qt::PageLabel *>> m_pageLabels;
-    QScrollBar *m_scroll;     // vsbBack
-    ui::qt::ListView *m_list; // LV
+    ui::qt::TreeView *m_tree; // TV
+    QWidget *m_separator;     // Separator
+    ItemView *m_items;        // pctBorders with panel and list
     ui::qt::StatusBarView *m_statusBar;
     QProgressBar *m_progress; // PBar
     ui::qt::StripMenu *m_popup = nullptr;

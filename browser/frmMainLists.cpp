@@ -1,8 +1,8 @@
 // The main window's tree, list and splitter.
+#include "browser/frmItemView.h"
 #include "browser/frmMain.h"
 #include "browser/itemkinds.h"
 #include "browser/itemlist.h"
-#include "runtime/error.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/listview.h"
 #include "ui/qt/qttext.h"
@@ -21,35 +21,6 @@ constexpr int kKeyStepTwips = 150; // one arrow key moves the splitter ten pixel
 // The messages that the list's own window procedure knows.
 constexpr int kWheelMessage = 0x20A, kScrollMessage = 0x115;
 
-// A sub-item; empty where the list's rows have none of that name.
-std::string SubItemOrEmpty(const ui::KeyedList &list, ui::RowId row, std::string_view key)
-{
-    try {
-        return std::string(list.SubItem(row, key));
-    } catch (const runtime::RuntimeError &) {
-        return {};
-    }
-}
-
-// The path of a file's row; empty for other rows.
-std::string FileOfRow(const ui::KeyedList &list, ui::RowId row)
-{
-    return list.Key(row).starts_with(kFileMarker) ? SubItemOrEmpty(list, row, "Path")
-                                                  : std::string();
-}
-
-// Title, artist and kind: what a row is, for one who hears it.
-QString NameOfRow(const ui::KeyedList &list, ui::RowId row)
-{
-    QStringList words;
-    for (const std::string &word :
-         {std::string(list.SubItemAt(row, 1)), SubItemOrEmpty(list, row, "Artist"),
-          GetItemTypeText(list.Key(row), false)})
-        if (!word.empty())
-            words.append(ui::qt::ToQt(word));
-    return words.join(QLatin1String(", "));
-}
-
 } // namespace
 
 void frmMainWindow::BuildTree()
@@ -63,14 +34,10 @@ void frmMainWindow::BuildTree()
 
 void frmMainWindow::BuildList()
 {
-    ui::qt::Name(m_list, "LV");
-    m_list->setFrameShape(QFrame::NoFrame);
-    m_list->Model().nameOfRow = [this](ui::RowId row) { return NameOfRow(m_form.LV, row); };
-    m_list->Model().fileOfRow = [this](ui::RowId row) { return FileOfRow(m_form.LV, row); };
-    m_list->onScrolled = [this](bool wheel) {
+    m_items->List().onScrolled = [this](bool wheel) {
         ListMessage(m_form, wheel ? kWheelMessage : kScrollMessage);
     };
-    m_list->onMenuAsked = [this](ui::RowId row, QPoint place, bool byKey) {
+    m_items->List().onMenuAsked = [this](ui::RowId row, QPoint place, bool byKey) {
         m_anchor = place;
         LV_MouseDown(m_form, 2, byKey ? ui::kNoRow : row);
         m_anchor.reset();

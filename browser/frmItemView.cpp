@@ -1,5 +1,7 @@
-// The main window's information panel: a page beside the list.
-#include "browser/frmMain.h"
+#include "browser/frmItemView.h"
+
+#include "browser/itemkinds.h"
+#include "runtime/error.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/listview.h"
 #include "ui/qt/pagelabel.h"
@@ -14,11 +16,78 @@
 namespace browser
 {
 
-void frmMainWindow::BuildPanel()
+namespace
+{
+
+// A sub-item; empty where the list's rows have none of that name.
+std::string SubItemOrEmpty(const ui::KeyedList &list, ui::RowId row, std::string_view key)
+{
+    try {
+        return std::string(list.SubItem(row, key));
+    } catch (const runtime::RuntimeError &) {
+        return {};
+    }
+}
+
+// The path of a file's row; empty for other rows.
+std::string FileOfRow(const ui::KeyedList &list, ui::RowId row)
+{
+    return list.Key(row).starts_with(kFileMarker) ? SubItemOrEmpty(list, row, "Path")
+                                                  : std::string();
+}
+
+// Title, artist and kind: what a row is, for one who hears it.
+QString NameOfRow(const ui::KeyedList &list, ui::RowId row)
+{
+    QStringList words;
+    for (const std::string &word :
+         {std::string(list.SubItemAt(row, 1)), SubItemOrEmpty(list, row, "Artist"),
+          GetItemTypeText(list.Key(row), false)})
+        if (!word.empty())
+            words.append(ui::qt::ToQt(word));
+    return words.join(QLatin1String(", "));
+}
+
+} // namespace
+
+ItemView::ItemView(PanelForm &form, ui::KeyedList &list, const char *listName, QWidget *parent)
+    : QWidget(parent), m_form(form), m_panel(new ui::qt::PagePanel(this)),
+      m_scroll(new QScrollBar(Qt::Vertical, this)), m_list(new ui::qt::ListView(list, this))
+{
+    BuildPanel();
+    ui::qt::Name(m_list, listName);
+    m_list->setFrameShape(QFrame::NoFrame);
+    m_list->Model().nameOfRow = [&list](ui::RowId row) { return NameOfRow(list, row); };
+    m_list->Model().fileOfRow = [&list](ui::RowId row) { return FileOfRow(list, row); };
+    form.focusList = [this] { m_list->setFocus(); };
+}
+
+ItemView::~ItemView()
+{
+    m_form.focusList = nullptr;
+    for (auto &[label, widget] : m_pageLabels)
+        label->measureHeight = nullptr;
+}
+
+void ItemView::RaisePanel()
+{
+    m_list->lower();
+    m_panel->raise();
+    m_scroll->raise();
+}
+
+bool ItemView::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Wheel)
+        return ScrollPanel(*static_cast<QWheelEvent *>(event));
+    return QWidget::eventFilter(watched, event);
+}
+
+void ItemView::BuildPanel()
 {
     using namespace ui::qt;
-    Name(m_borders, "pctBorders");
-    Bind(m_form.pctBorders, m_borders, [this] { ShowArea(m_form.pctBorders, m_borders); });
+    Name(this, "pctBorders");
+    Bind(m_form.pctBorders, this, [this] { ShowArea(m_form.pctBorders, this); });
     Name(m_panel, "pctWeb");
     Bind(m_form.pctWeb, m_panel, [this] { ShowArea(m_form.pctWeb, m_panel); });
 
@@ -35,11 +104,11 @@ void frmMainWindow::BuildPanel()
     Name(icon, "ImgIcon");
     BindPicture(m_form.ImgIcon, icon);
 
-    AddPageLabel(m_form.lblWebFolder, "lblWebFolder", font());
-    AddPageLabel(m_form.WebItemName, "WebItemName", font());
-    AddPageLabel(m_form.WebItemType, "WebItemType", font())->SetFaint(true);
-    AddPageLabel(m_form.WebToolTip, "WebToolTip", font());
-    AddPageLabel(m_form.lblInfo, "lblInfo", font())->SetFaintCaptions(true);
+    AddPageLabel(m_form.lblWebFolder, "lblWebFolder");
+    AddPageLabel(m_form.WebItemName, "WebItemName");
+    AddPageLabel(m_form.WebItemType, "WebItemType")->SetFaint(true);
+    AddPageLabel(m_form.WebToolTip, "WebToolTip");
+    AddPageLabel(m_form.lblInfo, "lblInfo")->SetFaintCaptions(true);
     SetPanelFonts();
 
     Name(m_scroll, "vsbBack");
@@ -53,12 +122,10 @@ void frmMainWindow::BuildPanel()
     };
 }
 
-ui::qt::PageLabel *frmMainWindow::AddPageLabel(ui::Label &label, const char *name,
-                                               const QFont &font)
+ui::qt::PageLabel *ItemView::AddPageLabel(ui::Label &label, const char *name)
 {
     auto *widget = new ui::qt::PageLabel(m_panel);
     ui::qt::Name(widget, name);
-    widget->setFont(font);
     label.measureHeight = [widget](const ui::Label &measured) {
         return ui::TwipsOfPixels(widget->HeightFor(ui::qt::LabelText(measured.Caption()),
                                                    ui::PixelsOfTwips(measured.Width())));
@@ -69,7 +136,7 @@ ui::qt::PageLabel *frmMainWindow::AddPageLabel(ui::Label &label, const char *nam
 }
 
 // A page's type: the heading half as large again as the text, the row's name bold.
-void frmMainWindow::SetPanelFonts()
+void ItemView::SetPanelFonts()
 {
     for (auto &[label, widget] : m_pageLabels) {
         QFont type = font();
@@ -86,7 +153,7 @@ void frmMainWindow::SetPanelFonts()
 }
 
 // The list keeps clear of the panel's scroll bar, which stands over its left edge.
-void frmMainWindow::ShowPanel()
+void ItemView::ShowPanel()
 {
     const bool barShows = m_form.vsbBack.Visible() && m_form.pctWeb.Visible();
     m_list->SetLeftInset(barShows ? m_scroll->width() : 0);
@@ -94,7 +161,7 @@ void frmMainWindow::ShowPanel()
 
 // The wheel over the panel or its bar moves the text by lines: the bar's own steps are shares of
 // the way, a pixel or two of a short one. False where there is nothing to scroll.
-bool frmMainWindow::ScrollPanel(const QWheelEvent &wheel)
+bool ItemView::ScrollPanel(const QWheelEvent &wheel)
 {
     if (!m_form.vsbBack.Visible())
         return false;
