@@ -12,6 +12,8 @@
 #include "platform/settingsstore.h"
 #include "playlists/install.h"
 #include "runtime/error.h"
+#include "search/frmSearch.h"
+#include "search/install.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
 #include "shell/startup/frmSplash.h"
@@ -35,8 +37,9 @@ constexpr int kEndAgainMs = 50; // until a step that cannot end now is asked aga
 // The windows of one run.
 struct Windows {
     std::unique_ptr<browser::frmMainWindow> main;
-    QPointer<shell::frmSplash> splash, about; // each deletes itself
-    bool ended = false;                       // the main form was unloaded
+    std::unique_ptr<search::frmSearchWindow> search; // once it was asked for
+    QPointer<shell::frmSplash> splash, about;        // each deletes itself
+    bool ended = false;                              // the main form was unloaded
 };
 
 // The about box is one window: choosing it again brings the one that stands forward.
@@ -45,6 +48,16 @@ void ShowAbout(Windows &windows)
     if (windows.about == nullptr)
         windows.about = new shell::frmSplash({});
     windows.about->ShowSplash(true);
+}
+
+// The search window stays loaded: choosing it again shows it as it was.
+void ShowSearch(Windows &windows)
+{
+    if (windows.search == nullptr) {
+        search::LoadSearchForm(search::frmSearch());
+        windows.search = std::make_unique<search::frmSearchWindow>(search::frmSearch());
+    }
+    windows.search->Present();
 }
 
 void LoadMainWindow(Windows &windows)
@@ -62,6 +75,7 @@ void LoadMainWindow(Windows &windows)
         QApplication::quit();
     };
     playlists::Install();
+    search::Install([&windows] { ShowSearch(windows); });
     browser::LoadMainForm(form);
 }
 
@@ -164,6 +178,8 @@ int RunFirst(Windows &windows)
     delete windows.splash.data();
     delete windows.about.data();
     shell::TheGlobals().lblProgress.captionChanged = nullptr;
+    windows.search.reset();
+    search::ResetSearchForm();
     windows.main.reset();
     browser::ResetMainForm();
     return status;

@@ -1,0 +1,71 @@
+// search/frmSearch.h - the search window: its widgets, bound to the controls of
+// search/searchform.h. It lays out nothing by itself and decides nothing, but for the inside of the
+// pane with the criteria, which grows with font and language.
+#pragma once
+
+#include "search/searchform.h"
+
+#include <QWidget>
+
+class QScrollArea;
+
+namespace browser
+{
+class ItemView;
+}
+
+namespace ui::qt
+{
+class StatusBarView;
+}
+
+namespace search
+{
+
+class frmSearchWindow : public QWidget
+{
+public:
+    // Builds the window over `form`, which outlives it and has been loaded. The window is hidden.
+    explicit frmSearchWindow(SearchForm &form);
+    ~frmSearchWindow() override;
+
+    // Shows the window, or brings it forward, with the keyboard in the text to find.
+    // Errors: kNonModalOverModal (401) while a modal window is up.
+    void Present();
+
+protected:
+    bool event(QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void BuildTitle();
+    void BuildOptions();
+    void BuildBoxes(QWidget *options);
+    void BuildSeparator();
+    void BuildList();
+    void NameForReaders();
+    void MeasureTitle();
+    void ClientResized();
+    void DragSeparator(QEvent *event);
+    void ListPressed(const QMouseEvent &event);
+    void AskForPopup(QPoint place);
+    void ShowPane();
+
+    SearchForm &m_form;
+    bool m_layoutDue = false; // the form's layout, after the event that is at work
+
+    QWidget *m_closeTree;      // pctCloseTree; owned by the window as all that follows
+    QScrollArea *m_options;    // pctOptions
+    QWidget *m_text = nullptr; // txtToFind
+    QWidget *m_separator;
+    browser::ItemView *m_items; // pctBorders with panel and list
+    ui::qt::StatusBarView *m_statusBar;
+};
+
+} // namespace search

@@ -1,0 +1,321 @@
+#include "search/searchform.h"
+
+#include "browser/itemkinds.h"
+#include "browser/itemlist.h"
+#include "browser/mainform.h"
+#include "browser/webpanel.h"
+#include "catalogue/adoclass.h"
+#include "platform/clock.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "platform/waiting.h"
+#include "runtime/error.h"
+#include "runtime/numbers.h"
+#include "shell/language.h"
+#include "shell/settings.h"
+
+#include <cmath>
+#include <memory>
+
+namespace search
+{
+
+namespace
+{
+
+using catalogue::DataAccess;
+
+constexpr std::string_view kSection = "Search";
+constexpr std::string_view kPanel = "Items";
+
+std::unique_ptr<SearchForm> &TheForm()
+{
+    static std::unique_ptr<SearchForm> form;
+    return form;
+}
+
+platform::Desktop &TheDesktop()
+{
+    return *platform::TheMachine().desktop;
+}
+
+void ShowCount(SearchForm &form, std::int64_t count)
+{
+    form.SBar.SetText(kPanel, std::to_string(count) + " " +
+                                  shell::GetLanguageText("Item(s)", "Items", kSection));
+}
+
+int StoredPaneWidth()
+{
+    const std::string text = shell::GetSetting(shell::kWindowsSize, "Initial TreeView Width");
+    const double width = runtime::LeadingNumber(text);
+    return text.empty() || width < 0 || width > 1e6 ? -1 : runtime::RoundToInt32(width);
+}
+
+LayoutState StateOf(const SearchForm &form)
+{
+    LayoutState s;
+    s.minimised = form.minimised;
+    s.windowWidth = form.window.width;
+    s.windowHeight = form.window.height;
+    s.scaleWidth = form.scaleWidth;
+    s.statusBarHeight = form.statusBarArea.Height();
+    s.webStyle = form.WebStyleOn;
+    s.paneShown = form.pctCloseTree.Visible();
+    s.storedPaneWidth = StoredPaneWidth();
+    s.paneWidth = form.PaneWidth;
+    s.closeTree = form.pctCloseTree.Place();
+    s.closeTreeFrame = form.frmCloseTree.Place();
+    s.closeLabel = form.lblCloseTree.Place();
+    s.optionsWindow = form.options.window.Place();
+    s.separator = form.Separator.Place();
+    s.panel = form.pctWeb.Place();
+    s.list = form.ListView.Place();
+    s.scrollLargeChange = form.vsbBack.LargeChange();
+    s.scrollSmallChange = form.vsbBack.SmallChange();
+    return s;
+}
+
+void Apply(SearchForm &form, const LayoutState &s)
+{
+    form.PaneWidth = s.paneWidth;
+    form.pctCloseTree.SetPlace(s.closeTree);
+    form.frmCloseTree.SetPlace(s.closeTreeFrame);
+    form.lblCloseTree.SetPlace(s.closeLabel);
+    form.pctOptions.SetPlace(s.options);
+    form.pctOptions.SetVisible(s.optionsVisible);
+    form.options.window.SetPlace(s.optionsWindow);
+    form.options.txtToFind.SetWidth(s.inputWidth);
+    form.options.cmbType.SetWidth(s.inputWidth);
+    form.Separator.SetPlace(s.separator);
+    form.pctBorders.SetPlace(s.borders);
+    form.vsbBack.ResetValue(); // the panel's top is 0 again
+    form.pctWeb.SetPlace(s.panel);
+    form.pctWeb.SetVisible(s.panelVisible);
+    form.ListView.SetPlace(s.list);
+    form.vsbBack.SetHeight(s.scrollHeight);
+    form.vsbBack.SetMax(s.scrollMax);
+    form.vsbBack.SetLargeChange(s.scrollLargeChange);
+    form.vsbBack.SetSmallChange(s.scrollSmallChange);
+    form.SBar.SetWidth(kPanel, s.firstPanelWidth);
+    if (form.calls.placed)
+        form.calls.placed();
+}
+
+void LoadOptions(SearchOptions &options)
+{
+    const auto text = [](std::string_view words, std::string_view key) {
+        return shell::GetLanguageText(words, key, kSection);
+    };
+    options.cmbType.SetItems({text("Any Words (OR)", "AnyWords"),
+                              text("All Words (AND)", "AllWords"),
+                              text("Exact Phrase", "ExactPhrase")});
+    options.cmbType.SetListIndex(kAnyWords);
+    options.cmdAll[0].SetCaption(text("&Uncheck All", "UnCheckAll"));
+    options.cmdAll[1].SetCaption(text("&Check All", "CheckAll"));
+    options.cmdSearch.SetCaption(text("&Search", "SearchButton"));
+    options.lblToFind.SetCaption(text("Text to find", "TextToFind"));
+    options.lblTypeOfSearch.SetCaption(text("Type of search", "TypeOfSearch"));
+    for (std::size_t i = 0; i < kFields.size(); ++i)
+        options.chkField[i].SetCaption(
+            shell::GetLanguageText(kFields[i], kFields[i], "ColumnHeaders"));
+}
+
+Criteria CriteriaOf(const SearchOptions &options)
+{
+    Criteria criteria;
+    criteria.text = options.txtToFind.Text();
+    criteria.type = options.cmbType.ListIndex();
+    for (std::size_t i = 0; i < kFields.size(); ++i)
+        criteria.ticked[i] = options.chkField[i].Checked();
+    return criteria;
+}
+
+void BindEvents(SearchForm &form)
+{
+    browser::BindPanelEvents(form.ListView, form);
+    form.ReDrawForm = [&form] { ReDrawForm(form); };
+    form.ListView.onItemClick = [&form] {
+        form.ObjClicked = &form.ListView;
+        browser::SetPanelTextVisible(true, form);
+        form.ShowSelectedItems.SetEnabled(true);
+    };
+    form.ListView.onDblClick = [&form] { browser::ItemClick(browser::frmMain(), form.ListView); };
+    form.ListView.onColumnClick = [&form](int column) {
+        const bool sorted = form.ListView.SortKey() == column - 1;
+        form.ListView.SetSort(column - 1, sorted != form.ListView.Descending());
+    };
+    form.options.cmdAll[0].onClick = [&form] { cmdAll_Click(form, 0); };
+    form.options.cmdAll[1].onClick = [&form] { cmdAll_Click(form, 1); };
+    form.options.cmdSearch.onClick = [&form] { cmdSearch_Click(form); };
+}
+
+// Holds the click until half a second after the whole second next to it. A clock that went back, as
+// it does at midnight, ends the wait.
+void WaitForWholeSecond()
+{
+    platform::Clock &clock = *platform::TheMachine().clock;
+    const double clicked = clock.SecondsOfDay();
+    const double end = std::nearbyint(clicked) + 0.5;
+    constexpr std::int64_t kLongestMs = 1500;
+    static_cast<void>(platform::WaitUntil(
+        [&] { return clock.SecondsOfDay() >= end || clock.SecondsOfDay() < clicked; }, kLongestMs));
+}
+
+} // namespace
+
+SearchForm::SearchForm()
+{
+    ListView.SetPlace({2730, -45, 5000, 4000});
+    WebStyleOn = true;
+}
+
+SearchForm &frmSearch()
+{
+    if (TheForm() == nullptr)
+        TheForm() = std::make_unique<SearchForm>();
+    return *TheForm();
+}
+
+void ResetSearchForm()
+{
+    TheForm().reset();
+}
+
+void LoadSearchForm(SearchForm &form)
+{
+    LoadOptions(form.options);
+    BindEvents(form);
+    form.WebStyleOn = true;
+    form.PaneWidth = kDesignPaneWidth;
+    form.WebItemType.SetCaption(
+        shell::GetLanguageText("Type the criteria to look for.", "CriteriaToLookFor", kSection));
+    form.WebItemName.SetCaption("");
+    form.WebToolTip.SetCaption("");
+    form.lblInfo.SetCaption("");
+    ShowCount(form, 0);
+    form.lblFolders.SetCaption(shell::GetLanguageText("Search", "Search", kSection));
+    form.lblWebFolder.SetCaption(
+        shell::GetLanguageText("Search Results", "SearchResults", kSection));
+}
+
+void SetVisible(SearchForm &form, bool visible)
+{
+    form.visible = visible;
+    browser::frmMain().searchList = visible ? &form.ListView : nullptr;
+}
+
+void ReDrawForm(SearchForm &form)
+{
+    LayoutState state = StateOf(form);
+    if (state.minimised)
+        return;
+    PlanLayout(state);
+    Apply(form, state);
+    TheDesktop().DoEvents();
+}
+
+void ResizeSearchForm(SearchForm &form)
+{
+    if (!form.visible)
+        return;
+    try {
+        form.PaneWidth = PaneWidthWithin(form.PaneWidth, form.window.width);
+        form.vsbBack.ResetValue();
+        ReDrawForm(form);
+        browser::ClearSearchPanel(form.ListView, form, form.ObjClicked != nullptr);
+        browser::AdjustPanelScroll(form.ListView, form);
+        TheDesktop().DoEvents();
+    } catch (const runtime::RuntimeError &) {
+        // A size that cannot be laid out leaves what stands.
+    }
+}
+
+void ShowOptionsPane(SearchForm &form, bool show)
+{
+    form.pctCloseTree.SetVisible(show);
+    form.Separator.SetVisible(show);
+    ReDrawForm(form);
+    if (show && form.pctCloseTree.Width() != form.PaneWidth)
+        ReDrawForm(form); // the title takes the width that the pane came back with
+}
+
+void Separator_MouseDown(SearchForm &form)
+{
+    form.separatorDragging = true;
+}
+
+void Separator_MouseMove(SearchForm &form, int mouseX)
+{
+    if (!form.separatorDragging)
+        return;
+    const int width = PaneWidthOfDrag(StateOf(form), mouseX);
+    if (width == form.PaneWidth)
+        return;
+    form.PaneWidth = width;
+    form.separatorDragging = false;
+    form.separatorReleased = false;
+    ReDrawForm(form);
+    browser::AdjustPanelScroll(form.ListView, form);
+    form.separatorDragging = !form.separatorReleased;
+}
+
+void Separator_MouseUp(SearchForm &form)
+{
+    form.separatorDragging = false;
+    form.separatorReleased = true;
+}
+
+void cmdAll_Click(SearchForm &form, int index)
+{
+    for (ui::CheckBox &box : form.options.chkField)
+        box.SetChecked(index != 0);
+}
+
+void cmdSearch_Click(SearchForm &form)
+{
+    const Search search = BuildSearch(CriteriaOf(form.options));
+    form.options.txtToFind.SetText(search.text);
+    if (!search.HasField()) {
+        TheDesktop().MessageBox("You didn't select any field to look into");
+        return;
+    }
+    if (DataAccess == nullptr)
+        return;
+    const std::uint64_t number = ++form.searches;
+    const auto records = catalogue::Records(
+        catalogue::ExecuteWithValues(search.statement, catalogue::kSelect, search.params));
+    if (DataAccess == nullptr || records == nullptr || number != form.searches)
+        return; // the program was ended, or another search begun, while events ran
+    if (!DataAccess->Succeeded) {
+        const std::string words = DataAccess->ErrorMessage;
+        TheDesktop().MessageBox(words);
+    }
+    const bool filled =
+        browser::FillItemList(form.ListView, *records, [&form] { return form.visible; });
+    if (!filled || !form.visible)
+        return;
+    ShowCount(form, records->RecordCount());
+    TheDesktop().SetPointer(platform::Pointer::Normal);
+    TheDesktop().DoEvents();
+}
+
+void ListView_MouseDown(SearchForm &form, int button, bool shift, bool ctrl)
+{
+    constexpr int kLeft = 1, kRight = 2;
+    if (button == kLeft && !shift && !ctrl) {
+        form.ShowSelectedItems.SetEnabled(false);
+    } else if (button == kLeft) {
+        if (ctrl && !shift)
+            WaitForWholeSecond();
+        form.ShowSelectedItems.SetEnabled(true);
+    } else if (button == kRight) {
+        const ui::RowId row = form.ListView.SelectedItem();
+        if (row == ui::kNoRow || !form.ListView.Key(row).starts_with(browser::kFileMarker))
+            return;
+        browser::frmMain().PopupFromSearch = true;
+        browser::ShowPop(browser::frmMain());
+    }
+}
+
+} // namespace search

@@ -1,0 +1,192 @@
+// The search window as a user works with it: by keys and by mouse, beside the main window.
+#include "browser/commands.h"
+#include "browser/itemlist.h"
+#include "search/frmSearch.h"
+#include "search/install.h"
+#include "tests/windows/mainwindowfixture.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QContextMenuEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTimer>
+
+namespace
+{
+
+class SearchWindow : public tests::MainWindowTest
+{
+protected:
+    void Open()
+    {
+        OpenCatalogue();
+        for (int i = 0; i < 40; ++i) {
+            const std::string n = std::to_string(i);
+            const std::vector<catalogue::Value> values = {i % 2 == 0 ? "Love song " + n
+                                                                     : "Waltz " + n,
+                                                          std::string("Bill Evans"),
+                                                          std::string("Ñandú"),
+                                                          std::string("1961"),
+                                                          std::string("<b>live</b>"),
+                                                          std::string("Jazz"),
+                                                          std::string("la la"),
+                                                          Song(n + ".mp3"),
+                                                          std::int64_t{0}};
+            catalogue::DataAccess->ExecuteSQL("AddMP3", catalogue::kStoredInsert, values);
+        }
+        Start();
+        search::LoadSearchForm(Search());
+        searchWindow = std::make_unique<search::frmSearchWindow>(Search());
+        search::Install([this] { searchWindow->Present(); });
+        browser::RegisterItemKind(
+            "/", [this](const std::string &path, ui::KeyedList &) { played = path; });
+        for (const char *key : {"cp_Info", "cp_Play"})
+            browser::RegisterCommand(
+                key, [this] { chosen = browser::SelectedPath(browser::PopupList(Form())); });
+        browser::UpdateCommands(Form());
+        ChooseMenu("mnuTools", "submnuSearch");
+        ASSERT_NE(tests::WaitForWindow("frmSearch"), nullptr);
+        ASSERT_TRUE(tests::WaitUntil([this] { return searchWindow->isActiveWindow(); }));
+    }
+    ~SearchWindow() override
+    {
+        searchWindow.reset();
+        search::ResetSearchForm();
+    }
+
+    search::SearchForm &Search() { return search::frmSearch(); }
+    QWidget &Control(const char *name) { return *tests::Find(*searchWindow, name); }
+    ui::qt::ListView &List()
+    {
+        return *static_cast<ui::qt::ListView *>(tests::Find(*searchWindow, "ListView"));
+    }
+    QPoint Row(int displayIndex)
+    {
+        return List().visualRect(List().Model().index(displayIndex, 1)).center();
+    }
+    bool WaitForRows(int count)
+    {
+        return tests::WaitUntil([this, count] { return Search().ListView.Count() == count; });
+    }
+
+    std::unique_ptr<search::frmSearchWindow> searchWindow;
+    std::string played, chosen;
+};
+
+class SearchWindowScaled : public SearchWindow
+{
+};
+
+TEST_F(SearchWindowScaled, SearchesByKeysAlone)
+{
+    Open();
+    tests::KeepScreenshot(*searchWindow, "frmSearch-empty");
+    EXPECT_TRUE(Control("txtToFind").hasFocus());
+    tests::TypeText("jAZZ");
+    tests::PressKey("Alt+C"); // Check All
+    for (int i = 0; i < 8; ++i)
+        EXPECT_TRUE(
+            tests::Find<QCheckBox>(*searchWindow, ("chkField(" + std::to_string(i) + ")").c_str())
+                ->isChecked());
+    Control("txtToFind").setFocus();
+    tests::PressKey("Return");
+    ASSERT_TRUE(WaitForRows(40));
+    EXPECT_EQ(Search().SBar.Panel("Items").text, "40 Item(s)");
+    List().setFocus();
+    tests::PressKey("Down");
+    ASSERT_TRUE(tests::WaitUntil([this] { return !Search().lblInfo.Caption().empty(); }));
+    EXPECT_NE(Search().lblInfo.Caption().find("<b>live</b>"), std::string::npos);
+    tests::KeepScreenshot(*searchWindow, "frmSearch-filled");
+    tests::PressKey("Escape");
+    EXPECT_TRUE(tests::WaitUntil([this] { return !searchWindow->isVisible(); }));
+    EXPECT_EQ(Form().searchList, nullptr);
+    ChooseMenu("mnuTools", "submnuSearch");
+    ASSERT_TRUE(tests::WaitUntil([this] { return searchWindow->isVisible(); }));
+    EXPECT_EQ(Search().ListView.Count(), 40); // as it was
+    EXPECT_EQ(Search().options.txtToFind.Text(), "jAZZ ");
+}
+
+TEST_F(SearchWindow, ThePaneClosesByMouseAndComesBackByKeysAndMenu)
+{
+    Open();
+    tests::Click(Control("lblCloseTree"));
+    ASSERT_TRUE(tests::WaitUntil([this] { return !Control("pctOptions").isVisible(); }));
+    EXPECT_FALSE(Control("Separator").isVisible());
+    tests::KeepScreenshot(*searchWindow, "frmSearch-closed");
+    tests::PressKey("Ctrl+F");
+    ASSERT_TRUE(tests::WaitUntil([this] { return Control("pctOptions").isVisible(); }));
+    EXPECT_TRUE(Control("txtToFind").hasFocus());
+    EXPECT_EQ(Control("pctOptions").width(), Control("pctCloseTree").width());
+    tests::Click(Control("lblCloseTree"));
+    ASSERT_TRUE(tests::WaitUntil([this] { return !Control("pctOptions").isVisible(); }));
+    QTimer::singleShot(300, searchWindow.get(), [] {
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        tests::ClickAt(*menu, menu->actionGeometry(menu->actions().constFirst()).center());
+    });
+    QWidget &panel = Control("pctWeb");
+    const QPoint place = panel.mapTo(searchWindow.get(), QPoint(40, panel.height() - 40));
+    QContextMenuEvent ask(QContextMenuEvent::Mouse, place, searchWindow->mapToGlobal(place));
+    QApplication::sendEvent(searchWindow.get(), &ask);
+    EXPECT_TRUE(tests::WaitUntil([this] { return Control("pctOptions").isVisible(); }));
+}
+
+TEST_F(SearchWindow, RowsPlayByDoubleClickAndHaveTheMainPopup)
+{
+    Open();
+    Search().options.chkField[0].SetChecked(true);
+    tests::TypeText("waltz");
+    tests::Click(Control("cmdSearch"));
+    ASSERT_TRUE(WaitForRows(20));
+    tests::DoubleClickAt(*List().viewport(), Row(1));
+    EXPECT_EQ(played, Song("3.mp3"));
+    QTimer::singleShot(300, searchWindow.get(), [] {
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        menu->close();
+    });
+    tests::ClickAt(*List().viewport(), Row(4), Qt::RightButton); // no hit test: the row stays
+    EXPECT_TRUE(Form().PopupFromSearch);
+    EXPECT_EQ(browser::SelectedPath(browser::PopupList(Form())), Song("3.mp3"));
+}
+
+TEST_F(SearchWindow, SeveralRowsShowTheirCountInThePanel)
+{
+    Open();
+    Search().options.chkField[0].SetChecked(true);
+    tests::TypeText("waltz");
+    tests::PressKey("Return");
+    ASSERT_TRUE(WaitForRows(20));
+    tests::ClickAt(*List().viewport(), Row(0));
+    List().setFocus();
+    tests::PressKey("Shift+Down");
+    EXPECT_EQ(Search().ListView.SelectedCount(), 2);
+    ASSERT_TRUE(tests::WaitUntil(
+        [this] { return Search().WebItemType.Caption().starts_with("2 mp3 filess selected."); }));
+    EXPECT_NE(Search().lblInfo.Caption().find("Bill Evans - Waltz 1"), std::string::npos);
+}
+
+TEST_F(SearchWindow, TheSplitterDragsThePane)
+{
+    Open();
+    const int before = Control("pctOptions").width();
+    QWidget &separator = Control("Separator");
+    tests::Drag(separator, {1, 100}, {61, 100});
+    EXPECT_TRUE(tests::WaitUntil([&] { return Control("pctOptions").width() > before + 40; }));
+    EXPECT_EQ(Control("pctBorders").x(), separator.geometry().right() + 1);
+}
+
+TEST_F(SearchWindow, ASmallWindowKeepsEveryControlWithinReach)
+{
+    Open();
+    searchWindow->resize(800, 560);
+    tests::LetRun(100);
+    tests::KeepScreenshot(*searchWindow, "frmSearch-small");
+    EXPECT_LE(Control("txtToFind").width(), Control("pctOptions").width());
+    EXPECT_GT(List().viewport()->width(), 50);
+    EXPECT_LE(List().mapTo(searchWindow.get(), List().rect().bottomRight()).x(),
+              searchWindow->width());
+}
+
+} // namespace
