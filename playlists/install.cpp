@@ -2,6 +2,7 @@
 
 #include "browser/commands.h"
 #include "playlists/lists.h"
+#include "playlists/listsform.h"
 
 namespace playlists
 {
@@ -10,6 +11,7 @@ void Install()
 {
     browser::MainForm &form = browser::frmMain();
     browser::RegisterCommand("submnuAddPlayList", [&form] { AddPlayList(form); });
+    browser::RegisterCommand("submnuRemovePlayList", [&form] { ShowLists(form); });
     browser::RegisterItemKind(
         "&", [&form](const std::string &name, ui::KeyedList &) { ListPlayList(form, name); });
     form.tmrListFiles.event = [&form] { ShowFoundEntries(form); };

@@ -67,18 +67,19 @@ bool IsEnding()
 }
 
 // The lists of a statement; null once the program was ended, or when the statement failed.
-catalogue::RecordsetPtr ListsOf(const std::string &statement, const catalogue::Params &params = {})
+catalogue::RecordsetPtr ListsOf(const std::string &statement,
+                                const std::vector<catalogue::Value> &values = {})
 {
     if (DataAccess == nullptr)
         return nullptr;
     auto records =
-        catalogue::Records(DataAccess->ExecuteSQL(statement, catalogue::kSelect, params));
+        catalogue::Records(catalogue::ExecuteWithValues(statement, catalogue::kSelect, values));
     return DataAccess == nullptr || records == nullptr || !records->IsOpen() ? nullptr : records;
 }
 
 bool IsTaken(const std::string &name)
 {
-    const auto records = ListsOf(kOne, catalogue::Value(name));
+    const auto records = ListsOf(kOne, {name});
     return records != nullptr && !records->AtEnd();
 }
 
@@ -117,9 +118,9 @@ std::optional<std::string> AskName(const std::string &path)
 
 // Runs a statement that changes the table; false after a box when the catalogue refuses it.
 bool Change(const std::string &statement, catalogue::StatementKind kind,
-            const catalogue::Params &params)
+            const std::vector<catalogue::Value> &values)
 {
-    DataAccess->ExecuteSQL(statement, kind, params);
+    catalogue::ExecuteWithValues(statement, kind, values);
     if (DataAccess == nullptr)
         return false; // the program was ended while the statement let events run
     if (!DataAccess->Succeeded)
@@ -205,7 +206,7 @@ void AddPlayList(MainForm &form)
     if (!path || path->empty())
         return;
     const std::optional<std::string> name = AskName(*path);
-    if (!name || !Change(kAdd, catalogue::kInsert, std::vector<catalogue::Value>{*name, *path}))
+    if (!name || !Change(kAdd, catalogue::kInsert, {*name, *path}))
         return;
     if (const ui::NodeId group = form.TV.Find("ByList"); group != ui::kNoNode)
         form.TV.TryAdd(group, NodeKey(*name), *name, "M3U");
@@ -213,7 +214,7 @@ void AddPlayList(MainForm &form)
 
 bool RemovePlayList(MainForm &form, const std::string &name)
 {
-    if (DataAccess == nullptr || !Change(kRemove, catalogue::kDelete, catalogue::Value(name)))
+    if (DataAccess == nullptr || !Change(kRemove, catalogue::kDelete, {name}))
         return false;
     if (form.TV.Find(NodeKey(name)) != ui::kNoNode)
         form.TV.Remove(NodeKey(name));
@@ -232,7 +233,7 @@ std::vector<std::string> PlayListNames()
 bool ListPlayList(MainForm &form, std::string_view name)
 {
     const std::uint64_t filling = form.LV.Filling();
-    const auto records = ListsOf(kOne, catalogue::Value(std::string(name)));
+    const auto records = ListsOf(kOne, {std::string(name)});
     const std::string path =
         records == nullptr || records->AtEnd() ? "" : std::string(records->Text("LIST_Path"));
     TheDesktop().SetPointer(platform::Pointer::Hourglass);
