@@ -18,6 +18,7 @@
 #include "shell/globals.h"
 #include "shell/startup/frmSplash.h"
 #include "shell/startup/startup.h"
+#include "tagedit/editcommands.h"
 #include "ui/qt/icons.h"
 
 #include <QApplication>
@@ -66,6 +67,7 @@ void LoadMainWindow(Windows &windows)
     windows.main = std::make_unique<browser::frmMainWindow>(form);
     browser::RegisterCommand("submnuAbout", [&windows] { ShowAbout(windows); });
     browser::InstallFileCommands();
+    tagedit::Install();
     form.calls.unloadForms = [] {
         for (QWidget *window : QApplication::topLevelWidgets())
             window->hide();

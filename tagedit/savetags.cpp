@@ -174,6 +174,8 @@ private:
         m_editor.cmdOk.SetEnabled(!saving);
         m_editor.cmdCancel.SetEnabled(!saving);
         m_editor.lblBusy.SetVisible(saving);
+        for (const int index : {kID3v1, kID3v2})
+            m_editor.At(index).ID3Info.SetEnabled(!saving);
     }
 
     TagEditor &m_editor;

@@ -2,11 +2,14 @@
 
 #include "metadata/genres.h"
 #include "runtime/codepage.h"
+#include "runtime/error.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
 #include "shell/language.h"
 #include "tagedit/boxtext.h"
 #include "tagedit/genrelist.h"
+
+#include <utf8proc.h>
 
 namespace tagedit
 {
@@ -16,18 +19,68 @@ namespace
 
 constexpr std::size_t kTextLimit = 30;
 constexpr std::size_t kYearLimit = 4;
-constexpr std::string_view kSection = "TagEditor";
 
-std::string Words(std::string_view defaultText, std::string_view key)
+constexpr ui::Caption kCaptions[] = {
+    {"", "TagEditor", "TagEditor", "Tag Editor"},
+    {"frmHeader", "TagEditor", "MP3Header", "MPEG Info"},
+    {"Label10", "ColumnHeaders", "Title", "Title"},
+    {"Label11", "ColumnHeaders", "Artist", "Artist"},
+    {"Label12", "ColumnHeaders", "Album", "Album"},
+    {"Label13", "ColumnHeaders", "Year", "Year"},
+    {"Label14", "ColumnHeaders", "Genre", "Genre"},
+    {"Label15", "ColumnHeaders", "Track", "Track"},
+    {"Label16", "ColumnHeaders", "Comment", "Comment"},
+    {"lblLyrics", "ColumnHeaders", "Lyrics", "Lyrics"},
+    {"cmdToID3(1)", "TagEditor", "CopyToID3v2", "Copy to ID3v&2"},
+    {"cmdToID3(2)", "TagEditor", "CopyToID3v1", "Copy to ID3v&1"},
+    {"lblBusy", "TagEditor", "Saving", "Saving the file..."},
+    {"cmdOk", "TagEditor", "OkButton", "&OK"},
+    {"cmdCancel", "TagEditor", "CancelButton", "&Cancel"},
+};
+
+// Whether a key types or deletes a character; the others (Tab, Escape, Ctrl with a letter) are
+// free.
+bool IsTyped(char32_t key)
 {
-    return shell::GetLanguageText(defaultText, key, kSection);
+    constexpr char32_t kBackspace = 8;
+    return key >= 32 || key == kBackspace;
 }
 
-template <class Box>
-void Fill(Box &box, std::string_view field)
+std::string Utf8Of(char32_t character)
+{
+    utf8proc_uint8_t bytes[4];
+    const auto length = utf8proc_encode_char(static_cast<utf8proc_int32_t>(character), bytes);
+    return {bytes, bytes + length};
+}
+
+// A genre that the program puts into the box; in column 1 it may be no entry.
+void SetGenre(GenreBox &box, std::string_view text)
+{
+    box.kept = text;
+    box.SetText(text);
+}
+
+// The genre box has changed: what is no entry of column 1 was not chosen but pasted or cut.
+void GenreChosen(TagEditor &editor, int index)
+{
+    GenreBox &box = editor.At(index).cmbGenre;
+    if (index == kID3v1 && box.ListIndex() < 0)
+        box.SetText(box.kept);
+    else
+        box.kept = box.Text();
+    ShowNote(editor);
+}
+
+void Fill(TagBox &box, std::string_view field)
 {
     box.field = field;
     box.SetText(ShownText(field));
+}
+
+void Fill(GenreBox &box, std::string_view field)
+{
+    box.field = field;
+    SetGenre(box, ShownText(field));
 }
 
 void FillTrack(TagBox &box, double track)
@@ -90,6 +143,15 @@ std::string HeaderText(const metadata::MPEGHeader &header)
     return text;
 }
 
+std::string NoteOn(const std::string &lacking)
+{
+    return runtime::Replace(
+        shell::GetLanguageText(
+            "A tag cannot hold $Characters$. In place of each a \"?\" will be written.",
+            "NotInCodePage", "TagEditor"),
+        "$Characters$", lacking);
+}
+
 // The limit of a box of column 1; 0 for the boxes without one.
 std::size_t LimitOf(TagEditor &editor, const ui::TextBox &box)
 {
@@ -104,40 +166,110 @@ std::size_t LimitOf(TagEditor &editor, const ui::TextBox &box)
 
 } // namespace
 
-TagEditor::TagEditor()
-    : caption("Tag Editor"),
-      frmHeader("MPEG Info"), labels{ui::Label("Title"),  ui::Label("Artist"), ui::Label("Album"),
-                                     ui::Label("Year"),   ui::Label("Genre"),  ui::Label("Track"),
-                                     ui::Label("Comment")},
-      cmdOk("&OK"), cmdCancel("&Cancel")
+TagEditor::TagEditor() : Form("frmEditTag", kCaptions)
 {
-    At(kID3v1).ID3Info.SetCaption("ID3v1");
-    At(kID3v2).ID3Info.SetCaption("ID3v2");
-    At(kID3v1).HasID3Tag.SetCaption("ID3v1");
-    At(kID3v2).HasID3Tag.SetCaption("ID3v2");
-    At(kID3v1).cmdToID3.SetCaption("Copy to ID3v&2");
-    At(kID3v2).cmdToID3.SetCaption("Copy to ID3v&1");
     At(kID3v1).tag = kID3v2;
     At(kID3v2).tag = kID3v1;
-    At(kID3v1).txtLyrics.SetVisible(false);
+    Add("frmHeader", frmHeader);
+    Add("lblMPEGInfo", lblMPEGInfo, {.in = &frmHeader});
+    for (const int index : {kID3v1, kID3v2})
+        AddColumn(index);
+    Add("lblNote", lblNote);
+    Add("lblBusy", lblBusy);
+    Add("cmdOk", cmdOk);
+    Add("cmdCancel", cmdCancel);
+    Arrange();
     lblBusy.SetVisible(false);
     lblNote.SetVisible(false);
+
+    acceptButton = &cmdOk;
+    cancelButton = &cmdCancel;
+    resizable = true;
+    onLoad = [this] { LoadTagEditor(*this); };
+    mayClose = [this] { return !saving; };
+    cmdCancel.onClick = [this] { ui::AskToClose(*this); };
+    cmdOk.onClick = [this] {
+        if (cmdOk_Click(*this))
+            ui::Close(*this);
+    };
+}
+
+// The order of the Tab key is down the column.
+void TagEditor::AddColumn(int index)
+{
+    Column &column = At(index);
+    const std::string suffix = "(" + std::to_string(index) + ")";
+    ui::Frame *const frame = &column.ID3Info;
+    column.ID3Info.SetCaption(index == kID3v1 ? "ID3v1" : "ID3v2");
+    column.HasID3Tag.SetCaption(column.ID3Info.Caption());
+    Add("ID3Info" + suffix, column.ID3Info);
+    if (index == kID3v1)
+        for (std::size_t i = 0; i < labels.size(); ++i)
+            Add("Label" + std::to_string(10 + i), labels[i], {.in = frame});
+    Add("HasID3Tag" + suffix, column.HasID3Tag, {.in = frame});
+    const auto addText = [&](std::string_view controlName, TagBox &box, std::size_t label) {
+        Add(std::string(controlName) + suffix, static_cast<ui::TextBox &>(box),
+            {.in = frame, .label = &labels[label]});
+        box.textChanged = [this] { ShowNote(*this); };
+        box.keyPressed = [this, &box](char32_t key) {
+            return IsTyped(key) && IsLimitReached(*this, box);
+        };
+    };
+    addText("txtTitle", column.txtTitle, 0);
+    addText("txtArtist", column.txtArtist, 1);
+    addText("txtAlbum", column.txtAlbum, 2);
+    addText("txtYear", column.txtYear, 3);
+    Add("cmbGenre" + suffix, static_cast<ui::ComboBox &>(column.cmbGenre),
+        {.in = frame, .label = &labels[4]});
+    addText("txtTrack", column.txtTrack, 5);
+    addText("txtComment", column.txtComment, 6);
+    if (index == kID3v2) {
+        Add("lblLyrics", lblLyrics, {.in = frame});
+        Add("txtLyrics" + suffix, static_cast<ui::TextBox &>(column.txtLyrics),
+            {.in = frame, .label = &lblLyrics});
+        column.txtLyrics.multiLine = true;
+        column.txtLyrics.textChanged = [this] { ShowNote(*this); };
+    }
+    Add("cmdToID3" + suffix, column.cmdToID3, {.in = frame});
+
+    column.HasID3Tag.onClick = [this, index] {
+        SetHasID3Tag(*this, index, At(index).HasID3Tag.Checked());
+    };
+    column.cmdToID3.onClick = [this, index] { cmdToID3_Click(*this, index); };
+    column.cmbGenre.keyPressed = [this, index](char32_t key) {
+        return IsTyped(key) && cmbGenre_KeyPress(*this, index, Utf8Of(key));
+    };
+    column.cmbGenre.onClick = [this, index] { GenreChosen(*this, index); };
+    column.cmbGenre.textChanged = [this, index] { GenreChosen(*this, index); };
+}
+
+void TagEditor::Arrange()
+{
+    Column &one = At(kID3v1);
+    Column &two = At(kID3v2);
+    const ui::Layout fields1 =
+        ui::Grid(2, {labels[0], ui::Filled(one.txtTitle), labels[1], one.txtArtist, labels[2],
+                     one.txtAlbum, labels[3], one.txtYear, labels[4], one.cmbGenre, labels[5],
+                     one.txtTrack, labels[6], one.txtComment});
+    const ui::Layout fields2 =
+        ui::Grid(1, {ui::Filled(two.txtTitle), two.txtArtist, two.txtAlbum, two.txtYear,
+                     two.cmbGenre, two.txtTrack, two.txtComment});
+    layout = ui::Column(
+        {ui::Filled(ui::Row(
+             {ui::Inside(frmHeader, ui::Column({lblMPEGInfo, ui::Room()})),
+              ui::Filled(ui::Inside(
+                  one.ID3Info, ui::Column({one.HasID3Tag, fields1, ui::Room(), one.cmdToID3}))),
+              ui::Filled(ui::Inside(two.ID3Info,
+                                    ui::Column({two.HasID3Tag, fields2, lblLyrics,
+                                                ui::Filled(two.txtLyrics), two.cmdToID3})))})),
+         ui::Row({ui::Filled(lblNote), lblBusy, ui::Room(), cmdOk, cmdCancel})});
+    size.width = 11400;
+    size.height = 7200;
 }
 
 void LoadTagEditor(TagEditor &editor)
 {
     const std::vector<std::string> genres = GenreEntries();
-    editor.caption = Words(editor.caption, "TagEditor");
-    editor.cmdOk.SetCaption(Words(editor.cmdOk.Caption(), "OkButton"));
-    editor.cmdCancel.SetCaption(Words(editor.cmdCancel.Caption(), "CancelButton"));
-    editor.frmHeader.SetCaption(Words(editor.frmHeader.Caption(), "MP3Header"));
-    ui::Label &to2 = editor.At(kID3v1).cmdToID3;
-    ui::Label &to1 = editor.At(kID3v2).cmdToID3;
-    to2.SetCaption(Words(to2.Caption(), "CopyToID3v2"));
-    to1.SetCaption(Words(to1.Caption(), "CopyToID3v1"));
-    editor.lblBusy.SetCaption(Words("Saving the file...", "Saving"));
-    for (ui::Label &label : editor.labels)
-        label.SetCaption(shell::GetLanguageText(label.Caption(), label.Caption(), "ColumnHeaders"));
     for (const int index : {kID3v1, kID3v2})
         editor.At(index).cmbGenre.SetItems(genres);
     LoadTags(editor);
@@ -145,19 +277,22 @@ void LoadTagEditor(TagEditor &editor)
 
 void LoadTags(TagEditor &editor)
 {
-    editor.oldID3v1 = {};
-    editor.oldID3v2 = {};
+    metadata::ID3v1Tag id3v1;
+    metadata::ID3v2Tag id3v2;
     metadata::MPEGHeader header;
     bool hasID3v1 = false;
     bool hasID3v2 = false;
-    metadata::GetMP3Info(editor.File, editor.oldID3v1, editor.oldID3v2, header, hasID3v1, hasID3v2,
-                         false);
+    metadata::GetMP3Info(editor.File, id3v1, id3v2, header, hasID3v1, hasID3v2, false);
+    if (const int failure = metadata::LastReadFailure(); failure != 0)
+        throw runtime::FileError(failure, editor.File);
+    editor.oldID3v1 = id3v1;
+    editor.oldID3v2 = id3v2;
     editor.opened = metadata::CopyRawTags();
-    editor.lblMPEGInfo.SetCaption(HeaderText(header));
+    editor.lblMPEGInfo.SetCaption(runtime::Replace(HeaderText(header), "&", "&&"));
     SetHasID3Tag(editor, kID3v1, hasID3v1);
     SetHasID3Tag(editor, kID3v2, hasID3v2);
-    FillColumn1(editor.At(kID3v1), editor.oldID3v1);
-    FillColumn2(editor.At(kID3v2), editor.oldID3v2);
+    FillColumn1(editor.At(kID3v1), id3v1);
+    FillColumn2(editor.At(kID3v2), id3v2);
     ShowNote(editor);
 }
 
@@ -185,7 +320,7 @@ void cmdToID3_Click(TagEditor &editor, int index)
         const std::string &text = sources[i]->Text();
         targets[i]->SetText(limit == 0 ? text : LeftCharacters(text, limit));
     }
-    to.cmbGenre.SetText(from.cmbGenre.Text());
+    SetGenre(to.cmbGenre, from.cmbGenre.Text());
     to.txtTrack.SetText(from.txtTrack.Text());
     ShowNote(editor);
 }
@@ -209,26 +344,23 @@ bool IsLimitReached(TagEditor &editor, const ui::TextBox &box)
 
 void ShowNote(TagEditor &editor)
 {
-    std::string texts;
+    std::string lacking;
+    const auto look = [&lacking](ui::Area &box, const std::string &text) {
+        const std::string own = runtime::CharactersLacking(text);
+        box.SetToolTip(own.empty() ? std::string() : NoteOn(own));
+        lacking += own;
+    };
     for (const int index : {kID3v1, kID3v2}) {
         Column &column = editor.At(index);
-        for (const TagBox *box : column.TextBoxes())
-            texts += box->Text();
-        texts += column.cmbGenre.Text();
+        for (TagBox *box : column.TextBoxes())
+            look(*box, box->Text());
+        look(column.cmbGenre, column.cmbGenre.Text());
+        look(column.txtLyrics, column.txtLyrics.Text());
     }
-    texts += editor.At(kID3v2).txtLyrics.Text();
-    const std::string lacking = runtime::CharactersLacking(texts);
+    lacking = runtime::CharactersLacking(lacking); // each once
     editor.lblNote.SetVisible(!lacking.empty());
     if (!lacking.empty())
-        editor.lblNote.SetCaption(runtime::Replace(
-            Words("A tag cannot hold $Characters$. In place of each a \"?\" will be written.",
-                  "NotInCodePage"),
-            "$Characters$", runtime::Replace(lacking, "&", "&&")));
-}
-
-bool MayClose(const TagEditor &editor)
-{
-    return !editor.saving;
+        editor.lblNote.SetCaption(runtime::Replace(NoteOn(lacking), "&", "&&"));
 }
 
 } // namespace tagedit

@@ -1,13 +1,10 @@
-// tagedit/tageditor.h - frmEditTag without its window: the two tags of one song in two columns, 1 =
-// ID3v1 and 2 = ID3v2, and what its buttons and keys do.
+// tagedit/tageditor.h - frmEditTag: the two tags of one song in two columns, 1 = ID3v1 and 2 =
+// ID3v2, and what its buttons and keys do.
 #pragma once
 
 #include "metadata/mp3info.h"
 #include "metadata/records.h"
-#include "ui/controls/checkbox.h"
-#include "ui/controls/combobox.h"
-#include "ui/controls/label.h"
-#include "ui/controls/textbox.h"
+#include "ui/controls/form.h"
 
 #include <array>
 #include <functional>
@@ -24,20 +21,21 @@ struct TagBox : ui::TextBox {
     std::string field;
 };
 
-// A combo box likewise.
+// A combo box likewise. It shows any genre, also where the user can only choose an entry.
 struct GenreBox : ui::ComboBox {
-    GenreBox() { canType = true; } // in column 1 the keys are taken, but it shows any genre
+    GenreBox() { canType = true; }
     std::string field;
+    std::string kept; // column 1: what it shows, put back when the user makes it no entry
 };
 
-// The controls with one index. txtLyrics of column 1 is not shown.
+// The controls with one index. Column 1 has no txtLyrics.
 struct Column {
-    ui::Label ID3Info;
+    ui::Frame ID3Info;
     ui::CheckBox HasID3Tag;
     TagBox txtTitle, txtArtist, txtAlbum, txtYear, txtComment, txtTrack, txtLyrics;
     GenreBox cmbGenre;
-    ui::Label cmdToID3; // a button
-    int tag = 0;        // the button's: the column that it copies to
+    ui::Button cmdToID3;
+    int tag = 0; // the button's: the column that it copies to
 
     std::array<TagBox *, 5> TextBoxes()
     {
@@ -45,18 +43,17 @@ struct Column {
     }
 };
 
-struct TagEditor {
+struct TagEditor : ui::Form {
     TagEditor();
-    TagEditor(const TagEditor &) = delete;
-    TagEditor &operator=(const TagEditor &) = delete;
 
     std::string File; // the full path of the song, byte for byte
 
-    std::string caption;
-    ui::Label frmHeader, lblMPEGInfo;
+    ui::Frame frmHeader;
+    ui::Label lblMPEGInfo;
     std::array<ui::Label, 7> labels; // Label10 to Label16
+    ui::Label lblLyrics;
     Column &At(int index) { return m_columns.at(static_cast<std::size_t>(index) - 1); }
-    ui::Label cmdOk, cmdCancel; // buttons
+    ui::Button cmdOk, cmdCancel;
     ui::Label lblNote; // what will be written in place of characters that a tag cannot hold
     ui::Label lblBusy; // visible while the song is written
 
@@ -65,20 +62,23 @@ struct TagEditor {
     metadata::ID3v2Tag oldID3v2;
     metadata::RawTags opened;
 
-    bool saving = false;
+    bool saving = false; // the window cannot be closed, and OK does nothing
 
     // Called with the new tags once the song is saved and the window is to close; may be empty.
     std::function<void(const metadata::ID3v1Tag &, const metadata::ID3v2Tag &)> saved;
 
 private:
+    void AddColumn(int index);
+    void Arrange();
+
     std::array<Column, 2> m_columns;
 };
 
-// The load of the window: texts in the user's language, the genre lists, then LoadTags.
+// The load of the window, after its captions: the genre lists, then LoadTags. Errors: as LoadTags.
 void LoadTagEditor(TagEditor &editor);
 
-// Reads `File` and fills header, check boxes and columns; these are the old values from now on. A
-// file that cannot be read leaves the columns empty and switched off.
+// Reads `File` and fills header, check boxes and columns; these are the old values from now on.
+// Errors: FileError with the path when the file cannot be read; the editor is then as it was.
 void LoadTags(TagEditor &editor);
 
 // Whether the tag is to be in the file: enables or disables the column's controls.
@@ -96,7 +96,8 @@ bool cmbGenre_KeyPress(TagEditor &editor, int index, std::string_view letter);
 // box is one of column 1 and has reached its limit.
 [[nodiscard]] bool IsLimitReached(TagEditor &editor, const ui::TextBox &box);
 
-// The text of one of the boxes has changed: `lblNote` says which characters no tag can hold.
+// The text of one of the boxes has changed: `lblNote` and the boxes' tool tips say which characters
+// no tag can hold.
 void ShowNote(TagEditor &editor);
 
 // Writes both columns into the song. Takes one or two seconds and lets events run; a second call in
@@ -106,8 +107,5 @@ void ShowNote(TagEditor &editor);
 //     it was read (the user may then have it read again), gone, or a step of the writing failed.
 // Errors: kOverflow when a track does not fit: 0 to 255 in column 1, 16 bits with sign in column 2.
 bool cmdOk_Click(TagEditor &editor);
-
-// Whether Cancel, Escape or the window's own close may close the window now.
-[[nodiscard]] bool MayClose(const TagEditor &editor);
 
 } // namespace tagedit

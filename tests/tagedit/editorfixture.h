@@ -3,6 +3,7 @@
 
 #include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
+#include "shell/language.h"
 #include "tagedit/tageditor.h"
 #include "tests/metadata/mp3bytes.h"
 #include "tests/support/songdesk.h"
@@ -25,7 +26,9 @@ protected:
     {
         WriteFile(m_path, bytes);
         m_editor.File = m_path;
-        tagedit::LoadTagEditor(m_editor);
+        ui::LoadForm(m_editor, [](const ui::Caption &row) {
+            return shell::GetLanguageText(row.text, row.key, row.section);
+        });
     }
 
     tagedit::Column &V1() { return m_editor.At(tagedit::kID3v1); }

@@ -254,12 +254,12 @@ TEST_F(SaveTags, WhileItSavesItCannotBeStartedTwiceNorClosed)
 {
     Open(Sound() + Tag1("Title", "", "", "", "", 1, 255));
     V1().txtTitle.SetText("Mine");
-    EXPECT_TRUE(tagedit::MayClose(m_editor));
+    EXPECT_TRUE(m_editor.mayClose());
     int seen = 0;
     m_answers.onEvents = [&] {
         ++seen;
         EXPECT_TRUE(m_editor.saving);
-        EXPECT_FALSE(tagedit::MayClose(m_editor));
+        EXPECT_FALSE(m_editor.mayClose());
         EXPECT_FALSE(m_editor.cmdOk.Enabled());
         EXPECT_FALSE(m_editor.cmdCancel.Enabled());
         EXPECT_TRUE(m_editor.lblBusy.Visible());
@@ -268,7 +268,7 @@ TEST_F(SaveTags, WhileItSavesItCannotBeStartedTwiceNorClosed)
     EXPECT_TRUE(cmdOk_Click(m_editor));
     m_answers.onEvents = nullptr;
     EXPECT_GT(seen, 2);
-    EXPECT_TRUE(tagedit::MayClose(m_editor));
+    EXPECT_TRUE(m_editor.mayClose());
     EXPECT_TRUE(ReadFile(m_path) == Sound() + Tag1("Mine", "", "", "", "", 1, 255));
 }
 

@@ -1,4 +1,5 @@
 // The editor's columns: what they show, when they answer, the copy buttons, the keys.
+#include "runtime/error.h"
 #include "shell/globals.h"
 #include "tests/tagedit/editorfixture.h"
 
@@ -48,7 +49,7 @@ TEST_F(TagEditorTest, TextsAreTheLanguageFiles)
     shell::TheGlobals().LanguageFilePath = m_desk.music / "l.qlt";
     Open(Sound());
     shell::TheGlobals() = {};
-    EXPECT_EQ(m_editor.caption, "Editor");
+    EXPECT_EQ(m_editor.Title(), "Editor");
     EXPECT_EQ(m_editor.cmdOk.Caption(), "&Bien");
     EXPECT_EQ(m_editor.cmdCancel.Caption(), "&Nada");
     EXPECT_EQ(m_editor.frmHeader.Caption(), "Kopf");
@@ -178,22 +179,52 @@ TEST_F(TagEditorTest, CharactersThatNoTagHoldsAreNamed)
     Open(Sound());
     EXPECT_FALSE(m_editor.lblNote.Visible());
     V2().txtLyrics.SetText("Łódź & € Ł");
-    tagedit::ShowNote(m_editor);
+    EXPECT_EQ(V2().txtLyrics.ToolTip(), m_editor.lblNote.Caption());
+    EXPECT_EQ(V2().txtTitle.ToolTip(), "");
     EXPECT_TRUE(m_editor.lblNote.Visible());
     EXPECT_EQ(m_editor.lblNote.Caption(),
               "A tag cannot hold Łź. In place of each a \"?\" will be written.");
     V2().txtLyrics.SetText("Lodz");
-    tagedit::ShowNote(m_editor);
     EXPECT_FALSE(m_editor.lblNote.Visible());
 }
 
-TEST_F(TagEditorTest, AFileThatIsGoneLeavesEmptyColumns)
+TEST_F(TagEditorTest, AFileThatIsGoneIsToldAndChangesNothing)
 {
     Open(Sound() + Tag1("Title", "", "", "", "", 1, 17));
     m_editor.File = m_desk.music / "none.mp3";
-    tagedit::LoadTags(m_editor);
-    EXPECT_FALSE(V1().HasID3Tag.Checked());
-    EXPECT_EQ(Texts(V1()), "||||||");
+    EXPECT_THROW(tagedit::LoadTags(m_editor), runtime::RuntimeError);
+    EXPECT_EQ(Texts(V1()), "Title|||||Rock|1");
+}
+
+// What is pasted or cut in the first genre box is no choice; in the second it is a genre.
+TEST_F(TagEditorTest, TheFirstGenreBoxHoldsEntriesOnly)
+{
+    Open(Sound() + Tag1("", "", "", "", "", 0, 125));
+    V1().cmbGenre.SetText("Dance Hal");
+    EXPECT_EQ(V1().cmbGenre.Text(), "Dance Hall");
+    V1().cmbGenre.SetText("Rock");
+    V1().cmbGenre.SetText("Rocky");
+    EXPECT_EQ(V1().cmbGenre.Text(), "Rock");
+    V2().cmbGenre.SetText("Rocky");
+    EXPECT_EQ(V2().cmbGenre.Text(), "Rocky");
+    tagedit::cmdToID3_Click(m_editor, kID3v2);
+    EXPECT_EQ(V1().cmbGenre.Text(), "Rocky"); // a copy brings any
+}
+
+TEST_F(TagEditorTest, KeysThatTypeNothingAreFree)
+{
+    Open(Sound() + Tag1("012345678901234567890123456789", "", "", "", "", 0, 17));
+    EXPECT_TRUE(V1().txtTitle.keyPressed(U'x'));
+    EXPECT_TRUE(V1().txtTitle.keyPressed(8));                   // Backspace
+    for (const char32_t key : {U'\t', U'\r', U'\x1B', U'\x03'}) // Tab, Enter, Escape, Ctrl+C
+        EXPECT_FALSE(V1().txtTitle.keyPressed(key)) << static_cast<int>(key);
+    EXPECT_FALSE(V1().txtArtist.keyPressed(U'x'));
+    EXPECT_FALSE(V2().txtTitle.keyPressed(U'x'));
+    EXPECT_TRUE(V1().cmbGenre.keyPressed(U'r'));
+    EXPECT_EQ(V1().cmbGenre.Text(), "Rock & Roll");
+    EXPECT_TRUE(V1().cmbGenre.keyPressed(8));
+    EXPECT_FALSE(V1().cmbGenre.keyPressed(9));
+    EXPECT_FALSE(V2().cmbGenre.keyPressed(U'r'));
 }
 
 } // namespace

@@ -18,6 +18,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <charconv>
@@ -265,8 +266,10 @@ void FormWindow::Arrange()
     auto *outer = new QVBoxLayout(this);
     AddTo(outer, m_form.layout, true);
     outer->setSizeConstraint(m_form.resizable ? QLayout::SetMinimumSize : QLayout::SetFixedSize);
-    if (m_form.resizable)
-        resize(least.expandedTo(outer->sizeHint()));
+    if (m_form.resizable) { // no larger than a small screen lets it be, with its frame
+        const QSize room = screen()->availableSize() - QSize(10, 40);
+        resize(least.expandedTo(outer->sizeHint()).boundedTo(room));
+    }
 }
 
 // Adds one part of a row or column. A part that is filled takes the room that is left.

@@ -1,0 +1,76 @@
+#include "tagedit/editcommands.h"
+
+#include "browser/filecommands.h"
+#include "browser/itemlist.h"
+#include "browser/webpanel.h"
+#include "catalogue/edittags.h"
+#include "metadata/genres.h"
+#include "runtime/codepage.h"
+#include "tagedit/tageditor.h"
+
+#include <optional>
+
+namespace tagedit
+{
+
+namespace
+{
+
+// The texts of the command that opens any file have no language key.
+constexpr std::string_view kTitle = "Select the MP3 file";
+constexpr std::string_view kKindOfFile = "MP3 Files";
+
+std::string TextOf(const std::string &id3v2, const std::string &id3v1)
+{
+    return runtime::TextOfBytes(id3v2.empty() ? catalogue::UsedText(id3v1) : id3v2);
+}
+
+} // namespace
+
+void EditFile(const std::string &path)
+{
+    TagEditor editor;
+    editor.File = path;
+    editor.saved = [](const metadata::ID3v1Tag &id3v1, const metadata::ID3v2Tag &id3v2) {
+        ShowEdited(browser::frmMain(), id3v1, id3v2);
+    };
+    LoadTags(editor); // no window comes up over a file that cannot be read
+    ui::ShowModal(editor);
+}
+
+void ShowFileInfo(const ui::KeyedList &list)
+{
+    const std::string path = browser::SelectedPath(list);
+    if (!path.empty())
+        EditFile(path);
+}
+
+void ShowEdited(browser::MainForm &form, const metadata::ID3v1Tag &id3v1,
+                const metadata::ID3v2Tag &id3v2)
+{
+    ui::KeyedList &list = form.LV;
+    const ui::RowId row = list.SelectedItem();
+    if (row == ui::kNoRow || browser::PathOfRow(list, row).empty())
+        return;
+    list.SetSubItem(row, "Album", TextOf(id3v2.Album, id3v1.Album));
+    list.SetSubItem(row, "Artist", TextOf(id3v2.Artist, id3v1.Artist));
+    list.SetSubItem(row, "Comment", TextOf(id3v2.Comment, id3v1.Comment));
+    list.SetSubItem(row, "Genre",
+                    TextOf(metadata::GenreName(id3v2.Genre), metadata::GenreName(id3v1.Genre)));
+    list.SetSubItem(row, "Title", TextOf(id3v2.Title, id3v1.Title));
+    list.SetSubItem(row, "Year", TextOf(id3v2.Year, id3v1.Year));
+    browser::ShowSelectedItemInfo(list, form);
+}
+
+void Install()
+{
+    browser::MainForm &form = browser::frmMain();
+    browser::RegisterCommand("submnuTagEditor", [] {
+        if (const std::optional<std::string> file = browser::ChooseMP3(kTitle, kKindOfFile))
+            EditFile(*file);
+    });
+    browser::RegisterCommand("submnuFileInfo", [&form] { ShowFileInfo(form.LV); });
+    browser::RegisterCommand("cp_Info", [&form] { ShowFileInfo(browser::PopupList(form)); });
+}
+
+} // namespace tagedit
