@@ -10,7 +10,10 @@
 #include "shell/startup/startup.h"
 
 #include <QAbstractEventDispatcher>
+#include <QStringList>
 #include <QTimer>
+#include <cstdio>
+#include <cstdlib>
 
 namespace app
 {
@@ -22,6 +25,7 @@ WindowMachine::WindowMachine()
     machine.settings = &m_settings;
     machine.fileTypes = &m_fileTypes;
     machine.drives = &m_drives;
+    machine.folders = &m_folders;
     machine.clock = &m_clock;
     machine.windows = &m_windows;
     catalogue::TheLockWaitCalls().ShowLine = [this](std::string_view line) { ShowWait(line); };
@@ -59,8 +63,50 @@ void WindowMachine::ShowWait(std::string_view line)
     bar->SetText(kPanel, line.empty() ? std::string_view(m_panelBefore) : line);
 }
 
-WindowSession::WindowSession(int &argc, char **argv) : application(argc, argv)
+namespace
 {
+
+// What the toolkit said while the display was opened.
+QStringList &Said()
+{
+    static QStringList said;
+    return said;
+}
+
+void Hear(QtMsgType type, const QMessageLogContext & /*where*/, const QString &text)
+{
+    if (type != QtFatalMsg) {
+        Said().append(text);
+        return;
+    }
+    const char *name = std::getenv("DISPLAY");
+    if (const char *wayland = std::getenv("WAYLAND_DISPLAY"); wayland != nullptr && *wayland != 0)
+        name = wayland;
+    std::fprintf(stderr, "quenlin: The display %s cannot be opened.\n",
+                 name != nullptr ? name : "of this session");
+    std::_Exit(shell::kRefused);
+}
+
+} // namespace
+
+DisplayOpening::DisplayOpening()
+{
+    Said().clear();
+    qInstallMessageHandler(Hear);
+}
+
+DisplayOpening::~DisplayOpening()
+{
+    qInstallMessageHandler(nullptr);
+    for (const QString &line : Said())
+        std::fprintf(stderr, "%s\n", qPrintable(line));
+    Said().clear();
+}
+
+WindowSession::WindowSession(int &argc, char **argv)
+    : opening(std::in_place), application(argc, argv)
+{
+    opening.reset();
     application.tellError = shell::ShowRuntimeError;
     QApplication::setApplicationName(QStringLiteral("quenlin"));
     QApplication::setApplicationDisplayName(QStringLiteral("Quenlin"));

@@ -7,6 +7,7 @@
 #include "platform/posix/inisettings.h"
 #include "platform/posix/mountdrives.h"
 #include "platform/posix/systemclock.h"
+#include "platform/posix/systemfolders.h"
 #include "platform/posix/userfolders.h"
 #include "platform/qt/application.h"
 #include "platform/qt/qtdesktop.h"
@@ -14,6 +15,7 @@
 #include "platform/qt/theme.h"
 #include "ui/qt/form.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -38,6 +40,7 @@ private:
     platform::posix::IniSettings m_settings{platform::posix::ConfigHome()};
     platform::posix::DesktopFileTypes m_fileTypes{platform::posix::DataHome()};
     platform::posix::MountDrives m_drives;
+    platform::posix::SystemFolders m_folders;
     platform::posix::SystemClock m_clock;
     platform::qt::QtWindows m_windows;
     ui::qt::FormWindows m_forms;
@@ -45,11 +48,24 @@ private:
     std::string m_panelBefore; // what the status bar showed before a wait
 };
 
+// While this lives, a display that cannot be opened ends the program with one sentence and status
+// 1, in place of the toolkit's lines and an abort. What the toolkit only warns of is printed at the
+// end.
+class DisplayOpening
+{
+public:
+    DisplayOpening();
+    ~DisplayOpening();
+    DisplayOpening(const DisplayOpening &) = delete;
+    DisplayOpening &operator=(const DisplayOpening &) = delete;
+};
+
 // The members stand in the order in which they are made; the ports go before the application does.
 struct WindowSession {
     // `argc` and `argv` are those of main and outlive the session.
     WindowSession(int &argc, char **argv);
 
+    std::optional<DisplayOpening> opening; // until the application is there
     platform::qt::Application application;
     platform::qt::Theme theme;
     WindowMachine machine;

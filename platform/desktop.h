@@ -13,7 +13,7 @@ namespace platform
 enum class Buttons { Ok, YesNo };
 enum class Answer { Ok, Yes, No };
 enum class BoxIcon { None, Exclamation };
-enum class Pointer { Normal = 0, Hourglass = 11 }; // the system's own numbers
+enum class Pointer { Normal = 0, Hourglass = 11, ArrowHourglass = 13 }; // the system's own numbers
 
 // One line of an open dialog's list of file kinds: "MP3 Files", "*.mp3".
 struct FileFilter {

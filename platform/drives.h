@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace platform
 {
@@ -31,6 +32,11 @@ struct Drives {
 
     // The serial number of the drive's file system as decimal text; empty when it cannot be told.
     virtual std::string SerialOf(const std::string &drive) = 0;
+
+    // The drives as a user knows them: the root, the home folder, then the disks, shares and media
+    // that are mounted where users look for them, in the order of their paths; each once. The
+    // machine's own file systems are not among them.
+    virtual std::vector<std::string> Roots() = 0;
 };
 
 } // namespace platform

@@ -15,6 +15,7 @@ struct Clock;
 struct Desktop;
 struct Drives;
 struct FileTypes;
+struct Folders;
 struct Player;
 struct SettingsStore;
 struct Windows;
@@ -26,6 +27,7 @@ struct Machine {
     SettingsStore *settings = nullptr;
     FileTypes *fileTypes = nullptr;
     Drives *drives = nullptr;
+    Folders *folders = nullptr;
     Clock *clock = nullptr;
     Player *player = nullptr;      // null where no player can be found
     Files *files = &SystemFiles(); // a test may put its own

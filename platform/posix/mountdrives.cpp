@@ -33,6 +33,9 @@ constexpr std::array<std::string_view, 17> kRemoteTypes = {
     "ncpfs",       "fuse.s3fs"};
 constexpr std::array<std::string_view, 3> kMemoryTypes = {"tmpfs", "ramfs", "rootfs"};
 
+// Among the machine's own folders, and the user's all the same.
+constexpr std::string_view kUsersMedia = "/run/media";
+
 // A field of the kernel's table: "\040" and its like stand for one byte.
 std::string Unescaped(std::string_view field)
 {
@@ -230,7 +233,45 @@ std::string MountDrives::LabelOf(const std::string &drive)
     if (known != m_labels.end())
         return known->second;
     const Mount *mount = FindMount(drive);
+    if (mount == nullptr && drive == m_places.home)
+        return drive.substr(drive.rfind('/') + 1);
     return m_labels[drive] = mount == nullptr ? std::string() : LabelOfMount(*mount);
+}
+
+// Whether users look for the mount among their drives. What is on a disk, on a server, or served by
+// a program is; a file that is mounted is no drive, and only local disks are asked whether it is
+// one: others may not answer.
+bool MountDrives::IsUsersDrive(const Mount &mount) const
+{
+    const auto isAbove = [&](std::string_view folder) { return LiesUnder(mount.point, folder); };
+    if (std::ranges::any_of(m_places.machineFolders, isAbove) && !isAbove(kUsersMedia))
+        return false;
+    if (std::ranges::find(kRemoteTypes, mount.type) != kRemoteTypes.end() ||
+        mount.type.starts_with("fuse"))
+        return true;
+    struct stat status {
+    };
+    return (mount.source.starts_with("/dev/") || mount.type == "zfs") && mount.type != "squashfs" &&
+           stat(mount.point.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::vector<std::string> MountDrives::Roots()
+{
+    Refresh();
+    std::vector<std::string> points;
+    for (const Mount &mount : m_mounts)
+        if (mount.point != "/" && mount.point != m_places.home && IsUsersDrive(mount))
+            points.push_back(mount.point);
+    std::ranges::sort(points);
+    points.erase(std::unique(points.begin(), points.end()), points.end());
+    std::vector<std::string> roots{"/"};
+    struct stat status {
+    };
+    if (m_places.home.size() > 1 && stat(m_places.home.c_str(), &status) == 0 &&
+        S_ISDIR(status.st_mode))
+        roots.push_back(m_places.home);
+    roots.insert(roots.end(), points.begin(), points.end());
+    return roots;
 }
 
 std::string MountDrives::SerialOf(const std::string &drive)

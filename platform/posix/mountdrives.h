@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/drives.h"
+#include "platform/posix/userfolders.h"
 
 #include <map>
 #include <string>
@@ -33,6 +34,11 @@ public:
         std::string mountInfo = "/proc/self/mountinfo";
         std::string blockDevices = "/sys/dev/block"; // by "major:minor"
         std::string labels = "/dev/disk/by-label";
+        std::string home = HomeFolder(); // of the user
+        // Where the machine mounts what is its own, with all that is below.
+        std::vector<std::string> machineFolders = {"/boot",  "/dev",  "/efi", "/etc",  "/lib",
+                                                   "/lib64", "/proc", "/run", "/snap", "/sys",
+                                                   "/tmp",   "/usr",  "/var"};
     };
 
     MountDrives();
@@ -48,14 +54,18 @@ public:
     DriveType TypeOf(const std::string &drive) override;
 
     // The file system's own answer, else the name under which the system lists the device. Remote
-    // drives are not asked: a server that is gone would hold the program.
+    // drives are not asked: a server that is gone would hold the program. The home folder that is
+    // no mount point has its own name as its label.
     std::string LabelOf(const std::string &drive) override;
 
     std::string SerialOf(const std::string &drive) override;
 
+    std::vector<std::string> Roots() override;
+
 private:
     void Refresh(); // reads the table again when the kernel told of a change
     const Mount *FindMount(std::string_view drive) const;
+    bool IsUsersDrive(const Mount &mount) const;
     DriveType TypeOfMount(const Mount &mount) const;
     std::string LabelOfMount(const Mount &mount) const;
     std::string DeviceOf(const Mount &mount) const;

@@ -75,6 +75,14 @@ std::string Environment(const char *name)
     return value != nullptr ? value : "";
 }
 
+std::string HomeFolder()
+{
+    std::string home = UserHome();
+    while (home.size() > 1 && home.ends_with('/'))
+        home.pop_back();
+    return home;
+}
+
 std::string ConfigHome()
 {
     return UserFolder("XDG_CONFIG_HOME", "/.config");

@@ -12,6 +12,9 @@ namespace platform::posix
 std::string ConfigHome();
 std::string DataHome();
 
+// The user's home; a path in which nothing can be made when there is none.
+std::string HomeFolder();
+
 // The folder of the running program's file, without a trailing separator.
 std::string ProgramFolder();
 

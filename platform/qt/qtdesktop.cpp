@@ -84,7 +84,7 @@ QtDesktop::QtDesktop() = default;
 
 QtDesktop::~QtDesktop()
 {
-    if (m_hourglassShown)
+    if (m_shownPointer != Pointer::Normal)
         QGuiApplication::restoreOverrideCursor();
 }
 
@@ -192,14 +192,15 @@ void QtDesktop::SetPointer(Pointer pointer)
 
 void QtDesktop::ShowPointer()
 {
-    const bool wanted = m_pointer == Pointer::Hourglass && m_boxesUp == 0;
-    if (wanted == m_hourglassShown)
+    const Pointer wanted = m_boxesUp == 0 ? m_pointer : Pointer::Normal;
+    if (wanted == m_shownPointer)
         return;
-    m_hourglassShown = wanted;
-    if (wanted)
-        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    else
+    if (m_shownPointer != Pointer::Normal)
         QGuiApplication::restoreOverrideCursor();
+    m_shownPointer = wanted;
+    if (wanted != Pointer::Normal)
+        QGuiApplication::setOverrideCursor(wanted == Pointer::Hourglass ? Qt::WaitCursor
+                                                                        : Qt::BusyCursor);
 }
 
 void QtDesktop::DoEvents()

@@ -65,7 +65,7 @@ private:
     std::unique_ptr<HelpWindow> m_help;  // made at the first wish for it
     Pointer m_pointer = Pointer::Normal; // what the program wants
     int m_boxesUp = 0;
-    bool m_hourglassShown = false;
+    Pointer m_shownPointer = Pointer::Normal;
     bool m_inputClosed = false; // the last input box, by its frame
 };
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -100,8 +101,12 @@ Theme::Theme(QObject *parent)
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
-    bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
-                SLOT(SettingChanged(QString, QString, QDBusVariant)));
+    // Without this the first connect of a process is refused: the slot's type is not known yet.
+    qRegisterMetaType<QDBusVariant>("QDBusVariant");
+    if (!bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
+                     SLOT(SettingChanged(QString, QString, QDBusVariant))))
+        qWarning("The changes between dark and light are not followed: %s",
+                 qPrintable(bus.lastError().message()));
     Ask();
 }
 

@@ -132,4 +132,38 @@ TEST(MountDrives, TheRealMachineAnswers)
     EXPECT_EQ(drives.SerialOf("/nonexistent"), "");
 }
 
+TEST_F(Machine, RootsAreWhatAUserKnows)
+{
+    std::filesystem::create_directories(folder / "home/ana");
+    std::filesystem::create_directories(folder / "fuse");
+    tests::WriteFile(folder / "hosts", "a file");
+    AddMount("8:3", root + "/hosts", "ext4", "/dev/none3"); // a mounted file
+    AddMount("0:5", "/proc", "proc", "proc");
+    AddMount("8:4", "/boot/efi", "vfat", "/dev/none4");
+    AddMount("7:1", root + "/snap", "squashfs", "/dev/loop1");
+    AddMount("0:50", root + "/fuse", "fuse.sshfs2", "ana@server:");
+    AddMount("0:51", "/run/user/1/doc", "fuse.portal", "portal");
+    AddMount("0:52", "/run/media/ana/gone", "fuseblk", "/dev/none5");
+    AddMount("8:17", root + "/stick", "vfat", root + "/dev1"); // a second time
+    places.home = root + "/home/ana";
+    std::erase(places.machineFolders, "/tmp"); // where the test's folders are
+    MountDrives drives(places);
+    EXPECT_EQ(drives.Roots(),
+              (std::vector<std::string>{"/", root + "/home/ana", "/run/media/ana/gone",
+                                        root + "/disk", root + "/fuse", root + "/net"}));
+    EXPECT_EQ(drives.LabelOf(root + "/home/ana"), "ana");
+    EXPECT_EQ(drives.TypeOf(root + "/home/ana"), DriveType::NoRoot);
+    places.home = root + "/absent";
+    MountDrives homeless(places);
+    EXPECT_EQ(homeless.Roots()[1], "/run/media/ana/gone");
+}
+
+TEST(HomeFolder, HasNoSeparatorAtItsEnd)
+{
+    const std::string before = platform::posix::Environment("HOME");
+    setenv("HOME", "/home/ana//", 1);
+    EXPECT_EQ(platform::posix::HomeFolder(), "/home/ana");
+    setenv("HOME", before.c_str(), 1);
+}
+
 } // namespace

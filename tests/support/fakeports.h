@@ -7,6 +7,7 @@
 #include "platform/machine.h"
 
 #include <string>
+#include <vector>
 
 namespace tests
 {
@@ -42,7 +43,7 @@ private:
     platform::Clock *m_before;
 };
 
-// One drive, "/", for every path.
+// One drive, "/", for every path; `roots` are those that a user would be shown.
 class FakeDrives : public platform::Drives
 {
 public:
@@ -55,9 +56,11 @@ public:
     platform::DriveType TypeOf(const std::string & /*drive*/) override { return type; }
     std::string LabelOf(const std::string & /*drive*/) override { return label; }
     std::string SerialOf(const std::string & /*drive*/) override { return {}; }
+    std::vector<std::string> Roots() override { return roots; }
 
     platform::DriveType type = platform::DriveType::Fixed;
     std::string label = "LABEL";
+    std::vector<std::string> roots{"/"};
 
 private:
     platform::Drives *m_before;

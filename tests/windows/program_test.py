@@ -217,6 +217,36 @@ class WindowedProgram(StartedProgram):
         self.assertIn("Width", self.stored())
         self.assertFalse((self.home / "MP3s.mdb-wal").exists(), "the catalogue was left open")
 
+    def brightness(self, window):
+        """The mean brightness of what the window shows, 0 to 100."""
+        shown = subprocess.run(["import", "-window", window, "-colorspace", "Gray", "-format", "%[fx:100*mean]",
+                                "info:"], capture_output=True, text=True, env=self.env).stdout
+        return float(shown or -1)
+
+    def test_dark_and_light_follow_the_desktop(self):
+        portal = subprocess.Popen([os.environ["QUENLIN_SETTINGS_PORTAL"]], env=self.env, stdin=subprocess.PIPE,
+                                  stdout=subprocess.PIPE, text=True)
+        self.addCleanup(portal.wait)
+        self.addCleanup(portal.kill)
+        self.addCleanup(portal.stdout.close)
+        self.addCleanup(portal.stdin.close)
+        self.assertEqual(portal.stdout.readline(), "ready\n")
+        process = self.start()
+        window = self.main_window(process)
+        self.assertTrue(wait_for(lambda: self.brightness(window) > 60), self.brightness(window))
+        for scheme, wanted in (("1", lambda b: 0 <= b < 40), ("2", lambda b: b > 60)):
+            portal.stdin.write(scheme + "\n")
+            portal.stdin.flush()
+            self.assertTrue(wait_for(lambda: wanted(self.brightness(window))), self.brightness(window))
+        process.terminate()
+        self.assertEqual(process.wait(10), 0)
+
+    def test_a_display_that_cannot_be_opened_is_one_sentence(self):
+        self.env["DISPLAY"] = ":4711"
+        ended = subprocess.run([PROGRAM], env=self.env, capture_output=True, text=True, timeout=20)
+        self.assertEqual(ended.returncode, 1)
+        self.assertEqual(ended.stderr, "quenlin: The display :4711 cannot be opened.\n")
+
     def test_f1_shows_the_help(self):
         shutil.copy(SOURCE / "assets" / "shipped" / "Brandolet.hlp", self.home)
         process = self.start()
