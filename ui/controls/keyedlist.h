@@ -43,6 +43,10 @@ public:
     void SetColumnWidth(std::string_view key, int widthTwips);
     void SetColumnPosition(std::string_view key, int position); // the others close up
 
+    // Without headers the columns stay as they are.
+    bool HeadersHidden() const { return m_headersHidden; }
+    void HideHeaders(bool hide) { Assign(m_headersHidden, hide); }
+
     // --- Rows.
     void ClearRows(); // with them go the keys of the sub-items and the selection
     // Names sub-items 1, 2, ... of every row.
@@ -101,9 +105,16 @@ public:
     void EndUpdate();
     bool Updating() const { return m_updating > 0; }
 
-    // A line that the window shows in place of rows while there is none; empty for none.
+    // A line that the window shows in place of rows while there is none; empty for none. With a
+    // caption it has a button below, whose click is `onHintClick`.
     const std::string &Hint() const { return m_hint; }
-    void SetHint(std::string_view hint) { Assign(m_hint, std::string(hint)); }
+    const std::string &HintButton() const { return m_hintButton; }
+    void SetHint(std::string_view hint, std::string_view buttonCaption = {})
+    {
+        Assign(m_hintButton, std::string(buttonCaption));
+        Assign(m_hint, std::string(hint));
+    }
+    std::function<void()> onHintClick;
 
     // The events of logic. A column is numbered from 1.
     std::function<void()> onClick, onDblClick, onItemClick;
@@ -143,7 +154,8 @@ private:
     std::vector<RowId> m_order;
     std::vector<std::string> m_images{std::string()};
     KeyIndex m_index;
-    std::string m_hint, m_dimmedTip;
+    std::string m_hint, m_hintButton, m_dimmedTip;
+    bool m_headersHidden = false;
     RowId m_focus = kNoRow;
     int m_selectedCount = 0;
     int m_sortKey = 0;

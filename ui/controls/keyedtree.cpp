@@ -1,6 +1,7 @@
 #include "ui/controls/keyedtree.h"
 
 #include "runtime/error.h"
+#include "runtime/sortkey.h"
 
 #include <algorithm>
 
@@ -111,6 +112,23 @@ const KeyedTree::Node &KeyedTree::At(NodeId node) const
     return m_nodes[static_cast<std::size_t>(node)];
 }
 
+void KeyedTree::SortChildren(NodeId parent)
+{
+    if (Children(parent).size() < 2)
+        return;
+    TreeUpdate update(*this);
+    std::vector<NodeId> &children = ChildrenToFill(parent);
+    std::vector<std::pair<std::string, NodeId>> keyed;
+    keyed.reserve(children.size());
+    for (const NodeId child : children)
+        keyed.emplace_back(runtime::SortKeyOf(Text(child)), child);
+    std::ranges::stable_sort(keyed, {}, &std::pair<std::string, NodeId>::first);
+    for (std::size_t row = 0; row < keyed.size(); ++row) {
+        children[row] = keyed[row].second;
+        m_nodes[static_cast<std::size_t>(children[row])].row = static_cast<std::int32_t>(row);
+    }
+}
+
 NodeId KeyedTree::Find(std::string_view key) const
 {
     return FindHashed(key, KeyIndex::HashOf(key));
@@ -197,6 +215,15 @@ void KeyedTree::ChangeExpansion(NodeId node, bool expanded)
         expansionChanged(node);
     if (!expanded && m_selected != kNoNode && IsBelow(m_selected, node))
         Select(node);
+}
+
+void KeyedTree::MakeVisible(NodeId node)
+{
+    std::vector<NodeId> above;
+    for (NodeId up = Parent(node); up != kNoNode; up = Parent(up))
+        above.push_back(up);
+    for (auto up = above.rbegin(); up != above.rend(); ++up)
+        SetExpanded(*up, true);
 }
 
 void KeyedTree::SetExpanded(NodeId node, bool expanded)

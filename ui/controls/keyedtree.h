@@ -35,6 +35,10 @@ public:
     void Remove(std::string_view key);
     void Clear();
 
+    // Puts the children of `parent` (the roots for kNoNode) in the order of their texts as lists
+    // show them; equal ones keep their order. Nodes added later come behind.
+    void SortChildren(NodeId parent);
+
     NodeId Find(std::string_view key) const; // kNoNode when absent
     NodeId Count() const { return static_cast<NodeId>(m_nodes.size()); }
 
@@ -54,6 +58,9 @@ public:
     // The selected node, kNoNode when there is none. Selecting from code raises no event.
     NodeId Selected() const { return m_selected; }
     void Select(NodeId node);
+
+    // Expands all nodes above `node` that are not, from the top down, so that it can be seen.
+    void MakeVisible(NodeId node);
 
     // From code: expanding a collapsed node raises `onExpand`, collapsing raises nothing.
     // Collapsing a node selects it if the selected node is below it.

@@ -1,16 +1,18 @@
 // ui/controls/progressbar.h - a value on its way from 0 to a maximum.
 #pragma once
 
-#include "ui/controls/hook.h"
+#include "ui/controls/area.h"
 
 #include <cstdint>
 
 namespace ui
 {
 
-class ProgressBar
+class ProgressBar : public Area
 {
 public:
+    ProgressBar() : Area({}, false) {}
+
     std::int64_t Value() const { return m_value; }
     void SetValue(std::int64_t value)
     {
@@ -25,19 +27,9 @@ public:
         Notify(changed);
     }
 
-    bool Visible() const { return m_visible; }
-    void SetVisible(bool visible)
-    {
-        m_visible = visible;
-        Notify(changed);
-    }
-
-    ChangeHook changed;
-
 private:
     std::int64_t m_value = 0;
     std::int64_t m_max = 0;
-    bool m_visible = false;
 };
 
 } // namespace ui

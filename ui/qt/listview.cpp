@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 
@@ -18,7 +19,8 @@ namespace ui::qt
 namespace
 {
 
-constexpr int kFrame = 3; // pixels of the frame at each side
+constexpr int kHintGap = 12; // pixels between the middle and the hint, the hint's button
+constexpr int kFrame = 3;    // pixels of the frame at each side
 
 } // namespace
 
@@ -70,7 +72,7 @@ ListView::ListView(ui::KeyedList &list, QWidget *parent, Placing placing)
     list.listChanged = [this](ui::ListChange change) { Changed(change); };
     Bind(list, this, [this] {
         Place();
-        setAccessibleDescription(m_list.Count() == 0 ? ToQt(m_list.Hint()) : QString());
+        ShowHint();
         viewport()->update();
     });
     ShowRows();
@@ -133,7 +135,31 @@ void ListView::ShowRows()
 {
     ShowColumns();
     ShowSelection();
-    setAccessibleDescription(m_list.Count() == 0 ? ToQt(m_list.Hint()) : QString());
+    ShowHint();
+}
+
+// The hint's button is below the middle, the text then ends above it.
+void ListView::ShowHint()
+{
+    const bool shows = m_list.Count() == 0 && !m_list.Hint().empty();
+    setAccessibleDescription(shows ? ToQt(m_list.Hint()) : QString());
+    setHeaderHidden(m_list.HeadersHidden());
+    const bool hasButton = shows && !m_list.HintButton().empty();
+    if (hasButton && m_hintButton == nullptr) {
+        m_hintButton = new QPushButton(viewport());
+        Name(m_hintButton, "cmdHint");
+        connect(m_hintButton, &QPushButton::clicked, this, [this] {
+            if (m_list.onHintClick)
+                m_list.onHintClick();
+        });
+    }
+    if (m_hintButton == nullptr)
+        return;
+    m_hintButton->setText(MenuText(m_list.HintButton()));
+    m_hintButton->resize(m_hintButton->sizeHint());
+    m_hintButton->move((viewport()->width() - m_hintButton->width()) / 2,
+                       viewport()->height() / 2 + kHintGap);
+    m_hintButton->setVisible(hasButton);
 }
 
 void ListView::ShowColumns()
@@ -344,6 +370,12 @@ bool ListView::viewportEvent(QEvent *event)
     return ShowTipOfCutText(*this, event) || QTreeView::viewportEvent(event);
 }
 
+void ListView::resizeEvent(QResizeEvent *event)
+{
+    QTreeView::resizeEvent(event);
+    ShowHint();
+}
+
 void ListView::paintEvent(QPaintEvent *event)
 {
     QTreeView::paintEvent(event);
@@ -351,8 +383,13 @@ void ListView::paintEvent(QPaintEvent *event)
         return;
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
-    const QRect place = viewport()->rect().adjusted(24, 24, -24, -24);
-    painter.drawText(place, Qt::AlignCenter | Qt::TextWordWrap, LabelText(m_list.Hint()));
+    QRect place = viewport()->rect().adjusted(24, 24, -24, -24);
+    Qt::Alignment where = Qt::AlignCenter;
+    if (!m_list.HintButton().empty()) {
+        place.setBottom(viewport()->height() / 2 - kHintGap);
+        where = Qt::AlignHCenter | Qt::AlignBottom;
+    }
+    painter.drawText(place, static_cast<int>(where) | Qt::TextWordWrap, LabelText(m_list.Hint()));
 }
 
 } // namespace ui::qt

@@ -11,6 +11,8 @@
 #include <QElapsedTimer>
 #include <QTreeView>
 
+class QPushButton;
+
 namespace ui::qt
 {
 
@@ -51,10 +53,12 @@ protected:
     void startDrag(Qt::DropActions actions) override;
     bool viewportEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
 
 private:
     void Place();
+    void ShowHint();
     void ShowRows();
     void ShowColumns();
     void ShowOrder();
@@ -69,6 +73,7 @@ private:
     const Placing m_placing;
     ListModel m_model;
     KeptPicture m_picture;
+    QPushButton *m_hintButton = nullptr; // made when a hint has one; owned by the viewport
     QElapsedTimer m_sinceTyped;
     QString m_typed;
     int m_leftInset = 0;

@@ -1,0 +1,139 @@
+// bench/dirtree.cpp - what opening a folder in the folder tree costs, against a bare listing of the
+// folder with one look into each sub-folder, in the same run.
+//
+//   dirtree FOLDER [SUBFOLDERS] [ROUNDS]
+//
+// Makes the sub-folders in FOLDER where they are missing, each with one folder in it. Prints the
+// median of each in milliseconds, their ratio, and the number of nodes; fails when that is wrong.
+#include "platform/clock.h"
+#include "platform/drives.h"
+#include "platform/machine.h"
+#include "platform/posix/systemclock.h"
+#include "platform/posix/systemfolders.h"
+#include "platform/terminal/terminaldesktop.h"
+#include "ui/cDirTree.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+constexpr int kJudged = 10000; // sub-folders from which on the time is judged
+constexpr double kLimit = 2.0;
+
+// The measured folder as the one drive.
+struct OneDrive : platform::Drives {
+    std::string DriveOf(const std::string & /*path*/) override { return drive; }
+    platform::DriveType TypeOf(const std::string & /*drive*/) override
+    {
+        return platform::DriveType::Fixed;
+    }
+    std::string LabelOf(const std::string & /*drive*/) override { return {}; }
+    std::string SerialOf(const std::string & /*drive*/) override { return {}; }
+    std::vector<std::string> Roots() override { return {drive}; }
+    std::string drive;
+};
+
+void MakeFolders(const std::string &folder, int count)
+{
+    for (int number = 0; number < count; number++) {
+        char name[32];
+        std::snprintf(name, sizeof name, "Folder %06d", number);
+        fs::create_directories(fs::path(folder) / name / "inner");
+    }
+}
+
+// A listing, then the first folder of each; what no listing of that kind can do without.
+int ListBarely(const std::string &path)
+{
+    DIR *folder = opendir(path.c_str());
+    std::vector<std::string> names;
+    while (const dirent *entry = readdir(folder))
+        if (entry->d_type == DT_DIR && entry->d_name[0] != '.')
+            names.emplace_back(entry->d_name);
+    int found = 0;
+    for (const std::string &name : names) {
+        const int fd = openat(dirfd(folder), name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        DIR *sub = fdopendir(fd);
+        while (const dirent *entry = readdir(sub))
+            if (entry->d_type == DT_DIR && entry->d_name[0] != '.') {
+                found++;
+                break;
+            }
+        closedir(sub);
+    }
+    closedir(folder);
+    return found;
+}
+
+int OpenInTree(const std::string &path)
+{
+    ui::KeyedTree tree;
+    ui::cDirTree dirTree;
+    dirTree.SetTV(tree);
+    dirTree.ListDrives("");
+    tree.ClickExpander(dirTree.FindPath(path));
+    return tree.Count();
+}
+
+template <class Step>
+double MedianMs(int rounds, int &result, const Step &step)
+{
+    std::vector<double> times;
+    for (int round = 0; round < rounds; round++) {
+        const auto start = std::chrono::steady_clock::now();
+        result = step();
+        times.push_back(
+            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+                .count());
+    }
+    std::ranges::sort(times);
+    return times[times.size() / 2];
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc < 2) {
+        std::fprintf(stderr, "usage: dirtree FOLDER [SUBFOLDERS] [ROUNDS]\n");
+        return 2;
+    }
+    const int count = argc > 2 ? std::atoi(argv[2]) : 20000;
+    const int rounds = argc > 3 ? std::atoi(argv[3]) : 7;
+    const std::string folder = fs::absolute(argv[1]).string();
+    MakeFolders(folder, count);
+
+    OneDrive drives;
+    drives.drive = folder;
+    platform::posix::SystemFolders folders;
+    platform::posix::SystemClock clock;
+    platform::terminal::TerminalDesktop desktop;
+    platform::Machine &machine = platform::TheMachine();
+    machine.drives = &drives;
+    machine.folders = &folders;
+    machine.clock = &clock;
+    machine.desktop = &desktop;
+
+    int looked = 0, nodes = 0;
+    ListBarely(folder);
+    const double floorMs = MedianMs(rounds, looked, [&] { return ListBarely(folder); });
+    const double treeMs = MedianMs(rounds, nodes, [&] { return OpenInTree(folder); });
+    std::printf("subfolders=%d bare_ms=%.1f tree_ms=%.1f ratio=%.2f nodes=%d\n", looked, floorMs,
+                treeMs, treeMs / floorMs, nodes);
+    // The desktop, the computer and the drive, then each sub-folder and the one in it.
+    const bool right = looked == count && nodes == 3 + 2 * count;
+    return right && (count < kJudged || treeMs <= kLimit * floorMs) ? 0 : 1;
+}
