@@ -6,6 +6,7 @@
 #include "catalogue/regeneration/integrityreport.h"
 #include "catalogue/regeneration/walker.h"
 #include "catalogue/rowgroups.h"
+#include "catalogue/sqlite/cataloguecopy.h"
 #include "metadata/mp3info.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
@@ -106,6 +107,12 @@ void SetProgress(const Run &run)
         bar->SetValue(run.value);
 }
 
+void TellProgress(std::string_view line, std::int64_t value, std::int64_t maximum)
+{
+    if (const auto &tell = TheState().controls.Progress)
+        tell(line, value, maximum);
+}
+
 void ShowCount(const Run &run)
 {
     SetPanel("Blank", std::to_string(run.value) + "/" + std::to_string(run.maximum));
@@ -129,6 +136,7 @@ void EnterRoot(const std::string &folder)
 {
     try {
         Dirs().SetRoot(folder);
+        MP3s().SetPath(folder);
     } catch (const runtime::RuntimeError &error) {
         const std::string name = folder.empty() ? "MP3 Directory" : folder;
         throw runtime::RuntimeError(error.number,
@@ -157,9 +165,11 @@ std::int64_t CountFiles()
     return count;
 }
 
-// Adds an entry to the list of failures, or counts it where the list is full.
-void ListFailure(const std::string &entry)
+// Adds an entry to the list of failures, or counts it where the list is full. Each ends its line.
+void ListFailure(std::string entry)
 {
+    if (!entry.ends_with('\r'))
+        entry.push_back('\r');
     if (const auto &show = TheState().controls.ShowFailure)
         show(entry);
     RegenerationSummary &summary = TheState().summary;
@@ -210,7 +220,10 @@ void ScanFile(Run &run, const std::string &path)
     metadata::GetMP3Info(path, oldTag, tag, header, hasID3v1, hasID3v2, false);
     RegenerationSummary &summary = TheState().summary;
     summary.files++;
-    summary.anyReported |= run.report.LogTagFailure(path, hasID3v1, hasID3v2);
+    if (run.report.LogTagFailure(path, hasID3v1, hasID3v2)) {
+        summary.anyReported = true;
+        summary.reported++;
+    }
     AddInGroup(path, run.groups, [path](const AddOutcome &outcome) { NoteOutcome(path, outcome); });
 }
 
@@ -219,8 +232,10 @@ void ScanFiles(Run &run)
     const std::string folder = MP3s().Path();
     for (std::int64_t index = 0; index < MP3s().ListCount(); index++) {
         const std::string name = MP3s().List(index);
-        SetPanel("Playing", "Adding: " + runtime::Replace(name, " & ", " && "));
+        const std::string line = "Adding: " + runtime::Replace(name, " & ", " && ");
+        SetPanel("Playing", line);
         ShowCount(run);
+        TellProgress(line, run.value, run.maximum);
         TheDesktop().DoEvents();
         if (TheState().stopRequested)
             return;
@@ -246,6 +261,7 @@ void ScanFolder(Run &run)
             TheState().summary.unreadableFolders.push_back(failure);
             continue;
         }
+        MP3s().SetPath(entry);
         ScanFolder(run);
         Dirs().SetPath(here);
     }
@@ -280,16 +296,35 @@ void CloseReport(Run &run)
 
 void CountAll(std::int64_t &maximum)
 {
-    SetPanel("Playing", shell::GetLanguageText("Counting MP3s", "CountingMP3s", "Progress"));
+    const std::string line = shell::GetLanguageText("Counting MP3s", "CountingMP3s", "Progress");
+    SetPanel("Playing", line);
+    TellProgress(line, 0, 0);
     const std::int64_t inRoot = MP3s().ListCount();
     maximum = CountFiles() + inRoot;
     if (ui::ProgressBar *bar = TheState().controls.PBar; bar != nullptr)
         bar->SetMax(maximum);
 }
 
-// A table that could not be emptied keeps rows of files that are gone: it counts as a failure.
+// Whether there are rows that a deletion would lose.
+bool HasSongs()
+{
+    const auto records = Records(DataAccess->ExecuteSQL("SELECT * FROM MP3s", kDetect));
+    return records != nullptr && records->IsOpen() && !records->AtEnd();
+}
+
+// Empties the table, after a copy of the whole catalogue. Without a copy nothing is deleted. A
+// table that could not be emptied keeps rows of files that are gone: it counts as a failure.
 void EmptyTable()
 {
+    if (HasSongs()) {
+        const std::string reason =
+            CopyCatalogue(DataAccess->DirBase + DataAccess->DataBaseName + ".mdb");
+        if (!reason.empty()) {
+            TheState().summary.rowsLost = true;
+            ListFailure(reason + "\r");
+            return;
+        }
+    }
     DataAccess->ExecuteSQL("DELETE FROM MP3s", kDetect);
     if (DataAccess->Succeeded)
         return;
@@ -332,7 +367,8 @@ struct RunningMark {
     {
         TheState().running = true;
         TheState().stopRequested = false;
-        TheState().summary = {};
+        TheState().summary.number++;
+        TheState().summary.skipped = false;
     }
     ~RunningMark() { TheState().running = false; }
     RunningMark(const RunningMark &) = delete;
@@ -349,6 +385,26 @@ RegenerationControls &TheRegenerationControls()
 const RegenerationSummary &LastRegeneration()
 {
     return TheState().summary;
+}
+
+const std::string &PathOfMP3s()
+{
+    return MP3s().Path();
+}
+
+void MoveMP3s(const std::string &path)
+{
+    MP3s().SetPath(path);
+}
+
+std::vector<std::string> MP3FilesIn(const std::string &path)
+{
+    FileBox files;
+    files.SetPath(path);
+    std::vector<std::string> names;
+    for (std::int64_t index = 0; index < files.ListCount(); index++)
+        names.push_back(files.List(index));
+    return names;
 }
 
 bool IsRegenerating()
@@ -380,6 +436,9 @@ void ListRefresh(bool showProgress)
         TheState().summary.skipped = true;
         return;
     }
+    const std::uint64_t number = TheState().summary.number;
+    TheState().summary = {};
+    TheState().summary.number = number;
     try {
         Regenerate();
     } catch (const runtime::RuntimeError &) {

@@ -27,20 +27,27 @@ struct RegenerationControls {
     // Shows each failure as it is met, instead of the list that goes on the clipboard at the end:
     // for a terminal, which keeps nothing.
     std::function<void(const std::string &failure)> ShowFailure;
+
+    // The line of panel "Playing" with the files done and their number (0 while they are counted),
+    // for a window that shows a run of its own.
+    std::function<void(std::string_view line, std::int64_t value, std::int64_t maximum)> Progress;
 };
 RegenerationControls &TheRegenerationControls();
 
 // What the last run found out; for the terminal, which has no list to look at.
 struct RegenerationSummary {
+    std::uint64_t number = 0;                   // of the call of ListRefresh; 0 before the first
     std::int64_t files = 0;                     // MP3 files that were met
     std::int64_t failed = 0;                    // files that could not be added or updated
     std::vector<std::string> unreadableFolders; // path, ": ", the system's words
     std::string errors;        // the reasons as the clipboard gets them: 64 KiB, then a count
     std::int64_t unlisted = 0; // the reasons that found no room in `errors`
     bool rowsLost = false;     // the catalogue did not take a row, or could not be emptied
+    std::int64_t reported = 0; // files that have an entry in the report
     bool anyReported = false;  // the report has an entry
     bool stopped = false;      // ended early by StopRegeneration
-    bool skipped = false;      // the walker stood at the folder already: nothing was done
+    // The walker was at the folder already: nothing was done, the rest is of the run before.
+    bool skipped = false;
 };
 const RegenerationSummary &LastRegeneration();
 
@@ -53,6 +60,14 @@ const RegenerationSummary &LastRegeneration();
 //         again, PBar is hidden and its panels are empty, as after a run, but the folder box stands
 //         nowhere, so that the run can be tried again.
 void ListRefresh(bool showProgress);
+
+// The path of the main window's file box, and a move of it alone, without the folder box: the next
+// ListRefresh does not take it for a folder that was done.
+const std::string &PathOfMP3s();
+void MoveMP3s(const std::string &path);
+
+// The names of the MP3 files in a folder, in the order of a walk; none when it cannot be read.
+std::vector<std::string> MP3FilesIn(const std::string &path);
 
 // Whether a run is under way, and the request that it end at the next file: no question is asked
 // then, and the report stays without its closing lines. Without a run it does nothing.

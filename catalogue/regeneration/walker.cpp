@@ -7,6 +7,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -29,6 +30,29 @@ using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
     if (errnoValue == ENOENT || errnoValue == ENOTDIR)
         throw runtime::RuntimeError(runtime::kPathNotFound);
     throw runtime::FileError(errnoValue);
+}
+
+// The folders in which desktops keep what the user threw away on a disk.
+// Source: the trash rules of freedesktop.org (".Trash", ".Trash-1000").
+bool IsTrash(std::string_view name)
+{
+    return name == ".Trash" || name.starts_with(".Trash-");
+}
+
+// Whether a file is the companion that another system puts beside each file on a foreign disk: the
+// name begins with "._", the bytes with that format's mark. Source: AppleDouble, RFC 1740.
+bool IsCompanion(DIR *folder, const char *name)
+{
+    constexpr std::string_view kMark = std::string_view("\x00\x05\x16\x07", 4);
+    if (!std::string_view(name).starts_with("._"))
+        return false;
+    const int file = openat(dirfd(folder), name, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file < 0)
+        return false;
+    char start[kMark.size()] = {};
+    const ssize_t got = pread(file, start, sizeof start, 0);
+    close(file);
+    return std::string_view(start, got > 0 ? static_cast<std::size_t>(got) : 0) == kMark;
 }
 
 bool IsDotName(const char *name)
@@ -81,10 +105,12 @@ void ReadNames(DIR *folder, FolderListing &listing)
             break;
         if (IsDotName(entry->d_name))
             continue;
-        if (IsFolder(folder, *entry))
-            listing.folders.emplace_back(entry->d_name);
-        else if (MatchesPattern(entry->d_name))
+        if (IsFolder(folder, *entry)) {
+            if (!IsTrash(entry->d_name))
+                listing.folders.emplace_back(entry->d_name);
+        } else if (MatchesPattern(entry->d_name) && !IsCompanion(folder, entry->d_name)) {
             listing.files.emplace_back(entry->d_name);
+        }
     }
     if (errno != 0)
         ThrowFolderError(errno);
@@ -122,10 +148,10 @@ void FolderBox::SetPath(const std::string &path)
 {
     const std::string wanted = CutSeparators(path);
     if (GoUp(wanted)) {
-        m_path = wanted;
+        Assign(wanted);
     } else if (IsBelow(wanted)) {
         m_listings.push_back(ReadBelow(wanted));
-        m_path = wanted;
+        Assign(wanted);
     } else {
         SetRoot(wanted);
     }
@@ -140,7 +166,16 @@ void FolderBox::SetRoot(const std::string &path)
     m_listings.clear();
     m_reached = {{root.identity, wanted}};
     m_listings.push_back(std::move(root));
-    m_path = wanted;
+    Assign(wanted);
+}
+
+void FolderBox::Assign(const std::string &path)
+{
+    if (path == m_path)
+        return;
+    m_path = path;
+    if (changed)
+        changed();
 }
 
 // The listing of a folder on the way down; an empty one when it was reached by another path before.
@@ -192,29 +227,81 @@ const FolderListing &FolderBox::Listing() const
 
 void FolderBox::Clear()
 {
-    m_path.clear();
     m_listings.clear();
     m_reached.clear();
+    Assign({});
+}
+
+FileBox::FileBox(FolderBox &dirs) : m_dirs(&dirs)
+{
+    dirs.changed = [this, &dirs] { SetPath(dirs.Path()); };
+}
+
+void FileBox::SetPath(const std::string &path)
+{
+    m_path = CutSeparators(path);
+    m_read = false;
+    m_files.clear();
+}
+
+// The files of the folder in the box; those that the folder box has read where it is at that
+// folder.
+const std::vector<std::string> &FileBox::Files() const
+{
+    if (m_dirs != nullptr && m_dirs->Path() == m_path)
+        return m_dirs->Listing().files;
+    if (!m_read && !m_path.empty()) {
+        try {
+            OpenFolder folder;
+            FolderListing listing = OpenListing(m_path, folder);
+            ReadNames(folder.get(), listing);
+            m_files = std::move(listing.files);
+        } catch (const runtime::RuntimeError &) {
+            m_files.clear(); // what cannot be read has no files
+        }
+    }
+    m_read = true;
+    return m_files;
+}
+
+std::int64_t FileBox::ListCount() const
+{
+    return static_cast<std::int64_t>(Files().size());
 }
 
 std::string FileBox::List(std::int64_t index) const
 {
-    const std::vector<std::string> &files = m_dirs.Listing().files;
-    if (index < 0 || index >= ListCount())
+    const std::vector<std::string> &files = Files();
+    if (index < 0 || index >= static_cast<std::int64_t>(files.size()))
         return {};
     return files[static_cast<std::size_t>(index)];
 }
 
+namespace
+{
+
+// Made together, so that the file box follows from the first change on.
+struct Boxes {
+    FolderBox dirs;
+    FileBox mp3s{dirs};
+};
+
+Boxes &TheBoxes()
+{
+    static Boxes boxes;
+    return boxes;
+}
+
+} // namespace
+
 FolderBox &Dirs()
 {
-    static FolderBox dirs;
-    return dirs;
+    return TheBoxes().dirs;
 }
 
 FileBox &MP3s()
 {
-    static FileBox files(Dirs());
-    return files;
+    return TheBoxes().mp3s;
 }
 
 std::string JoinPath(const std::string &folder, const std::string &name)

@@ -2,10 +2,13 @@
 // lists the sub-folders of its folder, `MP3s` the MP3 files of the same folder.
 //
 // Both list in the order of the upper-cased names, and of the bytes where these are equal. Hidden
-// names are listed like all others. A name is kept as the file system gives it, byte for byte.
+// names are listed like all others, but for the folders of a disk's trash (".Trash", ".Trash-1000")
+// and the companions "._song.mp3" of another system. A name is kept as the file system gives it,
+// byte for byte.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -51,7 +54,10 @@ public:
     // Forgets the folder and all listings.
     void Clear();
 
+    std::function<void()> changed; // the Change event: another folder is in the box
+
 private:
+    void Assign(const std::string &path);
     bool GoUp(const std::string &path);
     bool IsBelow(const std::string &path) const;
     FolderListing ReadBelow(const std::string &path);
@@ -61,23 +67,35 @@ private:
     std::map<FolderIdentity, std::string> m_reached; // by which path, since SetRoot
 };
 
-// The file box with the pattern "*.mp3"; it follows the folder box.
+// The file box with the pattern "*.mp3". It has a path of its own, which follows each change of the
+// folder box it goes with.
 class FileBox
 {
 public:
-    explicit FileBox(const FolderBox &dirs) : m_dirs(dirs) {}
+    FileBox() = default;
+    // Follows `dirs`, whose Change event it takes. Both live equally long.
+    explicit FileBox(FolderBox &dirs);
+    FileBox(const FileBox &) = delete;
+    FileBox &operator=(const FileBox &) = delete;
 
-    const std::string &Path() const { return m_dirs.Path(); }
-    std::int64_t ListCount() const
-    {
-        return static_cast<std::int64_t>(m_dirs.Listing().files.size());
-    }
+    const std::string &Path() const { return m_path; }
+
+    // Puts `path` in the box alone; separators at its end are cut. The folder is read when its
+    // files are asked for; one that cannot be read has none.
+    void SetPath(const std::string &path);
+
+    std::int64_t ListCount() const;
 
     // The name of file `index`, from 0; empty behind the last one.
     std::string List(std::int64_t index) const;
 
 private:
-    const FolderBox &m_dirs;
+    const std::vector<std::string> &Files() const;
+
+    const FolderBox *m_dirs = nullptr;
+    std::string m_path;
+    mutable bool m_read = false;              // m_files are those of m_path
+    mutable std::vector<std::string> m_files; // when the folder box is at another folder
 };
 
 // The program's two boxes. They start at no folder at all. A test puts them back with

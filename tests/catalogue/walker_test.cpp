@@ -250,4 +250,61 @@ TEST_F(Walker, ClearForgetsTheFolder)
     EXPECT_EQ(Folders(), Names{});
 }
 
+TEST_F(Walker, TheFileBoxFollowsTheFolderBox)
+{
+    Make("a/1.mp3");
+    Make("2.mp3");
+    dirs.SetPath(folder.Path());
+    EXPECT_EQ(mp3s.Path(), folder.Path());
+    dirs.SetPath(folder / "a");
+    EXPECT_EQ(mp3s.Path(), folder / "a");
+    EXPECT_EQ(Files(), Names{"1.mp3"});
+    dirs.SetPath(folder.Path()); // back up, from what was kept
+    EXPECT_EQ(mp3s.Path(), folder.Path());
+    EXPECT_EQ(Files(), Names{"2.mp3"});
+    dirs.Clear();
+    EXPECT_EQ(mp3s.Path(), "");
+}
+
+TEST_F(Walker, TheFileBoxMovesAloneToo)
+{
+    Make("a/1.mp3");
+    Make("b/2.mp3");
+    Make("b/3.MP3");
+    dirs.SetPath(folder / "a");
+    mp3s.SetPath(folder / "b/");
+    EXPECT_EQ(mp3s.Path(), folder / "b");
+    EXPECT_EQ(dirs.Path(), folder / "a");
+    EXPECT_EQ(Files(), (Names{"2.mp3", "3.MP3"}));
+    EXPECT_EQ(mp3s.List(2), "");
+    EXPECT_EQ(mp3s.List(-1), "");
+    dirs.SetPath(folder / "a"); // no change, no event
+    EXPECT_EQ(mp3s.Path(), folder / "b");
+    dirs.SetPath(folder.Path());
+    EXPECT_EQ(mp3s.Path(), folder.Path());
+    mp3s.SetPath(folder / "absent");
+    EXPECT_EQ(mp3s.ListCount(), 0);
+    catalogue::FileBox alone;
+    EXPECT_EQ(alone.ListCount(), 0);
+    alone.SetPath(folder / "a");
+    EXPECT_EQ(alone.List(0), "1.mp3");
+}
+
+TEST_F(Walker, LeavesTheTrashAndForeignCompanionsOut)
+{
+    Make(".Trash/files/1.mp3");
+    Make(".Trash-1000/files/2.mp3");
+    Make(".Trashy/3.mp3");
+    Make(".trash/4.mp3");
+    Make("...And more/5.mp3");
+    Make("._Real song.mp3"); // by its bytes no companion
+    tests::WriteFile(folder / "._Song.mp3", std::string("\x00\x05\x16\x07more", 8));
+    tests::WriteFile(folder / "._Cut.mp3", std::string("\x00\x05\x16", 3));
+    tests::WriteFile(folder / "Mark.mp3", std::string("\x00\x05\x16\x07", 4));
+    tests::WriteFile(folder / ".Trash-file.mp3", "x");
+    dirs.SetPath(folder.Path());
+    EXPECT_EQ(Folders(), (Names{"...And more", ".trash", ".Trashy"}));
+    EXPECT_EQ(Files(), (Names{".Trash-file.mp3", "._Cut.mp3", "._Real song.mp3", "Mark.mp3"}));
+}
+
 } // namespace

@@ -1,0 +1,145 @@
+#include "catalogue/sqlite/cataloguecopy.h"
+
+#include "catalogue/lockwait.h"
+#include "catalogue/sqlite/cataloguefile.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "platform/machine.h"
+#include "runtime/error.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+namespace catalogue
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kFront = "MP3s ", kBack = ".mdb";
+constexpr int kPagesAStep = 1024;
+constexpr int kWaitUs = 10000; // between tries while the file is locked
+
+platform::Files &Files()
+{
+    return *platform::TheMachine().files;
+}
+
+std::string ReasonOf(int errnoValue, const std::string &path)
+{
+    return path + ": " + runtime::FileError(errnoValue).description;
+}
+
+// The copies in the folder, the oldest first: their names have the time in the order of its parts.
+std::vector<std::string> CopiesIn(const std::string &folder)
+{
+    std::vector<std::string> names;
+    std::error_code failure;
+    for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end;
+         entry.increment(failure)) {
+        const std::string name = entry->path().filename().string();
+        if (name.starts_with(kFront) && name.ends_with(kBack))
+            names.push_back(name);
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+std::string NewName(const std::vector<std::string> &taken)
+{
+    const platform::LocalTime now = platform::TheMachine().clock->Now();
+    char time[64];
+    std::snprintf(time, sizeof time, "%04d-%02d-%02d %02d-%02d-%02d", now.year, now.month, now.day,
+                  now.hour, now.minute, now.second);
+    const std::string front = std::string(kFront) + time;
+    std::string name = front + std::string(kBack);
+    for (int number = 2; std::ranges::find(taken, name) != taken.end(); number++)
+        name = front + "_" + std::to_string(number) + std::string(kBack);
+    return name;
+}
+
+// Copies the database by the engine's own means into the empty file `to`. Returns the reason of a
+// failure.
+std::string CopyDatabase(sqlite3 *from, const std::string &to)
+{
+    sqlite3 *target = nullptr;
+    std::int64_t patienceUs = LockPatienceMs() * 1000;
+    int code = sqlite3_open_v2(to.c_str(), &target, SQLITE_OPEN_READWRITE, nullptr);
+    if (code == SQLITE_OK) {
+        if (sqlite3_backup *copy = sqlite3_backup_init(target, "main", from, "main")) {
+            do {
+                code = sqlite3_backup_step(copy, kPagesAStep);
+                if ((code == SQLITE_BUSY || code == SQLITE_LOCKED) && patienceUs > 0) {
+                    MachineSleepUs(kWaitUs);
+                    patienceUs -= kWaitUs;
+                    code = SQLITE_OK;
+                }
+            } while (code == SQLITE_OK);
+            sqlite3_backup_finish(copy);
+        }
+        code = sqlite3_errcode(target);
+    }
+    const std::string reason =
+        code == SQLITE_OK ? std::string() : to + ": " + sqlite3_errmsg(target);
+    sqlite3_close(target);
+    return reason;
+}
+
+// Gives the finished copy its name. Returns the reason of a failure.
+std::string Settle(int handle, const std::string &temporary, const std::string &path)
+{
+    int failure = Files().Flush(handle);
+    if (failure == 0)
+        failure = Files().Rename(temporary, path);
+    if (failure == 0)
+        failure = Files().FlushFolderOf(path);
+    return failure == 0 ? std::string() : ReasonOf(failure, path);
+}
+
+std::string MakeCopy(sqlite3 *from, const std::string &path)
+{
+    std::string temporary;
+    const int handle = Files().CreateBeside(path, temporary);
+    if (handle < 0)
+        return ReasonOf(-handle, path);
+    std::string reason = CopyDatabase(from, temporary);
+    if (reason.empty())
+        reason = Settle(handle, temporary, path);
+    Files().Close(handle);
+    if (!reason.empty())
+        Files().Delete(temporary);
+    return reason;
+}
+
+} // namespace
+
+std::string CopyCatalogue(const std::string &path)
+{
+    const std::string folder = (fs::path(path).parent_path() / "Backup").string();
+    if (const int failure = Files().MakeFolder(folder); failure != 0 && failure != EEXIST)
+        return ReasonOf(failure, folder);
+    std::vector<std::string> copies = CopiesIn(folder);
+    const std::string name = NewName(copies);
+    try {
+        const auto file = CatalogueFile::At(path);
+        const std::string reason = MakeCopy(file->Main().Db(), folder + "/" + name);
+        if (!reason.empty())
+            return reason;
+    } catch (const ProviderFailure &failure) {
+        return failure.what();
+    }
+    // One that cannot be removed stays: what matters is that the newest are there.
+    for (std::size_t old = 0; old + kCopiesKept <= copies.size(); old++)
+        Files().Delete(folder + "/" + copies[old]);
+    return {};
+}
+
+} // namespace catalogue
