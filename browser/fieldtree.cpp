@@ -1,6 +1,7 @@
 #include "browser/fieldtree.h"
 
 #include "browser/itemlist.h"
+#include "browser/liststate.h"
 #include "catalogue/adoclass.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
@@ -107,44 +108,23 @@ private:
     std::string m_key;
 };
 
-// Failures are ignored: one bad record skips its node.
-void FillValues(ui::KeyedTree &tree, const ItemKind &kind, catalogue::Recordset &records)
+// Failures are ignored: one bad record skips its node. Returns: the words of the last one; empty
+// when there was none.
+std::string FillValues(ui::KeyedTree &tree, const ItemKind &kind, catalogue::Recordset &records)
 {
+    std::string failure;
     if (tree.Find(GroupKey(kind.field)) == ui::kNoNode)
-        return;
+        return failure;
     const int column = records.FindField(kind.field == "List" ? "List_Name" : kind.field);
     ValueNodes nodes(tree, kind);
     for (; !records.AtEnd(); records.MoveNext()) {
         try {
             nodes.Add(records.Text(column));
-        } catch (const runtime::RuntimeError &) {
+        } catch (const runtime::RuntimeError &error) {
+            failure = error.description;
         }
     }
-}
-
-// Whether the tree has groups of songs, and all of them are empty.
-bool IsEmptyOfSongs(const ui::KeyedTree &tree)
-{
-    bool anyGroup = false;
-    for (const ui::NodeId root : tree.Children(ui::kNoNode))
-        for (const ui::NodeId group : tree.Children(root)) {
-            if (tree.Key(group) == "ByList")
-                continue;
-            if (!tree.Children(group).empty())
-                return false;
-            anyGroup = true;
-        }
-    return anyGroup;
-}
-
-void ShowHint(MainForm &form)
-{
-    form.LV.SetHint(
-        IsEmptyOfSongs(form.TV)
-            ? shell::GetLanguageText("The catalogue is empty. Choose Tools, Regenerate Database "
-                                     "to fill it from your music folder.",
-                                     "EmptyCatalogue", "Status")
-            : std::string());
+    return failure;
 }
 
 } // namespace
@@ -166,8 +146,11 @@ void LoadTreeView(MainForm &form, std::string_view fieldName)
         else if (!fieldName.empty())
             form.TV.Remove(GroupKey(field));
     }
+    form.catalogueError.clear();
     FillFieldTree(form, "SELECT *\rFROM MP3s", fieldName);
-    ShowHint(form);
+    if (fieldName.empty())
+        EndRegenerationDisplay(form);
+    ShowListState(form);
 }
 
 void FillFieldTree(MainForm &form, std::string_view sql, std::string_view fieldName)
@@ -186,8 +169,15 @@ void FillFieldTree(MainForm &form, std::string_view sql, std::string_view fieldN
             statement = kListStatement;
         int kind = catalogue::kDetect;
         const auto records = catalogue::Records(catalogue::DataAccess->ExecuteSQL(statement, kind));
+        if (catalogue::DataAccess == nullptr)
+            return; // the same, while the statement let them run
+        std::string failure;
+        if (!catalogue::DataAccess->Succeeded)
+            failure = catalogue::DataAccess->ErrorMessage;
         if (records != nullptr && records->IsOpen())
-            FillValues(form.TV, KindOfField(field), *records);
+            failure = FillValues(form.TV, KindOfField(field), *records);
+        if (!failure.empty())
+            form.catalogueError = failure;
     }
 }
 

@@ -38,23 +38,6 @@ bool CanRunNow(const MainForm &form, std::string_view name)
     return CanRun(name) && (form.fileCommandsEnabled || !IsFileCommand(name));
 }
 
-void RegenerateDatabase(MainForm &form)
-{
-    if (catalogue::IsRegenerating())
-        return;
-    try {
-        catalogue::ListRefresh(true);
-    } catch (const runtime::RuntimeError &) {
-        if (form.closePending)
-            UnloadMainForm(form);
-        throw;
-    }
-    if (form.closePending)
-        UnloadMainForm(form);
-    else
-        LoadTreeView(form, "");
-}
-
 void ToggleWebStyle(MainForm &form)
 {
     ui::Command &entry = *form.FindMenu("submnuWebStyle");
@@ -130,13 +113,30 @@ private:
 void RegisterOwnCommands(MainForm &form)
 {
     RegisterCommand("submnuExit", [&form] { CloseMainForm(form); });
-    RegisterCommand("submnuRegenerateDatabase", [&form] { RegenerateDatabase(form); });
+    RegisterCommand("submnuRegenerateDatabase", [&form] { RegenerateAndLoad(form, true); });
     RegisterCommand("submnuRefreshTree", [&form] { RefreshTree(form); });
     RegisterCommand("submnuWebStyle", [&form] { ToggleWebStyle(form); });
     RegisterCommand("submnuShowHelp", ShowHelp);
     RegisterCommand("submnuForums", [] { OpenPage("Forums/default.asp"); });
     RegisterCommand("submnuTutorials", [] { OpenPage("Tutorial%20Index.asp"); });
     RegisterCommand("submnuEnglish", ChooseEnglish);
+}
+
+void RegenerateAndLoad(MainForm &form, bool showProgress)
+{
+    if (catalogue::IsRegenerating())
+        return;
+    try {
+        catalogue::ListRefresh(showProgress);
+    } catch (const runtime::RuntimeError &) {
+        if (form.closePending)
+            UnloadMainForm(form);
+        throw;
+    }
+    if (form.closePending)
+        UnloadMainForm(form);
+    else
+        LoadTreeView(form, "");
 }
 
 void RunCommand(MainForm &form, std::string_view name)

@@ -372,6 +372,7 @@ void BindListEvents(MainForm &form)
     };
     form.LV.onItemClick = selectionMoved;
     form.LV.onDblClick = [&form] { ItemClick(form, form.LV); };
+    form.LV.onHintClick = [&form] { RunCommand(form, "submnuPreferences"); };
     form.LV.onColumnClick = [&form](int column) {
         const bool sorted = form.LV.SortKey() == column - 1;
         form.LV.SetSort(column - 1, sorted != form.LV.Descending());

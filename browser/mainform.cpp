@@ -4,6 +4,7 @@
 #include "browser/fieldtree.h"
 #include "browser/formhandlers.h"
 #include "browser/itemlist.h"
+#include "browser/liststate.h"
 #include "browser/webpanel.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/regeneration.h"
@@ -107,12 +108,15 @@ void BindRegeneration(MainForm &form)
         form.LV.SetEnabled(enabled);
     };
     controls.EmptyLV = [&form] { form.LV.ClearRows(); };
+    controls.Progress = [&form](std::string_view, std::int64_t value, std::int64_t maximum) {
+        ShowReading(form, value, maximum);
+    };
 }
 
 void ReleaseRegeneration()
 {
     catalogue::RegenerationControls &controls = catalogue::TheRegenerationControls();
-    controls = {nullptr, nullptr, {}, {}, {}, controls.EmailBugReport};
+    controls = {nullptr, nullptr, {}, {}, {}, controls.EmailBugReport, {}, {}};
     shell::TheStatusLine() = nullptr;
 }
 

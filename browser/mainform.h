@@ -11,6 +11,7 @@
 #include "ui/controls/progressbar.h"
 #include "ui/controls/statusbar.h"
 
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -96,6 +97,8 @@ struct MainForm : PanelForm {
     bool progressBarLaid = false;     // the bar moves into the status bar once a run
     bool separatorReleased = false;   // a release came while a move was laying out
     bool listHooked = false;
+    std::string catalogueError; // why the last load of the tree could not read it all; else empty
+    std::uint64_t shownRun = 0; // the number of the regeneration that the list's area has told of
     bool closePending =
         false; // the window closes when the running regeneration or export has ended
     bool inPopupClick = false;  // a command of the popup runs
@@ -182,6 +185,10 @@ void ShowProgressBar(MainForm &form, std::string_view panelKey = "PlayingStatus"
 // and list made visible and the window sized around them.
 void ApplyPreferences(MainForm &form);
 void ShowTreeAndList(MainForm &form);
+
+// ListRefresh, then LoadTreeView(""); nothing while a regeneration is under way. A close that was
+// asked for meanwhile follows in place of the tree. Errors: those of ListRefresh.
+void RegenerateAndLoad(MainForm &form, bool showProgress);
 
 // Closes the window, if all other windows let it (their mayClose): unloads it, or, while a
 // regeneration runs, ends that at its next file and unloads afterwards. submnuExit and the window's

@@ -1,4 +1,5 @@
 // The main window as a user walks through it, by mouse and keys.
+#include "catalogue/regeneration.h"
 #include "tests/windows/mainwindowfixture.h"
 
 #include <gtest/gtest.h>
@@ -339,15 +340,18 @@ TEST_F(MainWindowTest, BarLiesOverItsPanelDuringARegeneration)
     EXPECT_NEAR(bar.width(), (1500 - 80) / 15.0, 1);
 }
 
-TEST_F(MainWindowTest, SecondRegenerationOfTheFolderLeavesTreeAndListDisabled)
+TEST_F(MainWindowTest, SecondRegenerationOfTheFolderDoesNothingAndSaysSo)
 {
     Encode("1.mp3", "So What", "Miles Davis", "Kind of Blue");
     Start();
     Regenerate();
     EXPECT_TRUE(TV().isEnabled());
     Regenerate();
-    EXPECT_FALSE(TV().isEnabled());
-    EXPECT_FALSE(LV().isEnabled());
+    EXPECT_TRUE(catalogue::LastRegeneration().skipped);
+    EXPECT_TRUE(TV().isEnabled());
+    EXPECT_TRUE(LV().isEnabled());
+    EXPECT_FALSE(Find(*window, "PBar")->isVisible());
+    EXPECT_EQ(Form().SB.Panel("Playing").text, "This folder has been done in this run.");
 }
 
 TEST_F(MainWindowTest, StoredPlaceOfALargerScreenIsBroughtIntoView)
