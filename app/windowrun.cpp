@@ -16,6 +16,7 @@
 #include "search/install.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
+#include "shell/preferences/preferences.h"
 #include "shell/startup/frmSplash.h"
 #include "shell/startup/startup.h"
 #include "tagedit/editcommands.h"
@@ -68,6 +69,7 @@ void LoadMainWindow(Windows &windows)
     browser::RegisterCommand("submnuAbout", [&windows] { ShowAbout(windows); });
     browser::InstallFileCommands();
     tagedit::Install();
+    shell::InstallPreferences();
     form.calls.unloadForms = [] {
         for (QWidget *window : QApplication::topLevelWidgets())
             window->hide();
@@ -116,7 +118,8 @@ void End(const Windows &windows)
     if (windows.ended || windows.main == nullptr)
         return;
     if (QWidget *box = QApplication::activeModalWidget(); box != nullptr) {
-        box->close(); // which answers it with No
+        catalogue::StopRegeneration(); // of a window that lets itself be closed after it
+        box->close();                  // which answers it with No
         return;
     }
     if (windows.main->isVisible()) {

@@ -1,0 +1,479 @@
+#include "shell/preferences/preferences.h"
+
+#include "browser/fieldtree.h"
+#include "browser/mainform.h"
+#include "catalogue/adoclass.h"
+#include "catalogue/regeneration.h"
+#include "platform/clock.h"
+#include "platform/desktop.h"
+#include "platform/drives.h"
+#include "platform/folders.h"
+#include "platform/machine.h"
+#include "platform/posix/userfolders.h"
+#include "runtime/error.h"
+#include "runtime/text.h"
+#include "shell/globals.h"
+#include "shell/language.h"
+#include "shell/settings.h"
+
+#include <utility>
+
+namespace shell
+{
+
+namespace
+{
+
+using platform::FolderAnswer;
+
+constexpr int kEnterKey = 13;
+constexpr std::int64_t kQuietMs = 100; // of a wait for a disk, until events run
+
+platform::Folders &TheFolders()
+{
+    return *platform::TheMachine().folders;
+}
+
+std::string TextOf(std::string_view defaultText, std::string_view key)
+{
+    return GetLanguageText(defaultText, key, kPreferences);
+}
+
+// What a choice may be made with; all of it rests while a job of the window is under way.
+void EnableChoices(PreferencesForm &form, bool enabled)
+{
+    form.tvwDirTree.SetEnabled(enabled);
+    form.txtPath.SetEnabled(enabled);
+    form.cmdOk.SetEnabled(enabled);
+    form.cmdApply.SetEnabled(enabled);
+}
+
+// Asks whether the folder can be read. A disk that does not answer is given up after a while, with
+// events running and no choice possible.
+FolderAnswer LookAt(const std::string &path, PreferencesForm *form = nullptr)
+{
+    platform::Clock &clock = *platform::TheMachine().clock;
+    const std::int64_t since = clock.SteadyMs();
+    bool yielded = false;
+    std::string firstFolder;
+    const FolderAnswer answer = TheFolders().Look(
+        path, {},
+        [&] {
+            const std::int64_t waited = clock.SteadyMs() - since;
+            if (form != nullptr && waited >= kQuietMs) {
+                if (!std::exchange(yielded, true))
+                    EnableChoices(*form, false);
+                platform::TheMachine().desktop->DoEvents();
+            }
+            return waited < ui::cDirTree::kPatienceMs;
+        },
+        firstFolder);
+    if (yielded)
+        EnableChoices(*form, true);
+    return answer;
+}
+
+bool IsThere(const std::string &path)
+{
+    return LookAt(path) == FolderAnswer::Listed;
+}
+
+std::string ParentOf(const std::string &path)
+{
+    const auto separator = path.rfind('/');
+    return path.substr(0, separator == 0 ? 1 : separator);
+}
+
+std::string CutSeparators(std::string path)
+{
+    while (path.size() > 1 && path.ends_with('/'))
+        path.pop_back();
+    return path;
+}
+
+bool IsCatalogueEmpty()
+{
+    const auto records = catalogue::Records(
+        catalogue::DataAccess->ExecuteSQL("SELECT * FROM MP3s", catalogue::kDetect));
+    return records != nullptr && records->IsOpen() && records->AtEnd();
+}
+
+// The folder that the user's songs are likely to be in.
+std::string MusicFolder()
+{
+    for (const std::string &folder :
+         {TheFolders().UserFolder("MUSIC"), platform::posix::HomeFolder()})
+        if (folder.starts_with('/') && IsThere(folder))
+            return folder;
+    return "/";
+}
+
+std::string StoredFolder()
+{
+    return GetSetting(kPreferences, "MP3 Directory");
+}
+
+// A line in place of the list's rows: how many songs the folder in the box has.
+void ShowFileCount(PreferencesForm &form)
+{
+    form.Files = catalogue::MP3FilesIn(form.DirList);
+    const std::size_t count = form.Files.size();
+    std::string text =
+        count == 0 ? TextOf("No MP3 files in this folder itself. Its sub-folders are searched too.",
+                            "NoFilesHere")
+                   : TextOf("MP3 files in this folder: $Count$", "FilesHere");
+    form.LV.SetHint(runtime::Replace(text, "$Count$", std::to_string(count)));
+}
+
+// The change of DirList. Returns what hindered it.
+FolderAnswer SetDirList(PreferencesForm &form, const std::string &path)
+{
+    const FolderAnswer answer = LookAt(path, &form);
+    if (answer != FolderAnswer::Listed)
+        return answer;
+    form.DirList = path;
+    catalogue::MoveMP3s(path);
+    form.txtPath.SetText(path);
+    ShowFileCount(form);
+    return answer;
+}
+
+// The walk from the drive down to the folder in the box, and its files in the list. Each node on
+// the way is selected, so that the selection ends where DirList is.
+void OpenTree(PreferencesForm &form)
+{
+    const std::string target = form.DirList;
+    const bool wasLoading = std::exchange(form.loading, true);
+    for (const std::string &part : form.dirTree->WayTo(target)) {
+        const ui::NodeId node = form.dirTree->FindPath(part);
+        if (node == ui::kNoNode)
+            break; // not listed, so nothing below it is
+        form.tvwDirTree.MakeVisible(node);
+        form.tvwDirTree.Select(node);
+        form.tvwDirTree.SetExpanded(node, true);
+    }
+    form.loading = wasLoading;
+    form.LV.ClearRows();
+    form.Files = catalogue::MP3FilesIn(target);
+    for (const std::string &name : form.Files)
+        form.LV.AddRow(name, name, "MP3", {});
+}
+
+// The folder that the box's text means; empty for an empty text.
+std::string TypedFolder(const PreferencesForm &form)
+{
+    std::string text(runtime::Trim(form.txtPath.Text()));
+    if (text == "~" || text.starts_with("~/"))
+        text.replace(0, 1, platform::posix::HomeFolder());
+    return CutSeparators(platform::posix::AbsolutePath(text));
+}
+
+[[noreturn]] void ThrowNoFolder(const std::string &path, FolderAnswer answer)
+{
+    const int number =
+        answer == FolderAnswer::Missing ? runtime::kPathNotFound : runtime::kPathFileAccess;
+    throw runtime::RuntimeError(number, path + ": " + runtime::DescribeError(number));
+}
+
+// Opens the folder that was typed; nothing when the box shows DirList.
+void OpenTypedFolder(PreferencesForm &form)
+{
+    if (form.txtPath.Text() == form.DirList)
+        return;
+    const std::string path = TypedFolder(form);
+    if (path.empty()) {
+        form.txtPath.SetText(form.DirList);
+        return;
+    }
+    if (const FolderAnswer answer = SetDirList(form, path); answer != FolderAnswer::Listed)
+        ThrowNoFolder(path, answer);
+    form.txtPath.SetText(form.DirList);
+    OpenTree(form);
+}
+
+void ApplyLanguage(PreferencesForm &form)
+{
+    struct Caption {
+        ui::Label *label;
+        std::string_view key;
+    };
+    const Caption captions[] = {
+        {&form.frmAutomatic, "Automatic"},
+        {&form.frmSeekBy, "Controls"},
+        {&form.frmEditingTags, "EditingTags"},
+        {&form.Reload, "GenerateDBAtStartup"},
+        {&form.chkAutoShow, "ShowLyricsWhenSongChanges"},
+        {&form.chkDoBackUp, "BackFilesbeforeEditing"},
+        {&form.chkUpdateDB, "UpdateDBAfterEditing"},
+        {&form.frmMP3, "MP3Directory"},
+        {&form.lblFolder, "Folder"},
+        {&form.lblFolders, "Folders"},
+        {&form.lblFiles, "FilesOfFolder"},
+        {&form.chkDeleteTable, "DeleteTableBeforeAppend"},
+        {&form.cmdOk, "OkButton"},
+        {&form.cmdCancel, "CancelButton"},
+        {&form.cmdApply, "ApplyButton"},
+        {&form.chkAutoCheck, "AutoCheckForNewerVersion"},
+    };
+    for (const Caption &caption : captions)
+        caption.label->SetCaption(TextOf(caption.label->Caption(), caption.key));
+    for (ui::CheckBox &option : form.LoadTreeOpt)
+        option.SetCaption(GetLanguageText(option.Caption(), option.Caption(), "ColumnHeaders"));
+}
+
+std::string LoadKey(std::size_t field)
+{
+    return std::string("Load ").append(FieldNames[field]);
+}
+
+void SetChecks(PreferencesForm &form)
+{
+    form.chkDoBackUp.SetChecked(GetFlagPreference("Back Up Files"));
+    form.chkUpdateDB.SetChecked(GetFlagPreference("Update DB after editing"));
+    form.chkAutoShow.SetChecked(GetFlagPreference("Show Lyrics automatically"));
+    form.chkDeleteTable.SetChecked(GetFlagPreference("Delete Before Append"));
+    form.chkAutoCheck.SetChecked(GetFlagPreference("AutoCheckNewerVersion"));
+    for (std::size_t field = 0; field < form.LoadTreeOpt.size(); field++)
+        form.LoadTreeOpt[field].SetChecked(GetFlagPreference(LoadKey(field)));
+}
+
+// The window during a regeneration that was started from it: its own bar and the file's name, and
+// no choice.
+class ShownRun
+{
+public:
+    explicit ShownRun(PreferencesForm &form) : m_form(form)
+    {
+        m_form.regenerating = true;
+        EnableChoices(m_form, false);
+        m_form.PBar.SetValue(0);
+        m_form.PBar.SetVisible(true);
+        m_form.lblProgress.SetVisible(true);
+        catalogue::TheRegenerationControls().Progress =
+            [this](std::string_view line, std::int64_t value, std::int64_t maximum) {
+                m_form.lblProgress.SetCaption(line);
+                m_form.PBar.SetMax(maximum);
+                m_form.PBar.SetValue(value);
+            };
+    }
+    ~ShownRun()
+    {
+        catalogue::TheRegenerationControls().Progress = nullptr;
+        m_form.lblProgress.SetCaption("");
+        m_form.lblProgress.SetVisible(false);
+        m_form.PBar.SetVisible(false);
+        EnableChoices(m_form, true);
+        m_form.regenerating = false;
+    }
+    ShownRun(const ShownRun &) = delete;
+    ShownRun &operator=(const ShownRun &) = delete;
+
+private:
+    PreferencesForm &m_form;
+};
+
+bool HasChosenAnotherFolder(const PreferencesForm &form)
+{
+    return (form.standIn.empty() || form.DirList != form.standIn) &&
+           runtime::UpperText(form.DirList) != runtime::UpperText(TheGlobals().MP3Directory);
+}
+
+void ApplyFolder(PreferencesForm &form)
+{
+    if (!HasChosenAnotherFolder(form))
+        return;
+    TheGlobals().MP3Directory = form.DirList;
+    TheGlobals().DeleteBeforeAppend = form.chkDeleteTable.Checked();
+    {
+        const ShownRun shown(form);
+        catalogue::ListRefresh(false);
+    }
+    form.standIn.clear();
+    if (!catalogue::LastRegeneration().stopped)
+        browser::LoadTreeView(browser::frmMain(), "");
+}
+
+// The folder as it is stored: one that stands in for another leaves that as it is.
+void SaveFolder(const PreferencesForm &form)
+{
+    if (form.standIn.empty() || form.DirList != form.standIn)
+        SavePreference("MP3 Directory", form.DirList);
+    else if (!StoredFolder().empty())
+        SavePreference("MP3 Directory", StoredFolder());
+}
+
+void SaveSettings(const PreferencesForm &form)
+{
+    SaveFlagPreference("RefreshAtStartUp", form.Reload.Checked());
+    SaveFolder(form);
+    SaveFlagPreference("Back Up Files", form.chkDoBackUp.Checked());
+    SaveFlagPreference("Update DB after editing", form.chkUpdateDB.Checked());
+    SaveFlagPreference("Show Lyrics automatically", form.chkAutoShow.Checked());
+    SaveFlagPreference("Delete Before Append", form.chkDeleteTable.Checked());
+    SaveFlagPreference("AutoCheckNewerVersion", form.chkAutoCheck.Checked());
+    Globals &globals = TheGlobals();
+    globals.BackUpFiles = form.chkDoBackUp.Checked();
+    globals.UpdateDBAfterEditing = form.chkUpdateDB.Checked();
+    globals.ShowLyricsAutomatically = form.chkAutoShow.Checked();
+    globals.DeleteBeforeAppend = form.chkDeleteTable.Checked();
+    globals.AutoCheckNewerVersion = form.chkAutoCheck.Checked();
+}
+
+// One field after the other: its key is stored, then its group is built or removed where the flag
+// differs.
+void ApplyFields(const PreferencesForm &form)
+{
+    for (std::size_t field = 0; field < form.LoadTreeOpt.size(); field++) {
+        const bool load = form.LoadTreeOpt[field].Checked();
+        SaveFlagPreference(LoadKey(field), load);
+        if (load == TheGlobals().LoadField[field])
+            continue;
+        TheGlobals().LoadField[field] = load;
+        browser::LoadTreeView(browser::frmMain(), FieldNames[field]);
+    }
+}
+
+} // namespace
+
+StartFolder FindStartFolder()
+{
+    const std::string stored = CutSeparators(StoredFolder());
+    if (stored.empty())
+        return {MusicFolder(), !IsCatalogueEmpty()};
+    if (IsThere(stored))
+        return {stored, false};
+    if (!stored.starts_with('/'))
+        return {MusicFolder(), true};
+    std::string above = ParentOf(stored);
+    while (above != "/" && !IsThere(above))
+        above = ParentOf(above);
+    return {above, true};
+}
+
+void LoadPreferences(PreferencesForm &form)
+{
+    form.SetTitle(
+        runtime::Replace(GetLanguageText("&Preferences", "Preferences", "OptionMenus"), "&", ""));
+    ApplyLanguage(form);
+    form.Reload.SetChecked(GetFlagPreference("RefreshAtStartUp"));
+    const StartFolder start = FindStartFolder();
+    form.standIn = start.isStandIn ? start.path : std::string();
+    SetDirList(form, start.path);
+    SetChecks(form);
+    form.tmrUnload.event = [&form] {
+        if (MayUnloadPreferences(form) && form.unload)
+            form.unload();
+    };
+    form.dirTree = std::make_unique<ui::cDirTree>();
+    form.dirTree->SetTV(form.tvwDirTree);
+    form.dirTree->SetParent({&form.LV, nullptr, form.addDesktopIcon});
+    form.dirTree->ChangePath = [&form] { DirTree_ChangePath(form); };
+    form.folderBefore = TheFolders().CurrentFolder();
+    TheFolders().SetCurrentFolder(form.DirList);
+    form.loading = true;
+    form.dirTree->LoadTV();
+    form.loading = false;
+    if (form.DirList != "/")
+        OpenTree(form);
+}
+
+void DirTree_ChangePath(PreferencesForm &form)
+{
+    const ui::NodeId selected = form.tvwDirTree.Selected();
+    if (form.loading || selected == ui::kNoNode || !form.dirTree->IsFolder(selected))
+        return;
+    const std::string path = form.dirTree->PathOf(selected);
+    if (path == form.DirList || SetDirList(form, path) == FolderAnswer::Listed)
+        return;
+    if (const ui::NodeId before = form.dirTree->FindPath(form.DirList); before != ui::kNoNode)
+        form.tvwDirTree.Select(before);
+}
+
+bool txtPath_KeyPress(PreferencesForm &form, int key)
+{
+    if (key != kEnterKey)
+        return false;
+    OpenTypedFolder(form);
+    return true;
+}
+
+void txtPath_LostFocus(PreferencesForm &form)
+{
+    if (form.regenerating)
+        return;
+    try {
+        OpenTypedFolder(form);
+    } catch (const runtime::RuntimeError &) {
+        // A box here would swallow the click that leaves. Apply opens the folder again, and tells.
+    }
+}
+
+void cmdApply_Click(PreferencesForm &form)
+{
+    if (form.regenerating || form.dirTree->IsListing())
+        return;
+    OpenTypedFolder(form);
+    Globals &globals = TheGlobals();
+    const std::string folderBefore = globals.MP3Directory;
+    const bool deleteBefore = globals.DeleteBeforeAppend;
+    try {
+        ApplyFolder(form);
+        SaveSettings(form);
+        ApplyFields(form);
+    } catch (const runtime::RuntimeError &) {
+        globals.MP3Directory = folderBefore;
+        globals.DeleteBeforeAppend = deleteBefore;
+        throw;
+    }
+}
+
+void cmdOk_Click(PreferencesForm &form)
+{
+    if (form.regenerating || form.dirTree->IsListing())
+        return;
+    cmdApply_Click(form);
+    if (form.unload)
+        form.unload();
+}
+
+void cmdCancel_Click(PreferencesForm &form)
+{
+    if (form.unload)
+        form.unload();
+}
+
+bool MayUnloadPreferences(PreferencesForm &form)
+{
+    if (form.regenerating)
+        return false;
+    const bool waits = form.dirTree != nullptr && form.dirTree->IsListing();
+    if (waits)
+        form.dirTree->Abandon();
+    form.tmrUnload.SetEnabled(waits);
+    return !waits;
+}
+
+void UnloadPreferences(PreferencesForm &form)
+{
+    form.tmrUnload.SetEnabled(false);
+    // A folder that is gone must not leave the process in one that it would hold.
+    if (!form.folderBefore.empty() && !TheFolders().SetCurrentFolder(form.folderBefore))
+        TheFolders().SetCurrentFolder("/");
+    form.folderBefore.clear();
+    form.dirTree.reset();
+}
+
+void submnuPreferences_Click(const std::function<void()> &showModally)
+{
+    if (catalogue::IsRegenerating())
+        return;
+    const std::string before = TheGlobals().MP3Directory;
+    showModally();
+    if (catalogue::DataAccess == nullptr)
+        return; // the program was ended from the window
+    TheGlobals().MP3Directory = GetPreference("MP3 Directory");
+    if (TheGlobals().MP3Directory != before)
+        browser::RegenerateAndLoad(browser::frmMain(), false);
+}
+
+} // namespace shell

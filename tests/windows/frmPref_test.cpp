@@ -1,0 +1,175 @@
+// The preferences' window by mouse and keys, and a newcomer's road from the first start to the
+// first list.
+#include "browser/commands.h"
+#include "catalogue/regeneration.h"
+#include "platform/posix/systemfolders.h"
+#include "shell/preferences/preferences.h"
+#include "shell/settings.h"
+#include "tests/windows/mainwindowfixture.h"
+#include "ui/qt/form.h"
+
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <filesystem>
+
+namespace tests
+{
+
+namespace
+{
+
+class PreferencesWindowScaled : public MainWindowTest
+{
+protected:
+    PreferencesWindowScaled()
+    {
+        WriteFile(folder / "user-dirs.dirs", "XDG_MUSIC_DIR=\"" + Music() + "\"\n");
+        places.userFolders = folder / "user-dirs.dirs";
+        folders = std::make_unique<platform::posix::SystemFolders>(places);
+        folderBefore = folders->CurrentFolder();
+        platform::TheMachine().folders = folders.get();
+        drives.roots = {folder.Path()};
+    }
+    ~PreferencesWindowScaled() override
+    {
+        folders->SetCurrentFolder(folderBefore);
+        platform::TheMachine().folders = nullptr;
+    }
+
+    void StartWithPreferences()
+    {
+        Start();
+        shell::InstallPreferences();
+        browser::UpdateCommands(Form());
+        browser::LoadTreeView(Form(), "");
+    }
+
+    void OpenFromTheMenu() { ChooseMenu("mnuTools", "submnuPreferences"); }
+
+    std::string Stored() const { return shell::GetSetting(shell::kPreferences, "MP3 Directory"); }
+
+    platform::posix::SystemFolders::Places places;
+    std::unique_ptr<platform::posix::SystemFolders> folders;
+    std::string folderBefore;
+    ui::qt::FormWindows host;
+};
+
+TEST_F(PreferencesWindowScaled, ANewcomerGetsToTheFirstListInFiveActions)
+{
+    EncodeFour();
+    settings.values.erase("Quenlin/Preferences/MP3 Directory");
+    StartWithPreferences();
+    int actions = 1; // closing the tips of the day
+    auto *hint = Find<QPushButton>(*window, "cmdHint");
+    ASSERT_NE(hint, nullptr);
+    EXPECT_TRUE(hint->isVisible());
+    KeepScreenshot(*window, "first-start");
+    desktop.ExpectBox("There were some 'mistakes'", platform::Answer::No); // one song has no tag
+    bool seen = false;
+    WhenModal([&](QWidget &modal) {
+        KeepScreenshot(modal, "preferences");
+        EXPECT_EQ(modal.windowTitle(), QStringLiteral("Preferences"));
+        EXPECT_EQ(NamelessControls(modal), std::vector<std::string>());
+        EXPECT_EQ(Find<QLineEdit>(modal, "txtPath")->text().toStdString(), Music());
+        seen = true;
+        Click(*Find(modal, "cmdOk"));
+        actions++;
+    });
+    Click(*hint);
+    actions++;
+    EXPECT_TRUE(seen);
+    actions += static_cast<int>(desktop.boxes.size());
+    EXPECT_EQ(Stored(), Music());
+    EXPECT_TRUE(TV().isEnabled() && LV().isEnabled());
+    EXPECT_FALSE(hint->isVisible());
+    EXPECT_TRUE(Form().LV.Hint().find("4 songs") != std::string::npos) << Form().LV.Hint();
+    KeepScreenshot(*window, "first-regeneration-done");
+    ClickNode("ByTitle");
+    actions++;
+    bool listed = false;
+    for (int row = 0; row < Form().LV.Count(); row++)
+        listed |= Cell(row, 1) == "So What";
+    EXPECT_TRUE(listed);
+    EXPECT_LE(actions, 5);
+}
+
+TEST_F(PreferencesWindowScaled, EnterInThePathOpensTheTreeAndPressesNoButton)
+{
+    std::filesystem::create_directories(Song("deep/er"));
+    StartWithPreferences();
+    WhenModal([&](QWidget &modal) {
+        auto &path = *Find<QLineEdit>(modal, "txtPath");
+        path.setFocus();
+        path.selectAll();
+        TypeText(Song("deep/er"));
+        PressKey("Enter");
+        EXPECT_TRUE(modal.isVisible());
+        auto &tree = *Find<QTreeView>(modal, "tvwDirTree");
+        EXPECT_EQ(tree.currentIndex().data().toString(), QStringLiteral("er"));
+        EXPECT_EQ(catalogue::PathOfMP3s(), Song("deep/er"));
+        KeepScreenshot(modal, "preferences-path");
+        PressKey("Escape");
+    });
+    OpenFromTheMenu();
+    EXPECT_EQ(Stored(), Music());
+    EXPECT_EQ(catalogue::PathOfMP3s(), Song("deep/er")); // Cancel leaves it there
+}
+
+TEST_F(PreferencesWindowScaled, ARegenerationShowsHereAndTheWindowStays)
+{
+    EncodeFour();
+    std::filesystem::create_directories(folder / "other");
+    settings.Write("Quenlin", "Preferences", "MP3 Directory", folder / "other");
+    StartWithPreferences();
+    desktop.ExpectBox("There were some 'mistakes'", platform::Answer::No);
+    bool shown = false, stayed = false, rests = false;
+    WhenModal([&](QWidget &modal) {
+        auto &path = *Find<QLineEdit>(modal, "txtPath");
+        path.setFocus();
+        path.selectAll();
+        TypeText(Music());
+        desktop.doEvents = [&] {
+            QApplication::processEvents();
+            if (!catalogue::IsRegenerating() || catalogue::LastRegeneration().files != 2 || shown)
+                return;
+            shown = Find(modal, "PBar")->isVisible() && Find(modal, "lblProgress")->isVisible();
+            rests = !Find(modal, "cmdOk")->isEnabled() && !Find(modal, "cmdApply")->isEnabled() &&
+                    !Find(modal, "tvwDirTree")->isEnabled() && !path.isEnabled();
+            KeepScreenshot(modal, "preferences-regeneration");
+            modal.close();
+            stayed = modal.isVisible();
+        };
+        Click(*Find(modal, "cmdApply"));
+        desktop.doEvents = [] { QApplication::processEvents(); };
+        EXPECT_TRUE(modal.isVisible());
+        EXPECT_FALSE(Find(modal, "PBar")->isVisible());
+        Click(*Find(modal, "cmdCancel"));
+    });
+    OpenFromTheMenu();
+    EXPECT_TRUE(shown);
+    EXPECT_TRUE(rests);
+    EXPECT_TRUE(stayed);
+    EXPECT_EQ(Stored(), Music());
+    EXPECT_NE(Form().TV.Find("@SO WHAT"), ui::kNoNode);
+}
+
+TEST_F(PreferencesWindowScaled, AFieldIsTurnedOffByItsBox)
+{
+    StartWithPreferences();
+    WhenModal([&](QWidget &modal) {
+        auto &artist = *Find<QCheckBox>(modal, "LoadTreeOpt(1)");
+        ClickAt(artist, {artist.height() / 2, artist.height() / 2}); // it is wider than its text
+        EXPECT_FALSE(artist.isChecked());
+        Click(*Find(modal, "cmdOk"));
+    });
+    OpenFromTheMenu();
+    EXPECT_EQ(Form().TV.Find("ByArtist"), ui::kNoNode);
+    EXPECT_NE(Form().TV.Find("ByTitle"), ui::kNoNode);
+}
+
+} // namespace
+
+} // namespace tests
