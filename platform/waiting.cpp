@@ -19,19 +19,19 @@ struct State {
 
 } // namespace
 
-bool WaitUntil(const std::function<bool()> &condition, std::int64_t limitMs)
+WaitEnd WaitUntil(const std::function<bool()> &condition, std::int64_t limitMs)
 {
     const std::uint64_t before = state.cancels;
     const std::int64_t start = TheMachine().clock->SteadyMs();
     while (!condition()) {
-        if (TheMachine().clock->SteadyMs() - start >= limitMs || IsEndRequested())
-            return false;
+        if (TheMachine().clock->SteadyMs() - start >= limitMs)
+            return WaitEnd::Limit;
         TheMachine().desktop->DoEvents();
-        if (state.cancels != before)
-            return false;
+        if (state.cancels != before || IsEndRequested())
+            return WaitEnd::Cancelled;
         TheMachine().clock->Sleep(kStepMs);
     }
-    return true;
+    return WaitEnd::Held;
 }
 
 void CancelWaits()

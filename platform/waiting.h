@@ -7,10 +7,12 @@
 namespace platform
 {
 
+enum class WaitEnd { Held, Limit, Cancelled };
+
 // Lets events run until `condition` holds; asks it first, then about every 10 ms.
-// Returns: whether it held. False after `limitMs`, and when CancelWaits ran or a signal asked for
-// the end meanwhile.
-bool WaitUntil(const std::function<bool()> &condition, std::int64_t limitMs);
+// Returns: how the wait ended: it held; `limitMs` passed; CancelWaits ran or a signal asked for the
+// end meanwhile.
+WaitEnd WaitUntil(const std::function<bool()> &condition, std::int64_t limitMs);
 
 // Ends all waits that are under way, nested ones included; later ones are not touched.
 void CancelWaits();

@@ -10,6 +10,8 @@
 namespace
 {
 
+using platform::WaitEnd;
+
 class Waiting : public testing::Test
 {
 protected:
@@ -21,26 +23,26 @@ protected:
 
 TEST_F(Waiting, AConditionThatHoldsIsNotWaitedFor)
 {
-    EXPECT_TRUE(platform::WaitUntil([] { return true; }, 0));
+    EXPECT_EQ(platform::WaitUntil([] { return true; }, 0), WaitEnd::Held);
     EXPECT_EQ(desktop.yields, 0);
     EXPECT_EQ(clock.steadyMs, 0);
 }
 
 TEST_F(Waiting, EventsRunUntilItHolds)
 {
-    EXPECT_TRUE(platform::WaitUntil([this] { return desktop.yields == 3; }, 1000));
+    EXPECT_EQ(platform::WaitUntil([this] { return desktop.yields == 3; }, 1000), WaitEnd::Held);
     EXPECT_EQ(clock.steadyMs, 30);
 }
 
 TEST_F(Waiting, ItEndsAtItsLimit)
 {
-    EXPECT_FALSE(platform::WaitUntil([] { return false; }, 1000));
+    EXPECT_EQ(platform::WaitUntil([] { return false; }, 1000), WaitEnd::Limit);
     EXPECT_EQ(clock.steadyMs, 1000);
 }
 
 TEST_F(Waiting, CancellingEndsAllThatAreUnderWay)
 {
-    bool inner = true;
+    WaitEnd inner = WaitEnd::Held;
     int depth = 0;
     desktop.doEvents = [&] {
         if (++depth == 1)
@@ -48,17 +50,18 @@ TEST_F(Waiting, CancellingEndsAllThatAreUnderWay)
         else
             platform::CancelWaits();
     };
-    EXPECT_FALSE(platform::WaitUntil([] { return false; }, 1000));
-    EXPECT_FALSE(inner);
+    EXPECT_EQ(platform::WaitUntil([] { return false; }, 1000), WaitEnd::Cancelled);
+    EXPECT_EQ(inner, WaitEnd::Cancelled);
     EXPECT_EQ(desktop.yields, 2);
     desktop.doEvents = nullptr;
-    EXPECT_TRUE(platform::WaitUntil([this] { return desktop.yields == 4; }, 1000)); // a later one
+    // A later one.
+    EXPECT_EQ(platform::WaitUntil([this] { return desktop.yields == 4; }, 1000), WaitEnd::Held);
 }
 
 TEST_F(Waiting, ASignalEndsIt)
 {
     desktop.doEvents = [] { platform::RequestEnd(SIGTERM); };
-    EXPECT_FALSE(platform::WaitUntil([] { return false; }, 1000));
+    EXPECT_EQ(platform::WaitUntil([] { return false; }, 1000), WaitEnd::Cancelled);
     EXPECT_EQ(desktop.yields, 1);
 }
 
