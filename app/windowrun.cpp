@@ -10,6 +10,8 @@
 #include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "platform/settingsstore.h"
+#include "player/install.h"
+#include "player/playmp3.h"
 #include "playlists/install.h"
 #include "runtime/error.h"
 #include "search/frmSearch.h"
@@ -66,6 +68,7 @@ void LoadMainWindow(Windows &windows)
 {
     browser::MainForm &form = browser::frmMain();
     windows.main = std::make_unique<browser::frmMainWindow>(form);
+    player::Install();
     browser::RegisterCommand("submnuAbout", [&windows] { ShowAbout(windows); });
     browser::InstallFileCommands();
     tagedit::Install();
@@ -76,6 +79,7 @@ void LoadMainWindow(Windows &windows)
     };
     form.calls.endProgram = [&windows] {
         windows.ended = true;
+        player::EndPlaying();
         QApplication::quit();
     };
     playlists::Install();

@@ -23,6 +23,8 @@ WindowMachine::WindowMachine()
     platform::Machine &machine = platform::TheMachine();
     machine.desktop = &m_desktop;
     machine.settings = &m_settings;
+    m_player = MakePlayer(PlayerName());
+    machine.player = m_player.get();
     machine.fileTypes = &m_fileTypes;
     machine.drives = &m_drives;
     machine.folders = &m_folders;

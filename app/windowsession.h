@@ -2,6 +2,7 @@
 // and the ports of a desktop, in use while it lives; an orderly end when it goes.
 #pragma once
 
+#include "app/playerport.h"
 #include "catalogue/rowgroups.h"
 #include "platform/posix/desktopfiletypes.h"
 #include "platform/posix/inisettings.h"
@@ -44,6 +45,7 @@ private:
     platform::posix::SystemClock m_clock;
     platform::qt::QtWindows m_windows;
     ui::qt::FormWindows m_forms;
+    std::unique_ptr<platform::Player> m_player;
     QObject m_turns;
     std::string m_panelBefore; // what the status bar showed before a wait
 };

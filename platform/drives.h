@@ -30,6 +30,9 @@ struct Drives {
     // The drive's volume label as text (UTF-8); empty when it has none or cannot be told.
     virtual std::string LabelOf(const std::string &drive) = 0;
 
+    // Whether the path lies on a removable medium that is not mounted now.
+    virtual bool IsMediumMissing(const std::string & /*path*/) { return false; }
+
     // The serial number of the drive's file system as decimal text; empty when it cannot be told.
     virtual std::string SerialOf(const std::string &drive) = 0;
 

@@ -1,14 +1,33 @@
 #include "player/nowplaying.h"
 
+#include "browser/mainform.h"
+#include "metadata/mp3info.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
 #include "player/winampmod.h"
+#include "runtime/codepage.h"
+#include "runtime/error.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
+#include "shell/globals.h"
 
 namespace player
 {
 
+bool LyricsWindowOpen = false;
+
 namespace
 {
+
+constexpr std::string_view kSongPanel = "Playing";
+constexpr std::string_view kTimePanel = "PlayingStatus";
+constexpr std::string_view kPausedMark = " (paused)";
+constexpr std::int32_t kPlayingState = 1, kPausedState = 3;
+
+struct State {
+    std::string LastSongPlayed; // the path at the last tick while a song played
+    LyricsWindowCalls calls;
+} state;
 
 std::string TwoDigits(std::int32_t number)
 {
@@ -21,6 +40,102 @@ std::string MinutesAndSeconds(float seconds)
     return TwoDigits(whole / 60) + ":" + TwoDigits(whole % 60);
 }
 
+metadata::ID3v2Tag TagOf(const std::string &path)
+{
+    metadata::ID3v1Tag id3v1;
+    metadata::ID3v2Tag tag;
+    metadata::MPEGHeader header;
+    bool hasID3v1 = false, hasID3v2 = false;
+    metadata::GetMP3Info(path, id3v1, tag, header, hasID3v1, hasID3v2, false);
+    return tag;
+}
+
+std::string TitleLine(const metadata::ID3v2Tag &tag)
+{
+    return runtime::TextOfBytes(tag.Artist) + " - " + runtime::TextOfBytes(tag.Title);
+}
+
+// The bar's texts keep the marks of captions.
+std::string SongText(const metadata::ID3v2Tag &tag)
+{
+    return "Playing:  " + runtime::Replace(TitleLine(tag), "&", "&&");
+}
+
+ui::StatusBar &Bar()
+{
+    return browser::frmMain().SB;
+}
+
+bool SongPanelSays(std::string_view words)
+{
+    return Bar().Panel(kSongPanel).text.find(words) != std::string::npos;
+}
+
+void SetPanel(std::string_view panel, const std::string &text)
+{
+    if (Bar().Panel(panel).text != text)
+        Bar().SetText(panel, text);
+}
+
+void UnloadLyrics()
+{
+    if (state.calls.unload)
+        state.calls.unload();
+}
+
+void ShowLyrics(const std::string &path, const metadata::ID3v2Tag &tag)
+{
+    if (state.calls.show)
+        state.calls.show(path, TitleLine(tag), tag.Lyrics);
+}
+
+// The lyrics of a song that has just begun. False when an error ends the tick.
+bool FollowSong(const std::string &path, const metadata::ID3v2Tag &tag)
+{
+    try {
+        if (tag.Lyrics.empty() || LyricsWindowOpen)
+            UnloadLyrics();
+        if (!tag.Lyrics.empty())
+            ShowLyrics(path, tag);
+    } catch (const runtime::RuntimeError &error) {
+        return error.number == runtime::kNonModalOverModal;
+    }
+    return true;
+}
+
+void ShowSameSong(const std::string &path)
+{
+    if (SongPanelSays("Not Playing."))
+        SetPanel(kSongPanel, SongText(TagOf(path)));
+    if (SongPanelSays("paused")) {
+        const std::string &text = Bar().Panel(kSongPanel).text;
+        // One character less than the mark has: the blank before it goes by the trim.
+        const auto kept =
+            static_cast<long long>(text.size()) - static_cast<long long>(kPausedMark.size() - 1);
+        SetPanel(kSongPanel, std::string(runtime::Trim(runtime::Left(text, std::max(0LL, kept)))));
+    }
+    SetPanel(kTimePanel, GetPlayingTimeStatus());
+}
+
+void ShowPlaying()
+{
+    const std::string path = GetCurrentSongPath();
+    if (path == state.LastSongPlayed) {
+        ShowSameSong(path);
+        return;
+    }
+    const metadata::ID3v2Tag tag = TagOf(path);
+    if (!FollowSong(path, tag))
+        return;
+    SetPanel(kSongPanel, SongText(tag));
+    state.LastSongPlayed = path;
+}
+
+void Tell(std::string_view words)
+{
+    platform::TheMachine().desktop->MessageBox(words);
+}
+
 } // namespace
 
 std::string GetPlayingTimeStatus(float *position)
@@ -30,6 +145,61 @@ std::string GetPlayingTimeStatus(float *position)
     if (position != nullptr)
         *position = now;
     return MinutesAndSeconds(now) + " / " + MinutesAndSeconds(length);
+}
+
+LyricsWindowCalls &TheLyricsWindowCalls()
+{
+    return state.calls;
+}
+
+void tmr_Playing_Timer()
+{
+    if (!shell::TheGlobals().ShowLyricsAutomatically || !IsWinampRunning())
+        return;
+    if (GetPlayingState() == kPlayingState) {
+        ShowPlaying();
+        return;
+    }
+    if (GetPlayingState() == kPausedState) {
+        if (!SongPanelSays("paused"))
+            SetPanel(kSongPanel, Bar().Panel(kSongPanel).text + std::string(kPausedMark));
+        return;
+    }
+    SetPanel(kSongPanel, "Not Playing...");
+    SetPanel(kTimePanel, "00:00 / 00:00");
+}
+
+void submnuShowLyricsCurrentSong_Click()
+{
+    if (!IsWinampRunning()) {
+        Tell("Winamp is not running");
+        return;
+    }
+    if ((GetPlayingState() & 1) == 0) {
+        Tell("No song is playing");
+        return;
+    }
+    const std::string path = GetCurrentSongPath();
+    const metadata::ID3v2Tag tag = TagOf(path);
+    if (tag.Lyrics.empty()) {
+        Tell("The lyrics for that song weren't found");
+        UnloadLyrics();
+    } else if (!LyricsWindowOpen) {
+        ShowLyrics(path, tag);
+    }
+}
+
+void tmrRefreshList_Timer()
+{
+    if (IsWinampRunning())
+        platform::TheMachine().files->Delete(GetWinampFolder() + "WINAMP.m3u");
+    WritePlaylistFile();
+}
+
+void ResetNowPlaying()
+{
+    state = {};
+    LyricsWindowOpen = false;
 }
 
 } // namespace player

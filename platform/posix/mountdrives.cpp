@@ -198,6 +198,31 @@ DriveType MountDrives::TypeOfMount(const Mount &mount) const
     return mount.type == "iso9660" ? DriveType::CdRom : DriveType::Fixed;
 }
 
+bool MountDrives::IsMediumMissing(const std::string &path)
+{
+    const auto isMissingIn = [&](const std::string &folder, int userLevels) {
+        if (!LiesUnder(path, folder) || path.size() <= folder.size())
+            return false;
+        const std::string drive = DriveOf(path), nearest = NearestReal(path);
+        if (drive != folder && LiesUnder(drive, folder))
+            return false;
+        std::error_code error;
+        if (nearest == folder || (nearest != path && std::filesystem::is_empty(nearest, error)))
+            return true;
+        // A user's folder is there while one of the user's media is mounted; what is missing below
+        // it is another medium, unless it is a file.
+        const std::string_view rest =
+            std::string_view(path).substr(std::min(nearest.size() + 1, path.size()));
+        return userLevels > 0 && nearest.rfind('/') == folder.size() &&
+               rest.find('/') != std::string_view::npos;
+    };
+    const auto isMissing = [&](const std::vector<std::string> &folders, int userLevels) {
+        return std::ranges::any_of(
+            folders, [&](const std::string &folder) { return isMissingIn(folder, userLevels); });
+    };
+    return isMissing(m_places.userMedia, 1) || isMissing(m_places.media, 0);
+}
+
 DriveType MountDrives::TypeOf(const std::string &drive)
 {
     Refresh();

@@ -39,6 +39,9 @@ public:
         std::vector<std::string> machineFolders = {"/boot",  "/dev",  "/efi", "/etc",  "/lib",
                                                    "/lib64", "/proc", "/run", "/snap", "/sys",
                                                    "/tmp",   "/usr",  "/var"};
+        // Where removable media are mounted: in a folder of the user's, or in the folder itself.
+        std::vector<std::string> userMedia = {"/media", "/run/media"};
+        std::vector<std::string> media = {"/mnt"};
     };
 
     MountDrives();
@@ -57,6 +60,10 @@ public:
     // drives are not asked: a server that is gone would hold the program. The home folder that is
     // no mount point has its own name as its label.
     std::string LabelOf(const std::string &drive) override;
+
+    // By its place among the folders for media: nothing is mounted for it there, and its folder is
+    // missing or empty.
+    bool IsMediumMissing(const std::string &path) override;
 
     std::string SerialOf(const std::string &drive) override;
 

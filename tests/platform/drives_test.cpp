@@ -107,6 +107,36 @@ TEST_F(Machine, TheLabelComesFromTheDevice)
     EXPECT_EQ(drives.LabelOf("/nowhere"), "");
 }
 
+TEST_F(Machine, AMediumThatIsNotMountedIsMissing)
+{
+    places.userMedia = {folder / "media"};
+    places.media = {folder / "mnt"};
+    for (const char *song :
+         {"media/me/plain.mp3", "media/me/IN/a/song.mp3", "mnt/disk/song.mp3", "music/song.mp3"})
+        tests::WriteFile(folder / song, "");
+    std::filesystem::create_directories(folder / "mnt/empty");
+    AddMount("8:1", "/", "ext4", "/dev/sda1");
+    AddMount("8:2", folder / "media/me/IN", "vfat", "/dev/sdb1");
+    MountDrives drives(places);
+    const struct {
+        const char *name, *path;
+        bool missing;
+    } cases[] = {
+        {"a stick that is not in", "media/me/OUT/a/song.mp3", true},
+        {"a user without any", "media/you/OUT/song.mp3", true},
+        {"a folder for a mount, with nothing in it", "mnt/empty/song.mp3", true},
+        {"no folder for it", "mnt/none/song.mp3", true},
+        {"a stick that is in", "media/me/IN/a/song.mp3", false},
+        {"a song that is gone from a stick that is in", "media/me/IN/a/gone.mp3", false},
+        {"a plain file among media", "media/me/plain.mp3", false},
+        {"a plain file that is gone", "media/me/gone.mp3", false},
+        {"a folder with songs of its own", "mnt/disk/gone.mp3", false},
+        {"elsewhere", "music/gone/song.mp3", false},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(drives.IsMediumMissing(folder / c.path), c.missing) << c.name;
+}
+
 TEST_F(Machine, TheLastMountOnAPointCounts)
 {
     AddMount("0:50", root + "/disk", "nfs", "server:/y");

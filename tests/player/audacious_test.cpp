@@ -240,6 +240,9 @@ TEST_F(Audacious, ASongThatDoesNotComeIsNamedInTime)
 {
     StartWith(1);
     const std::string song = real.Song("new.mp3");
+    platform::player::AudaciousPlayer limited; // to the program's own limit
+    platform::TheMachine().player = &limited;
+    ASSERT_TRUE(WaitRealTime(IsWinampRunning));
     real.Signal(SIGSTOP);
     const auto start = steady_clock::now();
     EXPECT_THROW(EnqueueFile(song), runtime::RuntimeError);
@@ -251,6 +254,9 @@ TEST_F(Audacious, CancellingEndsTheWaitForAnEntry)
 {
     StartWith(1);
     const std::string song = real.Song("new.mp3");
+    platform::player::AudaciousPlayer limited; // to the program's own limit
+    platform::TheMachine().player = &limited;
+    ASSERT_TRUE(WaitRealTime(IsWinampRunning));
     real.Signal(SIGSTOP);
     desktop.doEvents = [] { platform::CancelWaits(); };
     const auto start = steady_clock::now();
@@ -484,7 +490,7 @@ TEST_F(Audacious, TenThousandEntries)
     ASSERT_TRUE(WaitRealTime(IsWinampRunning));
     const auto start = steady_clock::now();
     port.LearnPlaylist();
-    EXPECT_LT(MsSince(start), 10'000);
+    EXPECT_LT(MsSince(start), 30'000);
     EXPECT_EQ(GetPlaylistIndexOf(paths[9'999]), 9'999);
     EXPECT_EQ(GetPlaylistIndexOf(paths[5'000]), 5'000);
     Play(7'777);

@@ -1,0 +1,32 @@
+#include "player/disks.h"
+
+#include "platform/drives.h"
+#include "platform/machine.h"
+
+namespace player
+{
+
+std::string GetDriveTypeName(const std::string &path)
+{
+    platform::Drives &drives = *platform::TheMachine().drives;
+    if (drives.IsMediumMissing(path))
+        return "Removable"; // of a medium that is not there nothing else can be told
+    switch (drives.TypeOf(drives.DriveOf(path))) {
+    case platform::DriveType::Removable:
+        return "Removable";
+    case platform::DriveType::Fixed:
+        return "Fixed";
+    case platform::DriveType::Remote:
+        return "Remote Disk";
+    case platform::DriveType::CdRom:
+        return "CD-ROM";
+    case platform::DriveType::RamDisk:
+        return "RAM Disk";
+    case platform::DriveType::Unknown:
+    case platform::DriveType::NoRoot:
+        break;
+    }
+    return {};
+}
+
+} // namespace player
