@@ -70,6 +70,13 @@ Outcome OutcomeOf(RecordsetPtr records, int kind, bool succeeded)
     return {};
 }
 
+// What a plain statement hands back whose object is gone.
+Outcome OutcomeOfNothing(int kind)
+{
+    SetPointer(platform::Pointer::Normal);
+    return OutcomeOf(MakeClosedRecordset(), kind, false);
+}
+
 } // namespace
 
 RecordsetPtr Records(const Outcome &outcome)
@@ -136,22 +143,20 @@ Outcome ADOclass::ExecutePlain(const Statement &statement, int kind)
     const bool inStep = IsInRowStep(); // nothing may come between the parts of a step
     if (!inStep)
         Yield();
-    if (!*alive) {
-        SetPointer(platform::Pointer::Normal);
-        return OutcomeOf(MakeClosedRecordset(), kind, false);
-    }
+    if (!*alive)
+        return OutcomeOfNothing(kind);
     Succeeded = true;
     OpenConnection(statement.text);
     // Where another program is waited for, event handlers run: a statement of theirs must not speak
     // for this one.
     if (!*alive)
-        return OutcomeOf(MakeClosedRecordset(), kind, false);
+        return OutcomeOfNothing(kind);
     const bool isConnected = Succeeded;
     const std::string notConnected = ErrorMessage;
     std::string failure;
     RecordsetPtr records = RunOnConnection(statement, failure);
     if (!*alive)
-        return OutcomeOf(MakeClosedRecordset(), kind, false);
+        return OutcomeOfNothing(kind);
     Succeeded = isConnected && failure.empty();
     ErrorMessage = failure.empty() ? notConnected : failure;
     Outcome outcome = OutcomeOf(std::move(records), kind, Succeeded);

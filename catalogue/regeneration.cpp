@@ -10,6 +10,7 @@
 #include "metadata/mp3info.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
+#include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
@@ -144,6 +145,13 @@ void EnterRoot(const std::string &folder)
     }
 }
 
+// Whether the run is to end at the next file: it was asked to, or the program was.
+bool IsToStop()
+{
+    TheState().stopRequested |= platform::IsEndRequested();
+    return TheState().stopRequested;
+}
+
 // The number of MP3 files in the sub-folders of the folder in the box. What cannot be listed counts
 // nothing here; ScanFolder tells of it.
 std::int64_t CountFiles()
@@ -151,7 +159,7 @@ std::int64_t CountFiles()
     const std::string here = Dirs().Path();
     std::int64_t count = 0;
     std::string failure;
-    for (std::int64_t index = 0; !TheState().stopRequested; index++) {
+    for (std::int64_t index = 0; !IsToStop(); index++) {
         const std::string entry = Dirs().List(index);
         if (entry.empty())
             break;
@@ -237,7 +245,7 @@ void ScanFiles(Run &run)
         ShowCount(run);
         TellProgress(line, run.value, run.maximum);
         TheDesktop().DoEvents();
-        if (TheState().stopRequested)
+        if (IsToStop())
             return;
         ScanFile(run, JoinPath(folder, name));
         TheDesktop().DoEvents();
@@ -251,7 +259,7 @@ void ScanFolder(Run &run)
 {
     const std::string here = Dirs().Path();
     ScanFiles(run);
-    for (std::int64_t index = 0; !TheState().stopRequested; index++) {
+    for (std::int64_t index = 0; !IsToStop(); index++) {
         const std::string entry = Dirs().List(index);
         if (entry.empty())
             break;

@@ -233,6 +233,23 @@ TEST_F(HeldCatalogue, StoppingAJobEndsItsWait)
     EXPECT_TRUE(LastRegeneration().stopped);
 }
 
+TEST_F(HeldCatalogue, EndOfTheProgramEndsTheJobBehindTheFileThatWaits)
+{
+    TheLockPatience().fullMs = 60000;
+    for (const char *name : {"a.mp3", "b.mp3", "c.mp3"})
+        AddSong(name);
+    const Holder holder(File());
+    desktop.doEvents = [] {
+        if (IsWaitingForLock())
+            platform::RequestEnd(SIGTERM);
+    };
+    const auto ms = Time([] { ListRefresh(false); });
+    EXPECT_LT(ms, 1000);
+    EXPECT_TRUE(LastRegeneration().stopped);
+    EXPECT_EQ(LastRegeneration().files, 1);
+    EXPECT_EQ(LastRegeneration().failed, 1);
+}
+
 TEST_F(HeldCatalogue, OutsideAJobPatienceComesBackWithTheFirstSuccess)
 {
     std::optional<Holder> holder(File());
