@@ -60,6 +60,11 @@ constexpr MenuLine kMenuLines[] = {
     {"submnuAbout", "mnuHelp", "&About", ""},
 };
 
+constexpr MenuLine kExtraMenuLines[] = {
+    {"mnuExtras", "", "E&xtras", ""},
+    {"submnuExportBookmarks", "mnuExtras", "Export &Bookmarks...", ""},
+};
+
 constexpr ToolButton kToolButtons[] = {
     {"submnuAddFile", "Add file", "MP3"},
     {"", "", ""},
@@ -148,8 +153,9 @@ bool IsCommandName(std::string_view name)
     };
     if (name.empty())
         return false;
-    return std::any_of(std::begin(kMenuLines), std::end(kMenuLines),
-                       [&](const MenuLine &line) { return same(line.name); }) ||
+    const auto isSame = [&](const MenuLine &line) { return same(line.name); };
+    return std::any_of(std::begin(kMenuLines), std::end(kMenuLines), isSame) ||
+           std::any_of(std::begin(kExtraMenuLines), std::end(kExtraMenuLines), isSame) ||
            std::any_of(std::begin(kPopupLines), std::end(kPopupLines),
                        [&](const PopupLine &line) { return same(line.command); });
 }
@@ -159,6 +165,11 @@ bool IsCommandName(std::string_view name)
 std::span<const MenuLine> MenuLines()
 {
     return kMenuLines;
+}
+
+std::span<const MenuLine> ExtraMenuLines()
+{
+    return kExtraMenuLines;
 }
 
 std::span<const ToolButton> ToolButtons()

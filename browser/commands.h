@@ -28,6 +28,10 @@ struct MenuLine {
 };
 std::span<const MenuLine> MenuLines();
 
+// The menu of extras, between Tools and Help: built after the others were translated, and not at
+// all when the setting "Extras" / "Menu" is 0.
+std::span<const MenuLine> ExtraMenuLines();
+
 // One place of the toolbar; an empty key is a separator between groups.
 struct ToolButton {
     std::string_view key; // the name of the menu entry that it mirrors

@@ -166,6 +166,9 @@ void UpdateCommands(MainForm &form)
     for (const MenuLine &line : MenuLines())
         if (!line.parent.empty() && line.caption != "-" && !line.submenu)
             form.FindMenu(line.name)->SetEnabled(CanRunNow(form, line.name));
+    for (const MenuLine &line : ExtraMenuLines())
+        if (ui::Command *entry = form.FindMenu(line.name); entry && !line.parent.empty())
+            entry->SetEnabled(CanRunNow(form, line.name));
     for (ui::Command &button : form.buttons)
         button.SetEnabled(CanRunNow(form, button.name));
 }

@@ -67,6 +67,7 @@ frmMainWindow::~frmMainWindow()
 {
     m_client->removeEventFilter(this);
     m_form.calls = {};
+    m_form.extrasBuilt = nullptr;
 }
 
 // What the form asks of its window. What it asks of the rest of the program is app/'s to fill in.

@@ -21,6 +21,7 @@ namespace
 constexpr int kToolIconPixels = 22;
 constexpr int kStripIconPixels = 16;
 constexpr std::string_view kLanguageEntry = "submnuLng";
+constexpr std::string_view kExtras = "mnuExtras";
 constexpr std::string_view kWebStyle = "submnuWebStyle";
 
 QIcon MenuIcon(std::string_view name)
@@ -44,6 +45,10 @@ void frmMainWindow::BuildMenus()
     ui::qt::Name(menuBar(), "MenuBar");
     for (const MenuLine &line : MenuLines())
         AddMenuLine(line);
+    m_form.extrasBuilt = [this] {
+        for (const MenuLine &line : ExtraMenuLines())
+            AddMenuLine(line);
+    };
 }
 
 void frmMainWindow::AddMenuLine(const MenuLine &line)
@@ -61,7 +66,8 @@ void frmMainWindow::AddMenuLine(const MenuLine &line)
         if (parent != nullptr)
             parent->addMenu(menu);
         else
-            menuBar()->addMenu(menu);
+            menuBar()->insertMenu(line.name == kExtras ? m_menus["mnuHelp"]->menuAction() : nullptr,
+                                  menu);
         if (line.parent.empty())
             connect(menu, &QMenu::aboutToShow, this, [this] { UpdateCommands(m_form); });
         if (line.name == "submnuSetLanguage")

@@ -60,6 +60,20 @@ void TranslateMenus(MainForm &form)
     }
 }
 
+void BuildExtras(MainForm &form)
+{
+    if (shell::GetSetting("Extras", "Menu", "1") == "0")
+        return;
+    for (const MenuLine &line : ExtraMenuLines()) {
+        const bool isMenu = line.parent.empty();
+        form.menu.emplace_back(line.name, shell::GetLanguageText(line.caption,
+                                                                 line.name.substr(isMenu ? 3 : 6),
+                                                                 isMenu ? "Menus" : "OptionMenus"));
+    }
+    if (form.extrasBuilt)
+        form.extrasBuilt();
+}
+
 void BuildStrip(MainForm &form)
 {
     form.logo = std::make_unique<ui::cLogo>();
@@ -208,6 +222,7 @@ void LoadMainForm(MainForm &form)
     ShowSelectedItemInfo(form.LV, form);
     form.ShowSelectedItems.SetEnabled(true);
     TranslateMenus(form);
+    BuildExtras(form);
     UpdateCommands(form);
     BuildStrip(form);
     BuildPopup(form);

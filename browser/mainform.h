@@ -119,6 +119,8 @@ struct MainForm : PanelForm {
     // The search window's list while that window is open; null otherwise. Owned by the search.
     ui::KeyedList *searchList = nullptr;
 
+    std::function<void()> extrasBuilt; // the window's: the menu of extras has its commands
+
     MainFormCalls calls;
 };
 

@@ -36,6 +36,36 @@ TEST_F(FormCommands, WhatNobodyRegisteredIsDisabledWhateverEnablesIt)
         EXPECT_EQ(button.Enabled(), button.name == "submnuExit") << button.name;
 }
 
+TEST_F(FormCommands, TheMenuOfExtrasIsBuiltAfterTheOthers)
+{
+    bool ran = false;
+    RegisterCommand("submnuExportBookmarks", [&ran] { ran = true; });
+    tests::WriteFile(folder / "x.qlt", "[Menus]\nExtras=&Mehr\n[OptionMenus]\n"
+                                       "ExportBookmarks=Lesezeichen\n");
+    shell::TheGlobals().LanguageFilePath = folder / "x.qlt";
+    int built = 0;
+    Form().extrasBuilt = [&] { ++built; };
+    MainForm &form = Loaded();
+    EXPECT_EQ(built, 1);
+    ASSERT_NE(form.FindMenu("mnuExtras"), nullptr);
+    EXPECT_EQ(form.FindMenu("mnuExtras")->Caption(), "&Mehr");
+    EXPECT_EQ(form.FindMenu("submnuExportBookmarks")->Caption(), "Lesezeichen");
+    EXPECT_TRUE(form.FindMenu("submnuExportBookmarks")->Enabled());
+    RunCommand(form, "submnuExportBookmarks");
+    EXPECT_TRUE(ran);
+}
+
+TEST_F(FormCommands, ASettingHidesTheMenuOfExtras)
+{
+    settings.values["Quenlin/Extras/Menu"] = "0";
+    int built = 0;
+    Form().extrasBuilt = [&] { ++built; };
+    MainForm &form = Loaded();
+    EXPECT_EQ(built, 0);
+    EXPECT_EQ(form.FindMenu("mnuExtras"), nullptr);
+    EXPECT_EQ(form.FindMenu("submnuExportBookmarks"), nullptr);
+}
+
 TEST_F(FormCommands, ALoadWithoutItsWindowFails)
 {
     const int calls = 10;
