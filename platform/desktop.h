@@ -10,8 +10,8 @@
 namespace platform
 {
 
-enum class Buttons { Ok, YesNo };
-enum class Answer { Ok, Yes, No };
+enum class Buttons { Ok, YesNo, SaveDiscardCancel };
+enum class Answer { Ok, Yes, No, Save, Discard, Cancel };
 enum class BoxIcon { None, Exclamation };
 enum class Pointer { Normal = 0, Hourglass = 11, ArrowHourglass = 13 }; // the system's own numbers
 
@@ -25,7 +25,8 @@ struct Desktop {
     virtual ~Desktop() = default;
 
     // Shows a box and waits for its answer. An empty `title` stands for the application's title,
-    // "Quenlin". Closing the box, or no way to ask, counts as Ok, or as No for YesNo.
+    // "Quenlin". Closing the box, or no way to ask, counts as Ok, as No
+    // for YesNo, as Cancel for SaveDiscardCancel.
     virtual Answer MessageBox(std::string_view text, Buttons buttons = Buttons::Ok,
                               std::string_view title = {}, BoxIcon icon = BoxIcon::None) = 0;
 

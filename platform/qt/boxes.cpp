@@ -146,12 +146,19 @@ QWidget *MessageDialog::MakeText(BoxIcon icon)
 
 QWidget *MessageDialog::MakeButtons(Buttons buttons)
 {
+    using Role = QDialogButtonBox;
     QDialogButtonBox *box = m_buttons = MakeButtonBox(this);
     if (buttons == Buttons::YesNo) {
-        AddButton(box, "cmdYes", tr("&Yes"), QDialogButtonBox::YesRole);
-        MakeDefault(AddButton(box, "cmdNo", tr("&No"), QDialogButtonBox::NoRole));
+        AddAnswer(box, "cmdYes", tr("&Yes"), Role::YesRole, Answer::Yes);
+        MakeDefault(AddAnswer(box, "cmdNo", tr("&No"), Role::NoRole, Answer::No));
+    } else if (buttons == Buttons::SaveDiscardCancel) {
+        MakeDefault(AddAnswer(box, "cmdSave", tr("&Save"), Role::AcceptRole, Answer::Save));
+        QPushButton *discard =
+            AddAnswer(box, "cmdDiscard", tr("&Discard"), Role::DestructiveRole, Answer::Discard);
+        connect(discard, &QPushButton::clicked, this, &QDialog::accept);
+        AddAnswer(box, "cmdCancel", tr("&Cancel"), Role::RejectRole, Answer::Cancel);
     } else {
-        MakeDefault(AddButton(box, "cmdOk", tr("&Ok"), QDialogButtonBox::AcceptRole));
+        MakeDefault(AddAnswer(box, "cmdOk", tr("&Ok"), Role::AcceptRole, Answer::Ok));
     }
     return box;
 }
@@ -168,6 +175,17 @@ void MessageDialog::SetDetails(const QString &details)
     button->setCheckable(true);
     button->setAutoDefault(false);
     connect(button, &QPushButton::toggled, lblDetails, &QLabel::setVisible);
+}
+
+// The answer of the last one made counts until a button is pressed: that is the safe one.
+QPushButton *MessageDialog::AddAnswer(QDialogButtonBox *box, const char *name,
+                                      const QString &caption, QDialogButtonBox::ButtonRole role,
+                                      Answer answer)
+{
+    QPushButton *button = AddButton(box, name, caption, role);
+    m_answer = answer;
+    connect(button, &QPushButton::clicked, this, [this, answer] { m_answer = answer; });
+    return button;
 }
 
 void MessageDialog::keyPressEvent(QKeyEvent *event)

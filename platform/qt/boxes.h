@@ -5,16 +5,17 @@
 #include "platform/desktop.h"
 
 #include <QDialog>
+#include <QDialogButtonBox>
 
-class QDialogButtonBox;
 class QLabel;
 class QLineEdit;
+class QPushButton;
 
 namespace platform::qt
 {
 
-// A message over `parent`'s window. exec() gives QDialog::Accepted for Ok and Yes.
-// Controls: `lblText`, `cmdOk` or `cmdYes` and `cmdNo`.
+// A message over `parent`'s window. exec() gives QDialog::Accepted for Ok, Yes, Save and Discard.
+// Controls: `lblText`, `cmdOk`; `cmdYes` and `cmdNo`; `cmdSave`, `cmdDiscard` and `cmdCancel`.
 class MessageDialog : public QDialog
 {
 public:
@@ -24,6 +25,9 @@ public:
     // Adds a button `cmdDetails` that shows and hides a second text, `lblDetails`.
     void SetDetails(const QString &details);
 
+    // The button that was pressed; what closing the box counts as before that.
+    Answer Chosen() const { return m_answer; }
+
 protected:
     void keyPressEvent(QKeyEvent *event) override; // Ctrl+C copies the whole text
     void showEvent(QShowEvent *event) override;    // notifies a screen reader
@@ -31,10 +35,13 @@ protected:
 private:
     QWidget *MakeText(BoxIcon icon);
     QWidget *MakeButtons(Buttons buttons);
+    QPushButton *AddAnswer(QDialogButtonBox *box, const char *name, const QString &caption,
+                           QDialogButtonBox::ButtonRole role, Answer answer);
 
     QLabel *lblText; // owned by its parent widget, as all that follows
     QLabel *lblDetails = nullptr;
     QDialogButtonBox *m_buttons = nullptr;
+    Answer m_answer = Answer::Ok;
 };
 
 // Asks for a line of text. Controls: `lblPrompt`, `txtInput`, `cmdOk`, `cmdCancel`.

@@ -107,10 +107,8 @@ Answer QtDesktop::ShowBox(std::string_view text, std::string_view details, Butto
     MessageDialog box(LinesToQt(text), TitleOr(title), buttons, icon, QApplication::activeWindow());
     if (!details.empty())
         box.SetDetails(LinesToQt(details));
-    const bool accepted = box.exec() == QDialog::Accepted;
-    if (buttons == Buttons::Ok)
-        return Answer::Ok;
-    return accepted ? Answer::Yes : Answer::No;
+    box.exec();
+    return box.Chosen();
 }
 
 std::optional<std::string> QtDesktop::InputBox(std::string_view prompt, std::string_view title,

@@ -11,6 +11,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
+#include <vector>
 
 namespace platform::terminal
 {
@@ -65,20 +67,38 @@ std::optional<std::string> ReadLine()
     }
 }
 
+// The buttons as words to type; each may be shortened to its first letter.
+struct Question {
+    std::string prompt;
+    std::vector<std::pair<std::string_view, Answer>> words;
+    Answer otherwise;
+};
+
+const Question &QuestionOf(Buttons buttons)
+{
+    static const Question ok{"[Enter] ", {}, Answer::Ok};
+    static const Question yesNo{"[y/N] ", {{"YES", Answer::Yes}}, Answer::No};
+    static const Question save{"[s(ave)/d(iscard)/C(ancel)] ",
+                               {{"SAVE", Answer::Save}, {"DISCARD", Answer::Discard}},
+                               Answer::Cancel};
+    return buttons == Buttons::YesNo ? yesNo : buttons == Buttons::Ok ? ok : save;
+}
+
 } // namespace
 
 Answer TerminalDesktop::MessageBox(std::string_view text, Buttons buttons, std::string_view title,
                                    BoxIcon icon)
 {
     PrintBox(title, text, icon);
-    const bool question = buttons == Buttons::YesNo;
+    const Question &question = QuestionOf(buttons);
     if (!PersonIsThere())
-        return question ? Answer::No : Answer::Ok;
-    Print(question ? "[y/N] " : "[Enter] ");
+        return question.otherwise;
+    Print(question.prompt);
     const std::string line = runtime::UpperAscii(runtime::Trim(ReadLine().value_or("")));
-    if (!question)
-        return Answer::Ok;
-    return line == "Y" || line == "YES" ? Answer::Yes : Answer::No;
+    for (const auto &[word, answer] : question.words)
+        if (!line.empty() && (line == word || line == word.substr(0, 1)))
+            return answer;
+    return question.otherwise;
 }
 
 std::optional<std::string> TerminalDesktop::InputBox(std::string_view prompt,

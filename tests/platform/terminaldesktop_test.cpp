@@ -87,6 +87,26 @@ TEST(TerminalDesktop, AsksAPerson)
     }
 }
 
+int AskToSave()
+{
+    return static_cast<int>(TerminalDesktop().MessageBox("Save?", Buttons::SaveDiscardCancel));
+}
+
+TEST(TerminalDesktop, AsksToSave)
+{
+    const struct {
+        const char *answers;
+        Answer want;
+    } cases[] = {{"s\n", Answer::Save},          {"Save\n", Answer::Save}, {"d\n", Answer::Discard},
+                 {"discard\n", Answer::Discard}, {"c\n", Answer::Cancel},  {"\n", Answer::Cancel},
+                 {"sa\n", Answer::Cancel},       {"y\n", Answer::Cancel}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.answers);
+        EXPECT_EQ(AtATerminal(c.answers, AskToSave).result, static_cast<int>(c.want));
+    }
+    EXPECT_EQ(WithoutATerminal(AskToSave).result, static_cast<int>(Answer::Cancel));
+}
+
 TEST(TerminalDesktop, AnswersNoWithoutAPerson)
 {
     const Talk talk = WithoutATerminal(AskYesNo);

@@ -55,6 +55,11 @@ TEST_F(QtDesktopTest, AnswersOfABox)
         {"enter presses the safe button", "Return", Buttons::YesNo, Answer::No},
         {"access key of Yes", "Alt+Y", Buttons::YesNo, Answer::Yes},
         {"access key of No", "Alt+N", Buttons::YesNo, Answer::No},
+        {"escape of Save/Discard/Cancel", "Escape", Buttons::SaveDiscardCancel, Answer::Cancel},
+        {"enter saves", "Return", Buttons::SaveDiscardCancel, Answer::Save},
+        {"access key of Save", "Alt+S", Buttons::SaveDiscardCancel, Answer::Save},
+        {"access key of Discard", "Alt+D", Buttons::SaveDiscardCancel, Answer::Discard},
+        {"access key of Cancel", "Alt+C", Buttons::SaveDiscardCancel, Answer::Cancel},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -69,6 +74,15 @@ TEST_F(QtDesktopTest, MouseAnswersAndCloseButton)
     EXPECT_EQ(m_desktop.MessageBox("Go on?", Buttons::YesNo, {}, BoxIcon::None), Answer::Yes);
     tests::WhenModal([](QWidget &box) { box.close(); });
     EXPECT_EQ(m_desktop.MessageBox("Go on?", Buttons::YesNo, {}, BoxIcon::None), Answer::No);
+    const auto ask = [this] {
+        return m_desktop.MessageBox("Save?", Buttons::SaveDiscardCancel, {}, BoxIcon::None);
+    };
+    tests::WhenModal([](QWidget &box) { tests::Click(*tests::Find(box, "cmdDiscard")); });
+    EXPECT_EQ(ask(), Answer::Discard);
+    tests::WhenModal([](QWidget &box) { tests::Click(*tests::Find(box, "cmdSave")); });
+    EXPECT_EQ(ask(), Answer::Save);
+    tests::WhenModal([](QWidget &box) { box.close(); });
+    EXPECT_EQ(ask(), Answer::Cancel);
 }
 
 TEST_F(QtDesktopTest, TextIsPlainAndCarriageReturnBreaksTheLine)
