@@ -7,6 +7,8 @@
 #include "browser/filecommands.h"
 #include "browser/frmMain.h"
 #include "catalogue/regeneration.h"
+#include "lyrics/frmLyricsView.h"
+#include "lyrics/install.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "platform/settingsstore.h"
@@ -73,6 +75,8 @@ void LoadMainWindow(Windows &windows)
     browser::InstallFileCommands();
     tagedit::Install();
     shell::InstallPreferences();
+    lyrics::Install();
+    lyrics::RegisterLyricsView();
     form.calls.unloadForms = [] {
         for (QWidget *window : QApplication::topLevelWidgets())
             window->hide();
@@ -143,6 +147,7 @@ void SaveForLogout(const Windows &windows)
     if (windows.ended || windows.main == nullptr || !windows.main->isVisible())
         return;
     browser::SavePlacement(browser::frmMain());
+    lyrics::FlushDrafts();
     platform::TheMachine().settings->Flush();
 }
 
@@ -189,6 +194,7 @@ int RunFirst(Windows &windows)
     shell::TheGlobals().lblProgress.captionChanged = nullptr;
     windows.search.reset();
     search::ResetSearchForm();
+    lyrics::ForgetForms();
     windows.main.reset();
     browser::ResetMainForm();
     return status;

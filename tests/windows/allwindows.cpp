@@ -1,5 +1,7 @@
 // The look of every window of the program: each shipped language, light and dark, at 100, 150 and
 // 200 percent.
+#include "lyrics/frmLyricsView.h"
+#include "lyrics/lyricsform.h"
 #include "platform/machine.h"
 #include "platform/qt/boxes.h"
 #include "platform/qt/qtwindows.h"
@@ -30,9 +32,28 @@ struct FormCase {
     std::function<std::unique_ptr<ui::Form>()> make;
 };
 
+std::unique_ptr<ui::Form> LyricsWindow(bool setting)
+{
+    lyrics::RegisterLyricsView();
+    auto form = std::make_unique<lyrics::LyricsForm>();
+    form->SettingTimes = setting;
+    form->cmdSetTimes.SetEnabled(!setting); // so that the marks stay
+    std::string text;
+    for (const char *line :
+         {"[00:10]A line of the song", "[00:20][01:05]Its chorus, which is sung twice",
+          "[00:30]A line that is much longer than the window is wide, so that it goes on "
+          "below, where a reader finds the rest of its words"})
+        text += std::string(line) + "\r\n\r\n";
+    form->Lyrics.SetText(text);
+    form->Lyrics.Select(setting ? 7 : 0, 18);
+    return form;
+}
+
 std::vector<FormCase> AllForms()
 {
     return {
+        {"frmLyrics", [] { return LyricsWindow(false); }},
+        {"frmLyrics_setting", [] { return LyricsWindow(true); }},
         {"frmSample", [] { return std::make_unique<SampleForm>(); }},
     };
 }

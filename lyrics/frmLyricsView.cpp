@@ -1,0 +1,209 @@
+#include "lyrics/frmLyricsView.h"
+
+#include "lyrics/lyricsform.h"
+#include "platform/qt/text.h"
+#include "runtime/codepage.h"
+#include "runtime/text.h"
+#include "shell/language.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/form.h"
+
+#include <QEvent>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <algorithm>
+
+namespace lyrics
+{
+
+namespace
+{
+
+using Flag = QScopedValueRollback<bool>;
+
+constexpr int kLinesAround = 3; // of the highlighted line that stay in sight
+
+// One character a place: each byte is one, but a CR LF, and a CR alone breaks a line like an LF.
+QString ShownText(std::string_view bytes)
+{
+    const std::string breaks = runtime::Replace(runtime::Replace(bytes, "\r\n", "\n"), "\r", "\n");
+    return platform::qt::ToQt(runtime::TextOfBytes(breaks));
+}
+
+std::string StoredText(const QString &shown)
+{
+    return runtime::Replace(runtime::BytesOfText(platform::qt::FromQt(shown)), "\n", "\r\n");
+}
+
+} // namespace
+
+LyricsView::LyricsView(LyricsBox &box, QWidget *parent) : QPlainTextEdit(parent), m_box(box)
+{
+    setTabChangesFocus(true);
+    KeepHighlight();
+    ShowPlace();
+    ShowText();
+    ShowSelection();
+    m_box.changed = [this] {
+        ShowPlace();
+        ShowText();
+    };
+    m_box.selectionChanged = [this] { ShowSelection(); };
+    m_box.focusWanted = [this] { setFocus(); };
+    connect(document(), &QTextDocument::contentsChange, this, &LyricsView::TakeEdit);
+    // What the box makes of an edit is shown when the edit is done.
+    connect(document(), &QTextDocument::contentsChanged, this, [this] {
+        if (!m_applying)
+            ShowText();
+    });
+    connect(this, &QPlainTextEdit::selectionChanged, this, &LyricsView::TakeSelection);
+    connect(this, &QPlainTextEdit::cursorPositionChanged, this, &LyricsView::TakeSelection);
+}
+
+LyricsView::~LyricsView()
+{
+    m_box.changed = nullptr;
+    m_box.selectionChanged = nullptr;
+    m_box.focusWanted = nullptr;
+    disconnect(document(), nullptr, this, nullptr); // it goes after this, with its text
+}
+
+void LyricsView::ShowText()
+{
+    if (m_taking)
+        return;
+    const Flag applying(m_applying, true);
+    m_places = BreakPlaces(m_box.Text());
+    const QString text = ShownText(m_box.Text());
+    if (text == m_shown)
+        return;
+    if (m_shown.isEmpty() || text.isEmpty()) {
+        setPlainText(text);
+    } else {
+        // Only what differs, as an edit that can be undone.
+        const auto [from, to] =
+            std::mismatch(m_shown.cbegin(), m_shown.cend(), text.cbegin(), text.cend());
+        const auto same = std::mismatch(
+            std::make_reverse_iterator(m_shown.cend()), std::make_reverse_iterator(from),
+            std::make_reverse_iterator(text.cend()), std::make_reverse_iterator(to));
+        QTextCursor cursor(document());
+        cursor.setPosition(static_cast<int>(from - m_shown.cbegin()));
+        cursor.setPosition(static_cast<int>(same.first.base() - m_shown.cbegin()),
+                           QTextCursor::KeepAnchor);
+        cursor.insertText(QString(to, same.second.base() - to));
+    }
+    m_shown = text;
+    ShowSelection();
+}
+
+void LyricsView::ShowPlace()
+{
+    setGeometry(ui::qt::PixelRect(m_box.Place()));
+    setVisible(m_box.Visible());
+    // Parsing disables the box for its own time only; then there is nothing to show.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (isEnabled() != m_box.Enabled())
+                ui::qt::ShowState(m_box, this);
+        },
+        Qt::QueuedConnection);
+}
+
+void LyricsView::ShowSelection()
+{
+    if (m_taking)
+        return;
+    const Flag applying(m_applying, true);
+    QTextCursor cursor(document());
+    cursor.setPosition(m_places.Shown(m_box.SelStart()));
+    cursor.setPosition(m_places.Shown(m_box.SelStart() + m_box.SelLength()),
+                       QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
+    ScrollToSelection();
+}
+
+void LyricsView::ScrollToSelection()
+{
+    QTextCursor start = textCursor();
+    start.setPosition(start.selectionStart());
+    const int line = std::max(1, fontMetrics().lineSpacing());
+    const int margin = std::min(kLinesAround * line, viewport()->height() / 4);
+    const auto lines = [line](int pixels) { return (pixels + line - 1) / line; };
+    QScrollBar *bar = verticalScrollBar();
+    if (const int below = cursorRect().bottom() + margin - viewport()->height(); below > 0)
+        bar->setValue(bar->value() + lines(below));
+    if (const int above = margin - cursorRect(start).top(); above > 0)
+        bar->setValue(bar->value() - lines(above));
+}
+
+void LyricsView::TakeEdit(int position, int removed, int added)
+{
+    if (m_applying)
+        return;
+    const int before = static_cast<int>(m_shown.size());
+    const int after = document()->characterCount() - 1; // without the end of the last block
+    removed = std::min(removed, before - position);
+    added = std::min(added, after - position);
+    if (before - removed + added != after) { // the document does not tell which stretch
+        position = 0;
+        removed = before;
+        added = after;
+    }
+    QString text;
+    for (int i = position; i < position + added; ++i) {
+        const QChar c = document()->characterAt(i);
+        const bool breaks = c == QChar::ParagraphSeparator || c == QChar::LineSeparator;
+        text += breaks ? QLatin1Char('\n') : c;
+    }
+    const int from = m_places.Stored(position);
+    const int to = m_places.Stored(position + removed);
+    m_shown.replace(position, removed, text);
+    const Flag taking(m_taking, true);
+    m_box.Replace(from, to - from, StoredText(text));
+    m_places = BreakPlaces(m_box.Text());
+}
+
+void LyricsView::TakeSelection()
+{
+    if (m_applying || m_taking)
+        return;
+    if (m_places.ShownSize() != document()->characterCount() - 1)
+        return; // between an edit and what the box makes of it
+    const QTextCursor cursor = textCursor();
+    const int start = m_places.Stored(cursor.selectionStart());
+    m_box.NoteSelection(start, m_places.Stored(cursor.selectionEnd()) - start);
+}
+
+void LyricsView::changeEvent(QEvent *event)
+{
+    QPlainTextEdit::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        KeepHighlight();
+}
+
+void LyricsView::KeepHighlight()
+{
+    QPalette colours = palette();
+    bool same = true;
+    for (const QPalette::ColorRole role : {QPalette::Highlight, QPalette::HighlightedText}) {
+        same = same &&
+               colours.color(QPalette::Inactive, role) == colours.color(QPalette::Active, role);
+        colours.setColor(QPalette::Inactive, role, colours.color(QPalette::Active, role));
+    }
+    if (!same)
+        setPalette(colours);
+}
+
+void RegisterLyricsView()
+{
+    ui::qt::RegisterWidget("frmLyrics", "Lyrics", [](ui::Form &form, QWidget *parent) -> QWidget * {
+        auto *view = new LyricsView(static_cast<LyricsForm &>(form).Lyrics, parent);
+        view->setAccessibleName(
+            platform::qt::ToQt(shell::GetLanguageText("Lyrics", "Lyrics", "Times")));
+        return view;
+    });
+}
+
+} // namespace lyrics

@@ -1,0 +1,92 @@
+#include "lyrics/install.h"
+
+#include "browser/commands.h"
+#include "lyrics/lyricsform.h"
+#include "platform/desktop.h"
+#include "platform/machine.h"
+#include "player/nowplaying.h"
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace lyrics
+{
+
+namespace
+{
+
+struct State {
+    std::unique_ptr<LyricsForm> following; // made by the first lyrics
+    std::vector<std::unique_ptr<LyricsForm>> setting;
+};
+
+State &TheState()
+{
+    static State state;
+    return state;
+}
+
+std::unique_ptr<LyricsForm> MakeForm()
+{
+    auto form = std::make_unique<LyricsForm>();
+    form->newSettingWindow = OpenTimeSetting;
+    return form;
+}
+
+} // namespace
+
+void Install()
+{
+    browser::RegisterCommand("submnuShowLyricsCurrentSong",
+                             player::submnuShowLyricsCurrentSong_Click);
+    player::LyricsWindowCalls &calls = player::TheLyricsWindowCalls();
+    calls.show = [](const std::string &, const std::string &title, const std::string &lyrics) {
+        ShowLyrics(title, lyrics);
+    };
+    calls.unload = CloseLyrics;
+}
+
+void ShowLyrics(std::string_view title, std::string_view lyrics)
+{
+    auto &form = TheState().following;
+    if (form == nullptr) {
+        form = MakeForm();
+        form->remembersPlace = true;
+    }
+    FollowLyrics(*form, title, lyrics);
+}
+
+void CloseLyrics()
+{
+    if (TheState().following != nullptr)
+        ui::Close(*TheState().following);
+}
+
+void OpenTimeSetting(const std::string &file)
+{
+    if (file.empty()) {
+        platform::TheMachine().desktop->MessageBox("No song is playing");
+        return;
+    }
+    auto &forms = TheState().setting;
+    for (auto &form : forms)
+        if (!form->Loaded() && !form->busy)
+            ui::Retire(std::move(form));
+    std::erase(forms, nullptr);
+    forms.push_back(MakeForm());
+    SetTimes(*forms.back(), file);
+}
+
+void FlushDrafts()
+{
+    for (const auto &form : TheState().setting)
+        FlushDraft(*form);
+}
+
+void ForgetForms()
+{
+    TheState() = State();
+}
+
+} // namespace lyrics

@@ -1,0 +1,152 @@
+#include "lyrics/marks.h"
+
+#include "lyrics/drafts.h"
+#include "metadata/mp3info.h"
+#include "metadata/tagwriter.h"
+#include "platform/desktop.h"
+#include "platform/endrequest.h"
+#include "platform/machine.h"
+#include "shell/language.h"
+
+namespace lyrics
+{
+
+namespace
+{
+
+platform::Desktop &Desktop()
+{
+    return *platform::TheMachine().desktop;
+}
+
+// The draft goes once the song's file holds the same.
+void SettleDraft(LyricsForm &form)
+{
+    FlushDraft(form);
+    if (!form.draft)
+        return;
+    form.fileLyrics = LyricsOfFile(form.FileName);
+    if (form.fileLyrics != *form.draft)
+        return;
+    try {
+        RemoveDraft(form.FileName);
+        form.draft.reset();
+    } catch (const runtime::RuntimeError &) {
+        return; // it says what the file says, and goes at the next chance
+    }
+}
+
+} // namespace
+
+void TellLater(LyricsForm &form, const runtime::RuntimeError &failure)
+{
+    if (form.failure)
+        return;
+    form.failure.emplace(failure);
+    form.tmrTell.SetEnabled(true);
+}
+
+std::string LyricsOfFile(const std::string &file)
+{
+    metadata::ID3v1Tag id3v1;
+    metadata::ID3v2Tag id3v2;
+    metadata::MPEGHeader header;
+    bool hasID3v1 = false;
+    bool hasID3v2 = false;
+    metadata::GetMP3Info(file, id3v1, id3v2, header, hasID3v1, hasID3v2, false);
+    return id3v2.Lyrics;
+}
+
+const std::string &MarksMade(const LyricsForm &form)
+{
+    return form.testing ? form.MarkedText : form.Lyrics.Text();
+}
+
+bool HasUnsavedMarks(const LyricsForm &form)
+{
+    return form.SettingTimes && MarksMade(form) != form.fileLyrics;
+}
+
+void OfferDraft(LyricsForm &form)
+{
+    form.tmrDraft.SetEnabled(false); // it must not write what the box holds over the draft
+    form.draft = ReadDraft(form.FileName);
+    if (form.draft == form.fileLyrics)
+        SettleDraft(form);
+    else if (form.draft &&
+             Desktop().MessageBox(
+                 shell::GetLanguageText("The lyrics of this song have changes that were not saved "
+                                        "to its file. Do you want to go on with them?",
+                                        "DraftOffer", "Times"),
+                 platform::Buttons::YesNo) == platform::Answer::Yes)
+        form.Lyrics.SetText(*form.draft);
+}
+
+void FlushDraft(LyricsForm &form)
+{
+    if (!form.tmrDraft.Enabled() || !form.SettingTimes)
+        return;
+    const std::string text = MarksMade(form);
+    if (form.draft ? text == *form.draft : text == form.fileLyrics) {
+        form.tmrDraft.SetEnabled(false);
+        return;
+    }
+    try {
+        WriteDraft(form.FileName, text);
+        form.draft = text;
+        form.draftFailed = false;
+        form.tmrDraft.SetEnabled(false);
+    } catch (const runtime::RuntimeError &failure) {
+        if (form.draftFailed)
+            return; // the timer goes on trying
+        form.draftFailed = true;
+        TellLater(form,
+                  {failure.number,
+                   shell::GetLanguageText("The changes to the lyrics could not be kept as a draft:",
+                                          "DraftNotKept", "Times") +
+                       " " + failure.description});
+    }
+}
+
+void SaveMarks(LyricsForm &form, const std::string &text)
+{
+    metadata::ID3v1Tag id3v1;
+    metadata::ID3v2Tag id3v2;
+    metadata::MPEGHeader header;
+    bool hasID3v1 = false;
+    bool hasID3v2 = false;
+    metadata::GetMP3Info(form.FileName, id3v1, id3v2, header, hasID3v1, hasID3v2, false);
+    id3v2.Lyrics = text;
+    const metadata::ID3v1Tag oldID3v1 = id3v1;
+    const metadata::ID3v2Tag oldID3v2 = id3v2;
+    metadata::SaveTag(id3v1, id3v2, oldID3v1, oldID3v2, form.FileName, true, true, nullptr);
+    form.fileLyrics = LyricsOfFile(form.FileName);
+    SettleDraft(form);
+}
+
+bool MayClose(LyricsForm &form)
+{
+    if (!form.Loaded() || !form.SettingTimes)
+        return true;
+    if (platform::IsEndRequested()) {
+        FlushDraft(form);
+        return true;
+    }
+    if (form.busy)
+        return false;
+    const BusyWhile busy(form);
+    if (!HasUnsavedMarks(form)) {
+        SettleDraft(form);
+        return true;
+    }
+    const platform::Answer answer = Desktop().MessageBox(
+        shell::GetLanguageText("The lyrics have changes that were not saved. Save them?", "Unsaved",
+                               "Times"),
+        platform::Buttons::SaveDiscardCancel);
+    if (answer == platform::Answer::Save)
+        SaveMarks(form, std::string(MarksMade(form)));
+    return answer == platform::Answer::Discard ||
+           (answer == platform::Answer::Save && !HasUnsavedMarks(form));
+}
+
+} // namespace lyrics

@@ -1,0 +1,122 @@
+// tests/lyrics/lyricsfixture.h - what the lyrics windows need around them: songs, a player that
+// notes what it is told, a host of forms, a user who follows a script.
+#pragma once
+
+#include "lyrics/lyricsform.h"
+#include "metadata/mp3info.h"
+#include "platform/windows.h"
+#include "player/nowplaying.h"
+#include "tests/support/configfolder.h"
+#include "tests/support/fakeforms.h"
+#include "tests/support/libraryfixture.h"
+#include "tests/support/memorysettings.h"
+#include "tests/support/mp3bytes.h"
+#include "tests/support/recordingplayer.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace tests
+{
+
+inline constexpr char kTwoLines[] = "[00:10]One\r\n[00:42]Two\r\n";
+
+inline std::string Enqueued(const std::string &path)
+{
+    return "copy 100 " + std::to_string(path.size() + 1) + " " + path;
+}
+
+// Messages that change something; what is only asked is left out.
+inline std::vector<std::string> Commands(RecordingPlayer &player)
+{
+    std::vector<std::string> commands;
+    for (const std::string &line : player.Told())
+        if (line.starts_with("273 ") || line.starts_with("copy "))
+            commands.push_back(line);
+    return commands;
+}
+
+// The lyrics that a file holds now.
+inline std::string LyricsIn(const std::string &file)
+{
+    metadata::ID3v1Tag id3v1;
+    metadata::ID3v2Tag id3v2;
+    metadata::MPEGHeader header;
+    bool hasID3v1 = false;
+    bool hasID3v2 = false;
+    metadata::GetMP3Info(file, id3v1, id3v2, header, hasID3v1, hasID3v2, false);
+    return id3v2.Lyrics;
+}
+
+// A window system with, or without, a modal window.
+struct ModalOrNot : platform::Windows {
+    std::vector<platform::Placement> Screens() override { return {}; }
+    bool KnowsPlaces() override { return true; }
+    void CheckNonModal() override
+    {
+        if (modal)
+            throw runtime::RuntimeError(runtime::kNonModalOverModal);
+    }
+    bool IsDark() override { return false; }
+    bool modal = false;
+};
+
+class LyricsFixture : public LibraryFixture
+{
+protected:
+    LyricsFixture()
+    {
+        platform::TheMachine().windows = &windows;
+        player::IsWinampRunning();
+        player.Told();
+    }
+    ~LyricsFixture() override
+    {
+        player::LyricsWindowOpen = false;
+        platform::TheMachine().windows = nullptr;
+    }
+
+    // A song with an ID3v2 tag, with these lyrics in it.
+    std::string WriteSong(const std::string &name, const std::string &lyrics) const
+    {
+        const std::string frame =
+            Frame("USLT", std::string("\0eng\0", 5) + lyrics); // an empty description
+        WriteFile(Song(name),
+                  Id3v2(TextFrame("TIT2", "Title") + (lyrics.empty() ? "" : frame)) + Audio());
+        return Song(name);
+    }
+
+    void Play(double seconds) { player.Answer(105, static_cast<std::int32_t>(seconds * 1000)); }
+
+    // The form in its second mode, over a song with these lyrics.
+    std::string Setting(lyrics::LyricsForm &shown, const std::string &text)
+    {
+        std::string song = WriteSong("song.mp3", text);
+        lyrics::SetTimes(shown, song);
+        player.Told();
+        return song;
+    }
+
+    static std::string Selected(const lyrics::LyricsForm &shown)
+    {
+        return shown.Lyrics.Text().substr(static_cast<std::size_t>(shown.Lyrics.SelStart()),
+                                          static_cast<std::size_t>(shown.Lyrics.SelLength()));
+    }
+
+    ModalOrNot windows;
+    MemorySettings settings;
+    ConfigFolder config;
+    RecordingPlayer player;
+    FakeForms forms;
+};
+
+// The same, with a form that is not loaded yet.
+class LyricsFormFixture : public LyricsFixture
+{
+protected:
+    lyrics::LyricsForm form;
+};
+
+} // namespace tests
