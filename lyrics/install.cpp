@@ -86,7 +86,14 @@ void FlushDrafts()
 
 void ForgetForms()
 {
-    TheState() = State();
+    State ended = std::exchange(TheState(), State());
+    ended.setting.push_back(std::move(ended.following));
+    for (auto &form : ended.setting) {
+        if (form == nullptr)
+            continue;
+        ui::Close(*form);
+        ui::Retire(std::move(form)); // after its window, which goes a little later
+    }
 }
 
 } // namespace lyrics
