@@ -1,7 +1,7 @@
 #include "app/options.h"
 
 #include "runtime/text.h"
-#include "shell/startup/version.h"
+#include "shell/version.h"
 
 namespace app
 {

@@ -9,6 +9,8 @@
 #include "catalogue/regeneration.h"
 #include "lyrics/frmLyricsView.h"
 #include "lyrics/install.h"
+#include "online/frmHistory.h"
+#include "online/install.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "platform/settingsstore.h"
@@ -23,7 +25,9 @@
 #include "shell/preferences/preferences.h"
 #include "shell/startup/frmSplash.h"
 #include "shell/startup/startup.h"
+#include "shell/version.h"
 #include "tagedit/editcommands.h"
+#include "ui/qt/bindings.h"
 #include "ui/qt/icons.h"
 
 #include <QApplication>
@@ -46,13 +50,14 @@ struct Windows {
     std::unique_ptr<search::frmSearchWindow> search; // once it was asked for
     QPointer<shell::frmSplash> splash, about;        // each deletes itself
     bool ended = false;                              // the main form was unloaded
+    std::shared_ptr<void> online;                    // checks for newer versions
 };
 
 // The about box is one window: choosing it again brings the one that stands forward.
 void ShowAbout(Windows &windows)
 {
     if (windows.about == nullptr)
-        windows.about = new shell::frmSplash({});
+        windows.about = new shell::frmSplash({}, online::ShowHistory);
     windows.about->ShowSplash(true);
 }
 
@@ -64,6 +69,14 @@ void ShowSearch(Windows &windows)
         windows.search = std::make_unique<search::frmSearchWindow>(search::frmSearch());
     }
     windows.search->Present();
+}
+
+// Lets the toolkit drive a timer of logic for as long as the result lives.
+std::shared_ptr<void> DriveTimer(ui::Timer &timer)
+{
+    auto driver = std::make_shared<QObject>();
+    ui::qt::BindTimer(timer, driver.get());
+    return driver;
 }
 
 void LoadMainWindow(Windows &windows)
@@ -88,6 +101,8 @@ void LoadMainWindow(Windows &windows)
     };
     playlists::Install();
     search::Install([&windows] { ShowSearch(windows); });
+    windows.online = online::Install(DriveTimer);
+    online::RegisterHistoryWidget();
     browser::LoadMainForm(form);
 }
 
@@ -195,6 +210,7 @@ int RunFirst(Windows &windows)
     windows.search.reset();
     search::ResetSearchForm();
     lyrics::ForgetForms();
+    windows.online.reset();
     windows.main.reset();
     browser::ResetMainForm();
     return status;

@@ -8,6 +8,8 @@
 #include "shell/globals.h"
 #include "shell/settings.h"
 #include "shell/startup/startup.h"
+#include "shell/version.h"
+#include "ui/qt/bindings.h"
 
 #include <QAbstractEventDispatcher>
 #include <QStringList>
@@ -19,6 +21,9 @@ namespace app
 {
 
 WindowMachine::WindowMachine()
+#ifdef QUENLIN_HAS_WEB
+    : m_web("Quenlin/" + shell::VersionText(shell::kProgramVersion, "."))
+#endif
 {
     platform::Machine &machine = platform::TheMachine();
     machine.desktop = &m_desktop;
@@ -30,6 +35,10 @@ WindowMachine::WindowMachine()
     machine.folders = &m_folders;
     machine.clock = &m_clock;
     machine.windows = &m_windows;
+#ifdef QUENLIN_HAS_WEB
+    machine.web = &m_web;
+    ui::qt::BindTimer(m_web.poll, &m_turns);
+#endif
     catalogue::TheLockWaitCalls().ShowLine = [this](std::string_view line) { ShowWait(line); };
     machine.beginWait = catalogue::BeginWait;
     // The box waits for a turn of the loop of its own: this is told between two turns.

@@ -15,6 +15,9 @@
 #include "platform/qt/qtwindows.h"
 #include "platform/qt/theme.h"
 #include "ui/qt/form.h"
+#ifdef QUENLIN_HAS_WEB
+#include "platform/web/curlweb.h"
+#endif
 
 #include <optional>
 #include <string>
@@ -46,6 +49,9 @@ private:
     platform::qt::QtWindows m_windows;
     ui::qt::FormWindows m_forms;
     std::unique_ptr<platform::Player> m_player;
+#ifdef QUENLIN_HAS_WEB
+    platform::web::CurlWeb m_web;
+#endif
     QObject m_turns;
     std::string m_panelBefore; // what the status bar showed before a wait
 };

@@ -263,6 +263,7 @@ void ShowMainForm(MainForm &form)
     if (tips && CanRun("submnuTips"))
         RunHandler("submnuTips");
     ReDrawForm(form);
+    form.starting = false;
 }
 
 void CloseMainForm(MainForm &form)

@@ -105,6 +105,7 @@ struct MainForm : PanelForm {
     bool exporting = false;     // lists and commands rest
     bool exportStopped = false; // the running export ends at the next file
     std::string exportTarget;   // the folder of the last export of this run; empty at first
+    bool starting = true;       // until ShowMainForm has ended
 
     // The rows that ItemClick showed last: of which click, for which key, in which filling.
     struct Shown {

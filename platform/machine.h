@@ -18,6 +18,7 @@ struct FileTypes;
 struct Folders;
 struct Player;
 struct SettingsStore;
+struct Web;
 struct Windows;
 
 // The ports are owned by app/ (or the test) and outlive their use. A null port is a programming
@@ -32,6 +33,7 @@ struct Machine {
     Player *player = nullptr;      // null where no player can be found
     Files *files = &SystemFiles(); // a test may put its own
     SystemInfo *system = &ThisSystem();
+    Web *web = nullptr;         // null in a terminal, and in a build without it
     Windows *windows = nullptr; // null in a terminal
 
     // Run before a window waits for the user; what it returns is kept until the wait is over. app/

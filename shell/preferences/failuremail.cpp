@@ -6,7 +6,7 @@
 #include "runtime/text.h"
 #include "shell/globals.h"
 #include "shell/openaddress.h"
-#include "shell/startup/version.h"
+#include "shell/version.h"
 
 namespace shell
 {

@@ -5,7 +5,7 @@
 #include "platform/windows.h"
 #include "shell/globals.h"
 #include "shell/openaddress.h"
-#include "shell/startup/version.h"
+#include "shell/version.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/qttext.h"
 
@@ -72,8 +72,9 @@ ui::Rect ScreenPlace()
 
 } // namespace
 
-frmSplash::frmSplash(std::function<void()> showMainForm)
-    : m_showMainForm(std::move(showMainForm)), m_lblProgress(new QLabel(this))
+frmSplash::frmSplash(std::function<void()> showMainForm, std::function<void()> showHistory)
+    : m_showMainForm(std::move(showMainForm)), m_showHistory(std::move(showHistory)),
+      m_lblProgress(new QLabel(this))
 {
     setAttribute(Qt::WA_DeleteOnClose);
     ui::qt::Name(this, "frmSplash");
@@ -159,7 +160,8 @@ void frmSplash::BuildAbout(const SplashTexts &texts)
     grid->setRowStretch(3, 1);
     auto *history = new QPushButton(ui::qt::MenuText(texts.historyButton), m_about);
     ui::qt::Name(history, "cmdHistory");
-    history->setEnabled(false); // until the history's window is built
+    history->setEnabled(m_showHistory != nullptr);
+    connect(history, &QPushButton::clicked, this, [this] { m_showHistory(); });
     m_cmdOk = new QPushButton(ui::qt::MenuText(texts.okButton), m_about);
     ui::qt::Name(m_cmdOk, "cmdOk");
     connect(m_cmdOk, &QPushButton::clicked, this, &QWidget::close);

@@ -17,7 +17,8 @@ class frmSplash : public QWidget
 {
 public:
     // The window deletes itself when it closes. `showMainForm` runs then, in the splash role only.
-    explicit frmSplash(std::function<void()> showMainForm);
+    // `showHistory`: what the about box's history button does.
+    explicit frmSplash(std::function<void()> showMainForm, std::function<void()> showHistory = {});
     ~frmSplash() override;
 
     // Takes the size and the look of the role, stands in the middle of the screen and shows,
@@ -37,7 +38,7 @@ private:
     void BuildAbout(const SplashTexts &texts);
     void AddTranslation(const SplashTexts &texts);
 
-    std::function<void()> m_showMainForm;
+    std::function<void()> m_showMainForm, m_showHistory;
     SplashLook m_look;
     QWidget *m_about = nullptr;     // what only the about box shows; owned as all that follows
     QLabel *m_lblProgress;          // the progress line at start

@@ -13,7 +13,7 @@
 #include "shell/startup/batch.h"
 #include "shell/startup/filetypes.h"
 #include "shell/startup/regeneratejob.h"
-#include "shell/startup/version.h"
+#include "shell/version.h"
 
 #include <cerrno>
 #include <filesystem>

@@ -1,5 +1,5 @@
 #include "runtime/error.h"
-#include "shell/startup/version.h"
+#include "shell/version.h"
 
 #include <gtest/gtest.h>
 

@@ -2,11 +2,17 @@
 // 200 percent.
 #include "lyrics/frmLyricsView.h"
 #include "lyrics/lyricsform.h"
+#include "online/frmHistory.h"
+#include "online/historyform.h"
+#include "online/techsupportform.h"
+#include "online/tipform.h"
+#include "online/versioninfo.h"
 #include "platform/machine.h"
 #include "platform/qt/boxes.h"
 #include "platform/qt/qtwindows.h"
 #include "shell/globals.h"
 #include "shell/startup/frmSplash.h"
+#include "tests/support/fakeports.h"
 #include "tests/support/memorysettings.h"
 #include "tests/support/scripteddesktop.h"
 #include "tests/windows/look.h"
@@ -49,25 +55,49 @@ std::unique_ptr<ui::Form> LyricsWindow(bool setting)
     return form;
 }
 
+std::unique_ptr<ui::Form> MakeVersionInfo()
+{
+    auto form = std::make_unique<online::VersionInfoForm>(online::DriveTimer());
+    form->URL2Download.SetCaption("https://quenlin.example/whats_new.asp#169");
+    form->lblDB[0].SetCaption("The database's date you're using is:");
+    form->lblDB[1].SetCaption("Last database available is from:");
+    form->SetTitle("Version information");
+    form->Status.SetCaption("Brandolet is up to date, but there's a newer database.");
+    for (ui::Label &label : form->Using)
+        label.SetCaption("1.16.119");
+    for (ui::Label &label : form->NewOne)
+        label.SetCaption("1.16.120");
+    return form;
+}
+
 std::vector<FormCase> AllForms()
 {
     return {
         {"frmLyrics", [] { return LyricsWindow(false); }},
         {"frmLyrics_setting", [] { return LyricsWindow(true); }},
         {"frmSample", [] { return std::make_unique<SampleForm>(); }},
+        {"frmTip", [] { return std::make_unique<online::TipForm>(); }},
+        {"frmTechSupport", [] { return std::make_unique<online::TechSupportForm>(); }},
+        {"frmHistory", [] { return std::make_unique<online::HistoryForm>(); }},
+        {"frmVersionInfo", [] { return MakeVersionInfo(); }},
     };
 }
 
 class AllWindowsScaled : public testing::Test
 {
 protected:
-    AllWindowsScaled() { platform::TheMachine().windows = &windows; }
+    AllWindowsScaled()
+    {
+        platform::TheMachine().windows = &windows;
+        online::RegisterHistoryWidget();
+    }
     ~AllWindowsScaled() override
     {
         platform::TheMachine().windows = nullptr;
         shell::TheGlobals() = shell::Globals{};
     }
 
+    FakeClock clock;
     ScriptedDesktop desktop;
     MemorySettings settings;
     platform::qt::QtWindows windows;

@@ -1,4 +1,4 @@
-#include "shell/startup/version.h"
+#include "shell/version.h"
 
 #include "runtime/error.h"
 #include "runtime/numbers.h"
@@ -6,6 +6,14 @@
 
 namespace shell
 {
+
+std::string VersionText(const Version &version, std::string_view between)
+{
+    std::string text = std::to_string(version.major);
+    for (const std::int16_t part : {version.minor, version.patch})
+        text.append(between).append(std::to_string(part));
+    return text;
+}
 
 Version ParseVersion(std::string_view text)
 {

@@ -1,8 +1,9 @@
-// shell/startup/version.h - the numbers of the program and of its catalogue, and the rule that
+// shell/version.h - the numbers of the program and of its catalogue, and the rule that
 // compares them. No state.
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace shell
@@ -18,6 +19,9 @@ struct Version {
     bool operator==(const Version &) const = default;
 };
 inline constexpr Version kProgramVersion{1, 6, 9};
+
+// The three numbers in plain decimal digits with `between` between them: "1.6.9", "169".
+std::string VersionText(const Version &version, std::string_view between);
 
 // The first three parts of `text` between its points, as numbers; further parts are passed over.
 // Errors: kSubscriptOutOfRange when there are fewer, kTypeMismatch when one is no number,

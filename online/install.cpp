@@ -1,0 +1,63 @@
+#include "online/install.h"
+
+#include "browser/commands.h"
+#include "browser/mainform.h"
+#include "online/autocheck.h"
+#include "online/historyform.h"
+#include "online/techsupportform.h"
+#include "online/tipform.h"
+#include "platform/machine.h"
+
+namespace online
+{
+
+namespace
+{
+
+struct Area {
+    explicit Area(const DriveTimer &drive)
+        : checks(browser::frmMain().tmrAutoCheckVersion, browser::frmMain().tmrClearAutoCheck,
+                 drive)
+    {
+    }
+
+    VersionChecks checks;
+    TipForm startTip; // shown without modality when the program starts
+};
+
+// The tips come modally from the menu; at the start the window behind them can be used at once.
+void ShowTips(Area &area)
+{
+    if (browser::frmMain().starting || area.startTip.Visible()) {
+        ui::Show(area.startTip);
+        return;
+    }
+    TipForm form;
+    ui::ShowModal(form);
+}
+
+} // namespace
+
+std::shared_ptr<void> Install(const DriveTimer &drive)
+{
+    auto area = std::make_shared<Area>(drive);
+    if (platform::TheMachine().web != nullptr)
+        browser::RegisterCommand("submnuNewerVersion",
+                                 [area = area.get()] { area->checks.submnuNewerVersion_Click(); });
+    else // a build without the web
+        browser::frmMain().FindMenu("submnuNewerVersion")->SetVisible(false);
+    browser::RegisterCommand("submnuTips", [area = area.get()] { ShowTips(*area); });
+    browser::RegisterCommand("submnuTechSupport", [] {
+        TechSupportForm form;
+        ui::ShowModal(form);
+    });
+    return area;
+}
+
+void ShowHistory()
+{
+    HistoryForm form;
+    ui::ShowModal(form);
+}
+
+} // namespace online

@@ -1,0 +1,1 @@
+target_sources(quenlin_windows PRIVATE ${CMAKE_CURRENT_LIST_DIR}/frmHistory.cpp)
