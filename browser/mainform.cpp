@@ -113,6 +113,7 @@ void CheckCalls(const MainFormCalls &calls)
 
 void BindRegeneration(MainForm &form)
 {
+    form.shownRun = catalogue::LastRegeneration().number; // earlier runs are no news to this form
     catalogue::RegenerationControls &controls = catalogue::TheRegenerationControls();
     controls.SB = &form.SB;
     controls.PBar = &form.PBar;

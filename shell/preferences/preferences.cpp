@@ -251,6 +251,8 @@ public:
         m_form.lblProgress.SetVisible(true);
         catalogue::TheRegenerationControls().Progress =
             [this](std::string_view line, std::int64_t value, std::int64_t maximum) {
+                if (m_before) // the main window shows the run as well
+                    m_before(line, value, maximum);
                 m_form.lblProgress.SetCaption(line);
                 m_form.PBar.SetMax(maximum);
                 m_form.PBar.SetValue(value);
@@ -258,7 +260,7 @@ public:
     }
     ~ShownRun()
     {
-        catalogue::TheRegenerationControls().Progress = nullptr;
+        catalogue::TheRegenerationControls().Progress = m_before;
         m_form.lblProgress.SetCaption("");
         m_form.lblProgress.SetVisible(false);
         m_form.PBar.SetVisible(false);
@@ -270,6 +272,8 @@ public:
 
 private:
     PreferencesForm &m_form;
+    decltype(catalogue::RegenerationControls::Progress) m_before =
+        catalogue::TheRegenerationControls().Progress;
 };
 
 bool HasChosenAnotherFolder(const PreferencesForm &form)

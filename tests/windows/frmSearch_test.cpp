@@ -84,11 +84,12 @@ TEST_F(SearchWindowScaled, SearchesByKeysAlone)
     tests::KeepScreenshot(*searchWindow, "frmSearch-empty");
     EXPECT_TRUE(Control("txtToFind").hasFocus());
     tests::TypeText("jAZZ");
-    tests::PressKey("Alt+C"); // Check All
-    for (int i = 0; i < 8; ++i)
-        EXPECT_TRUE(
-            tests::Find<QCheckBox>(*searchWindow, ("chkField(" + std::to_string(i) + ")").c_str())
-                ->isChecked());
+    tests::PressKey("Alt+C");     // Check All
+    for (int i = 0; i < 8; ++i) { // a key presses a button a moment later
+        const auto *box =
+            tests::Find<QCheckBox>(*searchWindow, ("chkField(" + std::to_string(i) + ")").c_str());
+        EXPECT_TRUE(tests::WaitUntil([box] { return box->isChecked(); })) << i;
+    }
     Control("txtToFind").setFocus();
     tests::PressKey("Return");
     ASSERT_TRUE(WaitForRows(40));
