@@ -70,6 +70,7 @@ public:
     void Retire(std::unique_ptr<ui::Form> form) override { m_retired.push_back(std::move(form)); }
 
     std::vector<ui::Form *> Forms() override { return m_forms; }
+    void Forget(ui::Form &form) override { std::erase(m_forms, &form); }
 
 private:
     void Load(ui::Form &form)

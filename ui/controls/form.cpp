@@ -108,6 +108,8 @@ Form::~Form()
     // Its window is tied to controls that are gone now: a mistake of ours that must not go on.
     if (m_hosted)
         std::abort();
+    if (TheFormHost() != nullptr)
+        TheFormHost()->Forget(*this);
 }
 
 FormHost *&TheFormHost()

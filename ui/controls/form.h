@@ -171,6 +171,7 @@ struct FormHost {
     virtual void Close(Form &form) = 0;                  // hides and unloads it
     virtual void Retire(std::unique_ptr<Form> form) = 0; // see ui::Retire
     virtual std::vector<Form *> Forms() = 0;             // those that are loaded, the oldest first
+    virtual void Forget(Form & /*form*/) {}              // it ends now, without having been closed
 };
 
 // The host in use; null where there are no windows.
