@@ -45,7 +45,7 @@ int FindNextEntry(const std::vector<std::string> &entries, int index, std::strin
     if (letter.empty())
         return -1;
     const std::string upperLetter = runtime::UpperText(letter);
-    const int next = FindFrom(entries, static_cast<std::size_t>(index + 1), upperLetter);
+    const int next = FindFrom(entries, static_cast<std::size_t>(index) + 1, upperLetter);
     return next >= 0 ? next : FindFrom(entries, 1, upperLetter);
 }
 

@@ -87,8 +87,7 @@ std::string CopyDatabase(sqlite3 *from, const std::string &to)
         }
         code = sqlite3_errcode(target);
     }
-    const std::string reason =
-        code == SQLITE_OK ? std::string() : to + ": " + sqlite3_errmsg(target);
+    std::string reason = code == SQLITE_OK ? std::string() : to + ": " + sqlite3_errmsg(target);
     sqlite3_close(target);
     return reason;
 }
@@ -130,7 +129,7 @@ std::string CopyCatalogue(const std::string &path)
     const std::string name = NewName(copies);
     try {
         const auto file = CatalogueFile::At(path);
-        const std::string reason = MakeCopy(file->Main().Db(), folder + "/" + name);
+        std::string reason = MakeCopy(file->Main().Db(), folder + "/" + name);
         if (!reason.empty())
             return reason;
     } catch (const ProviderFailure &failure) {

@@ -43,7 +43,7 @@ std::string ValueOf(std::string_view text, std::string_view key)
 
 std::string NameInRelease(std::string_view text)
 {
-    const std::string pretty = ValueOf(text, "PRETTY_NAME");
+    std::string pretty = ValueOf(text, "PRETTY_NAME");
     if (!pretty.empty())
         return pretty;
     const std::string name = ValueOf(text, "NAME");
@@ -54,7 +54,7 @@ std::string NameInRelease(std::string_view text)
 std::string OsRelease::Name()
 {
     for (const std::string &file : m_files) {
-        const std::string name =
+        std::string name =
             NameInRelease(ReadRegularFile(file, kMaxReleaseBytes).value_or(std::string()));
         if (!name.empty())
             return name;

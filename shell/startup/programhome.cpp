@@ -138,16 +138,26 @@ std::string ChooseProgramHome(const ProgramPlaces &places)
     return IsInstalled(places) ? places.dataHome + PathSeparator + "quenlin" : places.programFolder;
 }
 
+namespace
+{
+
+std::string In(std::string folder, std::string_view name)
+{
+    return folder.append(1, PathSeparator).append(name);
+}
+
+} // namespace
+
 void FillOnFirstStart(const std::string &shippedFolder, const std::string &home)
 {
-    const std::string marker = home + PathSeparator + std::string(kMarker);
+    const std::string marker = In(home, kMarker);
     if (IsThere(marker))
         return;
     MakeHome(home);
     for (const std::string &name : ShippedNames(shippedFolder)) {
-        const std::string to = home + PathSeparator + name;
+        const std::string to = In(home, name);
         if (!IsThere(to))
-            WriteNew(to, Read(shippedFolder + PathSeparator + name), Existing::Keep);
+            WriteNew(to, Read(In(shippedFolder, name)), Existing::Keep);
     }
     // The marker says that the files are there: it comes to the disk behind them.
     Check(Files().FlushFolderOf(marker), home);
@@ -164,8 +174,8 @@ void RestoreTornFiles(const std::string &shippedFolder, const std::string &home)
         return; // an installation that is gone has nothing to give
     }
     for (const std::string &name : names) {
-        const std::string from = shippedFolder + PathSeparator + name;
-        const std::string to = home + PathSeparator + name;
+        const std::string from = In(shippedFolder, name);
+        const std::string to = In(home, name);
         try {
             if (name != kCatalogue && IsTorn(from, to))
                 WriteNew(to, Read(from), Existing::Replace);
