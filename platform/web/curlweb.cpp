@@ -123,7 +123,7 @@ private:
 
     void End()
     {
-        if (m_handle == nullptr)
+        if (m_handle == nullptr || m_web == nullptr)
             return;
         curl_multi_remove_handle(m_web->m_multi, m_handle);
         curl_easy_cleanup(std::exchange(m_handle, nullptr));
