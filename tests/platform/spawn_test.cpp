@@ -48,7 +48,11 @@ TEST(StartDetached, RunsInTheFolderAndIsNotWaitedFor)
 class OpenerTest : public testing::Test
 {
 protected:
-    OpenerTest() : m_path(std::getenv("PATH")) {}
+    OpenerTest()
+    {
+        if (const char *path = std::getenv("PATH"); path != nullptr)
+            m_path = path;
+    }
     ~OpenerTest() override { setenv("PATH", m_path.c_str(), 1); }
 
     // Lets the opener be `script`, which finds the folder of this test in $0's place.
