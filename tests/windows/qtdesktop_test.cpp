@@ -99,6 +99,25 @@ TEST_F(QtDesktopTest, TextIsPlainAndCarriageReturnBreaksTheLine)
     m_desktop.MessageBox("<b>Live</b> && more\rsecond\r\nthird", Buttons::Ok, {}, BoxIcon::None);
 }
 
+TEST_F(QtDesktopTest, TheSystemsWordsAreBehindAButton)
+{
+    tests::WhenModal([](QWidget &box) {
+        auto *details = tests::Find<QLabel>(box, "lblDetails");
+        EXPECT_FALSE(details->isVisible());
+        tests::Click(*tests::Find(box, "cmdDetails"));
+        EXPECT_TRUE(details->isVisible());
+        EXPECT_EQ(details->text(), QStringLiteral("/a/b: Permission denied"));
+        EXPECT_TRUE(box.isVisible()) << "no answer yet";
+        tests::PressKey("Ctrl+C");
+        EXPECT_EQ(QGuiApplication::clipboard()->text(),
+                  QStringLiteral("Go on?\n/a/b: Permission denied"));
+        tests::Click(*tests::Find(box, "cmdYes"));
+    });
+    EXPECT_EQ(m_desktop.MessageBoxWithDetails("Go on?", "/a/b: Permission denied", Buttons::YesNo,
+                                              "Corrupted file"),
+              Answer::Yes);
+}
+
 TEST_F(QtDesktopTest, LongTextFitsTheScreenAndScrolls)
 {
     std::string text;
