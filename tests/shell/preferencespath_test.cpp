@@ -5,7 +5,6 @@
 namespace
 {
 
-namespace fs = std::filesystem;
 using tests::PreferencesTest;
 using tests::Texts;
 
