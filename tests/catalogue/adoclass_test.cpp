@@ -299,10 +299,10 @@ TEST(ExecuteSQL, NothingButRowsAndOneStatement)
                              "DELETE FROM MP3s WHERE Path IN (SELECT Path FROM MP3s)",
                              "DELETE FROM MP3s WHERE length(Path) = 2",
                              "WITH x AS (SELECT '/a') DELETE FROM MP3s WHERE Path IN x",
-                             "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
-                             "INSERT INTO Lists SELECT i, i FROM n",
-                             "SELECT * FROM (WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT "
-                             "i + 1 FROM n) SELECT i FROM n)"};
+                             ("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
+                              "INSERT INTO Lists SELECT i, i FROM n"),
+                             ("SELECT * FROM (WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT "
+                              "i + 1 FROM n) SELECT i FROM n)")};
     for (const auto *statement : refused) {
         SCOPED_TRACE(statement);
         tests::FreshCatalogue fresh;

@@ -135,7 +135,7 @@ public:
     {
         platform::TheMachine().files = this;
     }
-    ~FailingFiles() { platform::TheMachine().files = m_before; }
+    ~FailingFiles() override { platform::TheMachine().files = m_before; }
 
     int CreateBeside(const std::string &finalPath, std::string &temporaryPath) override
     {

@@ -15,7 +15,6 @@ namespace
 
 using playlists::EntriesOfM3U;
 using playlists::EntryPath;
-using playlists::M3UEntry;
 using playlists::ParseM3UText;
 using playlists::PrepareM3UText;
 using namespace std::string_literals;
