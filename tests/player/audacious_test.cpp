@@ -449,7 +449,9 @@ TEST_F(Audacious, Starting)
 
 TEST_F(Audacious, NotInstalled)
 {
-    const std::string path = std::getenv("PATH");
+    const char *before = std::getenv("PATH");
+    ASSERT_NE(before, nullptr);
+    const std::string path = before;
     setenv("PATH", real.music.Path().c_str(), 1);
     EXPECT_EQ(GetWinampExePath(), "");
     EXPECT_EQ(GetWinampFolder(), "");
