@@ -5,6 +5,7 @@
 #include "platform/waiting.h"
 #include "player/playing.h"
 #include "player/winampmod.h"
+#include "tests/support/programpath.h"
 #include "tests/support/realplayer.h"
 #include "tests/support/scripteddesktop.h"
 
@@ -449,10 +450,7 @@ TEST_F(Audacious, Starting)
 
 TEST_F(Audacious, NotInstalled)
 {
-    const char *before = std::getenv("PATH");
-    ASSERT_NE(before, nullptr);
-    const std::string path = before;
-    setenv("PATH", real.music.Path().c_str(), 1);
+    const tests::PathOfPrograms path(real.music.Path());
     EXPECT_EQ(GetWinampExePath(), "");
     EXPECT_EQ(GetWinampFolder(), "");
     try {
@@ -462,7 +460,6 @@ TEST_F(Audacious, NotInstalled)
         EXPECT_EQ(error.number, runtime::kFileNotFound);
         EXPECT_NE(error.description.find("apt install audacious"), std::string::npos);
     }
-    setenv("PATH", path.c_str(), 1);
 }
 
 TEST_F(Audacious, ThePrivateFolderGoesWithThePort)

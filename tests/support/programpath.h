@@ -1,0 +1,28 @@
+// tests/support/programpath.h - another PATH for the time of a test.
+#pragma once
+
+#include <cstdlib>
+#include <string>
+
+namespace tests
+{
+
+// Looks for programs in `folder` alone, from its making to its end.
+class PathOfPrograms
+{
+public:
+    explicit PathOfPrograms(const std::string &folder)
+    {
+        if (const char *before = std::getenv("PATH"); before != nullptr)
+            m_before = before;
+        setenv("PATH", folder.c_str(), 1);
+    }
+    ~PathOfPrograms() { setenv("PATH", m_before.c_str(), 1); }
+    PathOfPrograms(const PathOfPrograms &) = delete;
+    PathOfPrograms &operator=(const PathOfPrograms &) = delete;
+
+private:
+    std::string m_before;
+};
+
+} // namespace tests
