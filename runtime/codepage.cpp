@@ -1,5 +1,7 @@
 #include "runtime/codepage.h"
 
+#include "runtime/text.h"
+
 #include <utf8proc.h>
 
 #include <algorithm>
@@ -70,12 +72,6 @@ char ByteOfCodePoint(const State &state, utf8proc_int32_t codePoint)
                                       std::pair<char16_t, unsigned char>{wanted, 0});
     const bool found = hit != state.toByte.end() && hit->first == wanted;
     return found ? static_cast<char>(hit->second) : '?';
-}
-
-bool IsAscii(std::string_view text)
-{
-    return std::all_of(text.begin(), text.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 struct LanguagePage {

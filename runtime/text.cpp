@@ -13,17 +13,6 @@ namespace runtime
 namespace
 {
 
-char UpperAsciiChar(char c)
-{
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-bool IsAscii(std::string_view text)
-{
-    return std::all_of(text.begin(), text.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 // The length of the valid UTF-8 character at the start of `text`, its code point in `codePoint`;
 // 0 when there is none.
 int NextCharacter(std::string_view text, utf8proc_int32_t &codePoint)
@@ -183,17 +172,24 @@ std::vector<std::string> Split(std::string_view text, std::string_view separator
     return pieces;
 }
 
+bool IsAscii(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
 std::string UpperAscii(std::string_view text)
 {
     std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), UpperAsciiChar);
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](char c) { return UpperAscii(c); });
     return result;
 }
 
 bool EqualAscii(std::string_view first, std::string_view second)
 {
     return std::equal(first.begin(), first.end(), second.begin(), second.end(),
-                      [](char a, char b) { return UpperAsciiChar(a) == UpperAsciiChar(b); });
+                      [](char a, char b) { return UpperAscii(a) == UpperAscii(b); });
 }
 
 std::string UpperText(std::string_view utf8)

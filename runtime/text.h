@@ -53,7 +53,14 @@ bool EqualText(std::string_view first, std::string_view second);
 
 // Upper case of the ASCII letters only, for keywords, extensions and keys of files.
 std::string UpperAscii(std::string_view text);
+constexpr char UpperAscii(char c)
+{
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
 bool EqualAscii(std::string_view first, std::string_view second);
+
+// Whether all bytes are below 0x80.
+bool IsAscii(std::string_view text);
 
 // `text` for a reader of one line: every control character, and every byte of 0x80 to 0x9F that is
 // not part of valid UTF-8, as "\x" and two hexadecimal digits a byte, so that no name of a file can

@@ -1,6 +1,6 @@
 #include "catalogue/rows/textpool.h"
 
-#include "catalogue/rows/textorder.h"
+#include "runtime/collation.h"
 #include "runtime/numbers.h"
 
 #include <algorithm>
@@ -105,7 +105,7 @@ std::vector<std::uint32_t> TextPool::Ranks(bool asNumbers) const
     std::vector<Sortable> texts;
     texts.reserve(m_texts.size());
     for (std::uint32_t number = 1; number < m_texts.size(); ++number) {
-        MakeSortKey(m_texts[number], key);
+        runtime::MakeSortKey(m_texts[number], key);
         if (chunks.empty() || chunks.back().size() + key.size() > chunks.back().capacity())
             chunks.emplace_back().reserve(std::max(kChunkBytes, key.size()));
         const auto at = chunks.back().size();
@@ -120,9 +120,7 @@ std::vector<std::uint32_t> TextPool::Ranks(bool asNumbers) const
             return runtime::LeadingNumber(a.key) < runtime::LeadingNumber(b.key);
         if (a.start != b.start)
             return a.start < b.start;
-        if (const int order = a.key.compare(b.key); order != 0)
-            return order < 0;
-        return CollateText(m_texts[a.number], m_texts[b.number]) < 0;
+        return runtime::CollateKeyed(a.key, m_texts[a.number], b.key, m_texts[b.number]) < 0;
     };
     std::sort(texts.begin(), texts.end(), comesFirst);
     std::vector<std::uint32_t> ranks(m_texts.size());

@@ -1,7 +1,8 @@
 #include "catalogue/sqlite/sqlitefunctions.h"
 
-#include "catalogue/rows/textorder.h"
+#include "catalogue/rows/textmatch.h"
 #include "catalogue/sql/statementtext.h"
+#include "runtime/collation.h"
 #include "runtime/text.h"
 
 #include <string_view>
@@ -27,8 +28,9 @@ bool IsNull(sqlite3_value *value)
 
 int Collate(void *, int firstBytes, const void *first, int secondBytes, const void *second)
 {
-    return CollateText({static_cast<const char *>(first), static_cast<std::size_t>(firstBytes)},
-                       {static_cast<const char *>(second), static_cast<std::size_t>(secondBytes)});
+    return runtime::CollateText(
+        {static_cast<const char *>(first), static_cast<std::size_t>(firstBytes)},
+        {static_cast<const char *>(second), static_cast<std::size_t>(secondBytes)});
 }
 
 void SameTrimmedFunction(sqlite3_context *context, int, sqlite3_value **values)

@@ -1,7 +1,9 @@
 #include "catalogue/rows/laterows.h"
-#include "catalogue/rows/textorder.h"
+#include "runtime/collation.h"
 #include "runtime/error.h"
 #include "tests/catalogue/support.h"
+#include "tests/support/oddtexts.h"
+#include "ui/controls/keyedlist.h"
 
 #include <gtest/gtest.h>
 
@@ -91,10 +93,32 @@ TEST(LateRecordset, SortsAsTheEngineWould)
         for (; !late->AtEnd(); late->MoveNext(), sorted->MoveNext())
             for (const std::string field : {"Title", "Artist", "Path", "Duplicated"})
                 if (order.find(field) != std::string::npos) {
-                    ASSERT_EQ(CollateText(late->Text(field), sorted->Text(field)), 0)
+                    ASSERT_EQ(runtime::CollateText(late->Text(field), sorted->Text(field)), 0)
                         << field << " of row " << late->Position();
                 }
         EXPECT_TRUE(sorted->AtEnd());
+    }
+}
+
+// A click on a header gives the order that a statement would have given.
+TEST(LateRecordset, AListSortsAsAStatementDoes)
+{
+    tests::FreshCatalogue fresh;
+    ui::KeyedList list;
+    std::vector<std::string> texts = test::OddTexts(200);
+    texts.insert(texts.end(), {"\u00E9\xFF", "Z", "\u0915\u093F\u0905", "\u0915\u093E\u092C"});
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        fresh.AddPath("/" + std::to_string(i), texts[i]);
+        const std::string_view subItem = texts[i];
+        list.AddRow(std::to_string(i), "", "", {&subItem, 1});
+    }
+    for (const bool descending : {false, true}) {
+        SCOPED_TRACE(descending);
+        list.SetSort(1, descending);
+        const auto rows = Select(fresh, descending ? "SELECT * FROM MP3s ORDER BY Title DESC"
+                                                   : "SELECT * FROM MP3s ORDER BY Title");
+        for (int at = 0; at < list.Count(); ++at, rows->MoveNext())
+            ASSERT_EQ(rows->Text("Path").substr(1), list.Key(list.RowAt(at))) << at;
     }
 }
 

@@ -1,7 +1,7 @@
 #include "ui/controls/keyedlist.h"
 
+#include "runtime/collation.h"
 #include "runtime/error.h"
-#include "runtime/sortkey.h"
 
 #include <algorithm>
 #include <numeric>
@@ -195,20 +195,24 @@ void KeyedList::SetSort(int sortKey, bool descending)
 void KeyedList::Sort()
 {
     std::iota(m_order.begin(), m_order.end(), 0);
+    const auto text = [&](RowId row) {
+        return Cell(row, static_cast<std::uint32_t>(m_sortKey) + 1);
+    };
     std::vector<std::string> keys;
     keys.reserve(m_rows.size());
+    const auto order = [&](RowId first, RowId second) {
+        return runtime::CollateKeyed(keys[static_cast<std::size_t>(first)], text(first),
+                                     keys[static_cast<std::size_t>(second)], text(second));
+    };
     bool allEqual = true;
     for (const RowId row : m_order) {
-        keys.push_back(runtime::SortKeyOf(Cell(row, static_cast<std::uint32_t>(m_sortKey) + 1)));
-        allEqual = allEqual && keys.back() == keys.front();
+        keys.push_back(runtime::SortKey(text(row)));
+        allEqual = allEqual && order(row, 0) == 0;
     }
     if (allEqual)
         return;
-    const auto keyOf = [&keys](RowId row) -> const std::string & {
-        return keys[static_cast<std::size_t>(row)];
-    };
     std::stable_sort(m_order.begin(), m_order.end(), [&](RowId first, RowId second) {
-        return m_descending ? keyOf(second) < keyOf(first) : keyOf(first) < keyOf(second);
+        return m_descending ? order(second, first) < 0 : order(first, second) < 0;
     });
 }
 

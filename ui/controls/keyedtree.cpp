@@ -1,7 +1,7 @@
 #include "ui/controls/keyedtree.h"
 
+#include "runtime/collation.h"
 #include "runtime/error.h"
-#include "runtime/sortkey.h"
 
 #include <algorithm>
 
@@ -121,8 +121,11 @@ void KeyedTree::SortChildren(NodeId parent)
     std::vector<std::pair<std::string, NodeId>> keyed;
     keyed.reserve(children.size());
     for (const NodeId child : children)
-        keyed.emplace_back(runtime::SortKeyOf(Text(child)), child);
-    std::ranges::stable_sort(keyed, {}, &std::pair<std::string, NodeId>::first);
+        keyed.emplace_back(runtime::SortKey(Text(child)), child);
+    std::ranges::stable_sort(keyed, [this](const auto &first, const auto &second) {
+        return runtime::CollateKeyed(first.first, Text(first.second), second.first,
+                                     Text(second.second)) < 0;
+    });
     for (std::size_t row = 0; row < keyed.size(); ++row) {
         children[row] = keyed[row].second;
         m_nodes[static_cast<std::size_t>(children[row])].row = static_cast<std::int32_t>(row);

@@ -1,74 +1,20 @@
-#include "catalogue/rows/textorder.h"
+#include "catalogue/rows/textmatch.h"
 #include "catalogue/rows/textpool.h"
+#include "runtime/collation.h"
 #include "runtime/text.h"
+#include "tests/support/oddtexts.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <random>
 #include <string>
 #include <vector>
 
 using namespace catalogue;
 using namespace std::string_literals;
 
-namespace
-{
-
-// Short texts over an alphabet that has everything which is odd about comparing.
-std::vector<std::string> OddTexts(int count)
-{
-    const std::string pieces[] = {"a",      "A", "b", "é", "É",   "e",    "E\u0301", "ñ",
-                                  "Ñ",      "ß", "ẞ", " ", "\0"s, "\x80", "\xFF",    "ı",
-                                  "\u017F", "z", "Z", "_", "%",   "д",    "Д"};
-    std::mt19937 random(7);
-    std::vector<std::string> texts;
-    for (int i = 0; i < count; ++i) {
-        std::string text;
-        for (auto length = random() % 5; length > 0; --length)
-            text += pieces[random() % std::size(pieces)];
-        texts.push_back(text);
-    }
-    return texts;
-}
-
-int Sign(int value)
-{
-    return (value > 0) - (value < 0);
-}
-
-} // namespace
-
-TEST(CollateText, AccentsBesideTheirLetters)
-{
-    std::vector<std::string> names = {"Zebra", "Éric",   "Fan",   "eric",
-                                      "Dan",   "Eric B", "Ärger", "Ab"};
-    std::sort(names.begin(), names.end(),
-              [](const auto &a, const auto &b) { return CollateText(a, b) < 0; });
-    EXPECT_EQ(names, (std::vector<std::string>{"Ab", "Ärger", "Dan", "eric", "Éric", "Eric B",
-                                               "Fan", "Zebra"}));
-    EXPECT_EQ(CollateText("ñandú", "ÑANDÚ"), 0);
-    EXPECT_LT(CollateText("Eric", "Éric"), 0);
-    EXPECT_EQ(CollateText("", ""), 0);
-    EXPECT_LT(CollateText("", "a"), 0);
-    EXPECT_LT(CollateText("a"s, "a\0"s), 0);
-}
-
-TEST(CollateText, IsAnOrderThatGoesByKeyAndUpperCase)
-{
-    const auto texts = OddTexts(300);
-    for (const auto &a : texts) {
-        for (const auto &b : texts) {
-            const int byKey = Sign(SortKey(a).compare(SortKey(b)));
-            const int byUpper = Sign(runtime::UpperText(a).compare(runtime::UpperText(b)));
-            ASSERT_EQ(CollateText(a, b), byKey != 0 ? byKey : byUpper) << a << " / " << b;
-        }
-    }
-}
-
 TEST(SameTrimmed, AsTrimAndUpperText)
 {
-    const auto texts = OddTexts(300);
+    const auto texts = test::OddTexts(300);
     for (const auto &a : texts)
         for (const auto &b : texts)
             ASSERT_EQ(SameTrimmed(a, b),
@@ -115,7 +61,7 @@ TEST(LikePattern, Table)
 
 TEST(TextPool, EqualTextsShareANumberAndRanksFollowTheOrder)
 {
-    const auto texts = OddTexts(5000);
+    const auto texts = test::OddTexts(5000);
     TextPool pool;
     std::vector<std::uint32_t> numbers;
     for (const auto &text : texts)
@@ -125,7 +71,7 @@ TEST(TextPool, EqualTextsShareANumberAndRanksFollowTheOrder)
         ASSERT_EQ(pool.At(numbers[i]), texts[i]);
     for (std::size_t i = 0; i + 1 < texts.size(); ++i) {
         const auto a = ranks[numbers[i]], b = ranks[numbers[i + 1]];
-        ASSERT_EQ((a > b) - (a < b), CollateText(texts[i], texts[i + 1]));
+        ASSERT_EQ((a > b) - (a < b), runtime::CollateText(texts[i], texts[i + 1]));
         ASSERT_EQ(numbers[i] == numbers[i + 1], texts[i] == texts[i + 1]);
         ASSERT_GT(a, ranks[TextPool::kNull]);
     }
