@@ -12,11 +12,6 @@ namespace catalogue
 namespace
 {
 
-constexpr std::int64_t kGroupMs = 100; // of work that a kill may lose
-// Where the files come slower than this, each row is committed at once: the catalogue is not held
-// while the next one is read.
-constexpr std::int64_t kSlowReadMs = 20;
-
 using Tell = std::function<void(const std::string &lost)>;
 
 struct State {
@@ -73,6 +68,12 @@ bool IsOutOfOrder(sqlite3 *db)
 
 } // namespace
 
+GroupLimits &TheGroupLimits()
+{
+    static GroupLimits limits;
+    return limits;
+}
+
 YieldScope::YieldScope()
 {
     ++TheState().yields;
@@ -96,8 +97,9 @@ void JoinGroup(const std::shared_ptr<CatalogueFile> &file)
         throw ProviderFailure(kStatementFailure, state.stepFailure);
     if (std::exchange(state.isRowStart, false)) {
         const auto now = MachineMs();
-        state.isSlow = state.groups > 0 && now - state.lastRowMs > kSlowReadMs;
-        if (state.file && (now - state.sinceMs >= kGroupMs || state.file->SomeoneWaits()))
+        state.isSlow = state.groups > 0 && now - state.lastRowMs > TheGroupLimits().slowReadMs;
+        if (state.file &&
+            (now - state.sinceMs >= TheGroupLimits().groupMs || state.file->SomeoneWaits()))
             CommitGroup();
     }
     if (state.file && state.file != file)
@@ -188,7 +190,7 @@ std::string RowStep::Finish()
     std::string failure = std::exchange(state.stepFailure, {});
     state.lastRowMs = MachineMs();
     const bool mayStayOpen = state.groups > 0 && !state.isSlow && !IsWaitingForLock();
-    if (mayStayOpen && state.lastRowMs - state.sinceMs < kGroupMs)
+    if (mayStayOpen && state.lastRowMs - state.sinceMs < TheGroupLimits().groupMs)
         return failure;
     if (std::string words = CommitGroup(); failure.empty())
         failure = std::move(words);

@@ -13,6 +13,15 @@
 namespace catalogue
 {
 
+// When an open group is committed. A test sets other limits.
+struct GroupLimits {
+    std::int64_t groupMs = 100; // of work; a kill loses no more
+    std::int64_t slowReadMs =
+        20; // between two rows. Where files come slower, each row is committed
+            // at once: the catalogue is not locked while a file is read.
+};
+GroupLimits &TheGroupLimits();
+
 // While one lives, the rows of several RowSteps are committed together. Regeneration and batch hold
 // one for their whole run; one inside another changes nothing.
 class RowGroups

@@ -41,23 +41,23 @@ private:
     bool m_before;
 };
 
-// A place in the turnstile, left again at the end.
-class TurnstileVisit
+// A place in the queue, left again at the end.
+class QueuePlace
 {
 public:
-    explicit TurnstileVisit(Turnstile &turnstile) : m_turnstile(turnstile) {}
-    ~TurnstileVisit()
+    explicit QueuePlace(WriteQueue &queue) : m_queue(queue) {}
+    ~QueuePlace()
     {
         if (m_isIn)
-            m_turnstile.Leave();
+            m_queue.Leave();
     }
-    TurnstileVisit(const TurnstileVisit &) = delete;
-    TurnstileVisit &operator=(const TurnstileVisit &) = delete;
+    QueuePlace(const QueuePlace &) = delete;
+    QueuePlace &operator=(const QueuePlace &) = delete;
 
-    bool TryEnter() { return m_isIn = m_turnstile.TryEnter(); }
+    bool TryEnter() { return m_isIn = m_queue.TryEnter(); }
 
 private:
-    Turnstile &m_turnstile;
+    WriteQueue &m_queue;
     bool m_isIn = false;
 };
 
@@ -69,8 +69,8 @@ bool IsBusy(int code)
 } // namespace
 
 CatalogueFile::CatalogueFile(std::string path)
-    : m_path(std::move(path)), m_identity(InspectCatalogueFile(m_path)),
-      m_turnstile(m_path + "-turn"), m_main(std::make_unique<SqliteHandle>(m_path))
+    : m_path(std::move(path)), m_identity(InspectCatalogueFile(m_path)), m_queue(m_path + "-turn"),
+      m_main(std::make_unique<SqliteHandle>(m_path))
 {
 }
 
@@ -94,7 +94,7 @@ std::shared_ptr<CatalogueFile> CatalogueFile::At(const std::string &path)
 
 void CatalogueFile::CloseAll()
 {
-    LateRecordset::CopyAll(0);
+    LazyRecordset::CopyAll(0);
     for (auto &[path, file] : Files())
         file->m_isClosing = true;
     Files().clear();
@@ -151,7 +151,7 @@ void CatalogueFile::BeginWrite(SqliteHandle &handle)
         throw ProviderFailure(kStatementFailure,
                               "A transaction of this program holds the catalogue.");
     const LocksNotWaitedFor atOnce(handle);
-    int code = m_turnstile.SomeoneWaits() ? SQLITE_BUSY : handle.RunOwn("BEGIN IMMEDIATE");
+    int code = m_queue.SomeoneWaits() ? SQLITE_BUSY : handle.RunOwn("BEGIN IMMEDIATE");
     if (IsBusy(code))
         code = BeginWhenFree(handle);
     if (code != SQLITE_OK)
@@ -168,7 +168,7 @@ int CatalogueFile::BeginWhenFree(SqliteHandle &handle)
             kStatementFailure,
             "This program waits already for another one that holds the catalogue.");
     LockWait wait;
-    TurnstileVisit visit(m_turnstile);
+    QueuePlace visit(m_queue);
     const auto goOn = [&] { return wait.GoOn() && !m_isClosing; };
     bool goesOn = true;
     while (!visit.TryEnter() && goesOn)

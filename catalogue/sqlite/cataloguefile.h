@@ -2,11 +2,11 @@
 // kept warm between statements, its turn to write, and the snapshots of its late results.
 #pragma once
 
-#include "catalogue/rows/laterows.h"
+#include "catalogue/rows/lazyrows.h"
 #include "catalogue/sql/statementtext.h"
 #include "catalogue/sqlite/sqlitefile.h"
 #include "catalogue/sqlite/sqlitehandle.h"
-#include "catalogue/sqlite/turnstile.h"
+#include "catalogue/sqlite/writequeue.h"
 
 #include <map>
 #include <memory>
@@ -58,7 +58,7 @@ public:
     // Whether a transaction of this process writes to the file.
     [[nodiscard]] bool IsWriting() const { return m_isWriting; }
     // Whether another process waits for its turn.
-    [[nodiscard]] bool SomeoneWaits() { return m_turnstile.SomeoneWaits(); }
+    [[nodiscard]] bool SomeoneWaits() { return m_queue.SomeoneWaits(); }
 
     // The stored query of that name. Errors: ProviderFailure when there is none.
     const StoredQuery &Query(std::string_view name);
@@ -70,7 +70,7 @@ private:
 
     std::string m_path;
     FileIdentity m_identity;
-    Turnstile m_turnstile;
+    WriteQueue m_queue;
     std::unique_ptr<SqliteHandle> m_main;
     std::vector<std::shared_ptr<SqliteHandle>> m_idle;
     std::map<std::string, StoredQuery> m_queries; // by upper-cased name

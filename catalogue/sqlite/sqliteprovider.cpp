@@ -15,7 +15,7 @@ namespace
 {
 
 // A late result copies itself when another statement comes and it is as old as this.
-constexpr std::int64_t kLateMs = 5000;
+constexpr std::int64_t kLazyMs = 5000;
 
 const std::string kRootMark(1, shell::PathSeparator);
 
@@ -135,11 +135,11 @@ RecordsetPtr SqliteConnection::Read(const Translated &statement, const Binding &
     SqliteHandle &handle = m_ownHandle ? *m_ownHandle : m_file->Main();
     const auto &columns = handle.ColumnsOfMP3s(); // makes the views that the statement may name
     if (m_ownHandle || !statement.isRowQuery || !handle.HasSnapshots() ||
-        !LateRecordset::CanSort(statement.rows, columns))
+        !LazyRecordset::CanSort(statement.rows, columns))
         return StepAll(handle, statement.sql, bind);
     auto snapshot = m_file->TakeSnapshot();
     snapshot->handle->ColumnsOfMP3s();
-    return std::make_shared<LateRecordset>(
+    return std::make_shared<LazyRecordset>(
         std::move(snapshot), statement.rows, bind,
         handle.Prepare("SELECT * FROM main.MP3s WHERE rowid = ?1").columns);
 }
@@ -205,7 +205,7 @@ void SqliteConnection::RollBack()
 
 std::unique_ptr<Connection> OpenCatalogueFile(const std::string &connectionString)
 {
-    LateRecordset::CopyAll(kLateMs);
+    LazyRecordset::CopyAll(kLazyMs);
     // The path may hold any character, so that the text behind it ends it, not the next ";".
     constexpr std::string_view kSource = "Data Source=";
     const auto from = connectionString.find(kSource);

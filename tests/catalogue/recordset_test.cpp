@@ -1,4 +1,4 @@
-#include "catalogue/rows/laterows.h"
+#include "catalogue/rows/lazyrows.h"
 #include "runtime/collation.h"
 #include "runtime/error.h"
 #include "tests/catalogue/support.h"
@@ -76,7 +76,7 @@ TEST(Recordset, PositionsAndErrors)
     }
 }
 
-TEST(LateRecordset, SortsAsTheEngineWould)
+TEST(LazyRecordset, SortsAsTheEngineWould)
 {
     tests::FreshCatalogue fresh;
     FillOdd(fresh, 300);
@@ -85,7 +85,7 @@ TEST(LateRecordset, SortsAsTheEngineWould)
                                     "Duplicated, Path DESC", "Lyrics", "title, artist"}) {
         SCOPED_TRACE(order);
         const auto late = Select(fresh, "SELECT * FROM MP3s ORDER BY " + order);
-        ASSERT_NE(dynamic_cast<LateRecordset *>(late.get()), nullptr);
+        ASSERT_NE(dynamic_cast<LazyRecordset *>(late.get()), nullptr);
         // The same rows through the engine's own sort; Lyrics numbers the rows.
         const auto sorted = Select(fresh, "SELECT Title, Artist, Path, Duplicated, Lyrics FROM "
                                           "MP3s ORDER BY " +
@@ -101,11 +101,11 @@ TEST(LateRecordset, SortsAsTheEngineWould)
 }
 
 // A click on a header gives the order that a statement would have given.
-TEST(LateRecordset, AListSortsAsAStatementDoes)
+TEST(LazyRecordset, AListSortsAsAStatementDoes)
 {
     tests::FreshCatalogue fresh;
     ui::KeyedList list;
-    std::vector<std::string> texts = test::OddTexts(200);
+    std::vector<std::string> texts = tests::OddTexts(200);
     texts.insert(texts.end(), {"\u00E9\xFF", "Z", "\u0915\u093F\u0905", "\u0915\u093E\u092C"});
     for (std::size_t i = 0; i < texts.size(); ++i) {
         fresh.AddPath("/" + std::to_string(i), texts[i]);
@@ -122,7 +122,7 @@ TEST(LateRecordset, AListSortsAsAStatementDoes)
     }
 }
 
-TEST(LateRecordset, KeepsWhatItHadWhateverIsWritten)
+TEST(LazyRecordset, KeepsWhatItHadWhateverIsWritten)
 {
     for (const bool copyFirst : {false, true}) {
         SCOPED_TRACE(copyFirst);
@@ -135,14 +135,14 @@ TEST(LateRecordset, KeepsWhatItHadWhateverIsWritten)
         fresh.access.ExecuteSQL("UPDATE MP3s SET Title = 'new', Lyrics = 'new'", kUpdate);
         fresh.access.ExecuteSQL("DELETE FROM MP3s WHERE Duplicated > 3", kDelete);
         if (copyFirst)
-            LateRecordset::CopyAll(0);
+            LazyRecordset::CopyAll(0);
         EXPECT_EQ(late->Position(), 2);
         late->MoveFirst();
         EXPECT_EQ(tests::RowsOf(*late), before);
     }
 }
 
-TEST(LateRecordset, OutlivesTheObjectAndTheFile)
+TEST(LazyRecordset, OutlivesTheObjectAndTheFile)
 {
     std::vector<std::string> before;
     RecordsetPtr late;
@@ -157,7 +157,7 @@ TEST(LateRecordset, OutlivesTheObjectAndTheFile)
     EXPECT_EQ(tests::RowsOf(*late), before);
 }
 
-TEST(LateRecordset, NullApartFromEmpty)
+TEST(LazyRecordset, NullApartFromEmpty)
 {
     tests::FreshCatalogue fresh;
     fresh.AddPath("/1");

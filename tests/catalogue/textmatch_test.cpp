@@ -14,7 +14,7 @@ using namespace std::string_literals;
 
 TEST(SameTrimmed, AsTrimAndUpperText)
 {
-    const auto texts = test::OddTexts(300);
+    const auto texts = tests::OddTexts(300);
     for (const auto &a : texts)
         for (const auto &b : texts)
             ASSERT_EQ(SameTrimmed(a, b),
@@ -61,7 +61,7 @@ TEST(LikePattern, Table)
 
 TEST(TextPool, EqualTextsShareANumberAndRanksFollowTheOrder)
 {
-    const auto texts = test::OddTexts(5000);
+    const auto texts = tests::OddTexts(5000);
     TextPool pool;
     std::vector<std::uint32_t> numbers;
     for (const auto &text : texts)

@@ -49,7 +49,7 @@ TEST(CollateText, DamagedBytesAndSpacingMarks)
 
 TEST(CollateText, IsAnOrderByKeyThenUpperCase)
 {
-    const auto texts = test::OddTexts(300);
+    const auto texts = tests::OddTexts(300);
     for (const auto &a : texts) {
         for (const auto &b : texts) {
             const int byKey = Sign(SortKey(a).compare(SortKey(b)));

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace test
+namespace tests
 {
 
 // `count` short texts, the same at each call: letters in both cases, accents in both forms, marks
@@ -28,4 +28,4 @@ inline std::vector<std::string> OddTexts(int count)
     return texts;
 }
 
-} // namespace test
+} // namespace tests

@@ -1,4 +1,4 @@
-#include "catalogue/rows/laterows.h"
+#include "catalogue/rows/lazyrows.h"
 
 #include "runtime/error.h"
 #include "runtime/text.h"
@@ -13,10 +13,10 @@ namespace catalogue
 namespace
 {
 
-// The results that still read late; each enters and leaves by itself.
-std::vector<LateRecordset *> &Living()
+// The results that have not copied themselves yet; each adds and removes itself.
+std::vector<LazyRecordset *> &Living()
 {
-    static auto *living = new std::vector<LateRecordset *>; // outlives every result
+    static auto *living = new std::vector<LazyRecordset *>; // outlives every result
     return *living;
 }
 
@@ -44,7 +44,7 @@ Snapshot::~Snapshot()
     release(std::move(handle));
 }
 
-LateRecordset::LateRecordset(std::unique_ptr<Snapshot> snapshot, const RowQuery &query,
+LazyRecordset::LazyRecordset(std::unique_ptr<Snapshot> snapshot, const RowQuery &query,
                              const Binding &bind, ColumnNames columns)
     : RecordsetBase(std::move(columns)), m_snapshot(std::move(snapshot)), m_bornMs(MachineMs())
 {
@@ -54,20 +54,20 @@ LateRecordset::LateRecordset(std::unique_ptr<Snapshot> snapshot, const RowQuery 
     Living().push_back(this);
 }
 
-LateRecordset::~LateRecordset()
+LazyRecordset::~LazyRecordset()
 {
     std::erase(Living(), this);
     if (m_snapshot)
         sqlite3_reset(m_reader);
 }
 
-bool LateRecordset::CanSort(const RowQuery &query, const std::vector<std::string> &columns)
+bool LazyRecordset::CanSort(const RowQuery &query, const std::vector<std::string> &columns)
 {
     return std::all_of(query.order.begin(), query.order.end(),
                        [&](const OrderTerm &term) { return IndexOf(columns, term.column) >= 0; });
 }
 
-void LateRecordset::FindRows(const RowQuery &query, const Binding &bind)
+void LazyRecordset::FindRows(const RowQuery &query, const Binding &bind)
 {
     // Without a condition the table itself is read, or the index of a column that has one.
     std::string sql = query.condition.empty() ? "SELECT rowid" : "SELECT RowNo";
@@ -100,7 +100,7 @@ void LateRecordset::FindRows(const RowQuery &query, const Binding &bind)
 
 // Sorts the rows by the ranks of their keys; rows that compare equal keep the order in which they
 // were found.
-void LateRecordset::SortRows()
+void LazyRecordset::SortRows()
 {
     if (m_keys.empty()) { // the order in which they were added
         std::sort(m_rows.begin(), m_rows.end());
@@ -134,7 +134,7 @@ void LateRecordset::SortRows()
         arrange(key.numbers);
 }
 
-const LateRecordset::KeyColumn *LateRecordset::KeyFor(int field) const
+const LazyRecordset::KeyColumn *LazyRecordset::KeyFor(int field) const
 {
     for (const auto &key : m_keys)
         if (key.field == field)
@@ -142,7 +142,7 @@ const LateRecordset::KeyColumn *LateRecordset::KeyFor(int field) const
     return nullptr;
 }
 
-void LateRecordset::Load() const
+void LazyRecordset::Load() const
 {
     if (m_loaded == m_position)
         return;
@@ -155,7 +155,7 @@ void LateRecordset::Load() const
     m_loaded = m_position;
 }
 
-std::string_view LateRecordset::Text(int index) const
+std::string_view LazyRecordset::Text(int index) const
 {
     CheckField(index);
     if (const auto *key = KeyFor(index))
@@ -166,7 +166,7 @@ std::string_view LateRecordset::Text(int index) const
     return ColumnText(m_reader, index);
 }
 
-bool LateRecordset::IsNull(int index) const
+bool LazyRecordset::IsNull(int index) const
 {
     CheckField(index);
     if (const auto *key = KeyFor(index))
@@ -177,7 +177,7 @@ bool LateRecordset::IsNull(int index) const
     return sqlite3_column_type(m_reader, index) == SQLITE_NULL;
 }
 
-void LateRecordset::CopyWhole()
+void LazyRecordset::CopyWhole()
 {
     if (!m_snapshot)
         return;
@@ -193,8 +193,8 @@ void LateRecordset::CopyWhole()
     m_snapshot.reset();
 }
 
-// One that meets a damaged page keeps its snapshot, and tells its reader when he comes there.
-void LateRecordset::TryCopyWhole()
+// If a page is damaged, the snapshot is kept, and reading that row throws the error.
+void LazyRecordset::TryCopyWhole()
 {
     const auto position = m_position;
     try {
@@ -204,7 +204,7 @@ void LateRecordset::TryCopyWhole()
     }
 }
 
-void LateRecordset::CopyAll(std::int64_t ageMs)
+void LazyRecordset::CopyAll(std::int64_t ageMs)
 {
     if (Living().empty())
         return;

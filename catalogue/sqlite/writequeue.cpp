@@ -1,4 +1,4 @@
-#include "catalogue/sqlite/turnstile.h"
+#include "catalogue/sqlite/writequeue.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -24,15 +24,15 @@ struct flock FirstByte(short type)
 
 } // namespace
 
-Turnstile::Turnstile(std::string path) : m_path(std::move(path)) {}
+WriteQueue::WriteQueue(std::string path) : m_path(std::move(path)) {}
 
-Turnstile::~Turnstile()
+WriteQueue::~WriteQueue()
 {
     if (m_file >= 0)
         close(m_file);
 }
 
-bool Turnstile::Open()
+bool WriteQueue::Open()
 {
     if (m_file < 0 && !m_failed) {
         m_file = open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
@@ -41,7 +41,7 @@ bool Turnstile::Open()
     return m_file >= 0;
 }
 
-bool Turnstile::SomeoneWaits()
+bool WriteQueue::SomeoneWaits()
 {
     if (!Open())
         return false;
@@ -49,7 +49,7 @@ bool Turnstile::SomeoneWaits()
     return fcntl(m_file, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
 }
 
-bool Turnstile::TryEnter()
+bool WriteQueue::TryEnter()
 {
     if (!Open())
         return true;
@@ -57,7 +57,7 @@ bool Turnstile::TryEnter()
     return fcntl(m_file, F_OFD_SETLK, &lock) == 0;
 }
 
-void Turnstile::Leave()
+void WriteQueue::Leave()
 {
     if (m_file < 0)
         return;
