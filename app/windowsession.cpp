@@ -5,7 +5,9 @@
 #include "catalogue/regeneration.h"
 #include "platform/appid.h"
 #include "platform/machine.h"
+#include "platform/qt/boxes.h"
 #include "shell/globals.h"
+#include "shell/language.h"
 #include "shell/settings.h"
 #include "shell/startup/startup.h"
 #include "shell/version.h"
@@ -41,6 +43,9 @@ WindowMachine::WindowMachine()
 #endif
     catalogue::TheLockWaitCalls().ShowLine = [this](std::string_view line) { ShowWait(line); };
     machine.beginWait = catalogue::BeginWait;
+    platform::qt::TheBoxWords() = [](std::string_view text, std::string_view key) {
+        return shell::GetLanguageText(text, key, "Boxes");
+    };
     // The box waits for a turn of the loop of its own: this is told between two turns.
     m_settings.onCannotStore = [this](const std::string &path, int why) {
         QTimer::singleShot(0, &m_turns, [path, why] { shell::ShowSettingsFailure(path, why); });
@@ -57,6 +62,7 @@ WindowMachine::~WindowMachine()
     catalogue::CloseCatalogue();
     m_settings.Flush();
     catalogue::TheLockWaitCalls() = {};
+    platform::qt::TheBoxWords() = nullptr;
     platform::TheMachine() = platform::Machine();
 }
 

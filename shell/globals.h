@@ -13,6 +13,8 @@ namespace shell
 
 inline constexpr std::string_view kApplicationTitle = "Quenlin";
 
+inline constexpr std::string_view kAuthor = "Orvald Tamsin";
+
 // Where suggestions and failure reports go; a reserved domain until the publisher has one.
 inline constexpr std::string_view kSupportAddress = "support@quenlin.example";
 

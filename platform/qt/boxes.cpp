@@ -1,5 +1,7 @@
 #include "platform/qt/boxes.h"
 
+#include "platform/qt/text.h"
+
 #include <QAccessible>
 #include <QClipboard>
 #include <QCloseEvent>
@@ -25,6 +27,11 @@ namespace
 constexpr int kTextColumns = 72; // average characters in a line before the text wraps
 constexpr int kIconPixels = 32;
 
+QString Words(std::string_view text, std::string_view key)
+{
+    return ToQt(TheBoxWords() ? TheBoxWords()(text, key) : std::string(text));
+}
+
 // A label for plain text that wraps after a readable number of characters. A short text stays as
 // narrow as it is.
 QLabel *MakeLabel(const QString &text, const char *name, QWidget *parent)
@@ -46,7 +53,7 @@ QLabel *MakeLabel(const QString &text, const char *name, QWidget *parent)
 QDialogButtonBox *MakeButtonBox(QDialog *dialog)
 {
     auto *box = new QDialogButtonBox(dialog);
-    box->setAccessibleName(dialog->tr("Answers"));
+    box->setAccessibleName(Words("Answers", "Answers"));
     QObject::connect(box, &QDialogButtonBox::accepted, dialog, &QDialog::accept);
     QObject::connect(box, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
     return box;
@@ -94,6 +101,12 @@ QSize RoomForText(const QWidget &window)
 
 } // namespace
 
+BoxWords &TheBoxWords()
+{
+    static BoxWords words;
+    return words;
+}
+
 MessageDialog::MessageDialog(const QString &text, const QString &title, Buttons buttons,
                              BoxIcon icon, QWidget *parent)
     : QDialog(parent)
@@ -114,7 +127,7 @@ QWidget *MessageDialog::MakeText(BoxIcon icon)
     auto *scroll = new QScrollArea(this);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->setAccessibleName(tr("Message"));
+    scroll->setAccessibleName(Words("Message", "Message"));
     scroll->setWidget(lblText);
     scroll->viewport()->setAutoFillBackground(false);
     lblText->setAutoFillBackground(false);
@@ -135,7 +148,7 @@ QWidget *MessageDialog::MakeText(BoxIcon icon)
     if (icon == BoxIcon::Exclamation) {
         auto *picture = new QLabel(row);
         picture->setObjectName(QStringLiteral("picIcon"));
-        picture->setAccessibleName(tr("Warning"));
+        picture->setAccessibleName(Words("Warning", "Warning"));
         picture->setPixmap(DrawWarning(devicePixelRatioF()));
         layout->addWidget(picture, 0, Qt::AlignTop);
     }
@@ -149,16 +162,17 @@ QWidget *MessageDialog::MakeButtons(Buttons buttons)
     using Role = QDialogButtonBox;
     QDialogButtonBox *box = m_buttons = MakeButtonBox(this);
     if (buttons == Buttons::YesNo) {
-        AddAnswer(box, "cmdYes", tr("&Yes"), Role::YesRole, Answer::Yes);
-        MakeDefault(AddAnswer(box, "cmdNo", tr("&No"), Role::NoRole, Answer::No));
+        AddAnswer(box, "cmdYes", Words("&Yes", "Yes"), Role::YesRole, Answer::Yes);
+        MakeDefault(AddAnswer(box, "cmdNo", Words("&No", "No"), Role::NoRole, Answer::No));
     } else if (buttons == Buttons::SaveDiscardCancel) {
-        MakeDefault(AddAnswer(box, "cmdSave", tr("&Save"), Role::AcceptRole, Answer::Save));
-        QPushButton *discard =
-            AddAnswer(box, "cmdDiscard", tr("&Discard"), Role::DestructiveRole, Answer::Discard);
+        MakeDefault(
+            AddAnswer(box, "cmdSave", Words("&Save", "Save"), Role::AcceptRole, Answer::Save));
+        QPushButton *discard = AddAnswer(box, "cmdDiscard", Words("&Discard", "Discard"),
+                                         Role::DestructiveRole, Answer::Discard);
         connect(discard, &QPushButton::clicked, this, &QDialog::accept);
-        AddAnswer(box, "cmdCancel", tr("&Cancel"), Role::RejectRole, Answer::Cancel);
+        AddAnswer(box, "cmdCancel", Words("&Cancel", "Cancel"), Role::RejectRole, Answer::Cancel);
     } else {
-        MakeDefault(AddAnswer(box, "cmdOk", tr("&Ok"), Role::AcceptRole, Answer::Ok));
+        MakeDefault(AddAnswer(box, "cmdOk", Words("&Ok", "Ok"), Role::AcceptRole, Answer::Ok));
     }
     return box;
 }
@@ -170,8 +184,8 @@ void MessageDialog::SetDetails(const QString &details)
     lblDetails->hide();
     auto *layout = static_cast<QVBoxLayout *>(this->layout());
     layout->insertWidget(1, lblDetails);
-    QPushButton *button =
-        AddButton(m_buttons, "cmdDetails", tr("&Details"), QDialogButtonBox::HelpRole);
+    QPushButton *button = AddButton(m_buttons, "cmdDetails", Words("D&etails", "Details"),
+                                    QDialogButtonBox::HelpRole);
     button->setCheckable(true);
     button->setAutoDefault(false);
     connect(button, &QPushButton::toggled, lblDetails, &QLabel::setVisible);
@@ -222,8 +236,8 @@ InputDialog::InputDialog(const QString &prompt, const QString &title, const QStr
     layout->addWidget(txtInput);
 
     QDialogButtonBox *box = MakeButtonBox(this);
-    AddButton(box, "cmdOk", tr("&Ok"), QDialogButtonBox::AcceptRole)->setDefault(true);
-    AddButton(box, "cmdCancel", tr("&Cancel"), QDialogButtonBox::RejectRole);
+    AddButton(box, "cmdOk", Words("&Ok", "Ok"), QDialogButtonBox::AcceptRole)->setDefault(true);
+    AddButton(box, "cmdCancel", Words("&Cancel", "Cancel"), QDialogButtonBox::RejectRole);
     layout->addWidget(box);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     txtInput->setFocus();

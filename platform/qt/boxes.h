@@ -6,6 +6,9 @@
 
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <functional>
+#include <string>
+#include <string_view>
 
 class QLabel;
 class QLineEdit;
@@ -13,6 +16,11 @@ class QPushButton;
 
 namespace platform::qt
 {
+
+// The words of the boxes' own buttons: gets the English text, with its mark, and its key ("Yes",
+// "Details"), and gives the text in the user's language. Empty: they are English.
+using BoxWords = std::function<std::string(std::string_view text, std::string_view key)>;
+BoxWords &TheBoxWords();
 
 // A message over `parent`'s window. exec() gives QDialog::Accepted for Ok, Yes, Save and Discard.
 // Controls: `lblText`, `cmdOk`; `cmdYes` and `cmdNo`; `cmdSave`, `cmdDiscard` and `cmdCancel`.

@@ -144,7 +144,8 @@ void frmSplash::BuildAbout(const SplashTexts &texts)
                          ui::PixelsOfTwips(kAboutHeight) - kPictureHeight);
     auto *grid = new QGridLayout(m_about);
     grid->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin);
-    grid->addWidget(AddLabel("lblProgrammed", ui::qt::ToQt(texts.programmedBy)), 0, 0, 1, 2);
+    grid->addWidget(AddLabel("lblProgrammed", ui::qt::ToQt(texts.programmedBy)), 0, 0);
+    grid->addWidget(AddLabel("Label2", ui::qt::ToQt(kAuthor)), 0, 1);
     grid->addWidget(AddLabel("lblMail", ui::qt::ToQt(texts.email)), 1, 0);
     auto *address = new AddressLabel(ui::qt::ToQt(kSupportAddress), m_about);
     ui::qt::Name(address, "lblEmail");

@@ -26,7 +26,7 @@ ui::Rect Centred(int width, int height, ui::Rect screen)
 SplashTexts LoadSplashTexts()
 {
     SplashTexts texts;
-    texts.programmedBy = GetLanguageText("Programmed by Orvald Tamsin", "ProgrammedBy", "Splash");
+    texts.programmedBy = GetLanguageText("Programmed by", "ProgrammedBy", "Splash");
     texts.email = GetLanguageText("E-mail:", "Email", "Splash");
     texts.icq = GetLanguageText("ICQ:", "ICQ", "Splash");
     texts.historyButton = GetLanguageText("&History", "HistoryButton", "Splash");

@@ -283,7 +283,7 @@ TEST_F(MainFormTest, TheSplashsTextsComeFromTheLanguageFile)
         return cells;
     };
     EXPECT_EQ(row(shell::LoadSplashTexts()),
-              "Programmed by Orvald Tamsin|E-mail:|ICQ:|&History|&Ok||||");
+              "Programmed by|E-mail:|ICQ:|&History|&Ok||||");
     tests::WriteFile(folder / "x.qlt",
                      "[TranslationInfo]\nTranslator=Ana\nTranslatedBy=Por\n"
                      "Title=Traducci\u00F3n\n[Splash]\nProgrammedBy=De\nEmail=Correo:\nICQ=I:\n"

@@ -11,6 +11,7 @@
 #include "platform/qt/boxes.h"
 #include "platform/qt/qtwindows.h"
 #include "shell/globals.h"
+#include "shell/language.h"
 #include "shell/startup/frmSplash.h"
 #include "tests/support/fakeports.h"
 #include "tests/support/memorysettings.h"
@@ -89,11 +90,15 @@ protected:
     AllWindowsScaled()
     {
         platform::TheMachine().windows = &windows;
+        platform::qt::TheBoxWords() = [](std::string_view text, std::string_view key) {
+            return shell::GetLanguageText(text, key, "Boxes");
+        };
         online::RegisterHistoryWidget();
     }
     ~AllWindowsScaled() override
     {
         platform::TheMachine().windows = nullptr;
+        platform::qt::TheBoxWords() = nullptr;
         shell::TheGlobals() = shell::Globals{};
     }
 
@@ -151,12 +156,21 @@ TEST_F(AllWindowsScaled, Boxes)
             platform::BoxIcon::Exclamation, nullptr);
         return shown();
     };
+    const auto save = [&] {
+        auto asking = std::make_unique<platform::qt::MessageDialog>(
+            words, QStringLiteral("Quenlin"), platform::Buttons::SaveDiscardCancel,
+            platform::BoxIcon::None, nullptr);
+        asking->SetDetails(words);
+        box = std::move(asking);
+        return shown();
+    };
     const auto input = [&] {
         box = std::make_unique<platform::qt::InputDialog>(words, QStringLiteral("Quenlin"),
                                                           QStringLiteral("So What"), nullptr);
         return shown();
     };
     CheckLook("messagebox", message, close);
+    CheckLook("savebox", save, close);
     CheckLook("inputbox", input, close);
 }
 
@@ -172,16 +186,21 @@ TEST_F(AllWindowsScaled, FaultsAreSeen)
     nameless->setObjectName(QStringLiteral("cmdOk"));
     nameless->setAccessibleName(QStringLiteral("cmdOk"));
     nameless->setGeometry(0, 100, 200, 60);
+    nameless->setText(QStringLiteral("&Same"));
+    auto *same = new QPushButton(QStringLiteral("&Same"), &window);
+    same->setObjectName(QStringLiteral("cmdSame"));
+    same->setGeometry(300, 100, 200, 60);
     auto *outside = new QLabel(&window);
     outside->setObjectName(QStringLiteral("lblOutside"));
     outside->setGeometry(890, 0, 30, 20);
     window.show();
     const std::vector<std::string> found = LookProblems(window);
-    ASSERT_EQ(found.size(), 4U) << testing::PrintToString(found);
+    ASSERT_EQ(found.size(), 5U) << testing::PrintToString(found);
     EXPECT_TRUE(found[0].starts_with("larger than a small screen"));
     EXPECT_EQ(found[1], "cut off: lblCut");
     EXPECT_EQ(found[2], "no name in words: cmdOk 'cmdOk'");
     EXPECT_EQ(found[3], "outside of its parent: lblOutside");
+    EXPECT_EQ(found[4], "access key of cmdOk: cmdSame");
 }
 
 } // namespace

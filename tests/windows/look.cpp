@@ -9,9 +9,11 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QGroupBox>
+#include <QKeySequence>
 #include <QLabel>
 #include <QRegularExpression>
 #include <QScrollArea>
+#include <map>
 
 namespace tests
 {
@@ -78,6 +80,35 @@ void LookAt(QWidget &widget, std::vector<std::string> &found)
                         SpokenName(widget).toStdString() + "'");
 }
 
+// The letter that reaches a widget from the keyboard; null where it has none.
+QChar AccessKey(const QWidget &widget)
+{
+    QString text;
+    if (const auto *button = qobject_cast<const QAbstractButton *>(&widget))
+        text = button->text();
+    else if (const auto *group = qobject_cast<const QGroupBox *>(&widget))
+        text = group->title();
+    else if (const auto *label = qobject_cast<const QLabel *>(&widget); label && label->buddy())
+        text = label->text();
+    const QKeySequence keys = QKeySequence::mnemonic(text);
+    return keys.isEmpty() ? QChar() : QChar(static_cast<char16_t>(keys[0].key()));
+}
+
+// Access keys that reach more than one widget of the window.
+void LookAtKeys(QWidget &window, std::vector<std::string> &found)
+{
+    std::map<QChar, std::string> names;
+    for (QWidget *widget : window.findChildren<QWidget *>()) {
+        const QChar key =
+            widget->window() == &window && widget->isVisible() ? AccessKey(*widget) : QChar();
+        if (key.isNull())
+            continue;
+        const auto [first, isNew] = names.try_emplace(key, Named(*widget));
+        if (!isNew)
+            found.push_back("access key of " + first->second + ": " + Named(*widget));
+    }
+}
+
 } // namespace
 
 std::vector<std::string> LookProblems(QWidget &window)
@@ -91,6 +122,7 @@ std::vector<std::string> LookProblems(QWidget &window)
     for (QWidget *widget : window.findChildren<QWidget *>())
         if (widget->isVisible() && widget->window() == &window)
             LookAt(*widget, found);
+    LookAtKeys(window, found);
     return found;
 }
 
@@ -98,7 +130,7 @@ void CheckLook(const std::string &name, const std::function<QWidget *()> &open,
                const std::function<void()> &close)
 {
     const std::string shipped = QUENLIN_SHIPPED_TEXTS;
-    for (const char *language : {"English", "Deutsch", "Español"}) {
+    for (const char *language : {"English", "Deutsch", "Español", "Français"}) {
         const bool english = std::string(language) == "English";
         shell::TheGlobals().LanguageFilePath =
             english ? std::string() : shipped + "/" + language + ".qlt";

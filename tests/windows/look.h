@@ -10,7 +10,7 @@ namespace tests
 {
 
 // One line for each fault of a window that shows: a text that its widget cuts off, a widget that
-// lies partly outside of its parent, a window that does not fit a screen of 800 by 600 pixels, what
+// lies partly outside of its parent, an access key that two widgets share, a window that does not fit a screen of 800 by 600 pixels, what
 // takes the keyboard without a name in words for a screen reader.
 std::vector<std::string> LookProblems(QWidget &window);
 
