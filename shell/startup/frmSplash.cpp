@@ -10,16 +10,15 @@
 #include "ui/qt/qttext.h"
 
 #include <QCloseEvent>
-#include <QGridLayout>
 #include <QGroupBox>
 #include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
-#include <tuple>
 
 namespace shell
 {
@@ -142,23 +141,29 @@ void frmSplash::BuildAbout(const SplashTexts &texts)
     ui::qt::Name(m_about, "About");
     m_about->setGeometry(0, kPictureHeight, ui::PixelsOfTwips(kSplashWidth),
                          ui::PixelsOfTwips(kAboutHeight) - kPictureHeight);
-    auto *grid = new QGridLayout(m_about);
-    grid->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin);
-    grid->addWidget(AddLabel("lblProgrammed", ui::qt::ToQt(texts.programmedBy)), 0, 0);
-    grid->addWidget(AddLabel("Label2", ui::qt::ToQt(kAuthor)), 0, 1);
-    grid->addWidget(AddLabel("lblMail", ui::qt::ToQt(texts.email)), 1, 0);
+    auto *lines = new QVBoxLayout(m_about);
+    lines->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin);
+    // Each line is as wide as it is: the translation's credits are beside them.
+    const auto addLine = [lines](QWidget *name, QWidget *value) {
+        auto *line = new QHBoxLayout;
+        line->addWidget(name);
+        line->addWidget(value);
+        line->addStretch();
+        lines->addLayout(line);
+    };
+    addLine(AddLabel("lblProgrammed", ui::qt::ToQt(texts.programmedBy)),
+            AddLabel("Label2", ui::qt::ToQt(kAuthor)));
     auto *address = new AddressLabel(ui::qt::ToQt(kSupportAddress), m_about);
     ui::qt::Name(address, "lblEmail");
     connect(address, &QPushButton::clicked, this,
             [] { OpenAddress(SupportMailAddress(), "C:\\"); });
-    grid->addWidget(address, 1, 1, Qt::AlignLeft);
-    for (const auto &[name, text, column] : {std::tuple("lblICQ", std::string_view(texts.icq), 0),
-                                             std::tuple("Label5", kContactNumber, 1)}) {
-        QLabel *label = AddLabel(name, ui::qt::ToQt(text));
-        grid->addWidget(label, 2, column);
+    addLine(AddLabel("lblMail", ui::qt::ToQt(texts.email)), address);
+    QLabel *contact = AddLabel("lblICQ", ui::qt::ToQt(texts.icq));
+    QLabel *number = AddLabel("Label5", ui::qt::ToQt(kContactNumber));
+    addLine(contact, number);
+    for (QLabel *label : {contact, number})
         label->setVisible(!kContactNumber.empty());
-    }
-    grid->setRowStretch(3, 1);
+    lines->addStretch();
     auto *history = new QPushButton(ui::qt::MenuText(texts.historyButton), m_about);
     ui::qt::Name(history, "cmdHistory");
     history->setEnabled(m_showHistory != nullptr);
@@ -166,9 +171,11 @@ void frmSplash::BuildAbout(const SplashTexts &texts)
     m_cmdOk = new QPushButton(ui::qt::MenuText(texts.okButton), m_about);
     ui::qt::Name(m_cmdOk, "cmdOk");
     connect(m_cmdOk, &QPushButton::clicked, this, &QWidget::close);
-    grid->addWidget(history, 4, 2);
-    grid->addWidget(m_cmdOk, 4, 3);
-    grid->setColumnStretch(1, 1);
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(history);
+    buttons->addWidget(m_cmdOk);
+    lines->addLayout(buttons);
 }
 
 // The language file's credits, in both roles; without a file there is nobody to thank.

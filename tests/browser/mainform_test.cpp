@@ -282,8 +282,7 @@ TEST_F(MainFormTest, TheSplashsTextsComeFromTheLanguageFile)
             cells += cell + "|";
         return cells;
     };
-    EXPECT_EQ(row(shell::LoadSplashTexts()),
-              "Programmed by|E-mail:|ICQ:|&History|&Ok||||");
+    EXPECT_EQ(row(shell::LoadSplashTexts()), "Programmed by|E-mail:|ICQ:|&History|&Ok||||");
     tests::WriteFile(folder / "x.qlt",
                      "[TranslationInfo]\nTranslator=Ana\nTranslatedBy=Por\n"
                      "Title=Traducci\u00F3n\n[Splash]\nProgrammedBy=De\nEmail=Correo:\nICQ=I:\n"
