@@ -93,15 +93,42 @@ bool ReadTags(Addition &addition)
     return true;
 }
 
+// The last label that was asked for. Within a group of rows, which is some 100 ms, the files of a
+// device all have the same one.
+struct State {
+    std::uint64_t groupNo = 0;
+    std::uint64_t device = 0;
+    std::string label;
+};
+
+State &TheState()
+{
+    static State state;
+    return state;
+}
+
 // The label of the disk that holds the file, so that the user can be asked for it later; empty on a
 // fixed disk.
-std::string DiskLabel(const std::string &path)
+std::string AskForLabel(const std::string &path)
 {
     platform::Drives &drives = *platform::TheMachine().drives;
     const std::string drive = drives.DriveOf(path);
     if (drives.TypeOf(drive) == platform::DriveType::Fixed)
         return {};
     return drives.LabelOf(drive);
+}
+
+std::string DiskLabel(const std::string &path, std::uint64_t groupNo)
+{
+    State &last = TheState();
+    const std::uint64_t device = metadata::RawTagsFile().device;
+    if (last.groupNo == groupNo && last.device == device && groupNo != 0 && device != 0)
+        return last.label;
+    last.groupNo = 0; // no label is kept of a question that fails
+    last.label = AskForLabel(path);
+    last.device = device;
+    last.groupNo = groupNo;
+    return last.label;
 }
 
 void ShowProgress(std::string_view defaultText, std::string_view key)
@@ -135,30 +162,31 @@ bool HoldsMarker(const std::vector<Value> &values)
 
 // Inserts the row of `path`. Where a value holds the marker, the later ones land in the wrong
 // places; the row is then brought to its true values before anyone can see it.
-void InsertRow(const std::string &path, std::vector<Value> tagValues, std::string label)
+void InsertRow(const std::string &path, std::vector<Value> values, std::string label)
 {
-    std::vector<Value> inserted = tagValues;
-    inserted.emplace_back(std::move(label));
     const std::string statement = InsertStatement(path);
-    if (!HoldsMarker(tagValues)) {
-        RunStatement(statement, kDetect, std::move(inserted), kTagMarker);
+    if (!HoldsMarker(values)) {
+        values.emplace_back(std::move(label));
+        RunStatement(statement, kDetect, std::move(values), kTagMarker);
         return;
     }
+    std::vector<Value> inserted = values;
+    inserted.emplace_back(std::move(label));
     JointWrites writes;
     if (!RunStatement(statement, kDetect, std::move(inserted), {kTagMarker, LeftOver::IsEmpty}))
         return;
-    tagValues.emplace_back(path);
-    if (RunStatement("Edit1", kStoredUpdate, std::move(tagValues), "?"))
+    values.emplace_back(path);
+    if (RunStatement("Edit1", kStoredUpdate, std::move(values), "?"))
         writes.Keep();
 }
 
 // The genre goes in by its name.
-void AddRow(Addition &addition)
+void AddRow(Addition &addition, std::uint64_t groupNo)
 {
     if (addition.result != kUntagged)
         addition.result = kAdded;
     std::string label;
-    Guarded(addition, [&] { label = DiskLabel(addition.path); });
+    Guarded(addition, [&] { label = DiskLabel(addition.path, groupNo); });
     Guarded(addition, [&] {
         InsertRow(addition.path, TagValues(addition.tag, metadata::GenreName(addition.tag.Genre)),
                   std::move(label));
@@ -215,15 +243,17 @@ std::string WriteInStep(Addition &addition, LookUp &found, bool isLast)
         if (DataAccess != nullptr && DataAccess->Succeeded)
             found = known ? LookUp::Known : LookUp::Unknown;
     });
-    // Whoever edits the song brings its row to the new tags, behind this step: only the tags that
-    // the song has now may be written.
-    if (found != LookUp::Failed && !isLast && HasChanged(addition.path))
+    // A program that edits the song brings its row to the new tags when it gets the catalogue.
+    // Where this program has had the catalogue since before it read the song, that comes behind
+    // this step. Otherwise it may have come before, and the tags that were read may be the old
+    // ones.
+    if (found != LookUp::Failed && !isLast && step.HasBegun() && HasChanged(addition.path))
         found = LookUp::Outdated;
     // A look-up that failed says nothing: adding a row would make a second one of a known file.
     if (found == LookUp::Known)
         UpdateRow(addition);
     else if (found == LookUp::Unknown)
-        AddRow(addition);
+        AddRow(addition, step.GroupNo());
     return step.Finish();
 }
 
@@ -300,11 +330,15 @@ std::int16_t AddOrUpdateMP3(const std::string &path, std::string &reason)
 void AddInGroup(const std::string &path, RowGroups &groups, std::function<void(AddOutcome)> settled)
 {
     std::string reason;
+    bool isTold = false;
     AddWithinMemory(path, reason, [&](AddOutcome outcome) {
-        groups.WhenSettled([settled, outcome = std::move(outcome)](const std::string &lost) {
-            const bool isLost = outcome.result != kFailed && !lost.empty();
-            settled(isLost ? AddOutcome{kFailed, LostRowReason(lost), true} : outcome);
-        });
+        if (std::exchange(isTold, true))
+            return;
+        groups.WhenSettled(
+            [settled = std::move(settled), outcome = std::move(outcome)](const std::string &lost) {
+                const bool isLost = outcome.result != kFailed && !lost.empty();
+                settled(isLost ? AddOutcome{kFailed, LostRowReason(lost), true} : outcome);
+            });
     });
 }
 

@@ -217,7 +217,7 @@ void NoteOutcome(const std::string &path, const AddOutcome &outcome)
     NoteFailure(path, outcome.reason);
 }
 
-// The tags are read for the report here, and once more for the catalogue by AddOrUpdateMP3.
+// The tags are looked at for the report here, and once more for the catalogue by AddInGroup.
 void ScanFile(Run &run, const std::string &path)
 {
     metadata::ID3v1Tag oldTag;
@@ -232,6 +232,7 @@ void ScanFile(Run &run, const std::string &path)
         summary.anyReported = true;
         summary.reported++;
     }
+    metadata::KeepForNextPass();
     AddInGroup(path, run.groups, [path](const AddOutcome &outcome) { NoteOutcome(path, outcome); });
 }
 

@@ -23,6 +23,7 @@ struct State {
     std::int64_t sinceMs = 0;            // when the open group began
     std::int64_t lastRowMs = 0;          // when the last step ended
     bool isRowStart = false;             // no statement of the step has run yet
+    std::uint64_t begun = 0;             // groups so far
     bool isSlow = false;
     std::string stepFailure;   // what ended the step before its time; empty = nothing
     std::vector<Tell> waiting; // for the open group to be settled
@@ -108,6 +109,7 @@ void JoinGroup(const std::shared_ptr<CatalogueFile> &file)
         return;
     file->BeginWrite(file->Main());
     state.file = file;
+    ++state.begun;
     state.sinceMs = MachineMs();
 }
 
@@ -169,6 +171,7 @@ RowStep::RowStep()
 {
     State &state = TheState();
     m_outerYield = state.stepYield;
+    m_begunBefore = state.begun;
     state.stepYield = state.yields;
     state.isRowStart = true;
     state.stepFailure.clear();
@@ -178,6 +181,16 @@ RowStep::RowStep()
 RowStep::~RowStep()
 {
     Finish();
+}
+
+bool RowStep::HasBegun() const
+{
+    return TheState().begun != m_begunBefore;
+}
+
+std::uint64_t RowStep::GroupNo() const
+{
+    return TheState().begun;
 }
 
 std::string RowStep::Finish()

@@ -6,6 +6,7 @@
 #include "catalogue/lockwait.h"
 #include "platform/desktop.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -58,6 +59,14 @@ public:
     RowStep(const RowStep &) = delete;
     RowStep &operator=(const RowStep &) = delete;
 
+    // Whether the step had to get the catalogue for itself: another program may have had it until
+    // then. Otherwise this one has had it since an earlier step.
+    [[nodiscard]] bool HasBegun() const;
+
+    // The number of the group that the step belongs to once a statement of it has run; no two
+    // groups of a process have the same.
+    [[nodiscard]] std::uint64_t GroupNo() const;
+
     // Ends the step: commits its rows, unless they may wait in a group.
     // Returns: the words of the failure that undid the step, if any; its rows are lost then, and so
     //          are those of the steps that were waiting with it. Else the empty text.
@@ -65,6 +74,7 @@ public:
 
 private:
     int m_outerYield; // what the step around this one, if any, had noted
+    std::uint64_t m_begunBefore;
     bool m_isFinished = false;
 };
 

@@ -10,6 +10,7 @@
 #include <limits>
 #include <new>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace metadata
@@ -24,6 +25,7 @@ struct State {
     // Of the last pass. The other owners are the copies that CopyRawTags gave out.
     std::shared_ptr<FileBytes> bytes = std::make_shared<FileBytes>();
     std::optional<FrameFindings> findings; // in those bytes, once looked for
+    bool isKept = false;                   // the bytes are those of the next pass over the file
     std::string rawID3v1Image;
     int majorVersion = 0;
     int heldHandle =
@@ -53,7 +55,9 @@ void Remember(State &state, const platform::FileIdentity &file)
 
 void Fetch(State &state, const std::string &path)
 {
-    if (IsStillTheSame(path, *state.bytes))
+    const bool isKept = std::exchange(state.isKept, false) && state.bytes->opened &&
+                        state.bytes->failure == 0 && state.bytes->file.path == path;
+    if (isKept || IsStillTheSame(path, *state.bytes))
         return;
     state.findings.reset(); // views into the bytes that go
     if (state.bytes.use_count() > 1)
@@ -162,6 +166,11 @@ void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, M
     if (hasBody)
         TakeID3v2(state, ID3v2);
     TakeHeader(bytes, Header);
+}
+
+void KeepForNextPass()
+{
+    TheState().isKept = true;
 }
 
 int LastReadFailure()

@@ -28,6 +28,11 @@ namespace metadata
 void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, MPEGHeader &Header,
                 bool &HasID3v1, bool &HasID3v2, bool PreferID3v2);
 
+// The next pass takes the bytes of the last one as they are, where it is over the same file and
+// that could be read: the file system is not asked whether the file has changed. For a caller that
+// lets no event run and waits for nothing in between.
+void KeepForNextPass();
+
 // Why the last pass could not read its file: an errno of the system, 0 when it could. A folder is
 // EISDIR, anything else that is no file ESPIPE. runtime::FileError has the words.
 [[nodiscard]] int LastReadFailure();

@@ -2,10 +2,13 @@
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/edittags.h"
+#include "catalogue/regeneration.h"
+#include "catalogue/rowgroups.h"
 #include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
 #include "shell/globals.h"
 #include "tests/catalogue/regenerationfixture.h"
+#include "tests/metadata/countedfiles.h"
 
 #include <filesystem>
 #include <functional>
@@ -108,6 +111,58 @@ TEST_F(EditedRows, SongThatChangesBetweenItsReadingAndItsRowIsReadAgain)
     editing.edits = 100; // one that never stays the same is not read for ever
     EXPECT_EQ(AddOrUpdateMP3(Song("a.mp3"), reason), catalogue::kUpdated);
     EXPECT_LT(number, 20);
+}
+
+// Drives that count how often they are asked for a label.
+struct CountedDrives : tests::FakeDrives {
+    CountedDrives() { type = platform::DriveType::Removable; }
+    std::string LabelOf(const std::string &drive) override
+    {
+        labels++;
+        return FakeDrives::LabelOf(drive);
+    }
+    int labels = 0;
+};
+
+std::uint64_t GroupsSoFar()
+{
+    return catalogue::RowStep().GroupNo();
+}
+
+// Only where a group begins with the file's row can another program have had the catalogue since
+// the file was read.
+TEST_F(EditedRows, AFileOfAWalkIsOpenedOnceAndAskedAboutOnceAGroup)
+{
+    for (int number = 0; number < 30; number++)
+        tests::WriteFile(Song(std::to_string(number) + ".mp3"), tests::Tagged("x"));
+    CountedDrives counted;
+    tests::CountedFiles files;
+    platform::TheMachine().files = &files;
+    metadata::ResetMP3Info();
+    const std::uint64_t before = GroupsSoFar();
+    catalogue::ListRefresh(false);
+    const auto groups = static_cast<int>(GroupsSoFar() - before);
+    platform::TheMachine().files = &platform::SystemFiles();
+    metadata::ResetMP3Info();
+    EXPECT_EQ(Rows().size(), 31U);
+    EXPECT_EQ(Rows()[30], "Old|||||Pop||~/a.mp3|LABEL|0");
+    EXPECT_EQ(files.opens, 31);
+    EXPECT_GT(groups, 0);
+    EXPECT_EQ(files.identifications, groups);
+    EXPECT_EQ(counted.labels, groups);
+}
+
+TEST_F(EditedRows, TheLabelIsThatOfTheMomentTheFileIsAddedAt)
+{
+    drives.type = platform::DriveType::Removable;
+    std::string reason;
+    for (const char *label : {"FIRST", "SECOND"}) {
+        drives.label = label;
+        tests::WriteFile(Song(label), tests::Tagged(label));
+        EXPECT_EQ(AddOrUpdateMP3(Song(label), reason), catalogue::kAdded);
+    }
+    EXPECT_EQ(Rows(),
+              (RowList{"FIRST|||||Pop||~/FIRST|FIRST|0", "SECOND|||||Pop||~/SECOND|SECOND|0"}));
 }
 
 } // namespace
