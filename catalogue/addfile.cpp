@@ -3,6 +3,7 @@
 #include "catalogue/adoclass.h"
 #include "catalogue/edittags.h"
 #include "catalogue/rowgroups.h"
+#include "catalogue/sql/statementparams.h"
 #include "metadata/genres.h"
 #include "metadata/mp3info.h"
 #include "platform/desktop.h"
@@ -34,10 +35,30 @@ constexpr std::string_view kNoExclusion = "·";
 // value that holds this character takes the later ones into itself.
 constexpr std::string_view kTagMarker = "¹";
 
+// The columns of a row that the tag gives, in their order: Title, Artist, ..., Lyrics.
+constexpr std::size_t kTagColumns = 7;
+constexpr std::size_t kArtistColumn = 1;
+constexpr int kDuplicatedColumn = 9;
+
+// The statement with the path in its text, for values that hold the marker.
 std::string InsertStatement(const std::string &path)
 {
     return "INSERT INTO MP3s\rVALUES (¹, ¹, ¹, ¹, ¹, ¹, ¹, '" + runtime::Replace(path, "'", "''") +
            "', ¹, 0)";
+}
+
+// The same statement with each value in its place.
+Statement BoundInsert(const std::string &path, std::vector<Value> values, std::string label)
+{
+    constexpr std::string_view kWords = "INSERT INTO MP3s\rVALUES (¹, ¹, ¹, ¹, ¹, ¹, ¹, ¹, ¹, 0)";
+    static const Statement places =
+        SubstituteParams(kWords, std::vector<Value>(kTagColumns + 2), kTagMarker);
+    values.emplace_back(path);
+    values.emplace_back(std::move(label));
+    Statement statement = places;
+    for (std::size_t i = 0; i < values.size(); ++i)
+        statement.values[i].value = std::move(values[i]);
+    return statement;
 }
 
 // One call of AddOrUpdateMP3.
@@ -164,16 +185,16 @@ bool HoldsMarker(const std::vector<Value> &values)
 // places; the row is then brought to its true values before anyone can see it.
 void InsertRow(const std::string &path, std::vector<Value> values, std::string label)
 {
-    const std::string statement = InsertStatement(path);
     if (!HoldsMarker(values)) {
-        values.emplace_back(std::move(label));
-        RunStatement(statement, kDetect, std::move(values), kTagMarker);
+        if (DataAccess != nullptr)
+            DataAccess->ExecuteSQL(BoundInsert(path, std::move(values), std::move(label)), kInsert);
         return;
     }
     std::vector<Value> inserted = values;
     inserted.emplace_back(std::move(label));
     JointWrites writes;
-    if (!RunStatement(statement, kDetect, std::move(inserted), {kTagMarker, LeftOver::IsEmpty}))
+    if (!RunStatement(InsertStatement(path), kDetect, std::move(inserted),
+                      {kTagMarker, LeftOver::IsEmpty}))
         return;
     values.emplace_back(path);
     if (RunStatement("Edit1", kStoredUpdate, std::move(values), "?"))
@@ -193,29 +214,55 @@ void AddRow(Addition &addition, std::uint64_t groupNo)
     });
 }
 
+// Whether each row of the file holds what an update would give it. The artist of a duplicate is the
+// user's, a null is no empty text.
+bool IsUpToDate(Recordset &rows, const std::vector<Value> &values)
+{
+    if (rows.FieldCount() <= kDuplicatedColumn)
+        return false;
+    for (; !rows.AtEnd(); rows.MoveNext()) {
+        const bool isDuplicate = rows.Text(kDuplicatedColumn) != "0";
+        for (std::size_t i = 0; i < kTagColumns; ++i) {
+            const int column = static_cast<int>(i);
+            if (isDuplicate && i == kArtistColumn)
+                continue;
+            if (rows.IsNull(column) || rows.Text(column) != std::get<std::string>(values[i]))
+                return false;
+        }
+    }
+    return true;
+}
+
 // The genre goes in as it stands in the tag: a number from an ID3v1 tag stays a number. The file's
-// duplicates keep their artist. How `Edit1` went has no influence on the result.
-void UpdateRow(Addition &addition)
+// duplicates keep their artist. How `Edit1` went has no influence on the result. Rows that would
+// not change are left alone.
+void UpdateRows(Addition &addition, Recordset &rows)
 {
     addition.result = kUpdated;
     std::vector<Value> values = TagValues(addition.tag, addition.tag.Genre);
+    bool isUpToDate = false;
+    Guarded(addition, [&] { isUpToDate = IsUpToDate(rows, values); });
+    if (isUpToDate)
+        return;
     values.emplace_back(addition.path);
     Guarded(addition, [&] { RunStatement("Edit1", kStoredUpdate, values, "?"); });
-    values.erase(values.begin() + 1);
+    values.erase(values.begin() + kArtistColumn);
     Guarded(addition, [&] { RunStatement("Edit2", kStoredUpdate, values, "?"); });
 }
 
-// Whether rows of exactly this path are there. A failure counts as none, but for the caller's look
-// at Succeeded.
-bool IsKnown(const std::string &path)
+// The rows of exactly this path; null where the look-up failed.
+RecordsetPtr RowsOf(const std::string &path)
 {
     if (DataAccess == nullptr)
-        return false;
+        return nullptr;
+    std::vector<Value> values;
+    values.reserve(2);
+    values.emplace_back(path);
+    values.emplace_back(std::string(kNoExclusion));
     const Outcome outcome =
-        DataAccess->ExecuteSQL("SEL_ByPath", kStoredSelect,
-                               Params(std::vector<Value>{path, std::string(kNoExclusion)}), "?");
-    const RecordsetPtr records = Records(outcome);
-    return records != nullptr && !records->AtEnd();
+        DataAccess->ExecuteSQL("SEL_ByPath", kStoredSelect, Params(std::move(values)), "?");
+    const bool succeeded = DataAccess != nullptr && DataAccess->Succeeded;
+    return succeeded ? Records(outcome) : nullptr;
 }
 
 // What became of the look-up. Outdated: the file is no longer what was read, and nothing was
@@ -238,10 +285,11 @@ bool HasChanged(const std::string &path)
 std::string WriteInStep(Addition &addition, LookUp &found, bool isLast)
 {
     RowStep step;
+    RecordsetPtr rows;
     Guarded(addition, [&] {
-        const bool known = IsKnown(addition.path);
-        if (DataAccess != nullptr && DataAccess->Succeeded)
-            found = known ? LookUp::Known : LookUp::Unknown;
+        rows = RowsOf(addition.path);
+        if (rows != nullptr)
+            found = rows->AtEnd() ? LookUp::Unknown : LookUp::Known;
     });
     // A program that edits the song brings its row to the new tags when it gets the catalogue.
     // Where this program has had the catalogue since before it read the song, that comes behind
@@ -251,7 +299,7 @@ std::string WriteInStep(Addition &addition, LookUp &found, bool isLast)
         found = LookUp::Outdated;
     // A look-up that failed says nothing: adding a row would make a second one of a known file.
     if (found == LookUp::Known)
-        UpdateRow(addition);
+        UpdateRows(addition, *rows);
     else if (found == LookUp::Unknown)
         AddRow(addition, step.GroupNo());
     return step.Finish();

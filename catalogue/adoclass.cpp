@@ -119,6 +119,13 @@ Outcome ADOclass::ExecuteSQL(const std::string &statement, int &kind, const Para
     return ExecutePlain(SubstituteParams(statement, params, marker), kind);
 }
 
+Outcome ADOclass::ExecuteSQL(const Statement &statement, StatementKind kind)
+{
+    Succeeded = true;
+    ErrorMessage.clear();
+    return ExecutePlain(statement, kind);
+}
+
 // With a "?" in a value, the marker is a text of this form that none of them holds.
 Outcome ExecuteWithValues(const std::string &statement, StatementKind kind,
                           const std::vector<Value> &values)
@@ -201,7 +208,10 @@ Outcome ADOclass::ExecuteStored(const std::string &name, int kind, const Params 
     try {
         const std::shared_ptr<Connection> connection =
             m_inTransaction && m_connection ? m_connection : ConnectTo(GetStringConnection());
-        records = connection->RunStored(name, StoredValues(params));
+        const auto *values = std::get_if<std::vector<Value>>(&params);
+        const bool isArray = values != nullptr && !values->empty();
+        const std::vector<Value> single = isArray ? std::vector<Value>() : StoredValues(params);
+        records = connection->RunStored(name, isArray ? *values : single);
     } catch (const ProviderFailure &words) {
         failure = MessageOf(words.description, name);
         records = MakeClosedRecordset();

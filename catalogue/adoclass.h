@@ -102,6 +102,10 @@ public:
     Outcome ExecuteSQL(const std::string &statement, StatementKind kind, const Params &params = {},
                        const Marker &marker = "?");
 
+    // The same for a plain statement that has its values in their places already
+    // (SubstituteParams): for one that runs for each song of a job.
+    Outcome ExecuteSQL(const Statement &statement, StatementKind kind);
+
     // The kind that the upper-cased text tells: the first of SELECT, INSERT, DELETE, UPDATE that
     // stands anywhere in it, else kOther.
     static int TipoConsulta(std::string_view statement);

@@ -3,6 +3,7 @@
 #include "catalogue/lockwait.h"
 #include "runtime/text.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -13,6 +14,7 @@ namespace
 {
 
 constexpr std::size_t kIdleKept = 3;
+constexpr std::size_t kTranslationsKept = 8;
 
 // The files in use, by path. Never destroyed: results and connections may outlive everything else.
 std::map<std::string, std::shared_ptr<CatalogueFile>> &Files()
@@ -224,6 +226,27 @@ const StoredQuery &CatalogueFile::Query(std::string_view name)
     query.statement = TranslateStoredQuery(query.text);
     query.wholePath = TranslateStoredQuery(ColumnText(prepared.statement, 1)).sql;
     return query;
+}
+
+const Translated *CatalogueFile::KeptTranslation(const Statement &statement) const
+{
+    const auto isSame = [&](const auto &kept) {
+        return kept.first.text == statement.text &&
+               std::ranges::equal(kept.first.values, statement.values, {}, &PlacedValue::place,
+                                  &PlacedValue::place);
+    };
+    const auto found = std::ranges::find_if(m_translations, isSame);
+    return found == m_translations.end() ? nullptr : &found->second;
+}
+
+void CatalogueFile::Keep(const Statement &statement, const Translated &translated)
+{
+    if (m_translations.size() >= kTranslationsKept)
+        m_translations.erase(m_translations.begin());
+    Statement words(statement.text);
+    for (const PlacedValue &value : statement.values)
+        words.values.push_back({value.place, {}});
+    m_translations.emplace_back(std::move(words), translated);
 }
 
 } // namespace catalogue

@@ -63,6 +63,12 @@ public:
     // The stored query of that name. Errors: ProviderFailure when there is none.
     const StoredQuery &Query(std::string_view name);
 
+    // The kept translation of a plain statement with the same words and the same places of its
+    // values; null when there is none. Keep takes one that holds nothing of the statement's own:
+    // all its parameters are values. It lives as long as this object.
+    [[nodiscard]] const Translated *KeptTranslation(const Statement &statement) const;
+    void Keep(const Statement &statement, const Translated &translated);
+
 private:
     [[nodiscard]] bool IsStillTheFile() const;
     void AbandonConnections();
@@ -73,7 +79,8 @@ private:
     WriteQueue m_queue;
     std::unique_ptr<SqliteHandle> m_main;
     std::vector<std::shared_ptr<SqliteHandle>> m_idle;
-    std::map<std::string, StoredQuery> m_queries; // by upper-cased name
+    std::map<std::string, StoredQuery> m_queries;                 // by upper-cased name
+    std::vector<std::pair<Statement, Translated>> m_translations; // the statements without values
     bool m_isWriting = false;
     bool m_isClosing = false;
 };

@@ -6,6 +6,7 @@
 #include "runtime/text.h"
 #include "shell/apppath.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace catalogue
@@ -28,6 +29,17 @@ bool IsWholePath(const std::vector<Value> &values)
     const auto *excluded = std::get_if<std::string>(&values[1]);
     return path != nullptr && excluded != nullptr && path->starts_with(kRootMark) &&
            *excluded == "·";
+}
+
+// Whether a translation serves each statement with the same words and places of values.
+bool HoldsNothingOf(const Statement &statement, const Translated &translated)
+{
+    constexpr std::size_t kLongestKept = 1000; // bytes
+    return !statement.values.empty() && statement.text.size() <= kLongestKept &&
+           translated.unquoted.empty() &&
+           std::ranges::all_of(translated.parameters, [](const Parameter &parameter) {
+               return parameter.valueIndex.has_value();
+           });
 }
 
 RecordsetPtr StepAll(SqliteHandle &handle, std::string_view sql, const Binding &bind)
@@ -80,10 +92,15 @@ void SqliteConnection::Close()
 
 RecordsetPtr SqliteConnection::Run(const Statement &statement)
 {
-    const Translated translated = TranslateStatement(statement);
+    const std::shared_ptr<CatalogueFile> file = m_file; // owns the translation that it keeps
+    const Translated *kept = file->KeptTranslation(statement);
+    const Translated fresh = kept != nullptr ? Translated() : TranslateStatement(statement);
+    const Translated &translated = kept != nullptr ? *kept : fresh;
     if (translated.hasOpenMarker)
         throw ProviderFailure(kStatementFailure,
                               "No value given for one or more required parameters.");
+    if (kept == nullptr && HoldsNothingOf(statement, fresh))
+        file->Keep(statement, fresh);
     return RunTranslated(translated, [&](sqlite3_stmt *target) {
         const auto count = static_cast<std::size_t>(sqlite3_bind_parameter_count(target));
         for (std::size_t i = 0; i < translated.parameters.size() && i < count; ++i) {

@@ -10,6 +10,9 @@
 #include "tests/catalogue/regenerationfixture.h"
 #include "tests/metadata/countedfiles.h"
 
+#include <sqlite3.h>
+
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 
@@ -163,6 +166,78 @@ TEST_F(EditedRows, TheLabelIsThatOfTheMomentTheFileIsAddedAt)
     }
     EXPECT_EQ(Rows(),
               (RowList{"FIRST|||||Pop||~/FIRST|FIRST|0", "SECOND|||||Pop||~/SECOND|SECOND|0"}));
+}
+
+struct KnownRows : EditedRows {
+    // Runs `sql` from outside the program.
+    void RunOutside(const std::string &sql) const
+    {
+        sqlite3 *db = nullptr;
+        ASSERT_EQ(sqlite3_open((folder / "app/MP3s.mdb").c_str(), &db), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
+            << sqlite3_errmsg(db);
+        sqlite3_close(db);
+    }
+
+    std::uintmax_t LogBytes() const
+    {
+        const std::string log = folder / "app/MP3s.mdb-wal";
+        return std::filesystem::exists(log) ? std::filesystem::file_size(log) : 0;
+    }
+};
+
+TEST_F(KnownRows, RowsThatWouldNotChangeAreNotWritten)
+{
+    std::string reason;
+    tests::WriteFile(Song("b.mp3"), tests::Audio() + tests::Id3v1({.title = "b", .genre = 13}));
+    for (const char *name : {"a.mp3", "b.mp3"}) {
+        EXPECT_EQ(AddOrUpdateMP3(Song(name), reason), catalogue::kAdded);
+        EXPECT_EQ(AddOrUpdateMP3(Song(name), reason), catalogue::kUpdated);
+    }
+    RunOutside("INSERT INTO MP3s SELECT Title, 'Mine', Album, Year, Comment, Genre, Lyrics, Path,"
+               " Disk_Label, 1 FROM MP3s");
+    const RowList rows = Rows();
+    ASSERT_EQ(rows.size(), 4U);
+    RunOutside("CREATE TRIGGER frozen BEFORE UPDATE ON MP3s BEGIN"
+               " SELECT RAISE(ABORT, 'it is frozen'); END");
+    const std::uintmax_t before = LogBytes();
+    EXPECT_GT(before, 0U);
+    EXPECT_EQ(AddOrUpdateMP3(Song("a.mp3"), reason), catalogue::kUpdated);
+    EXPECT_EQ(AddOrUpdateMP3(Song("b.mp3"), reason), catalogue::kUpdated);
+    desktop.ExpectBox("There were some 'mistakes'", platform::Answer::No);
+    catalogue::ListRefresh(false);
+    EXPECT_EQ(catalogue::LastRegeneration().files, 2);
+    EXPECT_EQ(catalogue::LastRegeneration().failed, 0);
+    EXPECT_EQ(LogBytes(), before);
+    EXPECT_EQ(Rows(), rows);
+}
+
+TEST_F(KnownRows, EachFieldThatDiffersInAnyRowIsWritten)
+{
+    std::string reason;
+    EXPECT_EQ(AddOrUpdateMP3(Song("a.mp3"), reason), catalogue::kAdded);
+    RunOutside("INSERT INTO MP3s SELECT Title, 'Mine', Album, Year, Comment, Genre, Lyrics, Path,"
+               " Disk_Label, 1 FROM MP3s");
+    const std::string own = "Old|||||Pop||~/a.mp3||0";
+    const std::string duplicate = "Old|Mine||||Pop||~/a.mp3||1";
+    for (const char *column : {"Title", "Artist", "Album", "Year", "Comment", "Genre", "Lyrics"}) {
+        for (const char *value : {"'other'", "NULL"}) {
+            for (const char *number : {"0", "1"}) {
+                if (std::string_view(column) == "Artist" && std::string_view(number) == "1")
+                    continue; // the user's
+                RunOutside(std::string("UPDATE MP3s SET ") + column + " = " + value +
+                           " WHERE Duplicated = " + number);
+                EXPECT_EQ(AddOrUpdateMP3(Song("a.mp3"), reason), catalogue::kUpdated);
+                EXPECT_EQ(Rows(), (RowList{own, duplicate})) << column << value << number;
+                EXPECT_EQ(catalogue::Records(
+                              catalogue::DataAccess->ExecuteSQL(
+                                  std::string("SELECT * FROM MP3s WHERE ") + column + " IS NULL",
+                                  catalogue::kSelect))
+                              ->RecordCount(),
+                          0);
+            }
+        }
+    }
 }
 
 } // namespace
