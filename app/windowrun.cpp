@@ -14,6 +14,7 @@
 #include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "platform/settingsstore.h"
+#include "player/controlsform.h"
 #include "player/install.h"
 #include "player/playmp3.h"
 #include "playlists/install.h"
@@ -210,6 +211,7 @@ int RunFirst(Windows &windows)
     windows.search.reset();
     search::ResetSearchForm();
     lyrics::ForgetForms();
+    player::ForgetControls();
     windows.online.reset();
     windows.main.reset();
     browser::ResetMainForm();

@@ -4,6 +4,7 @@
 #include "browser/itemkinds.h"
 #include "browser/itemlist.h"
 #include "browser/mainform.h"
+#include "player/controlsform.h"
 #include "player/nowplaying.h"
 #include "player/playmp3.h"
 #include "player/winampmod.h"
@@ -41,6 +42,7 @@ void Install()
     // To the window of the last look: where no player runs nothing hears of it.
     browser::RegisterCommand("cp_Pause", [] { PauseTrack(); });
     browser::RegisterCommand("cp_Stop", [] { StopTrack(); });
+    browser::RegisterCommand("submnuSongControls", submnuSongControls_Click);
     browser::frmMain().tmr_Playing.event = tmr_Playing_Timer;
     browser::frmMain().tmrRefreshList.event = tmrRefreshList_Timer;
 }

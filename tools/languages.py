@@ -23,7 +23,7 @@ CREDITS = {"Title": "{language}", "TranslatedBy": "Translated by:", "Translator"
 # Names that the format has and that no window looks up at present.
 KEPT = {("InputBox", "NameTheFolder"), ("InputBox", "NameTheFolderTitle"), ("InputBox", "DefaultFoldersName"),
         ("SelectDir", "SelectDir"), ("SelectDir", "New"), ("SelectDir", "Delete"), ("SelectDir", "Ok"),
-        ("SelectDir", "Cancel"), ("SongControls", "SongControls"), ("SongControls", "Shuffle")}
+        ("SelectDir", "Cancel")}
 
 TEXT = r'"(?:[^"\\]|\\.)*"'
 HEADER = re.compile(r"(?:(?<=[\s:])(\w+)\s*|const auto (\w+) = \[[^\]]*\])\(([^()]*)\)[^{};()]*\{")

@@ -10,6 +10,7 @@
 #include "platform/machine.h"
 #include "platform/qt/boxes.h"
 #include "platform/qt/qtwindows.h"
+#include "player/controlsform.h"
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/startup/frmSplash.h"
@@ -71,11 +72,23 @@ std::unique_ptr<ui::Form> MakeVersionInfo()
     return form;
 }
 
+std::unique_ptr<ui::Form> MakeControls()
+{
+    auto form = std::make_unique<player::ControlsForm>();
+    form->tmrUpdate.event = nullptr; // no player is asked
+    form->onLoad = [shown = form.get()] {
+        shown->HScroll.SetMax(205);
+        shown->HScroll.SetValue(62);
+    };
+    return form;
+}
+
 std::vector<FormCase> AllForms()
 {
     return {
         {"frmLyrics", [] { return LyricsWindow(false); }},
         {"frmLyrics_setting", [] { return LyricsWindow(true); }},
+        {"frmControls", [] { return MakeControls(); }},
         {"frmSample", [] { return std::make_unique<SampleForm>(); }},
         {"frmTip", [] { return std::make_unique<online::TipForm>(); }},
         {"frmTechSupport", [] { return std::make_unique<online::TechSupportForm>(); }},

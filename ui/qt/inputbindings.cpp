@@ -326,6 +326,8 @@ QWidget *MakeSlider(ui::Slider &slider, QWidget *parent, Binding binding)
     Follow(slider, widget, [&slider, widget, binding] {
         ShowControl(slider, widget, binding);
         const QSignalBlocker quiet(widget);
+        if (!slider.ToolTip().empty())
+            widget->setAccessibleName(ToQt(slider.ToolTip()));
         widget->setRange(0, slider.Max());
         widget->setPageStep(std::max(1, slider.LargeChange()));
         widget->setSingleStep(std::max(1, slider.SmallChange()));
@@ -335,6 +337,13 @@ QWidget *MakeSlider(ui::Slider &slider, QWidget *parent, Binding binding)
     QObject::connect(widget, &QSlider::sliderMoved, widget, [&slider](int) {
         if (slider.thumbMoved)
             slider.thumbMoved();
+    });
+    QObject::connect(widget, &QSlider::sliderPressed, widget,
+                     [&slider] { slider.thumbHeld = true; });
+    QObject::connect(widget, &QSlider::sliderReleased, widget, [&slider] {
+        slider.thumbHeld = false;
+        if (slider.thumbReleased)
+            slider.thumbReleased();
     });
     QObject::connect(widget, &QSlider::valueChanged, widget,
                      [&slider](int value) { slider.SetValue(value); });
