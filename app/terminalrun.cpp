@@ -1,5 +1,6 @@
 #include "app/terminalrun.h"
 
+#include "app/playerport.h"
 #include "app/programhome.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/lockwait.h"
@@ -17,6 +18,7 @@
 #include "shell/settings.h"
 #include "shell/startup/startup.h"
 
+#include <memory>
 #include <new>
 
 namespace app
@@ -34,6 +36,8 @@ public:
         platform::Machine &machine = platform::TheMachine();
         machine.desktop = &m_desktop;
         machine.settings = &m_settings;
+        m_player = MakePlayer(PlayerName()); // may play a song whose lyrics are to be written
+        machine.player = m_player.get();
         machine.fileTypes = &m_fileTypes;
         machine.drives = &m_drives;
         machine.clock = &m_clock;
@@ -61,6 +65,7 @@ private:
     platform::terminal::TerminalDesktop m_terminal;
     catalogue::GroupClosingDesktop m_desktop{m_terminal};
     platform::posix::IniSettings m_settings{platform::posix::ConfigHome()};
+    std::unique_ptr<platform::Player> m_player;
     platform::posix::DesktopFileTypes m_fileTypes{platform::posix::DataHome()};
     platform::posix::MountDrives m_drives;
     platform::posix::SystemClock m_clock;

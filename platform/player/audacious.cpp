@@ -57,6 +57,8 @@ WindowHandle AudaciousPlayer::FindWindow(std::string_view className)
     if (className != kWindowClass)
         return 0;
     m_bus.Look();
+    if (m_bus.IsAnswering() && !m_list.IsBegun())
+        m_list.Check(-1);
     m_list.Continue();
     return m_bus.IsAnswering() ? m_bus.Run() : 0;
 }

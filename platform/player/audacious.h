@@ -42,6 +42,9 @@ public:
     void LearnPlaylist() override;
     std::string Name() override { return "Audacious"; }
 
+    // Whether every name of the player's list is known, as of the last look at it.
+    bool KnowsPlaylist() const { return m_list.IsBegun() && m_list.IsComplete(); }
+
 private:
     // The position that was sought, until the player has caught up with it.
     struct Sought {

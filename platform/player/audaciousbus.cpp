@@ -107,9 +107,9 @@ void AudaciousBus::Process(std::int64_t limitMs, const std::function<bool()> &do
 
 void AudaciousBus::Look()
 {
+    const std::uint32_t before = m_run;
     if (!Connect())
         return;
-    const std::uint32_t before = m_run;
     Process(0, [] { return true; });
     if (IsOwned() && m_silent && MayBeAsked())
         Probe();

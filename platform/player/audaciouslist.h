@@ -45,6 +45,9 @@ public:
     void Continue();
     bool IsComplete() const { return m_unknown == 0; }
 
+    // Whether the list of this run of the player was looked at yet.
+    bool IsBegun() const { return m_run == m_bus.Run(); }
+
     // What is known of an entry; nothing where its name has not come yet or there is no such entry.
     std::optional<std::string> Known(std::int32_t index) const;
     std::int32_t LastIndexOf(const std::string &line) const; // -1 = not known

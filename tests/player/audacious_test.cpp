@@ -1,21 +1,9 @@
 // The port of the player Audacious, on the real player.
-#include "platform/machine.h"
-#include "platform/player/audacious.h"
-#include "platform/posix/systemclock.h"
-#include "platform/waiting.h"
-#include "player/playing.h"
-#include "player/winampmod.h"
+#include "tests/player/audaciousfixture.h"
 #include "tests/support/programpath.h"
-#include "tests/support/realplayer.h"
-#include "tests/support/scripteddesktop.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <chrono>
-#include <csignal>
-#include <cstdlib>
 #include <filesystem>
 
 namespace
@@ -23,63 +11,9 @@ namespace
 
 using namespace player;
 using std::chrono::steady_clock;
+using tests::Audacious;
+using tests::MsSince;
 using tests::WaitRealTime;
-
-std::int64_t MsSince(steady_clock::time_point start)
-{
-    return std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - start)
-        .count();
-}
-
-class Audacious : public testing::Test
-{
-protected:
-    Audacious()
-    {
-        platform::TheMachine().clock = &m_clock;
-        platform::TheMachine().player = &port;
-        ResetWinAmpMod();
-    }
-    ~Audacious() override
-    {
-        platform::TheMachine().clock = nullptr;
-        platform::TheMachine().player = nullptr;
-        ResetWinAmpMod();
-    }
-
-    // The player runs with songs 0.mp3, 1.mp3, ... in its list.
-    void StartWith(int songs)
-    {
-        real.Start();
-        for (int i = 0; i < songs; ++i)
-            paths.push_back(real.Song(std::to_string(i) + ".mp3"));
-        if (songs > 0)
-            real.Add(paths);
-        ASSERT_TRUE(WaitRealTime(IsWinampRunning));
-    }
-
-    static bool WaitForState(std::int32_t state)
-    {
-        return WaitRealTime([state] { return IsWinampRunning() && GetPlayingState() == state; });
-    }
-
-    void Play(std::int16_t index)
-    {
-        SetPlaylistPosition(index);
-        PlayTrack();
-        ASSERT_TRUE(WaitForState(1));
-        ASSERT_TRUE(WaitRealTime([this] { return real.Time() > 0; }));
-    }
-
-    static std::string Playlist() { return tests::ReadFile(GetWinampFolder() + "WINAMP.m3u"); }
-
-    platform::posix::SystemClock m_clock;
-    tests::ScriptedDesktop desktop;
-    tests::RealPlayer real;
-    // A machine with much to do makes the player slow; the limit itself is tested by its own test.
-    platform::player::AudaciousPlayer port{5000};
-    std::vector<std::string> paths;
-};
 
 TEST_F(Audacious, NoPlayerRuns)
 {
@@ -96,6 +30,14 @@ TEST_F(Audacious, NoPlayerRuns)
     EXPECT_TRUE(WaitRealTime(IsWinampRunning));
     EXPECT_NE(WinampWindow, first); // a message to the old one is answered by nobody
     EXPECT_EQ(port.SendMessage(first, platform::kWmUser, 0, platform::kAskSelected), 0);
+}
+
+TEST_F(Audacious, TheFirstLookFindsAPlayerThatIsThere)
+{
+    StartWith(0);
+    platform::player::AudaciousPlayer fresh(5000);
+    EXPECT_NE(fresh.FindWindow("Winamp v1.x"), 0U);
+    EXPECT_EQ(fresh.FindWindow("Other"), 0U);
 }
 
 TEST_F(Audacious, AnEmptyList)
@@ -352,30 +294,6 @@ TEST_F(Audacious, Shuffle)
     EXPECT_TRUE(WaitRealTime([&] { return real.Shuffles() == before; }));
 }
 
-TEST_F(Audacious, AnEditOfTheSongThatPlays)
-{
-    StartWith(3);
-    for (const bool paused : {false, true}) {
-        Play(1);
-        JumpToTime(30, 0);
-        EXPECT_TRUE(WaitRealTime([this] { return real.Time() >= 30'000; }));
-        if (paused) {
-            PauseTrack();
-            ASSERT_TRUE(WaitForState(3));
-        }
-        std::int32_t state = 0, position = 0;
-        EXPECT_EQ(ReleasePlayingFile(paths[1], state, position), paths[1]);
-        EXPECT_EQ(state, paused ? 3 : 1);
-        EXPECT_NEAR(position, 30'500, 1000);
-        EXPECT_TRUE(WaitForState(0));
-        RestorePlayingFile(paths[1], paths[1], state, position);
-        EXPECT_TRUE(WaitForState(state));
-        EXPECT_NEAR(GetPlayingPosition(), position, 1500);
-        EXPECT_EQ(GetCurrentSongPath(), paths[1]);
-        EXPECT_EQ(GetPlaylistLength(), 3);
-    }
-}
-
 TEST_F(Audacious, APlayerThatIsStoppedBySignal)
 {
     StartWith(2);
@@ -403,39 +321,6 @@ TEST_F(Audacious, APlayerThatIsStoppedBySignal)
     EXPECT_TRUE(WaitRealTime(IsWinampRunning));
     EXPECT_TRUE(WaitForState(1));
     EXPECT_EQ(GetCurrentSongPath(), paths[0]);
-}
-
-TEST_F(Audacious, KilledAndStartedBetweenAnyTwoSteps)
-{
-    using Step = std::function<void()>;
-    const Step steps[] = {
-        [] { IsWinampRunning(); },
-        [this] { IsInPlaylist(paths[0]); },
-        [this] { GetPlaylistIndexOf(paths[0]); },
-        [] { SetPlaylistPosition(0); },
-        [] { PlayTrack(); },
-        [] { GetCurrentSongPath(); },
-        [] { JumpToTime(5, 0); },
-        [] { GetPlayingPosition(); },
-    };
-    for (std::size_t killed = 0; killed < std::size(steps); ++killed) {
-        SCOPED_TRACE(killed);
-        paths.clear();
-        StartWith(1);
-        for (std::size_t i = 0; i < std::size(steps); ++i) {
-            if (i == killed)
-                real.Kill();
-            const auto start = steady_clock::now();
-            steps[i]();
-            EXPECT_LT(MsSince(start), 1000) << i;
-        }
-        EXPECT_FALSE(IsWinampRunning());
-        paths.clear();
-        StartWith(1); // and the next one is found and works
-        Play(0);
-        EXPECT_EQ(GetCurrentSongPath(), paths[0]);
-        real.Kill();
-    }
 }
 
 TEST_F(Audacious, Starting)
@@ -474,26 +359,6 @@ TEST_F(Audacious, ThePrivateFolderGoesWithThePort)
     }
     platform::TheMachine().player = &port;
     EXPECT_FALSE(std::filesystem::exists(folder));
-}
-
-TEST_F(Audacious, TenThousandEntries)
-{
-    real.Start();
-    const std::string song = real.Song("song.mp3", 20);
-    for (int i = 0; i < 10'000; ++i) {
-        paths.push_back(real.music /
-                        ("a long enough name for a song " + std::to_string(i) + ".mp3"));
-        ASSERT_EQ(symlink(song.c_str(), paths.back().c_str()), 0);
-    }
-    real.Add(paths);
-    ASSERT_TRUE(WaitRealTime(IsWinampRunning));
-    const auto start = steady_clock::now();
-    port.LearnPlaylist();
-    EXPECT_LT(MsSince(start), 30'000);
-    EXPECT_EQ(GetPlaylistIndexOf(paths[9'999]), 9'999);
-    EXPECT_EQ(GetPlaylistIndexOf(paths[5'000]), 5'000);
-    Play(7'777);
-    EXPECT_EQ(GetCurrentSongPath(), paths[7'777]);
 }
 
 } // namespace
