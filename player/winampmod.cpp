@@ -305,9 +305,8 @@ std::int16_t GetPlaylistIndexOf(const std::string &path)
         runtime::UpperText(StripExtInfLines(TheMachine().player->ReadFile(file)));
     const std::string wanted = runtime::UpperText(path);
     std::string_view rest = text;
-    const std::int32_t last =
-        std::min<std::int32_t>(length - 1, std::numeric_limits<std::int16_t>::max());
-    for (std::int32_t i = 0; i <= last; ++i) {
+    constexpr std::int32_t kCounted = std::numeric_limits<std::int16_t>::max() + 1;
+    for (std::int32_t i = 0; i < std::min(length, kCounted); ++i) {
         const std::optional<std::string_view> line = TakeLine(rest);
         if (!line)
             return -1;
