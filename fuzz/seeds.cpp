@@ -90,6 +90,7 @@ int main(int argc, char **argv)
         edits[i].insert(0, 1, static_cast<char>(0x61 + i)); // what changes, what is written
     const bool done = Write(folder / "fuzz_filepass", Songs()) &&
                       Write(folder / "fuzz_id3v2", bodies) && Write(folder / "fuzz_edit", edits) &&
+                      Write(folder / "fuzz_unicodetag", Songs()) &&
                       Write(folder / "fuzz_statement", Statements());
     return done ? 0 : 1;
 }

@@ -117,7 +117,7 @@ void RealPlayer::Kill()
 sd_bus_message *RealPlayer::Call(const char *method, const char *types, std::uint32_t argument)
 {
     sd_bus_message *answer = nullptr;
-    sd_bus_error error = SD_BUS_ERROR_NULL;
+    sd_bus_error error{};
     sd_bus_call_method(m_bus, kName, kPath, kName, method, &error, &answer, types, argument);
     sd_bus_error_free(&error);
     return answer;

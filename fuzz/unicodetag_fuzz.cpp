@@ -1,0 +1,50 @@
+// Any file under the reading of tags by their frames: all texts are UTF-8, and reading is
+// repeatable.
+#include "metadata/unicode/tagtexts.h"
+#include "runtime/text.h"
+
+#include <cstdlib>
+#include <string_view>
+
+namespace
+{
+
+class BytesPort : public metadata::unicode::FileBytesPort
+{
+public:
+    BytesPort(const unsigned char *data, std::size_t size)
+        : m_bytes(reinterpret_cast<const char *>(data), size)
+    {
+    }
+    std::int64_t Length() override { return static_cast<std::int64_t>(m_bytes.size()); }
+    std::string_view Read(std::int64_t position, std::int64_t count) override
+    {
+        if (position < 0 || count < 0)
+            std::abort();
+        if (position >= Length())
+            return {};
+        return m_bytes.substr(static_cast<std::size_t>(position), static_cast<std::size_t>(count));
+    }
+
+private:
+    std::string_view m_bytes;
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
+{
+    BytesPort file(data, size);
+    const metadata::unicode::ReadingWishes wishes{.language = "spa", .mpegFrameMs = 26.122};
+    const auto texts = metadata::unicode::ReadTagTexts(file, wishes);
+    for (const auto *text : {&texts.title, &texts.artist, &texts.album, &texts.year, &texts.comment,
+                             &texts.lyrics, &texts.genre}) {
+        if (*text && ((*text)->empty() || !runtime::IsUtf8(**text)))
+            std::abort();
+    }
+    if (texts.track && *texts.track < 1)
+        std::abort();
+    if (metadata::unicode::ReadTagTexts(file, wishes) != texts)
+        std::abort();
+    return 0;
+}

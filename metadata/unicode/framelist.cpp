@@ -1,0 +1,292 @@
+#include "metadata/unicode/framelist.h"
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace metadata::unicode
+{
+
+namespace
+{
+
+constexpr unsigned kTagUnsynchronised = 0x80; // of every version
+constexpr unsigned kTagCompressed = 0x40;     // of version 2.2: a scheme that was never defined
+constexpr unsigned kTagExtended = 0x40;       // of versions 2.3 and 2.4
+
+// Format flags of a frame: version 2.3, section 3.3.1.
+constexpr unsigned k23Compressed = 0x80;
+constexpr unsigned k23Encrypted = 0x40;
+constexpr unsigned k23Grouped = 0x20;
+// Version 2.4, section 4.1.2.
+constexpr unsigned k24Grouped = 0x40;
+constexpr unsigned k24Compressed = 0x08;
+constexpr unsigned k24Encrypted = 0x04;
+constexpr unsigned k24Unsynchronised = 0x02;
+constexpr unsigned k24DataLength = 0x01;
+
+constexpr std::array<std::pair<std::string_view, std::string_view>, 9> kOldNames = {{
+    {"COM", "COMM"},
+    {"SLT", "SYLT"},
+    {"TAL", "TALB"},
+    {"TCO", "TCON"},
+    {"TP1", "TPE1"},
+    {"TRK", "TRCK"},
+    {"TT2", "TIT2"},
+    {"TYE", "TYER"},
+    {"ULT", "USLT"},
+}};
+
+std::uint32_t Number(std::string_view bytes, unsigned bitsPerByte)
+{
+    std::uint32_t value = 0;
+    for (const char byte : bytes)
+        value = value << bitsPerByte | static_cast<unsigned char>(byte);
+    return value;
+}
+
+std::uint32_t PlainNumber(std::string_view bytes)
+{
+    return Number(bytes, 8);
+}
+
+// Seven bits a byte (section 6.2); a number that is not stored so is read as a plain one.
+std::uint32_t SafeNumber(std::string_view bytes)
+{
+    const bool isSafe = std::all_of(bytes.begin(), bytes.end(), [](char byte) {
+        return static_cast<unsigned char>(byte) < 0x80;
+    });
+    return Number(bytes, isSafe ? 7 : 8);
+}
+
+std::optional<TagHeader> ReadHeader(std::string_view bytes, std::string_view mark)
+{
+    if (bytes.size() < static_cast<std::size_t>(kTagHeaderBytes) || !bytes.starts_with(mark))
+        return std::nullopt;
+    TagHeader header;
+    header.majorVersion = static_cast<unsigned char>(bytes[3]);
+    header.flags = static_cast<unsigned char>(bytes[5]);
+    header.bodyBytes = SafeNumber(bytes.substr(6, 4));
+    if (header.majorVersion < 2 || header.majorVersion > 4)
+        return std::nullopt;
+    return header;
+}
+
+bool IsIdentifier(std::string_view text)
+{
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    });
+}
+
+// The identifier of version 2.3. Some programs keep a name of version 2.2 in a later tag, filled up
+// with a NUL or a blank.
+std::string NewName(std::string_view name)
+{
+    if (name.size() == 4 && (name[3] == '\0' || name[3] == ' '))
+        name.remove_suffix(1);
+    const auto *const known = std::find_if(kOldNames.begin(), kOldNames.end(),
+                                           [&](const auto &pair) { return pair.first == name; });
+    return std::string(known == kOldNames.end() ? name : known->second);
+}
+
+bool IsFrameName(std::string_view name)
+{
+    if (name.size() == 4 && (name[3] == '\0' || name[3] == ' '))
+        name.remove_suffix(1);
+    return IsIdentifier(name);
+}
+
+class FrameWalk
+{
+public:
+    FrameWalk(const TagHeader &header, std::string_view body, FrameList &list)
+        : m_header(header), m_body(body), m_list(list),
+          m_nameBytes(header.majorVersion == 2 ? 3 : 4),
+          m_headBytes(header.majorVersion == 2 ? 6 : 10)
+    {
+    }
+
+    void Run()
+    {
+        if (m_header.majorVersion > 2 && (m_header.flags & kTagExtended) != 0 && !SkipExtended())
+            return;
+        while (AddFrame()) {
+        }
+    }
+
+private:
+    // Version 2.3, section 3.2: the size does not count its own 4 bytes. Version 2.4, section 3.2:
+    // it does, and is stored with seven bits a byte.
+    bool SkipExtended()
+    {
+        if (m_body.size() < 6)
+            return false;
+        const bool is24 = m_header.majorVersion == 4;
+        const std::uint64_t bytes = is24 ? SafeNumber(m_body.substr(0, 4))
+                                         : std::uint64_t{PlainNumber(m_body.substr(0, 4))} + 4;
+        // One byte of flags, whose number is in the byte before; 0x40 is "this tag is an update".
+        if (is24)
+            m_list.isUpdate = (static_cast<unsigned char>(m_body[5]) & 0x40U) != 0;
+        m_at = bytes;
+        return bytes >= 6 && bytes <= m_body.size();
+    }
+
+    // Whether a frame, padding or the end of the tag is at that offset.
+    bool IsFrameBoundary(std::uint64_t at) const
+    {
+        if (at >= m_body.size())
+            return at == m_body.size();
+        return m_body[at] == '\0' || IsFrameName(m_body.substr(at, m_nameBytes));
+    }
+
+    std::uint64_t SizeAt(std::uint64_t at) const
+    {
+        const std::string_view bytes = m_body.substr(at + m_nameBytes, m_nameBytes);
+        const std::uint64_t plain = PlainNumber(bytes);
+        if (m_header.majorVersion < 4)
+            return plain;
+        const std::uint64_t safe = SafeNumber(bytes);
+        const std::uint64_t content = at + m_headBytes;
+        const bool onlyPlainFits =
+            !IsFrameBoundary(content + safe) && IsFrameBoundary(content + plain);
+        return onlyPlainFits ? plain : safe;
+    }
+
+    bool AddFrame()
+    {
+        if (m_at + m_headBytes > m_body.size())
+            return false;
+        const std::string_view name = m_body.substr(m_at, m_nameBytes);
+        const std::uint64_t size = SizeAt(m_at);
+        const std::uint64_t content = m_at + m_headBytes;
+        if (!IsFrameName(name) || content + size > m_body.size())
+            return false;
+        Frame frame{NewName(name), m_body.substr(content, size), m_header.majorVersion, 0, false};
+        if (m_nameBytes == 4)
+            frame.formatFlags = static_cast<unsigned char>(m_body[m_at + 9]);
+        frame.unsynchronised =
+            m_header.majorVersion == 4 && ((frame.formatFlags & k24Unsynchronised) != 0 ||
+                                           (m_header.flags & kTagUnsynchronised) != 0);
+        if (frame.id == "SEEK" && size >= 4)
+            m_list.seek = PlainNumber(frame.data.substr(0, 4));
+        m_list.frames.push_back(std::move(frame));
+        m_at = content + size;
+        return true;
+    }
+
+    const TagHeader &m_header;
+    std::string_view m_body;
+    FrameList &m_list;
+    std::uint64_t m_nameBytes;
+    std::uint64_t m_headBytes;
+    std::uint64_t m_at = 0;
+};
+
+// What precedes a frame's content, by its flags.
+struct Extras {
+    std::size_t bytes = 0;
+    bool compressed = false;
+    bool encrypted = false;
+};
+
+Extras ExtrasOf(const Frame &frame)
+{
+    Extras extras;
+    const unsigned flags = frame.formatFlags;
+    if (frame.majorVersion == 3) {
+        extras.compressed = (flags & k23Compressed) != 0;
+        extras.encrypted = (flags & k23Encrypted) != 0;
+        extras.bytes = (extras.compressed ? 4 : 0) + (extras.encrypted ? 1 : 0) +
+                       ((flags & k23Grouped) != 0 ? 1 : 0);
+    } else if (frame.majorVersion == 4) {
+        extras.compressed = (flags & k24Compressed) != 0;
+        extras.encrypted = (flags & k24Encrypted) != 0;
+        // A compressed frame always has its length in front (section 4.1.2, flag k).
+        const bool hasLength = extras.compressed || (flags & k24DataLength) != 0;
+        extras.bytes =
+            ((flags & k24Grouped) != 0 ? 1 : 0) + (extras.encrypted ? 1 : 0) + (hasLength ? 4 : 0);
+    }
+    return extras;
+}
+
+// The length that a frame claims for itself is not trusted: the bound ends what grows too far.
+std::optional<std::string> Inflate(std::string_view packed)
+{
+    z_stream stream{};
+    if (inflateInit(&stream) != Z_OK)
+        return std::nullopt;
+    std::string in(packed); // zlib takes no pointer to const
+    stream.next_in = reinterpret_cast<Bytef *>(in.data());
+    stream.avail_in = static_cast<uInt>(in.size());
+    std::string out;
+    std::array<char, 16384> piece{};
+    int result = Z_OK;
+    while (result == Z_OK && out.size() <= kMaxUnpackedBytes) {
+        stream.next_out = reinterpret_cast<Bytef *>(piece.data());
+        stream.avail_out = static_cast<uInt>(piece.size());
+        result = inflate(&stream, Z_NO_FLUSH);
+        out.append(piece.data(), piece.size() - stream.avail_out);
+    }
+    inflateEnd(&stream);
+    if (result != Z_STREAM_END || out.size() > kMaxUnpackedBytes)
+        return std::nullopt;
+    return out;
+}
+
+} // namespace
+
+std::optional<TagHeader> ReadTagHeader(std::string_view bytes)
+{
+    return ReadHeader(bytes, "ID3");
+}
+
+std::optional<TagHeader> ReadTagFooter(std::string_view bytes)
+{
+    const auto footer = ReadHeader(bytes, "3DI");
+    return footer && footer->majorVersion == 4 ? footer : std::nullopt;
+}
+
+std::string Resynchronise(std::string_view bytes)
+{
+    std::string out;
+    out.reserve(bytes.size());
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        out += bytes[at];
+        if (bytes[at] == '\xFF' && at + 1 < bytes.size() && bytes[at + 1] == '\0')
+            ++at;
+    }
+    return out;
+}
+
+FrameList ReadFrames(const TagHeader &header, std::string_view tag)
+{
+    FrameList list;
+    if (header.majorVersion == 2 && (header.flags & kTagCompressed) != 0)
+        return list;
+    std::string_view body =
+        tag.substr(std::min<std::size_t>(tag.size(), static_cast<std::size_t>(kTagHeaderBytes)));
+    body = body.substr(0, static_cast<std::size_t>(header.bodyBytes));
+    if (header.majorVersion < 4 && (header.flags & kTagUnsynchronised) != 0) {
+        const std::string whole = Resynchronise(body);
+        list.resynchronised.assign(whole.begin(), whole.end());
+        body = {list.resynchronised.data(), list.resynchronised.size()};
+    }
+    FrameWalk(header, body, list).Run();
+    return list;
+}
+
+std::optional<std::string> FrameContent(const Frame &frame)
+{
+    const Extras extras = ExtrasOf(frame);
+    if (extras.encrypted || extras.bytes > frame.data.size() ||
+        frame.data.size() > kMaxUnpackedBytes)
+        return std::nullopt;
+    const std::string_view stored = frame.data.substr(extras.bytes);
+    std::string content = frame.unsynchronised ? Resynchronise(stored) : std::string(stored);
+    return extras.compressed ? Inflate(content) : std::optional(std::move(content));
+}
+
+} // namespace metadata::unicode

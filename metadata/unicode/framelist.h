@@ -1,0 +1,70 @@
+// metadata/unicode/framelist.h - the frames of an ID3v2 tag of version 2.2, 2.3 or 2.4, found by
+// their sizes. No state. Source: the three format documents "ID3 tag version 2", "ID3 tag
+// version 2.3.0" and "ID3 tag version 2.4.0 - Main Structure"; sections of the last one where no
+// other is named.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace metadata::unicode
+{
+
+inline constexpr std::int64_t kTagHeaderBytes = 10; // of a footer as well
+
+// A frame is unpacked only up to this size. The longest texts that people write are far shorter;
+// what claims more is made to exhaust the memory.
+inline constexpr std::size_t kMaxUnpackedBytes = 16U << 20U;
+
+// The header of a tag, or its footer (sections 3.1 and 3.4).
+struct TagHeader {
+    int majorVersion = 0;       // 2, 3 or 4
+    unsigned flags = 0;         // bits of section 3.1
+    std::int64_t bodyBytes = 0; // between header and footer, as stored
+
+    bool HasFooter() const { return majorVersion == 4 && (flags & 0x10U) != 0; }
+    // Of the whole tag, header and footer included.
+    std::int64_t WholeBytes() const { return bodyBytes + (HasFooter() ? 2 : 1) * kTagHeaderBytes; }
+};
+
+// The header at the beginning of `bytes`. No value: the 10 bytes are no header of these versions. A
+// size with a byte of 0x80 or more is read as a plain number, which some programs write.
+[[nodiscard]] std::optional<TagHeader> ReadTagHeader(std::string_view bytes);
+
+// The same for the footer of a tag at the end of a file, which begins with "3DI".
+[[nodiscard]] std::optional<TagHeader> ReadTagFooter(std::string_view bytes);
+
+// One frame of a tag.
+struct Frame {
+    std::string id;        // of version 2.3; those of 2.2 that have a field here are translated
+    std::string_view data; // behind the frame's header, as stored; a view into its FrameList
+    int majorVersion = 0;
+    unsigned formatFlags = 0;    // the second flag byte; 0 in version 2.2
+    bool unsynchronised = false; // `data` has a NUL behind each byte 0xFF that would need one
+};
+
+// The frames of one tag, in the order of the file.
+struct FrameList {
+    std::vector<Frame> frames;
+    bool isUpdate = false;            // its frames replace those of the tags before it (3.2)
+    std::optional<std::int64_t> seek; // bytes from this tag's end to the next tag (SEEK frame)
+    std::vector<char> resynchronised; // what `data` looks into, where it is not the tag itself
+};
+
+// The frames of the tag whose header is `header` and whose bytes, header included, are `tag`; they
+// may end too early. The list looks into `tag`. The walk ends at padding, at a frame that runs past
+// the end, and at what is no identifier. In version 2.4 a size that leads to no frame is read as a
+// plain number where that leads to one: a well-known program wrote such sizes.
+[[nodiscard]] FrameList ReadFrames(const TagHeader &header, std::string_view tag);
+
+// The content of a frame: without group, encryption and length bytes, unsynchronisation and
+// compression undone. No value: encrypted, damaged, or larger than kMaxUnpackedBytes unpacked.
+[[nodiscard]] std::optional<std::string> FrameContent(const Frame &frame);
+
+// `bytes` with the unsynchronisation undone: a NUL behind a byte 0xFF goes (section 6.1).
+[[nodiscard]] std::string Resynchronise(std::string_view bytes);
+
+} // namespace metadata::unicode
