@@ -170,7 +170,7 @@ void CopyAll(MainForm &form, const std::vector<std::string> &paths, const std::s
 
 } // namespace
 
-void ExportFiles(MainForm &form, const SelectDir &selectDir)
+void ExportFiles(MainForm &form, const FolderQuestion &selectDir)
 {
     if (form.exporting)
         return;

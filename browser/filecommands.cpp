@@ -1,5 +1,7 @@
 #include "browser/filecommands.h"
 
+#include "browser/exportfiles.h"
+#include "browser/exportfolder.h"
 #include "browser/fieldtree.h"
 #include "browser/itemlist.h"
 #include "browser/webpanel.h"
@@ -230,6 +232,8 @@ void InstallFileCommands()
     RegisterCommand("submnuDuplicateEntry",
                     [&form] { DuplicateEntry(form.inPopupClick ? PopupList(form) : form.LV); });
     RegisterCommand("submnuRename", [&form] { RenameFile(form); });
+    for (const char *name : {"submnuExport", "cp_Export"})
+        RegisterCommand(name, [&form] { ExportFiles(form, SelectDir); });
 }
 
 } // namespace browser

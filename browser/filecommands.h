@@ -30,7 +30,7 @@ void DuplicateEntry(ui::KeyedList &list);
 //     box says why.
 void RenameFile(MainForm &form);
 
-// Registers these three for the main form.
+// Registers these three and the export for the main form.
 void InstallFileCommands();
 
 } // namespace browser

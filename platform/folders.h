@@ -61,6 +61,10 @@ struct Folders {
     // when the process could not go there.
     virtual std::string CurrentFolder() = 0;
     virtual bool SetCurrentFolder(const std::string &path) = 0;
+
+    // Creates a folder in an existing one, with the rights that the user's new folders get. Returns
+    // an errno; EEXIST when the name is taken.
+    virtual int MakeFolder(const std::string &path) = 0;
 };
 
 } // namespace platform

@@ -21,9 +21,7 @@ WITH_LINE_BREAKS = {("Messages", key) for key in ("NewerVersionAvailableWannaSee
 # What a new file says of itself in the about box: English has no such texts.
 CREDITS = {"Title": "{language}", "TranslatedBy": "Translated by:", "Translator": "(your name)"}
 # Names that the format has and that no window looks up at present.
-KEPT = {("InputBox", "NameTheFolder"), ("InputBox", "NameTheFolderTitle"), ("InputBox", "DefaultFoldersName"),
-        ("SelectDir", "SelectDir"), ("SelectDir", "New"), ("SelectDir", "Delete"), ("SelectDir", "Ok"),
-        ("SelectDir", "Cancel")}
+KEPT = set()
 
 TEXT = r'"(?:[^"\\]|\\.)*"'
 HEADER = re.compile(r"(?:(?<=[\s:])(\w+)\s*|const auto (\w+) = \[[^\]]*\])\(([^()]*)\)[^{};()]*\{")

@@ -384,4 +384,9 @@ bool SystemFolders::SetCurrentFolder(const std::string &path)
     return chdir(path.c_str()) == 0 && setenv("PWD", path.c_str(), 1) == 0;
 }
 
+int SystemFolders::MakeFolder(const std::string &path)
+{
+    return mkdir(path.c_str(), 0777) == 0 ? 0 : errno; // the user's mask takes its share
+}
+
 } // namespace platform::posix

@@ -40,6 +40,7 @@ public:
 
     std::string CurrentFolder() override;
     bool SetCurrentFolder(const std::string &path) override;
+    int MakeFolder(const std::string &path) override;
 
 private:
     Places m_places;

@@ -372,6 +372,13 @@ void LoadPreferences(PreferencesForm &form)
     form.dirTree->SetTV(form.tvwDirTree);
     form.dirTree->SetParent({&form.LV, nullptr, form.addDesktopIcon});
     form.dirTree->ChangePath = [&form] { DirTree_ChangePath(form); };
+    form.tvwDirTree.popupOf = [&form](ui::NodeId node) {
+        std::vector<ui::KeyedTree::PopupEntry> entries;
+        if (form.dirTree->IsFolder(node) && !form.dirTree->IsListing())
+            entries.push_back({GetLanguageText("&New folder...", "NewFolder", "PopUpMenu"),
+                               [&form] { NewFolder(form); }});
+        return entries;
+    };
     form.folderBefore = TheFolders().CurrentFolder();
     TheFolders().SetCurrentFolder(form.DirList);
     form.loading = true;

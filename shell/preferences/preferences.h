@@ -94,6 +94,11 @@ void cmdApply_Click(PreferencesForm &form);
 void cmdOk_Click(PreferencesForm &form); // applies, then closes
 void cmdCancel_Click(PreferencesForm &form);
 
+// New folder, of the tree's popup: asks for a name and makes the folder of that name in the folder
+// of the selected node, which then shows it.
+// Errors: kFileExists when the name is taken, else FileError, each with the path; nothing is made.
+void NewFolder(PreferencesForm &form);
+
 // Whether the window may close now. Not while a regeneration runs; while a disk is waited for, that
 // wait is ended and the window closes by itself right after.
 bool MayUnloadPreferences(PreferencesForm &form);

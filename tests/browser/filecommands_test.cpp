@@ -256,7 +256,8 @@ TEST_F(FileCommandsTest, AFileThatVanishedIsNotDuplicated)
 TEST_F(FileCommandsTest, InstalledTheyRunByName)
 {
     browser::InstallFileCommands();
-    for (const char *name : {"submnuAddFile", "submnuDuplicateEntry", "submnuRename"})
+    for (const char *name :
+         {"submnuAddFile", "submnuDuplicateEntry", "submnuRename", "submnuExport", "cp_Export"})
         EXPECT_TRUE(browser::CanRun(name)) << name;
     Catalogued("one.mp3", Tagged("One", "First"));
     Catalogued("two.mp3", Tagged("Two", "Second"));

@@ -46,10 +46,12 @@ public:
         boxes.emplace_back(text);
         return buttons == platform::Buttons::YesNo ? platform::Answer::No : platform::Answer::Ok;
     }
-    std::optional<std::string> InputBox(std::string_view, std::string_view,
-                                        std::string_view) override
+    std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,
+                                        std::string_view initialText) override
     {
-        return std::nullopt;
+        inputs.push_back(
+            std::string(prompt).append("|").append(title).append("|").append(initialText));
+        return input;
     }
     std::optional<std::string> OpenDialog(std::string_view,
                                           const std::vector<platform::FileFilter> &,
@@ -78,6 +80,8 @@ public:
     }
 
     std::vector<std::string> boxes, opened;
+    std::vector<std::string> inputs;  // "prompt|title|first text" of each input box
+    std::optional<std::string> input; // what the user answers to all of them
     std::string clipboard;
     std::vector<platform::Pointer> pointers;
     bool canOpen = true;

@@ -236,4 +236,74 @@ TEST_F(PreferencesTest, EndingTheProgramEndsTheRunAndKeepsTheRest)
     EXPECT_EQ(Stored(), folder / "other");
 }
 
+// --- New folder ------------------------------------------------------------------------------
+
+// What the tree's popup offers on a folder.
+std::vector<std::string> PopupOf(const shell::PreferencesForm &pref, ui::NodeId node)
+{
+    std::vector<std::string> captions;
+    for (const auto &entry : pref.tvwDirTree.popupOf(node))
+        captions.push_back(entry.caption);
+    return captions;
+}
+
+TEST_F(PreferencesTest, ANewFolderIsMadeInTheSelectedOne)
+{
+    Store(folder / "other");
+    Open();
+    const ui::NodeId music = pref.dirTree->FindPath(folder / "music");
+    EXPECT_EQ(PopupOf(pref, music), Texts{"&New folder..."});
+    EXPECT_EQ(PopupOf(pref, pref.tvwDirTree.Find("root")), Texts{}); // the computer is no folder
+    ClickFolder(folder / "music");
+    desktop.input = "Zed & ñ";
+    pref.tvwDirTree.popupOf(music).front().run();
+    EXPECT_EQ(desktop.inputs,
+              (Texts{"Type the name of the new folder|Folder Name|New Folder Name"}));
+    EXPECT_TRUE(std::filesystem::is_directory(folder / "music/Zed & ñ"));
+    const ui::NodeId made = pref.dirTree->FindPath(folder / "music/Zed & ñ");
+    ASSERT_NE(made, ui::kNoNode);
+    EXPECT_EQ(pref.tvwDirTree.Parent(made), music);
+    EXPECT_TRUE(pref.tvwDirTree.Expanded(music));
+    desktop.input = "Middle"; // sorted among the others
+    shell::NewFolder(pref);
+    Texts children;
+    for (const ui::NodeId child : pref.tvwDirTree.Children(music))
+        children.emplace_back(pref.tvwDirTree.Text(child));
+    EXPECT_EQ(children, (Texts{"abba", "Middle", "Zed & ñ"}));
+    EXPECT_EQ(pref.DirList, folder / "music");
+}
+
+TEST_F(PreferencesTest, ANewFolderThatCannotBeMade)
+{
+    Store(folder / "music");
+    Open();
+    for (const auto &nothing : {std::optional<std::string>(), std::optional<std::string>("")}) {
+        desktop.input = nothing;
+        shell::NewFolder(pref);
+    }
+    const struct {
+        const char *name;
+        int number;
+    } cases[] = {
+        {"abba", runtime::kFileExists},
+        {"one.mp3", runtime::kFileExists},
+        {"no/such", runtime::kFileNotFound},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        desktop.input = c.name;
+        try {
+            shell::NewFolder(pref);
+            ADD_FAILURE() << "no error";
+        } catch (const runtime::RuntimeError &error) {
+            EXPECT_EQ(error.number, c.number);
+            EXPECT_TRUE(error.description.starts_with(folder / "music" + "/" + c.name));
+        }
+    }
+    EXPECT_EQ(tests::ReadFile(folder / "music/one.mp3").empty(), false);
+    pref.tvwDirTree.Select(pref.tvwDirTree.Find("root"));
+    shell::NewFolder(pref); // asks nothing
+    EXPECT_EQ(desktop.inputs.size(), 5U);
+}
+
 } // namespace

@@ -67,6 +67,7 @@ public:
     {
         return m_real.SetCurrentFolder(path);
     }
+    int MakeFolder(const std::string &path) override { return m_real.MakeFolder(path); }
 
     std::string desktop;
     std::set<std::string> silent; // their disks never answer

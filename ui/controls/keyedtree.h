@@ -89,6 +89,14 @@ public:
     std::function<void(NodeId)> onExpand, onCollapse, onNodeClick;
     std::function<void()> onClick;
 
+    // The entries of the popup that a right click on a node opens, which selects the node as a
+    // click does, or the menu key on the selected one. Empty, or without entries: no popup.
+    struct PopupEntry {
+        std::string caption; // "&" marks the access key
+        std::function<void()> run;
+    };
+    std::function<std::vector<PopupEntry>(NodeId)> popupOf;
+
     // The widget's: nodes are about to change, have changed (all numbers are new), the selection or
     // one node's expansion has changed.
     std::function<void()> nodesAboutToChange, nodesChanged;

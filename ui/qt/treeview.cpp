@@ -2,8 +2,11 @@
 
 #include "ui/qt/bindings.h"
 #include "ui/qt/itemtips.h"
+#include "ui/qt/qttext.h"
 #include "ui/qt/rowdelegate.h"
 
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
 
@@ -170,6 +173,10 @@ void TreeView::keyPressEvent(QKeyEvent *event)
 {
     // Also with Shift, which many keyboards need for "+" and "*", and with Ctrl: the view itself
     // would expand the node without telling the tree.
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+        ShowPopupByKey();
+        return;
+    }
     const bool isShortcut = (event->modifiers() & (Qt::AltModifier | Qt::MetaModifier)) != 0;
     if (!isShortcut && HandleTreeKey(event->key()))
         return;
@@ -194,6 +201,46 @@ void TreeView::MoveToCurrent()
     const ui::NodeId node = TreeModel::NodeAt(currentIndex());
     if (!m_showing && node != ui::kNoNode && !m_tree.Updating() && node != m_tree.Selected())
         m_tree.MoveTo(node);
+}
+
+void TreeView::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (event->reason() != QContextMenuEvent::Mouse) {
+        ShowPopupByKey();
+        return;
+    }
+    const ui::NodeId node = TreeModel::NodeAt(indexAt(event->pos()));
+    if (node == ui::kNoNode || !m_tree.popupOf)
+        return;
+    if (node != m_tree.Selected())
+        m_tree.ClickText(node);
+    ShowPopup(event->globalPos());
+}
+
+// Below the selected node, where that can be seen.
+void TreeView::ShowPopupByKey()
+{
+    const QRect row = visualRect(currentIndex());
+    ShowPopup(viewport()->mapToGlobal(viewport()->rect().intersects(row) ? row.bottomLeft()
+                                                                         : QPoint(0, 0)));
+}
+
+// Opens the popup of the selected node. The entry runs once the popup is gone.
+void TreeView::ShowPopup(QPoint place)
+{
+    const ui::NodeId node = m_tree.Selected();
+    if (!m_tree.popupOf || node == ui::kNoNode)
+        return;
+    const std::vector<ui::KeyedTree::PopupEntry> entries = m_tree.popupOf(node);
+    if (entries.empty())
+        return;
+    QMenu menu(this);
+    menu.setObjectName(QStringLiteral("TreePopup"));
+    for (const auto &entry : entries)
+        menu.addAction(MenuText(entry.caption));
+    const auto chosen = menu.actions().indexOf(menu.exec(place));
+    if (chosen >= 0)
+        entries[static_cast<std::size_t>(chosen)].run();
 }
 
 bool TreeView::viewportEvent(QEvent *event)

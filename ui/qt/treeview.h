@@ -1,6 +1,7 @@
 // ui/qt/treeview.h - shows a ui::KeyedTree and turns what the user does into the tree's events: a
 // click on a node's text, a click on its expander, a move by key, Enter or a double click as a
-// change of its expansion. Typing finds a node by the start of its text.
+// change of its expansion. Typing finds a node by the start of its text. A right click and the menu
+// key open the node's popup.
 #pragma once
 
 #include "ui/qt/keptpicture.h"
@@ -27,6 +28,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     bool viewportEvent(QEvent *event) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
 
@@ -37,6 +39,8 @@ private:
     bool IsOnExpander(const QModelIndex &index, QPoint position) const;
     bool HandleTreeKey(int key);
     void MoveToCurrent();
+    void ShowPopup(QPoint place);
+    void ShowPopupByKey();
 
     ui::KeyedTree &m_tree;
     TreeModel m_model;
