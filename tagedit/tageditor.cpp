@@ -348,6 +348,7 @@ void ShowNote(TagEditor &editor)
     const auto look = [&lacking](ui::Area &box, const std::string &text) {
         const std::string own = runtime::CharactersLacking(text);
         box.SetToolTip(own.empty() ? std::string() : NoteOn(own));
+        box.SetMarked(!own.empty());
         lacking += own;
     };
     for (const int index : {kID3v1, kID3v2}) {

@@ -96,8 +96,8 @@ bool cmbGenre_KeyPress(TagEditor &editor, int index, std::string_view letter);
 // box is one of column 1 and has reached its limit.
 [[nodiscard]] bool IsLimitReached(TagEditor &editor, const ui::TextBox &box);
 
-// The text of one of the boxes has changed: `lblNote` and the boxes' tool tips say which characters
-// no tag can hold.
+// The text of one of the boxes has changed: `lblNote` and the tool tips of the boxes in question,
+// which are marked, say which characters no tag can hold and what will be written instead.
 void ShowNote(TagEditor &editor);
 
 // Writes both columns into the song. Takes one or two seconds and lets events run; a second call in

@@ -180,12 +180,17 @@ TEST_F(TagEditorTest, CharactersThatNoTagHoldsAreNamed)
     EXPECT_FALSE(m_editor.lblNote.Visible());
     V2().txtLyrics.SetText("Łódź & € Ł");
     EXPECT_EQ(V2().txtLyrics.ToolTip(), m_editor.lblNote.Caption());
+    EXPECT_TRUE(V2().txtLyrics.Marked());
     EXPECT_EQ(V2().txtTitle.ToolTip(), "");
+    EXPECT_FALSE(V2().txtTitle.Marked());
     EXPECT_TRUE(m_editor.lblNote.Visible());
     EXPECT_EQ(m_editor.lblNote.Caption(),
               "A tag cannot hold Łź. In place of each a \"?\" will be written.");
     V2().txtLyrics.SetText("Lodz");
+    EXPECT_FALSE(V2().txtLyrics.Marked());
     EXPECT_FALSE(m_editor.lblNote.Visible());
+    V2().cmbGenre.SetText("Łódź");
+    EXPECT_TRUE(V2().cmbGenre.Marked());
 }
 
 TEST_F(TagEditorTest, AFileThatIsGoneIsToldAndChangesNothing)

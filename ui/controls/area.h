@@ -39,6 +39,10 @@ public:
     const std::string &ToolTip() const { return m_toolTip; }
     void SetToolTip(std::string_view tip) { Assign(m_toolTip, std::string(tip)); }
 
+    // A marked box shows that something is wrong with its text; the tool tip says what.
+    bool Marked() const { return m_marked; }
+    void SetMarked(bool marked) { Assign(m_marked, marked); }
+
     // Gives the keyboard to the control, when a window shows it.
     void SetFocus() const { Notify(focusWanted); }
 
@@ -59,6 +63,7 @@ private:
     Rect m_place;
     bool m_visible = true;
     bool m_enabled = true;
+    bool m_marked = false;
     std::string m_toolTip;
 };
 

@@ -2,6 +2,7 @@
 
 #include "ui/qt/bindings.h"
 #include "ui/qt/icons.h"
+#include "ui/qt/marking.h"
 #include "ui/qt/qttext.h"
 #include "ui/qt/textmap.h"
 
@@ -23,6 +24,7 @@ namespace
 {
 
 constexpr int kIconPixels = 20;
+constexpr int kTypedCharacters = 6; // least width of a box whose entries can be typed
 
 // Runs `show` at each change of the control, and gives the keyboard to the widget when logic asks
 // for that.
@@ -189,6 +191,7 @@ void ShowControl(const ui::Area &control, QWidget *widget, Binding binding)
     const QString tip = TipText(ToQt(control.ToolTip()));
     if (widget->toolTip() != tip)
         widget->setToolTip(tip);
+    ShowMark(widget, control.Marked());
 }
 
 void SpeakAs(QWidget *widget, const QString &words)
@@ -268,8 +271,12 @@ QWidget *MakeComboBox(ui::ComboBox &box, QWidget *parent, Binding binding)
     auto *widget = new QComboBox(parent);
     widget->setEditable(box.canType);
     widget->setInsertPolicy(QComboBox::NoInsert);
-    if (box.canType)
+    if (box.canType) {
         widget->setCompleter(nullptr);
+        // As wide as a box for a text of its own, not as the longest entry.
+        widget->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        widget->setMinimumContentsLength(kTypedCharacters);
+    }
     widget->setMaxVisibleItems(20);
     widget->setFocusPolicy(Qt::StrongFocus); // not by the wheel
     Follow(box, widget, [&box, widget, binding] {
