@@ -1,5 +1,6 @@
 // The look of every window of the program: each shipped language, light and dark, at 100, 150 and
 // 200 percent.
+#include "browser/exportfolder.h"
 #include "lyrics/frmLyricsView.h"
 #include "lyrics/lyricsform.h"
 #include "online/frmHistory.h"
@@ -8,15 +9,19 @@
 #include "online/tipform.h"
 #include "online/versioninfo.h"
 #include "platform/machine.h"
+#include "platform/posix/systemfolders.h"
 #include "platform/qt/boxes.h"
 #include "platform/qt/qtwindows.h"
 #include "player/controlsform.h"
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/startup/frmSplash.h"
+#include "tagedit/tageditor.h"
 #include "tests/support/fakeports.h"
 #include "tests/support/memorysettings.h"
+#include "tests/support/mp3bytes.h"
 #include "tests/support/scripteddesktop.h"
+#include "tests/support/testfolder.h"
 #include "tests/windows/look.h"
 #include "tests/windows/sampleform.h"
 #include "ui/qt/form.h"
@@ -26,6 +31,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <filesystem>
 
 namespace tests
 {
@@ -83,9 +89,64 @@ std::unique_ptr<ui::Form> MakeControls()
     return form;
 }
 
-std::vector<FormCase> AllForms()
+// The tag editor on this song.
+std::unique_ptr<ui::Form> MakeTagEditor(const std::string &song)
 {
+    auto form = std::make_unique<tagedit::TagEditor>();
+    form->File = song;
+    return form;
+}
+
+// Songs with both tags, with none, and with long values, among them characters that no tag holds.
+std::vector<FormCase> TagEditorCases(const TestFolder &folder)
+{
+    const std::string full = folder / "full.mp3";
+    WriteFile(full, Id3v2(TextFrame("TIT2", "So What") + TextFrame("TPE1", "Miles Davis") +
+                          TextFrame("TALB", "Kind of Blue") + TextFrame("TCON", "(8)Jazz") +
+                          Frame("USLT", std::string("\0\0\0\0\0", 5) + "One\r\nTwo")) +
+                        Audio() +
+                        Id3v1({"So What", "Miles Davis", "Kind of Blue", "1959", "", 1, 8}));
+    const std::string empty = folder / "empty.mp3";
+    WriteFile(empty, Audio());
+    const std::string longest = folder / "long.mp3";
+    WriteFile(longest, Id3v2(TextFrame("TIT2", std::string(300, 'W')) +
+                             TextFrame("TCON", "The long name of a kind of music of one's own") +
+                             Frame("USLT", std::string("\0\0\0\0\0", 5) + std::string(3000, 'w'))) +
+                           Audio() + Id3v1({std::string(30, 'W'), "", "", "1999", "", 255, 125}));
     return {
+        {"frmEditTag", [full] { return MakeTagEditor(full); }},
+        {"frmEditTag_empty", [empty] { return MakeTagEditor(empty); }},
+        {"frmEditTag_long",
+         [longest] {
+             auto form = MakeTagEditor(longest);
+             auto &editor = static_cast<tagedit::TagEditor &>(*form);
+             const auto load = editor.onLoad;
+             editor.onLoad = [&editor, load] {
+                 load();
+                 editor.At(tagedit::kID3v2).txtArtist.SetText("\u0141\u00F3d\u017A \u4E16\u754C");
+             };
+             return form;
+         }},
+    };
+}
+
+// In a folder with others.
+std::unique_ptr<ui::Form> MakeExportFolder(const TestFolder &folder)
+{
+    for (const char *name : {"Music for the car", "Recordings",
+                             "A folder with a long name, such as "
+                             "people give who want to find it"})
+        std::filesystem::create_directories(folder / name);
+    auto form = std::make_unique<browser::ExportFolder>();
+    form->start = folder.Path();
+    return form;
+}
+
+std::vector<FormCase> AllForms(const TestFolder &folder)
+{
+    std::vector<FormCase> forms = TagEditorCases(folder);
+    const std::vector<FormCase> others{
+        {"frmExportFile", [&folder] { return MakeExportFolder(folder); }},
         {"frmLyrics", [] { return LyricsWindow(false); }},
         {"frmLyrics_setting", [] { return LyricsWindow(true); }},
         {"frmControls", [] { return MakeControls(); }},
@@ -95,6 +156,8 @@ std::vector<FormCase> AllForms()
         {"frmHistory", [] { return std::make_unique<online::HistoryForm>(); }},
         {"frmVersionInfo", [] { return MakeVersionInfo(); }},
     };
+    forms.insert(forms.end(), others.begin(), others.end());
+    return forms;
 }
 
 class AllWindowsScaled : public testing::Test
@@ -106,16 +169,22 @@ protected:
         platform::qt::TheBoxWords() = [](std::string_view text, std::string_view key) {
             return shell::GetLanguageText(text, key, "Boxes");
         };
+        platform::TheMachine().folders = &folders;
+        drives.roots = {"/", folder.Path()};
         online::RegisterHistoryWidget();
     }
     ~AllWindowsScaled() override
     {
         platform::TheMachine().windows = nullptr;
         platform::qt::TheBoxWords() = nullptr;
+        platform::TheMachine().folders = nullptr;
         shell::TheGlobals() = shell::Globals{};
     }
 
+    TestFolder folder;
     FakeClock clock;
+    FakeDrives drives;
+    platform::posix::SystemFolders folders;
     ScriptedDesktop desktop;
     MemorySettings settings;
     platform::qt::QtWindows windows;
@@ -124,7 +193,7 @@ protected:
 
 TEST_F(AllWindowsScaled, Forms)
 {
-    for (const FormCase &c : AllForms()) {
+    for (const FormCase &c : AllForms(folder)) {
         std::unique_ptr<ui::Form> form;
         const auto open = [&] {
             form = c.make();

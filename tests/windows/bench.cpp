@@ -160,6 +160,8 @@ void WhenModal(const std::function<void(QWidget &modal)> &action, int millisecon
             return;
         }
         action(*modal);
+        if (modal.isNull())
+            return; // it is gone already
         QTimer::singleShot(milliseconds, modal, [modal] {
             ADD_FAILURE() << "still up: " << modal->windowTitle().toStdString();
             CloseModalWindows();

@@ -191,9 +191,20 @@ TEST_F(EditTagScaled, WhatNoTagHoldsIsToldAtOnce)
         EXPECT_TRUE(Find(editor, "lblNote")->isVisible());
         EXPECT_TRUE(Find<QLabel>(editor, "lblNote")->text().contains(u'\u0141'));
         EXPECT_FALSE(Find(editor, "txtTitle(2)")->toolTip().isEmpty());
+        const auto colourOf = [&](const char *box) {
+            return Find(editor, box)->palette().color(QPalette::Text).name();
+        };
+        const QString marked = colourOf("txtTitle(2)");
+        EXPECT_NE(marked, colourOf("txtArtist(2)"));
+        KeepScreenshot(editor, "edittag-note");
         platform::qt::ApplyPalette(true);
+        EXPECT_TRUE(WaitUntil([&] { return colourOf("txtTitle(2)") != marked; }));
+        EXPECT_NE(colourOf("txtTitle(2)"), colourOf("txtArtist(2)"));
         LetRun(100);
         KeepScreenshot(editor, "edittag-note-dark");
+        Find<QLineEdit>(editor, "txtTitle(2)")->selectAll();
+        TypeText("x"); // the mark goes with what it stood for
+        EXPECT_EQ(colourOf("txtTitle(2)"), colourOf("txtArtist(2)"));
         PressKey("Escape");
     });
 }

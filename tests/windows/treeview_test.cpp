@@ -4,9 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
+#include <QTest>
+#include <QTimer>
 #include <QToolTip>
 
 namespace
@@ -324,6 +328,47 @@ TEST_F(TreeViewTest, NodesRemovedWhileShownAreGone)
     tree.Remove("ByArtist");
     tests::LetRun(20);
     EXPECT_EQ(view.Model().rowCount(view.Model().IndexOf(tree.Find("MP3s"))), 1);
+}
+
+TEST_F(TreeViewTest, ARightClickOpensThePopupOfItsNode)
+{
+    std::string ran;
+    tree.popupOf = [&](ui::NodeId node) {
+        std::vector<ui::KeyedTree::PopupEntry> entries;
+        if (tree.Key(node) != "MP3s")
+            entries.push_back({"&New && more", [&] { ran += tree.Key(tree.Selected()); }});
+        return entries;
+    };
+    const auto whenPopup = [](const char *key) {
+        auto *timer = new QTimer(qApp);
+        QObject::connect(timer, &QTimer::timeout, timer, [timer, key] {
+            auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+            if (menu == nullptr || !menu->isVisible())
+                return;
+            timer->deleteLater();
+            EXPECT_EQ(menu->actions().front()->text(), QStringLiteral("&New && more"));
+            QTest::keyClick(menu, *key == 'N' ? Qt::Key_N : Qt::Key_Escape);
+        });
+        timer->start(10);
+    };
+    const auto rightClick = [&](const char *node) {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, TextOf(node),
+                                view.viewport()->mapToGlobal(TextOf(node)));
+        QApplication::sendEvent(view.viewport(), &event);
+    };
+    whenPopup("N");
+    rightClick("ByYear");
+    EXPECT_EQ(events, "NodeClick ByYear;Click;");
+    EXPECT_EQ(ran, "ByYear");
+    whenPopup("Escape");
+    rightClick("ByYear");
+    rightClick("MP3s"); // a popup without entries does not open
+    EXPECT_EQ(Selected(), "MP3s");
+    EXPECT_EQ(ran, "ByYear");
+    tests::ClickAt(*view.viewport(), TextOf("ByArtist"));
+    whenPopup("N");
+    tests::PressKey("Shift+F10");
+    EXPECT_EQ(ran, "ByYearByArtist");
 }
 
 TEST_F(TreeViewTest, CutTextHasATipThatShowsItAsItStands)

@@ -32,6 +32,10 @@ namespace ui::qt
 namespace
 {
 
+// What a window that can be resized opens with at the most, where its own size is not larger: it
+// then fits a screen of 800 by 600 pixels.
+constexpr QSize kSmallScreen(790, 560);
+
 constexpr std::string_view kPlaces = "Window Places"; // section of the settings
 
 std::map<std::pair<std::string, std::string>, WidgetMaker, std::less<>> &Makers()
@@ -268,7 +272,7 @@ void FormWindow::Arrange()
     outer->setSizeConstraint(m_form.resizable ? QLayout::SetMinimumSize : QLayout::SetFixedSize);
     if (m_form.resizable) { // no larger than a small screen lets it be, with its frame
         const QSize room = screen()->availableSize() - QSize(10, 40);
-        resize(least.expandedTo(outer->sizeHint()).boundedTo(room));
+        resize(least.expandedTo(outer->sizeHint().boundedTo(kSmallScreen)).boundedTo(room));
     }
 }
 

@@ -54,7 +54,9 @@ QString ListModel::AccessibleText(ui::RowId row, int column) const
 {
     if (column == 0 && nameOfRow)
         return nameOfRow(row);
-    const QString text = CellText(row, column);
+    QString text = CellText(row, column);
+    if (column == 0 && text.isEmpty()) // a picture; the text is beside it
+        text = CellText(row, 1);
     return text.isEmpty() ? headerData(column, Qt::Horizontal, Qt::DisplayRole).toString() : text;
 }
 
