@@ -88,6 +88,7 @@ struct Where {
 struct Key {
     int code = 0; // of letters and digits their upper-case ASCII; kEscapeKey, kEnterKey, ...
     bool shift = false, ctrl = false, alt = false;
+    bool repeated = false; // it is held down, and was pressed before
 };
 inline constexpr int kEnterKey = 13, kEscapeKey = 27, kDeleteKey = 46, kF5Key = 116;
 
@@ -133,6 +134,7 @@ public:
     Button *cancelButton =
         nullptr; // Escape; without one Escape closes the window if `escapeCloses`
     bool escapeCloses = true;
+    bool takesKeyboard = true; // when it is shown without modality; false: it does not come forward
     bool hidesOnClose = false; // stays loaded when the user closes it, and is shown again as it was
 
     // --- The state of the window, kept up to date while it shows.

@@ -10,6 +10,7 @@
 #include "ui/qt/statusbarview.h"
 #include "ui/qt/treeview.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QGridLayout>
@@ -17,9 +18,11 @@
 #include <QIcon>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <algorithm>
 #include <charconv>
 #include <optional>
@@ -79,7 +82,7 @@ ui::Key KeyOf(const QKeyEvent &event)
 {
     const Qt::KeyboardModifiers keys = event.modifiers();
     return {CodeOf(event), keys.testFlag(Qt::ShiftModifier), keys.testFlag(Qt::ControlModifier),
-            keys.testFlag(Qt::AltModifier)};
+            keys.testFlag(Qt::AltModifier), event.isAutoRepeat()};
 }
 
 // The character that a key types; 0 for a key that types none.
@@ -136,8 +139,8 @@ FormWindow::~FormWindow()
 
 void FormWindow::ShowForm()
 {
-    setWindowTitle(ToQt(m_form.Title()));
-    setAccessibleName(ToQt(m_form.Title()));
+    setWindowTitle(OneLineText(m_form.Title()));
+    setAccessibleName(OneLineText(m_form.Title()));
 }
 
 // The widget of one control; null for a control that does not show.
@@ -330,20 +333,34 @@ QLayout *FormWindow::MakeLayout(const ui::Layout &layout)
 void FormWindow::Present(bool modal)
 {
     m_form.SetVisible(true);
-    if (isVisible()) {
-        if (isMinimized())
-            showNormal();
+    const bool comesForward = modal || m_form.takesKeyboard;
+    if (!isVisible()) {
+        setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
+        setAttribute(Qt::WA_ShowWithoutActivating, !comesForward);
+        if (!m_placed)
+            RestorePlace();
+        m_placed = true;
+        if (!modal)
+            BelongToMainWindow();
+        show();
+    } else if (comesForward && isMinimized()) {
+        showNormal();
+    }
+    if (comesForward) {
         raise();
         activateWindow();
-        return;
     }
-    setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
-    if (!m_placed)
-        RestorePlace();
-    m_placed = true;
-    show();
-    raise();
-    activateWindow();
+}
+
+// One without modality stays above the program's main window, and is minimised with it.
+void FormWindow::BelongToMainWindow()
+{
+    for (const QWidget *window : QApplication::topLevelWidgets()) {
+        if (!window->isVisible() || qobject_cast<const QMainWindow *>(window) == nullptr)
+            continue;
+        winId(); // so that there is a native window
+        windowHandle()->setTransientParent(window->windowHandle());
+    }
 }
 
 // The stored place, fitted to the screens that there are now.

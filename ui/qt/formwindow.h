@@ -59,6 +59,7 @@ private:
     QLayout *MakeLayout(const ui::Layout &layout);
     QWidget *WidgetOf(const ui::Area *control, QWidget *otherwise = nullptr) const;
     void ShowForm();
+    void BelongToMainWindow();
     void RestorePlace();
     void StorePlace() const;
 
