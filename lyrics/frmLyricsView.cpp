@@ -24,11 +24,20 @@ using Flag = QScopedValueRollback<bool>;
 
 constexpr int kLinesAround = 3; // of the highlighted line that stay in sight
 
-// One character a place: each byte is one, but a CR LF, and a CR alone breaks a line like an LF.
+// What a font draws as an empty box, such as the NUL that many programs write behind a text.
+bool HasNoShape(QChar c)
+{
+    return c.category() == QChar::Other_Control && c != QLatin1Char('\n') && c != QLatin1Char('\t');
+}
+
+// One character a place: each byte is one, but a CR LF, and a CR alone breaks a line like an LF. A
+// control character shows as a blank.
 QString ShownText(std::string_view bytes)
 {
     const std::string breaks = runtime::Replace(runtime::Replace(bytes, "\r\n", "\n"), "\r", "\n");
-    return platform::qt::ToQt(runtime::TextOfBytes(breaks));
+    QString text = platform::qt::ToQt(runtime::TextOfBytes(breaks));
+    std::replace_if(text.begin(), text.end(), HasNoShape, QLatin1Char(' '));
+    return text;
 }
 
 std::string StoredText(const QString &shown)

@@ -18,6 +18,7 @@ namespace
 
 struct State {
     std::unique_ptr<LyricsForm> following; // made by the first lyrics
+    bool wanted = false;                   // the user asks for it at this moment
     std::vector<std::unique_ptr<LyricsForm>> setting;
 };
 
@@ -26,6 +27,16 @@ State &TheState()
     static State state;
     return state;
 }
+
+// While one lives, the window is shown because the user asks for it.
+class UserAsks
+{
+public:
+    UserAsks() { TheState().wanted = true; }
+    ~UserAsks() { TheState().wanted = false; }
+    UserAsks(const UserAsks &) = delete;
+    UserAsks &operator=(const UserAsks &) = delete;
+};
 
 std::unique_ptr<LyricsForm> MakeForm()
 {
@@ -38,8 +49,10 @@ std::unique_ptr<LyricsForm> MakeForm()
 
 void Install()
 {
-    browser::RegisterCommand("submnuShowLyricsCurrentSong",
-                             player::submnuShowLyricsCurrentSong_Click);
+    browser::RegisterCommand("submnuShowLyricsCurrentSong", [] {
+        const UserAsks asks;
+        player::submnuShowLyricsCurrentSong_Click();
+    });
     player::LyricsWindowCalls &calls = player::TheLyricsWindowCalls();
     calls.show = [](const std::string &, const std::string &title, const std::string &lyrics) {
         ShowLyrics(title, lyrics);
@@ -54,7 +67,14 @@ void ShowLyrics(std::string_view title, std::string_view lyrics)
         form = MakeForm();
         form->remembersPlace = true;
     }
-    FollowLyrics(*form, title, lyrics);
+    // A song that begins by itself takes the keyboard from nobody.
+    form->takesKeyboard = TheState().wanted;
+    try {
+        FollowLyrics(*form, title, lyrics);
+    } catch (const runtime::RuntimeError &) {
+        CloseLyrics(); // those of the song before
+        throw;
+    }
 }
 
 void CloseLyrics()

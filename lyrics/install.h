@@ -13,8 +13,9 @@ namespace lyrics
 void Install();
 
 // What the monitor calls. ShowLyrics puts lyrics (file bytes) in the place of those of another
-// song; `title` names the song. CloseLyrics closes the window, whether open or not. Errors:
-// ShowLyrics kNonModalOverModal (401) while a modal window is up.
+// song; `title` names the song. The window takes the keyboard only where the user asked for it by
+// the command. CloseLyrics closes the window, whether open or not. Errors: ShowLyrics
+// kNonModalOverModal (401) while a modal window is up; the window is closed then.
 void ShowLyrics(std::string_view title, std::string_view lyrics);
 void CloseLyrics();
 

@@ -109,9 +109,9 @@ LyricsForm::LyricsForm() : Form("frmLyrics", kCaptions)
     Add("Lyrics", Lyrics);
     Add("cmdSetTimes", cmdSetTimes);
     Add("cmdSetIt", cmdSetIt);
-    Add("cmdSave", cmdSave);
-    Add("cmdTest", cmdTest);
+    Add("cmdTest", cmdTest); // from left to right
     Add("cmdPause", cmdPause);
+    Add("cmdSave", cmdSave);
     Add("lblKey", lblKey);
     Add("showTimes", showTimes);
     Add("tmrDraft", tmrDraft);
@@ -193,7 +193,8 @@ bool Form_KeyDown(LyricsForm &form, const ui::Key &key)
 {
     if (key.code != kMarkKey || key.shift || key.ctrl || key.alt || !form.SettingTimes)
         return false;
-    form.cmdSetIt.Click();
+    if (!key.repeated)
+        form.cmdSetIt.Click();
     return true;
 }
 
@@ -207,7 +208,9 @@ void FollowLyrics(LyricsForm &form, std::string_view title, std::string_view lyr
         ui::Show(form);
     }
     const std::string name = shell::GetLanguageText("Lyrics", "Lyrics", "Times");
-    form.SetTitle(title.empty() ? name : std::string(title) + " - " + name);
+    std::string song(title);
+    std::erase(song, '\0'); // that many programs write behind the texts of a tag
+    form.SetTitle(song.empty() ? name : song + " - " + name);
     form.Lyrics.SetText({}); // so that a text like the last one is a change
     form.Lyrics.SetText(lyrics);
 }

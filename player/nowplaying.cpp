@@ -93,9 +93,9 @@ void ShowLyrics(const std::string &path, const metadata::ID3v2Tag &tag)
 bool FollowSong(const std::string &path, const metadata::ID3v2Tag &tag)
 {
     try {
-        if (tag.Lyrics.empty() || LyricsWindowOpen)
+        if (tag.Lyrics.empty())
             UnloadLyrics();
-        if (!tag.Lyrics.empty())
+        else
             ShowLyrics(path, tag);
     } catch (const runtime::RuntimeError &error) {
         return error.number == runtime::kNonModalOverModal;

@@ -21,7 +21,8 @@ extern bool LyricsWindowOpen;
 // stand for a program without that window.
 struct LyricsWindowCalls {
     // Shows the window with a song's lyrics (file bytes, not empty). `path` is the song's file,
-    // `titleLine` its artist, " - " and its title (UTF-8). May throw kNonModalOverModal.
+    // `titleLine` its artist, " - " and its title (UTF-8). The lyrics of the song before leave it
+    // first, also where it cannot be shown. May throw kNonModalOverModal.
     std::function<void(const std::string &path, const std::string &titleLine,
                        const std::string &lyrics)>
         show;

@@ -56,6 +56,34 @@ TEST_F(LyricsWindows, TheNextSongReplacesTheText)
     EXPECT_EQ(Forms().at(0)->Lyrics.Text(), "Three");
 }
 
+TEST_F(LyricsWindows, OverAModalWindowNoLyricsStay)
+{
+    Show("[0:01]One\r\n");
+    windows.modal = true;
+    EXPECT_THROW(Show("[0:01]Two\r\n"), runtime::RuntimeError);
+    EXPECT_EQ(Forms().size(), 0U) << "those of the song before have left";
+    windows.modal = false;
+    Show("[0:01]Two\r\n");
+    EXPECT_EQ(Forms().at(0)->Lyrics.Text(), "Two\r\n");
+}
+
+TEST_F(LyricsWindows, OnlyTheCommandGivesTheWindowTheKeyboard)
+{
+    const std::string song = WriteSong("song.mp3", kTwoLines);
+    player.SetPlaylist("#EXTM3U\r\n" + song + "\r\n");
+    player.Answer(104, 1); // a song plays
+    Show(kTwoLines);
+    EXPECT_FALSE(Forms()[0]->takesKeyboard);
+    player::TheLyricsWindowCalls().unload();
+    browser::RunHandler("submnuShowLyricsCurrentSong");
+    ASSERT_EQ(Forms().size(), 1U);
+    EXPECT_TRUE(Forms()[0]->takesKeyboard);
+    Show(kTwoLines);
+    EXPECT_FALSE(Forms()[0]->takesKeyboard);
+    lyrics::OpenTimeSetting(song);
+    EXPECT_TRUE(Forms()[1]->takesKeyboard);
+}
+
 TEST_F(LyricsWindows, TwoSideBySide)
 {
     const std::string song = WriteSong("song.mp3", kTwoLines);

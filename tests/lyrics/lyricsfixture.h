@@ -50,6 +50,13 @@ inline std::string LyricsIn(const std::string &file)
     return id3v2.Lyrics;
 }
 
+// What is highlighted.
+inline std::string SelectedIn(const lyrics::LyricsForm &form)
+{
+    return form.Lyrics.Text().substr(static_cast<std::size_t>(form.Lyrics.SelStart()),
+                                     static_cast<std::size_t>(form.Lyrics.SelLength()));
+}
+
 // A window system with, or without, a modal window.
 struct ModalOrNot : platform::Windows {
     std::vector<platform::Placement> Screens() override { return {}; }
@@ -63,20 +70,16 @@ struct ModalOrNot : platform::Windows {
     bool modal = false;
 };
 
-class LyricsFixture : public LibraryFixture
+// Songs and a player, for windows of either kind.
+class LyricsSongs : public LibraryFixture
 {
 protected:
-    LyricsFixture()
+    LyricsSongs()
     {
-        platform::TheMachine().windows = &windows;
         player::IsWinampRunning();
         player.Told();
     }
-    ~LyricsFixture() override
-    {
-        player::LyricsWindowOpen = false;
-        platform::TheMachine().windows = nullptr;
-    }
+    ~LyricsSongs() override { player::LyricsWindowOpen = false; }
 
     // A song with an ID3v2 tag, with these lyrics in it.
     std::string WriteSong(const std::string &name, const std::string &lyrics) const
@@ -90,6 +93,19 @@ protected:
 
     void Play(double seconds) { player.Answer(105, static_cast<std::int32_t>(seconds * 1000)); }
 
+    static std::string Selected(const lyrics::LyricsForm &shown) { return SelectedIn(shown); }
+
+    MemorySettings settings;
+    ConfigFolder config;
+    RecordingPlayer player;
+};
+
+class LyricsFixture : public LyricsSongs
+{
+protected:
+    LyricsFixture() { platform::TheMachine().windows = &windows; }
+    ~LyricsFixture() override { platform::TheMachine().windows = nullptr; }
+
     // The form in its second mode, over a song with these lyrics.
     std::string Setting(lyrics::LyricsForm &shown, const std::string &text)
     {
@@ -99,16 +115,7 @@ protected:
         return song;
     }
 
-    static std::string Selected(const lyrics::LyricsForm &shown)
-    {
-        return shown.Lyrics.Text().substr(static_cast<std::size_t>(shown.Lyrics.SelStart()),
-                                          static_cast<std::size_t>(shown.Lyrics.SelLength()));
-    }
-
     ModalOrNot windows;
-    MemorySettings settings;
-    ConfigFolder config;
-    RecordingPlayer player;
     FakeForms forms;
 };
 
