@@ -185,7 +185,7 @@ void Form_Resize(LyricsForm &form)
     for (ui::Button *button : {&form.cmdTest, &form.cmdPause, &form.cmdSave})
         place(*button, 525);
     const int rest = form.size.width - left;
-    form.lblKey.SetPlace({left, row + 75, std::max(0, rest), kButtonHeight - 75});
+    form.lblKey.SetPlace({left, row + 105, std::max(0, rest), kButtonHeight - 105});
     form.lblKey.SetVisible(form.SettingTimes && rest >= kKeyWidth);
 }
 

@@ -17,9 +17,11 @@
 #include "shell/language.h"
 #include "shell/startup/frmSplash.h"
 #include "tagedit/tageditor.h"
+#include "tests/support/configfolder.h"
 #include "tests/support/fakeports.h"
 #include "tests/support/memorysettings.h"
 #include "tests/support/mp3bytes.h"
+#include "tests/support/recordingplayer.h"
 #include "tests/support/scripteddesktop.h"
 #include "tests/support/testfolder.h"
 #include "tests/windows/look.h"
@@ -46,21 +48,34 @@ struct FormCase {
     std::function<std::unique_ptr<ui::Form>()> make;
 };
 
-std::unique_ptr<ui::Form> LyricsWindow(bool setting)
+enum class LyricsMode { Following, Setting, Testing, Paused };
+
+std::unique_ptr<ui::Form> LyricsWindow(LyricsMode mode)
 {
     lyrics::RegisterLyricsView();
-    auto form = std::make_unique<lyrics::LyricsForm>();
-    form->SettingTimes = setting;
-    form->cmdSetTimes.SetEnabled(!setting); // so that the marks stay
-    std::string text;
-    for (const char *line :
-         {"[00:10]A line of the song", "[00:20][01:05]Its chorus, which is sung twice",
-          "[00:30]A line that is much longer than the window is wide, so that it goes on "
-          "below, where a reader finds the rest of its words"})
-        text += std::string(line) + "\r\n\r\n";
-    form->Lyrics.SetText(text);
-    form->Lyrics.Select(setting ? 7 : 0, 18);
-    return form;
+    auto made = std::make_unique<lyrics::LyricsForm>();
+    lyrics::LyricsForm &form = *made;
+    form.SettingTimes = mode != LyricsMode::Following;
+    form.FileName = "/music/song.mp3";
+    form.onLoad = [&form, mode] {
+        lyrics::Form_Load(form);
+        std::string text;
+        for (const char *line :
+             {"[00:10]A line of the song", "[00:20][01:05]Its chorus, which is sung twice",
+              "[00:30]A line that is much longer than the window is wide, so that it goes on "
+              "below, where a reader finds the rest of its words"})
+            text += std::string(line) + "\r\n\r\n";
+        form.Lyrics.SetText(text);
+        if (mode == LyricsMode::Testing || mode == LyricsMode::Paused)
+            form.cmdTest.Click();
+        if (mode == LyricsMode::Paused)
+            form.cmdPause.Click();
+        if (form.showTimes.Enabled())
+            form.Lyrics.Select(form.Times->at("30l").Start, form.Times->at("30l").Length);
+        else
+            form.Lyrics.Select(25, 1); // the line break, as behind a line that was marked
+    };
+    return made;
 }
 
 std::unique_ptr<ui::Form> MakeVersionInfo()
@@ -147,9 +162,15 @@ std::vector<FormCase> AllForms(const TestFolder &folder)
     std::vector<FormCase> forms = TagEditorCases(folder);
     const std::vector<FormCase> others{
         {"frmExportFile", [&folder] { return MakeExportFolder(folder); }},
-        {"frmLyrics", [] { return LyricsWindow(false); }},
-        {"frmLyrics_setting", [] { return LyricsWindow(true); }},
+        {"frmLyrics", [] { return LyricsWindow(LyricsMode::Following); }},
+        {"frmLyrics_setting", [] { return LyricsWindow(LyricsMode::Setting); }},
+        {"frmLyrics_testing", [] { return LyricsWindow(LyricsMode::Testing); }},
+        {"frmLyrics_paused", [] { return LyricsWindow(LyricsMode::Paused); }},
         {"frmControls", [] { return MakeControls(); }},
+        {"frmLyrics", [] { return LyricsWindow(LyricsMode::Following); }},
+        {"frmLyrics_setting", [] { return LyricsWindow(LyricsMode::Setting); }},
+        {"frmLyrics_testing", [] { return LyricsWindow(LyricsMode::Testing); }},
+        {"frmLyrics_paused", [] { return LyricsWindow(LyricsMode::Paused); }},
         {"frmSample", [] { return std::make_unique<SampleForm>(); }},
         {"frmTip", [] { return std::make_unique<online::TipForm>(); }},
         {"frmTechSupport", [] { return std::make_unique<online::TechSupportForm>(); }},
@@ -187,6 +208,8 @@ protected:
     platform::posix::SystemFolders folders;
     ScriptedDesktop desktop;
     MemorySettings settings;
+    ConfigFolder config;
+    RecordingPlayer player;
     platform::qt::QtWindows windows;
     ui::qt::FormWindows host;
 };

@@ -9,45 +9,14 @@ import subprocess
 import time
 import unittest
 
-from startedprogram import PROGRAM, StartedProgram, wait_for
+from startedprogram import PROGRAM, WindowedProgram, geometry, wait_for, xdotool
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 SESSION_MANAGER = os.environ["QUENLIN_SESSION_MANAGER"]
 DROP_TARGET = os.environ["QUENLIN_DROP_TARGET"]
 
 
-def xdotool(*args):
-    return subprocess.run(["xdotool", *args], capture_output=True, text=True).stdout.split()
-
-
-def geometry(window):
-    """What xdotool tells of the window's place, e.g. {"WIDTH": 900}; nothing once the window is gone."""
-    lines = (line.split("=", 1) for line in xdotool("getwindowgeometry", "--shell", window))
-    return {name: int(number) for name, number in lines}
-
-
-class WindowedProgram(StartedProgram):
-    def setUp(self):
-        super().setUp()
-        self.env = dict(os.environ, **self.places)
-
-    def start(self):
-        process = subprocess.Popen([PROGRAM], env=self.env)
-        self.addCleanup(lambda: process.poll() is None and process.kill())
-        return process
-
-    def main_window(self, process):
-        """The number of the process's main window, once it shows."""
-        def shown():
-            return [w for w in xdotool("search", "--onlyvisible", "--pid", str(process.pid), "--name", "^Quenlin$")
-                    if geometry(w).get("WIDTH", 0) > 700]
-        found = wait_for(shown)
-        self.assertTrue(found, "no main window came")
-        return found[0]
-
-    def windows(self, process):
-        return xdotool("search", "--onlyvisible", "--pid", str(process.pid))
-
+class Program(WindowedProgram):
     def make_songs(self, count):
         """A folder of so many files without any tag."""
         music = self.scratch / "music"
@@ -150,9 +119,7 @@ class WindowedProgram(StartedProgram):
         music.mkdir()
         for name in names:
             (music / name).write_bytes(bytes(2000))
-        batch = {k: v for k, v in self.env.items() if k != "DISPLAY"}
-        subprocess.run([PROGRAM, "--regenerate", str(music)], env=batch, stdin=subprocess.DEVNULL,
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+        self.regenerate(music)
         process = self.start()
         window = self.main_window(process)
         target = self.start_drop_target(1200, 600)

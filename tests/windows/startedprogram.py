@@ -2,6 +2,7 @@
 import os
 import pathlib
 import shutil
+import subprocess
 import tempfile
 import time
 import unittest
@@ -18,6 +19,16 @@ def wait_for(condition, seconds=20):
             return found
         time.sleep(0.03)
     return None
+
+
+def xdotool(*args):
+    return subprocess.run(["xdotool", *args], capture_output=True, text=True).stdout.split()
+
+
+def geometry(window):
+    """What xdotool tells of the window's place, e.g. {"WIDTH": 900}; nothing once the window is gone."""
+    lines = (line.split("=", 1) for line in xdotool("getwindowgeometry", "--shell", window))
+    return {name: int(number) for name, number in lines}
 
 
 class StartedProgram(unittest.TestCase):
@@ -39,3 +50,34 @@ class StartedProgram(unittest.TestCase):
     def set(self, *lines):
         """The preferences: no tips, and these lines, each "key=text"."""
         self.settings.write_text("\n".join(["[Preferences]", "Show Tips at Startup=0", *lines]) + "\n")
+
+
+class WindowedProgram(StartedProgram):
+    """The same on the display of the environment."""
+
+    def setUp(self):
+        super().setUp()
+        self.env = dict(os.environ, **self.places)
+
+    def start(self):
+        process = subprocess.Popen([PROGRAM], env=self.env)
+        self.addCleanup(lambda: process.poll() is None and process.kill())
+        return process
+
+    def main_window(self, process):
+        """The number of the process's main window, once it shows."""
+        def shown():
+            titled = xdotool("search", "--all", "--onlyvisible", "--pid", str(process.pid), "--name", "^Quenlin$")
+            return [w for w in titled if geometry(w).get("WIDTH", 0) > 700]
+        found = wait_for(shown)
+        self.assertTrue(found, "no main window came")
+        return found[0]
+
+    def windows(self, process):
+        return xdotool("search", "--onlyvisible", "--pid", str(process.pid))
+
+    def regenerate(self, music):
+        """Catalogues a folder, without a display."""
+        batch = {k: v for k, v in self.env.items() if k != "DISPLAY"}
+        subprocess.run([PROGRAM, "--regenerate", str(music)], env=batch, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)

@@ -1,0 +1,272 @@
+// The whole road with the real player: from a click on an artist and a double click on a song to
+// the line that is sung, position by position; and the times of a song set while it plays.
+#include "lyrics/frmLyricsView.h"
+#include "lyrics/install.h"
+#include "metadata/tagwriter.h"
+#include "platform/player/audacious.h"
+#include "platform/posix/systemclock.h"
+#include "player/install.h"
+#include "player/playing.h"
+#include "player/winampmod.h"
+#include "tests/lyrics/lyricsfixture.h"
+#include "tests/support/realplayer.h"
+#include "tests/windows/mainwindowfixture.h"
+#include "ui/qt/form.h"
+
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <map>
+
+namespace tests
+{
+
+namespace
+{
+
+using lyrics::LyricsForm;
+
+constexpr int kSongSeconds = 60;
+constexpr int kPollMs = 40;
+constexpr int kStallMs = 400; // a machine that lets nothing run for so long measures nothing
+
+std::string Mark(int second)
+{
+    std::array<char, 16> mark{};
+    std::snprintf(mark.data(), mark.size(), "[%02d:%02d]", second / 60, second % 60);
+    return mark.data();
+}
+
+class LyricsRoad : public MainWindowTest
+{
+protected:
+    LyricsRoad()
+    {
+        platform::TheMachine().clock = &m_clock;
+        platform::TheMachine().player = &m_port;
+        lyrics::RegisterLyricsView();
+        metadata::TheTagWriterHooks().releasePlayingFile = player::ReleasePlayingFile;
+        metadata::TheTagWriterHooks().restorePlayingFile = player::RestorePlayingFile;
+    }
+    ~LyricsRoad() override
+    {
+        lyrics::ForgetForms();
+        LetRun(10); // closed windows go with the next event
+        Leave();
+        metadata::TheTagWriterHooks() = {};
+        player::TheLyricsWindowCalls() = {};
+        player::ResetNowPlaying();
+        player::ResetWinAmpMod();
+        platform::TheMachine().player = nullptr;
+        platform::TheMachine().clock = &clock;
+    }
+
+    // A song of so many seconds, with these lyrics.
+    std::string WriteSong(int seconds, const std::string &lyrics)
+    {
+        const std::string audio = ReadFile(real.Song("silence.mp3", seconds));
+        WriteFile(Song("song.mp3"), Id3v2(TextFrame("TIT2", "Title") + TextFrame("TPE1", "Artist") +
+                                          Frame("USLT", std::string("\0eng\0", 5) + lyrics)) +
+                                        audio + Id3v1({"Title", "Artist", "", "", "", 0, 17}));
+        return Song("song.mp3");
+    }
+
+    // The program over that song, and the player.
+    void StartAll()
+    {
+        real.Start();
+        Start();
+        player::Install();
+        lyrics::Install();
+        Regenerate();
+        ASSERT_TRUE(WaitUntil([this] { return Rows().size() == 1; }, 20'000));
+        ClickExpander("ByArtist");
+        LetRun(QApplication::doubleClickInterval() + 50);
+        ClickNode("#ARTIST");
+        ASSERT_EQ(Form().LV.Count(), 1);
+    }
+
+    LyricsForm *Lyrics() const
+    {
+        const std::vector<ui::Form *> forms = host.Forms();
+        return forms.empty() ? nullptr : dynamic_cast<LyricsForm *>(forms.back());
+    }
+
+    mutable ui::qt::FormWindows host;
+    ConfigFolder config;
+    RealPlayer real;
+
+private:
+    platform::posix::SystemClock m_clock;
+    platform::player::AudaciousPlayer m_port{5000}; // the machine of a test may be busy
+};
+
+// What was seen of the highlight while a song played once.
+struct Followed {
+    std::map<int, int> lateMs; // by line, behind the player's clock; the first look at it
+    int worstEarlyMs = 0;
+    int endMs = 0;   // the last position of the player's clock
+    int stallMs = 0; // the longest time without a look
+};
+
+class LyricsFollowed : public LyricsRoad
+{
+protected:
+    // The line, "line 7", that is highlighted; -1 for none.
+    int Highlighted() const
+    {
+        const LyricsForm *form = Lyrics();
+        if (form == nullptr || form->Lyrics.SelLength() == 0)
+            return -1;
+        const std::string line = SelectedIn(*form);
+        return line.starts_with("line ") ? std::stoi(line.substr(5)) : -1;
+    }
+
+    // Plays the row by a double click. Returns the real time until the right line is highlighted.
+    int PlayRow()
+    {
+        QElapsedTimer sinceClick;
+        sinceClick.start();
+        DoubleClickAt(*LV().viewport(), RowAt(0));
+        EXPECT_TRUE(WaitUntil(
+            [this] {
+                const int line = Highlighted();
+                return line >= 0 && real.Status() == "playing" &&
+                       std::abs(line * 1000 - static_cast<int>(real.Time())) <= 1000;
+            },
+            30'000));
+        return static_cast<int>(sinceClick.elapsed());
+    }
+
+    Followed Follow()
+    {
+        Followed seen;
+        QElapsedTimer sinceLook, standing;
+        sinceLook.start();
+        standing.start();
+        while (standing.elapsed() < 3000 && real.Status() == "playing") {
+            LetRun(kPollMs);
+            const int line = Highlighted();
+            const int now = static_cast<int>(real.Time());
+            seen.stallMs = std::max(seen.stallMs, static_cast<int>(sinceLook.restart()) - kPollMs);
+            if (line < 0 || now < seen.endMs) // nothing yet, or the end has set the clock back
+                continue;
+            if (now > seen.endMs)
+                standing.restart();
+            seen.endMs = now;
+            seen.lateMs.try_emplace(line, now - line * 1000);
+            seen.worstEarlyMs = std::max(seen.worstEarlyMs, line * 1000 - now);
+        }
+        return seen;
+    }
+
+    static std::vector<std::string> Faults(const Followed &seen)
+    {
+        std::vector<std::string> faults;
+        if (seen.endMs < (kSongSeconds - 3) * 1000)
+            faults.push_back("the song ended at " + std::to_string(seen.endMs));
+        for (int line = 0; line * 1000 <= seen.endMs - 2000; ++line) {
+            const auto found = seen.lateMs.find(line);
+            if (found == seen.lateMs.end())
+                faults.push_back("not reached: " + std::to_string(line));
+            else if (found->second > 500)
+                faults.push_back("line " + std::to_string(line) + " late by " +
+                                 std::to_string(found->second));
+        }
+        if (seen.worstEarlyMs > 600) // the clock is asked a moment later than the tick asked it
+            faults.push_back("early by " + std::to_string(seen.worstEarlyMs));
+        return faults;
+    }
+};
+
+TEST_F(LyricsFollowed, EveryLineOfASongAtItsTime)
+{
+    std::string text;
+    for (int second = 0; second < kSongSeconds; ++second)
+        text += Mark(second) + "line " + std::to_string(second) + "\r\n";
+    WriteSong(kSongSeconds, text);
+    ASSERT_NO_FATAL_FAILURE(StartAll());
+
+    // A machine with much else to do may be slow for a while, not each time.
+    int fastest = PlayRow();
+    for (int i = 0; i < 2 && fastest > 1000; ++i) {
+        real.Order("Stop");
+        EXPECT_TRUE(WaitUntil([this] { return real.Status() == "stopped"; }));
+        fastest = std::min(fastest, PlayRow());
+    }
+    EXPECT_LE(fastest, 1000) << "from the double click to the right line";
+
+    Followed seen = Follow();
+    for (int i = 0; i < 2 && !Faults(seen).empty() && seen.stallMs > kStallMs; ++i) {
+        PlayRow();
+        seen = Follow();
+    }
+    EXPECT_EQ(Faults(seen), std::vector<std::string>{}) << "longest stall " << seen.stallMs;
+    int worst = -1000;
+    for (const auto &[line, late] : seen.lateMs)
+        worst = std::max(worst, late);
+    RecordProperty("ms_from_double_click", fastest);
+    RecordProperty("worst_late_ms", worst);
+    std::printf("double click to line %d ms, worst late %d ms, worst early %d ms, end at %d ms\n",
+                fastest, worst, seen.worstEarlyMs, seen.endMs);
+}
+
+TEST_F(LyricsRoad, TimesAreThoseOfThePlayersClockAndSavedWhileItPlays)
+{
+    const std::string song = WriteSong(40, "One\r\nTwo\r\nThree\r\n");
+    const std::string before = ReadFile(song);
+    ASSERT_NO_FATAL_FAILURE(StartAll());
+    DoubleClickAt(*LV().viewport(), RowAt(0));
+    ASSERT_TRUE(WaitUntil([this] { return Lyrics() != nullptr && real.Time() > 2000; }, 30'000));
+    Click(*Find(*host.WindowOf(*Lyrics()), "cmdSetTimes"));
+    ASSERT_TRUE(WaitUntil([this] { return host.Forms().size() == 2 && !Lyrics()->busy; }, 30'000));
+    LyricsForm &form = *Lyrics();
+    QWidget &setting = *host.WindowOf(form);
+    ShowAndActivate(setting);
+    EXPECT_LT(real.Time(), 2000U) << "it begins anew";
+    ASSERT_TRUE(WaitUntil([this] { return real.Time() > 300; }, 30'000));
+
+    PressKey("Down");
+    std::string want = "One\r\n";
+    for (const char *line : {"Two\r\n", "Three\r\n"}) {
+        const std::uint32_t from = real.Time();
+        ASSERT_TRUE(WaitUntil([&] { return real.Time() > from + 1600; }, 30'000));
+        const std::size_t at = want.size();
+        const auto earliest = static_cast<int>(real.Time());
+        PressKey("F9");
+        const auto latest = static_cast<int>(real.Time());
+        const std::string mark = form.Lyrics.Text().substr(at, 7);
+        EXPECT_GE(mark, Mark(static_cast<int>(std::lround(earliest / 1000.0 - 0.05))));
+        EXPECT_LE(mark, Mark(static_cast<int>(std::lround(latest / 1000.0 + 0.05))));
+        want += mark + line;
+    }
+    EXPECT_EQ(form.Lyrics.Text(), want);
+
+    Click(*Find(setting, "cmdTest")); // plays the song once more
+    ASSERT_TRUE(WaitUntil([&] { return form.Lyrics.Text() == "One\r\nTwo\r\nThree\r\n"; }));
+    ASSERT_TRUE(WaitUntil([&] { return SelectedIn(form) == "Two"; }, 30'000));
+    EXPECT_EQ(real.Status(), "playing");
+    const auto position = static_cast<int>(real.Time());
+    Click(*Find(setting, "cmdSave"));
+    ASSERT_TRUE(WaitUntil([&] { return !form.busy && LyricsIn(song) == want; }, 30'000));
+    EXPECT_TRUE(WaitUntil([&] { return real.Status() == "playing" && real.Time() > 0; }, 30'000));
+    const auto after = static_cast<int>(real.Time());
+    EXPECT_EQ(real.Filename(real.Position()), platform::player::UriOfPath(song));
+    EXPECT_GE(after, position - 1500) << "it goes on where it was";
+    EXPECT_LE(after, position + 10'000);
+    EXPECT_EQ(desktop.boxes.size(), 0U);
+    const std::string now = ReadFile(song);
+    const std::string audio = ReadFile(real.music / "silence.mp3");
+    EXPECT_NE(now.find(audio), std::string::npos);
+    EXPECT_NE(now, before);
+    EXPECT_TRUE(WaitUntil([&] { return SelectedIn(form) == "Three"; }, 30'000))
+        << "the test goes on, too";
+}
+
+} // namespace
+
+} // namespace tests
