@@ -4,6 +4,7 @@
 #include "catalogue/adoclass.h"
 #include "catalogue/lockwait.h"
 #include "catalogue/regeneration/integrityreport.h"
+#include "catalogue/regeneration/lookahead.h"
 #include "catalogue/regeneration/walker.h"
 #include "catalogue/rowgroups.h"
 #include "catalogue/sqlite/cataloguecopy.h"
@@ -19,6 +20,7 @@
 #include "shell/language.h"
 #include "shell/openaddress.h"
 
+#include <cerrno>
 #include <string_view>
 
 namespace catalogue
@@ -97,6 +99,7 @@ std::string CreationText()
 // One walk over the folder; the counters are wide enough for any collection.
 struct Run {
     IntegrityReport report;
+    LookAhead ahead{Dirs().Path()};
     RowGroups groups;
     std::int64_t value = 0; // files done
     std::int64_t maximum = 0;
@@ -220,12 +223,15 @@ void NoteOutcome(const std::string &path, const AddOutcome &outcome)
 // The tags are looked at for the report here, and once more for the catalogue by AddInGroup.
 void ScanFile(Run &run, const std::string &path)
 {
+    run.ahead.Advance();
     metadata::ID3v1Tag oldTag;
     metadata::ID3v2Tag tag;
     metadata::MPEGHeader header;
     bool hasID3v1 = false;
     bool hasID3v2 = false;
     metadata::GetMP3Info(path, oldTag, tag, header, hasID3v1, hasID3v2, false);
+    if (metadata::LastReadFailure() == EINTR && IsToStop())
+        return; // the end was asked for while it was waited for: the run has not come to it
     RegenerationSummary &summary = TheState().summary;
     summary.files++;
     if (run.report.LogTagFailure(path, hasID3v1, hasID3v2)) {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <new>
+#include <utility>
 
 namespace metadata
 {
@@ -14,11 +15,13 @@ namespace metadata
 namespace
 {
 
+constexpr std::string_view kTagMark = "ID3";
 constexpr std::int64_t kTagHeaderBytes = 10;
-constexpr std::size_t kFirstRead = 8192;         // tag and search in one go, but for pictures
-constexpr std::int64_t kKeptBuffer = 4LL << 20;  // a larger one goes with its file
-constexpr std::int64_t kSettledNs = 100'000'000; // well above the grain of fine time stamps
-constexpr std::int64_t kCoarseSettledNs = 3'000'000'000; // above that of whole or even seconds
+constexpr std::size_t kSizeOffset = 6;
+constexpr std::int64_t kBehindTag = 4; // the audio header may be looked for right there
+constexpr std::int64_t kTailBytes = std::tuple_size_v<decltype(FileBytes::tail)>;
+constexpr std::size_t kFirstRead = 8192;        // tag and search in one go, but for pictures
+constexpr std::int64_t kKeptBuffer = 4LL << 20; // a larger one goes with its file
 
 // The header search's reach and the four header bytes at its last position.
 static_assert(kFirstRead >= kLastSearchPosition + 4);
@@ -86,15 +89,31 @@ void ExtendHead(const OpenFile &file, std::int64_t count)
                                      bytes.head.data() + bytes.headBytes, wanted - bytes.headBytes);
 }
 
+// The length of the tag's body as the 10 bytes of its header tell it.
+std::int64_t BodyBytes(std::string_view header)
+{
+    return FindNumber(header.substr(kSizeOffset), 128).value_or(0);
+}
+
+// How many of a file's first bytes a pass reads, told from the first ones: the tag with the four
+// bytes behind it, or no more than those.
+std::int64_t HeadBytes(std::string_view start, std::int64_t sizeBytes)
+{
+    if (!start.starts_with(kTagMark) || start.size() < kTagHeaderBytes)
+        return 0;
+    const std::int64_t body = BodyBytes(start);
+    return body > sizeBytes ? 0 : kTagHeaderBytes + body + kBehindTag;
+}
+
 // What the tag header says. A size of which a byte is missing stays 0.
 void TakeTagHeader(FileBytes &bytes)
 {
-    bytes.hasID3v2Header = bytes.Head().substr(0, 3) == "ID3";
+    bytes.hasID3v2Header = bytes.Head().starts_with(kTagMark);
     if (!bytes.hasID3v2Header)
         return;
     bytes.majorVersion = bytes.ByteAt(4);
     if (bytes.headBytes >= kTagHeaderBytes)
-        bytes.bodyBytes = FindNumber(bytes.Head().substr(6), 128).value_or(0);
+        bytes.bodyBytes = BodyBytes(bytes.Head());
     bytes.claimsTooMuch = bytes.bodyBytes > bytes.file.sizeBytes;
 }
 
@@ -103,7 +122,7 @@ void CompleteBody(const OpenFile &file)
 {
     FileBytes &bytes = file.bytes;
     const std::int64_t bodyEnd = kTagHeaderBytes + bytes.bodyBytes;
-    ExtendHead(file, bodyEnd + 4); // the header may be looked for right behind the tag
+    ExtendHead(file, bodyEnd + kBehindTag);
     if (bytes.head.size() < static_cast<std::size_t>(bodyEnd))
         bytes.head.resize(static_cast<std::size_t>(bodyEnd));
     if (bytes.headBytes < static_cast<std::size_t>(bodyEnd))
@@ -114,7 +133,6 @@ void CompleteBody(const OpenFile &file)
 void ReadTail(const OpenFile &file)
 {
     FileBytes &bytes = file.bytes;
-    constexpr std::int64_t kTailBytes = std::tuple_size_v<decltype(bytes.tail)>;
     const std::int64_t offset = bytes.file.sizeBytes - kTailBytes;
     if (offset < 0)
         return;
@@ -194,13 +212,16 @@ int ReadFileBytes(const std::string &path, const std::function<void()> &beforeSl
     return -1;
 }
 
+void ExpectReads(std::vector<std::string> paths)
+{
+    platform::TheMachine().files->Expect(std::move(paths), {kFirstRead, kTailBytes, HeadBytes});
+}
+
 bool IsStillTheSame(const std::string &path, FileBytes &bytes)
 {
     if (!bytes.opened || bytes.failure != 0 || bytes.file.path != path)
         return false;
-    const bool coarse = bytes.file.changedNs % 1'000'000'000 == 0;
-    const std::int64_t settled = coarse ? kCoarseSettledNs : kSettledNs;
-    if (bytes.openedAtNs - bytes.file.changedNs < settled)
+    if (!platform::WasSettled(bytes.file, bytes.openedAtNs))
         return false;
     platform::FileIdentity now;
     return platform::TheMachine().files->Identify(path, now) == 0 && now == bytes.file;

@@ -168,6 +168,21 @@ void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, M
     TakeHeader(bytes, Header);
 }
 
+bool ArePassesSlow()
+{
+    return platform::TheMachine().files->IsReadingSlow();
+}
+
+void ExpectPasses(std::vector<std::string> paths)
+{
+    ExpectReads(std::move(paths));
+}
+
+void ExpectNoPasses()
+{
+    platform::TheMachine().files->ExpectNothing();
+}
+
 void KeepForNextPass()
 {
     TheState().isKept = true;

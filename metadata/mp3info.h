@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace metadata
 {
@@ -32,6 +33,13 @@ void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, M
 // that could be read: the file system is not asked whether the file has changed. For a caller that
 // lets no event run and waits for nothing in between.
 void KeepForNextPass();
+
+// Says which files the next passes will be over, in this order, after those said before: their
+// bytes are on the way meanwhile. It changes nothing but the time, and pays where ArePassesSlow.
+// ExpectNoPasses takes back what is left of it.
+[[nodiscard]] bool ArePassesSlow();
+void ExpectPasses(std::vector<std::string> paths);
+void ExpectNoPasses();
 
 // Why the last pass could not read its file: an errno of the system, 0 when it could. A folder is
 // EISDIR, anything else that is no file ESPIPE. runtime::FileError has the words.

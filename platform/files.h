@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace platform
 {
@@ -24,6 +26,26 @@ struct FileIdentity {
     FileKind kind = FileKind::Other;
 
     bool operator==(const FileIdentity &) const = default;
+};
+
+// Whether a file that was opened at `openedAtNs` (StampClockNs) had not changed for so long that
+// another change could not have the same time stamp. Stamps of whole seconds come from clocks of a
+// second or two.
+[[nodiscard]] inline bool WasSettled(const FileIdentity &file, std::int64_t openedAtNs)
+{
+    constexpr std::int64_t kSettledNs = 100'000'000; // well above the grain of fine time stamps
+    constexpr std::int64_t kCoarseSettledNs = 3'000'000'000;
+    const bool isCoarse = file.changedNs % 1'000'000'000 == 0;
+    return openedAtNs - file.changedNs >= (isCoarse ? kCoarseSettledNs : kSettledNs);
+}
+
+// What will be read of a file.
+struct WantedBytes {
+    std::int64_t first = 0; // so many of its first bytes
+    std::int64_t last = 0;  // and of its last ones
+    // How many of the first bytes in all, told from those and the file's length; null adds none.
+    // Called on another thread: it looks at what it is given, and at nothing else.
+    std::int64_t (*head)(std::string_view start, std::int64_t sizeBytes) = nullptr;
 };
 
 struct Files {
@@ -100,6 +122,18 @@ struct Files {
 
     // Nanoseconds of the clock by which files are stamped, since 1970, UTC.
     virtual std::int64_t StampClockNs() = 0;
+
+    // Whether files come so slowly that it pays to say which ones come (Expect): an open or a read
+    // has had to wait for a disk or a network since ExpectNothing, and they do not come as fast as
+    // from memory again.
+    virtual bool IsReadingSlow() { return false; }
+
+    // Says which files will be opened and read next, in this order, after those said before: they
+    // are fetched meanwhile. It changes nothing but the time that the other operations take.
+    virtual void Expect(std::vector<std::string> /*paths*/, const WantedBytes & /*wanted*/) {}
+
+    // None of them will be opened any more. Waits for nothing.
+    virtual void ExpectNothing() {}
 };
 
 // The files of this machine.

@@ -1,5 +1,7 @@
 #include "platform/posix/systemfiles.h"
 
+#include "platform/posix/readahead.h"
+
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/stat.h>
@@ -45,7 +47,7 @@ bool IsInMemory(int handle)
 
 Files &SystemFiles()
 {
-    static posix::SystemFilesPort files;
+    static posix::ReadAheadFiles files;
     return files;
 }
 

@@ -1,0 +1,80 @@
+#include "catalogue/regeneration/lookahead.h"
+
+#include "metadata/mp3info.h"
+#include "runtime/error.h"
+
+namespace catalogue
+{
+
+namespace
+{
+
+constexpr std::size_t kFewestAhead = 96; // above what the files port holds at a time
+
+} // namespace
+
+LookAhead::~LookAhead()
+{
+    metadata::ExpectNoPasses();
+}
+
+void LookAhead::Advance()
+{
+    ++m_passed;
+    if (!metadata::ArePassesSlow() || (!m_hasStarted && !Start()))
+        return;
+    while (m_said < m_passed + kFewestAhead && (ExpectFiles() || EnterNextFolder()))
+        continue;
+}
+
+// False where the root cannot be read; the walk tells of it.
+bool LookAhead::Start()
+{
+    m_hasStarted = true;
+    try {
+        m_box.SetRoot(m_root);
+    } catch (const runtime::RuntimeError &) {
+        return false;
+    }
+    m_levels.push_back({m_box.Path(), 0});
+    return true;
+}
+
+// Says the next files of the folder in the box, but for those that the walk has come to. False when
+// it has no further one.
+bool LookAhead::ExpectFiles()
+{
+    const std::vector<std::string> &files = m_box.Listing().files;
+    if (m_levels.empty() || m_nextFile >= files.size())
+        return false;
+    std::vector<std::string> paths;
+    for (; m_nextFile < files.size() && paths.size() < kFewestAhead; ++m_nextFile, ++m_said)
+        if (m_said >= m_passed)
+            paths.push_back(JoinPath(m_box.Path(), files[m_nextFile]));
+    metadata::ExpectPasses(std::move(paths));
+    return true;
+}
+
+// False when the walk has no further folder. One that cannot be read is passed over.
+bool LookAhead::EnterNextFolder()
+{
+    while (!m_levels.empty()) {
+        m_box.SetPath(m_levels.back().path); // whose listing is kept
+        const std::string entry = m_box.List(m_levels.back().nextFolder++);
+        if (entry.empty()) {
+            m_levels.pop_back();
+            continue;
+        }
+        try {
+            m_box.SetPath(entry);
+        } catch (const runtime::RuntimeError &) {
+            continue;
+        }
+        m_levels.push_back({entry, 0});
+        m_nextFile = 0;
+        return true;
+    }
+    return false;
+}
+
+} // namespace catalogue

@@ -1,0 +1,61 @@
+// platform/posix/readahead.h - the files port that has the coming files on the way: helper threads
+// open them and read their first and last bytes while the logic works. A helper touches file bytes
+// only, knows no state of the program, and is never waited for at an end.
+#pragma once
+
+#include "platform/posix/systemfiles.h"
+
+#include <memory>
+#include <vector>
+
+namespace platform::posix
+{
+
+// All operations are for one thread, that of the logic. What they return is what SystemFilesPort
+// would: a file that was fetched is asked for its state once more when it is opened, and is read
+// anew where it is no longer the same. The helpers are one where files come fast, and up to 16
+// where the logic has to wait for them; at most 64 files and about 8 MiB are held.
+class ReadAheadFiles : public SystemFilesPort
+{
+public:
+    // `source` does the opening and reading, on several threads at a time. The other owners are the
+    // helpers, which may outlive this object in the middle of a read.
+    explicit ReadAheadFiles(std::shared_ptr<Files> source = std::make_shared<SystemFilesPort>());
+    ~ReadAheadFiles() override;
+    ReadAheadFiles(const ReadAheadFiles &) = delete;
+    ReadAheadFiles &operator=(const ReadAheadFiles &) = delete;
+
+    // A wait for a helper ends with -EINTR when the end of the program is asked for.
+    int OpenToRead(const std::string &path, FileIdentity &identity) override;
+    int Identify(const std::string &path, FileIdentity &identity) override;
+    std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
+                        bool mayWait) override;
+    void Close(int handle) override;
+    bool IsReadingSlow() override;
+    void Expect(std::vector<std::string> paths, const WantedBytes &wanted) override;
+    void ExpectNothing() override;
+
+private:
+    struct ComingFile;
+    struct Shared;
+    using FilePtr = std::shared_ptr<ComingFile>;
+
+    FilePtr Take(const std::string &path);
+    template <class Call>
+    auto Timed(const Call &call);
+    [[nodiscard]] bool IsUnchanged(const ComingFile &file) const;
+
+    // A file that was fetched and is open now.
+    struct OpenFile {
+        int handle;
+        std::shared_ptr<Shared> shared; // of its helpers
+        FilePtr file;
+    };
+
+    std::shared_ptr<Files> m_source;
+    std::shared_ptr<Shared> m_shared; // null where nothing is expected
+    std::vector<OpenFile> m_open;
+    bool m_isSlow = false; // a call had to wait for a disk
+};
+
+} // namespace platform::posix

@@ -1,0 +1,338 @@
+// Files that were said to come: what is returned is what it would be without, the helpers read them
+// several at a time, and nobody waits for a helper at an end.
+#include "platform/endrequest.h"
+#include "platform/posix/readahead.h"
+#include "tests/support/testfolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <csignal>
+#include <filesystem>
+#include <mutex>
+#include <thread>
+
+namespace fs = std::filesystem;
+using platform::FileIdentity;
+using platform::FileKind;
+using platform::WantedBytes;
+using platform::posix::ReadAheadFiles;
+using platform::posix::SystemFilesPort;
+
+namespace
+{
+
+// The real files, on which reads can be held up, and which counts its calls.
+struct HeldFiles : SystemFilesPort {
+    int OpenToRead(const std::string &path, FileIdentity &identity) override
+    {
+        ++opens;
+        const int handle = SystemFilesPort::OpenToRead(path, identity);
+        identity.changedNs -= ageNs;
+        return handle;
+    }
+    int Identify(const std::string &path, FileIdentity &identity) override
+    {
+        const int reason = SystemFilesPort::Identify(path, identity);
+        identity.changedNs -= ageNs;
+        return reason;
+    }
+    std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
+                        bool mayWait) override
+    {
+        {
+            std::unique_lock lock(m_mutex);
+            ++reads;
+            most = std::max<int>(most, ++m_within);
+            m_changed.notify_all();
+            m_changed.wait(lock, [&] { return !m_isHeld || m_within >= m_enough; });
+            m_isHeld = m_isHeld && m_within < m_enough;
+            m_changed.notify_all();
+            --m_within;
+        }
+        return SystemFilesPort::ReadAt(handle, offset, to, count, mayWait);
+    }
+    void Close(int handle) override
+    {
+        SystemFilesPort::Close(handle);
+        ++closes;
+    }
+
+    // Holds all reads up until `enough` are under way at a time, or until Release.
+    void Hold(int enough)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isHeld = true;
+        m_enough = enough;
+    }
+    void Release()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isHeld = false;
+        m_changed.notify_all();
+    }
+    // Waits until a read is held up.
+    void AwaitRead()
+    {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [&] { return m_within > 0; });
+    }
+
+    std::atomic<int> opens = 0, closes = 0, reads = 0;
+    std::atomic<int> most = 0; // reads at a time
+    std::atomic<std::int64_t> ageNs = 3'600'000'000'000;
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    bool m_isHeld = false;
+    int m_enough = 0, m_within = 0;
+};
+
+constexpr int kNever = 1000;
+
+void AwaitEqual(const std::atomic<int> &number, int wanted)
+{
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (number != wanted && std::chrono::steady_clock::now() < limit)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_EQ(number, wanted);
+}
+
+class ReadAhead : public testing::Test
+{
+protected:
+    ~ReadAhead() override
+    {
+        held->Release();
+        platform::RequestEnd(0);
+    }
+
+    std::string File(const std::string &name, std::size_t bytes) const
+    {
+        std::string text;
+        for (std::size_t i = 0; text.size() < bytes; ++i)
+            text += name + std::to_string(i);
+        tests::WriteFile(folder / name, text.substr(0, bytes));
+        return folder / name;
+    }
+
+    // What opening, reading and closing gives, without a wait where `mayWait` is false.
+    std::string Read(const std::string &path, std::int64_t offset, std::size_t count,
+                     bool mayWait = true)
+    {
+        FileIdentity identity;
+        const int handle = files->OpenToRead(path, identity);
+        if (handle < 0)
+            return "error " + std::to_string(-handle);
+        std::string text(count, '?');
+        const auto got = files->ReadAt(handle, offset, text.data(), count, mayWait);
+        files->Close(handle);
+        return got < 0 ? "error " + std::to_string(-got)
+                       : text.substr(0, static_cast<std::size_t>(got));
+    }
+
+    tests::TestFolder folder;
+    std::shared_ptr<HeldFiles> held = std::make_shared<HeldFiles>();
+    std::unique_ptr<ReadAheadFiles> files = std::make_unique<ReadAheadFiles>(held);
+};
+
+// The whole file in pieces, by a port.
+std::string Whole(platform::Files &files, const std::string &path, FileIdentity &identity)
+{
+    std::string whole;
+    const int handle = files.OpenToRead(path, identity);
+    char piece[700];
+    for (std::int64_t got = 1; handle >= 0 && got > 0;
+         whole.append(piece, static_cast<std::size_t>(got)))
+        got = files.ReadAt(handle, static_cast<std::int64_t>(whole.size()), piece, sizeof piece,
+                           true);
+    files.Close(handle);
+    return whole;
+}
+
+TEST_F(ReadAhead, BytesAndIdentitiesAreThoseOfThePlainPort)
+{
+    std::vector<std::string> paths;
+    for (const std::size_t bytes : {0, 1, 99, 100, 101, 149, 150, 151, 1000, 5000, 300'000})
+        paths.push_back(File("f" + std::to_string(bytes), bytes));
+    const WantedBytes cases[] = {
+        {100, 50, nullptr},
+        {100, 0, nullptr},
+        {100, 50,
+         [](std::string_view start, std::int64_t size) { return start.empty() ? 0 : size - 10; }},
+        {100, 50, [](std::string_view, std::int64_t) -> std::int64_t { return -1; }},
+        {0, 7, nullptr}};
+    for (const WantedBytes &wanted : cases) {
+        files->Expect(paths, wanted);
+        for (const std::string &path : paths) {
+            SCOPED_TRACE(path);
+            SystemFilesPort plain;
+            FileIdentity want, got;
+            const std::string bytes = Whole(plain, path, want);
+            want.changedNs -= held->ageNs;
+            EXPECT_EQ(Whole(*files, path, got), bytes);
+            EXPECT_EQ(got, want);
+            EXPECT_EQ(Read(path, want.sizeBytes + 5, 10), "");
+        }
+        files->ExpectNothing();
+    }
+    AwaitEqual(held->closes, held->opens);
+}
+
+TEST_F(ReadAhead, SeveralFilesAreReadAtATime)
+{
+    std::vector<std::string> paths;
+    for (int i = 0; i < 40; ++i)
+        paths.push_back(File(std::to_string(i), 500));
+    held->Hold(8); // each read comes to its end only when eight are under way
+    files->Expect(paths, {100, 100, nullptr});
+    held->AwaitRead();
+    EXPECT_EQ(Read(paths[0], 0, 4), "0001");
+    EXPECT_GE(held->most, 8);
+    EXPECT_EQ(Read(paths[39], 0, 4), "3903");
+}
+
+TEST_F(ReadAhead, WhatIsOnItsWayIsNotThereWithoutAWait)
+{
+    const std::string path = File("a", 500);
+    held->Hold(kNever);
+    files->Expect({path}, {100, 100, nullptr});
+    held->AwaitRead();
+    FileIdentity identity;
+    const int handle = files->OpenToRead(path, identity);
+    char byte = 0;
+    EXPECT_EQ(files->ReadAt(handle, 0, &byte, 1, false), -EAGAIN);
+    held->Release();
+    EXPECT_EQ(files->ReadAt(handle, 0, &byte, 1, true), 1);
+    EXPECT_EQ(byte, 'a');
+    EXPECT_EQ(files->ReadAt(handle, 450, &byte, 1, false), 1);
+    EXPECT_EQ(held->opens, 1);
+    EXPECT_EQ(held->reads, 2) << "the beginning and the end, by the helper";
+    files->Close(handle);
+    EXPECT_EQ(held->closes, 1);
+}
+
+TEST_F(ReadAhead, FileThatVanishedChangedOrWasReplacedIsNotWhatWasFetched)
+{
+    for (const bool isFresh : {false, true}) { // a change that the time stamp may hide
+        std::vector<std::string> paths;
+        for (const char *name : {"gone", "changed", "replaced", "same"})
+            paths.push_back(File(name, 500));
+        held->ageNs = isFresh ? 0 : 3'600'000'000'000;
+        held->opens = held->closes = 0;
+        files->Expect(paths, {100, 100, nullptr});
+        AwaitEqual(held->opens, 4);
+        fs::remove(paths[0]);
+        tests::WriteFile(paths[1], "new bytes");
+        tests::WriteFile(folder / "new", "other");
+        fs::rename(folder / "new", paths[2]);
+        EXPECT_EQ(Read(paths[0], 0, 5), "error " + std::to_string(ENOENT));
+        EXPECT_EQ(Read(paths[1], 0, 9), "new bytes");
+        EXPECT_EQ(Read(paths[2], 0, 9), "other");
+        EXPECT_EQ(Read(paths[3], 0, 5), "same0");
+        EXPECT_EQ(held->opens, isFresh ? 8 : 7);
+        files->ExpectNothing();
+        AwaitEqual(held->closes, held->opens - 1); // the one that is gone gave no handle
+    }
+}
+
+TEST_F(ReadAhead, APipeIsOpenedOnceAndNotRead)
+{
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    const std::string behind = File("behind", 500);
+    files->Expect({folder / "pipe", folder / "absent", behind}, {100, 100, nullptr});
+    AwaitEqual(held->opens, 3);
+    FileIdentity identity;
+    const int handle = files->OpenToRead(folder / "pipe", identity);
+    EXPECT_GE(handle, 0);
+    EXPECT_EQ(identity.kind, FileKind::Other);
+    files->Close(handle);
+    EXPECT_EQ(held->opens, 3);
+    EXPECT_EQ(Read(folder / "absent", 0, 1), "error " + std::to_string(ENOENT));
+    EXPECT_EQ(Read(behind, 0, 6), "behind");
+}
+
+TEST_F(ReadAhead, OtherFilesAndAnotherOrderAreServedAsWell)
+{
+    const std::string a = File("a", 500), b = File("b", 500), c = File("c", 500);
+    files->Expect({a, b, a}, {100, 100, nullptr});
+    AwaitEqual(held->opens, 3);
+    EXPECT_EQ(Read(c, 0, 2), "c0");
+    EXPECT_EQ(Read(b, 0, 2), "b0"); // the first a is passed over
+    EXPECT_EQ(Read(a, 0, 2), "a0");
+    EXPECT_EQ(held->opens, 4);
+    EXPECT_EQ(Read(a, 0, 2), "a0");
+    AwaitEqual(held->closes, 5);
+}
+
+TEST_F(ReadAhead, OnlySoManyFilesAreHeld)
+{
+    std::vector<std::string> paths;
+    for (int i = 0; i < 300; ++i)
+        paths.push_back(File(std::to_string(i), 500));
+    files->Expect(paths, {100, 100, nullptr});
+    for (int i = 0; i < 300; ++i) {
+        EXPECT_EQ(Read(paths[static_cast<std::size_t>(i)], 0, 1).substr(0, 1),
+                  std::to_string(i).substr(0, 1));
+        EXPECT_LE(held->opens - held->closes, 64 + 1);
+    }
+    AwaitEqual(held->closes, held->opens);
+}
+
+TEST_F(ReadAhead, NobodyWaitsForAHelperAtAnEnd)
+{
+    const std::string path = File("a", 500);
+    held->Hold(kNever);
+    files->Expect({path, File("b", 500)}, {100, 100, nullptr});
+    held->AwaitRead();
+    files->ExpectNothing();
+    files->Expect({path}, {100, 100, nullptr});
+    files.reset();
+    EXPECT_EQ(held->closes, 0); // here while the reads have not come to their end
+    held->Release();
+    AwaitEqual(held->closes, held->opens);
+}
+
+TEST_F(ReadAhead, TheEndOfTheProgramEndsAWait)
+{
+    const std::string path = File("a", 500);
+    held->Hold(kNever);
+    files->Expect({path}, {100, 100, nullptr});
+    held->AwaitRead();
+    platform::RequestEnd(SIGTERM);
+    EXPECT_EQ(Read(path, 0, 1), "error " + std::to_string(EINTR));
+    platform::RequestEnd(0);
+    held->Release();
+    AwaitEqual(held->closes, held->opens);
+    EXPECT_EQ(Read(path, 0, 1), "a");
+}
+
+TEST_F(ReadAhead, SlowIsWhatHadToWaitUntilFilesComeFast)
+{
+    const std::string path = File("a", 500);
+    EXPECT_FALSE(files->IsReadingSlow());
+    held->Hold(kNever);
+    std::thread later([&] {
+        held->AwaitRead();
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        held->Release();
+    });
+    EXPECT_EQ(Read(path, 0, 1), "a");
+    later.join();
+    EXPECT_TRUE(files->IsReadingSlow());
+    for (int round = 0; files->IsReadingSlow() && round < 1000; ++round) {
+        std::vector<std::string> paths(100, path);
+        files->Expect(paths, {100, 100, nullptr});
+        for (const std::string &each : paths)
+            EXPECT_EQ(Read(each, 0, 1), "a");
+    }
+    files->ExpectNothing();
+    EXPECT_FALSE(files->IsReadingSlow());
+}
+
+} // namespace
