@@ -9,7 +9,9 @@
 #include "catalogue/regeneration.h"
 #include "lyrics/frmLyricsView.h"
 #include "lyrics/install.h"
+#include "online/frmHelp.h"
 #include "online/frmHistory.h"
+#include "online/help.h"
 #include "online/install.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
@@ -29,6 +31,7 @@
 #include "shell/version.h"
 #include "tagedit/editcommands.h"
 #include "ui/qt/bindings.h"
+#include "ui/qt/helpkey.h"
 #include "ui/qt/icons.h"
 
 #include <QApplication>
@@ -58,7 +61,8 @@ struct Windows {
 void ShowAbout(Windows &windows)
 {
     if (windows.about == nullptr)
-        windows.about = new shell::frmSplash({}, online::ShowHistory);
+        windows.about =
+            new shell::frmSplash({}, online::ShowHistory, [] { online::ShowHelp("licences"); });
     windows.about->ShowSplash(true);
 }
 
@@ -212,6 +216,7 @@ int RunFirst(Windows &windows)
     search::ResetSearchForm();
     lyrics::ForgetForms();
     player::ForgetControls();
+    online::ForgetHelp();
     windows.online.reset();
     windows.main.reset();
     browser::ResetMainForm();
@@ -256,6 +261,8 @@ int RunInWindows(int argc, char **argv)
     }
     instance.onCalled = [&windows] { ComeForward(windows); };
     const EndWatch endWatch(windows);
+    online::RegisterHelpWidget();
+    const ui::qt::HelpKey helpKey(online::ShowHelpOf);
     QObject::connect(&session.application, &QGuiApplication::commitDataRequest,
                      &session.application, [&windows] { SaveForLogout(windows); });
     return RunFirst(windows);

@@ -87,14 +87,6 @@ void OpenPage(std::string_view page)
     shell::OpenAddress(address + std::string(page), "");
 }
 
-void ShowHelp()
-{
-    const std::string &file = shell::TheGlobals().HelpFilePath;
-    if (!platform::TheMachine().desktop->ShowHelp(file))
-        throw runtime::RuntimeError(runtime::kFileNotFound,
-                                    runtime::DescribeError(runtime::kFileNotFound) + ": " + file);
-}
-
 // While one lives, commands work on the list that the popup was opened on.
 class PopupClick
 {
@@ -116,7 +108,6 @@ void RegisterOwnCommands(MainForm &form)
     RegisterCommand("submnuRegenerateDatabase", [&form] { RegenerateAndLoad(form, true); });
     RegisterCommand("submnuRefreshTree", [&form] { RefreshTree(form); });
     RegisterCommand("submnuWebStyle", [&form] { ToggleWebStyle(form); });
-    RegisterCommand("submnuShowHelp", ShowHelp);
     RegisterCommand("submnuForums", [] { OpenPage("Forums/default.asp"); });
     RegisterCommand("submnuTutorials", [] { OpenPage("Tutorial%20Index.asp"); });
     RegisterCommand("submnuEnglish", ChooseEnglish);

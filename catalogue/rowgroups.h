@@ -134,7 +134,6 @@ public:
     void SetClipboardText(std::string_view text) override { m_inner.SetClipboardText(text); }
     std::string ClipboardText() override { return m_inner.ClipboardText(); }
     bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
-    bool ShowHelp(const std::string &file) override { return m_inner.ShowHelp(file); }
     bool InputWasClosed() override { return m_inner.InputWasClosed(); }
     void SetPointer(platform::Pointer pointer) override { m_inner.SetPointer(pointer); }
     void DoEvents() override;

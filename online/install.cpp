@@ -3,6 +3,7 @@
 #include "browser/commands.h"
 #include "browser/mainform.h"
 #include "online/autocheck.h"
+#include "online/help.h"
 #include "online/historyform.h"
 #include "online/techsupportform.h"
 #include "online/tipform.h"
@@ -46,6 +47,7 @@ std::shared_ptr<void> Install(const DriveTimer &drive)
                                  [area = area.get()] { area->checks.submnuNewerVersion_Click(); });
     else // a build without the web
         browser::frmMain().FindMenu("submnuNewerVersion")->SetVisible(false);
+    browser::RegisterCommand("submnuShowHelp", [] { ShowHelp(); });
     browser::RegisterCommand("submnuTips", [area = area.get()] { ShowTips(*area); });
     browser::RegisterCommand("submnuTechSupport", [] {
         TechSupportForm form;

@@ -53,6 +53,7 @@ namespace
 constexpr int kInsideWidth = 10200;
 constexpr int kColumns[] = {150, 5175};
 constexpr int kFrameWidth = 4875, kFrameHeight = 1275;
+constexpr int kPictureSize = 240;
 constexpr int kRowTops[] = {1050, 2400, 3750, 5100};
 
 ui::Rect FramePlace(int frame)
@@ -84,15 +85,23 @@ VersionInfoForm::VersionInfoForm(const DriveTimer &drive) : Form("frmVersionInfo
         ui::Label &below = tool < 0 ? lblDB[1] : lblAvailable[tool];
         ui::Label &used = tool < 0 ? DBUsing : Using[tool];
         ui::Label &offered = tool < 0 ? DBUpdate : NewOne[tool];
-        above.SetPlace({150, 300, 3225, 420});
+        ui::Picture &onDisk = tool < 0 ? Image3 : ImgUsing[tool];
+        ui::Picture &onWeb = tool < 0 ? Image4 : ImgAvailable[tool];
+        onDisk.SetPlace({150, 300, kPictureSize, kPictureSize});
+        onDisk.SetImage("hard");
+        onWeb.SetPlace({150, 750, kPictureSize, kPictureSize});
+        onWeb.SetImage("net");
+        above.SetPlace({465, 300, 2910, 420});
         used.SetPlace({3450, 300, 1350, 420});
-        below.SetPlace({150, 750, 3225, 420});
+        below.SetPlace({465, 750, 2910, 420});
         offered.SetPlace({3450, 750, 1350, 420});
         const auto nameOf = [&](std::string_view array, std::string_view single, int index) {
             return tool < 0 && single.empty() ? Index("lblDB", index)
                    : tool < 0                 ? std::string(single)
                                               : Index(array, tool);
         };
+        Add(nameOf("ImgUsing", "Image3", 0), onDisk, {.in = &frame});
+        Add(nameOf("ImgAvailable", "Image4", 0), onWeb, {.in = &frame});
         Add(nameOf("lblYouUsing", "", 0), above, {.in = &frame});
         Add(nameOf("Using", "DBUsing", 0), used, {.in = &frame});
         Add(nameOf("lblAvailable", "", 1), below, {.in = &frame});
@@ -108,7 +117,7 @@ VersionInfoForm::VersionInfoForm(const DriveTimer &drive) : Form("frmVersionInfo
     Add("URL2Download", URL2Download, {.in = &frmWhatsNew});
     lblNote.SetPlace({150, 6525, kInsideWidth - 300, 600});
     Add("lblNote", lblNote);
-    Status.SetPlace({150, kStatusTop, kInsideWidth - 1800, 525});
+    Status.SetPlace({150, kStatusTop, kInsideWidth - 300, 525});
     cmdAceptar.SetPlace({kInsideWidth - 1500, 7275, 1350, 420});
     cmdAceptar.SetCaption("&Ok");
     Add("cmdAceptar", cmdAceptar);
@@ -250,7 +259,7 @@ void VersionInfoForm::WebVrChk1_Newer(const std::string &base, const std::string
         Status.SetCaption(
             shell::GetLanguageText("Brandolet is up to date, but there's a newer database.",
                                    "MP3IsUpdatedButNewerDatabase", "Versions"));
-        statusFontSize = kLargeFont;
+        Status.SetFontSize(kLargeFont);
     }
     bool differs = false;
     for (int i = 0; i < kTools && !differs; ++i)

@@ -48,7 +48,8 @@ struct VersionInfoForm : ui::Form {
     ui::Frame frmWhatsNew;
     ui::Button URL2Download; // shows the address; a click opens it
     ui::Label Status;
-    int statusFontSize = 0; // points; 0 = that of the window
+    std::array<ui::Picture, kTools> ImgUsing, ImgAvailable; // one beside each version
+    ui::Picture Image3, Image4;                             // one beside each date
     ui::Label lblNote;
     ui::Button cmdAceptar;
     ui::Timer Delayer{250};

@@ -1,1 +1,3 @@
-target_sources(quenlin_windows PRIVATE ${CMAKE_CURRENT_LIST_DIR}/frmHistory.cpp)
+foreach(part frmHelp frmHistory)
+  target_sources(quenlin_windows PRIVATE ${CMAKE_CURRENT_LIST_DIR}/${part}.cpp)
+endforeach()

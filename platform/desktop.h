@@ -72,10 +72,6 @@ struct Desktop {
     // False when nothing could be started and the user was told nothing.
     virtual bool OpenAddress(const std::string &address, const std::string &workingFolder) = 0;
 
-    // Shows a help file (a path, byte for byte) at its contents, beside the program's windows.
-    // False when it cannot be read, or where there are no windows.
-    virtual bool ShowHelp(const std::string & /*file*/) { return false; }
-
     virtual void SetPointer(Pointer pointer) = 0;
 
     // Lets the events that wait run, timers and repaints included; returns when none is left.

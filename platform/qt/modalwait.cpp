@@ -2,8 +2,8 @@
 
 #include "platform/machine.h"
 
+#include <QApplication>
 #include <QCursor>
-#include <QGuiApplication>
 
 namespace platform::qt
 {
@@ -22,6 +22,14 @@ ModalWait::~ModalWait()
 {
     if (m_pointerHidden)
         QGuiApplication::restoreOverrideCursor();
+}
+
+QWidget *OwnerOfBox()
+{
+    if (QWidget *modal = QApplication::activeModalWidget())
+        return modal;
+    QWidget *active = QApplication::activeWindow();
+    return active != nullptr && active->property(kOwnsNoBox).toBool() ? nullptr : active;
 }
 
 } // namespace platform::qt

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+class QWidget;
+
 namespace platform::qt
 {
 
@@ -21,5 +23,11 @@ private:
     std::shared_ptr<void> m_wait; // its one owner
     bool m_pointerHidden = false; // an hourglass is covered by an arrow
 };
+
+// The window that a box or a modal window belongs to: the modal one that is up, else the one that
+// has the keyboard. Null for none, and in place of a window with the property kOwnsNoBox: that one
+// is used beside modal windows, and may go before them.
+QWidget *OwnerOfBox();
+inline constexpr const char *kOwnsNoBox = "ownsNoBox";
 
 } // namespace platform::qt

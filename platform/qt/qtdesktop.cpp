@@ -2,7 +2,7 @@
 
 #include "platform/posix/spawn.h"
 #include "platform/qt/boxes.h"
-#include "platform/qt/helpwindow.h"
+#include "platform/qt/modalwait.h"
 #include "platform/qt/text.h"
 
 #include <QApplication>
@@ -104,7 +104,7 @@ Answer QtDesktop::ShowBox(std::string_view text, std::string_view details, Butto
                           std::string_view title, BoxIcon icon)
 {
     BoxUp boxUp(*this);
-    MessageDialog box(LinesToQt(text), TitleOr(title), buttons, icon, QApplication::activeWindow());
+    MessageDialog box(LinesToQt(text), TitleOr(title), buttons, icon, OwnerOfBox());
     if (!details.empty())
         box.SetDetails(LinesToQt(details));
     box.exec();
@@ -115,8 +115,7 @@ std::optional<std::string> QtDesktop::InputBox(std::string_view prompt, std::str
                                                std::string_view initialText)
 {
     BoxUp boxUp(*this);
-    InputDialog box(LinesToQt(prompt), TitleOr(title), ToQt(initialText),
-                    QApplication::activeWindow());
+    InputDialog box(LinesToQt(prompt), TitleOr(title), ToQt(initialText), OwnerOfBox());
     const bool accepted = box.exec() == QDialog::Accepted;
     m_inputClosed = box.ClosedByFrame();
     if (!accepted)
@@ -129,7 +128,7 @@ std::optional<std::string> QtDesktop::OpenDialog(std::string_view title,
                                                  const std::string &folder)
 {
     BoxUp boxUp(*this);
-    QFileDialog dialog(QApplication::activeWindow(), TitleOr(title), ToQt(folder));
+    QFileDialog dialog(OwnerOfBox(), TitleOr(title), ToQt(folder));
     SetFilters(dialog, filters);
     dialog.setFileMode(QFileDialog::ExistingFile);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
@@ -142,7 +141,7 @@ std::optional<std::string> QtDesktop::SaveDialog(std::string_view title,
                                                  const std::string &path)
 {
     BoxUp boxUp(*this);
-    QFileDialog dialog(QApplication::activeWindow(), TitleOr(title));
+    QFileDialog dialog(OwnerOfBox(), TitleOr(title));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     SetFilters(dialog, filters);
@@ -173,13 +172,6 @@ bool QtDesktop::OpenAddress(const std::string &address, const std::string &worki
         return posix::OpenWithDesktop(address, workingFolder);
     const QUrl url = UrlOf(address);
     return url.isValid() && !url.isEmpty() && QDesktopServices::openUrl(url);
-}
-
-bool QtDesktop::ShowHelp(const std::string &file)
-{
-    if (m_help == nullptr)
-        m_help = std::make_unique<HelpWindow>();
-    return m_help->Open(file);
 }
 
 void QtDesktop::SetPointer(Pointer pointer)

@@ -5,12 +5,8 @@
 
 #include "platform/desktop.h"
 
-#include <memory>
-
 namespace platform::qt
 {
-
-class HelpWindow;
 
 class QtDesktop : public Desktop
 {
@@ -47,9 +43,6 @@ public:
     // only.
     bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
 
-    // Help files are HTML. There is one window for them; showing help again brings it forward.
-    bool ShowHelp(const std::string &file) override;
-
     // The pointer of the whole program. Setting the one that is set does nothing, so that one
     // Normal ends any number of Hourglass. A box shows the normal pointer as long as it is up.
     void SetPointer(Pointer pointer) override;
@@ -62,7 +55,6 @@ private:
     Answer ShowBox(std::string_view text, std::string_view details, Buttons buttons,
                    std::string_view title, BoxIcon icon);
 
-    std::unique_ptr<HelpWindow> m_help;  // made at the first wish for it
     Pointer m_pointer = Pointer::Normal; // what the program wants
     int m_boxesUp = 0;
     Pointer m_shownPointer = Pointer::Normal;

@@ -71,9 +71,10 @@ ui::Rect ScreenPlace()
 
 } // namespace
 
-frmSplash::frmSplash(std::function<void()> showMainForm, std::function<void()> showHistory)
+frmSplash::frmSplash(std::function<void()> showMainForm, std::function<void()> showHistory,
+                     std::function<void()> showLicences)
     : m_showMainForm(std::move(showMainForm)), m_showHistory(std::move(showHistory)),
-      m_lblProgress(new QLabel(this))
+      m_showLicences(std::move(showLicences)), m_lblProgress(new QLabel(this))
 {
     setAttribute(Qt::WA_DeleteOnClose);
     ui::qt::Name(this, "frmSplash");
@@ -164,18 +165,27 @@ void frmSplash::BuildAbout(const SplashTexts &texts)
     for (QLabel *label : {contact, number})
         label->setVisible(!kContactNumber.empty());
     lines->addStretch();
-    auto *history = new QPushButton(ui::qt::MenuText(texts.historyButton), m_about);
-    ui::qt::Name(history, "cmdHistory");
+    QPushButton *licences = AddButton("cmdLicences", texts.licencesButton);
+    licences->setEnabled(m_showLicences != nullptr);
+    connect(licences, &QPushButton::clicked, this, [this] { m_showLicences(); });
+    QPushButton *history = AddButton("cmdHistory", texts.historyButton);
     history->setEnabled(m_showHistory != nullptr);
     connect(history, &QPushButton::clicked, this, [this] { m_showHistory(); });
-    m_cmdOk = new QPushButton(ui::qt::MenuText(texts.okButton), m_about);
-    ui::qt::Name(m_cmdOk, "cmdOk");
+    m_cmdOk = AddButton("cmdOk", texts.okButton);
     connect(m_cmdOk, &QPushButton::clicked, this, &QWidget::close);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
+    buttons->addWidget(licences);
     buttons->addWidget(history);
     buttons->addWidget(m_cmdOk);
     lines->addLayout(buttons);
+}
+
+QPushButton *frmSplash::AddButton(const char *name, const std::string &caption)
+{
+    auto *button = new QPushButton(ui::qt::MenuText(caption), m_about);
+    ui::qt::Name(button, name);
+    return button;
 }
 
 // The language file's credits, in both roles; without a file there is nobody to thank.

@@ -17,8 +17,9 @@ class frmSplash : public QWidget
 {
 public:
     // The window deletes itself when it closes. `showMainForm` runs then, in the splash role only.
-    // `showHistory`: what the about box's history button does.
-    explicit frmSplash(std::function<void()> showMainForm, std::function<void()> showHistory = {});
+    // `showHistory`, `showLicences`: what the about box's buttons of these names do.
+    explicit frmSplash(std::function<void()> showMainForm, std::function<void()> showHistory = {},
+                       std::function<void()> showLicences = {});
     ~frmSplash() override;
 
     // Takes the size and the look of the role, stands in the middle of the screen and shows,
@@ -38,7 +39,9 @@ private:
     void BuildAbout(const SplashTexts &texts);
     void AddTranslation(const SplashTexts &texts);
 
-    std::function<void()> m_showMainForm, m_showHistory;
+    QPushButton *AddButton(const char *name, const std::string &caption);
+
+    std::function<void()> m_showMainForm, m_showHistory, m_showLicences;
     SplashLook m_look;
     QWidget *m_about = nullptr;     // what only the about box shows; owned as all that follows
     QLabel *m_lblProgress;          // the progress line at start

@@ -30,6 +30,7 @@ SplashTexts LoadSplashTexts()
     texts.email = GetLanguageText("E-mail:", "Email", "Splash");
     texts.icq = GetLanguageText("ICQ:", "ICQ", "Splash");
     texts.historyButton = GetLanguageText("&History", "HistoryButton", "Splash");
+    texts.licencesButton = GetLanguageText("&Licences", "LicencesButton", "Splash");
     texts.okButton = GetLanguageText("&Ok", "OkButton", "Splash");
     texts.translatedBy = GetLanguageText("", "TranslatedBy", "TranslationInfo");
     texts.title = GetLanguageText("", "Title", "TranslationInfo");

@@ -33,7 +33,8 @@ ui::Rect Centred(int width, int height, ui::Rect screen);
 
 // The texts of the window, from the language file.
 struct SplashTexts {
-    std::string programmedBy, email, icq, historyButton, okButton; // section "Splash"
+    std::string programmedBy, email, icq, historyButton, licencesButton,
+        okButton;                                // section "Splash"
     std::string translatedBy, title, translator; // section "TranslationInfo"; empty without a file
 };
 SplashTexts LoadSplashTexts();

@@ -30,7 +30,7 @@ TEST_F(FormCommands, WhatNobodyRegisteredIsDisabledWhateverEnablesIt)
             enabled.append(line.name.substr(6)).append(" ");
         }
     }
-    EXPECT_EQ(enabled, "Exit RegenerateDatabase RefreshTree WebStyle ShowHelp Forums Tutorials "
+    EXPECT_EQ(enabled, "Exit RegenerateDatabase RefreshTree WebStyle Forums Tutorials "
                        "English ");
     for (const ui::Command &button : form.buttons)
         EXPECT_EQ(button.Enabled(), button.name == "submnuExit") << button.name;
@@ -250,11 +250,7 @@ TEST_F(FormCommands, PagesOpenBelowTheStoredAddress)
     EXPECT_TRUE(address.ends_with("/")) << address;
     EXPECT_EQ(desktop.opened[0], address + "Forums/default.asp");
     EXPECT_EQ(desktop.opened[1], address + "Tutorial%20Index.asp");
-    shell::TheGlobals().HelpFilePath = folder / "Brandolet.hlp";
-    RunCommand(form, "submnuShowHelp");
-    EXPECT_EQ(desktop.opened[2], folder / "Brandolet.hlp");
     desktop.canOpen = false;
-    EXPECT_THROW(RunCommand(form, "submnuShowHelp"), runtime::RuntimeError);
     RunCommand(form, "submnuForums");
     EXPECT_EQ(desktop.boxes, std::vector<std::string>{});
     EXPECT_EQ(desktop.clipboard, desktop.opened[0]);

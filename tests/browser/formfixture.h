@@ -66,11 +66,6 @@ public:
         opened.push_back(address);
         return canOpen;
     }
-    bool ShowHelp(const std::string &file) override
-    {
-        opened.push_back(file);
-        return canOpen;
-    }
     void SetPointer(platform::Pointer pointer) override { pointers.push_back(pointer); }
     void DoEvents() override
     {

@@ -25,7 +25,8 @@ class Install(unittest.TestCase):
         wanted = ["man/man1/quenlin.1.gz", "doc/quenlin/copyright", f"mime/packages/{house.ID}.xml",
                   f"applications/{house.ID}.Add.desktop", f"icons/hicolor/scalable/apps/{house.ID}.svg",
                   f"icons/hicolor/16x16/apps/{house.ID}.png", f"icons/hicolor/256x256/apps/{house.ID}.png",
-                  "quenlin/TIPOFDAY.TXT", "quenlin/Brandolet.hlp", "quenlin/Deutsch.qlt", "quenlin/Español.qlt"]
+                  "quenlin/TIPOFDAY.TXT", "quenlin/Brandolet.hlp", "quenlin/Deutsch.qlt", "quenlin/Español.qlt",
+                  "quenlin/Français.qlt", "quenlin/Deutsch.hlp", "quenlin/Español.hlp", "quenlin/Français.hlp"]
         if WITH_WINDOWS:
             wanted += [f"applications/{house.ID}.desktop", f"metainfo/{house.ID}.metainfo.xml"]
         for name in wanted:

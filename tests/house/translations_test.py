@@ -1,6 +1,5 @@
 """The shipped texts. Language files: each text that the code looks up and no other, within the format's
 limits, marks kept, access keys without clashes; the reader of the sources and the translator's command."""
-import html.parser
 import pathlib
 import sys
 import tempfile
@@ -150,32 +149,10 @@ class Command(unittest.TestCase):
             self.assertIn(words, self.run_it("missing", 2))
 
 
-class Help(html.parser.HTMLParser):
-    """Collects what the help's contents point at, and what stands there to be pointed at."""
-
-    def __init__(self):
-        super().__init__()
-        self.wanted, self.there = [], []
-
-    def handle_starttag(self, tag, attrs):
-        attributes = dict(attrs)
-        if tag == "a":
-            self.wanted += [attributes["href"]] if "href" in attributes else []
-            self.there += ["#" + attributes["name"]] if "name" in attributes else []
-
-
-class HelpFile(unittest.TestCase):
-    def test_every_entry_of_the_contents_has_its_chapter(self):
-        reader = Help()
-        reader.feed((SHIPPED / "Brandolet.hlp").read_text(encoding="utf-8"))
-        self.assertGreater(len(reader.there), 10)
-        self.assertEqual(reader.wanted, reader.there)
-
-
 class Tips(unittest.TestCase):
     def test_one_tip_a_line(self):
         lines = (SHIPPED / "TIPOFDAY.TXT").read_bytes().decode("ascii").splitlines()
-        self.assertGreaterEqual(len(lines), 25)
+        self.assertGreaterEqual(len(lines), 40)
         self.assertEqual(len(set(lines)), len(lines))
         for line in lines:
             self.assertTrue(line.startswith("... that ") and len(line) <= 200, line)

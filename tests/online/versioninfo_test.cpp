@@ -108,7 +108,7 @@ TEST_F(VersionInfo, ANewerToolIsShown)
     EXPECT_EQ(shown, Log{"frmVersionInfo"});
     EXPECT_EQ(check.log, Log{"none"});
     EXPECT_EQ(check.Status.Caption(), "A newer version is available.");
-    EXPECT_EQ(check.statusFontSize, 0);
+    EXPECT_EQ(check.Status.FontSize(), 0);
     EXPECT_EQ(check.size.height, 8490 - 690);
     EXPECT_EQ(check.Status.Top(), 495);
     EXPECT_TRUE(check.Frame[0].Visible() && check.cmdAceptar.Visible());
@@ -143,7 +143,7 @@ TEST_F(VersionInfo, ANewerDatabaseHasItsOwnText)
     ExpectWindow();
     check.Answer(web, "1.6.6:2004\r\n1.6.7:2005\r\nQuenlin 1.6.9\r\nDravicolt 2");
     EXPECT_EQ(check.Status.Caption(), "A newer version is available."); // laid out for the result
-    EXPECT_EQ(check.statusFontSize, 16);
+    EXPECT_EQ(check.Status.FontSize(), 16);
     EXPECT_EQ(check.DBUsing.Caption(), "2004");
     EXPECT_EQ(check.DBUpdate.Caption(), "2005");
 }

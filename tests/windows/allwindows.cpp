@@ -3,7 +3,10 @@
 #include "browser/exportfolder.h"
 #include "lyrics/frmLyricsView.h"
 #include "lyrics/lyricsform.h"
+#include "online/frmHelp.h"
 #include "online/frmHistory.h"
+#include "online/help.h"
+#include "online/helpform.h"
 #include "online/historyform.h"
 #include "online/techsupportform.h"
 #include "online/tipform.h"
@@ -78,6 +81,15 @@ std::unique_ptr<ui::Form> LyricsWindow(LyricsMode mode)
     return made;
 }
 
+std::unique_ptr<ui::Form> HelpWindow()
+{
+    shell::TheGlobals().HelpFilePath = std::string(QUENLIN_SHIPPED_TEXTS) + "/Brandolet.hlp";
+    auto form = std::make_unique<online::HelpForm>();
+    form->SetBook(online::ReadHelpBook());
+    form->Open("frmPref");
+    return form;
+}
+
 std::unique_ptr<ui::Form> MakeVersionInfo()
 {
     auto form = std::make_unique<online::VersionInfoForm>(online::DriveTimer());
@@ -85,6 +97,7 @@ std::unique_ptr<ui::Form> MakeVersionInfo()
     form->lblDB[0].SetCaption("The database's date you're using is:");
     form->lblDB[1].SetCaption("Last database available is from:");
     form->SetTitle("Version information");
+    form->Status.SetFontSize(16);
     form->Status.SetCaption("Brandolet is up to date, but there's a newer database.");
     for (ui::Label &label : form->Using)
         label.SetCaption("1.16.119");
@@ -174,6 +187,7 @@ std::vector<FormCase> AllForms(const TestFolder &folder)
         {"frmSample", [] { return std::make_unique<SampleForm>(); }},
         {"frmTip", [] { return std::make_unique<online::TipForm>(); }},
         {"frmTechSupport", [] { return std::make_unique<online::TechSupportForm>(); }},
+        {"frmHelp", [] { return HelpWindow(); }},
         {"frmHistory", [] { return std::make_unique<online::HistoryForm>(); }},
         {"frmVersionInfo", [] { return MakeVersionInfo(); }},
     };
@@ -193,6 +207,7 @@ protected:
         platform::TheMachine().folders = &folders;
         drives.roots = {"/", folder.Path()};
         online::RegisterHistoryWidget();
+        online::RegisterHelpWidget();
     }
     ~AllWindowsScaled() override
     {

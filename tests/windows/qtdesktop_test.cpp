@@ -15,9 +15,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
-#include <QScrollBar>
 #include <QTest>
-#include <QTextBrowser>
 #include <QTimer>
 #include <QTreeView>
 
@@ -288,37 +286,6 @@ TEST_F(QtDesktopTest, OpenAddressStartsTheOpenerWithoutWaiting)
     const QByteArrayList want{"file:///music/Se%F1or%20%231%3F.txt",
                               "http://quenlin.example/a.asp#top", "mailto:support@quenlin.example"};
     EXPECT_EQ(lines(), want);
-}
-
-TEST(QtDesktopScaled, HelpIsOneWindowThatEscapeCloses)
-{
-    tests::TestFolder folder;
-    const std::string file = folder / "h\xFF.hlp";
-    platform::qt::QtDesktop desktop;
-    EXPECT_FALSE(desktop.ShowHelp(file));
-    EXPECT_EQ(tests::WaitForWindow("frmHelp", 50), nullptr);
-    std::string html = "<html><head><title>The Help</title></head><body><p>"
-                       "<a href=\"#b\">Señor &amp; B</a></p>";
-    for (int line = 0; line < 100; ++line)
-        html += "<p>line</p>";
-    tests::WriteFile(file, html + "<h2><a name=\"b\"></a>The end</h2></body></html>");
-    EXPECT_TRUE(desktop.ShowHelp(file));
-    QWidget *help = tests::WaitForWindow("frmHelp");
-    ASSERT_NE(help, nullptr);
-    tests::ShowAndActivate(*help);
-    EXPECT_EQ(help->windowTitle(), QStringLiteral("The Help"));
-    EXPECT_TRUE(tests::NamelessControls(*help).empty());
-    auto *text = tests::Find<QTextBrowser>(*help, "txtHelp");
-    EXPECT_TRUE(text->toPlainText().startsWith(QStringLiteral("Señor & B")));
-    tests::ClickAt(*text->viewport(), {24, 24});
-    EXPECT_GT(text->verticalScrollBar()->value(), 0) << "a line of the contents leads to its part";
-    EXPECT_TRUE(desktop.ShowHelp(file));
-    EXPECT_EQ(tests::WaitForWindow("frmHelp"), help);
-    EXPECT_EQ(text->verticalScrollBar()->value(), 0) << "it begins at the contents again";
-    tests::PressKey("Escape");
-    EXPECT_FALSE(help->isVisible());
-    EXPECT_TRUE(desktop.ShowHelp(file)); // and leaves it up: the desktop takes it along
-    EXPECT_TRUE(help->isVisible());
 }
 
 TEST(QtDesktopScaled, BoxesAreReadableAndNamed)

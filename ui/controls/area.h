@@ -43,6 +43,11 @@ public:
     bool Marked() const { return m_marked; }
     void SetMarked(bool marked) { Assign(m_marked, marked); }
 
+    // What a screen reader speaks where neither a caption nor a label names the control; empty for
+    // none.
+    const std::string &SpokenName() const { return m_spoken; }
+    void SetSpokenName(std::string_view name) { Assign(m_spoken, std::string(name)); }
+
     // Gives the keyboard to the control, when a window shows it.
     void SetFocus() const { Notify(focusWanted); }
 
@@ -65,6 +70,7 @@ private:
     bool m_enabled = true;
     bool m_marked = false;
     std::string m_toolTip;
+    std::string m_spoken;
 };
 
 } // namespace ui

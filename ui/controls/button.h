@@ -17,9 +17,6 @@ public:
     const std::string &Image() const { return m_image; }
     void SetImage(std::string_view key) { Assign(m_image, std::string(key)); }
 
-    const std::string &SpokenName() const { return m_spoken; }
-    void SetSpokenName(std::string_view name) { Assign(m_spoken, std::string(name)); }
-
     // What a click does, unless the button is disabled. The window and tests call it.
     void Click() const
     {
@@ -31,7 +28,6 @@ public:
 
 private:
     std::string m_image;
-    std::string m_spoken;
 };
 
 } // namespace ui

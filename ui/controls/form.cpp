@@ -50,14 +50,12 @@ void SetText(Form &form, const Caption &row, const std::string &text)
             if constexpr (std::is_base_of_v<Area, Control>) {
                 if (row.of == Caption::Of::ToolTip)
                     control->SetToolTip(text);
+                if (row.of == Caption::Of::SpokenName)
+                    control->SetSpokenName(text);
             }
             if constexpr (std::is_base_of_v<Label, Control>) {
                 if (row.of == Caption::Of::Caption)
                     control->SetCaption(text);
-            }
-            if constexpr (std::is_same_v<Button, Control>) {
-                if (row.of == Caption::Of::SpokenName)
-                    control->SetSpokenName(text);
             }
         },
         member->control);

@@ -135,6 +135,7 @@ public:
         nullptr; // Escape; without one Escape closes the window if `escapeCloses`
     bool escapeCloses = true;
     bool takesKeyboard = true; // when it is shown without modality; false: it does not come forward
+    bool overModal = false;    // is shown and used while a modal window is up, too
     bool hidesOnClose = false; // stays loaded when the user closes it, and is shown again as it was
 
     // --- The state of the window, kept up to date while it shows.

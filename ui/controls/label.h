@@ -36,6 +36,10 @@ public:
             SetHeight(measureHeight(*this));
     }
 
+    // Its letters in points; 0 for those of the window.
+    int FontSize() const { return m_fontSize; }
+    void SetFontSize(int points) { Assign(m_fontSize, points); }
+
     // The Change event of logic; it runs before the widget hears of the caption, and may change it.
     std::function<void()> captionChanged;
 
@@ -45,6 +49,7 @@ public:
 
 private:
     std::string m_caption;
+    int m_fontSize = 0;
 };
 
 } // namespace ui

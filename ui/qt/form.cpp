@@ -22,13 +22,6 @@ std::string TextOf(const ui::Caption &row)
     return shell::GetLanguageText(row.text, row.key, row.section);
 }
 
-QWidget *ParentOfModal()
-{
-    if (QWidget *modal = QApplication::activeModalWidget())
-        return modal;
-    return QApplication::activeWindow();
-}
-
 } // namespace
 
 FormWindows::FormWindows()
@@ -82,15 +75,19 @@ FormWindow &FormWindows::Load(ui::Form &form)
 
 void FormWindows::Show(ui::Form &form)
 {
-    if (platform::Windows *windows = platform::TheMachine().windows; windows != nullptr)
+    platform::Windows *windows = platform::TheMachine().windows;
+    if (windows != nullptr && !form.overModal)
         windows->CheckNonModal();
-    Load(form).Present(false);
+    FormWindow &window = Load(form);
+    if (form.overModal)
+        window.UseOver(QApplication::activeModalWidget());
+    window.Present(false);
 }
 
 void FormWindows::ShowModal(ui::Form &form)
 {
     const platform::qt::ModalWait wait;
-    QWidget *parent = ParentOfModal();
+    QWidget *parent = platform::qt::OwnerOfBox();
     FormWindow &window = Load(form);
     if (parent != nullptr && window.parentWidget() == nullptr)
         window.setParent(parent, window.windowFlags());

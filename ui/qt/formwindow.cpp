@@ -1,8 +1,6 @@
 #include "ui/qt/formwindow.h"
 
-#include "platform/machine.h"
-#include "platform/windows.h"
-#include "shell/settings.h"
+#include "platform/qt/modalwait.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/inputbindings.h"
 #include "ui/qt/listview.h"
@@ -24,8 +22,6 @@
 #include <QVBoxLayout>
 #include <QWindow>
 #include <algorithm>
-#include <charconv>
-#include <optional>
 #include <set>
 #include <utility>
 
@@ -38,8 +34,6 @@ namespace
 // What a window that can be resized opens with at the most, where its own size is not larger: it
 // then fits a screen of 800 by 600 pixels.
 constexpr QSize kSmallScreen(790, 560);
-
-constexpr std::string_view kPlaces = "Window Places"; // section of the settings
 
 std::map<std::pair<std::string, std::string>, WidgetMaker, std::less<>> &Makers()
 {
@@ -94,16 +88,6 @@ char32_t CharacterOf(const QKeyEvent &event)
     return characters.isEmpty() || event.key() == Qt::Key_Delete ? 0 : characters.first();
 }
 
-std::optional<int> StoredTwips(const std::string &key)
-{
-    const std::string text = shell::GetSetting(kPlaces, key);
-    int value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (text.empty() || error != std::errc() || end != text.data() + text.size())
-        return std::nullopt;
-    return value;
-}
-
 template <class Control>
 const void *AddressOf(const Control *control)
 {
@@ -130,6 +114,7 @@ FormWindow::FormWindow(ui::Form &form, QWidget *parent) : QDialog(parent), m_for
     Arrange();
     Bind(form, this, [this] { ShowForm(); });
     form.SetHosted(true);
+    setProperty(platform::qt::kOwnsNoBox, form.overModal);
 }
 
 FormWindow::~FormWindow()
@@ -216,6 +201,7 @@ void FormWindow::Build()
         if (widget == nullptr)
             continue;
         widget->setObjectName(ToQt(member.name));
+        NameBySpokenName(member, widget);
         m_inOrder.push_back(widget);
         if (member.label != nullptr)
             NameByLabel(*member.label, widget);
@@ -223,6 +209,19 @@ void FormWindow::Build()
     }
     if (m_form.acceptButton != nullptr)
         static_cast<QPushButton *>(WidgetOf(m_form.acceptButton))->setDefault(true);
+}
+
+// Of a control that has no caption; what has one speaks for itself.
+void FormWindow::NameBySpokenName(const ui::Member &member, QWidget *widget)
+{
+    const auto name = [widget](auto *control) {
+        using Control = std::remove_pointer_t<decltype(control)>;
+        if constexpr (std::is_base_of_v<ui::Area, Control> &&
+                      !std::is_base_of_v<ui::Label, Control>)
+            if (!control->SpokenName().empty())
+                SpeakAs(widget, ToQt(control->SpokenName()));
+    };
+    std::visit(name, member.control);
 }
 
 void FormWindow::NameByLabel(const ui::Label &label, QWidget *widget)
@@ -340,7 +339,7 @@ void FormWindow::Present(bool modal)
         if (!m_placed)
             RestorePlace();
         m_placed = true;
-        if (!modal)
+        if (!modal && m_over == nullptr)
             BelongToMainWindow();
         show();
     } else if (comesForward && isMinimized()) {
@@ -361,41 +360,6 @@ void FormWindow::BelongToMainWindow()
         winId(); // so that there is a native window
         windowHandle()->setTransientParent(window->windowHandle());
     }
-}
-
-// The stored place, fitted to the screens that there are now.
-void FormWindow::RestorePlace()
-{
-    platform::Windows *windows = platform::TheMachine().windows;
-    if (!m_form.remembersPlace || windows == nullptr)
-        return;
-    const auto left = StoredTwips(m_form.name + " Left");
-    const auto top = StoredTwips(m_form.name + " Top");
-    const auto wide = StoredTwips(m_form.name + " Width");
-    const auto high = StoredTwips(m_form.name + " Height");
-    if (!left || !top || !wide || !high)
-        return;
-    const platform::Placement place =
-        platform::BringIntoView({*left, *top, *wide, *high}, *windows);
-    if (m_form.resizable)
-        resize(ui::PixelsOfTwips(place.width), ui::PixelsOfTwips(place.height));
-    move(ui::PixelsOfTwips(place.left), ui::PixelsOfTwips(place.top));
-}
-
-void FormWindow::StorePlace() const
-{
-    if (!m_form.remembersPlace || isMinimized() || platform::TheMachine().settings == nullptr)
-        return;
-    const auto save = [this](const char *what, int pixels) {
-        shell::SaveSetting(kPlaces, m_form.name + what, std::to_string(ui::TwipsOfPixels(pixels)));
-    };
-    platform::Windows *windows = platform::TheMachine().windows;
-    if (windows == nullptr || windows->KnowsPlaces()) {
-        save(" Left", x());
-        save(" Top", y());
-    }
-    save(" Width", width());
-    save(" Height", height());
 }
 
 void FormWindow::Leave()
@@ -440,6 +404,10 @@ void FormWindow::changeEvent(QEvent *event)
 bool FormWindow::eventFilter(QObject *watched, QEvent *event)
 {
     const auto typing = m_typing.find(watched);
+    if (watched == m_over && event->type() == QEvent::Hide)
+        LeaveOver();
+    if (watched == m_over)
+        return false;
     if (event->type() == QEvent::KeyPress) {
         const auto &key = static_cast<const QKeyEvent &>(*event);
         if (m_form.onKeyDown && m_form.onKeyDown(KeyOf(key)))

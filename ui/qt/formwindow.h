@@ -5,6 +5,7 @@
 #include "ui/qt/inputbindings.h"
 
 #include <QDialog>
+#include <QPointer>
 #include <functional>
 #include <map>
 #include <string>
@@ -28,6 +29,9 @@ public:
     // Shows the window, the first time at its stored place; one that shows comes forward.
     void Present(bool modal);
 
+    // Lets the window be used while `modal` is up (null: none), until that closes.
+    void UseOver(QWidget *modal);
+
     // Hides the window; a modal wait for it ends.
     void Leave();
 
@@ -50,6 +54,7 @@ private:
     QWidget *Make(const ui::Member &member, QWidget *parent, bool isBuddy);
     QWidget *MakeArea(const std::string &controlName, ui::Area &area, QWidget *parent,
                       Binding binding);
+    void NameBySpokenName(const ui::Member &member, QWidget *widget);
     void NameByLabel(const ui::Label &label, QWidget *widget);
     void ListenTo(const ui::Member &member, QWidget *widget);
     void OrderTabs();
@@ -60,12 +65,14 @@ private:
     QWidget *WidgetOf(const ui::Area *control, QWidget *otherwise = nullptr) const;
     void ShowForm();
     void BelongToMainWindow();
+    void LeaveOver();
     void RestorePlace();
     void StorePlace() const;
 
     ui::Form &m_form;
     std::map<const void *, QWidget *> m_widgets; // by the control's address; owned by this window
     std::vector<QWidget *> m_inOrder;            // of the Tab key
+    QPointer<QWidget> m_over;                    // the modal window beside which this one is used
     std::map<const QObject *, Typing> m_typing;
     bool m_placed = false; // the stored place was restored
 };

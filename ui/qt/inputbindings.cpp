@@ -218,6 +218,11 @@ QWidget *MakeLabel(ui::Label &label, bool isBuddy, QWidget *parent, Binding bind
     widget->setAlignment(Qt::AlignLeft | (isBuddy ? Qt::AlignVCenter : Qt::AlignTop));
     Follow(label, widget, [&label, widget, isBuddy, binding] {
         ShowControl(label, widget, binding);
+        if (QFont font = widget->font();
+            label.FontSize() > 0 && font.pointSize() != label.FontSize()) {
+            font.setPointSize(label.FontSize());
+            widget->setFont(font);
+        }
         widget->setText(isBuddy ? MenuText(label.Caption()) : LabelText(label.Caption()));
         if (widget->buddy() != nullptr)
             SpeakAs(widget->buddy(), SpokenText(label.Caption()));

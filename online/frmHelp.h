@@ -1,0 +1,10 @@
+// online/frmHelp.h - the widget that shows a page of the help. No state.
+#pragma once
+
+namespace online
+{
+
+// Registers the widget of HelpForm's Page.
+void RegisterHelpWidget();
+
+} // namespace online

@@ -1,0 +1,101 @@
+// Where a form's window is: its stored place, and the modal window beside which it is used.
+#include "platform/machine.h"
+#include "platform/windows.h"
+#include "shell/settings.h"
+#include "ui/qt/formwindow.h"
+
+#include <QApplication>
+#include <QWindow>
+#include <charconv>
+#include <optional>
+
+namespace ui::qt
+{
+
+namespace
+{
+
+constexpr std::string_view kPlaces = "Window Places"; // section of the settings
+
+std::optional<int> StoredTwips(const std::string &key)
+{
+    const std::string text = shell::GetSetting(kPlaces, key);
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return value;
+}
+
+} // namespace
+
+// The stored place, fitted to the screens that there are now.
+void FormWindow::RestorePlace()
+{
+    platform::Windows *windows = platform::TheMachine().windows;
+    if (!m_form.remembersPlace || windows == nullptr)
+        return;
+    const auto left = StoredTwips(m_form.name + " Left");
+    const auto top = StoredTwips(m_form.name + " Top");
+    const auto wide = StoredTwips(m_form.name + " Width");
+    const auto high = StoredTwips(m_form.name + " Height");
+    if (!left || !top || !wide || !high)
+        return;
+    const platform::Placement place =
+        platform::BringIntoView({*left, *top, *wide, *high}, *windows);
+    if (m_form.resizable)
+        resize(ui::PixelsOfTwips(place.width), ui::PixelsOfTwips(place.height));
+    move(ui::PixelsOfTwips(place.left), ui::PixelsOfTwips(place.top));
+}
+
+void FormWindow::StorePlace() const
+{
+    if (!m_form.remembersPlace || isMinimized() || platform::TheMachine().settings == nullptr)
+        return;
+    const auto save = [this](const char *what, int pixels) {
+        shell::SaveSetting(kPlaces, m_form.name + what, std::to_string(ui::TwipsOfPixels(pixels)));
+    };
+    platform::Windows *windows = platform::TheMachine().windows;
+    if (windows == nullptr || windows->KnowsPlaces()) {
+        save(" Left", x());
+        save(" Top", y());
+    }
+    save(" Width", width());
+    save(" Height", height());
+}
+
+// A modal window blocks all but those that belong to it, which is looked at when a window shows.
+void FormWindow::UseOver(QWidget *modal)
+{
+    if (modal == m_over || modal == this)
+        return;
+    if (m_over != nullptr)
+        m_over->removeEventFilter(this);
+    m_over = modal;
+    const bool shown = isVisible();
+    hide();
+    winId(); // from now on there is a window of the desktop
+    QWindow *owner = nullptr;
+    if (modal != nullptr) {
+        modal->installEventFilter(this);
+        owner = modal->windowHandle();
+    }
+    windowHandle()->setTransientParent(owner);
+    if (!shown)
+        return;
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    show();
+    setAttribute(Qt::WA_ShowWithoutActivating, false);
+}
+
+// What it was used beside has closed: it goes on beside the modal window that is up now, if any.
+void FormWindow::LeaveOver()
+{
+    const auto goOn = [this] {
+        if (m_over == nullptr || !m_over->isVisible())
+            UseOver(QApplication::activeModalWidget());
+    };
+    QMetaObject::invokeMethod(this, goOn, Qt::QueuedConnection);
+}
+
+} // namespace ui::qt
