@@ -103,6 +103,13 @@ bool FollowSong(const std::string &path, const metadata::ID3v2Tag &tag)
     return true;
 }
 
+// Within a tick a player that falls silent answers as a stopped one without a song would. It does
+// not run then: what is shown stays.
+bool HasFallenSilent()
+{
+    return !IsWinampRunning();
+}
+
 void ShowSameSong(const std::string &path)
 {
     if (SongPanelSays("Not Playing."))
@@ -114,12 +121,16 @@ void ShowSameSong(const std::string &path)
             static_cast<long long>(text.size()) - static_cast<long long>(kPausedMark.size() - 1);
         SetPanel(kSongPanel, std::string(runtime::Trim(runtime::Left(text, std::max(0LL, kept)))));
     }
-    SetPanel(kTimePanel, GetPlayingTimeStatus());
+    const std::string times = GetPlayingTimeStatus();
+    if (!HasFallenSilent())
+        SetPanel(kTimePanel, times);
 }
 
 void ShowPlaying()
 {
     const std::string path = GetCurrentSongPath();
+    if (path.empty() && HasFallenSilent())
+        return;
     if (path == state.LastSongPlayed) {
         ShowSameSong(path);
         return;
@@ -165,6 +176,8 @@ void tmr_Playing_Timer()
             SetPanel(kSongPanel, Bar().Panel(kSongPanel).text + std::string(kPausedMark));
         return;
     }
+    if (HasFallenSilent())
+        return;
     SetPanel(kSongPanel, "Not Playing...");
     SetPanel(kTimePanel, "00:00 / 00:00");
 }

@@ -31,8 +31,9 @@ struct LyricsWindowCalls {
 LyricsWindowCalls &TheLyricsWindowCalls();
 
 // The tick of tmr_Playing. Does nothing while the lyrics are not to be shown automatically, or no
-// player runs. An error of showing the lyrics ends the tick, and the next one tries the song again;
-// but over a modal window the song's lyrics are left out.
+// player runs; one that falls silent within the tick does not run. An error of showing the lyrics
+// ends the tick, and the next one tries the song again; but over a modal window the song's lyrics
+// are left out.
 void tmr_Playing_Timer();
 
 // submnuShowLyricsCurrentSong: shows the lyrics of the current song, or says why not.

@@ -177,6 +177,37 @@ TEST_F(Monitor, TheSettingAndAClosedPlayerFreezeThePanels)
     EXPECT_EQ(Panel("PlayingStatus"), "01:02 / 03:25");
 }
 
+// A player that falls silent at any question of a tick: nothing of what is shown is taken for news.
+TEST_F(Monitor, APlayerThatFallsSilentWithinATickFreezesThePanels)
+{
+    for (const int state : {1, 3, 0}) {
+        for (int silentAt = 0; silentAt < 12; ++silentAt) {
+            SCOPED_TRACE(std::to_string(state) + " at call " + std::to_string(silentAt));
+            port.window = 9;
+            port.Answer(104, 1);
+            Tick();
+            Tick();
+            Asked();
+            ASSERT_EQ(Panel("Playing"), "Playing:  U2 - One");
+            port.Answer(104, state);
+            int calls = 0;
+            port.onCall = [&](const std::string &) {
+                if (calls++ == silentAt)
+                    port.window = 0;
+            };
+            Tick();
+            port.onCall = nullptr;
+            EXPECT_EQ(Asked(), Told());
+            const bool isNews = calls <= silentAt; // it answered all
+            if (!isNews) {
+                EXPECT_EQ(Panel("PlayingStatus"), "01:02 / 03:25");
+                EXPECT_TRUE(Panel("Playing").starts_with("Playing:  U2 - One"));
+            }
+            EXPECT_EQ(Panel("Playing") == "Not Playing...", isNews && state == 0);
+        }
+    }
+}
+
 TEST_F(Monitor, OverAModalWindowTheLyricsAreLeftOut)
 {
     showError = runtime::kNonModalOverModal;
