@@ -126,7 +126,6 @@ WindowSession::WindowSession(int &argc, char **argv)
     opening.reset();
     application.tellError = shell::ShowRuntimeError;
     QApplication::setApplicationName(QStringLiteral("quenlin"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Quenlin"));
     QGuiApplication::setDesktopFileName(QString::fromLatin1(platform::kApplicationId));
     QApplication::setQuitOnLastWindowClosed(false); // the splash closes before the window shows
 }

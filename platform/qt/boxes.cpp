@@ -2,6 +2,7 @@
 
 #include "platform/qt/text.h"
 
+#include <QAbstractButton>
 #include <QAccessible>
 #include <QClipboard>
 #include <QCloseEvent>
@@ -204,6 +205,14 @@ QPushButton *MessageDialog::AddAnswer(QDialogButtonBox *box, const char *name,
 
 void MessageDialog::keyPressEvent(QKeyEvent *event)
 {
+    if (event->modifiers() == Qt::NoModifier || event->modifiers() == Qt::ShiftModifier)
+        for (QAbstractButton *button : m_buttons->buttons()) {
+            const QKeySequence accessKey = QKeySequence::mnemonic(button->text());
+            if (!accessKey.isEmpty() && accessKey[0].key() == event->key()) {
+                button->click();
+                return;
+            }
+        }
     if (event->matches(QKeySequence::Copy))
         QGuiApplication::clipboard()->setText(
             lblDetails == nullptr ? lblText->text()

@@ -37,8 +37,9 @@ public:
     Answer Chosen() const { return m_answer; }
 
 protected:
-    void keyPressEvent(QKeyEvent *event) override; // Ctrl+C copies the whole text
-    void showEvent(QShowEvent *event) override;    // notifies a screen reader
+    // Ctrl+C copies the whole text; the access key of a button presses it, also without Alt.
+    void keyPressEvent(QKeyEvent *event) override;
+    void showEvent(QShowEvent *event) override; // notifies a screen reader
 
 private:
     QWidget *MakeText(BoxIcon icon);

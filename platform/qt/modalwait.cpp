@@ -28,8 +28,14 @@ QWidget *OwnerOfBox()
 {
     if (QWidget *modal = QApplication::activeModalWidget())
         return modal;
-    QWidget *active = QApplication::activeWindow();
-    return active != nullptr && active->property(kOwnsNoBox).toBool() ? nullptr : active;
+    const auto owns = [](const QWidget *window) { return !window->property(kOwnsNoBox).toBool(); };
+    if (QWidget *active = QApplication::activeWindow())
+        return owns(active) ? active : nullptr;
+    // A box that has just gone leaves no window in use until the window system says which one is.
+    for (QWidget *window : QApplication::topLevelWidgets())
+        if (window->isVisible() && window->windowType() == Qt::Window && owns(window))
+            return window;
+    return nullptr;
 }
 
 } // namespace platform::qt

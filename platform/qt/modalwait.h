@@ -25,7 +25,8 @@ private:
 };
 
 // The window that a box or a modal window belongs to: the modal one that is up, else the one that
-// has the keyboard. Null for none, and in place of a window with the property kOwnsNoBox: that one
+// has the keyboard, else, right after another box, the program's main window. Null for none, and in
+// place of a window with the property kOwnsNoBox: that one
 // is used beside modal windows, and may go before them.
 QWidget *OwnerOfBox();
 inline constexpr const char *kOwnsNoBox = "ownsNoBox";

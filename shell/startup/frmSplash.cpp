@@ -241,6 +241,9 @@ void frmSplash::keyPressEvent(QKeyEvent *event)
 {
     if (m_look.keyPreview && event->key() == Qt::Key_Escape)
         close();
+    else if (auto *button = qobject_cast<QPushButton *>(focusWidget());
+             button != nullptr && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+        button->click();
     else
         QWidget::keyPressEvent(event);
 }

@@ -53,6 +53,8 @@ TEST_F(QtDesktopTest, AnswersOfABox)
         {"enter presses the safe button", "Return", Buttons::YesNo, Answer::No},
         {"access key of Yes", "Alt+Y", Buttons::YesNo, Answer::Yes},
         {"access key of No", "Alt+N", Buttons::YesNo, Answer::No},
+        {"Y alone", "Y", Buttons::YesNo, Answer::Yes},
+        {"N alone", "N", Buttons::YesNo, Answer::No},
         {"escape of Save/Discard/Cancel", "Escape", Buttons::SaveDiscardCancel, Answer::Cancel},
         {"enter saves", "Return", Buttons::SaveDiscardCancel, Answer::Save},
         {"access key of Save", "Alt+S", Buttons::SaveDiscardCancel, Answer::Save},
@@ -306,6 +308,27 @@ TEST(QtDesktopScaled, BoxesAreReadableAndNamed)
         tests::PressKey("Escape");
     });
     desktop.InputBox("Type the name of the playlist:", "Playlist", "My songs");
+}
+
+// Also a box that follows another at once, before the window system has given the keyboard back.
+TEST_F(QtDesktopTest, EachBoxBelongsToTheWindowBelow)
+{
+    QWidget window;
+    window.resize(300, 200);
+    tests::ShowAndActivate(window);
+    for (int box = 0; box < 3; ++box) {
+        const QWidget *owner = nullptr;
+        QString title;
+        tests::WhenModal([&](QWidget &modal) {
+            owner = modal.parentWidget();
+            title = modal.windowTitle();
+            tests::PressKey("Return");
+        });
+        m_desktop.MessageBox("Go on?", Buttons::Ok, "Tip of the day", BoxIcon::None);
+        EXPECT_EQ(owner, &window) << box;
+        EXPECT_EQ(title, QStringLiteral("Tip of the day"));
+    }
+    EXPECT_EQ(QGuiApplication::applicationDisplayName(), QGuiApplication::applicationName());
 }
 
 } // namespace
