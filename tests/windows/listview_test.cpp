@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QMimeData>
@@ -11,6 +13,7 @@
 #include <QToolTip>
 #include <QUrl>
 #include <QWheelEvent>
+#include <algorithm>
 
 namespace
 {
@@ -390,6 +393,78 @@ TEST_F(ListViewTest, EveryCellHasAName)
     const std::string_view cells[] = {"Untitled", ""};
     list.AddRow("/9", "", "MP3", cells);
     EXPECT_EQ(tests::NamelessControls(view), std::vector<std::string>{});
+}
+
+// The selected rows, in the order that shows: as text in the visible columns, and as files.
+TEST_F(ListViewTest, CtrlCCopiesTheSelectedRows)
+{
+    tests::ClickAt(*view.viewport(), Row(0));
+    view.setFocus();
+    tests::PressKey("Shift+Down");
+    list.SetColumnPosition("Path", 2);
+    tests::PressKey("Ctrl+C");
+    const QMimeData &copied = *QGuiApplication::clipboard()->mimeData();
+    EXPECT_EQ(copied.text(), QStringLiteral("/music/Waltz for Debby.mp3\tWaltz for Debby\n"
+                                            "/music/All Blues.mp3\tAll Blues"));
+    ASSERT_EQ(copied.urls().size(), 2);
+    EXPECT_EQ(copied.urls()[1].toLocalFile(), QStringLiteral("/music/All Blues.mp3"));
+    EXPECT_EQ(copied.data(QStringLiteral("x-special/gnome-copied-files")),
+              "copy\nfile:///music/Waltz%20for%20Debby.mp3\nfile:///music/All%20Blues.mp3");
+    QGuiApplication::clipboard()->setText(QStringLiteral("mine"));
+    list.DeselectAll();
+    tests::PressKey("Ctrl+C"); // nothing to copy
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("mine"));
+}
+
+TEST_F(ListViewTest, TheFillerTakesTheWidthThatIsLeft)
+{
+    list.AddColumn("Non", "", 500);
+    const auto filler = [&] { return view.header()->sectionSize(3); };
+    EXPECT_EQ(view.header()->length(), view.viewport()->width());
+    EXPECT_EQ(list.Columns().back().widthTwips, 500); // the list's own width stays
+    list.SetColumnWidth("Title", 20000);
+    EXPECT_EQ(filler(), ui::PixelsOfTwips(500));
+    list.SetColumnWidth("Title", 0);
+    EXPECT_EQ(view.header()->length(), view.viewport()->width());
+    view.header()->resizeSection(2, 100); // by the user
+    EXPECT_EQ(view.header()->length(), view.viewport()->width());
+    EXPECT_EQ(list.Columns()[2].widthTwips, ui::TwipsOfPixels(100));
+}
+
+TEST_F(ListViewTest, EmptyCellsAreDrawnInGreyWords)
+{
+    view.Model().textOfEmpty = [](const std::string &key) {
+        return key == "Title" ? QStringLiteral("(none)") : QString();
+    };
+    const std::string_view cells[] = {"", ""};
+    list.AddRow("/9", "", "MP3", cells);
+    const QModelIndex title = view.Model().index(4, 1);
+    EXPECT_EQ(title.data().toString(), QString()); // the text stays empty
+    EXPECT_EQ(title.data(Qt::AccessibleTextRole).toString(), QStringLiteral("(none)"));
+    EXPECT_EQ(view.Model().index(4, 2).data(Qt::AccessibleTextRole).toString(),
+              QStringLiteral("Path"));
+    const auto inkOf = [&](const QModelIndex &index) {
+        const QImage picture = view.viewport()->grab(view.visualRect(index)).toImage();
+        const QColor paper = view.palette().color(QPalette::Base);
+        int darkest = 255;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                darkest = std::min(darkest, picture.pixelColor(x, y).lightness());
+        return paper.lightness() - darkest;
+    };
+    EXPECT_GT(inkOf(title), 40);                              // something is drawn
+    EXPECT_LT(inkOf(title), inkOf(view.Model().index(0, 1))); // fainter than a title
+}
+
+TEST_F(ListViewTest, ACutHeaderHasATip)
+{
+    const auto tipOf = [&](int column) {
+        return view.Model().headerData(column, Qt::Horizontal, Qt::ToolTipRole).toString();
+    };
+    EXPECT_EQ(tipOf(1), QString());
+    list.SetColumnWidth("Title", 200);
+    EXPECT_TRUE(tipOf(1).contains(QLatin1String("Title")));
+    EXPECT_EQ(tipOf(2), QString());
 }
 
 } // namespace

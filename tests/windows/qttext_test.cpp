@@ -1,4 +1,5 @@
 #include "ui/qt/qttext.h"
+#include "ui/qt/rowdelegate.h"
 
 #include <gtest/gtest.h>
 
@@ -58,6 +59,39 @@ TEST(QtText, Tips)
     EXPECT_EQ(ui::qt::FromQt(ui::qt::TipText(QStringLiteral("<b> & \n"))),
               "<qt>&lt;b&gt; &amp; <br></qt>");
     EXPECT_TRUE(ui::qt::TipText({}).isEmpty());
+}
+
+// A text that looks like another has a tip that tells them apart.
+TEST(QtText, OddCharacters)
+{
+    constexpr Case cases[] = {
+        {"nothing odd", "So What? \u00C9 \u4E16 & <b>", ""},
+        {"no-break space", "a\u00A0b", "a[U+00A0]b"},
+        {"zero width", "a\u200Bb", "a[U+200B]b"},
+        {"tab and line end", "a\tb\r", "a[U+0009]b[U+000D]"},
+        {"combining mark", "Cafe\u0301", "Cafe[U+0301]"},
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(ui::qt::FromQt(ui::qt::OddCharactersShown(c.text)), c.want) << c.name;
+}
+
+TEST(QtText, APathKeepsItsName)
+{
+    const QFontMetrics metrics{QFont()};
+    const QString path = QStringLiteral("/home/user/Music/A band with a name/An album/Song.mp3");
+    EXPECT_EQ(ui::qt::ElidedPath(path, metrics, metrics.horizontalAdvance(path)), path);
+    for (const QString &kept :
+         {QStringLiteral("/home/user/Music…/Song.mp3"), QStringLiteral("/…/Song.mp3")}) {
+        const int width = metrics.horizontalAdvance(kept);
+        const QString shown = ui::qt::ElidedPath(path, metrics, width);
+        EXPECT_TRUE(shown.endsWith(QLatin1String("/Song.mp3"))) << shown.toStdString();
+        EXPECT_TRUE(shown.contains(QChar(0x2026))) << shown.toStdString();
+        EXPECT_LE(metrics.horizontalAdvance(shown), width);
+    }
+    const QString narrow =
+        ui::qt::ElidedPath(path, metrics, metrics.horizontalAdvance(QStringLiteral("Son…mp3")));
+    EXPECT_TRUE(narrow.startsWith(QLatin1Char('S'))) << narrow.toStdString();
+    EXPECT_TRUE(narrow.endsWith(QLatin1Char('3'))) << narrow.toStdString();
 }
 
 } // namespace

@@ -2,7 +2,10 @@
 
 #include "ui/qt/qttext.h"
 
+#include <QClipboard>
 #include <QEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
 
 namespace ui::qt
 {
@@ -25,6 +28,21 @@ void ElidedLabel::SetElideMode(Qt::TextElideMode mode)
 {
     m_elide = mode;
     Fit();
+}
+
+void ElidedLabel::SetSelectable()
+{
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    setContextMenuPolicy(
+        Qt::NoContextMenu); // the toolkit's own is in English and copies what shows
+}
+
+void ElidedLabel::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Copy) && hasSelectedText() && selectedText() == text())
+        QGuiApplication::clipboard()->setText(m_fullText);
+    else
+        QLabel::keyPressEvent(event);
 }
 
 QSize ElidedLabel::minimumSizeHint() const

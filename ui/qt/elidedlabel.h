@@ -19,9 +19,14 @@ public:
     // Where the text is cut: at its end, or in its middle as paths are.
     void SetElideMode(Qt::TextElideMode mode);
 
+    // Lets the text be selected by mouse and keys, and copied by Ctrl+C: all of it when all that
+    // shows is selected.
+    void SetSelectable();
+
     QSize minimumSizeHint() const override;
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
 

@@ -299,8 +299,9 @@ QWidget *MakeComboBox(ui::ComboBox &box, QWidget *parent, Binding binding)
         }
         if (widget->currentIndex() != box.ListIndex())
             widget->setCurrentIndex(box.ListIndex());
-        widget->setPlaceholderText(OneLineText(box.Text())); // shows one that is no entry
-        if (box.canType && widget->currentText() != ToQt(box.Text()))
+        if (!box.canType)
+            widget->setPlaceholderText(OneLineText(box.Text())); // shows one that is no entry
+        else if (widget->currentText() != ToQt(box.Text()))
             widget->setEditText(ToQt(box.Text()));
     });
     QObject::connect(widget, qOverload<int>(&QComboBox::activated), widget,

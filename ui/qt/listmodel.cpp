@@ -2,6 +2,7 @@
 
 #include "ui/qt/icons.h"
 #include "ui/qt/qttext.h"
+#include "ui/qt/rowdelegate.h"
 
 #include <QBrush>
 #include <QGuiApplication>
@@ -57,7 +58,27 @@ QString ListModel::AccessibleText(ui::RowId row, int column) const
     QString text = CellText(row, column);
     if (column == 0 && text.isEmpty()) // a picture; the text is beside it
         text = CellText(row, 1);
-    return text.isEmpty() ? headerData(column, Qt::Horizontal, Qt::DisplayRole).toString() : text;
+    if (!text.isEmpty())
+        return text;
+    const QString words = TextOfEmpty(column);
+    return words.isEmpty() ? headerData(column, Qt::Horizontal, Qt::DisplayRole).toString() : words;
+}
+
+QString ListModel::TextOfEmpty(int column) const
+{
+    const auto &columns = m_list.Columns();
+    const auto place = static_cast<std::size_t>(column);
+    return textOfEmpty && place < columns.size() ? textOfEmpty(columns[place].key) : QString();
+}
+
+// Why a row is dimmed; else what cannot be seen in the cell's text.
+QVariant ListModel::TipOf(ui::RowId row, int column) const
+{
+    if (m_list.IsDimmed(row))
+        return ToQt(m_list.DimmedTip());
+    const QString odd =
+        OddCharactersShown(column == 0 ? m_list.Text(row) : m_list.SubItemAt(row, column));
+    return odd.isEmpty() ? QVariant() : QVariant(odd);
 }
 
 QVariant ListModel::data(const QModelIndex &index, int role) const
@@ -74,7 +95,10 @@ QVariant ListModel::data(const QModelIndex &index, int role) const
         return AccessibleText(row, index.column());
     case Qt::ForegroundRole:
         return m_list.IsDimmed(row) ? QVariant(DimmedText()) : QVariant();
+    case kTextOfEmptyRole:
+        return TextOfEmpty(index.column());
     case Qt::ToolTipRole:
+        return TipOf(row, index.column());
     case Qt::AccessibleDescriptionRole:
         return m_list.IsDimmed(row) ? QVariant(ToQt(m_list.DimmedTip())) : QVariant();
     default:
@@ -92,6 +116,8 @@ QVariant ListModel::headerData(int section, Qt::Orientation orientation, int rol
         return LabelText(column.caption);
     if (role == Qt::AccessibleTextRole)
         return column.caption.empty() ? ToQt(column.key) : LabelText(column.caption);
+    if (role == Qt::ToolTipRole && isHeaderCut && isHeaderCut(section))
+        return TipText(LabelText(column.caption));
     if (role == Qt::TextAlignmentRole)
         return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
     return {};
@@ -113,18 +139,50 @@ QStringList ListModel::mimeTypes() const
     return {QStringLiteral("text/uri-list")};
 }
 
-// The addresses are made of the path's own bytes, so that a name that is no UTF-8 arrives whole.
+// Made of the path's own bytes, so that a name that is no UTF-8 arrives whole. Empty for a row that
+// is no file.
+QByteArray ListModel::AddressOf(ui::RowId row) const
+{
+    const std::string path = fileOfRow ? fileOfRow(row) : std::string();
+    return path.empty() ? QByteArray()
+                        : "file://" + QByteArray::fromStdString(path).toPercentEncoding("/");
+}
+
+QMimeData *ListModel::Copy(const QList<int> &rows, const QList<int> &columns) const
+{
+    QStringList lines;
+    QList<QUrl> urls;
+    QByteArray files = "copy"; // as file managers of one desktop want to be told
+    for (const int place : rows) {
+        const ui::RowId row = m_list.RowAt(place);
+        QStringList cells;
+        for (const int column : columns)
+            cells.append(CellText(row, column));
+        lines.append(cells.join(QLatin1Char('\t')));
+        if (const QByteArray address = AddressOf(row); !address.isEmpty()) {
+            urls.append(QUrl::fromEncoded(address));
+            files += '\n' + address;
+        }
+    }
+    auto *data = new QMimeData; // the clipboard's
+    data->setText(lines.join(QLatin1Char('\n')));
+    if (!urls.isEmpty()) {
+        data->setUrls(urls);
+        data->setText(lines.join(QLatin1Char('\n'))); // addresses are not the text of rows
+        data->setData(QStringLiteral("x-special/gnome-copied-files"), files);
+    }
+    return data;
+}
+
 QMimeData *ListModel::mimeData(const QModelIndexList &indexes) const
 {
     QList<QUrl> urls;
     for (const QModelIndex &index : indexes) {
         const ui::RowId row = RowOf(index);
-        if (index.column() != 0 || row == ui::kNoRow || !fileOfRow)
+        if (index.column() != 0 || row == ui::kNoRow)
             continue;
-        const std::string path = fileOfRow(row);
-        if (!path.empty())
-            urls.append(QUrl::fromEncoded("file://" +
-                                          QByteArray::fromStdString(path).toPercentEncoding("/")));
+        if (const QByteArray address = AddressOf(row); !address.isEmpty())
+            urls.append(QUrl::fromEncoded(address));
     }
     if (urls.isEmpty())
         return nullptr;

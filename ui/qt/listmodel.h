@@ -31,6 +31,18 @@ public:
     // window; rows with a path can be dragged out.
     std::function<std::string(ui::RowId)> fileOfRow;
 
+    // The words that are drawn in the empty cells of the column with this key; empty for none. A
+    // screen reader hears them too. Set by the window.
+    std::function<QString(const std::string &columnKey)> textOfEmpty;
+
+    // Whether the header of the column is too narrow for its caption; a tip then shows that. Set by
+    // the view.
+    std::function<bool(int column)> isHeaderCut;
+
+    // What is copied of these rows, places in the list: their visible columns as lines of text with
+    // tabs, in the order that shows, and those that are files as a list of files.
+    [[nodiscard]] QMimeData *Copy(const QList<int> &rows, const QList<int> &columns) const;
+
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
@@ -43,6 +55,9 @@ public:
 private:
     QString CellText(ui::RowId row, int column) const;
     QString AccessibleText(ui::RowId row, int column) const;
+    QString TextOfEmpty(int column) const;
+    QVariant TipOf(ui::RowId row, int column) const;
+    QByteArray AddressOf(ui::RowId row) const;
 
     ui::KeyedList &m_list;
 };

@@ -6,6 +6,7 @@
 #include "ui/qt/rowdelegate.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QPainter>
@@ -21,6 +22,7 @@ namespace
 
 constexpr int kHintGap = 12; // pixels between the middle and the hint, the hint's button
 constexpr int kFrame = 3;    // pixels of the frame at each side
+constexpr std::string_view kFiller = "Non"; // the key of the column that takes what is left
 
 } // namespace
 
@@ -45,6 +47,9 @@ ListView::ListView(ui::KeyedList &list, QWidget *parent, Placing placing)
     header()->setHighlightSections(false);
     header()->setMinimumSectionSize(0);
     setModel(&m_model);
+    m_model.isHeaderCut = [this](int column) {
+        return header()->sectionSizeHint(column) > header()->sectionSize(column);
+    };
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &ListView::TakeSelection);
     connect(header(), &QHeaderView::sectionClicked, this, [this](int section) {
@@ -52,9 +57,11 @@ ListView::ListView(ui::KeyedList &list, QWidget *parent, Placing placing)
             m_list.onColumnClick(section + 1);
     });
     connect(header(), &QHeaderView::sectionResized, this, [this](int section, int, int width) {
-        if (!m_showing)
-            m_list.SetColumnWidth(m_list.Columns()[static_cast<std::size_t>(section)].key,
-                                  ui::TwipsOfPixels(width));
+        if (m_showing)
+            return;
+        m_list.SetColumnWidth(m_list.Columns()[static_cast<std::size_t>(section)].key,
+                              ui::TwipsOfPixels(width));
+        FillWidth();
     });
     connect(verticalScrollBar(), &QScrollBar::actionTriggered, this, [this] {
         if (onScrolled)
@@ -180,6 +187,40 @@ void ListView::ShowColumns()
     if (sorted)
         header()->setSortIndicator(m_list.SortKey(),
                                    m_list.Descending() ? Qt::DescendingOrder : Qt::AscendingOrder);
+    FillWidth();
+}
+
+// Gives the filler, the last column, the width that the others leave; its own is the least.
+void ListView::FillWidth()
+{
+    const auto &columns = m_list.Columns();
+    const int filler = static_cast<int>(columns.size()) - 1;
+    if (filler < 0 || columns.back().key != kFiller || header()->count() != filler + 1 ||
+        header()->isSectionHidden(filler))
+        return;
+    const QScopedValueRollback following(m_showing, true);
+    const int left = viewport()->width() - (header()->length() - header()->sectionSize(filler));
+    const int width = std::max(ui::PixelsOfTwips(columns.back().widthTwips), left);
+    if (header()->sectionSize(filler) != width)
+        header()->resizeSection(filler, width);
+}
+
+void ListView::CopySelection() const
+{
+    QList<int> rows, shown;
+    for (int place = 0; place < m_list.Count(); ++place)
+        if (m_list.IsSelected(m_list.RowAt(place)))
+            rows.append(place);
+    for (int place = 0; place < header()->count(); ++place) {
+        const int column = header()->logicalIndex(place);
+        if (!header()->isSectionHidden(column) &&
+            !m_list.Columns()[static_cast<std::size_t>(column)].caption.empty())
+            shown.append(column);
+    }
+    if (shown.isEmpty()) // a list without headers
+        shown.append(m_list.Columns().size() > 1 ? 1 : 0);
+    if (!rows.isEmpty())
+        QGuiApplication::clipboard()->setMimeData(m_model.Copy(rows, shown));
 }
 
 void ListView::ShowOrder()
@@ -327,6 +368,10 @@ void ListView::keyPressEvent(QKeyEvent *event)
             m_list.onDblClick();
         return;
     }
+    if (event->matches(QKeySequence::Copy)) {
+        CopySelection();
+        return;
+    }
     if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
         AskForMenuByKey();
         return;
@@ -373,6 +418,7 @@ bool ListView::viewportEvent(QEvent *event)
 void ListView::resizeEvent(QResizeEvent *event)
 {
     QTreeView::resizeEvent(event);
+    FillWidth();
     ShowHint();
 }
 

@@ -2,7 +2,8 @@
 // events. A click on a row raises ItemClick, then Click; one beside the rows raises Click; a change
 // of the selection by key raises both, so that commands follow the keyboard too; a double click or
 // Enter raises DblClick; a click on a header raises ColumnClick. Typing finds a row by the start of
-// its first visible text. Rows that are files can be dragged out, as copies.
+// its first visible text. Rows that are files can be dragged out, as copies; Ctrl+C copies the
+// selected rows. A last column "Non" is as wide as what the others leave.
 #pragma once
 
 #include "ui/qt/keptpicture.h"
@@ -66,6 +67,8 @@ private:
     void TakeSelection();
     void Changed(ui::ListChange change);
     void AskForMenuByKey();
+    void FillWidth();
+    void CopySelection() const;
     int SearchColumn() const;
     bool RowBeginsWith(int displayIndex, int column, const QString &text) const;
 

@@ -2,6 +2,7 @@
 
 #include "ui/twips.h"
 
+#include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -96,6 +97,76 @@ QList<QTextLayout::FormatRange> CaptionRanges(const QString &text, const QColor 
 PageLabel::PageLabel(QWidget *parent) : QLabel(parent)
 {
     setTextFormat(Qt::PlainText);
+    setCursor(Qt::IBeamCursor);
+}
+
+QString PageLabel::SelectedText() const
+{
+    return m_selectedIn == text()
+               ? text().mid(std::min(m_anchor, m_caret), std::abs(m_caret - m_anchor))
+               : QString();
+}
+
+void PageLabel::SelectAll()
+{
+    Select(0, text().size());
+}
+
+void PageLabel::Deselect()
+{
+    Select(0, 0);
+}
+
+void PageLabel::Select(qsizetype anchor, qsizetype caret)
+{
+    m_selectedIn = text();
+    m_anchor = anchor;
+    m_caret = caret;
+    update();
+}
+
+qsizetype PageLabel::PositionAt(QPointF place) const
+{
+    const Lines &lines = LayOut(text(), width());
+    qsizetype position = 0;
+    for (const Piece &piece : lines.pieces)
+        for (int i = 0; i < piece.layout->lineCount(); ++i) {
+            const QTextLine line = piece.layout->lineAt(i);
+            if (line.y() > kHighest || (line.y() > place.y() && position > 0))
+                break;
+            position = piece.start + line.xToCursor(place.x());
+        }
+    return std::min(position, text().size());
+}
+
+void PageLabel::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    if (onSelect)
+        onSelect();
+    const qsizetype position = PositionAt(event->position());
+    Select(position, position);
+}
+
+void PageLabel::mouseMoveEvent(QMouseEvent *event)
+{
+    if (event->buttons().testFlag(Qt::LeftButton) && m_selectedIn == text())
+        Select(m_anchor, PositionAt(event->position()));
+}
+
+// Selects a word.
+void PageLabel::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    const qsizetype position = PositionAt(event->position());
+    qsizetype start = position, end = position;
+    while (start > 0 && !text()[start - 1].isSpace())
+        --start;
+    while (end < text().size() && !text()[end].isSpace())
+        ++end;
+    Select(start, end);
 }
 
 const PageLabel::Lines &PageLabel::LayOut(const QString &text, int widthPixels) const
@@ -107,8 +178,9 @@ const PageLabel::Lines &PageLabel::LayOut(const QString &text, int widthPixels) 
     for (qsizetype start = 0; !isTextsEnd && m_lines.height < kHighest;) {
         const qsizetype end = EndOfPiece(text, start);
         const bool isParagraphsEnd = end == text.size() || text[end] == QLatin1Char('\n');
-        Piece piece{std::make_unique<QTextLayout>(text.mid(start, end - start), font()), start, 0,
-                    m_lines.height, 0};
+        QString laid = text.mid(start, end - start);
+        laid.replace(QChar(QChar::Nbsp), QLatin1Char(' ')); // a line may end there, not in a word
+        Piece piece{std::make_unique<QTextLayout>(laid, font()), start, 0, m_lines.height, 0};
         piece.length = LayLines(*piece.layout, isParagraphsEnd, widthPixels, m_lines.height);
         piece.bottom = m_lines.height;
         start += piece.length + (isParagraphsEnd ? 1 : 0);
@@ -143,6 +215,18 @@ void PageLabel::paintEvent(QPaintEvent *event)
             range.start -= static_cast<int>(piece.start);
             if (range.start < piece.length && range.start + range.length > 0)
                 ranges.append(range);
+        }
+        if (const QString selected = SelectedText(); !selected.isEmpty()) {
+            QTextLayout::FormatRange range;
+            range.start = static_cast<int>(std::min(m_anchor, m_caret) - piece.start);
+            range.length = static_cast<int>(selected.size());
+            range.format.setBackground(palette().brush(QPalette::Highlight));
+            range.format.setForeground(palette().brush(QPalette::HighlightedText));
+            if (range.start < piece.length && range.start + range.length > 0) {
+                range.length += std::min(0, range.start);
+                range.start = std::max(0, range.start);
+                ranges.append(range);
+            }
         }
         piece.layout->draw(&painter, {0, 0}, ranges, event->rect());
     }

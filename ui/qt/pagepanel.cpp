@@ -28,6 +28,10 @@ void PagePanel::paintEvent(QPaintEvent *)
     }
     const QSizeF size = m_picture->defaultSize();
     m_picture->render(&painter, QRectF(0, 0, width(), width() * size.height() / size.width()));
+    if (hasFocus()) { // the keys scroll it
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    }
 }
 
 void PageRule::paintEvent(QPaintEvent *)

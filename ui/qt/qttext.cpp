@@ -56,6 +56,23 @@ QString OneLineText(std::string_view text)
     return line;
 }
 
+QString OddCharactersShown(std::string_view text)
+{
+    QString shown;
+    bool odd = false;
+    for (const uint code : ToQt(text.substr(0, kLongestLine)).toUcs4()) {
+        const auto category = QChar::category(static_cast<char32_t>(code));
+        const bool unseen = category == QChar::Other_Control || category == QChar::Other_Format ||
+                            category == QChar::Mark_NonSpacing ||
+                            category == QChar::Mark_Enclosing ||
+                            (QChar::isSpace(static_cast<char32_t>(code)) && code != ' ');
+        odd |= unseen;
+        shown += unseen ? QStringLiteral("[U+%1]").arg(code, 4, 16, QLatin1Char('0')).toUpper()
+                        : QString::fromUcs4(reinterpret_cast<const char32_t *>(&code), 1);
+    }
+    return odd ? shown : QString();
+}
+
 QString TipText(const QString &text)
 {
     if (text.isEmpty())

@@ -29,6 +29,11 @@ using platform::qt::ToQt;
 // and what is longer than 2000 bytes is cut.
 [[nodiscard]] QString OneLineText(std::string_view text);
 
+// The text with the code of each character that does not show, or that looks like another: control
+// characters, blanks that are no plain blank, marks without a width, combining marks: "a[U+00A0]b".
+// Empty for a text without any, so that it needs no tip.
+[[nodiscard]] QString OddCharactersShown(std::string_view text);
+
 // A tool tip that shows `text` unchanged, whatever marks it has, and breaks long lines. Empty
 // for an empty text, so that no tip shows.
 [[nodiscard]] QString TipText(const QString &text);

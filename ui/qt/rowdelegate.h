@@ -1,41 +1,32 @@
-// ui/qt/rowdelegate.h - rows with room to breathe, and the mark of the focus around a whole row.
+// ui/qt/rowdelegate.h - how rows are drawn: with room to breathe, with the mark of the focus around
+// a whole row, paths cut in their middle, and grey words in place of an empty text.
 #pragma once
 
+#include <QFontMetrics>
 #include <QStyledItemDelegate>
 #include <QWidget>
 
 namespace ui::qt
 {
 
+// The models' role of the words that are drawn where the text is empty; no words: nothing is.
+inline constexpr int kTextOfEmptyRole = Qt::UserRole + 1;
+
+// A path that fits `width` pixels: cut in the middle of its folder, so that the file's name stays;
+// the name itself is cut in its middle where it alone is wider.
+[[nodiscard]] QString ElidedPath(const QString &path, const QFontMetrics &metrics, int width);
+
 class RowDelegate : public QStyledItemDelegate
 {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
-    {
-        QSize size = QStyledItemDelegate::sizeHint(option, index);
-        size.setHeight(std::max(size.height(), option.fontMetrics.height() + kAir));
-        return size;
-    }
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
 protected:
-    // The selection of a window without the focus is pale where the window is: the icon is the one
-    // of any other row then.
-    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
-    {
-        QStyledItemDelegate::initStyleOption(option, index);
-        const bool selected = option->state.testFlag(QStyle::State_Selected);
-        if (!selected || option->state.testFlag(QStyle::State_Active) || option->icon.isNull())
-            return;
-        const qreal scale = option->widget != nullptr ? option->widget->devicePixelRatioF() : 1.0;
-        const QPixmap drawn = option->icon.pixmap(option->decorationSize, scale, QIcon::Normal);
-        option->icon = QIcon(drawn);
-        option->icon.addPixmap(drawn, QIcon::Selected);
-    }
-
-private:
-    static constexpr int kAir = 8; // pixels above and below a line of text, together
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
 };
 
 } // namespace ui::qt

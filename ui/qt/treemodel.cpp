@@ -2,6 +2,7 @@
 
 #include "ui/qt/icons.h"
 #include "ui/qt/qttext.h"
+#include "ui/qt/rowdelegate.h"
 
 namespace ui::qt
 {
@@ -88,9 +89,22 @@ QVariant TreeModel::data(const QModelIndex &index, int role) const
         if (m_tree.Text(node).empty() && nameOfEmpty)
             return nameOfEmpty(node);
         return OneLineText(m_tree.Text(node));
+    case kTextOfEmptyRole:
+        return textOfEmpty && m_tree.Text(node).empty() ? textOfEmpty(node) : QString();
+    case Qt::ToolTipRole:
+        return TipOf(node);
     default:
         return {};
     }
+}
+
+// What tells the node from another that looks the same.
+QVariant TreeModel::TipOf(ui::NodeId node) const
+{
+    QString tip = tipOf ? tipOf(node) : QString();
+    if (tip.isEmpty())
+        tip = OddCharactersShown(m_tree.Text(node));
+    return tip.isEmpty() ? QVariant() : QVariant(tip);
 }
 
 } // namespace ui::qt

@@ -29,6 +29,10 @@ public:
     // What a screen reader says of a node whose text is empty. Set by the window.
     std::function<QString(ui::NodeId)> nameOfEmpty;
 
+    // The words that are drawn in place of an empty text, and the tip of a node whose text alone
+    // does not say which it is; each empty for none. Set by the window.
+    std::function<QString(ui::NodeId)> textOfEmpty, tipOf;
+
     QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
     QModelIndex parent(const QModelIndex &child) const override;
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -37,6 +41,8 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
 
 private:
+    QVariant TipOf(ui::NodeId node) const;
+
     ui::KeyedTree &m_tree;
 };
 
