@@ -61,9 +61,10 @@ std::string_view FolderPart(std::string_view path)
 class ValueNodes
 {
 public:
-    ValueNodes(ui::KeyedTree &tree, const ItemKind &kind)
-        : m_tree(tree), m_kind(kind), m_group(tree.Find(GroupKey(kind.field))),
-          m_isPath(kind.field == "Path"), m_isList(kind.field == "List")
+    ValueNodes(MainForm &form, const ItemKind &kind)
+        : m_tree(form.TV), m_folders(form.folderOfNode), m_kind(kind),
+          m_group(form.TV.Find(GroupKey(kind.field))), m_isPath(kind.field == "Path"),
+          m_isList(kind.field == "List")
     {
     }
 
@@ -78,8 +79,7 @@ public:
         if (m_isList)
             AddNode(value, value, "M3U", {});
         else if (m_isPath)
-            AddNode(runtime::UpperText(TrimLeft(value)), shell::GetLastFolderName(TrimLeft(value)),
-                    "closed", "open");
+            AddFolder(TrimLeft(value));
         else
             AddNode(runtime::UpperText(runtime::Trim(value)), runtime::Trim(value), "closed",
                     "open");
@@ -92,6 +92,12 @@ private:
         return text.substr(std::min(text.find_first_not_of(' '), text.size()));
     }
 
+    void AddFolder(std::string_view folder)
+    {
+        AddNode(runtime::UpperText(folder), shell::GetLastFolderName(folder), "closed", "open");
+        m_folders.try_emplace(m_key, folder.substr(0, std::max<std::size_t>(1, folder.size() - 1)));
+    }
+
     void AddNode(std::string_view key, std::string_view text, std::string_view image,
                  std::string_view selectedImage)
     {
@@ -100,6 +106,7 @@ private:
     }
 
     ui::KeyedTree &m_tree;
+    std::unordered_map<std::string, std::string> &m_folders;
     const ItemKind &m_kind;
     const ui::NodeId m_group;
     const bool m_isPath, m_isList;
@@ -110,13 +117,13 @@ private:
 
 // Failures are ignored: one bad record skips its node. Returns: the words of the last one; empty
 // when there was none.
-std::string FillValues(ui::KeyedTree &tree, const ItemKind &kind, catalogue::Recordset &records)
+std::string FillValues(MainForm &form, const ItemKind &kind, catalogue::Recordset &records)
 {
     std::string failure;
-    if (tree.Find(GroupKey(kind.field)) == ui::kNoNode)
+    if (form.TV.Find(GroupKey(kind.field)) == ui::kNoNode)
         return failure;
     const int column = records.FindField(kind.field == "List" ? "List_Name" : kind.field);
-    ValueNodes nodes(tree, kind);
+    ValueNodes nodes(form, kind);
     for (; !records.AtEnd(); records.MoveNext()) {
         try {
             nodes.Add(records.Text(column));
@@ -134,6 +141,7 @@ void LoadTreeView(MainForm &form, std::string_view fieldName)
     const ui::TreeUpdate update(form.TV);
     if (fieldName.empty()) {
         form.TV.Clear();
+        form.folderOfNode.clear();
         form.TV.SetExpanded(form.TV.Add(ui::kNoNode, kRootKey, "MP3", "closed", "open"), true);
     }
     for (const int index : kGroupOrder) {
@@ -175,7 +183,7 @@ void FillFieldTree(MainForm &form, std::string_view sql, std::string_view fieldN
         if (!catalogue::DataAccess->Succeeded)
             failure = catalogue::DataAccess->ErrorMessage;
         if (records != nullptr && records->IsOpen())
-            failure = FillValues(form.TV, KindOfField(field), *records);
+            failure = FillValues(form, KindOfField(field), *records);
         if (!failure.empty())
             form.catalogueError = failure;
     }

@@ -38,6 +38,15 @@ bool CanRunNow(const MainForm &form, std::string_view name)
     return CanRun(name) && (form.fileCommandsEnabled || !IsFileCommand(name));
 }
 
+// Whether an entry of a sub-menu can be used.
+bool HasUsableEntry(MainForm &form, std::string_view submenu)
+{
+    const auto lines = MenuLines();
+    return std::any_of(lines.begin(), lines.end(), [&](const MenuLine &line) {
+        return line.parent == submenu && line.caption != "-" && form.FindMenu(line.name)->Enabled();
+    });
+}
+
 void ToggleWebStyle(MainForm &form)
 {
     ui::Command &entry = *form.FindMenu("submnuWebStyle");
@@ -157,6 +166,9 @@ void UpdateCommands(MainForm &form)
     for (const MenuLine &line : MenuLines())
         if (!line.parent.empty() && line.caption != "-" && !line.submenu)
             form.FindMenu(line.name)->SetEnabled(CanRunNow(form, line.name));
+    for (const MenuLine &line : MenuLines())
+        if (line.submenu) // one in which nothing can be used does not open
+            form.FindMenu(line.name)->SetEnabled(HasUsableEntry(form, line.name));
     for (const MenuLine &line : ExtraMenuLines())
         if (ui::Command *entry = form.FindMenu(line.name); entry && !line.parent.empty())
             entry->SetEnabled(CanRunNow(form, line.name));

@@ -2,6 +2,7 @@
 
 #include "browser/itemkinds.h"
 #include "runtime/error.h"
+#include "shell/language.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/listview.h"
 #include "ui/qt/pagelabel.h"
@@ -9,8 +10,11 @@
 #include "ui/qt/qttext.h"
 
 #include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
 #include <QScrollBar>
 #include <QWheelEvent>
+#include <algorithm>
 #include <cmath>
 
 namespace browser
@@ -36,6 +40,13 @@ std::string FileOfRow(const ui::KeyedList &list, ui::RowId row)
                                                   : std::string();
 }
 
+// Whether an empty cell of the column is a value that the song lacks.
+bool MayBeEmpty(std::string_view columnKey)
+{
+    constexpr std::string_view kFields[] = {"Title", "Artist", "Album", "Year", "Comment", "Genre"};
+    return std::find(std::begin(kFields), std::end(kFields), columnKey) != std::end(kFields);
+}
+
 // Title, artist and kind: what a row is, for one who hears it.
 QString NameOfRow(const ui::KeyedList &list, ui::RowId row)
 {
@@ -59,6 +70,11 @@ ItemView::ItemView(PanelForm &form, ui::KeyedList &list, const char *listName, Q
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->Model().nameOfRow = [&list](ui::RowId row) { return NameOfRow(list, row); };
     m_list->Model().fileOfRow = [&list](ui::RowId row) { return FileOfRow(list, row); };
+    m_list->Model().textOfEmpty = [none = QString()](const std::string &columnKey) mutable {
+        if (none.isEmpty()) // looked up once: it is asked for with every cell that is painted
+            none = ui::qt::ToQt(TextOfNone());
+        return MayBeEmpty(columnKey) ? none : QString();
+    };
     form.focusList = [this] { m_list->setFocus(); };
 }
 
@@ -78,6 +94,8 @@ void ItemView::RaisePanel()
 
 bool ItemView::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == m_panel && event->type() == QEvent::KeyPress)
+        return PanelKey(*static_cast<QKeyEvent *>(event));
     if (event->type() == QEvent::Wheel)
         return ScrollPanel(*static_cast<QWheelEvent *>(event));
     return QWidget::eventFilter(watched, event);
@@ -89,6 +107,8 @@ void ItemView::BuildPanel()
     Name(this, "pctBorders");
     Bind(m_form.pctBorders, this, [this] { ShowArea(m_form.pctBorders, this); });
     Name(m_panel, "pctWeb");
+    m_panel->setFocusPolicy(Qt::StrongFocus);
+    m_panel->setAccessibleName(ToQt(shell::GetLanguageText("Information", "Panel", "Spoken")));
     Bind(m_form.pctWeb, m_panel, [this] { ShowArea(m_form.pctWeb, m_panel); });
 
     auto *rule = new PageRule(m_panel);
@@ -131,6 +151,11 @@ ui::qt::PageLabel *ItemView::AddPageLabel(ui::Label &label, const char *name)
                                                    ui::PixelsOfTwips(measured.Width())));
     };
     ui::qt::BindLabel(label, widget);
+    widget->onSelect = [this] { // one selection at a time
+        for (auto &[other, shown] : m_pageLabels)
+            shown->Deselect();
+        m_panel->setFocus();
+    };
     m_pageLabels.emplace_back(&label, widget);
     return widget;
 }
@@ -150,6 +175,53 @@ void ItemView::SetPanelFonts()
         widget->setFont(type);
         label->FitHeight();
     }
+}
+
+// Keys scroll the panel, and copy what is selected on it; all of its texts where nothing is.
+bool ItemView::PanelKey(const QKeyEvent &key)
+{
+    if (key.matches(QKeySequence::Copy)) {
+        QGuiApplication::clipboard()->setText(PanelText(true).isEmpty() ? PanelText(false)
+                                                                        : PanelText(true));
+        return true;
+    }
+    if (key.matches(QKeySequence::SelectAll)) {
+        for (auto &[label, widget] : m_pageLabels)
+            widget->SelectAll();
+        return true;
+    }
+    if (!m_form.vsbBack.Visible())
+        return false;
+    const int line = ui::TwipsOfPixels(fontMetrics().lineSpacing());
+    const int page = std::max(line, m_form.vsbBack.Height() - line);
+    const int value = m_form.vsbBack.Value();
+    const std::pair<int, int> places[] = {
+        {Qt::Key_Up, value - line},
+        {Qt::Key_Down, value + line},
+        {Qt::Key_PageUp, value - page},
+        {Qt::Key_PageDown, value + page},
+        {Qt::Key_Home, 0},
+        {Qt::Key_End, m_form.vsbBack.Max()},
+    };
+    for (const auto &[code, place] : places)
+        if (key.key() == code) {
+            m_form.vsbBack.SetValue(place);
+            m_panel->setFocus(); // a scroll gives the keyboard to the list
+            return true;
+        }
+    return false;
+}
+
+// The panel's texts from the top, or what is selected of them, one below the other.
+QString ItemView::PanelText(bool selectedOnly) const
+{
+    QStringList texts;
+    for (const auto &[label, widget] : m_pageLabels) {
+        const QString text = selectedOnly ? widget->SelectedText() : widget->text();
+        if (widget->isVisible() && !text.trimmed().isEmpty())
+            texts.append(text);
+    }
+    return texts.join(QLatin1Char('\n'));
 }
 
 // The list keeps clear of the panel's scroll bar, which stands over its left edge.

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+class QKeyEvent;
 class QScrollBar;
 class QWheelEvent;
 
@@ -49,6 +50,8 @@ private:
     void BuildPanel();
     ui::qt::PageLabel *AddPageLabel(ui::Label &label, const char *name);
     bool ScrollPanel(const QWheelEvent &wheel);
+    bool PanelKey(const QKeyEvent &key);
+    QString PanelText(bool selectedOnly) const;
 
     PanelForm &m_form;
     ui::qt::PagePanel *m_panel; // pctWeb; owned by its parent as all that follows

@@ -17,7 +17,9 @@
 #include <QMenuBar>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <QTimer>
 #include <QToolBar>
+#include <cmath>
 #include <utility>
 
 namespace browser
@@ -37,9 +39,9 @@ frmMainWindow::frmMainWindow(MainForm &form)
       m_addressBar(new QFrame(m_client)), m_lblAddress(new ui::qt::ElidedLabel(m_addressBar)),
       m_WEPath(new ui::qt::ElidedLabel(m_addressBar)),
       m_tree(new ui::qt::TreeView(form.TV, m_client)), m_separator(new QWidget(m_client)),
-      m_items(new ItemView(form, form.LV, "LV", m_client)),
+      m_grip(new QWidget(m_client)), m_items(new ItemView(form, form.LV, "LV", m_client)),
       m_statusBar(new ui::qt::StatusBarView(form.SB, m_client)),
-      m_progress(new QProgressBar(m_statusBar))
+      m_progress(new QProgressBar(m_statusBar)), m_settled(new QTimer(this))
 {
     ui::qt::Name(this, "frmMain");
     setWindowTitle(ui::qt::ToQt(form.caption));
@@ -48,6 +50,7 @@ frmMainWindow::frmMainWindow(MainForm &form)
     setMinimumSize(kLeastWidthPixels, kLeastHeightPixels);
     ui::qt::Name(m_client, "Client");
     m_client->installEventFilter(this);
+    BuildSettled();
     FillCalls();
     BuildMenus();
     BuildToolbar();
@@ -57,6 +60,7 @@ frmMainWindow::frmMainWindow(MainForm &form)
     BuildPopup();
     BindFrame();
     m_form.calls.raisePanel();
+    m_grip->raise();
     MeasureFrame();
     NameForReaders();
     setTabOrder(m_tree, &m_items->List());
@@ -87,7 +91,10 @@ void frmMainWindow::FillCalls()
         if (platform::Windows *windows = platform::TheMachine().windows; windows != nullptr)
             windows->CheckNonModal();
         PlaceWindow();
-        show();
+        if (m_form.maximised)
+            showMaximized();
+        else
+            show();
         m_tree->setFocus();
     };
     m_form.calls.popupHeights = [this] { return PopupHeights(); };
@@ -112,11 +119,7 @@ void frmMainWindow::BindFrame()
     Name(m_lblAddress, "lblAddress");
     Name(m_WEPath, "WEPath");
     m_WEPath->SetElideMode(Qt::ElideMiddle);
-    m_WEPath->setFrameShape(QFrame::StyledPanel);
-    m_WEPath->setBackgroundRole(QPalette::Base);
-    m_WEPath->setForegroundRole(QPalette::Text);
-    m_WEPath->setAutoFillBackground(true);
-    m_WEPath->setIndent(4);
+    m_WEPath->SetSelectable();
     const auto bindLine = [this](ui::Label &label, ElidedLabel *widget) {
         Bind(label, widget, [this, &label, widget] {
             // The bar's whole height, so that a larger font is centred in it.
@@ -145,12 +148,18 @@ void frmMainWindow::MeasureFrame()
 {
     m_form.TB.SetHeight(ui::TwipsOfPixels(m_toolbar->sizeHint().height()));
     m_form.statusBarArea.SetHeight(ui::TwipsOfPixels(m_statusBar->sizeHint().height()));
-    m_form.lblAddress.SetWidth(TextWidthTwips(m_form.lblAddress.Caption()) + ui::TwipsOfPixels(2));
+    m_form.lblAddress.SetWidth(TextWidthTwips(m_form.lblAddress.Caption()));
+    if (m_form.lblAddress.captionChanged)
+        m_form.lblAddress.captionChanged(); // what is beside it follows its width
 }
 
+// The width of a label that shows the whole text. Letters have fractions of a pixel, and a label
+// that lacks one of them cuts its text.
 int frmMainWindow::TextWidthTwips(std::string_view text) const
 {
-    return ui::TwipsOfPixels(fontMetrics().horizontalAdvance(ui::qt::LabelText(text)));
+    const QFontMetricsF metrics(m_lblAddress->font(), m_lblAddress);
+    const qreal width = metrics.horizontalAdvance(ui::qt::LabelText(text));
+    return ui::TwipsOfPixels(static_cast<int>(std::ceil(width)));
 }
 
 void frmMainWindow::PlaceWindow()
@@ -178,6 +187,20 @@ void frmMainWindow::LearnPlace()
     place.width = ui::TwipsOfPixels(m_client->width() + kFrameWidthPixels);
     place.height = ui::TwipsOfPixels(m_client->height() + kFrameHeightPixels);
     m_form.scaleWidth = ui::TwipsOfPixels(m_client->width());
+    m_settled->start();
+}
+
+// The window system tells of a maximised window's size before it tells that it is maximised: a
+// place counts as the window's own once nothing more has come for a while.
+void frmMainWindow::BuildSettled()
+{
+    constexpr int kSettledMs = 300;
+    m_settled->setSingleShot(true);
+    m_settled->setInterval(kSettledMs);
+    connect(m_settled, &QTimer::timeout, this, [this] {
+        if (!isMaximized() && !isMinimized() && !isFullScreen())
+            m_form.normal = m_form.window;
+    });
 }
 
 void frmMainWindow::ClientResized()
@@ -213,6 +236,8 @@ void frmMainWindow::changeEvent(QEvent *event)
     switch (event->type()) {
     case QEvent::WindowStateChange:
         m_form.minimised = isMinimized();
+        if (!m_form.minimised)
+            m_form.maximised = isMaximized();
         break;
     case QEvent::FontChange:
     case QEvent::StyleChange:
@@ -243,7 +268,7 @@ bool frmMainWindow::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_client && event->type() == QEvent::Resize)
         m_layoutDue = true;
-    else if (watched == m_separator)
+    else if (watched == m_separator || watched == m_grip)
         DragSeparator(event);
     return QMainWindow::eventFilter(watched, event);
 }

@@ -51,6 +51,7 @@ private:
     void MeasureFrame();
     void ClientResized();
     void LearnPlace();
+    void BuildSettled();
     int TextWidthTwips(std::string_view text) const;
     void NameForReaders();
 
@@ -73,6 +74,7 @@ private:
 
     MainForm &m_form;
     bool m_applying = false;        // the window follows the form, not the user
+    double m_grabbedAt = 0;         // pixels beside the separator; 0 in it
     bool m_layoutDue = false;       // the form's layout, after the event that is at work
     std::optional<QPoint> m_anchor; // of a popup opened by key, on the screen
 
@@ -82,9 +84,11 @@ private:
     ui::qt::ElidedLabel *m_lblAddress, *m_WEPath;
     ui::qt::TreeView *m_tree; // TV
     QWidget *m_separator;     // Separator
+    QWidget *m_grip;          // over the separator and a little beside it, for the mouse
     ItemView *m_items;        // pctBorders with panel and list
     ui::qt::StatusBarView *m_statusBar;
     QProgressBar *m_progress; // PBar
+    QTimer *m_settled;        // after the last change of the place
     ui::qt::StripMenu *m_popup = nullptr;
     std::map<std::string, QMenu *, std::less<>> m_menus; // by menu name
 };

@@ -18,6 +18,14 @@ namespace
 
 constexpr int kKeyStepTwips = 150; // one arrow key moves the splitter ten pixels
 
+constexpr int kGripPixels = 3; // how far beside the splitter it can be grabbed
+
+// Where beside the splitter a place is, counted from its left edge; 0 for one that is in it.
+double GrabbedBeside(double x, int width)
+{
+    return x < 0 || x >= width ? x : 0;
+}
+
 // The messages that the list's own window procedure knows.
 constexpr int kWheelMessage = 0x20A, kScrollMessage = 0x115;
 
@@ -28,7 +36,12 @@ void frmMainWindow::BuildTree()
     ui::qt::Name(m_tree, "TV");
     m_tree->setFrameShape(QFrame::NoFrame);
     m_tree->Model().nameOfEmpty = [this](ui::NodeId node) {
-        return ui::qt::ToQt(GetItemTypeText(m_form.TV.Key(node), false));
+        return ui::qt::ToQt(TextOfNone() + ", " + GetItemTypeText(m_form.TV.Key(node), false));
+    };
+    m_tree->Model().textOfEmpty = [](ui::NodeId) { return ui::qt::ToQt(TextOfNone()); };
+    m_tree->Model().tipOf = [this](ui::NodeId node) {
+        const auto folder = m_form.folderOfNode.find(std::string(m_form.TV.Key(node)));
+        return folder == m_form.folderOfNode.end() ? QString() : ui::qt::ToQt(folder->second);
     };
 }
 
@@ -47,22 +60,30 @@ void frmMainWindow::BuildList()
 void frmMainWindow::BuildSeparator()
 {
     ui::qt::Name(m_separator, "Separator");
-    m_separator->setCursor(Qt::SplitHCursor);
     m_separator->setFocusPolicy(Qt::TabFocus);
     m_separator->installEventFilter(this);
-    ui::qt::Bind(m_form.Separator, m_separator,
-                 [this] { ui::qt::ShowArea(m_form.Separator, m_separator); });
+    ui::qt::Name(m_grip, "SeparatorGrip");
+    m_grip->setCursor(Qt::SplitHCursor);
+    m_grip->installEventFilter(this);
+    ui::qt::Bind(m_form.Separator, m_separator, [this] {
+        ui::qt::ShowArea(m_form.Separator, m_separator);
+        m_grip->setGeometry(m_separator->geometry().adjusted(-kGripPixels, 0, kGripPixels, 0));
+    });
 }
 
 void frmMainWindow::DragSeparator(QEvent *event)
 {
     switch (event->type()) {
     case QEvent::MouseButtonPress:
+        // Where beside the separator it was grabbed: the separator is not to jump there.
+        m_grabbedAt = GrabbedBeside(static_cast<QMouseEvent *>(event)->position().x() - kGripPixels,
+                                    m_separator->width());
         Separator_MouseDown(m_form);
         break;
     case QEvent::MouseMove:
-        Separator_MouseMove(m_form,
-                            static_cast<QMouseEvent *>(event)->position().x() * ui::kTwipsPerPixel);
+        Separator_MouseMove(m_form, (static_cast<QMouseEvent *>(event)->position().x() -
+                                     kGripPixels - m_grabbedAt) *
+                                        ui::kTwipsPerPixel);
         break;
     case QEvent::MouseButtonRelease:
         Separator_MouseUp(m_form);

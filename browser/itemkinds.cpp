@@ -49,6 +49,11 @@ std::string GetItemTypeText(std::string_view key, bool plural)
                                   std::string(kind->wordKey).append(end), "ItemType");
 }
 
+std::string TextOfNone()
+{
+    return shell::GetLanguageText("(none)", "None", "ItemType");
+}
+
 const ItemKind &KindOfField(std::string_view field)
 {
     for (const ItemKind &kind : kItemKinds)

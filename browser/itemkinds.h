@@ -30,6 +30,9 @@ std::string_view WithoutMarker(std::string_view key);
 // plural; empty for a key of no kind.
 std::string GetItemTypeText(std::string_view key, bool plural);
 
+// What stands in place of an empty text: "(none)" in the user's language.
+std::string TextOfNone();
+
 // The kind of a field's values. Errors: kSubscriptOutOfRange for a name that is no field.
 const ItemKind &KindOfField(std::string_view field);
 

@@ -25,6 +25,8 @@ namespace browser
 namespace
 {
 
+constexpr std::string_view kMaximised = "Maximised"; // key in section "Windows Size"
+
 std::unique_ptr<MainForm> &TheForm()
 {
     static std::unique_ptr<MainForm> form;
@@ -257,6 +259,8 @@ void ShowMainForm(MainForm &form)
     form.window = {StoredTwips("Left", 45), StoredTwips("Top", 465), StoredTwips("Width", 12000),
                    StoredTwips("Height", 7350)};
     form.window = form.calls.bringIntoView(form.window);
+    form.normal = form.window;
+    form.maximised = shell::GetSetting(shell::kWindowsSize, kMaximised) == "1";
     form.scaleWidth = form.window.width - kFrameWidth;
     form.tmr_Playing.SetEnabled(true);
     form.visible = true;
@@ -287,10 +291,12 @@ void CloseMainForm(MainForm &form)
 void SavePlacement(const MainForm &form)
 {
     shell::SaveNumberPreference("Initial TV Width", shell::TheGlobals().InitialTVWidth);
-    shell::SaveNumberPreference("Width", form.window.width);
-    shell::SaveNumberPreference("Height", form.window.height);
-    shell::SaveNumberPreference("Top", form.window.top);
-    shell::SaveNumberPreference("Left", form.window.left);
+    const ui::Rect &place = form.maximised ? form.normal : form.window;
+    shell::SaveNumberPreference("Width", place.width);
+    shell::SaveNumberPreference("Height", place.height);
+    shell::SaveNumberPreference("Top", place.top);
+    shell::SaveNumberPreference("Left", place.left);
+    shell::SaveSetting(shell::kWindowsSize, kMaximised, form.maximised ? "1" : "0");
 }
 
 void UnloadMainForm(MainForm &form)

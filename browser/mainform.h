@@ -17,6 +17,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace browser
@@ -85,6 +86,10 @@ struct MainForm : PanelForm {
     ui::Command *FindMenu(std::string_view name);   // null when there is none
     ui::Command *FindButton(std::string_view name); // null when there is none
 
+    // The folders of the tree's nodes by their keys: a node's key has its folder in upper case, and
+    // its text the folder's last name alone.
+    std::unordered_map<std::string, std::string> folderOfNode;
+
     std::vector<PopupEntry> cp; // stored under the name "Pop"
     std::unique_ptr<ui::cLogo> logo;
 
@@ -100,7 +105,9 @@ struct MainForm : PanelForm {
     std::string catalogueError; // why the last load of the tree could not read it all; else empty
     std::uint64_t shownRun = 0; // the number of the regeneration that the list's area has told of
     bool closePending =
-        false; // the window closes when the running regeneration or export has ended
+        false;              // the window closes when the running regeneration or export has ended
+    bool maximised = false; // the window fills its screen; its place without that is `normal`
+    ui::Rect normal;        // twips, as `window`
     bool inPopupClick = false;  // a command of the popup runs
     bool exporting = false;     // lists and commands rest
     bool exportStopped = false; // the running export ends at the next file
@@ -157,7 +164,7 @@ void RunCommand(MainForm &form, std::string_view name);
 bool Form_KeyDown(MainForm &form, int keyCode, bool alt);
 
 // Brings every entry's and button's state up to date: enabled when its command can run, and for a
-// file command when a file is selected.
+// file command when a file is selected; a sub-menu when one of its entries is.
 void UpdateCommands(MainForm &form);
 
 // Enables or disables the four file commands and their buttons; an unregistered one stays disabled.
@@ -202,7 +209,8 @@ void CloseMainForm(MainForm &form);
 // player's timer, the window, the tips, the layout.
 void ShowMainForm(MainForm &form);
 
-// Stores the window's place, its size and the tree's width among the preferences.
+// Stores the window's place, its size, whether it is maximised and the tree's width among the
+// preferences. The place of a maximised window is the one that it returns to.
 void SavePlacement(const MainForm &form);
 
 // Form_Unload, in its order; ends the program through the calls.
