@@ -14,7 +14,6 @@
 #include "platform/posix/systemclock.h"
 #include "platform/posix/userfolders.h"
 #include "platform/terminal/terminaldesktop.h"
-#include "shell/globals.h"
 #include "shell/settings.h"
 #include "shell/startup/startup.h"
 
@@ -26,6 +25,19 @@ namespace app
 
 namespace
 {
+
+// The events of a terminal are signals. A walk under way ends at its next file, in its own order.
+class Terminal : public platform::terminal::TerminalDesktop
+{
+public:
+    void DoEvents() override
+    {
+        if (platform::IsEndRequested() && catalogue::IsRegenerating())
+            catalogue::StopRegeneration();
+        else
+            TerminalDesktop::DoEvents();
+    }
+};
 
 // The ports of a terminal, in use while this lives.
 class TerminalMachine
@@ -62,7 +74,7 @@ public:
     TerminalMachine &operator=(const TerminalMachine &) = delete;
 
 private:
-    platform::terminal::TerminalDesktop m_terminal;
+    Terminal m_terminal;
     catalogue::GroupClosingDesktop m_desktop{m_terminal};
     platform::posix::IniSettings m_settings{platform::posix::ConfigHome()};
     std::unique_ptr<platform::Player> m_player;
@@ -70,16 +82,6 @@ private:
     platform::posix::MountDrives m_drives;
     platform::posix::SystemClock m_clock;
 };
-
-// The splash's progress line lets events run when it changes; in a terminal these are the signals.
-// A walk under way ends at its next file, in its own order.
-void ProgressChanged()
-{
-    if (platform::IsEndRequested() && catalogue::IsRegenerating())
-        catalogue::StopRegeneration();
-    else
-        platform::CheckEndRequest();
-}
 
 int Regenerate(const std::string &folder)
 {
@@ -106,7 +108,6 @@ int RunInTerminal(const Options &options)
 {
     const TerminalMachine machine;
     platform::WatchForEndRequest();
-    shell::TheGlobals().lblProgress.changed = ProgressChanged;
     try {
         SettleIn();
         return options.job == Job::Regenerate ? Regenerate(options.paths.front())

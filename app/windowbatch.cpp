@@ -76,7 +76,6 @@ int RunBatchInWindows(int argc, char **argv, const std::vector<std::string> &pat
     } catch (const platform::EndRequested &end) {
         status = 128 + end.signalNo; // as shells tell the end by a signal
     }
-    shell::TheGlobals().lblProgress.captionChanged = nullptr;
     return status;
 }
 

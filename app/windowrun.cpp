@@ -211,7 +211,6 @@ int RunFirst(Windows &windows)
     }
     delete windows.splash.data();
     delete windows.about.data();
-    shell::TheGlobals().lblProgress.captionChanged = nullptr;
     windows.search.reset();
     search::ResetSearchForm();
     lyrics::ForgetForms();

@@ -42,7 +42,7 @@ WindowMachine::WindowMachine()
     ui::qt::BindTimer(m_web.poll, &m_turns);
 #endif
     catalogue::TheLockWaitCalls().ShowLine = [this](std::string_view line) { ShowWait(line); };
-    machine.beginWait = catalogue::BeginWait;
+    machine.beginWait = catalogue::CloseOpenGroup;
     platform::qt::TheBoxWords() = [](std::string_view text, std::string_view key) {
         return shell::GetLanguageText(text, key, "Boxes");
     };

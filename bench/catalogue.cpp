@@ -55,10 +55,11 @@ Song MakeSong(int number)
             "/music/" + artist + "/" + album + "/" + std::to_string(number) + " " + title + ".mp3"};
 }
 
-bool Run(ADOclass &access, const Song &song, bool update)
+bool Run(const ADOclass &database, const Song &song, bool update)
 {
-    const RowStep step;
-    const std::vector<Value> byPath{song.path, std::string("·")};
+    RowStep step(database);
+    ADOclass &access = step.Access();
+    const std::vector<Value> byPath{song.path, std::string(kNoExclusion)};
     const bool isNew = Records(access.ExecuteSQL("SEL_ByPath", kStoredSelect, byPath))->AtEnd();
     if (isNew) {
         auto values = song.tag;

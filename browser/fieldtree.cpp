@@ -9,6 +9,7 @@
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/paths.h"
+#include "shell/progress.h"
 
 #include <algorithm>
 #include <array>
@@ -39,14 +40,13 @@ void AddGroup(ui::KeyedTree &tree, std::string_view field)
         tree.Add(root, GroupKey(field), shell::GetFolderGroupCaption(field), "closed", "open");
 }
 
-void ShowProgress(std::string_view field)
+void ShowFieldProgress(std::string_view field)
 {
     const std::string caption = shell::GetLanguageText(field, field, "ColumnHeaders");
     const std::string adding = shell::GetLanguageText("Adding", "AddingFile", "Progress");
     const std::string information =
         shell::GetLanguageText("$Field$ information...", "AddingInformation", "Progress");
-    shell::TheGlobals().lblProgress.SetCaption(adding + " " +
-                                               runtime::Replace(information, "$Field$", caption));
+    shell::ShowProgress(adding + " " + runtime::Replace(information, "$Field$", caption));
 }
 
 // The part of a record's path that makes its node; a path without a separator has none.
@@ -168,7 +168,7 @@ void FillFieldTree(MainForm &form, std::string_view sql, std::string_view fieldN
         const std::string_view field = shell::FieldNames[index];
         if ((!fieldName.empty() && fieldName != field) || !shell::TheGlobals().LoadField[index])
             continue;
-        ShowProgress(field);
+        ShowFieldProgress(field);
         if (catalogue::DataAccess == nullptr)
             return; // the window was closed while the line let events run
         std::string statement(sql);

@@ -6,14 +6,12 @@
 #include "catalogue/sql/statementparams.h"
 #include "metadata/genres.h"
 #include "metadata/mp3info.h"
-#include "platform/desktop.h"
 #include "platform/drives.h"
 #include "platform/files.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
-#include "shell/globals.h"
-#include "shell/language.h"
+#include "shell/progress.h"
 
 #include <algorithm>
 #include <functional>
@@ -27,9 +25,6 @@ namespace catalogue
 
 namespace
 {
-
-// No path holds this character: nothing is excluded from a search by path.
-constexpr std::string_view kNoExclusion = "·";
 
 // The marker of the statement that carries tag texts, so that a "?" in a tag goes in unharmed. A
 // value that holds this character takes the later ones into itself.
@@ -152,26 +147,21 @@ std::string DiskLabel(const std::string &path, std::uint64_t groupNo)
     return last.label;
 }
 
-void ShowProgress(std::string_view defaultText, std::string_view key)
-{
-    shell::TheGlobals().lblProgress.SetCaption(
-        shell::GetLanguageText(defaultText, key, "Progress"));
-}
-
 // The reason of a file whose row was written and then lost, with the words of the failure.
 std::string LostRowReason(const std::string &lost)
 {
     return "Error: " + lost + "\r";
 }
 
-// Runs the statement; true when it succeeded. It does not where the program has come to its end.
-bool RunStatement(const std::string &statement, StatementKind kind, std::vector<Value> values,
-                  const Marker &marker)
+// Runs the statement of a step; true when it succeeded. Nothing is written any more when the
+// program was ended in an event handler while the step waited for another process.
+bool RunStatement(ADOclass &access, const std::string &statement, StatementKind kind,
+                  std::vector<Value> values, const Marker &marker)
 {
     if (DataAccess == nullptr)
         return false;
-    DataAccess->ExecuteSQL(statement, kind, Params(std::move(values)), marker);
-    return DataAccess != nullptr && DataAccess->Succeeded;
+    access.ExecuteSQL(statement, kind, Params(std::move(values)), marker);
+    return access.Succeeded;
 }
 
 bool HoldsMarker(const std::vector<Value> &values)
@@ -183,33 +173,35 @@ bool HoldsMarker(const std::vector<Value> &values)
 
 // Inserts the row of `path`. Where a value holds the marker, the later ones land in the wrong
 // places; the row is then brought to its true values before anyone can see it.
-void InsertRow(const std::string &path, std::vector<Value> values, std::string label)
+void InsertRow(ADOclass &access, const std::string &path, std::vector<Value> values,
+               std::string label)
 {
     if (!HoldsMarker(values)) {
         if (DataAccess != nullptr)
-            DataAccess->ExecuteSQL(BoundInsert(path, std::move(values), std::move(label)), kInsert);
+            access.ExecuteSQL(BoundInsert(path, std::move(values), std::move(label)), kInsert);
         return;
     }
     std::vector<Value> inserted = values;
     inserted.emplace_back(std::move(label));
     JointWrites writes;
-    if (!RunStatement(InsertStatement(path), kDetect, std::move(inserted),
+    if (!RunStatement(access, InsertStatement(path), kDetect, std::move(inserted),
                       {kTagMarker, LeftOver::IsEmpty}))
         return;
     values.emplace_back(path);
-    if (RunStatement("Edit1", kStoredUpdate, std::move(values), "?"))
+    if (RunStatement(access, "Edit1", kStoredUpdate, std::move(values), "?"))
         writes.Keep();
 }
 
 // The genre goes in by its name.
-void AddRow(Addition &addition, std::uint64_t groupNo)
+void AddRow(ADOclass &access, Addition &addition, std::uint64_t groupNo)
 {
     if (addition.result != kUntagged)
         addition.result = kAdded;
     std::string label;
     Guarded(addition, [&] { label = DiskLabel(addition.path, groupNo); });
     Guarded(addition, [&] {
-        InsertRow(addition.path, TagValues(addition.tag, metadata::GenreName(addition.tag.Genre)),
+        InsertRow(access, addition.path,
+                  TagValues(addition.tag, metadata::GenreName(addition.tag.Genre)),
                   std::move(label));
     });
 }
@@ -236,7 +228,7 @@ bool IsUpToDate(Recordset &rows, const std::vector<Value> &values)
 // The genre goes in as it stands in the tag: a number from an ID3v1 tag stays a number. The file's
 // duplicates keep their artist. How `Edit1` went has no influence on the result. Rows that would
 // not change are left alone.
-void UpdateRows(Addition &addition, Recordset &rows)
+void UpdateRows(ADOclass &access, Addition &addition, Recordset &rows)
 {
     addition.result = kUpdated;
     std::vector<Value> values = TagValues(addition.tag, addition.tag.Genre);
@@ -245,24 +237,21 @@ void UpdateRows(Addition &addition, Recordset &rows)
     if (isUpToDate)
         return;
     values.emplace_back(addition.path);
-    Guarded(addition, [&] { RunStatement("Edit1", kStoredUpdate, values, "?"); });
+    Guarded(addition, [&] { RunStatement(access, "Edit1", kStoredUpdate, values, "?"); });
     values.erase(values.begin() + kArtistColumn);
-    Guarded(addition, [&] { RunStatement("Edit2", kStoredUpdate, values, "?"); });
+    Guarded(addition, [&] { RunStatement(access, "Edit2", kStoredUpdate, values, "?"); });
 }
 
 // The rows of exactly this path; null where the look-up failed.
-RecordsetPtr RowsOf(const std::string &path)
+RecordsetPtr RowsOf(ADOclass &access, const std::string &path)
 {
-    if (DataAccess == nullptr)
-        return nullptr;
     std::vector<Value> values;
     values.reserve(2);
     values.emplace_back(path);
     values.emplace_back(std::string(kNoExclusion));
     const Outcome outcome =
-        DataAccess->ExecuteSQL("SEL_ByPath", kStoredSelect, Params(std::move(values)), "?");
-    const bool succeeded = DataAccess != nullptr && DataAccess->Succeeded;
-    return succeeded ? Records(outcome) : nullptr;
+        access.ExecuteSQL("SEL_ByPath", kStoredSelect, Params(std::move(values)), "?");
+    return DataAccess != nullptr && access.Succeeded ? Records(outcome) : nullptr;
 }
 
 // What became of the look-up. Outdated: the file is no longer what was read, and nothing was
@@ -284,10 +273,13 @@ bool HasChanged(const std::string &path)
 // `isLast`: the row is written also where the file has changed meanwhile.
 std::string WriteInStep(Addition &addition, LookUp &found, bool isLast)
 {
-    RowStep step;
+    if (DataAccess == nullptr)
+        return {};
+    RowStep step(*DataAccess);
+    ADOclass &access = step.Access();
     RecordsetPtr rows;
     Guarded(addition, [&] {
-        rows = RowsOf(addition.path);
+        rows = RowsOf(access, addition.path);
         if (rows != nullptr)
             found = rows->AtEnd() ? LookUp::Unknown : LookUp::Known;
     });
@@ -299,23 +291,24 @@ std::string WriteInStep(Addition &addition, LookUp &found, bool isLast)
         found = LookUp::Outdated;
     // A look-up that failed says nothing: adding a row would make a second one of a known file.
     if (found == LookUp::Known)
-        UpdateRows(addition, *rows);
+        UpdateRows(access, addition, *rows);
     else if (found == LookUp::Unknown)
-        AddRow(addition, step.GroupNo());
+        AddRow(access, addition, step.GroupNo());
+    if (DataAccess != nullptr) {
+        DataAccess->Succeeded = access.Succeeded;
+        DataAccess->ErrorMessage = access.ErrorMessage;
+    }
     return step.Finish();
 }
 
-// Comes behind the step, as it lets events run; those that wait run after a row was added, as after
-// each statement outside a step. A failure here changes nothing.
+// To be called after the step, as it yields. A failure here changes nothing.
 void ShowWhatWasDone(LookUp found)
 {
     try {
         if (found == LookUp::Known)
-            ShowProgress("Updating data...", "UpdatingData");
-        if (found != LookUp::Unknown)
-            return;
-        ShowProgress("Adding new MP3...", "AddingNewMP3");
-        platform::TheMachine().desktop->DoEvents();
+            shell::ShowProgressText("Updating data...", "UpdatingData");
+        else if (found == LookUp::Unknown)
+            shell::ShowProgressText("Adding new MP3...", "AddingNewMP3");
     } catch (const runtime::RuntimeError &) {
         return; // the row is as it is
     }

@@ -4,7 +4,6 @@
 #include "catalogue/rowgroups.h"
 #include "catalogue/rows/rowtable.h"
 #include "catalogue/sql/statementparams.h"
-#include "catalogue/sqlite/groupstate.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
 #include "runtime/text.h"
@@ -32,10 +31,8 @@ void SetPointer(platform::Pointer pointer)
         desktop->SetPointer(pointer);
 }
 
-// Lets waiting events run. A statement that one of their handlers runs belongs to no RowStep here.
 void Yield()
 {
-    const YieldScope yielding;
     if (auto *desktop = platform::TheMachine().desktop)
         desktop->DoEvents();
 }
@@ -90,11 +87,19 @@ ADOclass::ADOclass()
     ++livingObjects;
 }
 
+ADOclass::ADOclass(InStep, const ADOclass &other)
+    : TipoLectura(other.TipoLectura), DirBase(other.DirBase), DataBaseName(other.DataBaseName),
+      TableName(other.TableName), SQLServerName(other.SQLServerName), SQLUserID(other.SQLUserID),
+      SQLPass(other.SQLPass), SQLIntegratedSecurity(other.SQLIntegratedSecurity),
+      m_connectionText(other.m_connectionText), m_open(other.m_open), m_joinsGroup(true)
+{
+}
+
 ADOclass::~ADOclass()
 {
     *m_alive = false;
     CloseConnection();
-    if (--livingObjects == 0)
+    if (!m_joinsGroup && --livingObjects == 0)
         CloseCatalogue();
 }
 
@@ -147,8 +152,7 @@ Outcome ADOclass::ExecutePlain(const Statement &statement, int kind)
 {
     SetPointer(platform::Pointer::Hourglass);
     const std::shared_ptr<const bool> alive = m_alive; // the user may end the program in a yield
-    const bool inStep = IsInRowStep(); // nothing may come between the parts of a step
-    if (!inStep)
+    if (!m_joinsGroup) // nothing may come between the parts of a step
         Yield();
     if (!*alive)
         return OutcomeOfNothing(kind);
@@ -170,7 +174,7 @@ Outcome ADOclass::ExecutePlain(const Statement &statement, int kind)
     if (!m_keepOpen)
         CloseConnection();
     SetPointer(platform::Pointer::Normal);
-    if (inStep)
+    if (m_joinsGroup)
         return outcome;
     // A statement of an event handler must not speak for this one.
     const bool succeeded = Succeeded;
@@ -207,7 +211,7 @@ Outcome ADOclass::ExecuteStored(const std::string &name, int kind, const Params 
     std::string failure;
     try {
         const std::shared_ptr<Connection> connection =
-            m_inTransaction && m_connection ? m_connection : ConnectTo(GetStringConnection());
+            m_inTransaction && m_connection ? m_connection : Connect(GetStringConnection());
         const auto *values = std::get_if<std::vector<Value>>(&params);
         const bool isArray = values != nullptr && !values->empty();
         const std::vector<Value> single = isArray ? std::vector<Value>() : StoredValues(params);
@@ -292,7 +296,7 @@ void ADOclass::OpenConnection(const std::string &statement)
         return;
     const std::shared_ptr<const bool> alive = m_alive;
     try {
-        std::shared_ptr<Connection> connection = ConnectTo(text);
+        std::shared_ptr<Connection> connection = Connect(text);
         if (!*alive)
             return;
         m_connection = std::move(connection);
@@ -311,6 +315,20 @@ void ADOclass::OpenConnection(const std::string &statement)
         ShowBox("Couldn't connect.");
         CloseConnection();
     }
+}
+
+std::shared_ptr<Connection> ADOclass::Connect(const std::string &connectionText)
+{
+    if (!m_open || m_connectionText != connectionText) {
+        m_open = ResolveConnection(connectionText);
+        m_connectionText = connectionText;
+    }
+    const auto open = m_open; // a handler may destroy this object while the database is opened
+    const bool joinsGroup = m_joinsGroup;
+    std::shared_ptr<Connection> connection = open();
+    if (connection)
+        connection->joinsGroup = joinsGroup;
+    return connection;
 }
 
 void ADOclass::CloseConnection()

@@ -5,6 +5,7 @@
 #include "catalogue/recordset.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -34,6 +35,9 @@ enum StatementKind : int {
 
 // The parameters of a statement: none, one value, or an array of values from index 0.
 using Params = std::variant<std::monostate, Value, std::vector<Value>>;
+
+// The second parameter of "SEL_ByPath" that excludes nothing: no path holds this character.
+inline constexpr std::string_view kNoExclusion = "·";
 
 // What becomes of a marker that no value is left for: it stays in the statement, which then fails,
 // or it is the empty text.
@@ -94,9 +98,9 @@ public:
     //           kUpdate: Succeeded. kOther: the result set when it has a field, else 0. Stored:
     //           the result set with the bit 1, else nothing.
     // Errors:   none thrown; Succeeded and ErrorMessage.
-    // Lets waiting events run, before and after a plain statement that is not inside a RowStep;
-    // stands re-entry, and that such an event destroys the object: what it then returns is that of
-    // a failure.
+    // Yields: waiting events run before and after a plain statement, but not where the object is
+    // that of a RowStep. A handler may run statements of its own, and may destroy the object: the
+    // call then returns what it returns after a failure.
     Outcome ExecuteSQL(const std::string &statement, int &kind, const Params &params = {},
                        const Marker &marker = "?");
     Outcome ExecuteSQL(const std::string &statement, StatementKind kind, const Params &params = {},
@@ -176,6 +180,13 @@ public:
     // The text before the first NUL.
     static std::string Trim0(std::string_view text);
 
+protected:
+    // An object on the same database as `other`, whose statements run in the group of rows of the
+    // RowStep that owns it (catalogue/rowgroups.h).
+    struct InStep {
+    };
+    ADOclass(InStep, const ADOclass &other);
+
 private:
     struct Campo {
         std::string name;
@@ -189,6 +200,7 @@ private:
     Outcome ExecuteStored(const std::string &name, int kind, const Params &params);
     RecordsetPtr RunOnConnection(const Statement &statement, std::string &failure);
     void Fail(std::string_view description, std::string_view statement);
+    std::shared_ptr<Connection> Connect(const std::string &connectionText);
     void CloseConnection();
     static void AddTo(Campos &list, const std::string &name, DatoType type, int width);
     static bool SetIn(Campos &list, const std::string &name, const Value &value);
@@ -196,6 +208,9 @@ private:
     std::shared_ptr<Connection> m_connection; // also a running statement's
     std::optional<std::string> m_openFailure; // words of an open that failed in silence
     Campos m_campos, m_camposClave;
+    std::string m_connectionText;                        // the last one that was resolved
+    std::function<std::unique_ptr<Connection>()> m_open; // what it was resolved to
+    const bool m_joinsGroup = false;                     // the object is that of a RowStep
     bool m_inTransaction = false;
     bool m_keepOpen = false; // the connection stays open between statements
     std::shared_ptr<bool> m_alive = std::make_shared<bool>(true); // also a waiting statement's

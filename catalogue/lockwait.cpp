@@ -1,6 +1,5 @@
 #include "catalogue/lockwait.h"
 
-#include "catalogue/sqlite/groupstate.h"
 #include "catalogue/sqlite/sqlitehandle.h"
 #include "platform/desktop.h"
 #include "platform/endrequest.h"
@@ -44,7 +43,6 @@ void ShowLine(std::string_view line)
 
 void RunEvents()
 {
-    const YieldScope yielding;
     if (auto *desktop = platform::TheMachine().desktop)
         desktop->DoEvents();
 }

@@ -8,16 +8,16 @@ namespace catalogue
 
 std::vector<Provider> &Providers()
 {
-    static std::vector<Provider> providers = {{"Microsoft.Jet.OLEDB.4.0", OpenCatalogueFile}};
+    static std::vector<Provider> providers = {{"Microsoft.Jet.OLEDB.4.0", ResolveCatalogueFile}};
     return providers;
 }
 
-std::unique_ptr<Connection> ConnectTo(const std::string &connectionString)
+Opener ResolveConnection(const std::string &connectionString)
 {
     const std::string name = ConnectionPart(connectionString, "Provider");
     for (const auto &provider : Providers())
         if (runtime::EqualAscii(provider.name, name))
-            return provider.open(connectionString);
+            return provider.resolve(connectionString);
     throw ProviderFailure(kNoProvider,
                           "Provider cannot be found. It may not be properly installed.");
 }

@@ -59,6 +59,10 @@ class Connection
 public:
     virtual ~Connection() = default;
 
+    // Whether statements belong to the RowStep under way (catalogue/rowgroups.h): they run in its
+    // group of rows. The statements of any other connection close that group first.
+    bool joinsGroup = false;
+
     [[nodiscard]] virtual bool IsOpen() const = 0;
     virtual void Close() = 0;
 
@@ -75,18 +79,22 @@ public:
     virtual void RollBack() = 0;
 };
 
-// An engine: the word behind "Provider=" and how it opens a connection string.
+// Opens a connection to one database. Errors: ProviderFailure.
+using Opener = std::function<std::unique_ptr<Connection>()>;
+
+// An engine: the word after "Provider=", and what it makes of a connection string.
 struct Provider {
     std::string name;
-    std::function<std::unique_ptr<Connection>(const std::string &connectionString)> open;
+    std::function<Opener(const std::string &connectionString)> resolve;
 };
 
 // The engines known; a test may put one in and takes it out again.
 std::vector<Provider> &Providers();
 
-// Opens a connection with the engine that the string names.
-// Errors: ProviderFailure; kNoProvider when no engine goes by that name.
-std::unique_ptr<Connection> ConnectTo(const std::string &connectionString);
+// How the engine that the string names opens its database. The string is read here, so that many
+// connections to one database cost this once.
+// Errors: ProviderFailure; kNoProvider when there is no engine of that name.
+Opener ResolveConnection(const std::string &connectionString);
 
 // The value of `key` in a connection string of "key=value" parts between ";" (names without regard
 // to letter case); empty when it has none.

@@ -16,9 +16,6 @@ using Tell = std::function<void(const std::string &lost)>;
 
 struct State {
     int groups = 0;                      // living RowGroups
-    int steps = 0;                       // living RowSteps
-    int yields = 0;                      // event loops that run inside one another
-    int stepYield = 0;                   // the value of `yields` where the innermost step began
     std::shared_ptr<CatalogueFile> file; // with the open group; null = none is open
     std::int64_t sinceMs = 0;            // when the open group began
     std::int64_t lastRowMs = 0;          // when the last step ended
@@ -73,22 +70,6 @@ GroupLimits &TheGroupLimits()
 {
     static GroupLimits limits;
     return limits;
-}
-
-YieldScope::YieldScope()
-{
-    ++TheState().yields;
-}
-
-YieldScope::~YieldScope()
-{
-    --TheState().yields;
-}
-
-bool IsInRowStep()
-{
-    const State &state = TheState();
-    return state.steps > 0 && state.yields == state.stepYield;
 }
 
 void JoinGroup(const std::shared_ptr<CatalogueFile> &file)
@@ -167,15 +148,12 @@ void RowGroups::Close()
     CloseOpenGroup();
 }
 
-RowStep::RowStep()
+RowStep::RowStep(const ADOclass &access) : m_access(access)
 {
     State &state = TheState();
-    m_outerYield = state.stepYield;
     m_begunBefore = state.begun;
-    state.stepYield = state.yields;
     state.isRowStart = true;
     state.stepFailure.clear();
-    ++state.steps;
 }
 
 RowStep::~RowStep()
@@ -198,8 +176,6 @@ std::string RowStep::Finish()
     if (std::exchange(m_isFinished, true))
         return {};
     State &state = TheState();
-    --state.steps;
-    state.stepYield = m_outerYield;
     std::string failure = std::exchange(state.stepFailure, {});
     state.lastRowMs = MachineMs();
     const bool mayStayOpen = state.groups > 0 && !state.isSlow && !IsWaitingForLock();
@@ -228,16 +204,10 @@ void JointWrites::Keep()
         TheState().file->Main().RunOwn("RELEASE joint");
 }
 
-std::shared_ptr<void> BeginWait()
-{
-    CloseOpenGroup();
-    return std::make_shared<YieldScope>();
-}
-
 platform::Answer GroupClosingDesktop::MessageBox(std::string_view text, platform::Buttons buttons,
                                                  std::string_view title, platform::BoxIcon icon)
 {
-    const auto wait = BeginWait();
+    CloseOpenGroup();
     return m_inner.MessageBox(text, buttons, title, icon);
 }
 
@@ -247,7 +217,6 @@ platform::Answer GroupClosingDesktop::MessageBoxWithDetails(std::string_view tex
                                                             std::string_view title)
 {
     CloseOpenGroup();
-    const YieldScope yielding;
     return m_inner.MessageBoxWithDetails(text, details, buttons, title);
 }
 
@@ -255,7 +224,7 @@ std::optional<std::string> GroupClosingDesktop::InputBox(std::string_view prompt
                                                          std::string_view title,
                                                          std::string_view initialText)
 {
-    const auto wait = BeginWait();
+    CloseOpenGroup();
     return m_inner.InputBox(prompt, title, initialText);
 }
 
@@ -264,7 +233,7 @@ GroupClosingDesktop::OpenDialog(std::string_view title,
                                 const std::vector<platform::FileFilter> &filters,
                                 const std::string &folder)
 {
-    const auto wait = BeginWait();
+    CloseOpenGroup();
     return m_inner.OpenDialog(title, filters, folder);
 }
 
@@ -273,7 +242,7 @@ GroupClosingDesktop::SaveDialog(std::string_view title,
                                 const std::vector<platform::FileFilter> &filters,
                                 const std::string &path)
 {
-    const auto wait = BeginWait();
+    CloseOpenGroup();
     return m_inner.SaveDialog(title, filters, path);
 }
 
@@ -281,12 +250,6 @@ bool GroupClosingDesktop::OpenAddress(const std::string &address, const std::str
 {
     CloseOpenGroup();
     return m_inner.OpenAddress(address, workingFolder);
-}
-
-void GroupClosingDesktop::DoEvents()
-{
-    const YieldScope yielding;
-    m_inner.DoEvents();
 }
 
 } // namespace catalogue

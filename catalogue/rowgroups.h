@@ -3,6 +3,7 @@
 // the open group, and other processes wait no longer than for the row under way.
 #pragma once
 
+#include "catalogue/adoclass.h"
 #include "catalogue/lockwait.h"
 #include "platform/desktop.h"
 
@@ -48,16 +49,21 @@ private:
     PatienceOfRun m_patience;
 };
 
-// Lives around the look-up of a path and the writes of its row: for other processes they are one
-// step. Without RowGroups its end commits it.
-// Keep it short: nothing that asks, waits or reads an MP3 file belongs inside.
+// The look-up of a path and the writes of its row, as one step for other processes. Its statements
+// are those of Access(); what an event handler runs on DataAccess never belongs to it. The first
+// statement waits for other processes, and may yield while it does; the others do not yield.
+// Without RowGroups the end of the step commits it. Keep it short: nothing that asks, waits or
+// reads an MP3 file belongs inside.
 class RowStep
 {
 public:
-    RowStep();
+    // `access`: the object whose database the step writes to.
+    explicit RowStep(const ADOclass &access);
     ~RowStep(); // finishes it
     RowStep(const RowStep &) = delete;
     RowStep &operator=(const RowStep &) = delete;
+
+    ADOclass &Access() { return m_access; }
 
     // Whether the step had to get the catalogue for itself: another program may have had it until
     // then. Otherwise this one has had it since an earlier step.
@@ -73,7 +79,11 @@ public:
     std::string Finish();
 
 private:
-    int m_outerYield; // what the step around this one, if any, had noted
+    struct StepAccess : ADOclass {
+        explicit StepAccess(const ADOclass &other) : ADOclass(InStep(), other) {}
+    };
+
+    StepAccess m_access;
     std::uint64_t m_begunBefore;
     bool m_isFinished = false;
 };
@@ -94,24 +104,19 @@ private:
     bool m_isOpen;
 };
 
-// Commits the open group of rows, if any. Before anything that may take long: a box, a dialog, a
-// nested event loop, a read from a slow disk. Errors: none; RowGroups::WhenSettled tells of them.
+// Commits the open group of rows, if any, so that the catalogue is not locked. To be called before
+// anything that may take long: a box, a dialog, a modal window, a read from a slow disk. Errors:
+// none; RowGroups::WhenSettled reports them.
 void CloseOpenGroup();
-
-// What must be done before the program waits for the user, in one place for boxes, dialogs and
-// modal windows: closes the open group, and as long as the result lives no statement joins a step
-// that the wait interrupted. So nothing is locked while the user thinks. Errors: none, as of
-// CloseOpenGroup.
-[[nodiscard]] std::shared_ptr<void> BeginWait();
 
 // Closes every connection to the catalogue that is kept warm; results that read late copy
 // themselves first, and the log goes into the file, so that the file alone is whole. At each
 // orderly end of the process; a statement afterwards opens anew.
 void CloseCatalogue();
 
-// A desktop that begins a wait (BeginWait) with each box and dialog, and passes everything on.
-// app/ puts it around the real one; a statement which an event handler runs inside DoEvents closes
-// the group by itself.
+// A desktop that closes the open group before each box and dialog, and passes everything on. app/
+// puts it around the real one. DoEvents leaves the group open: a statement of an event handler
+// closes it by itself.
 class GroupClosingDesktop : public platform::Desktop
 {
 public:
@@ -136,7 +141,7 @@ public:
     bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
     bool InputWasClosed() override { return m_inner.InputWasClosed(); }
     void SetPointer(platform::Pointer pointer) override { m_inner.SetPointer(pointer); }
-    void DoEvents() override;
+    void DoEvents() override { m_inner.DoEvents(); }
 
 private:
     platform::Desktop &m_inner; // outlives this object

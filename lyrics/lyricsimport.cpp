@@ -9,8 +9,8 @@
 #include "runtime/error.h"
 #include "runtime/text.h"
 #include "shell/globals.h"
-#include "shell/language.h"
 #include "shell/paths.h"
+#include "shell/progress.h"
 
 #include <cerrno>
 #include <limits>
@@ -27,12 +27,6 @@ constexpr std::string_view kNotFound =
     "The MP3 with similar name could not be found on the database.\r"
     "Check the name of the TXT and be sure that the name of \r"
     "the file that exist on the database are the same and retry";
-
-void ShowProgress(std::string_view defaultText, std::string_view key)
-{
-    shell::TheGlobals().lblProgress.SetCaption(
-        shell::GetLanguageText(defaultText, key, "Progress"));
-}
 
 void Tell(std::string_view words)
 {
@@ -52,7 +46,8 @@ std::string FindSong(const std::string &txtPath)
 {
     const catalogue::RecordsetPtr records = catalogue::Records(catalogue::DataAccess->ExecuteSQL(
         "SEL_ByPath", catalogue::kStoredSelect,
-        catalogue::Params(std::vector<catalogue::Value>{NamePattern(txtPath), std::string("·")}),
+        catalogue::Params(std::vector<catalogue::Value>{NamePattern(txtPath),
+                                                        std::string(catalogue::kNoExclusion)}),
         "?"));
     if (records == nullptr || records->AtEnd())
         return {};
@@ -72,20 +67,20 @@ std::string ReadText(const std::string &txtPath)
 
 void AddLyricsFromTXT(const std::string &txtPath)
 {
-    ShowProgress("Analizing file", "AnalizingFile");
+    shell::ShowProgressText("Analizing file", "AnalizingFile");
     const std::string song = FindSong(txtPath);
     if (song.empty()) {
         Tell(kNotFound);
         return;
     }
-    ShowProgress("Reading the MP3 Information", "ReadingMP3Information");
+    shell::ShowProgressText("Reading the MP3 Information", "ReadingMP3Information");
     metadata::ID3v1Tag tag;
     metadata::ID3v2Tag newTag;
     metadata::MPEGHeader header;
     bool hasID3v1 = false;
     bool hasID3v2 = false;
     metadata::GetMP3Info(song, tag, newTag, header, hasID3v1, hasID3v2, false);
-    ShowProgress("Reading the lyrics from the TXT", "ReadingLyricsFromTXT");
+    shell::ShowProgressText("Reading the lyrics from the TXT", "ReadingLyricsFromTXT");
     const metadata::ID3v2Tag oldTag = newTag;
     newTag.Lyrics = ReadText(txtPath);
     platform::TheMachine().desktop->DoEvents();

@@ -36,9 +36,9 @@ struct Machine {
     Web *web = nullptr;         // null in a terminal, and in a build without it
     Windows *windows = nullptr; // null in a terminal
 
-    // Run before a window waits for the user; what it returns is kept until the wait is over. app/
-    // lets go of the catalogue there (catalogue::BeginWait). Empty in a terminal.
-    std::function<std::shared_ptr<void>()> beginWait;
+    // Called before a modal window is shown: app/ has the catalogue unlocked there
+    // (catalogue::CloseOpenGroup). Empty in a terminal.
+    std::function<void()> beginWait;
 };
 
 // The machine in use: the single place where the ports are kept.

@@ -200,6 +200,9 @@ class Wanted:
         wrappers = {}
         for place, arguments in source.calls("GetLanguageText"):
             self.take(source, place, arguments, wrappers, tables)
+        if source.path not in ("shell/progress.h", "shell/progress.cpp"):
+            for place, arguments in source.calls("ShowProgressText"):
+                self.take(source, place, [*arguments, '"Progress"'], wrappers, tables)
         for name, order in wrappers.items():
             for place, arguments in source.calls(name):
                 self.take(source, place, [order[i] if isinstance(order[i], str) else arguments[order[i][0]]
@@ -284,6 +287,7 @@ TABLES = {
     "browser/itemlist.cpp": {"kSubItems[i]": fields(ROWS), "field": fields(TREE)},
     "browser/fieldtree.cpp": {"field": fields(TREE)},
     "shell/language.cpp": {"field": fields(TREE), "key": None},
+    "shell/progress.cpp": {"key": None},  # see ShowProgressText
     "search/searchform.cpp": {"kFields[i]": fields(("search/criteria.h", "kFields"))},
     "shell/preferences/preferences.cpp": {"caption.key": preferences, "option.Caption()": fields(TREE)},
     "platform/qt/boxes.cpp": {"Words": boxes},

@@ -10,19 +10,6 @@
 namespace catalogue
 {
 
-// Marks that event handlers may run: a statement of theirs belongs to no RowStep around it.
-class YieldScope
-{
-public:
-    YieldScope();
-    ~YieldScope();
-    YieldScope(const YieldScope &) = delete;
-    YieldScope &operator=(const YieldScope &) = delete;
-};
-
-// Whether the statement at hand stands in a RowStep, and not in an event handler within it.
-[[nodiscard]] bool IsInRowStep();
-
 // Begins the transaction of the step on `file`, or goes on in the open group. At the first
 // statement of a step an old group, or one that another process waits for, is closed first.
 // Errors: ProviderFailure, also in a step of which a write was undone by the engine or the disk.

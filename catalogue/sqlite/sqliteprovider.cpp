@@ -28,7 +28,7 @@ bool IsWholePath(const std::vector<Value> &values)
     const auto *path = std::get_if<std::string>(&values[0]);
     const auto *excluded = std::get_if<std::string>(&values[1]);
     return path != nullptr && excluded != nullptr && path->starts_with(kRootMark) &&
-           *excluded == "·";
+           *excluded == kNoExclusion;
 }
 
 // Whether a translation serves each statement with the same words and places of values.
@@ -140,7 +140,7 @@ RecordsetPtr SqliteConnection::ReadPath(const std::string &sql, const Binding &b
 {
     if (m_ownHandle)
         return StepAll(*m_ownHandle, sql, bind);
-    if (IsInRowStep())
+    if (joinsGroup)
         return RunInGroup(sql, bind);
     CloseOpenGroup();
     return StepAll(m_file->Main(), sql, bind);
@@ -165,7 +165,7 @@ RecordsetPtr SqliteConnection::Write(std::string_view sql, const Binding &bind)
 {
     if (m_ownHandle)
         return StepAll(*m_ownHandle, sql, bind);
-    if (IsInRowStep())
+    if (joinsGroup)
         return RunInGroup(sql, bind);
     CloseOpenGroup();
     SqliteHandle &handle = m_file->Main();
@@ -220,18 +220,19 @@ void SqliteConnection::RollBack()
 
 } // namespace
 
-std::unique_ptr<Connection> OpenCatalogueFile(const std::string &connectionString)
+Opener ResolveCatalogueFile(const std::string &connectionString)
 {
-    LazyRecordset::CopyAll(kLazyMs);
-    // The path may hold any character, so that the text behind it ends it, not the next ";".
+    // The path may hold any character: the text after it ends it, not the next ";".
     constexpr std::string_view kSource = "Data Source=";
     const auto from = connectionString.find(kSource);
     const auto to = connectionString.rfind(";Persist Security Info");
     if (from == std::string::npos || to == std::string::npos || to < from + kSource.size())
         throw ProviderFailure(kGenericFailure, "The connection string names no file.");
     const auto at = from + kSource.size();
-    return std::make_unique<SqliteConnection>(
-        CatalogueFile::At(connectionString.substr(at, to - at)));
+    return [path = connectionString.substr(at, to - at)] {
+        LazyRecordset::CopyAll(kLazyMs);
+        return std::make_unique<SqliteConnection>(CatalogueFile::At(path));
+    };
 }
 
 } // namespace catalogue

@@ -11,7 +11,7 @@ namespace catalogue
 {
 
 // Opens the file that the connection string names as "Data Source". It is never created.
-// Errors: ProviderFailure.
-std::unique_ptr<Connection> OpenCatalogueFile(const std::string &connectionString);
+// Errors: ProviderFailure, here and when the result is called.
+Opener ResolveCatalogueFile(const std::string &connectionString);
 
 } // namespace catalogue

@@ -11,7 +11,7 @@ namespace platform::qt
 ModalWait::ModalWait()
 {
     if (TheMachine().beginWait)
-        m_wait = TheMachine().beginWait();
+        TheMachine().beginWait();
     if (QGuiApplication::overrideCursor() != nullptr) {
         QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
         m_pointerHidden = true;

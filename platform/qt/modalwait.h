@@ -2,15 +2,13 @@
 // waits for the user, and the pointer meanwhile.
 #pragma once
 
-#include <memory>
-
 class QWidget;
 
 namespace platform::qt
 {
 
-// As long as one lives the program waits for the user: what platform::TheMachine().beginWait
-// returned is kept, and the pointer is the normal one, whatever the program set before.
+// Calls platform::TheMachine().beginWait when it is made. As long as it lives the pointer is the
+// normal one, whatever the program set before.
 class ModalWait
 {
 public:
@@ -20,7 +18,6 @@ public:
     ModalWait &operator=(const ModalWait &) = delete;
 
 private:
-    std::shared_ptr<void> m_wait; // its one owner
     bool m_pointerHidden = false; // an hourglass is covered by an arrow
 };
 

@@ -11,8 +11,7 @@
 #include "runtime/error.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
-#include "shell/globals.h"
-#include "shell/language.h"
+#include "shell/progress.h"
 
 #include <cerrno>
 
@@ -68,8 +67,7 @@ void TakeElement(const std::string &element, catalogue::RowGroups &groups, Outco
                               });
         return;
     }
-    TheGlobals().lblProgress.SetCaption(
-        GetLanguageText("Adding lyrics...", "Addinglyrics", "Progress"));
+    ShowProgressText("Adding lyrics...", "Addinglyrics");
     lyrics::AddLyricsFromTXT(element);
 }
 

@@ -128,7 +128,6 @@ void frmSplash::BuildProgress()
     m_lblProgress->setGeometry(kMargin, kPictureHeight,
                                ui::PixelsOfTwips(kSplashWidth) - 2 * kMargin, height);
     ui::Label &progress = TheGlobals().lblProgress;
-    progress.captionChanged = [] { platform::TheMachine().desktop->DoEvents(); };
     ui::qt::Bind(progress, m_lblProgress, [this, &progress] {
         m_lblProgress->setText(ui::qt::LabelText(progress.Caption()));
         m_lblProgress->setAccessibleDescription(m_lblProgress->text());

@@ -64,8 +64,9 @@ TEST_F(FieldTree, AWindowClosedWhileTheTreeFillsEndsTheFilling)
     int ended = 0;
     form.calls.endProgram = [&] { ++ended; };
     int lines = 0;
-    shell::TheGlobals().lblProgress.captionChanged = [&] { // events run at each line
-        if (++lines == 2)
+    shell::TheGlobals().lblProgress.captionChanged = [&] { ++lines; };
+    desktop.onYield = [&] { // events run at each line
+        if (lines == 2 && ended == 0)
             RunCommand(form, "submnuExit");
     };
     RunCommand(form, "submnuRefreshTree");

@@ -83,7 +83,7 @@ TEST(StatementBuilder, TellsOfUnknownFields)
 TEST(ADOExecuteQuery, AllOfATable)
 {
     tests::FreshCatalogue fresh;
-    const auto connection = ConnectTo(fresh.access.GetStringConnection());
+    const auto connection = ResolveConnection(fresh.access.GetStringConnection())();
     const auto records = Records(ADOclass::ADOExecuteQuery(*connection, "Genre"));
     ASSERT_TRUE(records);
     EXPECT_EQ(records->RecordCount(), 126);

@@ -342,10 +342,12 @@ TEST(ExecuteSQL, PointerAndEvents)
     fresh.access.ExecuteSQL("SEL_ByTitle", kStoredSelect, std::string("x"));
     EXPECT_EQ(desktop.steps, "N");
     desktop.steps.clear();
-    const RowStep step; // no handler comes between the look-up of a path and its row
     fresh.AddPath("/stored");
-    fresh.access.ExecuteSQL("INSERT INTO Lists VALUES('a', 'b')", kInsert);
-    EXPECT_EQ(desktop.steps, "NHN");
+    EXPECT_EQ(desktop.steps, "N");
+    desktop.steps.clear();
+    RowStep step(fresh.access); // no handler comes between the look-up of a path and its row
+    step.Access().ExecuteSQL("INSERT INTO Lists VALUES('a', 'b')", kInsert);
+    EXPECT_EQ(desktop.steps, "HN");
 }
 
 TEST(ExecuteSQL, EventHandlerDoesNotSpeakForTheStatement)

@@ -16,10 +16,11 @@ using namespace catalogue;
 namespace
 {
 
-bool AddOne(ADOclass &access, const std::string &path)
+bool AddOne(const ADOclass &database, const std::string &path)
 {
-    const RowStep step;
-    const std::vector<Value> byPath{path, std::string("·")};
+    RowStep step(database);
+    ADOclass &access = step.Access();
+    const std::vector<Value> byPath{path, std::string(kNoExclusion)};
     const auto known = Records(access.ExecuteSQL("SEL_ByPath", kStoredSelect, byPath));
     if (access.Succeeded && known->AtEnd())
         access.ExecuteSQL("INSERT INTO MP3s\rVALUES (¹, ¹, ¹, ¹, ¹, ¹, ¹, '" + path + "', ¹, 0)",

@@ -39,10 +39,8 @@ std::string Verdict(tests::FreshCatalogue &fresh)
 void FillRows(tests::FreshCatalogue &fresh, int rows)
 {
     RowGroups groups;
-    for (int i = 0; i < rows; ++i) {
-        const RowStep step;
-        fresh.AddPath("/" + std::to_string(i), std::string(800, 't'));
-    }
+    for (int i = 0; i < rows; ++i)
+        fresh.AddInStep("/" + std::to_string(i), std::string(800, 't'));
 }
 
 // The stock engine on the same file, as another tool uses it.

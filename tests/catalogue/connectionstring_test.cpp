@@ -23,7 +23,7 @@ public:
         Providers().insert(Providers().begin(),
                            {"Microsoft.Jet.OLEDB.3.51", [this](const std::string &text) {
                                 opened = text;
-                                return Open();
+                                return [this] { return Open(); };
                             }});
     }
     ~NotingProvider() { Providers().erase(Providers().begin()); }

@@ -129,7 +129,7 @@ struct CountedDrives : tests::FakeDrives {
 
 std::uint64_t GroupsSoFar()
 {
-    return catalogue::RowStep().GroupNo();
+    return catalogue::RowStep(*catalogue::DataAccess).GroupNo();
 }
 
 // Only where a group begins with the file's row can another program have had the catalogue since

@@ -1,4 +1,5 @@
 #include "catalogue/sqlite/writequeue.h"
+#include "platform/machine.h"
 #include "tests/catalogue/support.h"
 #include "tests/support/fulldisk.h"
 #include "tests/support/wait.h"
@@ -15,6 +16,7 @@
 #include <limits>
 #include <optional>
 #include <thread>
+#include <utility>
 
 using namespace catalogue;
 using namespace std::string_literals;
@@ -113,11 +115,15 @@ private:
     int m_output = -1;
 };
 
-void AddInStep(tests::FreshCatalogue &fresh, const std::string &path)
+const std::string kNothing(kNoExclusion);
+
+// Looks a path up as a step does.
+bool IsKnown(ADOclass &access, const std::string &path)
 {
-    const RowStep step;
-    if (fresh.Stored("SEL_ByPath", std::vector<Value>{path, "·"s}).empty())
-        fresh.AddPath(path);
+    const auto records =
+        Records(access.ExecuteSQL("SEL_ByPath", kStoredSelect, std::vector<Value>{path, kNothing}));
+    EXPECT_TRUE(access.Succeeded) << access.ErrorMessage;
+    return !records->AtEnd();
 }
 
 // Closes the group. What became of its rows: the words of the loss, or nothing.
@@ -162,9 +168,11 @@ TEST_F(RowGroupsTest, RowsOutsideCommitAtOnce)
     fresh.AddPath("/1");
     EXPECT_EQ(Committed(fresh.File()), 1);
     {
-        const RowStep step; // a step alone does not group
-        EXPECT_TRUE(fresh.Stored("SEL_ByPath", std::vector<Value>{"/2"s, "·"s}).empty());
-        fresh.AddPath("/2");
+        RowStep step(fresh.access); // a step alone does not group
+        EXPECT_FALSE(IsKnown(step.Access(), "/2"));
+        const std::vector<Value> row{"t"s, ""s, ""s, ""s, ""s, ""s, ""s, "/2"s, std::int64_t{0}};
+        step.Access().ExecuteSQL("AddMP3", kStoredInsert, row);
+        EXPECT_TRUE(step.Access().Succeeded) << step.Access().ErrorMessage;
         EXPECT_EQ(Committed(fresh.File()), 1) << "the step is one for others";
     }
     EXPECT_EQ(Committed(fresh.File()), 2);
@@ -187,9 +195,7 @@ TEST_F(RowGroupsTest, StayOpenAndCloseBeforeAnythingElse)
              EXPECT_TRUE(fresh.access.Succeeded) << fresh.access.ErrorMessage;
          }},
         {"a path looked up outside a step",
-         [](auto &fresh) {
-             fresh.Stored("SEL_ByPath", std::vector<Value>{"/1"s, "·"s});
-         }},
+         [](auto &fresh) { EXPECT_TRUE(IsKnown(fresh.access, "/1")); }},
         {"a transaction",
          [](auto &fresh) {
              fresh.access.BeginTrans();
@@ -224,22 +230,22 @@ TEST_F(RowGroupsTest, StayOpenAndCloseBeforeAnythingElse)
         {"a step on another file",
          [](auto &fresh) {
              tests::FreshCatalogue other; // its end closes every group
-             AddInStep(other, "/other");
+             other.AddInStep("/other");
              EXPECT_EQ(Committed(fresh.File()), 2);
          }},
         {"the end", [](auto &) { CloseCatalogue(); }},
         {"its time is up",
          [](auto &fresh) {
              TheGroupLimits().groupMs = 0;
-             AddInStep(fresh, "/1");
+             fresh.AddInStep("/1");
          }},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         tests::FreshCatalogue fresh;
         RowGroups groups;
-        AddInStep(fresh, "/1");
-        AddInStep(fresh, "/2");
+        fresh.AddInStep("/1");
+        fresh.AddInStep("/2");
         EXPECT_EQ(Committed(fresh.File()), 0);
         c.act(fresh);
         EXPECT_EQ(Committed(fresh.File()), 2);
@@ -247,43 +253,72 @@ TEST_F(RowGroupsTest, StayOpenAndCloseBeforeAnythingElse)
     }
 }
 
-TEST_F(RowGroupsTest, StatementOfAnEventHandlerBelongsToNoStep)
+// Whether a statement belongs to a step is a matter of the object that runs it, not of the moment.
+TEST_F(RowGroupsTest, AStatementOfAnotherObjectBelongsToNoStep)
 {
-    struct Handler : SilentDesktop {
-        void DoEvents() override { act(); }
-        std::function<void()> act;
-    };
     tests::FreshCatalogue fresh;
-    Handler inner;
-    GroupClosingDesktop desktop(inner);
-    inner.act = [&] { fresh.AddPath("/handler"); };
     const RowGroups groups;
-    AddInStep(fresh, "/1");
-    {
-        const RowStep step;
-        desktop.DoEvents();
-        EXPECT_EQ(Committed(fresh.File()), 2);
-    }
+    fresh.AddInStep("/1");
+    RowStep step(fresh.access);
+    EXPECT_FALSE(IsKnown(step.Access(), "/2"));
+    EXPECT_EQ(Committed(fresh.File()), 0);
+    fresh.AddPath("/by an event handler");
+    EXPECT_EQ(Committed(fresh.File()), 2);
+    EXPECT_EQ(step.Finish(), "");
+    EXPECT_EQ(Committed(fresh.File()), 2);
 }
 
 TEST_F(RowGroupsTest, AWaitForTheUserHoldsNothing)
 {
     tests::FreshCatalogue fresh;
     const RowGroups groups;
-    AddInStep(fresh, "/1");
-    const RowStep step;
-    const auto wait = BeginWait();
+    fresh.AddInStep("/1");
+    RowStep step(fresh.access);
+    EXPECT_TRUE(IsKnown(step.Access(), "/1"));
+    CloseOpenGroup(); // as before each box and each modal window
     EXPECT_EQ(Committed(fresh.File()), 1);
     fresh.AddPath("/by a modal window");
     EXPECT_EQ(Committed(fresh.File()), 2) << "it belongs to no step";
+}
+
+// What a handler does while the step waits for another process is not the step's, and the program
+// may end there.
+TEST_F(RowGroupsTest, AHandlerInTheWaitOfAStepBelongsToNoStep)
+{
+    struct Handler : SilentDesktop {
+        void DoEvents() override
+        {
+            if (act)
+                std::exchange(act, nullptr)();
+        }
+        std::function<void()> act;
+    };
+    tests::FreshCatalogue fresh;
+    Handler desktop;
+    platform::TheMachine().desktop = &desktop;
+    sqlite3 *other = nullptr;
+    sqlite3_open(fresh.File().c_str(), &other);
+    EXPECT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+    std::vector<std::string> seen;
+    {
+        RowStep step(fresh.access);
+        desktop.act = [&] {
+            seen = fresh.Rows("SELECT count(*) FROM MP3s");
+            EXPECT_EQ(sqlite3_exec(other, "COMMIT", nullptr, nullptr, nullptr), SQLITE_OK);
+        };
+        EXPECT_FALSE(IsKnown(step.Access(), "/1"));
+    }
+    EXPECT_EQ(seen, std::vector<std::string>{"0"});
+    sqlite3_close(other);
+    platform::TheMachine() = platform::Machine();
 }
 
 TEST_F(RowGroupsTest, StepThatOnlyLooksUpLetsGoAtItsEnd)
 {
     tests::FreshCatalogue fresh;
     {
-        const RowStep step;
-        fresh.Stored("SEL_ByPath", std::vector<Value>{"/1"s, "·"s});
+        RowStep step(fresh.access);
+        EXPECT_FALSE(IsKnown(step.Access(), "/1"));
     }
     sqlite3 *db = nullptr;
     sqlite3_open(fresh.File().c_str(), &db);
@@ -297,7 +332,7 @@ TEST_F(RowGroupsTest, SlowFilesAreNotWaitedForWithTheCatalogueHeld)
     const RowGroups groups;
     TheGroupLimits().slowReadMs = -1;
     for (int i = 1; i <= 3; ++i) {
-        AddInStep(fresh, "/" + std::to_string(i));
+        fresh.AddInStep("/" + std::to_string(i));
         EXPECT_EQ(Committed(fresh.File()), i);
     }
 }
@@ -307,13 +342,13 @@ TEST_F(RowGroupsTest, AFailedStatementLeavesTheOthersRows)
     tests::FreshCatalogue fresh;
     {
         RowGroups groups;
-        AddInStep(fresh, "/1");
+        fresh.AddInStep("/1");
         {
-            const RowStep step;
-            fresh.access.ExecuteSQL("INSERT INTO MP3s VALUES (1)", kInsert);
-            EXPECT_FALSE(fresh.access.Succeeded);
+            RowStep step(fresh.access);
+            step.Access().ExecuteSQL("INSERT INTO MP3s VALUES (1)", kInsert);
+            EXPECT_FALSE(step.Access().Succeeded);
         }
-        AddInStep(fresh, "/2");
+        fresh.AddInStep("/2");
         EXPECT_EQ(Close(groups), "");
     }
     EXPECT_EQ(Committed(fresh.File()), 2);
@@ -323,8 +358,8 @@ TEST_F(RowGroupsTest, AGroupThatCannotBeKeptIsTold)
 {
     tests::FreshCatalogue fresh;
     RowGroups groups;
-    AddInStep(fresh, "/1");
-    AddInStep(fresh, "/2");
+    fresh.AddInStep("/1");
+    fresh.AddInStep("/2");
     std::optional<tests::FullDisk> disk(1024);
     std::vector<std::string> lost;
     for (int i = 0; i < 2; ++i)
@@ -340,7 +375,7 @@ TEST_F(RowGroupsTest, AGroupThatCannotBeKeptIsTold)
     EXPECT_FALSE(single);
     EXPECT_EQ(Committed(fresh.File()), 0);
     EXPECT_EQ(Close(groups), "") << "told once";
-    AddInStep(fresh, "/3");
+    fresh.AddInStep("/3");
     EXPECT_EQ(Close(groups), "");
     EXPECT_EQ(Committed(fresh.File()), 1);
 }
@@ -350,7 +385,7 @@ TEST_F(RowGroupsTest, GiveWayToOneWhoWaits)
     tests::FreshCatalogue fresh;
     WriteQueue other(fresh.File() + "-turn");
     const RowGroups groups;
-    AddInStep(fresh, "/1");
+    fresh.AddInStep("/1");
     EXPECT_EQ(Committed(fresh.File()), 0);
     ASSERT_TRUE(other.TryEnter());
     std::atomic<bool> hasLeft = false;
@@ -360,7 +395,7 @@ TEST_F(RowGroupsTest, GiveWayToOneWhoWaits)
         hasLeft = true;
         other.Leave();
     });
-    AddInStep(fresh, "/2");
+    fresh.AddInStep("/2");
     EXPECT_TRUE(hasLeft);
     leaver.join();
     CloseOpenGroup();

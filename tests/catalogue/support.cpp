@@ -77,6 +77,23 @@ void FreshCatalogue::Add(const std::array<std::string, 8> &fields, std::int64_t 
     EXPECT_TRUE(access.Succeeded) << access.ErrorMessage;
 }
 
+void FreshCatalogue::AddInStep(const std::string &path, const std::string &title)
+{
+    RowStep step(access);
+    ADOclass &own = step.Access();
+    const std::vector<Value> byPath{path, std::string(kNoExclusion)};
+    const auto known = Records(own.ExecuteSQL("SEL_ByPath", kStoredSelect, byPath));
+    EXPECT_TRUE(own.Succeeded) << own.ErrorMessage;
+    if (!known->AtEnd())
+        return;
+    std::vector<Value> values(8, std::string());
+    values.front() = title;
+    values.back() = path;
+    values.emplace_back(std::int64_t{0});
+    own.ExecuteSQL("AddMP3", kStoredInsert, values);
+    EXPECT_TRUE(own.Succeeded) << own.ErrorMessage;
+}
+
 void FreshCatalogue::AddPath(const std::string &path, const std::string &title)
 {
     Add({title, "", "", "", "", "", "", path});

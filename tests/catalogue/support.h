@@ -33,6 +33,9 @@ struct FreshCatalogue {
     // The same for a stored query.
     std::vector<std::string> Stored(const std::string &name, const catalogue::Params &params);
 
+    // Adds a row of which only title and path matter, unless the path is known, as one step.
+    void AddInStep(const std::string &path, const std::string &title = "t");
+
     // Adds a row: Title, Artist, Album, Year, Comment, Genre, Lyrics, Path, and Duplicated.
     void Add(const std::array<std::string, 8> &fields, std::int64_t duplicated = 0);
 

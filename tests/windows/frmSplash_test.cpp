@@ -3,6 +3,7 @@
 #include "platform/qt/theme.h"
 #include "runtime/error.h"
 #include "shell/globals.h"
+#include "shell/progress.h"
 #include "shell/startup/frmSplash.h"
 #include "tests/support/memorysettings.h"
 #include "tests/support/scripteddesktop.h"
@@ -64,8 +65,10 @@ TEST_F(SplashScaled, SplashShowsTheProgressAndBringsTheMainFormUp)
     EXPECT_EQ(splash->size(), QSize(7485 / 15, 4980 / 15));
     EXPECT_EQ(Find<QLabel>(*splash, "LabVers")->text(), QStringLiteral("Ver.:1.6.9"));
     const int before = yields;
+    shell::ShowProgress("Adding Title && Artist information...");
+    EXPECT_EQ(yields, before + 1);
     shell::TheGlobals().lblProgress.SetCaption("Adding Title && Artist information...");
-    EXPECT_EQ(yields, before + 1) << "each change of the line lets events run";
+    EXPECT_EQ(yields, before + 1) << "a caption alone lets no event run";
     EXPECT_EQ(Find<QLabel>(*splash, "lblProgress")->text(),
               QStringLiteral("Adding Title & Artist information..."));
     KeepScreenshot(*splash, "splash");
