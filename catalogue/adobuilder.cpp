@@ -4,6 +4,7 @@
 #include "platform/inireader.h"
 #include "platform/machine.h"
 #include "platform/posix/files.h"
+#include "platform/posix/inidocument.h"
 #include "runtime/text.h"
 
 #include <cerrno>
@@ -168,46 +169,15 @@ std::string ADOclass::GetIniStr(const std::string &section, const std::string &k
         .value_or("");
 }
 
-// The entry takes the place of the one that stands, comes behind the last of its section, or begins
-// a section at the end; every other line stays as it is.
 bool ADOclass::PutIniStr(const std::string &section, const std::string &key,
                          const std::string &value, const std::string &file)
 {
     const auto before = platform::posix::ReadRegularFile(file, std::numeric_limits<int>::max());
     if (!before && errno != ENOENT) // what cannot be read must not be replaced
         return false;
-    const std::string text = before.value_or("");
-    const std::string entry = key + "=" + value + "\r\n";
-    std::string result, inserted = entry;
-    bool isInSection = false, isDone = false;
-    std::size_t sectionEnd = std::string::npos;
-    for (std::size_t at = 0; at < text.size();) {
-        const auto end = std::min(text.find('\n', at), text.size() - 1) + 1;
-        std::string_view line = std::string_view(text).substr(at, end - at);
-        at = end;
-        const auto bare = runtime::Trim(line.substr(0, line.find_first_of("\r\n")));
-        if (bare.starts_with("["))
-            isInSection =
-                sectionEnd == std::string::npos && runtime::EqualText(bare, "[" + section + "]");
-        const auto name = runtime::Trim(bare.substr(0, bare.find('=')));
-        if (isInSection && !isDone && bare.find('=') != std::string_view::npos &&
-            runtime::EqualText(name, key)) {
-            line = entry;
-            isDone = true;
-        }
-        result += line;
-        if (!result.ends_with("\n"))
-            result += "\r\n";
-        if (isInSection && !bare.empty())
-            sectionEnd = result.size();
-    }
-    if (!isDone && sectionEnd == std::string::npos) {
-        inserted = "[" + section + "]\r\n" + entry;
-        sectionEnd = result.size();
-    }
-    if (!isDone)
-        result.insert(sectionEnd, inserted);
-    return platform::posix::ReplaceFile(file, result);
+    platform::posix::IniDocument document(before.value_or(""), platform::posix::IniStyle::Plain);
+    document.Set(section, key, value);
+    return platform::posix::ReplaceFile(file, document.Text());
 }
 
 std::string ADOclass::Trim0(std::string_view text)

@@ -63,6 +63,11 @@ int HexValue(char c)
     return at == std::string_view::npos ? 0 : static_cast<int>(at);
 }
 
+bool IsBlank(std::string_view line)
+{
+    return line.empty() || line == "\r";
+}
+
 // Takes a quoted text off the front of `line`, which begins with its quotation mark. A missing end
 // mark is taken as standing at the end of the line.
 std::string TakeQuoted(std::string_view &line)
@@ -89,10 +94,10 @@ std::string TakeQuoted(std::string_view &line)
 
 // Takes a name, quoted or plain, off the front of `line`, up to and with the character `end`.
 // Nothing when `end` does not follow.
-std::optional<std::string> TakeName(std::string_view &line, char end)
+std::optional<std::string> TakeName(std::string_view &line, char end, IniStyle style)
 {
     std::optional<std::string> name;
-    if (line.starts_with('"'))
+    if (style == IniStyle::Quoted && line.starts_with('"'))
         name = TakeQuoted(line);
     const auto at = line.find(end);
     if (at == std::string_view::npos)
@@ -103,22 +108,27 @@ std::optional<std::string> TakeName(std::string_view &line, char end)
     return name;
 }
 
-std::string ReadValue(std::string_view rest)
+std::string ReadValue(std::string_view rest, IniStyle style)
 {
     rest = runtime::Trim(rest);
-    return rest.starts_with('"') ? TakeQuoted(rest) : std::string(rest);
+    return style == IniStyle::Quoted && rest.starts_with('"') ? TakeQuoted(rest)
+                                                              : std::string(rest);
 }
 
 } // namespace
 
-IniDocument::IniDocument(std::string_view text)
+IniDocument::IniDocument(std::string_view text, IniStyle style) : m_style(style)
 {
     std::string section;
     while (!text.empty()) {
         const auto end = text.find('\n');
         std::string_view rest = text.substr(0, end);
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-        Line line{std::string(rest), section, false, {}, {}};
+        Line line{end == std::string_view::npos ? Raw(std::string(rest)) : std::string(rest),
+                  section,
+                  false,
+                  {},
+                  {}};
         if (m_lines.empty() && rest.starts_with(runtime::kByteOrderMark))
             rest.remove_prefix(runtime::kByteOrderMark.size());
         if (rest.ends_with('\r'))
@@ -126,13 +136,13 @@ IniDocument::IniDocument(std::string_view text)
         rest = runtime::Trim(rest);
         if (rest.starts_with('[')) {
             rest.remove_prefix(1);
-            section = TakeName(rest, ']').value_or(section);
+            section = TakeName(rest, ']', style).value_or(section);
             line.section = section;
         } else if (!rest.starts_with(';') && !rest.starts_with('#')) {
-            if (auto key = TakeName(rest, '=')) {
+            if (auto key = TakeName(rest, '=', style)) {
                 line.entry = true;
                 line.key = *std::move(key);
-                line.value = ReadValue(rest);
+                line.value = ReadValue(rest, style);
             }
         }
         m_lines.push_back(std::move(line));
@@ -158,8 +168,11 @@ std::optional<std::string> IniDocument::Find(std::string_view section, std::stri
 
 void IniDocument::Set(std::string_view section, std::string_view key, std::string_view value)
 {
-    Line line{WrittenKey(key) + "=" + Written(value, ""), std::string(section), true,
-              std::string(key), std::string(value)};
+    const bool isPlain = m_style == IniStyle::Plain;
+    std::string entry = isPlain ? std::string(key).append("=").append(value)
+                                : WrittenKey(key) + "=" + Written(value, "");
+    Line line{Raw(std::move(entry)), std::string(section), true, std::string(key),
+              std::string(value)};
     const std::size_t index = FindIndex(section, key);
     if (index < m_lines.size()) {
         line.section = m_lines[index].section;
@@ -168,14 +181,11 @@ void IniDocument::Set(std::string_view section, std::string_view key, std::strin
     }
     std::size_t at = m_lines.size();
     while (at > 0 &&
-           (m_lines[at - 1].raw.empty() || !runtime::EqualAscii(m_lines[at - 1].section, section)))
+           (IsBlank(m_lines[at - 1].raw) || !runtime::EqualAscii(m_lines[at - 1].section, section)))
         --at; // behind the section's last line that is not empty
     if (at == 0 && !section.empty()) {
-        m_lines.push_back({std::string("[").append(WrittenName(section)).append("]"),
-                           std::string(section),
-                           false,
-                           {},
-                           {}});
+        const std::string name = isPlain ? std::string(section) : WrittenName(section);
+        m_lines.push_back({Raw("[" + name + "]"), std::string(section), false, {}, {}});
         at = m_lines.size();
     }
     m_lines.insert(m_lines.begin() + static_cast<std::ptrdiff_t>(at), std::move(line));
@@ -185,6 +195,14 @@ void IniDocument::Remove(std::string_view section, std::string_view key)
 {
     for (std::size_t index; (index = FindIndex(section, key)) < m_lines.size();)
         m_lines.erase(m_lines.begin() + static_cast<std::ptrdiff_t>(index));
+}
+
+// A line of ours, as `Line::raw` holds it.
+std::string IniDocument::Raw(std::string line) const
+{
+    if (m_style == IniStyle::Plain)
+        line += '\r';
+    return line;
 }
 
 std::string IniDocument::Text() const

@@ -14,10 +14,14 @@
 namespace platform::posix
 {
 
+// How entries are written. Quoted: as above, lines end in LF. Plain: just as they are, for files
+// that other programs read; lines end in CR and LF, and nothing is taken out of quotation marks.
+enum class IniStyle { Quoted, Plain };
+
 class IniDocument
 {
 public:
-    explicit IniDocument(std::string_view text);
+    explicit IniDocument(std::string_view text, IniStyle style = IniStyle::Quoted);
 
     // The value of the first entry of that key; names and keys compare without regard to the case
     // of ASCII letters. Nothing when there is none.
@@ -31,12 +35,12 @@ public:
     // Removes every entry of that key.
     void Remove(std::string_view section, std::string_view key);
 
-    // The whole text; each line ends in LF.
+    // The whole text; lines that were not set are as they were, with an end at the last one.
     [[nodiscard]] std::string Text() const;
 
 private:
     struct Line {
-        std::string raw;     // without its end
+        std::string raw;     // without the LF at its end
         std::string section; // the section in which it stands
         bool entry = false;  // "key=value"; else a head, a comment, or anything else
         std::string key, value;
@@ -44,7 +48,10 @@ private:
 
     [[nodiscard]] std::size_t FindIndex(std::string_view section, std::string_view key) const;
 
+    [[nodiscard]] std::string Raw(std::string line) const;
+
     std::vector<Line> m_lines;
+    IniStyle m_style;
 };
 
 } // namespace platform::posix

@@ -114,6 +114,12 @@ TEST(IniHelpers, WriteThenRead)
     EXPECT_EQ(tests::ReadFile(file), "[S]\r\nK=new\r\nK2=v2\r\n[T]\r\nk=w\r\n");
     EXPECT_EQ(ADOclass::GetIniStr("S", "k", file), "new");
     EXPECT_EQ(ADOclass::GetIniStr("T", "K", file), "w");
+    tests::WriteFile(file, "; mine\n[S]\n\"k\" = \"old\"\r\n\r\n[T]\r\nx=1");
+    EXPECT_TRUE(ADOclass::PutIniStr("S", "k", " \"v\"", file));
+    EXPECT_TRUE(ADOclass::PutIniStr("T", "y", "2", file));
+    EXPECT_EQ(tests::ReadFile(file), "; mine\n[S]\n\"k\" = \"old\"\r\nk= \"v\"\r\n\r\n[T]\r\nx=1"
+                                     "\r\ny=2\r\n")
+        << "values are written as they are, all other lines are kept";
     EXPECT_FALSE(ADOclass::PutIniStr("S", "k", "v", folder / "absent/x.ini"));
     EXPECT_FALSE(ADOclass::PutIniStr("S", "k", "v", folder.Path())) << "a folder stays one";
     ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
