@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 
 namespace catalogue
 {
@@ -47,7 +46,7 @@ std::size_t CommonStart(const std::vector<Sortable> &texts)
 
 } // namespace
 
-TextPool::TextPool() : m_texts{{}}, m_hashes{0}, m_slots(1024) {}
+TextPool::TextPool() : m_texts{{}} {}
 
 std::string_view TextPool::Keep(std::string_view text)
 {
@@ -59,43 +58,24 @@ std::string_view TextPool::Keep(std::string_view text)
     return std::string_view(chunk).substr(at);
 }
 
-void TextPool::Grow()
-{
-    m_slots.assign(m_slots.size() * 4, 0);
-    const auto mask = m_slots.size() - 1;
-    for (std::uint32_t number = 1; number < m_texts.size(); ++number) {
-        auto slot = m_hashes[number] & mask;
-        while (m_slots[slot] != 0)
-            slot = (slot + 1) & mask;
-        m_slots[slot] = number;
-    }
-}
-
 std::uint32_t TextPool::Add(std::string_view text)
 {
     if (m_last != kNull && m_texts[m_last] == text)
         return m_last;
-    const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>{}(text));
-    const auto mask = m_slots.size() - 1;
-    auto slot = hash & mask;
-    for (; m_slots[slot] != 0; slot = (slot + 1) & mask) {
-        const auto number = m_slots[slot];
-        if (m_hashes[number] == hash && m_texts[number] == text)
-            return m_last = number;
-    }
+    const auto hash = runtime::KeyIndex::HashOf(text);
+    const auto known = m_index.Find(
+        text, hash, [this](std::int32_t number) { return At(static_cast<std::uint32_t>(number)); });
+    if (known != runtime::KeyIndex::kNone)
+        return m_last = static_cast<std::uint32_t>(known);
     m_last = static_cast<std::uint32_t>(m_texts.size());
-    m_slots[slot] = m_last;
     m_texts.push_back(Keep(text));
-    m_hashes.push_back(hash);
-    if (m_texts.size() * 2 > m_slots.size())
-        Grow();
+    m_index.Insert(static_cast<std::int32_t>(m_last), hash);
     return m_last;
 }
 
 void TextPool::Finish()
 {
-    m_slots = std::vector<std::uint32_t>(1024);
-    m_hashes = {};
+    m_index = {};
 }
 
 std::vector<std::uint32_t> TextPool::Ranks(bool asNumbers) const

@@ -2,6 +2,8 @@
 // column of 100,000 artists has a few thousand texts: they are sorted, not the rows.
 #pragma once
 
+#include "runtime/keyindex.h"
+
 #include <cstdint>
 #include <deque>
 #include <string>
@@ -29,16 +31,14 @@ public:
     // one, and a null comes first. `asNumbers`: by their value.
     [[nodiscard]] std::vector<std::uint32_t> Ranks(bool asNumbers) const;
 
-    // Lets go of what only Add needs.
+    // Frees what only Add needs; none follows.
     void Finish();
 
 private:
     std::string_view Keep(std::string_view text);
-    void Grow();
 
     std::vector<std::string_view> m_texts; // into m_chunks
-    std::vector<std::uint32_t> m_hashes;   // of the texts
-    std::vector<std::uint32_t> m_slots;    // open addressing; 0 = free
+    runtime::KeyIndex m_index;             // of the texts, by their bytes
     std::deque<std::string> m_chunks;      // never reallocated once begun
     std::uint32_t m_last = kNull;          // equal texts often follow one another
 };

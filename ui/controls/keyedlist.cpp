@@ -71,7 +71,7 @@ void KeyedList::ClearRows()
 RowId KeyedList::AddRow(std::string_view key, std::string_view text, std::string_view image,
                         std::span<const std::string_view> subItems)
 {
-    const std::uint32_t hash = KeyIndex::HashOf(key);
+    const std::uint32_t hash = runtime::KeyIndex::HashOf(key);
     if (m_index.Find(key, hash, [this](RowId row) { return Key(row); }) != kNoRow)
         throw runtime::RuntimeError(runtime::kDuplicateKey);
     ListUpdate update(*this);
@@ -104,12 +104,13 @@ void KeyedList::RemoveRow(RowId row)
     m_focus = m_focus == row ? kNoRow : m_focus > row ? m_focus - 1 : m_focus;
     m_index.Clear();
     for (RowId left = 0; left < Count(); ++left)
-        m_index.Insert(left, KeyIndex::HashOf(Key(left)));
+        m_index.Insert(left, runtime::KeyIndex::HashOf(Key(left)));
 }
 
 RowId KeyedList::Find(std::string_view key) const
 {
-    return m_index.Find(key, KeyIndex::HashOf(key), [this](RowId row) { return Key(row); });
+    return m_index.Find(key, runtime::KeyIndex::HashOf(key),
+                        [this](RowId row) { return Key(row); });
 }
 
 const KeyedList::Row &KeyedList::At(RowId row) const

@@ -2,8 +2,8 @@
 // number or by key, sorting, multiple selection. Texts (UTF-8) are kept in one block.
 #pragma once
 
+#include "runtime/keyindex.h"
 #include "ui/controls/area.h"
-#include "ui/controls/keyindex.h"
 
 #include <cstdint>
 #include <functional>
@@ -153,7 +153,7 @@ private:
     std::vector<Row> m_rows;
     std::vector<RowId> m_order;
     std::vector<std::string> m_images{std::string()};
-    KeyIndex m_index;
+    runtime::KeyIndex m_index;
     std::string m_hint, m_hintButton, m_dimmedTip;
     bool m_headersHidden = false;
     RowId m_focus = kNoRow;

@@ -20,7 +20,7 @@ NodeId KeyedTree::Add(NodeId parent, std::string_view key, std::string_view text
 NodeId KeyedTree::TryAdd(NodeId parent, std::string_view key, std::string_view text,
                          std::string_view image, std::string_view selectedImage)
 {
-    const std::uint32_t hash = KeyIndex::HashOf(key);
+    const std::uint32_t hash = runtime::KeyIndex::HashOf(key);
     if (FindHashed(key, hash) != kNoNode)
         return kNoNode;
     TreeUpdate update(*this);
@@ -134,7 +134,7 @@ void KeyedTree::SortChildren(NodeId parent)
 
 NodeId KeyedTree::Find(std::string_view key) const
 {
-    return FindHashed(key, KeyIndex::HashOf(key));
+    return FindHashed(key, runtime::KeyIndex::HashOf(key));
 }
 
 NodeId KeyedTree::FindHashed(std::string_view key, std::uint32_t hash) const

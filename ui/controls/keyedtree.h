@@ -2,8 +2,8 @@
 // texts (UTF-8) are kept in one block, so that 100,000 nodes cost what their text costs.
 #pragma once
 
+#include "runtime/keyindex.h"
 #include "ui/controls/area.h"
-#include "ui/controls/keyindex.h"
 
 #include <cstdint>
 #include <functional>
@@ -131,7 +131,7 @@ private:
     std::vector<std::vector<NodeId>> m_children;
     std::vector<NodeId> m_roots;
     std::vector<std::string> m_images{std::string()};
-    KeyIndex m_index;
+    runtime::KeyIndex m_index;
     NodeId m_selected = kNoNode;
     std::uint64_t m_gesture = 0;
     int m_updating = 0;
