@@ -3,6 +3,7 @@
 #include "platform/posix/files.h"
 
 #include <fcntl.h>
+#include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -37,19 +38,89 @@ std::vector<char *> ArgumentsFor(const std::vector<std::string> &arguments)
     return pointers;
 }
 
-// In the child: becomes the program. Only calls that are allowed between fork and exec.
-[[noreturn]] void Become(const char *program, char *const *arguments, const char *workingFolder)
+bool IsFolder(const std::string &path)
 {
-    const int nowhere = open("/dev/null", O_RDWR);
-    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-        dup2(nowhere, fd);
-    for (const int signalNo : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGXFSZ})
-        signal(signalNo, SIG_DFL);
-    if (workingFolder != nullptr && chdir(workingFolder) != 0) {
-        // a folder that is not there leaves the current one
+    struct stat status {
+    };
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+// What a started program gets: nothing of ours open, no input, the signals as they are by default.
+class SpawnSetting
+{
+public:
+    // `workingFolder`: where that is a folder; otherwise the program starts in the current one.
+    // `ownSession`: signals of our terminal do not reach it.
+    SpawnSetting(const std::string &workingFolder, bool ownSession)
+    {
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDWR, 0);
+        posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDOUT_FILENO);
+        posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDERR_FILENO);
+        posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+        if (!workingFolder.empty() && access(workingFolder.c_str(), X_OK) == 0 &&
+            IsFolder(workingFolder))
+            posix_spawn_file_actions_addchdir_np(&actions, workingFolder.c_str());
+        posix_spawnattr_init(&attributes);
+        sigset_t signals;
+        sigemptyset(&signals);
+        for (const int signalNo : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGXFSZ})
+            sigaddset(&signals, signalNo);
+        posix_spawnattr_setsigdefault(&attributes, &signals);
+        const int flags = POSIX_SPAWN_SETSIGDEF | (ownSession ? POSIX_SPAWN_SETSID : 0);
+        posix_spawnattr_setflags(&attributes, static_cast<short>(flags));
     }
-    execv(program, arguments);
-    _exit(127);
+    ~SpawnSetting()
+    {
+        posix_spawn_file_actions_destroy(&actions);
+        posix_spawnattr_destroy(&attributes);
+    }
+    SpawnSetting(const SpawnSetting &) = delete;
+    SpawnSetting &operator=(const SpawnSetting &) = delete;
+
+    posix_spawn_file_actions_t actions;
+    posix_spawnattr_t attributes;
+};
+
+// The children that nobody waits for. Those that have ended are taken from the process table when
+// the next one is started.
+std::vector<pid_t> &LeftAlone()
+{
+    static std::vector<pid_t> children;
+    return children;
+}
+
+// Starts the program at `path`; 0 when the system cannot.
+pid_t Start(const std::string &path, const std::vector<std::string> &arguments,
+            const std::string &workingFolder, bool ownSession)
+{
+    std::erase_if(LeftAlone(), [](pid_t child) { return waitpid(child, nullptr, WNOHANG) != 0; });
+    const SpawnSetting setting(workingFolder, ownSession);
+    const auto pointers = ArgumentsFor(arguments);
+    pid_t child = 0;
+    const int failure = posix_spawn(&child, path.c_str(), &setting.actions, &setting.attributes,
+                                    pointers.data(), environ);
+    return failure == 0 ? child : 0;
+}
+
+enum class End { Success, Failure, StillRuns };
+
+// Waits at most `limitMs` for the end of a child, which is left alone after that.
+End WaitFor(pid_t child, std::int64_t limitMs)
+{
+    constexpr std::int64_t kStepMs = 5;
+    for (std::int64_t waitedMs = 0; waitedMs <= limitMs; waitedMs += kStepMs) {
+        int status = 0;
+        const pid_t ended = waitpid(child, &status, WNOHANG);
+        if (ended == child)
+            return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? End::Success : End::Failure;
+        if (ended < 0 && errno != EINTR)
+            return End::Failure;
+        const timespec step{0, kStepMs * 1'000'000};
+        nanosleep(&step, nullptr);
+    }
+    LeftAlone().push_back(child);
+    return End::StillRuns;
 }
 
 } // namespace
@@ -73,28 +144,16 @@ std::string FindProgram(const std::string &name)
 bool StartDetached(const std::vector<std::string> &arguments, const std::string &workingFolder)
 {
     const std::string program = FindProgram(arguments.at(0));
-    if (program.empty())
-        return false;
-    const auto pointers = ArgumentsFor(arguments);
-    const pid_t child = fork();
-    if (child < 0)
-        return false;
-    if (child == 0) {
-        setsid();
-        if (fork() != 0) // the grandchild has no parent that would have to wait for it
-            _exit(0);
-        Become(program.c_str(), pointers.data(), workingFolder.c_str());
-    }
-    while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
-    }
-    return true;
+    const pid_t child = program.empty() ? 0 : Start(program, arguments, workingFolder, true);
+    if (child != 0)
+        LeftAlone().push_back(child);
+    return child != 0;
 }
 
 bool OpenWithDesktop(std::string address, const std::string &workingFolder)
 {
-    constexpr std::size_t kLongestArgument = 100'000; // the system's own limit is 128 KiB
-    constexpr int kRefusalMs = 500;
-    constexpr int kStepMs = 10;
+    constexpr std::size_t kLongestArgument = 100'000; // Linux takes 128 KiB at most
+    constexpr std::int64_t kRefusalMs = 500;
     if (address.size() > kLongestArgument) {
         std::size_t length = kLongestArgument;
         while (length > 0 && (static_cast<unsigned char>(address[length]) & 0xC0) == 0x80)
@@ -102,56 +161,16 @@ bool OpenWithDesktop(std::string address, const std::string &workingFolder)
         address.resize(length);
     }
     const std::string program = FindProgram("xdg-open");
-    if (program.empty())
-        return false;
-    const std::vector<std::string> arguments{"xdg-open", address};
-    const auto pointers = ArgumentsFor(arguments);
-    const pid_t child = fork();
-    if (child < 0)
-        return false;
-    if (child == 0) { // it watches the opener for a while, which then has no parent to wait for it
-        setsid();
-        const pid_t opener = fork();
-        if (opener == 0)
-            Become(program.c_str(), pointers.data(), workingFolder.c_str());
-        int status = 0;
-        for (int waitedMs = 0; opener > 0 && waitedMs < kRefusalMs; waitedMs += kStepMs) {
-            if (waitpid(opener, &status, WNOHANG) == opener)
-                _exit(WIFEXITED(status) && WEXITSTATUS(status) == 0 ? 0 : 1);
-            const timespec step{0, kStepMs * 1'000'000L};
-            nanosleep(&step, nullptr);
-        }
-        _exit(opener > 0 ? 0 : 1);
-    }
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    const pid_t child =
+        program.empty() ? 0 : Start(program, {"xdg-open", address}, workingFolder, true);
+    return child != 0 && WaitFor(child, kRefusalMs) != End::Failure;
 }
 
 bool RunQuietly(const std::vector<std::string> &arguments, std::int64_t timeoutMs)
 {
     const std::string program = FindProgram(arguments.at(0));
-    if (program.empty())
-        return false;
-    const auto pointers = ArgumentsFor(arguments);
-    const pid_t child = fork();
-    if (child < 0)
-        return false;
-    if (child == 0)
-        Become(program.c_str(), pointers.data(), nullptr);
-    constexpr std::int64_t kStepMs = 5;
-    for (std::int64_t waitedMs = 0; waitedMs <= timeoutMs; waitedMs += kStepMs) {
-        int status = 0;
-        const pid_t ended = waitpid(child, &status, WNOHANG);
-        if (ended == child)
-            return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-        if (ended < 0 && errno != EINTR)
-            return false;
-        const timespec step{0, kStepMs * 1'000'000};
-        nanosleep(&step, nullptr);
-    }
-    return false;
+    const pid_t child = program.empty() ? 0 : Start(program, arguments, {}, false);
+    return child != 0 && WaitFor(child, timeoutMs) == End::Success;
 }
 
 } // namespace platform::posix

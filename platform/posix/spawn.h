@@ -8,12 +8,12 @@
 namespace platform::posix
 {
 
-// Where the program `name` lies: itself when it holds a separator and can be run, else the first
-// match on PATH; empty when there is none.
+// The path of the program `name`: itself when it holds a separator and can be run, otherwise the
+// first match on PATH; empty when there is none.
 std::string FindProgram(const std::string &name);
 
-// Starts a program that lives on its own, in `workingFolder` where that exists, with no input and
-// nothing of ours open. False when there is no such program.
+// Starts a program that goes on after this one ends, in `workingFolder` where that exists, with no
+// input and none of our files open. False when there is no such program.
 bool StartDetached(const std::vector<std::string> &arguments, const std::string &workingFolder);
 
 // Has the desktop's opener (xdg-open) open a path or an address, handed over byte for byte as one
@@ -23,7 +23,7 @@ bool StartDetached(const std::vector<std::string> &arguments, const std::string 
 bool OpenWithDesktop(std::string address, const std::string &workingFolder);
 
 // Runs a program quietly to its end. False when there is no such program, when it failed, or when
-// it took longer than `timeoutMs`; it is then left to itself.
+// it took longer than `timeoutMs`; it goes on running then.
 bool RunQuietly(const std::vector<std::string> &arguments, std::int64_t timeoutMs);
 
 } // namespace platform::posix

@@ -1,13 +1,20 @@
 #include "platform/posix/spawn.h"
 #include "tests/support/testfolder.h"
+#include "tests/support/wait.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
+#include <sstream>
 #include <string>
-#include <thread>
+#include <vector>
 
 namespace
 {
@@ -37,11 +44,38 @@ TEST(StartDetached, RunsInTheFolderAndIsNotWaitedFor)
     ASSERT_TRUE(StartDetached(
         {"sh", "-c", "sleep 0.05; pwd > \"$0\".tmp; mv \"$0\".tmp \"$0\"", folder / "out"},
         folder.Path()));
-    for (int i = 0; i < 500 && !std::filesystem::exists(folder / "out"); ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    ASSERT_TRUE(tests::WaitUntil([&] { return std::filesystem::exists(folder / "out"); }));
     EXPECT_EQ(tests::ReadFile(folder / "out"),
               std::filesystem::canonical(folder.Path()).string() + "\n");
     EXPECT_FALSE(StartDetached({"no such program"}, "/"));
+}
+
+// Neither a file of ours nor a signal that we ignore reaches the program, and one that has ended
+// does not stay in the process table for ever.
+TEST(StartDetached, GivesNothingOfOursAway)
+{
+    const tests::TestFolder folder;
+    tests::WriteFile(folder / "open", "x");
+    const int open = ::open((folder / "open").c_str(), O_RDONLY); // NOLINT: not closed on exec
+    ASSERT_GE(open, 3);
+    const auto before = signal(SIGPIPE, SIG_IGN);
+    const std::string script = "ls /proc/$$/fd >\"$0\".tmp; grep SigIgn /proc/$$/status "
+                               ">>\"$0\".tmp; echo $$ >>\"$0\".tmp; mv \"$0\".tmp \"$0\"";
+    ASSERT_TRUE(StartDetached({"bash", "-c", script, folder / "out"}, "/no such folder"));
+    ASSERT_TRUE(tests::WaitUntil([&] { return std::filesystem::exists(folder / "out"); }));
+    signal(SIGPIPE, before);
+    close(open);
+    std::istringstream out(tests::ReadFile(folder / "out"));
+    std::vector<std::string> words{std::istream_iterator<std::string>(out), {}};
+    const std::string child = words.back();
+    const auto mask =
+        std::stoul(*(std::find(words.begin(), words.end(), "SigIgn:") + 1), nullptr, 16);
+    EXPECT_EQ(mask & (1UL << (SIGPIPE - 1)), 0U);
+    EXPECT_EQ(std::count(words.begin(), words.end(), std::to_string(open)), 0);
+    EXPECT_TRUE(tests::WaitUntil([&] {
+        EXPECT_TRUE(RunQuietly({"true"}, 5000));
+        return !std::filesystem::exists("/proc/" + child);
+    }));
 }
 
 // A stand-in for the desktop's opener, the only program on PATH beside the system's.
