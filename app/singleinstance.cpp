@@ -2,15 +2,14 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <QCryptographicHash>
-#include <QSocketNotifier>
-#include <array>
-#include <cstring>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <cstdlib>
+#include <memory>
 
 namespace app
 {
@@ -45,17 +44,6 @@ std::string SocketPath(const std::string &programFolder)
     return folder + "/quenlin-" + hash.toHex().left(16).toStdString();
 }
 
-// The address of a socket's path; false when the path is too long for one.
-bool MakeAddress(const std::string &path, sockaddr_un &address)
-{
-    address = {};
-    address.sun_family = AF_UNIX;
-    if (path.size() >= sizeof address.sun_path)
-        return false;
-    std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
-    return true;
-}
-
 } // namespace
 
 SingleInstance::SingleInstance(const std::string &programFolder) : m_path(SocketPath(programFolder))
@@ -70,59 +58,47 @@ SingleInstance::SingleInstance(const std::string &programFolder) : m_path(Socket
 
 SingleInstance::~SingleInstance()
 {
-    if (m_socket >= 0) {
-        unlink(m_path.c_str());
-        close(m_socket);
-    }
+    delete m_server; // its socket goes before the lock does
     if (m_lock >= 0)
         close(m_lock);
 }
 
 void SingleInstance::Listen()
 {
-    sockaddr_un address;
-    if (!MakeAddress(m_path, address))
-        return;
-    unlink(m_path.c_str()); // of a run that was killed: this one holds the lock
-    m_socket = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    const auto *place = reinterpret_cast<const sockaddr *>(&address);
-    if (m_socket < 0 || bind(m_socket, place, sizeof address) != 0 || listen(m_socket, 4) != 0)
-        return;
-    m_notifier = new QSocketNotifier(m_socket, QSocketNotifier::Read, this);
-    connect(m_notifier, &QSocketNotifier::activated, this, [this] { Answer(); });
+    const QString path = QString::fromLocal8Bit(m_path.c_str());
+    QLocalServer::removeServer(path); // of a run that was killed: this one has the lock
+    m_server = new QLocalServer(this);
+    m_server->setSocketOptions(QLocalServer::UserAccessOption);
+    connect(m_server, &QLocalServer::newConnection, this, [this] { Answer(); });
+    m_server->listen(path);
 }
 
-// The caller sends its token and closes; one that says nothing is not waited for.
+// The caller sends its token and closes; one that sends nothing is not waited for.
 void SingleInstance::Answer()
 {
-    const int caller = accept4(m_socket, nullptr, nullptr, SOCK_CLOEXEC);
-    if (caller < 0)
+    constexpr int kPatienceMs = 200;
+    constexpr qint64 kLongestToken = 511;
+    const std::unique_ptr<QLocalSocket> caller(m_server->nextPendingConnection());
+    if (caller == nullptr)
         return;
-    const timeval patience{0, 200000};
-    setsockopt(caller, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-    std::array<char, 512> token{};
-    const ssize_t length = read(caller, token.data(), token.size() - 1);
-    close(caller);
-    if (length > 0)
-        qputenv(kTokenVariable, QByteArray(token.data(), length));
+    caller->waitForReadyRead(kPatienceMs);
+    const QByteArray token = caller->read(kLongestToken);
+    if (!token.isEmpty())
+        qputenv(kTokenVariable, token);
     if (onCalled)
         onCalled();
 }
 
 void SingleInstance::CallFirst() const
 {
-    sockaddr_un address;
-    if (!MakeAddress(m_path, address))
+    constexpr int kPatienceMs = 1000;
+    QLocalSocket socket;
+    socket.connectToServer(QString::fromLocal8Bit(m_path.c_str()), QIODevice::WriteOnly);
+    if (!socket.waitForConnected(kPatienceMs))
         return;
-    const int caller = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (caller < 0)
-        return;
-    if (::connect(caller, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0) {
-        const QByteArray token = qgetenv(kTokenVariable);
-        if (!token.isEmpty())
-            send(caller, token.constData(), static_cast<std::size_t>(token.size()), MSG_NOSIGNAL);
-    }
-    close(caller);
+    const QByteArray token = qgetenv(kTokenVariable);
+    if (!token.isEmpty() && socket.write(token) == token.size())
+        socket.waitForBytesWritten(kPatienceMs);
 }
 
 } // namespace app

@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-class QSocketNotifier;
+class QLocalServer;
 
 namespace app
 {
@@ -14,8 +14,8 @@ namespace app
 class SingleInstance : public QObject
 {
 public:
-    // `programFolder` tells which catalogue. Errors: none; without a place for the socket every
-    // start counts as the first.
+    // `programFolder`: the folder of the catalogue. Errors: none; without a place for the socket
+    // every start counts as the first.
     explicit SingleInstance(const std::string &programFolder);
     ~SingleInstance() override;
 
@@ -32,9 +32,9 @@ private:
     void Answer();
 
     std::string m_path; // of the socket; its lock file has ".lock" behind it
-    int m_lock = -1, m_socket = -1;
+    int m_lock = -1;
     bool m_first = true;
-    QSocketNotifier *m_notifier = nullptr; // owned by this object
+    QLocalServer *m_server = nullptr; // owned by this object; null where it is not the first
 };
 
 } // namespace app
