@@ -211,4 +211,10 @@ TEST(Area, FocusIsAskedOfTheWindow)
     EXPECT_EQ(changes, 1);
 }
 
+// What may name a control: a label, and nothing that only has a caption.
+static_assert(std::is_constructible_v<ui::NamingLabel, ui::Label *>);
+static_assert(!std::is_constructible_v<ui::NamingLabel, ui::Button *>);
+static_assert(!std::is_constructible_v<ui::NamingLabel, ui::CheckBox *>);
+static_assert(!std::is_constructible_v<ui::NamingLabel, ui::Frame *>);
+
 } // namespace

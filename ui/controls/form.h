@@ -19,6 +19,7 @@
 #include "ui/controls/textbox.h"
 #include "ui/controls/timer.h"
 
+#include <concepts>
 #include <functional>
 #include <initializer_list>
 #include <memory>
@@ -74,14 +75,33 @@ struct Member {
     std::string name; // its object name: "txtTitle"; of an array "txtTitle(1)"
     AnyControl control;
     Frame *in = nullptr; // the frame that holds it; null: the window itself
-    Label *label =
-        nullptr; // the label that names it: its access key leads here, a screen reader speaks it
+    // The label that names it: its access key leads here, and a screen reader speaks it. Null for
+    // none.
+    Label *label = nullptr;
 };
 
-// For Form::Add: the frame that holds the control, and the label that names it; null for none.
+// A label itself. A pointer to a control that only has a caption as well (a button, a check box, a
+// frame) does not compile: it cannot name another control.
+class NamingLabel
+{
+public:
+    NamingLabel() = default;
+    template <std::same_as<Label> Exactly>
+    NamingLabel(Exactly *label) : m_label(label) // NOLINT: written as "{.label = &lblName}"
+    {
+    }
+
+    Label *Get() const { return m_label; }
+
+private:
+    Label *m_label = nullptr;
+};
+
+// For Form::Add: the frame that holds the control, and the label that names it; null for none. The
+// label is a member of the form, added before the control.
 struct Where {
     Frame *in = nullptr;
-    Label *label = nullptr;
+    NamingLabel label = {};
 };
 
 // A key as the KeyDown event gives it.
@@ -118,7 +138,8 @@ public:
     template <class Control>
     void Add(std::string_view controlName, Control &control, Where where = {})
     {
-        members.push_back({std::string(controlName), AnyControl(&control), where.in, where.label});
+        members.push_back(
+            {std::string(controlName), AnyControl(&control), where.in, where.label.Get()});
     }
     std::vector<Member> members;
 

@@ -22,6 +22,7 @@
 #include <QVBoxLayout>
 #include <QWindow>
 #include <algorithm>
+#include <cassert>
 #include <set>
 #include <utility>
 
@@ -226,7 +227,8 @@ void FormWindow::NameBySpokenName(const ui::Member &member, QWidget *widget)
 
 void FormWindow::NameByLabel(const ui::Label &label, QWidget *widget)
 {
-    auto *shown = static_cast<QLabel *>(WidgetOf(&label));
+    auto *shown = qobject_cast<QLabel *>(WidgetOf(&label));
+    assert(shown != nullptr && "the label was added before the control that it names");
     shown->setBuddy(widget);
     SpeakAs(widget, SpokenText(label.Caption()));
 }
