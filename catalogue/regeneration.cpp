@@ -98,7 +98,7 @@ std::string CreationText()
 
 // One walk over the folder; the counters are wide enough for any collection.
 struct Run {
-    IntegrityReport report;
+    IntegrityReport report{ReportPath()};
     LookAhead ahead{Dirs().Path()};
     RowGroups groups;
     std::int64_t value = 0; // files done

@@ -1,6 +1,7 @@
 #include "runtime/collation.h"
 
 #include "runtime/text.h"
+#include "runtime/utf8.h"
 
 #include <utf8proc.h>
 

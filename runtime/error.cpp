@@ -1,6 +1,6 @@
 #include "runtime/error.h"
 
-#include "runtime/text.h"
+#include "runtime/utf8.h"
 
 #include <cerrno>
 #include <system_error>

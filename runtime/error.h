@@ -53,7 +53,7 @@ public:
 // number that means the same, with the operating system's own words as the description.
 RuntimeError FileError(int errnoValue);
 
-// The same with `path` (as ShownText, runtime/text.h, gives it) and ": " in front of the words.
+// The same with `path` (as ShownText, runtime/utf8.h, gives it) and ": " in front of the words.
 RuntimeError FileError(int errnoValue, const std::string &path);
 
 } // namespace runtime

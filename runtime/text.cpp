@@ -1,6 +1,7 @@
 #include "runtime/text.h"
 
 #include "runtime/error.h"
+#include "runtime/utf8.h"
 
 #include <utf8proc.h>
 
@@ -12,16 +13,6 @@ namespace runtime
 
 namespace
 {
-
-// The length of the valid UTF-8 character at the start of `text`, its code point in `codePoint`;
-// 0 when there is none.
-int NextCharacter(std::string_view text, utf8proc_int32_t &codePoint)
-{
-    const auto *bytes = reinterpret_cast<const utf8proc_uint8_t *>(text.data());
-    const auto length =
-        utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(text.size()), &codePoint);
-    return length > 0 && codePoint >= 0 ? static_cast<int>(length) : 0;
-}
 
 // Each valid character mapped, every other byte as it is.
 std::string MapCharacters(std::string_view utf8, utf8proc_int32_t (*map)(utf8proc_int32_t))
@@ -43,37 +34,6 @@ std::string MapCharacters(std::string_view utf8, utf8proc_int32_t (*map)(utf8pro
         utf8.remove_prefix(static_cast<std::size_t>(length));
     }
     return result;
-}
-
-void AppendHex(std::string &text, std::string_view bytes)
-{
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    for (const char c : bytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        text.append("\\x").append({kDigits[byte >> 4], kDigits[byte & 15]});
-    }
-}
-
-// `text` with its control characters but those in `kept` as hexadecimal digits.
-std::string WithoutControls(std::string_view text, std::string_view kept)
-{
-    std::string shown;
-    shown.reserve(text.size());
-    while (!text.empty()) {
-        utf8proc_int32_t codePoint = 0;
-        const int length = NextCharacter(text, codePoint);
-        const auto character = text.substr(0, static_cast<std::size_t>(std::max(length, 1)));
-        const auto byte = static_cast<unsigned char>(character[0]);
-        const bool control = length == 0
-                                 ? byte >= 0x80 && byte < 0xA0
-                                 : codePoint < 0x20 || (codePoint >= 0x7F && codePoint < 0xA0);
-        if (control && kept.find(character[0]) == std::string_view::npos)
-            AppendHex(shown, character);
-        else
-            shown.append(character);
-        text.remove_prefix(character.size());
-    }
-    return shown;
 }
 
 } // namespace
@@ -172,12 +132,6 @@ std::vector<std::string> Split(std::string_view text, std::string_view separator
     return pieces;
 }
 
-bool IsAscii(std::string_view text)
-{
-    return std::all_of(text.begin(), text.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 std::string UpperAscii(std::string_view text)
 {
     std::string result(text);
@@ -205,30 +159,6 @@ std::string LowerText(std::string_view utf8)
 bool EqualText(std::string_view first, std::string_view second)
 {
     return UpperText(first) == UpperText(second);
-}
-
-std::string ShownText(std::string_view text)
-{
-    return WithoutControls(text, "");
-}
-
-std::string ShownLines(std::string_view text)
-{
-    return WithoutControls(text, "\t\r\n");
-}
-
-bool IsUtf8(std::string_view text)
-{
-    if (IsAscii(text))
-        return true;
-    while (!text.empty()) {
-        utf8proc_int32_t codePoint = 0;
-        const int length = NextCharacter(text, codePoint);
-        if (length == 0)
-            return false;
-        text.remove_prefix(static_cast<std::size_t>(length));
-    }
-    return true;
 }
 
 } // namespace runtime

@@ -3,6 +3,8 @@
 // UTF-8. No state.
 #pragma once
 
+#include "runtime/utf8.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -58,19 +60,5 @@ constexpr char UpperAscii(char c)
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 bool EqualAscii(std::string_view first, std::string_view second);
-
-// Whether all bytes are below 0x80.
-bool IsAscii(std::string_view text);
-
-// `text` for a reader of one line: every control character, and every byte of 0x80 to 0x9F that is
-// not part of valid UTF-8, as "\x" and two hexadecimal digits a byte, so that no name of a file can
-// drive a terminal or forge a line. All else stays byte for byte.
-std::string ShownText(std::string_view text);
-
-// The same with tabs and line ends (CR, LF) as they are.
-std::string ShownLines(std::string_view text);
-
-// Whether `text` is well-formed UTF-8 (RFC 3629: no surrogates, no overlong forms).
-bool IsUtf8(std::string_view text);
 
 } // namespace runtime

@@ -1,6 +1,5 @@
 #include "catalogue/regeneration/integrityreport.h"
 
-#include "catalogue/regeneration.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
 #include "shell/globals.h"
@@ -10,20 +9,10 @@
 namespace catalogue
 {
 
-namespace
-{
-
-[[noreturn]] void Fail(int errnoValue)
-{
-    throw runtime::FileError(errnoValue, ReportPath());
-}
-
-} // namespace
-
-IntegrityReport::IntegrityReport() : m_file(ReportPath())
+IntegrityReport::IntegrityReport(const std::string &path) : m_path(path), m_file(path)
 {
     if (!m_file)
-        Fail(errno);
+        throw runtime::FileError(errno, m_path);
     Write({"   This file was created with Quenlin (By Orvald Tamsin)", "",
            "   If you have any suggestion, comment, bug report, or whatever,",
            "you can send me an email to " + std::string(shell::kSupportAddress),
@@ -58,7 +47,7 @@ void IntegrityReport::Write(std::initializer_list<std::string_view> lines)
     for (const std::string_view line : lines)
         bytes.append(line).append("\r\n");
     if (!m_file.Append(bytes))
-        Fail(errno);
+        throw runtime::FileError(errno, m_path);
 }
 
 } // namespace catalogue

@@ -17,7 +17,7 @@ class IntegrityReport
 {
 public:
     // Truncates the file and writes the heading. Errors: FileError with its path when that fails.
-    IntegrityReport();
+    explicit IntegrityReport(const std::string &path);
 
     // Appends the entry for a file that lacks one tag or both; true when it lacks one.
     // Errors: FileError with its path when it cannot be written.
@@ -30,6 +30,7 @@ public:
 private:
     void Write(std::initializer_list<std::string_view> lines);
 
+    std::string m_path;
     platform::posix::Appender m_file;
 };
 

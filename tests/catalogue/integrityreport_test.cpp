@@ -35,7 +35,7 @@ struct Report : testing::Test {
 
 TEST_F(Report, WithoutEntriesTellsSuccess)
 {
-    catalogue::IntegrityReport report;
+    catalogue::IntegrityReport report(catalogue::ReportPath());
     report.Close(true, "/music", "21.11.2026 01:04:50");
     EXPECT_EQ(Written(), kHeading + "  Quenlin succeded getting the information of each file\r\n"
                                     "\r\n\r\n"
@@ -45,7 +45,7 @@ TEST_F(Report, WithoutEntriesTellsSuccess)
 
 TEST_F(Report, HasAnEntryForEachFileThatLacksATag)
 {
-    catalogue::IntegrityReport report;
+    catalogue::IntegrityReport report(catalogue::ReportPath());
     EXPECT_TRUE(report.LogTagFailure("/m/none.mp3", false, false));
     EXPECT_TRUE(report.LogTagFailure("/m/first\n'\xE9.mp3", true, false));
     EXPECT_TRUE(report.LogTagFailure("/m/second.mp3", false, true));
@@ -68,18 +68,18 @@ TEST_F(Report, HasAnEntryForEachFileThatLacksATag)
 TEST_F(Report, IsWrittenFreshOnEachRun)
 {
     {
-        catalogue::IntegrityReport report;
+        catalogue::IntegrityReport report(catalogue::ReportPath());
         report.LogTagFailure("/m/old.mp3", false, false);
     }
     EXPECT_NE(Written().find("old.mp3"), std::string::npos);
-    catalogue::IntegrityReport report;
+    catalogue::IntegrityReport report(catalogue::ReportPath());
     EXPECT_EQ(Written(), kHeading);
 }
 
 TEST_F(Report, KeepsAllEntriesOfALongRun)
 {
     {
-        catalogue::IntegrityReport report;
+        catalogue::IntegrityReport report(catalogue::ReportPath());
         for (int i = 0; i < 5000; i++)
             report.LogTagFailure("/m/" + std::to_string(i) + ".mp3", false, false);
     }
@@ -93,7 +93,7 @@ TEST_F(Report, KeepsAllEntriesOfALongRun)
 
 TEST_F(Report, HasEachEntryAtOnceAndAgainAfterItWasDeleted)
 {
-    catalogue::IntegrityReport report;
+    catalogue::IntegrityReport report(catalogue::ReportPath());
     report.LogTagFailure("/m/1.mp3", false, false);
     EXPECT_NE(Written().find("/m/1.mp3"), std::string::npos) << "a kill now loses nothing";
     std::filesystem::remove(catalogue::ReportPath());
@@ -105,7 +105,7 @@ TEST_F(Report, ThatCannotBeWrittenIsAnError)
 {
     std::filesystem::create_directory(catalogue::ReportPath());
     try {
-        const catalogue::IntegrityReport report;
+        const catalogue::IntegrityReport report(catalogue::ReportPath());
         ADD_FAILURE();
     } catch (const runtime::RuntimeError &error) {
         EXPECT_EQ(error.number, runtime::kPathFileAccess);

@@ -5,10 +5,10 @@
 #pragma once
 
 #include "ui/controls/form.h"
+#include "ui/qt/widgetmakers.h"
 
 #include <QObject>
 #include <QWidget>
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -46,10 +46,5 @@ private:
     std::vector<FormWindow *> m_windows;              // in the order of loading; deleted by Sweep
     std::vector<std::unique_ptr<ui::Form>> m_retired; // end after their windows
 };
-
-// Makes the widget of a control of a window's own kind, a ui::Area among its members; called when a
-// window of that name is built. The widget belongs to its parent, and the form outlives it.
-using WidgetMaker = std::function<QWidget *(ui::Form &form, QWidget *parent)>;
-void RegisterWidget(std::string_view formName, std::string_view controlName, WidgetMaker make);
 
 } // namespace ui::qt

@@ -7,6 +7,7 @@
 #include "ui/qt/qttext.h"
 #include "ui/qt/statusbarview.h"
 #include "ui/qt/treeview.h"
+#include "ui/qt/widgetmakers.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -35,12 +36,6 @@ namespace
 // What a window that can be resized opens with at the most, where its own size is not larger: it
 // then fits a screen of 800 by 600 pixels.
 constexpr QSize kSmallScreen(790, 560);
-
-std::map<std::pair<std::string, std::string>, WidgetMaker, std::less<>> &Makers()
-{
-    static std::map<std::pair<std::string, std::string>, WidgetMaker, std::less<>> makers;
-    return makers;
-}
 
 // The codes of keys as the KeyDown event has them.
 int CodeOf(const QKeyEvent &event)
@@ -99,11 +94,6 @@ const void *AddressOf(const Control *control)
 }
 
 } // namespace
-
-void RegisterWidget(std::string_view formName, std::string_view controlName, WidgetMaker make)
-{
-    Makers()[{std::string(formName), std::string(controlName)}] = std::move(make);
-}
 
 FormWindow::FormWindow(ui::Form &form, QWidget *parent) : QDialog(parent), m_form(form)
 {
@@ -182,9 +172,8 @@ QWidget *FormWindow::Make(const ui::Member &member, QWidget *parent, bool isBudd
 QWidget *FormWindow::MakeArea(const std::string &controlName, ui::Area &area, QWidget *parent,
                               Binding binding)
 {
-    const auto maker = Makers().find(std::pair(m_form.name, controlName));
-    if (maker != Makers().end())
-        return maker->second(m_form, parent);
+    if (const WidgetMaker *maker = FindWidgetMaker(m_form.name, controlName))
+        return (*maker)(m_form, parent);
     auto *widget = new QWidget(parent);
     Bind(area, widget, [&area, widget, binding] { ShowControl(area, widget, binding); });
     return widget;

@@ -1,7 +1,7 @@
 // ui/qt/formwindow.h - the window of one ui::Form; made and ended by ui/qt/form.
 #pragma once
 
-#include "ui/qt/form.h"
+#include "ui/controls/form.h"
 #include "ui/qt/inputbindings.h"
 
 #include <QDialog>
