@@ -1,5 +1,6 @@
 // The statement builder of ADOclass, and its INI helpers.
 #include "catalogue/adoclass.h"
+#include "catalogue/sql/statementparams.h"
 #include "platform/desktop.h"
 #include "platform/inireader.h"
 #include "platform/machine.h"
@@ -23,75 +24,78 @@ void ShowBox(std::string_view text)
 }
 
 // The value as a literal of the field's type; apostrophes inside are doubled.
-template <typename Campo>
-std::string LiteralOf(const Campo &campo)
+template <typename Field>
+std::string LiteralOfField(const Field &field)
 {
-    std::string literal;
-    Value value = campo.value;
-    if (auto *text = std::get_if<std::string>(&value); text && campo.type == DatoType::Text) {
-        ADOclass::AddDato(value, campo.type, campo.width, literal);
-        const auto inside = std::string_view(literal).substr(1, literal.size() - 2);
-        return "'" + runtime::Replace(inside, "'", "''") + "'";
-    }
-    return ADOclass::AddDato(value, campo.type, campo.width, literal);
+    const std::string literal = LiteralOf(field.value, field.type, field.width);
+    if (field.type != DatoType::Text || !std::holds_alternative<std::string>(field.value))
+        return literal;
+    const auto inside = std::string_view(literal).substr(1, literal.size() - 2);
+    return "'" + runtime::Replace(inside, "'", "''") + "'";
 }
 
 // What `form` makes of each field, joined by `separator`.
-template <typename Campos, typename Form>
-std::string Join(const Campos &campos, std::string_view separator, const Form &form)
+template <typename Fields, typename Form>
+std::string Join(const Fields &fields, std::string_view separator, const Form &form)
 {
     std::string text;
-    for (const auto &campo : campos) {
+    for (const auto &field : fields) {
         if (!text.empty())
             text += separator;
-        text += form(campo);
+        text += form(field);
     }
     return text;
 }
 
-template <typename Campos>
-std::string Assignments(const Campos &campos, std::string_view separator)
+template <typename Fields>
+std::string Assignments(const Fields &fields, std::string_view separator)
 {
-    return Join(campos, separator,
-                [](const auto &campo) { return campo.name + " = " + LiteralOf(campo); });
+    return Join(fields, separator,
+                [](const auto &field) { return field.name + " = " + LiteralOfField(field); });
 }
 
-template <typename Campos>
-std::string Names(const Campos &campos)
+template <typename Fields>
+std::string Names(const Fields &fields)
 {
-    return Join(campos, ", ", [](const auto &campo) { return campo.name; });
+    return Join(fields, ", ", [](const auto &field) { return field.name; });
 }
 
 } // namespace
 
+std::string ADOclass::AddDato(const Value &value, DatoType type, int width, std::string &literal)
+{
+    literal = LiteralOf(value, type, width);
+    return literal;
+}
+
 void ADOclass::Reset()
 {
-    m_campos.clear();
-    m_camposClave.clear();
+    m_fields.clear();
+    m_keyFields.clear();
     TableName.clear();
 }
 
 void ADOclass::Clear()
 {
-    for (auto *list : {&m_campos, &m_camposClave})
-        for (auto &campo : *list)
-            campo.value = {};
+    for (auto *list : {&m_fields, &m_keyFields})
+        for (auto &field : *list)
+            field.value = {};
 }
 
-void ADOclass::AddTo(Campos &list, const std::string &name, DatoType type, int width)
+void ADOclass::AddTo(Fields &list, const std::string &name, DatoType type, int width)
 {
-    for (const auto &campo : list)
-        if (runtime::EqualText(campo.name, name))
+    for (const auto &field : list)
+        if (runtime::EqualText(field.name, name))
             return;
     list.push_back({name, type, width, {}});
 }
 
-bool ADOclass::SetIn(Campos &list, const std::string &name, const Value &value)
+bool ADOclass::SetIn(Fields &list, const std::string &name, const Value &value)
 {
-    for (auto &campo : list) {
-        if (!runtime::EqualText(campo.name, name))
+    for (auto &field : list) {
+        if (!runtime::EqualText(field.name, name))
             continue;
-        campo.value = value;
+        field.value = value;
         return true;
     }
     return false;
@@ -99,47 +103,47 @@ bool ADOclass::SetIn(Campos &list, const std::string &name, const Value &value)
 
 void ADOclass::AddCampo(const std::string &name, DatoType type, int width)
 {
-    AddTo(m_campos, name, type, width);
+    AddTo(m_fields, name, type, width);
 }
 
 void ADOclass::AddCampoClave(const std::string &name, DatoType type, int width)
 {
-    AddTo(m_camposClave, name, type, width);
+    AddTo(m_keyFields, name, type, width);
 }
 
 void ADOclass::SetCampo(const std::string &name, const Value &value)
 {
-    if (!SetIn(m_campos, name, value))
+    if (!SetIn(m_fields, name, value))
         ShowBox("Campo no encontrado.");
 }
 
 void ADOclass::SetCampoClave(const std::string &name, const Value &value)
 {
-    if (!SetIn(m_camposClave, name, value))
+    if (!SetIn(m_keyFields, name, value))
         ShowBox("Campo clave no encontrado.");
 }
 
 std::string ADOclass::GetSelectString() const
 {
-    return "SELECT " + Names(m_campos) + "\rFROM " + TableName + "\rWHERE " +
-           Assignments(m_camposClave, " AND ");
+    return "SELECT " + Names(m_fields) + "\rFROM " + TableName + "\rWHERE " +
+           Assignments(m_keyFields, " AND ");
 }
 
 std::string ADOclass::GetInsertString() const
 {
-    return "INSERT INTO " + TableName + "\r(" + Names(m_campos) + ")\rVALUES (" +
-           Join(m_campos, ", ", [](const Campo &campo) { return LiteralOf(campo); }) + ")";
+    return "INSERT INTO " + TableName + "\r(" + Names(m_fields) + ")\rVALUES (" +
+           Join(m_fields, ", ", [](const Field &field) { return LiteralOfField(field); }) + ")";
 }
 
 std::string ADOclass::GetDeleteString() const
 {
-    return "DELETE * FROM " + TableName + "\rWHERE " + Assignments(m_camposClave, " AND ");
+    return "DELETE * FROM " + TableName + "\rWHERE " + Assignments(m_keyFields, " AND ");
 }
 
 std::string ADOclass::GetUpdateString() const
 {
-    return "UPDATE " + TableName + "\rSET " + Assignments(m_campos, ", ") + "\rWHERE " +
-           Assignments(m_camposClave, " AND ");
+    return "UPDATE " + TableName + "\rSET " + Assignments(m_fields, ", ") + "\rWHERE " +
+           Assignments(m_keyFields, " AND ");
 }
 
 Outcome ADOclass::ExeSelect()

@@ -1,9 +1,9 @@
 #include "catalogue/adoclass.h"
 
-#include "catalogue/provider.h"
-#include "catalogue/rowgroups.h"
+#include "catalogue/engines.h"
 #include "catalogue/rows/rowtable.h"
 #include "catalogue/sql/statementparams.h"
+#include "catalogue/sqlite/opengroup.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
 #include "runtime/text.h"
@@ -232,6 +232,11 @@ void ADOclass::Fail(std::string_view description, std::string_view statement)
 {
     ErrorMessage = MessageOf(description, statement);
     Succeeded = false;
+}
+
+int ADOclass::TipoConsulta(std::string_view statement)
+{
+    return KindOf(statement);
 }
 
 std::string ADOclass::GetStringConnection()

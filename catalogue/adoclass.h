@@ -2,6 +2,7 @@
 // queries, and tells failure by two public members instead of exceptions. Texts are UTF-8.
 #pragma once
 
+#include "catalogue/params.h"
 #include "catalogue/recordset.h"
 
 #include <cstdint>
@@ -19,54 +20,11 @@ namespace catalogue
 class Connection; // catalogue/provider.h
 struct Statement;
 
-// The kinds of statement that ExecuteSQL takes. kStoredQuery is added to one of the others.
-enum StatementKind : int {
-    kDetect = -1, // by TipoConsulta; the detected kind comes back in the same argument
-    kSelect = 1,
-    kInsert = 2,
-    kDelete = 4,
-    kUpdate = 8,
-    kOther = 16,
-    kStoredQuery = 32,
-    kStoredSelect = kStoredQuery + kSelect, // 33
-    kStoredInsert = kStoredQuery + kInsert, // 34
-    kStoredUpdate = kStoredQuery + kUpdate, // 40
-};
-
-// The parameters of a statement: none, one value, or an array of values from index 0.
-using Params = std::variant<std::monostate, Value, std::vector<Value>>;
-
-// The second parameter of "SEL_ByPath" that excludes nothing: no path holds this character.
-inline constexpr std::string_view kNoExclusion = "·";
-
-// What becomes of a marker that no value is left for: it stays in the statement, which then fails,
-// or it is the empty text.
-enum class LeftOver { Stays, IsEmpty };
-
-// The text that stands in a statement for each parameter.
-struct Marker {
-    Marker(const char *words) : text(words) {} // NOLINT(google-explicit-constructor)
-    Marker(std::string_view words,
-           LeftOver rest = LeftOver::Stays) // NOLINT(google-explicit-constructor)
-        : text(words), leftOver(rest)
-    {
-    }
-
-    std::string_view text;
-    LeftOver leftOver = LeftOver::Stays;
-};
-
 // What ExecuteSQL hands back: nothing, the result set, whether it succeeded, or a field count.
 using Outcome = std::variant<std::monostate, RecordsetPtr, bool, int>;
 
 // The result set in `outcome`; null when it holds something else.
 RecordsetPtr Records(const Outcome &outcome);
-
-// The type that a value is written as in a statement; the numbers are those of variants.
-enum class DatoType : int { Number = 5, Date = 7, Text = 8, Flag = 11 };
-
-// The type of the value itself; the empty variant counts as text.
-DatoType TypeOf(const Value &value);
 
 class ADOclass
 {
@@ -188,13 +146,13 @@ protected:
     ADOclass(InStep, const ADOclass &other);
 
 private:
-    struct Campo {
+    struct Field {
         std::string name;
         DatoType type = DatoType::Text;
         int width = 0;
         Value value;
     };
-    using Campos = std::vector<Campo>;
+    using Fields = std::vector<Field>;
 
     Outcome ExecutePlain(const Statement &statement, int kind);
     Outcome ExecuteStored(const std::string &name, int kind, const Params &params);
@@ -202,12 +160,12 @@ private:
     void Fail(std::string_view description, std::string_view statement);
     std::shared_ptr<Connection> Connect(const std::string &connectionText);
     void CloseConnection();
-    static void AddTo(Campos &list, const std::string &name, DatoType type, int width);
-    static bool SetIn(Campos &list, const std::string &name, const Value &value);
+    static void AddTo(Fields &list, const std::string &name, DatoType type, int width);
+    static bool SetIn(Fields &list, const std::string &name, const Value &value);
 
-    std::shared_ptr<Connection> m_connection; // also a running statement's
-    std::optional<std::string> m_openFailure; // words of an open that failed in silence
-    Campos m_campos, m_camposClave;
+    std::shared_ptr<Connection> m_connection;            // also a running statement's
+    std::optional<std::string> m_openFailure;            // words of an open that failed in silence
+    Fields m_fields, m_keyFields;                        // of the statement builder
     std::string m_connectionText;                        // the last one that was resolved
     std::function<std::unique_ptr<Connection>()> m_open; // what it was resolved to
     const bool m_joinsGroup = false;                     // the object is that of a RowStep

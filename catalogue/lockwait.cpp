@@ -1,6 +1,6 @@
 #include "catalogue/lockwait.h"
 
-#include "catalogue/sqlite/sqlitehandle.h"
+#include "catalogue/machineclock.h"
 #include "platform/desktop.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"

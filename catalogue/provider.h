@@ -1,5 +1,5 @@
-// catalogue/provider.h - what ADOclass asks of a database engine. The engine is chosen by the
-// connection string's own words; another one is one more entry in Providers().
+// catalogue/provider.h - what ADOclass asks of a database engine; the engines are in
+// catalogue/engines.h.
 #pragma once
 
 #include "catalogue/recordset.h"
@@ -81,23 +81,5 @@ public:
 
 // Opens a connection to one database. Errors: ProviderFailure.
 using Opener = std::function<std::unique_ptr<Connection>()>;
-
-// An engine: the word after "Provider=", and what it makes of a connection string.
-struct Provider {
-    std::string name;
-    std::function<Opener(const std::string &connectionString)> resolve;
-};
-
-// The engines known; a test may put one in and takes it out again.
-std::vector<Provider> &Providers();
-
-// How the engine that the string names opens its database. The string is read here, so that many
-// connections to one database cost this once.
-// Errors: ProviderFailure; kNoProvider when there is no engine of that name.
-Opener ResolveConnection(const std::string &connectionString);
-
-// The value of `key` in a connection string of "key=value" parts between ";" (names without regard
-// to letter case); empty when it has none.
-std::string ConnectionPart(std::string_view connectionString, std::string_view key);
 
 } // namespace catalogue

@@ -1,142 +1,29 @@
 #include "catalogue/rowgroups.h"
 
-#include "catalogue/sqlite/groupstate.h"
+#include "catalogue/machineclock.h"
+#include "catalogue/sqlite/cataloguefile.h"
 
-#include <functional>
 #include <utility>
-#include <vector>
 
 namespace catalogue
 {
 
-namespace
-{
-
-using Tell = std::function<void(const std::string &lost)>;
-
-struct State {
-    int groups = 0;                      // living RowGroups
-    std::shared_ptr<CatalogueFile> file; // with the open group; null = none is open
-    std::int64_t sinceMs = 0;            // when the open group began
-    std::int64_t lastRowMs = 0;          // when the last step ended
-    bool isRowStart = false;             // no statement of the step has run yet
-    std::uint64_t begun = 0;             // groups so far
-    bool isSlow = false;
-    std::string stepFailure;   // what ended the step before its time; empty = nothing
-    std::vector<Tell> waiting; // for the open group to be settled
-};
-
-State &TheState()
-{
-    static State state;
-    return state;
-}
-
-// Tells all that wait how the group ended.
-void Settle(const std::string &lost)
-{
-    for (const Tell &tell : std::exchange(TheState().waiting, {}))
-        tell(lost);
-}
-
-// Commits the open group, if any. The words of the failure, else nothing.
-std::string CommitGroup()
-{
-    const auto file = std::exchange(TheState().file, nullptr);
-    std::string failure;
-    if (file) {
-        try {
-            file->Commit(file->Main());
-        } catch (const ProviderFailure &words) {
-            failure = words.description;
-        }
-        Settle(failure);
-    }
-    return failure;
-}
-
-// Whether the last failure on this connection is one of the disk or the memory, or an interruption,
-// and not of the statement.
-bool IsOutOfOrder(sqlite3 *db)
-{
-    const int code = sqlite3_errcode(db) & 0xFF;
-    return code == SQLITE_FULL || code == SQLITE_IOERR || code == SQLITE_NOMEM ||
-           code == SQLITE_INTERRUPT || code == SQLITE_CORRUPT || code == SQLITE_READONLY;
-}
-
-} // namespace
-
-GroupLimits &TheGroupLimits()
-{
-    static GroupLimits limits;
-    return limits;
-}
-
-void JoinGroup(const std::shared_ptr<CatalogueFile> &file)
-{
-    State &state = TheState();
-    if (!state.stepFailure.empty())
-        throw ProviderFailure(kStatementFailure, state.stepFailure);
-    if (std::exchange(state.isRowStart, false)) {
-        const auto now = MachineMs();
-        state.isSlow = state.groups > 0 && now - state.lastRowMs > TheGroupLimits().slowReadMs;
-        if (state.file &&
-            (now - state.sinceMs >= TheGroupLimits().groupMs || state.file->SomeoneWaits()))
-            CommitGroup();
-    }
-    if (state.file && state.file != file)
-        CommitGroup();
-    if (state.file)
-        return;
-    file->BeginWrite(file->Main());
-    state.file = file;
-    ++state.begun;
-    state.sinceMs = MachineMs();
-}
-
-void StatementFailedInGroup(const std::string &description)
-{
-    State &state = TheState();
-    if (!state.file)
-        return;
-    sqlite3 *db = state.file->Main().Db();
-    const bool isUndone = sqlite3_get_autocommit(db) != 0;
-    if (isUndone || IsOutOfOrder(db))
-        state.stepFailure = description;
-    if (!isUndone)
-        return;
-    const auto file = std::exchange(state.file, nullptr);
-    file->RollBack(file->Main());
-    Settle(description);
-}
-
-void CloseOpenGroup()
-{
-    CommitGroup();
-}
-
-void CloseCatalogue()
-{
-    CloseOpenGroup();
-    CatalogueFile::CloseAll();
-}
-
 RowGroups::RowGroups()
 {
-    State &state = TheState();
+    OpenGroup &state = TheOpenGroup();
     if (state.groups++ == 0)
         state.lastRowMs = MachineMs();
 }
 
 RowGroups::~RowGroups()
 {
-    if (--TheState().groups == 0)
+    if (--TheOpenGroup().groups == 0)
         CloseOpenGroup();
 }
 
 void RowGroups::WhenSettled(std::function<void(const std::string &lost)> tell)
 {
-    State &state = TheState();
+    OpenGroup &state = TheOpenGroup();
     if (state.file)
         state.waiting.push_back(std::move(tell));
     else
@@ -150,7 +37,7 @@ void RowGroups::Close()
 
 RowStep::RowStep(const ADOclass &access) : m_access(access)
 {
-    State &state = TheState();
+    OpenGroup &state = TheOpenGroup();
     m_begunBefore = state.begun;
     state.isRowStart = true;
     state.stepFailure.clear();
@@ -163,19 +50,19 @@ RowStep::~RowStep()
 
 bool RowStep::HasBegun() const
 {
-    return TheState().begun != m_begunBefore;
+    return TheOpenGroup().begun != m_begunBefore;
 }
 
 std::uint64_t RowStep::GroupNo() const
 {
-    return TheState().begun;
+    return TheOpenGroup().begun;
 }
 
 std::string RowStep::Finish()
 {
     if (std::exchange(m_isFinished, true))
         return {};
-    State &state = TheState();
+    OpenGroup &state = TheOpenGroup();
     std::string failure = std::exchange(state.stepFailure, {});
     state.lastRowMs = MachineMs();
     const bool mayStayOpen = state.groups > 0 && !state.isSlow && !IsWaitingForLock();
@@ -188,20 +75,21 @@ std::string RowStep::Finish()
 }
 
 JointWrites::JointWrites()
-    : m_isOpen(TheState().file && TheState().file->Main().RunOwn("SAVEPOINT joint") == SQLITE_OK)
+    : m_isOpen(TheOpenGroup().file &&
+               TheOpenGroup().file->Main().RunOwn("SAVEPOINT joint") == SQLITE_OK)
 {
 }
 
 JointWrites::~JointWrites()
 {
-    if (m_isOpen && TheState().file)
-        TheState().file->Main().RunOwn("ROLLBACK TO joint; RELEASE joint");
+    if (m_isOpen && TheOpenGroup().file)
+        TheOpenGroup().file->Main().RunOwn("ROLLBACK TO joint; RELEASE joint");
 }
 
 void JointWrites::Keep()
 {
-    if (std::exchange(m_isOpen, false) && TheState().file)
-        TheState().file->Main().RunOwn("RELEASE joint");
+    if (std::exchange(m_isOpen, false) && TheOpenGroup().file)
+        TheOpenGroup().file->Main().RunOwn("RELEASE joint");
 }
 
 platform::Answer GroupClosingDesktop::MessageBox(std::string_view text, platform::Buttons buttons,

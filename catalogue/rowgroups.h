@@ -1,10 +1,12 @@
 // catalogue/rowgroups.h - when rows reach the disk together. A statement commits at once; only
 // regeneration and batch may group the rows they add, up to 100 ms of work. A kill loses at most
-// the open group, and other processes wait no longer than for the row under way.
+// the open group, and other processes wait no longer than for the row under way. CloseOpenGroup and
+// CloseCatalogue, which others call, are in catalogue/sqlite/opengroup.h.
 #pragma once
 
 #include "catalogue/adoclass.h"
 #include "catalogue/lockwait.h"
+#include "catalogue/sqlite/opengroup.h"
 #include "platform/desktop.h"
 
 #include <cstdint>
@@ -14,15 +16,6 @@
 
 namespace catalogue
 {
-
-// When an open group is committed. A test sets other limits.
-struct GroupLimits {
-    std::int64_t groupMs = 100; // of work; a kill loses no more
-    std::int64_t slowReadMs =
-        20; // between two rows. Where files come slower, each row is committed
-            // at once: the catalogue is not locked while a file is read.
-};
-GroupLimits &TheGroupLimits();
 
 // While one lives, the rows of several RowSteps are committed together. Regeneration and batch hold
 // one for their whole run; one inside another changes nothing.
@@ -103,16 +96,6 @@ public:
 private:
     bool m_isOpen;
 };
-
-// Commits the open group of rows, if any, so that the catalogue is not locked. To be called before
-// anything that may take long: a box, a dialog, a modal window, a read from a slow disk. Errors:
-// none; RowGroups::WhenSettled reports them.
-void CloseOpenGroup();
-
-// Closes every connection to the catalogue that is kept warm; results that read late copy
-// themselves first, and the log goes into the file, so that the file alone is whole. At each
-// orderly end of the process; a statement afterwards opens anew.
-void CloseCatalogue();
 
 // A desktop that closes the open group before each box and dialog, and passes everything on. app/
 // puts it around the real one. DoEvents leaves the group open: a statement of an event handler

@@ -1,5 +1,6 @@
 #include "catalogue/rows/lazyrows.h"
 
+#include "catalogue/machineclock.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
 

@@ -68,11 +68,10 @@ std::string TextForm(const Value &value)
 
 std::string Literal(const Value &value)
 {
-    std::string literal;
     const auto type = TypeOf(value);
     if (type == DatoType::Text)
-        return ADOclass::AddDato(runtime::Replace(TextForm(value), "'", "''"), type, 0, literal);
-    return ADOclass::AddDato(value, type, 0, literal);
+        return LiteralOf(runtime::Replace(TextForm(value), "'", "''"), type);
+    return LiteralOf(value, type);
 }
 
 // `text`, cut in its middle where it is long.
@@ -191,29 +190,22 @@ DatoType TypeOf(const Value &value)
     return isNumber ? DatoType::Number : DatoType::Text;
 }
 
-std::string ADOclass::AddDato(const Value &value, DatoType type, int width, std::string &literal)
+std::string LiteralOf(const Value &value, DatoType type, int width)
 {
     const std::string text = TextForm(value);
     switch (type) {
     case DatoType::Text:
-        literal = "'";
-        literal += width >= 1 ? FirstCharacters(text, width) : std::string_view(text);
-        literal += "'";
-        break;
+        return "'" + std::string(width >= 1 ? FirstCharacters(text, width) : text) + "'";
     case DatoType::Flag: // any number other than 0 is true
-        literal = runtime::LeadingNumber(text) != 0 ? "-1" : "0";
-        break;
+        return runtime::LeadingNumber(text) != 0 ? "-1" : "0";
     case DatoType::Date:
-        literal = "#" + text + "#";
-        break;
+        return "#" + text + "#";
     default:
-        literal = runtime::Trim(text);
-        break;
+        return std::string(runtime::Trim(text));
     }
-    return literal;
 }
 
-int ADOclass::TipoConsulta(std::string_view statement)
+StatementKind KindOf(std::string_view statement)
 {
     // Two letters beyond ASCII have an upper case within it: the dotless i and the long s.
     std::string upper;

@@ -1,7 +1,7 @@
 // catalogue/sql/statementparams.h - puts parameters into a statement, as data. No state.
 #pragma once
 
-#include "catalogue/adoclass.h"
+#include "catalogue/params.h"
 #include "catalogue/provider.h"
 
 #include <string>
@@ -22,6 +22,12 @@ Statement SubstituteParams(std::string_view words, const Params &params, const M
 // The statement as a person reads it: each value written as a literal. A literal of more than 200
 // characters keeps its beginning and its end, and says how many characters are left out.
 std::string ReadableText(const Statement &statement);
+
+// The kind that the upper-cased text tells; see ADOclass::TipoConsulta.
+StatementKind KindOf(std::string_view statement);
+
+// `value` as a literal of `type`; see ADOclass::AddDato.
+std::string LiteralOf(const Value &value, DatoType type, int width = 0);
 
 // The parameters as a stored query takes them: an array with at least two elements as it stands;
 // one element, one value or none as one value.

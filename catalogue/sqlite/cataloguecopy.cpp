@@ -1,6 +1,7 @@
 #include "catalogue/sqlite/cataloguecopy.h"
 
 #include "catalogue/lockwait.h"
+#include "catalogue/machineclock.h"
 #include "catalogue/sqlite/cataloguefile.h"
 #include "platform/clock.h"
 #include "platform/files.h"

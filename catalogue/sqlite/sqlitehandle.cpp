@@ -1,6 +1,7 @@
 #include "catalogue/sqlite/sqlitehandle.h"
 
 #include "catalogue/lockwait.h"
+#include "catalogue/machineclock.h"
 #include "catalogue/sql/statementtext.h"
 #include "catalogue/sqlite/sqlitefunctions.h"
 #include "platform/endrequest.h"
@@ -282,17 +283,6 @@ std::string_view ColumnText(sqlite3_stmt *statement, int column)
     if (text == nullptr)
         return {};
     return {text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
-}
-
-std::int64_t MachineMs()
-{
-    using namespace std::chrono;
-    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
-}
-
-void MachineSleepUs(int microseconds)
-{
-    std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
 }
 
 } // namespace catalogue

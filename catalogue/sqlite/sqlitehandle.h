@@ -118,10 +118,4 @@ void BindValue(sqlite3_stmt *statement, int parameter, const Value &value);
 // The text of a column of the current row, NULs included; empty for a null.
 std::string_view ColumnText(sqlite3_stmt *statement, int column);
 
-// Steady milliseconds of the machine: processes wait for one another in real time.
-std::int64_t MachineMs();
-
-// Lets real time pass while another process holds a lock.
-void MachineSleepUs(int microseconds);
-
 } // namespace catalogue

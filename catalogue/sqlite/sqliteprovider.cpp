@@ -1,8 +1,8 @@
 #include "catalogue/sqlite/sqliteprovider.h"
 
-#include "catalogue/rowgroups.h"
+#include "catalogue/params.h"
 #include "catalogue/sqlite/cataloguefile.h"
-#include "catalogue/sqlite/groupstate.h"
+#include "catalogue/sqlite/opengroup.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
 

@@ -1,4 +1,4 @@
-#include "catalogue/provider.h"
+#include "catalogue/engines.h"
 #include "tests/catalogue/support.h"
 #include "tests/support/scripteddesktop.h"
 

@@ -1,4 +1,4 @@
-#include "catalogue/provider.h"
+#include "catalogue/engines.h"
 #include "catalogue/rows/rowtable.h"
 #include "shell/apppath.h"
 #include "tests/catalogue/support.h"

@@ -1,4 +1,4 @@
-#include "catalogue/provider.h"
+#include "catalogue/engines.h"
 
 #include "catalogue/sqlite/sqliteprovider.h"
 #include "runtime/text.h"

@@ -1,4 +1,5 @@
 #include "catalogue/rows/rowtable.h"
+
 #include "runtime/error.h"
 #include "runtime/text.h"
 

@@ -1,0 +1,56 @@
+// catalogue/params.h - the kinds of statements and their parameters, as ADOclass takes them.
+#pragma once
+
+#include "catalogue/recordset.h"
+
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace catalogue
+{
+
+// The kinds of statement that ExecuteSQL takes. kStoredQuery is added to one of the others.
+enum StatementKind : int {
+    kDetect = -1, // by TipoConsulta; the detected kind comes back in the same argument
+    kSelect = 1,
+    kInsert = 2,
+    kDelete = 4,
+    kUpdate = 8,
+    kOther = 16,
+    kStoredQuery = 32,
+    kStoredSelect = kStoredQuery + kSelect, // 33
+    kStoredInsert = kStoredQuery + kInsert, // 34
+    kStoredUpdate = kStoredQuery + kUpdate, // 40
+};
+
+// The parameters of a statement: none, one value, or an array of values from index 0.
+using Params = std::variant<std::monostate, Value, std::vector<Value>>;
+
+// The second parameter of "SEL_ByPath" that excludes nothing: no path holds this character.
+inline constexpr std::string_view kNoExclusion = "·";
+
+// What becomes of a marker that no value is left for: it stays in the statement, which then fails,
+// or it is the empty text.
+enum class LeftOver { Stays, IsEmpty };
+
+// The text that stands in a statement for each parameter.
+struct Marker {
+    Marker(const char *words) : text(words) {} // NOLINT(google-explicit-constructor)
+    Marker(std::string_view words,
+           LeftOver rest = LeftOver::Stays) // NOLINT(google-explicit-constructor)
+        : text(words), leftOver(rest)
+    {
+    }
+
+    std::string_view text;
+    LeftOver leftOver = LeftOver::Stays;
+};
+
+// The type that a value is written as in a statement; the numbers are those of variants.
+enum class DatoType : int { Number = 5, Date = 7, Text = 8, Flag = 11 };
+
+// The type of the value itself; the empty variant counts as text.
+DatoType TypeOf(const Value &value);
+
+} // namespace catalogue
