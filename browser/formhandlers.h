@@ -1,4 +1,4 @@
-// browser/formhandlers.h - parts of the main form's load that mainform.cpp calls.
+// browser/formhandlers.h - parts of the main form's load that formload.cpp calls.
 #pragma once
 
 #include "browser/mainform.h"

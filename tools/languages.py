@@ -279,7 +279,7 @@ def boxes(wanted, source):
 
 # Look-ups whose keys come from a table: the expression of the key in its file, and what reads the table.
 TABLES = {
-    "browser/mainform.cpp": {"name.substr(6)": None, "name.substr(3)": None,
+    "browser/formload.cpp": {"name.substr(6)": None, "name.substr(3)": None,
                              "line.name.substr(isMenu ? 3 : 6)": None},  # see commands.cpp
     "browser/formcommands.cpp": {"line.languageKey": None},              # see commands.cpp
     "browser/commands.cpp": {"kMenuLines": menus},

@@ -1,7 +1,5 @@
 #include "platform/posix/systemfiles.h"
 
-#include "platform/posix/readahead.h"
-
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/stat.h>
@@ -44,12 +42,6 @@ bool IsInMemory(int handle)
 }
 
 } // namespace
-
-Files &SystemFiles()
-{
-    static posix::ReadAheadFiles files;
-    return files;
-}
 
 namespace posix
 {

@@ -1,10 +1,9 @@
-#include "browser/mainform.h"
-
 #include "browser/exportfiles.h"
 #include "browser/fieldtree.h"
 #include "browser/formhandlers.h"
 #include "browser/itemlist.h"
 #include "browser/liststate.h"
+#include "browser/mainform.h"
 #include "browser/webpanel.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/regeneration.h"

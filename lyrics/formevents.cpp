@@ -1,5 +1,4 @@
 #include "lyrics/lyricsform.h"
-
 #include "lyrics/marks.h"
 #include "platform/machine.h"
 #include "platform/windows.h"

@@ -1,0 +1,13 @@
+// The files port that the program works with.
+#include "platform/posix/readahead.h"
+
+namespace platform
+{
+
+Files &SystemFiles()
+{
+    static posix::ReadAheadFiles files;
+    return files;
+}
+
+} // namespace platform
