@@ -9,11 +9,10 @@
 #include "metadata/mp3info.h"
 #include "metadata/tagframes.h"
 #include "metadata/tagwriter.h"
-#include "platform/clock.h"
-#include "platform/desktop.h"
 #include "platform/machine.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
+#include "tests/support/silentdesktop.h"
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -34,37 +33,13 @@ namespace fs = std::filesystem;
 namespace
 {
 
-struct QuietDesk : platform::Desktop, platform::Clock {
+struct QuietDesk : tests::SilentDesktop, tests::WaitedClock {
     platform::Answer MessageBox(std::string_view text, platform::Buttons, std::string_view,
                                 platform::BoxIcon) override
     {
         std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
         std::exit(1);
     }
-    std::optional<std::string> InputBox(std::string_view, std::string_view,
-                                        std::string_view) override
-    {
-        return std::nullopt;
-    }
-    std::optional<std::string> OpenDialog(std::string_view,
-                                          const std::vector<platform::FileFilter> &,
-                                          const std::string &) override
-    {
-        return std::nullopt;
-    }
-    void EmptyClipboard() override {}
-    void SetClipboardText(std::string_view) override {}
-    bool OpenAddress(const std::string &, const std::string &) override { return false; }
-    void SetPointer(platform::Pointer) override {}
-    void DoEvents() override {}
-    std::int64_t SteadyMs() override { return ms; }
-    platform::LocalTime Now() override { return {}; }
-    double SecondsOfDay() override { return static_cast<double>(ms) / 1000; }
-    std::string DateText(const platform::LocalTime &) override { return {}; }
-    std::string TimeText(const platform::LocalTime &) override { return {}; }
-    void Sleep(std::int64_t milliseconds) override { ms += milliseconds; }
-
-    std::int64_t ms = 0;
 };
 
 void MakeSong(const std::string &path, std::size_t megabytes, std::size_t pictureBytes)

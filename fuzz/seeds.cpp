@@ -1,5 +1,5 @@
 // fuzz/seeds.cpp - writes the inputs that the fuzz targets start from: fuzz_seeds FOLDER
-#include "tests/metadata/mp3bytes.h"
+#include "tests/support/mp3bytes.h"
 
 #include <cstdio>
 #include <filesystem>

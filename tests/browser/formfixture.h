@@ -8,13 +8,13 @@
 #include "browser/webpanel.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/rowgroups.h"
-#include "platform/desktop.h"
 #include "platform/machine.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
 #include "tests/support/fakeports.h"
 #include "tests/support/memorysettings.h"
+#include "tests/support/silentdesktop.h"
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>
@@ -29,7 +29,7 @@
 namespace tests
 {
 
-class FakeDesktop : public platform::Desktop
+class FakeDesktop : public SilentDesktop
 {
 public:
     FakeDesktop() : m_before(platform::TheMachine().desktop)
@@ -53,13 +53,6 @@ public:
             std::string(prompt).append("|").append(title).append("|").append(initialText));
         return input;
     }
-    std::optional<std::string> OpenDialog(std::string_view,
-                                          const std::vector<platform::FileFilter> &,
-                                          const std::string &) override
-    {
-        return std::nullopt;
-    }
-    void EmptyClipboard() override {}
     void SetClipboardText(std::string_view text) override { clipboard = text; }
     bool OpenAddress(const std::string &address, const std::string &) override
     {

@@ -2,6 +2,7 @@
 #include "platform/machine.h"
 #include "tests/catalogue/support.h"
 #include "tests/support/fulldisk.h"
+#include "tests/support/silentdesktop.h"
 #include "tests/support/wait.h"
 
 #include <gtest/gtest.h>
@@ -20,6 +21,7 @@
 
 using namespace catalogue;
 using namespace std::string_literals;
+using tests::SilentDesktop;
 using tests::WaitUntil;
 
 namespace
@@ -134,31 +136,6 @@ std::string Close(RowGroups &groups)
     groups.Close();
     return words;
 }
-
-// A desktop whose boxes do nothing.
-struct SilentDesktop : platform::Desktop {
-    platform::Answer MessageBox(std::string_view, platform::Buttons, std::string_view,
-                                platform::BoxIcon) override
-    {
-        return platform::Answer::Ok;
-    }
-    std::optional<std::string> InputBox(std::string_view, std::string_view,
-                                        std::string_view) override
-    {
-        return {};
-    }
-    std::optional<std::string> OpenDialog(std::string_view,
-                                          const std::vector<platform::FileFilter> &,
-                                          const std::string &) override
-    {
-        return {};
-    }
-    void EmptyClipboard() override {}
-    void SetClipboardText(std::string_view) override {}
-    bool OpenAddress(const std::string &, const std::string &) override { return true; }
-    void SetPointer(platform::Pointer) override {}
-    void DoEvents() override {}
-};
 
 } // namespace
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <ctime>
 
 using namespace catalogue;
 using namespace std::string_literals;
@@ -96,10 +96,10 @@ TEST(SubstituteParams, AMillionMarkersTakeNoTime)
     std::string markers;
     for (int i = 0; i < 1000000; ++i)
         markers += "¹";
-    const auto start = std::chrono::steady_clock::now();
+    const auto start = std::clock(); // processor time, whatever else the machine does
     const Statement statement =
         SubstituteParams("(¹, ¹)", Texts({markers, markers, "x"}), {"¹", LeftOver::IsEmpty});
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+    EXPECT_LT(std::clock() - start, 2 * CLOCKS_PER_SEC);
     ASSERT_EQ(statement.values.size(), 2U);
     EXPECT_EQ(std::get<std::string>(statement.values[0].value), "x");
 }

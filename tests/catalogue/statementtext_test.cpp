@@ -137,13 +137,38 @@ TEST(TranslateStoredQuery, TrimmedUpperCaseBecomesOneComparison)
               "SELECT upper_text( TRIM ( a , 'x' )) = upper_text( TRIM ( b ))");
 }
 
+namespace
+{
+
+// How many texts and dates of a statement without comments have an end.
+std::size_t WholeLiterals(std::string_view statement)
+{
+    std::size_t count = 0;
+    for (std::size_t at = 0; at < statement.size(); ++at) {
+        const char mark = statement[at];
+        if (mark != '\'' && mark != '#')
+            continue;
+        do
+            at = statement.find(mark, at + 1);
+        while (mark == '\'' && at != std::string_view::npos && statement.substr(at + 1, 1) == "'" &&
+               at++ < statement.size());
+        if (at == std::string_view::npos)
+            break;
+        ++count;
+    }
+    return count;
+}
+
+} // namespace
+
 TEST(TranslateStatement, AnyCutOfAnyStatementIsSafe)
 {
     const std::string statement = "SELECT [a], \"b\", `c` FROM MP3s WHERE UPPER(TRIM(x)) = "
                                   "UPPER(TRIM('y''z')) AND d = #1# ORDER BY [e] DESC, f -- g";
     for (std::size_t length = 0; length <= statement.size(); ++length) {
         const Statement cut(std::string_view(statement).substr(0, length));
-        EXPECT_LE(TranslateStatement(cut).parameters.size(), 2U);
-        TranslateStoredQuery(std::string_view(statement).substr(length));
+        EXPECT_EQ(TranslateStatement(cut).parameters.size(), WholeLiterals(cut.text)) << cut.text;
+        const auto rest = std::string_view(statement).substr(length);
+        EXPECT_FALSE(TranslateStoredQuery(rest).hasOpenMarker) << rest;
     }
 }

@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 namespace
 {
 
-using tests::Audio;
+using tests::AudioBytes;
 using tests::Frame3;
 using tests::GenreAndTrack;
 using tests::ReadFile;
@@ -30,48 +30,48 @@ class ChangedSong : public tests::SongEdit
 TEST_F(ChangedSong, AnotherSongReadAtEveryYield)
 {
     const std::string other = m_desk.program / "other.mp3";
-    tests::WriteFile(other, Tag(3, Frame3("TIT2", "Other") + std::string(777, 'x')) + Audio(900) +
-                                Tag1("Other", "", "", "", "", 9, 9));
+    tests::WriteFile(other, Tag(3, Frame3("TIT2", "Other") + std::string(777, 'x')) +
+                                AudioBytes(900) + Tag1("Other", "", "", "", "", 9, 9));
     m_desk.onEvents = [&] { ReadPass(other); };
     shell::TheGlobals().BackUpFiles = true;
     const std::string old = Frame3("TIT2", "Old") + Frame3("PRIV", "kept");
     const std::string image = Tag1("One", "", "", "", "", 3, 17);
-    Song(Tag(3, old) + Audio() + image);
+    Song(Tag(3, old) + AudioBytes() + image);
     ReadPass(other); // also between the two
     m_pass.v2.Title = "New";
     EXPECT_TRUE(Save(true, true));
-    ExpectSong(Tag(3, Frame3("TIT2", "New") + GenreAndTrack() + Frame3("PRIV", "kept")) + Audio() +
-               image);
+    ExpectSong(Tag(3, Frame3("TIT2", "New") + GenreAndTrack() + Frame3("PRIV", "kept")) +
+               AudioBytes() + image);
     EXPECT_TRUE(ReadPass(m_path).v2.Title == "New");
     ReadPass(other);
     m_pass.v1.Title = "Two";
     m_old = m_pass = ReadPass(m_path);
     m_pass.v1.Title = "Two";
     EXPECT_TRUE(Save(true, false)); // the ID3v2 tag goes: the long way
-    ExpectSong(Audio() + Tag1("Two", "", "", "", "", 3, 17));
+    ExpectSong(AudioBytes() + Tag1("Two", "", "", "", "", 3, 17));
 }
 
 TEST_F(ChangedSong, TheSameRecordAsOldAndNewAfterAnotherSong)
 {
-    tests::WriteFile(m_desk.program / "other.mp3", Audio());
-    Song(Tag(3, Frame3("USLT", Z("eng\0old"))) + Audio());
+    tests::WriteFile(m_desk.program / "other.mp3", AudioBytes());
+    Song(Tag(3, Frame3("USLT", Z("eng\0old"))) + AudioBytes());
     m_pass.v2.Lyrics = "new";
     ReadPass(m_desk.program / "other.mp3");
     EXPECT_TRUE(metadata::SaveTag(m_pass.v1, m_pass.v2, m_pass.v1, m_pass.v2, m_path, false, true,
                                   nullptr));
     ExpectSong(
         Tag(3, Frame3("TCON", "(255)") + Frame3("USLT", Z("\0\0\0\0new")) + Frame3("TRCK", "0")) +
-        Audio());
+        AudioBytes());
 }
 
 TEST_F(ChangedSong, ManyOtherSongsLaterTheTagsDecide)
 {
-    Song(Tag(3, Frame3("TIT2", "Old")) + Audio());
+    Song(Tag(3, Frame3("TIT2", "Old")) + AudioBytes());
     for (int i = 0; i < 100; ++i)
         ReadPass(m_desk.program / std::to_string(i));
     m_pass.v2.Title = "New";
     EXPECT_TRUE(Save(false, true));
-    ExpectSong(Tag(3, Frame3("TIT2", "New") + GenreAndTrack()) + Audio());
+    ExpectSong(Tag(3, Frame3("TIT2", "New") + GenreAndTrack()) + AudioBytes());
 
     const struct {
         std::string before, changed;
@@ -85,8 +85,8 @@ TEST_F(ChangedSong, ManyOtherSongsLaterTheTagsDecide)
                  {"", Frame3("USLT", Z("eng\0Changed"))}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.changed);
-        const std::string changed = Tag(3, c.changed) + Audio();
-        Song(Tag(3, c.before) + Audio());
+        const std::string changed = Tag(3, c.changed) + AudioBytes();
+        Song(Tag(3, c.before) + AudioBytes());
         tests::WriteFile(m_path, changed);
         for (int i = 0; i < 100; ++i)
             ReadPass(m_desk.program / std::to_string(i));
@@ -101,13 +101,13 @@ TEST_F(ChangedSong, ManyOtherSongsLaterTheTagsDecide)
 // A program that changes the song `atYield` yields into the edit (0 = before it).
 TEST_F(ChangedSong, ASongChangedInBetweenIsNotOverwritten)
 {
-    tests::WriteFile(m_desk.program / "other.mp3", Audio());
+    tests::WriteFile(m_desk.program / "other.mp3", AudioBytes());
     shell::TheGlobals().BackUpFiles = true;
-    const std::string changed = Tag(3, Frame3("TIT2", "Theirs")) + Audio(6000);
+    const std::string changed = Tag(3, Frame3("TIT2", "Theirs")) + AudioBytes(6000);
     int told = 0;
     for (const bool otherBetween : {false, true})
         for (int atYield = 0; atYield < 200; ++atYield) {
-            Song(Tag(3, Frame3("TIT2", "Old")) + Audio());
+            Song(Tag(3, Frame3("TIT2", "Old")) + AudioBytes());
             m_desk.boxes.clear();
             m_desk.yields = 0;
             m_desk.onEvents = [&] {
@@ -137,10 +137,10 @@ TEST_F(ChangedSong, ASongChangedInBetweenIsNotOverwritten)
 
 TEST_F(ChangedSong, ASongReplacedByOneOfTheSameSizeIsNotOverwritten)
 {
-    const std::string theirs = Tag(3, Frame3("TIT2", "Odd")) + Audio();
+    const std::string theirs = Tag(3, Frame3("TIT2", "Odd")) + AudioBytes();
     for (const char *step : {"", "Writing the new MP3 file"}) {
         ui::Label label;
-        Song(Tag(3, Frame3("TIT2", "Old")) + Audio());
+        Song(Tag(3, Frame3("TIT2", "Old")) + AudioBytes());
         m_desk.onEvents = [&] {
             if (label.Caption() != step || fs::exists(m_path + ".bck"))
                 return;
@@ -165,7 +165,7 @@ TEST_F(ChangedSong, ASongChangedBeforeItsCopyIsWrittenStaysInTheCatalogueAsItIs)
     int updates = 0;
     metadata::TheTagWriterHooks().updateCatalogue = [&](const metadata::ID3v2Tag &,
                                                         const std::string &) { ++updates; };
-    const std::string changed = Audio(300); // shorter than what is to be copied
+    const std::string changed = AudioBytes(300); // shorter than what is to be copied
     for (const std::string_view step :
          {"Creating the ID3v1 Tag", "Creating the ID3v2 Tag", "Backing-Up the MP3",
           "Processing the MP3", "Reading the whole MP3 file", "Writing the new MP3 file"}) {
@@ -173,7 +173,7 @@ TEST_F(ChangedSong, ASongChangedBeforeItsCopyIsWrittenStaysInTheCatalogueAsItIs)
         ui::Label label;
         m_desk.boxes.clear();
         m_desk.onEvents = nullptr;
-        Song(Tag(3, Frame3("TIT2", "Old")) + Audio());
+        Song(Tag(3, Frame3("TIT2", "Old")) + AudioBytes());
         m_desk.onEvents = [&] {
             if (label.Caption() == step)
                 tests::WriteFile(m_path, changed);
@@ -191,7 +191,7 @@ TEST_F(ChangedSong, ASongChangedBeforeItsCopyIsWrittenStaysInTheCatalogueAsItIs)
 // Another edit of the same song puts its own ".bck" there, `atYield` yields into this one.
 TEST_F(ChangedSong, TheCopyOfAnotherEditIsNeitherTakenNorDeleted)
 {
-    const std::string before = Tag(3, Frame3("TIT2", "Old")) + Audio();
+    const std::string before = Tag(3, Frame3("TIT2", "Old")) + AudioBytes();
     int told = 0;
     for (int atYield = 1; atYield < 400; ++atYield) {
         SCOPED_TRACE(atYield);
@@ -232,7 +232,7 @@ TEST_F(ChangedSong, TheCopyOfAnotherEditIsNeitherTakenNorDeleted)
 // the other one is in the file, and no copy is left.
 TEST_F(ChangedSong, OfTwoEditsAtOnceOneIsRefused)
 {
-    const std::string before = Tag(3, Frame3("TIT2", "Old")) + Audio();
+    const std::string before = Tag(3, Frame3("TIT2", "Old")) + AudioBytes();
     int refusedSecond = 0;
     for (int atYield = 1; atYield < 400; ++atYield) {
         SCOPED_TRACE(atYield);
@@ -275,7 +275,7 @@ TEST_F(ChangedSong, OfTwoEditsAtOnceOneIsRefused)
 
 TEST_F(ChangedSong, ASongThatIsGoneOrCannotBeRead)
 {
-    Song(Audio());
+    Song(AudioBytes());
     fs::remove(m_path);
     m_pass.v2.Title = "New";
     EXPECT_FALSE(Save(false, true));
@@ -293,7 +293,7 @@ TEST_F(ChangedSong, ASongThatIsGoneOrCannotBeRead)
 // Its new version is then the only copy there is, and stays.
 TEST_F(ChangedSong, ASongThatGoesWhileItsCopyWaits)
 {
-    Song(Audio());
+    Song(AudioBytes());
     m_desk.onEvents = [&] {
         if (fs::exists(m_path + ".bck"))
             fs::remove(m_path);
@@ -302,7 +302,7 @@ TEST_F(ChangedSong, ASongThatGoesWhileItsCopyWaits)
     EXPECT_FALSE(Save(true, false));
     EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": No such file or directory"});
     EXPECT_FALSE(fs::exists(m_path));
-    EXPECT_TRUE(ReadFile(m_path + ".bck") == Audio() + Tag1("New", "", "", "", "", 0, 255));
+    EXPECT_TRUE(ReadFile(m_path + ".bck") == AudioBytes() + Tag1("New", "", "", "", "", 0, 255));
 }
 
 } // namespace

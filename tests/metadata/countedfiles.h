@@ -5,7 +5,7 @@
 #include "metadata/mp3info.h"
 #include "platform/machine.h"
 #include "platform/posix/systemfiles.h"
-#include "tests/metadata/mp3bytes.h"
+#include "tests/support/mp3bytes.h"
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>

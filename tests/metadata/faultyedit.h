@@ -4,7 +4,7 @@
 #include "metadata/tagwriter.h"
 #include "platform/machine.h"
 #include "tests/metadata/faultyfiles.h"
-#include "tests/metadata/mp3bytes.h"
+#include "tests/support/mp3bytes.h"
 #include "tests/support/songdesk.h"
 
 #include <gtest/gtest.h>

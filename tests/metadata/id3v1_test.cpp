@@ -1,5 +1,5 @@
 #include "metadata/id3v1.h"
-#include "tests/metadata/mp3bytes.h"
+#include "tests/support/mp3bytes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "metadata/id3v2.h"
 #include "runtime/error.h"
-#include "tests/metadata/mp3bytes.h"
+#include "tests/support/mp3bytes.h"
 
 #include <gtest/gtest.h>
 

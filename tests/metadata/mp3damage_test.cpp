@@ -1,7 +1,7 @@
 // Files cut anywhere, sizes of any value, bytes at random: a pass tells something, never fails, and
 // tells the same of the same bytes.
 #include "metadata/mp3info.h"
-#include "tests/metadata/mp3bytes.h"
+#include "tests/support/mp3bytes.h"
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #include "metadata/mp3info.h"
-#include "tests/metadata/mp3bytes.h"
+#include "tests/support/mp3bytes.h"
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>

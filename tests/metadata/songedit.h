@@ -3,7 +3,7 @@
 
 #include "metadata/id3v1.h"
 #include "metadata/tagwriter.h"
-#include "tests/metadata/mp3bytes.h"
+#include "tests/support/mp3bytes.h"
 #include "tests/support/songdesk.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,8 @@
 namespace tests
 {
 
-inline std::string Audio(std::size_t size = 5000)
+// `size` bytes that begin like an audio frame and are told apart by their place.
+inline std::string AudioBytes(std::size_t size = 5000)
 {
     std::string audio = Header128();
     for (std::size_t i = audio.size(); i < size; ++i)

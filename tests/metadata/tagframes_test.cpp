@@ -1,7 +1,7 @@
 #include "metadata/id3v2.h"
 #include "metadata/tagframes.h"
 #include "runtime/error.h"
-#include "tests/metadata/mp3bytes.h"
+#include "tests/support/mp3bytes.h"
 
 #include <gtest/gtest.h>
 

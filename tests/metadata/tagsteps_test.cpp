@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 namespace
 {
 
-using tests::Audio;
+using tests::AudioBytes;
 using tests::Frame3;
 using tests::GenreAndTrack;
 using tests::ReadFile;
@@ -36,7 +36,7 @@ TEST_F(SaveTagSteps, WordsInTheirOrder)
     };
     shell::TheGlobals().BackUpFiles = true;
     shell::TheGlobals().UpdateDBAfterEditing = true;
-    Song(Audio());
+    Song(AudioBytes());
     m_pass.v2.Title = "New";
     EXPECT_TRUE(Save(true, true, &label));
     EXPECT_EQ(words, (std::vector<std::string>{
@@ -48,7 +48,7 @@ TEST_F(SaveTagSteps, WordsInTheirOrder)
     label.SetCaption("");
     shell::TheGlobals().BackUpFiles = false;
     shell::TheGlobals().UpdateDBAfterEditing = false;
-    Song(Audio());
+    Song(AudioBytes());
     m_pass.v1.Title = "New";
     EXPECT_TRUE(Save(true, false, &label));
     EXPECT_EQ(words,
@@ -60,13 +60,14 @@ TEST_F(SaveTagSteps, TheBackupIsMadeAndReplaced)
     shell::TheGlobals().BackUpFiles = true;
     const std::string backup = m_desk.program / "Backup/song.mp3";
     for (const char *title : {"One", "Two"}) {
-        const std::string bytes = Tag(3, Frame3("TIT2", "Old") + GenreAndTrack()) + Audio() + title;
+        const std::string bytes =
+            Tag(3, Frame3("TIT2", "Old") + GenreAndTrack()) + AudioBytes() + title;
         Song(bytes);
         m_pass.v2.Title = title;
         m_pass.v2.Genre = "-1";
         EXPECT_TRUE(Save(false, true));
         EXPECT_TRUE(ReadFile(backup) == bytes);
-        ExpectSong(Tag(3, Frame3("TIT2", title) + GenreAndTrack()) + Audio() + title);
+        ExpectSong(Tag(3, Frame3("TIT2", title) + GenreAndTrack()) + AudioBytes() + title);
     }
     EXPECT_EQ(std::distance(fs::directory_iterator(m_desk.program / "Backup"), {}), 1);
 }
@@ -75,12 +76,12 @@ TEST_F(SaveTagSteps, ASongInTheBackupFolderIsNotItsOwnBackup)
 {
     shell::TheGlobals().BackUpFiles = true;
     m_path = m_desk.program / "Backup/song.mp3";
-    Song(Audio());
+    Song(AudioBytes());
     m_pass.v1.Title = "New";
     EXPECT_TRUE(Save(true, false));
     EXPECT_EQ(m_desk.boxes,
               std::vector<std::string>{"Backup of " + m_path + ": Permission denied"});
-    EXPECT_TRUE(ReadFile(m_path) == Audio() + Tag1("New", "", "", "", "", 0, 255));
+    EXPECT_TRUE(ReadFile(m_path) == AudioBytes() + Tag1("New", "", "", "", "", 0, 255));
 }
 
 TEST_F(SaveTagSteps, TheCatalogueAndThePlayerAreCalledInTheirPlaces)
@@ -108,7 +109,7 @@ TEST_F(SaveTagSteps, TheCatalogueAndThePlayerAreCalledInTheirPlaces)
         EXPECT_GT(m_desk.SecondsOfDay(), std::floor(start) + 1); // to the next second, no longer
         EXPECT_LT(m_desk.SecondsOfDay(), std::floor(start) + 1.1);
     };
-    Song(Audio());
+    Song(AudioBytes());
     m_pass.v2.Title = "New";
     EXPECT_TRUE(Save(false, true));
     EXPECT_EQ(calls, (std::vector<std::string>{"release " + m_path,
@@ -116,7 +117,7 @@ TEST_F(SaveTagSteps, TheCatalogueAndThePlayerAreCalledInTheirPlaces)
     calls.clear();
     start = m_desk.SecondsOfDay();
     shell::TheGlobals().UpdateDBAfterEditing = true;
-    Song(Audio());
+    Song(AudioBytes());
     m_pass.v2.Title = "New";
     EXPECT_TRUE(Save(false, true));
     ASSERT_EQ(calls.size(), 3u);
@@ -134,17 +135,17 @@ TEST_F(SaveTagSteps, AFailingCallIsToldAndTheNextStepGoesOn)
                                   std::int32_t &) -> std::string {
         throw runtime::RuntimeError(runtime::kFileNotFound); // passed over
     };
-    Song(Audio());
+    Song(AudioBytes());
     m_pass.v1.Title = "New";
     EXPECT_TRUE(Save(true, false));
     EXPECT_EQ(m_desk.boxes, std::vector<std::string>{"No catalogue"});
-    EXPECT_TRUE(ReadFile(m_path) == Audio() + Tag1("New", "", "", "", "", 0, 255));
+    EXPECT_TRUE(ReadFile(m_path) == AudioBytes() + Tag1("New", "", "", "", "", 0, 255));
 }
 
 TEST_F(SaveTagSteps, TheWaitEndsAtMidnight)
 {
     m_desk.secondsAtStart = 86'399.5;
-    Song(Audio());
+    Song(AudioBytes());
     m_pass.v1.Title = "New";
     m_desk.onEvents = [&] {
         if (m_desk.SecondsOfDay() >= 86'400)
@@ -153,14 +154,14 @@ TEST_F(SaveTagSteps, TheWaitEndsAtMidnight)
     EXPECT_TRUE(Save(true, false));
     EXPECT_LE(m_desk.steadyMs, 520);
     m_desk.onEvents = nullptr;
-    ExpectSong(Audio() + Tag1("New", "", "", "", "", 0, 255));
+    ExpectSong(AudioBytes() + Tag1("New", "", "", "", "", 0, 255));
 }
 
 TEST_F(SaveTagSteps, ThePointerWaitsFromTheFirstYieldToTheLast)
 {
     std::vector<platform::Pointer> atYield;
     m_desk.onEvents = [&] { atYield.push_back(m_desk.pointers.back()); };
-    Song(Audio());
+    Song(AudioBytes());
     EXPECT_FALSE(Save(false, false)); // nothing to do
     EXPECT_EQ(atYield, (std::vector{platform::Pointer::Hourglass, platform::Pointer::Normal}));
 }

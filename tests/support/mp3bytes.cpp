@@ -1,5 +1,7 @@
 #include "tests/support/mp3bytes.h"
 
+#include "metadata/mp3info.h"
+
 namespace tests
 {
 
@@ -8,20 +10,19 @@ namespace
 
 constexpr std::size_t kAudioFrameBytes = 417; // 144 * 128000 / 44100
 
-std::string BigEndian(std::size_t value, int bitsPerByte)
+std::string Number(unsigned value, unsigned bits)
 {
-    std::string bytes(4, '\0');
-    for (int i = 3; i >= 0; i--) {
-        bytes[static_cast<std::size_t>(i)] = static_cast<char>(value & ((1u << bitsPerByte) - 1));
-        value >>= bitsPerByte;
-    }
+    std::string bytes;
+    for (int i = 3; i >= 0; --i)
+        bytes +=
+            static_cast<char>((value >> (bits * static_cast<unsigned>(i))) & ((1u << bits) - 1));
     return bytes;
 }
 
-std::string Field(std::string_view text, std::size_t width)
+std::string Filled(std::string_view text, std::size_t width, char filler)
 {
     std::string field(text.substr(0, width));
-    field.resize(width, '\0');
+    field.resize(width, filler);
     return field;
 }
 
@@ -29,35 +30,74 @@ std::string Field(std::string_view text, std::size_t width)
 
 std::string Frame(std::string_view identifier, std::string_view data)
 {
-    return std::string(identifier) + BigEndian(data.size(), 8) + std::string(2, '\0') +
+    return std::string(identifier) + Number256(static_cast<unsigned>(data.size())) + Z("\0\0") +
            std::string(data);
 }
 
 std::string TextFrame(std::string_view identifier, std::string_view text)
 {
-    return Frame(identifier, std::string(1, '\0') + std::string(text));
+    return Frame3(identifier, text);
 }
 
 std::string Id3v2(std::string_view frames)
 {
-    return std::string("ID3\3\0\0", 6) + BigEndian(frames.size(), 7) + std::string(frames);
+    return Tag(3, frames);
 }
 
 std::string Id3v1(const Id3v1Fields &fields)
 {
-    std::string tag = "TAG" + Field(fields.title, 30) + Field(fields.artist, 30) +
-                      Field(fields.album, 30) + Field(fields.year, 4) + Field(fields.comment, 28);
-    tag.push_back('\0');
-    tag.push_back(static_cast<char>(fields.track));
-    tag.push_back(static_cast<char>(fields.genre));
-    return tag;
+    return Tag1(fields.title, fields.artist, fields.album, fields.year,
+                fields.comment.substr(0, 28), fields.track, fields.genre);
 }
 
 std::string Audio()
 {
-    std::string frame("\xFF\xFB\x90\x64", 4);
+    std::string frame = Header128();
     frame.resize(kAudioFrameBytes, '\0');
     return frame + frame + frame + frame;
+}
+
+std::string Number128(unsigned value)
+{
+    return Number(value, 7);
+}
+
+std::string Number256(unsigned value)
+{
+    return Number(value, 8);
+}
+
+std::string Frame3(std::string_view identifier, std::string_view data, std::string_view flags)
+{
+    const std::string flagBytes = flags.empty() ? std::string(2, '\0') : std::string(flags);
+    return std::string(identifier) + Number256(static_cast<unsigned>(data.size()) + 1) + flagBytes +
+           std::string(1, '\0') + std::string(data);
+}
+
+std::string Tag(int majorVersion, std::string_view body)
+{
+    return "ID3" + std::string(1, static_cast<char>(majorVersion)) + Z("\0\0") +
+           Number128(static_cast<unsigned>(body.size())) + std::string(body);
+}
+
+std::string Tag1(std::string_view title, std::string_view artist, std::string_view album,
+                 std::string_view year, std::string_view comment, int track, int genre, char filler)
+{
+    return "TAG" + Filled(title, 30, filler) + Filled(artist, 30, filler) +
+           Filled(album, 30, filler) + Filled(year, 4, filler) + Filled(comment, 29, filler) +
+           static_cast<char>(track) + static_cast<char>(genre);
+}
+
+std::string Header128()
+{
+    return "\xFF\xFB\x90\x64";
+}
+
+Pass ReadPass(const std::string &path, bool preferID3v2)
+{
+    Pass pass;
+    metadata::GetMP3Info(path, pass.v1, pass.v2, pass.header, pass.hasV1, pass.hasV2, preferID3v2);
+    return pass;
 }
 
 } // namespace tests

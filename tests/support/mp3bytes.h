@@ -1,5 +1,8 @@
-// tests/support/mp3bytes.h - small MP3 files as bytes, made by the formats' own layouts.
+// tests/support/mp3bytes.h - small MP3 files as bytes, made by the formats' own layouts, and what
+// one look into such a file gives.
 #pragma once
+
+#include "metadata/records.h"
 
 #include <string>
 #include <string_view>
@@ -10,7 +13,7 @@ namespace tests
 // An ID3v2.3 frame: identifier, size, flags, and `data` (encoding byte included) as it stands.
 std::string Frame(std::string_view identifier, std::string_view data);
 
-// A text frame: encoding 0 and `text`.
+// A text frame: encoding 0 and `text`; Frame3 without flags.
 std::string TextFrame(std::string_view identifier, std::string_view text);
 
 // An ID3v2.3 tag around `frames`.
@@ -27,5 +30,41 @@ std::string Id3v1(const Id3v1Fields &fields);
 
 // Four silent MPEG-1 Layer 3 frames, 128 kbit/s, 44100 Hz.
 std::string Audio();
+
+// A text with its NULs: Z("a\0b") is three characters.
+template <std::size_t Size>
+std::string Z(const char (&literal)[Size])
+{
+    return std::string(literal, Size - 1);
+}
+
+// `value` in 4 bytes of 7 or of 8 bits.
+std::string Number128(unsigned value);
+std::string Number256(unsigned value);
+
+// A version 3 frame: identifier, size, flags, the encoding byte 0, `data`.
+std::string Frame3(std::string_view identifier, std::string_view data, std::string_view flags = {});
+
+// A whole ID3v2 tag around `body`.
+std::string Tag(int majorVersion, std::string_view body);
+
+// An ID3v1 tag, its fields filled with `filler`.
+std::string Tag1(std::string_view title, std::string_view artist, std::string_view album,
+                 std::string_view year, std::string_view comment, int track, int genre,
+                 char filler = '\0');
+
+// The four bytes of a 128 kbit/s, 44100 Hz, joint stereo header.
+std::string Header128();
+
+// All that one pass over a file gives.
+struct Pass {
+    metadata::ID3v1Tag v1;
+    metadata::ID3v2Tag v2;
+    metadata::MPEGHeader header;
+    bool hasV1 = false, hasV2 = false;
+
+    bool operator==(const Pass &) const = default;
+};
+Pass ReadPass(const std::string &path, bool preferID3v2 = false);
 
 } // namespace tests

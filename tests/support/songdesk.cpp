@@ -16,6 +16,7 @@ SongDesk::SongDesk()
 {
     platform::TheMachine().desktop = this;
     platform::TheMachine().clock = this;
+    secondsAtStart = 1000.25;
     shell::SetAppPath(program.Path());
     shell::TheGlobals().BackUpFiles = false;
     shell::TheGlobals().UpdateDBAfterEditing = false;

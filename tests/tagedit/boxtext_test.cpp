@@ -1,7 +1,7 @@
 // What a box shows of a field, and the field behind a changed box.
 #include "runtime/codepage.h"
 #include "tagedit/boxtext.h"
-#include "tests/metadata/mp3bytes.h"
+#include "tests/support/mp3bytes.h"
 
 #include <gtest/gtest.h>
 

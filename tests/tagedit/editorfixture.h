@@ -5,7 +5,7 @@
 #include "metadata/tagwriter.h"
 #include "shell/language.h"
 #include "tagedit/tageditor.h"
-#include "tests/metadata/mp3bytes.h"
+#include "tests/support/mp3bytes.h"
 #include "tests/support/songdesk.h"
 
 #include <gtest/gtest.h>

@@ -57,8 +57,8 @@ void ShowAndActivate(QWidget &window)
 {
     window.show();
     window.activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window, 30000));
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window, 30000));
 }
 
 void PressKey(const char *keys)

@@ -33,13 +33,13 @@ Control *Find(QWidget &window, const char *name)
 }
 
 // The visible top-level window with this object name; null when there is none. Waits for it.
-QWidget *WaitForWindow(const char *objectName, int milliseconds = 3000);
+QWidget *WaitForWindow(const char *objectName, int milliseconds = 30000);
 
 // Shows the window and waits until the window system shows it and gives it the keyboard.
 void ShowAndActivate(QWidget &window);
 
 // Lets events run until `done` gives true; false when it did not in time.
-[[nodiscard]] bool WaitUntil(const std::function<bool()> &done, int milliseconds = 3000);
+[[nodiscard]] bool WaitUntil(const std::function<bool()> &done, int milliseconds = 30000);
 
 // Lets events run for that long.
 void LetRun(int milliseconds);

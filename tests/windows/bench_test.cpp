@@ -119,7 +119,7 @@ TEST(BenchScaled, KeysMouseAndPicture)
     EXPECT_TRUE(tests::WaitUntil([&] { return clicks == 2; }));
     tests::Click(*tests::Find<QLineEdit>(window, "txtName"));
     tests::TypeText("abc");
-    EXPECT_EQ(window.txtName->text(), QStringLiteral("abc"));
+    EXPECT_TRUE(tests::WaitUntil([&] { return window.txtName->text() == QLatin1String("abc"); }));
 
     const QImage picture = tests::Screenshot(window);
     EXPECT_EQ(picture.size(), window.size() * window.devicePixelRatio());
