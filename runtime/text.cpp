@@ -6,6 +6,8 @@
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstring>
 
 namespace runtime
@@ -13,6 +15,55 @@ namespace runtime
 
 namespace
 {
+
+// The upper case of the letters of two bytes (U+0080 to U+07FF), where it has two bytes as well; 0
+// where it has not.
+constexpr utf8proc_int32_t kFirstOfTwoBytes = 0x80, kFirstOfThreeBytes = 0x800;
+using TwoByteLetters = std::array<std::uint16_t, kFirstOfThreeBytes>;
+
+const TwoByteLetters &UpperOfTwoBytes()
+{
+    static const TwoByteLetters letters = [] {
+        TwoByteLetters made{};
+        for (auto letter = kFirstOfTwoBytes; letter < kFirstOfThreeBytes; ++letter) {
+            const auto upper = utf8proc_toupper(letter);
+            if (upper >= kFirstOfTwoBytes && upper < kFirstOfThreeBytes)
+                made[static_cast<std::size_t>(letter)] = static_cast<std::uint16_t>(upper);
+        }
+        return made;
+    }();
+    return letters;
+}
+
+bool IsContinuation(char c)
+{
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+// Puts the upper case of the character at the start of `text`, which is not in ASCII, behind `out`.
+// Returns its length; 1 for a byte that is not part of valid UTF-8 and stays as it is.
+std::size_t AppendUpperCharacter(std::string_view text, std::string &out)
+{
+    const auto lead = static_cast<unsigned char>(text[0]);
+    if (lead >= 0xC2 && lead < 0xE0 && text.size() > 1 && IsContinuation(text[1])) {
+        const auto letter = static_cast<std::size_t>((lead & 0x1F) << 6 | (text[1] & 0x3F));
+        if (const unsigned upper = UpperOfTwoBytes()[letter]; upper != 0) {
+            out += static_cast<char>(0xC0 | upper >> 6);
+            out += static_cast<char>(0x80 | (upper & 0x3F));
+            return 2;
+        }
+    }
+    utf8proc_int32_t codePoint = 0;
+    const int length = NextCharacter(text, codePoint);
+    if (length == 0) {
+        out += text[0];
+        return 1;
+    }
+    std::array<utf8proc_uint8_t, 4> upper{};
+    const auto upperLength = utf8proc_encode_char(utf8proc_toupper(codePoint), upper.data());
+    out.append(reinterpret_cast<const char *>(upper.data()), static_cast<std::size_t>(upperLength));
+    return static_cast<std::size_t>(length);
+}
 
 // Each valid character mapped, every other byte as it is.
 std::string MapCharacters(std::string_view utf8, utf8proc_int32_t (*map)(utf8proc_int32_t))
@@ -148,7 +199,24 @@ bool EqualAscii(std::string_view first, std::string_view second)
 
 std::string UpperText(std::string_view utf8)
 {
-    return IsAscii(utf8) ? UpperAscii(utf8) : MapCharacters(utf8, utf8proc_toupper);
+    std::string upper;
+    upper.reserve(utf8.size());
+    AppendUpperText(utf8, upper);
+    return upper;
+}
+
+void AppendUpperText(std::string_view utf8, std::string &out)
+{
+    while (!utf8.empty()) {
+        const std::size_t ascii = AsciiLength(utf8), at = out.size();
+        out.append(utf8.substr(0, ascii));
+        std::transform(out.begin() + static_cast<std::ptrdiff_t>(at), out.end(),
+                       out.begin() + static_cast<std::ptrdiff_t>(at),
+                       [](char c) { return UpperAscii(c); });
+        utf8.remove_prefix(ascii);
+        while (!utf8.empty() && static_cast<unsigned char>(utf8[0]) >= 0x80)
+            utf8.remove_prefix(AppendUpperCharacter(utf8, out));
+    }
 }
 
 std::string LowerText(std::string_view utf8)

@@ -47,6 +47,9 @@ std::vector<std::string> Split(std::string_view text, std::string_view separator
 // Source: the simple case mapping of Unicode, as utf8proc has it ("ß" becomes "ẞ").
 std::string UpperText(std::string_view utf8);
 
+// The same, put behind what `out` holds.
+void AppendUpperText(std::string_view utf8, std::string &out);
+
 // Lower case, by the same rules.
 std::string LowerText(std::string_view utf8);
 

@@ -3,6 +3,7 @@
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <cstring>
 
 namespace runtime
 {
@@ -51,10 +52,23 @@ int NextCharacter(std::string_view text, std::int32_t &codePoint)
     return length > 0 && codePoint >= 0 ? static_cast<int>(length) : 0;
 }
 
+std::size_t AsciiLength(std::string_view text)
+{
+    constexpr std::uint64_t kHighBits = 0x8080808080808080u;
+    std::size_t at = 0;
+    for (std::uint64_t word = 0; at + sizeof word <= text.size(); at += sizeof word) {
+        std::memcpy(&word, text.data() + at, sizeof word);
+        if ((word & kHighBits) != 0)
+            break;
+    }
+    while (at < text.size() && static_cast<unsigned char>(text[at]) < 0x80)
+        ++at;
+    return at;
+}
+
 bool IsAscii(std::string_view text)
 {
-    return std::all_of(text.begin(), text.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    return AsciiLength(text) == text.size();
 }
 
 bool IsUtf8(std::string_view text)

@@ -1,6 +1,7 @@
 // runtime/utf8.h - texts character by character, and as they are shown to a person. No state.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -11,6 +12,9 @@ namespace runtime
 // The length in bytes of the valid UTF-8 character at the start of `text`, with its code point in
 // `codePoint`. Returns: 0 when there is none; `codePoint` is not valid then.
 int NextCharacter(std::string_view text, std::int32_t &codePoint);
+
+// The number of bytes below 0x80 at the start of `text`.
+std::size_t AsciiLength(std::string_view text);
 
 // Whether all bytes are below 0x80.
 bool IsAscii(std::string_view text);

@@ -2,6 +2,9 @@
 #include "runtime/text.h"
 
 #include <gtest/gtest.h>
+#include <utf8proc.h>
+
+#include <array>
 
 using namespace runtime;
 
@@ -80,6 +83,59 @@ TEST(Split, Table)
     EXPECT_EQ(Split("a,b,,c", ","), (std::vector<std::string>{"a", "b", "", "c"}));
     EXPECT_EQ(Split("abc", ","), (std::vector<std::string>{"abc"}));
     EXPECT_TRUE(Split("", ",").empty());
+}
+
+namespace
+{
+
+std::string Encoded(utf8proc_int32_t codePoint)
+{
+    std::array<utf8proc_uint8_t, 4> bytes{};
+    const auto length = utf8proc_encode_char(codePoint, bytes.data());
+    return {reinterpret_cast<const char *>(bytes.data()), static_cast<std::size_t>(length)};
+}
+
+// Character by character; what is no valid UTF-8 stays.
+std::string PlainUpper(std::string_view text)
+{
+    std::string upper;
+    while (!text.empty()) {
+        utf8proc_int32_t codePoint = 0;
+        const auto length =
+            utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t *>(text.data()),
+                             static_cast<utf8proc_ssize_t>(text.size()), &codePoint);
+        if (length > 0)
+            upper += Encoded(utf8proc_toupper(codePoint));
+        else
+            upper += text[0];
+        text.remove_prefix(length > 0 ? static_cast<std::size_t>(length) : 1);
+    }
+    return upper;
+}
+
+} // namespace
+
+TEST(UpperText, EveryCharacter)
+{
+    for (utf8proc_int32_t codePoint = 0; codePoint < 0x110000; ++codePoint) {
+        if (codePoint >= 0xD800 && codePoint < 0xE000)
+            continue; // surrogates are no characters
+        const std::string text = Encoded(codePoint);
+        ASSERT_EQ(UpperText(text), Encoded(utf8proc_toupper(codePoint))) << codePoint;
+    }
+}
+
+TEST(UpperText, EveryPairOfBytesAmongLetters)
+{
+    for (int first = 0; first < 256; ++first)
+        for (int second = 0; second < 256; ++second) {
+            const std::string pair{static_cast<char>(first), static_cast<char>(second)};
+            for (const std::string &text : {pair, "eight letters" + pair + "and eight more"})
+                ASSERT_EQ(UpperText(text), PlainUpper(text)) << first << " " << second;
+        }
+    std::string behind = "abc";
+    AppendUpperText("d\u00F1", behind);
+    EXPECT_EQ(behind, "abcD\u00D1");
 }
 
 TEST(UpperText, OneCharacterForOne)
