@@ -228,6 +228,17 @@ Outcome ADOclass::ExecuteStored(const std::string &name, int kind, const Params 
     return wantsRows ? Outcome(std::move(records)) : Outcome();
 }
 
+bool ADOclass::ReadAheadForSearches(std::int64_t budgetMs)
+{
+    if (m_inTransaction)
+        return false;
+    try {
+        return Connect(GetStringConnection())->ReadAheadForSearches(budgetMs);
+    } catch (const ProviderFailure &) {
+        return false; // the next statement reports it
+    }
+}
+
 void ADOclass::Fail(std::string_view description, std::string_view statement)
 {
     ErrorMessage = MessageOf(description, statement);

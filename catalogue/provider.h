@@ -73,6 +73,10 @@ public:
     // Runs the stored query of that name (without regard to letter case) with its parameters.
     virtual RecordsetPtr RunStored(std::string_view name, const std::vector<Value> &values) = 0;
 
+    // Reads ahead, for about `budgetMs`, what makes the next search for words fast.
+    // Returns: whether there is more to read.
+    virtual bool ReadAheadForSearches(std::int64_t /*budgetMs*/) { return false; }
+
     // From Begin on, other processes wait with their writes.
     virtual void Begin() = 0;
     virtual void Commit() = 0;

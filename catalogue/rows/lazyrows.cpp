@@ -51,7 +51,22 @@ LazyRecordset::LazyRecordset(std::unique_ptr<Snapshot> snapshot, const RowQuery 
 {
     FindRows(query, bind);
     SortRows();
-    m_reader = m_snapshot->handle->Prepare("SELECT * FROM main.MP3s WHERE rowid = ?1").statement;
+    Begin();
+}
+
+LazyRecordset::LazyRecordset(std::unique_ptr<Snapshot> snapshot, std::vector<std::int64_t> rows,
+                             ColumnNames columns)
+    : RecordsetBase(std::move(columns)), m_snapshot(std::move(snapshot)), m_rows(std::move(rows)),
+      m_bornMs(MachineMs())
+{
+    Begin();
+}
+
+void LazyRecordset::Begin()
+{
+    m_reader = m_snapshot->handle
+                   ->Prepare("SELECT *, rowid FROM main.MP3s WHERE rowid >= ?1 ORDER BY rowid")
+                   .statement;
     Living().push_back(this);
 }
 
@@ -147,10 +162,20 @@ void LazyRecordset::Load() const
 {
     if (m_loaded == m_position)
         return;
+    const std::int64_t wanted = m_rows[static_cast<std::size_t>(m_position)];
+    const auto rowRead = [this] { return sqlite3_column_int64(m_reader, FieldCount()); };
+    // A row a little further on is reached by steps; that costs less than a new search for it.
+    constexpr std::int64_t kNear = 4;
+    const bool isNear = m_loaded >= 0 && wanted > rowRead() && wanted - rowRead() <= kNear;
     m_loaded = -1;
-    sqlite3_reset(m_reader);
-    sqlite3_bind_int64(m_reader, 1, m_rows[static_cast<std::size_t>(m_position)]);
-    if (sqlite3_step(m_reader) != SQLITE_ROW)
+    if (!isNear) {
+        sqlite3_reset(m_reader);
+        sqlite3_bind_int64(m_reader, 1, wanted);
+    }
+    int code = sqlite3_step(m_reader);
+    while (code == SQLITE_ROW && rowRead() < wanted)
+        code = sqlite3_step(m_reader);
+    if (code != SQLITE_ROW || rowRead() != wanted)
         throw runtime::RuntimeError(runtime::kDeviceIoError,
                                     sqlite3_errmsg(m_snapshot->handle->Db()));
     m_loaded = m_position;

@@ -41,6 +41,10 @@ public:
     // Errors: ProviderFailure.
     LazyRecordset(std::unique_ptr<Snapshot> snapshot, const RowQuery &query, const Binding &bind,
                   ColumnNames columns);
+
+    // The rows of these numbers, as `snapshot` has them.
+    LazyRecordset(std::unique_ptr<Snapshot> snapshot, std::vector<std::int64_t> rows,
+                  ColumnNames columns);
     ~LazyRecordset() override;
     LazyRecordset(const LazyRecordset &) = delete;
     LazyRecordset &operator=(const LazyRecordset &) = delete;
@@ -65,6 +69,7 @@ private:
         std::vector<std::uint32_t> numbers; // of each row's text, in the result's order
     };
 
+    void Begin();
     void FindRows(const RowQuery &query, const Binding &bind);
     void SortRows();
     void Load() const;
@@ -75,9 +80,9 @@ private:
     std::unique_ptr<Snapshot> m_snapshot; // null once copied
     std::vector<std::int64_t> m_rows;     // their numbers in the table
     std::vector<KeyColumn> m_keys;
-    std::optional<RowTable> m_table; // once copied
-    sqlite3_stmt *m_reader = nullptr;
-    mutable std::int64_t m_loaded = -1; // the position of the row in m_reader
+    std::optional<RowTable> m_table;    // once copied
+    sqlite3_stmt *m_reader = nullptr;   // reads the table from a row on
+    mutable std::int64_t m_loaded = -1; // the position that m_reader is at; -1 for none
     std::int64_t m_bornMs;
 };
 

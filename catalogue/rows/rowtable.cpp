@@ -40,8 +40,7 @@ public:
 
 void RowTable::AppendRow(sqlite3_stmt *statement)
 {
-    const int count = sqlite3_column_count(statement);
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < m_fields; ++i) {
         if (sqlite3_column_type(statement, i) == SQLITE_NULL) {
             m_cells.push_back({m_bytes.size(), kNullLength});
             continue;

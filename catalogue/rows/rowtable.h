@@ -16,7 +16,7 @@ class RowTable
 public:
     explicit RowTable(int fields) : m_fields(fields) {}
 
-    // Copies the current row of `statement`, which has as many columns as the table.
+    // Copies the current row of `statement`: its first columns, as many as the table has.
     void AppendRow(sqlite3_stmt *statement);
 
     [[nodiscard]] std::int64_t Rows() const { return m_rows; }

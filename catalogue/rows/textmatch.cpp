@@ -1,6 +1,7 @@
 #include "catalogue/rows/textmatch.h"
 
 #include "runtime/text.h"
+#include "runtime/utf8.h"
 
 #include <algorithm>
 
@@ -13,6 +14,22 @@ namespace
 // Units of a folded pattern that no byte has.
 constexpr char16_t kAny = 0x100;
 constexpr char16_t kOne = 0x101;
+
+// The longest run of units that are bytes, as these bytes.
+std::string LongestPieceOf(std::u16string_view folded)
+{
+    std::string longest, piece;
+    for (const char16_t unit : folded) {
+        if (unit >= kAny) {
+            piece.clear();
+            continue;
+        }
+        piece += static_cast<char>(static_cast<unsigned char>(unit));
+        if (piece.size() > longest.size())
+            longest = piece;
+    }
+    return longest;
+}
 
 } // namespace
 
@@ -45,38 +62,39 @@ LikePattern::LikePattern(std::string_view pattern, std::string_view escape)
                 plain += pattern[at];
         } else if (pattern[at] == '%' || pattern[at] == '_') {
             flush();
-            m_folded += pattern[at] == '%' ? kAny : kOne;
+            const char16_t unit = pattern[at] == '%' ? kAny : kOne;
+            if (unit == kOne || m_folded.empty() || m_folded.back() != kAny)
+                m_folded += unit; // of several "%" in a row one is enough
         } else {
             plain += pattern[at];
         }
     }
     flush();
-    const auto isAsciiUnit = [](char16_t unit) { return unit < 0x80; };
-    m_isContains = m_folded.size() >= 2 && m_folded.front() == kAny && m_folded.back() == kAny &&
-                   std::all_of(m_folded.begin() + 1, m_folded.end() - 1, isAsciiUnit);
-    if (m_isContains)
-        m_needle.assign(m_folded.begin() + 1, m_folded.end() - 1);
+    m_piece = ByteSearch(LongestPieceOf(m_folded));
+    const std::string &piece = m_piece.Needle();
+    const std::u16string any(1, kAny);
+    m_isContains = m_folded == any || (m_folded.size() == piece.size() + 2 &&
+                                       m_folded.front() == kAny && m_folded.back() == kAny);
+    m_isAsciiPiece = runtime::IsAscii(piece);
+    if (m_isAsciiPiece)
+        m_asciiPiece = ByteSearch(piece, LetterCase::IgnoredInAscii);
+    // Two letters outside of ASCII have their upper case in it: the dotless i and the long s.
+    m_hasForeignLower = piece.find_first_of("IS") != std::string::npos;
 }
 
 bool LikePattern::Matches(std::string_view text) const
 {
-    if (m_isContains && runtime::IsAscii(text))
-        return Contains(text);
-    return MatchesFolded(runtime::UpperText(text));
+    if (m_isContains && m_isAsciiPiece && (!m_hasForeignLower || runtime::IsAscii(text)))
+        return m_asciiPiece.Find(text) != ByteSearch::kNone;
+    if (!m_isAsciiPiece && runtime::IsAscii(text))
+        return false; // its upper case is in ASCII too
+    return MatchesUpper(runtime::UpperText(text));
 }
 
-bool LikePattern::Contains(std::string_view asciiText) const
+bool LikePattern::MatchesUpper(std::string_view folded) const
 {
-    const auto isSame = [](char a, char b) {
-        return runtime::UpperAscii(a) == runtime::UpperAscii(b);
-    };
-    return std::search(asciiText.begin(), asciiText.end(), m_needle.begin(), m_needle.end(),
-                       isSame) != asciiText.end() ||
-           m_needle.empty();
-}
-
-bool LikePattern::MatchesFolded(std::string_view folded) const
-{
+    if (m_isContains)
+        return m_piece.Find(folded) != ByteSearch::kNone;
     // The usual walk with one place to come back to: behind the last "%" seen.
     const std::u16string_view pattern = m_folded;
     std::size_t p = 0, t = 0, backPattern = std::string_view::npos, backText = 0;

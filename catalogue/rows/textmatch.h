@@ -3,6 +3,8 @@
 // No state.
 #pragma once
 
+#include "catalogue/rows/bytesearch.h"
+
 #include <string>
 #include <string_view>
 
@@ -23,13 +25,22 @@ public:
     // Whether the whole of `text` is as the pattern says.
     [[nodiscard]] bool Matches(std::string_view text) const;
 
-private:
-    [[nodiscard]] bool MatchesFolded(std::string_view folded) const;
-    [[nodiscard]] bool Contains(std::string_view asciiText) const;
+    // The same for a text that is in upper case already (runtime::UpperText).
+    [[nodiscard]] bool MatchesUpper(std::string_view upper) const;
 
+    // The longest piece without a wildcard, in upper case: a text without it does not match.
+    [[nodiscard]] const ByteSearch &LongestPiece() const { return m_piece; }
+
+    // Whether every text with that piece in it matches.
+    [[nodiscard]] bool IsContains() const { return m_isContains; }
+
+private:
     std::u16string m_folded; // one unit per upper-cased byte, and units of their own for wildcards
-    std::string m_needle;    // the text between the "%" of "%needle%", when it is that and ASCII
+    ByteSearch m_piece;
+    ByteSearch m_asciiPiece; // the same without regard to ASCII letter case, for texts as they are
     bool m_isContains = false;
+    bool m_isAsciiPiece = false;
+    bool m_hasForeignLower = false; // a letter of the piece has a lower one outside of ASCII
 };
 
 } // namespace catalogue

@@ -259,8 +259,11 @@ Translated Translate(Tokens tokens, bool isStored)
     if (isSelect && IsRowQuery(tokens, orderAt) &&
         (orderAt == tokens.size() || ReadOrder(tokens, orderAt + 2, result.rows.order))) {
         result.isRowQuery = true;
-        if (orderAt > 4)
+        if (orderAt > 4) {
             result.rows.condition = writer.Write(5, orderAt);
+            if (!isStored)
+                result.rows.likes = ReadLikeCondition(tokens, 5, orderAt);
+        }
         result.parameters.clear(); // written once more below
         result.unquoted.clear();
     }

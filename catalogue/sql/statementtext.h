@@ -13,6 +13,7 @@
 #pragma once
 
 #include "catalogue/provider.h"
+#include "catalogue/sql/likecondition.h"
 
 #include <deque>
 #include <optional>
@@ -38,7 +39,8 @@ struct OrderTerm {
 // "SELECT * FROM MP3s", with or without a condition and an order: its rows can be sorted by their
 // numbers, and their columns read late.
 struct RowQuery {
-    std::string condition; // translated; empty when there is none
+    std::string condition;              // translated; empty when there is none
+    std::optional<LikeCondition> likes; // the same of a plain statement, where it is LIKE alone
     std::vector<OrderTerm> order;
 };
 

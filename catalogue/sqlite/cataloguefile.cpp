@@ -26,6 +26,12 @@ std::map<std::string, std::shared_ptr<CatalogueFile>> &Files()
     return *files;
 }
 
+std::string FolderOf(const std::string &path)
+{
+    const auto name = path.rfind('/');
+    return name == std::string::npos ? "." : path.substr(0, name + 1);
+}
+
 // While one lives, a lock is reported at once.
 class LocksNotWaitedFor
 {
@@ -121,6 +127,8 @@ void CatalogueFile::AbandonConnections()
     sqlite3_db_config(m_main->Db(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     for (auto &handle : m_idle)
         sqlite3_db_config(handle->Db(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    if (m_textsHandle)
+        sqlite3_db_config(m_textsHandle->Db(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 }
 
 std::shared_ptr<SqliteHandle> CatalogueFile::TakeHandle()
@@ -145,6 +153,26 @@ std::unique_ptr<Snapshot> CatalogueFile::TakeSnapshot()
             if (const auto file = owner.lock())
                 file->GiveBack(std::move(handle));
         });
+}
+
+bool CatalogueFile::ReadTextsAhead(std::int64_t budgetMs)
+{
+    if (m_isWriting || !m_main->HasSnapshots() || (m_texts && m_texts->IsCurrent()))
+        return false;
+    if (!m_texts || m_texts->IsGivenUp()) {
+        m_texts.reset();
+        if (!m_textsHandle)
+            m_textsHandle = std::make_shared<SqliteHandle>(m_path);
+        m_texts = std::make_unique<FoldedTexts>(m_textsHandle, FolderOf(m_path));
+    }
+    return m_texts->ReadSome(budgetMs);
+}
+
+std::optional<std::vector<std::int64_t>> CatalogueFile::FindTexts(const LikeSearch &search)
+{
+    if (!m_texts || !m_texts->IsCurrent())
+        return std::nullopt;
+    return m_texts->Find(search);
 }
 
 void CatalogueFile::BeginWrite(SqliteHandle &handle)

@@ -2,6 +2,7 @@
 // kept warm between statements, its turn to write, and the snapshots of its late results.
 #pragma once
 
+#include "catalogue/rows/foldedtexts.h"
 #include "catalogue/rows/lazyrows.h"
 #include "catalogue/sql/statementtext.h"
 #include "catalogue/sqlite/sqlitefile.h"
@@ -46,6 +47,14 @@ public:
     void GiveBack(std::shared_ptr<SqliteHandle> handle);
     std::unique_ptr<Snapshot> TakeSnapshot();
 
+    // Reads texts ahead for FindTexts, for about `budgetMs`, and anew when the catalogue has
+    // changed. Returns: whether there is more to read; false also where nothing can be kept.
+    bool ReadTextsAhead(std::int64_t budgetMs);
+
+    // The numbers of the rows that the search finds in the catalogue as it is now, ascending;
+    // nullopt when the texts of this state have not been read.
+    std::optional<std::vector<std::int64_t>> FindTexts(const LikeSearch &search);
+
     // Begins a transaction that writes on one of the file's connections: waits for other processes,
     // which pass one by one (catalogue/lockwait.h). Events may run meanwhile, and may close the
     // catalogue: the caller keeps this object alive.
@@ -79,6 +88,8 @@ private:
     WriteQueue m_queue;
     std::unique_ptr<SqliteHandle> m_main;
     std::vector<std::shared_ptr<SqliteHandle>> m_idle;
+    std::shared_ptr<SqliteHandle> m_textsHandle;                  // of m_texts alone
+    std::unique_ptr<FoldedTexts> m_texts;                         // null until texts are read ahead
     std::map<std::string, StoredQuery> m_queries;                 // by upper-cased name
     std::vector<std::pair<Statement, Translated>> m_translations; // the statements without values
     bool m_isWriting = false;

@@ -61,7 +61,30 @@ void LikeFunction(sqlite3_context *context, int count, sqlite3_value **values)
     sqlite3_set_auxdata(context, 0, pattern, [](void *p) { delete static_cast<LikePattern *>(p); });
 }
 
+constexpr const char *kLikeSearch = "LikeSearch"; // the type of the bound pointer
+
+void FoundByLikeFunction(sqlite3_context *context, int count, sqlite3_value **values)
+{
+    const auto *search =
+        count == 0 ? nullptr
+                   : static_cast<const LikeSearch *>(sqlite3_value_pointer(values[0], kLikeSearch));
+    if (search == nullptr || static_cast<std::size_t>(count) != search->columns.size() + 1)
+        return sqlite3_result_null(context);
+    const auto textOf = [&](std::size_t column) -> std::optional<std::string_view> {
+        sqlite3_value *value = values[column + 1];
+        return IsNull(value) ? std::nullopt : std::optional(TextOf(value));
+    };
+    sqlite3_result_int(context, Finds(*search, textOf) ? 1 : 0);
+}
+
 } // namespace
+
+void BindLikeSearch(sqlite3_stmt *statement, int parameter, const LikeSearch &search)
+{
+    // The engine takes a pointer that may be written through; nobody does.
+    sqlite3_bind_pointer(statement, parameter, const_cast<LikeSearch *>(&search), kLikeSearch,
+                         nullptr);
+}
 
 void AddTextFunctions(sqlite3 *db)
 {
@@ -76,6 +99,7 @@ void AddTextFunctions(sqlite3 *db)
     add("upper_text", 1, UpperFunction);
     add("regexp", 2, LikeFunction);
     add("regexp", 3, LikeFunction);
+    add("found_by_like", -1, FoundByLikeFunction);
 }
 
 void AddTextViews(sqlite3 *db, const std::vector<std::string> &columns)

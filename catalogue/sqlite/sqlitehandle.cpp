@@ -181,6 +181,19 @@ const std::vector<std::string> &SqliteHandle::ColumnsOfMP3s()
     return m_mp3Columns;
 }
 
+std::int64_t SqliteHandle::DataVersion()
+{
+    m_isOwn = true;
+    sqlite3_stmt *version = nullptr;
+    const bool isKnown =
+        sqlite3_prepare_v2(m_db, "PRAGMA data_version", -1, &version, nullptr) == SQLITE_OK &&
+        sqlite3_step(version) == SQLITE_ROW;
+    const std::int64_t count = isKnown ? sqlite3_column_int64(version, 0) : -1;
+    sqlite3_finalize(version);
+    m_isOwn = false;
+    return count;
+}
+
 int SqliteHandle::Busy(void *self, int count)
 {
     auto &handle = *static_cast<SqliteHandle *>(self);

@@ -59,6 +59,10 @@ public:
     // what it was before.
     bool WaitForLocks(bool on) { return std::exchange(m_waits, on); }
 
+    // The engine's count of what other connections have committed: it differs from an earlier one
+    // of the same handle when there is something new. -1 when it cannot say.
+    [[nodiscard]] std::int64_t DataVersion();
+
     // The bytes at the start of the file as it is now, through SQLite's own open file: another
     // descriptor would drop the process's locks when closed. Fewer than `count` where it is short.
     std::string ReadStart(int count) const;

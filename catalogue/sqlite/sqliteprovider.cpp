@@ -3,6 +3,7 @@
 #include "catalogue/params.h"
 #include "catalogue/sqlite/cataloguefile.h"
 #include "catalogue/sqlite/opengroup.h"
+#include "catalogue/sqlite/sqlitefunctions.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
 
@@ -58,6 +59,25 @@ RecordsetPtr StepAll(SqliteHandle &handle, std::string_view sql, const Binding &
     return std::make_shared<CopiedRecordset>(prepared.columns, std::move(table));
 }
 
+// The texts of a plain statement's parameters; nothing when one of them is no text.
+std::optional<std::vector<std::string_view>> TextsOf(const Translated &translated,
+                                                     const Statement &statement)
+{
+    std::vector<std::string_view> texts;
+    for (const Parameter &parameter : translated.parameters) {
+        if (!parameter.valueIndex) {
+            texts.push_back(parameter.literal);
+            continue;
+        }
+        const Value &value = statement.values[*parameter.valueIndex].value;
+        if (const auto *text = std::get_if<std::string>(&value))
+            texts.emplace_back(*text);
+        else
+            return std::nullopt;
+    }
+    return texts;
+}
+
 class SqliteConnection final : public Connection
 {
 public:
@@ -68,12 +88,14 @@ public:
     void Close() override;
     RecordsetPtr Run(const Statement &statement) override;
     RecordsetPtr RunStored(std::string_view name, const std::vector<Value> &values) override;
+    bool ReadAheadForSearches(std::int64_t budgetMs) override;
     void Begin() override;
     void Commit() override;
     void RollBack() override;
 
 private:
     RecordsetPtr RunTranslated(const Translated &statement, const Binding &bind);
+    RecordsetPtr SearchTexts(const Translated &translated, const Statement &statement);
     RecordsetPtr Read(const Translated &statement, const Binding &bind);
     RecordsetPtr Write(std::string_view sql, const Binding &bind);
     RecordsetPtr RunInGroup(std::string_view sql, const Binding &bind);
@@ -101,6 +123,8 @@ RecordsetPtr SqliteConnection::Run(const Statement &statement)
                               "No value given for one or more required parameters.");
     if (kept == nullptr && HoldsNothingOf(statement, fresh))
         file->Keep(statement, fresh);
+    if (auto records = SearchTexts(translated, statement))
+        return records;
     return RunTranslated(translated, [&](sqlite3_stmt *target) {
         const auto count = static_cast<std::size_t>(sqlite3_bind_parameter_count(target));
         for (std::size_t i = 0; i < translated.parameters.size() && i < count; ++i) {
@@ -112,6 +136,42 @@ RecordsetPtr SqliteConnection::Run(const Statement &statement)
                 BindText(target, number, parameter.literal);
         }
     });
+}
+
+// The rows of a condition of LIKE alone: out of the texts that were read ahead, else in one walk
+// over the table. Null when the statement is something else.
+RecordsetPtr SqliteConnection::SearchTexts(const Translated &translated, const Statement &statement)
+{
+    const RowQuery &query = translated.rows;
+    if (m_ownHandle || !translated.isRowQuery || !query.likes || !m_file->Main().HasSnapshots())
+        return nullptr;
+    const auto texts = TextsOf(translated, statement);
+    const auto &columns = m_file->Main().ColumnsOfMP3s();
+    const auto search = texts ? MakeLikeSearch(*query.likes, *texts, columns) : std::nullopt;
+    if (!search || !LazyRecordset::CanSort(query, columns))
+        return nullptr;
+    CloseOpenGroup();
+    const ColumnNames names =
+        m_file->Main().Prepare("SELECT * FROM main.MP3s WHERE rowid = ?1").columns;
+    auto snapshot = m_file->TakeSnapshot();
+    snapshot->handle->ColumnsOfMP3s();
+    // The snapshot is that of its first reading. It must not be newer than the texts.
+    snapshot->handle->RunOwn("SELECT 1 FROM main.sqlite_schema LIMIT 1");
+    auto rows = query.order.empty() ? m_file->FindTexts(*search) : std::nullopt;
+    if (rows)
+        return std::make_shared<LazyRecordset>(std::move(snapshot), std::move(*rows), names);
+    RowQuery walk{"found_by_like(?1", {}, query.order};
+    for (const std::string &column : search->columns)
+        walk.condition += ", \"" + column + '"';
+    walk.condition += ")";
+    return std::make_shared<LazyRecordset>(
+        std::move(snapshot), walk,
+        [&](sqlite3_stmt *target) { BindLikeSearch(target, 1, *search); }, names);
+}
+
+bool SqliteConnection::ReadAheadForSearches(std::int64_t budgetMs)
+{
+    return m_file != nullptr && m_file->ReadTextsAhead(budgetMs);
 }
 
 RecordsetPtr SqliteConnection::RunStored(std::string_view name, const std::vector<Value> &values)

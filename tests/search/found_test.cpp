@@ -104,6 +104,12 @@ protected:
         rows.push_back(row);
     }
 
+    void ReadAhead()
+    {
+        for (int slices = 0; catalogue::DataAccess->ReadAheadForSearches(1000); ++slices)
+            ASSERT_LT(slices, 100);
+    }
+
     std::vector<std::string> PathsFound(const Criteria &criteria)
     {
         const search::Search search = search::BuildSearch(criteria);
@@ -143,6 +149,8 @@ TEST_F(Found, RandomTextsWildcardsAndLetterCases)
                     want.push_back(row[6]);
                     break;
                 }
+        if (i == 150) // from here on with the texts read ahead
+            ReadAhead();
         ASSERT_EQ(PathsFound(criteria), want)
             << "\"" << criteria.text << "\" type " << criteria.type;
         found += want.size();
@@ -157,6 +165,19 @@ TEST_F(Found, LettersOfEveryCase)
     criteria.text = "\u00D1AND\u00DA";
     criteria.ticked[0] = true;
     EXPECT_EQ(PathsFound(criteria).size(), 1u);
+}
+
+TEST_F(Found, LettersOfEveryCaseInTextsReadAhead)
+{
+    AddRow({"\u00F1and\u00FA", "", "", "", "", "", "", ""});
+    AddRow({"", "", "", "", "", "", "", "\u043B\u044E\u0431\u043E\u0432\u044C"});
+    ReadAhead();
+    Criteria criteria;
+    criteria.ticked.fill(true);
+    for (const char *text : {"\u00D1AND\u00DA", "\u00F1a", "\u041B\u042E\u0431", "\u042C"}) {
+        criteria.text = text;
+        EXPECT_EQ(PathsFound(criteria).size(), 1u) << text;
+    }
 }
 
 TEST_F(Found, AnEmptyTextFindsAllThatIsNotNull)

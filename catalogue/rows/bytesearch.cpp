@@ -1,0 +1,117 @@
+#include "catalogue/rows/bytesearch.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+namespace catalogue
+{
+
+namespace
+{
+
+// The bit that tells the cases of an ASCII letter apart. It is set in other bytes too before they
+// are compared, so that what is found is a candidate only.
+constexpr unsigned char kCaseBit = 0x20;
+
+unsigned char UpperByte(char c)
+{
+    const auto byte = static_cast<unsigned char>(c);
+    return byte >= 'a' && byte <= 'z' ? static_cast<unsigned char>(byte - kCaseBit) : byte;
+}
+
+// How often a byte is met in upper-cased texts, as a rank: 0 for all that are rare.
+std::size_t Commonness(char c)
+{
+    constexpr std::string_view kCommon = "ZQXJ9876543210VKBPYGW-./FMCULDRHSNIOATE ";
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte >= 0xC2) // the first byte of a letter of another script: all its letters have it
+        return kCommon.size();
+    const auto rank = kCommon.find(static_cast<char>(UpperByte(c)));
+    return rank == std::string_view::npos ? 0 : rank + 1;
+}
+
+} // namespace
+
+ByteSearch::ByteSearch(std::string needle, LetterCase letterCase)
+    : m_needle(std::move(needle)), m_letterCase(letterCase)
+{
+    const auto rarer = [this](std::size_t a, std::size_t b) {
+        return Commonness(m_needle[a]) < Commonness(m_needle[b]);
+    };
+    for (std::size_t i = 1; i < m_needle.size(); ++i)
+        if (rarer(i, m_firstProbe))
+            m_firstProbe = i;
+    m_secondProbe = m_firstProbe == 0 && m_needle.size() > 1 ? 1 : 0;
+    for (std::size_t i = 0; i < m_needle.size(); ++i)
+        if (i != m_firstProbe && rarer(i, m_secondProbe))
+            m_secondProbe = i;
+}
+
+bool ByteSearch::IsAt(const char *place) const
+{
+    if (m_letterCase == LetterCase::Counts)
+        return std::memcmp(place, m_needle.data(), m_needle.size()) == 0;
+    return std::equal(m_needle.begin(), m_needle.end(), place,
+                      [](char a, char b) { return UpperByte(a) == UpperByte(b); });
+}
+
+std::size_t ByteSearch::FindOneByOne(std::string_view text, std::size_t from) const
+{
+    for (; from + m_needle.size() <= text.size(); ++from)
+        if (IsAt(text.data() + from))
+            return from;
+    return kNone;
+}
+
+#ifdef __SSE2__
+
+std::size_t ByteSearch::Find(std::string_view text, std::size_t from) const
+{
+    constexpr std::size_t kStep = sizeof(__m128i);
+    if (m_needle.empty())
+        return from <= text.size() ? from : kNone;
+    if (text.size() < m_needle.size())
+        return kNone;
+    const std::size_t places = text.size() - m_needle.size() + 1;
+    const unsigned char mask = m_letterCase == LetterCase::Counts ? 0 : kCaseBit;
+    const auto bits = _mm_set1_epi8(static_cast<char>(mask));
+    const auto wanted = [&](std::size_t probe) {
+        return _mm_set1_epi8(static_cast<char>(static_cast<unsigned char>(m_needle[probe]) | mask));
+    };
+    const auto first = wanted(m_firstProbe), second = wanted(m_secondProbe);
+    const auto isThere = [&](const char *place, __m128i byte) {
+        const auto bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(place));
+        return _mm_cmpeq_epi8(_mm_or_si128(bytes, bits), byte);
+    };
+    for (; from + kStep <= places; from += kStep) {
+        const char *place = text.data() + from;
+        auto found = static_cast<unsigned>(_mm_movemask_epi8(_mm_and_si128(
+            isThere(place + m_firstProbe, first), isThere(place + m_secondProbe, second))));
+        for (; found != 0; found &= found - 1) {
+            const auto at = static_cast<std::size_t>(__builtin_ctz(found));
+            if (IsAt(place + at))
+                return from + at;
+        }
+    }
+    return FindOneByOne(text, from);
+}
+
+#else
+
+std::size_t ByteSearch::Find(std::string_view text, std::size_t from) const
+{
+    if (m_needle.empty())
+        return from <= text.size() ? from : kNone;
+    if (m_letterCase == LetterCase::Counts)
+        return text.find(m_needle, from);
+    return FindOneByOne(text, from);
+}
+
+#endif
+
+} // namespace catalogue

@@ -1,0 +1,35 @@
+// catalogue/rows/likesearch.h - a condition of LIKE alone with its patterns, ready to be asked row
+// by row. No state.
+#pragma once
+
+#include "catalogue/rows/textmatch.h"
+#include "catalogue/sql/likecondition.h"
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace catalogue
+{
+
+struct LikeSearch {
+    LikeNode root;
+    std::vector<LikePattern> patterns; // of each term
+    std::vector<std::size_t> columnOf; // of each term: which of `columns`
+    std::vector<std::string> columns;  // each once, spelled as in the table
+};
+
+// The search of `condition` with the texts of its terms, in a table of `columns`.
+// Returns: nullopt when it names another column.
+[[nodiscard]] std::optional<LikeSearch> MakeLikeSearch(const LikeCondition &condition,
+                                                       const std::vector<std::string_view> &texts,
+                                                       const std::vector<std::string> &columns);
+
+// Whether the search finds a row; `textOf(i)` is its text in `columns[i]`, nothing for a null.
+using TextOfColumn = std::function<std::optional<std::string_view>(std::size_t column)>;
+[[nodiscard]] bool Finds(const LikeSearch &search, const TextOfColumn &textOf);
+
+} // namespace catalogue
