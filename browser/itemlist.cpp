@@ -6,13 +6,15 @@
 #include "platform/desktop.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
+#include "runtime/keyindex.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/language.h"
 
 #include <algorithm>
 #include <array>
-#include <unordered_set>
+#include <cstdint>
+#include <memory>
 #include <utility>
 
 namespace browser
@@ -27,6 +29,8 @@ constexpr std::array<std::string_view, 8> kRecordFields = {
     "title", "Artist", "Album", "Year", "Comment", "Genre", "Disk_Label", "Path"};
 constexpr std::array<int, 8> kWidths = {2400, 2400, 2400, 800, 1200, 900, 1000, 2000}; // twips
 constexpr int kRowsBetweenYields = 50;
+// The first rows of a long fill are shown at once, the others when all are there.
+constexpr int kRowsShownFirst = 100, kRowsOfALongFill = 2000;
 
 std::string ColumnCaption(std::string_view key)
 {
@@ -60,7 +64,6 @@ public:
     {
         for (std::size_t i = 0; i < kRecordFields.size(); ++i)
             m_columns[i] = records.FindField(kRecordFields[i]);
-        m_paths.reserve(static_cast<std::size_t>(records.RecordCount()));
     }
 
     int Count() const { return m_count; }
@@ -70,20 +73,53 @@ public:
     {
         for (std::size_t i = 0; i < m_columns.size(); ++i)
             m_texts[i] = m_columns[i] < 0 ? std::string_view{} : m_records.Text(m_columns[i]);
-        if (!m_paths.insert(runtime::UpperText(m_texts.back())).second)
+        if (!IsNewPath())
             return;
+        const std::string key = "/" + std::to_string(m_count);
         std::array<std::string_view, kSubItems.size()> cells;
         std::copy(m_texts.begin(), m_texts.end(), cells.begin());
-        m_list.AddRow("/" + std::to_string(m_count), "", "MP3", cells);
-        ++m_count;
+        m_list.AddRow(key, "", "MP3", cells);
+        m_bytes += key.size();
+        for (const std::string &text : m_texts)
+            m_bytes += text.size();
+        if (++m_count == kRowsMeasured)
+            Reserve();
     }
 
 private:
+    static constexpr int kRowsMeasured = 1000; // tell how much room all rows take
+
+    // The path in upper case is compared with those of the rows of equal hashes, so that the list
+    // alone keeps the paths.
+    bool IsNewPath()
+    {
+        m_upper.clear();
+        runtime::AppendUpperText(m_texts.back(), m_upper);
+        const std::uint32_t hash = runtime::KeyIndex::HashOf(m_upper);
+        const auto pathOf = [this](std::int32_t row) {
+            return runtime::UpperText(m_list.SubItemAt(row, kPathSubItem));
+        };
+        const bool isNew = m_paths.Find(m_upper, hash, pathOf) == runtime::KeyIndex::kNone;
+        if (isNew)
+            m_paths.Insert(m_list.Count(), hash);
+        return isNew;
+    }
+
+    void Reserve()
+    {
+        const auto rows = static_cast<std::size_t>(m_records.RecordCount());
+        constexpr std::size_t kCells = kSubItems.size() + 2; // key and main text before them
+        m_list.Reserve(rows, kCells, m_bytes / kRowsMeasured * (rows + rows / 8));
+    }
+
+    static constexpr int kPathSubItem = static_cast<int>(kSubItems.size());
     ui::KeyedList &m_list;
     catalogue::Recordset &m_records;
     std::array<int, kRecordFields.size()> m_columns{};
     std::array<std::string, kRecordFields.size()> m_texts;
-    std::unordered_set<std::string> m_paths; // in upper case
+    std::string m_upper;       // the current path
+    runtime::KeyIndex m_paths; // of the rows, in upper case
+    std::size_t m_bytes = 0;   // of the texts of all rows
     int m_count = 0;
 };
 
@@ -324,7 +360,7 @@ void ShowItems(MainForm &form, ui::NodeId node, ui::KeyedList &list)
 bool FillItemList(ui::KeyedList &list, catalogue::Recordset &records,
                   const std::function<bool()> &ownerVisible)
 {
-    const ui::ListUpdate update(list);
+    auto update = std::make_unique<ui::ListUpdate>(list);
     list.ClearRows();
     AddFileColumns(list);
     if (records.AtEnd()) {
@@ -338,8 +374,14 @@ bool FillItemList(ui::KeyedList &list, catalogue::Recordset &records,
     Yield();
     try {
         FileRows rows(list, records);
+        bool firstShown = records.RecordCount() <= kRowsOfALongFill;
         for (; !records.AtEnd() && list.Filling() == filling; records.MoveNext()) {
             rows.Add();
+            if (rows.Count() == kRowsShownFirst && !std::exchange(firstShown, true)) {
+                update.reset();
+                Yield();
+                update = std::make_unique<ui::ListUpdate>(list);
+            }
             if (rows.Count() % kRowsBetweenYields == 0)
                 Yield();
             if (ownerVisible && !ownerVisible()) {

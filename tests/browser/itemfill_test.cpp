@@ -109,6 +109,39 @@ TEST_F(ItemFill, ALongFillYieldsEveryFiftyRows)
 }
 
 // Found again after row 50, the same path asks for the yield of row 50 again.
+TEST_F(ItemFill, TheFirstRowsOfALongFillShowAtOnce)
+{
+    for (int i = 0; i < 2100; ++i)
+        Add({"t", "Abba", "", "", "", "", "/m/" + std::to_string(i) + ".mp3"});
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    std::vector<ui::RowId> shown; // rows that the window may look at, at each yield
+    desktop.onYield = [&] {
+        if (!form.LV.Updating() && (shown.empty() || shown.back() != form.LV.Count()))
+            shown.push_back(form.LV.Count());
+    };
+    Click("#ABBA");
+    EXPECT_EQ(form.LV.Count(), 2100);
+    EXPECT_EQ(shown, (std::vector<ui::RowId>{100, 2100}));
+}
+
+TEST_F(ItemFill, ANewerClickWhileTheFirstRowsShowTakesTheListOver)
+{
+    for (int i = 0; i < 2100; ++i)
+        Add({"t", i == 0 ? "Other" : "Abba", "", "", "", "", "/m/" + std::to_string(i) + ".mp3"});
+    MainForm &form = Loaded();
+    LoadTreeView(form, "");
+    bool clicked = false;
+    desktop.onYield = [&] {
+        if (!form.LV.Updating() && form.LV.Count() == 100 && !std::exchange(clicked, true))
+            Click("#OTHER");
+    };
+    Click("#ABBA");
+    EXPECT_TRUE(clicked);
+    EXPECT_EQ(Rows(), "/0:t ");
+    EXPECT_FALSE(form.LV.Updating());
+}
+
 TEST_F(ItemFill, ARecordThatMakesNoRowYieldsAsTheRowBeforeIt)
 {
     for (int i = 0; i < 51; ++i)

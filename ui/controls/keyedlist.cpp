@@ -94,6 +94,14 @@ void KeyedList::AppendCell(std::string_view text)
     m_block.append(text);
 }
 
+void KeyedList::Reserve(std::size_t rows, std::size_t cells, std::size_t bytes)
+{
+    m_rows.reserve(rows);
+    m_order.reserve(rows);
+    m_cells.reserve(rows * cells);
+    m_block.reserve(bytes);
+}
+
 void KeyedList::RemoveRow(RowId row)
 {
     static_cast<void>(At(row));

@@ -54,6 +54,8 @@ public:
     // Adds a row. Errors: kDuplicateKey when the key is taken.
     RowId AddRow(std::string_view key, std::string_view text, std::string_view image,
                  std::span<const std::string_view> subItems);
+    // Makes room for `rows` rows of `cells` texts each (key, main text, sub-items), `bytes` in all.
+    void Reserve(std::size_t rows, std::size_t cells, std::size_t bytes);
     // Errors: kSubscriptOutOfRange when absent.
     void RemoveRow(RowId row);
     RowId Count() const { return static_cast<RowId>(m_rows.size()); }
