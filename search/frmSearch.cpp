@@ -63,6 +63,7 @@ frmSearchWindow::frmSearchWindow(SearchForm &form)
     ui::qt::Bind(form.statusBarArea, m_statusBar,
                  [this] { ui::qt::ShowArea(m_form.statusBarArea, m_statusBar); });
     ui::qt::BindTimer(form.ShowSelectedItems, this);
+    ui::qt::BindTimer(form.tmrReadAhead, this);
     form.calls.placed = [this] { m_items->ShowPanel(); };
     m_items->RaisePanel();
     NameForReaders();
@@ -252,6 +253,8 @@ void frmSearchWindow::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::WindowStateChange)
         m_form.minimised = isMinimized();
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        PrepareSearch(m_form); // another program may have changed the catalogue meanwhile
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         MeasureTitle();
         m_items->SetPanelFonts();

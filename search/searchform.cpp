@@ -145,6 +145,12 @@ void BindEvents(SearchForm &form)
         const bool sorted = form.ListView.SortKey() == column - 1;
         form.ListView.SetSort(column - 1, sorted != form.ListView.Descending());
     };
+    form.tmrReadAhead.event = [&form] {
+        constexpr std::int64_t kSliceMs = 8; // what nobody feels
+        const bool hasMore =
+            form.visible && DataAccess != nullptr && DataAccess->ReadAheadForSearches(kSliceMs);
+        form.tmrReadAhead.SetEnabled(hasMore);
+    };
     form.options.cmdAll[0].onClick = [&form] { cmdAll_Click(form, 0); };
     form.options.cmdAll[1].onClick = [&form] { cmdAll_Click(form, 1); };
     form.options.cmdSearch.onClick = [&form] { cmdSearch_Click(form); };
@@ -203,6 +209,13 @@ void SetVisible(SearchForm &form, bool visible)
 {
     form.visible = visible;
     browser::frmMain().searchList = visible ? &form.ListView : nullptr;
+    if (visible)
+        PrepareSearch(form);
+}
+
+void PrepareSearch(SearchForm &form)
+{
+    form.tmrReadAhead.SetEnabled(true);
 }
 
 void ReDrawForm(SearchForm &form)
@@ -283,6 +296,7 @@ void cmdSearch_Click(SearchForm &form)
     if (DataAccess == nullptr)
         return;
     const std::uint64_t number = ++form.searches;
+    form.tmrReadAhead.SetEnabled(false); // this search first
     const auto records = catalogue::Records(
         catalogue::ExecuteWithValues(search.statement, catalogue::kSelect, search.params));
     if (DataAccess == nullptr || records == nullptr || number != form.searches)
@@ -293,6 +307,7 @@ void cmdSearch_Click(SearchForm &form)
     }
     const bool filled =
         browser::FillItemList(form.ListView, *records, [&form] { return form.visible; });
+    PrepareSearch(form);
     if (!filled || !form.visible)
         return;
     ShowCount(form, records->RecordCount());

@@ -12,6 +12,7 @@
 #include "ui/controls/keyedlist.h"
 #include "ui/controls/statusbar.h"
 #include "ui/controls/textbox.h"
+#include "ui/controls/timer.h"
 
 #include <array>
 #include <cstdint>
@@ -56,6 +57,8 @@ struct SearchForm : browser::PanelForm {
     ui::StatusBar SBar{{{"Items", "", 3000}}};
     ui::Area statusBarArea{{0, 0, 11000, 345}};
 
+    ui::Timer tmrReadAhead{10}; // reads the catalogue's texts ahead while nothing else is to do
+
     // --- Fields.
     int PaneWidth = kDesignPaneWidth;
     bool separatorDragging = false;      // CheckMaximized.Enabled
@@ -79,6 +82,10 @@ void LoadSearchForm(SearchForm &form);
 
 // The window was shown or hidden. While it shows, its list is the main form's `searchList`.
 void SetVisible(SearchForm &form, bool visible);
+
+// The catalogue may have changed: its texts are read ahead, as far as that is still to do, so that
+// the next search is fast.
+void PrepareSearch(SearchForm &form);
 
 // ReDrawForm: the layout, then a yield.
 void ReDrawForm(SearchForm &form);

@@ -220,6 +220,34 @@ TEST_F(Search, ASecondSearchDuringTheFillEndsTheFirst)
     EXPECT_EQ(Count(form), "1 Item(s)");
 }
 
+TEST_F(Search, TextsAreReadAheadWhileTheWindowShows)
+{
+    SearchForm &form = WithSongs();
+    const auto readAll = [&form] {
+        for (int ticks = 0; form.tmrReadAhead.Enabled(); ++ticks) {
+            ASSERT_LT(ticks, 1000);
+            form.tmrReadAhead.Fire();
+        }
+    };
+    EXPECT_TRUE(form.tmrReadAhead.Enabled());
+    readAll();
+    form.options.cmdAll[1].Click();
+    Run(form, "love");
+    EXPECT_EQ(Found(form), "/0:Love me do /1:One ");
+    EXPECT_TRUE(form.tmrReadAhead.Enabled()); // looks whether there is anything new
+    readAll();
+    Add({"Lovely", "", "", "", "", "", "/m/4.mp3"});
+    Run(form, "love");
+    EXPECT_EQ(Found(form), "/0:Love me do /1:One /2:Lovely ");
+    search::SetVisible(form, false);
+    form.tmrReadAhead.Fire();
+    EXPECT_FALSE(form.tmrReadAhead.Enabled()); // not for a hidden window
+    search::PrepareSearch(form);
+    catalogue::DataAccess.reset();
+    form.tmrReadAhead.Fire();
+    EXPECT_FALSE(form.tmrReadAhead.Enabled());
+}
+
 TEST_F(Search, TheEndOfTheProgramEndsTheSearch)
 {
     SearchForm &form = WithSongs();
@@ -292,6 +320,47 @@ TEST_F(Search, MouseDownWithTheLeftButton)
     search::ListView_MouseDown(form, 1, true, true); // Shift and Ctrl do not wait either
     EXPECT_TRUE(form.ShowSelectedItems.Enabled());
     EXPECT_EQ(clock.steadyMs, before);
+}
+
+TEST_F(Search, AClickWithCtrlIsHeldUntilHalfASecondAfterTheNearestWholeOne)
+{
+    struct MovingClock : tests::FakeClock {
+        double SecondsOfDay() override
+        {
+            constexpr double kDay = 86400;
+            const double seconds = start + static_cast<double>(steadyMs) / 1000;
+            return seconds >= kDay ? seconds - kDay : seconds;
+        }
+        double start = 0;
+    } moving;
+    const struct {
+        const char *name;
+        double clicked;   // seconds of the day
+        long long heldMs; // at least; one step of the wait more at most
+    } cases[] = {{"on the second", 100, 500},
+                 {"behind it", 100.25, 250},
+                 {"half a second behind", 100.5, 0},
+                 {"before the next one", 100.75, 750},
+                 {"just behind the half", 101.5625, 938},
+                 {"before midnight", 86399.75, 250}};
+    SearchForm &form = Shown();
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        moving.start = c.clicked;
+        moving.steadyMs = 0;
+        form.ShowSelectedItems.SetEnabled(false);
+        int yields = 0;
+        desktop.onYield = [&] {
+            EXPECT_FALSE(form.ShowSelectedItems.Enabled()); // not before the wait is over
+            ++yields;
+        };
+        search::ListView_MouseDown(form, 1, false, true);
+        desktop.onYield = nullptr;
+        EXPECT_GE(moving.steadyMs, c.heldMs);
+        EXPECT_LE(moving.steadyMs, c.heldMs + 25);
+        EXPECT_EQ(yields > 0, c.heldMs > 0);
+        EXPECT_TRUE(form.ShowSelectedItems.Enabled());
+    }
 }
 
 TEST_F(Search, ARightClickOpensThePopupForTheSelectedRow)

@@ -1,6 +1,7 @@
 // The search window as a user works with it: by keys and by mouse, beside the main window.
 #include "browser/commands.h"
 #include "browser/itemlist.h"
+#include "catalogue/rowgroups.h"
 #include "search/frmSearch.h"
 #include "search/install.h"
 #include "tests/windows/mainwindowfixture.h"
@@ -53,6 +54,22 @@ protected:
     {
         searchWindow.reset();
         search::ResetSearchForm();
+    }
+
+    static constexpr int kMany = 20000;
+
+    // Rows whose titles begin with "Many".
+    void AddMany()
+    {
+        const catalogue::RowGroups groups;
+        for (int i = 0; i < kMany; ++i) {
+            catalogue::RowStep step(*catalogue::DataAccess);
+            std::vector<catalogue::Value> values(7, std::string());
+            values[0] = "Many " + std::to_string(i);
+            values.emplace_back("/many/" + std::to_string(i) + ".mp3");
+            values.emplace_back(std::int64_t{0});
+            step.Access().ExecuteSQL("AddMP3", catalogue::kStoredInsert, values);
+        }
     }
 
     search::SearchForm &Search() { return search::frmSearch(); }
@@ -166,6 +183,49 @@ TEST_F(SearchWindow, SeveralRowsShowTheirCountInThePanel)
     ASSERT_TRUE(tests::WaitUntil(
         [this] { return Search().WebItemType.Caption().starts_with("2 mp3 filess selected."); }));
     EXPECT_NE(Search().lblInfo.Caption().find("Bill Evans - Waltz 1"), std::string::npos);
+}
+
+TEST_F(SearchWindow, ClosingItDuringASearchEndsTheFill)
+{
+    Open();
+    AddMany();
+    Search().options.chkField[0].SetChecked(true);
+    ui::KeyedList &list = Search().ListView;
+    list.rowsChanged = [this, shown = list.rowsChanged, &list] {
+        shown();
+        if (list.Count() > 0) // the first rows show
+            QTimer::singleShot(0, searchWindow.get(), [this] { searchWindow->close(); });
+    };
+    tests::TypeText("many");
+    tests::PressKey("Return");
+    ASSERT_TRUE(tests::WaitUntil([this] { return !searchWindow->isVisible(); }));
+    EXPECT_LT(list.Count(), kMany);
+    EXPECT_GE(list.Count(), 100);
+    EXPECT_EQ(Search().SBar.Panel("Items").text, "0 Item(s)");
+    EXPECT_TRUE(desktop.boxes.empty());
+}
+
+TEST_F(SearchWindow, ASecondSearchDuringTheFirstReplacesItsRows)
+{
+    Open();
+    AddMany();
+    Search().options.chkField[0].SetChecked(true);
+    ui::KeyedList &list = Search().ListView;
+    bool second = false;
+    list.rowsChanged = [this, shown = list.rowsChanged, &list, &second] {
+        shown();
+        if (list.Count() > 0 && !std::exchange(second, true))
+            QTimer::singleShot(0, searchWindow.get(), [this] {
+                Search().options.txtToFind.SetText("waltz");
+                Search().options.cmdSearch.Click();
+            });
+    };
+    tests::TypeText("many");
+    tests::PressKey("Return");
+    ASSERT_TRUE(
+        tests::WaitUntil([this] { return Search().SBar.Panel("Items").text == "20 Item(s)"; }));
+    EXPECT_TRUE(second);
+    EXPECT_EQ(list.Count(), 20);
 }
 
 TEST_F(SearchWindow, TheSplitterDragsThePane)
