@@ -21,6 +21,7 @@
 #include <QShortcut>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 namespace search
@@ -68,7 +69,7 @@ frmSearchWindow::frmSearchWindow(SearchForm &form)
     m_items->RaisePanel();
     NameForReaders();
     MeasureTitle();
-    setTabOrder(m_options, &m_items->List());
+    setTabOrder(m_lastInPane, &m_items->List());
     setTabOrder(&m_items->List(), m_separator);
     const auto addKey = [this](const QKeySequence &keys, auto action) {
         connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
@@ -101,6 +102,7 @@ void frmSearchWindow::BuildTitle()
     title->setFont(bold);
     BindLabel(m_form.lblFolders, title);
     auto *close = new QToolButton(frame);
+    m_close = close;
     Name(close, "lblCloseTree");
     close->setAutoRaise(true);
     const QString words = ToQt(shell::GetLanguageText("Close the pane", "ClosePane", "Search"));
@@ -118,6 +120,8 @@ void frmSearchWindow::BuildOptions()
     using namespace ui::qt;
     Name(m_options, "pctOptions");
     m_options->setFrameShape(QFrame::NoFrame);
+    m_options->setFocusPolicy(
+        Qt::NoFocus); // what is in it takes the keyboard, and scrolls into view
     m_options->setWidgetResizable(true);
     m_options->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     Bind(m_form.pctOptions, m_options, [this] { ShowArea(m_form.pctOptions, m_options); });
@@ -161,7 +165,7 @@ void frmSearchWindow::BuildBoxes(QWidget *options)
     for (std::size_t i = 0; i < controls.cmdAll.size(); ++i)
         add(MakeButton(controls.cmdAll[i], options, kInLayout),
             qPrintable(QStringLiteral("cmdAll(%1)").arg(i)));
-    add(MakeButton(controls.cmdSearch, options, kInLayout), "cmdSearch");
+    m_lastInPane = add(MakeButton(controls.cmdSearch, options, kInLayout), "cmdSearch");
     column->addStretch();
 }
 
@@ -193,14 +197,16 @@ void frmSearchWindow::NameForReaders()
     name("vsbBack", shell::GetLanguageText("Position in the information", "PanelBar", "Spoken"));
 }
 
-// The title's row is as high as the font asks for.
+// The title's row is as high as the font and the button in it ask for.
 void frmSearchWindow::MeasureTitle()
 {
-    const int height = ui::TwipsOfPixels(fontMetrics().height() + 10);
+    const QSize button = m_close->minimumSizeHint();
+    const int side = ui::TwipsOfPixels(std::max(button.width(), button.height()));
+    const int height = std::max(ui::TwipsOfPixels(fontMetrics().height() + 10), side + 60);
     m_form.pctCloseTree.SetHeight(height);
     m_form.frmCloseTree.SetHeight(height);
     m_form.lblFolders.SetPlace({kMarginTwips, 75, m_form.lblFolders.Width(), height - 75});
-    m_form.lblCloseTree.SetPlace({m_form.lblCloseTree.Left(), 30, height - 60, height - 60});
+    m_form.lblCloseTree.SetPlace({m_form.lblCloseTree.Left(), 30, side, side});
     m_form.statusBarArea.SetHeight(ui::TwipsOfPixels(m_statusBar->sizeHint().height()));
 }
 

@@ -60,9 +60,11 @@ private:
     SearchForm &m_form;
     bool m_layoutDue = false; // the form's layout, after the event that is at work
 
-    QWidget *m_closeTree;      // pctCloseTree; owned by the window as all that follows
-    QScrollArea *m_options;    // pctOptions
-    QWidget *m_text = nullptr; // txtToFind
+    QWidget *m_closeTree;            // pctCloseTree; owned by the window as all that follows
+    QScrollArea *m_options;          // pctOptions
+    QWidget *m_close = nullptr;      // lblCloseTree
+    QWidget *m_text = nullptr;       // txtToFind
+    QWidget *m_lastInPane = nullptr; // cmdSearch
     QWidget *m_separator;
     browser::ItemView *m_items; // pctBorders with panel and list
     ui::qt::StatusBarView *m_statusBar;

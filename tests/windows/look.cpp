@@ -71,8 +71,12 @@ void LookAt(QWidget &widget, std::vector<std::string> &found)
 {
     if (CutsItsText(widget))
         found.push_back("cut off: " + Named(widget));
+    // The panes of the main and the search window are laid out with a frame that the window cuts
+    // off.
+    const bool isCutFrame = widget.objectName() == QLatin1String("pctBorders");
     const bool scrolled = qobject_cast<const QScrollArea *>(widget.parentWidget()->parentWidget());
-    if (!IsPart(widget) && !scrolled && !widget.parentWidget()->rect().contains(widget.geometry()))
+    if (!IsPart(widget) && !scrolled && !isCutFrame &&
+        !widget.parentWidget()->rect().contains(widget.geometry()))
         found.push_back("outside of its parent: " + Named(widget));
     if (widget.focusPolicy() != Qt::NoFocus && !IsPart(widget) && widget.focusProxy() == nullptr &&
         !IsInWords(SpokenName(widget)))
