@@ -2,6 +2,8 @@
 
 #include "playlists/lists.h"
 
+#include <algorithm>
+
 namespace playlists
 {
 
@@ -37,6 +39,7 @@ void ListsForm::RemoveEm()
     LV.ClearRows();
     LV.ClearColumns();
     LV.AddColumn("Unique", "", 2000);
+    LV.HideHeaders(true); // there is nothing in them
     int position = 0;
     for (const std::string &list : PlayListNames())
         LV.AddRow("A" + std::to_string(++position), list, "M3U", {});
@@ -52,10 +55,13 @@ void ListsForm::cmdRemove_Click()
     if (row == ui::kNoRow)
         return;
     const std::string key(LV.Key(row));
+    const int place = LV.DisplayIndex(row);
     if (!RemovePlayList(m_mainForm, std::string(LV.Text(row))))
         return;
     if (const ui::RowId left = LV.Find(key); left != ui::kNoRow)
         LV.RemoveRow(left);
+    if (LV.Count() > 0) // the next one, so that the keys can go on
+        LV.SelectOnly(LV.RowAt(std::min(place, LV.Count() - 1)));
 }
 
 void ShowLists(browser::MainForm &mainForm)

@@ -50,6 +50,7 @@ TEST_F(ListsWindow, ShowsTheListsByName)
         EXPECT_EQ(window.LV.Columns()[0].key, "Unique");
         EXPECT_EQ(window.LV.Columns()[0].caption, "");
         EXPECT_EQ(window.LV.Columns()[0].widthTwips, 2000);
+        EXPECT_TRUE(window.LV.HeadersHidden());
         EXPECT_EQ(window.LV.Image(0), "M3U");
         EXPECT_TRUE(window.cmdRemove.Enabled());
         window.cmdDone.Click();
@@ -66,6 +67,8 @@ TEST_F(ListsWindow, RemovesTheSelectedOneFromCatalogueTreeAndWindow)
         window.cmdRemove.Click();
         EXPECT_EQ(Names(window), "A2=other ");
         EXPECT_EQ(Keys("ByList"), "&other ");
+        EXPECT_EQ(window.LV.SelectedItem(), window.LV.Find("A2")); // the next one
+        window.LV.SetSelection({}, ui::kNoRow);
         window.cmdRemove.Click(); // nothing is selected
         EXPECT_EQ(Names(window), "A2=other ");
         window.LV.SelectOnly(window.LV.Find("A2"));
