@@ -1,0 +1,258 @@
+// search_bench CATALOGUE FOLDER [judge] - what a search in all eight fields costs, in a copy of the
+// catalogue: the statement before and after the texts were read ahead, right after another
+// connection has written, the engine's own LIKE, and a plain search for the bytes in a dump of the
+// same texts in memory; and the fill of a list with everything. Prints the rows found beside the
+// times. Ends with status 1 when rows differ, and with "judge" when a limit is missed.
+#include "browser/itemlist.h"
+#include "catalogue/adoclass.h"
+#include "catalogue/rowgroups.h"
+#include "platform/machine.h"
+#include "platform/terminal/terminaldesktop.h"
+#include "runtime/text.h"
+#include "runtime/utf8.h"
+#include "search/criteria.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+constexpr double kStatementMs = 50, kFillMs = 400, kMemoryMiB = 100;
+constexpr std::int64_t kSliceMs = 10;
+constexpr int kRounds = 7;
+
+bool failed = false, judged = false;
+
+class Stopwatch
+{
+public:
+    [[nodiscard]] double Ms() const
+    {
+        using namespace std::chrono;
+        return duration<double, std::milli>(steady_clock::now() - m_start).count();
+    }
+
+private:
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+void Tell(const std::string &what, double value, const char *unit, double limit)
+{
+    const bool missed = judged && value > limit;
+    failed = failed || missed;
+    std::printf("%-44s %8.1f %s, limit %.0f%s\n", what.c_str(), value, unit, limit,
+                missed ? "  MISSED" : "");
+}
+
+template <class Measure>
+double MedianMs(const Measure &measure)
+{
+    std::vector<double> times;
+    for (int i = 0; i < kRounds; ++i) {
+        const Stopwatch watch;
+        measure();
+        times.push_back(watch.Ms());
+    }
+    std::nth_element(times.begin(), times.begin() + kRounds / 2, times.end());
+    return times[kRounds / 2];
+}
+
+double MemoryMiB()
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("VmRSS:"))
+            return std::stod(line.substr(6)) / 1024;
+    return 0;
+}
+
+catalogue::RecordsetPtr Search(const std::string &text)
+{
+    search::Criteria criteria;
+    criteria.text = text;
+    criteria.ticked.fill(true);
+    const search::Search made = search::BuildSearch(criteria);
+    return catalogue::Records(
+        catalogue::ExecuteWithValues(made.statement, catalogue::kSelect, made.params));
+}
+
+// The engine's LIKE without anything of ours.
+std::int64_t EngineRows(const std::string &file, const std::string &text)
+{
+    sqlite3 *db = nullptr;
+    sqlite3_open(file.c_str(), &db);
+    std::string sql = "SELECT rowid FROM MP3s WHERE ";
+    for (const std::string_view field : search::kFields)
+        sql.append(field).append(" LIKE ?1 OR ");
+    sql.resize(sql.size() - 4);
+    sqlite3_stmt *statement = nullptr;
+    sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr);
+    const std::string pattern = "%" + text + "%";
+    sqlite3_bind_text(statement, 1, pattern.c_str(), -1, SQLITE_STATIC);
+    std::int64_t rows = 0;
+    while (sqlite3_step(statement) == SQLITE_ROW)
+        ++rows;
+    sqlite3_finalize(statement);
+    sqlite3_close(db);
+    return rows;
+}
+
+// All texts of the eight fields in upper case.
+std::string DumpOf(const std::string &file)
+{
+    sqlite3 *db = nullptr;
+    sqlite3_open(file.c_str(), &db);
+    std::string sql = "SELECT ";
+    for (const std::string_view field : search::kFields)
+        sql.append(field).append(", ");
+    sqlite3_stmt *statement = nullptr;
+    sqlite3_prepare_v2(db, (sql + "rowid FROM MP3s").c_str(), -1, &statement, nullptr);
+    std::string dump;
+    while (sqlite3_step(statement) == SQLITE_ROW)
+        for (int i = 0; i < static_cast<int>(search::kFields.size()); ++i)
+            if (const auto *text = sqlite3_column_text(statement, i); text != nullptr) {
+                runtime::AppendUpperText(reinterpret_cast<const char *>(text), dump);
+                dump += '\0';
+            }
+    sqlite3_finalize(statement);
+    sqlite3_close(db);
+    return dump;
+}
+
+std::size_t TimesIn(const std::string &dump, const std::string &upper)
+{
+    std::size_t times = 0;
+    for (const char *at = dump.data(), *end = at + dump.size();
+         (at = static_cast<const char *>(memmem(at, static_cast<std::size_t>(end - at),
+                                                upper.data(), upper.size()))) != nullptr;
+         at += upper.size())
+        ++times;
+    return times;
+}
+
+void ReadAhead()
+{
+    const Stopwatch watch;
+    int slices = 1;
+    double longest = 0;
+    for (bool more = true; more; ++slices) {
+        const Stopwatch slice;
+        more = catalogue::DataAccess->ReadAheadForSearches(kSliceMs);
+        longest = std::max(longest, slice.Ms());
+    }
+    std::printf("texts read ahead in %.1f ms, %d slices, the longest %.1f ms\n", watch.Ms(), slices,
+                longest);
+}
+
+// The words: in most lyrics, in no row, in titles, and of other letters.
+const std::vector<std::string> kWords = {"love", "xylophone", "SuMmEr",
+                                         "\u043E\u0440\u043B\u043E\u0412", "DUFR\u00CANE"};
+
+std::vector<std::int64_t> TellTimes(const char *when)
+{
+    std::vector<std::int64_t> rows;
+    double slowest = 0;
+    for (const std::string &word : kWords) {
+        std::int64_t found = 0;
+        const double ms = MedianMs([&] { found = Search(word)->RecordCount(); });
+        std::printf("    %-10s %7lld rows %7.1f ms\n", word.c_str(), static_cast<long long>(found),
+                    ms);
+        slowest = std::max(slowest, ms);
+        rows.push_back(found);
+    }
+    if (std::strcmp(when, "texts read ahead") == 0)
+        Tell("statement, " + std::string(when), slowest, "ms", kStatementMs);
+    else
+        std::printf("%-44s %8.1f ms\n", ("statement, " + std::string(when)).c_str(), slowest);
+    return rows;
+}
+
+void TellFloors(const std::string &file, const std::vector<std::int64_t> &rows)
+{
+    const std::string dump = DumpOf(file);
+    double slowestEngine = 0, slowestBytes = 0;
+    for (std::size_t i = 0; i < kWords.size(); ++i) {
+        std::int64_t engine = 0;
+        std::size_t times = 0;
+        slowestEngine =
+            std::max(slowestEngine, MedianMs([&] { engine = EngineRows(file, kWords[i]); }));
+        const std::string upper = runtime::UpperText(kWords[i]);
+        slowestBytes = std::max(slowestBytes, MedianMs([&] { times = TimesIn(dump, upper); }));
+        const bool isAscii = runtime::IsAscii(kWords[i]); // others the engine knows no cases of
+        if ((isAscii && engine != rows[i]) || (times == 0) != (rows[i] == 0)) {
+            std::printf("%s: %lld rows, the engine %lld, %zu times in the dump\n",
+                        kWords[i].c_str(), static_cast<long long>(rows[i]),
+                        static_cast<long long>(engine), times);
+            failed = true;
+        }
+    }
+    std::printf("%-44s %8.1f ms\n%-44s %8.1f ms (%.1f MB)\n", "the engine's own LIKE",
+                slowestEngine, "a byte search over a dump in memory", slowestBytes,
+                static_cast<double>(dump.size()) / 1e6);
+}
+
+// Another connection adds a row, which the next search finds.
+void TellAfterAWrite(const std::string &file)
+{
+    sqlite3 *db = nullptr;
+    sqlite3_open(file.c_str(), &db);
+    sqlite3_exec(
+        db, "INSERT INTO MP3s VALUES ('a Xylophone', '', '', '', '', '', '', '/new.mp3', '', 0)",
+        nullptr, nullptr, nullptr);
+    sqlite3_close(db);
+    const Stopwatch watch;
+    const auto found = Search("XYLOPHONE")->RecordCount();
+    std::printf("%-44s %8.1f ms\n", "the first statement after another's write", watch.Ms());
+    failed = failed || found != 1;
+    ReadAhead();
+    failed = failed || Search("xylophone")->RecordCount() != 1;
+}
+
+void TellFill(double idleMiB)
+{
+    ui::KeyedList list;
+    const double ms = MedianMs([&] { browser::FillItemList(list, *Search("")); });
+    Tell("a search for everything, statement and fill", ms, "ms", kFillMs);
+    Tell("memory above the idle program", MemoryMiB() - idleMiB, "MiB", kMemoryMiB);
+    std::printf("    %d rows\n", list.Count());
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc < 3)
+        return 2;
+    judged = argc > 3;
+    const std::string folder = argv[2], file = folder + "/MP3s.mdb";
+    std::filesystem::create_directories(folder);
+    for (const char *end : {"", "-wal", "-shm", "-turn"})
+        std::filesystem::remove(file + end);
+    std::filesystem::copy_file(argv[1], file);
+    platform::terminal::TerminalDesktop desktop;
+    platform::TheMachine().desktop = &desktop;
+    catalogue::DataAccess = std::make_unique<catalogue::ADOclass>();
+    catalogue::DataAccess->TipoLectura = 1;
+    catalogue::DataAccess->DirBase = folder + "/";
+    catalogue::DataAccess->DataBaseName = "MP3s";
+    const double idleMiB = MemoryMiB();
+    const auto walked = TellTimes("nothing read ahead");
+    ReadAhead();
+    const auto rows = TellTimes("texts read ahead");
+    failed = failed || walked != rows;
+    TellFill(idleMiB);
+    TellFloors(file, rows);
+    TellAfterAWrite(file);
+    catalogue::DataAccess.reset();
+    catalogue::CloseCatalogue();
+    return failed ? 1 : 0;
+}
