@@ -19,8 +19,9 @@ TEST_F(FormCommands, WhatNobodyRegisteredIsDisabledWhateverEnablesIt)
     SetFileCommandsEnabled(form, true);
     std::string enabled;
     for (const MenuLine &line : MenuLines()) {
-        if (!IsLeaf(line)) {
-            EXPECT_TRUE(form.FindMenu(line.name)->Enabled()) << line.name;
+        if (!IsLeaf(line)) { // a sub-menu without an entry that can be used is disabled too
+            EXPECT_EQ(form.FindMenu(line.name)->Enabled(), line.name != "submnuPlayList")
+                << line.name;
             continue;
         }
         EXPECT_EQ(form.FindMenu(line.name)->Enabled(), IsRegistered(line.name)) << line.name;
