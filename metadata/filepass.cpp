@@ -212,9 +212,9 @@ int ReadFileBytes(const std::string &path, const std::function<void()> &beforeSl
     return -1;
 }
 
-void ExpectReads(std::vector<std::string> paths)
+void ExpectReads(const std::vector<std::string> &paths)
 {
-    platform::TheMachine().files->Expect(std::move(paths), {kFirstRead, kTailBytes, HeadBytes});
+    platform::TheMachine().files->Expect(paths, {kFirstRead, kTailBytes, HeadBytes});
 }
 
 bool IsStillTheSame(const std::string &path, FileBytes &bytes)

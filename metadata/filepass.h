@@ -52,7 +52,7 @@ int ReadFileBytes(const std::string &path, const std::function<void()> &beforeSl
                   FileBytes &bytes);
 
 // Says which files will be read next, in this order.
-void ExpectReads(std::vector<std::string> paths);
+void ExpectReads(const std::vector<std::string> &paths);
 
 // Whether `bytes` are still those of `path`: it is the very same file, not changed since, and its
 // last change lay so far back when it was opened that another one could not have hidden behind the

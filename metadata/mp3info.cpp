@@ -173,9 +173,9 @@ bool ArePassesSlow()
     return platform::TheMachine().files->IsReadingSlow();
 }
 
-void ExpectPasses(std::vector<std::string> paths)
+void ExpectPasses(const std::vector<std::string> &paths)
 {
-    ExpectReads(std::move(paths));
+    ExpectReads(paths);
 }
 
 void ExpectNoPasses()

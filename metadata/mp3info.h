@@ -38,7 +38,7 @@ void KeepForNextPass();
 // bytes are on the way meanwhile. It changes nothing but the time, and pays where ArePassesSlow.
 // ExpectNoPasses takes back what is left of it.
 [[nodiscard]] bool ArePassesSlow();
-void ExpectPasses(std::vector<std::string> paths);
+void ExpectPasses(const std::vector<std::string> &paths);
 void ExpectNoPasses();
 
 // Why the last pass could not read its file: an errno of the system, 0 when it could. A folder is

@@ -130,7 +130,9 @@ struct Files {
 
     // Says which files will be opened and read next, in this order, after those said before: they
     // are fetched meanwhile. It changes nothing but the time that the other operations take.
-    virtual void Expect(std::vector<std::string> /*paths*/, const WantedBytes & /*wanted*/) {}
+    virtual void Expect(const std::vector<std::string> & /*paths*/, const WantedBytes & /*wanted*/)
+    {
+    }
 
     // None of them will be opened any more. Waits for nothing.
     virtual void ExpectNothing() {}

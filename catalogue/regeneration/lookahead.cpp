@@ -51,7 +51,7 @@ bool LookAhead::ExpectFiles()
     for (; m_nextFile < files.size() && paths.size() < kFewestAhead; ++m_nextFile, ++m_said)
         if (m_said >= m_passed)
             paths.push_back(JoinPath(m_box.Path(), files[m_nextFile]));
-    metadata::ExpectPasses(std::move(paths));
+    metadata::ExpectPasses(paths);
     return true;
 }
 

@@ -108,7 +108,7 @@ ReadAheadFiles::ReadAheadFiles(std::shared_ptr<Files> source) : m_source(std::mo
 
 ReadAheadFiles::~ReadAheadFiles()
 {
-    ExpectNothing();
+    ReadAheadFiles::ExpectNothing();
 }
 
 // Opens the file and reads what is wanted of it. On a helper thread.
@@ -240,14 +240,14 @@ bool ReadAheadFiles::Shared::Wait(const Condition &condition)
     return !isEnding;
 }
 
-void ReadAheadFiles::Expect(std::vector<std::string> paths, const WantedBytes &wanted)
+void ReadAheadFiles::Expect(const std::vector<std::string> &paths, const WantedBytes &wanted)
 {
     if (paths.empty())
         return;
     if (m_shared == nullptr)
         m_shared = std::make_shared<Shared>(m_source);
     const std::lock_guard lock(m_shared->mutex);
-    for (std::string &path : paths) {
+    for (const std::string &path : paths) {
         FilePtr file;
         if (m_shared->spare.empty()) {
             file = std::make_shared<ComingFile>();
@@ -255,7 +255,7 @@ void ReadAheadFiles::Expect(std::vector<std::string> paths, const WantedBytes &w
             file = std::move(m_shared->spare.back());
             m_shared->spare.pop_back();
         }
-        file->path = std::move(path);
+        file->path = path;
         file->wanted = wanted;
         m_shared->files.push_back(std::move(file));
     }

@@ -32,7 +32,7 @@ public:
                         bool mayWait) override;
     void Close(int handle) override;
     bool IsReadingSlow() override;
-    void Expect(std::vector<std::string> paths, const WantedBytes &wanted) override;
+    void Expect(const std::vector<std::string> &paths, const WantedBytes &wanted) override;
     void ExpectNothing() override;
 
 private:
