@@ -136,23 +136,6 @@ void ReleaseRegeneration()
     shell::TheStatusLine() = nullptr;
 }
 
-// A preference as `read` reads it; the default where the store holds no number. The window comes up
-// whatever is stored: a program without a window could not even be ended.
-template <class Value>
-Value Stored(Value (*read)(std::string_view), std::string_view key, Value otherwise)
-{
-    try {
-        return read(key);
-    } catch (const runtime::RuntimeError &) {
-        return otherwise;
-    }
-}
-
-int StoredTwips(std::string_view key, int defaultTwips)
-{
-    return Stored(shell::GetNumberPreference, key, defaultTwips);
-}
-
 } // namespace
 
 MainForm::MainForm()
@@ -251,12 +234,12 @@ void ShowTreeAndList(MainForm &form)
 
 void ShowMainForm(MainForm &form)
 {
-    const bool tips = Stored(shell::GetFlagPreference, "Show Tips at Startup", true);
+    const bool tips = shell::GetFlagPreference("Show Tips at Startup");
     form.ImgIcon.SetImage("MP3");
     LoadOtherImages(true, form);
     form.lblWebFolder.SetCaption(shell::kApplicationTitle);
-    form.window = {StoredTwips("Left", 45), StoredTwips("Top", 465), StoredTwips("Width", 12000),
-                   StoredTwips("Height", 7350)};
+    form.window = {shell::GetNumberPreference("Left"), shell::GetNumberPreference("Top"),
+                   shell::GetNumberPreference("Width"), shell::GetNumberPreference("Height")};
     form.window = form.calls.bringIntoView(form.window);
     form.normal = form.window;
     form.maximised = shell::GetSetting(shell::kWindowsSize, kMaximised) == "1";

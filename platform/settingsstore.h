@@ -21,6 +21,9 @@ struct SettingsStore {
     // Removes the key. Errors: kInvalidCall (runtime/error.h) when it is missing.
     virtual void Delete(std::string_view title, std::string_view section, std::string_view key) = 0;
 
+    // The path of the file that holds the title's settings; empty where it is no file.
+    virtual std::string FilePath(std::string_view /*title*/) { return {}; }
+
     // Brings what was written to the file, merged with what other processes wrote meanwhile.
     // Called at the end of an event turn and at the process's end. Errors: none; a store that
     // cannot be written keeps its values for this run.

@@ -5,12 +5,14 @@
 #include "platform/settingsstore.h"
 #include "runtime/error.h"
 #include "runtime/numbers.h"
+#include "runtime/text.h"
 #include "shell/globals.h"
 #include "shell/language.h"
 
 #include <algorithm>
 #include <array>
 #include <cassert>
+#include <set>
 
 namespace shell
 {
@@ -50,17 +52,41 @@ platform::SettingsStore &Store()
     return *platform::TheMachine().settings;
 }
 
-// A preference as `convert` reads its text. A text that it does not take is told with its key: the
-// user did not type it just now.
+struct State {
+    std::set<std::string> told; // what cannot be used, "key=text"
+} state;
+
+std::string_view DefaultOf(std::string_view key)
+{
+    const auto found = std::ranges::find(kPreferenceTable, key, &Preference::key);
+    assert(found != kPreferenceTable.end());
+    return found->defaultText;
+}
+
+void TellBadValue(const std::string &line, std::string_view defaultText)
+{
+    platform::Desktop *desktop = platform::TheMachine().desktop;
+    if (desktop == nullptr || !state.told.insert(line).second)
+        return;
+    desktop->MessageBox(runtime::Replace(GetLanguageText("A setting is no number. The program goes "
+                                                         "on as if it were $Default$.",
+                                                         "SettingIsNoNumber", "Status"),
+                                         "$Default$", defaultText) +
+                            "\r\r" + line + "\r" + Store().FilePath(kApplicationTitle),
+                        platform::Buttons::Ok, kApplicationTitle, platform::BoxIcon::Exclamation);
+}
+
+// A preference as `convert` reads its text; of a text that it does not take, as it reads the
+// default.
 template <class Value>
 Value Converted(std::string_view key, Value (*convert)(std::string_view))
 {
     const std::string text = GetPreference(key);
     try {
         return convert(text);
-    } catch (const runtime::RuntimeError &error) {
-        throw runtime::RuntimeError(error.number,
-                                    error.description + ": " + std::string(key) + "=" + text);
+    } catch (const runtime::RuntimeError &) {
+        TellBadValue(std::string(key) + "=" + text, DefaultOf(key));
+        return convert(DefaultOf(key));
     }
 }
 
@@ -88,9 +114,7 @@ void DeleteSetting(std::string_view section, std::string_view key)
 
 std::string GetPreference(std::string_view key)
 {
-    const auto found = std::ranges::find(kPreferenceTable, key, &Preference::key);
-    assert(found != kPreferenceTable.end());
-    return GetSetting(kPreferences, key, found->defaultText);
+    return GetSetting(kPreferences, key, DefaultOf(key));
 }
 
 bool GetFlagPreference(std::string_view key)
@@ -116,6 +140,11 @@ void SaveFlagPreference(std::string_view key, bool value)
 void SaveNumberPreference(std::string_view key, std::int32_t value)
 {
     SavePreference(key, std::to_string(value));
+}
+
+void ForgetToldSettings()
+{
+    state = {};
 }
 
 void ShowSettingsFailure(const std::string &path, int why)

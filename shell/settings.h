@@ -37,12 +37,15 @@ void DeleteSetting(std::string_view section, std::string_view key);
 // A key of Preferences(), with the default that stands there; another key is a programming error.
 std::string GetPreference(std::string_view key);
 
-// The same as a flag: any number but 0 is true. Errors: kTypeMismatch, with key and text in its
-// words, when it is no number.
+// The same as a flag: any number but 0 is true. For a text that is no number the default counts,
+// and the user is told once in a run, with the file.
 bool GetFlagPreference(std::string_view key);
 
-// The same as a number, rounded half to even. Errors: kTypeMismatch, kOverflow; words as above.
+// The same as a number of 32 bits, rounded half to even.
 std::int32_t GetNumberPreference(std::string_view key);
+
+// Puts back what the two remember of what they told.
+void ForgetToldSettings();
 
 // Stores a preference: a text, a flag as "1" or "0", a number in decimal digits.
 void SavePreference(std::string_view key, std::string_view text);

@@ -113,13 +113,18 @@ IniSettings::~IniSettings()
     Flush();
 }
 
+std::string IniSettings::PathOf(std::string_view title) const
+{
+    return m_configHome + "/" + std::string(title) + "/settings.ini";
+}
+
 IniSettings::File &IniSettings::FileOf(std::string_view title)
 {
     const auto known = m_files.find(title);
     if (known != m_files.end())
         return *known->second;
     auto file = std::make_unique<File>();
-    file->path = m_configHome + "/" + std::string(title) + "/settings.ini";
+    file->path = PathOf(title);
     file->Load();
     return *m_files.emplace(title, std::move(file)).first->second;
 }

@@ -33,6 +33,7 @@ public:
     void Write(std::string_view title, std::string_view section, std::string_view key,
                std::string_view text) override;
     void Delete(std::string_view title, std::string_view section, std::string_view key) override;
+    std::string FilePath(std::string_view title) override { return PathOf(title); }
     void Flush() override;
 
     // Called once for each title, when its writes cannot be carried out; `why` is an errno, `path`
@@ -46,6 +47,7 @@ public:
 private:
     struct File; // one title's file: its last known text, and the writes held back
 
+    std::string PathOf(std::string_view title) const;
     File &FileOf(std::string_view title);
     std::optional<std::string> Current(std::string_view title, std::string_view section,
                                        std::string_view key);

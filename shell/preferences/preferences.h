@@ -69,7 +69,7 @@ struct StartFolder {
 // is empty.
 StartFolder FindStartFolder();
 
-// Form_Load, in its order. Errors: kTypeMismatch of a stored flag that is none.
+// Form_Load, in its order.
 void LoadPreferences(PreferencesForm &form);
 
 // The tree's selection may have changed: its folder goes to DirList, and from there to `txtPath`

@@ -62,8 +62,7 @@ inline constexpr int kRowsLost = 3;
 // Errors: RuntimeError when its version is no version.
 bool CheckCatalogue();
 
-// Reads the preferences into TheGlobals(). Errors: kTypeMismatch, kOverflow for a stored text that
-// is no number where one belongs.
+// Reads the preferences into TheGlobals().
 void ReadPreferences();
 
 // The names of the language files in the program's folder without their extension, in the order in

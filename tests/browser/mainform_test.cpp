@@ -1,5 +1,6 @@
 #include "catalogue/regeneration.h"
 #include "runtime/error.h"
+#include "shell/settings.h"
 #include "shell/startup/splash.h"
 #include "tests/browser/formfixture.h"
 #include "tests/support/fakeforms.h"
@@ -91,6 +92,7 @@ TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
     settings.values["Quenlin/Preferences/Left"] = "9000";
     settings.values["Quenlin/Preferences/Width"] = "10000";
     settings.values["Quenlin/Preferences/Height"] = "no number";
+    shell::ForgetToldSettings();
     std::string order;
     form.calls.bringIntoView = [](const ui::Rect &stored) {
         EXPECT_EQ(stored, (ui::Rect{9000, 465, 10000, 7350}));
@@ -119,6 +121,10 @@ TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
     order.clear();
     ShowMainForm(form);
     EXPECT_EQ(order, "window tips layout ");
+    ASSERT_EQ(desktop.boxes.size(), 2U) << "each is told once";
+    EXPECT_NE(desktop.boxes[0].find("Height=no number"), std::string::npos);
+    EXPECT_NE(desktop.boxes[1].find("Show Tips at Startup=no number"), std::string::npos);
+    shell::ForgetToldSettings();
 }
 
 TEST_F(MainFormTest, ClosingAsksTheOtherWindowsFirst)

@@ -78,7 +78,9 @@ class Refusals(ProgramTest):
         os.makedirs(folder)
         with open(os.path.join(folder, "settings.ini"), "w", encoding="utf-8") as file:
             file.write("[Preferences]\nWebStyle=abc\n")
-        self.refused(b"Quenlin: Run-time error '13':\n\nType mismatch: WebStyle=abc\n")
+        _, err = self.run_program("--regenerate", self.music)
+        self.assertEqual(err.decode(), "(!) Quenlin: A setting is no number. The program goes on as if it were 1.\n\n"
+                         "WebStyle=abc\n%s/settings.ini\n" % folder)
 
 
 @unittest.skipUnless(os.geteuid() != 0 or shutil.which("setpriv"), "no way to a user without rights")

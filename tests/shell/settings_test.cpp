@@ -1,6 +1,7 @@
 #include "runtime/error.h"
 #include "shell/settings.h"
 #include "tests/support/memorysettings.h"
+#include "tests/support/scripteddesktop.h"
 
 #include <gtest/gtest.h>
 
@@ -76,28 +77,30 @@ TEST(Settings, AnyNumberButZeroIsTrue)
         SavePreference("WebStyle", text);
         EXPECT_EQ(GetFlagPreference("WebStyle"), want) << text;
     }
-    for (const char *text : {"", "yes", "1x"}) {
-        SavePreference("WebStyle", text);
-        EXPECT_EQ(ErrorOf([] { (void)GetFlagPreference("WebStyle"); }), runtime::kTypeMismatch)
-            << text;
-    }
 }
 
-TEST(Settings, AnErrorNamesKeyAndText)
+// The default counts, and the user learns once which line of which file it is.
+TEST(Settings, ATextThatIsNoNumberIsToldOnce)
 {
-    tests::MemorySettings store;
-    SavePreference("WebStyle", "yes");
-    SavePreference("Left", "1E99");
-    const auto wordsOf = [](const std::function<void()> &step) -> std::string {
-        try {
-            step();
-        } catch (const runtime::RuntimeError &error) {
-            return error.description;
+    struct InAFile : tests::MemorySettings {
+        std::string FilePath(std::string_view title) override
+        {
+            return "/config/" + std::string(title) + "/settings.ini";
         }
-        return {};
-    };
-    EXPECT_EQ(wordsOf([] { (void)GetFlagPreference("WebStyle"); }), "Type mismatch: WebStyle=yes");
-    EXPECT_EQ(wordsOf([] { (void)GetNumberPreference("Left"); }), "Overflow: Left=1E99");
+    } store;
+    tests::ScriptedDesktop desktop;
+    ForgetToldSettings();
+    for (const char *text : {"", "yes", "1x"}) {
+        SavePreference("WebStyle", text);
+        desktop.ExpectBox(std::string("as if it were 1.\r\rWebStyle=") + text +
+                          "\r/config/Quenlin/settings.ini");
+        for (int i = 0; i < 3; ++i)
+            EXPECT_TRUE(GetFlagPreference("WebStyle")) << text;
+    }
+    SavePreference("Left", "1E99");
+    desktop.ExpectBox("as if it were 45.\r\rLeft=1E99");
+    EXPECT_EQ(GetNumberPreference("Left"), 45);
+    ForgetToldSettings();
 }
 
 TEST(Settings, NumbersAreRoundedHalfToEven)
@@ -107,8 +110,6 @@ TEST(Settings, NumbersAreRoundedHalfToEven)
     EXPECT_EQ(GetNumberPreference("Left"), 44);
     SavePreference("Left", "-12000");
     EXPECT_EQ(GetNumberPreference("Left"), -12000);
-    SavePreference("Left", "1E99");
-    EXPECT_EQ(ErrorOf([] { (void)GetNumberPreference("Left"); }), runtime::kOverflow);
 }
 
 TEST(Settings, FlagsAndNumbersAreStoredAsTexts)

@@ -3,6 +3,7 @@
 #include "runtime/error.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
+#include "shell/settings.h"
 #include "shell/startup/batch.h"
 #include "shell/startup/startup.h"
 #include "tests/support/libraryfixture.h"
@@ -212,10 +213,14 @@ TEST_F(StartUp, ALanguageFileIsFoundInAnyLetterCase)
     }
 }
 
-TEST_F(StartUp, ASettingThatIsNoNumberIsAnError)
+TEST_F(StartUp, ASettingThatIsNoNumberIsToldAndTheStartGoesOn)
 {
+    ForgetToldSettings();
     store.values["Quenlin/Preferences/WebStyle"] = "abc";
-    EXPECT_EQ(ErrorOf([&] { Main({}, windows); }), runtime::kTypeMismatch);
+    desktop.ExpectBox("WebStyle=abc");
+    EXPECT_EQ(Main({}, windows), std::nullopt);
+    EXPECT_TRUE(TheGlobals().WebStyle);
+    ForgetToldSettings();
 }
 
 TEST_F(StartUp, TheVersionRule)
