@@ -48,7 +48,8 @@ std::string_view UsageText()
     return "Usage: quenlin [FILE...]            catalogue MP3 files; a .txt file becomes the "
            "lyrics\n"
            "                                    of the catalogued MP3 of the same name\n"
-           "       quenlin --regenerate FOLDER  catalogue every MP3 file under a folder\n"
+           "       quenlin --regenerate FOLDER  catalogue every MP3 file under a folder;\n"
+           "                                    the window keeps its own (Tools, Preferences)\n"
            "       quenlin --help | --version\n"
            "\n"
            "  --   ends the options; what follows are files\n"
@@ -56,7 +57,8 @@ std::string_view UsageText()
            "Files are summed up in Solution.txt in the program's folder, a folder in the "
            "integrity\n"
            "report there. QUENLIN_HOME names another folder with a catalogue of its own.\n"
-           "Exit status: 0 done, 1 refused or failed, 2 wrong usage.\n";
+           "Exit status: 0 done, 1 refused or failed, 2 wrong usage, 3 songs whose rows were "
+           "lost.\n";
 }
 
 std::string VersionText()

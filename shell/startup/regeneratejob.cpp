@@ -4,9 +4,11 @@
 #include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
+#include "platform/settingsstore.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
+#include "shell/settings.h"
 #include "ui/controls/statusbar.h"
 
 #include <unistd.h>
@@ -136,6 +138,21 @@ std::string CutSeparators(std::string folder)
     return folder;
 }
 
+// The walk of one folder changes no setting; says how it becomes the one that the window reads.
+void PrintHowToKeep(const std::string &folder)
+{
+    if (CutSeparators(GetPreference("MP3 Directory")) == folder)
+        return;
+    std::printf("The window still reads another folder. To have it read this one: Tools, "
+                "Preferences");
+    const std::string file = platform::TheMachine().settings->FilePath(kApplicationTitle);
+    if (!file.empty())
+        std::printf(",\nor in section [Preferences] of %s\nMP3 Directory=%s",
+                    runtime::ShownText(file).c_str(), runtime::ShownText(folder).c_str());
+    std::printf("\n");
+    std::fflush(stdout);
+}
+
 } // namespace
 
 bool RunRegenerateJob(const std::string &folder)
@@ -147,6 +164,7 @@ bool RunRegenerateJob(const std::string &folder)
         catalogue::ListRefresh(false);
     }
     PrintSummary(catalogue::LastRegeneration());
+    PrintHowToKeep(TheGlobals().MP3Directory);
     return !catalogue::LastRegeneration().rowsLost;
 }
 

@@ -54,6 +54,16 @@ class EncodedFiles(ProgramTest):
         self.assertIn(b"  Quenlin succeded getting the information of each file\r\n",
                       self.read(REPORT))
         self.assertEqual(err, b"")
+        # How the folder becomes the program's own; nothing of it once it is.
+        settings = os.path.join(self.env["XDG_CONFIG_HOME"], "Quenlin", "settings.ini")
+        line = "MP3 Directory=%s\n" % self.music
+        self.assertIn(b"Tools, Preferences", out)
+        self.assertIn(("[Preferences] of %s\n%s" % (settings, line)).encode(), out)
+        os.makedirs(os.path.dirname(settings), exist_ok=True)
+        with open(settings, "w") as file:
+            file.write("[Preferences]\n" + line)
+        out, _ = self.run_program("--regenerate", self.music + "/")
+        self.assertNotIn(b"Preferences", out)
 
 
 def full_disk():
@@ -284,7 +294,7 @@ class Regeneration(ProgramTest):
         self.assertEqual(lines[0], "Counting MP3s")
         self.assertIn("30/30", lines)
         self.assertNotIn("\x1b", out.decode())
-        for line in lines[1:-2]:
+        for line in lines[1:lines.index("30 MP3 files")]:
             self.assertTrue(re.fullmatch(r"\d+/30", line), line)
 
     def test_signal_ends_the_run_in_order(self):
