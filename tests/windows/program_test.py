@@ -184,6 +184,25 @@ class Program(WindowedProgram):
         self.assertIn("Width", self.stored())
         self.assertFalse((self.home / "MP3s.mdb-wal").exists(), "the catalogue was left open")
 
+    def test_sigterm_closes_the_preferences_and_changes_nothing(self):
+        music = self.make_songs(1)
+        self.set(f"MP3 Directory={music}")
+        process = self.start()
+        xdotool("windowactivate", "--sync", self.main_window(process))
+        xdotool("key", "alt+t")
+        time.sleep(0.3)
+        xdotool("key", "p")
+        self.assertTrue(wait_for(lambda: xdotool("search", "--onlyvisible", "--name", "^Preferences")))
+        xdotool("key", "alt+f", "End")
+        xdotool("type", "/elsewhere")  # not entered, not applied
+        began = time.monotonic()
+        process.terminate()
+        self.assertEqual(process.wait(10), 0)
+        self.assertLess(time.monotonic() - began, 5)
+        self.assertEqual(self.stored()["MP3 Directory"], str(music))
+        self.assertIn("Width", self.stored())
+        self.assertEqual(sorted(p.name for p in self.home.iterdir() if p.name.startswith("MP3s")), ["MP3s.mdb"])
+
     def brightness(self, window):
         """The mean brightness of what the window shows, 0 to 100."""
         shown = subprocess.run(["import", "-window", window, "-colorspace", "Gray", "-format", "%[fx:100*mean]",
