@@ -45,7 +45,8 @@ int main(int argc, char **argv)
 {
     OpenStandardStreams();
     std::signal(SIGPIPE, SIG_IGN); // a reader that went away does not stop a job in its middle
-    std::signal(SIGXFSZ, SIG_IGN); // a file at its limit is an error of its write, and told as one
+    std::signal(SIGXFSZ,
+                SIG_IGN); // a file at its limit is an error of its write, and reported as one
     app::ConnectModules();
     const auto options =
         app::ParseOptions(std::vector<std::string>(argv + (argc > 0), argv + argc));

@@ -23,7 +23,7 @@ struct Options {
     std::string mistake;            // for Mistake: what is wrong, one line
 };
 
-// Sorts the arguments behind the program's name. A word that begins with "--" is an option; "--"
+// Sorts the arguments after the program's name. A word that begins with "--" is an option; "--"
 // alone ends the options, and all that follows are paths. Of --help and --version the first counts.
 Options ParseOptions(const std::vector<std::string> &arguments);
 

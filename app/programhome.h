@@ -1,4 +1,4 @@
-// app/programhome.h - tells the program where it lives.
+// app/programhome.h - tells the program which folder is its own.
 #pragma once
 
 namespace app

@@ -31,7 +31,7 @@ private:
     void Listen();
     void Answer();
 
-    std::string m_path; // of the socket; its lock file has ".lock" behind it
+    std::string m_path; // of the socket; its lock file has ".lock" after it
     int m_lock = -1;
     bool m_first = true;
     QLocalServer *m_server = nullptr; // owned by this object; null where it is not the first

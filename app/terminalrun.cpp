@@ -119,7 +119,7 @@ int RunInTerminal(const Options &options)
         shell::ShowRuntimeError(runtime::RuntimeError(runtime::kOutOfMemory));
         return shell::kRefused;
     } catch (const platform::EndRequested &end) {
-        return 128 + end.signalNo; // as shells tell the end by a signal
+        return 128 + end.signalNo; // as shells report the end by a signal
     }
 }
 

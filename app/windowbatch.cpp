@@ -74,7 +74,7 @@ int RunBatchInWindows(int argc, char **argv, const std::vector<std::string> &pat
     } catch (const runtime::RuntimeError &error) {
         shell::ShowRuntimeError(error);
     } catch (const platform::EndRequested &end) {
-        status = 128 + end.signalNo; // as shells tell the end by a signal
+        status = 128 + end.signalNo; // as shells report the end by a signal
     }
     return status;
 }

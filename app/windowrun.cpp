@@ -57,7 +57,7 @@ struct Windows {
     std::shared_ptr<void> online;                    // checks for newer versions
 };
 
-// The about box is one window: choosing it again brings the one that stands forward.
+// The about box is one window: choosing it again brings the open one to the front.
 void ShowAbout(Windows &windows)
 {
     if (windows.about == nullptr)

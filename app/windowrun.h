@@ -20,8 +20,8 @@ int RunInWindows(int argc, char **argv);
 // child tries: it takes the time of an empty program. To be called before anything else is open.
 bool CanOpenWindows(int argc, char **argv);
 
-// Does the batch over `paths` behind the splash, with boxes in windows: for a start from the
-// desktop, where nobody would see the terminal's. A signal ends it between two files, after the
+// Does the batch over `paths` while the splash is shown, with boxes in windows: for a start from
+// the desktop, where no one would see the terminal's. A signal ends it between two files, after the
 // summary. Returns: the exit status: 0 when the summary was written, 1 refused or failed, 128 + the
 //          signal's number.
 int RunBatchInWindows(int argc, char **argv, const std::vector<std::string> &paths);

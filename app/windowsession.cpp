@@ -46,7 +46,7 @@ WindowMachine::WindowMachine()
     platform::qt::TheBoxWords() = [](std::string_view text, std::string_view key) {
         return shell::GetLanguageText(text, key, "Boxes");
     };
-    // The box waits for a turn of the loop of its own: this is told between two turns.
+    // The box waits for a turn of the loop of its own: the failure is reported between two turns.
     m_settings.onCannotStore = [this](const std::string &path, int why) {
         QTimer::singleShot(0, &m_turns, [path, why] { shell::ShowSettingsFailure(path, why); });
     };

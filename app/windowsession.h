@@ -1,5 +1,5 @@
-// app/windowsession.h - what every run with windows stands on: the toolkit's application, the look
-// and the ports of a desktop, in use while it lives; an orderly end when it goes.
+// app/windowsession.h - what every run with windows needs: the toolkit's application, the look
+// and the ports of a desktop, in use while it lives; their orderly end when it is destroyed.
 #pragma once
 
 #include "app/playerport.h"
@@ -68,7 +68,8 @@ public:
     DisplayOpening &operator=(const DisplayOpening &) = delete;
 };
 
-// The members stand in the order in which they are made; the ports go before the application does.
+// The members are in the order in which they are made; the ports are destroyed before the
+// application.
 struct WindowSession {
     // `argc` and `argv` are those of main and outlive the session.
     WindowSession(int &argc, char **argv);

@@ -13,7 +13,7 @@ namespace
 {
 
 // How often a waiter looks whether its turn has come: at once for those who pass one by one, and
-// less often where somebody stays.
+// less often when the wait is long.
 constexpr int kFirstPollUs = 250;
 constexpr int kLaterPollUs = 2000;
 constexpr std::int64_t kFirstMs = 50;

@@ -13,7 +13,7 @@ namespace catalogue
 
 // How long is waited. A test shortens it.
 struct LockPatience {
-    std::int64_t fullMs = 60000;  // whoever holds the catalogue for longer is reported
+    std::int64_t fullMs = 60000;  // a wait that lasts longer fails, and says so
     std::int64_t spentMs = 1000;  // each further wait, once one has lasted for fullMs
     std::int64_t silentMs = 1000; // what is waited for is shown after this time
 };

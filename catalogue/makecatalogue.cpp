@@ -1,5 +1,5 @@
 // makecatalogue SCHEMA TARGET - the program of the build that makes the catalogue which ships. A
-// file that stands at TARGET is never touched.
+// file that is at TARGET already is never touched.
 #include "metadata/genres.h"
 
 #include <sqlite3.h>

@@ -34,7 +34,7 @@ inline constexpr std::string_view kNoExclusion = "·";
 // or it is the empty text.
 enum class LeftOver { Stays, IsEmpty };
 
-// The text that stands in a statement for each parameter.
+// The text in a statement that each parameter takes the place of.
 struct Marker {
     Marker(const char *words) : text(words) {} // NOLINT(google-explicit-constructor)
     Marker(std::string_view words,

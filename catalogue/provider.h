@@ -35,7 +35,7 @@ struct ProviderFailure : std::exception {
     std::string description; // UTF-8
 };
 
-// A value in a plain statement: it stands in the place of the `kValuePlace` that begins at the byte
+// A value in a plain statement: it takes the place of the `kValuePlace` that begins at the byte
 // `place` of the statement's text, and is data, whatever it holds.
 struct PlacedValue {
     std::size_t place = 0;

@@ -30,7 +30,7 @@ public:
     // False for the result of a failed statement.
     [[nodiscard]] virtual bool IsOpen() const = 0;
 
-    // Whether the position is behind the last record (at once for an empty result).
+    // Whether the position is after the last record (at once for an empty result).
     [[nodiscard]] virtual bool AtEnd() const = 0;
 
     // Errors: none; on an empty result both stay at the end.

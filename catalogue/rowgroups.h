@@ -30,7 +30,7 @@ public:
     // Calls `tell` once the rows of all steps so far are settled: with the empty text when they are
     // in the catalogue, with the words of the failure when they are lost. At once where no group is
     // open, else when it is closed; calls come in the order in which they were asked for. To be
-    // called behind each step, so that nothing is reported before it is true. `tell` runs no
+    // called after each step, so that nothing is reported before it is true. `tell` runs no
     // statement.
     void WhenSettled(std::function<void(const std::string &lost)> tell);
 
@@ -82,7 +82,7 @@ private:
 };
 
 // Lives inside a RowStep around writes that belong together: without Keep they are undone at its
-// end, and nobody has seen any of them.
+// end, before any other process can see them.
 class JointWrites
 {
 public:

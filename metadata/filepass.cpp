@@ -77,7 +77,7 @@ std::size_t ReadFully(const OpenFile &file, std::int64_t offset, char *to, std::
     return done;
 }
 
-// Reads the head on up to `count` bytes in all, as far as the file goes.
+// Reads the head on up to `count` bytes in all, as far as the file has them.
 void ExtendHead(const OpenFile &file, std::int64_t count)
 {
     FileBytes &bytes = file.bytes;
@@ -117,7 +117,7 @@ void TakeTagHeader(FileBytes &bytes)
     bytes.claimsTooMuch = bytes.bodyBytes > bytes.file.sizeBytes;
 }
 
-// Makes the whole body readable in the buffer, NULs standing for what the file lacks.
+// Makes the whole body readable in the buffer, with NULs for what the file lacks.
 void CompleteBody(const OpenFile &file)
 {
     FileBytes &bytes = file.bytes;

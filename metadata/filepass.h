@@ -24,7 +24,7 @@ struct FileBytes {
     bool claimsTooMuch = false;   // the ID3v2 tag's size exceeds the file's length
     bool hasID3v2Header = false;  // the file begins with "ID3"
     int majorVersion = 0;         // of that header; 0 where the file ends before it
-    std::int64_t bodyBytes = 0;   // of the ID3v2 tag, as its header tells
+    std::int64_t bodyBytes = 0;   // of the ID3v2 tag, as its header says
     std::int64_t openedAtNs = 0;  // by the clock of file stamps
     std::vector<char> head;       // grows only
     std::size_t headBytes = 0;    // in use
@@ -34,14 +34,14 @@ struct FileBytes {
     // The file's beginning as far as it was read.
     [[nodiscard]] std::string_view Head() const { return {head.data(), headBytes}; }
 
-    // The body behind the 10-byte header, `bodyBytes` long; NULs where the file ends before it
+    // The body after the 10-byte header, `bodyBytes` long; NULs where the file ends before it
     // does.
     [[nodiscard]] std::string_view Body() const
     {
         return {head.data() + 10, static_cast<std::size_t>(bodyBytes)};
     }
 
-    // The byte at a one-based position of the beginning; 0 behind what was read.
+    // The byte at a one-based position of the beginning; 0 after what was read.
     [[nodiscard]] std::uint8_t ByteAt(std::int64_t position) const;
 };
 

@@ -10,7 +10,8 @@
 namespace metadata
 {
 
-// The names in force, by number 0 to 125. The spellings are the system's own, odd ones included.
+// The names in force, by number 0 to 125. They are stored in catalogues and tags since the
+// first version, odd spellings included: do not correct them.
 extern const std::array<std::string_view, 126> kGenreNames;
 
 // A second spelling set of 148 names that the module carries and nothing reads: a blank entry, then

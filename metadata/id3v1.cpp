@@ -27,7 +27,7 @@ void TakeField(std::string_view &image, std::size_t width, std::string &field)
     image.remove_prefix(width);
 }
 
-// The field as it stands in a tag. Leaves it trimmed to `used` characters and padded to `width`.
+// The field as a tag has it. Leaves it trimmed to `used` characters and padded to `width`.
 std::string BuiltField(std::string &field, std::size_t used, std::size_t width)
 {
     const std::string text(runtime::Trim(runtime::Left(field, static_cast<long long>(used))));

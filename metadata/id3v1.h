@@ -15,7 +15,7 @@ inline constexpr std::size_t kID3v1Bytes = 128;
 
 // Fills every field but Header from `image`, the 128 bytes of a tag that begins with "TAG": blanks
 // at both ends are cut and the field is padded with blanks to its width again; NULs stay. Comment
-// is 29 characters and Track the byte behind it, also where the tag is of the kind without a track.
+// is 29 characters and Track the byte after it, also where the tag is of the kind without a track.
 // Errors: none. `image` shorter than 128 bytes reads as if NULs followed.
 void ReadID3v1Fields(std::string_view image, ID3v1Tag &tag);
 

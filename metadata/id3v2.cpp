@@ -151,7 +151,7 @@ private:
                std::string_view("\0", 1);
     }
 
-    // The text behind a language and a description that is taken to be empty.
+    // The text after a language and a description that is taken to be empty.
     std::optional<std::string_view> DescribedText(long long position) const
     {
         return Extract(m_body, position + m_geometry.textOffset + kDescriptionOverhead,
@@ -162,7 +162,7 @@ private:
     int m_version;
     FrameGeometry m_geometry;
     const Identifiers &m_identifiers;
-    long long m_length = 0; // of the text, as the last readable size told
+    long long m_length = 0; // of the text, as the last readable size said
 };
 
 void Set(std::string &field, const std::optional<std::string_view> &text)

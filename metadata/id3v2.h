@@ -14,7 +14,7 @@
 namespace metadata
 {
 
-// Where the parts of a frame stand, counted from the first character of its identifier.
+// Where the parts of a frame are, counted from the first character of its identifier.
 struct FrameGeometry {
     int sizeOffset = 0; // of the 4 characters that are read as the size
     int textOffset = 0; // of the text
@@ -31,7 +31,7 @@ struct FrameGeometry {
 // The same; nothing where that fails.
 [[nodiscard]] std::optional<std::int32_t> FindNumber(std::string_view text, int base);
 
-// The first position at or after `start` (1 or more) where `identifier` stands in `body`; 0 when
+// The first position at or after `start` (1 or more) where `identifier` is in `body`; 0 when
 // there is none. The empty identifier is found at `start`, unless the body ends before it. Fast
 // also where the identifier is absent from a long picture.
 [[nodiscard]] long long FindIdentifier(long long start, std::string_view body,
@@ -49,7 +49,8 @@ struct FrameFindings {
 };
 
 // Looks for the fields in `body`. A version other than 2 and 3 finds nothing.
-// Errors: none; a damaged frame leaves its field as it was, or gives what stands at its place.
+// Errors: none; a damaged frame leaves its field as it was, or gives the bytes that are in its
+// place.
 [[nodiscard]] FrameFindings FindFrames(std::string_view body, int majorVersion);
 
 // Puts the findings into `tag`; a field without one keeps what it held.

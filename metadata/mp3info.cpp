@@ -105,7 +105,7 @@ void TakeID3v2(State &state, ID3v2Tag &tag)
     }
 }
 
-// The position, one-based, of the audio header: the first sync pair within reach, else right behind
+// The position, one-based, of the audio header: the first sync pair within reach, else right after
 // the ID3v2 tag, else 0.
 std::int64_t HeaderPositionOf(const FileBytes &bytes)
 {
@@ -130,7 +130,7 @@ void TakeHeader(const FileBytes &bytes, MPEGHeader &header)
     ComputeLengths(sizeKnown, header);
 }
 
-// The length of a file that could not be opened, where the system tells it.
+// The length of a file that could not be opened, where the system reports it.
 void TakeLengthOnly(const std::string &path, MPEGHeader &header)
 {
     platform::FileIdentity now;

@@ -1,5 +1,5 @@
 // metadata/mp3info.h - the one procedure through which every other part looks into an MP3 file, and
-// what its last pass left behind for the tag writer. Paths are the file system's bytes, texts of
+// what its last pass keeps for the tag writer. Paths are the file system's bytes, texts of
 // records are file bytes.
 #pragma once
 
@@ -20,7 +20,7 @@ namespace metadata
 // Reads the tags and the audio header of `FileName` in one pass.
 // The records are not cleared: a field that the file does not set keeps what it held; only
 // ID3v1.Genre becomes -1 and ID3v2.Genre "-1" in any case. Pass fresh records.
-// HasID3v1: a tag stands at the end. HasID3v2: a tag with a body stands at the start.
+// HasID3v1: there is a tag at the end. HasID3v2: there is a tag with a body at the start.
 // PreferID3v2: with such a body, the ID3v1 fields are not read (HasID3v1 is set all the same).
 // Errors: none, on any path and any content; a failed step leaves its target as it was. A path that
 // is no readable file leaves the records and says why in LastReadFailure. A tag that claims more
@@ -46,7 +46,7 @@ void ExpectNoPasses();
 [[nodiscard]] int LastReadFailure();
 
 // What the last pass left, until the next one. Written by GetMP3Info alone.
-// The body of the ID3v2 tag exactly as read, all bytes behind the 10-byte header; empty without
+// The body of the ID3v2 tag exactly as read, all bytes after the 10-byte header; empty without
 // one.
 [[nodiscard]] std::string_view RawID3v2Body();
 // The 128 bytes of the ID3v1 tag last read; those of an earlier file when this one has none.

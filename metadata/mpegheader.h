@@ -1,5 +1,5 @@
-// metadata/mpegheader.h - the audio header of an MP3 file: where it stands, and what its four bytes
-// and the file's length tell. No state.
+// metadata/mpegheader.h - the audio header of an MP3 file: where it is, and what its four bytes
+// and the file's length say. No state.
 #pragma once
 
 #include "metadata/records.h"
@@ -20,12 +20,12 @@ inline constexpr std::int64_t kLastSearchPosition = 5000;
 [[nodiscard]] std::int64_t FindHeaderPosition(std::string_view head);
 
 // The cell of the bitrate table, in kbit/s: `row` 0 to 12, `column` 0 to 13; empty for rows that
-// hold nothing. Nothing when row or column lies outside. Rows 0 to 2 are those of ISO/IEC 11172-3;
+// hold nothing. Nothing when row or column is outside. Rows 0 to 2 are those of ISO/IEC 11172-3;
 // the rows for the other versions are this system's own.
 [[nodiscard]] std::optional<std::string_view> BitrateCell(int row, int column);
 
-// Fills the fields that the four bytes tell: Version to Original, Bitrate, CRC, Padding. The first
-// byte is not looked at.
+// Fills the fields that are in the four bytes: Version to Original, Bitrate, CRC, Padding. The
+// first byte is not looked at.
 void DecodeHeader(const std::array<std::uint8_t, 4> &bytes, MPEGHeader &header);
 
 // Computes FrameLength, Frames and Seconds from the fields before them. A division by zero or a

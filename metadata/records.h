@@ -1,4 +1,4 @@
-// metadata/records.h - what one MP3 file tells: its two tag records and its audio header. Texts are
+// metadata/records.h - what one MP3 file holds: its two tag records and its audio header. Texts are
 // file bytes (one character per byte, in the code page); plain structs, no state.
 #pragma once
 
@@ -9,7 +9,7 @@ namespace metadata
 {
 
 // The ID3v1 tag. A text field holds its full width, padded with blanks, once a tag was read; NULs
-// of the file stay in it. A fresh record holds empty texts, which stand for blanks alone.
+// of the file stay in it. A fresh record holds empty texts, which mean blanks alone.
 struct ID3v1Tag {
     std::string Header;     // 3 characters: "TAG" when a tag was read
     std::string Title;      // 30 characters

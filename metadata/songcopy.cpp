@@ -49,7 +49,7 @@ int OpenSong(const std::string &song, platform::FileIdentity &identity)
     return handle;
 }
 
-// A new file in the folder of `finalPath`; a folder that is not there is told as such.
+// A new file in the folder of `finalPath`; a folder that is not there is reported as such.
 int CreateBeside(const std::string &finalPath, std::string &temporaryPath)
 {
     const int handle = Files().CreateBeside(finalPath, temporaryPath);
@@ -101,7 +101,7 @@ void CopyRange(int source, std::int64_t offset, int target, std::int64_t count)
     }
 }
 
-// What stands at `copyPath` is of an edit under way, which holds its lock, or was left by one that
+// The file at `copyPath` is of an edit under way, which holds its lock, or was left by one that
 // was cut off: then `temporaryPath` takes its place, under the same lock. False for the former.
 bool TakePlaceOfStale(const std::string &temporaryPath, const std::string &copyPath)
 {
@@ -161,10 +161,10 @@ std::optional<SongCopy> WriteWhole(const std::string &copyPath, const Fill &fill
         const int handle = CreateBeside(copyPath, temporaryPath);
         SongCopy copy(handle, {});
         fill(handle);
-        (void)Files().TryLock(handle); // nobody else knows the file yet
+        (void)Files().TryLock(handle); // no one else knows the file yet
         Check(Files().Flush(handle));
         platform::FileIdentity identity;
-        Check(Files().Identify(temporaryPath, identity)); // under a name that nobody else has
+        Check(Files().Identify(temporaryPath, identity)); // under a name that no one else has
         copy.SetIdentity(identity);
         if (name(temporaryPath, copyPath))
             return copy;
@@ -233,7 +233,7 @@ void CopySong(const std::string &song, const std::string &copyPath)
         [&](int target) {
             CopyRange(source.Get(), 0, target, identity.sizeBytes);
             (void)Files().CopyRights(source.Get(),
-                                     target); // a backup may lie where they cannot be kept
+                                     target); // a backup may be where they cannot be kept
         },
         ReplaceName);
     Check(Files().FlushFolderOf(copyPath));

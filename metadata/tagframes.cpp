@@ -16,10 +16,10 @@ namespace
 {
 
 constexpr int kWrittenVersion = 3;
-constexpr int kDescriptionOffset = 3; // behind the language, from the text on
+constexpr int kDescriptionOffset = 3; // after the language, from the text on
 
 // Cuts the header of every "COMM" whose description is empty. The search goes on one character
-// behind the cut, so one walk over the old body makes the new one.
+// after the cut, so one walk over the old body makes the new one.
 void RemoveCommentHeaders(std::string &body, int majorVersion)
 {
     const auto textOffset = static_cast<std::size_t>(GeometryOf(majorVersion).textOffset);
@@ -49,7 +49,7 @@ std::optional<long long> EndOfFrame(std::string_view body, long long position, i
     const FrameGeometry geometry = GeometryOf(majorVersion);
     const auto bodyEnd = static_cast<long long>(body.size()) + 1;
     if (majorVersion != 2 && majorVersion != 3)
-        return bodyEnd; // its own letters, read as a size, reach far behind any body
+        return bodyEnd; // its own letters, read as a size, reach far past any body
     const auto size = FindNumber(runtime::Mid(body, position + geometry.sizeOffset, 4), 256);
     if (!size)
         return std::nullopt;

@@ -31,10 +31,10 @@ bool RemoveEmptied(std::string &body, const ID3v2Tag &before, const ID3v2Tag &no
                    int majorVersion);
 
 // The whole new tag of version 3, header included, made of `tag` and of what `body` holds besides.
-// Frames that are written anew leave `body` first, but for the comment: the new one stands before
+// Frames that are written anew leave `body` first, but for the comment: the new one comes before
 // the old one. Empty fields write no frame and leave the old one; the genre is always written.
 // Changes `tag`: a Genre of -1 becomes "255" (and is written as "(255)").
-// Errors: kInvalidCall when the body exceeds what 4 characters of 7 bits, the first of 8, can tell.
+// Errors: kInvalidCall when the body exceeds what 4 characters of 7 bits, the first of 8, can say.
 [[nodiscard]] std::string BuildID3v2Tag(std::string body, ID3v2Tag &tag, int majorVersion);
 
 } // namespace metadata

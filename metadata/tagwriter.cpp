@@ -54,8 +54,8 @@ struct Edit {
     bool writeID3v1;
     bool writeID3v2;
     ui::Label *label;
-    RawTags raw;                       // the ground: copied before events can run
-    std::string realPath;              // the file behind the links
+    RawTags raw;                       // what the edit starts from: copied before events can run
+    std::string realPath;              // the file that the links lead to
     std::string image;                 // the new ID3v1 tag, empty without
     std::string tag;                   // the new ID3v2 tag, empty without
     std::string copyPath;              // of the ".bck" file
@@ -102,8 +102,8 @@ bool MakeBackupFolder()
 }
 
 // Runs one statement. A path that is not found makes the folder of backups, and the statement runs
-// again; a file that is not found is passed over; any other failure is told, with `what` and ": "
-// in front where that is given. True when it was done.
+// again; a file that is not found is passed over; any other failure is reported, with `what` and ":
+// " in front where that is given. True when it was done.
 template <class Statement>
 bool Run(const Statement &statement, const std::string &what = {})
 {
@@ -130,7 +130,8 @@ bool Run(const Statement &statement, const std::string &what = {})
     }
 }
 
-// --- the ground ------------------------------------------------------------------------------
+// --- what the edit starts from
+// ------------------------------------------------------------------------------
 
 bool SameTexts(const ID3v2Tag &first, const ID3v2Tag &second)
 {
@@ -173,8 +174,8 @@ bool StillFits(const Edit &edit)
     return false;
 }
 
-// Sees to it that the raw tags are those of the file as it stands; says why when they cannot be.
-bool Ground(Edit &edit)
+// Sees to it that the raw tags are those of the file as it is; says why when they cannot be.
+bool PrepareRawTags(Edit &edit)
 {
     const bool own = edit.raw.file.path == edit.fileName;
     const bool asRead = own || ReadAgain(edit);
@@ -219,7 +220,7 @@ bool IsID3v2Unchanged(const Edit &edit)
 }
 
 // The short way: the whole song with another image at its end. The module's image may be an earlier
-// file's; then this one has none, and the new one goes behind its last byte.
+// file's; then this one has none, and the new one comes after its last byte.
 NewSong WithOtherImage(const Edit &edit)
 {
     const auto oldImage = edit.raw.fileHasID3v1 ? static_cast<std::int64_t>(kID3v1Bytes) : 0;
@@ -270,7 +271,7 @@ void BackUp(const Edit &edit)
 }
 
 // Waits until the clock has passed the whole second of now plus 1. At midnight, when the clock is
-// set back, or when it stands still, the wait is over.
+// set back, or when it stops, the wait is over.
 void WaitForNextSecond()
 {
     platform::Clock &clock = *platform::TheMachine().clock;
@@ -290,8 +291,8 @@ void TellEditedTwice(const Edit &edit)
     Tell("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kEditedTwice));
 }
 
-// Writes the new version into the ".bck" file. True when it stands there; nothing when the song is
-// no longer as it was read, or another edit of it is under way: this was told.
+// Writes the new version into the ".bck" file. True when it is there; nothing when the song is
+// no longer as it was read, or another edit of it is under way: the user was told.
 std::optional<bool> WriteCopy(Edit &edit)
 {
     ShowProgress(edit, "Processing the MP3");
@@ -391,7 +392,7 @@ bool ReplaceSong(const Edit &edit, bool isCatalogued)
 bool Rewrite(Edit &edit)
 {
     TheResult() = SaveResult::Refused;
-    if (!Ground(edit))
+    if (!PrepareRawTags(edit))
         return false;
     TheResult() = SaveResult::Failed;
     const auto removed = BuildTags(edit);

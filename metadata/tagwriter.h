@@ -12,20 +12,21 @@
 namespace metadata
 {
 
-// Brings the song to the state that the records ask for. What GetMP3Info left of it is the ground:
-// it must have read this file, and the file must not have changed since. (What the module holds may
-// be another file's by now; then this one is read again, if it is as it was.)
-// WriteID3v1, WriteID3v2: whether the tag is to be in the file; without it the old one goes. When
-//     nothing but the ID3v1 tag changes, an unchecked tag stays.
+// Brings the song to the state that the records ask for. The edit starts from what GetMP3Info
+// read: it must have read this file, and the file must not have changed since. (What the module
+// holds may be another file's by now; then this one is read again, if it is as it was.)
+//
+// WriteID3v1, WriteID3v2: whether the tag is to be in the file; without it the old one is removed.
+//     When nothing but the ID3v1 tag changes, an unchecked tag stays.
 // ProgressLabel: shows the steps; may be null.
 // Changes the records: ID3v1 as BuildID3v1Tag does, ID3v2 as BuildID3v2Tag does.
-// Returns: true when the file was to be rewritten, though a step may have failed; false when
-// nothing
-//     would change, or when nothing was written because the song is not as it was read.
-// Errors: none thrown. Each is told in a box with its words, and the next step goes on, but:
-//     without a folder for the backups it is made, and a file that is not found is passed over.
-// Whatever fails, and whenever the process ends: a whole copy of the song, old or new, lies in its
-//     folder, under its own name or with ".bck" behind it. Owner, rights and attributes stay. A
+// Returns: true when the file was to be rewritten, though a step may have failed (LastSaveResult
+//     says which); false when nothing would change, or when nothing was written because the song is
+//     not as it was read.
+// Errors: none thrown. Each is reported in a box with its words, and the next step follows; a
+//     folder for the backups that is missing is created, and a file that is not found is no error.
+// Whatever fails, and whenever the process ends: a whole copy of the song, old or new, is in its
+//     folder, under its own name or with ".bck" after it. Owner, rights and attributes stay. A
 //     symbolic link keeps pointing at the song; of several hard links only the real path of
 //     FileName gets the new version.
 // Known loss, by design: where the whole file is written and it had no ID3v2 tag, the last 10 bytes
@@ -40,13 +41,13 @@ bool SaveTag(ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, const ID3v1Tag &OldID3v1, const I
 enum class SaveResult {
     Unchanged, // nothing was to be written
     Refused,   // the song is not as it was read: nothing was written
-    Failed,    // a step failed and was told: the song is as it was
+    Failed,    // a step failed, and the user was told: the song is as it was
     Written
 };
 [[nodiscard]] SaveResult LastSaveResult();
 
 // What SaveTag calls up to. app/ fills it in; an empty function is not called. What they throw as
-// RuntimeError is told as the failure of their step.
+// RuntimeError is reported as the failure of their step.
 struct TagWriterHooks {
     // Brings the rows of `path` to the values of `tag`, by "Edit1" and "Edit2".
     std::function<void(const ID3v2Tag &tag, const std::string &path)> updateCatalogue;

@@ -13,7 +13,11 @@ namespace platform
 enum class Buttons { Ok, YesNo, SaveDiscardCancel };
 enum class Answer { Ok, Yes, No, Save, Discard, Cancel };
 enum class BoxIcon { None, Exclamation };
-enum class Pointer { Normal = 0, Hourglass = 11, ArrowHourglass = 13 }; // the system's own numbers
+enum class Pointer {
+    Normal = 0,
+    Hourglass = 11,
+    ArrowHourglass = 13
+}; // fixed values; Hourglass is what a wait shows
 
 // One line of an open dialog's list of file kinds: "MP3 Files", "*.mp3".
 struct FileFilter {
@@ -24,14 +28,14 @@ struct FileFilter {
 struct Desktop {
     virtual ~Desktop() = default;
 
-    // Shows a box and waits for its answer. An empty `title` stands for the application's title,
+    // Shows a box and waits for its answer. An empty `title` means the application's title,
     // "Quenlin". Closing the box, or no way to ask, counts as Ok, as No
     // for YesNo, as Cancel for SaveDiscardCancel.
     virtual Answer MessageBox(std::string_view text, Buttons buttons = Buttons::Ok,
                               std::string_view title = {}, BoxIcon icon = BoxIcon::None) = 0;
 
     // The same for a prescribed text, with what the operating system says about it beside: the next
-    // line in a terminal, behind a button of a window's box.
+    // line in a terminal, shown by a button of a window's box.
     virtual Answer MessageBoxWithDetails(std::string_view text, std::string_view details,
                                          Buttons buttons = Buttons::Ok, std::string_view title = {})
     {

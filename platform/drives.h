@@ -15,7 +15,7 @@ enum class DriveType {
     Remote = 4,
     CdRom = 5,
     RamDisk = 6
-}; // the system's own numbers
+}; // values of settings and tests since the first version: do not renumber
 
 struct Drives {
     virtual ~Drives() = default;
@@ -24,16 +24,16 @@ struct Drives {
     // it is the root itself. `path` need not exist; its nearest existing folder counts.
     virtual std::string DriveOf(const std::string &path) = 0;
 
-    // The kind of the drive. Errors: none; Unknown when it cannot be told.
+    // The kind of the drive. Errors: none; Unknown when it cannot be found out.
     virtual DriveType TypeOf(const std::string &drive) = 0;
 
-    // The drive's volume label as text (UTF-8); empty when it has none or cannot be told.
+    // The drive's volume label as text (UTF-8); empty when it has none or it cannot be read.
     virtual std::string LabelOf(const std::string &drive) = 0;
 
-    // Whether the path lies on a removable medium that is not mounted now.
+    // Whether the path is on a removable medium that is not mounted now.
     virtual bool IsMediumMissing(const std::string & /*path*/) { return false; }
 
-    // The serial number of the drive's file system as decimal text; empty when it cannot be told.
+    // The serial number of the drive's file system as decimal text; empty when it cannot be read.
     virtual std::string SerialOf(const std::string &drive) = 0;
 
     // The drives as a user knows them: the root, the home folder, then the disks, shares and media

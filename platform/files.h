@@ -52,21 +52,21 @@ struct Files {
     virtual ~Files() = default;
 
     // Opens an existing file for reading; never waits for a pipe's other end or a device.
-    // Returns: a handle, or the negated errno. `identity` tells what was opened.
+    // Returns: a handle, or the negated errno. `identity` says what was opened.
     virtual int OpenToRead(const std::string &path, FileIdentity &identity) = 0;
 
-    // What stands at `path` now. Returns an errno.
+    // What is at `path` now. Returns an errno.
     virtual int Identify(const std::string &path, FileIdentity &identity) = 0;
 
     // Up to `count` bytes from `offset` on. With `mayWait` false only bytes that are in memory:
-    // -EAGAIN when the first is not, -EOPNOTSUPP where the file system cannot tell.
+    // -EAGAIN when the first is not, -EOPNOTSUPP where the file system does not say.
     // Returns: the count read, 0 at the end, or the negated errno.
     virtual std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                                 bool mayWait) = 0;
 
     virtual void Close(int handle) = 0;
 
-    // The path of the file itself, behind all symbolic links. Returns an errno.
+    // The path of the file itself, that all symbolic links lead to. Returns an errno.
     virtual int RealPath(const std::string &path, std::string &real) = 0;
 
     // Creates a new file in the folder of `finalPath`, under a name of its own that goes to
@@ -117,7 +117,7 @@ struct Files {
     virtual int RemoveFolder(const std::string &path) = 0;
 
     // How many bytes this user may still write to the file system of the folder; the negated errno
-    // when that cannot be told.
+    // when that cannot be found out.
     virtual std::int64_t FreeBytes(const std::string &folder) = 0;
 
     // Nanoseconds of the clock by which files are stamped, since 1970, UTC.

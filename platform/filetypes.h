@@ -12,7 +12,7 @@ struct FileTypes {
     virtual ~FileTypes() = default;
 
     // Writes the pairs (key, value) in their order; the platform translates them. Writing what
-    // stands there already changes no file. Errors: none; a desktop without a registry, or one
+    // is there already changes no file. Errors: none; a desktop without a registry, or one
     // that cannot be written, registers nothing.
     virtual void WritePairs(const std::vector<std::pair<std::string, std::string>> &pairs) = 0;
 };

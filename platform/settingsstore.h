@@ -14,7 +14,7 @@ struct SettingsStore {
     virtual std::string Read(std::string_view title, std::string_view section, std::string_view key,
                              std::string_view defaultText) = 0;
 
-    // Stores `text`. Writing a value that stands there already does nothing.
+    // Stores `text`. Writing a value that is there already does nothing.
     virtual void Write(std::string_view title, std::string_view section, std::string_view key,
                        std::string_view text) = 0;
 

@@ -10,7 +10,7 @@ struct SystemInfo {
     virtual ~SystemInfo() = default;
 
     // The system's name and version as its maker writes them ("Debian GNU/Linux 12 (bookworm)");
-    // empty when that cannot be told.
+    // empty when that cannot be found out.
     virtual std::string Name() = 0;
 };
 

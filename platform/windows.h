@@ -11,7 +11,7 @@ namespace platform
 
 struct Placement {
     int left = 0, top = 0;     // twips; the corner of the window with its frame
-    int width = 0, height = 0; // twips; the size of what lies inside the frame
+    int width = 0, height = 0; // twips; the size inside the frame
 
     bool operator==(const Placement &) const = default;
 };
@@ -35,10 +35,10 @@ struct Windows {
     virtual bool IsDark() = 0;
 };
 
-// `wanted` as it can be used on `screens`. It stays when it lies wholly on them, be it across two,
+// `wanted` as it can be used on `screens`. It stays when it is wholly on them, be it across two,
 // or when it fits the screen that it overlaps most (the first one where it overlaps none) and
-// enough of its title line to grasp it lies on some screen. Else it becomes no larger than that
-// screen and moves onto it. Without a screen: `wanted`.
+// enough of its title line to take hold of it is on some screen. Else it becomes no larger than
+// that screen and moves onto it. Without a screen: `wanted`.
 [[nodiscard]] Placement BringIntoView(const Placement &wanted,
                                       const std::vector<Placement> &screens);
 

@@ -1,5 +1,5 @@
 // runtime/codepage.h - the border between file bytes (one character per byte, as tags and lyrics
-// stand in a file) and text (UTF-8). Every byte 0-255 survives the way to text and back.
+// are in a file) and text (UTF-8). Every byte 0-255 survives the way to text and back.
 #pragma once
 
 #include <string>
@@ -17,7 +17,7 @@ int CodePage();
 // Puts `codePage` in force; a number without a table puts 1252 in force.
 void UseCodePage(int codePage);
 
-// The single-byte code page that goes with a POSIX locale name such as "cs_CZ.UTF-8"; 1252 for any
+// The single-byte code page for a POSIX locale name such as "cs_CZ.UTF-8"; 1252 for any
 // language that has none of its own. Source: the default ANSI code pages per language.
 int CodePageOfLocale(std::string_view localeName);
 

@@ -15,7 +15,7 @@ namespace
 {
 
 // The length of the decimal number (digits with at most one point) at the start of `text`; 0 when
-// no digit stands there.
+// there is no digit.
 std::size_t DecimalLength(std::string_view text)
 {
     std::size_t length = 0;
@@ -41,7 +41,7 @@ bool TakeSign(std::string_view &text)
     return negative;
 }
 
-// The power of ten of the first digit of `digits` that is not 0; an exponent behind them counts.
+// The power of ten of the first digit of `digits` that is not 0; an exponent after them counts.
 // Only for a number that is not 0. An exponent beyond 18 digits is as good as one of 18.
 long long Magnitude(std::string_view digits)
 {

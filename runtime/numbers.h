@@ -32,7 +32,7 @@ std::int16_t TextToInt16(std::string_view text);
 // The whole text as a rounded 32-bit number; errors as above.
 std::int32_t TextToInt32(std::string_view text);
 
-// Whether `text` stands for true: a number other than 0, or the word "True" in any letter case.
+// Whether `text` means true: a number other than 0, or the word "True" in any letter case.
 // Errors: kTypeMismatch when it is neither that nor a zero nor "False".
 bool TextToFlag(std::string_view text);
 

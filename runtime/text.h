@@ -24,8 +24,8 @@ std::string_view Mid(std::string_view text, long long start);
 std::string_view Left(std::string_view text, long long count);
 std::string_view Right(std::string_view text, long long count);
 
-// The first position at or after `start` where `needle` stands, compared byte by byte; 0 when there
-// is none. An empty needle is found at `start` itself, unless that lies behind the text's end or
+// The first position at or after `start` where `needle` is, compared byte by byte; 0 when there
+// is none. An empty needle is found at `start` itself, unless that is after the text's end or
 // the text is empty. Errors: kInvalidCall when start < 1.
 long long InStr(long long start, std::string_view text, std::string_view needle);
 
@@ -36,7 +36,7 @@ std::string_view Trim(std::string_view text);
 std::string_view StripTrailingNulls(std::string_view text);
 
 // Every occurrence of `from` replaced by `to`, left to right, one pass; an empty `from` changes
-// nothing. ReplaceFirst replaces at most one, at or after byte offset `*searchFrom` when given.
+// nothing. ReplaceFirst replaces the first one only.
 std::string Replace(std::string_view text, std::string_view from, std::string_view to);
 std::string ReplaceFirst(std::string_view text, std::string_view from, std::string_view to);
 

@@ -1,4 +1,4 @@
-// shell/globals.h - what start-up leaves behind for the whole program: the fields, the preferences,
+// shell/globals.h - what start-up sets for the whole program: the fields, the preferences,
 // the paths. Written by Main and by the Preferences window, read everywhere. Texts are UTF-8.
 #pragma once
 
@@ -18,10 +18,10 @@ inline constexpr std::string_view kAuthor = "Orvald Tamsin";
 // Where suggestions and failure reports go; a reserved domain until the publisher has one.
 inline constexpr std::string_view kSupportAddress = "support@quenlin.example";
 
-// The number behind the caption "ICQ:". The publisher has none yet, and its line stays hidden.
+// The number after the caption "ICQ:". The publisher has none yet, and its line stays hidden.
 inline constexpr std::string_view kContactNumber;
 
-// The catalogue's fields as the program numbers them; "List" stands before "Path".
+// The catalogue's fields as the program numbers them; "List" comes before "Path".
 inline constexpr std::array<const char *, 8> FieldNames = {"Title",   "Artist", "Album", "Year",
                                                            "Comment", "Genre",  "List",  "Path"};
 
@@ -31,7 +31,7 @@ struct Globals {
     int InitialTVWidth = 3000;           // twips
     std::string MP3Directory = "C:\\";   // the root of the walk; a path, byte for byte
     bool BackUpFiles = true;             // copy the MP3 to Backup before a rewrite
-    bool UpdateDBAfterEditing = true;    // a saved tag goes to the catalogue as well
+    bool UpdateDBAfterEditing = true;    // a saved tag is written to the catalogue as well
     bool ShowLyricsAutomatically = true; // the lyrics window follows the song
     bool DeleteBeforeAppend = false;     // regeneration empties the table first
     bool AutoCheckNewerVersion = false;

@@ -12,7 +12,7 @@ namespace shell
 
 // The text for `key` in `section`, blanks at both ends cut; `defaultText`, cut likewise, when the
 // file lacks it. A key with an empty value gives the empty text. Marks such as "$Field$" and "%0A"
-// stand in the result as they are.
+// are in the result as they are.
 std::string GetLanguageText(std::string_view defaultText, std::string_view key,
                             std::string_view section);
 

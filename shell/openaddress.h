@@ -15,7 +15,7 @@ bool MayOpen(std::string_view address);
 
 // Has the desktop open `address`, a path or an address (http:, https:, mailto:), with
 // `workingFolder` as the folder of the opened program where the platform has such a thing. Where
-// nothing opens it, or it may not be opened, no box comes: the address goes to the clipboard, and
+// nothing opens it, or it may not be opened, no box comes: the address is put on the clipboard, and
 // the status line says so. Errors: none.
 void OpenAddress(const std::string &address, const std::string &workingFolder);
 

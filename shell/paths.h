@@ -8,14 +8,14 @@
 namespace shell
 {
 
-// The text behind the last separator; the whole path when it has none.
+// The text after the last separator; the whole path when it has none.
 std::string GetFileName(std::string_view path);
 
 // The text up to and including the last separator; empty when there is none.
 std::string GetFolderPath(std::string_view path);
 
 // The name of the folder that holds the path's last part: the folder part without its trailing
-// separator, then what stands behind the last separator of that ("/music/abba/one.mp3" gives
+// separator, then what comes after the last separator of that ("/music/abba/one.mp3" gives
 // "abba", "/one.mp3" the empty text).
 std::string GetLastFolderName(std::string_view path);
 

@@ -1,5 +1,5 @@
 // shell/settings.h - the program's memory apart from the catalogue: a per-user store of texts by
-// section and key, under the title "Quenlin". Each read goes to the store; no state here.
+// section and key, under the title "Quenlin". Each read asks the store; no state here.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ inline constexpr std::string_view kPreferences = "Preferences";
 inline constexpr std::string_view kWindowsSize = "Windows Size";
 inline constexpr std::string_view kLastSafeConfiguration = "Last Safe Configuration";
 
-// One key of section "Preferences", with the text that a missing key stands for. Flags hold "1" or
+// One key of section "Preferences", with the text that a missing key means. Flags hold "1" or
 // "0"; lengths are twips.
 struct Preference {
     std::string_view key;
@@ -28,13 +28,13 @@ std::span<const Preference> Preferences();
 std::string GetSetting(std::string_view section, std::string_view key,
                        std::string_view defaultText = {});
 
-// Stores the text. Writing what stands there already does nothing.
+// Stores the text. Writing what is there already does nothing.
 void SaveSetting(std::string_view section, std::string_view key, std::string_view text);
 
 // Removes the key. Errors: kInvalidCall (runtime/error.h) when it is missing.
 void DeleteSetting(std::string_view section, std::string_view key);
 
-// A key of Preferences(), with the default that stands there; another key is a programming error.
+// A key of Preferences(), with the default that is there; another key is a programming error.
 std::string GetPreference(std::string_view key);
 
 // The same as a flag: any number but 0 is true. For a text that is no number the default counts,

@@ -125,7 +125,7 @@ private:
     std::int64_t m_since = 0; // of the wait under way
 };
 
-// `text` with a capital at the start of each word and small letters behind it; blanks, tabs, line
+// `text` with a capital at the start of each word and small letters after it; blanks, tabs, line
 // ends and NULs part words.
 std::string ProperCase(std::string_view text);
 

@@ -1,6 +1,6 @@
 // catalogue/regeneration/integrityreport.h - the report that a regeneration writes into the
-// program's folder: a text file that names each file whose tags could not be read. Paths stand in
-// it byte for byte, lines end in carriage return and line feed.
+// program's folder: a text file that names each file whose tags could not be read. Paths are
+// in it byte for byte, lines end in carriage return and line feed.
 #pragma once
 
 #include "platform/posix/files.h"

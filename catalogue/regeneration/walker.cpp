@@ -65,8 +65,8 @@ bool MatchesPattern(std::string_view name)
     return name.size() >= 4 && runtime::EqualAscii(name.substr(name.size() - 4), ".mp3");
 }
 
-// Whether the entry is a folder; what a link points to counts. What cannot be told is none, so
-// that a broken link named like an MP3 file is listed, and told of, as a file.
+// Whether the entry is a folder; what a link points to counts. What cannot be found out counts as
+// none, so that a broken link named like an MP3 file is listed and reported as a file.
 bool IsFolder(DIR *parent, const dirent &entry)
 {
     if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK)

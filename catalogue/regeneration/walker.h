@@ -45,7 +45,7 @@ public:
     // The same for the start of a walk: nothing that was listed before is used. Errors: as SetPath.
     void SetRoot(const std::string &path);
 
-    // The full path of sub-folder `index`, from 0; empty behind the last one.
+    // The full path of sub-folder `index`, from 0; empty after the last one.
     std::string List(std::int64_t index) const;
 
     // What the folder in the box holds; an empty listing as long as none was set.
@@ -86,7 +86,7 @@ public:
 
     std::int64_t ListCount() const;
 
-    // The name of file `index`, from 0; empty behind the last one.
+    // The name of file `index`, from 0; empty after the last one.
     std::string List(std::int64_t index) const;
 
 private:
@@ -103,7 +103,7 @@ private:
 FolderBox &Dirs();
 FileBox &MP3s();
 
-// `name` in `folder`: one separator between them, none doubled behind the root.
+// `name` in `folder`: one separator between them, none doubled after the root.
 std::string JoinPath(const std::string &folder, const std::string &name);
 
 } // namespace catalogue

@@ -49,7 +49,7 @@ bool SameTrimmed(std::string_view first, std::string_view second)
 
 LikePattern::LikePattern(std::string_view pattern, std::string_view escape)
 {
-    std::string plain; // characters that stand for themselves, up to the next wildcard
+    std::string plain; // characters that match themselves, up to the next wildcard
     const auto flush = [&] {
         for (const char c : runtime::UpperText(plain))
             m_folded += static_cast<unsigned char>(c);
@@ -95,7 +95,7 @@ bool LikePattern::MatchesUpper(std::string_view folded) const
 {
     if (m_isContains)
         return m_piece.Find(folded) != ByteSearch::kNone;
-    // The usual walk with one place to come back to: behind the last "%" seen.
+    // The usual walk with one place to come back to: after the last "%" seen.
     const std::u16string_view pattern = m_folded;
     std::size_t p = 0, t = 0, backPattern = std::string_view::npos, backText = 0;
     while (t < folded.size()) {

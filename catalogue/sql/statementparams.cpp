@@ -245,7 +245,7 @@ std::string ReadableText(const Statement &statement)
 {
     const std::string_view text = statement.text;
     std::string readable;
-    std::size_t from = 0; // what lies before is in `readable`
+    std::size_t from = 0; // what comes before is in `readable`
     for (const Token &token : TokensOf(statement)) {
         const auto at = static_cast<std::size_t>(token.text.data() - text.data());
         if (token.kind == TokenKind::Placed) {

@@ -92,7 +92,7 @@ void Writer::WriteParameter(const Parameter &parameter, std::string &sql)
     sql += ' ';
 }
 
-// The table behind FROM or JOIN in a plain SELECT: the view of MP3s under the table's name.
+// The table after FROM or JOIN in a plain SELECT: the view of MP3s under the table's name.
 void Writer::WriteTable(std::size_t at, std::string &sql)
 {
     sql += kTextView;
@@ -106,7 +106,7 @@ void Writer::WriteTable(std::size_t at, std::string &sql)
         sql += "AS MP3s ";
 }
 
-// The place behind "UPPER(TRIM(...))" at `at`, 0 when that does not stand there.
+// The place after "UPPER(TRIM(...))" at `at`; 0 when it is not there.
 std::size_t Writer::InsideUpperTrim(std::size_t at, std::size_t last) const
 {
     if (!Is(at, "UPPER") || !Is(at + 1, "(") || !Is(at + 2, "TRIM") || !Is(at + 3, "("))

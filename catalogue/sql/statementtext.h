@@ -4,9 +4,8 @@
 //   #date#, a value     become parameters as well
 //   DELETE * FROM       loses its "*"
 //   [table]             alone is all of that table
-//   LIKE                becomes REGEXP, an operator that SQLite leaves to the application: here
-//   LIKE
-//                       with Unicode letter case. No built-in is overridden
+//   LIKE                becomes REGEXP, an operator that SQLite leaves to the application; ours is
+//                       LIKE with Unicode letter case. No built-in is overridden
 //   UPPER(TRIM(a)) = UPPER(TRIM(b))  becomes same_trimmed(a, b); any other UPPER( upper_text(
 //   ORDER BY name       gets the catalogue's collation
 //   FROM MP3s           in a SELECT reads a view whose texts compare without regard to letter case

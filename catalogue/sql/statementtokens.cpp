@@ -31,7 +31,7 @@ bool IsWordPart(char c)
     return IsWordStart(c) || IsDigit(c) || c == '$';
 }
 
-// The end of what begins at `from` with a mark and ends with `close`; a doubled `close` stands for
+// The end of what begins at `from` with a mark and ends with `close`; a doubled `close` is
 // itself. npos when it does not end.
 std::size_t EndOfQuoted(std::string_view text, std::size_t from, char close)
 {

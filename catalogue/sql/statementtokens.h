@@ -15,7 +15,7 @@ enum class TokenKind {
     Quoted,    // [name], "name" or `name`, with its marks
     Text,      // 'text', with its apostrophes
     Date,      // #date#, with its marks
-    Number,    //
+    Number,    // digits, with a point or an exponent
     Parameter, // ? and ?1
     Placed,    // the place of a value
     Mark,      // one character of punctuation
@@ -24,7 +24,7 @@ enum class TokenKind {
 
 struct Token {
     TokenKind kind = TokenKind::Mark;
-    std::string_view text;      // as it stands in the statement
+    std::string_view text;      // as the statement has it
     std::size_t valueIndex = 0; // of a Placed: which of the statement's values
 
     // Whether it is this keyword or mark; keywords compare without regard to letter case.

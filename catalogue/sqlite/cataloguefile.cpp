@@ -189,8 +189,8 @@ void CatalogueFile::BeginWrite(SqliteHandle &handle)
     m_isWriting = true;
 }
 
-// Waits for its turn behind the other waiters, then for the one who writes. Events run meanwhile:
-// the program may come to its end in one of them.
+// Waits for its turn after the other waiting processes, then for the one that writes. Events run
+// meanwhile: the program may come to its end in one of them.
 int CatalogueFile::BeginWhenFree(SqliteHandle &handle)
 {
     if (IsWaitingForLock())

@@ -27,7 +27,7 @@ struct StoredQuery {
 class CatalogueFile : public std::enable_shared_from_this<CatalogueFile>
 {
 public:
-    // The file behind `path`, opened at the first call and looked at again at each later one,
+    // The file at `path`, opened at the first call and looked at again at each later one,
     // unless a transaction is open on it. Errors: ProviderFailure as InspectCatalogueFile, and as
     // SqliteHandle's constructor.
     static std::shared_ptr<CatalogueFile> At(const std::string &path);

@@ -98,7 +98,7 @@ int SqliteHandle::ReadFirstPage()
     return code;
 }
 
-// A copy that another tool made of the catalogue can stand in the mode without a log, where readers
+// A copy that another tool made of the catalogue can be in the mode without a log, where readers
 // and writers shut each other out. It gets its log back; where that cannot be (another program is
 // at it, the folder is read-only), the file is used as it is.
 bool SqliteHandle::KeepsALog()

@@ -40,7 +40,7 @@ public:
     [[nodiscard]] sqlite3 *Db() const { return m_db; }
 
     // The statement for `sql`, prepared at its first use and kept. Ready to be bound.
-    // Errors: ProviderFailure, also when something stands behind the statement.
+    // Errors: ProviderFailure, also when there is text after the statement.
     const Prepared &Prepare(std::string_view sql);
 
     // Runs one of the provider's own statements (a pragma, BEGIN, a view). Returns SQLite's code.

@@ -1,4 +1,4 @@
-// catalogue/sqlite/sqliteprovider.h - the engine behind "Provider=Microsoft.Jet.OLEDB.4.0": the
+// catalogue/sqlite/sqliteprovider.h - the engine of "Provider=Microsoft.Jet.OLEDB.4.0": the
 // catalogue is an SQLite file.
 #pragma once
 

@@ -80,7 +80,7 @@ std::string FormatDesktopEntry(std::string_view mimeName, std::string_view descr
                                std::string_view program)
 {
     // Inside the quotation marks of Exec, these four are escaped by a back-slash, and a back-slash
-    // of any value once more; a percent sign stands doubled.
+    // of any value once more; a percent sign is doubled.
     std::string quoted;
     for (const char c : program) {
         if (c == '"' || c == '`' || c == '$')

@@ -74,7 +74,7 @@ std::optional<std::string> ReadRegularFile(const std::string &path, std::size_t 
         errno = EINVAL;
         return std::nullopt;
     }
-    // Files of /proc and /sys tell no true size, so the read goes on to the end all the same.
+    // Files of /proc and /sys report no true size, so the read continues to the end all the same.
     constexpr std::size_t kChunk = 64u << 10;
     std::string bytes;
     while (bytes.size() < maxBytes) {

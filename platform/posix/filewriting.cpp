@@ -29,7 +29,7 @@ int Result(int returned)
     return returned == 0 ? 0 : errno;
 }
 
-// The attributes that a user gives, access lists among them; the others are the system's own, which
+// The attributes that a user gives, access lists among them; the others are the kernel's, which
 // it gives to every new file by itself.
 bool BelongsToUser(std::string_view name)
 {
@@ -157,7 +157,7 @@ int SystemFilesPort::CopyRights(int source, int target)
     const bool sameOwner = from.st_uid == to.st_uid && from.st_gid == to.st_gid;
     if (!sameOwner && fchown(target, from.st_uid, from.st_gid) != 0)
         return errno;
-    if (fchmod(target, from.st_mode & 07777) != 0) // behind fchown, which clears bits
+    if (fchmod(target, from.st_mode & 07777) != 0) // after fchown, which clears bits
         return errno;
     return CopyAttributes(source, target);
 }

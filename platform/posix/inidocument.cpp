@@ -37,7 +37,7 @@ std::string Quoted(std::string_view text)
     return result + '"';
 }
 
-// `text` as it may stand in the file: plain where that brings it back, else quoted. `special`: the
+// `text` as it is written to the file: plain where that brings it back, else quoted. `special`: the
 // characters that end a name of this place, or begin something else there.
 std::string Written(std::string_view text, std::string_view special)
 {
@@ -69,7 +69,7 @@ bool IsBlank(std::string_view line)
 }
 
 // Takes a quoted text off the front of `line`, which begins with its quotation mark. A missing end
-// mark is taken as standing at the end of the line.
+// mark counts as one at the end of the line.
 std::string TakeQuoted(std::string_view &line)
 {
     std::string result;
@@ -182,7 +182,7 @@ void IniDocument::Set(std::string_view section, std::string_view key, std::strin
     std::size_t at = m_lines.size();
     while (at > 0 &&
            (IsBlank(m_lines[at - 1].raw) || !runtime::EqualAscii(m_lines[at - 1].section, section)))
-        --at; // behind the section's last line that is not empty
+        --at; // after the section's last line that is not empty
     if (at == 0 && !section.empty()) {
         const std::string name = isPlain ? std::string(section) : WrittenName(section);
         m_lines.push_back({Raw("[" + name + "]"), std::string(section), false, {}, {}});

@@ -2,7 +2,7 @@
 // value in any bytes come back as they went in; lines that are not ours stay as they are. No state.
 //
 // A name, a key or a value that the plain form would not bring back (blanks at its ends, control
-// characters, a character that means something there) stands in quotation marks, with \\, \", \n,
+// characters, a character that means something there) is put in quotation marks, with \\, \", \n,
 // \r and \xHH inside.
 #pragma once
 
@@ -41,7 +41,7 @@ public:
 private:
     struct Line {
         std::string raw;     // without the LF at its end
-        std::string section; // the section in which it stands
+        std::string section; // the section that it is in
         bool entry = false;  // "key=value"; else a head, a comment, or anything else
         std::string key, value;
     };

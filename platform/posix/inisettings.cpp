@@ -20,7 +20,7 @@ namespace
 
 constexpr std::size_t kMaxFileBytes = 64u << 20;
 
-// What tells one state of a file from the next without reading it.
+// What distinguishes one state of a file from the next without reading it.
 struct Stamp {
     dev_t device = 0;
     ino_t inode = 0;

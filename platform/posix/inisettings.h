@@ -14,7 +14,7 @@
 namespace platform::posix
 {
 
-// Reads see the file as it stands now and this process's own writes over it. Writes are held back
+// Reads see the file as it is now and this process's own writes over it. Writes are held back
 // until Flush, which takes the lock file beside the file, reads the file again, changes the keys
 // that this process wrote and no others, and renames the new file over the old one: a reader never
 // sees half a file, and processes keep each other's keys. The file is not flushed to the disk.
@@ -41,7 +41,7 @@ public:
     std::function<void(const std::string &path, int why)> onCannotStore;
 
     // Called when the first write since a Flush is held back, so that an event loop can have Flush
-    // run at the end of its turn. Empty when nobody has one.
+    // run at the end of its turn. Empty when there is none.
     std::function<void()> onHeldBack;
 
 private:

@@ -36,7 +36,7 @@ constexpr std::array<std::string_view, 3> kMemoryTypes = {"tmpfs", "ramfs", "roo
 // Among the machine's own folders, and the user's all the same.
 constexpr std::string_view kUsersMedia = "/run/media";
 
-// A field of the kernel's table: "\040" and its like stand for one byte.
+// A field of the kernel's table: "\040" and its like mean one byte.
 std::string Unescaped(std::string_view field)
 {
     const auto isOctal = [](char c) { return c >= '0' && c <= '7'; };
@@ -54,7 +54,7 @@ std::string Unescaped(std::string_view field)
     return result;
 }
 
-// A name of /dev/disk/by-label: "\x20" and its like stand for one byte.
+// A name of /dev/disk/by-label: "\x20" and its like mean one byte.
 std::string UnescapedLabel(std::string_view name)
 {
     std::string result;
@@ -186,7 +186,7 @@ DriveType MountDrives::TypeOfMount(const Mount &mount) const
     if (std::ranges::find(kMemoryTypes, mount.type) != kMemoryTypes.end())
         return DriveType::RamDisk;
     const std::string device = m_places.blockDevices + "/" + DeviceOf(mount);
-    // A partition has no properties of its own; those of its disk lie one folder up. 5 is the
+    // A partition has no properties of its own; those of its disk are one folder up. 5 is the
     // number of optical drives (the kernel's scsi/scsi_proto.h).
     constexpr std::string_view kOptical = "5";
     for (const std::string &disk : {device, device + "/.."}) {
@@ -243,7 +243,7 @@ std::string MountDrives::LabelOfMount(const Mount &mount) const
     const Descriptor point(open(mount.point.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (point && ioctl(point.Get(), FS_IOC_GETFSLABEL, label) == 0 && label[0] != '\0')
         return label;        // up to its first NUL
-    std::error_code ignored; // a machine without that folder has no labels to tell
+    std::error_code ignored; // a machine without that folder has no labels
     const std::string source = NearestReal(mount.source);
     for (const auto &entry : std::filesystem::directory_iterator(m_places.labels, ignored))
         if (NearestReal(entry.path().string()) == source)

@@ -24,12 +24,12 @@ struct Mount {
 // has not that form is passed over.
 std::vector<Mount> ParseMounts(std::string_view mountInfo);
 
-// Answers are kept until the kernel tells of a change of its mount table, so that asking again for
+// Answers are kept until the kernel reports a change of its mount table, so that asking again for
 // a file of the same folder costs one system call.
 class MountDrives : public Drives
 {
 public:
-    // Where the machine tells of its disks; other places are for tests.
+    // Where the machine describes its disks; other places are for tests.
     struct Places {
         std::string mountInfo = "/proc/self/mountinfo";
         std::string blockDevices = "/sys/dev/block"; // by "major:minor"
@@ -70,7 +70,7 @@ public:
     std::vector<std::string> Roots() override;
 
 private:
-    void Refresh(); // reads the table again when the kernel told of a change
+    void Refresh(); // reads the table again when the kernel reported a change
     const Mount *FindMount(std::string_view drive) const;
     bool IsUsersDrive(const Mount &mount) const;
     DriveType TypeOfMount(const Mount &mount) const;
@@ -78,7 +78,7 @@ private:
     std::string DeviceOf(const Mount &mount) const;
 
     Places m_places;
-    int m_table = -1; // the open mount table; its poll tells of changes
+    int m_table = -1; // the open mount table; its poll reports changes
     bool m_known = false;
     std::vector<Mount> m_mounts;
     std::map<std::string, DriveType> m_types;    // by drive

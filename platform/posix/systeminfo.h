@@ -11,7 +11,7 @@ namespace platform::posix
 {
 
 // The value of PRETTY_NAME in the text of an os-release file, else NAME and VERSION_ID; empty
-// without them. Values may stand in quotes, with back-slashes before marks of the shell.
+// without them. Values may be in quotes, with back-slashes before marks of the shell.
 // Source: os-release(5).
 [[nodiscard]] std::string NameInRelease(std::string_view text);
 

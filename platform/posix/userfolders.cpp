@@ -115,7 +115,7 @@ std::string AbsolutePath(const std::string &path)
     if (path.empty())
         return {};
     const std::string whole = path.starts_with('/') ? path : CurrentFolder() + "/" + path;
-    std::string result; // without a trailing separator; empty stands for the root
+    std::string result; // without a trailing separator; empty means the root
     std::size_t at = 0;
     while (at < whole.size()) {
         const auto end = std::min(whole.find('/', at), whole.size());

@@ -26,7 +26,7 @@ std::string Environment(const char *name);
 std::string LocaleName();
 
 // `path` as an absolute path without "." and ".." and doubled separators. It starts at the current
-// folder as the shell shows it ($PWD). ".." behind a symbolic link leaves the folder to which the
+// folder as the shell shows it ($PWD). ".." after a symbolic link leaves the folder to which the
 // link leads. A separator at the end stays. The path need not exist. The empty path, which names
 // nothing, stays empty.
 std::string AbsolutePath(const std::string &path);

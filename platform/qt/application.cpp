@@ -9,7 +9,7 @@ namespace platform::qt
 namespace
 {
 
-constexpr int kInternalError = 51; // the runtime's number for what goes wrong in the program itself
+constexpr int kInternalError = 51; // the runtime's number for a mistake in the program itself
 
 } // namespace
 

@@ -18,7 +18,7 @@ namespace
 {
 
 constexpr char kTitle[] = "Quenlin";
-constexpr int kEventsMs = 50; // how long DoEvents goes on while new events keep coming
+constexpr int kEventsMs = 50; // how long DoEvents continues while new events keep coming
 
 QString TitleOr(std::string_view title)
 {

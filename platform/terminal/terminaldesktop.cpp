@@ -54,7 +54,7 @@ std::optional<std::string> ReadLine()
     std::string line;
     for (char c = 0;;) {
         CheckEndRequest();
-        if (IsEndRequested()) // the end waits for the job that asks: nobody answers it any more
+        if (IsEndRequested()) // the end waits for the job that asks: no one answers it any more
             return std::nullopt;
         const ssize_t got = read(STDIN_FILENO, &c, 1);
         if (got < 0 && errno == EINTR)

@@ -8,7 +8,7 @@ namespace platform::terminal
 {
 
 // A person is asked when standard input and standard error are both terminals. Otherwise a box is
-// printed and goes on by itself: No for YesNo, nothing for questions. Control characters of the
+// printed and answered by itself: No for YesNo, nothing for questions. Control characters of the
 // texts (of a file's name, say) never reach the terminal.
 class TerminalDesktop : public Desktop
 {

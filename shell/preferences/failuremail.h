@@ -23,7 +23,7 @@ void EmailBugReport();
 // Three lines joined by carriage returns: the system, the browser, the program with its version.
 [[nodiscard]] std::string GetSystemInfoText();
 
-// The system's name and version; "Versión de Windows desconocida" when it cannot be told.
+// The system's name and version; "Versión de Windows desconocida" when it cannot be found out.
 [[nodiscard]] std::string GetWindowsVersionName();
 
 // "Version de IE desconocida", with the three numbers 0: no such browser is part of this system.

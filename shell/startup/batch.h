@@ -20,7 +20,7 @@ std::vector<std::string> SplitArguments(std::string_view arguments);
 // or updated only when its row is safe in the catalogue, and shows the control characters of a path
 // as digits (ShownText, runtime/text.h). Returns: whether the catalogue took the row of each song
 // that could be read. When a signal asks for the end, the element under way is finished, the
-// summary tells what was done, and EndRequested (platform/endrequest.h) is thrown. Errors:
+// summary says what was done, and EndRequested (platform/endrequest.h) is thrown. Errors:
 // FileError when the summary cannot be written; those of AddLyricsFromTXT.
 bool RunBatch(const std::vector<std::string> &elements);
 

@@ -159,7 +159,7 @@ void FillOnFirstStart(const std::string &shippedFolder, const std::string &home)
         if (!IsThere(to))
             WriteNew(to, Read(In(shippedFolder, name)), Existing::Keep);
     }
-    // The marker says that the files are there: it comes to the disk behind them.
+    // The marker says that the files are there: it is written to the disk after them.
     Check(Files().FlushFolderOf(marker), home);
     WriteNew(marker, "", Existing::Keep);
     Check(Files().FlushFolderOf(marker), home);

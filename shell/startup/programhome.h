@@ -26,7 +26,7 @@ bool IsInstalled(const ProgramPlaces &places);
 // that nothing is copied again: a file that is missing then is missing. Each copy appears whole,
 // and is on the disk before the marker is: a power cut leaves what the next start completes.
 // Processes that start side by side do not disturb one another. Errors: FileError
-// (runtime/error.h); what was copied so far stays, the next start goes on.
+// (runtime/error.h); what was copied so far stays, and the next start copies the rest.
 void FillOnFirstStart(const std::string &shippedFolder, const std::string &home);
 
 // Copies a shipped file again whose copy in `home` is empty or a true beginning of it, as an

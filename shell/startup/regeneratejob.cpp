@@ -41,7 +41,7 @@ public:
 
     ui::StatusBar &Bar() { return m_bar; }
 
-    // Ends the counting line, so that what follows stands on a line of its own.
+    // Ends the counting line, so that what follows is on a line of its own.
     void End()
     {
         if (m_shown != m_latest)
@@ -94,7 +94,7 @@ private:
     ui::StatusBar m_bar{{{"Playing", "", 0, true}, {"Blank", "", 0, true}}};
     bool m_onTerminal;
     std::string m_latest; // what there is to show
-    std::string m_shown;  // what stands on the screen
+    std::string m_shown;  // what is on the screen
     bool m_counted = false;
     std::optional<std::int64_t> m_shownAtMs;
 };

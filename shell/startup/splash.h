@@ -10,7 +10,7 @@
 namespace shell
 {
 
-// Sizes in twips. The height alone tells which role the window played.
+// Sizes in twips. The height alone says which role the window played.
 inline constexpr int kSplashWidth = 7485;
 inline constexpr int kSplashHeight = 4980;
 inline constexpr int kAboutHeight = 6015;
@@ -39,7 +39,7 @@ struct SplashTexts {
 };
 SplashTexts LoadSplashTexts();
 
-// The address behind a click on lblEmail: "mailto:" and the support address.
+// The address that a click on lblEmail opens: "mailto:" and the support address.
 std::string SupportMailAddress();
 
 // Form_Unload: brings the main window up, only when `height` is exactly that of the splash.

@@ -139,7 +139,7 @@ bool Prepare(const StartUpWindows &windows)
 }
 
 // The regeneration that the user asked for once and for all. A folder that is not there today must
-// not lock him out: he is told, and sees the catalogue as it is.
+// not lock the user out: a box reports it, and the catalogue is shown as it is.
 void RefreshAtStartUp(const StartUpWindows &windows)
 {
     try {

@@ -6,7 +6,8 @@
 namespace ui
 {
 
-// One listener at the most: the widget bound to the control. Empty when nobody shows the control.
+// One listener at the most: the widget bound to the control. Empty when no widget shows the
+// control.
 using ChangeHook = std::function<void()>;
 
 inline void Notify(const ChangeHook &hook)

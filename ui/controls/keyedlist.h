@@ -73,7 +73,7 @@ public:
     // Rows sorted by that sub-item are sorted anew, else the change costs no more than its text.
     void SetSubItem(RowId row, std::string_view key, std::string_view text);
 
-    // A dimmed row shows that what it stands for is not there; `DimmedTip` says so in words.
+    // A dimmed row is one of a thing that is not there; `DimmedTip` says so in words.
     bool IsDimmed(RowId row) const { return At(row).dimmed; }
     void SetDimmed(RowId row, bool dimmed);
     const std::string &DimmedTip() const { return m_dimmedTip; }

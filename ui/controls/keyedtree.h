@@ -36,7 +36,7 @@ public:
     void Clear();
 
     // Puts the children of `parent` (the roots for kNoNode) in the order of their texts as lists
-    // show them; equal ones keep their order. Nodes added later come behind.
+    // show them; equal ones keep their order. Nodes added later come after them.
     void SortChildren(NodeId parent);
 
     NodeId Find(std::string_view key) const; // kNoNode when absent

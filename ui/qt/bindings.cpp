@@ -131,7 +131,7 @@ void BindProgress(ui::ProgressBar &bar, QProgressBar *widget)
         widget->setValue(std::clamp(static_cast<int>(share * 1000), 0, 1000));
     });
     bar.changed = [&bar, widget, calm = bar.changed] {
-        widget->setVisible(bar.Visible()); // a bar comes and goes at once
+        widget->setVisible(bar.Visible()); // a bar appears and disappears at once
         calm();
     };
     bar.changed();

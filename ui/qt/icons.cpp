@@ -91,7 +91,7 @@ QIcon OwnIcon(const QString &key)
 
 // The names that the desktop may have an icon under for files with this extension, the best first.
 // More than one type can claim an extension, as two do ".m3u"; the icon of any application's files
-// would tell less than the program's own.
+// would say less than the program's own.
 QStringList IconNames(const QString &suffix)
 {
     const auto types = QMimeDatabase().mimeTypesForFileName(QLatin1String("x") + suffix);

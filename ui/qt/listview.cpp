@@ -304,7 +304,7 @@ void ListView::keyboardSearch(const QString &text)
     m_typed = fresh || text == m_typed ? text : m_typed + text;
     if (count == 0)
         return;
-    // The first letter goes on to the next row that begins with it; more letters stay where they
+    // The first letter moves to the next row that begins with it; more letters stay where they
     // fit.
     const int start = std::max(0, currentIndex().row() + (m_typed.size() == 1 ? 1 : 0));
     for (int step = 0; step < count; ++step) {

@@ -6,7 +6,7 @@
 // selected rows. A last column "Non" is as wide as what the others leave.
 #pragma once
 
-#include "ui/qt/keptpicture.h"
+#include "ui/qt/frozenview.h"
 #include "ui/qt/listmodel.h"
 
 #include <QElapsedTimer>
@@ -75,7 +75,7 @@ private:
     ui::KeyedList &m_list;
     const Placing m_placing;
     ListModel m_model;
-    KeptPicture m_picture;
+    FrozenView m_picture;
     QPushButton *m_hintButton = nullptr; // made when a hint has one; owned by the viewport
     QElapsedTimer m_sinceTyped;
     QString m_typed;

@@ -22,7 +22,7 @@ constexpr qreal kHighest = 32767.0 / ui::kTwipsPerPixel + 4320;
 // without a width, which is broken here.
 constexpr qsizetype kPieceLength = 300;
 
-// The end of the piece that begins at `start`: behind the paragraph's end, or in its middle.
+// The end of the piece that begins at `start`: after the paragraph's end, or in its middle.
 qsizetype EndOfPiece(const QString &text, qsizetype start)
 {
     const qsizetype most = std::min(text.size(), start + kPieceLength);
@@ -35,7 +35,7 @@ qsizetype EndOfPiece(const QString &text, qsizetype start)
 }
 
 // Lays out the lines of a piece from `top` on. Of a piece in the middle of a paragraph the last
-// line stays out, as it goes on behind it, unless it is the only one.
+// line stays out, as it continues after it, unless it is the only one.
 qsizetype LayLines(QTextLayout &layout, bool isParagraphsEnd, int width, qreal &top)
 {
     QTextOption option;

@@ -21,7 +21,7 @@ using platform::qt::ToQt;
 [[nodiscard]] QString LabelText(std::string_view caption);
 
 // What a menu entry shows of a caption. "&" marks its access key as in the caption; a shortcut that
-// stands inside the caption behind blanks ("&File Info             Alt+3") goes to the shortcut's
+// is inside the caption after blanks ("&File Info             Alt+3") becomes the shortcut's
 // own place at the right edge. CR and TAB become blanks, so that no file name can fake a column.
 [[nodiscard]] QString MenuText(std::string_view caption);
 

@@ -4,7 +4,7 @@
 // key open the node's popup.
 #pragma once
 
-#include "ui/qt/keptpicture.h"
+#include "ui/qt/frozenview.h"
 #include "ui/qt/treemodel.h"
 
 #include <QTreeView>
@@ -44,7 +44,7 @@ private:
 
     ui::KeyedTree &m_tree;
     TreeModel m_model;
-    KeptPicture m_picture;
+    FrozenView m_picture;
     ui::NodeId m_pressed = ui::kNoNode; // the node under the press of a click on its text
     bool m_pressedNothing = false;
     ui::NodeId m_shown = ui::kNoNode; // the node shown as selected

@@ -1,11 +1,11 @@
-#include "ui/qt/keptpicture.h"
+#include "ui/qt/frozenview.h"
 
 #include <QHeaderView>
 
 namespace ui::qt
 {
 
-KeptPicture::KeptPicture(QTreeView &view) : m_view(view), m_cover(new QLabel(&view))
+FrozenView::FrozenView(QTreeView &view) : m_view(view), m_cover(new QLabel(&view))
 {
     m_cover->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_cover->setAttribute(Qt::WA_OpaquePaintEvent);
@@ -13,7 +13,7 @@ KeptPicture::KeptPicture(QTreeView &view) : m_view(view), m_cover(new QLabel(&vi
     m_cover->hide();
 }
 
-void KeptPicture::Keep()
+void FrozenView::Keep()
 {
     if (m_view.isVisible()) {
         m_cover->setPixmap(m_view.grab());
@@ -24,14 +24,14 @@ void KeptPicture::Keep()
     LetDraw(false);
 }
 
-void KeptPicture::Drop()
+void FrozenView::Drop()
 {
     LetDraw(true);
     m_cover->hide();
     m_cover->clear();
 }
 
-void KeptPicture::LetDraw(bool on)
+void FrozenView::LetDraw(bool on)
 {
     m_view.viewport()->setUpdatesEnabled(on);
     m_view.header()->setUpdatesEnabled(on);

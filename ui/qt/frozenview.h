@@ -1,5 +1,5 @@
-// ui/qt/keptpicture.h - keeps on the screen what a view shows while its rows change, whatever has
-// to be drawn again meanwhile.
+// ui/qt/frozenview.h - shows a view as it was while its rows change, whatever has to be drawn
+// again meanwhile.
 #pragma once
 
 #include <QLabel>
@@ -8,11 +8,11 @@
 namespace ui::qt
 {
 
-class KeptPicture
+class FrozenView
 {
 public:
-    // `view` outlives the picture and owns its widget.
-    explicit KeptPicture(QTreeView &view);
+    // `view` outlives this object and owns its widget.
+    explicit FrozenView(QTreeView &view);
 
     // Lays the picture of the view over it; the view itself draws nothing until Drop. To be called
     // while the old rows are still there. Does nothing for a view that is not on the screen.
