@@ -2,6 +2,7 @@
 import configparser
 import os
 import pathlib
+import re
 import shutil
 import tempfile
 import unittest
@@ -34,6 +35,13 @@ class Validators(unittest.TestCase):
 
     def test_metainfo(self):
         self.passes("appstreamcli", "validate", "--no-net", MADE / f"{house.ID}.metainfo.xml", quiet=False)
+
+    def test_the_releases_are_those_of_the_change_log(self):
+        root = ElementTree.parse(MADE / f"{house.ID}.metainfo.xml").getroot()
+        releases = [(release.get("version"), release.get("date")) for release in root.iter("release")]
+        log = (house.SOURCE / "CHANGELOG.md").read_text(encoding="utf-8")
+        self.assertEqual(re.findall(r"^## (\S+) - (\S+)$", log, re.MULTILINE), releases)
+        self.assertGreaterEqual(len(releases), 1)
 
     def test_manual(self):
         self.passes("man", "--warnings=w", "-E", "UTF-8", "-l", "-Tutf8", MADE / "quenlin.1", quiet=False)
