@@ -121,8 +121,9 @@ std::vector<const HelpPage *> SearchHelpBook(const HelpBook &book, std::string_v
     for (const HelpPage &page : book.pages)
         if (HoldsAll(page.words, wanted))
             found.push_back(&page);
-    std::ranges::stable_partition(
-        found, [&](const HelpPage *page) { return HoldsAll(page->title, wanted); });
+    // (clang 14 does not compile the form of this in std::ranges.)
+    std::stable_partition(found.begin(), found.end(),
+                          [&](const HelpPage *page) { return HoldsAll(page->title, wanted); });
     return found;
 }
 

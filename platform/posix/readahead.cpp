@@ -126,7 +126,9 @@ void ReadAheadFiles::Shared::Fetch(ComingFile &file)
         return;
     const std::int64_t size = file.identity.sizeBytes;
     const auto extend = [&](std::int64_t wanted) {
-        const auto count = static_cast<std::size_t>(std::min({wanted, size, kLongestHead}));
+        // A damaged size asks for less than nothing.
+        const auto count = static_cast<std::size_t>(
+            std::clamp(wanted, std::int64_t{0}, std::min(size, kLongestHead)));
         if (count <= file.headBytes)
             return;
         if (file.head.size() < count)
