@@ -27,7 +27,7 @@ void ShowBox(std::string_view text)
 template <typename Field>
 std::string LiteralOfField(const Field &field)
 {
-    const std::string literal = LiteralOf(field.value, field.type, field.width);
+    std::string literal = LiteralOf(field.value, field.type, field.width);
     if (field.type != DatoType::Text || !std::holds_alternative<std::string>(field.value))
         return literal;
     const auto inside = std::string_view(literal).substr(1, literal.size() - 2);

@@ -147,7 +147,7 @@ std::string HelpForm::ShownHtml() const
     const HelpPage *page = book.Find(m_visited[m_visit]);
     if (page == nullptr)
         return "<h1>" + EscapedHtml(Title()) + "</h1>\n" + ListOf(0, true);
-    const std::string html = "<h2>" + EscapedHtml(page->title) + "</h2>\n" + page->body;
+    std::string html = "<h2>" + EscapedHtml(page->title) + "</h2>\n" + page->body;
     if (page->level > 1)
         return html;
     return html + ListOf(static_cast<std::size_t>(page - book.pages.data()) + 1, false);

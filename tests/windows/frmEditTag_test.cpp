@@ -127,6 +127,26 @@ TEST_F(EditTagScaled, ChangeCopyAcrossSaveAndSeeTheRow)
     EXPECT_TRUE(song.ends_with(
         Audio() + Id3v1({"new title that is longer tha", "Artist", "", "", "", 0, 78})));
     EXPECT_NE(song.find("One\r\nTwo\xA0three"), std::string::npos);
+
+    // The whole file is what the tag writer makes of the same records.
+    const std::string twin = Song("twin.mp3");
+    WriteFile(twin, Tagged("Old"));
+    metadata::ID3v1Tag old1;
+    metadata::ID3v2Tag old2;
+    metadata::MPEGHeader header;
+    bool hasId3v1 = false, hasId3v2 = false;
+    metadata::GetMP3Info(twin, old1, old2, header, hasId3v1, hasId3v2, false);
+    metadata::ID3v1Tag new1 = old1;
+    new1.Title = "new title that is longer tha";
+    new1.Artist = "Artist";
+    new1.Genre = 78;
+    metadata::ID3v2Tag new2 = old2;
+    new2.Title = "A new title that is longer than thirty";
+    new2.Genre = "Rock"; // the editor has the name where the reader has the number
+    metadata::TheTagWriterHooks() = {};
+    metadata::SaveTag(new1, new2, old1, old2, twin, true, true, nullptr);
+    EXPECT_EQ(ReadFile(twin).substr(0, 160), song.substr(0, 160));
+    EXPECT_TRUE(ReadFile(twin) == song); // not printed: thousands of bytes
 }
 
 TEST_F(EditTagScaled, EscapeClosesAndWritesNothing)
