@@ -4,6 +4,8 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QVariant>
+#include <QWidget>
 
 namespace platform::qt
 {

@@ -1,5 +1,7 @@
 #include "ui/qt/qttext.h"
 
+#include <QList>
+
 namespace ui::qt
 {
 
