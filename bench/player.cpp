@@ -138,7 +138,7 @@ private:
 
     std::string MakeSong(const std::string &name)
     {
-        const std::string path = m_real.music / (name + ".mp3");
+        std::string path = m_real.music / (name + ".mp3");
         if (symlink(m_song.c_str(), path.c_str()) != 0)
             std::abort();
         return path;
