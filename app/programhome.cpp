@@ -4,6 +4,7 @@
 #include "runtime/codepage.h"
 #include "shell/apppath.h"
 #include "shell/startup/programhome.h"
+#include "shell/startup/shippedfiles.h"
 
 namespace app
 {
@@ -20,6 +21,7 @@ void SettleIn()
     const std::string shippedFolder = places.programFolder + "/../share/quenlin";
     shell::FillOnFirstStart(shippedFolder, shell::GetAppPath());
     shell::RestoreTornFiles(shippedFolder, shell::GetAppPath());
+    shell::RenewShippedFiles(shippedFolder, shell::GetAppPath());
 }
 
 } // namespace app

@@ -4,10 +4,10 @@
 #include "platform/posix/files.h"
 #include "platform/posix/userfolders.h"
 #include "runtime/error.h"
+#include "runtime/hash.h"
 #include "shell/globals.h"
 
 #include <cerrno>
-#include <cstdint>
 #include <cstdio>
 #include <string_view>
 
@@ -23,20 +23,11 @@ constexpr std::string_view kFirstLine = "Quenlin lyrics draft 1\n";
 constexpr std::size_t kLargestDraft = std::size_t{1} << 28; // what an ID3v2 tag can hold, at most
 constexpr int kPlaces = 4; // of songs whose paths have the same number
 
-// A number for a path, spread evenly. Source: the 64-bit FNV-1a hash.
-std::uint64_t NumberOf(std::string_view path)
-{
-    std::uint64_t number = 0xcbf29ce484222325U;
-    for (const char c : path)
-        number = (number ^ static_cast<unsigned char>(c)) * 0x100000001b3U;
-    return number;
-}
-
 std::string PlaceFile(const std::string &path, int place)
 {
     char name[40];
     std::snprintf(name, sizeof name, "/%016llx-%d.draft",
-                  static_cast<unsigned long long>(NumberOf(path)), place);
+                  static_cast<unsigned long long>(runtime::HashOf(path)), place);
     return DraftFolder() + name;
 }
 

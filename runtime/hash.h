@@ -1,0 +1,21 @@
+// runtime/hash.h - a number for a sequence of bytes that is the same in every run and version.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace runtime
+{
+
+// The 64-bit FNV-1a hash of `bytes`: equal bytes give equal numbers, and a change that nobody made
+// on purpose gives another one. It does not protect against someone who looks for a collision.
+// Source: draft-eastlake-fnv, offset basis and prime for 64 bits.
+constexpr std::uint64_t HashOf(std::string_view bytes)
+{
+    std::uint64_t hash = 0xcbf29ce484222325U;
+    for (const char c : bytes)
+        hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3U;
+    return hash;
+}
+
+} // namespace runtime

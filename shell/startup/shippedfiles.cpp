@@ -1,0 +1,292 @@
+#include "shell/startup/shippedfiles.h"
+
+#include "platform/machine.h"
+#include "platform/posix/files.h"
+#include "runtime/error.h"
+#include "runtime/hash.h"
+#include "shell/apppath.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <sstream>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace shell
+{
+
+namespace
+{
+
+constexpr std::size_t kMaxShippedBytes = 64u << 20;
+constexpr std::string_view kMarker = ".filled";
+constexpr std::string_view kRecord = ".shipped";
+constexpr std::size_t kMaxRecordBytes = 1u << 20;
+constexpr std::string_view kCatalogue = "MP3s.mdb";
+
+platform::Files &Files()
+{
+    return *platform::TheMachine().files;
+}
+
+void Check(int reason, const std::string &path)
+{
+    if (reason != 0)
+        throw runtime::FileError(reason, path);
+}
+
+bool IsThere(const std::string &path)
+{
+    return access(path.c_str(), F_OK) == 0;
+}
+
+std::string Read(const std::string &path)
+{
+    auto bytes = platform::posix::ReadRegularFile(path, kMaxShippedBytes);
+    if (!bytes)
+        throw runtime::FileError(errno, path);
+    return std::move(*bytes);
+}
+
+std::string In(std::string folder, std::string_view name)
+{
+    return folder.append(1, PathSeparator).append(name);
+}
+
+// Fills an open file and brings it to the disk. Returns an errno.
+int WriteWhole(int handle, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const auto written = Files().Write(handle, bytes.data(), bytes.size());
+        if (written <= 0)
+            return written < 0 ? static_cast<int>(-written) : EIO;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return Files().Flush(handle);
+}
+
+enum class Existing { Keep, Replace };
+
+// Brings `bytes` to the disk under a name of their own, then gives them the name `to`: whatever
+// happens, what has that name is whole.
+void WriteNew(const std::string &to, std::string_view bytes, Existing existing)
+{
+    std::string temporary;
+    const int handle = Files().CreateBeside(to, temporary);
+    Check(handle < 0 ? -handle : 0, to);
+    int reason = WriteWhole(handle, bytes);
+    Files().Close(handle);
+    if (reason == 0)
+        reason = existing == Existing::Replace ? Files().Rename(temporary, to)
+                                               : Files().RenameNew(temporary, to);
+    if (reason != 0)
+        Files().Delete(temporary);
+    if (reason != EEXIST || existing == Existing::Replace)
+        Check(reason, to);
+}
+
+// Makes the folder and those above it; each new name is on the disk before the next step.
+void MakeHome(const std::string &home)
+{
+    std::error_code unknown;
+    if (fs::is_directory(home, unknown))
+        return;
+    const std::string above = fs::path(home).parent_path().string();
+    if (!above.empty() && above != home)
+        MakeHome(above);
+    if (const int reason = Files().MakeFolder(home); reason != EEXIST)
+        Check(reason, home);
+    else if (!fs::is_directory(home, unknown)) // another process may have made it just now
+        Check(ENOTDIR, home);
+    Check(Files().FlushFolderOf(home), home);
+}
+
+// The names of the shipped files, in the order of the alphabet.
+std::vector<std::string> ShippedNames(const std::string &folder)
+{
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error))
+        if (std::error_code other; entry->is_regular_file(other))
+            names.push_back(entry->path().filename().string());
+    Check(error.value(), folder);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// Whether the user's file is what an interrupted writing leaves: nothing, or a true beginning.
+bool IsTorn(const std::string &shipped, const std::string &users)
+{
+    std::error_code unknown;
+    if (!fs::is_regular_file(fs::symlink_status(users, unknown)))
+        return false;
+    const auto size = fs::file_size(users, unknown);
+    const auto wholeSize = fs::file_size(shipped, unknown);
+    if (unknown || size >= wholeSize) // most files are ruled out without a look at their bytes
+        return false;
+    const auto bytes = platform::posix::ReadRegularFile(users, kMaxShippedBytes);
+    return bytes && Read(shipped).starts_with(*bytes);
+}
+
+// A shipped file as the user got it. The state tells without a look at the bytes that the
+// installation still has the same file.
+struct Given {
+    std::string
+        state; // size in bytes and time of change in ns, in decimal; any other text: unknown
+    std::uint64_t hash = 0;
+
+    bool operator==(const Given &) const = default;
+};
+using GivenFiles = std::map<std::string, Given, std::less<>>;
+
+// The record has one line for each file: hash in hexadecimal, a blank, state, a blank, name. A line
+// of another form is passed over.
+GivenFiles ReadRecord(const std::string &home)
+{
+    GivenFiles given;
+    std::istringstream lines(
+        platform::posix::ReadRegularFile(In(home, kRecord), kMaxRecordBytes).value_or(""));
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream words(line);
+        std::string hash, size, changed, name;
+        if (!(words >> hash >> size >> changed) || !std::getline(words >> std::ws, name))
+            continue;
+        Given one{size + " " + changed, 0};
+        const auto end = std::from_chars(hash.data(), hash.data() + hash.size(), one.hash, 16);
+        if (end.ec == std::errc() && end.ptr == hash.data() + hash.size())
+            given[name] = one;
+    }
+    return given;
+}
+
+std::string FormatRecord(const GivenFiles &given)
+{
+    std::ostringstream lines;
+    for (const auto &[name, one] : given)
+        lines << std::hex << one.hash << ' ' << one.state << ' ' << name << '\n';
+    return lines.str();
+}
+
+std::string StateOf(const std::string &path)
+{
+    struct stat file = {};
+    if (stat(path.c_str(), &file) != 0)
+        return "0 0";
+    constexpr long long kNsPerSecond = 1'000'000'000;
+    return std::to_string(file.st_size) + " " +
+           std::to_string(file.st_mtim.tv_sec * kNsPerSecond + file.st_mtim.tv_nsec);
+}
+
+// Makes the user's copy at `to` hold `bytes`, where it is still the copy that was `given`, or is
+// missing and none was given yet (null).
+void Renew(const std::string &bytes, const std::string &to, const Given *given)
+{
+    std::error_code unknown;
+    const auto kind = fs::symlink_status(to, unknown).type();
+    if (kind == fs::file_type::not_found) {
+        if (given == nullptr)
+            WriteNew(to, bytes, Existing::Keep);
+        return;
+    }
+    if (kind != fs::file_type::regular || given == nullptr)
+        return;
+    const std::string users = Read(to);
+    if (users != bytes && runtime::HashOf(users) == given->hash)
+        WriteNew(to, bytes, Existing::Replace);
+}
+
+// Brings all copies up to date. Returns what the user was given so far, for the next time.
+GivenFiles RenewAll(const std::string &shippedFolder, const std::string &home,
+                    const GivenFiles &before)
+{
+    GivenFiles now;
+    for (const std::string &name : ShippedNames(shippedFolder)) {
+        if (name == kCatalogue)
+            continue;
+        const std::string from = In(shippedFolder, name);
+        const auto known = before.find(name);
+        const Given *given = known == before.end() ? nullptr : &known->second;
+        const std::string state = StateOf(from);
+        if (given != nullptr && given->state == state) {
+            now[name] = *given;
+            continue;
+        }
+        try {
+            const std::string bytes = Read(from);
+            Renew(bytes, In(home, name), given);
+            now[name] = {state, runtime::HashOf(bytes)};
+        } catch (const runtime::RuntimeError &) {
+            if (given != nullptr)
+                now[name] = *given; // the next start tries again
+        }
+    }
+    return now;
+}
+
+} // namespace
+
+void FillOnFirstStart(const std::string &shippedFolder, const std::string &home)
+{
+    const std::string marker = In(home, kMarker);
+    if (IsThere(marker))
+        return;
+    MakeHome(home);
+    for (const std::string &name : ShippedNames(shippedFolder)) {
+        const std::string to = In(home, name);
+        if (!IsThere(to))
+            WriteNew(to, Read(In(shippedFolder, name)), Existing::Keep);
+    }
+    // The marker says that the files are there: it is written to the disk after them.
+    Check(Files().FlushFolderOf(marker), home);
+    WriteNew(marker, "", Existing::Keep);
+    Check(Files().FlushFolderOf(marker), home);
+}
+
+void RestoreTornFiles(const std::string &shippedFolder, const std::string &home)
+{
+    std::vector<std::string> names;
+    try {
+        names = ShippedNames(shippedFolder);
+    } catch (const runtime::RuntimeError &) {
+        return; // an installation that is gone has nothing to give
+    }
+    for (const std::string &name : names) {
+        const std::string from = In(shippedFolder, name);
+        const std::string to = In(home, name);
+        try {
+            if (name != kCatalogue && IsTorn(from, to))
+                WriteNew(to, Read(from), Existing::Replace);
+        } catch (const runtime::RuntimeError &) {
+            // The file stays as it is: a language or a help text is no reason not to start.
+        }
+    }
+}
+
+void RenewShippedFiles(const std::string &shippedFolder, const std::string &home)
+{
+    try {
+        const GivenFiles before = ReadRecord(home);
+        const GivenFiles now = RenewAll(shippedFolder, home, before);
+        if (now == before)
+            return;
+        // The copies are on the disk before the record says so.
+        Check(Files().FlushFolderOf(In(home, kRecord)), home);
+        WriteNew(In(home, kRecord), FormatRecord(now), Existing::Replace);
+    } catch (const runtime::RuntimeError &) {
+        // The copies that are there serve: a language or a help text is no reason not to start.
+    }
+}
+
+} // namespace shell
