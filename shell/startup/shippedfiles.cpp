@@ -163,7 +163,7 @@ GivenFiles ReadRecord(const std::string &home)
         std::string hash, size, changed, name;
         if (!(words >> hash >> size >> changed) || !std::getline(words >> std::ws, name))
             continue;
-        Given one{size + " " + changed, 0};
+        Given one{size.append(1, ' ').append(changed), 0};
         const auto end = std::from_chars(hash.data(), hash.data() + hash.size(), one.hash, 16);
         if (end.ec == std::errc() && end.ptr == hash.data() + hash.size())
             given[name] = one;

@@ -274,7 +274,7 @@ TEST_F(Upgrade, ADamagedRecordIsNoHarm)
     const std::string whole = tests::ReadFile(Home(".shipped"));
     ASSERT_FALSE(whole.empty());
     std::vector<std::string> records = {"\n\n", "x y z w\n", std::string(2 << 20, 'a'),
-                                        std::string("\0\xff 1 2 MP3s.mdb\n", 18)};
+                                        std::string("\0\xff 1 2 MP3s.mdb\n", 16)};
     for (std::size_t size = 0; size < whole.size(); ++size)
         records.push_back(whole.substr(0, size));
     for (const std::string &record : records) {
