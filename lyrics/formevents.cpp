@@ -211,7 +211,7 @@ void FollowLyrics(LyricsForm &form, std::string_view title, std::string_view lyr
     std::erase(song, '\0'); // that many programs write behind the texts of a tag
     form.SetTitle(song.empty() ? name : song + " - " + name);
     form.Lyrics.SetText({}); // so that a text like the last one is a change
-    form.Lyrics.SetText(lyrics);
+    form.Lyrics.SetText(runtime::WithCrLf(lyrics));
 }
 
 void SetTimes(LyricsForm &form, const std::string &file)

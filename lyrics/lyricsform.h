@@ -56,9 +56,10 @@ struct LyricsForm : ui::Form {
     std::function<void(const std::string &file)> newSettingWindow; // for cmdSetTimes
 };
 
-// The song that plays, `title`, has these lyrics: shows them, in a form that is loaded anew. Marks
-// that cannot be parsed are told once the caller is done, over the text as far as it was parsed.
-// Errors: kNonModalOverModal (401) while a modal window is up; the form is then as it was.
+// The song that plays, `title`, has these lyrics: shows them, in a form that is loaded anew, each
+// line end (CR or LF alone as well) as CR LF. Marks that cannot be parsed are told once the caller
+// is done, over the text as far as it was parsed. Errors: kNonModalOverModal (401) while a modal
+// window is up; the form is then as it was.
 void FollowLyrics(LyricsForm &form, std::string_view title, std::string_view lyrics);
 
 // Puts a fresh form into the mode of setting times for `file`, shows it, and plays the song from

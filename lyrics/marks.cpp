@@ -6,6 +6,7 @@
 #include "platform/desktop.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
+#include "runtime/text.h"
 #include "shell/language.h"
 
 namespace lyrics
@@ -54,7 +55,7 @@ std::string LyricsOfFile(const std::string &file)
     bool hasID3v1 = false;
     bool hasID3v2 = false;
     metadata::GetMP3Info(file, id3v1, id3v2, header, hasID3v1, hasID3v2, false);
-    return id3v2.Lyrics;
+    return runtime::WithCrLf(id3v2.Lyrics);
 }
 
 const std::string &MarksMade(const LyricsForm &form)

@@ -27,7 +27,8 @@ private:
 // the first. For what fails in a tick or in a change of the text, where nobody takes an error.
 void TellLater(LyricsForm &form, const runtime::RuntimeError &failure);
 
-// The lyrics in the tag of a file; empty when it has none or cannot be read.
+// The lyrics in the tag of a file, each line end as CR LF (many programs write LF alone, which the
+// rules of the marks do not take for one); empty when it has none or cannot be read.
 std::string LyricsOfFile(const std::string &file);
 
 // Where the song has a draft that is not what its file holds, asks whether to go on with it, and

@@ -169,6 +169,22 @@ std::string ReplaceFirst(std::string_view text, std::string_view from, std::stri
     return result;
 }
 
+std::string WithCrLf(std::string_view text)
+{
+    std::string result;
+    result.reserve(text.size());
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] != '\r' && text[at] != '\n') {
+            result += text[at];
+            continue;
+        }
+        if (text.substr(at, 2) == "\r\n")
+            ++at;
+        result += "\r\n";
+    }
+    return result;
+}
+
 std::vector<std::string> Split(std::string_view text, std::string_view separator)
 {
     std::vector<std::string> pieces;

@@ -40,6 +40,9 @@ std::string_view StripTrailingNulls(std::string_view text);
 std::string Replace(std::string_view text, std::string_view from, std::string_view to);
 std::string ReplaceFirst(std::string_view text, std::string_view from, std::string_view to);
 
+// The text with each line end (CR LF, CR alone, LF alone) as CR LF.
+std::string WithCrLf(std::string_view text);
+
 // The pieces of `text` between occurrences of `separator` (not empty). An empty text has no piece.
 std::vector<std::string> Split(std::string_view text, std::string_view separator);
 

@@ -95,6 +95,18 @@ TEST_F(FollowLyrics, ALastLineWithoutALineBreakSelectsNothing)
     EXPECT_EQ(form.Lyrics.SelLength(), 0);
 }
 
+// Many programs end the lines of lyrics with LF alone.
+TEST_F(FollowLyrics, LinesThatEndWithOneCharacterAreFollowedToo)
+{
+    for (const char *text : {"[0:01]One\n[0:02]Two\n", "[0:01]One\r[0:02]Two\r"}) {
+        lyrics::FollowLyrics(form, "", text);
+        EXPECT_EQ(form.Lyrics.Text(), "One\r\nTwo\r\n");
+        Play(2);
+        form.showTimes.Fire();
+        EXPECT_EQ(Selected(form), "Two");
+    }
+}
+
 TEST_F(FollowLyrics, NoMarksNoTimer)
 {
     for (const char *text : {"", "One\r\nTwo\r\n", "[Intro]\r\n[0:01]One\r\n"}) {

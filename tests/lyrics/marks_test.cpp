@@ -35,6 +35,20 @@ TEST_F(Marks, SavesTheTextOfTheLastTest)
     EXPECT_EQ(desktop.boxes.size(), 0U);
 }
 
+// Lines that end with LF alone get their marks where CR LF does, and nothing counts as changed
+// before a mark is set.
+TEST_F(Marks, LinesThatEndWithOneCharacterGetMarks)
+{
+    Setting(form, "One\nTwo\nThree\n");
+    EXPECT_FALSE(lyrics::HasUnsavedMarks(form));
+    EXPECT_EQ(form.Lyrics.Text(), "One\r\nTwo\r\nThree\r\n");
+    form.Lyrics.Select(10, 0);
+    Play(65);
+    form.cmdSetIt.Click();
+    EXPECT_EQ(form.Lyrics.Text(), "One\r\nTwo\r\n[01:05]Three\r\n");
+    EXPECT_TRUE(lyrics::HasUnsavedMarks(form));
+}
+
 TEST_F(Marks, SavesBothTagsIntoAFileWithoutAny)
 {
     const std::string song = Song("bare.mp3");

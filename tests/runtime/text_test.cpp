@@ -78,6 +78,23 @@ TEST(Replace, Table)
     EXPECT_EQ(ReplaceFirst("abc", "x", "1"), "abc");
 }
 
+TEST(WithCrLf, Table)
+{
+    constexpr struct {
+        const char *name;
+        std::string_view text, want;
+    } cases[] = {
+        {"empty", "", ""},
+        {"no line end", "a", "a"},
+        {"CR LF stays", "a\r\nb\r\n", "a\r\nb\r\n"},
+        {"LF alone", "a\n\nb\n", "a\r\n\r\nb\r\n"},
+        {"CR alone", "\ra\r\rb", "\r\na\r\n\r\nb"},
+        {"mixed", "\n\r\r\n\n", "\r\n\r\n\r\n\r\n"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(WithCrLf(c.text), c.want) << c.name;
+}
+
 TEST(Split, Table)
 {
     EXPECT_EQ(Split("a,b,,c", ","), (std::vector<std::string>{"a", "b", "", "c"}));
