@@ -19,7 +19,7 @@ bool ContinuesCharacter(char c)
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-// The bytes that the first character of `text` takes, which is not empty.
+// The number of bytes of the first character of `text`; `text` is not empty.
 std::size_t FirstLength(std::string_view text)
 {
     std::size_t length = 1;
@@ -28,7 +28,7 @@ std::size_t FirstLength(std::string_view text)
     return length;
 }
 
-// One character, or one line end however it is written.
+// One character, or one line end of any kind.
 struct Unit {
     std::string_view text;
     bool isLineEnd = false;
@@ -37,7 +37,7 @@ struct Unit {
     {
         return isLineEnd ? other.isLineEnd : text == other.text;
     }
-    // How many file bytes a character is; all of a line end's are ASCII.
+    // The number of file bytes. A line end is ASCII in both encodings.
     std::size_t FieldBytes() const { return isLineEnd ? text.size() : 1; }
 };
 

@@ -16,7 +16,7 @@ namespace tagedit
 namespace
 {
 
-// The texts of the command that opens any file have no language key.
+// This title is not in the language files: the command opens any file.
 constexpr std::string_view kTitle = "Select the MP3 file";
 constexpr std::string_view kKindOfFile = "MP3 Files";
 
@@ -34,7 +34,7 @@ void EditFile(const std::string &path)
     editor.saved = [](const metadata::ID3v1Tag &id3v1, const metadata::ID3v2Tag &id3v2) {
         ShowEdited(browser::frmMain(), id3v1, id3v2);
     };
-    LoadTags(editor); // no window comes up over a file that cannot be read
+    LoadTags(editor); // before the window is shown: a file that cannot be read opens none
     ui::ShowModal(editor);
 }
 

@@ -1,5 +1,5 @@
-// tagedit/editcommands.h - the commands that open the tag editor, and the row of the main list
-// after an edit.
+// tagedit/editcommands.h - the commands that open the tag editor, and what they change in the main
+// list afterwards.
 #pragma once
 
 #include "browser/mainform.h"
@@ -10,18 +10,21 @@
 namespace tagedit
 {
 
-// Opens the editor on a file, modally. Errors: FileError with the path when it cannot be read.
+// Opens the editor for a file, modally. Errors: FileError with the path when the file cannot be
+// read.
 void EditFile(const std::string &path);
 
-// Opens it on the selected file of a list; nothing on any other row, or on none. Errors: as above.
+// Opens it for the selected file of a list; does nothing when another kind of row or no row is
+// selected. Errors: as above.
 void ShowFileInfo(const ui::KeyedList &list);
 
-// Sets the six sub-items of the main list's selected file row, whichever file was edited: each to
-// the new ID3v2 value, or to the new ID3v1 value where that is empty. The panel follows.
+// Writes the new tags into the six sub-items of the row that is selected in the main list, if it is
+// a file (any file): each gets the ID3v2 value, or the ID3v1 value when that is empty. The panel is
+// updated too.
 void ShowEdited(browser::MainForm &form, const metadata::ID3v1Tag &id3v1,
                 const metadata::ID3v2Tag &id3v2);
 
-// Registers Tag Editor, File Info and the popup's File Info.
+// Registers the commands Tag Editor and File Info, the latter also for the popup menu.
 void Install();
 
 } // namespace tagedit

@@ -9,13 +9,15 @@
 namespace tagedit
 {
 
-// The 126 entries: the empty one, "255" (the text of the number 0), then the names of the numbers 1
-// to 124 in binary order. "Dance Hall", the last name of the table, is not offered.
+// The 126 entries: an empty one, "255" (what the table has for the number 0), then the names of the
+// numbers 1 to 124, all sorted by their bytes. "Dance Hall", the last name of the table, is not in
+// the list.
 [[nodiscard]] std::vector<std::string> GenreEntries();
 
-// The next entry behind `index` (-1 = before the first) that begins with `letter` without regard to
-// letter case; when the end has none, the first one from entry 1 on. An entry "genre" is passed
-// over. -1 when there is none.
+// The index of the next entry after `index` (-1: start at the first one) that begins with `letter`,
+// letter case ignored. When there is none up to the end, the search starts again at entry 1. The
+// entry "genre" never matches.
+// Returns: -1 when nothing matches.
 [[nodiscard]] int FindNextEntry(const std::vector<std::string> &entries, int index,
                                 std::string_view letter);
 

@@ -1,4 +1,4 @@
-// The OK of the tag editor: both columns become records, and those go into the song.
+// The OK button of the tag editor: makes records of both columns and writes them into the song.
 #include "catalogue/edittags.h"
 #include "metadata/genres.h"
 #include "metadata/tagwriter.h"
@@ -20,7 +20,7 @@ namespace tagedit
 namespace
 {
 
-constexpr std::string_view kNoGenre = "256"; // no number of a genre, so that none is written
+constexpr std::string_view kNoGenre = "256"; // not the number of a genre: none is written
 
 template <class Box>
 std::string FieldOf(const Box &box)
@@ -36,7 +36,7 @@ std::uint8_t TrackByte(const TagBox &box)
     return static_cast<std::uint8_t>(track);
 }
 
-// `text` as the fixed-width field of a record.
+// `text` as the field of a record, which has a fixed width.
 std::string Fixed(std::string text, std::size_t width)
 {
     text.resize(width, ' ');
@@ -88,8 +88,8 @@ bool AreTagsAsOpened(const metadata::RawTags &opened, const metadata::RawTags &n
            (!now.fileHasID3v1 || opened.id3v1Image == now.id3v1Image);
 }
 
-// The second look, right before the song is written: what the module holds is that of the file as
-// it is now.
+// Reads the file once more, right before it is written. The metadata module then has the tags that
+// are in the file now, not those from the time when the editor was opened.
 metadata::RawTags LookAgain(const TagEditor &editor, metadata::ID3v1Tag &id3v1,
                             metadata::ID3v2Tag &id3v2)
 {
@@ -103,8 +103,8 @@ metadata::RawTags LookAgain(const TagEditor &editor, metadata::ID3v1Tag &id3v1,
     return now;
 }
 
-// The song could not be written, yet its rows were brought to the new tags: they get those of the
-// file again.
+// The song could not be written, but its rows have the new values already: writes those of the file
+// to them.
 void PutRowsBack(const TagEditor &editor, const metadata::ID3v2Tag &fileTag)
 {
     const auto &update = metadata::TheTagWriterHooks().updateCatalogue;
@@ -158,7 +158,8 @@ bool Save(TagEditor &editor)
     return true;
 }
 
-// Marks the editor as saving: its buttons rest, and the line that says so is shown.
+// While one exists, the editor is saving: its buttons are disabled and the line that says so is
+// visible.
 class SavingMark
 {
 public:

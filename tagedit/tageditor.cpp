@@ -38,8 +38,8 @@ constexpr ui::Caption kCaptions[] = {
     {"cmdCancel", "TagEditor", "CancelButton", "&Cancel"},
 };
 
-// Whether a key types or deletes a character; the others (Tab, Escape, Ctrl with a letter) are
-// free.
+// Whether a key types or deletes a character. No limit applies to the others (Tab, Escape, Ctrl
+// with a letter).
 bool IsTyped(char32_t key)
 {
     constexpr char32_t kBackspace = 8;
@@ -53,14 +53,15 @@ std::string Utf8Of(char32_t character)
     return {bytes, bytes + length};
 }
 
-// A genre that the program puts into the box; in column 1 it may be no entry.
+// Sets a genre from the program; in column 1 it need not be in the list.
 void SetGenre(GenreBox &box, std::string_view text)
 {
     box.kept = text;
     box.SetText(text);
 }
 
-// The genre box has changed: what is no entry of column 1 was not chosen but pasted or cut.
+// The text of the genre box has changed. In column 1 a text that is not in the list was pasted or
+// cut, not chosen; the last one comes back.
 void GenreChosen(TagEditor &editor, int index)
 {
     GenreBox &box = editor.At(index).cmbGenre;
@@ -152,7 +153,7 @@ std::string NoteOn(const std::string &lacking)
         "$Characters$", lacking);
 }
 
-// The limit of a box of column 1; 0 for the boxes without one.
+// The greatest number of characters in a box of column 1; 0 for a box without a limit.
 std::size_t LimitOf(TagEditor &editor, const ui::TextBox &box)
 {
     Column &column = editor.At(kID3v1);
@@ -194,7 +195,7 @@ TagEditor::TagEditor() : Form("frmEditTag", kCaptions)
     };
 }
 
-// The order of the Tab key is down the column.
+// The Tab key moves down the column, in the order of these calls.
 void TagEditor::AddColumn(int index)
 {
     Column &column = At(index);

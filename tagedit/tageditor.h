@@ -21,21 +21,22 @@ struct TagBox : ui::TextBox {
     std::string field;
 };
 
-// A combo box likewise. It shows any genre, also where the user can only choose an entry.
+// The same for a combo box. The program may put any genre into it; in column 1 a user can only
+// choose one of the list.
 struct GenreBox : ui::ComboBox {
     GenreBox() { canType = true; }
     std::string field;
-    std::string kept; // column 1: what it shows, put back when the user makes it no entry
+    std::string kept; // column 1: the last text that was chosen or set by the program
 };
 
-// The controls with one index. Column 1 has no txtLyrics.
+// The controls of one column: those that share an index. Column 1 has no txtLyrics.
 struct Column {
     ui::Frame ID3Info;
     ui::CheckBox HasID3Tag;
     TagBox txtTitle, txtArtist, txtAlbum, txtYear, txtComment, txtTrack, txtLyrics;
     GenreBox cmbGenre;
     ui::Button cmdToID3;
-    int tag = 0; // the button's: the column that it copies to
+    int tag = 0; // the column that the button copies to
 
     std::array<TagBox *, 5> TextBoxes()
     {
@@ -57,7 +58,7 @@ struct TagEditor : ui::Form {
     ui::Label lblNote; // what will be written in place of characters that a tag cannot hold
     ui::Label lblBusy; // visible while the song is written
 
-    // The records as they were read; SaveTag compares with them. The file as it was then.
+    // The tags as they were read, which SaveTag compares with, and the file as it was then.
     metadata::ID3v1Tag oldID3v1;
     metadata::ID3v2Tag oldID3v2;
     metadata::RawTags opened;
@@ -74,38 +75,44 @@ private:
     std::array<Column, 2> m_columns;
 };
 
-// The load of the window, after its captions: the genre lists, then LoadTags. Errors: as LoadTags.
+// Form_Load, after the captions are set: fills the genre lists, then calls LoadTags. Errors: those
+// of LoadTags.
 void LoadTagEditor(TagEditor &editor);
 
-// Reads `File` and fills header, check boxes and columns; these are the old values from now on.
-// Errors: FileError with the path when the file cannot be read; the editor is then as it was.
+// Reads `File` and fills header, check boxes and columns. What was read counts as the old values
+// from now on.
+// Errors: FileError with the path when the file cannot be read; the editor is then unchanged.
 void LoadTags(TagEditor &editor);
 
-// Whether the tag is to be in the file: enables or disables the column's controls.
+// Sets whether the file is to have the tag: enables or disables the column's controls.
 void SetHasID3Tag(TagEditor &editor, int index, bool checked);
 
-// Copies the texts of column `index` to the one in the button's tag and switches that on. What goes
-// to column 1 is cut to 30 characters, the year to 4. The lyrics are not copied.
+// Copies the texts of column `index` to the column in the button's `tag`, and ticks that column's
+// box. Texts copied to column 1 are cut to 30 characters, the year to 4. The lyrics are not copied.
 void cmdToID3_Click(TagEditor &editor, int index);
 
-// A key press in the genre box of column `index`: true when the key was taken, which in column 1 is
-// any; there a letter selects the next entry that begins with it.
+// Handles a key press in the genre box of column `index`. In column 1 a letter selects the next
+// entry that begins with it, and no other key does anything.
+// Returns: true when the box itself must ignore the key (column 1: always).
 bool cmbGenre_KeyPress(TagEditor &editor, int index, std::string_view letter);
 
-// A key press (a character or Backspace) in a text box: true when it is to be dropped, because the
-// box is one of column 1 and has reached its limit.
+// Whether a key press (a character or Backspace) in this text box must be ignored, because the box
+// is in column 1 and its text has the greatest allowed length.
 [[nodiscard]] bool IsLimitReached(TagEditor &editor, const ui::TextBox &box);
 
-// The text of one of the boxes has changed: `lblNote` and the tool tips of the boxes in question,
-// which are marked, say which characters no tag can hold and what will be written instead.
+// To be called after the text of a box has changed. Marks the boxes whose text has characters that
+// no tag can hold, and says in `lblNote` and in their tool tips which ones, and what will be
+// written instead.
 void ShowNote(TagEditor &editor);
 
-// Writes both columns into the song. Takes one or two seconds and lets events run; a second call in
-// that time does nothing.
-// Returns: true when the window is to close: the song is saved, or nothing was to be saved. False
-//     when the song was left as it is, after a box that says why: changed by another program since
-//     it was read (the user may then have it read again), gone, or a step of the writing failed.
-// Errors: kOverflow when a track does not fit: 0 to 255 in column 1, 16 bits with sign in column 2.
+// Writes both columns into the song. This takes one or two seconds and lets events run; a second
+// call meanwhile does nothing.
+// Returns: true when the window can close: the song is saved, or nothing had to be saved. False
+// when the song was left unchanged; a box has then said why: another program changed the file since
+// it was read (the user may have it read again), the file does not exist any more, or a step of the
+// writing failed.
+// Errors: kOverflow when a track number does not fit: 0 to 255 in column 1, 16 bits with sign in
+// column 2.
 bool cmdOk_Click(TagEditor &editor);
 
 } // namespace tagedit
