@@ -75,7 +75,7 @@ char ByteOfCodePoint(const State &state, utf8proc_int32_t codePoint)
 }
 
 struct LanguagePage {
-    std::string_view language; // ISO 639-1
+    std::string_view language; // two letters of ISO 639-1
     int codePage;
 };
 

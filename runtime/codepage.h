@@ -8,17 +8,17 @@
 namespace runtime
 {
 
-// U+FEFF in UTF-8. Some editors put it at the start of what they save; it belongs to no text.
+// U+FEFF in UTF-8. Some editors write it at the start of a file; it is not part of the text.
 inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// The code page in force: 1250 to 1258 or 874. 1252 until UseCodePage says otherwise.
+// The code page in use: 1250 to 1258 or 874. 1252 until UseCodePage is called.
 int CodePage();
 
-// Puts `codePage` in force; a number without a table puts 1252 in force.
+// Makes `codePage` the one in use; 1252 when there is no table for the number.
 void UseCodePage(int codePage);
 
-// The single-byte code page for a POSIX locale name such as "cs_CZ.UTF-8"; 1252 for any
-// language that has none of its own. Source: the default ANSI code pages per language.
+// The single-byte code page for the name of a POSIX locale, such as "cs_CZ.UTF-8"; 1252 for a
+// language that is not in the table. Source: the default ANSI code page of each language.
 int CodePageOfLocale(std::string_view localeName);
 
 // File bytes as UTF-8. A byte that the code page leaves undefined becomes the code point of the
@@ -26,11 +26,11 @@ int CodePageOfLocale(std::string_view localeName);
 std::string TextOfBytes(std::string_view fileBytes);
 
 // UTF-8 as file bytes. A character that the code page lacks becomes "?"; a byte that is not part of
-// valid UTF-8 stays that byte.
+// valid UTF-8 is kept.
 std::string BytesOfText(std::string_view utf8);
 
 // The characters of `utf8` that the code page lacks, each once, in the order of the text; empty
-// when it has all.
+// when it lacks none.
 std::string CharactersLacking(std::string_view utf8);
 
 } // namespace runtime

@@ -32,7 +32,7 @@ bool IsMark(utf8proc_int32_t codePoint)
     return category == UTF8PROC_CATEGORY_MN || category == UTF8PROC_CATEGORY_ME;
 }
 
-// The letters of one character without their marks, in upper case.
+// Appends the base letters of one character, in upper case and without marks.
 void AppendBaseLetters(utf8proc_int32_t codePoint, std::string &key)
 {
     constexpr auto kDecompose =

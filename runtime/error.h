@@ -7,7 +7,7 @@
 namespace runtime
 {
 
-// The error numbers that the program raises or tests for. The words are those of DescribeError.
+// The error numbers that the program throws or tests for. DescribeError has their texts.
 enum ErrorNumber : int {
     kInvalidCall = 5,
     kOverflow = 6,
@@ -29,11 +29,11 @@ enum ErrorNumber : int {
     kDuplicateKey = 457,
 };
 
-// The runtime's English words for `number`; "Application-defined or object-defined error" for a
-// number that it does not know.
+// The English description of `number`; "Application-defined or object-defined error" for an unknown
+// one.
 std::string DescribeError(int number);
 
-// The failure of one operation. `what()` and `description` are UTF-8 and plain.
+// One operation failed. `what()` and `description` are plain UTF-8.
 class RuntimeError : public std::runtime_error
 {
 public:
@@ -45,15 +45,15 @@ public:
     {
     }
 
-    const int number;              // one of ErrorNumber, or a number of the platform
+    const int number;              // one of ErrorNumber, or a number of the operating system
     const std::string description; // what a message box shows
 };
 
-// The error for a failed file operation: `errnoValue` (an errno of POSIX) becomes the runtime's
-// number that means the same, with the operating system's own words as the description.
+// The error for a failed file operation. `errnoValue` (an errno of POSIX) becomes the ErrorNumber
+// of the same meaning; the description is that of the operating system.
 RuntimeError FileError(int errnoValue);
 
-// The same with `path` (as ShownText, runtime/utf8.h, gives it) and ": " in front of the words.
+// The same, with `path` (as ShownText of runtime/utf8.h writes it) and ": " before the description.
 RuntimeError FileError(int errnoValue, const std::string &path);
 
 } // namespace runtime

@@ -1,5 +1,5 @@
-// runtime/keyindex.h - finds items by their key without keeping the keys' text: a table of item
-// numbers, whose keys their owner keeps. Keys are compared byte by byte.
+// runtime/keyindex.h - finds items by their key without a copy of the keys: a hash table of item
+// numbers. The owner keeps the keys. Keys are compared byte by byte.
 //
 // Measured against std::unordered_set with a transparent hash, 100,000 keys of 45 bytes: inserted
 // in 4.0 ms against 12.0 ms, found in 2.4 ms against 7.6 ms, 2.0 MiB against 3.9 MiB.
@@ -17,7 +17,7 @@ class KeyIndex
 public:
     static constexpr std::int32_t kNone = -1;
 
-    // The hash that the other members take for `key`.
+    // The hash of `key`, as the other members expect it.
     static std::uint32_t HashOf(std::string_view key)
     {
         // FNV-1a over eight bytes at a time, with a final mix.
@@ -36,7 +36,8 @@ public:
         return static_cast<std::uint32_t>(hash >> 32);
     }
 
-    // The item with this key, kNone when there is none. `keyOf(item)` gives an item's key.
+    // The item with this key; kNone when there is none. `keyOf(item)` must return the key of an
+    // item.
     template <class KeyOf>
     std::int32_t Find(std::string_view key, std::uint32_t hash, const KeyOf &keyOf) const
     {
@@ -49,7 +50,7 @@ public:
         }
     }
 
-    // Takes in an item whose key is known to be new.
+    // Adds an item. Its key must not be in the table yet.
     void Insert(std::int32_t item, std::uint32_t hash)
     {
         if (2 * (m_count + 1) > m_slots.size())

@@ -14,8 +14,8 @@ namespace runtime
 namespace
 {
 
-// The length of the decimal number (digits with at most one point) at the start of `text`; 0 when
-// there is no digit.
+// The number of bytes of the decimal number (digits with at most one point) at the start of `text`;
+// 0 when there is no digit.
 std::size_t DecimalLength(std::string_view text)
 {
     std::size_t length = 0;
@@ -32,7 +32,7 @@ std::size_t DecimalLength(std::string_view text)
     return digits ? length : 0;
 }
 
-// Takes a sign off the front of `text`; true for a minus.
+// Removes a sign from the start of `text`. Returns: true for a minus.
 bool TakeSign(std::string_view &text)
 {
     const bool negative = !text.empty() && text.front() == '-';
@@ -41,8 +41,8 @@ bool TakeSign(std::string_view &text)
     return negative;
 }
 
-// The power of ten of the first digit of `digits` that is not 0; an exponent after them counts.
-// Only for a number that is not 0. An exponent beyond 18 digits is as good as one of 18.
+// The power of ten of the first digit of `digits` that is not 0, a following exponent included. The
+// number must not be 0. An exponent of more than 18 digits counts as one of 18.
 long long Magnitude(std::string_view digits)
 {
     const auto mantissa = digits.substr(0, digits.find_first_of("eE"));

@@ -16,8 +16,8 @@ namespace runtime
 namespace
 {
 
-// The upper case of the letters of two bytes (U+0080 to U+07FF), where it has two bytes as well; 0
-// where it has not.
+// For each letter of two bytes (U+0080 to U+07FF) its upper case; 0 when that does not take two
+// bytes.
 constexpr utf8proc_int32_t kFirstOfTwoBytes = 0x80, kFirstOfThreeBytes = 0x800;
 using TwoByteLetters = std::array<std::uint16_t, kFirstOfThreeBytes>;
 
@@ -40,8 +40,8 @@ bool IsContinuation(char c)
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-// Puts the upper case of the character at the start of `text`, which is not in ASCII, behind `out`.
-// Returns its length; 1 for a byte that is not part of valid UTF-8 and stays as it is.
+// Appends the upper case of the first character of `text`, which is not ASCII, to `out`.
+// Returns: its length in bytes; 1 for a byte that is not part of valid UTF-8 and is kept.
 std::size_t AppendUpperCharacter(std::string_view text, std::string &out)
 {
     const auto lead = static_cast<unsigned char>(text[0]);
@@ -65,7 +65,7 @@ std::size_t AppendUpperCharacter(std::string_view text, std::string &out)
     return static_cast<std::size_t>(length);
 }
 
-// Each valid character mapped, every other byte as it is.
+// Applies `map` to each valid character; other bytes are kept.
 std::string MapCharacters(std::string_view utf8, utf8proc_int32_t (*map)(utf8proc_int32_t))
 {
     std::string result;

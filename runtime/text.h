@@ -1,6 +1,6 @@
-// runtime/text.h - the text operations that the program's rules are written in. Positions are
-// one-based. The byte operations serve file bytes and UTF-8 alike; UpperText and its kin take
-// UTF-8. No state.
+// runtime/text.h - the text operations that the program's rules are written with. Positions are
+// one-based. The operations on bytes work for file bytes and UTF-8 alike; UpperText, LowerText and
+// EqualText need UTF-8. No state.
 #pragma once
 
 #include "runtime/utf8.h"
@@ -13,7 +13,8 @@
 namespace runtime
 {
 
-// `count` bytes of `text` from position `start` on, fewer where the text ends; a view into `text`.
+// `count` bytes of `text` from position `start` on, fewer when the text ends before; a view into
+// `text`.
 // Errors: kInvalidCall when start < 1 or count < 0.
 std::string_view Mid(std::string_view text, long long start, long long count);
 
@@ -29,28 +30,30 @@ std::string_view Right(std::string_view text, long long count);
 // the text is empty. Errors: kInvalidCall when start < 1.
 long long InStr(long long start, std::string_view text, std::string_view needle);
 
-// Cuts blanks (0x20 only; NULs, tabs and line ends stay) at both ends; a view into `text`.
+// Cuts blanks (0x20 only, not NULs, tabs or line ends) at both ends; a view into `text`.
 std::string_view Trim(std::string_view text);
 
 // Cuts NUL characters at the end; a text of NULs alone gives the empty text.
 std::string_view StripTrailingNulls(std::string_view text);
 
-// Every occurrence of `from` replaced by `to`, left to right, one pass; an empty `from` changes
-// nothing. ReplaceFirst replaces the first one only.
+// `text` with each `from` replaced by `to`, in one pass from left to right; an empty `from` changes
+// nothing. ReplaceFirst replaces only the first one.
 std::string Replace(std::string_view text, std::string_view from, std::string_view to);
 std::string ReplaceFirst(std::string_view text, std::string_view from, std::string_view to);
 
 // The text with each line end (CR LF, CR alone, LF alone) as CR LF.
 std::string WithCrLf(std::string_view text);
 
-// The pieces of `text` between occurrences of `separator` (not empty). An empty text has no piece.
+// The parts of `text` between the `separator`s (which must not be empty). An empty text gives no
+// part.
 std::vector<std::string> Split(std::string_view text, std::string_view separator);
 
-// Upper case, one character for one; every byte that is not part of valid UTF-8 stays as it is.
-// Source: the simple case mapping of Unicode, as utf8proc has it ("ß" becomes "ẞ").
+// Upper case; each character becomes one character, and a byte that is not part of valid UTF-8 is
+// kept.
+// Source: the simple case mapping of Unicode, from utf8proc ("ß" becomes "ẞ").
 std::string UpperText(std::string_view utf8);
 
-// The same, put behind what `out` holds.
+// The same, appended to `out`.
 void AppendUpperText(std::string_view utf8, std::string &out);
 
 // Lower case, by the same rules.

@@ -1,4 +1,4 @@
-// runtime/utf8.h - texts character by character, and as they are shown to a person. No state.
+// runtime/utf8.h - reading UTF-8 one character at a time, and texts made safe to show. No state.
 #pragma once
 
 #include <cstddef>
@@ -9,8 +9,9 @@
 namespace runtime
 {
 
-// The length in bytes of the valid UTF-8 character at the start of `text`, with its code point in
-// `codePoint`. Returns: 0 when there is none; `codePoint` is not valid then.
+// The length in bytes of the character at the start of `text`; its code point is written to
+// `codePoint`.
+// Returns: 0 when there is no valid UTF-8 character; `codePoint` has no meaning then.
 int NextCharacter(std::string_view text, std::int32_t &codePoint);
 
 // The number of bytes below 0x80 at the start of `text`.
@@ -22,12 +23,12 @@ bool IsAscii(std::string_view text);
 // Whether `text` is well-formed UTF-8 (RFC 3629: no surrogates, no overlong forms).
 bool IsUtf8(std::string_view text);
 
-// `text` for a reader of one line: every control character, and every byte of 0x80 to 0x9F that is
-// not part of valid UTF-8, as "\x" and two hexadecimal digits a byte, so that no name of a file can
-// drive a terminal or forge a line. All else stays byte for byte.
+// `text` made safe to show in one line: each control character, and each byte of 0x80 to 0x9F that
+// is not part of valid UTF-8, is written as "\x" and two hexadecimal digits. No name of a file can
+// then control a terminal or add a line to a report. Everything else stays as it is.
 std::string ShownText(std::string_view text);
 
-// The same with tabs and line ends (CR, LF) as they are.
+// The same, but tabs and line ends (CR, LF) stay.
 std::string ShownLines(std::string_view text);
 
 } // namespace runtime
