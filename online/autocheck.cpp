@@ -40,7 +40,7 @@ void VersionChecks::NewCheck(bool showIt)
     m_frmVer->CheckAppsVersions();
 }
 
-// Unloads frmVer and releases it once its event is over: this may run inside one.
+// Unloads frmVer and destroys it later: this may be running inside one of its events.
 void VersionChecks::DropCheck()
 {
     if (m_frmVer == nullptr)
@@ -69,7 +69,7 @@ void VersionChecks::tmrAutoCheckVersion_Timer()
         return;
     }
     if (m_frmVer != nullptr && m_frmVer->Visible())
-        return; // the user looks at it
+        return; // the user is looking at it
     NewCheck(false);
     m_clear.SetEnabled(true);
 }

@@ -1,5 +1,5 @@
-// online/autocheck.h - the check for newer versions: on demand from the menu, and unattended at
-// each minute until it has an answer. Holds the checks under way.
+// online/autocheck.h - the check for newer versions: on demand from the menu, and by itself once a
+// minute until it has a result. Keeps the checks that are under way.
 #pragma once
 
 #include "online/versioninfo.h"
@@ -10,8 +10,8 @@
 namespace online
 {
 
-// The checks of one run of the program. `tmrAutoCheckVersion` and `tmrClearAutoCheck` are the main
-// window's timers; all outlive it.
+// All version checks of one run of the program. `tmrAutoCheckVersion` and `tmrClearAutoCheck` are
+// timers of the main window and outlive it.
 class VersionChecks
 {
 public:
@@ -20,16 +20,16 @@ public:
     VersionChecks(const VersionChecks &) = delete;
     VersionChecks &operator=(const VersionChecks &) = delete;
 
-    // The menu's command: a new check whose result is shown. It keeps its form until the next check
-    // replaces it.
+    // The command of the menu: starts a check whose result is shown. Its form exists until the next
+    // check begins.
     void submnuNewerVersion_Click();
 
-    // The main window's load, before the preferences are read and the catalogue is open: with the
-    // stored preference off it disables the timer; on, the first check is at the first tick.
+    // To be called when the main window loads, before the preferences are read and the catalogue is
+    // opened. Disables the timer when the stored preference is off; otherwise the first check
+    // begins with the first tick.
     void AtLoad();
 
-    // The main window's timers. The first run of the check timer's event is the call that the main
-    // window's load makes: AtLoad.
+    // The events of the two timers.
     void tmrAutoCheckVersion_Timer();
     void tmrClearAutoCheck_Timer();
 
@@ -38,7 +38,7 @@ public:
     void frmVer_NewerVersion();
     void frmVer_CouldNotGetFile() { tmrClearAutoCheck_Timer(); }
 
-    VersionInfoForm *Current() const { return m_frmVer.get(); } // null without a check
+    VersionInfoForm *Current() const { return m_frmVer.get(); } // null when there is no check
 
 private:
     void NewCheck(bool showIt);
@@ -49,7 +49,7 @@ private:
     DriveTimer m_drive;
     bool m_loaded = false;
     std::unique_ptr<VersionInfoForm> m_frmVer;
-    std::unique_ptr<VersionInfoForm> m_shared; // the one that a Yes shows
+    std::unique_ptr<VersionInfoForm> m_shared; // shown when the user answers Yes
 };
 
 } // namespace online

@@ -16,9 +16,9 @@ constexpr std::string_view kOwnName = "Quenlin.exe";
 constexpr std::size_t kMaxBytes = 64u << 20;
 
 constexpr std::string_view kSignature("\xBD\x04\xEF\xFE", 4);
-constexpr std::size_t kVersionOffset = 8; // behind the signature and the structure's version
+constexpr std::size_t kVersionOffset = 8; // after the signature and the structure's version
 constexpr std::size_t kWords = 8;         // bytes of the file version
-// The key's last characters, its NUL and up to two bytes of padding stand before the signature.
+// The end of the key, its NUL and up to two bytes of padding are before the signature.
 constexpr std::string_view kKeyEnd("F\0O\0\0\0", 6);
 constexpr std::size_t kMaxPadding = 2;
 

@@ -1,4 +1,4 @@
-// online/fileinfo.h - the version that a program file carries. No state.
+// online/fileinfo.h - the version of a program file. No state.
 #pragma once
 
 #include <string>
@@ -8,9 +8,10 @@ namespace online
 {
 
 // The file version of the program at `path` (bytes): three numbers with dots, "1.6.9". For this
-// program itself, under its name "Quenlin.exe" in the program's folder, it is the version that
-// runs. For any other it is read from the file's version block.
-// Returns: empty when the file is missing, cannot be read, is over 64 MiB or has no such block.
+// program itself, which has the name "Quenlin.exe" in the program's folder, that is the version of
+// the running program. For any other it is read from the version block of the file.
+// Returns: an empty text when the file is missing, cannot be read, is larger than 64 MiB or has no
+// such block.
 std::string FileVersion(const std::string &path);
 
 // The version in the fixed part of the first version block in `bytes`; empty without one. The high

@@ -16,7 +16,7 @@ namespace
 
 constexpr double kMargin = 12; // pixels around the text
 
-// A page; a click on a link opens the page that it names, and what is searched for is marked.
+// A page of the help. A click on a link opens its page; the words of the search are marked.
 class HelpView : public QTextBrowser
 {
 public:

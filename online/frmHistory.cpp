@@ -20,7 +20,8 @@ namespace
 
 constexpr int kPicturePixels = 16;
 
-// A read-only text whose end shows, with the keyboard, each time its window becomes active.
+// A read-only text. It scrolls to its end and takes the keyboard each time its window becomes
+// active.
 class HistoryView : public QTextBrowser
 {
 public:
@@ -31,7 +32,7 @@ public:
     }
 
 protected:
-    // The window is known once the widget is in it.
+    // The widget has no window before this.
     void showEvent(QShowEvent *event) override
     {
         QTextBrowser::showEvent(event);
@@ -56,7 +57,7 @@ private:
 
     void Fill(const RichText &box)
     {
-        // Where the look of the text changes, in order.
+        // The places where the look of the text changes, in ascending order.
         std::vector<std::size_t> places{0, box.text.size()};
         for (const RichText::Bold &bold : box.bold)
             places.insert(places.end(), {bold.begin, bold.end});

@@ -4,7 +4,7 @@
 namespace online
 {
 
-// Registers the widget; called once before the window is shown.
+// Registers the widget. To be called once, before the window is shown.
 void RegisterHistoryWidget();
 
 } // namespace online

@@ -14,7 +14,7 @@ namespace online
 namespace
 {
 
-constexpr std::size_t kMaxBytes = 4u << 20; // far beyond any help
+constexpr std::size_t kMaxBytes = 4u << 20; // much more than any help file needs
 constexpr std::string_view kLanguageExtension = ".QLT", kHelpExtension = ".hlp";
 
 std::unique_ptr<HelpForm> &TheForm()

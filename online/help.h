@@ -1,6 +1,5 @@
-// online/help.h - opens the help in its window: the book of the language in use, or the English one
-// where that language has none. The book is a file of the program's folder, so that it needs no
-// network.
+// online/help.h - opens the help in its window, in the language in use, or in English when there is
+// none in that language. The help is a file in the program's folder: it needs no network.
 #pragma once
 
 #include "online/helpbook.h"
@@ -11,22 +10,23 @@
 namespace online
 {
 
-// The file of the book: that of the language file's name with the ending ".hlp" where there is
-// one, TheGlobals().HelpFilePath otherwise. A path, byte for byte.
+// The path (bytes) of the help file: the name of the language file with the ending ".hlp" when that
+// exists, else TheGlobals().HelpFilePath.
 std::string HelpFile();
 
-// The book of that file. Errors: kFileNotFound, with its name, when it cannot be read.
+// The help of that file. Errors: kFileNotFound, with the name, when it cannot be read.
 HelpBook ReadHelpBook();
 
-// Shows the page with this id; the contents for an empty id, and for one that no page has.
+// Shows the page with this id; the contents when the id is empty or no page has it.
 // Errors: those of ReadHelpBook.
 void ShowHelp(std::string_view id = {});
 
-// Shows the page about a message that a box shows, if there is one, else the page of the window.
+// Shows the page about the text of a message box, if there is one, else the page of the window with
+// the name `window`.
 // Errors: those of ShowHelp.
 void ShowHelpOf(std::string_view window, std::string_view message);
 
-// Ends the help's window, before the ports go.
+// Closes the help's window. To be called before the ports are destroyed.
 void ForgetHelp();
 
 } // namespace online

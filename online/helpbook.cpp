@@ -19,7 +19,7 @@ bool IsBlank(char c)
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
-// HTML without its tags, each of which parts words; entities decoded.
+// HTML without its tags, entities decoded. A tag separates words.
 std::string PlainText(std::string_view html)
 {
     std::string text;
@@ -39,7 +39,7 @@ std::string PlainText(std::string_view html)
     return text;
 }
 
-// What is between `begin` and the next `end`; empty without them.
+// The text between `begin` and the next `end`; empty when one of them is missing.
 std::string_view Between(std::string_view text, std::string_view begin, std::string_view end)
 {
     const auto from = text.find(begin);
@@ -50,7 +50,7 @@ std::string_view Between(std::string_view text, std::string_view begin, std::str
     return to == std::string_view::npos ? std::string_view{} : rest.substr(0, to);
 }
 
-// The page that a line begins; one without an id for any other line.
+// The page whose title is this line; a page without an id when the line is no title.
 HelpPage PageOfLine(std::string_view line)
 {
     HelpPage page;

@@ -1,10 +1,10 @@
 // online/helpbook.h - the help as a book of pages, one file for each language. No state.
 //
-// A file is HTML in UTF-8. A line that begins with <h1 id="..."> is the title of a chapter, one
-// that begins with <h2 id="..."> that of a page of the chapter before it; what follows, up to the
-// next title, is the page. What is before the first title, and the lines </body> and </html>, are
-// no part of the book. The id of a window's page is the window's name ("frmPref"). A page about a
-// question has the question itself as its title.
+// A file is HTML in UTF-8. A line that begins with <h1 id="..."> is the title of a chapter; one
+// that begins with <h2 id="..."> is the title of a page in the chapter before it. What follows, up
+// to the next title, is the body. Text before the first title and the lines </body> and </html> do
+// not belong to any page. The id of a window's page is the name of the window ("frmPref"). The
+// title of a page about a question is the question itself.
 #pragma once
 
 #include <cstddef>
@@ -17,10 +17,10 @@ namespace online
 
 struct HelpPage {
     std::string id;
-    int level = 1;     // 1 a chapter, 2 a page of it
-    std::string title; // plain, UTF-8
+    int level = 1;     // 1 for a chapter, 2 for a page in it
+    std::string title; // plain text, UTF-8
     std::string body;  // HTML
-    std::string words; // title and body as plain text, one blank between words
+    std::string words; // title and body as plain text, one blank between two words
 };
 
 struct HelpBook {
@@ -30,18 +30,18 @@ struct HelpBook {
     const HelpPage *Find(std::string_view id) const;
 };
 
-// The book of a file's text; one without titles has no pages.
+// The help in the text of a file; it has no pages when there are no titles.
 HelpBook ParseHelpBook(std::string_view text);
 
-// The pages that hold each of the words, in any order and without regard to letter case; those
-// that have them in their title come first. None for words that are blank.
+// The pages that contain all these words, in any order and letter case; first those with all of
+// them in the title. No pages when there is no word.
 std::vector<const HelpPage *> SearchHelpBook(const HelpBook &book, std::string_view words);
 
-// The page about a message: the one whose title the message begins with, blanks and line ends
-// taken as one blank each. Null when there is none.
+// The page whose title is the beginning of the message; blanks and line ends in a row count as one
+// blank. Null when there is none.
 const HelpPage *PageOfMessage(const HelpBook &book, std::string_view message);
 
-// The words of a text, one blank between them.
+// The text with one blank between two words and none at the ends.
 std::string Squeezed(std::string_view text);
 
 // Plain text as HTML.

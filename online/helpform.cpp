@@ -20,7 +20,7 @@ constexpr ui::Caption kCaptions[] = {
     {"Page", kSection, "Page", "Page", ui::Caption::Of::SpokenName},
 };
 
-constexpr int kWidth = 10800, kHeight = 7500; // twips, the least ones
+constexpr int kWidth = 10800, kHeight = 7500; // twips, the least size
 constexpr int kLeftKey = 37, kRightKey = 39;
 
 std::string Link(const HelpPage &page)
@@ -103,7 +103,7 @@ void HelpForm::Go(std::size_t visit)
     ui::Notify(pageChanged);
 }
 
-// The contents, or what the search found.
+// Lists all pages, or those that the search found.
 void HelpForm::ListPages()
 {
     const std::vector<const HelpPage *> found = SearchHelpBook(book, Wanted());
@@ -126,7 +126,7 @@ void HelpForm::ListPages()
     }
 }
 
-// Links to the chapters, or to the pages of a chapter, from a place of the book on.
+// Links to the chapters, or to the pages of one chapter, beginning with page number `from`.
 std::string HelpForm::ListOf(std::size_t from, bool chapters) const
 {
     std::string list;

@@ -1,5 +1,5 @@
-// online/helpform.h - the help's window: contents or what a search found, beside the page. It is
-// used while a modal window is up as well.
+// online/helpform.h - the window of the help: the contents or the pages that a search found, and
+// one page beside them. It can be used while a modal window is open.
 #pragma once
 
 #include "online/helpbook.h"
@@ -11,11 +11,11 @@ namespace online
 struct HelpForm : ui::Form {
     HelpForm();
 
-    // Shows a page; the contents for an id that no page has. What was shown before comes back with
-    // cmdBack.
+    // Shows a page; the contents when no page has this id. cmdBack returns to what was shown
+    // before.
     void Open(std::string_view id);
 
-    // Takes a book in another language, or the same one again.
+    // Sets the help to show: in another language, or the same again.
     void SetBook(HelpBook newBook);
 
     ui::Label lblFind;
@@ -26,11 +26,11 @@ struct HelpForm : ui::Form {
 
     HelpBook book;
 
-    // The page as the toolkit shows it; its links are "#id". Chapters end with a list of their
+    // The page as HTML for the toolkit; its links are "#id". A chapter ends with a list of its
     // pages.
     std::string ShownHtml() const;
     std::string ShownTitle() const; // empty for the contents
-    // What the search wants, to be marked in the page.
+    // The words of the search, to be marked in the page.
     const std::string &Wanted() const { return txtFind.Text(); }
 
     ui::ChangeHook pageChanged; // the widget's
@@ -40,9 +40,9 @@ private:
     void ListPages();
     std::string ListOf(std::size_t from, bool chapters) const;
 
-    std::vector<std::string> m_visited{std::string()}; // ids; empty for the contents
+    std::vector<std::string> m_visited{std::string()}; // ids; an empty one for the contents
     std::size_t m_visit = 0;
-    bool m_listsAll = false; // tvwPages has the contents
+    bool m_listsAll = false; // tvwPages lists all pages
 };
 
 } // namespace online

@@ -42,7 +42,7 @@ void AppendCodePoint(std::string &text, std::int32_t codePoint)
     text.append(reinterpret_cast<const char *>(bytes), static_cast<std::size_t>(length));
 }
 
-// Reads RTF from the left.
+// Reads RTF from left to right.
 class RtfReader
 {
 public:
@@ -85,7 +85,7 @@ private:
         if (hasNumber)
             m_at += static_cast<std::size_t>(end - from);
         if (m_at < m_rtf.size() && m_rtf[m_at] == ' ')
-            ++m_at; // the blank ends the word and is no text
+            ++m_at; // a blank ends the control word and is not text
         Apply(word, hasNumber, number);
     }
 
@@ -95,7 +95,7 @@ private:
             m_result.text += '\r';
         } else if (word == "u" && hasNumber) {
             AppendUnit(number < 0 ? number + 0x10000 : number);
-            m_at += m_at < m_rtf.size(); // the character for readers without Unicode
+            m_at += m_at < m_rtf.size(); // skips the character for readers without Unicode
         } else if (word == "b") {
             const bool on = !hasNumber || number != 0;
             if (m_bold && !on)
@@ -106,7 +106,7 @@ private:
         }
     }
 
-    // A character beyond 16 bits comes as two units.
+    // A character above U+FFFF comes as two units.
     void AppendUnit(int unit)
     {
         if (unit >= 0xD800 && unit < 0xDC00) {
@@ -131,7 +131,7 @@ private:
     RichText m_result;
     bool m_bold = false;
     std::size_t m_boldBegin = 0;
-    int m_highUnit = 0; // the first unit of a pair; 0 = none came
+    int m_highUnit = 0; // the first unit of a pair; 0 when there was none
 };
 
 void AppendUnits(std::string &rtf, std::int32_t codePoint)
@@ -147,7 +147,7 @@ void AppendUnits(std::string &rtf, std::int32_t codePoint)
     unit(0xDC00 + ((codePoint - 0x10000) & 0x3FF));
 }
 
-// What lies behind `at` moves by the length of the picture less that of the marker.
+// A marker at `at` was replaced by a picture, which is shorter: moves the places after it.
 void MoveAfter(RichText &box, std::size_t at, std::size_t markerLength)
 {
     const auto moved = [&](std::size_t place) {
@@ -192,7 +192,7 @@ std::string PlainToRTF(std::string_view plain)
         const auto length =
             utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t *>(plain.data()),
                              static_cast<utf8proc_ssize_t>(plain.size()), &codePoint);
-        if (length < 1) { // no valid UTF-8
+        if (length < 1) { // not valid UTF-8
             plain.remove_prefix(1);
             continue;
         }

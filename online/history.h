@@ -1,6 +1,7 @@
-// online/history.h - the version history's text and its mark-up. A title line begins with "[t]" and
-// becomes "[b]" title "[/b]"; an entry gets a marker "<(" word ")>" in front, which the window
-// turns into the picture of that name. Texts are UTF-8, lines end in CR. No state.
+// online/history.h - the text of the version history and its mark-up. A line that begins with "[t]"
+// is a title and becomes "[b]" title "[/b]"; an entry gets a marker "<(" word ")>" at its start,
+// which the window replaces by the picture of that name. Texts are UTF-8, lines end in CR. No
+// state.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +14,7 @@
 namespace online
 {
 
-// The kinds of entry. The numbers belong to the calls that write the history.
+// The kinds of entry; AddHistoryLine is called with these numbers.
 enum HistoryKind : std::int32_t {
     kHistoryTitle = 0,
     kHistoryBugFix = 1,
@@ -22,13 +23,13 @@ enum HistoryKind : std::int32_t {
     kHistoryRemoved = 8,
 };
 
-// Adds one line to `text`. A title: a CR first when the text is not empty, which leaves a blank
+// Adds one line to `text`. A title: a CR first when the text is not empty, which makes a blank
 // line, then the line from its fourth character on as a title, and a CR. Any other line: the marker
-// of the kind (none for an unknown number), the line, a CR.
+// of its kind (none for an unknown number), the line, a CR.
 void AddHistoryLine(std::string &text, std::string_view line, std::int32_t kind);
 
-// The first marker in `text`: the zero-based places of its "<(" and of its ")>", and what lies
-// between. The word is empty when there is none.
+// The first marker in `text`: the zero-based positions of its "<(" and of its ")>", and the word
+// between them, which is empty when there is no marker.
 struct HistoryMarker {
     std::size_t start = 0;
     std::size_t end = 0;
@@ -36,15 +37,15 @@ struct HistoryMarker {
 };
 HistoryMarker FindHistoryMarker(std::string_view text);
 
-// What a rich text box holds: its plain text, the stretches in bold, and the pictures. A picture is
-// one character of the text, U+FFFC (OBJECT REPLACEMENT CHARACTER).
+// The contents of a rich text box: its plain text, which parts are bold, and the pictures. A
+// picture is one character of the text, U+FFFC (OBJECT REPLACEMENT CHARACTER).
 struct RichText {
     struct Bold {
         std::size_t begin = 0, end = 0; // byte offsets into `text`
         bool operator==(const Bold &) const = default;
     };
     struct Picture {
-        std::size_t at = 0; // byte offset of its character
+        std::size_t at = 0; // byte offset of the picture's character
         std::string key;    // "BugFix", "New", "Changed", "Removed"
         bool operator==(const Picture &) const = default;
     };
@@ -54,22 +55,21 @@ struct RichText {
 };
 
 // A plain text as a rich text file (RTF 1.5): "\", "{" and "}" escaped, CR as "\par", characters
-// beyond ASCII as "\uN?". Back: the plain text and what is bold in it; other control words are
-// passed over, and what is damaged ends the text.
+// beyond ASCII as "\uN?". RTFToPlain is the reverse: the plain text and its bold parts; other
+// control words are ignored, and the text ends where the file is damaged.
 std::string PlainToRTF(std::string_view plain);
 RichText ReadRTF(std::string_view rtf);
 
-// The rich text of a box with all "[/b]" turned into the end of bold, then all "[b]" into its
-// begin.
+// The RTF of a box with each "[/b]" replaced by the end of bold, then each "[b]" by its beginning.
 std::string HistoryMarkupToRTF(std::string_view rtf);
 
-// Puts the pictures in the place of their markers, kind by kind as they are found.
-// `hasPicture`: whether there is a picture of that name.
-// Errors: kSubscriptOutOfRange for a marker without a picture; those before it are replaced.
+// Replaces the markers by their pictures, one kind after the other. `hasPicture` returns whether
+// there is a picture of that name.
+// Errors: kSubscriptOutOfRange for a marker without a picture; those before it have been replaced.
 void ReplaceHistoryMarkers(RichText &box,
                            const std::function<bool(const std::string &)> &hasPicture);
 
-// The history as written: 29 titles and 87 entries, one AddHistoryLine each.
+// The whole history: 29 titles and 87 entries, one call of AddHistoryLine for each.
 std::string HistoryText();
 
 } // namespace online

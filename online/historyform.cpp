@@ -24,7 +24,7 @@ constexpr ui::Caption kCaptions[] = {
 };
 
 constexpr int kPictureSize = 240;            // twips
-constexpr int kWidth = 9000, kHeight = 7500; // twips, the least ones
+constexpr int kWidth = 9000, kHeight = 7500; // twips, the least size
 
 void ShowPointer(platform::Pointer pointer)
 {

@@ -1,5 +1,5 @@
-// online/historyform.h - frmHistory: the program's version history in a rich text box, with a
-// picture in front of each entry that says what kind of change it was.
+// online/historyform.h - frmHistory: the version history of the program in a rich text box. A
+// picture before each entry shows what kind of change it was.
 #pragma once
 
 #include "online/history.h"
@@ -15,7 +15,7 @@ struct HistoryForm : ui::Form {
 
     std::array<ui::Picture, 4> imgReference; // the legend's pictures
     std::array<ui::Label, 4> lblReference;
-    ui::Area History; // shows `box`, read-only, its end first
+    ui::Area History; // shows `box`, read-only, scrolled to its end
     RichText box;
     ui::Button cmdClose;
 };

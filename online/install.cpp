@@ -26,7 +26,8 @@ struct Area {
     TipForm startTip; // shown without modality when the program starts
 };
 
-// The tips come modally from the menu; at the start the window behind them can be used at once.
+// From the menu the tips are shown modally. At the start they are not: the main window can be used
+// at once.
 void ShowTips(Area &area)
 {
     if (browser::frmMain().starting || area.startTip.Visible()) {

@@ -1,4 +1,4 @@
-// online/install.h - the area's part in the main window: the check for newer versions, tips,
+// online/install.h - connects this area with the main window: the check for newer versions, tips,
 // support and the version history.
 #pragma once
 
@@ -9,12 +9,13 @@
 namespace online
 {
 
-// Registers the area's commands and takes the main window's two timers for the version check;
-// called before the main window is loaded. `drive` lets the window system drive a timer. Returns:
-// what the area holds for the run; released after the main window.
+// Registers the commands of the area and takes the two timers of the main window for the version
+// check. To be called before the main window is loaded. `drive` makes the window system run a
+// timer.
+// Returns: what the area keeps during the run; to be released after the main window.
 [[nodiscard]] std::shared_ptr<void> Install(const DriveTimer &drive);
 
-// Shows the version history modally; the about box's button.
+// Shows the version history modally; for the button of the about box.
 void ShowHistory();
 
 } // namespace online

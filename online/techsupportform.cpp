@@ -13,7 +13,7 @@ namespace
 constexpr std::string_view kSection = "TechSupport";
 
 constexpr int kPictureSize = 360;            // twips
-constexpr int kWidth = 7200, kHeight = 4500; // twips, the least ones
+constexpr int kWidth = 7200, kHeight = 4500; // twips, the least size
 
 constexpr ui::Caption kCaptions[] = {
     {"", kSection, "TechnicalSupport", "Technical Support"},
@@ -54,7 +54,7 @@ TechSupportForm::TechSupportForm() : Form("frmTechSupport", kCaptions)
     size = {0, 0, kWidth, kHeight};
     resizable = true;
     lblEmail.SetCaption(shell::kSupportAddress);
-    lblICQ.SetVisible(!shell::kContactNumber.empty()); // a line without a number says nothing
+    lblICQ.SetVisible(!shell::kContactNumber.empty()); // the line says nothing without a number
     layout =
         ui::Column({lblTechSupport,
                     ui::Inside(frmContactInfo,

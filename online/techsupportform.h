@@ -1,4 +1,4 @@
-// online/techsupportform.h - frmTechSupport: where help is to be had.
+// online/techsupportform.h - frmTechSupport: where a user can get help.
 #pragma once
 
 #include "ui/controls/form.h"
@@ -14,7 +14,7 @@ struct TechSupportForm : ui::Form {
     ui::Label lblContactAuthor, lblByEmail, lblICQ;
     ui::Button lblEmail, lblVisitTutorials, lblVisitForums; // clickable texts
     ui::Picture Picture1;
-    ui::Button Picture2; // leads to the forums
+    ui::Button Picture2; // opens the page of the forums
     ui::Button cmdOk;
 };
 

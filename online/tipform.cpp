@@ -21,7 +21,7 @@ constexpr ui::Caption kCaptions[] = {
     {"", kSection, "TipOfTheDay", "Tip of the day"},
 };
 
-constexpr int kWidth = 6600, kHeight = 3600; // twips, the least ones
+constexpr int kWidth = 6600, kHeight = 3600; // twips, the least size
 
 } // namespace
 

@@ -15,7 +15,7 @@ struct TipForm : ui::Form {
     ui::Button cmdNextTip, cmdOk;
     Tips tips;
 
-    // Shows the current tip; with no tips the text stays as it is.
+    // Shows the current tip; the text stays as it is when there are no tips.
     void DisplayCurrentTip();
 };
 

@@ -30,7 +30,7 @@ std::vector<std::string> LinesOf(std::string_view text)
     return lines;
 }
 
-// What the file's bytes say, as UTF-8.
+// The bytes of the file as UTF-8.
 std::string TextOf(std::string_view bytes)
 {
     if (!runtime::IsUtf8(bytes))

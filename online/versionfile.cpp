@@ -10,7 +10,7 @@ namespace online
 namespace
 {
 
-// The digits that the part begins with, without leading zeros; empty for 0.
+// The digits at the beginning of `part`, without leading zeros; empty for 0.
 std::string_view Digits(std::string_view part)
 {
     const auto end = std::min(part.find_first_not_of("0123456789"), part.size());
@@ -40,7 +40,8 @@ VersionFile ParseVersionFile(std::string_view text)
         file.databases.push_back({line->substr(0, colon), line->substr(colon + 1)});
     }
     for (; line != lines.end(); ++line)
-        file.tools.push_back(line->substr(line->rfind(' ') + 1)); // all of it without a blank
+        file.tools.push_back(
+            line->substr(line->rfind(' ') + 1)); // the whole line when it has no blank
     return file;
 }
 

@@ -1,8 +1,10 @@
-// online/versionfile.h - the two files on the web that name the versions in existence. Each is text
-// in CR LF lines, in two blocks:
-//   1. database version ":" date, one a line; the first line without a ":" ends the block;
-//   2. from that line on one line per tool, whose last word (after the last blank) is its version.
-// Pure text work, no state. Texts are UTF-8; what is no version is compared as its digits are.
+// online/versionfile.h - the two files on the web that list the newest versions. Each is text with
+// CR LF line ends, in two blocks:
+//   1. database version ":" date, one in each line; the first line without a ":" ends the block;
+//   2. from that line on one line for each tool; its last word (after the last blank) is the
+//   version.
+// Texts are UTF-8. A part of a version that is not a number is compared by the digits at its
+// beginning. No state.
 #pragma once
 
 #include <string>
@@ -15,19 +17,19 @@ namespace online
 // One line of the first block.
 struct DatabaseLine {
     std::string version; // before the first ":"
-    std::string date;    // after it, as it is
+    std::string date;    // after the first ":", unchanged
 };
 
 struct VersionFile {
-    std::vector<DatabaseLine> databases; // in the file's order
-    std::vector<std::string> tools;      // the version that each line of the second block names
+    std::vector<DatabaseLine> databases; // in the order of the file
+    std::vector<std::string> tools;      // the version in each line of the second block
 };
 
 VersionFile ParseVersionFile(std::string_view text);
 
-// Whether the dotted number `candidate` is greater than `current`, compared part by part from the
-// left as numbers of any length; a missing part counts as 0, and so does a part without digits at
-// its beginning. "1.10" is newer than "1.9.3"; "1.6" is not newer than "1.6.0".
+// Whether the version `candidate` is greater than `current`. The numbers between the dots are
+// compared from the left, whatever their length; a missing number counts as 0, and so does one that
+// begins with no digit. "1.10" is newer than "1.9.3"; "1.6" is not newer than "1.6.0".
 bool IsNewer(std::string_view candidate, std::string_view current);
 
 } // namespace online

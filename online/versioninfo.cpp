@@ -16,7 +16,7 @@ namespace
 {
 
 constexpr std::string_view kSection = "VersionInfo";
-constexpr int kTranslated = 4; // the last two tools keep the design text
+constexpr int kTranslated = 4; // the last two tools keep the names of the design
 constexpr int kStatusTop = 495;
 constexpr int kNothingButtonTop = 700;
 constexpr int kLargeFont = 16; // points
@@ -48,8 +48,8 @@ const std::array<std::string_view, kTools> kToolFiles = {"Quenlin.exe",   "Dravi
 namespace
 {
 
-// The places of the design, twips inside the window. Frames stand in two columns; while the program
-// waits, the window ends above the second row.
+// Positions from the window's design, in twips inside the window. The frames are in two columns;
+// while the program waits for the answer, the window ends above the second row of frames.
 constexpr int kInsideWidth = 10200;
 constexpr int kColumns[] = {150, 5175};
 constexpr int kFrameWidth = 4875, kFrameHeight = 1275;
@@ -61,7 +61,7 @@ ui::Rect FramePlace(int frame)
     return {kColumns[frame % 2], kRowTops[frame / 2], kFrameWidth, kFrameHeight};
 }
 
-// The tool that a frame shows; -1 for the database's.
+// The tool that a frame is about; -1 for the frame of the database.
 int ToolOfFrame(int frame)
 {
     constexpr int kDatabaseFrame = 4;
@@ -268,7 +268,7 @@ void VersionInfoForm::WebVrChk1_Newer(const std::string &base, const std::string
     frmWhatsNew.SetEnabled(!base.empty());
     URL2Download.SetEnabled(!base.empty());
 
-    // The owner may drop the form in its handler, which is therefore called last.
+    // Called last and from a copy: the owner may destroy the form in its handler.
     const auto none = NoNewerVersion;
     if (differs) {
         Mostrar_Ocultar(true);

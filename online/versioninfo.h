@@ -1,6 +1,7 @@
-// online/versioninfo.h - frmVersionInfo: looks on the web whether a newer version of the program,
-// of its sister tools or of the catalogue exists, and shows what it found. The window is shown by
-// the newer-version event alone; on any other outcome a user who asked gets no sign.
+// online/versioninfo.h - frmVersionInfo: asks on the web whether there is a newer version of the
+// program, of its sister tools or of the catalogue, and shows the result. Only the event for a
+// newer version shows the window; any other result is not shown, also when the user started the
+// check.
 #pragma once
 
 #include "online/webvrchk.h"
@@ -17,27 +18,27 @@ namespace online
 {
 
 inline constexpr int kTools = 6;
-inline constexpr int kVersionFrames = 7; // one per tool, and 4 for the database
+inline constexpr int kVersionFrames = 7; // one for each tool, and number 4 for the database
 
 // Heights of the window, places of its controls: twips.
 inline constexpr int kVersionResultHeight = 8490;
 inline constexpr int kVersionWaitHeight = 2200;
 inline constexpr int kVersionNothingHeight = 1800;
 
-// Has the window system drive a timer for as long as the result lives.
+// Makes the window system run a timer while the result exists.
 using DriveTimer = std::function<std::shared_ptr<void>(ui::Timer &)>;
 
 struct VersionInfoForm : ui::Form {
     explicit VersionInfoForm(const DriveTimer &drive);
 
-    // --- Of the one row of table `Validations`.
+    // --- From the one row of the table `Validations`.
     std::string URL2Check;    // base address of the web pages
     std::string VersionCheck; // name of the tools' version file
     std::string DBCheck;      // name of the database's version file
-    std::string Version;      // of the database in use
+    std::string Version;      // of the catalogue in use
 
-    bool firstStage = false; // the tools' file is being checked, not the database's
-    bool ShowIt = false;     // the user asked for this check
+    bool firstStage = false; // the file of the tools is being checked, not that of the database
+    bool ShowIt = false;     // the user started this check
 
     // --- Controls.
     std::array<ui::Frame, kVersionFrames> Frame;
@@ -55,17 +56,18 @@ struct VersionInfoForm : ui::Form {
     ui::Timer Delayer{250};
     WebVrChk WebVrChk1;
 
-    // --- Events towards the owner. Each may drop the form.
+    // --- Events for the owner, who may destroy the form in each of them.
     std::function<void()> NoNewerVersion;
     std::function<void()> NewerVersion;
 
-    // The whole check: captions, the row of `Validations`, then the fetch a moment later.
+    // Does the whole check: sets the captions, reads the row of `Validations`, then starts the
+    // download a moment later.
     void CheckAppsVersions();
 
-    // Arms the control for the first stage.
+    // Starts the download of the first stage.
     void CheckVersion();
 
-    // Lays the window out for the result (true) or for the wait.
+    // Arranges the window for the result (true) or for the time of waiting (false).
     void Mostrar_Ocultar(bool show);
 
 private:
@@ -76,10 +78,10 @@ private:
     void ShowNothingNewer();
     void SetHeight(int twips);
 
-    std::shared_ptr<void> m_driven; // Delayer's driver
+    std::shared_ptr<void> m_driven; // keeps Delayer running
 };
 
-// The name of each tool's file in the program's folder.
+// The name of each tool's program file in the program's folder.
 extern const std::array<std::string_view, kTools> kToolFiles;
 
 } // namespace online

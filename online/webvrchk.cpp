@@ -9,7 +9,7 @@ namespace online
 namespace
 {
 
-// The newest version that the file names for the subject; empty when it names none.
+// The newest version that the file has for the subject; empty when it has none.
 std::string VersionIn(const VersionFile &file, WebVrChk::Subject subject)
 {
     if (subject == WebVrChk::Subject::Program)
@@ -32,7 +32,7 @@ void WebVrChk::Start()
 
 void WebVrChk::Take(const std::optional<std::string> &bytes)
 {
-    // The events are copied: a handler may drop this object.
+    // The events are copied: a handler may destroy this object.
     if (!bytes) {
         if (const auto event = error)
             event(kNoFile);

@@ -1,5 +1,5 @@
-// online/webvrchk.h - fetches a version file and compares it with the version in use; one of three
-// events follows each start, later, from the event loop.
+// online/webvrchk.h - downloads a version file and compares it with the version in use. Each start
+// is followed by one of three events, later, from the event loop.
 #pragma once
 
 #include "platform/web.h"
@@ -15,27 +15,27 @@ namespace online
 class WebVrChk
 {
 public:
-    // What the file is compared by.
+    // What is compared with the file.
     enum class Subject {
-        Program,  // the version of the first tool
-        Database, // the version of the last database line
+        Program,  // by the version of the first tool
+        Database, // by the version of the last database line
     };
 
-    // The connection failed or the file was not there.
+    // The connection failed, or the server does not have the file.
     static constexpr std::int32_t kNoFile = -2;
 
     Subject subject = Subject::Program;
     std::string version; // in use, a dotted number
-    std::string address; // of the file, whole
-    std::string base;    // of the web pages, handed on with the newer-version event
+    std::string address; // the address of the file
+    std::string base;    // the base address of the web pages, passed on with `newerVersion`
 
-    // The file names a newer version: the base address, the text of the file.
+    // The file has a newer version. Arguments: the base address, the text of the file.
     std::function<void(const std::string &base, const std::string &text)> newerVersion;
     std::function<void()> noNewerVersion;
     std::function<void(std::int32_t code)> error;
 
-    // Fetches and compares, without blocking. A fetch that is still under way is given up. Without
-    // a web port the error event follows at once.
+    // Starts the download and returns. A download that is still under way is cancelled. When there
+    // is no web port, the error event runs at once.
     void Start();
 
 private:
