@@ -14,14 +14,14 @@ BreakPlaces::BreakPlaces(std::string_view text) : m_size(static_cast<int>(text.s
 
 int BreakPlaces::Shown(int position) const
 {
-    // A pair whose LF is yet to come counts like one that is wholly before.
+    // A pair counts as before the position also when the position is between its CR and its LF.
     const auto next = std::lower_bound(m_pairs.begin(), m_pairs.end(), position);
     return position - static_cast<int>(next - m_pairs.begin());
 }
 
 int BreakPlaces::Stored(int place) const
 {
-    int before = 0; // pairs that are wholly before the place
+    int before = 0; // the number of pairs before the place
     int after = static_cast<int>(m_pairs.size());
     while (before < after) {
         const int middle = (before + after) / 2;

@@ -17,11 +17,11 @@ namespace lyrics
 namespace
 {
 
-// A draft is this line, the length of the song's path in decimal, a line feed, the path, a line
-// feed, and the lyrics up to the end of the file.
+// The file of a draft: this line, the length of the song's path in decimal, a line feed, the path,
+// a line feed, then the lyrics up to the end of the file.
 constexpr std::string_view kFirstLine = "Quenlin lyrics draft 1\n";
-constexpr std::size_t kLargestDraft = std::size_t{1} << 28; // what an ID3v2 tag can hold, at most
-constexpr int kPlaces = 4; // of songs whose paths have the same number
+constexpr std::size_t kLargestDraft = std::size_t{1} << 28; // the most that an ID3v2 tag can hold
+constexpr int kPlaces = 4;                                  // songs whose paths have the same hash
 
 std::string PlaceFile(const std::string &path, int place)
 {
@@ -36,10 +36,10 @@ std::string HeadOf(const std::string &path)
     return std::string(kFirstLine) + std::to_string(path.size()) + "\n" + path + "\n";
 }
 
-// Where the song's draft is, or may be put.
+// Where the draft of a song is, or can be written.
 struct Place {
-    std::string file;                 // empty when other songs have all places
-    std::optional<std::string> draft; // what is there of this song
+    std::string file;                 // empty when drafts of other songs use all places
+    std::optional<std::string> draft; // the draft that the song has there now
 };
 
 Place FindPlace(const std::string &path)

@@ -1,6 +1,6 @@
-// lyrics/drafts.h - the marked lyrics of a song that are not in its file yet, kept so that neither
-// an error nor a kill loses them: one file a song, beside the settings. Paths are the file system's
-// bytes, lyrics are file bytes. No state.
+// lyrics/drafts.h - drafts: lyrics with marks that are not in the song's file yet, stored so that
+// neither an error nor a kill of the program loses them. One file for each song, beside the
+// settings. Paths are bytes, lyrics are file bytes. No state.
 #pragma once
 
 #include <optional>
@@ -9,18 +9,19 @@
 namespace lyrics
 {
 
-// The folder of the drafts: "Drafts" in the folder of the settings. Made by the first write.
+// The folder of the drafts: "Drafts" in the folder of the settings. WriteDraft makes it.
 std::string DraftFolder();
 
-// The draft for the song at `path`. Nothing when there is none, or none that can be read.
+// The draft for the song at `path`. Returns: nothing when there is none, or when it cannot be read.
 std::optional<std::string> ReadDraft(const std::string &path);
 
-// Keeps `text` as the draft of the song, in place of an earlier one, in one step: whatever fails
-// and whenever the process or the machine stops, the old or the new draft is there, whole. It is on
-// the disk when this returns. Errors: FileError.
+// Stores `text` as the draft of the song and replaces an earlier one, in one step: whatever fails,
+// and whenever the program or the machine stops, either the old or the new draft is there,
+// complete. It has been written to the disk when this returns.
+// Errors: FileError.
 void WriteDraft(const std::string &path, const std::string &text);
 
-// Removes the song's draft; done also when there is none. Errors: FileError.
+// Deletes the draft of the song; does nothing when there is none. Errors: FileError.
 void RemoveDraft(const std::string &path);
 
 } // namespace lyrics

@@ -19,7 +19,7 @@ namespace
 
 using Of = ui::Caption::Of;
 
-// What follows a mode or a state is set by the handlers; the symbols are no texts to translate.
+// Captions that depend on a mode or a state are set by the handlers; symbols need no translation.
 constexpr ui::Caption kCaptions[] = {
     {"", "Times", "Lyrics", "Lyrics"},
     {"cmdSetTimes", "Times", "SetTimes", "Set times"},
@@ -32,7 +32,7 @@ constexpr ui::Caption kCaptions[] = {
     {"lblKey", "Times", "KeyHint", "F9 sets the time of the line"},
 };
 
-// A caption that is a symbol, the picture that the eye sees of it.
+// Sets a caption that is a symbol, and the picture that is shown for it.
 void SetSymbol(ui::Button &button, std::string_view symbol)
 {
     struct Picture {
@@ -51,7 +51,7 @@ void SetSymbol(ui::Button &button, std::string_view symbol)
 
 void SetTimer(ui::Timer &timer, bool enabled)
 {
-    if (timer.Enabled() != enabled) // enabling it again would put its tick off
+    if (timer.Enabled() != enabled) // to enable it again would start its interval again
         timer.SetEnabled(enabled);
 }
 
@@ -63,7 +63,7 @@ void tmrTell_Timer(LyricsForm &form)
     throw failure;
 }
 
-// Runs the work of a button that lets events run; a press within does nothing.
+// Runs the work of a button during which events run; pressing a button meanwhile does nothing.
 template <class Work>
 void RunButton(LyricsForm &form, const Work &work)
 {
@@ -91,7 +91,7 @@ void StartTest(LyricsForm &form)
     form.Lyrics.SetFocus();
 }
 
-// Ends a test: the text with marks comes back.
+// Ends a test: the box has the text with marks again.
 void PutMarkedTextBack(LyricsForm &form)
 {
     form.Lyrics.SetText(form.MarkedText);
@@ -147,7 +147,7 @@ void Form_Load(LyricsForm &form)
     for (ui::Area *area : std::initializer_list<ui::Area *>{
              &form.cmdSetIt, &form.cmdSave, &form.cmdTest, &form.cmdPause, &form.lblKey})
         area->SetVisible(form.SettingTimes);
-    form.cmdPause.SetEnabled(false); // before the first test its text is empty
+    form.cmdPause.SetEnabled(false); // before the first test MarkedText is empty
     SetTimer(form.showTimes, false);
     if (form.cmdSetTimes.Enabled())
         form.Times.emplace();
@@ -169,7 +169,7 @@ void Form_Resize(LyricsForm &form)
     constexpr int kTop = 120;
     constexpr int kGap = 75;
     constexpr int kButtonHeight = 435;
-    constexpr int kKeyWidth = 2700; // below that its words are cut
+    constexpr int kKeyWidth = 2700; // the text is cut when the window is narrower
     const int width = std::max(0, form.size.width - 320);
     const int height = std::max(0, form.size.height - 810);
     int left = 160;
@@ -199,7 +199,7 @@ bool Form_KeyDown(LyricsForm &form, const ui::Key &key)
 
 void FollowLyrics(LyricsForm &form, std::string_view title, std::string_view lyrics)
 {
-    if (form.Visible()) { // it stays where it is, without coming forward
+    if (form.Visible()) { // it stays where it is and is not brought to the front
         platform::TheMachine().windows->CheckNonModal();
         Form_Unload(form);
         Form_Load(form);
@@ -208,9 +208,9 @@ void FollowLyrics(LyricsForm &form, std::string_view title, std::string_view lyr
     }
     const std::string name = shell::GetLanguageText("Lyrics", "Lyrics", "Times");
     std::string song(title);
-    std::erase(song, '\0'); // that many programs write behind the texts of a tag
+    std::erase(song, '\0'); // many programs write NULs after the texts of a tag
     form.SetTitle(song.empty() ? name : song + " - " + name);
-    form.Lyrics.SetText({}); // so that a text like the last one is a change
+    form.Lyrics.SetText({}); // so that setting the same text again counts as a change
     form.Lyrics.SetText(runtime::WithCrLf(lyrics));
 }
 
@@ -247,7 +247,7 @@ void ParseTimes(LyricsForm &form)
         return;
     if (!form.Times)
         form.Times.emplace();
-    form.Lyrics.SetEnabled(false); // its own change of the text comes back here
+    form.Lyrics.SetEnabled(false); // a change that the test makes calls this handler again
     std::string text = form.Lyrics.Text();
     try {
         ParseMarks(text, *form.Times);
@@ -272,7 +272,7 @@ void showTimes_Timer(LyricsForm &form)
         if (entry != form.Times->end())
             form.Lyrics.Select(entry->second.Start, entry->second.Length);
     } catch (const runtime::RuntimeError &) {
-        return; // a second that no entry can have
+        return; // no entry can have this time
     }
 }
 
@@ -289,12 +289,13 @@ void cmdSetIt_Click(LyricsForm &form)
     const std::string &text = form.Lyrics.Text();
     const auto caret = static_cast<std::size_t>(form.Lyrics.SelStart());
 
-    // From here positions are one-based: of the carriage return before the caret (0 without one),
-    // and behind the caret of the next one, or of the text's last character.
+    // From here positions are one-based: that of the carriage return before the caret (0 without
+    // one), and that of the character after the next carriage return, or of the last character of
+    // the text.
     std::size_t before = caret;
     while (before > 0 && text[before - 1] != '\r')
         --before;
-    // Behind the line feed; without a line before, behind the first character of the text.
+    // After the line feed; when there is no line before, after the first character of the text.
     form.Lyrics.Replace(static_cast<int>(before + 1), 0, mark);
     std::size_t next = caret + mark.size();
     while (next < text.size() && text[next - 1] != '\r')
@@ -308,7 +309,7 @@ void cmdTest_Click(LyricsForm &form)
     RunButton(form, [&form] {
         const bool start = form.cmdTest.Caption() == kTestSymbol;
         SetSymbol(form.cmdTest, kStopSymbol);
-        form.cmdPause.SetEnabled(true); // as always with this caption, also where a step fails
+        form.cmdPause.SetEnabled(true); // always with this caption, also when a step fails
         if (start) {
             form.cmdTest.SetToolTip(shell::GetLanguageText("Stop the test", "StopTest", "Test"));
             player::StopTrack();

@@ -22,16 +22,17 @@ namespace
 
 using Flag = QScopedValueRollback<bool>;
 
-constexpr int kLinesAround = 3; // of the highlighted line that stay in sight
+constexpr int kLinesAround = 3; // that stay visible above and below the highlighted one
 
-// What a font draws as an empty box, such as the NUL that many programs write behind a text.
+// Characters that a font shows as an empty box, such as the NUL that many programs write after a
+// text.
 bool HasNoShape(QChar c)
 {
     return c.category() == QChar::Other_Control && c != QLatin1Char('\n') && c != QLatin1Char('\t');
 }
 
-// One character a place: each byte is one, but a CR LF, and a CR alone breaks a line like an LF. A
-// control character shows as a blank.
+// The text with one character for each place: each byte is one, except that a CR LF is one line
+// end. A CR alone is a line end, like an LF. A control character is shown as a blank.
 QString ShownText(std::string_view bytes)
 {
     const std::string breaks = runtime::Replace(runtime::Replace(bytes, "\r\n", "\n"), "\r", "\n");
@@ -61,7 +62,7 @@ LyricsView::LyricsView(LyricsBox &box, QWidget *parent) : QPlainTextEdit(parent)
     m_box.selectionChanged = [this] { ShowSelection(); };
     m_box.focusWanted = [this] { setFocus(); };
     connect(document(), &QTextDocument::contentsChange, this, &LyricsView::TakeEdit);
-    // What the box makes of an edit is shown when the edit is done.
+    // The edit is given to the box; what the box makes of it is shown when the edit has ended.
     connect(document(), &QTextDocument::contentsChanged, this, [this] {
         if (!m_applying)
             ShowText();
@@ -75,7 +76,8 @@ LyricsView::~LyricsView()
     m_box.changed = nullptr;
     m_box.selectionChanged = nullptr;
     m_box.focusWanted = nullptr;
-    disconnect(document(), nullptr, this, nullptr); // it goes after this, with its text
+    disconnect(document(), nullptr, this,
+               nullptr); // the document is destroyed after this, together with its text
 }
 
 void LyricsView::ShowText()
@@ -90,7 +92,7 @@ void LyricsView::ShowText()
     if (m_shown.isEmpty() || text.isEmpty()) {
         setPlainText(text);
     } else {
-        // Only what differs, as an edit that can be undone.
+        // Changes only the part that differs, as one edit that can be undone.
         const auto [from, to] =
             std::mismatch(m_shown.cbegin(), m_shown.cend(), text.cbegin(), text.cend());
         const auto same = std::mismatch(
@@ -110,7 +112,8 @@ void LyricsView::ShowPlace()
 {
     setGeometry(ui::qt::PixelRect(m_box.Place()));
     setVisible(m_box.Visible());
-    // Parsing disables the box for its own time only; then there is nothing to show.
+    // Parsing disables the box for a moment; by then it is enabled again and nothing needs to be
+    // shown.
     QMetaObject::invokeMethod(
         this,
         [this] {
@@ -155,7 +158,7 @@ void LyricsView::TakeEdit(int position, int removed, int added)
     const int after = document()->characterCount() - 1; // without the end of the last block
     removed = std::min(removed, before - position);
     added = std::min(added, after - position);
-    if (before - removed + added != after) { // the document does not tell which stretch
+    if (before - removed + added != after) { // the document does not report which part has changed
         position = 0;
         removed = before;
         added = after;
@@ -179,7 +182,7 @@ void LyricsView::TakeSelection()
     if (m_applying || m_taking)
         return;
     if (m_places.ShownSize() != document()->characterCount() - 1)
-        return; // between an edit and what the box makes of it
+        return; // an edit is under way, and the box has not got it yet
     const QTextCursor cursor = textCursor();
     const int start = m_places.Stored(cursor.selectionStart());
     m_box.NoteSelection(start, m_places.Stored(cursor.selectionEnd()) - start);

@@ -1,6 +1,7 @@
-// lyrics/frmLyricsView.h - the text box of lyrics as a widget. What it shows is one place a line
-// break; the box keeps the bytes, and hears of each edit as a change of a stretch of them, so that
-// breaks of any kind and characters that nobody touched stay as they are.
+// lyrics/frmLyricsView.h - the widget of the lyrics' text box. In the widget a line break is one
+// character. The box keeps the bytes, and each edit is passed to it as a change of one part of
+// them, so that line breaks of any kind and characters that the user did not change keep their
+// bytes.
 #pragma once
 
 #include "lyrics/breakplaces.h"
@@ -14,7 +15,7 @@ namespace lyrics
 class LyricsView : public QPlainTextEdit
 {
 public:
-    // `box` outlives the widget; its hooks are empty again once the widget is gone.
+    // `box` outlives the widget. The destructor empties its hooks.
     LyricsView(LyricsBox &box, QWidget *parent);
     ~LyricsView() override;
 
@@ -22,22 +23,23 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    void ShowText();                                     // the box has another text
-    void ShowPlace();                                    // the box was moved, shown, enabled
-    void ShowSelection();                                // the box has another selection
-    void ScrollToSelection();                            // with some lines of its surroundings
+    void ShowText();          // the box has another text
+    void ShowPlace();         // the box was moved, shown, hidden, enabled or disabled
+    void ShowSelection();     // the box has another selection
+    void ScrollToSelection(); // some lines above and below it are visible too
     void TakeEdit(int position, int removed, int added); // the document has changed
     void TakeSelection();                                // the user has selected something
-    void KeepHighlight();                                // bright in a window in the background
+    void KeepHighlight(); // the selection keeps its colour in an inactive window
 
     LyricsBox &m_box;
-    BreakPlaces m_places;    // of the box's text
-    QString m_shown;         // what the document holds
-    bool m_applying = false; // the widget follows the box
-    bool m_taking = false;   // the box follows the widget
+    BreakPlaces m_places;    // for the text of the box
+    QString m_shown;         // the text of the document
+    bool m_applying = false; // the widget is being changed from the box
+    bool m_taking = false;   // the box is being changed from the widget
 };
 
-// Makes it the widget of `Lyrics` in the windows of lyrics. Once, before the first of them shows.
+// Makes this the widget of `Lyrics` in the lyrics windows. To be called once, before the first of
+// them is shown.
 void RegisterLyricsView();
 
 } // namespace lyrics

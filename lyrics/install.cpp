@@ -17,8 +17,8 @@ namespace
 {
 
 struct State {
-    std::unique_ptr<LyricsForm> following; // made by the first lyrics
-    bool wanted = false;                   // the user asks for it at this moment
+    std::unique_ptr<LyricsForm> following; // made when the first lyrics come
+    bool wanted = false;                   // the user is asking for it just now
     std::vector<std::unique_ptr<LyricsForm>> setting;
 };
 
@@ -28,7 +28,7 @@ State &TheState()
     return state;
 }
 
-// While one lives, the window is shown because the user asks for it.
+// While one exists, the window is shown because the user asked for it.
 class UserAsks
 {
 public:
@@ -67,12 +67,12 @@ void ShowLyrics(std::string_view title, std::string_view lyrics)
         form = MakeForm();
         form->remembersPlace = true;
     }
-    // A song that begins by itself takes the keyboard from nobody.
+    // A window that opens by itself must not take the keyboard from the window in use.
     form->takesKeyboard = TheState().wanted;
     try {
         FollowLyrics(*form, title, lyrics);
     } catch (const runtime::RuntimeError &) {
-        CloseLyrics(); // those of the song before
+        CloseLyrics(); // it shows the lyrics of the previous song
         throw;
     }
 }
@@ -112,7 +112,8 @@ void ForgetForms()
         if (form == nullptr)
             continue;
         ui::Close(*form);
-        ui::Retire(std::move(form)); // after its window, which goes a little later
+        ui::Retire(
+            std::move(form)); // the form must outlive its window, which is destroyed a little later
     }
 }
 

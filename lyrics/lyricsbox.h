@@ -1,6 +1,5 @@
 // lyrics/lyricsbox.h - the text box of lyrics: file bytes, one character per byte, with a
-// selection. What the user sees of a line break is one place, here it is the two characters it is
-// stored as.
+// selection. A line break is two characters here, CR and LF, although the user sees it as one.
 #pragma once
 
 #include "ui/controls/area.h"
@@ -18,7 +17,7 @@ class LyricsBox : public ui::Area
 public:
     const std::string &Text() const { return m_text; }
 
-    // Puts another text there, the caret at its start. Raises `textChanged` when it differs.
+    // Sets another text, with the caret at its start. Calls `textChanged` when it differs.
     void SetText(std::string_view text)
     {
         if (text == m_text)
@@ -28,8 +27,8 @@ public:
         RaiseChange();
     }
 
-    // What an edit by the user does: puts `bytes` in place of `length` characters from `start` on,
-    // the caret behind them.
+    // An edit by the user: replaces `length` characters from `start` on by `bytes` and puts the
+    // caret after them.
     void Replace(int start, int length, std::string_view bytes)
     {
         const auto from = static_cast<std::size_t>(Clamped(start));
@@ -39,8 +38,8 @@ public:
         RaiseChange();
     }
 
-    // The selection: zero-based, in characters; the caret is at its start. What is beyond the text
-    // is cut off; a negative length selects nothing.
+    // The selection: zero-based, in characters; the caret is at its start. It is cut at the end of
+    // the text; a negative length selects nothing.
     int SelStart() const { return m_start; }
     int SelLength() const { return m_length; }
     void Select(int start, int length)
@@ -50,15 +49,15 @@ public:
         ui::Notify(selectionChanged);
     }
 
-    // The user's own selection, which the view shows already.
+    // The user has changed the selection in the view, which shows it already.
     void NoteSelection(int start, int length)
     {
         m_start = Clamped(start);
         m_length = std::clamp(length, 0, Size() - m_start);
     }
 
-    std::function<void()> textChanged; // the Change event of logic
-    ui::ChangeHook selectionChanged;   // the view's: show the selection and scroll to it
+    std::function<void()> textChanged; // the Change event of the form
+    ui::ChangeHook selectionChanged;   // for the view: show the selection and scroll to it
 
 private:
     int Size() const { return static_cast<int>(m_text.size()); }

@@ -1,6 +1,6 @@
-// lyrics/lyricsform.h - frmLyrics without its window: its controls and fields, and what its
-// buttons, timers and closing do. Lyrics are file bytes, paths the file system's bytes, all else
-// UTF-8.
+// lyrics/lyricsform.h - frmLyrics without its widgets: the controls, the fields, and what its
+// buttons and timers do and what happens when it closes. Lyrics are file bytes, paths are bytes,
+// all other texts are UTF-8.
 #pragma once
 
 #include "lyrics/lyricsbox.h"
@@ -16,11 +16,12 @@
 namespace lyrics
 {
 
-inline constexpr int kMarkKey = 120; // F9, which presses cmdSetIt
+inline constexpr int kMarkKey = 120; // F9; does what cmdSetIt does
 inline constexpr int kTickMs = 250;
-inline constexpr int kDraftMs = 1000; // from a change to its draft; writing takes some time more
+inline constexpr int kDraftMs =
+    1000; // from a change until its draft is written; the writing itself takes some more time
 
-// Captions of the buttons with symbols. They are the state that the handlers read.
+// Captions of the buttons with symbols. The handlers read the state of the form from them.
 inline constexpr std::string_view kSaveSymbol = "\xC3\x8D"; // character 205
 inline constexpr std::string_view kTestSymbol = "~";
 inline constexpr std::string_view kStopSymbol = "<";
@@ -29,7 +30,7 @@ inline constexpr std::string_view kContinueSymbol = "4";
 
 struct LyricsForm : ui::Form {
     LyricsForm();
-    ~LyricsForm() override; // closes its window
+    ~LyricsForm() override; // closes the window
     LyricsForm(const LyricsForm &) = delete;
     LyricsForm &operator=(const LyricsForm &) = delete;
 
@@ -39,37 +40,38 @@ struct LyricsForm : ui::Form {
 
     bool SettingTimes = false;
     std::string FileName;            // the song whose times are being set
-    std::optional<TimesByKey> Times; // nothing when it was dropped
-    std::string MarkedText;          // as it was when the last test started
+    std::optional<TimesByKey> Times; // nothing when there is no text with times
+    std::string MarkedText;          // the text when the last test began
 
-    // --- Of our own.
-    ui::Timer tmrDraft{kDraftMs};     // runs from a change of the marked text to its draft
-    ui::Timer tmrTell{1};             // runs from a failure to the box that tells it
-    ui::Label lblKey;                 // says which key sets a mark
-    bool testing = false;             // the box holds what a test left of MarkedText
-    bool busy = false;                // a button's work lets events run: the form must outlive them
-    bool draftFailed = false;         // the user knows that the draft cannot be written
-    std::string fileLyrics;           // what the song's file holds, as last read
-    std::optional<std::string> draft; // what the song's draft holds, where there is one
-    std::optional<runtime::RuntimeError> failure; // for tmrTell
+    // --- Not part of the window's first design.
+    ui::Timer tmrDraft{kDraftMs}; // from a change of the marked text until its draft is written
+    ui::Timer tmrTell{1};         // from a failure until the box that reports it
+    ui::Label lblKey;             // says which key sets a mark
+    bool testing = false;         // a test has taken the marks out of the box's text
+    bool busy = false;            // a button's work lets events run: the form must not be destroyed
+    bool draftFailed = false;     // the user has been shown that the draft cannot be written
+    std::string fileLyrics;       // the lyrics in the song's file when it was last read
+    std::optional<std::string> draft;             // the draft of the song, if it has one
+    std::optional<runtime::RuntimeError> failure; // for tmrTell to report
 
     std::function<void(const std::string &file)> newSettingWindow; // for cmdSetTimes
 };
 
-// The song that plays, `title`, has these lyrics: shows them, in a form that is loaded anew, each
-// line end (CR or LF alone as well) as CR LF. Marks that cannot be parsed are told once the caller
-// is done, over the text as far as it was parsed. Errors: kNonModalOverModal (401) while a modal
-// window is up; the form is then as it was.
+// Loads the form again and shows the lyrics of the song `title`, which is playing; each line end (CR
+// or LF alone too) becomes CR LF. If a mark cannot be parsed, a box reports it after the caller has
+// returned, and the text is shown as far as it was parsed.
+// Errors: kNonModalOverModal (401) while a modal window is open; the form is unchanged then.
 void FollowLyrics(LyricsForm &form, std::string_view title, std::string_view lyrics);
 
-// Puts a fresh form into the mode of setting times for `file`, shows it, and plays the song from
-// its beginning. A draft that the song's file does not hold is offered first. Errors:
-// kNonModalOverModal (401); those of EnqueueFile.
+// Changes a new form to the mode in which times are set for `file`, shows it, and plays the song
+// from its beginning. When there is a draft that differs from the song's file, the user is asked
+// first whether to use it.
+// Errors: kNonModalOverModal (401); those of EnqueueFile.
 void SetTimes(LyricsForm &form, const std::string &file);
 
 // The events of the window and its controls. The constructor connects them.
-void Form_Load(LyricsForm &form);   // buttons by the mode; `Times` empty where it follows
-void Form_Unload(LyricsForm &form); // drops `Times`, stops the timers
+void Form_Load(LyricsForm &form); // which buttons there are; `Times` is empty when following a song
+void Form_Unload(LyricsForm &form); // empties `Times`, stops the timers
 void Form_Resize(LyricsForm &form);
 bool Form_KeyDown(LyricsForm &form, const ui::Key &key);
 void Lyrics_Change(LyricsForm &form);
@@ -81,24 +83,25 @@ void cmdPause_Click(LyricsForm &form);
 void cmdSave_Click(LyricsForm &form);
 
 // Takes the marks out of `Lyrics` into `Times`, unless `cmdSetTimes` or the box is disabled; then
-// starts `showTimes` where there are entries, else stops it.
-// Errors: those of ParseMarks. The box holds the text at the failing mark, and is enabled again.
+// starts `showTimes` when there are entries, else stops it.
+// Errors: those of ParseMarks. The box then has the text as it is at the failing mark, and is
+// enabled again.
 void ParseTimes(LyricsForm &form);
 
-// The text with marks that the user has made: the box's, while a test has taken the marks out
-// `MarkedText`. Only while times are being set.
+// The text with the user's marks: that of the box, or MarkedText while a test has taken the marks
+// out. Only for a form in which times are set.
 [[nodiscard]] const std::string &MarksMade(const LyricsForm &form);
 
-// Whether that differs from what the song's file holds.
+// Whether that text differs from the lyrics in the song's file.
 [[nodiscard]] bool HasUnsavedMarks(const LyricsForm &form);
 
-// Writes the draft now where a change waits for it. Errors: none; a failure is told later and once,
-// and the draft tried again each second.
+// Writes the draft now if a change has not been written yet. Errors: none. A failure is reported
+// once, a little later, and writing the draft is tried again each second.
 void FlushDraft(LyricsForm &form);
 
-// Before the window closes or the program ends: asks what becomes of unsaved marks. False when the
-// user cancels, when they could not be saved, or while a button's work is under way. When a signal
-// asked for the end nothing is asked, and the draft keeps them.
+// To be called before the window closes or the program ends: asks whether to save unsaved marks.
+// When a signal ends the program nothing is asked; the draft has them.
+// Returns: false when the user cancels, when saving fails, or while a button's work is under way.
 [[nodiscard]] bool MayClose(LyricsForm &form);
 
 } // namespace lyrics

@@ -33,15 +33,15 @@ void Tell(std::string_view words)
     platform::TheMachine().desktop->MessageBox(words);
 }
 
-// The pattern behind which the query finds the name in any folder, and whatever begins so.
+// The LIKE pattern for the query: the name in any folder, with anything after it.
 std::string NamePattern(const std::string &txtPath)
 {
     const auto kept = static_cast<long long>(txtPath.size()) - 4;
     return shell::GetFileName(std::string(runtime::Left(txtPath, kept)) + ".mp3") + "%";
 }
 
-// The catalogued path that the text file serves: the first row's, where several match. Empty when
-// there is none.
+// The path in the catalogue of the song that the text file is for: that of the first row, when
+// several match. Empty when there is none.
 std::string FindSong(const std::string &txtPath)
 {
     const catalogue::RecordsetPtr records = catalogue::Records(catalogue::DataAccess->ExecuteSQL(

@@ -1,5 +1,5 @@
-// lyrics/lyricsimport.h - puts a text file into the lyrics of the catalogued MP3 of the same
-// name. No state.
+// lyrics/lyricsimport.h - imports a text file as the lyrics of the MP3 of the same name in the
+// catalogue. No state.
 #pragma once
 
 #include <string>
@@ -7,9 +7,9 @@
 namespace lyrics
 {
 
-// Looks up the MP3 that is named like `txtPath` (its last 4 characters replaced by ".mp3") in any
-// folder of the catalogue, and saves the whole text as its lyrics; the text is taken as file bytes,
-// as it stands. Tells in a box how it went; progress words go to `lblProgress`.
+// Looks in the catalogue for the MP3 with the name of `txtPath` (its last 4 characters replaced by
+// ".mp3") in any folder, and saves the whole text as its lyrics. The text is taken as file bytes,
+// unchanged. A box shows the result; progress is shown in `lblProgress`.
 // Errors: FileError when the text file cannot be read.
 void AddLyricsFromTXT(const std::string &txtPath);
 

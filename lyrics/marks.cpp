@@ -20,7 +20,7 @@ platform::Desktop &Desktop()
     return *platform::TheMachine().desktop;
 }
 
-// The draft goes once the song's file holds the same.
+// Deletes the draft when the song's file has the same lyrics.
 void SettleDraft(LyricsForm &form)
 {
     FlushDraft(form);
@@ -33,7 +33,7 @@ void SettleDraft(LyricsForm &form)
         RemoveDraft(form.FileName);
         form.draft.reset();
     } catch (const runtime::RuntimeError &) {
-        return; // it says what the file says, and goes at the next chance
+        return; // the draft equals the file, so it does no harm; the next save tries again
     }
 }
 
@@ -70,7 +70,8 @@ bool HasUnsavedMarks(const LyricsForm &form)
 
 void OfferDraft(LyricsForm &form)
 {
-    form.tmrDraft.SetEnabled(false); // it must not write what the box holds over the draft
+    form.tmrDraft.SetEnabled(
+        false); // it must not write the text of the box over the draft that is being offered
     form.draft = ReadDraft(form.FileName);
     if (form.draft == form.fileLyrics)
         SettleDraft(form);
@@ -99,7 +100,7 @@ void FlushDraft(LyricsForm &form)
         form.tmrDraft.SetEnabled(false);
     } catch (const runtime::RuntimeError &failure) {
         if (form.draftFailed)
-            return; // the timer goes on trying
+            return; // the timer tries again
         form.draftFailed = true;
         TellLater(form,
                   {failure.number,

@@ -1,5 +1,5 @@
-// lyrics/marks.h - the marks that a user made in a form and where they are kept: the draft, and the
-// song's file. What the buttons and the closing of lyrics/lyricsform.h are made of.
+// lyrics/marks.h - the marks that a user has set in a form, and where they are saved: in the draft
+// and in the song's file. The handlers of lyrics/lyricsform.h call this.
 #pragma once
 
 #include "lyrics/lyricsform.h"
@@ -9,7 +9,7 @@
 namespace lyrics
 {
 
-// While one lives, the form is busy: it must not go away.
+// While one exists, the form is busy and must not be destroyed.
 class BusyWhile
 {
 public:
@@ -23,20 +23,22 @@ private:
     bool m_before;
 };
 
-// Has the user told of a failure once the caller is done, by the form's own timer; of several only
-// the first. For what fails in a tick or in a change of the text, where nobody takes an error.
+// Reports a failure in a box after the caller has returned, by a timer of the form; of several
+// failures only the first. For failures in a tick or in a change of the text, where no caller could
+// catch an error.
 void TellLater(LyricsForm &form, const runtime::RuntimeError &failure);
 
 // The lyrics in the tag of a file, each line end as CR LF (many programs write LF alone, which the
 // rules of the marks do not take for one); empty when it has none or cannot be read.
 std::string LyricsOfFile(const std::string &file);
 
-// Where the song has a draft that is not what its file holds, asks whether to go on with it, and
-// puts it into the box then.
+// When the song has a draft that differs from its file, asks the user whether to go on with it; if
+// so, the box gets its text.
 void OfferDraft(LyricsForm &form);
 
-// Writes `text` as the lyrics of the form's song, with both tags, by SaveTag, which tells what
-// fails. Afterwards the form knows what the file holds; a draft that says the same is gone.
+// Writes `text` as the lyrics of the form's song into both tags with SaveTag, which reports
+// failures itself. Afterwards `fileLyrics` is what the file has, and a draft that is equal to it is
+// deleted.
 void SaveMarks(LyricsForm &form, const std::string &text);
 
 } // namespace lyrics

@@ -16,10 +16,10 @@ namespace
 
 constexpr auto kNone = std::string_view::npos;
 
-// One pass over a text. The rules pair the first "[" with the first "]" of what is left, again and
-// again; so the n-th of the one meets the n-th of the other, and both only move forward. Offsets
-// into `source` are zero-based; positions are one-based and count in the text as the rules see it
-// at that step: `clean`, then what stands from `open` on.
+// One pass over a text. The rule is: take the first "[" and the first "]" of what remains, again
+// and again. So the n-th "[" belongs to the n-th "]", and both searches only move forward. Offsets
+// into `source` are zero-based; positions are one-based and count in the text as it is at that
+// step: `clean`, then the rest of `source` from `open` on.
 class Pass
 {
 public:
@@ -35,7 +35,7 @@ public:
         }
     }
 
-    // The text as it is now, with substitutes for the brackets that are no marks.
+    // The text as it is now; brackets that belong to no mark have been replaced ("{(" and ")}").
     std::string Text()
     {
         Emit(m_source.size());
@@ -43,7 +43,7 @@ public:
     }
 
 private:
-    // One pair of brackets. False when the parsing ends here.
+    // Handles one pair of brackets. Returns: false when the parsing ends here.
     bool Step()
     {
         if (m_close < m_open)
@@ -53,7 +53,7 @@ private:
         if (m_colon > m_close)
             return false;
         const std::size_t nextOpen = m_source.find('[', m_open + 1);
-        // A bracket within is part of no number.
+        // A "[" between them makes the number invalid.
         const auto seconds = nextOpen < m_close ? std::nullopt : SecondsOfMark();
         Emit(m_open);
         if (seconds)
@@ -64,7 +64,7 @@ private:
         return true;
     }
 
-    // The time between the brackets, unrounded. Nothing when it is no time.
+    // The time between the brackets, in seconds, not rounded. Nothing when it is not a time.
     std::optional<double> SecondsOfMark() const
     {
         const auto number = [this](std::size_t from, std::size_t end) {
@@ -106,15 +106,15 @@ private:
         m_close = m_source.find(']', m_paired);
     }
 
-    // The end of the line that the pair is on, and the last "]" before it.
+    // Finds the end of the line with the pair, and the last "]" before it.
     void FindLine()
     {
         m_line = Find('\r', m_open);
         m_lastClose = m_source.rfind(']', m_line);
     }
 
-    // Moves what is before `end` to `m_clean`. A "]" that met its "[" and was not taken out with it
-    // is one that belongs to no mark.
+    // Moves the text before `end` to `m_clean`. A "]" that was paired and is still there belongs to
+    // no mark.
     void Emit(std::size_t end)
     {
         while (m_done < end) {
@@ -140,14 +140,14 @@ private:
     std::string_view m_source;
     TimesByKey &m_times;
     std::string m_clean;
-    std::size_t m_open, m_close; // the pair at work; kNone when there is none
-    std::size_t m_done = 0;      // what is before it is in `m_clean`, or gone
-    std::size_t m_paired = 0;    // each "]" before it has met its "["
-    // Found once and kept while they are ahead, so that no stretch is searched twice.
-    std::size_t m_colon = 0;     // the first ":" behind the "["
+    std::size_t m_open, m_close; // the pair being handled; kNone when there is none
+    std::size_t m_done = 0;      // the text before it is in `m_clean` or was removed
+    std::size_t m_paired = 0;    // each "]" before it has been paired
+    // Found once and kept until they are passed, so that no part of the text is searched twice.
+    std::size_t m_colon = 0;     // the first ":" after the "["
     std::size_t m_line = 0;      // the carriage return of the line
-    std::size_t m_lastClose = 0; // the last "]" before that
-    std::size_t m_kept = kNone;  // the first "]" at or behind `m_done`
+    std::size_t m_lastClose = 0; // the last "]" before m_line
+    std::size_t m_kept = kNone;  // the first "]" at or after `m_done`
 };
 
 } // namespace

@@ -1,5 +1,5 @@
-// lyrics/timedlyrics.h - lyrics with time marks: one text in which "[minutes:seconds]" says when
-// the line behind it is sung. Texts are file bytes, one character per byte. No state.
+// lyrics/timedlyrics.h - lyrics with time marks: a text in which "[minutes:seconds]" says when the
+// line after it is sung. Texts are file bytes, one character per byte. No state.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 namespace lyrics
 {
 
-// What to highlight in the text without marks when the song reaches one whole second.
+// What to highlight in the text without marks when the song has played for `Time` seconds.
 struct LyricsData {
     std::int32_t Time = 0;   // whole seconds from the start of the song
     std::int16_t Start = 0;  // zero-based character position
@@ -18,23 +18,24 @@ struct LyricsData {
     bool operator==(const LyricsData &) const = default;
 };
 
-// The marks of one text by TimesKey; no order.
+// Entries by TimesKey, in no order.
 using TimesByKey = std::unordered_map<std::string, LyricsData>;
 
 // The key of a whole second: its decimal digits and "l" ("83l").
 std::string TimesKey(std::int32_t seconds);
 
-// Takes the marks out of `text` and adds one entry a mark to `times`. A mark is what stands between
-// the first "[" and the first "]", with numbers on both sides of its first colon, in minutes and
-// seconds; the sum is rounded half to even. What has a colon and no such numbers stays as it is;
-// one without a colon ends the parsing, and what is left stays, marks included. `Length` counts
-// from behind the last "]" of the mark's line to its carriage return. Every "{(" of the text comes
-// out as "[" and every ")}" as "]": these two stand in for brackets that are no marks meanwhile,
-// and count as two characters in `Start`. The work grows with the length of the text, not with
-// marks times length. Errors: kDuplicateKey for a second that `times` has already (the mark is gone
-// from the text by then), kInvalidCall for a "]" before its "[", kOverflow for a time beyond 32
-// bits, a start or a length beyond 16. `text` and `times` are then as they were at that mark, "{("
-// and ")}" included.
+// Takes the marks out of `text` and adds one entry to `times` for each. A mark is what is between
+// the first "[" and the first "]": a number before its first colon (minutes) and one after it
+// (seconds); the time is rounded, a half to the even number. A pair with a colon and without two
+// numbers stays in the text. A pair without a colon ends the parsing, and the rest of the text
+// stays as it is, marks included. `Length` is the number of characters from the last "]" of the
+// line to its carriage return. Each "{(" of the text becomes "[" and each ")}" becomes "]" at the
+// end: during the parsing these two replace brackets that belong to no mark, and count as two
+// characters in `Start`. The work is proportional to the length of the text.
+// Errors: kDuplicateKey for a second that `times` already has (its mark is out of the text by
+// then), kInvalidCall for a "]" before its "[", kOverflow for a time that does not fit 32 bits, or
+// a start or length that does not fit 16. `text` and `times` are then as they were at that mark,
+// with "{(" and ")}".
 void ParseMarks(std::string &text, TimesByKey &times);
 
 } // namespace lyrics
