@@ -1,5 +1,5 @@
-// shell/apppath.h - the program's own folder, from which the catalogue, the language files, the
-// report, the summary and the backups hang.
+// shell/apppath.h - the program's own folder: it has the catalogue, the language files, the report,
+// the summary and the backups.
 #pragma once
 
 #include <string>

@@ -15,17 +15,17 @@ inline constexpr std::string_view kApplicationTitle = "Quenlin";
 
 inline constexpr std::string_view kAuthor = "Orvald Tamsin";
 
-// Where suggestions and failure reports go; a reserved domain until the publisher has one.
+// The address for suggestions and failure reports: in a reserved domain, until there is a real one.
 inline constexpr std::string_view kSupportAddress = "support@quenlin.example";
 
-// The number after the caption "ICQ:". The publisher has none yet, and its line stays hidden.
+// The number after the caption "ICQ:". There is none yet, so the line is hidden.
 inline constexpr std::string_view kContactNumber;
 
 // The catalogue's fields as the program numbers them; "List" comes before "Path".
 inline constexpr std::array<const char *, 8> FieldNames = {"Title",   "Artist", "Album", "Year",
                                                            "Comment", "Genre",  "List",  "Path"};
 
-// The preferences in force, and the paths that start-up joins.
+// The preferences in use, and the paths that start-up makes from them.
 struct Globals {
     std::array<bool, 8> LoadField{true, true, true, true, true, true, true, true};
     int InitialTVWidth = 3000;           // twips
@@ -41,7 +41,7 @@ struct Globals {
     ui::Label lblProgress;        // the splash's progress line
 };
 
-// The globals in use. A test puts back a fresh set.
+// The globals of the program. A test sets them to their defaults again.
 Globals &TheGlobals();
 
 } // namespace shell

@@ -1,7 +1,7 @@
-// shell/language.h - the texts of the one active language file, TheGlobals().LanguageFilePath. The
-// English text is always the default in the code. Texts are UTF-8. Nothing is cached: each lookup
-// reads the file, so that a translator's edit shows at the next window. Nothing fails: a missing,
-// empty or unreadable file makes every lookup return its default.
+// shell/language.h - the texts of the language file in use, TheGlobals().LanguageFilePath. The
+// English text is the default and is in the code. Texts are UTF-8. Nothing is kept in memory: each
+// call reads the file, so that a translator sees a change in the next window. Nothing fails: when
+// the file is missing, empty or cannot be read, each call returns its default.
 #pragma once
 
 #include <string>
@@ -10,25 +10,24 @@
 namespace shell
 {
 
-// The text for `key` in `section`, blanks at both ends cut; `defaultText`, cut likewise, when the
-// file lacks it. A key with an empty value gives the empty text. Marks such as "$Field$" and "%0A"
-// are in the result as they are.
+// The text of `key` in `section`, without blanks at both ends. When the file does not have the key,
+// it is `defaultText`, also without blanks at both ends. A key without a value gives the empty
+// text. Marks such as "$Field$" and "%0A" are not replaced.
 std::string GetLanguageText(std::string_view defaultText, std::string_view key,
                             std::string_view section);
 
-// The value as the reader gives it (platform/inireader.h), cut to 199 characters, its trailing NULs
-// gone; `defaultText` whole when the file has no such key.
+// The value as the reader returns it (platform/inireader.h), at most 199 characters, without NULs
+// at its end. `defaultText`, unchanged, when the file has no such key.
 std::string ReadIniValue(std::string_view section, std::string_view key,
                          std::string_view defaultText);
 
-// `text` without its trailing NUL characters.
+// `text` without the NUL characters at its end.
 std::string TrimNull(std::string_view text);
 
-// The caption of the tree group of a field: "By Title" in English.
+// The caption of a field's group in the tree: "By Title" in English.
 std::string GetFolderGroupCaption(std::string_view field);
 
-// `text` with each "%0A" turned into a carriage return, for the keys whose texts have several
-// lines.
+// `text` with each "%0A" replaced by a carriage return: for texts of several lines.
 std::string WithLineBreaks(std::string_view text);
 
 } // namespace shell

@@ -1,4 +1,4 @@
-// shell/openaddress.h - handing what the program does not show itself to the desktop.
+// shell/openaddress.h - opens folders, files and web addresses with the programs of the desktop.
 #pragma once
 
 #include <functional>
@@ -8,23 +8,24 @@
 namespace shell
 {
 
-// Whether the desktop may be given `address`: a full path, or an address of the schemes http, https
-// and mailto. Nothing else is, whatever the web, a tag or a setting says: no other scheme, and no
-// text that a program could take for an option.
+// Whether `address` may be passed to the desktop: a full path, or an address that begins with
+// http:, https: or mailto:. Anything else is refused, whether it comes from the web, a tag or a
+// setting: another scheme, or a text that a program could read as an option.
 bool MayOpen(std::string_view address);
 
-// Has the desktop open `address`, a path or an address (http:, https:, mailto:), with
-// `workingFolder` as the folder of the opened program where the platform has such a thing. Where
-// nothing opens it, or it may not be opened, no box comes: the address is put on the clipboard, and
-// the status line says so. Errors: none.
+// Makes the desktop open `address`, a path or an address (http:, https:, mailto:). `workingFolder`
+// is the current folder of the opened program, on platforms that have this. When nothing can open
+// the address, or MayOpen refuses it, no box is shown: the address is put on the clipboard, and the
+// status line says so.
+// Errors: none.
 void OpenAddress(const std::string &address, const std::string &workingFolder);
 
-// The same for the address of a mail (mailto:) whose body is on the clipboard already: that stays
-// there.
+// The same for an address of a mail (mailto:) whose text is on the clipboard already; the clipboard
+// is not changed.
 void OpenMail(const std::string &address, const std::string &workingFolder);
 
-// Shows a line to the user where no box is to come. The main window fills it in while it is there;
-// empty: nothing is shown.
+// Shows a line to the user without a box. The main window sets it while it exists; when it is
+// empty, nothing is shown.
 std::function<void(std::string_view)> &TheStatusLine();
 
 } // namespace shell

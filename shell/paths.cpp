@@ -8,7 +8,7 @@ namespace shell
 namespace
 {
 
-// How many bytes come before the name: up to and including the last separator.
+// The number of bytes up to and including the last separator.
 std::size_t FolderLength(std::string_view path)
 {
     const auto separator = path.rfind(PathSeparator);

@@ -1,5 +1,5 @@
-// shell/paths.h - the parts of a path, as text. Paths are bytes; nothing asks the file system, and
-// nothing fails. A path without a separator is a name alone.
+// shell/paths.h - the parts of a path. Paths are bytes; no file is looked at, and nothing fails. A
+// path without a separator is only a name.
 #pragma once
 
 #include <string>
@@ -14,9 +14,8 @@ std::string GetFileName(std::string_view path);
 // The text up to and including the last separator; empty when there is none.
 std::string GetFolderPath(std::string_view path);
 
-// The name of the folder that holds the path's last part: the folder part without its trailing
-// separator, then what comes after the last separator of that ("/music/abba/one.mp3" gives
-// "abba", "/one.mp3" the empty text).
+// The name of the folder that contains the last part of the path ("/music/abba/one.mp3" gives
+// "abba", "/one.mp3" gives the empty text).
 std::string GetLastFolderName(std::string_view path);
 
 } // namespace shell

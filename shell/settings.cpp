@@ -53,7 +53,7 @@ platform::SettingsStore &Store()
 }
 
 struct State {
-    std::set<std::string> told; // what cannot be used, "key=text"
+    std::set<std::string> told; // the settings with unusable values, "key=text"
 } state;
 
 std::string_view DefaultOf(std::string_view key)
@@ -76,8 +76,8 @@ void TellBadValue(const std::string &line, std::string_view defaultText)
                         platform::Buttons::Ok, kApplicationTitle, platform::BoxIcon::Exclamation);
 }
 
-// A preference as `convert` reads its text; of a text that it does not take, as it reads the
-// default.
+// A preference, converted by `convert`. When it fails for the stored text, the default is converted
+// instead.
 template <class Value>
 Value Converted(std::string_view key, Value (*convert)(std::string_view))
 {

@@ -9,7 +9,8 @@
 namespace shell
 {
 
-// The catalogue's structure that this build demands; independent of the program's own number.
+// The version of the catalogue's structure that this build needs; it is not the version of the
+// program.
 inline constexpr std::string_view RequiredDBVersion = "1.6.6";
 
 // The program's own version: 1.6.9.
@@ -23,13 +24,13 @@ inline constexpr Version kProgramVersion{1, 6, 9};
 // The three numbers in plain decimal digits with `between` between them: "1.6.9", "169".
 std::string VersionText(const Version &version, std::string_view between);
 
-// The first three parts of `text` between its points, as numbers; further parts are passed over.
-// Errors: kSubscriptOutOfRange when there are fewer, kTypeMismatch when one is no number,
-//         kOverflow when one does not fit 16 bits with sign.
+// The first three numbers in `text`, which are separated by points; the rest is ignored.
+// Errors: kSubscriptOutOfRange when there are fewer, kTypeMismatch when a part is not a number,
+// kOverflow when one does not fit 16 bits with sign.
 Version ParseVersion(std::string_view text);
 
-// Whether any one of the three numbers of `first` is greater than that of `second`; each is looked
-// at by itself, so that "1.6.6" is greater than "2.0.0". Errors: those of ParseVersion.
+// Whether at least one of the three numbers of `first` is greater than the same number of `second`.
+// Each is compared by itself: "1.6.6" is greater than "2.0.0". Errors: those of ParseVersion.
 bool IsVersionGreater(std::string_view first, std::string_view second);
 
 } // namespace shell

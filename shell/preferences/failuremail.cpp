@@ -14,7 +14,7 @@ namespace shell
 namespace
 {
 
-constexpr std::string_view kMailFolder = "C:\\"; // that the mail program starts in
+constexpr std::string_view kMailFolder = "C:\\"; // the current folder of the mail program
 
 } // namespace
 

@@ -27,7 +27,7 @@ namespace
 using platform::FolderAnswer;
 
 constexpr int kEnterKey = 13;
-constexpr std::int64_t kQuietMs = 100; // of a wait for a disk, until events run
+constexpr std::int64_t kQuietMs = 100; // how long to wait for a disk before events run
 
 platform::Folders &TheFolders()
 {
@@ -39,7 +39,7 @@ std::string TextOf(std::string_view defaultText, std::string_view key)
     return GetLanguageText(defaultText, key, kPreferences);
 }
 
-// What a choice may be made with; all of it rests while a job of the window is under way.
+// Enables or disables all controls that change a choice; they are disabled while the window works.
 void EnableChoices(PreferencesForm &form, bool enabled)
 {
     form.tvwDirTree.SetEnabled(enabled);
@@ -48,8 +48,8 @@ void EnableChoices(PreferencesForm &form, bool enabled)
     form.cmdApply.SetEnabled(enabled);
 }
 
-// Asks whether the folder can be read. A disk that does not answer is given up after a while, with
-// events running and no choice possible.
+// Whether the folder can be read. When the disk does not answer, this gives up after a while;
+// meanwhile events run and the choices are disabled.
 FolderAnswer LookAt(const std::string &path, PreferencesForm *form = nullptr)
 {
     platform::Clock &clock = *platform::TheMachine().clock;
@@ -98,7 +98,7 @@ bool IsCatalogueEmpty()
     return records != nullptr && records->IsOpen() && records->AtEnd();
 }
 
-// The folder that the user's songs are likely to be in.
+// The folder that probably has the user's songs.
 std::string MusicFolder()
 {
     for (const std::string &folder :
@@ -113,7 +113,7 @@ std::string StoredFolder()
     return GetSetting(kPreferences, "MP3 Directory");
 }
 
-// A line in place of the list's rows: how many songs the folder in the box has.
+// Shows one line in the list instead of its rows: how many songs the folder in the box has.
 void ShowFileCount(PreferencesForm &form)
 {
     form.Files = catalogue::MP3FilesIn(form.DirList);
@@ -125,7 +125,7 @@ void ShowFileCount(PreferencesForm &form)
     form.LV.SetHint(runtime::Replace(text, "$Count$", std::to_string(count)));
 }
 
-// The change of DirList. Returns what hindered it.
+// Changes DirList. Returns: why it could not be changed, if so.
 FolderAnswer SetDirList(PreferencesForm &form, const std::string &path)
 {
     const FolderAnswer answer = LookAt(path, &form);
@@ -138,8 +138,8 @@ FolderAnswer SetDirList(PreferencesForm &form, const std::string &path)
     return answer;
 }
 
-// The walk from the drive down to the folder in the box, and its files in the list. Each node on
-// the way is selected, so that the selection ends where DirList is.
+// Opens the tree from the drive down to the folder in the box, and lists its files. Each node on
+// the way is selected, so that in the end the selected one is the folder in DirList.
 void OpenTree(PreferencesForm &form)
 {
     const std::string target = form.DirList;
@@ -147,7 +147,7 @@ void OpenTree(PreferencesForm &form)
     for (const std::string &part : form.dirTree->WayTo(target)) {
         const ui::NodeId node = form.dirTree->FindPath(part);
         if (node == ui::kNoNode)
-            break; // not listed, so nothing below it is
+            break; // this folder is not in the tree, so those below it are not either
         form.tvwDirTree.MakeVisible(node);
         form.tvwDirTree.Select(node);
         form.tvwDirTree.SetExpanded(node, true);
@@ -159,7 +159,7 @@ void OpenTree(PreferencesForm &form)
         form.LV.AddRow(name, name, "MP3", {});
 }
 
-// The folder that the box's text means; empty for an empty text.
+// The folder that the text in the box names; empty for an empty text.
 std::string TypedFolder(const PreferencesForm &form)
 {
     std::string text(runtime::Trim(form.txtPath.Text()));
@@ -175,7 +175,7 @@ std::string TypedFolder(const PreferencesForm &form)
     throw runtime::RuntimeError(number, path + ": " + runtime::DescribeError(number));
 }
 
-// Opens the folder that was typed; nothing when the box shows DirList.
+// Opens the folder that was typed; does nothing when the box shows DirList.
 void OpenTypedFolder(PreferencesForm &form)
 {
     if (form.txtPath.Text() == form.DirList)
@@ -237,8 +237,8 @@ void SetChecks(PreferencesForm &form)
         form.LoadTreeOpt[field].SetChecked(GetFlagPreference(LoadKey(field)));
 }
 
-// The window during a regeneration that was started from it: its own bar and the file's name, and
-// no choice.
+// While one exists, the window shows a regeneration that was started in it: its own progress bar
+// and the name of the file, and all choices are disabled.
 class ShownRun
 {
 public:
@@ -251,7 +251,7 @@ public:
         m_form.lblProgress.SetVisible(true);
         catalogue::TheRegenerationControls().Progress =
             [this](std::string_view line, std::int64_t value, std::int64_t maximum) {
-                if (m_before) // the main window shows the run as well
+                if (m_before) // the main window shows the progress too
                     m_before(line, value, maximum);
                 m_form.lblProgress.SetCaption(line);
                 m_form.PBar.SetMax(maximum);
@@ -297,7 +297,8 @@ void ApplyFolder(PreferencesForm &form)
         browser::LoadTreeView(browser::frmMain(), "");
 }
 
-// The folder as it is stored: one that stands in for another leaves that as it is.
+// Stores the folder. When DirList stands in for a folder that is missing, the setting is not
+// changed.
 void SaveFolder(const PreferencesForm &form)
 {
     if (form.standIn.empty() || form.DirList != form.standIn)
@@ -323,7 +324,7 @@ void SaveSettings(const PreferencesForm &form)
     globals.AutoCheckNewerVersion = form.chkAutoCheck.Checked();
 }
 
-// One field after the other: its key is stored, then its group is built or removed where the flag
+// For each field: stores its key, then builds or removes its group in the tree when the flag
 // differs.
 void ApplyFields(const PreferencesForm &form)
 {
@@ -415,7 +416,8 @@ void txtPath_LostFocus(PreferencesForm &form)
     try {
         OpenTypedFolder(form);
     } catch (const runtime::RuntimeError &) {
-        // A box here would swallow the click that leaves. Apply opens the folder again, and tells.
+        // A box here would take the click with which the user leaves the text box. Apply opens the
+        // folder again and reports the error.
     }
 }
 
@@ -467,7 +469,8 @@ bool MayUnloadPreferences(PreferencesForm &form)
 void UnloadPreferences(PreferencesForm &form)
 {
     form.tmrUnload.SetEnabled(false);
-    // A folder that is gone must not leave the process in one that it would hold.
+    // The current folder of the process must not stay in a folder of the tree: that could not be
+    // unmounted.
     if (!form.folderBefore.empty() && !TheFolders().SetCurrentFolder(form.folderBefore))
         TheFolders().SetCurrentFolder("/");
     form.folderBefore.clear();
@@ -481,7 +484,7 @@ void submnuPreferences_Click(const std::function<void()> &showModally)
     const std::string before = TheGlobals().MP3Directory;
     showModally();
     if (catalogue::DataAccess == nullptr)
-        return; // the program was ended from the window
+        return; // the user has ended the program from this window
     TheGlobals().MP3Directory = GetPreference("MP3 Directory");
     if (TheGlobals().MP3Directory != before)
         browser::RegenerateAndLoad(browser::frmMain(), false);

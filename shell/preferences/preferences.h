@@ -1,5 +1,6 @@
-// shell/preferences/preferences.h - frmPref: the folder to catalogue and the flags of section
-// "Preferences"; what load, the tree, the path's box and the buttons do with them.
+// shell/preferences/preferences.h - frmPref: the folder to catalogue and the flags of the section
+// "Preferences": loading the window, and the events of the tree, of the path's text box and of the
+// buttons.
 #pragma once
 
 #include "ui/cDirTree.h"
@@ -25,92 +26,95 @@ struct PreferencesForm : ui::Form {
     ui::Label lblFolders{"Fol&ders:"};
     ui::KeyedTree tvwDirTree;
     ui::Label lblFiles{"&MP3 files:"};
-    ui::KeyedList LV; // the MP3 files of the folder that the tree was opened at
+    ui::KeyedList LV; // the MP3 files of the folder that was opened in the tree
     ui::CheckBox chkDeleteTable{"Delete table before append"};
     ui::Frame frmEditingTags{"Editing Tags"};
     ui::CheckBox chkDoBackUp{"Back Files before editing"};
     ui::CheckBox chkUpdateDB{"Update DB after editing"};
     ui::Frame frmSeekBy{"Seek By"};
-    std::array<ui::CheckBox, 7> LoadTreeOpt; // of the first seven FieldNames; none for "Path"
+    std::array<ui::CheckBox, 7> LoadTreeOpt; // for the first seven FieldNames; "Path" has none
     ui::Frame frmAutomatic{"Automatic"};
     ui::CheckBox chkAutoCheck{"Check for newer version at startup"};
     ui::CheckBox Reload{"Generate DB at startup"};
     ui::CheckBox chkAutoShow{"Show Lyrics when song changes"};
     ui::Button cmdOk{"&OK"}, cmdCancel{"&Cancel"}, cmdApply{"&Apply"};
-    ui::ProgressBar PBar;                 // of a regeneration that was started here
-    ui::Label lblProgress{"", {}, false}; // the file that it is at
+    ui::ProgressBar PBar;                 // for a regeneration that was started here
+    ui::Label lblProgress{"", {}, false}; // the file that the regeneration is reading
 
     // --- Hidden controls.
-    std::string DirList;            // the folder in the box: a path, byte for byte
+    std::string DirList;            // the chosen folder: a path, byte for byte
     std::vector<std::string> Files; // the names of its MP3 files
     std::unique_ptr<ui::cDirTree> dirTree;
     ui::Timer tmrUnload{50}; // closes the window as soon as no disk is waited for
 
-    // --- What the window does. An empty one does nothing.
+    // --- What the window does. An empty function does nothing.
     std::function<void()> unload;         // closes the window
     std::function<bool()> addDesktopIcon; // see ui::DirTreeHost
 
     // --- Fields.
-    std::string standIn;       // DirList where it stands in for a folder that is not there
-    std::string folderBefore;  // the process's current folder before the window
-    bool loading = false;      // the tree is being filled, and does not move DirList
-    bool regenerating = false; // a regeneration that was started here is under way
+    std::string standIn;       // DirList, when it stands in for a stored folder that is missing
+    std::string folderBefore;  // the current folder of the process before the window
+    bool loading = false;      // the tree is being filled and must not change DirList
+    bool regenerating = false; // a regeneration that was started here is running
 };
 
-// The folder that the window starts at. `isStandIn`: it stands in for the stored folder, which is
-// not there, and is not to be taken as the user's choice.
+// The folder that is chosen when the window opens. `isStandIn`: the stored folder is missing and
+// this one stands in for it; it does not count as the user's choice.
 struct StartFolder {
     std::string path;
     bool isStandIn = false;
 };
 
-// The stored folder where it is there, else its nearest parent that is. Where none is stored: the
-// user's music folder, else the home, else the root; the choice of a newcomer while the catalogue
-// is empty.
+// The stored folder, or its nearest parent that exists. When no folder is stored: the user's music
+// folder, else the home folder, else the root; when the catalogue is empty, this counts as a new
+// user's choice.
 StartFolder FindStartFolder();
 
-// Form_Load, in its order.
+// Form_Load, step by step.
 void LoadPreferences(PreferencesForm &form);
 
-// The tree's selection may have changed: its folder goes to DirList, and from there to `txtPath`
-// and the main window's `MP3s`. One that cannot be read brings the selection back; the desktop and
-// the computer change nothing.
+// The selection of the tree may have changed: its folder is copied to DirList, to `txtPath` and to
+// the main window's `MP3s`. When it cannot be read, the former folder is selected again. The nodes
+// of the desktop and of the computer change nothing.
 void DirTree_ChangePath(PreferencesForm &form);
 
-// A key in `txtPath`. Enter (13) opens the tree at the folder that was typed: true, the key goes no
-// further. "~" is the home; other paths start at the process's current folder.
+// Handles a key in `txtPath`. Enter (13) opens the tree at the folder that was typed. "~" is the
+// home folder; a relative path begins at the current folder of the process.
+// Returns: true when the key was Enter, which the box must not get.
 // Errors: kPathNotFound, kPathFileAccess with the path; the text stays.
 bool txtPath_KeyPress(PreferencesForm &form, int key);
 
-// Leaving the box counts as Enter. What is no folder stays in the box, until Apply tells of it.
+// Leaving the box does what Enter does. A text that is not a folder stays in the box; Apply reports
+// it.
 void txtPath_LostFocus(PreferencesForm &form);
 
-// Saves everything: a change of folder regenerates the catalogue first, then each setting is
-// stored and set, then each field whose flag differs is loaded into the tree or removed from it.
-// Errors: as Enter in `txtPath`, and those of the regeneration; `MP3Directory` and
+// Saves everything: when the folder has changed, the catalogue is regenerated first; then each
+// setting is stored and used; then each field whose flag has changed is loaded into the tree or
+// removed from it.
+// Errors: those of Enter in `txtPath` and of the regeneration; `MP3Directory` and
 // `DeleteBeforeAppend` then have their former values.
 void cmdApply_Click(PreferencesForm &form);
 
 void cmdOk_Click(PreferencesForm &form); // applies, then closes
 void cmdCancel_Click(PreferencesForm &form);
 
-// New folder, of the tree's popup: asks for a name and makes the folder of that name in the folder
-// of the selected node, which then shows it.
-// Errors: kFileExists when the name is taken, else FileError, each with the path; nothing is made.
+// The command New folder of the tree's popup menu: asks for a name and makes a folder of that name
+// in the selected folder, which the tree then shows.
+// Errors: kFileExists when the name exists, else FileError, each with the path; nothing is made.
 void NewFolder(PreferencesForm &form);
 
-// Whether the window may close now. Not while a regeneration runs; while a disk is waited for, that
-// wait is ended and the window closes by itself right after.
+// Whether the window can close now. It cannot while a regeneration runs. While the window waits for
+// a disk, this ends the wait, and the window closes by itself a moment later.
 bool MayUnloadPreferences(PreferencesForm &form);
 
-// Form_Unload: puts the process's current folder back.
+// Form_Unload: sets the current folder of the process back.
 void UnloadPreferences(PreferencesForm &form);
 
-// submnuPreferences: shows the window by `showModally`, then regenerates the catalogue when the
-// stored folder is another than before, letter case included.
+// submnuPreferences: shows the window with `showModally`, then regenerates the catalogue when the
+// stored folder is not the same as before; letter case counts.
 void submnuPreferences_Click(const std::function<void()> &showModally);
 
-// Registers the command of the menu. While a regeneration runs it is disabled.
+// Registers the menu's command. It is disabled while a regeneration runs.
 void InstallPreferences();
 
 } // namespace shell

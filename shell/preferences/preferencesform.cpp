@@ -1,4 +1,4 @@
-// What frmPref is made of, and its command.
+// The controls of frmPref, and its command.
 #include "browser/commands.h"
 #include "catalogue/regeneration.h"
 #include "shell/globals.h"
@@ -10,7 +10,8 @@ namespace shell
 namespace
 {
 
-// Inside the frame; room for the folders and the files side by side, less than a small screen.
+// Inside the frame: room for the folders and the files side by side, still smaller than a small
+// screen.
 constexpr int kWidthTwips = 10800, kHeightTwips = 6600;
 
 void AddMembers(PreferencesForm &form)

@@ -21,7 +21,8 @@ namespace shell
 namespace
 {
 
-// The files of one outcome: their lines, and the mark of the plural, which is empty or "s".
+// The files with the same outcome: their lines, and the ending of the plural, which is empty or
+// "s".
 struct Accumulator {
     std::string lines;
     std::string plural;
@@ -38,16 +39,17 @@ struct Outcomes {
     Accumulator added;
     Accumulator updated;
     Accumulator failed;
-    bool rowsLost = false; // the catalogue did not take each row
+    bool rowsLost = false; // the catalogue did not take every row
 };
 
-// One file whose row is settled. One without tags counts as failed here, though its row is in the
-// catalogue.
+// Notes the outcome of one file once its row is settled. A file without tags counts as failed here,
+// although its row is in the catalogue.
 void NoteOutcome(const std::string &element, const catalogue::AddOutcome &outcome,
                  Outcomes &outcomes)
 {
     outcomes.rowsLost |= outcome.rowLost;
-    const std::string shown = runtime::ShownText(element); // a line end in it would forge an entry
+    const std::string shown =
+        runtime::ShownText(element); // a line end in the name could look like another entry
     const std::string line = "    " + shown + "\r";
     if (outcome.result == catalogue::kAdded)
         outcomes.added.Add(line);
@@ -71,7 +73,7 @@ void TakeElement(const std::string &element, catalogue::RowGroups &groups, Outco
     lyrics::AddLyricsFromTXT(element);
 }
 
-// One block of the summary; empty for an empty accumulator. `outcome` follows the verb.
+// One block of the summary; empty when no file has this outcome. `outcome` follows the verb.
 std::string FormatBlock(const Accumulator &files, std::string_view singular,
                         std::string_view plural, std::string_view outcome)
 {

@@ -1,5 +1,4 @@
-// shell/startup/filetypes.h - the program's file types, as the desktop's registry gets them. No
-// state.
+// shell/startup/filetypes.h - registers the program's file types with the desktop. No state.
 #pragma once
 
 #include <optional>
@@ -11,21 +10,21 @@
 namespace shell
 {
 
-// What the registry gets for one type, in the order in which it is written: the extension with the
-// program id, the program id with the description, its open command, and, where an icon number is
-// given, its icon: the command line without its part "%1" in quotation marks, ", " and the number.
+// The values to write to the registry for one type, in their order: the program id for the
+// extension, the description for the program id, its open command, and, when there is an icon
+// number, its icon: the command line without `"%1"`, then ", " and the number.
 std::vector<std::pair<std::string, std::string>>
 PlanAssociation(std::string_view extension, std::string_view programId,
                 std::string_view description, std::string_view commandLine,
                 std::optional<int> iconNumber = std::nullopt);
 
-// Writes that to the registry. Errors: none; a registry that cannot be written has no such type.
+// Writes these values. Errors: none; a registry that cannot be written does not get the type.
 void SetAssociation(std::string_view extension, std::string_view programId,
                     std::string_view description, std::string_view commandLine,
                     std::optional<int> iconNumber = std::nullopt);
 
-// Registers ".qlt" (language files) and then ".qrp" (integrity reports, opened by a program of
-// their own in the program's folder).
+// Registers ".qlt" (language files), then ".qrp" (integrity reports, which another program in the
+// program's folder opens).
 void RegisterFileTypes();
 
 } // namespace shell

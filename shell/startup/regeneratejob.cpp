@@ -26,7 +26,7 @@ namespace
 constexpr std::int64_t kTerminalIntervalMs = 100;
 constexpr std::int64_t kPlainIntervalMs = 1000;
 
-// Shows the status panels of a run on standard output, as often as is of use there.
+// Shows the progress of a regeneration on standard output, at most once in a while.
 class Progress
 {
 public:
@@ -41,7 +41,7 @@ public:
 
     ui::StatusBar &Bar() { return m_bar; }
 
-    // Ends the counting line, so that what follows is on a line of its own.
+    // Ends the line with the count; what is written next begins on a new line.
     void End()
     {
         if (m_shown != m_latest)
@@ -54,9 +54,9 @@ public:
     }
 
 private:
-    // "Playing" says that files are counted, then names each file; "Blank" has the number of files
-    // done, and is empty again at the end of the run. The names are not shown: they may hold what
-    // is no text for a terminal.
+    // The panel "Playing" says that files are being counted, then has the name of each file;
+    // "Blank" has the number of files done, and is empty at the end. The names are not shown: they
+    // may contain control characters.
     void PanelsChanged()
     {
         const std::string &count = m_bar.Panel("Blank").text;
@@ -85,7 +85,7 @@ private:
 
     void Print(const std::string &line)
     {
-        // Back to the start of the line, and what stood there is erased.
+        // Goes back to the start of the line and erases it.
         const char *const format = m_onTerminal ? "\r\033[K%s" : "%s\n";
         std::fprintf(stdout, format, line.c_str());
         m_shown = line;
@@ -93,13 +93,13 @@ private:
 
     ui::StatusBar m_bar{{{"Playing", "", 0, true}, {"Blank", "", 0, true}}};
     bool m_onTerminal;
-    std::string m_latest; // what there is to show
-    std::string m_shown;  // what is on the screen
+    std::string m_latest; // the newest line to show
+    std::string m_shown;  // the line on the screen
     bool m_counted = false;
     std::optional<std::int64_t> m_shownAtMs;
 };
 
-// The terminal in place of the window's controls, for one run.
+// While one exists, the regeneration uses the terminal instead of the controls of a window.
 class TerminalControls
 {
 public:
@@ -109,7 +109,7 @@ public:
         controls.SB = &progress.Bar();
         controls.ShowFailure = [&progress](const std::string &failure) {
             progress.End();
-            // A terminal has no clipboard, and prints at once what is to go there.
+            // A terminal has no clipboard: the text is printed at once.
             platform::TheMachine().desktop->SetClipboardText(failure);
         };
     }
@@ -138,7 +138,7 @@ std::string CutSeparators(std::string folder)
     return folder;
 }
 
-// The walk of one folder changes no setting; says how it becomes the one that the window reads.
+// A regeneration of another folder does not change the setting; this says how to change it.
 void PrintHowToKeep(const std::string &folder)
 {
     if (CutSeparators(GetPreference("MP3 Directory")) == folder)

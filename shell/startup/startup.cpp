@@ -36,14 +36,14 @@ constexpr std::string_view kCatalogueDamaged =
     "of 'Tessaroon.mdb' and run the 'Tessaroon'. Would you like to go to\r"
     "the download page now?";
 constexpr std::string_view kLanguageExtension = ".qlt";
-constexpr std::string_view kNotValidDataBase = "Not ValidDataBase"; // ADOclass's own words
+constexpr std::string_view kNotValidDataBase = "Not ValidDataBase"; // the text that ADOclass sets
 
 platform::Desktop &TheDesktop()
 {
     return *platform::TheMachine().desktop;
 }
 
-// A step of the windows, where there is one.
+// Calls a step of the windows, if it is set.
 template <class... Arguments>
 void Run(const std::function<void(Arguments...)> &step,
          const std::type_identity_t<Arguments> &...arguments)
@@ -52,14 +52,15 @@ void Run(const std::function<void(Arguments...)> &step,
         step(arguments...);
 }
 
-// What keeps this user from writing to the catalogue, in the system's words; empty when nothing
-// does, or when it is absent.
+// Why this user cannot write to the catalogue, in the words of the operating system; empty when the
+// user can, or when there is no catalogue.
 std::string WhyNotWritable()
 {
     const std::string file = AppFile("MP3s.mdb");
     if (const int reason = platform::posix::CheckAccess(file); reason != 0)
         return reason == ENOENT ? std::string() : runtime::FileError(reason, file).description;
-    const int reason = platform::posix::CheckAccess(GetAppPath()); // for the log beside it
+    const int reason =
+        platform::posix::CheckAccess(GetAppPath()); // the log file is made beside the catalogue
     return reason == 0 ? std::string() : runtime::FileError(reason, GetAppPath()).description;
 }
 
@@ -86,8 +87,8 @@ bool RefuseDamagedCatalogue()
     return false;
 }
 
-// The names of the language files in the program's folder, in the order of the file system. A
-// folder that cannot be listed has none to offer.
+// The names of the language files in the program's folder, in the order of the file system; empty
+// when the folder cannot be listed.
 std::vector<std::string> LanguageFileNames()
 {
     std::vector<std::string> names;
@@ -104,8 +105,8 @@ std::vector<std::string> LanguageFileNames()
     return names;
 }
 
-// The path of the language file that the setting names. The menu offers "X.QLT" as "X" and stores
-// "X.qlt": where there is no such file, one whose name differs in letter case alone is taken.
+// The path of the language file that the setting names. The menu shows "X.QLT" as "X" and stores
+// "X.qlt": when there is no such file, a file whose name differs only in letter case is used.
 std::string LanguageFile(const std::string &name)
 {
     std::string path = AppFile(name);
@@ -118,8 +119,8 @@ std::string LanguageFile(const std::string &name)
     return path;
 }
 
-// Everything up to the preferences, which each way of running needs. False when the catalogue is
-// refused.
+// The steps up to the preferences, which every way of running needs. Returns: false when the
+// catalogue is refused.
 bool Prepare(const StartUpWindows &windows)
 {
     DataAccess = std::make_unique<catalogue::ADOclass>();
@@ -127,7 +128,7 @@ bool Prepare(const StartUpWindows &windows)
     globals.HelpFilePath = AppFile("Brandolet.hlp");
     RegisterFileTypes();
     globals.LanguageFilePath = LanguageFile(GetPreference("Language"));
-    Run(windows.LoadMainWindow); // the first touch of the window is what makes it
+    Run(windows.LoadMainWindow); // the first use of the main window creates it
     SetADOFields(*DataAccess);
     if (!CheckCatalogue())
         return false;
@@ -138,8 +139,8 @@ bool Prepare(const StartUpWindows &windows)
     return true;
 }
 
-// The regeneration that the user asked for once and for all. A folder that is not there today must
-// not lock the user out: a box reports it, and the catalogue is shown as it is.
+// The regeneration at each start, which the user has chosen. When the folder is missing today, the
+// program must still start: a box reports it, and the catalogue is shown as it is.
 void RefreshAtStartUp(const StartUpWindows &windows)
 {
     try {

@@ -1,6 +1,6 @@
-// shell/startup/startup.h - the program's entry: opens the catalogue or refuses it, reads the
-// preferences, then works as a batch job or brings the main window up. Needs the ports of
-// platform/machine.h and the program's folder (shell/apppath.h).
+// shell/startup/startup.h - the start of the program: opens the catalogue or refuses it, reads the
+// preferences, then runs the batch or shows the main window. Needs the ports of platform/machine.h
+// and the program's folder (shell/apppath.h).
 #pragma once
 
 #include "runtime/error.h"
@@ -19,60 +19,62 @@ class ADOclass;
 namespace shell
 {
 
-// What start-up asks of the windows, in the order in which it does. app/ fills it in; what is empty
-// is passed over, as in a terminal, where there are no windows.
+// What start-up asks of the windows, in the order of the calls. app/ sets these; an empty one is
+// skipped, as in a terminal, which has no windows.
 struct StartUpWindows {
-    std::function<void()> LoadMainWindow;   // frmMain is made, and stays hidden
+    std::function<void()> LoadMainWindow;   // frmMain is made, still hidden
     std::function<void(bool)> ShowWebStyle; // check mark of submnuWebStyle; WEPath is emptied
-    std::function<void()> ShowSplash;       // in its role at start
+    std::function<void()> ShowSplash;       // in its role at the start
     std::function<void(bool)> ListRefresh;  // with or without a progress bar
     std::function<void()> SizeMainWindow;   // TV, LV visible, TBAddress enabled, window around
     std::function<void(const std::vector<std::string> &)> BuildLanguageMenu; // the captions
     std::function<void()> LoadShellIcons;               // those of ".mp3", then of ".m3u"
     std::function<void(std::string_view)> LoadTreeView; // a field, or "" for all
-    std::function<void()> ArmSplashTimer;               // CloseIt ends the splash by itself
+    std::function<void()> ArmSplashTimer;               // CloseIt closes the splash by itself
 };
 
-// The whole of start-up. `elements`: the paths of the command line (shell/startup/batch.h), none
-// for the windows.
-// Returns: nothing when the program lives on in its windows; else the exit status with which the
-//          process has to end: 0 after a batch whose summary was written, kRowsLost where that
-//          names lost rows, kRefused for a refused catalogue.
-// Errors:  RuntimeError of any step; no handler is in force. See ShowRuntimeError.
+// The whole start-up. `elements`: the paths of the command line (shell/startup/batch.h); empty to
+// show the windows.
+// Returns: nothing when the program goes on in its windows; else the exit status: 0 after a batch
+// whose summary was written, kRowsLost when the summary names lost rows, kRefused when the
+// catalogue was refused.
+// Errors: a RuntimeError of any step, uncaught. See ShowRuntimeError.
 std::optional<int> Main(const std::vector<std::string> &elements, const StartUpWindows &windows);
 
-// The same up to the preferences, then the regeneration of `folder`
+// The same steps up to the preferences, then the regeneration of `folder`
 // (shell/startup/regeneratejob.h).
-// Returns: the exit status, 0, kRowsLost or kRefused. Errors: as above; kPathNotFound for an absent
-//          folder.
+// Returns: the exit status: 0, kRowsLost or kRefused.
+// Errors: as above; kPathNotFound for a missing folder.
 int MainRegenerate(const std::string &folder, const StartUpWindows &windows);
 
-// Configures `target` for the catalogue in the program's folder.
+// Sets the fields of `target` for the catalogue in the program's folder.
 void SetADOFields(catalogue::ADOclass &target);
 
-// The exit status of a start that was refused or failed.
+// The exit status when the catalogue was refused or the start has failed.
 inline constexpr int kRefused = 1;
 
-// The exit status of a job whose songs did not all get their row, though they could be read: the
-// disk is full, or another program holds the catalogue. The job's report names them.
+// The exit status when the catalogue did not take the rows of all songs that could be read: the
+// disk is full, or another program has the catalogue locked. The summary or the report names the
+// songs.
 inline constexpr int kRowsLost = 3;
 
-// Reads `Validations` and compares its version. False when the catalogue is refused: too old, not
-// a whole catalogue, or absent; the user was told. The file is only read.
-// Errors: RuntimeError when its version is no version.
+// Reads the table `Validations` and compares the version. Returns: false when the catalogue is too
+// old, incomplete or missing; a box has said so. The file is only read.
+// Errors: RuntimeError when the version cannot be parsed.
 bool CheckCatalogue();
 
 // Reads the preferences into TheGlobals().
 void ReadPreferences();
 
-// The names of the language files in the program's folder without their extension, in the order in
-// which the file system yields them.
+// The names of the language files in the program's folder without their extension, in the order of
+// the file system.
 std::vector<std::string> FindLanguages();
 
-// The box for an error that no handler took: its number and its words.
+// The box for an error that nothing caught: its number and its description.
 void ShowRuntimeError(const runtime::RuntimeError &error);
 
-// The page from which a catalogue can be had again; a reserved domain until the publisher has one.
+// The page from which a new catalogue can be downloaded: in a reserved domain, until there is a
+// real one.
 inline constexpr std::string_view kDownloadPage =
     "http://www.quenlin.example/Quenlin/downloadfiles-index.htm";
 
