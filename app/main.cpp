@@ -16,8 +16,8 @@ namespace
 
 constexpr int kWrongUsage = 2;
 
-// A file that is opened while one of these is closed would take its number, and messages would be
-// written into it.
+// A file that is opened while one of these is closed would get its number, and messages would be
+// written into that file.
 void OpenStandardStreams()
 {
     for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
@@ -26,7 +26,7 @@ void OpenStandardStreams()
 }
 
 #ifdef QUENLIN_HAS_WINDOWS
-// Whether a person may sit at the other end of the messages or the answers.
+// Whether a user may be reading the messages or typing answers.
 bool HasTerminal()
 {
     return isatty(STDIN_FILENO) != 0 || isatty(STDERR_FILENO) != 0;
@@ -44,9 +44,10 @@ int Print(std::string_view text, std::FILE *stream, int status)
 int main(int argc, char **argv)
 {
     OpenStandardStreams();
-    std::signal(SIGPIPE, SIG_IGN); // a reader that went away does not stop a job in its middle
-    std::signal(SIGXFSZ,
-                SIG_IGN); // a file at its limit is an error of its write, and reported as one
+    std::signal(SIGPIPE, SIG_IGN); // a reader that has ended must not stop a job in the middle
+    std::signal(
+        SIGXFSZ,
+        SIG_IGN); // writing beyond the limit of a file's size fails, and is reported as an error
     app::ConnectModules();
     const auto options =
         app::ParseOptions(std::vector<std::string>(argv + (argc > 0), argv + argc));

@@ -1,11 +1,11 @@
-// app/modulehooks.h - plugs together what calls up: the reader and the writer of songs, the
-// catalogue and the player.
+// app/modulehooks.h - connects the calls that point up: from reading and writing of songs to the
+// catalogue and to the player.
 #pragma once
 
 namespace app
 {
 
-// Fills the hooks of the modules below. Once, before Main runs.
+// Sets the hooks of the lower modules. To be called once, before Main runs.
 void ConnectModules();
 
 } // namespace app

@@ -1,4 +1,4 @@
-// app/options.h - what the command line asks for.
+// app/options.h - the options of the command line.
 #pragma once
 
 #include <string>
@@ -14,23 +14,24 @@ enum class Job {
     Regenerate, // --regenerate FOLDER
     Help,       // --help
     Version,    // --version
-    Mistake,    // a command line that cannot be
+    Mistake,    // an invalid command line
 };
 
 struct Options {
     Job job = Job::Window;
-    std::vector<std::string> paths; // as given; for Regenerate the folder alone
-    std::string mistake;            // for Mistake: what is wrong, one line
+    std::vector<std::string> paths; // unchanged; for Regenerate only the folder
+    std::string mistake;            // for Mistake: the reason, one line
 };
 
-// Sorts the arguments after the program's name. A word that begins with "--" is an option; "--"
-// alone ends the options, and all that follows are paths. Of --help and --version the first counts.
+// Parses the arguments after the program's name. A word that begins with "--" is an option; "--"
+// alone ends the options, and all words after it are paths. When --help and --version are both
+// given, the first one counts.
 Options ParseOptions(const std::vector<std::string> &arguments);
 
-// How to use the program: lines that end in LF.
+// The help text for the terminal; its lines end in LF.
 std::string_view UsageText();
 
-// "Quenlin 1.6.9" and LF.
+// "Quenlin 1.6.9" and an LF.
 std::string VersionText();
 
 } // namespace app

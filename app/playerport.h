@@ -1,4 +1,4 @@
-// app/playerport.h - the players that the program can speak to, by name.
+// app/playerport.h - the players that the program can control, by name.
 #pragma once
 
 #include "platform/player.h"
@@ -9,10 +9,11 @@
 namespace app
 {
 
-// The name of the player: key "Player" of section "Extras" in the settings in use.
+// The name of the player in use: the setting "Player" in the section "Extras".
 std::string PlayerName();
 
-// The port of the player with this name; for any other name one that says so at its first use.
+// The port for the player with this name. For an unknown name, a port that reports this at its
+// first use.
 std::unique_ptr<platform::Player> MakePlayer(const std::string &name);
 
 } // namespace app

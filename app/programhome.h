@@ -1,13 +1,13 @@
-// app/programhome.h - tells the program which folder is its own.
+// app/programhome.h - finds and prepares the program's own folder.
 #pragma once
 
 namespace app
 {
 
-// Sets the program's folder (shell/apppath.h) and the code page of the user's locale; fills the
-// folder on the very first start of an installed program, from share/quenlin beside its bin, and
-// puts a shipped file again that a power cut left torn.
-// Errors: FileError (runtime/error.h) when that first start fails.
+// Sets the program's folder (shell/apppath.h) and the code page of the user's locale. On the very
+// first start of an installed program, fills the folder from share/quenlin beside the program's
+// bin. Copies a shipped file again that a power cut has left incomplete.
+// Errors: FileError (runtime/error.h) when filling the folder fails.
 void SettleIn();
 
 } // namespace app

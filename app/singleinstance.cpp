@@ -17,10 +17,11 @@ namespace app
 namespace
 {
 
-constexpr const char *kTokenVariable = "XDG_ACTIVATION_TOKEN"; // the leave to come forward
+constexpr const char *kTokenVariable =
+    "XDG_ACTIVATION_TOKEN"; // the right to bring a window to the front
 
-// A folder of the user's alone among the system's temporary files; empty where another user has
-// taken its name, or opened it to others.
+// A private folder of the user among the temporary files; empty when another user owns a folder of
+// that name, or when others may write to it.
 std::string TemporaryFolder()
 {
     const std::string folder = "/tmp/quenlin-" + std::to_string(getuid());
@@ -31,7 +32,8 @@ std::string TemporaryFolder()
     return isOwn ? folder : std::string();
 }
 
-// The socket's place: the user's own run-time folder, named after the catalogue's folder.
+// The path of the socket: in the user's run-time folder, with a name made from the catalogue's
+// folder.
 std::string SocketPath(const std::string &programFolder)
 {
     const char *runTime = std::getenv("XDG_RUNTIME_DIR");
@@ -58,7 +60,7 @@ SingleInstance::SingleInstance(const std::string &programFolder) : m_path(Socket
 
 SingleInstance::~SingleInstance()
 {
-    delete m_server; // its socket goes before the lock does
+    delete m_server; // removes the socket before the lock is released
     if (m_lock >= 0)
         close(m_lock);
 }
@@ -66,14 +68,15 @@ SingleInstance::~SingleInstance()
 void SingleInstance::Listen()
 {
     const QString path = QString::fromLocal8Bit(m_path.c_str());
-    QLocalServer::removeServer(path); // of a run that was killed: this one has the lock
+    QLocalServer::removeServer(
+        path); // a run that was killed has left it; this process has the lock
     m_server = new QLocalServer(this);
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
     connect(m_server, &QLocalServer::newConnection, this, [this] { Answer(); });
     m_server->listen(path);
 }
 
-// The caller sends its token and closes; one that sends nothing is not waited for.
+// The caller sends its token and closes the connection. This waits only 200 ms for the token.
 void SingleInstance::Answer()
 {
     constexpr int kPatienceMs = 200;

@@ -1,5 +1,5 @@
-// app/singleinstance.h - one running program per user and catalogue; a second start calls the
-// first.
+// app/singleinstance.h - makes sure that the program runs only once for each user and catalogue; a
+// second start calls the first.
 #pragma once
 
 #include <QObject>
@@ -14,15 +14,15 @@ namespace app
 class SingleInstance : public QObject
 {
 public:
-    // `programFolder`: the folder of the catalogue. Errors: none; without a place for the socket
-    // every start counts as the first.
+    // `programFolder`: the folder of the catalogue. Errors: none; when the socket cannot be made,
+    // each start counts as the first.
     explicit SingleInstance(const std::string &programFolder);
     ~SingleInstance() override;
 
-    // True when this is the first; it then listens, and `onCalled` runs for each later start.
+    // True when this start is the first. It then listens, and `onCalled` runs for each later start.
     bool IsFirst() const { return m_first; }
 
-    // Asks the first one to come forward, and hands on the desktop's leave to do so.
+    // Asks the first one to come to the front, and passes it the desktop's permission to do so.
     void CallFirst() const;
 
     std::function<void()> onCalled;
@@ -34,7 +34,7 @@ private:
     std::string m_path; // of the socket; its lock file has ".lock" after it
     int m_lock = -1;
     bool m_first = true;
-    QLocalServer *m_server = nullptr; // owned by this object; null where it is not the first
+    QLocalServer *m_server = nullptr; // owned by this object; null when this start is not the first
 };
 
 } // namespace app

@@ -26,7 +26,7 @@ namespace app
 namespace
 {
 
-// The events of a terminal are signals. A walk under way ends at its next file, in its own order.
+// In a terminal the only events are signals. A regeneration ends in order after the current file.
 class Terminal : public platform::terminal::TerminalDesktop
 {
 public:
@@ -39,7 +39,7 @@ public:
     }
 };
 
-// The ports of a terminal, in use while this lives.
+// While one exists, the ports of a terminal are in use.
 class TerminalMachine
 {
 public:
@@ -48,19 +48,20 @@ public:
         platform::Machine &machine = platform::TheMachine();
         machine.desktop = &m_desktop;
         machine.settings = &m_settings;
-        m_player = MakePlayer(PlayerName()); // may play a song whose lyrics are to be written
+        m_player =
+            MakePlayer(PlayerName()); // it may be playing a song whose lyrics are to be written
         machine.player = m_player.get();
         machine.fileTypes = &m_fileTypes;
         machine.drives = &m_drives;
         machine.clock = &m_clock;
         catalogue::TheLockWaitCalls().ShowLine = [this](std::string_view line) {
             if (!line.empty())
-                m_terminal.SetClipboardText(line); // which prints it
+                m_terminal.SetClipboardText(line); // prints it
         };
         m_settings.onCannotStore = shell::ShowSettingsFailure;
     }
 
-    // The orderly end: the catalogue's file is whole by itself, the settings are stored.
+    // Ends in order: the catalogue is one complete file again, the settings are stored.
     ~TerminalMachine()
     {
         catalogue::DataAccess.reset();
@@ -119,7 +120,7 @@ int RunInTerminal(const Options &options)
         shell::ShowRuntimeError(runtime::RuntimeError(runtime::kOutOfMemory));
         return shell::kRefused;
     } catch (const platform::EndRequested &end) {
-        return 128 + end.signalNo; // as shells report the end by a signal
+        return 128 + end.signalNo; // the status that shells use for an end by a signal
     }
 }
 

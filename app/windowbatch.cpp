@@ -38,13 +38,14 @@ int Batch(const std::vector<std::string> &given, std::unique_ptr<shell::frmSplas
     return shell::Main(paths, steps).value_or(0);
 }
 
-// Ends the process: with 0 when the toolkit came up. It fails without words and without a core.
+// Ends the process: with 0 when the toolkit could start. If it cannot, no message and no core file
+// is written.
 [[noreturn]] void TryToolkit(int argc, char **argv)
 {
     const rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
     dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), STDERR_FILENO);
-    unsetenv("SESSION_MANAGER"); // it is no client of the session
+    unsetenv("SESSION_MANAGER"); // the session manager must not know this process
     const QGuiApplication toolkit(argc, argv);
     _exit(0);
 }
@@ -74,7 +75,7 @@ int RunBatchInWindows(int argc, char **argv, const std::vector<std::string> &pat
     } catch (const runtime::RuntimeError &error) {
         shell::ShowRuntimeError(error);
     } catch (const platform::EndRequested &end) {
-        status = 128 + end.signalNo; // as shells report the end by a signal
+        status = 128 + end.signalNo; // the status that shells use for an end by a signal
     }
     return status;
 }

@@ -46,18 +46,18 @@ namespace app
 namespace
 {
 
-constexpr int kEndAgainMs = 50; // until a step that cannot end now is asked again
+constexpr int kEndAgainMs = 50; // until a step that could not end is asked again
 
 // The windows of one run.
 struct Windows {
     std::unique_ptr<browser::frmMainWindow> main;
-    std::unique_ptr<search::frmSearchWindow> search; // once it was asked for
+    std::unique_ptr<search::frmSearchWindow> search; // made when the user first asks for it
     QPointer<shell::frmSplash> splash, about;        // each deletes itself
-    bool ended = false;                              // the main form was unloaded
-    std::shared_ptr<void> online;                    // checks for newer versions
+    bool ended = false;                              // the main window was unloaded
+    std::shared_ptr<void> online;                    // the checks for newer versions
 };
 
-// The about box is one window: choosing it again brings the open one to the front.
+// There is one about box: choosing the command again brings it to the front.
 void ShowAbout(Windows &windows)
 {
     if (windows.about == nullptr)
@@ -66,7 +66,7 @@ void ShowAbout(Windows &windows)
     windows.about->ShowSplash(true);
 }
 
-// The search window stays loaded: choosing it again shows it as it was.
+// The search window stays loaded: choosing the command again shows it as it was.
 void ShowSearch(Windows &windows)
 {
     if (windows.search == nullptr) {
@@ -76,7 +76,7 @@ void ShowSearch(Windows &windows)
     windows.search->Present();
 }
 
-// Lets the toolkit drive a timer of logic for as long as the result lives.
+// Makes the toolkit run a timer while the result exists.
 std::shared_ptr<void> DriveTimer(ui::Timer &timer)
 {
     auto driver = std::make_shared<QObject>();
@@ -139,29 +139,29 @@ shell::StartUpWindows StepsOf(Windows &windows)
     return steps;
 }
 
-// Ends the program as the user's Quit does: in order, after a running walk's current file. It is
-// asked again until the end has come: what waits for an answer has to come to its own end first.
+// Ends the program as the user's Quit does: in order, and after the current file of a regeneration.
+// This is called again until the end has come, because what waits for an answer must end first.
 void End(const Windows &windows)
 {
     if (windows.ended || windows.main == nullptr)
         return;
     if (QWidget *box = QApplication::activeModalWidget(); box != nullptr) {
-        catalogue::StopRegeneration(); // of a window that lets itself be closed after it
-        box->close();                  // which answers it with No
+        catalogue::StopRegeneration(); // for a window that can be closed only when it has stopped
+        box->close();                  // this answers it with No
         return;
     }
     if (windows.main->isVisible()) {
         browser::CloseMainForm(browser::frmMain());
         return;
     }
-    // Still starting, nothing is unsaved. Leaving the loop closes no window, so that the splash
-    // does not bring the main window up.
+    // Still starting: nothing is unsaved. Leaving the loop closes no window, so the splash does not
+    // show the main window.
     catalogue::StopRegeneration();
     QCoreApplication::exit(0);
 }
 
-// The session is about to end, and may yet go on: what the end would save is saved now. When it
-// does end, the session manager closes the window.
+// The session may be about to end, or may go on: saves what the end of the program would save. If
+// it does end, the session manager closes the window.
 void SaveForLogout(const Windows &windows)
 {
     if (windows.ended || windows.main == nullptr || !windows.main->isVisible())
@@ -171,7 +171,7 @@ void SaveForLogout(const Windows &windows)
     platform::TheMachine().settings->Flush();
 }
 
-// Ends the program when a signal asked for it, as soon as the step under way lets it.
+// Ends the program when a signal has asked for it, as soon as the current step allows it.
 class EndWatch
 {
 public:
@@ -181,7 +181,7 @@ public:
         m_again.setInterval(kEndAgainMs);
         QObject::connect(&m_again, &QTimer::timeout, &m_again, [&windows] { End(windows); });
         QObject::connect(&m_signal, &QSocketNotifier::activated, &m_again, [this, &windows] {
-            m_signal.setEnabled(false); // it stays readable
+            m_signal.setEnabled(false); // the descriptor stays readable
             m_again.start();
             End(windows);
         });
@@ -200,7 +200,7 @@ int StartAndRun(Windows &windows)
     return QApplication::exec();
 }
 
-// Runs the program; whatever way it ends, the windows are gone before the ports.
+// Runs the program. However it ends, the windows are destroyed before the ports.
 int RunFirst(Windows &windows)
 {
     int status = shell::kRefused;

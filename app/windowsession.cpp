@@ -46,12 +46,13 @@ WindowMachine::WindowMachine()
     platform::qt::TheBoxWords() = [](std::string_view text, std::string_view key) {
         return shell::GetLanguageText(text, key, "Boxes");
     };
-    // The box waits for a turn of the loop of its own: the failure is reported between two turns.
+    // The box must not open inside the call: the failure is reported between two turns of the event
+    // loop.
     m_settings.onCannotStore = [this](const std::string &path, int why) {
         QTimer::singleShot(0, &m_turns, [path, why] { shell::ShowSettingsFailure(path, why); });
     };
-    // What one turn of the event loop stored goes to the file before the next one is waited
-    // for.
+    // What was stored during one turn of the event loop is written to the file before the next
+    // turn.
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
                      &m_turns, [this] { m_settings.Flush(); });
 }
@@ -66,7 +67,8 @@ WindowMachine::~WindowMachine()
     platform::TheMachine() = platform::Machine();
 }
 
-// In the status bar, which shows what it had again when the wait is over, and on the splash.
+// Shows the line in the status bar, which gets its former text back after the wait, and on the
+// splash.
 void WindowMachine::ShowWait(std::string_view line)
 {
     constexpr std::string_view kPanel = "Playing";
@@ -83,7 +85,7 @@ void WindowMachine::ShowWait(std::string_view line)
 namespace
 {
 
-// What the toolkit said while the display was opened.
+// The messages of the toolkit while the display was opened.
 QStringList &Said()
 {
     static QStringList said;
@@ -127,7 +129,8 @@ WindowSession::WindowSession(int &argc, char **argv)
     application.tellError = shell::ShowRuntimeError;
     QApplication::setApplicationName(QStringLiteral("quenlin"));
     QGuiApplication::setDesktopFileName(QString::fromLatin1(platform::kApplicationId));
-    QApplication::setQuitOnLastWindowClosed(false); // the splash closes before the window shows
+    QApplication::setQuitOnLastWindowClosed(
+        false); // the splash closes before the main window is shown
 }
 
 } // namespace app

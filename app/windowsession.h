@@ -1,5 +1,6 @@
-// app/windowsession.h - what every run with windows needs: the toolkit's application, the look
-// and the ports of a desktop, in use while it lives; their orderly end when it is destroyed.
+// app/windowsession.h - what every run with windows needs: the toolkit's application object, the
+// look, and the ports of a desktop. They are in use while it exists; its destructor ends them in
+// order.
 #pragma once
 
 #include "app/playerport.h"
@@ -26,7 +27,7 @@
 namespace app
 {
 
-// The ports of a desktop, in use while this lives.
+// While one exists, the ports of a desktop are in use.
 class WindowMachine
 {
 public:
@@ -53,11 +54,11 @@ private:
     platform::web::CurlWeb m_web;
 #endif
     QObject m_turns;
-    std::string m_panelBefore; // what the status bar showed before a wait
+    std::string m_panelBefore; // the text of the status bar before a wait
 };
 
-// While this lives, a display that cannot be opened ends the program with one sentence and status
-// 1, in place of the toolkit's lines and an abort. What the toolkit only warns of is printed at the
+// While one exists, a display that cannot be opened ends the program with one sentence and status
+// 1; the toolkit would write several lines and abort. Warnings of the toolkit are printed at the
 // end.
 class DisplayOpening
 {
@@ -69,7 +70,7 @@ public:
 };
 
 // The members are in the order in which they are made; the ports are destroyed before the
-// application.
+// application object.
 struct WindowSession {
     // `argc` and `argv` are those of main and outlive the session.
     WindowSession(int &argc, char **argv);
