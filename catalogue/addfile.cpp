@@ -26,23 +26,23 @@ namespace catalogue
 namespace
 {
 
-// The marker of the statement that carries tag texts, so that a "?" in a tag goes in unharmed. A
-// value that holds this character takes the later ones into itself.
+// The marker in the statement with the tags' texts, so that a "?" in a tag is not one. When a value
+// itself contains this character, the later values take the wrong places.
 constexpr std::string_view kTagMarker = "¹";
 
-// The columns of a row that the tag gives, in their order: Title, Artist, ..., Lyrics.
+// The columns of a row that come from the tag, in this order: Title, Artist, ..., Lyrics.
 constexpr std::size_t kTagColumns = 7;
 constexpr std::size_t kArtistColumn = 1;
 constexpr int kDuplicatedColumn = 9;
 
-// The statement with the path in its text, for values that hold the marker.
+// The statement with the path as part of its text: for values that contain the marker.
 std::string InsertStatement(const std::string &path)
 {
     return "INSERT INTO MP3s\rVALUES (¹, ¹, ¹, ¹, ¹, ¹, ¹, '" + runtime::Replace(path, "'", "''") +
            "', ¹, 0)";
 }
 
-// The same statement with each value in its place.
+// The same statement with all values bound to their places.
 Statement BoundInsert(const std::string &path, std::vector<Value> values, std::string label)
 {
     constexpr std::string_view kWords = "INSERT INTO MP3s\rVALUES (¹, ¹, ¹, ¹, ¹, ¹, ¹, ¹, ¹, 0)";
@@ -56,7 +56,7 @@ Statement BoundInsert(const std::string &path, std::vector<Value> values, std::s
     return statement;
 }
 
-// One call of AddOrUpdateMP3.
+// The state of one call of AddOrUpdateMP3.
 struct Addition {
     const std::string &path;
     std::string &reason;
@@ -64,8 +64,8 @@ struct Addition {
     metadata::ID3v2Tag tag;
 };
 
-// The trap: a run-time failure in `step` makes the result kFailed, and the next step goes on. So a
-// failure ahead of the steps that set the result can still end in kAdded or kUpdated.
+// Runs `step`. An error at run time sets the result to kFailed and is caught, and the next step
+// follows. So a call that had an error can still return kAdded or kUpdated.
 template <class Step>
 void Guarded(Addition &addition, const Step &step)
 {
@@ -76,7 +76,8 @@ void Guarded(Addition &addition, const Step &step)
     }
 }
 
-// The row is written all the same, with empty values; the lyrics are the only text left alone.
+// Sets empty values for the row, which is written nevertheless; the lyrics are the only text that
+// is kept.
 void BlankTag(Addition &addition)
 {
     addition.result = kUntagged;
@@ -88,8 +89,8 @@ void BlankTag(Addition &addition)
     tag.Track = 0;
 }
 
-// Reads the file's tags into the common form. False when it is no readable file: the reason then
-// has the system's words.
+// Reads the tags of the file. Returns: false when the file cannot be read; the reason then has the
+// operating system's words.
 bool ReadTags(Addition &addition)
 {
     metadata::ID3v1Tag oldTag;
@@ -109,8 +110,8 @@ bool ReadTags(Addition &addition)
     return true;
 }
 
-// The last label that was asked for. Within a group of rows, which is some 100 ms, the files of a
-// device all have the same one.
+// The last label that was asked for. While a group of rows is open, which lasts about 100 ms, all
+// files of a device get the same label.
 struct State {
     std::uint64_t groupNo = 0;
     std::uint64_t device = 0;
@@ -123,8 +124,8 @@ State &TheState()
     return state;
 }
 
-// The label of the disk that holds the file, so that the user can be asked for it later; empty on a
-// fixed disk.
+// The label of the disk with the file, so that the program can ask the user to insert it later;
+// empty for a fixed disk.
 std::string AskForLabel(const std::string &path)
 {
     platform::Drives &drives = *platform::TheMachine().drives;
@@ -140,21 +141,21 @@ std::string DiskLabel(const std::string &path, std::uint64_t groupNo)
     const std::uint64_t device = metadata::RawTagsFile().device;
     if (last.groupNo == groupNo && last.device == device && groupNo != 0 && device != 0)
         return last.label;
-    last.groupNo = 0; // no label is kept of a question that fails
+    last.groupNo = 0; // if the question fails, no label is remembered
     last.label = AskForLabel(path);
     last.device = device;
     last.groupNo = groupNo;
     return last.label;
 }
 
-// The reason of a file whose row was written and then lost, with the words of the failure.
+// The reason for a file whose row was written and then lost, with the words of the failure.
 std::string LostRowReason(const std::string &lost)
 {
     return "Error: " + lost + "\r";
 }
 
-// Runs the statement of a step; true when it succeeded. Nothing is written any more when the
-// program was ended in an event handler while the step waited for another process.
+// Runs the statement of a step. Returns: whether it succeeded. When an event handler has ended the
+// program while the step waited for another process, nothing is written any more.
 bool RunStatement(ADOclass &access, const std::string &statement, StatementKind kind,
                   std::vector<Value> values, const Marker &marker)
 {
@@ -171,8 +172,8 @@ bool HoldsMarker(const std::vector<Value> &values)
     });
 }
 
-// Inserts the row of `path`. Where a value holds the marker, the later ones land in the wrong
-// places; the row is then brought to its true values before anyone can see it.
+// Inserts the row of `path`. When a value contains the marker, the later values take the wrong
+// places; the row is then updated with the right values before any other process can read it.
 void InsertRow(ADOclass &access, const std::string &path, std::vector<Value> values,
                std::string label)
 {
@@ -192,7 +193,7 @@ void InsertRow(ADOclass &access, const std::string &path, std::vector<Value> val
         writes.Keep();
 }
 
-// The genre goes in by its name.
+// The row gets the name of the genre.
 void AddRow(ADOclass &access, Addition &addition, std::uint64_t groupNo)
 {
     if (addition.result != kUntagged)
@@ -206,8 +207,8 @@ void AddRow(ADOclass &access, Addition &addition, std::uint64_t groupNo)
     });
 }
 
-// Whether each row of the file holds what an update would give it. The artist of a duplicate is the
-// user's, a null is no empty text.
+// Whether each row of the file has the values already that an update would write. A row marked as a
+// duplicate keeps its own artist, and null is not equal to the empty text.
 bool IsUpToDate(Recordset &rows, const std::vector<Value> &values)
 {
     if (rows.FieldCount() <= kDuplicatedColumn)
@@ -225,9 +226,9 @@ bool IsUpToDate(Recordset &rows, const std::vector<Value> &values)
     return true;
 }
 
-// The genre goes in as it stands in the tag: a number from an ID3v1 tag stays a number. The file's
-// duplicates keep their artist. How `Edit1` went has no influence on the result. Rows that would
-// not change are left alone.
+// Writes the genre as it is in the tag: the number of an ID3v1 tag stays a number. Rows marked as
+// duplicates keep their artist. The result of `Edit1` does not change the result of the call. Rows
+// that have the values already are not written.
 void UpdateRows(ADOclass &access, Addition &addition, Recordset &rows)
 {
     addition.result = kUpdated;
@@ -242,7 +243,7 @@ void UpdateRows(ADOclass &access, Addition &addition, Recordset &rows)
     Guarded(addition, [&] { RunStatement(access, "Edit2", kStoredUpdate, values, "?"); });
 }
 
-// The rows of exactly this path; null where the look-up failed.
+// The rows with exactly this path; null when the look-up failed.
 RecordsetPtr RowsOf(ADOclass &access, const std::string &path)
 {
     std::vector<Value> values;
@@ -254,11 +255,11 @@ RecordsetPtr RowsOf(ADOclass &access, const std::string &path)
     return DataAccess != nullptr && access.Succeeded ? Records(outcome) : nullptr;
 }
 
-// What became of the look-up. Outdated: the file is no longer what was read, and nothing was
+// The result of the look-up. Outdated: the file has changed since it was read, and nothing was
 // written.
 enum class LookUp { Failed, Unknown, Known, Outdated };
 
-// As often as a file that changes all the time is read again.
+// How often a file that keeps changing is read again.
 constexpr int kMostReads = 5;
 
 // Whether the file has changed since its tags were read.
@@ -269,8 +270,9 @@ bool HasChanged(const std::string &path)
     return seen && platform::TheMachine().files->Identify(path, now) == 0 && now != *seen;
 }
 
-// The look-up of the path and its row, in one step for other processes. What undid it, if anything.
-// `isLast`: the row is written also where the file has changed meanwhile.
+// Looks up the path and writes its row, as one step for other processes. Returns: the failure that
+// undid the step, or an empty text. `isLast`: write the row even when the file has changed
+// meanwhile.
 std::string WriteInStep(Addition &addition, LookUp &found, bool isLast)
 {
     if (DataAccess == nullptr)
@@ -283,13 +285,12 @@ std::string WriteInStep(Addition &addition, LookUp &found, bool isLast)
         if (rows != nullptr)
             found = rows->AtEnd() ? LookUp::Unknown : LookUp::Known;
     });
-    // A program that edits the song brings its row to the new tags when it gets the catalogue.
-    // Where this program has had the catalogue since before it read the song, that comes behind
-    // this step. Otherwise it may have come before, and the tags that were read may be the old
-    // ones.
+    // Another program that edits the song updates its row when it gets the lock of the catalogue.
+    // If this process has had the lock since before it read the song, that update comes after this
+    // step. Otherwise it may have come before, and the tags that were read may be the old ones.
     if (found != LookUp::Failed && !isLast && step.HasBegun() && HasChanged(addition.path))
         found = LookUp::Outdated;
-    // A look-up that failed says nothing: adding a row would make a second one of a known file.
+    // After a failed look-up no row is added: the file may have one already.
     if (found == LookUp::Known)
         UpdateRows(access, addition, *rows);
     else if (found == LookUp::Unknown)
@@ -301,7 +302,7 @@ std::string WriteInStep(Addition &addition, LookUp &found, bool isLast)
     return step.Finish();
 }
 
-// To be called after the step, as it yields. A failure here changes nothing.
+// To be called after the step, because it yields. A failure here changes nothing.
 void ShowWhatWasDone(LookUp found)
 {
     try {
@@ -310,13 +311,13 @@ void ShowWhatWasDone(LookUp found)
         else if (found == LookUp::Unknown)
             shell::ShowProgressText("Adding new MP3...", "AddingNewMP3");
     } catch (const runtime::RuntimeError &) {
-        return; // the row is as it is
+        return; // the row was not changed
     }
 }
 
 using Done = std::function<void(AddOutcome)>;
 
-// Calls `done` before any event can run.
+// Calls `done` before any event runs.
 std::int16_t AddOrUpdate(const std::string &path, std::string &reason, const Done &done)
 {
     Addition addition{path, reason, kFailed, {}};
@@ -354,7 +355,8 @@ std::int16_t AddWithinMemory(const std::string &path, std::string &reason, const
 {
     try {
         return AddOrUpdate(path, reason, done);
-    } catch (const std::bad_alloc &) { // of a tag of hundreds of megabytes; the next file may fit
+    } catch (
+        const std::bad_alloc &) { // a tag of hundreds of megabytes; the next file may be smaller
         reason = runtime::DescribeError(runtime::kOutOfMemory) + "\r";
         done({kFailed, reason, false});
         return kFailed;

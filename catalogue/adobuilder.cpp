@@ -1,4 +1,4 @@
-// The statement builder of ADOclass, and its INI helpers.
+// The statement builder of ADOclass, and its procedures for INI files.
 #include "catalogue/adoclass.h"
 #include "catalogue/sql/statementparams.h"
 #include "platform/desktop.h"
@@ -23,7 +23,7 @@ void ShowBox(std::string_view text)
         desktop->MessageBox(text);
 }
 
-// The value as a literal of the field's type; apostrophes inside are doubled.
+// The value as a literal of the field's type; apostrophes in it are doubled.
 template <typename Field>
 std::string LiteralOfField(const Field &field)
 {
@@ -34,7 +34,7 @@ std::string LiteralOfField(const Field &field)
     return "'" + runtime::Replace(inside, "'", "''") + "'";
 }
 
-// What `form` makes of each field, joined by `separator`.
+// The results of `form` for each field, with `separator` between them.
 template <typename Fields, typename Form>
 std::string Join(const Fields &fields, std::string_view separator, const Form &form)
 {
@@ -177,7 +177,7 @@ bool ADOclass::PutIniStr(const std::string &section, const std::string &key,
                          const std::string &value, const std::string &file)
 {
     const auto before = platform::posix::ReadRegularFile(file, std::numeric_limits<int>::max());
-    if (!before && errno != ENOENT) // what cannot be read must not be replaced
+    if (!before && errno != ENOENT) // a file that cannot be read must not be replaced
         return false;
     platform::posix::IniDocument document(before.value_or(""), platform::posix::IniStyle::Plain);
     document.Set(section, key, value);

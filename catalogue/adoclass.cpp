@@ -23,7 +23,7 @@ namespace
 constexpr std::string_view kDatabaseMark = "[GetDatabase]";
 constexpr std::string_view kDataSource = "Data Source=";
 
-int livingObjects = 0; // the last to go closes the catalogue in order
+int livingObjects = 0; // the destructor of the last one closes the catalogue
 
 void SetPointer(platform::Pointer pointer)
 {
@@ -49,13 +49,13 @@ std::string Separator()
     return std::string(1, shell::PathSeparator);
 }
 
-// What failed, as ErrorMessage says it.
+// The text of ErrorMessage for a failure.
 std::string MessageOf(std::string_view description, std::string_view statement)
 {
     return "Error: " + std::string(description) + "\r\t" + std::string(statement);
 }
 
-// What a plain statement of this kind hands back.
+// What ExecuteSQL returns for a plain statement of this kind.
 Outcome OutcomeOf(RecordsetPtr records, int kind, bool succeeded)
 {
     if ((kind & kSelect) != 0)
@@ -67,7 +67,7 @@ Outcome OutcomeOf(RecordsetPtr records, int kind, bool succeeded)
     return {};
 }
 
-// What a plain statement hands back whose object is gone.
+// What ExecuteSQL returns when its object was destroyed meanwhile.
 Outcome OutcomeOfNothing(int kind)
 {
     SetPointer(platform::Pointer::Normal);
@@ -131,7 +131,7 @@ Outcome ADOclass::ExecuteSQL(const Statement &statement, StatementKind kind)
     return ExecutePlain(statement, kind);
 }
 
-// With a "?" in a value, the marker is a text of this form that none of them holds.
+// When a value contains a "?", another marker is used that no value contains.
 Outcome ExecuteWithValues(const std::string &statement, StatementKind kind,
                           const std::vector<Value> &values)
 {
@@ -151,15 +151,16 @@ Outcome ExecuteWithValues(const std::string &statement, StatementKind kind,
 Outcome ADOclass::ExecutePlain(const Statement &statement, int kind)
 {
     SetPointer(platform::Pointer::Hourglass);
-    const std::shared_ptr<const bool> alive = m_alive; // the user may end the program in a yield
-    if (!m_joinsGroup) // nothing may come between the parts of a step
+    const std::shared_ptr<const bool> alive =
+        m_alive;       // a handler that runs in a yield may destroy this object
+    if (!m_joinsGroup) // no event may run between the statements of a step
         Yield();
     if (!*alive)
         return OutcomeOfNothing(kind);
     Succeeded = true;
     OpenConnection(statement.text);
-    // Where another program is waited for, event handlers run: a statement of theirs must not speak
-    // for this one.
+    // During a wait for another program event handlers run. Their statements must not change the
+    // outcome of this one.
     if (!*alive)
         return OutcomeOfNothing(kind);
     const bool isConnected = Succeeded;
@@ -176,7 +177,7 @@ Outcome ADOclass::ExecutePlain(const Statement &statement, int kind)
     SetPointer(platform::Pointer::Normal);
     if (m_joinsGroup)
         return outcome;
-    // A statement of an event handler must not speak for this one.
+    // The statement of an event handler must not change the outcome of this one.
     const bool succeeded = Succeeded;
     std::string message = ErrorMessage;
     Yield();
@@ -187,7 +188,7 @@ Outcome ADOclass::ExecutePlain(const Statement &statement, int kind)
     return outcome;
 }
 
-// The object may be gone when this returns.
+// This object may be destroyed when this returns.
 RecordsetPtr ADOclass::RunOnConnection(const Statement &statement, std::string &failure)
 {
     const std::shared_ptr<Connection> connection = m_connection;
@@ -294,8 +295,8 @@ std::string ADOclass::GetBaseName(std::string_view statement)
     return has("FROM DPALUMNO") ? "Academica" : "Inscrip";
 }
 
-// A path may begin with the platform's separator; what is cut is the back-slash that an empty
-// DirBase leaves in front of a path made by hand.
+// The back-slash that is removed comes from a path built by hand with an empty DirBase. The
+// platform's separator at the start of a path is not removed.
 void ADOclass::OpenConnection(const std::string &statement)
 {
     if (m_inTransaction)
@@ -322,7 +323,7 @@ void ADOclass::OpenConnection(const std::string &statement)
         if (failure.code == kGenericFailure) {
             ErrorMessage = "Not ValidDataBase";
             Succeeded = false;
-        } else { // told by the statement that meets it
+        } else { // the statement that follows reports it
             m_openFailure = failure.description;
         }
         return;
@@ -402,7 +403,7 @@ void ADOclass::CommitTrans()
     CloseConnection();
 }
 
-// The whole of it, however deep: without a transaction no connection stays open between statements.
+// Ends all nested transactions at once: without one, no connection stays open between statements.
 void ADOclass::RollBackTrans()
 {
     m_depth = 0;

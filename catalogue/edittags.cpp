@@ -13,7 +13,7 @@ namespace catalogue
 namespace
 {
 
-// Runs the query. What failed, or nothing.
+// Runs the query. Returns: the words of a failure, or an empty text.
 std::string Update(const std::string &query, const std::vector<Value> &values)
 {
     DataAccess->ExecuteSQL(query, kStoredUpdate, values, "?");

@@ -1,4 +1,4 @@
-// catalogue/edittags.h - the rows of a song that the tag writer has just written. No state.
+// catalogue/edittags.h - updates the rows of a song after its tags were written. No state.
 #pragma once
 
 #include "catalogue/recordset.h"
@@ -12,25 +12,25 @@
 namespace catalogue
 {
 
-// The most that a row keeps of a tag's text, but for its lyrics: the column is a text, no long
-// text. A file byte is one character.
+// The greatest length of a tag's text in a row, except for the lyrics: the columns are texts, not
+// long texts. A file byte is one character.
 inline constexpr std::size_t kLongestTextBytes = 32767;
 
-// The seven texts of a tag in the order of the columns, from file bytes to text, with `genre` (file
-// bytes) in its place; what is longer than a row keeps is cut off.
+// The seven texts of a tag in the order of the columns, converted from file bytes to UTF-8, with
+// `genre` (file bytes) as the genre; each is cut to the greatest length.
 std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &genre);
 
-// A field of the ID3v1 record without the blanks that fill it and without the NULs that filled the
-// tag's; file bytes.
+// A field of the ID3v1 record without the blanks and the NULs that fill its end; file bytes.
 [[nodiscard]] std::string UsedText(std::string_view field);
 
-// The ID3v1 tag in the common form: the used texts, the genre as a number in text form. The lyrics
-// of `to` stay.
+// Copies an ID3v1 tag to the common form: its texts without the filling, its genre as a number in
+// text form. The lyrics of `to` are not changed.
 void CopyTag(const metadata::ID3v1Tag &from, metadata::ID3v2Tag &to);
 
-// Brings the rows of `path` to the values of `tag`, the genre by its name: "Edit1", then "Edit2"
-// (which leaves the artist of duplicated entries).
-// Errors: kDeviceIoError with the ErrorMessage of the first one that failed; both are run.
+// Writes the values of `tag` to the rows of `path`, the genre by its name: runs "Edit1", then
+// "Edit2" (which does not change the artist of rows marked as duplicates).
+// Errors: kDeviceIoError with the ErrorMessage of the first one that failed; both are run in any
+// case.
 void UpdateEditedTags(const metadata::ID3v2Tag &tag, const std::string &path);
 
 } // namespace catalogue

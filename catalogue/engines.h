@@ -1,5 +1,5 @@
-// catalogue/engines.h - the database engines that there are. One is chosen by the connection
-// string's own words; another engine is one more entry in Providers().
+// catalogue/engines.h - the database engines. The connection string names the one to use; another
+// engine is one more entry in Providers().
 #pragma once
 
 #include "catalogue/provider.h"
@@ -12,22 +12,22 @@
 namespace catalogue
 {
 
-// An engine: the word after "Provider=", and what it makes of a connection string.
+// An engine: the word after "Provider=" that chooses it, and how it resolves a connection string.
 struct Provider {
     std::string name;
     std::function<Opener(const std::string &connectionString)> resolve;
 };
 
-// The engines known; a test may put one in and takes it out again.
+// The known engines. A test may add one and must remove it again.
 std::vector<Provider> &Providers();
 
-// How the engine that the string names opens its database. The string is read here, so that many
-// connections to one database cost this once.
-// Errors: ProviderFailure; kNoProvider when there is no engine of that name.
+// How to open the database that the string names. The string is parsed here, once for any number of
+// connections.
+// Errors: ProviderFailure; kNoProvider when no engine has that name.
 Opener ResolveConnection(const std::string &connectionString);
 
-// The value of `key` in a connection string of "key=value" parts between ";" (names without regard
-// to letter case); empty when it has none.
+// The value of `key` in a connection string, which has parts "key=value" with ";" between them
+// (letter case of the key ignored); empty when it has none.
 std::string ConnectionPart(std::string_view connectionString, std::string_view key);
 
 } // namespace catalogue

@@ -12,8 +12,8 @@ namespace catalogue
 namespace
 {
 
-// How often a waiter looks whether its turn has come: at once for those who pass one by one, and
-// less often when the wait is long.
+// How often a waiting process tries again: quickly at first, because most waits are short, less
+// often later.
 constexpr int kFirstPollUs = 250;
 constexpr int kLaterPollUs = 2000;
 constexpr std::int64_t kFirstMs = 50;
@@ -23,8 +23,8 @@ constexpr std::int64_t kEventsMs = 20; // between two runs of events
 struct State {
     LockPatience patience;
     LockWaitCalls calls;
-    int runs = 0;         // living PatienceOfRun
-    bool isSpent = false; // a full wait has failed
+    int runs = 0;         // the number of PatienceOfRun objects
+    bool isSpent = false; // a wait of full length has failed
     bool isWaiting = false;
     bool isGivenUp = false;
 };

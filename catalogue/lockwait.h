@@ -1,6 +1,6 @@
-// catalogue/lockwait.h - the wait for another program that has the catalogue. While it lasts,
-// events run, so that windows stay alive; after a second the user is shown what is waited for; the
-// end of the program is not held up.
+// catalogue/lockwait.h - waiting for another program that has the catalogue locked. Meanwhile
+// events run, so that windows stay usable; after a second the user is shown what the program waits
+// for; a wait ends early when the program is to end.
 #pragma once
 
 #include <cstdint>
@@ -11,24 +11,24 @@
 namespace catalogue
 {
 
-// How long is waited. A test shortens it.
+// How long to wait. A test sets shorter times.
 struct LockPatience {
-    std::int64_t fullMs = 60000;  // a wait that lasts longer fails, and says so
-    std::int64_t spentMs = 1000;  // each further wait, once one has lasted for fullMs
-    std::int64_t silentMs = 1000; // what is waited for is shown after this time
+    std::int64_t fullMs = 60000;  // a wait that takes longer fails and reports it
+    std::int64_t spentMs = 1000;  // the limit for later waits once one has taken fullMs
+    std::int64_t silentMs = 1000; // the user is shown what the program waits for after this time
 };
 LockPatience &TheLockPatience();
 
-// What a wait calls. app/ fills it in; it may be absent, and outlives the program's work.
+// Functions that a wait calls. app/ sets them; they may be missing, and outlive the program's work.
 struct LockWaitCalls {
-    // Shows the line, in the user's language; the empty text when the wait is over.
+    // Shows a line in the user's language; an empty text when the wait is over.
     std::function<void(std::string_view line)> ShowLine;
 };
 LockWaitCalls &TheLockWaitCalls();
 
-// While one lives, a full wait that failed makes all later ones short: a job does not wait a minute
-// for each of its files. Outside, the patience comes back with the first statement that gets
-// through.
+// While one exists, a wait of full length that fails makes all later ones short, so that a job does
+// not wait a minute for each of its files. Without one, the first statement that succeeds restores
+// the full length.
 class PatienceOfRun
 {
 public:
@@ -38,16 +38,16 @@ public:
     PatienceOfRun &operator=(const PatienceOfRun &) = delete;
 };
 
-// Whether a wait is under way: a statement is then one of an event handler inside it.
+// Whether a wait is going on: a statement that runs now comes from an event handler inside it.
 bool IsWaitingForLock();
 
-// Has the wait under way, if any, end: the user wants no more of the job that waits.
+// Makes the current wait end, if there is one: the user has cancelled the job that waits.
 void GiveUpLockWait();
 
-// How long the next wait may last.
+// The longest time for the next wait.
 std::int64_t LockPatienceMs();
 
-// One wait. Only one at a time: see IsWaitingForLock.
+// One wait. There can only be one at a time: see IsWaitingForLock.
 class LockWait
 {
 public:
@@ -56,14 +56,14 @@ public:
     LockWait(const LockWait &) = delete;
     LockWait &operator=(const LockWait &) = delete;
 
-    // Lets a little time pass, and events run. False when the wait is over: its time is up, or the
-    // program is to end. Errors: those of the desktop's DoEvents.
+    // Waits a little while events run. Returns: false when the wait is over, because its time is up
+    // or the program is to end. Errors: those of the desktop's DoEvents.
     bool GoOn();
 
-    // To be called when the catalogue was got.
+    // To be called when the lock was obtained.
     void Succeeded();
 
-    // Why the wait was given up.
+    // The reason why the wait failed.
     [[nodiscard]] std::string Words() const { return m_words; }
 
 private:

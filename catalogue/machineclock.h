@@ -1,5 +1,5 @@
-// catalogue/machineclock.h - the real time in which processes wait for one another, which no test
-// replaces. No state.
+// catalogue/machineclock.h - real time, for waits between processes. Tests do not replace it. No
+// state.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@ namespace catalogue
 // Milliseconds of the machine's steady clock.
 std::int64_t MachineMs();
 
-// Lets real time pass while another process holds a lock.
+// Waits for this long in real time, while another process has a lock.
 void MachineSleepUs(int microseconds);
 
 } // namespace catalogue

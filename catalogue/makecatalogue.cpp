@@ -1,5 +1,5 @@
-// makecatalogue SCHEMA TARGET - the program of the build that makes the catalogue which ships. A
-// file that is at TARGET already is never touched.
+// makecatalogue SCHEMA TARGET - the build runs this program to make the shipped catalogue. An
+// existing file TARGET is never changed.
 #include "metadata/genres.h"
 
 #include <sqlite3.h>
@@ -43,8 +43,7 @@ bool FillGenres(sqlite3 *db)
     return succeeded;
 }
 
-// The log's name for the file goes with the file: closing the last connection leaves it alone and
-// whole.
+// Closing the last connection deletes the log file, so that the catalogue is one complete file.
 bool Make(const std::string &schema, const std::string &path)
 {
     sqlite3 *db = nullptr;
@@ -75,7 +74,8 @@ int main(int argc, char **argv)
         std::remove(beside.c_str());
         return 1;
     }
-    if (link(beside.c_str(), target.c_str()) != 0 && errno != EEXIST) { // never over another one
+    if (link(beside.c_str(), target.c_str()) != 0 &&
+        errno != EEXIST) { // never replaces an existing file
         std::fprintf(stderr, "makecatalogue: '%s': %s\n", target.c_str(), std::strerror(errno));
         return 1;
     }

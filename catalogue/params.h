@@ -1,4 +1,4 @@
-// catalogue/params.h - the kinds of statements and their parameters, as ADOclass takes them.
+// catalogue/params.h - the kinds of statements and their parameters for ADOclass.
 #pragma once
 
 #include "catalogue/recordset.h"
@@ -10,9 +10,9 @@
 namespace catalogue
 {
 
-// The kinds of statement that ExecuteSQL takes. kStoredQuery is added to one of the others.
+// The kinds of statement for ExecuteSQL. kStoredQuery is added to one of the others.
 enum StatementKind : int {
-    kDetect = -1, // by TipoConsulta; the detected kind comes back in the same argument
+    kDetect = -1, // TipoConsulta finds the kind and stores it in the same argument
     kSelect = 1,
     kInsert = 2,
     kDelete = 4,
@@ -27,14 +27,14 @@ enum StatementKind : int {
 // The parameters of a statement: none, one value, or an array of values from index 0.
 using Params = std::variant<std::monostate, Value, std::vector<Value>>;
 
-// The second parameter of "SEL_ByPath" that excludes nothing: no path holds this character.
+// The second parameter of "SEL_ByPath" when nothing is excluded: no path contains this character.
 inline constexpr std::string_view kNoExclusion = "·";
 
-// What becomes of a marker that no value is left for: it stays in the statement, which then fails,
-// or it is the empty text.
+// What happens to a marker when there is no value left for it: it stays in the statement, which
+// then fails, or it becomes the empty text.
 enum class LeftOver { Stays, IsEmpty };
 
-// The text in a statement that each parameter takes the place of.
+// The text in a statement that is replaced by a parameter.
 struct Marker {
     Marker(const char *words) : text(words) {} // NOLINT(google-explicit-constructor)
     Marker(std::string_view words,
@@ -47,10 +47,10 @@ struct Marker {
     LeftOver leftOver = LeftOver::Stays;
 };
 
-// The type that a value is written as in a statement; the numbers are those of variants.
+// The type of a value in a statement; the numbers are those of variants.
 enum class DatoType : int { Number = 5, Date = 7, Text = 8, Flag = 11 };
 
-// The type of the value itself; the empty variant counts as text.
+// The type of the value itself; the empty one counts as text.
 DatoType TypeOf(const Value &value);
 
 } // namespace catalogue

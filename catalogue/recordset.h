@@ -1,4 +1,5 @@
-// catalogue/recordset.h - values of statements and records, and the disconnected result of a query.
+// catalogue/recordset.h - values of statements and records, and the result of a query, which needs
+// no connection.
 #pragma once
 
 #include <cstdint>
@@ -11,17 +12,17 @@
 namespace catalogue
 {
 
-// A calendar date as a statement writes it between "#" marks.
+// A calendar date, in a statement between "#" marks.
 struct Date {
     std::string text;
 };
 
-// A parameter of a statement; the empty variant is the empty text. Texts are UTF-8 and may hold
+// A parameter of a statement; the empty variant is the empty text. Texts are UTF-8 and may contain
 // NULs.
 using Value = std::variant<std::monostate, std::string, bool, std::int64_t, double, Date>;
 
-// The static result of a query. It needs no connection, outlives DataAccess, and keeps what it had
-// when the statement ran, whatever is written later. A closed one has no fields and is at its end.
+// The result of a query. It needs no connection, may be used after DataAccess is destroyed, and
+// does not change when the tables change later. A closed one has no fields and is at its end.
 class Recordset
 {
 public:
@@ -30,30 +31,30 @@ public:
     // False for the result of a failed statement.
     [[nodiscard]] virtual bool IsOpen() const = 0;
 
-    // Whether the position is after the last record (at once for an empty result).
+    // Whether the position is after the last record (immediately for an empty result).
     [[nodiscard]] virtual bool AtEnd() const = 0;
 
-    // Errors: none; on an empty result both stay at the end.
+    // Errors: none; in an empty result both stay at the end.
     virtual void MoveFirst() = 0;
     virtual void MoveNext() = 0;
 
     [[nodiscard]] virtual std::int64_t RecordCount() const = 0;
 
-    // The number of the current record, from 1; 0 at the end.
+    // The one-based number of the current record; 0 at the end.
     [[nodiscard]] virtual std::int64_t Position() const = 0;
 
     [[nodiscard]] virtual int FieldCount() const = 0;
 
-    // The name of field `index` (from 0) as the table spells it.
+    // The name of field `index` (zero-based) as written in the table.
     // Errors: kSubscriptOutOfRange (runtime/error.h).
     [[nodiscard]] virtual std::string FieldName(int index) const = 0;
 
-    // The field's index; names compare without regard to case. -1 when there is none. Callers with
-    // many records ask once and read by index.
+    // The index of the field, letter case of the name ignored; -1 when there is none. Call it once
+    // when reading many records.
     [[nodiscard]] virtual int FindField(std::string_view name) const = 0;
 
-    // The current record's field as text; a null is the empty text. The view stays valid until the
-    // position moves or another field is read.
+    // The field of the current record as text; null gives the empty text. The view is valid until
+    // the position changes or another field is read.
     // Errors: kSubscriptOutOfRange for an unknown field, kInvalidCall at the end.
     [[nodiscard]] virtual std::string_view Text(int index) const = 0;
     [[nodiscard]] std::string_view Text(std::string_view name) const
@@ -61,12 +62,12 @@ public:
         return Text(FindField(name));
     }
 
-    // Whether the field is null, apart from empty. Errors: as Text.
+    // Whether the field is null; an empty text is not null. Errors: see Text.
     [[nodiscard]] virtual bool IsNull(int index) const = 0;
 };
 
-// Shared by the caller who received the result and, at most, by the copy that ADOclass handed out
-// with it; there is no other owner.
+// Owned by the caller who received the result, and sometimes also by a copy that ADOclass returned
+// with it.
 using RecordsetPtr = std::shared_ptr<Recordset>;
 
 } // namespace catalogue

@@ -54,10 +54,10 @@ constexpr std::string_view kReportQuestion =
     "A file named \"Quenlin - MP3s' Intregity Report.qrp\"\r"
     "has been saved in this application folder for future reference";
 
-// As much of the list of failures as is kept for the clipboard.
+// The greatest length of the list of failures for the clipboard.
 constexpr std::size_t kLongestListBytes = 65536;
 
-// The folder that the desktop starts the report's viewer in.
+// The current folder of the program that shows the report.
 constexpr std::string_view kViewerFolder = "C:\\";
 
 platform::Desktop &TheDesktop()
@@ -96,12 +96,12 @@ std::string CreationText()
     return clock.DateText(now) + " " + clock.TimeText(now);
 }
 
-// One walk over the folder; the counters are wide enough for any collection.
+// The state of one run; the counters are large enough for any collection.
 struct Run {
     IntegrityReport report{ReportPath()};
     LookAhead ahead{Dirs().Path()};
     RowGroups groups;
-    std::int64_t value = 0; // files done
+    std::int64_t value = 0; // files done so far
     std::int64_t maximum = 0;
 };
 
@@ -122,7 +122,8 @@ void ShowCount(const Run &run)
     SetPanel("Blank", std::to_string(run.value) + "/" + std::to_string(run.maximum));
 }
 
-// Puts `folder` in the boxes; false when it cannot be listed, with the words why in `failure`.
+// Sets the folder boxes to `folder`. Returns: false when it cannot be listed; `failure` then has
+// the reason.
 bool Enter(const std::string &folder, std::string &failure)
 {
     try {
@@ -134,8 +135,8 @@ bool Enter(const std::string &folder, std::string &failure)
     return true;
 }
 
-// Puts the folder of the walk in the boxes. A failure names it, or the setting where that is empty:
-// it may have been made long ago.
+// Sets the folder boxes to the first folder. A failure names the folder, or the setting when none
+// is set: the setting may be old.
 void EnterRoot(const std::string &folder)
 {
     try {
@@ -148,15 +149,16 @@ void EnterRoot(const std::string &folder)
     }
 }
 
-// Whether the run is to end at the next file: it was asked to, or the program was.
+// Whether the run must end at the next file, because StopRegeneration was called or the program is
+// to end.
 bool IsToStop()
 {
     TheState().stopRequested |= platform::IsEndRequested();
     return TheState().stopRequested;
 }
 
-// The number of MP3 files in the sub-folders of the folder in the box. What cannot be listed counts
-// nothing here; ScanFolder tells of it.
+// The number of MP3 files in the sub-folders of the current folder. A folder that cannot be listed
+// counts as empty here; ScanFolder reports it.
 std::int64_t CountFiles()
 {
     const std::string here = Dirs().Path();
@@ -176,7 +178,8 @@ std::int64_t CountFiles()
     return count;
 }
 
-// Adds an entry to the list of failures, or counts it where the list is full. Each ends its line.
+// Adds an entry to the list of failures, or only counts it when the list is full. Each entry ends
+// with a line end.
 void ListFailure(std::string entry)
 {
     if (!entry.ends_with('\r'))
@@ -190,7 +193,7 @@ void ListFailure(std::string entry)
         summary.unlisted++;
 }
 
-// The list's last line says how many did not find room.
+// Adds the last line: the number of entries for which there was no room.
 void EndList()
 {
     RegenerationSummary &summary = TheState().summary;
@@ -198,12 +201,13 @@ void EndList()
         summary.errors += "... and " + std::to_string(summary.unlisted) + " more\r";
 }
 
-// Notes a file that failed, with its name. A failed statement names it by itself where the path
-// stands in it. A run-time failure leaves no reason: the name alone tells of it.
+// Adds a file that failed to the list, with its name, unless the reason contains the path already.
+// An error at run time has no reason: then only the name is listed.
 void NoteFailure(const std::string &path, const std::string &reason)
 {
     TheState().summary.failed++;
-    const std::string shownPath = runtime::ShownText(path); // a line end in it would forge an entry
+    const std::string shownPath =
+        runtime::ShownText(path); // a line end in the name could look like another entry
     if (reason.empty())
         ListFailure(shownPath + "\r");
     else if (reason.find(path) != std::string::npos)
@@ -220,7 +224,7 @@ void NoteOutcome(const std::string &path, const AddOutcome &outcome)
     NoteFailure(path, outcome.reason);
 }
 
-// The tags are looked at for the report here, and once more for the catalogue by AddInGroup.
+// Reads the tags for the report here; AddInGroup reads them again for the catalogue.
 void ScanFile(Run &run, const std::string &path)
 {
     run.ahead.Advance();
@@ -231,7 +235,7 @@ void ScanFile(Run &run, const std::string &path)
     bool hasID3v2 = false;
     metadata::GetMP3Info(path, oldTag, tag, header, hasID3v1, hasID3v2, false);
     if (metadata::LastReadFailure() == EINTR && IsToStop())
-        return; // the end was asked for while it was waited for: the run has not come to it
+        return; // the end was requested during a wait: this file does not count
     RegenerationSummary &summary = TheState().summary;
     summary.files++;
     if (run.report.LogTagFailure(path, hasID3v1, hasID3v2)) {
@@ -261,7 +265,7 @@ void ScanFiles(Run &run)
     }
 }
 
-// The files of the folder in the boxes, then its sub-folders.
+// Handles the files of the current folder, then its sub-folders.
 void ScanFolder(Run &run)
 {
     const std::string here = Dirs().Path();
@@ -327,8 +331,9 @@ bool HasSongs()
     return records != nullptr && records->IsOpen() && !records->AtEnd();
 }
 
-// Empties the table, after a copy of the whole catalogue. Without a copy nothing is deleted. A
-// table that could not be emptied keeps rows of files that are gone: it counts as a failure.
+// Empties the table, after making a copy of the whole catalogue. If the copy fails, nothing is
+// deleted. If the table cannot be emptied, rows of deleted files would stay: this counts as a
+// failure.
 void EmptyTable()
 {
     if (HasSongs()) {
@@ -376,7 +381,7 @@ void Regenerate()
     CloseReport(run);
 }
 
-// The marks of a run, taken back at its end however it ends.
+// Marks the run as running; the destructor removes the marks.
 struct RunningMark {
     RunningMark()
     {
@@ -446,7 +451,8 @@ void ListRefresh(bool showProgress)
         ShowPBar(true);
         TheDesktop().DoEvents();
     }
-    // A box that stands nowhere yet equals no folder, also where none is set: the walk tells of it.
+    // When no folder is set, a box without a folder would compare equal; the walk must report the
+    // error then.
     if (Dirs().Path() == shell::TheGlobals().MP3Directory && !Dirs().Path().empty()) {
         TheState().summary.skipped = true;
         return;
@@ -457,7 +463,7 @@ void ListRefresh(bool showProgress)
     try {
         Regenerate();
     } catch (const runtime::RuntimeError &) {
-        Dirs().Clear(); // what failed may be tried again
+        Dirs().Clear(); // so that a run that failed can be tried again
         EmptyPanels();
         EnableTVAndLV(true);
         ShowPBar(false);

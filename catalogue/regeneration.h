@@ -1,5 +1,5 @@
-// catalogue/regeneration.h - rebuilds the catalogue from the folder tree under `MP3Directory`:
-// walks every folder, brings each MP3 through AddOrUpdateMP3, and writes the integrity report.
+// catalogue/regeneration.h - the regeneration: reads all MP3 files in the folder tree
+// `MP3Directory` into the catalogue with AddOrUpdateMP3, and writes the integrity report.
 #pragma once
 
 #include "ui/controls/progressbar.h"
@@ -14,67 +14,68 @@
 namespace catalogue
 {
 
-// The window's controls that a run speaks to, and what it calls up. app/ fills them in; each may be
-// absent. All of them outlive the run.
+// The controls of the window that a run uses, and the functions that it calls. app/ sets them; each
+// may be missing. All of them outlive the run.
 struct RegenerationControls {
     ui::StatusBar *SB = nullptr; // panels "Playing" and "Blank"
     ui::ProgressBar *PBar = nullptr;
-    std::function<void()> LayPBarOverPanel;  // PBar into panel 2 of SB (BasProgressBar)
+    std::function<void()> LayPBarOverPanel;  // puts PBar into panel 2 of SB (BasProgressBar)
     std::function<void(bool)> EnableTVAndLV; // clicks on the tree and the list
-    std::function<void()> EmptyLV;           // the list loses its rows
-    std::function<void()> EmailBugReport;    // mails what the clipboard holds
+    std::function<void()> EmptyLV;           // removes all rows of the list
+    std::function<void()> EmailBugReport;    // opens a mail with the text of the clipboard
 
-    // Shows each failure as it is met, instead of the list that goes on the clipboard at the end:
-    // for a terminal, which keeps nothing.
+    // Shows each failure at once, instead of putting a list on the clipboard at the end: for a
+    // terminal, which has no clipboard.
     std::function<void(const std::string &failure)> ShowFailure;
 
-    // The line of panel "Playing" with the files done and their number (0 while they are counted),
-    // for a window that shows a run of its own.
+    // Gets the text of the panel "Playing", the number of files done and the number of all files (0
+    // while they are being counted), for a window that shows a run itself.
     std::function<void(std::string_view line, std::int64_t value, std::int64_t maximum)> Progress;
 };
 RegenerationControls &TheRegenerationControls();
 
-// What the last run found out; for the terminal, which has no list to look at.
+// Results of the last run, for the terminal.
 struct RegenerationSummary {
-    std::uint64_t number = 0;                   // of the call of ListRefresh; 0 before the first
-    std::int64_t files = 0;                     // MP3 files that were met
-    std::int64_t failed = 0;                    // files that could not be added or updated
-    std::vector<std::string> unreadableFolders; // path, ": ", the system's words
-    std::string errors;        // the reasons as the clipboard gets them: 64 KiB, then a count
-    std::int64_t unlisted = 0; // the reasons that found no room in `errors`
+    std::uint64_t number = 0; // number of the call of ListRefresh; 0 before the first
+    std::int64_t files = 0;   // MP3 files found
+    std::int64_t failed = 0;  // files that could not be added or updated
+    std::vector<std::string> unreadableFolders; // path, ": ", the operating system's words
+    std::string errors;        // the reasons as put on the clipboard: at most 64 KiB, then a count
+    std::int64_t unlisted = 0; // reasons for which `errors` had no room
     bool rowsLost = false;     // the catalogue did not take a row, or could not be emptied
     std::int64_t reported = 0; // files that have an entry in the report
     bool anyReported = false;  // the report has an entry
     bool stopped = false;      // ended early by StopRegeneration
-    // The walker was at the folder already: nothing was done, the rest is of the run before.
+    // The folder was done before in this process: nothing was done, and the other fields are from
+    // the run before.
     bool skipped = false;
 };
 const RegenerationSummary &LastRegeneration();
 
-// One run over `MP3Directory`. With `showProgress` the bar is laid over the status bar and shown.
-// It returns at once, with TV and LV disabled, when the folder box stands at `MP3Directory`
-// already: a folder is regenerated once per run of the program. A call during a run does nothing.
-// The tree is not refreshed.
-// Errors: kPathNotFound when the folder is absent or none is set, FileError when it cannot be read
-//         or the report not be written, each with the path in its words; TV and LV are enabled
-//         again, PBar is hidden and its panels are empty, as after a run, but the folder box stands
-//         nowhere, so that the run can be tried again.
+// Does one run over `MP3Directory`. With `showProgress` the progress bar is shown over the status
+// bar. Returns at once, with TV and LV disabled, when the folder box is at `MP3Directory` already:
+// a folder is regenerated only once in each run of the program. Does nothing when called during a
+// run. The tree is not refreshed.
+// Errors: kPathNotFound when the folder is missing or not set; FileError when it cannot be read or
+// the report cannot be written; each with the path. TV and LV are then enabled, PBar is hidden and
+// its panels are empty, as after a run, but the folder box has no folder, so that the run can be
+// tried again.
 void ListRefresh(bool showProgress);
 
-// The path of the main window's file box, and a move of it alone, without the folder box: the next
-// ListRefresh does not take it for a folder that was done.
+// The path of the main window's file box. SetPathOfMP3s changes it alone, without the folder box,
+// so that the next ListRefresh does not take the folder for one that was done.
 const std::string &PathOfMP3s();
 void MoveMP3s(const std::string &path);
 
-// The names of the MP3 files in a folder, in the order of a walk; none when it cannot be read.
+// The names of the MP3 files in a folder, in the order of a run; none when it cannot be read.
 std::vector<std::string> MP3FilesIn(const std::string &path);
 
-// Whether a run is under way, and the request that it end at the next file: no question is asked
-// then, and the report stays without its closing lines. Without a run it does nothing.
+// Whether a run is going on. StopRegeneration makes it end at the next file: no question is asked
+// then, and the report gets no closing lines. Without a run it does nothing.
 bool IsRegenerating();
 void StopRegeneration();
 
-// The report's name in the program's folder; the misspelling is the name.
+// The report's name in the program's folder; the misspelling is intended.
 inline constexpr std::string_view kReportName = "Quenlin - MP3s' Intregity Report.qrp";
 
 // The report's full path.

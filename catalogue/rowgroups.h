@@ -1,7 +1,7 @@
-// catalogue/rowgroups.h - when rows reach the disk together. A statement commits at once; only
-// regeneration and batch may group the rows they add, up to 100 ms of work. A kill loses at most
-// the open group, and other processes wait no longer than for the row under way. CloseOpenGroup and
-// CloseCatalogue, which others call, are in catalogue/sqlite/opengroup.h.
+// catalogue/rowgroups.h - when rows are committed together. A statement commits at once; only
+// regeneration and batch may group the rows that they add, for at most 100 ms of work. A kill of
+// the process loses at most the open group, and other processes wait only until the current row is
+// written. CloseOpenGroup and CloseCatalogue are in catalogue/sqlite/opengroup.h.
 #pragma once
 
 #include "catalogue/adoclass.h"
@@ -17,24 +17,24 @@
 namespace catalogue
 {
 
-// While one lives, the rows of several RowSteps are committed together. Regeneration and batch hold
-// one for their whole run; one inside another changes nothing.
+// While one exists, the rows of several RowSteps are committed together. Regeneration and batch
+// have one during their whole run; a nested one changes nothing.
 class RowGroups
 {
 public:
     RowGroups();
-    ~RowGroups(); // closes the open group
+    ~RowGroups(); // commits the open group
     RowGroups(const RowGroups &) = delete;
     RowGroups &operator=(const RowGroups &) = delete;
 
-    // Calls `tell` once the rows of all steps so far are settled: with the empty text when they are
-    // in the catalogue, with the words of the failure when they are lost. At once where no group is
-    // open, else when it is closed; calls come in the order in which they were asked for. To be
-    // called after each step, so that nothing is reported before it is true. `tell` runs no
+    // Calls `tell` once the rows of all steps so far are settled: with an empty text when they are
+    // in the catalogue, with the words of the failure when they are lost. At once when no group is
+    // open, else when the group is committed; in the order in which it was asked for. To be called
+    // after each step, so that nothing is reported before it is true. `tell` must not run a
     // statement.
     void WhenSettled(std::function<void(const std::string &lost)> tell);
 
-    // Closes the open group, so that everything is settled. To be called at the end of the run,
+    // Commits the open group, so that all rows are settled. To be called at the end of the run,
     // before its summary.
     void Close();
 
@@ -42,33 +42,33 @@ private:
     PatienceOfRun m_patience;
 };
 
-// The look-up of a path and the writes of its row, as one step for other processes. Its statements
-// are those of Access(); what an event handler runs on DataAccess never belongs to it. The first
+// The look-up of a path and the writes of its row, as one step for other processes. The statements
+// of Access() belong to it; those that an event handler runs on DataAccess do not. The first
 // statement waits for other processes, and may yield while it does; the others do not yield.
-// Without RowGroups the end of the step commits it. Keep it short: nothing that asks, waits or
-// reads an MP3 file belongs inside.
+// Without RowGroups the end of the step commits it. A step must be short: no question, no wait and
+// no reading of an MP3 file inside.
 class RowStep
 {
 public:
     // `access`: the object whose database the step writes to.
     explicit RowStep(const ADOclass &access);
-    ~RowStep(); // finishes it
+    ~RowStep(); // calls Finish
     RowStep(const RowStep &) = delete;
     RowStep &operator=(const RowStep &) = delete;
 
     ADOclass &Access() { return m_access; }
 
-    // Whether the step had to get the catalogue for itself: another program may have had it until
-    // then. Otherwise this one has had it since an earlier step.
+    // Whether this step had to get the lock, so that another program may have had it before.
+    // Otherwise this process has had it since an earlier step.
     [[nodiscard]] bool HasBegun() const;
 
-    // The number of the group that the step belongs to once a statement of it has run; no two
-    // groups of a process have the same.
+    // The number of the group that the step belongs to, once it has run a statement. Each group of
+    // a process has another number.
     [[nodiscard]] std::uint64_t GroupNo() const;
 
-    // Ends the step: commits its rows, unless they may wait in a group.
-    // Returns: the words of the failure that undid the step, if any; its rows are lost then, and so
-    //          are those of the steps that were waiting with it. Else the empty text.
+    // Ends the step: commits its rows, unless they wait in a group.
+    // Returns: an empty text, or the words of the failure that undid the step; its rows are lost
+    // then, and so are those of the steps that waited with it.
     std::string Finish();
 
 private:
@@ -81,8 +81,8 @@ private:
     bool m_isFinished = false;
 };
 
-// Lives inside a RowStep around writes that belong together: without Keep they are undone at its
-// end, before any other process can see them.
+// Inside a RowStep: writes that belong together. Without Keep they are undone by the destructor,
+// before any other process can read them.
 class JointWrites
 {
 public:
@@ -97,9 +97,9 @@ private:
     bool m_isOpen;
 };
 
-// A desktop that closes the open group before each box and dialog, and passes everything on. app/
-// puts it around the real one. DoEvents leaves the group open: a statement of an event handler
-// closes it by itself.
+// A desktop that commits the open group before each box and dialog, and passes all calls on to
+// another desktop. app/ puts it around the real one. DoEvents leaves the group open: a statement of
+// an event handler commits it.
 class GroupClosingDesktop : public platform::Desktop
 {
 public:
