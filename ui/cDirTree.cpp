@@ -19,7 +19,7 @@ namespace
 constexpr std::string_view kRootKey = "root";
 constexpr char kSeparator = '/';
 
-// A disk in use answers within this; until then no event runs.
+// A disk that is running answers within this time; no event runs until then.
 constexpr std::int64_t kQuietMs = 100;
 
 std::string Joined(const std::string &folder, const std::string &name)
@@ -45,11 +45,11 @@ platform::Folders &TheFolders()
     return *platform::TheMachine().folders;
 }
 
-// What a drive shows as, by its type.
+// How a drive is shown, by its type.
 struct DriveLook {
     std::string_view image;
-    bool named = false;    // with the volume's name in front
-    bool isFloppy = false; // not looked into before it is opened
+    bool named = false;    // the name of the volume comes first
+    bool isFloppy = false; // not read before the user opens it
     bool isFixed = false;
 };
 
@@ -185,7 +185,7 @@ std::vector<std::string> cDirTree::WayTo(const std::string &path) const
     while (way.back().size() < path.size()) {
         const std::size_t from = way.back().size() + (way.back().ends_with(kSeparator) ? 0 : 1);
         const auto end = std::min(path.find(kSeparator, from), path.size());
-        if (end <= from) // a separator at the end
+        if (end <= from) // a separator at the end of the path
             break;
         way.push_back(path.substr(0, end));
     }
@@ -206,8 +206,8 @@ NodeId cDirTree::AddNode(NodeId parent, std::string_view key, const std::string 
     return node;
 }
 
-// The node of a folder, added where it is new. `upperPath` is its key, unless another folder has
-// it.
+// Adds the node of a folder if there is none yet. Its key is `upperPath`, unless another folder has
+// that key.
 NodeId cDirTree::AddFolder(NodeId parent, const std::string &path, const std::string &upperPath,
                            std::string_view text)
 {
@@ -282,8 +282,8 @@ std::string cDirTree::ListDrives(std::string_view relativeKey)
 
 // --- Waiting for disks.
 
-// One wait: quiet at first, then with events running and the tree disabled, so that the window
-// lives and no click comes in between.
+// One wait: no event runs at first; later events run with the tree disabled, so that the window
+// stays usable and no click changes the tree.
 platform::Folders::KeepWaiting cDirTree::Patience()
 {
     m_since = platform::TheMachine().clock->SteadyMs();

@@ -1,8 +1,8 @@
-// ui/cDirTree.h - turns a tree control into a browser of folders: the desktop, the computer, its
-// drives, and their folders, which are listed when the user opens them.
+// ui/cDirTree.h - makes a tree control show folders: the desktop, the computer, its drives and
+// their folders, which are listed when the user opens them.
 //
-// A node's key is its folder's path in upper case; of two folders that differ in letter case alone
-// the second one's key has its path appended. The path itself is kept beside it (PathOf).
+// A node's key is the path of its folder in upper case. When two folders differ only in letter
+// case, the second one's key is followed by its path. The path itself is returned by PathOf.
 #pragma once
 
 #include "platform/folders.h"
@@ -21,78 +21,79 @@
 namespace ui
 {
 
-// What the host window gives to its tree.
+// What the window with the tree provides.
 struct DirTreeHost {
     KeyedList *LV = nullptr;  // the list of the folder's files
-    Label *lblPath = nullptr; // null where the host has none
-    // Puts the desktop's own icon into the list of images under the key "desktop"; false when it
-    // cannot be had. Empty: it cannot.
+    Label *lblPath = nullptr; // null when the window has none
+    // Adds the desktop's own icon to the images with the key "desktop". Returns: false when there
+    // is none. An empty function: there is none.
     std::function<bool()> addDesktopIcon;
 };
 
 class cDirTree
 {
 public:
-    // Asks for the desktop's path, once.
+    // Reads the path of the desktop folder, once.
     cDirTree();
     ~cDirTree();
     cDirTree(const cDirTree &) = delete;
     cDirTree &operator=(const cDirTree &) = delete;
 
-    // Take the tree's events, and the host. Both outlive this object.
+    // Set the tree whose events this object handles, and the host. Both outlive this object.
     void SetTV(KeyedTree &tree);
     void SetParent(DirTreeHost host);
 
-    // The selection may have changed; a node was clicked. Set by the host.
+    // The selection may have changed, or a node was clicked. Set by the host.
     std::function<void()> ChangePath;
     std::function<void(NodeId)> NodeSelected;
 
-    // Fills the tree and opens it at the process's current folder. The desktop is a root, or a
-    // child of the node `relativeKey`. The tree is emptied first where that key is empty.
+    // Fills the tree and opens it at the current folder of the process. The desktop is a root, or a
+    // child of the node `relativeKey`. If that key is empty, the tree is emptied first.
     void LoadTV(std::string_view relativeKey = {});
 
     // Adds desktop, computer and drives. Returns: the text of the first fixed disk's node.
     std::string ListDrives(std::string_view relativeKey);
 
     // Empties the host's list and adds the folders in `path` below its node, each with its first
-    // folder, so that its expander shows. Nothing fails: what cannot be read has no folders.
+    // sub-folder, so that the expander is shown. Nothing fails: a folder that cannot be read has no
+    // sub-folders.
     void ListDirs(const std::string &path);
 
-    // The key of the selected node; empty when there is none, and setting an unknown one does
-    // nothing. No event.
+    // The key of the selected node; empty when there is none. SetSelectedNode does nothing for an
+    // unknown key; no event is raised.
     std::string SelectedNode() const;
     void SetSelectedNode(std::string_view key);
 
-    // The text of the node at `index`, from 1 in the order of adding.
+    // The text of the node at the one-based `index`, in the order of adding.
     // Errors: kSubscriptOutOfRange.
     std::string Nodes(int index) const;
     int NodesCount() const;
 
     bool ExtractIcon() const;                           // the host's addDesktopIcon
-    std::string GetDriveName(const std::string &drive); // its label in proper case
+    std::string GetDriveName(const std::string &drive); // its label, words with capital letters
     static std::string GetComputerName();               // "My Computer"
-    // The names of the user's own folders in the desktop's settings: the values of the one key that
-    // there is, "Shell Folders". False for any other key.
+    // The names of the user's own folders in the desktop's settings. There is one key, "Shell
+    // Folders". Returns: false for any other key.
     static bool RegEnumValues(std::string_view key, std::vector<std::string> &names);
 
     // The real path of a node; empty for the computer.
     std::string PathOf(NodeId node) const;
-    // Whether the node is a folder or drive, so neither the desktop nor the computer.
+    // Whether the node is a folder or a drive; false for the desktop and the computer.
     bool IsFolder(NodeId node) const;
-    // The node of a folder by its real path, else one whose key is the path in upper case.
+    // The node of a folder by its real path, else the node whose key is the path in upper case.
     NodeId FindPath(const std::string &path) const;
-    // The folders on the way down to `path`, from the longest drive that it is in to itself.
+    // The folders down to `path`: from the longest drive that contains it to itself.
     std::vector<std::string> WayTo(const std::string &path) const;
 
-    // Whether a disk is being waited for, and the end of that wait. The object must stay until
-    // the wait has ended.
+    // Whether a disk is being waited for; Abandon ends that wait. This object must not be destroyed
+    // before the wait has ended.
     bool IsListing() const { return m_listing; }
     void Abandon() { m_abandoned = true; }
 
-    // When set, `ListDirs` lists the folder's files too. Nothing sets it in this program.
+    // When true, `ListDirs` lists the folder's files too. Nothing sets it in this program.
     bool listFiles = false;
 
-    // How long a disk may take before its folder shows without sub-folders.
+    // How long to wait for a disk before its folder is shown without sub-folders.
     static constexpr std::int64_t kPatienceMs = 2000;
 
 private:
@@ -115,18 +116,18 @@ private:
     DirTreeHost m_host;
     std::string m_desktopPath;
     NodeId m_desktop = kNoNode;
-    std::unordered_set<std::string> m_expanded;       // keys of nodes that were filled by Expand
-    std::vector<std::string> m_paths;                 // by NodeId
+    std::unordered_set<std::string> m_expanded;       // keys of the nodes that Expand has filled
+    std::vector<std::string> m_paths;                 // index: NodeId
     std::unordered_map<std::string, NodeId> m_byPath; // folders and drives
     std::vector<std::string> m_roots;                 // the drives
     bool m_listing = false;
     bool m_abandoned = false;
     bool m_yielded = false;
-    std::int64_t m_since = 0; // of the wait under way
+    std::int64_t m_since = 0; // when the current wait began
 };
 
-// `text` with a capital at the start of each word and small letters after it; blanks, tabs, line
-// ends and NULs part words.
+// `text` with a capital letter at the start of each word and small letters after it. Blanks, tabs,
+// line ends and NULs separate words.
 std::string ProperCase(std::string_view text);
 
 } // namespace ui

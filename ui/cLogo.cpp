@@ -21,7 +21,8 @@ std::array<int, 3> Parts(Colour colour)
             static_cast<int>(colour >> 16 & 0xFF)};
 }
 
-// The colour `way` (0..1) along from the first to the second, each part rounded half to even.
+// The colour between two colours; `way` is 0 at the first and 1 at the second. Each part is
+// rounded, a half to the even number.
 Colour Between(const std::array<int, 3> &from, const std::array<int, 3> &to, double way)
 {
     Colour colour = 0;

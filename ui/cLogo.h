@@ -1,5 +1,5 @@
-// ui/cLogo.h - the popup's side strip: a vertical gradient with an icon and a caption that runs up.
-// Plans what is painted; the window paints it.
+// ui/cLogo.h - the strip at the side of the popup menu: a vertical gradient with an icon and a
+// caption that runs upwards. This plans what to paint; the window paints it.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,8 @@
 namespace ui
 {
 
-// A colour value: red + 256 green + 65536 blue; with the top bit set (0x80000000) the number of a
-// system colour.
+// A colour: red + 256 green + 65536 blue; with the top bit set (0x80000000) the number of a colour
+// of the desktop.
 using Colour = std::uint32_t;
 
 struct StripBand {
@@ -21,33 +21,33 @@ struct StripBand {
 };
 
 struct StripPlan {
-    std::vector<StripBand> bands; // in painting order, from the bottom up
+    std::vector<StripBand> bands; // in the order of painting, from the bottom up
     struct Place {
         int x = 0, y = 0; // pixels
     };
-    std::optional<Place> icon; // top left of the 16 pixel icon; transparent
-    Place text;                // where the caption starts; it runs up from there, a quarter turn
+    std::optional<Place> icon; // the top left corner of the icon of 16 pixels, which is transparent
+    Place text;                // where the caption begins; it runs upwards
 };
 
 class cLogo
 {
 public:
-    std::function<void(const StripPlan &)> DrawingObject; // paints; empty for no surface
+    std::function<void(const StripPlan &)> DrawingObject; // paints; empty when there is no surface
     int widthTwips = 0, heightTwips = 0;                  // of the surface
     std::string Caption;
     bool hasImageList = false; // hImageList
     int IconIndex = 0;         // from 1; 0 for none
 
-    // Each is turned into red, green and blue when it is set.
+    // Each colour is split into red, green and blue when it is set.
     void SetStartColor(Colour colour); // bottom; black at first
-    void SetEndColor(Colour colour);   // top; the colour of a button until it is set
+    void SetEndColor(Colour colour);   // top; the colour of a button at first
     Colour StartColor() const { return m_start; }
     Colour EndColor() const { return m_end; }
 
-    // Resolves system colours; the window sets the desktop's. Number 15 is the button face.
+    // Returns a colour of the desktop; the window sets this. Number 15 is the face of a button.
     std::function<Colour(int number)> systemColour;
 
-    // Paints. Nothing is painted before it is called, nor without a surface.
+    // Paints the strip, if there is a surface.
     void Draw() const;
 
     // What Draw paints.
@@ -60,12 +60,12 @@ private:
     Colour m_end = 0xF0F0F0;
 };
 
-// The piece of the strip that goes beside a menu item `itemTop` pixels below the menu's top: the
-// source is cut at (0, itemTop), and the item's own drawing moves right by stripWidth + 1.
+// The part of the strip beside a menu item that is `itemTop` pixels below the top of the menu: the
+// source is cut at (0, itemTop), and the item itself is drawn stripWidth + 1 pixels further right.
 struct StripPiece {
     int sourceX = 0, sourceY = 0, width = 0, height = 0; // pixels
     int targetX = 0, targetY = 0;
-    int itemLeft = 0; // the item's new left
+    int itemLeft = 0; // where the item begins now
 };
 StripPiece PieceForItem(int stripWidthTwips, int itemLeft, int itemTop, int itemHeight);
 

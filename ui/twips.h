@@ -1,4 +1,5 @@
-// ui/twips.h - the unit of all window lengths, 1440 to the inch, and its one conversion to pixels.
+// ui/twips.h - twips, the unit of all lengths in windows (1440 to the inch), and the conversion to
+// pixels.
 #pragma once
 
 #include <cstdint>
@@ -6,8 +7,8 @@
 namespace ui
 {
 
-// 15 twips to the pixel at 96 dpi. Pixels are the toolkit's logical ones, so that a scaled screen
-// changes nothing here.
+// 15 twips are one pixel at 96 dpi. Pixels are the toolkit's logical pixels: the scale of the
+// screen has no influence.
 inline constexpr int kTwipsPerPixel = 15;
 
 constexpr int TwipsOfPixels(int pixels)
@@ -15,7 +16,7 @@ constexpr int TwipsOfPixels(int pixels)
     return pixels * kTwipsPerPixel;
 }
 
-// Rounded to the nearest pixel, halves away from zero.
+// Rounded to the nearest pixel; a half is rounded away from zero.
 constexpr int PixelsOfTwips(int twips)
 {
     const int half = twips < 0 ? -(kTwipsPerPixel / 2) : kTwipsPerPixel / 2;

@@ -1,5 +1,5 @@
-// ui/controls/area.h - what every visible control has: a place, whether it shows and answers, a
-// tool tip, the keyboard.
+// ui/controls/area.h - what every visible control has: a place, whether it is visible and enabled,
+// a tool tip, the keyboard focus.
 #pragma once
 
 #include "ui/controls/hook.h"
@@ -35,7 +35,7 @@ public:
     bool Enabled() const { return m_enabled; }
     void SetEnabled(bool enabled) { Assign(m_enabled, enabled); }
 
-    // UTF-8, plain; empty for none.
+    // UTF-8, no marks; empty for none.
     const std::string &ToolTip() const { return m_toolTip; }
     void SetToolTip(std::string_view tip) { Assign(m_toolTip, std::string(tip)); }
 
@@ -43,16 +43,16 @@ public:
     bool Marked() const { return m_marked; }
     void SetMarked(bool marked) { Assign(m_marked, marked); }
 
-    // What a screen reader speaks where neither a caption nor a label names the control; empty for
+    // What a screen reader speaks when neither a caption nor a label names the control; empty for
     // none.
     const std::string &SpokenName() const { return m_spoken; }
     void SetSpokenName(std::string_view name) { Assign(m_spoken, std::string(name)); }
 
-    // Gives the keyboard to the control, when a window shows it.
+    // Gives the keyboard focus to the control, when a window shows it.
     void SetFocus() const { Notify(focusWanted); }
 
-    ChangeHook changed;     // the widget's; called only when something differs
-    ChangeHook focusWanted; // the widget's
+    ChangeHook changed;     // for the widget; called only after a real change
+    ChangeHook focusWanted; // for the widget
 
 protected:
     template <class T>

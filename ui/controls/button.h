@@ -12,19 +12,19 @@ public:
     using Label::Label;
 
     // The key of a picture that the button shows instead of its caption; empty for none. The
-    // caption stays what logic reads, and a screen reader hears SpokenName(), or the tool tip
-    // without one.
+    // caption can still be read by the program; a screen reader speaks SpokenName(), or the tool
+    // tip when that is empty.
     const std::string &Image() const { return m_image; }
     void SetImage(std::string_view key) { Assign(m_image, std::string(key)); }
 
-    // What a click does, unless the button is disabled. The window and tests call it.
+    // Runs the event, unless the button is disabled. The window and tests call it.
     void Click() const
     {
         if (Enabled() && onClick)
             onClick();
     }
 
-    std::function<void()> onClick; // the Click event of logic
+    std::function<void()> onClick; // the Click event
 
 private:
     std::string m_image;

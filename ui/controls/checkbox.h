@@ -1,4 +1,5 @@
-// ui/controls/checkbox.h - a box with a caption that is checked or not, and its round kin.
+// ui/controls/checkbox.h - a box with a caption that can be checked, and the round box of which
+// only one can be.
 #pragma once
 
 #include "ui/controls/label.h"
@@ -11,7 +12,7 @@ class CheckBox : public Label
 public:
     using Label::Label;
 
-    // Raises `onClick` when it differs, whoever changed it.
+    // A change raises `onClick`, whether the user or the program made it.
     bool Checked() const { return m_checked; }
     void SetChecked(bool checked)
     {
@@ -23,13 +24,13 @@ public:
             onClick();
     }
 
-    std::function<void()> onClick; // the Click event of logic
+    std::function<void()> onClick; // the Click event
 
 private:
     bool m_checked = false;
 };
 
-// One of several in the same frame; checking one unchecks the others there (the window does).
+// One of several in the same frame. When one is checked, the window unchecks the others.
 class Option : public CheckBox
 {
 public:

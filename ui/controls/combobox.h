@@ -1,5 +1,5 @@
-// ui/controls/combobox.h - a list of texts that drops down below the chosen one, which may be typed
-// as well.
+// ui/controls/combobox.h - a list of texts that opens below the chosen one; the user may type a
+// text as well, if `canType`.
 #pragma once
 
 #include "ui/controls/area.h"
@@ -19,7 +19,7 @@ public:
 
     bool canType = false; // any text may be typed; set before the window is built
 
-    // The entries, UTF-8, without marks. Replacing them leaves the text as it is.
+    // The entries, UTF-8, without marks. Setting them does not change the text.
     const std::vector<std::string> &Items() const { return m_items; }
     void SetItems(std::vector<std::string> items)
     {
@@ -28,8 +28,9 @@ public:
         Notify(changed);
     }
 
-    // The chosen entry, from 0; -1 when the text is none. Setting one out of range chooses none and
-    // empties the text. Raises `onClick` when another entry is chosen, whoever chose it.
+    // The zero-based index of the chosen entry; -1 when the text is not an entry. An index out of
+    // range chooses none and empties the text. Choosing another entry raises `onClick`, whether the
+    // user or the program did it.
     int ListIndex() const { return m_index; }
     void SetListIndex(int index)
     {
@@ -43,7 +44,8 @@ public:
             onClick();
     }
 
-    // The text that shows, which logic may set to one that is no entry. Raises `textChanged`.
+    // The text that is shown; the program may set one that is not an entry. A change raises
+    // `textChanged`.
     const std::string &Text() const { return m_text; }
     void SetText(std::string_view text)
     {
@@ -58,11 +60,11 @@ public:
 
     std::function<void()> onClick;     // another entry was chosen
     std::function<void()> textChanged; // another text was typed or set
-    // The KeyPress event of logic: true when logic took the key.
+    // The KeyPress event. Returns true when the key was handled and the box must not get it.
     std::function<bool(char32_t)> keyPressed;
 
 private:
-    // The first entry that equals the text byte by byte.
+    // The first entry that is equal to the text, byte by byte.
     int IndexOf(std::string_view text) const
     {
         for (std::size_t i = 0; i < m_items.size(); ++i)

@@ -19,8 +19,8 @@ public:
 
     const std::string name; // "submnuExit", "mnuFile", "g"
 
-    // UTF-8; "&" marks the access key, a caption of "-" alone is a separator. For a toolbar button
-    // it is the tooltip.
+    // UTF-8; "&" marks the access key, the caption "-" is a separator. A toolbar button shows it as
+    // its tool tip.
     const std::string &Caption() const { return m_caption; }
     void SetCaption(std::string_view caption) { Assign(m_caption, std::string(caption)); }
 

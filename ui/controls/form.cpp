@@ -33,7 +33,7 @@ bool MayClose(const Form &form)
     return !form.mayClose || form.mayClose();
 }
 
-// Where the text of a row of the table belongs to.
+// Sets the text that a row of the table is for.
 void SetText(Form &form, const Caption &row, const std::string &text)
 {
     if (row.control.empty()) {
@@ -103,7 +103,8 @@ Form::Form(std::string_view formName, std::span<const Caption> texts)
 
 Form::~Form()
 {
-    // Its window is tied to controls that are gone now: a mistake of ours that must not go on.
+    // The window would use controls that do not exist any more: this programming error must not go
+    // on.
     if (m_hosted)
         std::abort();
     if (TheFormHost() != nullptr)

@@ -1,8 +1,7 @@
 // ui/controls/form.h - a window without its toolkit: its controls by name, the table of its
-// captions, its layout, its events. A window is a struct derived from ui::Form; ui/qt/form builds
-// the widgets and does for all windows what none has to do itself: object names, captions, the
-// names that a screen reader speaks, label buddies, tool tips, Enter and Escape, the icon, the
-// place on the screen.
+// captions, its layout, its events. A window is a struct derived from ui::Form. ui/qt/form makes
+// the widgets, and does for all windows: object names, captions, names for screen readers, label
+// buddies, tool tips, Enter and Escape, the icon, the place on the screen.
 #pragma once
 
 #include "ui/controls/button.h"
@@ -43,45 +42,45 @@ struct Caption {
     Of of = Of::Caption;
 };
 
-// How a window's controls are arranged: a control, a row, a column or a grid of arrangements, or
-// room that takes what is left. Distances are the desktop's own. A control in a row or column that
-// is Filled takes what is left as well.
+// How the controls of a window are arranged: a control, a row, a column or a grid of arrangements,
+// or room that takes the remaining space. The desktop's style sets the distances. A control in a
+// row or column that is Filled takes the remaining space too.
 struct Layout {
     enum class Kind { Empty, Control, Row, Column, Grid, Room };
 
     Layout() = default;
     Layout(Area &shown)
-        : kind(Kind::Control), control(&shown) {} // NOLINT: controls are listed as they are
+        : kind(Kind::Control), control(&shown) {} // NOLINT: a control is written as it is
 
     Kind kind = Kind::Empty;
     Area *control = nullptr;
-    std::vector<Layout> parts; // of a control: what is inside a frame
-    int columns = 1;           // of a grid
+    std::vector<Layout> parts; // for a frame: what is inside
+    int columns = 1;           // for a grid
     bool filled = false;
 };
 [[nodiscard]] Layout Row(std::initializer_list<Layout> parts);
 [[nodiscard]] Layout Column(std::initializer_list<Layout> parts);
 [[nodiscard]] Layout Grid(int columns, std::initializer_list<Layout> parts); // row by row
 [[nodiscard]] Layout Inside(Frame &frame, Layout inner);
-[[nodiscard]] Layout Room();                // pushes its neighbours apart
-[[nodiscard]] Layout Filled(Layout layout); // takes what is left
+[[nodiscard]] Layout Room();                // moves its neighbours apart
+[[nodiscard]] Layout Filled(Layout layout); // takes the remaining space
 
-// A control of a window, by the kind of its widget.
+// A control of a window; its type decides the widget.
 using AnyControl =
     std::variant<Label *, Button *, CheckBox *, Option *, TextBox *, ComboBox *, Frame *, Slider *,
                  Picture *, KeyedTree *, KeyedList *, StatusBar *, ProgressBar *, Timer *, Area *>;
 
 struct Member {
-    std::string name; // its object name: "txtTitle"; of an array "txtTitle(1)"
+    std::string name; // the object name: "txtTitle"; in an array "txtTitle(1)"
     AnyControl control;
-    Frame *in = nullptr; // the frame that holds it; null: the window itself
-    // The label that names it: its access key leads here, and a screen reader speaks it. Null for
-    // none.
+    Frame *in = nullptr; // the frame that contains it; null: the window itself
+    // The label that names it: the label's access key leads here, and a screen reader speaks its
+    // caption. Null for none.
     Label *label = nullptr;
 };
 
-// A label itself. A pointer to a control that only has a caption as well (a button, a check box, a
-// frame) does not compile: it cannot name another control.
+// A pointer to a label. A pointer to another control with a caption (a button, a check box, a
+// frame) does not compile, because these cannot name another control.
 class NamingLabel
 {
 public:
@@ -97,27 +96,27 @@ private:
     Label *m_label = nullptr;
 };
 
-// For Form::Add: the frame that holds the control, and the label that names it; null for none. The
-// label is a member of the form, added before the control.
+// For Form::Add: the frame that contains the control, and the label that names it; null for none.
+// The label must be a member of the form that was added before the control.
 struct Where {
     Frame *in = nullptr;
     NamingLabel label = {};
 };
 
-// A key as the KeyDown event gives it.
+// A key in a KeyDown event.
 struct Key {
-    int code = 0; // of letters and digits their upper-case ASCII; kEscapeKey, kEnterKey, ...
+    int code = 0; // a letter or digit in upper-case ASCII; kEscapeKey, kEnterKey, ...
     bool shift = false, ctrl = false, alt = false;
-    bool repeated = false; // it is held down, and was pressed before
+    bool repeated = false; // the key is held down and was reported before
 };
 inline constexpr int kEnterKey = 13, kEscapeKey = 27, kDeleteKey = 46, kF5Key = 116;
 
 class Form
 {
 public:
-    // `formName` is that of the window ("frmPref"); `captions` outlives the form.
+    // `formName` is the name of the window ("frmPref"); `captions` must outlive the form.
     Form(std::string_view formName, std::span<const Caption> captions);
-    virtual ~Form(); // its window is gone by then, as its controls are
+    virtual ~Form(); // the window and the controls do not exist any more then
     Form(const Form &) = delete;
     Form &operator=(const Form &) = delete;
 
@@ -132,9 +131,8 @@ public:
         Notify(changed);
     }
 
-    // --- What the window is made of; filled in by the derived struct's constructor. The order of
-    // the members is the order of the Tab key. A label named by `label` of a later member needs no
-    // row of its own there.
+    // --- The controls; added by the constructor of the derived struct. Their order is the order of
+    // the Tab key. A control that is named by a label needs no row of its own for a spoken name.
     template <class Control>
     void Add(std::string_view controlName, Control &control, Where where = {})
     {
@@ -143,40 +141,41 @@ public:
     }
     std::vector<Member> members;
 
-    // The arrangement of the controls. Without one each control is at its own Place(), in twips.
+    // The arrangement of the controls. Without a layout each control is at its Place(), in twips.
     Layout layout;
 
-    // --- The window's own properties, set before it loads.
+    // --- Properties of the window, to be set before it is loaded.
     Rect size{0, 0, 6000,
-              4000}; // width and height inside the frame, twips; of a layout the least ones
+              4000}; // width and height inside the frame, in twips; with a layout the least ones
     bool resizable = false;
-    bool remembersPlace = false;    // its place is stored, and restored when it loads again
-    Button *acceptButton = nullptr; // Enter
+    bool remembersPlace = false;    // its place is stored, and used when it loads again
+    Button *acceptButton = nullptr; // pressed by Enter
     Button *cancelButton =
-        nullptr; // Escape; without one Escape closes the window if `escapeCloses`
+        nullptr; // pressed by Escape; when null, Escape closes the window if `escapeCloses`
     bool escapeCloses = true;
-    bool takesKeyboard = true; // when it is shown without modality; false: it does not come forward
-    bool overModal = false;    // is shown and used while a modal window is up, too
-    bool hidesOnClose = false; // stays loaded when the user closes it, and is shown again as it was
+    bool takesKeyboard = true; // when shown without modality; false: it is not brought to the front
+    bool overModal = false;    // can be shown and used while a modal window is open
+    bool hidesOnClose =
+        false; // stays loaded when the user closes it; shown again in the same state
 
-    // --- The state of the window, kept up to date while it shows.
+    // --- The state of the window, set by its host.
     bool Loaded() const { return m_loaded; }
     bool Visible() const { return m_visible; }
     bool minimised = false;
 
     // --- Events. Each may be empty.
-    std::function<void()> onLoad;   // after the captions, before the window shows
-    std::function<void()> onUnload; // the window is gone from the screen
-    std::function<bool()> mayClose; // asked before it closes; false keeps it
+    std::function<void()> onLoad;   // after the captions are set, before the window is shown
+    std::function<void()> onUnload; // the window is no longer on the screen
+    std::function<bool()> mayClose; // called before it closes; false keeps it open
     std::function<void()> onResize; // `size` has the new width and height
     std::function<bool(const Key &)>
-        onKeyDown; // before the control that has the keyboard; true: taken
+        onKeyDown; // before the control with the focus gets the key; true: handled
 
-    // --- Used by the host of the window.
-    ChangeHook changed; // the window's
+    // --- For the host of the window.
+    ChangeHook changed; // for the window
     void SetLoaded(bool loaded) { m_loaded = loaded; }
     void SetVisible(bool visible) { m_visible = visible; }
-    void SetHosted(bool hosted) { m_hosted = hosted; } // there is a window of it
+    void SetHosted(bool hosted) { m_hosted = hosted; } // a window for it exists
 
 private:
     std::string m_title;
@@ -185,53 +184,54 @@ private:
     bool m_hosted = false;
 };
 
-// Shows forms in windows. Implemented by ui/qt/form; tests of logic put their own
-// (tests/support/fakeforms.h).
+// Shows forms in windows. ui/qt/form implements it; tests of logic use tests/support/fakeforms.h.
 struct FormHost {
     virtual ~FormHost() = default;
-    virtual void Show(Form &form) = 0;      // loads it where needed
+    virtual void Show(Form &form) = 0;      // loads it if needed
     virtual void ShowModal(Form &form) = 0; // the same; returns when the form is no longer visible
     virtual void Hide(Form &form) = 0;
     virtual void Close(Form &form) = 0;                  // hides and unloads it
     virtual void Retire(std::unique_ptr<Form> form) = 0; // see ui::Retire
-    virtual std::vector<Form *> Forms() = 0;             // those that are loaded, the oldest first
-    virtual void Forget(Form & /*form*/) {}              // it ends now, without having been closed
+    virtual std::vector<Form *> Forms() = 0;             // the loaded ones, the oldest first
+    virtual void Forget(Form & /*form*/) {} // the form is destroyed without having been closed
 };
 
-// The host in use; null where there are no windows.
+// The host in use; null when there are no windows.
 FormHost *&TheFormHost();
 
-// Shows the window without modality, loading it first where needed; one that shows comes forward.
-// Errors: kNonModalOverModal (401) while a modal window is up; kObjectNotSet without a host.
+// Shows the window without modality; loads it first if needed, and brings it to the front if it is
+// shown already.
+// Errors: kNonModalOverModal (401) while a modal window is open; kObjectNotSet without a host.
 void Show(Form &form);
 
-// Shows the window modally and returns when it was closed. An open group of catalogue rows is
-// closed first; timers and events run meanwhile. Errors: those of onLoad; kObjectNotSet without a
-// host.
+// Shows the window modally and returns when it has been closed. An open group of catalogue rows is
+// committed first; timers and events run meanwhile.
+// Errors: those of onLoad; kObjectNotSet without a host.
 void ShowModal(Form &form);
 
-// Closes the window, without asking mayClose: unloads it. Nothing for one that is not loaded. A
-// form that was shown modally may end once ShowModal has returned; any other lives as long as the
-// program, or ends by Retire.
+// Unloads the window without calling mayClose; does nothing when it is not loaded. A form that was
+// shown modally may be destroyed once ShowModal has returned. Any other must live as long as the
+// program, or be passed to Retire.
 void Close(Form &form);
 void Hide(Form &form); // stays loaded
 
-// Ends a form once it is closed and the event under way is over, also from its own onUnload.
+// Destroys a form when it is closed and the current event is over; may be called from its own
+// onUnload.
 void Retire(std::unique_ptr<Form> form);
 
-// Closes (or, of one that hidesOnClose, hides) the window if its mayClose lets it. The window's
-// close button and Escape come here. Returns: whether it was closed.
+// Closes the window (or hides it, if hidesOnClose) unless its mayClose returns false. The window's
+// close button and Escape do this. Returns: whether it was closed.
 bool AskToClose(Form &form);
 
-// At the end of the program: asks every loaded form, and closes all when each lets it.
-// Returns: false when one did not; none is closed then.
+// At the end of the program: asks every loaded form, and closes all if each allows it. Returns:
+// false when one did not; none is closed then.
 bool AskToCloseAll();
 void CloseAll();
 
 // The control of this name; null when the form has none.
 const Member *FindMember(const Form &form, std::string_view controlName);
 
-// What is common to every host: captions, onLoad; onUnload.
+// What every host does. LoadForm: sets the captions and calls onLoad. UnloadForm: calls onUnload.
 void LoadForm(Form &form, const std::function<std::string(const Caption &)> &textOf);
 void UnloadForm(Form &form);
 

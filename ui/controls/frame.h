@@ -1,5 +1,4 @@
-// ui/controls/frame.h - a border with a caption around other controls, or, without either, a plain
-// holder of them.
+// ui/controls/frame.h - a control that contains others, with or without a border and a caption.
 #pragma once
 
 #include "ui/controls/label.h"
@@ -12,7 +11,8 @@ class Frame : public Label
 public:
     using Label::Label;
 
-    bool bordered = true; // false: neither border nor caption shows; set before the window is built
+    bool bordered =
+        true; // false: neither border nor caption is shown; to be set before the window is built
 };
 
 } // namespace ui

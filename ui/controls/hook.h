@@ -6,8 +6,8 @@
 namespace ui
 {
 
-// One listener at the most: the widget bound to the control. Empty when no widget shows the
-// control.
+// Called by a control when it changes; the widget that shows the control sets it. Empty when there
+// is no widget.
 using ChangeHook = std::function<void()>;
 
 inline void Notify(const ChangeHook &hook)

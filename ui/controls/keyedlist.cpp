@@ -200,7 +200,7 @@ void KeyedList::SetSort(int sortKey, bool descending)
     Tell(ListChange::Order);
 }
 
-// The keys are made once a row, not once a comparison.
+// Each row's sort key is made once, not for each comparison.
 void KeyedList::Sort()
 {
     std::iota(m_order.begin(), m_order.end(), 0);
@@ -269,7 +269,7 @@ void KeyedList::SetSelection(std::span<const RowId> selected, RowId focus)
 void KeyedList::BeginUpdate()
 {
     if (m_updating == 0 && rowsAboutToChange)
-        rowsAboutToChange(); // the old ones can still be looked at
+        rowsAboutToChange(); // the old rows can still be read
     ++m_updating;
 }
 

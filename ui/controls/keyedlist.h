@@ -15,8 +15,8 @@
 namespace ui
 {
 
-// A row's number, from 0 in the order of adding; sorting leaves it as it is. It holds until the
-// rows are cleared or one is removed.
+// The number of a row, from 0 in the order of adding; sorting does not change it. It is valid until
+// the rows are cleared or one is removed.
 using RowId = std::int32_t;
 inline constexpr RowId kNoRow = -1;
 
@@ -24,91 +24,92 @@ struct ListColumn {
     std::string key;
     std::string caption;
     int widthTwips = 0;
-    int position = 0; // from 1, left to right
+    int position = 0; // one-based, from left to right
 };
 
-// What the window has to look at again.
+// What has changed for the window.
 enum class ListChange { Columns, Order, Selection, Cells };
 
 class KeyedList : public Area
 {
 public:
-    // --- Columns. Column c (from 1) shows a row's main text for c = 1, else sub-item c - 1, also
-    // after it moved to another position.
+    // --- Columns. The one-based column c shows the main text of a row for c = 1, else sub-item c -
+    // 1, also after it was moved to another position.
     void ClearColumns();
-    // Errors: kDuplicateKey when the key is taken.
+    // Errors: kDuplicateKey when the key exists.
     void AddColumn(std::string_view key, std::string_view caption, int widthTwips);
     const std::vector<ListColumn> &Columns() const { return m_columns; }
     // Errors of both: kSubscriptOutOfRange for an unknown key.
     void SetColumnWidth(std::string_view key, int widthTwips);
-    void SetColumnPosition(std::string_view key, int position); // the others close up
+    void SetColumnPosition(std::string_view key, int position); // the others fill the gap
 
-    // Without headers the columns stay as they are.
+    // The columns stay when their headers are hidden.
     bool HeadersHidden() const { return m_headersHidden; }
     void HideHeaders(bool hide) { Assign(m_headersHidden, hide); }
 
     // --- Rows.
-    void ClearRows(); // with them go the keys of the sub-items and the selection
+    void ClearRows(); // also removes the keys of the sub-items and the selection
     // Names sub-items 1, 2, ... of every row.
     void SetSubItemKeys(std::vector<std::string> keys) { m_subItemKeys = std::move(keys); }
-    // Adds a row. Errors: kDuplicateKey when the key is taken.
+    // Adds a row. Errors: kDuplicateKey when the key exists.
     RowId AddRow(std::string_view key, std::string_view text, std::string_view image,
                  std::span<const std::string_view> subItems);
-    // Makes room for `rows` rows of `cells` texts each (key, main text, sub-items), `bytes` in all.
+    // Reserves memory for `rows` rows of `cells` texts each (key, main text, sub-items), `bytes` in
+    // total.
     void Reserve(std::size_t rows, std::size_t cells, std::size_t bytes);
-    // Errors: kSubscriptOutOfRange when absent.
+    // Errors: kSubscriptOutOfRange for an unknown row.
     void RemoveRow(RowId row);
     RowId Count() const { return static_cast<RowId>(m_rows.size()); }
     RowId Find(std::string_view key) const; // kNoRow when absent
 
-    // Of one row. Views hold until the next change of the rows.
+    // Texts of one row. The views are valid until the rows change.
     // Errors: kSubscriptOutOfRange for an unknown row or sub-item key.
     std::string_view Key(RowId row) const { return Cell(row, 0); }
     std::string_view Text(RowId row) const { return Cell(row, 1); }
     std::string_view Image(RowId row) const { return m_images[At(row).image]; }
     int SubItemCount(RowId row) const { return static_cast<int>(At(row).cells) - 2; }
     std::string_view SubItem(RowId row, std::string_view key) const;
-    // By number, from 1; empty when the row has fewer.
+    // By one-based number; empty when the row has fewer sub-items.
     std::string_view SubItemAt(RowId row, int number) const;
-    // Rows sorted by that sub-item are sorted anew, else the change costs no more than its text.
+    // Changes one text. When the rows are sorted by this sub-item, they are sorted again.
     void SetSubItem(RowId row, std::string_view key, std::string_view text);
 
-    // A dimmed row is one of a thing that is not there; `DimmedTip` says so in words.
+    // A dimmed row is for something that does not exist now; `DimmedTip` says what.
     bool IsDimmed(RowId row) const { return At(row).dimmed; }
     void SetDimmed(RowId row, bool dimmed);
     const std::string &DimmedTip() const { return m_dimmedTip; }
     void SetDimmedTip(std::string_view tip) { m_dimmedTip = tip; }
 
-    // Counts the clearings. A procedure that yielded compares it to see whether the rows are new.
+    // How often the rows have been cleared. After a yield a procedure compares it to see whether
+    // the rows are new.
     std::uint64_t Filling() const { return m_filling; }
 
     // --- Order. The rows are always sorted by sub-item `SortKey()` (0 = main text); equal rows
-    // keep the order of adding. Texts compare without regard to case, accented letters beside
-    // their plain ones, numbers as the texts they are.
+    // stay in the order of adding. The order of texts is that of runtime/collation.h.
     int SortKey() const { return m_sortKey; }
     bool Descending() const { return m_descending; }
     void SetSort(int sortKey, bool descending);
     RowId RowAt(int displayIndex) const { return m_order[static_cast<std::size_t>(displayIndex)]; }
     int DisplayIndex(RowId row) const;
 
-    // --- Selection. `SelectedItem` is the row with the focus; other rows may be selected too.
+    // --- Selection. `SelectedItem` is the row with the focus; others can be selected too.
     RowId SelectedItem() const { return m_focus; }
     bool IsSelected(RowId row) const { return At(row).selected; }
     int SelectedCount() const { return m_selectedCount; }
-    void SetSelected(RowId row, bool selected); // selecting gives the row the focus
+    void SetSelected(RowId row, bool selected); // a selected row gets the focus
     void DeselectAll();
     void SelectOnly(RowId row);
-    // What the window's selection has become, `focus` among it or kNoRow.
+    // The user has changed the selection; `focus` is one of the rows or kNoRow.
     void SetSelection(std::span<const RowId> selected, RowId focus);
 
-    // From the first Begin to the last End the window shows the rows as they were and asks for
-    // nothing; sorting waits for the end (ListUpdate calls these).
+    // From the first Begin to the last End the window shows the former rows and reads nothing;
+    // sorting is done at the end. Use ListUpdate.
     void BeginUpdate();
     void EndUpdate();
     bool Updating() const { return m_updating > 0; }
 
-    // A line that the window shows in place of rows while there is none; empty for none. With a
-    // caption it has a button below, whose click is `onHintClick`.
+    // A line that the window shows when there are no rows; empty for none. If the hint has a
+    // caption, a button is shown below it, whose event is `onHintClick`.
     const std::string &Hint() const { return m_hint; }
     const std::string &HintButton() const { return m_hintButton; }
     void SetHint(std::string_view hint, std::string_view buttonCaption = {})
@@ -118,11 +119,12 @@ public:
     }
     std::function<void()> onHintClick;
 
-    // The events of logic. A column is numbered from 1.
+    // The events. A column's number is one-based.
     std::function<void()> onClick, onDblClick, onItemClick;
     std::function<void(int column)> onColumnClick;
 
-    // The widget's: rows are about to change, have changed (all numbers are new), or less.
+    // For the widget: the rows are about to change; they have changed (all numbers are new);
+    // something else has changed.
     std::function<void()> rowsAboutToChange, rowsChanged;
     std::function<void(ListChange)> listChanged;
 
@@ -166,7 +168,7 @@ private:
     std::uint64_t m_filling = 0;
 };
 
-// Holds a list in update for as long as it lives.
+// While one exists, the list is between BeginUpdate and EndUpdate.
 class ListUpdate
 {
 public:

@@ -46,7 +46,7 @@ NodeId KeyedTree::Append(NodeId parent, std::string_view key, std::uint32_t hash
     return node;
 }
 
-// A text that is the end of the key (a value in upper case after its marker) is stored once.
+// A text that is the end of the key (an upper-case value after its marker) is stored only once.
 void KeyedTree::StoreTexts(Node &node, std::string_view key, std::string_view text)
 {
     node.keyAt = m_block.size();
@@ -72,7 +72,7 @@ void KeyedTree::Remove(std::string_view key)
     std::swap(old.m_nodes, m_nodes);
     old.m_selected = m_selected;
     Forget();
-    // A parent always has a smaller number than its children, so one walk in order rebuilds all.
+    // The number of a parent is smaller than those of its children, so one pass in order is enough.
     std::vector<NodeId> newNumber(old.m_nodes.size(), kNoNode);
     for (NodeId node = 0; node < old.Count(); ++node) {
         const Node &was = old.m_nodes[static_cast<std::size_t>(node)];
@@ -167,7 +167,7 @@ std::vector<NodeId> &KeyedTree::ChildrenToFill(NodeId parent)
 {
     if (parent == kNoNode)
         return m_roots;
-    static_cast<void>(At(parent)); // throws for a number that is none
+    static_cast<void>(At(parent)); // throws for an invalid number
     std::int32_t &children = m_nodes[static_cast<std::size_t>(parent)].children;
     if (children == kNoChildren) {
         children = static_cast<std::int32_t>(m_children.size());
@@ -279,7 +279,7 @@ void KeyedTree::MoveTo(NodeId node)
 void KeyedTree::BeginUpdate()
 {
     if (m_updating == 0 && nodesAboutToChange)
-        nodesAboutToChange(); // the old ones can still be looked at
+        nodesAboutToChange(); // the old nodes can still be read
     ++m_updating;
 }
 

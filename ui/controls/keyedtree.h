@@ -1,5 +1,6 @@
-// ui/controls/keyedtree.h - a tree of nodes found by key, children in insertion order. Keys and
-// texts (UTF-8) are kept in one block, so that 100,000 nodes cost what their text costs.
+// ui/controls/keyedtree.h - a tree of nodes with keys; children are in the order of adding. Keys
+// and texts (UTF-8) are in one block of memory, so that 100,000 nodes need little more than their
+// text.
 #pragma once
 
 #include "runtime/keyindex.h"
@@ -14,91 +15,93 @@
 namespace ui
 {
 
-// A node's number, from 0 in the order of adding. It holds until the next Remove or Clear.
+// The number of a node, from 0 in the order of adding. It is valid until the next Remove or Clear.
 using NodeId = std::int32_t;
 inline constexpr NodeId kNoNode = -1;
 
 class KeyedTree : public Area
 {
 public:
-    // Adds a node below `parent`, or a root for kNoNode. Images are keys of an image list; an empty
-    // `selectedImage` means that a selected node keeps its image.
-    // Errors: kDuplicateKey (runtime/error.h) when the key is taken; the tree is as it was.
+    // Adds a node below `parent`, or a root for kNoNode. Images are keys of an image list; with an
+    // empty `selectedImage` a selected node keeps its image.
+    // Errors: kDuplicateKey (runtime/error.h) when the key exists; the tree is unchanged then.
     NodeId Add(NodeId parent, std::string_view key, std::string_view text,
                std::string_view image = {}, std::string_view selectedImage = {});
 
-    // The same, but kNoNode instead of an error.
+    // The same, but returns kNoNode instead of an error.
     NodeId TryAdd(NodeId parent, std::string_view key, std::string_view text,
                   std::string_view image = {}, std::string_view selectedImage = {});
 
-    // Removes the node with the key and all below it. Errors: kSubscriptOutOfRange when absent.
+    // Removes the node with the key and all nodes below it. Errors: kSubscriptOutOfRange for an
+    // unknown key.
     void Remove(std::string_view key);
     void Clear();
 
-    // Puts the children of `parent` (the roots for kNoNode) in the order of their texts as lists
-    // show them; equal ones keep their order. Nodes added later come after them.
+    // Sorts the children of `parent` (the roots for kNoNode) by their texts, in the order of
+    // runtime/collation.h; equal ones keep their order. Nodes added later come after them.
     void SortChildren(NodeId parent);
 
     NodeId Find(std::string_view key) const; // kNoNode when absent
     NodeId Count() const { return static_cast<NodeId>(m_nodes.size()); }
 
-    // Of one node. The views hold until the next change of the tree's nodes.
+    // One node. The views are valid until the nodes of the tree change.
     std::string_view Key(NodeId node) const;
     std::string_view Text(NodeId node) const;
     std::string_view Image(NodeId node) const { return m_images[At(node).image]; }
     std::string_view SelectedImage(NodeId node) const { return m_images[At(node).selectedImage]; }
     NodeId Parent(NodeId node) const { return At(node).parent; }
-    int RowInParent(NodeId node) const { return At(node).row; } // from 0
+    int RowInParent(NodeId node) const { return At(node).row; } // zero-based
     const std::vector<NodeId> &Children(NodeId node) const;     // kNoNode: the roots
     bool Expanded(NodeId node) const { return At(node).expanded; }
 
-    // The texts from the root down to the node, joined by `pathSeparator`.
+    // The texts from the root to the node, with `pathSeparator` between them.
     std::string FullPath(NodeId node) const;
 
-    // The selected node, kNoNode when there is none. Selecting from code raises no event.
+    // The selected node, kNoNode when there is none. Select raises no event.
     NodeId Selected() const { return m_selected; }
     void Select(NodeId node);
 
-    // Expands all nodes above `node` that are not, from the top down, so that it can be seen.
+    // Expands all collapsed nodes above `node`, from the top down.
     void MakeVisible(NodeId node);
 
-    // From code: expanding a collapsed node raises `onExpand`, collapsing raises nothing.
-    // Collapsing a node selects it if the selected node is below it.
+    // By the program: expanding a collapsed node raises `onExpand`; collapsing raises nothing. When
+    // a node is collapsed and the selected one is below it, it becomes the selected one.
     void SetExpanded(NodeId node, bool expanded);
 
-    // What the user does, each with its events in order. The window calls these and nothing else.
-    // A key or a double click that expands or collapses a node is a click on its expander: its
-    // Click lets the listener take back the mark of the Expand before the next move.
-    void ClickText(NodeId node);     // selects; NodeClick, Click
-    void ClickExpander(NodeId node); // Expand or Collapse, Click; nothing without children
-    void ClickNothing();             // Click
-    void MoveTo(NodeId node);        // by key: selects; NodeClick
+    // What the user does, each with its events in order. The window calls only these. A key or a
+    // double click that expands or collapses a node counts as a click on its expander: the Click
+    // event comes after Expand, so that the listener can forget there what it noted in Expand.
+    void ClickText(NodeId node); // selects; NodeClick, Click
+    void ClickExpander(
+        NodeId node);         // Expand or Collapse, Click; does nothing for a node without children
+    void ClickNothing();      // Click
+    void MoveTo(NodeId node); // by key: selects; NodeClick
 
-    // Counts what the user did; events of one click have one number.
+    // The number of the user's last action; all events of one action have the same.
     std::uint64_t Gesture() const { return m_gesture; }
 
-    // From the first Begin to the last End the window shows the nodes as they were and asks for
-    // nothing (TreeUpdate calls these).
+    // From the first Begin to the last End the window shows the former nodes and reads nothing. Use
+    // TreeUpdate.
     void BeginUpdate();
     void EndUpdate();
     bool Updating() const { return m_updating > 0; }
 
     char pathSeparator = '/';
 
-    // The events of logic.
+    // The events.
     std::function<void(NodeId)> onExpand, onCollapse, onNodeClick;
     std::function<void()> onClick;
 
-    // The entries of the popup that a right click on a node opens, which selects the node as a
-    // click does, or the menu key on the selected one. Empty, or without entries: no popup.
+    // The entries of the popup menu of a node. A right click selects the node and opens it; the
+    // menu key opens it for the selected node. Without entries there is no popup menu.
     struct PopupEntry {
         std::string caption; // "&" marks the access key
         std::function<void()> run;
     };
     std::function<std::vector<PopupEntry>(NodeId)> popupOf;
 
-    // The widget's: nodes are about to change, have changed (all numbers are new), the selection or
-    // one node's expansion has changed.
+    // For the widget: the nodes are about to change; they have changed (all numbers are new); the
+    // selection or the expansion of one node has changed.
     std::function<void()> nodesAboutToChange, nodesChanged;
     std::function<void(NodeId)> selectionChanged, expansionChanged;
 
@@ -137,7 +140,7 @@ private:
     int m_updating = 0;
 };
 
-// Holds a tree in update for as long as it lives.
+// While one exists, the tree is between BeginUpdate and EndUpdate.
 class TreeUpdate
 {
 public:

@@ -1,4 +1,4 @@
-// ui/controls/label.h - text that logic writes and a window shows.
+// ui/controls/label.h - a text of the program that a window shows.
 #pragma once
 
 #include "ui/controls/area.h"
@@ -29,22 +29,22 @@ public:
         Notify(changed);
     }
 
-    // With `measureHeight` set the label grows with its text: its height follows caption and width.
+    // If `measureHeight` is set, the height of the label follows its caption and width.
     void FitHeight()
     {
         if (measureHeight)
             SetHeight(measureHeight(*this));
     }
 
-    // Its letters in points; 0 for those of the window.
+    // The size of the letters in points; 0 for the size of the window's font.
     int FontSize() const { return m_fontSize; }
     void SetFontSize(int points) { Assign(m_fontSize, points); }
 
-    // The Change event of logic; it runs before the widget hears of the caption, and may change it.
+    // The Change event; it runs before the widget is updated, and may change the caption.
     std::function<void()> captionChanged;
 
-    // The height in twips that the caption takes, wrapped at Width(). Set by the window (or a
-    // test) for the labels that grow; empty for those of a fixed height.
+    // The height in twips of the caption, wrapped at Width(). The window or a test sets it for a
+    // label with a variable height; empty for a fixed height.
     std::function<int(const Label &)> measureHeight;
 
 private:

@@ -1,4 +1,4 @@
-// ui/controls/picture.h - a picture of an image list, named by its key.
+// ui/controls/picture.h - a picture from an image list.
 #pragma once
 
 #include "ui/controls/area.h"

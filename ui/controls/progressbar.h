@@ -1,4 +1,4 @@
-// ui/controls/progressbar.h - a value on its way from 0 to a maximum.
+// ui/controls/progressbar.h - a progress bar: a value from 0 to a maximum.
 #pragma once
 
 #include "ui/controls/area.h"

@@ -1,4 +1,4 @@
-// ui/controls/scrollbar.h - a scroll bar's value and its range from 0 to Max().
+// ui/controls/scrollbar.h - a scroll bar: a value from 0 to Max().
 #pragma once
 
 #include "ui/controls/area.h"
@@ -18,10 +18,13 @@ public:
 
     int Value() const { return m_value; }
     int Max() const { return m_max; }
-    int LargeChange() const { return m_largeChange; } // the step of a click beside the thumb
-    int SmallChange() const { return m_smallChange; } // the step of an arrow; a 0 steps like a 1
+    int LargeChange() const { return m_largeChange; } // the step for a click beside the thumb
+    int SmallChange() const
+    {
+        return m_smallChange;
+    } // the step for a click on an arrow; 0 counts as 1
 
-    // The value is held between 0 and Max(). Raises `valueChanged` when it differs.
+    // The value is limited to 0 to Max(). A change raises `valueChanged`.
     void SetValue(int value)
     {
         const int held = std::clamp(value, 0, m_max);
@@ -33,20 +36,20 @@ public:
         Notify(changed);
     }
 
-    // A value above the new maximum comes down to it.
+    // If the value is greater than the new maximum, it becomes the maximum.
     void SetMax(int max)
     {
         Assign(m_max, std::clamp(max, 0, kLargestMax));
         SetValue(m_value);
     }
 
-    // Back to 0 without the event.
+    // Sets the value to 0 without an event.
     void ResetValue() { Assign(m_value, 0); }
 
     void SetLargeChange(int step) { Assign(m_largeChange, step); }
     void SetSmallChange(int step) { Assign(m_smallChange, step); }
 
-    std::function<void()> valueChanged; // the Change event of logic
+    std::function<void()> valueChanged; // the Change event
 
 private:
     int m_value = 0;

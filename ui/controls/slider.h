@@ -1,4 +1,5 @@
-// ui/controls/slider.h - a value on a line, which the user moves by its thumb, a click or a key.
+// ui/controls/slider.h - a slider: the user moves its thumb with the mouse or keys, or clicks
+// beside it.
 #pragma once
 
 #include "ui/controls/scrollbar.h"
@@ -6,19 +7,19 @@
 namespace ui
 {
 
-// Value, range and steps as of a scroll bar. While the user moves the thumb the window calls
-// `thumbMoved`; the value changes when the thumb is let go. A screen reader speaks its tool tip
-// where no label names it.
+// Value, range and steps: see ScrollBar. While the user drags the thumb, `thumbMoved` is raised;
+// the value changes when the user releases it. Without a label a screen reader speaks the tool tip.
 class Slider : public ScrollBar
 {
 public:
     using ScrollBar::ScrollBar;
 
-    std::function<void()> thumbMoved; // the Scroll event of logic
-    // The user has let the thumb go. Called before the value changes, and where it stays the same.
+    std::function<void()> thumbMoved; // the Scroll event
+    // The user has released the thumb. Raised before the value changes, and also when it does not
+    // change.
     std::function<void()> thumbReleased;
 
-    bool thumbHeld = false; // the user holds the thumb; written by the window
+    bool thumbHeld = false; // the user is holding the thumb; set by the window
 };
 
 } // namespace ui

@@ -16,7 +16,7 @@ struct StatusPanel {
     std::string key;
     std::string text; // UTF-8, with marks ("&&" for an ampersand)
     int widthTwips = 0;
-    bool autoSize = true; // off while a progress bar covers the panel
+    bool autoSize = true; // false while a progress bar covers the panel
 };
 
 class StatusBar

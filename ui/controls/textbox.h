@@ -10,7 +10,7 @@
 namespace ui
 {
 
-// Where in a text: positions count characters from 0, and a CR with its LF is two of them.
+// A part of a text: zero-based, in characters; a CR LF counts as two.
 struct TextRange {
     int start = 0;
     int length = 0;
@@ -23,13 +23,13 @@ class TextBox : public Area
 public:
     using Area::Area;
 
-    // UTF-8, without marks, line breaks as they were set; what the user adds to a text of several
-    // lines breaks them with CR LF. Raises `textChanged` when it differs, whoever changed it. A
-    // text set by logic puts the caret at its beginning.
+    // UTF-8, without marks. Line breaks stay as they were set; those that the user types are CR LF.
+    // A change raises `textChanged`, whether the user or the program made it. A text set by the
+    // program puts the caret at its beginning.
     const std::string &Text() const { return m_text; }
     void SetText(std::string_view text) { Replace(text, {}); }
 
-    // The window's: the text as the user changed it, and where the caret then is.
+    // For the window: sets the text that the user has typed, and the caret.
     void Replace(std::string_view text, TextRange selection)
     {
         if (text == m_text)
@@ -41,7 +41,7 @@ public:
             textChanged();
     }
 
-    // The selected text; of length 0 the caret. SetSelection holds it within the text.
+    // The selected text; with length 0, the caret. SetSelection limits it to the text.
     TextRange Selection() const { return m_selection; }
     void SetSelection(TextRange range) { Assign(m_selection, Within(range)); }
     void SelectAll() { SetSelection({0, Length()}); }
@@ -56,20 +56,20 @@ public:
     }
 
     bool multiLine = false; // set before the window is built
-    bool wrap = true;       // of several lines: break those that are too long
+    bool wrap = true;       // with several lines: long lines are wrapped
 
-    // Shows its text and lets it be selected, but not changed.
+    // The text can be selected but not changed.
     bool Locked() const { return m_locked; }
     void SetLocked(bool locked) { Assign(m_locked, locked); }
 
-    // Takes no more than that many characters from the user; 0 for any number.
+    // The most characters that the user can type; 0 for no limit.
     int MaxLength() const { return m_maxLength; }
     void SetMaxLength(int characters) { Assign(m_maxLength, characters); }
 
-    std::function<void()> textChanged; // the Change event of logic
-    std::function<void()> lostFocus;   // the keyboard went elsewhere
-    // The KeyPress event of logic, for keys that type a character (also 8 backspace, 13 enter):
-    // true when logic took the key.
+    std::function<void()> textChanged; // the Change event
+    std::function<void()> lostFocus;   // the focus has moved to another control
+    // The KeyPress event, for keys that type a character (also 8 backspace, 13 enter). Returns true
+    // when the key was handled and the box must not get it.
     std::function<bool(char32_t)> keyPressed;
 
 private:

@@ -1,4 +1,4 @@
-// ui/controls/timer.h - an interval timer; the window system drives it, a test fires it.
+// ui/controls/timer.h - a timer with an interval; the window system runs it, a test calls Fire.
 #pragma once
 
 #include "ui/controls/hook.h"
@@ -16,7 +16,7 @@ public:
 
     int IntervalMs() const { return m_interval; }
 
-    // Enabling starts a full interval anew, also when the timer is enabled already.
+    // SetEnabled(true) begins a full interval, also when the timer is enabled already.
     bool Enabled() const { return m_enabled; }
     void SetEnabled(bool enabled)
     {
@@ -31,8 +31,8 @@ public:
             event();
     }
 
-    std::function<void()> event; // the Timer event of logic
-    ChangeHook changed;          // the driver's: start, restart or stop
+    std::function<void()> event; // the Timer event
+    ChangeHook changed;          // for the window system: start, restart or stop
 
 private:
     int m_interval;

@@ -13,7 +13,7 @@ namespace ui::qt
 namespace
 {
 
-// Asks a picture's widget for its icon again when the theme or the scale of the screen changes.
+// Makes a new pixmap for a picture's widget when the theme or the scale of the screen changes.
 class PictureKeeper : public QObject
 {
 public:
@@ -75,7 +75,8 @@ void ShowState(const ui::Area &area, QWidget *widget)
     if (widget->isEnabled() == area.Enabled())
         return;
     if (!area.Enabled() && widget->hasFocus()) {
-        widget->clearFocus(); // else the toolkit hands it to the next widget for good
+        widget->clearFocus(); // otherwise the toolkit gives the focus to the next widget, which
+                              // keeps it
         widget->setProperty(kHadFocus, true);
     }
     widget->setEnabled(area.Enabled());
@@ -120,7 +121,7 @@ void BindScrollBar(ui::ScrollBar &bar, QScrollBar *widget)
                      [&bar](int value) { bar.SetValue(value); });
 }
 
-// A toolkit's bar counts in 32 bits, so that it gets the share in thousandths.
+// The toolkit's bar has 32-bit values, so it gets the value in thousandths of the maximum.
 void BindProgress(ui::ProgressBar &bar, QProgressBar *widget)
 {
     widget->setRange(0, 1000);
@@ -131,7 +132,7 @@ void BindProgress(ui::ProgressBar &bar, QProgressBar *widget)
         widget->setValue(std::clamp(static_cast<int>(share * 1000), 0, 1000));
     });
     bar.changed = [&bar, widget, calm = bar.changed] {
-        widget->setVisible(bar.Visible()); // a bar appears and disappears at once
+        widget->setVisible(bar.Visible()); // also without a new value
         calm();
     };
     bar.changed();
@@ -140,7 +141,8 @@ void BindProgress(ui::ProgressBar &bar, QProgressBar *widget)
 void BindTimer(ui::Timer &timer, QObject *owner)
 {
     auto *driver = new QTimer(owner);
-    driver->setTimerType(Qt::PreciseTimer); // the default may be late by a twentieth
+    driver->setTimerType(
+        Qt::PreciseTimer); // the default type may be late by a twentieth of the interval
     driver->setInterval(timer.IntervalMs());
     QObject::connect(driver, &QTimer::timeout, driver, [&timer] { timer.Fire(); });
     Bind(timer, driver, [&timer, driver] {

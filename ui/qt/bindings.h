@@ -1,6 +1,6 @@
-// ui/qt/bindings.h - ties a control of ui/controls to the widget that shows it. The widget follows
-// the control; the control hears of the user through the functions of its own header. A control
-// outlives its widget, and its hook is empty again once the widget is gone.
+// ui/qt/bindings.h - connects a control of ui/controls with the widget that shows it. The widget is
+// updated from the control; what the user does is passed to the functions in the control's own
+// header. A control outlives its widget, and its hook is empty again when the widget is destroyed.
 #pragma once
 
 #include "ui/controls/area.h"
@@ -26,7 +26,8 @@ class Command;
 namespace ui::qt
 {
 
-// A place in pixels. Edges are rounded, not sizes, so that neighbours in twips touch in pixels.
+// A place in pixels. The edges are rounded, not the sizes, so that neighbours in twips are
+// neighbours in pixels.
 [[nodiscard]] QRect PixelRect(const ui::Rect &place);
 
 // Runs `show` now and at each change of `control` until `owner` is destroyed.
@@ -38,8 +39,8 @@ void Bind(Control &control, QObject *owner, const std::function<void()> &show)
     control.changed = show;
 }
 
-// The same for a control that changes faster than anyone can read, as a job's progress does: `show`
-// runs at most 25 times a second, and once more after the last change.
+// The same for a control that changes very often, such as the progress of a job: `show` runs at
+// most 25 times a second, and once more after the last change.
 template <class Control>
 void BindCalmly(Control &control, QObject *owner, const std::function<void()> &show)
 {
@@ -63,33 +64,33 @@ void BindCalmly(Control &control, QObject *owner, const std::function<void()> &s
     });
 }
 
-// Gives a widget its name, for tests and style sheets. A screen reader speaks its accessible name,
-// which is in the words of the user.
+// Sets the object name of a widget, for tests and style sheets. Its accessible name, which a screen
+// reader speaks, is a text for the user.
 void Name(QWidget *widget, const char *name);
 
-// Place, visibility and enabled state of `area`.
+// Shows the place, visibility and enabled state of `area`.
 void ShowArea(const ui::Area &area, QWidget *widget);
 
-// Visibility and enabled state alone. The keyboard comes back to a widget that had it when it was
-// disabled.
+// Shows only visibility and enabled state. A widget that had the focus when it was disabled gets it
+// again.
 void ShowState(const ui::Area &area, QWidget *widget);
 
-// A label's text, plain, wrapped, with its place.
+// Shows a label's text, plain and wrapped, at its place.
 void BindLabel(ui::Label &label, QLabel *widget);
 
 // A picture scaled to its place.
 void BindPicture(ui::Picture &picture, QLabel *widget);
 
-// Both ways: range, steps and value; the user's scrolling sets the control's value.
+// In both directions: range, steps and value; when the user scrolls, the control's value is set.
 void BindScrollBar(ui::ScrollBar &bar, QScrollBar *widget);
 
-// The bar's share of the way, and whether it shows.
+// Shows how much is done, and whether the bar is visible.
 void BindProgress(ui::ProgressBar &bar, QProgressBar *widget);
 
-// Starts, restarts and stops a toolkit timer, owned by `owner`, that fires the control.
+// Starts, restarts and stops a timer of the toolkit, owned by `owner`, that calls Fire.
 void BindTimer(ui::Timer &timer, QObject *owner);
 
-// A menu entry: caption, enabled, checked (shown as a check mark while `checkable`), visible.
+// Shows a menu entry: caption, enabled, visible, checked (a check mark if `checkable`).
 void BindAction(ui::Command &command, QAction *action, bool checkable = false);
 
 } // namespace ui::qt

@@ -1,6 +1,6 @@
-// contactsheet - draws every icon at 16, 24 and 48 pixels on a light and on a dark background, for
-// a look.
-//   contactsheet ICONS-FOLDER OUT.png     ICONS-FOLDER holds light/ and dark/
+// contactsheet - draws every icon at 16, 24 and 48 pixels on a light and on a dark background, to
+// look at them.
+//   contactsheet ICONS-FOLDER OUT.png     ICONS-FOLDER contains light/ and dark/
 #include <QDir>
 #include <QGuiApplication>
 #include <QImage>

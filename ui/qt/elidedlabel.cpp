@@ -34,7 +34,7 @@ void ElidedLabel::SetSelectable()
 {
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setContextMenuPolicy(
-        Qt::NoContextMenu); // the toolkit's own is in English and copies what shows
+        Qt::NoContextMenu); // the toolkit's own menu is in English and copies the shortened text
 }
 
 void ElidedLabel::keyPressEvent(QKeyEvent *event)

@@ -1,5 +1,5 @@
-// ui/qt/elidedlabel.h - a line of plain text that ends in "..." where its place is too narrow, and
-// then shows the whole of itself in a tool tip.
+// ui/qt/elidedlabel.h - a line of plain text that is shortened with "..." when there is not enough
+// room; a tool tip then shows the whole text.
 #pragma once
 
 #include <QLabel>
@@ -12,15 +12,15 @@ class ElidedLabel : public QLabel
 public:
     explicit ElidedLabel(QWidget *parent = nullptr);
 
-    // The whole text, plain. It is also what a screen reader hears as the label's description.
+    // The whole text, plain. A screen reader speaks it as the label's description.
     void SetFullText(const QString &text);
     const QString &FullText() const { return m_fullText; }
 
-    // Where the text is cut: at its end, or in its middle as paths are.
+    // Where the text is shortened: at its end, or in its middle (for paths).
     void SetElideMode(Qt::TextElideMode mode);
 
-    // Lets the text be selected by mouse and keys, and copied by Ctrl+C: all of it when all that
-    // shows is selected.
+    // Allows selecting the text by mouse and keys, and copying it by Ctrl+C: the whole text when
+    // everything that is shown is selected.
     void SetSelectable();
 
     QSize minimumSizeHint() const override;

@@ -59,8 +59,8 @@ std::vector<ui::Form *> FormWindows::Forms()
     return forms;
 }
 
-// A window is built after its form is loaded, with the texts that it then has. A form that is shown
-// again before its closed window is gone keeps that.
+// The window is built after its form is loaded, with the texts that the form then has. A form that
+// is shown again before its closed window is deleted gets that window again.
 FormWindow &FormWindows::Load(ui::Form &form)
 {
     if (!form.Loaded())
@@ -108,7 +108,7 @@ void FormWindows::Hide(ui::Form &form)
         window->Leave();
 }
 
-// The window's own handler may be what closes it, so that it is deleted when the event is over.
+// A handler of the window itself may close it, so the window is deleted when the event is over.
 void FormWindows::Close(ui::Form &form)
 {
     ui::UnloadForm(form);

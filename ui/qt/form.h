@@ -1,7 +1,7 @@
-// ui/qt/form.h - shows a ui::Form in a window: builds a widget for each of its controls, ties the
-// two together, and does what all windows need: object names, captions from the language file,
-// names for screen readers, label buddies, tool tips, Tab order, Enter and Escape, the icon, the
-// stored place.
+// ui/qt/form.h - shows a ui::Form in a window: makes a widget for each of its controls, connects
+// the two, and does what all windows need: object names, captions from the language file, names for
+// screen readers, label buddies, tool tips, Tab order, Enter and Escape, the icon, the stored
+// place.
 #pragma once
 
 #include "ui/controls/form.h"
@@ -17,12 +17,12 @@ namespace ui::qt
 
 class FormWindow;
 
-// The host of the program's forms. While one lives it is ui::TheFormHost().
+// The host of the program's forms. While it exists it is ui::TheFormHost().
 class FormWindows : public ui::FormHost
 {
 public:
     FormWindows();
-    ~FormWindows() override; // closes all
+    ~FormWindows() override; // closes all windows
     FormWindows(const FormWindows &) = delete;
     FormWindows &operator=(const FormWindows &) = delete;
 
@@ -44,7 +44,7 @@ private:
 
     QObject m_later;                                  // receives the queued calls of Sweep
     std::vector<FormWindow *> m_windows;              // in the order of loading; deleted by Sweep
-    std::vector<std::unique_ptr<ui::Form>> m_retired; // end after their windows
+    std::vector<std::unique_ptr<ui::Form>> m_retired; // destroyed after their windows
 };
 
 } // namespace ui::qt

@@ -1,4 +1,4 @@
-// Where a form's window is: its stored place, and the modal window beside which it is used.
+// The place of a form's window: storing it, and using the window beside a modal one.
 #include "platform/machine.h"
 #include "platform/windows.h"
 #include "shell/settings.h"
@@ -15,7 +15,7 @@ namespace ui::qt
 namespace
 {
 
-constexpr std::string_view kPlaces = "Window Places"; // section of the settings
+constexpr std::string_view kPlaces = "Window Places"; // a section of the settings
 
 std::optional<int> StoredTwips(const std::string &key)
 {
@@ -29,7 +29,7 @@ std::optional<int> StoredTwips(const std::string &key)
 
 } // namespace
 
-// The stored place, fitted to the screens that there are now.
+// Uses the stored place, moved onto the screens that exist now.
 void FormWindow::RestorePlace()
 {
     platform::Windows *windows = platform::TheMachine().windows;
@@ -64,7 +64,7 @@ void FormWindow::StorePlace() const
     save(" Height", height());
 }
 
-// A modal window blocks all but those that belong to it, which is looked at when a window shows.
+// A modal window blocks all windows except its own; the toolkit checks this when a window is shown.
 void FormWindow::UseOver(QWidget *modal)
 {
     if (modal == m_over || modal == this)
@@ -74,7 +74,7 @@ void FormWindow::UseOver(QWidget *modal)
     m_over = modal;
     const bool shown = isVisible();
     hide();
-    winId(); // from now on there is a window of the desktop
+    winId(); // makes a native window
     QWindow *owner = nullptr;
     if (modal != nullptr) {
         modal->installEventFilter(this);
@@ -88,7 +88,8 @@ void FormWindow::UseOver(QWidget *modal)
     setAttribute(Qt::WA_ShowWithoutActivating, false);
 }
 
-// What it was used beside has closed: it goes on beside the modal window that is up now, if any.
+// The modal window has closed: from now on this one is used beside the modal window that is open
+// now, if any.
 void FormWindow::LeaveOver()
 {
     const auto goOn = [this] {

@@ -33,11 +33,11 @@ namespace ui::qt
 namespace
 {
 
-// What a window that can be resized opens with at the most, where its own size is not larger: it
+// The largest size with which a resizable window opens, unless its own least size is larger: it
 // then fits a screen of 800 by 600 pixels.
 constexpr QSize kSmallScreen(790, 560);
 
-// The codes of keys as the KeyDown event has them.
+// The key codes of the KeyDown event.
 int CodeOf(const QKeyEvent &event)
 {
     constexpr std::pair<int, int> kCodes[] = {
@@ -75,7 +75,7 @@ ui::Key KeyOf(const QKeyEvent &event)
             keys.testFlag(Qt::AltModifier), event.isAutoRepeat()};
 }
 
-// The character that a key types; 0 for a key that types none.
+// The character that a key types; 0 when it types none.
 char32_t CharacterOf(const QKeyEvent &event)
 {
     if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)
@@ -119,7 +119,7 @@ void FormWindow::ShowForm()
     setAccessibleName(OneLineText(m_form.Title()));
 }
 
-// The widget of one control; null for a control that does not show.
+// Makes the widget of one control; null for a control that is not visible.
 QWidget *FormWindow::Make(const ui::Member &member, QWidget *parent, bool isBuddy)
 {
     const Binding binding{m_form.layout.kind == ui::Layout::Kind::Empty};
@@ -201,7 +201,7 @@ void FormWindow::Build()
         static_cast<QPushButton *>(WidgetOf(m_form.acceptButton))->setDefault(true);
 }
 
-// Of a control that has no caption; what has one speaks for itself.
+// For a control without a caption; a caption is spoken by itself.
 void FormWindow::NameBySpokenName(const ui::Member &member, QWidget *widget)
 {
     const auto name = [widget](auto *control) {
@@ -222,7 +222,8 @@ void FormWindow::NameByLabel(const ui::Label &label, QWidget *widget)
     SpeakAs(widget, SpokenText(label.Caption()));
 }
 
-// Keys that logic wants before the widget has them, and the loss of the keyboard.
+// Notes the events for keys that the program handles before the widget, and for the loss of the
+// focus.
 void FormWindow::ListenTo(const ui::Member &member, QWidget *widget)
 {
     if (auto *const *box = std::get_if<ui::TextBox *>(&member.control))
@@ -263,13 +264,13 @@ void FormWindow::Arrange()
     auto *outer = new QVBoxLayout(this);
     AddTo(outer, m_form.layout, true);
     outer->setSizeConstraint(m_form.resizable ? QLayout::SetMinimumSize : QLayout::SetFixedSize);
-    if (m_form.resizable) { // no larger than a small screen lets it be, with its frame
+    if (m_form.resizable) { // with its frame it must fit a small screen
         const QSize room = screen()->availableSize() - QSize(10, 40);
         resize(least.expandedTo(outer->sizeHint().boundedTo(kSmallScreen)).boundedTo(room));
     }
 }
 
-// Adds one part of a row or column. A part that is filled takes the room that is left.
+// Adds one part of a row or column. A filled part takes the remaining space.
 void FormWindow::AddTo(QBoxLayout *box, const ui::Layout &part, bool filled)
 {
     const int stretch = filled ? 1 : 0;
@@ -281,7 +282,7 @@ void FormWindow::AddTo(QBoxLayout *box, const ui::Layout &part, bool filled)
         box->addLayout(MakeLayout(part), stretch);
 }
 
-// The widget of a part that is a control, with what is inside of a frame laid out.
+// The widget of a part that is a control; the contents of a frame are arranged.
 QWidget *FormWindow::Arranged(const ui::Layout &part)
 {
     QWidget *widget = WidgetOf(part.control);
@@ -342,13 +343,13 @@ void FormWindow::Present(bool modal)
     }
 }
 
-// One without modality stays above the program's main window, and is minimised with it.
+// A window without modality stays above the main window, and is minimised with it.
 void FormWindow::BelongToMainWindow()
 {
     for (const QWidget *window : QApplication::topLevelWidgets()) {
         if (!window->isVisible() || qobject_cast<const QMainWindow *>(window) == nullptr)
             continue;
-        winId(); // so that there is a native window
+        winId(); // makes a native window
         windowHandle()->setTransientParent(window->windowHandle());
     }
 }
@@ -371,7 +372,7 @@ void FormWindow::reject()
 
 void FormWindow::closeEvent(QCloseEvent *event)
 {
-    event->ignore(); // the form decides
+    event->ignore(); // the form decides whether to close
     ui::AskToClose(m_form);
 }
 
@@ -391,7 +392,7 @@ void FormWindow::changeEvent(QEvent *event)
         m_form.minimised = isMinimized();
 }
 
-// The window's keys come first, then those of the box that is typed into, then the widget.
+// A key is passed to the form first, then to the box with the focus, then to the widget.
 bool FormWindow::eventFilter(QObject *watched, QEvent *event)
 {
     const auto typing = m_typing.find(watched);
@@ -409,7 +410,7 @@ bool FormWindow::eventFilter(QObject *watched, QEvent *event)
             return true;
     } else if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(watched) != nullptr &&
                !static_cast<QWidget *>(watched)->hasFocus()) {
-        event->ignore(); // a wheel that only passes over it changes nothing
+        event->ignore(); // turning the wheel over a box without the focus changes nothing
         return true;
     } else if (event->type() == QEvent::FocusOut && typing != m_typing.end() &&
                typing->second.lostFocus) {

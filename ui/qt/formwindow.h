@@ -1,4 +1,4 @@
-// ui/qt/formwindow.h - the window of one ui::Form; made and ended by ui/qt/form.
+// ui/qt/formwindow.h - the window of one ui::Form; ui/qt/form makes and deletes it.
 #pragma once
 
 #include "ui/controls/form.h"
@@ -20,19 +20,20 @@ namespace ui::qt
 class FormWindow : public QDialog
 {
 public:
-    // The form is loaded, and outlives its window.
+    // The form must be loaded, and outlives its window.
     FormWindow(ui::Form &form, QWidget *parent);
     ~FormWindow() override;
 
     ui::Form &TheForm() const { return m_form; }
 
-    // Shows the window, the first time at its stored place; one that shows comes forward.
+    // Shows the window, the first time at its stored place; brings it to the front if it is shown
+    // already.
     void Present(bool modal);
 
-    // Lets the window be used while `modal` is up (null: none), until that closes.
+    // Allows using this window while the modal window `modal` is open (null: none).
     void UseOver(QWidget *modal);
 
-    // Hides the window; a modal wait for it ends.
+    // Hides the window; a ShowModal that waits for it returns.
     void Leave();
 
     void reject() override; // Escape
@@ -44,7 +45,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    // What a box that is typed into wants to hear of; asked each time, as logic may change it.
+    // The events of a box for typing; read again each time, because the program may change them.
     struct Typing {
         std::function<std::function<bool(char32_t)>()> keyPressed;
         std::function<std::function<void()>()> lostFocus;
@@ -70,11 +71,12 @@ private:
     void StorePlace() const;
 
     ui::Form &m_form;
-    std::map<const void *, QWidget *> m_widgets; // by the control's address; owned by this window
-    std::vector<QWidget *> m_inOrder;            // of the Tab key
-    QPointer<QWidget> m_over;                    // the modal window beside which this one is used
+    std::map<const void *, QWidget *>
+        m_widgets;                    // key: address of the control; owned by this window
+    std::vector<QWidget *> m_inOrder; // the order of the Tab key
+    QPointer<QWidget> m_over;         // the modal window beside which this one is used
     std::map<const QObject *, Typing> m_typing;
-    bool m_placed = false; // the stored place was restored
+    bool m_placed = false; // the stored place has been used
 };
 
 } // namespace ui::qt

@@ -1,5 +1,4 @@
-// ui/qt/frozenview.h - shows a view as it was while its rows change, whatever has to be drawn
-// again meanwhile.
+// ui/qt/frozenview.h - shows a view unchanged while its rows change.
 #pragma once
 
 #include <QLabel>
@@ -14,8 +13,8 @@ public:
     // `view` outlives this object and owns its widget.
     explicit FrozenView(QTreeView &view);
 
-    // Lays the picture of the view over it; the view itself draws nothing until Drop. To be called
-    // while the old rows are still there. Does nothing for a view that is not on the screen.
+    // Puts a picture of the view over it; the view itself paints nothing until Drop. To be called
+    // while it still has the old rows. Does nothing when the view is not on the screen.
     void Keep();
     void Drop();
 

@@ -21,7 +21,7 @@ bool IsHelpKey(const QEvent &event)
     return key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier;
 }
 
-// The window that a widget belongs to, not a list that dropped down from it.
+// The window that a widget belongs to; for the list of a combo box, the window with the box.
 QWidget *WindowOf(QObject *watched)
 {
     auto *widget = qobject_cast<QWidget *>(watched);

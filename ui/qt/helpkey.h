@@ -1,4 +1,4 @@
-// ui/qt/helpkey.h - F1 in every window but the main one, whose menu has that key.
+// ui/qt/helpkey.h - F1 in every window except the main one, whose menu handles it.
 #pragma once
 
 #include <QObject>
@@ -8,9 +8,9 @@
 namespace ui::qt
 {
 
-// While one lives, F1 calls `open` with the name of the window that has the keyboard, "dialogs" for
-// one that chooses a file, and the message that it shows; the message is empty for any window but a
-// box.
+// While one exists, F1 calls `open` with the name of the window that has the focus ("dialogs" for a
+// window in which a file is chosen) and with the message that it shows, which is empty for a window
+// that is not a message box.
 class HelpKey : public QObject
 {
 public:

@@ -17,7 +17,7 @@ namespace ui::qt
 namespace
 {
 
-// One drawing for light windows and one for dark ones, chosen at each painting.
+// An icon with a drawing for light and one for dark windows; chosen each time it is painted.
 class ThemedEngine : public QIconEngine
 {
 public:
@@ -36,7 +36,7 @@ public:
     QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state,
                          qreal scale) override
     {
-        // `size` counts device pixels here; the drawing's own call counts window pixels.
+        // `size` is in device pixels here, but the icon's function needs window pixels.
         return Drawing(mode).pixmap(size / scale, scale, Shown(mode), state);
     }
 
@@ -46,13 +46,13 @@ public:
     QString key() const override { return QStringLiteral("quenlin-themed"); }
 
 private:
-    // A selected row's icon is drawn, not tinted with the selection's colour.
+    // A selected row has its icon unchanged, not tinted with the selection's colour.
     static QIcon::Mode Shown(QIcon::Mode mode)
     {
         return mode == QIcon::Selected ? QIcon::Normal : mode;
     }
 
-    // The selection's background is dark where its text is light, also in a light window.
+    // The background of a selection is dark when its text is light, also in a light window.
     static bool SelectionIsDark()
     {
         const QPalette colours = QGuiApplication::palette();
@@ -70,8 +70,8 @@ private:
 };
 
 struct State {
-    QMap<QString, QIcon> own;     // by key; null where there is no drawing
-    QMap<QString, QIcon> desktop; // by key; what AddDesktopIcon took
+    QMap<QString, QIcon> own;     // by key; null when there is no drawing
+    QMap<QString, QIcon> desktop; // by key; set by AddDesktopIcon
 };
 
 State &TheState()
@@ -89,9 +89,9 @@ QIcon OwnIcon(const QString &key)
     return QIcon(new ThemedEngine(QIcon(light), QIcon(QFile::exists(dark) ? dark : light)));
 }
 
-// The names that the desktop may have an icon under for files with this extension, the best first.
-// More than one type can claim an extension, as two do ".m3u"; the icon of any application's files
-// would say less than the program's own.
+// The names under which the desktop may have an icon for files with this extension, the best one
+// first. More than one type can have an extension (".m3u" has two). The icons of files of any
+// application are not used, because the program's own icon says more.
 QStringList IconNames(const QString &suffix)
 {
     const auto types = QMimeDatabase().mimeTypesForFileName(QLatin1String("x") + suffix);

@@ -1,6 +1,6 @@
 // ui/qt/icons.h - the pictures of the image lists `Mns` and `ImgDirTree`, by key ("MP3", "closed").
-// Each picture has a drawing for light and one for dark windows; an icon picks the right one each
-// time it is painted, so a change of theme shows with the next repaint.
+// Each has a drawing for light and one for dark windows; an icon chooses one each time it is
+// painted, so that a change of the theme is seen at the next repaint.
 #pragma once
 
 #include <QIcon>
@@ -9,15 +9,15 @@
 namespace ui::qt
 {
 
-// The icon of an image key; a null icon for an empty key or one that has no drawing.
+// The icon of an image key; a null icon when the key is empty or has no drawing.
 [[nodiscard]] QIcon Icon(std::string_view key);
 
-// Puts the desktop's icon of the files with this extension (".mp3") into the list, under the key of
-// the extension in upper case without its point ("MP3"). A desktop without one changes nothing:
-// the program's own drawing stays in its place. True when an icon was taken.
+// Uses the desktop's icon for files with this extension (".mp3") as the picture with the key "MP3":
+// the extension in upper case, without its point. Returns: false when the desktop has none; the
+// program's own drawing is then used.
 bool AddDesktopIcon(std::string_view extension);
 
-// Forgets the desktop's icons, as at the start; for tests.
+// Removes the desktop's icons again; for tests.
 void ForgetDesktopIcons();
 
 } // namespace ui::qt

@@ -24,10 +24,10 @@ namespace
 {
 
 constexpr int kIconPixels = 20;
-constexpr int kTypedCharacters = 6; // least width of a box whose entries can be typed
+constexpr int kTypedCharacters = 6; // the least width of a combo box for typing
 
-// Runs `show` at each change of the control, and gives the keyboard to the widget when logic asks
-// for that.
+// Runs `show` at each change of the control, and gives the focus to the widget when the program
+// asks for it.
 template <class Control>
 void Follow(Control &control, QWidget *widget, const std::function<void()> &show)
 {
@@ -36,7 +36,8 @@ void Follow(Control &control, QWidget *widget, const std::function<void()> &show
     control.focusWanted = [widget] { widget->setFocus(); };
 }
 
-// The selection stays as bright when another widget has the keyboard: it shows where a song is.
+// The selection keeps its colour when another widget has the focus: it shows the current line of a
+// song.
 void KeepSelectionBright(QPlainTextEdit *edit)
 {
     QPalette colours = edit->palette();
@@ -45,11 +46,12 @@ void KeepSelectionBright(QPlainTextEdit *edit)
     edit->setPalette(colours);
 }
 
-// Text box and widget: what the one shows, and what the user did in the other.
+// Connects a text box with its widget, in both directions.
 struct TextTie {
     ui::TextBox &box;
-    bool following = false; // the widget follows the control
-    bool edited = false;    // the user changed the widget's text, which was not taken yet
+    bool following = false; // the widget is being changed from the control
+    bool edited =
+        false; // the user has changed the widget's text, and the control does not have it yet
 
     bool MultiLine() const { return box.multiLine; }
 
@@ -60,7 +62,8 @@ struct TextTie {
         return {from, to - from};
     }
 
-    // What the user typed, as far as the box takes it. False when it is refused.
+    // Takes the text that the user has typed, as far as it is allowed. Returns: false when it is
+    // refused.
     bool Take(const QString &shown, int position)
     {
         const std::string taken = EditedText(box.Text(), MultiLine(), shown, position);
@@ -93,7 +96,7 @@ void ShowLine(const TextTie &tie, QLineEdit *edit)
 QWidget *MakeLine(ui::TextBox &box, QWidget *parent, Binding binding)
 {
     auto *edit = new QLineEdit(parent);
-    auto tie = std::make_shared<TextTie>(TextTie{box}); // shared by the hooks of the one box
+    auto tie = std::make_shared<TextTie>(TextTie{box}); // shared by all hooks of the box
     Follow(box, edit, [tie, edit, &box, binding] {
         const QScopedValueRollback following(tie->following, true);
         ShowControl(box, edit, binding);
@@ -117,8 +120,7 @@ QWidget *MakeLine(ui::TextBox &box, QWidget *parent, Binding binding)
     return edit;
 }
 
-// The text of the widget, with its blanks as they are: the toolkit's plain text has none that do
-// not break.
+// The text of the widget with all its blanks: the toolkit's plain text loses the no-break spaces.
 QString LinesOf(const QPlainTextEdit *edit)
 {
     QString text = edit->document()->toRawText();
@@ -151,13 +153,14 @@ QWidget *MakeLines(ui::TextBox &box, QWidget *parent, Binding binding)
     edit->setTabChangesFocus(true);
     edit->setLineWrapMode(box.wrap ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
     KeepSelectionBright(edit);
-    auto tie = std::make_shared<TextTie>(TextTie{box}); // shared by the hooks of the one box
+    auto tie = std::make_shared<TextTie>(TextTie{box}); // shared by all hooks of the box
     Follow(box, edit, [tie, edit, &box, binding] {
         const QScopedValueRollback following(tie->following, true);
         ShowControl(box, edit, binding);
         ShowLines(*tie, edit);
     });
-    // Of a change the widget reports first that there is one, then the caret's move, then the text.
+    // For a change the widget reports first the change, then the new place of the caret, then the
+    // text.
     QObject::connect(edit->document(), &QTextDocument::contentsChange, edit,
                      [tie] { tie->edited = !tie->following; });
     QObject::connect(edit, &QPlainTextEdit::textChanged, edit, [tie, edit] {
@@ -278,7 +281,7 @@ QWidget *MakeComboBox(ui::ComboBox &box, QWidget *parent, Binding binding)
     widget->setInsertPolicy(QComboBox::NoInsert);
     if (box.canType) {
         widget->setCompleter(nullptr);
-        // As wide as a box for a text of its own, not as the longest entry.
+        // As wide as for a typed text, not as the longest entry.
         widget->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         widget->setMinimumContentsLength(kTypedCharacters);
     }
@@ -300,7 +303,8 @@ QWidget *MakeComboBox(ui::ComboBox &box, QWidget *parent, Binding binding)
         if (widget->currentIndex() != box.ListIndex())
             widget->setCurrentIndex(box.ListIndex());
         if (!box.canType)
-            widget->setPlaceholderText(OneLineText(box.Text())); // shows one that is no entry
+            widget->setPlaceholderText(
+                OneLineText(box.Text())); // shows a text that is not an entry
         else if (widget->currentText() != ToQt(box.Text()))
             widget->setEditText(ToQt(box.Text()));
     });
@@ -335,7 +339,7 @@ QWidget *MakeFrame(ui::Frame &frame, QWidget *parent, Binding binding)
 QWidget *MakeSlider(ui::Slider &slider, QWidget *parent, Binding binding)
 {
     auto *widget = new QSlider(Qt::Horizontal, parent);
-    widget->setTracking(false); // the value changes when the thumb is let go
+    widget->setTracking(false); // the value changes when the thumb is released
     Follow(slider, widget, [&slider, widget, binding] {
         ShowControl(slider, widget, binding);
         const QSignalBlocker quiet(widget);

@@ -1,6 +1,6 @@
-// ui/qt/inputbindings.h - ties the controls that the user changes to their widgets, both ways. The
-// widget follows the control; what the user does reaches the control's events. The control outlives
-// its widget.
+// ui/qt/inputbindings.h - connects the controls that the user changes with their widgets, in both
+// directions. The widget is updated from the control; the user's changes raise the control's
+// events. The control outlives its widget.
 #pragma once
 
 #include "ui/controls/button.h"
@@ -19,13 +19,13 @@ class QSlider;
 namespace ui::qt
 {
 
-// Who puts the widget in its place: the control's own place, or else a layout.
+// What decides the place of the widget: the control's own place, or a layout.
 struct Binding {
     bool placed = true;
 };
 
-// A label that names another widget takes the keyboard there by its access key; any other wraps its
-// text and shows no marks.
+// Makes the widget of a label. If it names another widget, its access key gives that one the focus;
+// otherwise it wraps its text and shows no marks.
 QWidget *MakeLabel(ui::Label &label, bool isBuddy, QWidget *parent, Binding binding);
 QWidget *MakeButton(ui::Button &button, QWidget *parent, Binding binding);
 QWidget *MakeCheckBox(ui::CheckBox &box, bool round, QWidget *parent, Binding binding);
@@ -34,13 +34,13 @@ QWidget *MakeComboBox(ui::ComboBox &box, QWidget *parent, Binding binding);
 QWidget *MakeFrame(ui::Frame &frame, QWidget *parent, Binding binding);
 QWidget *MakeSlider(ui::Slider &slider, QWidget *parent, Binding binding);
 
-// Place (where placed), visibility, enabled state, tool tip.
+// Shows place (if `placed`), visibility, enabled state and tool tip.
 void ShowControl(const ui::Area &control, QWidget *widget, Binding binding);
 
-// Names the widget, and a part of it that is typed into, for a screen reader.
+// Sets the name of the widget, and of the part of it for typing, for screen readers.
 void SpeakAs(QWidget *widget, const QString &words);
 
-// A caption in words, for a screen reader: without marks, blanks and colon at its end.
+// A caption for a screen reader: without marks, and without blanks and a colon at its end.
 QString SpokenText(std::string_view caption);
 
 } // namespace ui::qt

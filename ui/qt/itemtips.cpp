@@ -11,7 +11,7 @@ namespace ui::qt
 namespace
 {
 
-// Whether the view cannot show the whole text within the item's place and its own.
+// Whether the item is too narrow for the text, or partly outside the view.
 bool IsCut(const QTreeView &view, const QModelIndex &index, const QString &text)
 {
     const QRect place = view.visualRect(index);

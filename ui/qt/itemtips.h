@@ -1,4 +1,4 @@
-// ui/qt/itemtips.h - the tool tip of a tree's node or a list's cell whose text does not fit.
+// ui/qt/itemtips.h - the tool tip for a node of a tree or a cell of a list whose text is cut.
 #pragma once
 
 #include <QTreeView>
@@ -6,9 +6,9 @@
 namespace ui::qt
 {
 
-// Answers the tool tip event of `view`: shows the tip of the item under the mouse where it has one
-// of its own, its whole text when that is cut, and hides the tip otherwise. False for any other
-// event, which the view then handles itself.
+// Handles the tool tip event of `view`: shows the item's own tip if it has one, its whole text if
+// that is cut, else hides the tip. Returns: false for any other event, which the view must handle
+// itself.
 bool ShowTipOfCutText(QTreeView &view, QEvent *event);
 
 } // namespace ui::qt

@@ -50,13 +50,13 @@ QString ListModel::CellText(ui::RowId row, int column) const
     return OneLineText(column == 0 ? m_list.Text(row) : m_list.SubItemAt(row, column));
 }
 
-// A reader hears of a row by its name, of an empty cell by its column.
+// A screen reader speaks the name of a row, and for an empty cell the name of its column.
 QString ListModel::AccessibleText(ui::RowId row, int column) const
 {
     if (column == 0 && nameOfRow)
         return nameOfRow(row);
     QString text = CellText(row, column);
-    if (column == 0 && text.isEmpty()) // a picture; the text is beside it
+    if (column == 0 && text.isEmpty()) // only a picture; the text is in the next column
         text = CellText(row, 1);
     if (!text.isEmpty())
         return text;
@@ -71,7 +71,7 @@ QString ListModel::TextOfEmpty(int column) const
     return textOfEmpty && place < columns.size() ? textOfEmpty(columns[place].key) : QString();
 }
 
-// Why a row is dimmed; else what cannot be seen in the cell's text.
+// The reason why a row is dimmed; else the characters of the cell that cannot be seen.
 QVariant ListModel::TipOf(ui::RowId row, int column) const
 {
     if (m_list.IsDimmed(row))
@@ -139,8 +139,8 @@ QStringList ListModel::mimeTypes() const
     return {QStringLiteral("text/uri-list")};
 }
 
-// Made of the path's own bytes, so that a name that is no UTF-8 arrives whole. Empty for a row that
-// is no file.
+// Made from the bytes of the path, so that a name that is not valid UTF-8 stays complete. Empty
+// when the row is not a file.
 QByteArray ListModel::AddressOf(ui::RowId row) const
 {
     const std::string path = fileOfRow ? fileOfRow(row) : std::string();
@@ -152,7 +152,7 @@ QMimeData *ListModel::Copy(const QList<int> &rows, const QList<int> &columns) co
 {
     QStringList lines;
     QList<QUrl> urls;
-    QByteArray files = "copy"; // as file managers of one desktop want to be told
+    QByteArray files = "copy"; // the form that the file managers of one desktop need
     for (const int place : rows) {
         const ui::RowId row = m_list.RowAt(place);
         QStringList cells;
@@ -164,11 +164,11 @@ QMimeData *ListModel::Copy(const QList<int> &rows, const QList<int> &columns) co
             files += '\n' + address;
         }
     }
-    auto *data = new QMimeData; // the clipboard's
+    auto *data = new QMimeData; // owned by the clipboard
     data->setText(lines.join(QLatin1Char('\n')));
     if (!urls.isEmpty()) {
         data->setUrls(urls);
-        data->setText(lines.join(QLatin1Char('\n'))); // addresses are not the text of rows
+        data->setText(lines.join(QLatin1Char('\n'))); // the addresses are not the text of the rows
         data->setData(QStringLiteral("x-special/gnome-copied-files"), files);
     }
     return data;

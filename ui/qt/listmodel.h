@@ -1,6 +1,6 @@
-// ui/qt/listmodel.h - a ui::KeyedList as the toolkit's views ask for it. Row r of the model is the
-// row that the list shows in place r; column c of the model is the list's column c + 1, wherever it
-// stands. The model keeps no row of its own.
+// ui/qt/listmodel.h - a ui::KeyedList as a model for the toolkit's views. Row r of the model is row
+// r in the order shown; column c of the model is column c + 1 of the list, wherever it is shown.
+// The model has no copy of the rows.
 #pragma once
 
 #include "ui/controls/keyedlist.h"
@@ -17,30 +17,30 @@ public:
     // `list` outlives the model.
     ListModel(ui::KeyedList &list, QObject *parent);
 
-    // The list's row of an index; kNoRow for an invalid one and while the list is in update.
+    // The row of an index; kNoRow for an invalid one and during an update of the list.
     ui::RowId RowOf(const QModelIndex &index) const;
 
-    // Called by the view: all rows are about to be replaced, and were replaced.
+    // Called by the view: all rows are about to be replaced; all rows have been replaced.
     void BeginReset() { beginResetModel(); }
     void EndReset() { endResetModel(); }
 
-    // What a screen reader says of a row, whose main text is empty. Set by the window.
+    // The words of a screen reader for a row whose main text is empty. Set by the window.
     std::function<QString(ui::RowId)> nameOfRow;
 
-    // The path of the file that a row is, byte for byte; empty for a row that is none. Set by the
-    // window; rows with a path can be dragged out.
+    // The path (bytes) of the file of a row; empty for a row that is not a file. Set by the window;
+    // rows with a path can be dragged out.
     std::function<std::string(ui::RowId)> fileOfRow;
 
-    // The words that are drawn in the empty cells of the column with this key; empty for none. A
-    // screen reader hears them too. Set by the window.
+    // The text that is drawn in empty cells of the column with this key, and spoken by screen
+    // readers; empty for none. Set by the window.
     std::function<QString(const std::string &columnKey)> textOfEmpty;
 
-    // Whether the header of the column is too narrow for its caption; a tip then shows that. Set by
-    // the view.
+    // Whether the header of the column is too narrow for its caption; a tip then shows the caption.
+    // Set by the view.
     std::function<bool(int column)> isHeaderCut;
 
-    // What is copied of these rows, places in the list: their visible columns as lines of text with
-    // tabs, in the order that shows, and those that are files as a list of files.
+    // The data to copy for these rows (places in the list): their visible columns as lines of text
+    // with tabs, in the order shown, and the rows that are files as a list of files.
     [[nodiscard]] QMimeData *Copy(const QList<int> &rows, const QList<int> &columns) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;

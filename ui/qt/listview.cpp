@@ -20,9 +20,9 @@ namespace ui::qt
 namespace
 {
 
-constexpr int kHintGap = 12; // pixels between the middle and the hint, the hint's button
-constexpr int kFrame = 3;    // pixels of the frame at each side
-constexpr std::string_view kFiller = "Non"; // the key of the column that takes what is left
+constexpr int kHintGap = 12;                // pixels from the middle to the hint, and to its button
+constexpr int kFrame = 3;                   // the width of the frame in pixels
+constexpr std::string_view kFiller = "Non"; // the key of the column that takes the remaining width
 
 } // namespace
 
@@ -68,7 +68,7 @@ ListView::ListView(ui::KeyedList &list, QWidget *parent, Placing placing)
             onScrolled(false);
     });
     list.rowsAboutToChange = [this] {
-        m_picture.Keep(); // until the new rows are there
+        m_picture.Keep(); // until the new rows have come
         m_model.BeginReset();
     };
     list.rowsChanged = [this] {
@@ -99,7 +99,7 @@ void ListView::SetLeftInset(int pixels)
     Place();
 }
 
-// The list's place counts a frame that its parent cuts off; this list draws none and is placed
+// The list's place includes a frame that its parent cuts off; this view has no frame and is placed
 // inside it.
 void ListView::Place()
 {
@@ -145,7 +145,7 @@ void ListView::ShowRows()
     ShowHint();
 }
 
-// The hint's button is below the middle, the text then ends above it.
+// The hint's button is below the middle; the text ends above it.
 void ListView::ShowHint()
 {
     const bool shows = m_list.Count() == 0 && !m_list.Hint().empty();
@@ -190,7 +190,7 @@ void ListView::ShowColumns()
     FillWidth();
 }
 
-// Gives the filler, the last column, the width that the others leave; its own is the least.
+// Gives the last column, the filler, the width that the others leave, but never less than its own.
 void ListView::FillWidth()
 {
     const auto &columns = m_list.Columns();
@@ -233,7 +233,7 @@ void ListView::ShowOrder()
     ShowRows();
 }
 
-// Brings the list's selection to the view, in runs of neighbouring rows.
+// Shows the list's selection in the view; neighbouring rows are selected together.
 void ListView::ShowSelection()
 {
     const QScopedValueRollback following(m_showing, true);
@@ -259,7 +259,7 @@ void ListView::ShowSelection()
         ListView::scrollTo(current);
 }
 
-// Tells the list what the user has selected.
+// Passes the user's selection to the list.
 void ListView::TakeSelection()
 {
     if (m_showing || m_list.Updating())
@@ -289,7 +289,7 @@ int ListView::SearchColumn() const
 
 bool ListView::RowBeginsWith(int displayIndex, int column, const QString &text) const
 {
-    // No letter takes more than four bytes in either case, so this much text decides.
+    // A letter takes at most four bytes in upper or lower case, so more text makes no difference.
     const auto most = static_cast<std::size_t>(text.size()) * 4;
     const std::string_view cell = m_list.SubItemAt(m_list.RowAt(displayIndex), column);
     return ToQt(cell.substr(0, most)).startsWith(text, Qt::CaseInsensitive);
@@ -304,8 +304,8 @@ void ListView::keyboardSearch(const QString &text)
     m_typed = fresh || text == m_typed ? text : m_typed + text;
     if (count == 0)
         return;
-    // The first letter moves to the next row that begins with it; more letters stay where they
-    // fit.
+    // The first letter moves to the next row that begins with it; after more letters the current
+    // row may match too.
     const int start = std::max(0, currentIndex().row() + (m_typed.size() == 1 ? 1 : 0));
     for (int step = 0; step < count; ++step) {
         const int row = (start + step) % count;
@@ -356,7 +356,7 @@ void ListView::scrollTo(const QModelIndex &index, ScrollHint hint)
 
 void ListView::startDrag(Qt::DropActions actions)
 {
-    m_pressed = false; // what begins as a click and becomes a drag is no click
+    m_pressed = false; // a press that becomes a drag is not a click
     QTreeView::startDrag(actions);
 }
 
@@ -386,7 +386,7 @@ void ListView::keyPressEvent(QKeyEvent *event)
         m_list.onClick();
 }
 
-// The mouse's own request came with the press; here is that of the menu key.
+// The mouse has opened the menu at its press already; this is for the menu key.
 void ListView::contextMenuEvent(QContextMenuEvent *event)
 {
     if (event->reason() != QContextMenuEvent::Mouse)

@@ -1,9 +1,9 @@
-// ui/qt/listview.h - shows a ui::KeyedList as a report and turns what the user does into the list's
-// events. A click on a row raises ItemClick, then Click; one beside the rows raises Click; a change
-// of the selection by key raises both, so that commands follow the keyboard too; a double click or
-// Enter raises DblClick; a click on a header raises ColumnClick. Typing finds a row by the start of
-// its first visible text. Rows that are files can be dragged out, as copies; Ctrl+C copies the
-// selected rows. A last column "Non" is as wide as what the others leave.
+// ui/qt/listview.h - shows a ui::KeyedList as a table and raises the list's events. A click on a
+// row raises ItemClick, then Click; a click beside the rows raises Click; a change of the selection
+// by key raises both, so that commands follow the keyboard too; a double click or Enter raises
+// DblClick; a click on a header raises ColumnClick. Typing finds a row by the beginning of its
+// first visible text. Rows that are files can be dragged out, to be copied; Ctrl+C copies the
+// selected rows. If the last column has the key "Non", it takes the width that the others leave.
 #pragma once
 
 #include "ui/qt/frozenview.h"
@@ -17,32 +17,32 @@ class QPushButton;
 namespace ui::qt
 {
 
-// Where a view is put: at its control's place, inside the frame that the parent cuts off there; at
-// that place; or by a layout of the window's.
+// Where the view is put: at its control's place without the frame, which the parent cuts off there;
+// exactly at that place; or by a layout of the window.
 enum class Placing { InCutFrame, Exact, ByLayout };
 
 class ListView : public QTreeView
 {
 public:
-    // `list` outlives the view, which listens to it until it is destroyed.
+    // `list` outlives the view.
     ListView(ui::KeyedList &list, QWidget *parent, Placing placing = Placing::InCutFrame);
     ~ListView() override;
 
     ListModel &Model() { return m_model; }
 
-    // The right button went down on `row` (kNoRow beside the rows), or the menu key was pressed
-    // (`byKey`, `row` is the selected one). `place` is where a menu would open, on the screen.
+    // A menu is wanted: the right button was pressed on `row` (kNoRow beside the rows), or the menu
+    // key (`byKey`; `row` is the selected one). `place` is where to open it, on the screen.
     std::function<void(ui::RowId row, QPoint place, bool byKey)> onMenuAsked;
 
-    // The list is about to move its rows, by the mouse wheel or else by its scroll bar.
+    // The rows are about to be scrolled, by the mouse wheel or by the scroll bar.
     std::function<void(bool byWheel)> onScrolled;
 
-    // Leaves `pixels` at the left of the list's place free, for a scroll bar that covers it.
+    // Leaves `pixels` free at the left of the list's place, for a scroll bar there.
     void SetLeftInset(int pixels);
 
     void keyboardSearch(const QString &text) override;
 
-    // Brings the row into view; the columns stay where the user has them.
+    // Scrolls to the row; never sideways.
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
 protected:
@@ -76,13 +76,14 @@ private:
     const Placing m_placing;
     ListModel m_model;
     FrozenView m_picture;
-    QPushButton *m_hintButton = nullptr; // made when a hint has one; owned by the viewport
+    QPushButton *m_hintButton =
+        nullptr; // made for the first hint with a button; owned by the viewport
     QElapsedTimer m_sinceTyped;
     QString m_typed;
     int m_leftInset = 0;
-    bool m_showing = false;          // the view follows the list, not the user
-    bool m_selectionChanged = false; // by the user, since the last event
-    bool m_pressed = false;          // a click of the left button is under way
+    bool m_showing = false;          // the view is being changed from the list, not by the user
+    bool m_selectionChanged = false; // the user has changed it since the last event
+    bool m_pressed = false;          // the left button is down for a click
 };
 
 } // namespace ui::qt

@@ -13,10 +13,10 @@ namespace ui::qt
 namespace
 {
 
-// On the background of a box each has more than the contrast that small text needs (4.5 to 1).
+// The contrast to the background of a box is greater than 4.5 to 1, which small text needs.
 constexpr QRgb kMarkOnLight = 0xffb3261e, kMarkOnDark = 0xffff8a80;
 
-// Gives its parent, a box, the colour of its text.
+// Sets the colour of the text of its parent, a box.
 class TextColour : public QObject
 {
 public:
@@ -49,7 +49,7 @@ private:
         m_box.setPalette(palette);
     }
 
-    QWidget &m_box; // owns this
+    QWidget &m_box; // the parent of this object
     bool m_marked = false;
 };
 

@@ -1,5 +1,5 @@
-// ui/qt/marking.h - the mark of a box whose text has something wrong with it: a colour of its own
-// for the text, in light and dark windows.
+// ui/qt/marking.h - marks a text box whose text is wrong: its text has another colour, in light and
+// dark windows.
 #pragma once
 
 #include <QWidget>
@@ -7,8 +7,7 @@
 namespace ui::qt
 {
 
-// Marks a box that shows text, or takes the mark from it. It follows a change between light and
-// dark.
+// Marks a box with text, or removes the mark. The colour follows a change between light and dark.
 void ShowMark(QWidget *box, bool marked);
 
 } // namespace ui::qt

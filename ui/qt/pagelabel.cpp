@@ -13,16 +13,17 @@ namespace ui::qt
 namespace
 {
 
-constexpr qreal kLeading = 1.15; // line height as a multiple of the font's own
+constexpr qreal kLeading = 1.15; // height of a line as a multiple of the font's
 
-// More pixels than the panel's bar can scroll to (32,767 twips) and the largest screen shows.
+// More pixels than the panel's scroll bar can reach (32,767 twips), plus the largest screen.
 constexpr qreal kHighest = 32767.0 / ui::kTwipsPerPixel + 4320;
 
-// Characters that are shaped at once. No line of the panel holds as many, but for one of characters
-// without a width, which is broken here.
+// The number of characters that are laid out together. No line of the panel is longer, except one
+// of characters without a width, which is broken here.
 constexpr qsizetype kPieceLength = 300;
 
-// The end of the piece that begins at `start`: after the paragraph's end, or in its middle.
+// The end of the piece that begins at `start`: the end of its paragraph, or a place in the middle
+// of it.
 qsizetype EndOfPiece(const QString &text, qsizetype start)
 {
     const qsizetype most = std::min(text.size(), start + kPieceLength);
@@ -34,8 +35,8 @@ qsizetype EndOfPiece(const QString &text, qsizetype start)
     return most;
 }
 
-// Lays out the lines of a piece from `top` on. Of a piece in the middle of a paragraph the last
-// line stays out, as it continues after it, unless it is the only one.
+// Lays out the lines of a piece from `top` on. If the paragraph goes on after the piece, the last
+// line is left for the next piece, unless it is the only one.
 qsizetype LayLines(QTextLayout &layout, bool isParagraphsEnd, int width, qreal &top)
 {
     QTextOption option;
@@ -48,7 +49,7 @@ qsizetype LayLines(QTextLayout &layout, bool isParagraphsEnd, int width, qreal &
         const qsizetype end = line.textStart() + line.textLength();
         const bool isLast = end >= layout.text().size();
         if (isLast && !isParagraphsEnd && taken > 0) {
-            line.setPosition({0, 2 * kHighest}); // out of sight
+            line.setPosition({0, 2 * kHighest}); // where it is never seen
             break;
         }
         line.setPosition({0, std::round(top)});
@@ -59,8 +60,8 @@ qsizetype LayLines(QTextLayout &layout, bool isParagraphsEnd, int width, qreal &
     return isParagraphsEnd ? layout.text().size() : taken;
 }
 
-// The palette's text colour, mixed with its background: still well above the contrast that small
-// type needs.
+// The colour of the text mixed with that of the background; the contrast is still enough for small
+// letters.
 QColor Faint(const QPalette &palette)
 {
     const QColor text = palette.color(QPalette::Text), base = palette.color(QPalette::Base);
@@ -69,8 +70,8 @@ QColor Faint(const QPalette &palette)
             mix(text.blue(), base.blue())};
 }
 
-// The places of the captions: from the start of each paragraph through its first ": ". A text that
-// begins with an empty line is a list of names, which have none.
+// The captions: from the start of each paragraph up to its first ": ". A text that begins with an
+// empty line is a list of names, which has no captions.
 QList<QTextLayout::FormatRange> CaptionRanges(const QString &text, const QColor &colour)
 {
     QList<QTextLayout::FormatRange> ranges;
@@ -179,7 +180,8 @@ const PageLabel::Lines &PageLabel::LayOut(const QString &text, int widthPixels) 
         const qsizetype end = EndOfPiece(text, start);
         const bool isParagraphsEnd = end == text.size() || text[end] == QLatin1Char('\n');
         QString laid = text.mid(start, end - start);
-        laid.replace(QChar(QChar::Nbsp), QLatin1Char(' ')); // a line may end there, not in a word
+        laid.replace(QChar(QChar::Nbsp),
+                     QLatin1Char(' ')); // so that a line can end there instead of inside a word
         Piece piece{std::make_unique<QTextLayout>(laid, font()), start, 0, m_lines.height, 0};
         piece.length = LayLines(*piece.layout, isParagraphsEnd, widthPixels, m_lines.height);
         piece.bottom = m_lines.height;
@@ -204,13 +206,13 @@ void PageLabel::paintEvent(QPaintEvent *event)
     painter.setPen(m_faint ? faint : palette().color(QPalette::Text));
     const Lines &lines = LayOut(text(), width());
     const qsizetype shown =
-        lines.pieces.back().start + lines.pieces.back().length; // the rest is never in sight
+        lines.pieces.back().start + lines.pieces.back().length; // the rest is never seen
     const auto captions = m_faintCaptions ? CaptionRanges(text().left(shown), faint)
                                           : QList<QTextLayout::FormatRange>();
     for (const Piece &piece : lines.pieces) {
         if (piece.bottom < event->rect().top() || piece.top > event->rect().bottom())
             continue;
-        QList<QTextLayout::FormatRange> ranges; // of the captions that begin in this piece
+        QList<QTextLayout::FormatRange> ranges; // captions that begin in this piece
         for (QTextLayout::FormatRange range : captions) {
             range.start -= static_cast<int>(piece.start);
             if (range.start < piece.length && range.start + range.length > 0)

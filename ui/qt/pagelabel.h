@@ -1,6 +1,6 @@
 // ui/qt/pagelabel.h - a text on the information panel: plain, wrapped at words (and inside a word
-// that is too long for a line), with the leading of a page rather than of a button. The mouse
-// selects in it.
+// that is longer than a line), with more space between the lines than on a button. The user can
+// select text with the mouse.
 #pragma once
 
 #include <QLabel>
@@ -12,29 +12,29 @@
 namespace ui::qt
 {
 
-// Only what can be scrolled to is laid out, so that a text of any length and kind costs what can be
-// seen of it.
+// Only the lines that can be seen by scrolling are laid out, so that the time does not grow with a
+// very long text.
 class PageLabel : public QLabel
 {
 public:
     explicit PageLabel(QWidget *parent);
 
-    // Paints the words before the first ": " of each paragraph fainter, as captions of what
-    // follows; none in a text that begins with an empty line.
+    // Paints the words before the first ": " of each paragraph in a paler colour, as captions of
+    // the text after them; not in a text that begins with an empty line.
     void SetFaintCaptions(bool on) { m_faintCaptions = on; }
 
-    // Paints the whole text fainter than the page's own text.
+    // Paints the whole text in the paler colour.
     void SetFaint(bool on) { m_faint = on; }
 
-    // The text that the user has selected with the mouse; empty for none.
+    // The text that the user has selected; empty for none.
     QString SelectedText() const;
     void SelectAll();
     void Deselect();
     // Called when the user begins to select.
     std::function<void()> onSelect;
 
-    // The height in pixels that `text` takes at this width, as it is painted; one line at the
-    // least. A text that is higher than can be scrolled to has a height beyond that.
+    // The height in pixels of `text` at this width, as it is painted; at least one line. For a text
+    // that is higher than can be reached by scrolling, any height greater than that.
     int HeightFor(const QString &text, int widthPixels) const;
 
 protected:
@@ -44,14 +44,14 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
 
 private:
-    // Some lines of the text. Their places are those within the label.
+    // Some lines of the text. Their places are relative to the label.
     struct Piece {
         std::unique_ptr<QTextLayout> layout;
-        qsizetype start; // of the text
+        qsizetype start; // offset in the text
         qsizetype length;
         qreal top, bottom;
     };
-    // The lines of a text at a width, kept until one of the three is another.
+    // The lines of a text at a width; made again only when the text, the width or the font changes.
     struct Lines {
         QString text;
         int width = -1;
@@ -60,10 +60,10 @@ private:
         qreal height = 0;
     };
     const Lines &LayOut(const QString &text, int widthPixels) const;
-    qsizetype PositionAt(QPointF place) const; // in the text
+    qsizetype PositionAt(QPointF place) const; // offset in the text
     void Select(qsizetype anchor, qsizetype caret);
 
-    QString m_selectedIn; // the text in which something is selected; any other has no selection
+    QString m_selectedIn; // the text with the selection; another text has no selection
     qsizetype m_anchor = 0, m_caret = 0;
     bool m_faintCaptions = false;
     bool m_faint = false;

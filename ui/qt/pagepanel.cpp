@@ -11,7 +11,7 @@ namespace ui::qt
 namespace
 {
 
-constexpr int kMargin = 8, kThickness = 2; // pixels of the rule
+constexpr int kMargin = 8, kThickness = 2; // pixels, of the line
 
 } // namespace
 
@@ -28,7 +28,7 @@ void PagePanel::paintEvent(QPaintEvent *)
     }
     const QSizeF size = m_picture->defaultSize();
     m_picture->render(&painter, QRectF(0, 0, width(), width() * size.height() / size.width()));
-    if (hasFocus()) { // the keys scroll it
+    if (hasFocus()) { // keys scroll it
         painter.setPen(palette().color(QPalette::Highlight));
         painter.drawRect(rect().adjusted(0, 0, -1, -1));
     }

@@ -1,5 +1,5 @@
-// ui/qt/pagepanel.h - the background of the information panel: a sheet of paper with a tinted top
-// and an edge towards the list; and the rule under its heading.
+// ui/qt/pagepanel.h - the background of the information panel: like a sheet of paper, with a
+// coloured top and an edge beside the list; and the line under its heading.
 #pragma once
 
 #include <QSvgRenderer>
@@ -18,11 +18,11 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    std::unique_ptr<QSvgRenderer> m_picture; // of the page's top, for the theme in use
+    std::unique_ptr<QSvgRenderer> m_picture; // the top of the page, for the theme in use
     bool m_pictureIsDark = false;
 };
 
-// The rule runs along the top of its place, between margins; below it is room for pictures.
+// A line along the top of its place, with margins; below it there is room for pictures.
 class PageRule : public QWidget
 {
 public:

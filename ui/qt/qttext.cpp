@@ -8,7 +8,7 @@ namespace ui::qt
 namespace
 {
 
-// More bytes than any cell or tip shows; a longer text would only cost time to measure.
+// More bytes than a cell or tip can show; a longer text would only take time to measure.
 constexpr std::size_t kLongestLine = 2000;
 
 } // namespace

@@ -1,5 +1,5 @@
-// ui/qt/qttext.h - how the program's texts look in widgets: captions, cells, tips. No state, no
-// errors.
+// ui/qt/qttext.h - how the program's texts are shown in widgets: captions, cells, tips. No state,
+// no errors.
 #pragma once
 
 #include "platform/qt/text.h"
@@ -14,28 +14,27 @@ namespace ui::qt
 using platform::qt::FromQt;
 using platform::qt::ToQt;
 
-// What a label shows of a caption: "&&" is an ampersand, a lone "&" (the mark of an access key) is
-// not shown, carriage returns and line feeds break the line, a tab is a blank, and other control
-// characters (the NUL that many programs write after a tag's text) are not shown. The result is
-// plain text.
+// A caption as a label shows it: "&&" is an ampersand, a single "&" (the mark of an access key) is
+// removed, carriage returns and line feeds break the line, a tab is a blank. Other control
+// characters are removed (many programs write a NUL after a tag's text). The result is plain text.
 [[nodiscard]] QString LabelText(std::string_view caption);
 
-// What a menu entry shows of a caption. "&" marks its access key as in the caption; a shortcut that
-// is inside the caption after blanks ("&File Info             Alt+3") becomes the shortcut's
-// own place at the right edge. CR and TAB become blanks, so that no file name can fake a column.
+// A caption as a menu entry shows it. "&" marks the access key; a shortcut after several blanks
+// ("&File Info Alt+3") is shown at the right edge. CR and TAB become blanks, so that no file name
+// can look like a column.
 [[nodiscard]] QString MenuText(std::string_view caption);
 
-// A text of a node or cell, on one line: control characters become blanks, blanks at its end go,
-// and what is longer than 2000 bytes is cut.
+// The text of a node or cell in one line: control characters become blanks, blanks at the end are
+// cut, and so is everything after 2000 bytes.
 [[nodiscard]] QString OneLineText(std::string_view text);
 
-// The text with the code of each character that does not show, or that looks like another: control
-// characters, blanks that are no plain blank, marks without a width, combining marks: "a[U+00A0]b".
-// Empty for a text without any, so that it needs no tip.
+// The text with the codes of all characters that cannot be seen or that look like others: control
+// characters, blanks other than the usual one, characters without a width, combining marks:
+// "a[U+00A0]b". Empty when there is none, so that no tip is needed.
 [[nodiscard]] QString OddCharactersShown(std::string_view text);
 
-// A tool tip that shows `text` unchanged, whatever marks it has, and breaks long lines. Empty
-// for an empty text, so that no tip shows.
+// A tool tip that shows `text` unchanged, whatever marks it contains, with long lines broken. Empty
+// for an empty text, so that no tip is shown.
 [[nodiscard]] QString TipText(const QString &text);
 
 } // namespace ui::qt

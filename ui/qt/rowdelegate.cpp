@@ -8,14 +8,14 @@ namespace ui::qt
 namespace
 {
 
-constexpr int kAir = 8; // pixels above and below a line of text, together
+constexpr int kAir = 8; // free pixels above and below a line of text, in total
 
 const QStyle &StyleOf(const QStyleOptionViewItem &option)
 {
     return option.widget != nullptr ? *option.widget->style() : *QApplication::style();
 }
 
-// The pixels that the row has for its text.
+// The width for the text of the row, in pixels.
 int TextRoom(const QStyleOptionViewItem &option)
 {
     const QStyle &style = StyleOf(option);
@@ -66,8 +66,8 @@ void RowDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelInde
             option->palette.setBrush(QPalette::Text, grey);
         }
     }
-    // The selection of a window without the focus is pale where the window is: the icon is the one
-    // of any other row then.
+    // In a window without the focus the selection is as pale as the window, so the icon must be
+    // that of the other rows.
     const bool selected = option->state.testFlag(QStyle::State_Selected);
     if (!selected || option->state.testFlag(QStyle::State_Active) || option->icon.isNull())
         return;

@@ -1,5 +1,5 @@
-// ui/qt/rowdelegate.h - how rows are drawn: with room to breathe, with the mark of the focus around
-// a whole row, paths cut in their middle, and grey words in place of an empty text.
+// ui/qt/rowdelegate.h - draws rows: with free space, with one focus mark around the whole row, with
+// paths shortened in their middle, and with grey words in place of an empty text.
 #pragma once
 
 #include <QFontMetrics>
@@ -9,11 +9,11 @@
 namespace ui::qt
 {
 
-// The models' role of the words that are drawn where the text is empty; no words: nothing is.
+// The role of the words that are drawn in place of an empty text; without words nothing is drawn.
 inline constexpr int kTextOfEmptyRole = Qt::UserRole + 1;
 
-// A path that fits `width` pixels: cut in the middle of its folder, so that the file's name stays;
-// the name itself is cut in its middle where it alone is wider.
+// The path, shortened to `width` pixels: its folder is cut in the middle, so that the name of the
+// file can be read; the name is cut in its middle only when it is too wide by itself.
 [[nodiscard]] QString ElidedPath(const QString &path, const QFontMetrics &metrics, int width);
 
 class RowDelegate : public QStyledItemDelegate

@@ -42,7 +42,7 @@ void StatusBarView::resizeEvent(QResizeEvent *event)
     ShowPanels();
 }
 
-// Shows texts and widths; the panels are beside each other, in their order.
+// Shows texts and widths; the panels are side by side in their order.
 void StatusBarView::ShowPanels()
 {
     int left = 0;

@@ -1,5 +1,5 @@
-// ui/qt/statusbarview.h - shows a ui::StatusBar: its panels side by side in their widths, and a
-// grip to resize the window.
+// ui/qt/statusbarview.h - shows a ui::StatusBar: its panels side by side, and a grip for resizing
+// the window.
 #pragma once
 
 #include "ui/controls/statusbar.h"
@@ -16,10 +16,10 @@ class ElidedLabel;
 class StatusBarView : public QWidget
 {
 public:
-    // `bar` outlives the view, which listens to it until it is destroyed.
+    // `bar` outlives the view.
     StatusBarView(ui::StatusBar &bar, QWidget *parent);
 
-    // The height that a line of text needs here, in pixels.
+    // The height of a line of text, in pixels.
     QSize sizeHint() const override;
 
 protected:
@@ -30,7 +30,7 @@ private:
     void ShowPanels();
 
     ui::StatusBar &m_bar;
-    std::vector<ElidedLabel *> m_labels; // one a panel, owned by this widget
+    std::vector<ElidedLabel *> m_labels; // one for each panel, owned by this widget
     QSizeGrip *m_grip;
 };
 

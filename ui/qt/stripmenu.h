@@ -1,4 +1,4 @@
-// ui/qt/stripmenu.h - a popup menu with a picture strip along its left edge and title lines.
+// ui/qt/stripmenu.h - a popup menu with a picture strip at its left edge and lines that are titles.
 #pragma once
 
 #include <QMenu>
@@ -10,13 +10,13 @@ namespace ui::qt
 class StripMenu : public QMenu
 {
 public:
-    // `draw` paints the strip into a picture of the size it is given (pixels of the window), at
-    // each change of the menu's height.
+    // `draw` paints the strip in the given size (pixels of the window); called at each change of
+    // the menu's height.
     using DrawStrip = std::function<QPixmap(QSize size, qreal scale)>;
 
     StripMenu(int stripWidth, DrawStrip draw, QWidget *parent);
 
-    // A line that cannot be chosen, as the head of the entries below it.
+    // Adds a line that cannot be chosen, as a title for the entries below it.
     void AddTitle(const QString &text);
 
 protected:
@@ -25,7 +25,7 @@ protected:
 private:
     int m_stripWidth;
     DrawStrip m_draw;
-    QPixmap m_strip; // as last drawn
+    QPixmap m_strip; // as it was last drawn
 };
 
 } // namespace ui::qt

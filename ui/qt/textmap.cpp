@@ -10,11 +10,11 @@ namespace ui::qt
 namespace
 {
 
-// One character of the text, or a CR LF of a text of several lines.
+// One character of the text, or a CR LF in a text of several lines.
 struct Step {
     std::size_t bytes = 0;
     int characters = 0;
-    int units = 0; // that it takes in the widget
+    int units = 0; // its UTF-16 units in the widget
 };
 
 std::size_t BytesOfCharacter(std::string_view text, std::size_t at)
@@ -55,7 +55,7 @@ QString ShownStep(std::string_view bytes, bool multiLine)
     return shown;
 }
 
-// The byte of `text` at which its widget shows the unit `shownPosition`.
+// The byte of `text` that the widget shows at the unit `shownPosition`.
 std::size_t ByteOfShown(std::string_view text, bool multiLine, int shownPosition)
 {
     std::size_t at = 0;
@@ -121,8 +121,8 @@ int TextPosition(std::string_view text, bool multiLine, int shownPosition)
     return characters;
 }
 
-// What was typed ends at the caret, so that of equal characters the ones before it are the new
-// ones.
+// Typed text ends at the caret: when equal characters are in a row, the new ones are those before
+// the caret.
 std::string EditedText(std::string_view text, bool multiLine, const QString &shown, int caret)
 {
     const QString before = ShownText(text, multiLine);
@@ -135,7 +135,7 @@ std::string EditedText(std::string_view text, bool multiLine, const QString &sho
     qsizetype same = 0;
     while (same < shorter - sameEnd && before[same] == shown[same])
         ++same;
-    // A pair of surrogates is one character.
+    // Two surrogates are one character.
     if (same > 0 && before[same - 1].isHighSurrogate())
         --same;
     if (sameEnd > 0 && before[before.size() - sameEnd].isLowSurrogate())

@@ -98,7 +98,7 @@ QVariant TreeModel::data(const QModelIndex &index, int role) const
     }
 }
 
-// What tells the node from another that looks the same.
+// What distinguishes the node from another that looks the same.
 QVariant TreeModel::TipOf(ui::NodeId node) const
 {
     QString tip = tipOf ? tipOf(node) : QString();

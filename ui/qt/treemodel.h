@@ -1,5 +1,5 @@
-// ui/qt/treemodel.h - a ui::KeyedTree as the toolkit's views ask for it. The model keeps no node of
-// its own: it costs the same for ten nodes and for 100,000.
+// ui/qt/treemodel.h - a ui::KeyedTree as a model for the toolkit's views. The model has no copy of
+// the nodes.
 #pragma once
 
 #include "ui/controls/keyedtree.h"
@@ -13,24 +13,24 @@ namespace ui::qt
 class TreeModel : public QAbstractItemModel
 {
 public:
-    // `tree` outlives the model, which listens to it until it is destroyed.
+    // `tree` outlives the model.
     TreeModel(ui::KeyedTree &tree, QObject *parent);
     ~TreeModel() override;
 
     // The node of an index; kNoNode for an invalid one.
     static ui::NodeId NodeAt(const QModelIndex &index);
 
-    // The index of a node; invalid for kNoNode and while the tree is in update.
+    // The index of a node; invalid for kNoNode and during an update of the tree.
     QModelIndex IndexOf(ui::NodeId node) const;
 
-    // Repaints what depends on a node's state (its image follows the selection).
+    // Repaints a node (its image depends on the selection).
     void Touch(ui::NodeId node);
 
-    // What a screen reader says of a node whose text is empty. Set by the window.
+    // The words of a screen reader for a node whose text is empty. Set by the window.
     std::function<QString(ui::NodeId)> nameOfEmpty;
 
-    // The words that are drawn in place of an empty text, and the tip of a node whose text alone
-    // does not say which it is; each empty for none. Set by the window.
+    // The words that are drawn in place of an empty text; the tip of a node whose text could be
+    // mistaken for that of another. Each is empty for none. Set by the window.
     std::function<QString(ui::NodeId)> textOfEmpty, tipOf;
 
     QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;

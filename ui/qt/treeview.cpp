@@ -27,7 +27,7 @@ TreeView::TreeView(ui::KeyedTree &tree, QWidget *parent, bool byLayout)
     setItemDelegate(new RowDelegate(this));
     setModel(&m_model);
     tree.nodesAboutToChange = [this, begin = tree.nodesAboutToChange] {
-        m_picture.Keep(); // until the new nodes are there
+        m_picture.Keep(); // until the new nodes have come
         begin();
     };
     tree.nodesChanged = [this, end = tree.nodesChanged] {
@@ -53,7 +53,7 @@ TreeView::~TreeView()
     setModel(nullptr);
 }
 
-// Brings expansion and selection to a view whose nodes are all new.
+// Shows expansion and selection in a view whose nodes are all new.
 void TreeView::ShowAll()
 {
     const QScopedValueRollback following(m_showing, true);
@@ -105,7 +105,8 @@ void TreeView::mousePressEvent(QMouseEvent *event)
     } else {
         m_pressed = node;
         const QScopedValueRollback following(m_showing, true);
-        setCurrentIndex(index); // the mark follows the finger; the event comes with the release
+        setCurrentIndex(
+            index); // the mark is shown at the press, the event is raised at the release
     }
 }
 
@@ -129,10 +130,10 @@ void TreeView::mouseDoubleClickEvent(QMouseEvent *event)
     const ui::NodeId node = TreeModel::NodeAt(index);
     if (event->button() != Qt::LeftButton || node == ui::kNoNode)
         return;
-    m_tree.ClickExpander(node); // also on the expander: two quick clicks there are two clicks
+    m_tree.ClickExpander(node); // on the expander, a double click counts as two clicks
 }
 
-// A press that moves selects nothing on its way and starts no drag.
+// Moving the mouse with a pressed button selects nothing and starts no drag.
 void TreeView::mouseMoveEvent(QMouseEvent *event)
 {
     event->accept();
@@ -171,8 +172,8 @@ bool TreeView::HandleTreeKey(int key)
 
 void TreeView::keyPressEvent(QKeyEvent *event)
 {
-    // Also with Shift, which many keyboards need for "+" and "*", and with Ctrl: the view itself
-    // would expand the node without telling the tree.
+    // Also with Shift, which "+" and "*" need on many keyboards, and with Ctrl: otherwise the view
+    // itself would expand the node, and the tree would not know.
     if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
         ShowPopupByKey();
         return;
@@ -194,8 +195,8 @@ void TreeView::currentChanged(const QModelIndex &current, const QModelIndex &pre
         MoveToCurrent();
 }
 
-// Raises the event of a move. A listener may handle the next key meanwhile, so that the view's own
-// handling of this one must have come to its end.
+// Raises the event of a move. A listener may let events run that handle the next key, so the view's
+// own handling of this key must be finished.
 void TreeView::MoveToCurrent()
 {
     const ui::NodeId node = TreeModel::NodeAt(currentIndex());
@@ -217,7 +218,7 @@ void TreeView::contextMenuEvent(QContextMenuEvent *event)
     ShowPopup(event->globalPos());
 }
 
-// Below the selected node, where that can be seen.
+// Opens it below the selected node, if that can be seen.
 void TreeView::ShowPopupByKey()
 {
     const QRect row = visualRect(currentIndex());
@@ -225,7 +226,7 @@ void TreeView::ShowPopupByKey()
                                                                          : QPoint(0, 0)));
 }
 
-// Opens the popup of the selected node. The entry runs once the popup is gone.
+// Opens the popup menu of the selected node. The entry's action runs after the menu has closed.
 void TreeView::ShowPopup(QPoint place)
 {
     const ui::NodeId node = m_tree.Selected();

@@ -1,7 +1,7 @@
-// ui/qt/treeview.h - shows a ui::KeyedTree and turns what the user does into the tree's events: a
-// click on a node's text, a click on its expander, a move by key, Enter or a double click as a
-// change of its expansion. Typing finds a node by the start of its text. A right click and the menu
-// key open the node's popup.
+// ui/qt/treeview.h - shows a ui::KeyedTree and raises the tree's events: a click on a node's text,
+// a click on its expander, a move by key; Enter or a double click expands or collapses a node.
+// Typing finds a node by the beginning of its text. A right click and the menu key open the node's
+// popup menu.
 #pragma once
 
 #include "ui/qt/frozenview.h"
@@ -15,8 +15,8 @@ namespace ui::qt
 class TreeView : public QTreeView
 {
 public:
-    // `tree` outlives the view, which listens to it until it is destroyed.
-    // `byLayout`: a layout of the window puts it in its place, not the control.
+    // `tree` outlives the view. `byLayout`: a layout of the window decides its place, not the
+    // control.
     TreeView(ui::KeyedTree &tree, QWidget *parent, bool byLayout = false);
     ~TreeView() override;
 
@@ -45,11 +45,11 @@ private:
     ui::KeyedTree &m_tree;
     TreeModel m_model;
     FrozenView m_picture;
-    ui::NodeId m_pressed = ui::kNoNode; // the node under the press of a click on its text
+    ui::NodeId m_pressed = ui::kNoNode; // the node on whose text the button was pressed
     bool m_pressedNothing = false;
-    ui::NodeId m_shown = ui::kNoNode; // the node shown as selected
-    bool m_showing = false;           // the view follows the tree, not the user
-    bool m_moving = false;            // the view itself is still at a key
+    ui::NodeId m_shown = ui::kNoNode; // the node that is shown as selected
+    bool m_showing = false;           // the view is being changed from the tree, not by the user
+    bool m_moving = false;            // the view itself is still handling a key
 };
 
 } // namespace ui::qt
