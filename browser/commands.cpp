@@ -106,7 +106,8 @@ constexpr PopupLine kPopupLines[] = {
     {"FileOptions", "File Options", "fOptions", "", ""},
     {"FileInfo", "&File Info", "Info", "FileInfo", "cp_Info"},
     {"ExportFile", "&Export file", "Export", "Export", "cp_Export"},
-    {"RenameFile", "&Rename file", "Rename", "Rename", "cp_Export"}, // exports, it does not rename
+    {"RenameFile", "&Rename file", "Rename", "Rename",
+     "cp_Export"}, // it exports files, it does not rename them
     {"DuplicateEntry", "&Duplicate entry", "Duplicate", "DuplicateMP3", "submnuDuplicateEntry"},
     {"ControlOptions", "Control Options", "fOptions", "", ""},
     {"PlaySong", "&Play Song", "Play", "Play", "cp_Play"},
@@ -119,7 +120,7 @@ constexpr std::string_view kFileCommands[] = {"submnuFileInfo", "submnuDuplicate
 
 struct Registered {
     std::function<void()> handler;
-    std::function<bool()> enabled; // empty: always
+    std::function<bool()> enabled; // empty: always enabled
 };
 
 struct State {
@@ -139,13 +140,13 @@ const Registered *Find(std::string_view name)
     return found == TheState().commands.end() ? nullptr : &found->second;
 }
 
-// "submnuLng" of "submnuLng(2)".
+// The name without an index: "submnuLng" for "submnuLng(2)".
 std::string_view ControlName(std::string_view name)
 {
     return name.substr(0, name.find('('));
 }
 
-// Whether a table has a command of this name: a menu entry, or what a popup entry runs.
+// Whether the tables have a command of this name: a menu entry, or the command of a popup entry.
 bool IsCommandName(std::string_view name)
 {
     const auto same = [name](std::string_view other) {
@@ -217,7 +218,7 @@ void RunHandler(std::string_view name)
     const Registered *command = Find(name);
     if (command == nullptr)
         throw runtime::RuntimeError(runtime::kMemberNotFound);
-    const auto running = command->handler; // it may be replaced while it runs
+    const auto running = command->handler; // a copy: it may be replaced while it runs
     running();
 }
 

@@ -37,7 +37,7 @@ std::string JoinedPath(std::string folder, const std::string &name)
     return folder + name;
 }
 
-// The files of the selected rows, in the order in which the list shows them.
+// The files of the selected rows, in the order shown.
 std::vector<std::string> SelectedPaths(const ui::KeyedList &list)
 {
     std::vector<std::string> paths;
@@ -57,7 +57,8 @@ std::int64_t SizeOf(const std::string &path)
     return Files().Identify(path, identity) == 0 ? identity.sizeBytes : 0;
 }
 
-// How much the target grows: of files of one name the last one stays, and what stood there goes.
+// The number of bytes by which the target grows: of several files of one name only the last one
+// stays, and an existing file of that name is replaced.
 std::int64_t RoomNeeded(const std::vector<std::string> &paths, const std::string &target)
 {
     std::map<std::string, std::int64_t> sizes;
@@ -77,7 +78,8 @@ std::string Megabytes(std::int64_t bytes, bool up)
     return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " MB";
 }
 
-// Tells it when the room does not suffice. True when it does, or when nobody can say.
+// Shows a box when there is not enough room. Returns: whether there is enough, or the free room is
+// not known.
 bool HasRoom(const std::vector<std::string> &paths, const std::string &target)
 {
     const std::int64_t free = Files().FreeBytes(target);
@@ -101,7 +103,7 @@ void EmptyPanels(MainForm &form)
     form.SB.SetText("Blank", "");
 }
 
-// Lists and commands rest while one lives, and the bar is shown.
+// While one exists, lists and commands are disabled, and the progress bar is visible.
 class ExportMark
 {
 public:

@@ -37,7 +37,7 @@ constexpr std::string_view kAbove = "..";
 constexpr int kIconTwips = 450;
 constexpr int kBesideNamesTwips = 1350; // icon, margins, and a scroll bar
 constexpr int kBackspaceKey = 8;
-constexpr std::int64_t kQuietMs = 100, kPatienceMs = 2000; // of a wait for a disk
+constexpr std::int64_t kQuietMs = 100, kPatienceMs = 2000; // for waits for a disk
 
 platform::Folders &TheFolders()
 {
@@ -56,7 +56,7 @@ bool IsRoot(const std::string &path)
     return path.size() == 1;
 }
 
-// The folder above; the root's is itself.
+// The parent folder; the root is its own parent.
 std::string FolderAbove(const std::string &path)
 {
     std::string above = shell::GetFolderPath(path);
@@ -70,7 +70,7 @@ bool IsIn(const std::string &path, const std::string &folder)
     return path == folder || path.starts_with(JoinedPath(folder, ""));
 }
 
-// The longest of the drives that the path is in; the root where it is in none.
+// The longest drive that contains the path; the root when there is none.
 std::string RootOf(const std::string &path, const std::vector<std::string> &drives)
 {
     std::string root(1, shell::PathSeparator);
@@ -154,11 +154,11 @@ void ExportFolder::Load()
     try {
         GoTo(current);
     } catch (const runtime::RuntimeError &) {
-        // The process is in a folder that is gone: the window stays at the root.
+        // The current folder of the process does not exist: the window stays at the root.
     }
 }
 
-// Lists the root of a drive; that of the file system where the drive cannot be read.
+// Lists the root of a drive, or the root of the file system when the drive cannot be read.
 void ExportFolder::StartAt(const std::string &drive)
 {
     try {
@@ -233,7 +233,7 @@ void ExportFolder::EnableChoices(bool enabled)
         control->SetEnabled(enabled);
 }
 
-// Another drive was chosen; also by GoTo, which is there already.
+// Another drive was chosen, by the user or by GoTo, which has gone there already.
 void ExportFolder::DriveChosen()
 {
     const std::string drive = Drives.Text();
@@ -284,7 +284,7 @@ void ExportFolder::CreateFolder()
     GoTo(m_path, *answer);
 }
 
-// Only an empty folder goes.
+// Deletes the folder only if it is empty.
 void ExportFolder::DeleteFolder()
 {
     const std::string path = m_path;

@@ -1,4 +1,4 @@
-// browser/exportfolder.h - frmExportFile: the window that asks for the folder of an export.
+// browser/exportfolder.h - frmExportFile: the window for choosing the folder of an export.
 #pragma once
 
 #include "ui/controls/form.h"
@@ -9,29 +9,28 @@
 namespace browser
 {
 
-// The drives, and the sub-folders of one folder. A click on a sub-folder makes that the folder of
-// the window; a double click or Enter lists what is in it, and Backspace what is above.
+// The drives, and the sub-folders of one folder. A click on a sub-folder makes it the folder of the
+// window; a double click or Enter lists its sub-folders, and Backspace those of its parent.
 struct ExportFolder : ui::Form {
     ExportFolder();
 
     ui::Label lblDrives{"D&rive:"}, lblFolders{"Fo&lders:"}, lblPath{"&Folder:"};
     ui::ComboBox Drives;
-    ui::KeyedList Dirs;  // the sub-folders, the folder above them first
-    ui::TextBox txtPath; // the folder of the window, which all four buttons work on
+    ui::KeyedList Dirs;  // the sub-folders, the parent folder first
+    ui::TextBox txtPath; // the folder of the window; all four buttons use it
     ui::Button cmdCreate, cmdDelete, cmdOk, cmdCancel;
 
-    // The folder of the window, a path.
+    // The folder of the window (a path).
     const std::string &Path() const { return m_path; }
 
-    // Lists the sub-folders of `folder`, which becomes the folder of the window, or its sub-folder
-    // `selectedName` where it has that one. A disk that does not answer is given up after two
-    // seconds, in which the window stays alive.
-    // Errors: kPathNotFound, kPathFileAccess with the path; the window is then as it was.
+    // Lists the sub-folders of `folder`. It becomes the folder of the window, or its sub-folder
+    // `selectedName` does, if it exists. A disk that does not answer is given up after two seconds,
+    // during which events run.
+    // Errors: kPathNotFound, kPathFileAccess with the path; the window is unchanged then.
     void GoTo(const std::string &folder, const std::string &selectedName = {});
 
-    std::string start;    // where the window begins: at the root of its drive; empty: where the
-                          // process is
-    std::string selected; // the answer; empty until OK
+    std::string start;    // where to begin: at the root of its drive; empty: at the current folder
+    std::string selected; // the result; empty until OK
 
 private:
     void AddMembers();
@@ -48,11 +47,11 @@ private:
     void EnableChoices(bool enabled);
 
     std::string m_path;
-    std::string m_listed;   // the folder whose sub-folders show
+    std::string m_listed;   // the folder whose sub-folders are listed
     bool m_waiting = false; // for a disk
 };
 
-// Shows the window modally. Returns: the folder, a path; empty when cancelled.
+// Shows the window modally. Returns: the folder (a path); empty when cancelled.
 // Errors: kPathNotFound, kPathFileAccess when not even the root can be read.
 [[nodiscard]] std::string SelectDir(const std::string &start);
 

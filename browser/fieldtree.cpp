@@ -20,7 +20,7 @@ namespace browser
 namespace
 {
 
-// The order of the groups below the root; Path comes before List.
+// The order of the groups under the root; Path is before List.
 constexpr std::array<int, 8> kGroupOrder = {0, 1, 2, 3, 4, 5, 7, 6};
 
 constexpr std::string_view kListStatement = "SELECT * FROM Lists ORDER BY LIST_Name";
@@ -49,15 +49,15 @@ void ShowFieldProgress(std::string_view field)
     shell::ShowProgress(adding + " " + runtime::Replace(information, "$Field$", caption));
 }
 
-// The part of a record's path that makes its node; a path without a separator has none.
+// The part of a record's path from which its node is made; empty when there is no separator.
 std::string_view FolderPart(std::string_view path)
 {
     const auto separator = path.rfind(shell::PathSeparator);
     return separator == std::string_view::npos ? std::string_view{} : path.substr(0, separator + 1);
 }
 
-// Adds the value nodes of one field, one record after the other. A record whose text equals that of
-// the record before it has the same key and is passed over before its text is folded.
+// Adds the value nodes of one field, for one record after the other. A record with the same text as
+// the one before would have the same key, so it is skipped before its text is folded.
 class ValueNodes
 {
 public:
@@ -70,7 +70,7 @@ public:
 
     void Add(std::string_view text)
     {
-        // Of a path only the folder counts.
+        // For a path, the folder is the value.
         const std::string_view value = m_isPath ? FolderPart(text) : text;
         if (m_any && value == m_before)
             return;
@@ -86,7 +86,7 @@ public:
     }
 
 private:
-    // A path is trimmed before its folder is taken; its right end is not part of that.
+    // Only the left end of a path is trimmed before its folder is taken.
     static std::string_view TrimLeft(std::string_view text)
     {
         return text.substr(std::min(text.find_first_not_of(' '), text.size()));
@@ -115,7 +115,8 @@ private:
     std::string m_key;
 };
 
-// Failures are ignored: one bad record skips its node. Returns: the words of the last one; empty
+// A failure skips the node of one record. Returns: the words of the last failure; empty when there
+// was none.
 // when there was none.
 std::string FillValues(MainForm &form, const ItemKind &kind, catalogue::Recordset &records)
 {
@@ -170,7 +171,7 @@ void FillFieldTree(MainForm &form, std::string_view sql, std::string_view fieldN
             continue;
         ShowFieldProgress(field);
         if (catalogue::DataAccess == nullptr)
-            return; // the window was closed while the line let events run
+            return; // the window was closed while events ran
         std::string statement(sql);
         statement.append("\rORDER BY ").append(field);
         if (field == "List")
@@ -178,7 +179,7 @@ void FillFieldTree(MainForm &form, std::string_view sql, std::string_view fieldN
         int kind = catalogue::kDetect;
         const auto records = catalogue::Records(catalogue::DataAccess->ExecuteSQL(statement, kind));
         if (catalogue::DataAccess == nullptr)
-            return; // the same, while the statement let them run
+            return; // the same, during the statement
         std::string failure;
         if (!catalogue::DataAccess->Succeeded)
             failure = catalogue::DataAccess->ErrorMessage;

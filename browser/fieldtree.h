@@ -1,5 +1,5 @@
-// browser/fieldtree.h - the catalogue by field in the tree TV: root, groups, one node for each
-// value.
+// browser/fieldtree.h - the tree TV: the root, a group for each field, a node for each value in the
+// catalogue.
 #pragma once
 
 #include "browser/itemkinds.h"
@@ -10,20 +10,21 @@
 namespace browser
 {
 
-// Rebuilds the whole tree for an empty field name; else brings that field's group and values up to
-// date. Errors: kDuplicateKey when a group that the tree has is added again, kSubscriptOutOfRange
-// when one that it does not have is removed.
+// Builds the whole tree again when the field name is empty; otherwise updates the group and values
+// of that field.
+// Errors: kDuplicateKey when a group exists that is to be added, kSubscriptOutOfRange when one is
+// missing that is to be removed.
 void LoadTreeView(MainForm &form, std::string_view fieldName);
 
-// Fills the value nodes of all loaded fields, or of `fieldName`. `sql` is the statement without its
-// order. Shows each field on the splash's progress line. A value that has its node already, and a
-// statement that fails, are passed over.
+// Adds the value nodes of all loaded fields, or of `fieldName`. `sql` is the statement without its
+// ORDER BY. Each field is named on the splash's progress line. A value that has a node already and
+// a statement that fails are skipped.
 void FillFieldTree(MainForm &form, std::string_view sql, std::string_view fieldName);
 
-// submnuRefreshTree: collapses the root, then rebuilds.
+// submnuRefreshTree: collapses the root, then builds the tree again.
 void RefreshTree(MainForm &form);
 
-// Binds the tree's events: Collapse, Expand, NodeClick, Click.
+// Sets the handlers of the tree's events: Collapse, Expand, NodeClick, Click.
 void BindTreeEvents(MainForm &form);
 
 } // namespace browser

@@ -80,7 +80,7 @@ void OfferMail(const std::string &reason)
 
 // --- Duplicate entry -------------------------------------------------------------------------
 
-// The tags of a file in the common form. Errors: FileError when it cannot be read.
+// Reads the tags of a file. Errors: FileError when it cannot be read.
 metadata::ID3v2Tag ReadTags(const std::string &path)
 {
     metadata::ID3v1Tag id3v1;
@@ -98,8 +98,8 @@ metadata::ID3v2Tag ReadTags(const std::string &path)
 
 // --- Rename ----------------------------------------------------------------------------------
 
-// Whether both are names of one file that has no other: on a file system without letter case the
-// same name, written otherwise.
+// Whether both are names of the same file, and not two links: on a file system that ignores letter
+// case, the same name in other letter case.
 bool IsOtherCaseOfName(const std::string &from, const std::string &to)
 {
     platform::FileIdentity one;
@@ -109,7 +109,7 @@ bool IsOtherCaseOfName(const std::string &from, const std::string &to)
            one.inode == other.inode;
 }
 
-// Gives the file its new name. Returns an errno.
+// Renames the file. Returns: an errno, 0 on success.
 int GiveName(const std::string &from, const std::string &to)
 {
     int reason = Files().RenameNew(from, to);
@@ -128,7 +128,7 @@ runtime::RuntimeError RenameError(int reason, const std::string &from, const std
     return runtime::FileError(reason, reason == EEXIST ? to : from + " -> " + to);
 }
 
-// What failed; empty when all rows of the file have its new path.
+// Changes the path in all rows of the file. Returns: the words of a failure, else an empty text.
 std::string RenameRows(const std::string &from, const std::string &to)
 {
     catalogue::ExecuteWithValues("UPDATE MP3s SET Path = ? WHERE Path = ?", catalogue::kUpdate,
@@ -136,7 +136,7 @@ std::string RenameRows(const std::string &from, const std::string &to)
     return catalogue::DataAccess->Succeeded ? std::string() : catalogue::DataAccess->ErrorMessage;
 }
 
-// The row of the list that still shows the file.
+// Changes the path in the row of the list that still has the old one.
 void ShowNewPath(MainForm &form, const std::string &key, const std::string &from,
                  const std::string &to)
 {

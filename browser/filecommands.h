@@ -1,5 +1,6 @@
-// browser/filecommands.h - the commands on one file: add it to the catalogue, duplicate its entry,
-// rename it. Each takes its target from the list and asks through the desktop. No state.
+// browser/filecommands.h - the commands for one file: add it to the catalogue, duplicate its entry,
+// rename it. Each uses the selected row of a list and asks the user through the desktop port. No
+// state.
 #pragma once
 
 #include "browser/mainform.h"
@@ -11,26 +12,29 @@
 namespace browser
 {
 
-// Asks for an MP3 file with this title, starting in the music folder. Nothing when cancelled.
+// Asks for an MP3 file, with this title, beginning in the music folder. Returns: nothing when
+// cancelled.
 std::optional<std::string> ChooseMP3(std::string_view title, std::string_view kindOfFile);
 
-// Add File: brings a chosen file into the catalogue. A new row rebuilds the tree; a file without
-// tags is told so; what could not be added can be mailed to the author. Errors: none of its own.
+// Add File: adds a file that the user chooses to the catalogue. After a new row the tree is built
+// again. A box says when a file has no tags; a file that could not be added can be reported to the
+// author by mail. Errors: none of its own.
 void AddFile(MainForm &form);
 
-// Duplicate entry: asks for the artists and adds a row for the selected file of `list` under them,
-// marked as a duplicate. Nothing without a selected file.
+// Duplicate entry: asks for the artists and adds one more row for the selected file of `list` with
+// them, marked as a duplicate. Does nothing when no file is selected.
 // Errors: FileError with the path when the file cannot be read.
 void DuplicateEntry(ui::KeyedList &list);
 
-// Rename File: asks for a new name for the selected file of the main list and gives it to the file
-// and to its rows. A name that holds a separator moves the file. Nothing without a selected file.
-// Errors: FileError with the paths, kFileExists when something has that name already; the catalogue
-//     is then as it was. When the rows could not be changed the file gets its old name back and a
-//     box says why.
+// Rename File: asks for a new name for the selected file of the main list, and changes the name of
+// the file and the path in its rows. A name with a separator moves the file. Does nothing when no
+// file is selected.
+// Errors: FileError with the paths, kFileExists when the new name exists; the catalogue is
+// unchanged then. When the rows could not be changed, the file gets its old name again and a box
+// says why.
 void RenameFile(MainForm &form);
 
-// Registers these three and the export for the main form.
+// Registers these three commands and the export.
 void InstallFileCommands();
 
 } // namespace browser

@@ -1,4 +1,4 @@
-// The main form's commands: dispatch by name, its own handlers, keys, the language menu.
+// The main form's commands: running them by name, its own handlers, keys, the language menu.
 #include "browser/exportfiles.h"
 #include "browser/fieldtree.h"
 #include "browser/formhandlers.h"
@@ -38,7 +38,7 @@ bool CanRunNow(const MainForm &form, std::string_view name)
     return CanRun(name) && (form.fileCommandsEnabled || !IsFileCommand(name));
 }
 
-// Whether an entry of a sub-menu can be used.
+// Whether an entry of a sub-menu is enabled.
 bool HasUsableEntry(MainForm &form, std::string_view submenu)
 {
     const auto lines = MenuLines();
@@ -71,7 +71,7 @@ void ChooseEnglish()
     try {
         shell::DeleteSetting(shell::kPreferences, "Language");
     } catch (const runtime::RuntimeError &) {
-        // No language was set.
+        // No language was chosen.
     }
     TellNewLanguage();
 }
@@ -82,13 +82,13 @@ void ChooseLanguage(const std::string &entryCaption)
     TellNewLanguage();
 }
 
-// Opens a page below the base address that the catalogue holds.
+// Opens a web page below the base address that is in the catalogue.
 void OpenPage(std::string_view page)
 {
     const auto records = catalogue::Records(
         catalogue::DataAccess->ExecuteSQL("SELECT * FROM Validations", catalogue::kSelect));
     if (catalogue::DataAccess == nullptr)
-        return; // the program was ended while the statement let events run
+        return; // the program was ended while events ran during the statement
     if (records == nullptr || records->AtEnd())
         throw runtime::RuntimeError(runtime::kSubscriptOutOfRange,
                                     catalogue::DataAccess->ErrorMessage);
@@ -96,7 +96,7 @@ void OpenPage(std::string_view page)
     shell::OpenAddress(address + std::string(page), "");
 }
 
-// While one lives, commands work on the list that the popup was opened on.
+// While one exists, commands use the list on which the popup was opened.
 class PopupClick
 {
 public:
@@ -167,7 +167,7 @@ void UpdateCommands(MainForm &form)
         if (!line.parent.empty() && line.caption != "-" && !line.submenu)
             form.FindMenu(line.name)->SetEnabled(CanRunNow(form, line.name));
     for (const MenuLine &line : MenuLines())
-        if (line.submenu) // one in which nothing can be used does not open
+        if (line.submenu) // a sub-menu is disabled when all its entries are
             form.FindMenu(line.name)->SetEnabled(HasUsableEntry(form, line.name));
     for (const MenuLine &line : ExtraMenuLines())
         if (ui::Command *entry = form.FindMenu(line.name); entry && !line.parent.empty())
@@ -193,7 +193,7 @@ void BuildLanguageMenu(MainForm &form, const std::vector<std::string> &captions)
     last->SetVisible(!captions.empty());
     std::size_t index = 0;
     for (const std::string &caption : captions) {
-        // One more entry, unless the last one has no caption yet.
+        // Adds one more entry, unless the last one has no caption yet.
         if (!last->Caption().empty()) {
             const std::string next = "submnuLng(" + std::to_string(++index) + ")";
             last = form.FindMenu(next);

@@ -1,4 +1,4 @@
-// browser/formhandlers.h - parts of the main form's load that formload.cpp calls.
+// browser/formhandlers.h - parts of LoadMainForm, called by formload.cpp.
 #pragma once
 
 #include "browser/mainform.h"
@@ -6,13 +6,13 @@
 namespace browser
 {
 
-// Registers the form's own commands.
+// Registers the commands that the form itself handles.
 void RegisterOwnCommands(MainForm &form);
 
-// Builds `cp` from the popup's table, in the user's language.
+// Builds `cp` from the table of the popup, in the user's language.
 void BuildPopup(MainForm &form);
 
-// Brings the states of the popup's entries up to date.
+// Updates the states of the popup's entries.
 void UpdatePopup(MainForm &form);
 
 } // namespace browser

@@ -1,4 +1,5 @@
-// The main form's layout applied to its controls, its splitter, and the bar over its status bar.
+// Applies the main form's layout to its controls; the splitter; the progress bar over the status
+// bar.
 #include "browser/mainform.h"
 #include "browser/webpanel.h"
 #include "platform/desktop.h"
@@ -139,8 +140,8 @@ void Separator_MouseMove(MainForm &form, double mouseX)
         return;
     shell::TheGlobals().InitialTVWidth =
         TreeWidthOfDrag(form.Separator.Left(), mouseX, form.Separator.Width(), form.scaleWidth);
-    // Moves that the layout itself causes are not taken for a drag; a release that comes while it
-    // yields ends the drag all the same.
+    // Moves that the layout itself causes must not count as a drag. A release of the mouse while it
+    // yields ends the drag nevertheless.
     form.SeparatorDragging = false;
     form.separatorReleased = false;
     ReDrawForm(form);

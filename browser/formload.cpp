@@ -32,13 +32,13 @@ std::unique_ptr<MainForm> &TheForm()
     return form;
 }
 
-// "submnuLng" of "submnuLng(2)".
+// The name without an index: "submnuLng" for "submnuLng(2)".
 std::string_view ControlName(std::string_view name)
 {
     return name.substr(0, name.find('('));
 }
 
-// The tooltip of a button that mirrors an entry: its caption without marks and shortcut.
+// The tool tip of a button: the caption of its menu entry without marks and shortcut.
 std::string TooltipOf(std::string_view caption)
 {
     std::string tooltip = runtime::Replace(caption, "&", "");
@@ -114,7 +114,8 @@ void CheckCalls(const MainFormCalls &calls)
 
 void BindRegeneration(MainForm &form)
 {
-    form.shownRun = catalogue::LastRegeneration().number; // earlier runs are no news to this form
+    form.shownRun =
+        catalogue::LastRegeneration().number; // runs before this are not shown by this form
     catalogue::RegenerationControls &controls = catalogue::TheRegenerationControls();
     controls.SB = &form.SB;
     controls.PBar = &form.PBar;

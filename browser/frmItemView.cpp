@@ -23,7 +23,7 @@ namespace browser
 namespace
 {
 
-// A sub-item; empty where the list's rows have none of that name.
+// The text of a sub-item; empty when the rows have no sub-item of that name.
 std::string SubItemOrEmpty(const ui::KeyedList &list, ui::RowId row, std::string_view key)
 {
     try {
@@ -33,21 +33,21 @@ std::string SubItemOrEmpty(const ui::KeyedList &list, ui::RowId row, std::string
     }
 }
 
-// The path of a file's row; empty for other rows.
+// The path of a file's row; empty for another row.
 std::string FileOfRow(const ui::KeyedList &list, ui::RowId row)
 {
     return list.Key(row).starts_with(kFileMarker) ? SubItemOrEmpty(list, row, "Path")
                                                   : std::string();
 }
 
-// Whether an empty cell of the column is a value that the song lacks.
+// Whether an empty cell of the column means that the song has no such value.
 bool MayBeEmpty(std::string_view columnKey)
 {
     constexpr std::string_view kFields[] = {"Title", "Artist", "Album", "Year", "Comment", "Genre"};
     return std::find(std::begin(kFields), std::end(kFields), columnKey) != std::end(kFields);
 }
 
-// Title, artist and kind: what a row is, for one who hears it.
+// The name of a row for a screen reader: title, artist and kind.
 QString NameOfRow(const ui::KeyedList &list, ui::RowId row)
 {
     QStringList words;
@@ -71,7 +71,7 @@ ItemView::ItemView(PanelForm &form, ui::KeyedList &list, const char *listName, Q
     m_list->Model().nameOfRow = [&list](ui::RowId row) { return NameOfRow(list, row); };
     m_list->Model().fileOfRow = [&list](ui::RowId row) { return FileOfRow(list, row); };
     m_list->Model().textOfEmpty = [none = QString()](const std::string &columnKey) mutable {
-        if (none.isEmpty()) // looked up once: it is asked for with every cell that is painted
+        if (none.isEmpty()) // looked up only once, because it is needed for each cell
             none = ui::qt::ToQt(TextOfNone());
         return MayBeEmpty(columnKey) ? none : QString();
     };
@@ -114,7 +114,7 @@ void ItemView::BuildPanel()
     auto *rule = new PageRule(m_panel);
     Name(rule, "pctWebLine");
     Bind(m_form.pctWebLine, rule, [this, rule] { ShowArea(m_form.pctWebLine, rule); });
-    // The pile from its back: what is made later lies above.
+    // From the back of the pile: a widget that is made later is above the earlier ones.
     for (std::size_t i = m_form.ImgOthers.size(); i-- > 0;) {
         auto *other = new QLabel(rule);
         Name(other, i == 0 ? "ImgOthers(0)" : "ImgOthers(1)");
@@ -151,7 +151,7 @@ ui::qt::PageLabel *ItemView::AddPageLabel(ui::Label &label, const char *name)
                                                    ui::PixelsOfTwips(measured.Width())));
     };
     ui::qt::BindLabel(label, widget);
-    widget->onSelect = [this] { // one selection at a time
+    widget->onSelect = [this] { // only one label has a selection
         for (auto &[other, shown] : m_pageLabels)
             shown->Deselect();
         m_panel->setFocus();
@@ -160,7 +160,7 @@ ui::qt::PageLabel *ItemView::AddPageLabel(ui::Label &label, const char *name)
     return widget;
 }
 
-// A page's type: the heading half as large again as the text, the row's name bold.
+// The heading is half as large again as the text, the name of the row is bold.
 void ItemView::SetPanelFonts()
 {
     for (auto &[label, widget] : m_pageLabels) {
@@ -177,7 +177,8 @@ void ItemView::SetPanelFonts()
     }
 }
 
-// Keys scroll the panel, and copy what is selected on it; all of its texts where nothing is.
+// Handles keys: they scroll the panel, and copy the text that is selected on it, or all of its
+// texts when none is.
 bool ItemView::PanelKey(const QKeyEvent &key)
 {
     if (key.matches(QKeySequence::Copy)) {
@@ -206,13 +207,13 @@ bool ItemView::PanelKey(const QKeyEvent &key)
     for (const auto &[code, place] : places)
         if (key.key() == code) {
             m_form.vsbBack.SetValue(place);
-            m_panel->setFocus(); // a scroll gives the keyboard to the list
+            m_panel->setFocus(); // scrolling gives the focus to the list
             return true;
         }
     return false;
 }
 
-// The panel's texts from the top, or what is selected of them, one below the other.
+// The texts of the panel, or the selected parts of them, from top to bottom in lines.
 QString ItemView::PanelText(bool selectedOnly) const
 {
     QStringList texts;
@@ -224,20 +225,20 @@ QString ItemView::PanelText(bool selectedOnly) const
     return texts.join(QLatin1Char('\n'));
 }
 
-// The list keeps clear of the panel's scroll bar, which stands over its left edge.
+// The list leaves room for the panel's scroll bar, which covers its left edge.
 void ItemView::ShowPanel()
 {
     const bool barShows = m_form.vsbBack.Visible() && m_form.pctWeb.Visible();
     m_list->SetLeftInset(barShows ? m_scroll->width() : 0);
 }
 
-// The wheel over the panel or its bar moves the text by lines: the bar's own steps are shares of
-// the way, a pixel or two of a short one. False where there is nothing to scroll.
+// The wheel over the panel or its bar scrolls by lines: the bar's own steps depend on the height of
+// the text, and may be only a pixel or two. Returns: false when there is nothing to scroll.
 bool ItemView::ScrollPanel(const QWheelEvent &wheel)
 {
     if (!m_form.vsbBack.Visible())
         return false;
-    constexpr double kNotch = 120; // of QWheelEvent::angleDelta
+    constexpr double kNotch = 120; // in QWheelEvent::angleDelta
     const double lines = QApplication::wheelScrollLines() * wheel.angleDelta().y() / kNotch;
     const int pixels = wheel.pixelDelta().isNull()
                            ? static_cast<int>(std::lround(lines * fontMetrics().lineSpacing()))

@@ -1,5 +1,5 @@
-// browser/frmItemView.h - a list of items beside its information panel, as the main window and the
-// search window show them: the widgets of a PanelForm and a KeyedList.
+// browser/frmItemView.h - a list of items with the information panel beside it, in the main window
+// and the search window: the widgets of a PanelForm and a KeyedList.
 #pragma once
 
 #include "browser/panelform.h"
@@ -22,25 +22,25 @@ class PagePanel;
 namespace browser
 {
 
-// It is `pctBorders` itself and holds `pctWeb` with its labels and pictures, `vsbBack`, and the
-// list.
+// The widget itself is `pctBorders`; it contains `pctWeb` with its labels and pictures, `vsbBack`,
+// and the list.
 class ItemView : public QWidget
 {
 public:
-    // `form` and `list` outlive the view; the list's widget is called `listName`. Fills in the
-    // form's focusList and the labels' measureHeight while it lives.
+    // `form` and `list` outlive the view; `listName` is the object name of the list's widget. While
+    // the view exists, it has set the form's focusList and the labels' measureHeight.
     ItemView(PanelForm &form, ui::KeyedList &list, const char *listName, QWidget *parent);
     ~ItemView() override;
 
     ui::qt::ListView &List() { return *m_list; }
 
-    // The panel and its bar in front of the list, whose left edge lies below them.
+    // Puts the panel and its scroll bar in front of the list, whose left edge they cover.
     void RaisePanel();
 
-    // Follows a layout that has set the places.
+    // To be called after a layout has set the places.
     void ShowPanel();
 
-    // The panel's type from this widget's font; its labels grow with it.
+    // Sets the panel's fonts from this widget's font; the labels change their height.
     void SetPanelFonts();
 
 protected:
@@ -54,7 +54,7 @@ private:
     QString PanelText(bool selectedOnly) const;
 
     PanelForm &m_form;
-    ui::qt::PagePanel *m_panel; // pctWeb; owned by its parent as all that follows
+    ui::qt::PagePanel *m_panel; // pctWeb; it and all below are owned by their parent widgets
     QScrollBar *m_scroll;       // vsbBack
     ui::qt::ListView *m_list;
     std::vector<std::pair<ui::Label *, ui::qt::PageLabel *>> m_pageLabels;

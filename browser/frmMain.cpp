@@ -30,7 +30,7 @@ namespace
 
 constexpr int kFrameHeightPixels = kFrameHeight / ui::kTwipsPerPixel;
 constexpr int kFrameWidthPixels = kFrameWidth / ui::kTwipsPerPixel;
-constexpr int kLeastWidthPixels = 400, kLeastHeightPixels = 260; // the window stays usable
+constexpr int kLeastWidthPixels = 400, kLeastHeightPixels = 260; // so that the window stays usable
 
 } // namespace
 
@@ -74,7 +74,7 @@ frmMainWindow::~frmMainWindow()
     m_form.extrasBuilt = nullptr;
 }
 
-// What the form asks of its window. What it asks of the rest of the program is app/'s to fill in.
+// Sets the functions that the form calls on its window. app/ sets the others.
 void frmMainWindow::FillCalls()
 {
     m_form.calls.textWidth = [this](std::string_view text) { return TextWidthTwips(text); };
@@ -99,8 +99,8 @@ void frmMainWindow::FillCalls()
     };
     m_form.calls.popupHeights = [this] { return PopupHeights(); };
     m_form.calls.showPopup = [this](int left, int top) { ShowPopup(left, top); };
-    // Counted from the window: its stored place is not where it is on a window system that does not
-    // report places.
+    // Counted from the window itself, because some window systems do not report where it is on the
+    // screen.
     m_form.calls.cursor = [this] {
         const QPoint inWindow = m_anchor.value_or(QCursor::pos()) - pos();
         return ui::Rect{m_form.window.left + ui::TwipsOfPixels(inWindow.x()),
@@ -122,7 +122,7 @@ void frmMainWindow::BindFrame()
     m_WEPath->SetSelectable();
     const auto bindLine = [this](ui::Label &label, ElidedLabel *widget) {
         Bind(label, widget, [this, &label, widget] {
-            // The bar's whole height, so that a larger font is centred in it.
+            // The whole height of the bar, so that a larger font is centred.
             const QRect place = PixelRect(label.Place());
             widget->setGeometry(place.left(), 4, place.width(), m_addressBar->height() - 6);
             widget->SetFullText(LabelText(label.Caption()));
@@ -143,18 +143,18 @@ void frmMainWindow::BindFrame()
         BindTimer(*timer, this);
 }
 
-// Tells the form the sizes that the desktop's font and style ask for.
+// Gives the form the sizes that depend on the desktop's font and style.
 void frmMainWindow::MeasureFrame()
 {
     m_form.TB.SetHeight(ui::TwipsOfPixels(m_toolbar->sizeHint().height()));
     m_form.statusBarArea.SetHeight(ui::TwipsOfPixels(m_statusBar->sizeHint().height()));
     m_form.lblAddress.SetWidth(TextWidthTwips(m_form.lblAddress.Caption()));
     if (m_form.lblAddress.captionChanged)
-        m_form.lblAddress.captionChanged(); // what is beside it follows its width
+        m_form.lblAddress.captionChanged(); // the controls beside it depend on its width
 }
 
-// The width of a label that shows the whole text. Letters have fractions of a pixel, and a label
-// that lacks one of them cuts its text.
+// The width of a label for the whole text. The width of letters has fractions of a pixel; a label
+// that is too narrow by a fraction would cut its text.
 int frmMainWindow::TextWidthTwips(std::string_view text) const
 {
     const QFontMetricsF metrics(m_lblAddress->font(), m_lblAddress);
@@ -172,7 +172,7 @@ void frmMainWindow::PlaceWindow()
     move(ui::PixelsOfTwips(place.left), ui::PixelsOfTwips(place.top));
 }
 
-// Writes the window's own place into the form, as the layout and the settings count it.
+// Copies the window's place to the form, in the units of the layout and the settings.
 void frmMainWindow::LearnPlace()
 {
     m_form.minimised = isMinimized();
@@ -190,8 +190,8 @@ void frmMainWindow::LearnPlace()
     m_settled->start();
 }
 
-// The window system tells of a maximised window's size before it tells that it is maximised: a
-// place counts as the window's own once nothing more has come for a while.
+// The window system reports the size of a maximised window before it reports that it is maximised.
+// So a new place is taken only after a while without another change.
 void frmMainWindow::BuildSettled()
 {
     constexpr int kSettledMs = 300;
@@ -220,8 +220,8 @@ void frmMainWindow::moveEvent(QMoveEvent *event)
         LearnPlace();
 }
 
-// The form's layout yields. While the window's own layout is at work another event could take away
-// what that one holds, so the form's comes right after it.
+// The form's layout yields. During the toolkit's own layout another event could destroy an object
+// that it uses, so the form's layout runs after this event.
 bool frmMainWindow::event(QEvent *event)
 {
     const bool handled = QMainWindow::event(event);
@@ -250,7 +250,7 @@ void frmMainWindow::changeEvent(QEvent *event)
     }
 }
 
-// The form decides when the window may go; its unload ends the program.
+// The form decides whether the window closes; its unload ends the program.
 void frmMainWindow::closeEvent(QCloseEvent *event)
 {
     event->ignore();

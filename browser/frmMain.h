@@ -1,6 +1,6 @@
-// browser/frmMain.h - the main window: its widgets, bound to the controls of browser/mainform.h.
-// It lays out nothing by itself and decides nothing: places come from ReDrawForm, commands go to
-// the form's handlers.
+// browser/frmMain.h - the main window: its widgets, connected with the controls of
+// browser/mainform.h. It does not decide anything: ReDrawForm sets the places, the form's handlers
+// do the commands.
 #pragma once
 
 #include "browser/mainform.h"
@@ -27,13 +27,14 @@ class ItemView;
 class frmMainWindow : public QMainWindow
 {
 public:
-    // Builds the window over `form`, which outlives it, binds the controls and fills in the form's
-    // calls that are the window's own. The window is hidden; LoadMainForm has not run.
+    // Builds the window for `form`, which outlives it, connects the controls, and sets the
+    // functions in the form's calls that need the window. The window is hidden, and LoadMainForm
+    // has not run yet.
     explicit frmMainWindow(MainForm &form);
     ~frmMainWindow() override;
 
-    // Puts the window where the form's `window` says. On a window system that does not report
-    // places only the size counts.
+    // Moves the window to the place in the form's `window`. On a window system that does not report
+    // places, only the size is set.
     void PlaceWindow();
 
 protected:
@@ -45,7 +46,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    // The frame: frmMain.cpp.
+    // The frame, in frmMain.cpp.
     void FillCalls();
     void BindFrame();
     void MeasureFrame();
@@ -55,7 +56,7 @@ private:
     int TextWidthTwips(std::string_view text) const;
     void NameForReaders();
 
-    // Menus, toolbar, popup: frmMainMenus.cpp.
+    // Menus, toolbar, popup, in frmMainMenus.cpp.
     void BuildMenus();
     void BuildToolbar();
     void AddMenuLine(const MenuLine &line);
@@ -65,7 +66,7 @@ private:
     void ShowPopup(int leftTwips, int topTwips);
     QPixmap DrawStrip(QSize size, qreal scale);
 
-    // Tree and list: frmMainLists.cpp.
+    // Tree and list, in frmMainLists.cpp.
     void BuildTree();
     void BuildList();
     void BuildSeparator();
@@ -73,22 +74,22 @@ private:
     void MoveSeparatorByKey(int key);
 
     MainForm &m_form;
-    bool m_applying = false;        // the window follows the form, not the user
-    double m_grabbedAt = 0;         // pixels beside the separator; 0 in it
-    bool m_layoutDue = false;       // the form's layout, after the event that is at work
-    std::optional<QPoint> m_anchor; // of a popup opened by key, on the screen
+    bool m_applying = false;        // the window is being changed from the form, not by the user
+    double m_grabbedAt = 0;         // the distance from the separator in pixels; 0 when inside it
+    bool m_layoutDue = false;       // the form's layout is to run after the current event
+    std::optional<QPoint> m_anchor; // the place on the screen for a popup opened by key
 
-    QWidget *m_client;    // all below the menu bar; owned by the window as all that follows
+    QWidget *m_client;    // everything below the menu bar; it and all below are owned by the window
     QToolBar *m_toolbar;  // TB
     QFrame *m_addressBar; // TBAddress
     ui::qt::ElidedLabel *m_lblAddress, *m_WEPath;
     ui::qt::TreeView *m_tree; // TV
     QWidget *m_separator;     // Separator
-    QWidget *m_grip;          // over the separator and a little beside it, for the mouse
-    ItemView *m_items;        // pctBorders with panel and list
+    QWidget *m_grip;          // over the separator and some pixels beside it, for the mouse
+    ItemView *m_items;        // pctBorders, with panel and list
     ui::qt::StatusBarView *m_statusBar;
     QProgressBar *m_progress; // PBar
-    QTimer *m_settled;        // after the last change of the place
+    QTimer *m_settled;        // runs from the last change of the place
     ui::qt::StripMenu *m_popup = nullptr;
     std::map<std::string, QMenu *, std::less<>> m_menus; // by menu name
 };

@@ -16,17 +16,17 @@ namespace browser
 namespace
 {
 
-constexpr int kKeyStepTwips = 150; // one arrow key moves the splitter ten pixels
+constexpr int kKeyStepTwips = 150; // an arrow key moves the splitter ten pixels
 
-constexpr int kGripPixels = 3; // how far beside the splitter it can be grabbed
+constexpr int kGripPixels = 3; // the pixels beside the splitter in which it can be grabbed
 
-// Where beside the splitter a place is, counted from its left edge; 0 for one that is in it.
+// The distance from the splitter of a place that is counted from its left edge; 0 inside it.
 double GrabbedBeside(double x, int width)
 {
     return x < 0 || x >= width ? x : 0;
 }
 
-// The messages that the list's own window procedure knows.
+// The numbers of two messages of the list, the wheel's and the scroll bar's (ListMessage).
 constexpr int kWheelMessage = 0x20A, kScrollMessage = 0x115;
 
 } // namespace
@@ -75,7 +75,7 @@ void frmMainWindow::DragSeparator(QEvent *event)
 {
     switch (event->type()) {
     case QEvent::MouseButtonPress:
-        // Where beside the separator it was grabbed: the separator is not to jump there.
+        // The distance at which it was grabbed, so that the separator does not jump to the mouse.
         m_grabbedAt = GrabbedBeside(static_cast<QMouseEvent *>(event)->position().x() - kGripPixels,
                                     m_separator->width());
         Separator_MouseDown(m_form);

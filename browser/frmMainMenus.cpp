@@ -91,11 +91,11 @@ void frmMainWindow::AddMenuLine(const MenuLine &line)
     connect(action, &QAction::triggered, this, [this, command] {
         RunCommand(m_form, command->name);
         if (command->changed)
-            command->changed(); // a check mark follows the command, not the click
+            command->changed(); // the check mark shows the command's state, not the click
     });
 }
 
-// The languages come late in the start, one entry a file.
+// The languages are known late in the start; one entry for each file.
 void frmMainWindow::FillLanguageMenu(QMenu *menu)
 {
     for (ui::Command &command : m_form.menu) {
@@ -110,7 +110,7 @@ void frmMainWindow::FillLanguageMenu(QMenu *menu)
     }
 }
 
-// What a screen reader says of the controls that have no caption.
+// The names for screen readers of the controls without a caption.
 void frmMainWindow::NameForReaders()
 {
     const auto name = [this](const char *control, const std::string &words) {
@@ -143,7 +143,7 @@ void frmMainWindow::BuildToolbar()
         button->setObjectName(ui::qt::ToQt("TB_" + command->name));
         button->setFocusPolicy(Qt::TabFocus);
         ui::qt::Bind(*command, action, [command, action, button] {
-            // Mnemonic marks have no meaning in a tip; the language walk takes them out as well.
+            // A tool tip has no access key; changing the language removes the marks too.
             const QString tip = ui::qt::LabelText(command->Caption());
             action->setIconText(tip);
             action->setToolTip(ui::qt::TipText(tip));
@@ -164,7 +164,7 @@ void frmMainWindow::BuildPopup()
     ui::qt::Name(m_popup, "Pop");
 }
 
-// Fills the menu anew, as the entries' states may have changed, and measures it.
+// Fills the menu again, because the states of the entries may have changed, and measures it.
 std::vector<int> frmMainWindow::PopupHeights()
 {
     m_popup->clear();

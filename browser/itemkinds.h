@@ -1,5 +1,5 @@
-// browser/itemkinds.h - the kinds of items in tree and lists: their markers (the first character of
-// every key), their fields, and their words. No state.
+// browser/itemkinds.h - the kinds of items in the tree and in lists: their markers (the first
+// character of every key), their fields, and the words for them. No state.
 #pragma once
 
 #include <span>
@@ -12,7 +12,8 @@ namespace browser
 inline constexpr std::string_view kRootKey = "MP3s";
 inline constexpr std::string_view kFileMarker = "/";
 
-// One kind of item: its marker (one character, UTF-8), its field, and its word in `ItemType`.
+// One kind of item: its marker (one character of UTF-8), its field, and the word for it in the
+// section `ItemType`.
 struct ItemKind {
     std::string_view marker;
     std::string_view field; // empty for a file
@@ -20,20 +21,21 @@ struct ItemKind {
     std::string_view word; // English
 };
 
-// The kind of a key, by its first character; null for any other ("By..." and the root too).
+// The kind of a key, by its first character; null when it is not a marker (the keys "By..." and the
+// root).
 const ItemKind *KindOfKey(std::string_view key);
 
 // A key without its first character.
 std::string_view WithoutMarker(std::string_view key);
 
-// The word for the key's kind in the user's language, with "s" after key and default for a
-// plural; empty for a key of no kind.
+// The word for the kind of a key in the user's language; for the plural, "s" is appended to the key
+// and to the default. Empty for a key without a kind.
 std::string GetItemTypeText(std::string_view key, bool plural);
 
-// What stands in place of an empty text: "(none)" in the user's language.
+// The text that is shown in place of an empty one: "(none)" in the user's language.
 std::string TextOfNone();
 
-// The kind of a field's values. Errors: kSubscriptOutOfRange for a name that is no field.
+// The kind of the values of a field. Errors: kSubscriptOutOfRange for an unknown field.
 const ItemKind &KindOfField(std::string_view field);
 
 } // namespace browser

@@ -29,7 +29,7 @@ constexpr std::array<std::string_view, 8> kRecordFields = {
     "title", "Artist", "Album", "Year", "Comment", "Genre", "Disk_Label", "Path"};
 constexpr std::array<int, 8> kWidths = {2400, 2400, 2400, 800, 1200, 900, 1000, 2000}; // twips
 constexpr int kRowsBetweenYields = 50;
-// The first rows of a long fill are shown at once, the others when all are there.
+// When there are many rows, the first ones are shown at once, the others when all have been added.
 constexpr int kRowsShownFirst = 100, kRowsOfALongFill = 2000;
 
 std::string ColumnCaption(std::string_view key)
@@ -56,7 +56,7 @@ void ShowWarning(ui::KeyedList &list)
     list.AddColumn("Warning", shell::GetLanguageText("Warning", "Warning", "Search"), 2400);
 }
 
-// Adds the rows of a record set, each path once.
+// Adds the rows of a result, each path once.
 class FileRows
 {
 public:
@@ -68,7 +68,7 @@ public:
 
     int Count() const { return m_count; }
 
-    // The current record. Duplicates come from a search for any of several words.
+    // Adds the current record. A search for any of several words can return a song several times.
     void Add()
     {
         for (std::size_t i = 0; i < m_columns.size(); ++i)
@@ -87,10 +87,10 @@ public:
     }
 
 private:
-    static constexpr int kRowsMeasured = 1000; // tell how much room all rows take
+    static constexpr int kRowsMeasured = 1000; // from these the memory for all rows is estimated
 
-    // The path in upper case is compared with those of the rows of equal hashes, so that the list
-    // alone keeps the paths.
+    // The path in upper case is compared with those of the rows with the same hash, so that only
+    // the list has a copy of the paths.
     bool IsNewPath()
     {
         m_upper.clear();
@@ -108,7 +108,8 @@ private:
     void Reserve()
     {
         const auto rows = static_cast<std::size_t>(m_records.RecordCount());
-        constexpr std::size_t kCells = kSubItems.size() + 2; // key and main text before them
+        constexpr std::size_t kCells =
+            kSubItems.size() + 2; // key and main text are before the sub-items
         m_list.Reserve(rows, kCells, m_bytes / kRowsMeasured * (rows + rows / 8));
     }
 
@@ -119,7 +120,7 @@ private:
     std::array<std::string, kRecordFields.size()> m_texts;
     std::string m_upper;       // the current path
     runtime::KeyIndex m_paths; // of the rows, in upper case
-    std::size_t m_bytes = 0;   // of the texts of all rows
+    std::size_t m_bytes = 0;   // total length of the texts in all rows
     int m_count = 0;
 };
 
@@ -133,13 +134,13 @@ void SetPointer(platform::Pointer pointer)
     platform::TheMachine().desktop->SetPointer(pointer);
 }
 
-// What was clicked, read before anything changes.
+// What was clicked; read before anything changes.
 struct Clicked {
     bool inTree = false;
     std::string key;
-    std::string text;              // a node's text, a row's first sub-item
+    std::string text;              // the text of a node, or the first sub-item of a row
     ui::NodeId node = ui::kNoNode; // the tree node of that key
-    std::string fullPath;          // of that node; empty without one
+    std::string fullPath;          // of that node; empty when there is none
 };
 
 Clicked ClickedOf(const MainForm &form, bool inTree, std::string_view key, std::string_view text)
@@ -154,7 +155,8 @@ Clicked ClickedOf(const MainForm &form, bool inTree, std::string_view key, std::
     return clicked;
 }
 
-// The flags that a click on a node's expander leaves: true when this click is to be ignored.
+// The flags that a click on a node's expander has set. Returns: true when this click must be
+// ignored.
 bool ConsumeTreeFlags(MainForm &form)
 {
     const ui::NodeId node = form.TV.Selected();
@@ -164,7 +166,7 @@ bool ConsumeTreeFlags(MainForm &form)
     return std::exchange(form.TreeJustExpanded, false);
 }
 
-// A click on a node's text comes twice; the second time the rows of the first are still there.
+// A click on the text of a node raises two events; at the second one the rows are there already.
 bool IsShown(const MainForm &form, const Clicked &clicked)
 {
     return clicked.inTree && form.TV.Gesture() != 0 && form.shown.gesture == form.TV.Gesture() &&
@@ -182,7 +184,7 @@ void ShowPile(MainForm &form)
     LoadOtherImages(true, form);
 }
 
-// Empties the panel: while the timer is enabled, it shows no selection.
+// Empties the panel: as long as the timer is enabled, it shows no selection.
 void ShowNoSelection(MainForm &form)
 {
     form.ShowSelectedItems.SetEnabled(true);
@@ -200,7 +202,7 @@ void OpenFile(ui::KeyedList &list)
 
 void ShowGroup(MainForm &form, ui::KeyedList &target, const Clicked &clicked)
 {
-    // "By" and the field; the root has no field and is named by its own key.
+    // "By" comes before the field; the root has no field, and its name is its key.
     const std::size_t fieldAt = clicked.key == kRootKey ? 0 : 2;
     const std::string field = clicked.key.substr(std::min(fieldAt, clicked.key.size()));
     if (!IsShown(form, clicked)) {
@@ -218,14 +220,14 @@ void ShowGroup(MainForm &form, ui::KeyedList &target, const Clicked &clicked)
     form.lblWebFolder.SetCaption(shell::GetFolderGroupCaption(field));
 }
 
-// Null once the program was ended, as it may be while the events of a click are under way.
+// Null when the program has ended, which can happen while events run during a click.
 catalogue::RecordsetPtr RecordsOfValue(std::string_view field, std::string_view value)
 {
     if (catalogue::DataAccess == nullptr)
         return nullptr;
     catalogue::Params params = catalogue::Value(std::string(value));
     if (field == "Path") {
-        // The files directly in the folder, none of its sub-folders.
+        // The files in the folder itself, not those in its sub-folders.
         const std::string inFolder = std::string(value) + "%";
         params = std::vector<catalogue::Value>{inFolder, inFolder + shell::PathSeparator + "%"};
     }
@@ -233,7 +235,7 @@ catalogue::RecordsetPtr RecordsOfValue(std::string_view field, std::string_view 
                                                                 catalogue::kStoredSelect, params));
 }
 
-// The files of a value. False when a newer click has taken the list over.
+// Lists the files with a value. Returns: false when a later click has filled the list meanwhile.
 bool ShowValue(MainForm &form, std::string_view field, const Clicked &clicked)
 {
     catalogue::RecordsetPtr records;
@@ -254,7 +256,8 @@ bool ShowValue(MainForm &form, std::string_view field, const Clicked &clicked)
     return true;
 }
 
-// The entries of a play list. False when a newer click has taken the list over.
+// Lists the entries of a play list. Returns: false when a later click has filled the list
+// meanwhile.
 bool ShowPlayList(MainForm &form, const Clicked &clicked)
 {
     const OpenItem show = OpenerOf(KindOfField("List").marker);
@@ -264,7 +267,8 @@ bool ShowPlayList(MainForm &form, const Clicked &clicked)
         form.LV.ClearRows();
         return true;
     }
-    if (IsShown(form, clicked)) { // without the pile, or with it where nothing could be listed
+    if (IsShown(form,
+                clicked)) { // without the pile of icons, or with it when nothing could be listed
         form.ImgIcon.SetImage(form.shown.image);
         LoadOtherImages(form.shown.image != "M3U", form);
         return true;
@@ -280,7 +284,7 @@ bool ShowPlayList(MainForm &form, const Clicked &clicked)
     return true;
 }
 
-// The column of the value that all rows share is not shown; the paths of a folder come first.
+// The column whose value is the same in all rows is hidden; for a folder, the paths come first.
 void AdjustColumns(MainForm &form, std::string_view field)
 {
     try {
@@ -289,7 +293,7 @@ void AdjustColumns(MainForm &form, std::string_view field)
         else
             form.LV.SetColumnWidth(field, 0);
     } catch (const runtime::RuntimeError &) {
-        // The warning view and a play list have no such column.
+        // The view with the warning and a play list have no such column.
     }
 }
 
@@ -329,7 +333,7 @@ void ItemClick(MainForm &form, ui::KeyedTree &tree)
     const ui::NodeId node = tree.Selected();
     if (node == ui::kNoNode || ConsumeTreeFlags(form))
         return;
-    // A path without a separator is the root's.
+    // A path without a separator is in the root.
     if (tree.FullPath(node).find(tree.pathSeparator) == std::string::npos)
         return;
     HandleClick(form, form.LV, ClickedOf(form, true, tree.Key(node), tree.Text(node)));

@@ -12,7 +12,7 @@ namespace browser
 namespace
 {
 
-// A size that no control can take. Errors: kInvalidCall.
+// Returns `size`. Errors: kInvalidCall when it is negative, which no control can have.
 int Size(int size)
 {
     if (size < 0)
@@ -25,13 +25,13 @@ ui::Rect Move(int left, int top, int width, int height)
     return {left, top, Size(width), Size(height)};
 }
 
-// The steps from 6 on, whose failures take back the tree's width.
+// The steps from the sixth on; when one fails, the tree's width is set back.
 class Steps
 {
 public:
     Steps(LayoutState &state, int lastSafeTVWidth) : m_state(state), m_safe(lastSafeTVWidth) {}
 
-    // False when `statement` fails also with the last safe width.
+    // Returns: false when `statement` fails with the last safe width too.
     template <class Statement>
     bool Run(const Statement &statement)
     {
@@ -42,8 +42,8 @@ public:
             if (error.number != runtime::kInvalidCall)
                 return false;
         }
-        // The statement runs again with the safe width; failing for good it would run for ever,
-        // so the second failure ends the layout.
+        // The rule is to run the statement again with the safe width. If it always fails, that
+        // would never end; so the second failure ends the layout.
         m_state.initialTVWidth = m_safe;
         try {
             statement();
@@ -122,7 +122,7 @@ LayoutEnd PlanLayout(LayoutState &s, int lastSafeTVWidth)
     const int toolbar = s.toolbarVisible ? s.toolbarHeight : 0;
     const int topPos = (s.addressVisible ? s.address.height - 60 : 0) + toolbar;
     s.address.top = topPos - s.address.height;
-    // The tree's old top counts, and the toolbar's height is added back.
+    // The former top of the tree is used, and the height of the toolbar is added.
     const int h = s.windowHeight - topPos - s.tree.top - s.statusBarHeight - 240 + toolbar;
     SizePanels(s);
     Steps steps(s, lastSafeTVWidth);

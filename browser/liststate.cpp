@@ -41,7 +41,7 @@ bool HasGroups(const ui::KeyedTree &tree)
     return !roots.empty() && !tree.Children(roots.front()).empty();
 }
 
-// What the last run did, with its figures.
+// A text about the last run, with its numbers.
 std::string RunText(const catalogue::RegenerationSummary &summary)
 {
     std::string text =

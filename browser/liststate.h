@@ -1,5 +1,5 @@
-// browser/liststate.h - what the list's area says while the list has no rows: no folder yet, choose
-// a group, reading, done. Never a row of the list.
+// browser/liststate.h - the text in the list's area while the list has no rows: no folder yet,
+// choose a group, reading, done. It is not a row of the list.
 #pragma once
 
 #include "browser/mainform.h"
@@ -9,16 +9,16 @@
 namespace browser
 {
 
-// Says how things are after the tree was loaded: that the catalogue cannot be read, that a
-// regeneration has ended or had been done already in this run of the program, that the catalogue is
-// empty (with a button to the preferences where no folder is stored), else how to go on.
+// Shows the state after the tree was loaded: the catalogue cannot be read; a regeneration has
+// ended, or had been done before in this run of the program; the catalogue is empty (with a button
+// for the preferences when no folder is stored); otherwise what to do next.
 void ShowListState(MainForm &form);
 
-// Says that files are being read, `value` of `maximum`; 0 as long as they are counted.
+// Shows that files are being read, `value` of `maximum`; 0 while they are being counted.
 void ShowReading(MainForm &form, std::int64_t value, std::int64_t maximum);
 
-// Makes tree and list answer again and takes the progress bar away, unless a regeneration or an
-// export is under way: a regeneration that does nothing leaves them as they are during a run.
+// Enables tree and list and hides the progress bar, unless a regeneration or an export is running.
+// Needed because a regeneration that does nothing leaves them as they are during a run.
 void EndRegenerationDisplay(MainForm &form);
 
 } // namespace browser

@@ -1,5 +1,6 @@
-// browser/mainform.h - frmMain without its window: its controls and fields, and what load, size
-// changes, keys, popup and unload do with them. The window binds its widgets to the controls.
+// browser/mainform.h - frmMain without its widgets: its controls and fields, and what happens when
+// it loads, changes its size, gets a key, opens the popup and closes. The window connects its
+// widgets with the controls.
 #pragma once
 
 #include "browser/commands.h"
@@ -23,23 +24,23 @@
 namespace browser
 {
 
-// What the form needs of its window and of the program around it. The window fills in its part,
+// The functions that the form calls on its window and in the program. The window sets its part,
 // app/ the last two. LoadMainForm fails when one is missing.
 struct MainFormCalls {
     std::function<int(std::string_view)> textWidth; // twips, in the form's font
-    std::function<void()> placed;                   // a layout has set the places: show them
+    std::function<void()> placed; // called when a layout has set the places, to show them
     std::function<ui::Rect(const ui::Rect &)>
-        bringIntoView; // a stored place, fitted to the screens
+        bringIntoView; // moves a stored place onto the screens
     std::function<void()> showWindow;
     std::function<void(int left, int top)> showPopup; // twips relative to the window
-    std::function<ui::Rect()> cursor;                 // pointer on the screen, in twips: left, top
-    std::function<std::vector<int>()> popupHeights;   // of the popup's entries, in pixels
-    std::function<void()> raisePanel; // list to the back, panel and scroll bar to the front
+    std::function<ui::Rect()> cursor; // the place of the mouse on the screen, in twips: left, top
+    std::function<std::vector<int>()> popupHeights; // the heights of the popup's entries, in pixels
+    std::function<void()> raisePanel; // puts the list behind the panel and the scroll bar
     std::function<void()> unloadForms;
     std::function<void()> endProgram;
 };
 
-// One entry of the popup as built.
+// One entry of the popup menu.
 struct PopupEntry {
     std::string caption; // title lines begin with "-"
     std::string key;
@@ -52,7 +53,7 @@ struct MainForm : PanelForm {
     MainForm(const MainForm &) = delete;
     MainForm &operator=(const MainForm &) = delete;
 
-    // --- The window itself, kept up to date by it. Twips; see kFrameHeight in layout.h.
+    // --- The window itself; these are updated by it. In twips; see kFrameHeight in layout.h.
     ui::Rect window{45, 465, 12000, 7350};
     int scaleWidth = 12000 - kFrameWidth;
     bool minimised = false;
@@ -64,33 +65,33 @@ struct MainForm : PanelForm {
     ui::Area TBAddress{{30, 0, 12000, kDesignAddressHeight}};
     ui::Label lblAddress{"Address", {120, 120, 700, 255}};
     ui::Label WEPath{"", {1020, 120, 9000, 255}};
-    ui::KeyedTree TV; // pathSeparator is the platform's
+    ui::KeyedTree TV; // its pathSeparator is that of the platform
     ui::Area Separator{{3000, 0, kSeparatorPixels *ui::kTwipsPerPixel, 3000}};
     ui::KeyedList LV;
     ui::StatusBar SB;
     ui::Area statusBarArea{{0, 0, 12000, 345}};
     ui::ProgressBar PBar;
     ui::Area pbarArea;
-    ui::Area picSideBar{{0, 0, 360, 3000}}; // the popup's strip
-    // The events of the last four belong to the areas that install themselves.
+    ui::Area picSideBar{{0, 0, 360, 3000}}; // the strip of the popup
+    // Other areas handle the events of the last four.
     ui::Timer tmrRefreshList{30000, true};
     ui::Timer tmr_Playing{250};
     ui::Timer tmrAutoCheckVersion{60000};
     ui::Timer tmrClearAutoCheck{45000};
-    ui::Timer tmrListFiles{50}; // shows what is known of the files of a play list
+    ui::Timer tmrListFiles{50}; // shows what is known about the files of a play list
 
-    // Menus, their entries and the toolbar's buttons. Of an entry the name is the key; the language
-    // entries are "submnuLng" with an index after it ("submnuLng(0)").
+    // The menus, their entries and the toolbar's buttons. The name of an entry is its key; the
+    // language entries are "submnuLng" with an index ("submnuLng(0)").
     std::deque<ui::Command> menu;
     std::deque<ui::Command> buttons;
     ui::Command *FindMenu(std::string_view name);   // null when there is none
     ui::Command *FindButton(std::string_view name); // null when there is none
 
-    // The folders of the tree's nodes by their keys: a node's key has its folder in upper case, and
-    // its text the folder's last name alone.
+    // The folder of each folder node, by the node's key, because the key is in upper case and the
+    // text has only the last part of the folder.
     std::unordered_map<std::string, std::string> folderOfNode;
 
-    std::vector<PopupEntry> cp; // stored under the name "Pop"
+    std::vector<PopupEntry> cp; // saved under the name "Pop"
     std::unique_ptr<ui::cLogo> logo;
 
     // --- Fields.
@@ -98,23 +99,24 @@ struct MainForm : PanelForm {
     bool TreeJustExpanded = false;
     bool SeparatorDragging = false;
     bool PopupFromSearch = false;
-    bool fileCommandsEnabled = false; // as SetFileCommandsEnabled was last called
-    bool progressBarLaid = false;     // the bar moves into the status bar once a run
-    bool separatorReleased = false;   // a release came while a move was laying out
+    bool fileCommandsEnabled = false; // the last argument of SetFileCommandsEnabled
+    bool progressBarLaid = false;     // the bar is moved into the status bar once in a run
+    bool separatorReleased = false;   // the mouse was released while a move was being laid out
     bool listHooked = false;
-    std::string catalogueError; // why the last load of the tree could not read it all; else empty
-    std::uint64_t shownRun = 0; // the number of the regeneration that the list's area has told of
-    bool closePending =
-        false;              // the window closes when the running regeneration or export has ended
-    bool maximised = false; // the window fills its screen; its place without that is `normal`
-    ui::Rect normal;        // twips, as `window`
-    bool inPopupClick = false;  // a command of the popup runs
-    bool exporting = false;     // lists and commands rest
-    bool exportStopped = false; // the running export ends at the next file
-    std::string exportTarget;   // the folder of the last export of this run; empty at first
-    bool starting = true;       // until ShowMainForm has ended
+    std::string catalogueError; // why the last load of the tree was incomplete; else empty
+    std::uint64_t shownRun =
+        0;                     // the number of the last regeneration that the list's area has shown
+    bool closePending = false; // close the window when the running regeneration or export ends
+    bool maximised = false;    // the window fills the screen; `normal` is its place otherwise
+    ui::Rect normal;           // twips, like `window`
+    bool inPopupClick = false; // a command of the popup is running
+    bool exporting = false;    // lists and commands are disabled
+    bool exportStopped = false; // the running export must end before the next file
+    std::string exportTarget;   // the folder of the last export in this run; empty at first
+    bool starting = true;       // true until ShowMainForm has ended
 
-    // The rows that ItemClick showed last: of which click, for which key, in which filling.
+    // The rows that ItemClick has shown last: for which click and key, and the list's number of
+    // clearings.
     struct Shown {
         std::uint64_t gesture = 0;
         std::string key;
@@ -124,96 +126,100 @@ struct MainForm : PanelForm {
         bool operator==(const Shown &) const = default;
     } shown;
 
-    // The search window's list while that window is open; null otherwise. Owned by the search.
+    // The list of the search window while that is open, else null. The search owns it.
     ui::KeyedList *searchList = nullptr;
 
-    std::function<void()> extrasBuilt; // the window's: the menu of extras has its commands
+    std::function<void()> extrasBuilt; // for the window: the menu Extras has its commands now
 
     MainFormCalls calls;
 };
 
-// The list that the popup's commands work on: the search window's after PopupFromSearch, else LV.
+// The list for the popup's commands: that of the search window after PopupFromSearch, else LV.
 ui::KeyedList &PopupList(MainForm &form);
 
-// The one main window; created by the first touch. ResetMainForm puts back a fresh one and forgets
-// all registered commands.
+// The one main window; the first call creates it. ResetMainForm replaces it by a new one and
+// removes all registered commands.
 MainForm &frmMain();
 void ResetMainForm();
 
-// Form_Load. Registers the form's own commands; reads the language file; the panel starts empty,
+// Form_Load. Registers the form's own commands and reads the language file; the panel is empty and
 // the file commands are disabled. Errors: kObjectNotSet when one of the calls is missing.
 void LoadMainForm(MainForm &form);
 
-// ReDrawForm: lays out all children, yields once, saves the settings of a complete layout.
+// ReDrawForm: sets the places of all children, yields once, and saves the settings when the layout
+// is complete.
 void ReDrawForm(MainForm &form);
 
-// Form_Resize: the layout, then the panel's text wrapped again.
+// Form_Resize: does the layout, then wraps the panel's text again.
 void ResizeMainForm(MainForm &form);
 
-// A drag of the splitter: press, move (mouse position within the splitter, twips), release.
+// Dragging the splitter: press, move (the place of the mouse inside the splitter, in twips),
+// release.
 void Separator_MouseDown(MainForm &form);
 void Separator_MouseMove(MainForm &form, double mouseX);
 void Separator_MouseUp(MainForm &form);
 
 // A click on a menu entry or a toolbar button: runs the command of that name (browser/commands.h).
-// One that is disabled does nothing. Errors: kMemberNotFound for a name that no entry has; those of
-// the handler.
+// Does nothing when it is disabled.
+// Errors: kMemberNotFound for an unknown name; those of the handler.
 void RunCommand(MainForm &form, std::string_view name);
 
-// Form_KeyDown. True when the key was taken (its code becomes 0). Key codes are ASCII for digits.
+// Form_KeyDown. Returns: true when the key was handled. For digits the key code is their ASCII
+// code.
 bool Form_KeyDown(MainForm &form, int keyCode, bool alt);
 
-// Brings every entry's and button's state up to date: enabled when its command can run, and for a
-// file command when a file is selected; a sub-menu when one of its entries is.
+// Updates the state of every entry and button. An entry is enabled when its command can run and,
+// for a file command, a file is selected; a sub-menu, when one of its entries is enabled.
 void UpdateCommands(MainForm &form);
 
-// Enables or disables the four file commands and their buttons; an unregistered one stays disabled.
+// Enables or disables the four file commands and their buttons; one without a handler stays
+// disabled.
 void SetFileCommandsEnabled(MainForm &form, bool enabled);
 
-// The entries of the language menu: the names of the language files without their extension, in the
-// folder's order. With none the separator `hyLang` and the first entry are hidden.
+// Sets the entries of the language menu: the names of the language files without their extension,
+// in the order of the folder. When there are none, the separator `hyLang` and the first entry are
+// hidden.
 void BuildLanguageMenu(MainForm &form, const std::vector<std::string> &captions);
 
-// The popup. LV_MouseDown: `button` 2 is the right one; `hit` the row under the pointer or kNoRow.
+// The popup. LV_MouseDown: `button` 2 is the right one; `hit` is the row under the mouse or kNoRow.
 void LV_MouseDown(MainForm &form, int button, ui::RowId hit);
 void ShowPop(MainForm &form);
-// A click on the popup's entry with this key. One whose command cannot run does nothing.
+// A click on the popup's entry with this key. Does nothing when its command cannot run.
 void ClickPopup(MainForm &form, std::string_view key);
-// Sizes and redraws the strip for entries of these heights in pixels.
+// Sets the size of the strip for entries of these heights (pixels) and paints it again.
 void LogoDraw(MainForm &form, const std::vector<int> &entryHeights);
 
-// The list's own window procedure: puts the panel in front on 0x20A (wheel) and 0x115 (scroll).
+// Makes the messages 0x20A (wheel) and 0x115 (scroll) of the list put the panel in front.
 void HookList(MainForm &form);
 void UnhookList(MainForm &form);
 void ListMessage(MainForm &form, int message);
 
-// Lays the progress bar over the status bar panel `panelKey`, `margin` twips inside it; its place
-// is found once a run.
+// Puts the progress bar over the status bar's panel `panelKey`, `margin` twips inside it. Its place
+// is computed once in a run.
 void ShowProgressBar(MainForm &form, std::string_view panelKey = "PlayingStatus", int margin = 40);
 
-// The steps of start-up that concern the window: WebStyle's check mark and the empty address; tree
-// and list made visible and the window sized around them.
+// Steps of the start for the window: sets WebStyle's check mark and empties the address; shows tree
+// and list and sets the size of the window.
 void ApplyPreferences(MainForm &form);
 void ShowTreeAndList(MainForm &form);
 
-// ListRefresh, then LoadTreeView(""); nothing while a regeneration is under way. A close that was
-// asked for meanwhile follows in place of the tree. Errors: those of ListRefresh.
+// ListRefresh, then LoadTreeView(""). Does nothing during a regeneration. If the user has closed
+// the window meanwhile, that is done instead of loading the tree. Errors: those of ListRefresh.
 void RegenerateAndLoad(MainForm &form, bool showProgress);
 
-// Closes the window, if all other windows let it (their mayClose): unloads it, or, while a
-// regeneration runs, ends that at its next file and unloads afterwards. submnuExit and the window's
-// own close come here.
+// Closes the window, if all other windows allow it (their mayClose). During a regeneration, that is
+// ended at its next file first. submnuExit and the window's close button do this.
 void CloseMainForm(MainForm &form);
 
-// The splash's end: icon, folder name "Quenlin", the stored place (fitted to the screen), the
+// After the splash: icon, folder name "Quenlin", the stored place (moved onto a screen), the
 // player's timer, the window, the tips, the layout.
 void ShowMainForm(MainForm &form);
 
-// Stores the window's place, its size, whether it is maximised and the tree's width among the
-// preferences. The place of a maximised window is the one that it returns to.
+// Saves in the preferences: the window's place and size, whether it is maximised, and the tree's
+// width. For a maximised window, the place is the one that it has otherwise.
 void SavePlacement(const MainForm &form);
 
-// Form_Unload, in its order; ends the program through the calls.
+// Form_Unload, step by step; ends the program through the calls.
 void UnloadMainForm(MainForm &form);
 
 } // namespace browser

@@ -1,5 +1,5 @@
-// browser/panelform.h - the information panel's controls, which the main window and the search
-// window have alike, and what the panel's routines need of the window around it.
+// browser/panelform.h - the controls of the information panel, which are the same in the main
+// window and the search window, and what the panel's procedures need of the window.
 #pragma once
 
 #include "ui/controls/keyedlist.h"
@@ -14,10 +14,11 @@
 namespace browser
 {
 
-// Places are within `pctWeb`; that of `pctWeb` and `vsbBack` within `pctBorders`; those of
-// `ImgIcon` and `ImgOthers` within `pctWebLine`, which has the rule at its top and room for the
-// icons below, so that both follow a folder name that wraps. The labels grow with their text: the
-// window sets their `measureHeight`. Stacking order: `ImgIcon`, `ImgOthers[0]`, `ImgOthers[1]`.
+// Places are relative to `pctWeb`; those of `pctWeb` and `vsbBack` to `pctBorders`; those of
+// `ImgIcon` and `ImgOthers` to `pctWebLine`, which has the line at its top and room for the icons
+// below, so that both move down when the folder's name takes more lines. The labels grow with their
+// text: the window sets their `measureHeight`. In front is `ImgIcon`, then `ImgOthers[0]`, then
+// `ImgOthers[1]`.
 struct PanelForm {
     ui::Area pctBorders;
     ui::Area pctWeb{{0, 0, 2775, 3000}};
@@ -32,13 +33,14 @@ struct PanelForm {
     ui::Label lblInfo{"lblInfo", {120, 2025, 2515, 255}};
     ui::ScrollBar vsbBack{ui::Rect{2775, 0, 255, 3000}, false};
 
-    // Debounces the selection; its Enabled is also read as the sign of a new selection.
+    // Waits until the selection does not change any more; while it is enabled, the selection is
+    // new.
     ui::Timer ShowSelectedItems{150};
 
     bool WebStyleOn = true;
 
-    std::function<void()> ReDrawForm; // the window's own layout
-    std::function<void()> focusList;  // gives the keyboard to the list
+    std::function<void()> ReDrawForm; // the layout of the window
+    std::function<void()> focusList;  // gives the focus to the list
 };
 
 } // namespace browser

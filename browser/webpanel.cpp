@@ -18,10 +18,10 @@ namespace
 {
 
 constexpr int kInfoWidth = 2515;        // twips
-constexpr int kLongestFieldText = 1200; // characters of one field that the panel shows
+constexpr int kLongestFieldText = 1200; // the most characters of a field that the panel shows
 
 struct State {
-    int InfoLabelTop = 0; // the first top of lblInfo seen by ClearSearchPanel
+    int InfoLabelTop = 0; // the top of lblInfo when ClearSearchPanel was first called
 };
 State &TheState()
 {
@@ -29,7 +29,7 @@ State &TheState()
     return state;
 }
 
-// The byte length of the first `count` characters.
+// The number of bytes of the first `count` characters.
 std::size_t LengthOfCharacters(std::string_view text, int count)
 {
     std::size_t at = 0;
@@ -51,13 +51,13 @@ std::string PluralSelected()
     return shell::GetLanguageText("s selected.", "PluralSelected", "Status");
 }
 
-// The shown fields of a row: caption, text, an empty line.
+// The visible fields of a row: caption, text, an empty line.
 std::string FieldsOfRow(const ui::KeyedList &list, ui::RowId row)
 {
     std::string info;
     const auto &columns = list.Columns();
     for (std::size_t column = 1; column < columns.size(); ++column) {
-        // Column number column + 1 shows the sub-item with the number before it.
+        // The column with number column + 1 shows the sub-item with the number `column`.
         const std::string_view text = list.SubItemAt(row, static_cast<int>(column));
         if (text.empty() || columns[column].widthTwips <= 0)
             continue;
@@ -70,7 +70,7 @@ std::string FieldsOfRow(const ui::KeyedList &list, ui::RowId row)
     return info;
 }
 
-// What the panel says of several selected rows, gathered in one walk over them.
+// What the panel shows for several selected rows; collected in one pass.
 struct Selection {
     int count = 0;
     std::string names;
@@ -78,7 +78,7 @@ struct Selection {
     std::vector<ui::RowId> rows;
 };
 
-// Language texts by key marker, so that a walk over many rows reads the language file once a kind.
+// The words for the kinds, by marker, so that the language file is read once for each kind.
 class TypeWords
 {
 public:
@@ -113,7 +113,7 @@ Selection GatherSelection(const ui::KeyedList &list, TypeWords &words)
     return selection;
 }
 
-// One line a row. The type is compared with its English word, so that in another language every
+// One line for each row. The kind is compared with its English word, so in another language each
 // row shows its first sub-item.
 std::string LinesOfSelection(const ui::KeyedList &list, const Selection &selection,
                              TypeWords &words)
@@ -280,7 +280,7 @@ void LoadOtherImages(bool show, PanelForm &form)
 
 void DoubleAmpersands(ui::Label &label)
 {
-    // The flag keeps the label's own change from being doubled again.
+    // The flag prevents doubling again when this handler itself changes the caption.
     label.captionChanged = [&label, inProgress = false]() mutable {
         if (inProgress)
             return;

@@ -6,30 +6,32 @@
 namespace browser
 {
 
-// The panel for the list's selected row; empty without one, or while the timer is enabled.
+// Shows the selected row of the list in the panel; empties it when there is none, or while the
+// timer is enabled.
 void ShowSelectedItemInfo(ui::KeyedList &list, PanelForm &form);
 
-// Handler of the timer ShowSelectedItems: one row's fields, or the count and names of several.
+// The event of the timer ShowSelectedItems: shows the fields of one row, or the number and names of
+// several.
 void ShowSelectionSummary(ui::KeyedList &list, PanelForm &form);
 
-// Shows or hides the text labels, empties all three, and lays the window out.
+// Shows or hides the text labels, empties all three, and does the window's layout.
 void SetPanelTextVisible(bool show, PanelForm &form);
 
-// Fits pctWeb and vsbBack to the text, if the panel is on.
+// Adapts pctWeb and vsbBack to the text, if the panel is shown.
 void AdjustPanelScroll(ui::KeyedList &list, PanelForm &form);
 
-// Resets the panel of the search window; `clicked` says whether a list was clicked there.
+// Empties the panel of the search window; `clicked`: a list was clicked there.
 void ClearSearchPanel(ui::KeyedList &list, PanelForm &form, bool clicked);
-void ResetInfoLabelTop(); // the first top of lblInfo that ClearSearchPanel saw; for tests
+void ResetInfoLabelTop(); // forgets the first top of lblInfo in ClearSearchPanel; for tests
 
-// The pile of icons: two copies of ImgIcon's picture, drawn below it.
+// Shows or hides the pile of icons: two copies of ImgIcon's picture behind it.
 void LoadOtherImages(bool show, PanelForm &form);
 
-// Binds the captions that double their "&" (lblWebFolder, whose rule follows it), the scroll bar
-// and the timer.
+// Sets the handlers of the captions in which "&" is doubled (lblWebFolder also moves the line below
+// it), of the scroll bar and of the timer.
 void BindPanelEvents(ui::KeyedList &list, PanelForm &form);
 
-// Doubles every "&" of the label's caption on each change of it.
+// Doubles each "&" in the label's caption, each time that it changes.
 void DoubleAmpersands(ui::Label &label);
 
 } // namespace browser
