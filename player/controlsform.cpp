@@ -28,7 +28,7 @@ constexpr ui::Caption kCaptions[] = {
     {"HScroll", "SongControls", "Position", "Position in the song", ui::Caption::Of::ToolTip},
 };
 
-// The captions are those that a font of symbols shows as the signs of a player's buttons.
+// In a font of symbols these captions are the signs on a player's buttons.
 constexpr struct {
     const char *caption, *image;
     std::int32_t (*send)();
@@ -41,10 +41,10 @@ constexpr int kLeftKey = 37, kRightKey = 39;
 constexpr int kKeyStepSeconds = 5;
 
 struct State {
-    std::unique_ptr<ControlsForm> form; // made when it is first asked for
+    std::unique_ptr<ControlsForm> form; // made when it is first needed
 } state;
 
-// "03:25" is 205.
+// The seconds in a text such as "03:25" (205).
 std::int16_t SecondsOf(std::string_view text)
 {
     return runtime::RoundToInt16(runtime::LeadingNumber(runtime::Left(text, 2)) * 60 +
@@ -69,7 +69,7 @@ ControlsForm::ControlsForm() : Form("frmControls", kCaptions)
                                   ui::Room(), cmdShuffle}),
                          HScroll});
     size = {0, 0, 5250, 1200};
-    resizable = true; // a longer bar is more exact
+    resizable = true; // a longer bar can be set more exactly
     remembersPlace = true;
     cmdShuffle.onClick = [] { ToggleShuffle(); };
     HScroll.thumbMoved = [this] { HScroll_Scroll(); };
@@ -89,7 +89,8 @@ ControlsForm::ControlsForm() : Form("frmControls", kCaptions)
     };
 }
 
-// While the thumb is held, and until its release is handled, the value is the user's.
+// While the user holds the thumb, and until its release is handled, the tick must not change the
+// value.
 void ControlsForm::tmrUpdate_Timer()
 {
     if (HScroll.thumbHeld || releasePending)
@@ -116,8 +117,8 @@ void ControlsForm::tmrStopDragging_Timer()
         HScroll_Change();
 }
 
-// The bar reports the release before its new value, and a value that is the old one not at all: so
-// the Change comes with the end of the drag.
+// The bar reports the release before the new value, and does not report a value that has not
+// changed. So the Change event is handled at the end of the drag.
 void ControlsForm::HScroll_Release()
 {
     if (!Dragging && !SeekPending)
@@ -144,7 +145,8 @@ bool ControlsForm::KeyDown(const ui::Key &key)
     float position = 0;
     GetPlayingTimeStatus(&position);
     const int step = key.code == kLeftKey ? -kKeyStepSeconds : kKeyStepSeconds;
-    // Beyond its end the player would begin the next song. Without a length any position will do.
+    // After its end the player would begin the next song. Without a known length any position is
+    // allowed.
     const int last = HScroll.Max() > 0 ? HScroll.Max() : std::numeric_limits<int>::max() / 1000;
     JumpToTime(std::clamp(runtime::RoundToInt32(position) + step, 0, last), 0);
     return true;
@@ -162,7 +164,8 @@ void ForgetControls()
     if (state.form == nullptr)
         return;
     ui::Close(*state.form);
-    ui::Retire(std::move(state.form)); // after its window, which goes a little later
+    ui::Retire(std::move(
+        state.form)); // the form must outlive its window, which is destroyed a little later
 }
 
 } // namespace player

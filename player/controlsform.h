@@ -1,5 +1,6 @@
 // player/controlsform.h - frmControls, the small window with the player's buttons and its seek bar.
-// Sends to the player's window of the last look (player/winampmod.h); shows no message.
+// It sends messages to the player's window that was last found (player/winampmod.h), and shows no
+// errors.
 #pragma once
 
 #include "ui/controls/form.h"
@@ -14,26 +15,27 @@ struct ControlsForm : ui::Form {
 
     std::array<ui::Button, 5> cmdSong; // previous, play, pause, stop, next
     ui::Button cmdShuffle;
-    ui::Slider HScroll; // the song's position in whole seconds
+    ui::Slider HScroll; // the position in the song, in whole seconds
     ui::Timer tmrUpdate{1000};
     ui::Timer tmrStopDragging{250};
 
     bool Dragging = false;       // the user is moving the thumb
-    bool SeekPending = false;    // a drag has ended, and its value is still to go to the player
-    bool releasePending = false; // the thumb was let go, and its Change is still to be handled
+    bool SeekPending = false;    // a drag has ended, and the player does not have its value yet
+    bool releasePending = false; // the thumb was released, and its Change event is not handled yet
 
     void tmrUpdate_Timer();
     void tmrStopDragging_Timer();
     void HScroll_Scroll();
     void HScroll_Change();
     void HScroll_Release();
-    bool KeyDown(const ui::Key &key); // an arrow to the left or right seeks by 5 s
+    bool KeyDown(const ui::Key &key); // left and right arrow seek by 5 s
 };
 
-// submnuSongControls: shows the one window, or brings it forward. Errors: those of ui::Show.
+// submnuSongControls: shows the window, or brings it to the front. Errors: those of ui::Show.
 void submnuSongControls_Click();
 
-// Closes the window and forgets its form. Once at the end, while there still is a host of forms.
+// Closes the window and destroys its form. To be called once at the end, while the host of the
+// forms exists.
 void ForgetControls();
 
 } // namespace player

@@ -10,7 +10,7 @@ std::string GetDriveTypeName(const std::string &path)
 {
     platform::Drives &drives = *platform::TheMachine().drives;
     if (drives.IsMediumMissing(path))
-        return "Removable"; // of a medium that is not there nothing else can be told
+        return "Removable"; // nothing more is known about a medium that is not mounted
     switch (drives.TypeOf(drives.DriveOf(path))) {
     case platform::DriveType::Removable:
         return "Removable";

@@ -1,4 +1,4 @@
-// player/disks.h - the disks that songs are on, in words. No state.
+// player/disks.h - words for the disks that songs are on. No state.
 #pragma once
 
 #include <string>
@@ -6,9 +6,8 @@
 namespace player
 {
 
-// The word for the kind of the drive that a path is on: "Removable", "Fixed", "Remote Disk",
-// "CD-ROM", "RAM Disk"; "Removable" for a path on a medium that is not mounted, empty for any other
-// kind.
+// The word for the kind of drive that a path is on: "Removable", "Fixed", "Remote Disk", "CD-ROM",
+// "RAM Disk"; "Removable" when the medium is not mounted; empty for any other kind.
 std::string GetDriveTypeName(const std::string &path);
 
 } // namespace player

@@ -15,7 +15,7 @@ namespace player
 namespace
 {
 
-// The row of the list on which the popup was opened.
+// Plays the row of the list on which the popup was opened.
 void PlaySelected()
 {
     ui::KeyedList &list = browser::PopupList(browser::frmMain());
@@ -24,7 +24,7 @@ void PlaySelected()
         PlayMP3File(path, list);
 }
 
-// A row that is no song has no path, such as the one that says that nothing was found.
+// A row that is not a song has no path, such as the warning that nothing was found.
 void OpenSong(const std::string &path, ui::KeyedList &list)
 {
     if (!path.empty())
@@ -39,7 +39,7 @@ void Install()
     ResetPlayMP3();
     browser::RegisterItemKind(browser::kFileMarker, OpenSong);
     browser::RegisterCommand("cp_Play", PlaySelected);
-    // To the window of the last look: where no player runs nothing hears of it.
+    // Sent to the window that was last found; when no player runs, nothing happens.
     browser::RegisterCommand("cp_Pause", [] { PauseTrack(); });
     browser::RegisterCommand("cp_Stop", [] { StopTrack(); });
     browser::RegisterCommand("submnuSongControls", submnuSongControls_Click);

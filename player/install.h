@@ -1,11 +1,11 @@
-// player/install.h - brings the player's commands and timers into the main window.
+// player/install.h - connects the player's commands and timers with the main window.
 #pragma once
 
 namespace player
 {
 
-// Registers the commands, the opening of a song's row, and the handlers of the main window's two
-// timers. Once, before the main window is loaded.
+// Registers the commands, how a song's row is opened, and the handlers of two timers of the main
+// window. To be called once, before the main window is loaded.
 void Install();
 
 } // namespace player

@@ -25,7 +25,7 @@ constexpr std::string_view kPausedMark = " (paused)";
 constexpr std::int32_t kPlayingState = 1, kPausedState = 3;
 
 struct State {
-    std::string LastSongPlayed; // the path at the last tick while a song played
+    std::string LastSongPlayed; // the path of the song that was playing at the last tick
     LyricsWindowCalls calls;
 } state;
 
@@ -55,7 +55,7 @@ std::string TitleLine(const metadata::ID3v2Tag &tag)
     return runtime::TextOfBytes(tag.Artist) + " - " + runtime::TextOfBytes(tag.Title);
 }
 
-// The bar's texts keep the marks of captions.
+// The texts of the status bar have the marks of captions.
 std::string SongText(const metadata::ID3v2Tag &tag)
 {
     return "Playing:  " + runtime::Replace(TitleLine(tag), "&", "&&");
@@ -89,7 +89,7 @@ void ShowLyrics(const std::string &path, const metadata::ID3v2Tag &tag)
         state.calls.show(path, TitleLine(tag), tag.Lyrics);
 }
 
-// The lyrics of a song that has just begun. False when an error ends the tick.
+// Shows the lyrics of a song that has just begun. Returns: false when an error ends the tick.
 bool FollowSong(const std::string &path, const metadata::ID3v2Tag &tag)
 {
     try {
@@ -103,8 +103,8 @@ bool FollowSong(const std::string &path, const metadata::ID3v2Tag &tag)
     return true;
 }
 
-// Within a tick a player that falls silent answers as a stopped one without a song would. It does
-// not run then: what is shown stays.
+// A player that stops answering during a tick looks like one that is stopped and has no song. It
+// counts as not running: what is shown stays.
 bool HasFallenSilent()
 {
     return !IsWinampRunning();
@@ -116,7 +116,7 @@ void ShowSameSong(const std::string &path)
         SetPanel(kSongPanel, SongText(TagOf(path)));
     if (SongPanelSays("paused")) {
         const std::string &text = Bar().Panel(kSongPanel).text;
-        // One character less than the mark has: the blank before it goes by the trim.
+        // One character less than the length of the mark: trimming removes the blank before it.
         const auto kept =
             static_cast<long long>(text.size()) - static_cast<long long>(kPausedMark.size() - 1);
         SetPanel(kSongPanel, std::string(runtime::Trim(runtime::Left(text, std::max(0LL, kept)))));

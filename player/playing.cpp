@@ -14,7 +14,7 @@ namespace
 {
 
 constexpr std::int32_t kPaused = 3;
-constexpr std::int32_t kLoaded = 1; // the bit that playing and paused share
+constexpr std::int32_t kLoaded = 1; // this bit is set when playing and when paused
 
 } // namespace
 
@@ -25,7 +25,7 @@ std::int16_t PlaceInPlaylist(const std::string &path)
     if (IsInPlaylist(path))
         return GetPlaylistIndexOf(path);
     if (GetPlaylistLength() >= std::numeric_limits<std::int16_t>::max())
-        throw runtime::RuntimeError(runtime::kOverflow); // no index could name the new entry
+        throw runtime::RuntimeError(runtime::kOverflow); // the index of the new entry would not fit
     EnqueueFile(path);
     return runtime::RoundToInt16(GetPlaylistLength());
 }

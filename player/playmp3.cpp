@@ -25,9 +25,9 @@ namespace
 {
 
 constexpr int kStartRounds = 3;
-constexpr std::int64_t kStartMs = 10'000;   // of one round
-constexpr std::int64_t kTellAfterMs = 1000; // then the user sees what is waited for
-constexpr int kMinimised = 2;               // style of a window: minimised, with the keyboard
+constexpr std::int64_t kStartMs = 10'000;   // for one attempt
+constexpr std::int64_t kTellAfterMs = 1000; // then the user is shown what the program waits for
+constexpr int kMinimised = 2;               // style of a window: minimised, with the focus
 constexpr std::string_view kPanel = "Playing";
 
 struct Wanted {
@@ -37,17 +37,18 @@ struct Wanted {
 
 struct State {
     bool busy = false;
-    std::optional<Wanted> next; // what a call meanwhile asked for
+    std::optional<Wanted> next; // the song of a later call, which replaces this one
     bool ended = false;
 } state;
 
-// Whether the song under way is no longer wanted.
+// Whether a later call has replaced the current song.
 bool IsReplaced()
 {
     return state.next.has_value() || state.ended;
 }
 
-// Shows in the status bar what is waited for, from a second on; puts the panel back at its end.
+// After a second, shows in the status bar what the program waits for; the destructor restores the
+// panel.
 class WaitNotice
 {
 public:
@@ -85,7 +86,7 @@ std::string WaitWords()
         "$Player$", TheMachine().player->Name());
 }
 
-// False when the wait was ended.
+// Starts the player. Returns: false when EndPlaying was called meanwhile.
 bool StartPlayer()
 {
     if (IsWinampRunning())

@@ -28,7 +28,8 @@ constexpr std::string_view kPlaylistFile = "WINAMP.m3u";
 constexpr std::string_view kEntryInfo = "#EXTINF";
 constexpr int kForegroundRounds = 20;
 
-// What GetCurrentSongPath keeps: WINAMP.m3u as last read, and the same cut.
+// The cache of GetCurrentSongPath: WINAMP.m3u as last read, and its text without the lines that are
+// not paths.
 struct State {
     std::string raw, stripped;
 } state;
@@ -74,24 +75,25 @@ void TypeKey(platform::Player &port, std::int16_t key)
                 port.KeyEvent(modifier.key, 0, flags);
     };
     sendModifiers(0);
-    // Pressed only: the player takes the press, and a release is never sent.
+    // Only the press: no release is ever sent, by the player's rules.
     port.KeyEvent(static_cast<std::uint8_t>(key & 0xFF), static_cast<std::uint8_t>(scanCode), 0);
     sendModifiers(platform::kKeyUp);
 }
 
-// The first line of `text` without its end, and `text` behind that; nothing when no line is closed.
+// Takes the first line from the front of `text`, without its end. Returns: nothing when no line has
+// an end.
 std::optional<std::string_view> TakeLine(std::string_view &text)
 {
     const std::size_t end = text.find('\r');
     if (end == std::string_view::npos)
         return std::nullopt;
     const std::string_view line = text.substr(0, end);
-    text.remove_prefix(std::min(end + 2, text.size())); // the CR and the LF behind it
+    text.remove_prefix(std::min(end + 2, text.size())); // the CR and the LF after it
     return line;
 }
 
-// The checks that each question about the list begins with: a folder, a player, a written file.
-// The path of WINAMP.m3u, or empty when one of them fails.
+// The path of WINAMP.m3u; empty when there is no folder, no player, or the player could not write
+// the file.
 std::string WrittenPlaylist()
 {
     const std::string folder = GetWinampFolder();
@@ -100,14 +102,14 @@ std::string WrittenPlaylist()
     return folder + std::string(kPlaylistFile);
 }
 
-// The errors that leave the text as it was; any other ends the question.
+// Whether an error is ignored, so that the text stays as it was; any other error ends the question.
 bool IsPassedOver(int number)
 {
     return number == runtime::kPathFileAccess || number == runtime::kFileNotFound ||
            number == runtime::kBadFileNumber;
 }
 
-// Brings the kept texts to what the file holds now. False when the question has no answer.
+// Updates the cached texts from the file. Returns: false when the question has no answer.
 bool RefreshKeptPlaylist(const std::string &file)
 {
     std::string raw;
@@ -259,7 +261,8 @@ std::string GetWinampFolder()
 {
     const std::string path = GetWinampExePath();
     const std::size_t last = path.rfind(shell::PathSeparator);
-    // The first character is never looked at: it is the folder of a path without a separator.
+    // The first character is not looked at: for a path without a separator the result is that
+    // character.
     return path.substr(0, last == std::string::npos || last == 0 ? 1 : last + 1);
 }
 
@@ -270,7 +273,8 @@ std::string StripExtInfLines(std::string_view text)
     result.reserve(text.size());
     for (std::size_t i = kHead; i < text.size(); ++i) {
         result.push_back(text[i]);
-        // What a cut has joined may be a mark as well, so the result is looked at, not the text.
+        // The text joined by a removal may be a mark too, so the result is checked, not the
+        // original text.
         if (text[i] != kEntryInfo.back() || !result.ends_with(kEntryInfo))
             continue;
         result.resize(result.size() - kEntryInfo.size());
@@ -282,7 +286,7 @@ std::string StripExtInfLines(std::string_view text)
 
 std::string GetCurrentSongPath()
 {
-    const std::int32_t index = GetPlaylistPosition(); // asks the window of the last look
+    const std::int32_t index = GetPlaylistPosition(); // uses the window that was last found
     if (index == -1)
         return {};
     const std::string file = WrittenPlaylist();

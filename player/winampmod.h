@@ -1,6 +1,6 @@
-// player/winampmod.h - all that is said to the player: one small operation a message, the player's
-// place on disk, and the playlist file that it writes on request. Speaks through platform::Player;
-// where no such port is set, no player runs. Paths are the file system's bytes.
+// player/winampmod.h - all communication with the player: one small procedure for each message, the
+// player's folder on the disk, and the playlist file that it writes. It uses platform::Player; when
+// there is no such port, no player runs. Paths are bytes.
 #pragma once
 
 #include "platform/player.h"
@@ -12,78 +12,80 @@
 namespace player
 {
 
-// The player's window: what IsWinampRunning, which alone writes it, found at its last look; 0 when
-// that found none. Each message goes to whatever stands here.
+// The player's window that IsWinampRunning last found; 0 when it found none. Only that procedure
+// sets it. Messages are sent to this window.
 extern platform::WindowHandle WinampWindow;
 
-// Looks for the player's window. False when it is closed or does not answer.
+// Searches for the player's window. Returns: false when there is none or it does not answer.
 bool IsWinampRunning();
 
-// --- The messages. All answer 0 for a window that is 0 or gone.
-std::int32_t GetPlayingState();  // 0 stopped, 1 playing, 3 paused: the lowest bit is "a song is on"
+// --- The messages. All return 0 when the window is 0 or does not exist any more.
+std::int32_t
+GetPlayingState(); // 0 stopped, 1 playing, 3 paused: the lowest bit means that there is a song
 double GetPlayingPosition();     // ms
-std::int32_t GetPlayingLength(); // whole seconds; 0 when it is not known
-// Seeks to seconds * 1000 + milliseconds. Returns the player's answer. Errors: kOverflow.
+std::int32_t GetPlayingLength(); // whole seconds; 0 when not known
+// Seeks to seconds * 1000 + milliseconds. Returns: the player's result. Errors: kOverflow.
 std::int32_t JumpToTime(std::int32_t seconds, std::int32_t milliseconds);
-// Has the player write WINAMP.m3u into its folder. -1 = failed.
+// Makes the player write WINAMP.m3u into its folder. Returns: -1 = failed.
 std::int32_t WritePlaylistFile();
-// Selects an entry by its zero-based index; -1 is none, and what is selected stays.
+// Selects an entry by its zero-based index; -1 changes nothing.
 std::int32_t SetPlaylistPosition(std::int16_t index);
 std::int32_t GetPlaylistLength();
 std::int32_t GetPlaylistPosition(); // zero-based; -1 = none
-// Appends a song to the player's list. Errors: kFileNotFound, the path in its words, when the
-// player takes no such file.
+// Appends a song to the player's list. Errors: kFileNotFound, with the path, when the player does
+// not accept the file.
 std::int32_t EnqueueFile(const std::string &path);
 std::int32_t PreviousTrack();
 std::int32_t PlayTrack();
-std::int32_t PauseTrack(); // and on again, when it is paused
+std::int32_t PauseTrack(); // pauses, or plays on when paused
 std::int32_t StopTrack();
 std::int32_t NextTrack();
 
-// Types the letter "s" into the player's window. Returns: as TypeKeysToWindow.
+// Types the letter "s" into the player's window. Returns: see TypeKeysToWindow.
 int ToggleShuffle();
 
-// Brings the window forward, types the text there, and puts the window back that was in front.
-// Gives up when 20 attempts for one character did not bring it forward. Lets events run meanwhile.
-// Returns: 1; 0 for an empty text and when it gave up.
+// Brings the window to the front, types the text there, and brings the former window to the front
+// again. Gives up when 20 attempts for one character did not bring it to the front. Lets events
+// run.
+// Returns: 1; 0 when the text is empty or it gave up.
 int TypeKeysToWindow(std::string_view text, platform::WindowHandle window);
 
 // --- The player on disk. Each text is empty when the player is not registered.
 
-// The text value `valueName` (empty: the key's own) of `subkey`. Empty for a value that is missing,
-// of another type, or longer than 255 bytes. The key stays open, unless `root` is 0.
+// The text value `valueName` (empty: the default value) of `subkey`. Empty when the value is
+// missing, has another type, or is longer than 255 bytes. The key stays open, unless `root` is 0.
 std::string ReadRegistryString(std::uint32_t root, std::string_view subkey,
                                std::string_view valueName);
 
-// The program out of the command `"path" "%1"` under which the player is registered; any other
-// shape gives a wrong path, one below 8 characters the empty text.
+// The path of the program in the command `"path" "%1"` with which the player is registered. A
+// command of another form gives a wrong path, one of fewer than 8 characters the empty text.
 std::string GetWinampExePath();
 
-// The player's folder with its closing separator.
+// The player's folder with a separator at its end.
 std::string GetWinampFolder();
 
 // --- The player's list.
 
-// The playlist text without its head (9 characters) and its "#EXTINF" lines: one path a line, each
-// closed by CR LF.
+// The text of a playlist without its first 9 characters (the head) and its "#EXTINF" lines: one
+// path in each line, which ends with CR LF.
 std::string StripExtInfLines(std::string_view text);
 
 // The path of the selected entry; empty when there is none or no player. The text of the file is
-// kept from call to call: where it cannot be read for a moment the last one counts.
+// cached: when it cannot be read for a moment, the last text is used.
 std::string GetCurrentSongPath();
 
-// The zero-based place of the path in the list, without regard to letter case. -1 when it is not
-// there, or beyond what 16 bits hold.
+// The zero-based position of the path in the list, letter case ignored. -1 when it is not there, or
+// the position does not fit 16 bits.
 std::int16_t GetPlaylistIndexOf(const std::string &path);
 
-// Whether the path occurs anywhere in the list's text, be it as a part of a longer one, without
-// regard to letter case.
+// Whether the text of the list contains the path, also as a part of a longer one; letter case is
+// ignored.
 bool IsInPlaylist(const std::string &path);
 
-// Whether there is such a file that can be opened for reading.
+// Whether the file exists and can be opened for reading.
 bool FileCanBeOpened(const std::string &path);
 
-// Puts the module's state back as at the start of the program.
+// Sets the module's state to that at the start of the program; for tests.
 void ResetWinAmpMod();
 
 } // namespace player
