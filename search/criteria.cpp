@@ -22,7 +22,8 @@ bool HasTwoCharacters(std::string_view utf8)
            }) >= 2;
 }
 
-// The words of a text, by its blanks. What follows the last blank counts from two characters on.
+// The words of a text, which blanks separate. The text after the last blank counts only if it has
+// at least two characters.
 std::vector<std::string> WordsOf(std::string_view text)
 {
     std::vector<std::string> words;
@@ -37,7 +38,7 @@ std::vector<std::string> WordsOf(std::string_view text)
     }
 }
 
-// The terms of one field for a list of words, tied by `between`.
+// Adds the terms of one field for a list of words, with `between` between them.
 void AddTerms(Search &search, std::string_view field, const std::vector<std::string> &words,
               std::string_view between)
 {
@@ -74,7 +75,7 @@ Search BuildSearch(const Criteria &criteria)
             search.params.emplace_back(phrase);
         }
     }
-    CutLast(search.statement, kOr.size()); // without a field this cuts into "WHERE " itself
+    CutLast(search.statement, kOr.size()); // if no field is ticked, this cuts a part of "WHERE "
     return search;
 }
 

@@ -30,12 +30,12 @@ namespace search
 namespace
 {
 
-constexpr int kMarginTwips = 100;  // beside the pane's inputs
-constexpr int kKeyStepTwips = 150; // one arrow key moves the splitter ten pixels
-constexpr int kLeastWidthPixels = 420, kLeastHeightPixels = 260; // the window stays usable
+constexpr int kMarginTwips = 100;  // beside the controls of the pane
+constexpr int kKeyStepTwips = 150; // an arrow key moves the splitter ten pixels
+constexpr int kLeastWidthPixels = 420, kLeastHeightPixels = 260; // so that the window stays usable
 constexpr ui::qt::Binding kInLayout{false};
 
-// The main window's place on the screen, from which its popup counts.
+// The place of the main window on the screen; its popup is placed relative to this.
 QPoint MainWindowPlace()
 {
     for (const QWidget *window : QApplication::topLevelWidgets())
@@ -121,7 +121,7 @@ void frmSearchWindow::BuildOptions()
     Name(m_options, "pctOptions");
     m_options->setFrameShape(QFrame::NoFrame);
     m_options->setFocusPolicy(
-        Qt::NoFocus); // what is in it takes the keyboard, and scrolls into view
+        Qt::NoFocus); // the controls inside take the focus and scroll into view
     m_options->setWidgetResizable(true);
     m_options->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     Bind(m_form.pctOptions, m_options, [this] { ShowArea(m_form.pctOptions, m_options); });
@@ -131,7 +131,7 @@ void frmSearchWindow::BuildOptions()
     m_options->setWidget(options);
 }
 
-// One below the other, as wide as the pane; only their heights are the toolkit's.
+// One below the other, with the width of the pane; the toolkit decides only their heights.
 void frmSearchWindow::BuildBoxes(QWidget *options)
 {
     using namespace ui::qt;
@@ -197,7 +197,7 @@ void frmSearchWindow::NameForReaders()
     name("vsbBack", shell::GetLanguageText("Position in the information", "PanelBar", "Spoken"));
 }
 
-// The title's row is as high as the font and the button in it ask for.
+// The row of the title is as high as the font and its button need.
 void frmSearchWindow::MeasureTitle()
 {
     const QSize button = m_close->minimumSizeHint();
@@ -224,7 +224,8 @@ void frmSearchWindow::Present()
         m_text->setFocus();
 }
 
-// A size of the window itself reaches the form's layout; the first one before the window shows.
+// A new size of the window is passed to the form's layout, the first one before the window is
+// shown.
 void frmSearchWindow::ClientResized()
 {
     m_form.minimised = isMinimized();
@@ -282,7 +283,7 @@ void frmSearchWindow::hideEvent(QHideEvent *event)
         SetVisible(m_form, false);
 }
 
-// Enter anywhere in the pane searches; buttons and the list take it themselves.
+// Enter searches from anywhere in the pane; buttons and the list handle it themselves.
 void frmSearchWindow::keyPressEvent(QKeyEvent *event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -292,7 +293,7 @@ void frmSearchWindow::keyPressEvent(QKeyEvent *event)
         QWidget::keyPressEvent(event);
 }
 
-// Beside the list's own menu: what brings the pane back, and closes it.
+// A menu besides that of the list: it shows the pane again, or hides it.
 void frmSearchWindow::contextMenuEvent(QContextMenuEvent *event)
 {
     if (!m_items->geometry().contains(event->pos()))
@@ -360,7 +361,8 @@ void frmSearchWindow::DragSeparator(QEvent *event)
     }
 }
 
-// A click that waits does so when the list has taken it, so that the row is marked at once.
+// If the click has to wait, that is done after the list has handled it, so that the row is selected
+// at once.
 void frmSearchWindow::ListPressed(const QMouseEvent &event)
 {
     if (event.button() != Qt::LeftButton)
@@ -375,7 +377,7 @@ void frmSearchWindow::ListPressed(const QMouseEvent &event)
             Qt::QueuedConnection);
 }
 
-// The popup is the main window's; it opens where it was asked for.
+// The popup belongs to the main window; it opens where the user asked for it.
 void frmSearchWindow::AskForPopup(QPoint place)
 {
     browser::MainForm &main = browser::frmMain();

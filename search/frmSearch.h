@@ -1,6 +1,6 @@
-// search/frmSearch.h - the search window: its widgets, bound to the controls of
-// search/searchform.h. It lays out nothing by itself and decides nothing, but for the inside of the
-// pane with the criteria, which grows with font and language.
+// search/frmSearch.h - the search window: its widgets, connected with the controls of
+// search/searchform.h. It decides nothing and computes no layout, except inside the pane with the
+// criteria, which depends on font and language.
 #pragma once
 
 #include "search/searchform.h"
@@ -25,12 +25,12 @@ namespace search
 class frmSearchWindow : public QWidget
 {
 public:
-    // Builds the window over `form`, which outlives it and has been loaded. The window is hidden.
+    // Builds the window for `form`, which must be loaded and outlives it. The window is hidden.
     explicit frmSearchWindow(SearchForm &form);
     ~frmSearchWindow() override;
 
-    // Shows the window, or brings it forward, with the keyboard in the text to find.
-    // Errors: kNonModalOverModal (401) while a modal window is up.
+    // Shows the window, or brings it to the front, with the focus in the text to find.
+    // Errors: kNonModalOverModal (401) while a modal window is open.
     void Present();
 
 protected:
@@ -58,15 +58,15 @@ private:
     void ShowPane();
 
     SearchForm &m_form;
-    bool m_layoutDue = false; // the form's layout, after the event that is at work
+    bool m_layoutDue = false; // the form's layout is to run after the current event
 
-    QWidget *m_closeTree;            // pctCloseTree; owned by the window as all that follows
+    QWidget *m_closeTree;            // pctCloseTree; it and all below are owned by the window
     QScrollArea *m_options;          // pctOptions
     QWidget *m_close = nullptr;      // lblCloseTree
     QWidget *m_text = nullptr;       // txtToFind
     QWidget *m_lastInPane = nullptr; // cmdSearch
     QWidget *m_separator;
-    browser::ItemView *m_items; // pctBorders with panel and list
+    browser::ItemView *m_items; // pctBorders, with panel and list
     ui::qt::StatusBarView *m_statusBar;
 };
 

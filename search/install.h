@@ -1,4 +1,4 @@
-// search/install.h - what the search adds to the main window.
+// search/install.h - connects the search with the main window.
 #pragma once
 
 #include <functional>
@@ -6,8 +6,8 @@
 namespace search
 {
 
-// Registers submnuSearch: `showWindow` shows frmSearch, which it makes at the first call. Once,
-// before LoadMainForm.
+// Registers submnuSearch. `showWindow` shows frmSearch, and makes it at the first call. To be
+// called once, before LoadMainForm.
 void Install(std::function<void()> showWindow);
 
 } // namespace search

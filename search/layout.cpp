@@ -11,8 +11,8 @@ namespace search
 namespace
 {
 
-constexpr int kListWidth = 5580;        // that a narrow window leaves to panel and list
-constexpr int kLeastStoredWidth = 1000; // below it a stored width is none
+constexpr int kListWidth = 5580;        // what remains for panel and list in a narrow window
+constexpr int kLeastStoredWidth = 1000; // a smaller stored width is ignored
 constexpr int kWidthInstead = 3180;
 
 int ReopenedPaneWidth(const LayoutState &s)

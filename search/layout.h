@@ -1,4 +1,4 @@
-// search/layout.h - the search window's layout as arithmetic on twips: no state, no window.
+// search/layout.h - computes the layout of the search window in twips. No state, no window.
 #pragma once
 
 #include "ui/twips.h"
@@ -9,14 +9,14 @@ namespace search
 inline constexpr int kDesignPaneWidth = 2790;
 inline constexpr int kClosedPaneWidth = -30;
 
-// What the window's Height counts above and below its client area, and its Width beside it: with
-// these the panes end at the status bar and at the right edge.
+// What the window's Height includes above and below its client area, and its Width beside it: with
+// these sizes the panes end at the status bar and at the right edge.
 inline constexpr int kFrameHeight = 320;
 inline constexpr int kFrameWidth = 105;
 
-// Everything that the layout reads and writes. Places are within the client area; those of `panel`,
-// `list` and the scroll bar within `borders`, those of `closeTreeFrame` and `closeLabel` within
-// `closeTree`.
+// All values that the layout reads and writes. Places are relative to the client area; those of
+// `panel`, `list` and the scroll bar are relative to `borders`, those of `closeTreeFrame` and
+// `closeLabel` to `closeTree`.
 struct LayoutState {
     // Read only.
     bool minimised = false;
@@ -25,8 +25,8 @@ struct LayoutState {
     bool statusBarVisible = true;
     int statusBarHeight = 0;
     bool webStyle = true;
-    bool paneShown = true;    // visibility of `closeTree`
-    int storedPaneWidth = -1; // of the settings; below 0 for none
+    bool paneShown = true;    // whether `closeTree` is visible
+    int storedPaneWidth = -1; // from the settings; negative when there is none
 
     // Read and written.
     int paneWidth = kDesignPaneWidth;
@@ -36,7 +36,7 @@ struct LayoutState {
     ui::Rect closeLabel;     // lblCloseTree; its width is read
     ui::Rect options;        // pctOptions
     bool optionsVisible = true;
-    ui::Rect optionsWindow; // frmSearchOptions within pctOptions; its height stays
+    ui::Rect optionsWindow; // frmSearchOptions in pctOptions; its height is not changed
     int inputWidth = 0;     // of txtToFind and cmbType
     ui::Rect separator, borders;
     ui::Rect panel; // pctWeb; its width is read
@@ -48,16 +48,16 @@ struct LayoutState {
     bool operator==(const LayoutState &) const = default;
 };
 
-// Lays out all children for the state's window, in place. Nothing for a minimised window.
+// Computes the places of all children, in `state`. Does nothing for a minimised window.
 void PlanLayout(LayoutState &state);
 
-// The pane's width in a window that became this wide: the list keeps 5580 twips, whatever is left
-// for the pane.
+// The width of the pane when the window has this width: the list keeps 5580 twips, even if nothing
+// remains for the pane.
 [[nodiscard]] int PaneWidthWithin(int paneWidth, int windowWidth);
 
-// The pane's width for a splitter at `separatorLeft` that is dragged to `mouseX` (twips within the
-// splitter): as it is when the move is refused, to the left of a pane of less than 30 % of the
-// window, or to the right of one of more than 70 % of what the panel leaves.
+// The width of the pane when the splitter at `separatorLeft` is dragged to `mouseX` (twips inside
+// the splitter). It is not changed when the move is refused: to the left when the pane is narrower
+// than 30 % of the window, to the right when it is wider than 70 % of what the panel leaves.
 [[nodiscard]] int PaneWidthOfDrag(const LayoutState &state, int mouseX);
 
 } // namespace search

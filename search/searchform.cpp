@@ -89,7 +89,7 @@ void Apply(SearchForm &form, const LayoutState &s)
     form.options.cmbType.SetWidth(s.inputWidth);
     form.Separator.SetPlace(s.separator);
     form.pctBorders.SetPlace(s.borders);
-    form.vsbBack.ResetValue(); // the panel's top is 0 again
+    form.vsbBack.ResetValue(); // the top of the panel is 0 again
     form.pctWeb.SetPlace(s.panel);
     form.pctWeb.SetVisible(s.panelVisible);
     form.ListView.SetPlace(s.list);
@@ -146,7 +146,7 @@ void BindEvents(SearchForm &form)
         form.ListView.SetSort(column - 1, sorted != form.ListView.Descending());
     };
     form.tmrReadAhead.event = [&form] {
-        constexpr std::int64_t kSliceMs = 8; // what nobody feels
+        constexpr std::int64_t kSliceMs = 8; // too short to be noticed
         const bool hasMore =
             form.visible && DataAccess != nullptr && DataAccess->ReadAheadForSearches(kSliceMs);
         form.tmrReadAhead.SetEnabled(hasMore);
@@ -156,8 +156,8 @@ void BindEvents(SearchForm &form)
     form.options.cmdSearch.onClick = [&form] { cmdSearch_Click(form); };
 }
 
-// Holds the click until half a second after the whole second next to it. A clock that went back, as
-// it does at midnight, ends the wait.
+// Waits until half a second after the nearest whole second. If the clock goes back, as it does at
+// midnight, the wait ends.
 void WaitForWholeSecond()
 {
     platform::Clock &clock = *platform::TheMachine().clock;
@@ -240,7 +240,7 @@ void ResizeSearchForm(SearchForm &form)
         browser::AdjustPanelScroll(form.ListView, form);
         TheDesktop().DoEvents();
     } catch (const runtime::RuntimeError &) {
-        // A size that cannot be laid out leaves what stands.
+        // When a layout is impossible, everything stays where it is.
     }
 }
 
@@ -250,7 +250,7 @@ void ShowOptionsPane(SearchForm &form, bool show)
     form.Separator.SetVisible(show);
     ReDrawForm(form);
     if (show && form.pctCloseTree.Width() != form.PaneWidth)
-        ReDrawForm(form); // the title takes the width that the pane came back with
+        ReDrawForm(form); // the title gets the width of the pane, which is visible again
 }
 
 void Separator_MouseDown(SearchForm &form)
@@ -296,11 +296,11 @@ void cmdSearch_Click(SearchForm &form)
     if (DataAccess == nullptr)
         return;
     const std::uint64_t number = ++form.searches;
-    form.tmrReadAhead.SetEnabled(false); // this search first
+    form.tmrReadAhead.SetEnabled(false); // this search comes first
     const auto records = catalogue::Records(
         catalogue::ExecuteWithValues(search.statement, catalogue::kSelect, search.params));
     if (DataAccess == nullptr || records == nullptr || number != form.searches)
-        return; // the program was ended, or another search begun, while events ran
+        return; // the program has ended, or another search has begun, while events ran
     if (!DataAccess->Succeeded) {
         const std::string words = DataAccess->ErrorMessage;
         TheDesktop().MessageBox(words);
