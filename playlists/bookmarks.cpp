@@ -40,11 +40,12 @@ State &TheState()
     return state;
 }
 
-// The program was ended while a statement let events run.
+// Thrown when the program was ended while a statement let events run.
 struct Ended {
 };
 
-// A new file beside the final one, which takes its name at the end, or goes.
+// A new file beside the target. Finish renames it to the target; otherwise the destructor deletes
+// it.
 class WholeFile
 {
 public:
@@ -71,7 +72,7 @@ public:
             Write();
     }
 
-    // Gives the file its name, with all of it on the disk.
+    // Flushes the file to the disk and renames it.
     void Finish()
     {
         Write();
@@ -109,7 +110,7 @@ private:
     int m_handle = -1;
 };
 
-// Marks an export as under way, and leaves the status bar as it was.
+// While one exists, an export is running; the destructor restores the status bar.
 class Exporting
 {
 public:
@@ -133,7 +134,7 @@ public:
         std::string text = shell::GetLanguageText("Saving", "SavingFile", "Progress");
         text.append(" ").append(field);
         m_form.SB.SetText(kPanel, text);
-        m_form.PBar.SetValue(0); // at once, so that it never stands beyond its end
+        m_form.PBar.SetValue(0); // at once, so that it is never greater than the maximum
         m_form.PBar.SetMax(count);
     }
     void Step() { m_form.PBar.SetValue(m_form.PBar.Value() + 1); }
@@ -156,8 +157,8 @@ catalogue::RecordsetPtr Query(const std::string &statement, const catalogue::Par
     return records;
 }
 
-// The paths of each value, in the order of the file. One statement a field: one a value would read
-// the whole catalogue as often as it has values.
+// The paths of each value, in the order of the file. One statement for each field: one for each
+// value would read the whole catalogue each time.
 std::unordered_map<std::string, std::vector<std::string>> PathsByValue(const std::string &field)
 {
     std::unordered_map<std::string, std::vector<std::string>> paths; // by value in upper case
@@ -176,7 +177,7 @@ std::string OneLine(std::string_view text)
     return line;
 }
 
-// The genre's name; nothing known of a number that the table lacks.
+// The name of the genre; empty when the number is not in the table.
 std::string GenreName(std::string_view value)
 {
     const auto number = runtime::ParseNumber(value);

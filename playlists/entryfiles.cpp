@@ -20,7 +20,7 @@ namespace playlists
 namespace
 {
 
-// Folders of mount points that are called by a drive's letter.
+// Folders that may contain mount points named after a drive letter.
 constexpr std::string_view kLetterMounts[] = {"/mnt/", "/media/"};
 
 bool IsFile(const std::string &path)
@@ -49,7 +49,7 @@ bool IsLetterPath(std::string_view path)
            (path[2] == '\\' || path[2] == '/');
 }
 
-// The mounts that may hold what is on the drive of a letter.
+// The mount points that may have what is on the drive with this letter.
 std::vector<std::string> MountsOfLetter(char letter, const ListPlace &place)
 {
     std::vector<std::string> mounts;
@@ -97,8 +97,8 @@ const FileFinder::Names &FileFinder::NamesIn(const std::string &folder)
     return at->second;
 }
 
-// One component after the other: the name as written where it exists, else the first that differs
-// in letter case only.
+// Goes through the parts of the path: each is taken as it is if that exists, else the first name
+// that differs only in letter case.
 std::optional<std::string> FileFinder::FindFolded(const std::string &path)
 {
     std::string found;
@@ -139,9 +139,9 @@ std::optional<std::string> FileFinder::Find(const std::vector<std::string> &plac
 }
 
 struct EntrySearch::Shared {
-    std::vector<std::vector<std::string>> places; // the thread's own
+    std::vector<std::vector<std::string>> places; // used by the thread only
     std::atomic<bool> ended = false;
-    std::mutex lock; // of `found`
+    std::mutex lock; // for `found`
     std::vector<FoundEntry> found;
 
     void Run()

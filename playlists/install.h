@@ -1,11 +1,11 @@
-// playlists/install.h - what the play lists add to the main window.
+// playlists/install.h - connects the play lists with the main window.
 #pragma once
 
 namespace playlists
 {
 
-// Registers the commands of play lists and what opening one in the tree does. Once, before
-// LoadMainForm.
+// Registers the commands of play lists and how a list in the tree is opened. To be called once,
+// before LoadMainForm.
 void Install();
 
 } // namespace playlists

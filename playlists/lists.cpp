@@ -35,8 +35,8 @@ const std::string kAdd = "INSERT INTO Lists VALUES(?, ?)";
 const std::string kRemove = "DELETE FROM Lists WHERE List_Name = ?";
 
 struct State {
-    std::unique_ptr<EntrySearch> search; // of the rows in LV
-    std::uint64_t filling = 0;           // of LV, when they were added
+    std::unique_ptr<EntrySearch> search; // for the rows in LV
+    std::uint64_t filling = 0;           // LV's number of clearings when the rows were added
 };
 
 State &TheState()
@@ -60,13 +60,13 @@ std::string NodeKey(std::string_view name)
     return "&" + std::string(name);
 }
 
-// Whether the program is ended while a question is up.
+// Whether the program is to end while a question is open.
 bool IsEnding()
 {
     return DataAccess == nullptr || platform::IsEndRequested();
 }
 
-// The lists of a statement; null once the program was ended, or when the statement failed.
+// The result of a statement about lists; null when the program has ended or the statement failed.
 catalogue::RecordsetPtr ListsOf(const std::string &statement,
                                 const std::vector<catalogue::Value> &values = {})
 {
@@ -83,14 +83,14 @@ bool IsTaken(const std::string &name)
     return records != nullptr && !records->AtEnd();
 }
 
-// The file's name without folder and without its last 4 characters.
+// The name of the file without folder and without its last 4 characters.
 std::string SuggestedName(const std::string &path)
 {
     const std::string name = shell::GetFileName(path);
     return name.substr(0, name.size() - std::min<std::size_t>(4, name.size()));
 }
 
-// A name that is neither empty nor taken; nothing when the program ends.
+// Asks for a name that is neither empty nor in use. Returns: nothing when the program ends.
 std::optional<std::string> AskName(const std::string &path)
 {
     std::string suggested = SuggestedName(path);
@@ -116,19 +116,20 @@ std::optional<std::string> AskName(const std::string &path)
     return std::nullopt;
 }
 
-// Runs a statement that changes the table; false after a box when the catalogue refuses it.
+// Runs a statement that changes the table. Returns: false when it failed; a box has shown the
+// error.
 bool Change(const std::string &statement, catalogue::StatementKind kind,
             const std::vector<catalogue::Value> &values)
 {
     catalogue::ExecuteWithValues(statement, kind, values);
     if (DataAccess == nullptr)
-        return false; // the program was ended while the statement let events run
+        return false; // the program was ended while events ran during the statement
     if (!DataAccess->Succeeded)
         Tell(DataAccess->ErrorMessage);
     return DataAccess != nullptr && DataAccess->Succeeded;
 }
 
-// A drive as the front of a path: without the separator of the root.
+// A drive as the beginning of a path: without the separator of the root.
 std::string DriveOf(const std::string &path)
 {
     platform::Drives *drives = platform::TheMachine().drives;
@@ -138,7 +139,7 @@ std::string DriveOf(const std::string &path)
     return drive;
 }
 
-// The first two characters of the player's folder where these are a drive, else its mount point.
+// The first two characters of the player's folder if they are a drive, else its mount point.
 std::string PlayerDrive()
 {
     const std::string folder = player::GetWinampFolder();
@@ -159,7 +160,7 @@ void AddColumns(ui::KeyedList &list)
     list.AddColumn("Non", "", 500);
 }
 
-// The rows, and where the file of each may be.
+// Adds the rows. Returns: for each the paths at which its file may be.
 std::vector<std::vector<std::string>> AddRows(ui::KeyedList &list, const std::string &result,
                                               const ListPlace &place)
 {
@@ -184,7 +185,7 @@ void ShowEntries(MainForm &form, const std::string &listPath, std::string text)
     try {
         ParseM3UText(text, result);
     } catch (const runtime::RuntimeError &) {
-        // An entry that is no MP3: the list shows none.
+        // An entry that is not an MP3 gets no row.
     }
     const ui::ListUpdate update(form.LV);
     form.LV.ClearRows();
@@ -260,7 +261,7 @@ void ShowFoundEntries(MainForm &form)
         return;
     }
     constexpr int kPathSubItem = 2;
-    std::optional<ui::ListUpdate> update; // rows sorted by their path are sorted once
+    std::optional<ui::ListUpdate> update; // the rows are sorted only once
     for (const FoundEntry &entry : state.search->Take()) {
         const auto row = static_cast<ui::RowId>(entry.entry);
         if (!entry.path) {

@@ -1,6 +1,5 @@
-// playlists/lists.h - the registry of lists: names that the user gave to M3U files, in the
-// catalogue's table Lists; adding and removing one, and showing what one holds. The files
-// themselves are only read.
+// playlists/lists.h - the play lists that the user has registered: names for M3U files, in the
+// catalogue's table Lists. Adding, removing and showing one. The files themselves are only read.
 #pragma once
 
 #include "browser/mainform.h"
@@ -11,32 +10,30 @@
 namespace playlists
 {
 
-// submnuAddPlayList_Click: asks for a file and for a name, stores both, and adds the node to the
-// tree. A name that is empty or taken is asked for again, and so it is after Cancel; closing the
-// box by its frame and the end of the program leave the question. What the catalogue refuses is
-// shown in a box and adds no node.
+// submnuAddPlayList_Click: asks for a file and a name, stores both, and adds the node to the tree.
+// The name is asked for again when it is empty or in use, and also after Cancel; only closing the
+// box by its frame or the end of the program ends the question. When the catalogue reports an
+// error, a box shows it and no node is added.
 void AddPlayList(browser::MainForm &form);
 
-// Removes the list of that name from the catalogue; from the tree too when the catalogue reports
-// success.
-// Returns: whether it did. A failure is shown in a box.
+// Removes the list of that name from the catalogue and, if that succeeds, from the tree.
+// Returns: whether it succeeded. A failure is shown in a box.
 bool RemovePlayList(browser::MainForm &form, const std::string &name);
 
-// The names of all lists in the order of their names.
+// The names of all lists, sorted.
 std::vector<std::string> PlayListNames();
 
-// Shows the entries of the list of that name in LV, one row each with the keys "/0", "/1", ...; the
-// box "The playlist is not ready" instead when there is nothing to read, with LV as it was. Rows
-// whose files are not there are dimmed as soon as the disk has said so, rows whose files are found
-// under another spelling get that path.
-// Returns: false when a newer click has taken LV over.
+// Shows the entries of the list with that name in LV: one row for each with the keys "/0", "/1",
+// ... When there is nothing to read, shows the box "The playlist is not ready" instead, and LV is
+// not changed. Rows whose files do not exist are dimmed as soon as that is known; rows whose files
+// are found under another path get that path.
+// Returns: false when a later click has filled LV meanwhile.
 bool ListPlayList(browser::MainForm &form, std::string_view name);
 
-// Takes what the disk said about the files of the entries in LV since the last call. Handler of
-// tmrListFiles.
+// Shows in LV what EntrySearch has found since the last call. The event of tmrListFiles.
 void ShowFoundEntries(browser::MainForm &form);
 
-// Ends the look for files; for the window's end and for tests.
+// Ends the search for files; for the end of the window and for tests.
 void StopLooking();
 
 } // namespace playlists

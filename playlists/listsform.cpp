@@ -39,7 +39,7 @@ void ListsForm::RemoveEm()
     LV.ClearRows();
     LV.ClearColumns();
     LV.AddColumn("Unique", "", 2000);
-    LV.HideHeaders(true); // there is nothing in them
+    LV.HideHeaders(true); // the headers have no text
     int position = 0;
     for (const std::string &list : PlayListNames())
         LV.AddRow("A" + std::to_string(++position), list, "M3U", {});
@@ -60,7 +60,7 @@ void ListsForm::cmdRemove_Click()
         return;
     if (const ui::RowId left = LV.Find(key); left != ui::kNoRow)
         LV.RemoveRow(left);
-    if (LV.Count() > 0) // the next one, so that the keys can go on
+    if (LV.Count() > 0) // selects the next one, so that the keyboard can be used again
         LV.SelectOnly(LV.RowAt(std::min(place, LV.Count() - 1)));
 }
 

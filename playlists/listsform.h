@@ -1,4 +1,4 @@
-// playlists/listsform.h - frmLists: the lists of the registry, to remove some of them.
+// playlists/listsform.h - frmLists: the window in which play lists are removed.
 #pragma once
 
 #include "browser/mainform.h"
@@ -8,14 +8,14 @@ namespace playlists
 {
 
 struct ListsForm : ui::Form {
-    // `mainForm` is the one whose tree loses the nodes; it outlives the window.
+    // Nodes are removed from the tree of `mainForm`, which outlives this window.
     explicit ListsForm(browser::MainForm &mainForm);
 
-    ui::KeyedList LV; // rows "A1", "A2", ...; the main text is the list's name
+    ui::KeyedList LV; // rows "A1", "A2", ...; the main text is the name of the list
     ui::Button cmdRemove{"&Remove"}, cmdDone{"&Done"};
 
-    // Fills the window and shows it modally. cmdRemove is enabled when there is a list; it stays so
-    // when the last one is gone.
+    // Fills the window and shows it modally. cmdRemove is enabled if there is a list; it stays
+    // enabled when the last one has been removed.
     void RemoveEm();
 
 private:

@@ -18,10 +18,10 @@ constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kHead = "#EXTM3U";
 constexpr std::string_view kSongLine = "#EXTINF";
 constexpr std::string_view kBetween = "%%%";
-constexpr long long kHeadLength = 9; // with its line end
+constexpr long long kHeadLength = 9; // including its line end
 
-// The position of ".MP" in any letter case, from 1; 0 without one. No character outside of ASCII
-// has one of these letters as its upper case.
+// The one-based position of ".MP" in any letter case; 0 when there is none. No character outside
+// ASCII has one of these letters as its upper case.
 long long FindExtension(std::string_view line)
 {
     for (std::size_t at = line.find('.'); at != std::string_view::npos; at = line.find('.', at + 1))
@@ -30,7 +30,7 @@ long long FindExtension(std::string_view line)
     return 0;
 }
 
-// The line at the front of `rest`, which loses it with its end.
+// Removes the first line and its end from `rest` and returns it.
 std::string_view TakeLine(std::string_view &rest)
 {
     const std::size_t length = std::min(rest.find_first_of(kLineEnd), rest.size());
@@ -60,7 +60,7 @@ bool IsHead(std::string_view line)
            (line.size() == kHead.size() || line[kHead.size()] == ' ' || line[kHead.size()] == '\t');
 }
 
-// The pieces between the line ends, the last one behind the last of them among these.
+// The parts between the line ends, also the part after the last one.
 std::vector<std::string_view> LinesOf(std::string_view text)
 {
     std::vector<std::string_view> lines;
