@@ -57,10 +57,10 @@ struct LyricsForm : ui::Form {
     std::function<void(const std::string &file)> newSettingWindow; // for cmdSetTimes
 };
 
-// Loads the form again and shows the lyrics of the song `title`, which is playing; each line end (CR
-// or LF alone too) becomes CR LF. If a mark cannot be parsed, a box reports it after the caller has
-// returned, and the text is shown as far as it was parsed.
-// Errors: kNonModalOverModal (401) while a modal window is open; the form is unchanged then.
+// Loads the form again and shows the lyrics of the song `title`, which is playing; each line end
+// (CR or LF alone too) becomes CR LF. If a mark cannot be parsed, a box reports it after the caller
+// has returned, and the text is shown as far as it was parsed. Errors: kNonModalOverModal (401)
+// while a modal window is open; the form is unchanged then.
 void FollowLyrics(LyricsForm &form, std::string_view title, std::string_view lyrics);
 
 // Changes a new form to the mode in which times are set for `file`, shows it, and plays the song
