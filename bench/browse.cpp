@@ -1,6 +1,6 @@
-// What a user waits for in the main window, without its widgets: the field tree of a whole
-// catalogue against the bare walks over it, the files of a large value, and sorting them.
-// Arguments: a catalogue file (copied first, then read), and a folder to work in.
+// Measures the main window without its widgets: the field tree of a whole catalogue compared with
+// only reading its rows, the files of a value with many rows, and sorting them.
+// Arguments: a catalogue file (copied first, then read), and a folder for temporary files.
 #include "browser/fieldtree.h"
 #include "browser/itemlist.h"
 #include "catalogue/adoclass.h"
@@ -26,7 +26,7 @@ double MsSince(Clock::time_point start)
     return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
 
-// The seven walks in the engine's own order, every column read.
+// Reads all rows seven times in the engine's own order, every column.
 double BareWalks(const std::string &file, std::size_t &bytes)
 {
     sqlite3 *db = nullptr;

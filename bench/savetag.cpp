@@ -2,10 +2,10 @@
 //
 //   savetag FOLDER [MEGABYTES] [ROUNDS] [TAG MEGABYTES]
 //
-// FOLDER lies on the disk that is measured. The floor is `cp --reflink=never` of the song and a
-// flush; the waiting that the steps of an edit prescribe is taken out by a clock of its own. Prints
-// medians in ms, ratios, the peak of memory, and a checksum of the songs written. The tag holds a
-// picture of 40 KB, or of TAG MEGABYTES.
+// FOLDER is on the disk to be measured. The floor is `cp --reflink=never` of the song and a flush.
+// The waits between the steps of an edit are not counted: the clock port skips them. Prints medians
+// in ms, ratios, the greatest memory, and a checksum of the songs written. The tag has a picture of
+// 40 KB, or of TAG MEGABYTES.
 #include "metadata/mp3info.h"
 #include "metadata/tagframes.h"
 #include "metadata/tagwriter.h"

@@ -1,8 +1,8 @@
-// search_bench CATALOGUE FOLDER [judge] - what a search in all eight fields costs, in a copy of the
-// catalogue: the statement before and after the texts were read ahead, right after another
-// connection has written, the engine's own LIKE, and a plain search for the bytes in a dump of the
-// same texts in memory; and the fill of a list with everything. Prints the rows found beside the
-// times. Ends with status 1 when rows differ, and with "judge" when a limit is missed.
+// search_bench CATALOGUE FOLDER [judge] - the time of a search in all eight fields, in a copy of
+// the catalogue: the statement before and after the texts were read ahead, directly after another
+// connection has written, the engine's own LIKE, and a search for the bytes in a copy of the same
+// texts in memory; and filling a list with all rows. Prints the number of rows with the times. The
+// exit status is 1 when rows differ, and with "judge" also when a limit is exceeded.
 #include "browser/itemlist.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/rowgroups.h"

@@ -45,7 +45,7 @@ struct NoSettings : platform::SettingsStore {
     void Flush() override {}
 };
 
-// Tells when the list was painted with rows in it for the first time.
+// Notes when the list was first painted with rows in it.
 class PaintWatch : public QObject
 {
 public:

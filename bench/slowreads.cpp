@@ -28,7 +28,7 @@ void Delay(int handle)
         std::this_thread::sleep_for(kDelay);
 }
 
-// The procedure of that name behind this library.
+// The procedure of that name in the C library.
 template <class Procedure>
 Procedure *Next(const char *name)
 {

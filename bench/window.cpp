@@ -1,8 +1,8 @@
-// What a user waits for in the main window itself: the models and their views, a click on a large
-// value until its rows are painted, sorting, scrolling, the answer to a key in a regeneration.
-// Arguments: a catalogue (copied first, then read), a folder to work in, a folder of songs or "".
-// With "models" alone: the models beside item objects. With "empty" alone: an empty window of the
-// toolkit, until it is painted; the floor of the start.
+// Measures the main window: the models and their views, the time from a click on a value with many
+// rows until they are painted, sorting, scrolling, the answer to a key during a regeneration.
+// Arguments: a catalogue (copied first, then read), a folder for temporary files, a folder of songs
+// or "". Only "models": the models compared with item objects. Only "empty": an empty window of the
+// toolkit until it is painted; the floor for the start.
 #include "browser/fieldtree.h"
 #include "browser/frmMain.h"
 #include "browser/itemlist.h"
@@ -68,7 +68,7 @@ struct Store : platform::SettingsStore {
     void Flush() override {}
 };
 
-// A user who says No.
+// Answers every question with No.
 struct Desktop : platform::qt::QtDesktop {
     platform::Answer MessageBox(std::string_view, platform::Buttons, std::string_view,
                                 platform::BoxIcon) override
@@ -181,7 +181,7 @@ void TimeClickAndSort(browser::MainForm &form, QWidget &listView)
     QApplication::processEvents();
     listView.repaint();
     const double click = Ms(timer);
-    // On a busy machine the processor's time tells more than the wall's.
+    // On a busy machine the processor's time is more exact than the clock.
     const double busy = 1000.0 * static_cast<double>(std::clock() - cpu) / CLOCKS_PER_SEC;
     timer.start();
     form.LV.onColumnClick(4);
@@ -258,7 +258,8 @@ private:
     std::thread m_fingers;
 };
 
-// Regenerates until enough keys were pressed meanwhile to tell something. False when they were not.
+// Regenerates until enough keys were pressed during it for a result. Returns: false when they were
+// not.
 bool TimeRegeneration(browser::MainForm &form, QWidget &window, const std::string &songs)
 {
     constexpr int kEnoughKeys = 5;

@@ -1,5 +1,5 @@
-// Any file, any edit: the song is there afterwards, its audio is where the rules put it, and what
-// was written stands where it belongs.
+// Any file, any edit: afterwards the song exists, its audio is where the rules say, and so is what
+// was written.
 #include "fuzz/memoryfiles.h"
 #include "fuzz/quietdesk.h"
 #include "metadata/id3v1.h"

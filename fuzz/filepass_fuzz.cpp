@@ -1,5 +1,5 @@
-// Any file: a pass ends, reads nothing that is not there, and tells the same when it is asked
-// again, from the kept bytes as from the file.
+// Any file: a pass ends, reads nothing outside the file, and gives the same result again, from the
+// kept bytes and from the file.
 #include "fuzz/memoryfiles.h"
 #include "metadata/mp3info.h"
 #include "platform/machine.h"

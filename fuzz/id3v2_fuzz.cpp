@@ -1,4 +1,4 @@
-// Any body under any version: the reader's texts come out of the body, and reading is repeatable.
+// Any body with any version: each text is a part of the body, and reading again gives the same.
 #include "metadata/id3v2.h"
 
 #include <cstdlib>

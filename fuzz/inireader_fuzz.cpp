@@ -1,5 +1,5 @@
-// Any bytes as a language file: a value is a piece of the text that stands behind its key, and a
-// key that is put in front of everything is the one that counts.
+// Any bytes as a language file: a value is a part of the text after its key, and a key that is
+// added before everything else is the one that is found.
 #include "platform/inireader.h"
 #include "runtime/text.h"
 

@@ -1,4 +1,4 @@
-// fuzz/memoryfiles.h - the files port over a few files that stand in memory, each under its path.
+// fuzz/memoryfiles.h - the files port for a few files in memory, each with its path.
 #pragma once
 
 #include "platform/posix/systemfiles.h"

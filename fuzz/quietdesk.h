@@ -1,4 +1,4 @@
-// fuzz/quietdesk.h - a desktop where nobody answers, and a clock that only waiting moves on.
+// fuzz/quietdesk.h - a desktop that answers nothing, and a clock that only a wait moves on.
 #pragma once
 
 #include "tests/support/silentdesktop.h"

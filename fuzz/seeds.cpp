@@ -42,8 +42,8 @@ std::vector<std::string> Songs()
     return songs;
 }
 
-// The first byte says what the rest is: a statement with values, or the tags and the path of a
-// song.
+// The first byte decides what the others are: a statement with values, or the tags and the path of
+// a song.
 std::vector<std::string> Statements()
 {
     const std::string next = "\xFF\xFE";

@@ -31,7 +31,7 @@ void Expect(bool holds)
         std::abort();
 }
 
-// A catalogue in a folder of its own, for the life of the process.
+// A catalogue in a new folder, for the whole process.
 struct Library {
     Library()
     {
@@ -92,7 +92,7 @@ std::vector<std::string> PiecesOf(std::string_view bytes)
     return pieces;
 }
 
-// Piece 0 as a statement, the rest as its values, under a marker that a byte chooses.
+// Runs piece 0 as a statement with the others as its values; a byte chooses the marker.
 void RunAnyStatement(const std::vector<std::string> &pieces, unsigned char choice)
 {
     static constexpr std::string_view kMarkers[] = {"?", "\u00B9", "a", "'", "--", ""};

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 namespace
 {
 
-// The real files, on a disk with as much room as the test says.
+// The real files, on a disk with as much room as the test sets.
 class SmallDisk : public tests::FaultyFiles
 {
 public:
@@ -257,13 +257,13 @@ TEST_F(ExportTest, TooLittleRoomIsToldBeforeTheFirstFile)
     disk.freeBytes = 0; // what is replaced makes room
     Export();
     EXPECT_EQ(desktop.boxes.size(), 1U);
-    disk.freeBytes = -EIO; // nobody knows: it is tried
+    disk.freeBytes = -EIO; // the free room is not known: the copy is tried
     Export();
     EXPECT_EQ(desktop.boxes.size(), 1U);
 }
 
-// Each call that changes something fails once: every copy is whole or not there, an older one stays
-// as it was, and nothing else is left in the target.
+// Each call that changes something fails once: every copy is complete or does not exist, an older
+// one is unchanged, and no other file is left in the target.
 TEST_F(ExportTest, EveryFaultLeavesWholeCopies)
 {
     Listed({"a.mp3", "b.mp3"});

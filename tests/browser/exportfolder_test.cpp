@@ -19,8 +19,7 @@ namespace fs = std::filesystem;
 namespace
 {
 
-// The real folders; some are on a disk that does not answer, and the process is where the test
-// says.
+// The real folders; some are on a disk that does not answer, and the test sets the current folder.
 class SomeFolders : public platform::posix::SystemFolders
 {
 public:
@@ -148,7 +147,7 @@ TEST_F(ExportFolderTest, GoesWhereItIsTold)
         EXPECT_EQ(Rows(window), ".. inner ");
         Enter(window, "..");
         EXPECT_EQ(Rows(window), ".. Alpha beta stick ");
-        EXPECT_EQ(window.Path(), folder / "Alpha"); // the folder it came from
+        EXPECT_EQ(window.Path(), folder / "Alpha"); // the folder that was open before
         Enter(window, "beta");
         EXPECT_TRUE(window.onKeyDown({8}));
         EXPECT_EQ(window.Path(), folder / "beta");
@@ -172,7 +171,7 @@ TEST_F(ExportFolderTest, TheDriveMovesTheFolders)
         window.Drives.SetListIndex(0);
         EXPECT_EQ(window.Path(), "/");
         EXPECT_EQ(window.Dirs.Find(".."), ui::kNoRow);
-        EXPECT_FALSE(window.cmdDelete.Enabled()); // nobody deletes the root
+        EXPECT_FALSE(window.cmdDelete.Enabled()); // the root cannot be deleted
         window.onKeyDown({8});
         EXPECT_EQ(window.Path(), "/");
         window.Drives.SetListIndex(2);

@@ -120,7 +120,7 @@ TEST_F(FieldTree, ValuesAreGroupedTrimmedAndUpperCased)
     EXPECT_NE(form.TV.Find("@#1"), ui::kNoNode);
     EXPECT_EQ(form.TV.Children(form.TV.Find("ByTitle")).size(), 3U);
     EXPECT_EQ(form.TV.Children(form.TV.Find("ByArtist")).size(), 2U);
-    EXPECT_EQ(Keys("ByAlbum"), "~ ~ARRIVAL "); // an empty field is a node of its marker alone
+    EXPECT_EQ(Keys("ByAlbum"), "~ ~ARRIVAL "); // the key of an empty value is only its marker
     EXPECT_EQ(Text("~"), "");
     EXPECT_EQ(Keys("ByPath"), "\u00BF/MUSIC/ABBA/ \u00BF/OTHER/ABBA/ \u00BF/OTHER/ ");
     EXPECT_EQ(Text("\u00BF/MUSIC/ABBA/"), "ABBA"); // two nodes of one text
@@ -201,7 +201,7 @@ TEST_F(FieldTree, LoadSettingsDecideOnGroups)
     EXPECT_EQ(Keys("ByArtist"), "#ABBA "); // the other fields stay as they are
     EXPECT_EQ(Keys("MP3s"), "ByArtist ByAlbum ByYear ByGenre ByPath ByList ByTitle ");
     EXPECT_EQ(Keys("ByTitle"), "@ONE @TWO ");
-    EXPECT_THROW(LoadTreeView(form, "Title"), runtime::RuntimeError); // it stands there already
+    EXPECT_THROW(LoadTreeView(form, "Title"), runtime::RuntimeError); // the group exists already
 
     load[1] = false;
     desktop.yields = 0;
@@ -305,7 +305,8 @@ TEST_F(FieldTree, RefreshingRebuildsAndExpandsTheRoot)
         changes.append(form.TV.Key(node)).append(form.TV.Expanded(node) ? " opens" : " closes");
     };
     RunCommand(form, "submnuRefreshTree");
-    EXPECT_EQ(changes, "MP3s closes"); // the nodes made anew come to the view as they are
+    EXPECT_EQ(changes,
+              "MP3s closes"); // all nodes are new, and the view gets them with their expansion
     EXPECT_EQ(Keys("ByTitle"), "@ONE ");
     EXPECT_TRUE(form.TV.Expanded(form.TV.Find("MP3s")));
 }

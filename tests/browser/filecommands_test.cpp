@@ -56,7 +56,7 @@ protected:
                tests::Audio();
     }
 
-    // Writes the song, brings it into the catalogue, lists all rows and selects the first.
+    // Writes the song, adds it to the catalogue, lists all rows and selects the first.
     void Catalogued(const std::string &name, const std::string &bytes)
     {
         tests::WriteFile(Song(name), bytes);
@@ -110,7 +110,8 @@ TEST_F(FileCommandsTest, AddingANewFileRebuildsTheTree)
     EXPECT_NE(Form().TV.Find("ByTitle"), ui::kNoNode);
     EXPECT_TRUE(desktop.boxes.empty());
 
-    tests::WriteFile(Song("one.mp3"), Tagged("Two")); // catalogued: its row is brought up to date
+    tests::WriteFile(Song("one.mp3"),
+                     Tagged("Two")); // in the catalogue already: its row is updated
     desktop.ExpectOpen("Select the MP3 file", Song("one.mp3"));
     browser::AddFile(Form());
     EXPECT_EQ(Rows(), std::vector<std::string>{"Two|Artist||||17||~/one.mp3||0"});
@@ -341,7 +342,7 @@ TEST_F(FileCommandsTest, WhatHasThatNameIsNeverOverwritten)
     EXPECT_EQ(Rows(), std::vector<std::string>{"One|Artist||||Rock||~/one.mp3||0"});
 }
 
-// Where letter case makes no other name, the file itself stands there under the new one.
+// On a file system that ignores letter case, the new name exists already: it is the file itself.
 TEST_F(FileCommandsTest, AnotherLetterCaseOfTheSameFileIsAPlainRename)
 {
     Catalogued("one.mp3", Tagged("One"));
@@ -370,7 +371,7 @@ TEST_F(FileCommandsTest, AFailedStatementGivesTheFileItsOldNameBack)
     EXPECT_FALSE(fs::exists(Song("two.mp3")));
     EXPECT_EQ(ShownPath(), Song("one.mp3"));
 
-    RenamingFiles files; // and where that fails as well, both are told
+    RenamingFiles files; // when that fails too, the box reports both
     files.faultyCall = 2;
     files.reason = EROFS;
     desktop.ExpectInput("", "two.mp3");
@@ -396,7 +397,7 @@ TEST_F(FileCommandsTest, AFailedRenameLeavesTheCatalogue)
     EXPECT_EQ(Rows(), std::vector<std::string>{"One|Artist||||Rock||~/one.mp3||0"});
 }
 
-// The list was filled anew while the name was asked for: no other row gets the path.
+// The list was filled again while the name was asked for: no other row gets the path.
 TEST_F(FileCommandsTest, OnlyTheRowOfTheFileGetsThePath)
 {
     Catalogued("one.mp3", Tagged("One"));

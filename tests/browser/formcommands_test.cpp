@@ -122,7 +122,7 @@ TEST_F(FormCommands, ARegisteredCommandIsEnabledAsItsAreaSays)
     EXPECT_TRUE(form.FindMenu("submnuSearch")->Enabled());
     EXPECT_TRUE(form.FindButton("submnuSearch")->Enabled());
     RunCommand(form, "submnuSearch");
-    can = false; // also when nobody looked since
+    can = false; // also without a new call of UpdateCommands
     RunCommand(form, "submnuSearch");
     EXPECT_EQ(ran, 1);
 }
@@ -198,7 +198,7 @@ TEST_F(FormCommands, AltAnd3IsTheOnlyKey)
 {
     MainForm &form = Loaded();
     int opened = 0;
-    EXPECT_TRUE(Form_KeyDown(form, '3', true)); // nobody registered it
+    EXPECT_TRUE(Form_KeyDown(form, '3', true)); // nothing registered it
     RegisterCommand("submnuFileInfo", [&] { ++opened; });
     EXPECT_TRUE(Form_KeyDown(form, '3', true)); // also while its entry is disabled
     EXPECT_EQ(opened, 1);
@@ -222,7 +222,7 @@ TEST_F(FormCommands, TheLanguageMenu)
     EXPECT_EQ(Setting("Preferences", "Language"), "A & B.qlt");
     RunCommand(form, "submnuEnglish");
     EXPECT_EQ(Setting("Preferences", "Language"), "none");
-    RunCommand(form, "submnuEnglish"); // nothing to delete: told all the same
+    RunCommand(form, "submnuEnglish"); // nothing to delete: the box is shown nevertheless
     ASSERT_EQ(desktop.boxes.size(), 3U);
     EXPECT_EQ(desktop.boxes[2], "The new language you set would start working the next time you "
                                 "run this app.");

@@ -132,7 +132,7 @@ protected:
         return form;
     }
 
-    // A window that does nothing, where a test gave no call of its own.
+    // Sets functions that do nothing for all that the test has not set.
     static void FillCalls(browser::MainFormCalls &calls)
     {
         const auto fill = [](auto &call, auto harmless) {
@@ -202,7 +202,7 @@ protected:
         Form().TV.ClickText(node);
     }
 
-    // The shown rows: key and, behind a colon, first sub-item, each followed by a blank.
+    // The rows as a text: key, colon, first sub-item, and a blank after each.
     std::string Rows()
     {
         std::string rows;

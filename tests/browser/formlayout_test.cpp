@@ -28,7 +28,7 @@ TEST_F(FormLayout, AFullLayoutIsSavedAfterOneYield)
     EXPECT_EQ(Setting("Preferences", "Width"), "none");
 
     desktop.onYield = nullptr;
-    shell::TheGlobals().InitialTVWidth = -1; // impossible: the last safe one comes back
+    shell::TheGlobals().InitialTVWidth = -1; // impossible: the last safe width is used again
     ReDrawForm(form);
     EXPECT_EQ(form.TV.Width(), 3333);
 

@@ -87,7 +87,7 @@ TEST_F(ItemFill, AColumnThatIsNotShownStaysTheOneSortedBy)
     EXPECT_EQ(Rows(), "/1:Two /0:One ");
     form.LV.SetColumnWidth("Artist", 0);
     EXPECT_EQ(Rows(), "/1:Two /0:One ");
-    form.LV.SetSort(3, false); // the album, which all rows share and nobody sees
+    form.LV.SetSort(3, false); // the album, which is the same in all rows and hidden
     EXPECT_EQ(form.LV.Columns()[3].widthTwips, 0);
     EXPECT_EQ(Rows(), "/0:One /1:Two ");
 }
@@ -235,7 +235,7 @@ TEST_F(ItemFill, AResultIsTakenFromItsFirstRecord)
     EXPECT_EQ(form.LV.Count(), 3);
 }
 
-// Behind the last row as well: the column that this click would hide is the newer one's.
+// Also after the last row: the column that this click would hide is one of the later click.
 TEST_F(ItemFill, ANewerClickKeepsItsColumnsAtEachYield)
 {
     for (int at = 1; at <= 3; ++at) {

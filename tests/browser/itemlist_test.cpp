@@ -147,7 +147,7 @@ TEST_F(ItemList, ClicksInTheTree)
     const struct {
         const char *name;
         Act act;
-        const char *rows; // "mark:" when the list was left alone
+        const char *rows; // "mark:" when the list was not changed
         bool collapsed, expanded;
     } cases[] = {
         {"no selection", [](MainForm &f) { f.TV.ClickNothing(); }, "mark: ", false, false},
@@ -261,7 +261,7 @@ TEST_F(ItemList, TheSecondEventOfAClickReusesTheRows)
     EXPECT_EQ(form.LV.Filling(), before + 3);
 }
 
-// What stands in the list, or which node is selected, may have changed between the two.
+// The rows of the list or the selected node may have changed between the two events.
 TEST_F(ItemList, TheSecondEventOfAClickLooksAgainWhereItMust)
 {
     MainForm &form = Library();
@@ -296,7 +296,7 @@ TEST_F(ItemList, AnotherWindowsListShowsItsOwnGroups)
     ASSERT_EQ(other.Count(), 2);
     EXPECT_EQ(other.Columns().size(), 2U);
     other.SelectOnly(other.Find("#BLUR"));
-    ItemClick(form, other); // the files of a value stand in the main window
+    ItemClick(form, other); // the files of a value are listed in the main window
     EXPECT_EQ(Rows(), "/0:Three ");
     EXPECT_EQ(other.Count(), 2);
 
@@ -372,7 +372,7 @@ TEST_F(ItemList, ADoubleClickOpensAValueAndPlaysAFile)
 
     std::string played;
     form.LV.SelectOnly(0);
-    form.LV.onDblClick(); // nobody plays files: no effect
+    form.LV.onDblClick(); // nothing plays files here: no effect
     RegisterItemKind("/", [&](const std::string &path, ui::KeyedList &list) {
         EXPECT_EQ(&list, &form.LV);
         played += path;
@@ -433,7 +433,7 @@ TEST_F(ItemList, APlayListIsListedOnceAClickAndEmptiesThePanel)
     });
     form.lblInfo.SetCaption("of another song");
     Click("&mine");
-    EXPECT_EQ(listed, 1); // though a click comes twice
+    EXPECT_EQ(listed, 1); // although a click raises two events
     EXPECT_EQ(form.ImgIcon.Image(), "M3U");
     EXPECT_FALSE(form.ImgOthers[0].Visible());
     EXPECT_EQ(form.lblInfo.Caption(), "");

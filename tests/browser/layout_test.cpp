@@ -58,13 +58,13 @@ TEST(PlanLayout, WhatStandsWhenALaterStepFails)
 {
     LayoutState s = Window();
     s.windowWidth = 250;
-    s.scaleWidth = 100; // too narrow for the address bar, which comes after the first places
+    s.scaleWidth = 100; // too narrow for the address bar, which is set after the first places
     s.list.left = -45;
     EXPECT_EQ(PlanLayout(s, 2000), LayoutEnd::Failed);
     EXPECT_EQ(s.tree, (Rect{0, 1090, 3000, 5225}));
     EXPECT_EQ(s.separator, (Rect{3000, 1090, 45, 5225})); // 990 + 100
     EXPECT_EQ(s.borders, (Rect{3045, 1080, 145, 5255}));  // 990 + 90; 100 + 45; 5225 + 30
-    EXPECT_EQ(s.address, (Rect{0, 480, 9000, 510}));      // only its top came before
+    EXPECT_EQ(s.address, (Rect{0, 480, 9000, 510}));      // only its top was set before
     EXPECT_EQ(s.initialTVWidth, 2000);
 
     s = Window();

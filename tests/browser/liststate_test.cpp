@@ -83,7 +83,7 @@ TEST_F(ListState, ARunAskedForTwiceDoesNothingAndLeavesALivingWindow)
     EXPECT_EQ(form.LV.Hint(), "This folder has been read since the program was started: 3 songs, "
                               "1 entries in the report.\r\rChoose a group on the left.");
     form.SB.SetText("Playing", "");
-    LoadTreeView(form, ""); // told once
+    LoadTreeView(form, ""); // shown once
     EXPECT_EQ(form.SB.Panel("Playing").text, "");
 }
 

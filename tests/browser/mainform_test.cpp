@@ -103,7 +103,7 @@ TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
     form.calls.placed = [&] { order += "layout "; };
     for (const int height : {shell::kAboutHeight, shell::kSplashHeight - 1})
         shell::UnloadSplash(height, [&] { ShowMainForm(form); });
-    EXPECT_EQ(order, ""); // the about box leaves the window alone
+    EXPECT_EQ(order, ""); // the about box does not change the window
     shell::UnloadSplash(shell::kSplashHeight, [&] { ShowMainForm(form); });
     EXPECT_EQ(order, "window tips layout ");
     EXPECT_EQ(form.window, (ui::Rect{5000, 465, 10000, 7350})); // as the screens allow

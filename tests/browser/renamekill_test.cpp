@@ -1,5 +1,5 @@
-// A rename that is killed: the song is there under one of its names, its row has a path that was
-// right, and the next regeneration brings what is missing.
+// A rename is killed: the song exists under one of its two names, its row has a path that was right
+// once, and the next regeneration adds what is missing.
 #include "browser/filecommands.h"
 #include "browser/itemlist.h"
 #include "catalogue/addfile.h"
@@ -63,8 +63,8 @@ protected:
     RenameKillTest() { browser::ResetMainForm(); }
     ~RenameKillTest() override { browser::ResetMainForm(); }
 
-    // Renames the song in a process of its own, which is killed after that many calls.
-    // Returns: whether it was killed.
+    // Renames the song in another process, which is killed after that many calls. Returns: whether
+    // it was killed.
     bool RenameInAChild(int calls)
     {
         catalogue::CloseCatalogue(); // no connection is shared

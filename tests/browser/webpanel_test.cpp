@@ -290,8 +290,8 @@ TEST_F(WebPanel, TheScrollBarFollowsTheText)
     EXPECT_EQ(form.pctWeb.Height(), 77);
 }
 
-// The splitter's layout and the panel's coming back give pctWeb a new height; a long text keeps its
-// own, and its bar.
+// The splitter's layout, and showing the panel again, give pctWeb a new height; a long text keeps
+// its own height and its scroll bar.
 TEST_F(WebPanel, ALongTextOutlivesTheLayout)
 {
     MainForm &form = Filled();

@@ -93,7 +93,7 @@ TEST_F(AddFile, BlanksOfAnID3v1TagStay)
                                "||~/b.mp3||0"}));
 }
 
-// The blanks of a comment stand in front of the layout's zero byte, out of the trim's reach.
+// The blanks of a comment are before the layout's zero byte, so they are not trimmed.
 TEST_F(AddFile, BlanksThatPadAnID3v1TagGoButForTheComments)
 {
     const std::string title = "Padded" + std::string(24, ' ');
@@ -209,7 +209,7 @@ TEST_F(AddFile, MarkerInAPathIsText)
     EXPECT_EQ(Rows(), (RowList{"One|Artist||||Rock||~/x¹?.mp3|LABEL|0"}));
 }
 
-// The row is inserted and brought to its values in one step: where the second fails, there is none.
+// The row is inserted and updated in one step: when the update fails, there is no row.
 TEST_F(AddFile, RowThatCannotBeBroughtToItsValuesIsNotThere)
 {
     sqlite3 *db = nullptr;
@@ -227,7 +227,7 @@ TEST_F(AddFile, RowThatCannotBeBroughtToItsValuesIsNotThere)
     EXPECT_EQ(Rows(), (RowList{"One|Artist||||Rock||~/b.mp3||0"}));
 }
 
-// An event behind the step runs a statement, which closes the group, and the disk is full.
+// An event after the step runs a statement, which commits the group, and the disk is full.
 TEST_F(AddFile, RowThatIsLostRightBehindItsStepIsTold)
 {
     tests::WriteFile(Song("a.mp3"), TwoTags("One"));
@@ -274,7 +274,7 @@ TEST_F(AddFile, LongTextsAreCutButForTheLyrics)
     EXPECT_EQ(Rows(), (RowList{kept + "|||||" + kept + "|" + text + "|~/a.mp3||0"}));
 }
 
-// The failure makes the result, and the steps behind it run: the row is there without its label.
+// The failure decides the result, but the later steps run: the row is added without its label.
 TEST_F(AddFile, ADiskThatCannotBeAskedFailsAndTheRowIsWritten)
 {
     struct : tests::FakeDrives {

@@ -15,7 +15,7 @@ using namespace catalogue;
 namespace
 {
 
-// A desktop that notes what it is told.
+// A desktop that records the calls.
 struct NotingDesktop : tests::SilentDesktop {
     NotingDesktop() : m_before(platform::TheMachine().desktop)
     {
@@ -72,8 +72,8 @@ TEST(TipoConsulta, FirstWordOfTheListThatStandsAnywhere)
         {"xSELECTx", kSelect},
         {"", kOther},
         {"SELSELECT", kSelect},
-        {"\u017Felect", kSelect}, // the long s has an upper case of its own: S
-        {"\u0131nsert", kInsert}, // and the dotless i: I
+        {"\u017Felect", kSelect}, // the upper case of the long s is S
+        {"\u0131nsert", kInsert}, // and that of the dotless i is I
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
@@ -336,7 +336,7 @@ TEST(ExecuteSQL, PointerAndEvents)
     fresh.AddPath("/stored");
     EXPECT_EQ(desktop.steps, "N");
     desktop.steps.clear();
-    RowStep step(fresh.access); // no handler comes between the look-up of a path and its row
+    RowStep step(fresh.access); // no handler runs between the look-up of a path and its row
     step.Access().ExecuteSQL("INSERT INTO Lists VALUES('a', 'b')", kInsert);
     EXPECT_EQ(desktop.steps, "HN");
 }

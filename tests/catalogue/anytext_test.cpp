@@ -1,4 +1,4 @@
-// Whatever a tag, a path or the name of a list holds: one row, equal to what went in.
+// Whatever a tag, a path or the name of a list contains: one row with exactly these values.
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/edittags.h"

@@ -30,7 +30,7 @@ struct CatalogueCopy : tests::Regeneration {
         return names;
     }
 
-    // The titles in a copy, and whether the engine finds it whole.
+    // The titles in a copy, and whether the engine's check finds no error in it.
     static tests::RowList TitlesIn(const std::string &path)
     {
         tests::RowList titles;

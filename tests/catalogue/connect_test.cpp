@@ -19,7 +19,7 @@ namespace
 
 constexpr const char *kNotValid = "Not ValidDataBase";
 
-// What a statement says on the file as it stands, and whether the file stayed as it was.
+// The error of a statement on the file, and whether the file was changed.
 std::string Verdict(tests::FreshCatalogue &fresh)
 {
     CloseCatalogue();
@@ -58,8 +58,8 @@ struct OtherTool {
     sqlite3 *db = nullptr;
 };
 
-// Whether the file says of itself that it keeps a log: the versions in bytes 18 and 19 of its
-// header (SQLite's file format, "The Database Header").
+// Whether the header of the file says that it has a log: the versions in its bytes 18 and 19
+// (SQLite's file format, "The Database Header").
 bool SaysItKeepsALog(const std::string &file)
 {
     return tests::ReadFile(file).substr(18, 2) == "\2\2";
@@ -234,7 +234,7 @@ TEST(Connect, ReadsAFileWhoseLogWasLeftBehind)
 
 TEST(Connect, KilledWhileTheLogWentIntoTheFile)
 {
-    // The first page has the new size already, the pages behind it stand in the log alone.
+    // The first page has the new size already; the pages after it are only in the log.
     tests::FreshCatalogue fresh;
     FillRows(fresh, 100);
     tests::FreshCatalogue left;

@@ -11,7 +11,7 @@ using namespace catalogue;
 namespace
 {
 
-// An engine that notes what is asked of it, and a data access object on it, while this lives.
+// While one exists: an engine that records what it is asked, and a data access object for it.
 class NotingProvider
 {
 public:

@@ -65,7 +65,7 @@ private:
     static constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
 };
 
-// A process of catalogue_writer; its output comes back at its end.
+// A process of catalogue_writer; its output is returned at its end.
 class Writer
 {
 public:
@@ -145,7 +145,7 @@ TEST_F(RowGroupsTest, RowsOutsideCommitAtOnce)
     fresh.AddPath("/1");
     EXPECT_EQ(Committed(fresh.File()), 1);
     {
-        RowStep step(fresh.access); // a step alone does not group
+        RowStep step(fresh.access); // a step without RowGroups does not group
         EXPECT_FALSE(IsKnown(step.Access(), "/2"));
         const std::vector<Value> row{"t"s, ""s, ""s, ""s, ""s, ""s, ""s, "/2"s, std::int64_t{0}};
         step.Access().ExecuteSQL("AddMP3", kStoredInsert, row);

@@ -1,4 +1,4 @@
-// Another program holds the catalogue.
+// Another program has the catalogue locked.
 #include "catalogue/adoclass.h"
 #include "catalogue/lockwait.h"
 #include "catalogue/regeneration/walker.h"

@@ -1,5 +1,5 @@
-// A walk over songs on a slow disk: their bytes are on the way before it comes to them, and all
-// comes out as on a fast one.
+// A walk over songs on a slow disk: their bytes are being read before the walk needs them, and the
+// result is the same as on a fast disk.
 #include "catalogue/regeneration/walker.h"
 #include "metadata/mp3info.h"
 #include "platform/machine.h"

@@ -86,7 +86,7 @@ TEST(LazyRecordset, SortsAsTheEngineWould)
         SCOPED_TRACE(order);
         const auto late = Select(fresh, "SELECT * FROM MP3s ORDER BY " + order);
         ASSERT_NE(dynamic_cast<LazyRecordset *>(late.get()), nullptr);
-        // The same rows through the engine's own sort; Lyrics numbers the rows.
+        // The same rows, sorted by the engine; Lyrics has the number of the row.
         const auto sorted = Select(fresh, "SELECT Title, Artist, Path, Duplicated, Lyrics FROM "
                                           "MP3s ORDER BY " +
                                               order);

@@ -55,9 +55,9 @@ TEST_F(Regeneration, EventsRunAtEachStep)
     ListRefresh(true);
     EXPECT_EQ(seen, (RowList{"||7", "Counting MP3s||0", "Adding: a.mp3|0/2|0",
                              "Adding: b.mp3|1/2|1", "Adding: b.mp3|2/2|2", "||2"}));
-    // The bar's show, and two each of the statements that look for rows and delete them; the folder
-    // counted; ahead of each file, behind its statement and behind it; the two folders' ends; the
-    // panels' end.
+    // For showing the bar; two for each of the statements that look for rows and delete them; for
+    // counting the folder; before each file, and before and after its statement; at the ends of the
+    // two folders; at the end of the panels.
     EXPECT_EQ(times, (std::vector<int>{5, 1, 3, 3, 2, 1}));
 }
 

@@ -13,7 +13,7 @@
 namespace tests
 {
 
-// A copy of the shipped catalogue in a folder of its own, and a data access object on it.
+// A copy of the shipped catalogue in a new folder, and a data access object for it.
 struct FreshCatalogue {
     FreshCatalogue();
     ~FreshCatalogue();

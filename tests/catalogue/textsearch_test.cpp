@@ -1,5 +1,5 @@
-// Searches for words: the same rows whether texts were read ahead or not, and those of the
-// catalogue as it is now, whoever has changed it.
+// Searches for words: the same rows whether texts were read ahead or not, and always those of the
+// catalogue as it is now, whichever process has changed it.
 #include "runtime/text.h"
 #include "tests/catalogue/support.h"
 #include "tests/support/oddtexts.h"
@@ -95,7 +95,7 @@ TEST_F(TextSearch, TheSameRowsWithTextsReadAhead)
     std::vector<std::string> before;
     std::size_t rows = 0;
     for (const std::string &condition : conditions) {
-        // A condition that is always true keeps the engine at work alone.
+        // With a condition that is always true, the engine itself does the search.
         before.push_back(Paths("(" + condition + ") AND 1 = 1"));
         rows += before.back().size();
         EXPECT_EQ(Paths(condition), before.back()) << condition;
@@ -153,7 +153,7 @@ TEST_F(TextSearch, OwnChangesAreFoundAtOnce)
     ReadAhead();
     home.access.BeginTrans();
     home.AddPath("/4", "love");
-    EXPECT_EQ(Paths("Title LIKE '%love%'"), "/2 /3 /4 "); // its own rows
+    EXPECT_EQ(Paths("Title LIKE '%love%'"), "/2 /3 /4 "); // the rows of this connection
     EXPECT_FALSE(home.access.ReadAheadForSearches(1000));
     home.access.RollBackTrans();
     EXPECT_EQ(Paths("Title LIKE '%love%'"), "/2 /3 ");
@@ -207,7 +207,8 @@ TEST_F(TextSearch, LongTextsAndManyRows)
     ReadAhead();
     EXPECT_EQ(Paths("Lyrics LIKE '%NEEDLE%'"), "/long ");
     EXPECT_EQ(Paths("Lyrics LIKE '%lyrics 2999%' OR Lyrics LIKE 'lyrics 0'"), "/0 /2999 ");
-    EXPECT_EQ(Paths("Lyrics LIKE '%xlyrics%'"), ""); // no text goes on in the next row's
+    EXPECT_EQ(Paths("Lyrics LIKE '%xlyrics%'"),
+              ""); // a text does not continue in that of the next row
 }
 
 TEST_F(TextSearch, NothingIsLeftBesideTheCatalogueAndItsFilesAreAsTheyWere)

@@ -259,7 +259,7 @@ TEST_F(Walker, TheFileBoxFollowsTheFolderBox)
     dirs.SetPath(folder / "a");
     EXPECT_EQ(mp3s.Path(), folder / "a");
     EXPECT_EQ(Files(), Names{"1.mp3"});
-    dirs.SetPath(folder.Path()); // back up, from what was kept
+    dirs.SetPath(folder.Path()); // up again, from the names that were kept
     EXPECT_EQ(mp3s.Path(), folder.Path());
     EXPECT_EQ(Files(), Names{"2.mp3"});
     dirs.Clear();

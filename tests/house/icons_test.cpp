@@ -1,5 +1,5 @@
-// Every icon that a key names is in the resources, drawn, crisp enough to tell from its ground, and
-// made for both kinds of desktop.
+// Every icon that a key names is in the resources, has a drawing, can be distinguished from the
+// background, and exists for light and dark desktops.
 #include <gtest/gtest.h>
 
 #include <QColor>

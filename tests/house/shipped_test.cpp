@@ -1,4 +1,4 @@
-// The shipped language files as the program's own reader sees them.
+// The shipped language files, read by the program's own reader.
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "tests/support/testfolder.h"

@@ -63,7 +63,7 @@ TEST_F(FollowLyrics, FollowsTheSong)
     Play(43); // no entry: the last line stays
     form.showTimes.Fire();
     EXPECT_EQ(Selected(form), "Two");
-    form.Lyrics.NoteSelection(0, 1); // the user's own selection stays until the next line
+    form.Lyrics.NoteSelection(0, 1); // the selection made by the user stays until the next line
     form.showTimes.Fire();
     EXPECT_EQ(Selected(form), "O");
     Play(10);
@@ -231,7 +231,7 @@ TEST_F(FollowLyrics, MarksThatAreTypedAreTakenOut)
     form.Lyrics.Replace(10, 0, "]");
     EXPECT_EQ(form.Lyrics.Text(), "One\r\nTwo\r\n");
     EXPECT_EQ(form.Times->at("60l"), (LyricsData{60, 5, 3}));
-    EXPECT_FALSE(form.tmrDraft.Enabled()); // nothing of this window is kept
+    EXPECT_FALSE(form.tmrDraft.Enabled()); // this window has no draft
 }
 
 TEST_F(FollowLyrics, SetTimesOpensASecondWindowForTheSong)

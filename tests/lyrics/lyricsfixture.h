@@ -1,5 +1,5 @@
-// tests/lyrics/lyricsfixture.h - what the lyrics windows need around them: songs, a player that
-// notes what it is told, a host of forms, a user who follows a script.
+// tests/lyrics/lyricsfixture.h - what the tests of the lyrics windows need: songs, a player that
+// records its calls, a host of forms, a user who follows a script.
 #pragma once
 
 #include "lyrics/lyricsform.h"
@@ -38,7 +38,7 @@ inline std::vector<std::string> Commands(RecordingPlayer &player)
     return commands;
 }
 
-// The lyrics that a file holds now.
+// The lyrics in a file.
 inline std::string LyricsIn(const std::string &file)
 {
     metadata::ID3v1Tag id3v1;

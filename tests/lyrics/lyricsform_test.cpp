@@ -127,7 +127,7 @@ TEST_F(SettingTimes, ATest)
     form.showTimes.Fire();
     EXPECT_EQ(Selected(form), "Two");
 
-    form.cmdTest.Click(); // stops it; the player is told nothing
+    form.cmdTest.Click(); // stops it; nothing is sent to the player
     EXPECT_EQ(form.cmdTest.Caption(), "<");
     EXPECT_EQ(form.cmdTest.ToolTip(), "Test the times");
     EXPECT_EQ(form.Lyrics.Text(), kTwoLines);
@@ -167,7 +167,7 @@ TEST_F(SettingTimes, PauseAndContinue)
     EXPECT_EQ(Commands(player), Told{kPause});
 
     form.Lyrics.SetText("[00:05]Other\r\n");
-    form.cmdPause.Click(); // a new test, of what the box holds now
+    form.cmdPause.Click(); // a new test, with the current text of the box
     EXPECT_EQ(form.cmdPause.Caption(), ";");
     EXPECT_EQ(form.cmdPause.ToolTip(), "Pause the test");
     EXPECT_EQ(form.MarkedText, "[00:05]Other\r\n");

@@ -50,7 +50,7 @@ struct LyricsImport : tests::LibraryFixture {
                                           std::int64_t{1}});
     }
 
-    // Makes a stored query fail. To be called ahead of every statement.
+    // Makes a stored query fail. To be called before every statement.
     void Break(const std::string &query) const
     {
         sqlite3 *db = nullptr;
@@ -125,7 +125,7 @@ TEST_F(LyricsImport, TheFirstOfSeveralRowsGetsThem)
     EXPECT_TRUE(tests::ReadFile(Song("b/Song.mp3")) == kOld);
 }
 
-// The text file's own name, and the song that it serves.
+// The name of the text file, and the song that it is for.
 TEST_F(LyricsImport, Names)
 {
     const struct {
@@ -197,8 +197,8 @@ TEST_F(LyricsImport, DuplicatesGetThemAndKeepTheirArtist)
     EXPECT_TRUE(tests::ReadFile(folder / "app/Backup/Song.mp3") == kOld);
 }
 
-// The new tag has the lyrics alone, and the row takes its values. (The last 10 bytes of the audio
-// go, as wherever an ID3v2 tag is new.)
+// The new tag has only the lyrics, and the row gets its values. (The last 10 bytes of the audio are
+// lost, as always when a file gets its first ID3v2 tag.)
 TEST_F(LyricsImport, ASongWithTheOtherTagAlone)
 {
     const std::string image = tests::Id3v1({.title = "Old", .artist = "Who"});
@@ -266,7 +266,7 @@ TEST_F(LyricsImport, ASongThatIsGone)
     lyrics::AddLyricsFromTXT(Text("Song.txt", "La"));
 }
 
-// Of the two queries one fails, which is told; the other one runs all the same.
+// One of the two queries fails, which is reported; the other one is run nevertheless.
 TEST_F(LyricsImport, OwnRowThatCannotBeUpdated)
 {
     Break("Edit1");
@@ -289,7 +289,8 @@ TEST_F(LyricsImport, DuplicatesThatCannotBeUpdated)
     EXPECT_EQ(Rows(), (RowList{"One||||||La|~/Song.mp3||0", "One|Mine||||||~/Song.mp3||1"}));
 }
 
-// The catalogue goes while the song is rewritten: the song has its lyrics, and the user knows.
+// The catalogue is deleted while the song is rewritten: the song has its lyrics, and a box reports
+// the failure.
 TEST_F(LyricsImport, ACatalogueThatCannotBeWritten)
 {
     Add("Song.mp3");

@@ -79,7 +79,7 @@ TEST_F(Marks, TheDraftFollowsTheChanges)
 {
     const std::string song = Setting(form, "One\r\n");
     form.tmrDraft.Fire();
-    EXPECT_EQ(lyrics::ReadDraft(song), std::nullopt); // the file holds that
+    EXPECT_EQ(lyrics::ReadDraft(song), std::nullopt); // the file has the same text
     form.Lyrics.Replace(0, 0, "[0:01]");
     EXPECT_TRUE(form.tmrDraft.Enabled());
     EXPECT_LT(form.tmrDraft.IntervalMs(), 2000);
@@ -206,7 +206,7 @@ TEST_F(Marks, ADraftThatCannotBeKeptIsToldOnceAndTriedAgain)
     EXPECT_NE(form.failure->description.find("could not be kept"), std::string::npos);
     EXPECT_THROW(form.tmrTell.Fire(), runtime::RuntimeError);
     EXPECT_TRUE(form.tmrDraft.Enabled());
-    form.tmrDraft.Fire(); // still full, and told already
+    form.tmrDraft.Fire(); // still full, and reported already
     EXPECT_FALSE(form.failure.has_value());
     EXPECT_TRUE(form.tmrDraft.Enabled());
     platform::TheMachine().files = &platform::SystemFiles();
@@ -230,7 +230,7 @@ TEST_F(Marks, ClosingAsksForUnsavedMarks)
     desktop.ExpectBox("not saved", Answer::Discard);
     EXPECT_TRUE(lyrics::MayClose(form));
     EXPECT_EQ(LyricsIn(song), "One\r\n");
-    EXPECT_EQ(lyrics::ReadDraft(song), kTwoLines); // only the file's own text removes it
+    EXPECT_EQ(lyrics::ReadDraft(song), kTwoLines); // only the same text in the file removes it
 
     desktop.ExpectBox("not saved", Answer::Save); // tested or not
     EXPECT_TRUE(lyrics::MayClose(form));

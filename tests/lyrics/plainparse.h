@@ -1,5 +1,5 @@
-// tests/lyrics/plainparse.h - the rules of the time marks carried out one by one on the whole text,
-// as slow as they are plain: what ParseMarks is measured by.
+// tests/lyrics/plainparse.h - follows the rules of the time marks one by one on the whole text,
+// slowly: the results of ParseMarks are compared with this.
 #pragma once
 
 #include "lyrics/timedlyrics.h"
@@ -55,7 +55,7 @@ inline void PlainParse(std::string &text, lyrics::TimesByKey &times)
     text = runtime::Replace(runtime::Replace(text, "{(", "["), ")}", "]");
 }
 
-// What one parsing left behind: the text, the entries, the error's number or 0.
+// The result of one parsing: the text, the entries, the number of the error or 0.
 struct Parsed {
     std::string text;
     lyrics::TimesByKey times;

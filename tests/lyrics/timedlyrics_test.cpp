@@ -261,7 +261,7 @@ std::string Repeated(std::string_view piece, std::size_t bytes)
     return text;
 }
 
-// The work grows with the text alone, whatever the text is made of.
+// The work is proportional to the length of the text, whatever the text contains.
 TEST(TimedLyrics, AMegabyteIsQuick)
 {
     constexpr std::size_t size = 1'000'000;

@@ -1,5 +1,5 @@
-// The state that a pass leaves belongs to a file: what an edit does when another file was read
-// since, or when the song has changed or gone.
+// The module's state after a pass is for one file: what an edit does when another file was read
+// since, or when the song was changed or deleted.
 #include "metadata/tagwriter.h"
 #include "shell/globals.h"
 #include "tests/metadata/songedit.h"
@@ -47,7 +47,7 @@ TEST_F(ChangedSong, AnotherSongReadAtEveryYield)
     m_pass.v1.Title = "Two";
     m_old = m_pass = ReadPass(m_path);
     m_pass.v1.Title = "Two";
-    EXPECT_TRUE(Save(true, false)); // the ID3v2 tag goes: the long way
+    EXPECT_TRUE(Save(true, false)); // the ID3v2 tag is removed: the long way
     ExpectSong(AudioBytes() + Tag1("Two", "", "", "", "", 3, 17));
 }
 
@@ -157,7 +157,7 @@ TEST_F(ChangedSong, ASongReplacedByOneOfTheSameSizeIsNotOverwritten)
     }
 }
 
-// Before the copy is written nothing of the edit has gone anywhere, the catalogue included.
+// Before the copy is written, the edit has changed nothing, not even the catalogue.
 TEST_F(ChangedSong, ASongChangedBeforeItsCopyIsWrittenStaysInTheCatalogueAsItIs)
 {
     shell::TheGlobals().BackUpFiles = true;
@@ -188,7 +188,7 @@ TEST_F(ChangedSong, ASongChangedBeforeItsCopyIsWrittenStaysInTheCatalogueAsItIs)
     }
 }
 
-// Another edit of the same song puts its own ".bck" there, `atYield` yields into this one.
+// Another edit of the same song writes its own ".bck"; `atYield` runs during this one.
 TEST_F(ChangedSong, TheCopyOfAnotherEditIsNeitherTakenNorDeleted)
 {
     const std::string before = Tag(3, Frame3("TIT2", "Old")) + AudioBytes();
@@ -199,7 +199,7 @@ TEST_F(ChangedSong, TheCopyOfAnotherEditIsNeitherTakenNorDeleted)
         Song(before);
         m_desk.boxes.clear();
         m_desk.yields = 0;
-        bool ours = false; // our own copy stood there
+        bool ours = false; // the copy made by this edit was there
         m_desk.onEvents = [&] {
             if (m_desk.yields != atYield)
                 return;
@@ -243,7 +243,7 @@ TEST_F(ChangedSong, OfTwoEditsAtOnceOneIsRefused)
         m_desk.onEvents = [&] {
             if (m_desk.yields < atYield || second)
                 return;
-            second = false; // its own yields come here as well
+            second = false; // its own yields call this too
             tests::Pass old = tests::ReadPass(m_path);
             tests::Pass now = old;
             now.v2.Title = "Second";
@@ -257,7 +257,7 @@ TEST_F(ChangedSong, OfTwoEditsAtOnceOneIsRefused)
             break;
         EXPECT_FALSE(fs::exists(m_path + ".bck"));
         const std::string title = tests::ReadPass(m_path).v2.Title;
-        if (first && *second) { // one behind the other
+        if (first && *second) { // one after the other
             EXPECT_EQ(title, "Second");
             EXPECT_TRUE(m_desk.boxes.empty());
             continue;

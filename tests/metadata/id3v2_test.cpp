@@ -22,7 +22,7 @@ ID3v2Tag Read(std::string_view body, int majorVersion = 3)
     return tag;
 }
 
-// A version 3 frame with a size of its own choosing.
+// A version 3 frame with any size in its header.
 std::string Sized(std::string_view identifier, unsigned size, std::string_view data)
 {
     return std::string(identifier) + Number256(size) + Z("\0\0\0") + std::string(data);
@@ -175,11 +175,12 @@ TEST(ReadID3v2Frames, Comments)
     EXPECT_EQ(Read(described + plain).Comment, "new");
     EXPECT_EQ(Read(plain + Frame3("COMM", Z("deu\0third"))).Comment, "new");
     EXPECT_EQ(Read(Frame3("COMM", Z("\xFF\xFF\xFF\0any"))).Comment, "any");
-    EXPECT_EQ(Read(described + plain + std::string(50, 'p')).Comment, "new"); // by its own size
+    EXPECT_EQ(Read(described + plain + std::string(50, 'p')).Comment,
+              "new"); // by the size in its own header
     EXPECT_EQ(Read(Frame3("COMM", Z("eng\0"))).Comment, "");
 }
 
-// The search goes on one character behind the identifier, not behind its frame.
+// The search continues one character after the identifier, not after its frame.
 TEST(ReadID3v2Frames, ACommentInsideTheHeaderOfAnother)
 {
     std::string inner = Frame3("COMM", Z("eng\0new"));
@@ -192,7 +193,7 @@ TEST(ReadID3v2Frames, TheFirstCommentDecidesWhetherThereIsOne)
     const std::string plain = Frame3("COMM", Z("eng\0new"));
     EXPECT_EQ(Read(Frame3("COMM", Z("engX\0old"), Z("\0\x80")) + plain).Comment, "");
     EXPECT_EQ(Read(Sized("COMM", 0x80000000, Z("engX\0old")) + plain).Comment, "");
-    // The later one's own flags are not looked at; its size alone counts.
+    // The flags of the later frame are not read; only its size counts.
     EXPECT_EQ(
         Read(Frame3("COMM", Z("engX\0old")) + Frame3("COMM", Z("eng\0new"), Z("\0\x80"))).Comment,
         "new");
@@ -241,8 +242,8 @@ TEST(ReadID3v2Frames, SizeThatDoesNotFitKeepsTheFieldBeforesLength)
     EXPECT_EQ(tag.Artist, "mno");
 }
 
-// Title, album, artist, year, genre, track, comment, lyrics: each takes the length of the one
-// before it, wherever the frames stand.
+// Title, album, artist, year, genre, track, comment, lyrics: each gets the length of the one before
+// it, wherever the frames are.
 TEST(ReadID3v2Frames, TheOrderOfTheFields)
 {
     constexpr unsigned kNone = 0xFFFFFFFF;
@@ -268,7 +269,7 @@ TEST(ReadID3v2Frames, FrameCutOffByTheEndOfTheBody)
     ID3v2Tag tag;
     tag.Album = "held";
     metadata::ReadID3v2Frames("TALB", 3, tag);
-    EXPECT_EQ(tag.Album, ""); // nothing stands there, and nothing failed
+    EXPECT_EQ(tag.Album, ""); // nothing is there, and nothing failed
     tag.Album = "held";
     metadata::ReadID3v2Frames(Sized("TIT2", 0, "x") + "TALB", 3, tag);
     EXPECT_EQ(tag.Album, "held"); // the length is still the title's -1
@@ -280,7 +281,8 @@ TEST(ReadID3v2Frames, Version2RunsToTheEndOfTheBody)
     const ID3v2Tag tag = Read(body, 2);
     EXPECT_EQ(tag.Title, Z("TitleTOA\0\0\x07\0Artist"));
     EXPECT_EQ(tag.Artist, "Artist");
-    // The empty identifier stands at the start: the lyrics are the text from the twelfth character.
+    // The empty identifier is found at the start: the lyrics are the text from the twelfth
+    // character on.
     EXPECT_EQ(tag.Lyrics, body.substr(11));
 }
 

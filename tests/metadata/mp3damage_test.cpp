@@ -1,5 +1,5 @@
-// Files cut anywhere, sizes of any value, bytes at random: a pass tells something, never fails, and
-// tells the same of the same bytes.
+// Files cut anywhere, sizes of any value, random bytes: a pass gives a result, never fails, and
+// gives the same for the same bytes.
 #include "metadata/mp3info.h"
 #include "tests/support/mp3bytes.h"
 #include "tests/support/testfolder.h"
@@ -31,7 +31,7 @@ std::string WholeSong(int majorVersion = 3)
            std::string(300, 'a') + Tag1("One", "Two", "Three", "1999", "Words", 3, 17);
 }
 
-// What holds for every pass over a file of these bytes.
+// What is true for every pass over a file with these bytes.
 void ExpectSane(const Pass &pass, std::string_view bytes, const std::string &what)
 {
     SCOPED_TRACE(what);

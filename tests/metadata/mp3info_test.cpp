@@ -93,7 +93,7 @@ TEST_F(GetMP3Info, PreferringID3v2SkipsTheOtherTagsFields)
     EXPECT_EQ(pass.v1.Genre, -1);
     EXPECT_EQ(metadata::RawID3v1Image(), "");
     const Pass alone = Read(kAudio + Tag1("One", "", "", "", "", 3, 17), true);
-    EXPECT_EQ(alone.v1.Genre, 17); // no body, so there is nothing to prefer
+    EXPECT_EQ(alone.v1.Genre, 17); // there is no body that could be preferred
     const Pass empty = Read(Tag(3, "") + kAudio + Tag1("One", "", "", "", "", 3, 17), true);
     EXPECT_EQ(empty.v1.Genre, 17);
     EXPECT_FALSE(empty.hasV2);
@@ -210,7 +210,7 @@ TEST_F(GetMP3Info, StateOfAnEarlierFileStaysWhereThisOneHasNone)
     EXPECT_EQ(metadata::RawID3v2Body(), "");
     EXPECT_EQ(metadata::RawID3v1Image(), image);
     EXPECT_EQ(metadata::ID3v2MajorVersion(), 2);
-    Read("ID3"); // the version byte is behind the end: a zero
+    Read("ID3"); // the version byte is after the end of the file: 0
     EXPECT_EQ(metadata::ID3v2MajorVersion(), 0);
 }
 

@@ -26,7 +26,7 @@ class SameFile : public tests::CountedSongs
 TEST_F(SameFile, TheSameFileAgainIsNotReadAgain)
 {
     const std::string path = Song("a.mp3", "x");
-    m_files.shiftNs = -kHourNs; // its last change lies far back
+    m_files.shiftNs = -kHourNs; // its last change was long ago
     const Pass first = ReadPass(path);
     m_files.reads = m_files.opens = 0;
     EXPECT_EQ(ReadPass(path), first);

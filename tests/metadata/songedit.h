@@ -16,7 +16,7 @@
 namespace tests
 {
 
-// `size` bytes that begin like an audio frame and are told apart by their place.
+// `size` bytes that begin like an audio frame; their values depend on their position.
 inline std::string AudioBytes(std::size_t size = 5000)
 {
     std::string audio = Header128();
@@ -25,13 +25,13 @@ inline std::string AudioBytes(std::size_t size = 5000)
     return audio;
 }
 
-// What an untouched ID3v2Tag record writes behind the frames of its texts.
+// What an unchanged ID3v2Tag record adds after the frames of its texts.
 inline std::string GenreAndTrack(std::string_view genre = "(255)", std::string_view track = "0")
 {
     return Frame3("TCON", genre) + Frame3("TRCK", track);
 }
 
-// A song on its own desk, edited and looked at byte by byte.
+// A song with its own desktop and settings, edited and compared byte by byte.
 class SongEdit : public ::testing::Test
 {
 protected:

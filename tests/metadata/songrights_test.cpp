@@ -139,7 +139,7 @@ TEST_F(SongRights, ASymbolicLinkKeepsPointingAtTheSong)
     shell::TheGlobals().BackUpFiles = true;
     metadata::TheTagWriterHooks().releasePlayingFile = [&](const std::string &, std::int32_t &,
                                                            std::int32_t &) -> std::string {
-        EXPECT_TRUE(fs::exists(target + ".bck")); // beside the song, wherever the link stands
+        EXPECT_TRUE(fs::exists(target + ".bck")); // beside the song, wherever the link is
         return {};
     };
     EXPECT_TRUE(EditAsItIs());

@@ -1,5 +1,5 @@
 // Every call of an edit that changes something fails once, and the process is killed in every one:
-// a whole copy of the song is there, and whatever failed is told.
+// a complete copy of the song exists, and each failure is reported.
 #include "metadata/tagwriter.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
@@ -79,8 +79,8 @@ TEST_F(TagFaults, KilledInEveryCall)
     }
 }
 
-// The power goes at every point of an edit: the song is whole, and where it is the new one the
-// backup of the old one is there, whole.
+// The power fails at every point of an edit: the song is complete, and if it is the new one, there
+// is a complete backup of the old one.
 TEST_F(TagFaults, APowerCutInEveryCall)
 {
     const tests::TestFolder root;
@@ -151,7 +151,7 @@ TEST_F(TagFaults, FullDiskTellsItsWordsAndLeavesTheSong)
                                                         const std::string &) { ++updates; };
     EXPECT_TRUE(Edit());
     EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": No space left on device"});
-    EXPECT_EQ(updates, 1); // the following statements run as told
+    EXPECT_EQ(updates, 1); // the later statements run, by the rules
     EXPECT_TRUE(ReadFile(m_path) == kOld);
 }
 
@@ -260,14 +260,14 @@ TEST_F(TagFaults, TheBackupIsWaitedForUntilItCanBeOpened)
     EXPECT_TRUE(ReadFile(m_path) == kNew);
 
     files.busy = 1000;
-    platform::RequestEnd(SIGTERM); // then nobody waits, and the edit comes to its end
+    platform::RequestEnd(SIGTERM); // nothing is waited for then, and the edit is finished
     EXPECT_TRUE(Edit());
     platform::RequestEnd(0);
     EXPECT_EQ(files.busy, 999);
     EXPECT_TRUE(ReadFile(m_path) == kNew);
 }
 
-// --- a song that another program holds -------------------------------------------------------
+// --- a song that another program has open ---------------------------------------------------
 
 // The file system does not let the song be replaced for the first `busy` times.
 struct HeldSong : tests::FaultyFiles {

@@ -100,7 +100,7 @@ TEST(RemoveFrame, OtherVersionsCutTheBodyOff)
 
 TEST(RemoveFrame, Version2Geometry)
 {
-    // The sixth to the ninth character tell the size, the text begins with the eighth.
+    // The sixth to the ninth character are the size; the text begins with the eighth.
     EXPECT_EQ(Removed("aTIT2x" + Z("\0\0\0\x02") + "bcdef", "TIT2", 2), "a\x02"
                                                                         "bcdef");
     EXPECT_EQ(Removed("aTIT2x" + Z("\0\0\0\x07") + "bcdef", "TIT2", 2), "af");
@@ -123,8 +123,7 @@ TEST(RemoveFrame, CommentsLoseTheirHeadersOnly)
 
 TEST(RemoveFrame, TheCommentSearchGoesOnBehindTheCut)
 {
-    // The data begins with a frame of its own; its first character is where the search went on
-    // from.
+    // The data begins with another frame, whose first character is where the search continued.
     const std::string inner = Z("COMM\0\0\0\x02\0\0\0abc\0");
     std::string body = Z("COMM\0\0\0\x14\0\0\0") + inner;
     body[14] = '\0'; // the inner identifier's last letter is the outer description
@@ -240,7 +239,7 @@ TEST(BuildID3v2Tag, LongTexts)
                                     Frame3("USLT", Z("\0\0\0\0") + tag.Lyrics) + body));
 }
 
-// What was written is read again: any fields, over any old body of whole frames.
+// What was written is read again: any fields, over any old body of complete frames.
 TEST(BuildID3v2Tag, ComesBack)
 {
     std::mt19937 random(7);

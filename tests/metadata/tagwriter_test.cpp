@@ -1,4 +1,4 @@
-// Whole files before and after an edit, byte for byte.
+// Complete files before and after an edit, byte for byte.
 #include "metadata/id3v1.h"
 #include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
@@ -120,7 +120,7 @@ TEST_F(SaveTag, AnUncheckedID3v2TagThatIsNotThereIsUnchanged)
     ExpectSong(audio.substr(0, audio.size() - 10));
 }
 
-// The image that the module holds is an earlier file's, and differs from none.
+// The image in the module is from an earlier file, and is equal to it.
 TEST_F(SaveTag, NeitherTagAndAnEarlierImageShortensTheAudioByTen)
 {
     tests::WriteFile(m_desk.program / "earlier.mp3",
@@ -178,8 +178,8 @@ TEST_F(SaveTag, AChangedComment)
     EXPECT_EQ(ReadPass(m_path).v2.Comment, "new");
 }
 
-// A genre as it is read is a number in text form, which has no number of its own; and "255" is the
-// text of number 0. The tag editor puts names in their place.
+// A genre that was read is a number in text form, which is not in the table; and "255" is the text
+// of number 0. The tag editor uses names instead.
 TEST_F(SaveTag, AGenreAsItWasRead)
 {
     Song(Tag(3, Frame3("TCON", "(17)Rock") + Frame3("TRCK", "0")) + AudioBytes());
@@ -200,7 +200,7 @@ TEST_F(SaveTag, ClearedGenreIsWrittenAllTheSame)
     ExpectSong(Tag(3, GenreAndTrack()) + AudioBytes());
 }
 
-// One goes because the field was emptied, the next one because the genre is written anew.
+// One is removed because the field was emptied, the next one because the genre is written again.
 TEST_F(SaveTag, AClearedGenreTakesTwoFramesAlong)
 {
     const std::string pop = Frame3("TCON", "Pop");
@@ -222,7 +222,7 @@ TEST_F(SaveTag, AnID3v1TagThatWasPassedOverIsReplaced)
     ExpectSong(start + Tag1("Two", "", "", "", "", 3, 17));
     ReadPass(m_path, true);
     m_pass.v2.Genre = "-1";
-    EXPECT_FALSE(Save(true, true)); // which it holds already
+    EXPECT_FALSE(Save(true, true)); // which it has already
 }
 
 TEST_F(SaveTag, Version2BodyUnderAVersion3Header)

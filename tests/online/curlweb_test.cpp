@@ -86,7 +86,7 @@ void RunAll(CurlWeb &web)
     }
 }
 
-// The answer to one fetch; fails the test unless exactly one came.
+// The result of one download; fails the test unless there was exactly one.
 Answer Get(const std::string &address, const std::string &certificates = {})
 {
     CurlWeb web("Quenlin/1.6.9");

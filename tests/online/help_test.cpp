@@ -169,7 +169,7 @@ TEST_F(HelpWindow, BackAndForward)
     EXPECT_TRUE(form.onKeyDown({39, false, false, true})); // Alt+Right
     EXPECT_EQ(form.ShownTitle(), "The beginning");
     EXPECT_FALSE(form.onKeyDown({39, false, false, false}));
-    form.Open("messages"); // what lay ahead is gone
+    form.Open("messages"); // the pages ahead in the history are removed
     EXPECT_FALSE(form.cmdForward.Enabled());
     form.cmdContents.Click();
     EXPECT_EQ(form.ShownTitle(), "");

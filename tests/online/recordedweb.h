@@ -1,4 +1,4 @@
-// tests/online/recordedweb.h - a web that writes down what is fetched and answers when a test says
+// tests/online/recordedweb.h - a web port that records the downloads and answers when the test says
 // so.
 #pragma once
 
@@ -11,8 +11,7 @@
 namespace tests
 {
 
-// Stands in for the machine's own from its making to its end. One fetch at a time waits for its
-// answer, the last one.
+// While one exists, it is TheMachine().web. Only the last download waits for its answer.
 class RecordedWeb : public platform::Web
 {
 public:

@@ -65,7 +65,8 @@ TEST(ParseVersionFile, OddTextsAreTakenAsTheyAre)
     EXPECT_EQ(onlyFirst.databases.size(), 1u);
     EXPECT_TRUE(onlyFirst.tools.empty());
     EXPECT_EQ(ParseVersionFile("a \r\n").tools.front(), "");
-    EXPECT_EQ(ParseVersionFile("1:2\n3 4").tools.size(), 0u); // LF alone ends no line
+    EXPECT_EQ(ParseVersionFile("1:2\n3 4").tools.size(),
+              0u); // an LF without CR does not end a line
 }
 
 constexpr std::string_view kBlock("V\0S\0_\0I\0N\0F\0O\0\0\0\0\0\xBD\x04\xEF\xFE\0\0\1\0"

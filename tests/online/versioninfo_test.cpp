@@ -21,14 +21,15 @@ constexpr std::string_view kSame = "1.6.6:2004\r\nQuenlin 1.6.9\r\n";
 constexpr std::string_view kNewer =
     "1.6.5:2003\r\n1.6.6:2004\r\nQuenlin 1.7.0\r\nDravicolt 1.2\r\nc 3\r\nd 4\r\ne 5\r\nf 6\r\ng 7";
 
-// A catalogue as shipped, a web that answers when told, windows that only note their showing.
+// The shipped catalogue, a web port that answers on demand, windows that only record that they are
+// shown.
 struct VersionInfo : tests::LibraryFixture {
     tests::MemorySettings settings;
     tests::RecordedWeb web;
     tests::FakeForms forms;
-    Log shown; // names of the windows that came up, each modally
+    Log shown; // names of the windows that were shown, each modally
 
-    // The next modal window may come; `act` runs while it shows.
+    // Expects one modal window; `act` runs while it is shown.
     void ExpectWindow(std::function<void()> act = {})
     {
         forms.scripts.push_back([this, act](const ui::Form &form) {
@@ -325,7 +326,7 @@ TEST_F(Checks, ATickDoesNotReplaceAResultThatIsShown)
     });
     Answer(std::string(kNewer));
     EXPECT_EQ(shown, Log{"frmVersionInfo"});
-    EXPECT_EQ(checks.Current(), nullptr); // its own event dropped it
+    EXPECT_EQ(checks.Current(), nullptr); // the handler of its event destroyed it
 }
 
 } // namespace

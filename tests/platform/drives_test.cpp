@@ -29,7 +29,7 @@ TEST(ParseMounts, Table)
     EXPECT_EQ(mounts[2].point, "/x");
 }
 
-// A machine of our own: its mount points are folders of the test.
+// A machine made by the test: its mount points are folders of the test.
 class Machine : public ::testing::Test
 {
 protected:
@@ -89,7 +89,8 @@ TEST_F(Machine, TheDriveIsTheNearestMountPoint)
 TEST_F(Machine, TheTypeFollowsFileSystemAndDevice)
 {
     MountDrives drives(places);
-    EXPECT_EQ(drives.TypeOf(root + "/stick"), DriveType::Removable); // its disk says so
+    EXPECT_EQ(drives.TypeOf(root + "/stick"),
+              DriveType::Removable); // its disk has the removable flag
     EXPECT_EQ(drives.TypeOf(root + "/cd"), DriveType::CdRom);
     EXPECT_EQ(drives.TypeOf(root + "/net"), DriveType::Remote);
     EXPECT_EQ(drives.TypeOf(root + "/mem"), DriveType::RamDisk);

@@ -32,7 +32,7 @@ TEST(ReplaceFile, AFailedWriteLeavesTheOldFile)
 {
     const tests::TestFolder folder;
     tests::WriteFile(folder / "a", "old");
-    const pid_t child = fork(); // a limit on file sizes stands for a full disk
+    const pid_t child = fork(); // a limit on file sizes in place of a full disk
     if (child == 0) {
         signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{1000, 1000};

@@ -82,7 +82,9 @@ TEST(FindIniValue, StaysInsideEveryTruncation)
 {
     const std::string whole = "[S]\r\n;c\r\nk=\"v\"\r\n[T]\r\nx=";
     for (std::size_t length = 0; length <= whole.size(); ++length) {
-        const std::string text = whole.substr(0, length); // its own block, for the sanitizer
+        const std::string text = whole.substr(
+            0,
+            length); // a memory block of its own, so that the sanitizer notices reading beyond it
         const auto value = Found(text, "S", "k");
         EXPECT_EQ(value.has_value(), length > whole.find('=')) << length;
     }

@@ -53,7 +53,8 @@ TEST_F(Settings, AWriteIsSeenAtOnceAndStoredAtTheFlush)
 
 TEST_F(Settings, WhatCannotBeStoredIsReportedOnce)
 {
-    std::filesystem::create_directories(folder / "config/T/settings.lock"); // which nobody can lock
+    std::filesystem::create_directories(folder /
+                                        "config/T/settings.lock"); // which cannot be locked
     std::vector<std::string> reports;
     {
         IniSettings store(folder / "config");
@@ -207,7 +208,7 @@ TEST_F(Settings, ManyProcessesAtOnceKeepAllKeys)
         ASSERT_GT(child, 0);
         children.push_back(child);
     }
-    // A reader meanwhile never meets half a file: its last line is always whole.
+    // A reader never gets a part of the file: the last line is always complete.
     int status = 0;
     while (waitpid(children.front(), &status, WNOHANG) == 0) {
         if (std::filesystem::exists(File())) {
@@ -228,7 +229,7 @@ TEST_F(Settings, ManyProcessesAtOnceKeepAllKeys)
 
 TEST_F(Settings, AFileThatCannotBeReadIsNotReplaced)
 {
-    std::filesystem::create_directories(File()); // a folder stands in its place
+    std::filesystem::create_directories(File()); // a folder in place of the file
     IniSettings store(folder / "config");
     store.Write("T", "S", "k", "v");
     store.Flush();

@@ -1,5 +1,5 @@
-// Files that were said to come: what is returned is what it would be without, the helpers read them
-// several at a time, and nobody waits for a helper at an end.
+// Files that were announced: reading them returns the same as without, several helper threads read
+// at the same time, and the end never waits for a helper.
 #include "platform/endrequest.h"
 #include "platform/posix/readahead.h"
 #include "tests/support/testfolder.h"
@@ -62,7 +62,7 @@ struct HeldFiles : SystemFilesPort {
         ++closes;
     }
 
-    // Holds all reads up until `enough` are under way at a time, or until Release.
+    // Makes all reads wait until `enough` of them have begun, or until Release.
     void Hold(int enough)
     {
         const std::lock_guard lock(m_mutex);
@@ -141,7 +141,7 @@ protected:
     std::unique_ptr<ReadAheadFiles> files = std::make_unique<ReadAheadFiles>(held);
 };
 
-// The whole file in pieces, by a port.
+// The whole file, read in pieces through a port.
 std::string Whole(platform::Files &files, const std::string &path, FileIdentity &identity)
 {
     std::string whole;
@@ -189,7 +189,7 @@ TEST_F(ReadAhead, SeveralFilesAreReadAtATime)
     std::vector<std::string> paths;
     for (int i = 0; i < 40; ++i)
         paths.push_back(File(std::to_string(i), 500));
-    held->Hold(8); // each read comes to its end only when eight are under way
+    held->Hold(8); // each read ends only when eight have begun
     files->Expect(paths, {100, 100, nullptr});
     held->AwaitRead();
     EXPECT_EQ(Read(paths[0], 0, 4), "0001");
@@ -237,7 +237,7 @@ TEST_F(ReadAhead, FileThatVanishedChangedOrWasReplacedIsNotWhatWasFetched)
         EXPECT_EQ(Read(paths[3], 0, 5), "same0");
         EXPECT_EQ(held->opens, isFresh ? 8 : 7);
         files->ExpectNothing();
-        AwaitEqual(held->closes, held->opens - 1); // the one that is gone gave no handle
+        AwaitEqual(held->closes, held->opens - 1); // the deleted one has opened no handle
     }
 }
 
@@ -293,7 +293,7 @@ TEST_F(ReadAhead, NobodyWaitsForAHelperAtAnEnd)
     files->ExpectNothing();
     files->Expect({path}, {100, 100, nullptr});
     files.reset();
-    EXPECT_EQ(held->closes, 0); // here while the reads have not come to their end
+    EXPECT_EQ(held->closes, 0); // true only while the reads have not ended
     held->Release();
     AwaitEqual(held->closes, held->opens);
 }

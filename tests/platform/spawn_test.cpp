@@ -78,7 +78,8 @@ TEST(StartDetached, GivesNothingOfOursAway)
     }));
 }
 
-// A stand-in for the desktop's opener, the only program on PATH beside the system's.
+// A program in place of the desktop's opener; the only one on PATH besides those of the operating
+// system.
 class OpenerTest : public testing::Test
 {
 protected:

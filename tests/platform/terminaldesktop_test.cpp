@@ -24,7 +24,7 @@ struct Talk {
     int result = -1;    // what the job returned
 };
 
-// Runs `job` in a process of its own whose standard input and error are a terminal, where a person
+// Runs `job` in another process whose standard input and error are a terminal, in which a user
 // types `answers`.
 Talk AtATerminal(const std::string &answers, const std::function<int()> &job)
 {
@@ -34,7 +34,7 @@ Talk AtATerminal(const std::string &answers, const std::function<int()> &job)
     if (child == 0)
         _exit(job());
     EXPECT_GT(child, 0);
-    char first = 0; // the answers come when the question stands there
+    char first = 0; // the answers are typed when the question is shown
     if (read(master, &first, 1) == 1)
         talk.output.push_back(first);
     EXPECT_EQ(write(master, answers.data(), answers.size()), static_cast<ssize_t>(answers.size()));
@@ -49,7 +49,7 @@ Talk AtATerminal(const std::string &answers, const std::function<int()> &job)
     return talk;
 }
 
-// Runs `job` with no terminal: standard input is empty, standard error goes to a file.
+// Runs `job` without a terminal: standard input is empty, standard error is a file.
 Talk WithoutATerminal(const std::function<int()> &job)
 {
     const tests::TestFolder folder;

@@ -15,7 +15,7 @@ namespace
 
 using namespace platform::posix;
 
-// The environment of one test; what was there comes back.
+// Sets environment variables for one test and restores them.
 class UserFolders : public ::testing::Test
 {
 protected:

@@ -79,7 +79,7 @@ TEST_F(ListRows, ADoubleClickPlaysARowWhoseFileIsNotThereTooAndLeavesTheListAsIt
     MainForm &form = Opened();
     form.LV.SelectOnly(0);
     form.LV.onDblClick();
-    EXPECT_EQ(played, "/m/one.mp3"); // the player's part says that the file is not there
+    EXPECT_EQ(played, "/m/one.mp3"); // the player reports that the file does not exist
     EXPECT_EQ(form.LV.Count(), 2);
 }
 
@@ -89,7 +89,7 @@ TEST_F(ListRows, AColumnSortsThem)
     form.LV.onColumnClick(2);
     form.LV.onColumnClick(2);
     EXPECT_TRUE(form.LV.Descending());
-    EXPECT_EQ(form.LV.RowAt(0), 0); // "One & only" behind "/m/two"
+    EXPECT_EQ(form.LV.RowAt(0), 0); // "One & only" is after "/m/two"
 }
 
 } // namespace

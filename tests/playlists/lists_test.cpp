@@ -373,7 +373,7 @@ TEST_F(Lists, ListsInTheCodePageAndInUtf8)
     EXPECT_EQ(Entries(), "/0|Ñu|~/\xF1.mp3; ");
     LetLook();
     EXPECT_EQ(Entries(), "/0|Ñu|~/ñ.mp3; ");
-    tests::WriteFile(folder / "\xF1.mp3", "song"); // the raw bytes come first
+    tests::WriteFile(folder / "\xF1.mp3", "song"); // the bytes of the list are tried first
     Click("&mine");
     LetLook();
     EXPECT_EQ(Entries(), "/0|Ñu|~/\xF1.mp3; ");

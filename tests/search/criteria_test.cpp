@@ -13,7 +13,7 @@ using search::BuildSearch;
 using search::Criteria;
 using Texts = std::vector<std::string>;
 
-// The condition behind WHERE.
+// The condition after WHERE.
 std::string Condition(const search::Search &search)
 {
     constexpr std::string_view kFront = "SELECT *\rFROM MP3s\rWHERE ";

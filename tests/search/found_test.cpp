@@ -93,7 +93,7 @@ protected:
 
     void AddRow(Row row)
     {
-        // The path tells the rows apart.
+        // The path distinguishes the rows.
         row[6] = "/" + std::to_string(rows.size()) + "/" + row[6];
         std::vector<catalogue::Value> values;
         for (const std::size_t column : {0, 1, 2, 3, 4, 5, 7, 6})
@@ -149,7 +149,7 @@ TEST_F(Found, RandomTextsWildcardsAndLetterCases)
                     want.push_back(row[6]);
                     break;
                 }
-        if (i == 150) // from here on with the texts read ahead
+        if (i == 150) // from here on the texts have been read ahead
             ReadAhead();
         ASSERT_EQ(PathsFound(criteria), want)
             << "\"" << criteria.text << "\" type " << criteria.type;

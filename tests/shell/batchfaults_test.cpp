@@ -1,5 +1,5 @@
-// A disk that fails at one call, or is full from one call on, for every call of a batch: what the
-// summary says of each song is what the catalogue holds.
+// A disk that fails at one call, or is full from one call on, for every call of a batch: the
+// summary says of each song what is in the catalogue.
 #include "catalogue/rowgroups.h"
 #include "shell/startup/batch.h"
 #include "tests/support/faultycalls.h"
@@ -47,7 +47,7 @@ struct BatchFaults : tests::LibraryFixture {
         fs::remove(folder / "app/Solution.txt");
     }
 
-    // The title of each row by its path, through a connection of its own.
+    // The titles of the rows by path, read through a separate connection.
     std::map<std::string, std::string> Titles() const
     {
         std::map<std::string, std::string> titles;
@@ -68,7 +68,7 @@ struct BatchFaults : tests::LibraryFixture {
 
     const std::string shipped = tests::ReadFile(Catalogue());
 
-    // Compares what the summary says with the rows. `isWhole`: what the batch returned.
+    // Compares the summary with the rows. `isWhole`: the result of the batch.
     void Compare(bool isWhole) const
     {
         const std::string summary = tests::ReadFile(folder / "app/Solution.txt");

@@ -63,7 +63,7 @@ TEST(EmailBugReport, WithoutAMailProgramTheStatusLineTells)
     EXPECT_EQ(lines.size(), 2U);
     EXPECT_EQ(desktop.clipboard, "http://a.example/");
     shell::TheStatusLine() = nullptr;
-    shell::EmailBugReport(); // nothing there to tell it: no box either
+    shell::EmailBugReport(); // there is no status line: no box either
     EXPECT_TRUE(desktop.boxes.empty());
 }
 

@@ -45,7 +45,7 @@ TEST_F(PreferencesTest, ATypedFolderThatIsNotThere)
     }
     EXPECT_EQ(pref.DirList, folder / "music");
     EXPECT_EQ(pref.txtPath.Text(), folder / "absent");
-    shell::txtPath_LostFocus(pref); // tells nothing
+    shell::txtPath_LostFocus(pref); // reports nothing
     EXPECT_EQ(pref.txtPath.Text(), folder / "absent");
     EXPECT_THROW(shell::cmdOk_Click(pref), runtime::RuntimeError); // but OK does
     EXPECT_EQ(settings.writes, Texts());

@@ -72,7 +72,7 @@ protected:
     void Note(const std::string &step) { steps.push_back(step); }
     std::string Catalogue() const { return folder / "app/MP3s.mdb"; }
 
-    // Changes the catalogue's file behind the program's back.
+    // Changes the catalogue's file without the program.
     void Change(const std::string &statement)
     {
         sqlite3 *file = nullptr;
@@ -238,7 +238,7 @@ TEST_F(StartUp, TheVersionRule)
         catalogue::DataAccess.reset();
         catalogue::CloseCatalogue();
     }
-    EXPECT_EQ(desktop.boxes.back().title, ""); // the application's own
+    EXPECT_EQ(desktop.boxes.back().title, ""); // the title of the application
     EXPECT_EQ(desktop.boxes.back().buttons, platform::Buttons::Ok);
 }
 

@@ -1,5 +1,4 @@
-// tests/support/configfolder.h - a folder for configurations of the test's own, in force from its
-// making to its end.
+// tests/support/configfolder.h - while one exists, settings are in a new folder.
 #pragma once
 
 #include "tests/support/testfolder.h"

@@ -1,5 +1,5 @@
-// tests/support/fakeforms.h - shows forms without windows: a modal one runs the test's script,
-// which works on its controls and closes it.
+// tests/support/fakeforms.h - shows forms without windows: showing a form modally runs the test's
+// script, which uses its controls and closes it.
 #pragma once
 
 #include "runtime/error.h"
@@ -30,10 +30,10 @@ public:
     FakeForms(const FakeForms &) = delete;
     FakeForms &operator=(const FakeForms &) = delete;
 
-    // What the user does in the modal windows to come, one script each. A modal window without a
-    // script fails the test. One that a script leaves open is closed after it.
+    // What the user does in the next modal windows, one script for each. A modal window without a
+    // script fails the test; one that its script leaves open is closed.
     std::vector<std::function<void(ui::Form &)>> scripts;
-    bool modalUp = false; // showing without modality fails with 401, as in the program
+    bool modalUp = false; // showing without modality fails with error 401, as in the program
 
     void Show(ui::Form &form) override
     {

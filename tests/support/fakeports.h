@@ -1,5 +1,5 @@
-// tests/support/fakeports.h - a clock and drives that a test sets. Each stands in for the machine's
-// own from its making to its end.
+// tests/support/fakeports.h - a clock and drives that a test sets. While one exists, it is the port
+// in TheMachine().
 #pragma once
 
 #include "platform/clock.h"
@@ -12,7 +12,7 @@
 namespace tests
 {
 
-// Stands at 5 March 2026, 07:08:09; steady time moves only by Sleep and by the test.
+// The time is 5 March 2026, 07:08:09; steady time is moved on only by Sleep and by the test.
 class FakeClock : public platform::Clock
 {
 public:
@@ -43,7 +43,7 @@ private:
     platform::Clock *m_before;
 };
 
-// One drive, "/", for every path; `roots` are those that a user would be shown.
+// One drive, "/", for all paths; `roots` are the drives that are listed.
 class FakeDrives : public platform::Drives
 {
 public:

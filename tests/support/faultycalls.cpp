@@ -55,7 +55,7 @@ void *Map(void *at, size_t size, int protection, int flags, int fd, off_t offset
     return Fails(false) ? MAP_FAILED : mmap(at, size, protection, flags, fd, offset);
 }
 
-// Puts `call` in the place of SQLite's own; null puts that back.
+// Replaces a system call of SQLite by `call`; null restores SQLite's own.
 void Set(const char *name, sqlite3_syscall_ptr call)
 {
     sqlite3_vfs *vfs = sqlite3_vfs_find(nullptr);

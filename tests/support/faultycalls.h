@@ -1,4 +1,4 @@
-// tests/support/faultycalls.h - the system calls of the catalogue's engine, of which one fails.
+// tests/support/faultycalls.h - makes one system call of the catalogue's engine fail.
 #pragma once
 
 #include <functional>
@@ -6,9 +6,9 @@
 namespace tests
 {
 
-// While one lives, the `failing`-th call by which SQLite reads, writes, cuts or maps a file fails,
-// with "no room" where it writes and "input/output error" elsewhere; with `onwards` each later call
-// that writes does as well, as on a disk that stays full. One at a time.
+// While one exists, the call number `failing` with which SQLite reads, writes, truncates or maps a
+// file fails: with "no room" when it writes, else with "input/output error". With `onwards` all
+// later calls that write fail too, as on a disk that stays full. Only one at a time.
 class FaultyCalls
 {
 public:
@@ -17,7 +17,7 @@ public:
     FaultyCalls(const FaultyCalls &) = delete;
     FaultyCalls &operator=(const FaultyCalls &) = delete;
 
-    // Whether as many calls came.
+    // Whether there were that many calls.
     [[nodiscard]] bool HasFailed() const;
 };
 

@@ -1,4 +1,4 @@
-// tests/support/fulldisk.h - a disk without room.
+// tests/support/fulldisk.h - a full disk.
 #pragma once
 
 #include <sys/resource.h>
@@ -8,7 +8,7 @@
 namespace tests
 {
 
-// While one lives, no file of this process grows beyond `bytes`.
+// While one exists, no file of this process can become larger than `bytes`.
 class FullDisk
 {
 public:

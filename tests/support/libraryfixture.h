@@ -1,5 +1,5 @@
-// tests/support/libraryfixture.h - a program folder with a fresh catalogue, a music folder beside
-// it, and the ports that the catalogue's jobs need; all gone again at the end.
+// tests/support/libraryfixture.h - a program folder with a new catalogue, a music folder beside it,
+// and the ports for the catalogue's jobs; the destructor removes them.
 #pragma once
 
 #include "catalogue/recordset.h"
@@ -21,16 +21,24 @@ protected:
     LibraryFixture();
     ~LibraryFixture() override;
 
-    // The music folder, and a path in it.
+    // The music folder; Song gives a path in it.
     const std::string &Music() const { return m_music; }
     std::string Song(const std::string &name) const { return m_music + "/" + name; }
 
-    // The rows of MP3s in the order in which they were added, each as its fields joined with "|":
-    // Title|Artist|Album|Year|Comment|Genre|Lyrics|Path|Disk_Label|Duplicated. The music folder's
-    // path is written as "~".
+    // The rows of MP3s in the order of adding, each as its fields with "
+    // " between them: Title
+    // Artist
+    // Album
+    // Year
+    // Comment
+    // Genre
+    // Lyrics
+    // Path
+    // Disk_Label
+    // Duplicated. The path of the music folder is written as "~".
     std::vector<std::string> Rows() const;
 
-    TestFolder folder; // holds "app", the program's folder, and "music"
+    TestFolder folder; // contains "app", the program's folder, and "music"
     FakeClock clock;
     FakeDrives drives;
     ScriptedDesktop desktop;

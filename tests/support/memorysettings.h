@@ -1,5 +1,5 @@
-// tests/support/memorysettings.h - settings and file types kept in memory, for a test to look at.
-// Each stands in for the machine's own from its making to its end.
+// tests/support/memorysettings.h - settings and file types in memory, which a test can read. While
+// one exists, it is the port in TheMachine().
 #pragma once
 
 #include "platform/filetypes.h"
@@ -50,8 +50,8 @@ public:
     void Flush() override { ++flushes; }
 
     std::map<std::string, std::string> values; // by "title/section/key"
-    std::vector<std::string> reads;            // "section/key", in their order
-    std::function<void()> onWrite;             // before each
+    std::vector<std::string> reads;            // "section/key", in the order of the calls
+    std::function<void()> onWrite;             // called before each write
     int flushes = 0;
 
 private:
@@ -78,7 +78,7 @@ public:
 
     void WritePairs(const Pairs &pairs) override { types.push_back(pairs); }
 
-    std::vector<Pairs> types; // one element a call
+    std::vector<Pairs> types; // one element for each call
 
 private:
     platform::FileTypes *m_before;

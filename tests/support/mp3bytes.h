@@ -1,5 +1,4 @@
-// tests/support/mp3bytes.h - small MP3 files as bytes, made by the formats' own layouts, and what
-// one look into such a file gives.
+// tests/support/mp3bytes.h - makes the bytes of small MP3 files, and reads one into a struct.
 #pragma once
 
 #include "metadata/records.h"
@@ -10,13 +9,13 @@
 namespace tests
 {
 
-// An ID3v2.3 frame: identifier, size, flags, and `data` (encoding byte included) as it stands.
+// An ID3v2.3 frame: identifier, size, flags, and `data` (with its encoding byte) unchanged.
 std::string Frame(std::string_view identifier, std::string_view data);
 
 // A text frame: encoding 0 and `text`; Frame3 without flags.
 std::string TextFrame(std::string_view identifier, std::string_view text);
 
-// An ID3v2.3 tag around `frames`.
+// An ID3v2.3 tag that contains `frames`.
 std::string Id3v2(std::string_view frames);
 
 struct Id3v1Fields {
@@ -31,24 +30,24 @@ std::string Id3v1(const Id3v1Fields &fields);
 // Four silent MPEG-1 Layer 3 frames, 128 kbit/s, 44100 Hz.
 std::string Audio();
 
-// A text with its NULs: Z("a\0b") is three characters.
+// A text with its NULs: Z("a\0b") has three characters.
 template <std::size_t Size>
 std::string Z(const char (&literal)[Size])
 {
     return std::string(literal, Size - 1);
 }
 
-// `value` in 4 bytes of 7 or of 8 bits.
+// `value` as 4 bytes with 7 or with 8 bits each.
 std::string Number128(unsigned value);
 std::string Number256(unsigned value);
 
 // A version 3 frame: identifier, size, flags, the encoding byte 0, `data`.
 std::string Frame3(std::string_view identifier, std::string_view data, std::string_view flags = {});
 
-// A whole ID3v2 tag around `body`.
+// A complete ID3v2 tag that contains `body`.
 std::string Tag(int majorVersion, std::string_view body);
 
-// An ID3v1 tag, its fields filled with `filler`.
+// An ID3v1 tag whose fields are padded with `filler`.
 std::string Tag1(std::string_view title, std::string_view artist, std::string_view album,
                  std::string_view year, std::string_view comment, int track, int genre,
                  char filler = '\0');
@@ -56,7 +55,7 @@ std::string Tag1(std::string_view title, std::string_view artist, std::string_vi
 // The four bytes of a 128 kbit/s, 44100 Hz, joint stereo header.
 std::string Header128();
 
-// All that one pass over a file gives.
+// The results of one pass over a file.
 struct Pass {
     metadata::ID3v1Tag v1;
     metadata::ID3v2Tag v2;

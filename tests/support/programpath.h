@@ -1,4 +1,4 @@
-// tests/support/programpath.h - another PATH for the time of a test.
+// tests/support/programpath.h - changes the PATH during a test.
 #pragma once
 
 #include <cstdlib>
@@ -7,7 +7,7 @@
 namespace tests
 {
 
-// Looks for programs in `folder` alone, from its making to its end.
+// While one exists, programs are searched for only in `folder`.
 class PathOfPrograms
 {
 public:

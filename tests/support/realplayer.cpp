@@ -23,7 +23,7 @@ constexpr const char *kName = "org.atheme.audacious";
 constexpr const char *kPath = "/org/atheme/audacious";
 constexpr int kSampleRate = 44100;
 
-// A song of silence; made once a process.
+// A song of silence; made once in a process.
 const std::string &SilentSong(int seconds)
 {
     static std::map<int, std::string> store;

@@ -1,5 +1,5 @@
-// tests/support/realplayer.h - the real player as a process of the test's own, and raw calls to it
-// beside the port. Needs a D-Bus session and a sound server (tests/windows/run_windowed --player).
+// tests/support/realplayer.h - the real player, started by the test, and calls to it that do not
+// use the port. Needs a D-Bus session and a sound server (tests/windows/run_windowed --player).
 #pragma once
 
 #include "tests/support/testfolder.h"
@@ -16,7 +16,7 @@
 namespace tests
 {
 
-// Waits in real time, at most `limitMs`. Returns whether it held.
+// Waits in real time, at most `limitMs`. Returns: whether the condition became true.
 bool WaitRealTime(const std::function<bool()> &condition, int limitMs = 60'000);
 
 class RealPlayer
@@ -30,14 +30,14 @@ public:
     void Start(); // with an empty list; returns when it answers
     void Kill();  // at once, by a signal
     void Signal(int signalNo) const;
-    pid_t Process(); // of whoever has the player's name; 0 = nobody
+    pid_t Process(); // the process with the player's name on the bus; 0 = none
     bool IsThere() { return Process() != 0; }
-    bool IsUp(); // its remote control is on the bus as well; a question before that ends the player
+    bool IsUp(); // its remote control is on the bus too; asking it earlier would end the player
 
     // Raw calls.
     void Order(const char *method);
     void Order(const char *method, std::uint32_t argument);
-    void Add(const std::vector<std::string> &paths); // waits until they are in the list
+    void Add(const std::vector<std::string> &paths); // returns when they are in the list
     std::string Status();
     std::uint32_t Time();
     std::uint32_t Position();
@@ -46,7 +46,8 @@ public:
     std::int32_t Lists();
     bool Shuffles();
 
-    // Makes a song of silence with the encoder; the same bytes for the same length, from a store.
+    // Makes a song of silence with the encoder. The same length always gives the same bytes, which
+    // are made once.
     std::string Song(const std::string &name, int seconds = 100) const;
     TestFolder music;
 

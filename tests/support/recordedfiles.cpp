@@ -129,7 +129,7 @@ int RecordedFiles::MakeFolder(const std::string &path)
     return reason;
 }
 
-// Whether something behind the change, and before the cut, brought it to the disk.
+// Whether a flush after the change and before the power cut has written it to the disk.
 bool RecordedFiles::IsOnDisk(int change, int done) const
 {
     const Change &wanted = m_changes[static_cast<std::size_t>(change)];
@@ -143,7 +143,7 @@ bool RecordedFiles::IsOnDisk(int change, int done) const
     return false;
 }
 
-// Of what is not on the disk: the changes of names in `keptNames`, and so many halves of each
+// Of what was not flushed: the changes of names in `keptNames`, and `keptHalves` halves of each
 // file's bytes.
 RecordedFiles::Disk RecordedFiles::StateAfter(int done, Range keptNames, int keptHalves) const
 {
@@ -177,7 +177,7 @@ void RecordedFiles::AfterCut(int done,
 {
     std::vector<Range> ranges{{0, 0}};
     for (int at = 0; at < done; ++at) {
-        ranges.push_back({0, at + 1});  // a disk that keeps the order of changes
+        ranges.push_back({0, at + 1});  // a disk that writes the changes in order
         ranges.push_back({at, at + 1}); // and one that does not
     }
     std::set<std::map<std::string, std::string>> seen;
@@ -190,7 +190,7 @@ void RecordedFiles::AfterCut(int done,
             if (!seen.insert(whole).second)
                 continue;
             const TestFolder folder;
-            // A name whose folder did not come to the disk is lost with it.
+            // A name is lost when its folder was not flushed.
             for (const auto &[name, file] : disk.names)
                 if (!FolderOf(name).empty() && disk.names.count(FolderOf(name)) == 0)
                     continue;

@@ -1,5 +1,5 @@
-// tests/support/recordedfiles.h - the real files, with a record of every change; and what a disk
-// may hold after a power cut at any point of that record.
+// tests/support/recordedfiles.h - the real files with a record of every change, and what can be on
+// the disk after a power cut at any point of that record.
 #pragma once
 
 #include "platform/posix/systemfiles.h"
@@ -13,13 +13,14 @@
 namespace tests
 {
 
-// Records what is done below one folder. A power cut keeps what was brought to the disk before it:
-// a file's bytes by Flush, a folder's names by FlushFolderOf. Of the rest it keeps a part: the
-// changes of names up to any of them, or a single one; and none, half or all of the bytes.
+// Records all changes in one folder. What was flushed before the power cut is on the disk: the
+// bytes of a file by Flush, the names in a folder by FlushFolderOf. Of the rest a part is on the
+// disk: the changes of names up to any of them, or any single one; and none, half or all of the
+// bytes.
 class RecordedFiles : public platform::posix::SystemFilesPort
 {
 public:
-    // `root`: the folder in which everything happens; what is in it now is on the disk.
+    // All changes are made in the folder `root`; its contents now are on the disk.
     explicit RecordedFiles(std::string root);
 
     int CreateBeside(const std::string &finalPath, std::string &temporaryPath) override;
@@ -32,11 +33,11 @@ public:
     int Delete(const std::string &path) override;
     int MakeFolder(const std::string &path) override;
 
-    // The number of recorded changes: a cut may come before each of them and behind the last.
+    // The number of recorded changes; a power cut can come before each of them and after the last.
     [[nodiscard]] int Count() const { return static_cast<int>(m_changes.size()); }
 
-    // Calls `look` with a folder that holds what the disk may hold when the power goes after the
-    // first `done` changes; once for every such state. The folder is gone again afterwards.
+    // Calls `look` with a folder that has what can be on the disk after a power cut when the first
+    // `done` changes were made; once for each possibility. The folder is deleted again.
     void AfterCut(int done, const std::function<void(const std::string &root)> &look) const;
 
 private:
@@ -44,12 +45,12 @@ private:
     struct Change {
         Kind kind;
         int file = 0;      // a number for each file
-        std::string name;  // below the root; of the file, or of the folder
+        std::string name;  // relative to the root: the file, or the folder
         std::string other; // the new name
         std::string bytes;
     };
     struct Range {
-        int begin, end; // numbers of changes, the end exclusive
+        int begin, end; // numbers of changes; `end` is not included
     };
     struct Disk {
         std::map<std::string, int> names; // 0 = a folder
@@ -62,7 +63,7 @@ private:
     void RecordRename(const std::string &from, const std::string &to);
 
     std::string m_root;
-    Disk m_disk, m_now;         // at the beginning; the names as they are
+    Disk m_disk, m_now;         // at the beginning; the names now
     std::map<int, int> m_files; // handle -> file
     int m_lastFile = 0;
     std::vector<Change> m_changes;

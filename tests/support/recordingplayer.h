@@ -1,5 +1,5 @@
-// tests/support/recordingplayer.h - a player port that notes what it is told and answers what a
-// test set.
+// tests/support/recordingplayer.h - a player port that records the calls and returns what the test
+// has set.
 #pragma once
 
 #include "platform/machine.h"
@@ -18,8 +18,8 @@
 namespace tests
 {
 
-// Stands in for TheMachine().player from its making to its end. `told` has every call in a line of
-// text; a message is "message wParam lParam".
+// While one exists, it is TheMachine().player. `told` has each call as a line of text; a message is
+// "message wParam lParam".
 class RecordingPlayer : public platform::Player
 {
 public:
@@ -131,26 +131,26 @@ public:
         answers["1024 " + std::to_string(argument) + " " + std::to_string(request)] = answer;
     }
 
-    // Makes WINAMP.m3u hold `text`.
+    // Writes `text` to WINAMP.m3u.
     void SetPlaylist(std::string_view text) const { WriteFile(Playlist(), text); }
     std::string Playlist() const { return folder / "WINAMP.m3u"; }
 
-    // The calls since the last question.
+    // The calls since the last call of this.
     std::vector<std::string> Told() { return std::exchange(told, {}); }
 
-    TestFolder folder; // the player's own
+    TestFolder folder; // the folder of the player
     platform::WindowHandle window = 9;
     std::map<std::string, std::int32_t> answers; // by "message wParam lParam"; else 0
     platform::WindowHandle foreground = 3;
-    int frontAfter = 0; // attempts that do not bring a window forward
+    int frontAfter = 0; // attempts that do not bring a window to the front
     std::map<unsigned char, std::int16_t> keys;
-    std::string command = "\"" + (folder / "player") + "\" \"%1\""; // of the registry
+    std::string command = "\"" + (folder / "player") + "\" \"%1\""; // in the registry
     std::uint32_t valueType = 1;
-    int readError = 0; // ReadFile fails with it
+    int readError = 0; // ReadFile fails with this error
     bool refusesFiles = false;
     bool noteRegistry = false, noteReads = false;
     std::function<void()> onEnqueue, onStart, onLearn;
-    std::function<void(const std::string &)> onCall; // at every call, with its line
+    std::function<void(const std::string &)> onCall; // called for each call, with its line
     std::vector<std::string> told;
 
 private:

@@ -1,5 +1,5 @@
-// tests/support/scripteddesktop.h - a desktop whose user follows a script. A question that nobody
-// scripted fails the test, and so does a scripted answer that nobody asked for.
+// tests/support/scripteddesktop.h - a desktop port whose answers the test sets in advance. A
+// question without an answer fails the test, and so does an answer that no question used.
 #pragma once
 
 #include "platform/desktop.h"
@@ -14,7 +14,7 @@
 namespace tests
 {
 
-// Stands in for TheMachine().desktop from its making to its end.
+// While one exists, it is TheMachine().desktop.
 class ScriptedDesktop : public platform::Desktop
 {
 public:
@@ -23,8 +23,8 @@ public:
     ScriptedDesktop(const ScriptedDesktop &) = delete;
     ScriptedDesktop &operator=(const ScriptedDesktop &) = delete;
 
-    // The next box, input box or file dialog must hold `part` in its text (a file dialog: in its
-    // title) and gets this answer. Questions come in the order of the script.
+    // The text of the next box or input box, or the title of the next file dialog, must contain
+    // `part`, and gets this answer. The order of the calls is the order of the questions.
     void ExpectBox(std::string part, platform::Answer answer = platform::Answer::Ok);
     void ExpectInput(std::string part, std::optional<std::string> answer);
     void ExpectOpen(std::string part, std::optional<std::string> path);
@@ -59,7 +59,7 @@ public:
         platform::Buttons buttons;
         platform::BoxIcon icon;
     };
-    std::vector<Box> boxes; // every box that came, answered or not
+    std::vector<Box> boxes; // every box that was shown
     struct Input {
         std::string prompt, title, initialText;
     };
@@ -69,14 +69,14 @@ public:
         std::vector<platform::FileFilter> filters;
         std::string folder;
     };
-    std::vector<Open> opens;            // every open dialog
-    std::vector<std::string> details;   // of the boxes that came with some
+    std::vector<Open> opens;            // every file dialog
+    std::vector<std::string> details;   // of the boxes that had some
     std::vector<std::string> addresses; // every address that was opened
-    std::vector<std::string> folders;   // the working folder of each
+    std::vector<std::string> folders;   // the working folder for each address
     std::string clipboard;
     platform::Pointer pointer = platform::Pointer::Normal;
     int yields = 0;                 // calls of DoEvents
-    std::function<void()> doEvents; // what a yield does; empty: nothing
+    std::function<void()> doEvents; // called at each yield; may be empty
 
 private:
     enum class Kind { Box, Input, Open, Save };
@@ -86,7 +86,7 @@ private:
         platform::Answer answer;
         std::optional<std::string> text;
     };
-    // The step that answers this question; null after a failure of the test.
+    // The answer to this question; null when there is none, which fails the test.
     const Step *Next(Kind kind, std::string_view text);
 
     std::vector<Step> m_script;
@@ -95,7 +95,7 @@ private:
     platform::Desktop *m_before;
 };
 
-// A desktop whose pointer fails one time: in the first look-up, which sets it at its end.
+// A desktop whose pointer fails once: when the first look-up sets it back at its end.
 struct FailingPointer : ScriptedDesktop {
     bool armed = true;
     void SetPointer(platform::Pointer wanted) override

@@ -1,5 +1,5 @@
-// tests/support/silentdesktop.h - the desktop port with harmless defaults, and a clock that only
-// waiting moves on. For tests that look at one thing of them: derive and override that.
+// tests/support/silentdesktop.h - a desktop port with harmless defaults, and a clock that only
+// waits move on. A test that needs one of their procedures derives from them and overrides it.
 #pragma once
 
 #include "platform/clock.h"
@@ -8,7 +8,7 @@
 namespace tests
 {
 
-// Nobody answers: boxes are confirmed, questions give nothing, nothing is opened.
+// Boxes return Ok, questions nothing; nothing is opened.
 struct SilentDesktop : platform::Desktop {
     platform::Answer MessageBox(std::string_view /*text*/, platform::Buttons /*buttons*/,
                                 std::string_view /*title*/, platform::BoxIcon /*icon*/) override

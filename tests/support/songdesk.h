@@ -1,5 +1,5 @@
-// tests/support/songdesk.h - what an edit of a song needs around it: a desktop and a clock of its
-// own, a program folder, the settings. All of it is put back at the end.
+// tests/support/songdesk.h - what an edit of a song needs: a desktop and a clock, a program folder,
+// settings. The destructor restores everything.
 #pragma once
 
 #include "tests/support/silentdesktop.h"
@@ -12,11 +12,11 @@
 namespace tests
 {
 
-// A desktop that keeps what it was asked for, and a clock that only waiting moves on.
+// A desktop that records what it is asked, and a clock that only waits move on.
 class SongDesk : public SilentDesktop, public WaitedClock
 {
 public:
-    SongDesk(); // with a program folder, both settings off, no hooks
+    SongDesk(); // makes a program folder; both settings off, no hooks
     ~SongDesk() override;
     SongDesk(const SongDesk &) = delete;
     SongDesk &operator=(const SongDesk &) = delete;
@@ -28,9 +28,9 @@ public:
 
     std::vector<std::string> boxes;
     std::vector<platform::Pointer> pointers;
-    std::function<void()> onEvents; // runs at every yield
+    std::function<void()> onEvents; // called at each yield
     int yields = 0;
-    TestFolder program; // the program's own folder
+    TestFolder program; // the program's folder
     TestFolder music;
 
 private:

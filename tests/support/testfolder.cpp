@@ -19,7 +19,8 @@ TestFolder::TestFolder() : m_path((fs::temp_directory_path() / "quenlin-test-XXX
 
 TestFolder::~TestFolder()
 {
-    std::error_code ignored; // what cannot be listed is opened up first, then all goes
+    std::error_code ignored; // folders that cannot be listed get their rights back first, then
+                             // everything is deleted
     for (auto at = fs::recursive_directory_iterator(
              m_path, fs::directory_options::skip_permission_denied, ignored);
          at != fs::recursive_directory_iterator(); at.increment(ignored))

@@ -1,4 +1,5 @@
-// tests/support/testfolder.h - a fresh folder for one test, gone again at its end, and small files.
+// tests/support/testfolder.h - a new folder for one test, which its destructor deletes, and small
+// files.
 #pragma once
 
 #include <filesystem>
@@ -8,8 +9,8 @@
 namespace tests
 {
 
-// A new empty folder under the system's folder for temporary files; removed with all it holds when
-// the object goes, also where a test took away the rights of a sub-folder.
+// A new empty folder for temporary files. The destructor deletes it with all its contents, also
+// when a test has removed the rights of a sub-folder.
 class TestFolder
 {
 public:
@@ -28,10 +29,11 @@ private:
     std::string m_path;
 };
 
-// Writes `bytes` as the whole content of the file; folders on the way are made. Fails the test.
+// Writes `bytes` to the file, in place of what it had; makes missing folders. Fails the test on an
+// error.
 void WriteFile(const std::string &path, std::string_view bytes);
 
-// The whole content of the file; fails the test when it cannot be read.
+// The whole contents of the file; fails the test when it cannot be read.
 std::string ReadFile(const std::string &path);
 
 } // namespace tests

@@ -8,8 +8,8 @@
 namespace tests
 {
 
-// Looks every two milliseconds whether `done` holds. False when it does not within `limit`, which
-// is far more than a loaded machine needs: a test that ends there has found a defect.
+// Checks `done` every two milliseconds. Returns: false when it was not true within `limit`, which
+// is much more than a loaded machine needs: a test that fails here has found a defect.
 [[nodiscard]] inline bool WaitUntil(const std::function<bool()> &done,
                                     std::chrono::milliseconds limit = std::chrono::seconds(60))
 {

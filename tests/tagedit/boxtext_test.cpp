@@ -1,4 +1,4 @@
-// What a box shows of a field, and the field behind a changed box.
+// What a box shows of a field, and which bytes the field gets when the box is changed.
 #include "runtime/codepage.h"
 #include "tagedit/boxtext.h"
 #include "tests/support/mp3bytes.h"
@@ -18,8 +18,8 @@ TEST(ShownText, EndsAtTheFirstNul)
     EXPECT_EQ(ShownText(""), "");
 }
 
-// Whatever bytes a field holds: a box that nobody touched gives them back, and a character typed at
-// the end or the start, then taken away again, changes nothing but what lay behind a NUL.
+// Whatever bytes a field has: an unchanged box gives them back, and a character that is typed at
+// the end or the start and then deleted changes nothing except what followed a NUL.
 TEST(EditedField, EveryByteComesBack)
 {
     std::string every;

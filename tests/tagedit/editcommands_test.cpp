@@ -33,7 +33,7 @@ protected:
 
     browser::MainForm &Form() { return browser::frmMain(); }
 
-    // Writes the song, brings it into the catalogue and lists all rows; the first is selected.
+    // Writes the song, adds it to the catalogue and lists all rows; the first is selected.
     void Catalogued(const std::string &name, const std::string &bytes)
     {
         tests::WriteFile(Song(name), bytes);

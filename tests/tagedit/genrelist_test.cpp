@@ -49,7 +49,7 @@ TEST(FindNextEntry, Table)
         const char *letter;
         int want;
     } cases[] = {
-        {-1, "x", 0}, // the whole list, where nothing is selected
+        {-1, "x", 0}, // the whole list, when nothing is selected
         {0, "x", -1}, // the second search begins at entry 1
         {-1, "g", 4}, // "genre" is passed over
         {4, "g", 4},  // round to itself

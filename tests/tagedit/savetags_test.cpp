@@ -97,7 +97,7 @@ TEST_F(SaveTags, TheFirstTagIsBuiltFromItsColumn)
                       .replace(32, 1, 1, '\0'))); // the blank that the cut leaves is trimmed
 }
 
-// Fields of any bytes, of which one other is changed: they come back as they were.
+// All fields but one have any bytes; they are the same after an edit of that one.
 TEST_F(SaveTags, OtherFieldsKeepTheirBytes)
 {
     std::string every;
@@ -178,7 +178,7 @@ TEST_F(SaveTags, AFileWrittenAnewWithTheSameTagsIsSaved)
     EXPECT_TRUE(ReadFile(m_path) == Sound(5000) + Tag1("Mine", "", "", "", "", 1, 255));
 }
 
-// Changed while SaveTag works: its own refusal, in its own words, then the offer.
+// Changed while SaveTag works: SaveTag refuses with its own message, then the question follows.
 TEST_F(SaveTags, ASongChangedWhileItIsSavedIsLeftAndOffered)
 {
     Open(Sound() + Tag1("Title", "", "", "", "", 1, 255));
@@ -210,8 +210,8 @@ TEST_F(SaveTags, AFileThatIsGoneKeepsTheWindowOpen)
     EXPECT_FALSE(std::filesystem::exists(m_path));
 }
 
-// Each call of the file port that changes something fails once: the song is whole, the old or the
-// new one, and the window closes only over the new one.
+// Each call of the files port that changes something fails once: the song is the complete old or
+// new one, and the window closes only after the new one was written.
 TEST_F(SaveTags, EveryFaultIsToldAndKeepsTheWindowOpen)
 {
     const std::string old = Sound() + Tag1("Title", "", "", "", "", 1, 255);
@@ -220,7 +220,7 @@ TEST_F(SaveTags, EveryFaultIsToldAndKeepsTheWindowOpen)
     for (int call = 1;; ++call) {
         SCOPED_TRACE(call);
         Open(old);
-        std::vector<std::string> rows; // what the catalogue is told
+        std::vector<std::string> rows; // the calls of the catalogue's hook
         metadata::TheTagWriterHooks().updateCatalogue =
             [&](const metadata::ID3v2Tag &tag, const std::string &) { rows.push_back(tag.Title); };
         m_answers.boxes.clear();
@@ -238,12 +238,12 @@ TEST_F(SaveTags, EveryFaultIsToldAndKeepsTheWindowOpen)
             EXPECT_TRUE(song == old);
             EXPECT_EQ(V1().txtTitle.Text(), "Mine");
             ASSERT_FALSE(rows.empty());
-            EXPECT_EQ(rows.back(), "Title"); // the rows say again what the file says
+            EXPECT_EQ(rows.back(), "Title"); // the rows have the values of the file again
         } else {
             EXPECT_TRUE(song == wanted);
         }
         if (files.calls < call)
-            break; // the whole way without a fault
+            break; // no call has failed
         EXPECT_FALSE(Boxes().empty() && !closes);
         std::filesystem::remove(m_path + ".bck");
         ASSERT_LT(call, 50);

@@ -152,7 +152,7 @@ TEST_F(TagEditorTest, LettersChooseInTheFirstGenreBoxOnly)
 
 TEST_F(TagEditorTest, FullBoxesOfTheFirstColumnTakeNoKey)
 {
-    // Our own tags are filled with NULs: those do not count.
+    // Tags that this program writes are padded with NULs, which do not count.
     Open(Sound() + Tag1("Title", "", "", "19", "", 0, 255));
     EXPECT_FALSE(tagedit::IsLimitReached(m_editor, V1().txtTitle));
     EXPECT_FALSE(tagedit::IsLimitReached(m_editor, V1().txtYear));
@@ -213,7 +213,7 @@ TEST_F(TagEditorTest, TheFirstGenreBoxHoldsEntriesOnly)
     V2().cmbGenre.SetText("Rocky");
     EXPECT_EQ(V2().cmbGenre.Text(), "Rocky");
     tagedit::cmdToID3_Click(m_editor, kID3v2);
-    EXPECT_EQ(V1().cmbGenre.Text(), "Rocky"); // a copy brings any
+    EXPECT_EQ(V1().cmbGenre.Text(), "Rocky"); // a copy can set any text
 }
 
 TEST_F(TagEditorTest, KeysThatTypeNothingAreFree)

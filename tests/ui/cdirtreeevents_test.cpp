@@ -59,7 +59,7 @@ TEST_F(DirTree, CollapsingIsAClick)
     folders.listed.clear();
     TV.ClickExpander(disk);
     EXPECT_EQ(folders.listed, Texts{root});
-    const std::string key = Key(root); // the selection came up to the collapsed node
+    const std::string key = Key(root); // the collapsed node is selected now
     EXPECT_EQ(events, (Texts{"ChangePath " + key, "ChangePath " + key, "NodeSelected " + key}));
 }
 

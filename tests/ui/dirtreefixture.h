@@ -22,7 +22,7 @@ namespace tests
 
 using Texts = std::vector<std::string>;
 
-// The real folders of the test, with a desktop of its own, and disks that do not answer.
+// The real folders of the test, with its own desktop folder, and disks that do not answer.
 class TestFolders : public platform::Folders
 {
 public:

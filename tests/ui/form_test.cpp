@@ -54,7 +54,7 @@ TEST(Forms, LoadingGivesTheTextsOfTheTableThenTellsTheForm)
     EXPECT_EQ(form.cmdOk.ToolTip(), "Keeps all");
     EXPECT_EQ(form.cmdPlay.SpokenName(), "Play the song");
     EXPECT_EQ(form.cmdPlay.Caption(), "");
-    Show(form); // it is there: it comes forward
+    Show(form); // loaded already: it is brought to the front
     EXPECT_EQ(order, "load &Ok ");
     Close(form);
     EXPECT_EQ(order, "load &Ok unload");
@@ -161,7 +161,7 @@ TEST(Button, ADisabledOneDoesNothing)
 {
     Button button("&Ok");
     int clicks = 0;
-    button.Click(); // nobody listens
+    button.Click(); // no handler
     button.onClick = [&] { ++clicks; };
     button.SetEnabled(false);
     button.Click();
@@ -199,7 +199,7 @@ TEST(ComboBox, ChoosesEntriesAndShowsAnyText)
 TEST(Area, FocusIsAskedOfTheWindow)
 {
     TextBox box;
-    box.SetFocus(); // nobody shows it
+    box.SetFocus(); // no window shows it
     int asked = 0;
     box.focusWanted = [&] { ++asked; };
     box.SetFocus();

@@ -57,7 +57,7 @@ TEST(KeyedList, ColumnsByKeyWidthAndPosition)
     EXPECT_EQ(Positions(list), "Path Title Artist Non Icon ");
 }
 
-// What a change of single cells and marks tells the window: no more than it must.
+// What the window is notified of when single cells and marks change: not more than needed.
 TEST(KeyedList, CellsAndDimmedRows)
 {
     KeyedList list;

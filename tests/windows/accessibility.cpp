@@ -9,7 +9,7 @@ namespace tests
 namespace
 {
 
-// What only holds others, or is a part of the control around it, and needs no name of its own.
+// A widget that only contains others, or is a part of the control around it, and needs no name.
 bool IsContainer(QAccessible::Role role)
 {
     switch (role) {
@@ -37,7 +37,7 @@ bool IsView(QAccessible::Role role)
     return role == QAccessible::Table || role == QAccessible::Tree || role == QAccessible::List;
 }
 
-// The scroll bars that a scrolling view brings along are a part of it.
+// The scroll bars of a scrolling view are a part of it.
 bool IsPartOfView(const QAccessibleInterface &item)
 {
     const QObject *object = item.object();
@@ -45,7 +45,7 @@ bool IsPartOfView(const QAccessibleInterface &item)
            object->parent()->objectName().startsWith(QLatin1String("qt_scrollarea_"));
 }
 
-// A label says its text, which may be empty; a group of controls may have no caption.
+// A label speaks its text, which may be empty; a group of controls may have no caption.
 bool NeedsName(const QAccessibleInterface &item)
 {
     return item.role() != QAccessible::StaticText && item.role() != QAccessible::Graphic &&
@@ -96,7 +96,8 @@ private:
                 Visit(*child, PathOf(*child, path, i));
     }
 
-    // A row speaks through its first cell; the others may be empty, as an album may be.
+    // The name of a row is that of its first cell; the other cells may be empty, as an album may
+    // be.
     void VisitRows(QAccessibleTableInterface &table, const std::string &path)
     {
         const int rows = std::min(table.rowCount(), m_maxRows);

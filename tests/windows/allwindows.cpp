@@ -44,8 +44,8 @@ namespace tests
 namespace
 {
 
-// The forms of the program, each as its command makes it, with contents that are as long as they
-// come. A new form is one line here.
+// The forms of the program, made as their commands make them, with long contents. A new form is one
+// more line here.
 struct FormCase {
     const char *name;
     std::function<std::unique_ptr<ui::Form>()> make;
@@ -76,7 +76,7 @@ std::unique_ptr<ui::Form> LyricsWindow(LyricsMode mode)
         if (form.showTimes.Enabled())
             form.Lyrics.Select(form.Times->at("30l").Start, form.Times->at("30l").Length);
         else
-            form.Lyrics.Select(25, 1); // the line break, as behind a line that was marked
+            form.Lyrics.Select(25, 1); // the line break, as after a line that was marked
     };
     return made;
 }
@@ -125,7 +125,8 @@ std::unique_ptr<ui::Form> MakeTagEditor(const std::string &song)
     return form;
 }
 
-// Songs with both tags, with none, and with long values, among them characters that no tag holds.
+// Songs with both tags, with none, and with long values that contain characters which no tag can
+// hold.
 std::vector<FormCase> TagEditorCases(const TestFolder &folder)
 {
     const std::string full = folder / "full.mp3";

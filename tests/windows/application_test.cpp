@@ -51,13 +51,13 @@ TEST_F(ApplicationTest, EachKindIsToldAndTheProgramGoesOn)
 
 TEST_F(ApplicationTest, ErrorThatComesAgainAndAgainIsToldOnceAtATime)
 {
-    // One timer waits for its own handler; the other one goes on failing meanwhile.
+    // One timer waits in its own handler; the other one keeps failing meanwhile.
     QTimer failing, alsoFailing;
     for (QTimer *timer : {&failing, &alsoFailing})
         QObject::connect(timer, &QTimer::timeout, [] { throw RuntimeError(runtime::kOverflow); });
     App().tellError = [&](const RuntimeError &error) {
         Note(error);
-        if (told.size() == 1) { // the user takes his time, and another error comes meanwhile
+        if (told.size() == 1) { // the user is slow to answer, and another error occurs meanwhile
             QTimer::singleShot(20, [] { throw RuntimeError(runtime::kFileNotFound); });
             tests::LetRun(100);
             EXPECT_EQ(told.size(), 1u);
@@ -71,7 +71,7 @@ TEST_F(ApplicationTest, ErrorThatComesAgainAndAgainIsToldOnceAtATime)
     tests::LetRun(50);
     EXPECT_EQ(told, (Told{"6 Overflow", "53 File not found"}));
 
-    // Told before is no reason not to tell it again.
+    // An error that was reported before is reported again.
     QTimer::singleShot(0, [] { throw RuntimeError(runtime::kOverflow); });
     EXPECT_TRUE(tests::WaitUntil([&] { return told.size() == 3; }));
 }

@@ -81,7 +81,7 @@ void TypeText(const std::string &text)
 namespace
 {
 
-// A point of the control in its window, which is what the window system speaks of.
+// A point of the control relative to its window, as the window system needs it.
 QPoint InWindow(QWidget &control, QPoint at)
 {
     return control.mapTo(control.window(), at);
@@ -161,7 +161,7 @@ void WhenModal(const std::function<void(QWidget &modal)> &action, int millisecon
         }
         action(*modal);
         if (modal.isNull())
-            return; // it is gone already
+            return; // it is closed already
         QTimer::singleShot(milliseconds, modal, [modal] {
             ADD_FAILURE() << "still up: " << modal->windowTitle().toStdString();
             CloseModalWindows();

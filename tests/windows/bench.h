@@ -1,10 +1,9 @@
-// tests/windows/bench.h - what the tests of windows share: finding controls by their names, keys
-// and mouse as events of the window system, waiting for something to come true, screenshots, and
-// the walk over what a screen reader sees.
+// tests/windows/bench.h - shared by the tests of windows: finds controls by name, sends keys and
+// mouse events through the window system, waits for conditions, makes screenshots, and lists what a
+// screen reader finds.
 //
-// The programs run under tests/windows/run_windowed: a display, a window manager, a D-Bus session
-// and home folders of their own. Suites whose name ends in "Scaled" run a second time at 200
-// percent.
+// The programs run under tests/windows/run_windowed: a separate display, window manager, D-Bus
+// session and home folder. Suites whose names end with "Scaled" run a second time at 200 percent.
 #pragma once
 
 #include <QApplication>
@@ -49,17 +48,17 @@ void LetRun(int milliseconds);
 void PressKey(const char *keys);
 void TypeText(const std::string &text);
 
-// A press and release in the middle of the control, or `at` (in its own pixels), as the window
-// system reports it.
+// Presses and releases the button in the middle of the control, or at `at` (in pixels of the
+// control), through the window system.
 void Click(QWidget &control, Qt::MouseButton button = Qt::LeftButton);
 void ClickAt(QWidget &control, QPoint at, Qt::MouseButton button = Qt::LeftButton);
 void DoubleClickAt(QWidget &control, QPoint at);
 // A drag with the left button from one point of the control to another.
 void Drag(QWidget &control, QPoint from, QPoint to);
 
-// Runs `action` once, as soon as a modal window stands and has the keyboard. A modal window that
-// does not come in time fails the test, and so does one that is still up that long after the
-// action. Call it before what opens the window.
+// Runs `action` once, as soon as a modal window is open and has the focus. The test fails when no
+// modal window opens in that time, or when it is still open that long after the action. To be
+// called before the window is opened.
 void WhenModal(const std::function<void(QWidget &modal)> &action, int milliseconds = 5000);
 
 // Keeps a picture of the window, as the display shows it, at

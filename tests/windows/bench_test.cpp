@@ -50,7 +50,7 @@ TEST(ScriptedDesktopTest, AnswersInOrder)
     EXPECT_EQ(desktop.boxes[0].title, "T");
 }
 
-// A window with one of each kind that the walk has to tell apart.
+// A window with one control of each kind that the walk must distinguish.
 class SampleWindow : public QWidget
 {
 public:

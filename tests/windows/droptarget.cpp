@@ -1,6 +1,6 @@
-// Another program's window that files can be dropped on, for the tests. Stands at the place given
-// in pixels; prints "ready" when it shows, then for each drop the actions offered (1 copy, 2 move,
-// 4 link, added up) and the list of addresses as its bytes came, up to a line "end".
+// A window of another program on which files can be dropped, for the tests. It is at the given
+// place (in pixels); prints "ready" when it is shown, then for each drop the sum of the offered
+// actions (1 copy, 2 move, 4 link) and the bytes of the list of addresses, up to a line "end".
 #include <QApplication>
 #include <QDropEvent>
 #include <QMimeData>

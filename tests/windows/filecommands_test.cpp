@@ -22,7 +22,7 @@ namespace
 
 namespace fs = std::filesystem;
 
-// Real boxes; mails are kept instead of being opened.
+// Real boxes; a mail is recorded instead of being opened.
 struct MailingDesktop : platform::qt::QtDesktop {
     bool OpenAddress(const std::string &address, const std::string &) override
     {
@@ -75,8 +75,8 @@ protected:
         ClickAt(*LV().viewport(), RowAt(0));
     }
 
-    // Types into the input box that comes next and presses Enter, or Escape for an empty text.
-    // `look` may look at it first; `next` is for the box that follows.
+    // Types into the next input box and presses Enter, or Escape for an empty text. `look` can
+    // check it first; `next` is for the box that follows.
     void AnswerInput(const std::string &text, const std::function<void(QWidget &)> &look = {},
                      const std::function<void(QWidget &)> &next = {})
     {
@@ -94,8 +94,8 @@ protected:
         });
     }
 
-    // In the file dialog that comes next: types the path and presses Enter. The file may vanish
-    // right after that.
+    // In the next file dialog, types the path and presses Enter. The file may be deleted right
+    // after that.
     static void ChooseFile(const std::string &path, const std::function<void(QWidget &)> &next = {},
                            bool vanishes = false)
     {
@@ -140,7 +140,7 @@ TEST_F(FileCommandsScaled, RenameByTheMenu)
     EXPECT_TRUE(fs::exists(Song("new name.mp3")));
 }
 
-// What cannot be renamed is told in a box; song and row stay.
+// A file that cannot be renamed is reported in a box; song and row are unchanged.
 TEST_F(FileCommandsScaled, ANameThatIsTakenIsTold)
 {
     ShowSongs({"one.mp3", "two.mp3"});
@@ -211,7 +211,7 @@ TEST_F(FileCommandsScaled, AddingASongWithoutTagsIsTold)
                         "'\n\nThis means it will only be found on the path's node");
 }
 
-// The road of a mail: the question, the words, the mail.
+// From the question to the mail and its text.
 TEST_F(FileCommandsScaled, WhatCannotBeAddedIsMailed)
 {
     ShowSongs({"one.mp3"});

@@ -48,7 +48,7 @@ TEST_F(FormScaled, SeveralLinesKeepTheBreaksThatTheyHave)
     EXPECT_EQ(edit.toPlainText(), QStringLiteral("one\ntwo\nthree\nfo ur"));
     EXPECT_EQ(form.txtWords.Text(), odd) << "showing a text changes nothing";
     edit.setFocus();
-    form.txtWords.SetSelection({5, 3}); // behind the CR LF
+    form.txtWords.SetSelection({5, 3}); // after the CR LF
     EXPECT_EQ(edit.textCursor().selectedText(), QStringLiteral("two"));
     TypeText("2");
     EXPECT_EQ(form.txtWords.Text(), std::string("one\r\n2\rthree\nfo\0ur", 18));

@@ -1,4 +1,4 @@
-// The window of the song's controls by mouse and keys, over a player that notes what it is told.
+// The window of the song's controls with mouse and keys; its player records the calls.
 #include "player/controlsform.h"
 #include "tests/support/memorysettings.h"
 #include "tests/support/recordingplayer.h"
@@ -139,7 +139,7 @@ TEST_F(ControlsScaled, ADragSeeks)
     Told orders;
     ASSERT_TRUE(WaitForSeek(orders));
     ExpectSeek(orders, 140, 160);
-    LetRun(1500); // the tick that comes now leads to nothing more
+    LetRun(1500); // the next tick changes nothing more
     EXPECT_EQ(Orders(), Told());
     EXPECT_EQ(bar->value(), 0);
 }
@@ -155,7 +155,7 @@ TEST_F(ControlsScaled, AThumbThatIsHeldStaysUnderTheHand)
     ASSERT_TRUE(WaitUntil([&] { return form.SeekPending; }));
     const int held = bar->sliderPosition();
     EXPECT_GE(held, 140);
-    LetRun(1500); // ticks come, of a player that is at 0 now
+    LetRun(1500); // ticks, while the player is at 0
     EXPECT_EQ(bar->sliderPosition(), held);
     for (const std::string &line : Orders())
         EXPECT_EQ(line, kStop);
@@ -183,7 +183,7 @@ TEST_F(ControlsScaled, AClickBesideTheThumbSendsNothing)
 {
     ClickAt(*bar, Later());
     EXPECT_NE(bar->value(), 50);
-    EXPECT_TRUE(WaitUntil([&] { return bar->value() == 50; })); // it is put back
+    EXPECT_TRUE(WaitUntil([&] { return bar->value() == 50; })); // it is set back
     ClickAt(*bar, Thumb());                                     // nor does one on it
     ClickAt(*bar, Later(), Qt::MiddleButton);
     EXPECT_TRUE(WaitUntil([&] { return bar->value() == 50; }));

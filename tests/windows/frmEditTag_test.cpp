@@ -128,7 +128,7 @@ TEST_F(EditTagScaled, ChangeCopyAcrossSaveAndSeeTheRow)
         Audio() + Id3v1({"new title that is longer tha", "Artist", "", "", "", 0, 78})));
     EXPECT_NE(song.find("One\r\nTwo\xA0three"), std::string::npos);
 
-    // The whole file is what the tag writer makes of the same records.
+    // The whole file is equal to what the tag writer makes of the same records.
     const std::string twin = Song("twin.mp3");
     WriteFile(twin, Tagged("Old"));
     metadata::ID3v1Tag old1;
@@ -223,7 +223,7 @@ TEST_F(EditTagScaled, WhatNoTagHoldsIsToldAtOnce)
         LetRun(100);
         KeepScreenshot(editor, "edittag-note-dark");
         Find<QLineEdit>(editor, "txtTitle(2)")->selectAll();
-        TypeText("x"); // the mark goes with what it stood for
+        TypeText("x"); // the mark is removed with its cause
         EXPECT_EQ(colourOf("txtTitle(2)"), colourOf("txtArtist(2)"));
         PressKey("Escape");
     });

@@ -171,7 +171,7 @@ TEST_F(ExportFileScaled, EscapeClosesTheFolderWindowAndEndsTheExport)
     EXPECT_EQ(shown, "Exporting: a.mp3 0/2");
 }
 
-// A song that is gone ends the export in a box with its name; the window is as before.
+// A song that does not exist ends the export with a box that names it; the window is as before.
 TEST_F(ExportFileScaled, ACopyThatFailsIsTold)
 {
     ShowSongs();

@@ -291,7 +291,8 @@ TEST_F(FrmLyrics, TwoWindowsSideBySide)
     EXPECT_TRUE(WaitUntil([&] { return Selected(following) == "Next"; }));
     EXPECT_EQ(WindowOf(following).pos(), place);
 
-    // The end of the one that sets times clears the flag; the other one goes on, and is refilled.
+    // The one in which times are set clears the flag when it closes; the other one stays and is
+    // filled again.
     desktop.ExpectBox("not saved", platform::Answer::Discard);
     PressKey("Escape");
     ASSERT_TRUE(WaitUntil([&] { return Forms().size() == 1; }));
@@ -312,7 +313,7 @@ TEST_F(FrmLyrics, ANewWindowTakesTheKeyboardFromNobody)
     EXPECT_FALSE(WindowOf(*Forms()[0]).isActiveWindow());
 }
 
-// The NUL that many programs write behind a text is no box in the window and no end of its title.
+// The NUL that many programs write after a text is not shown as a box and does not end the title.
 TEST_F(FrmLyrics, WhatHasNoShapeShowsAsABlankAndIsKept)
 {
     const std::string text("One\r\nT\x01wo\0", 10);

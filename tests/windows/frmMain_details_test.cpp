@@ -1,4 +1,5 @@
-// Details of the main window that a user meets: what can be copied, what is cut, where it comes up.
+// Details of the main window that users notice: what can be copied, what is cut, where the window
+// opens.
 #include "browser/itemlist.h"
 #include "tests/support/mp3bytes.h"
 #include "tests/windows/mainwindowfixture.h"
@@ -156,7 +157,7 @@ TEST_F(MainWindowDetails, MaximisedIsRemembered)
 {
     Start();
     window->resize(820, 560);
-    LetRun(500); // the place is the window's own
+    LetRun(500); // the window takes its new place
     const QSize size = window->size();
     window->showMaximized();
     ASSERT_TRUE(WaitUntil([&] { return window->width() > 820 && Form().maximised; }));
@@ -178,7 +179,7 @@ TEST_F(MainWindowDetails, MaximisedIsRemembered)
 
 TEST_F(MainWindowDetails, ASubMenuWithNothingUsableIsDisabled)
 {
-    Start(); // nobody has registered the commands of play lists
+    Start(); // the commands of play lists are not registered
     EXPECT_FALSE(Find<QMenu>(*window, "submnuPlayList")->menuAction()->isEnabled());
     EXPECT_TRUE(Find<QMenu>(*window, "submnuSetLanguage")->menuAction()->isEnabled());
     browser::RegisterCommand("submnuAddPlayList", [] {});

@@ -92,7 +92,7 @@ TEST_F(MainWindowScaled, NothingOverlapsAndAllFillsTheWindow)
     }
 }
 
-// An event that comes while the form yields may end what the window's own layout has under way.
+// An event that runs while the form yields could destroy what the window's own layout is using.
 TEST_F(MainWindowScaled, TheFormYieldsWhenTheWindowsOwnLayoutIsDone)
 {
     Start();
@@ -130,7 +130,7 @@ TEST_F(MainWindowScaled, PanelScrollsByItsBar)
     EXPECT_EQ(Find(*window, "pctWeb")->y(), 0);
 }
 
-// Songs whose titles nobody would type: no click freezes the window.
+// Songs with extreme titles: no click freezes the window.
 TEST_F(MainWindowScaled, AMegabyteInTheTitleShowsAtOnce)
 {
     Start();

@@ -1,5 +1,5 @@
-// Any keys and clicks, also while the list fills and yields: what the window shows is what the
-// logic holds.
+// Any keys and clicks, also while the list is being filled and yields: the window shows what the
+// controls contain.
 #include "tests/windows/mainwindowfixture.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,8 @@ namespace
 
 constexpr int kSongs = 400; // several yields while the list fills
 constexpr int kRounds = 120;
-constexpr int kActionsOfARound = 5; // posted at once, so that some come while others are at work
+constexpr int kActionsOfARound =
+    5; // posted together, so that some are handled while others are running
 
 class RandomUse : public MainWindowTest
 {
@@ -47,7 +48,7 @@ protected:
         return values[random() % size];
     }
 
-    // Posted, not sent: it is handled at the next yield, whoever yields.
+    // Posted, not sent: it is handled at the next yield.
     void PostKey()
     {
         static constexpr int kKeys[] = {Qt::Key_Up,    Qt::Key_Down,     Qt::Key_Left,

@@ -1,5 +1,5 @@
-// The preferences' window by mouse and keys, and a newcomer's road from the first start to the
-// first list.
+// The preferences window with mouse and keys, and all steps of a new user from the first start to
+// the first list.
 #include "browser/commands.h"
 #include "catalogue/regeneration.h"
 #include "platform/posix/systemfolders.h"

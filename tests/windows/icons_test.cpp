@@ -57,7 +57,7 @@ TEST_F(DesktopIcons, TakeTheProgramsOwnPlaceUnderTheExtensionInUpperCase)
     EXPECT_TRUE(ui::qt::AddDesktopIcon(".mp3"));
     EXPECT_TRUE(ui::qt::AddDesktopIcon(".m3u"));
     EXPECT_EQ(ColourOf("MP3"), QColor(Qt::red));
-    EXPECT_EQ(ColourOf("M3U"), QColor(Qt::green)); // no icon of its own
+    EXPECT_EQ(ColourOf("M3U"), QColor(Qt::green)); // there is no icon for it
     EXPECT_EQ(Shown("FileInfo"), other);
     ui::qt::ForgetDesktopIcons();
     EXPECT_EQ(Shown("MP3"), own);

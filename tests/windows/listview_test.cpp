@@ -229,7 +229,7 @@ TEST_F(ListViewTest, TypingFindsARowByItsFirstVisibleText)
     tests::TypeText("b");
     EXPECT_EQ(Selection(), "/4"); // the next one
     tests::TypeText("b");
-    EXPECT_EQ(Selection(), "/3"); // the same letter again goes round
+    EXPECT_EQ(Selection(), "/3"); // the same letter again begins at the top
     list.SetColumnWidth("Title", 0);
     tests::LetRun(QApplication::keyboardInputInterval() + 50);
     tests::TypeText("/music/so");
@@ -421,7 +421,7 @@ TEST_F(ListViewTest, TheFillerTakesTheWidthThatIsLeft)
     list.AddColumn("Non", "", 500);
     const auto filler = [&] { return view.header()->sectionSize(3); };
     EXPECT_EQ(view.header()->length(), view.viewport()->width());
-    EXPECT_EQ(list.Columns().back().widthTwips, 500); // the list's own width stays
+    EXPECT_EQ(list.Columns().back().widthTwips, 500); // the width in the list is unchanged
     list.SetColumnWidth("Title", 20000);
     EXPECT_EQ(filler(), ui::PixelsOfTwips(500));
     list.SetColumnWidth("Title", 0);

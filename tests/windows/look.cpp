@@ -53,7 +53,7 @@ bool CutsItsText(const QWidget &widget)
     return false;
 }
 
-// A program's name for a control, such as "cmdOk" or "txtTitle(1)", says nothing to a user.
+// The program's name for a control, such as "cmdOk" or "txtTitle(1)", means nothing to a user.
 bool IsInWords(const QString &name)
 {
     static const QRegularExpression programsName(

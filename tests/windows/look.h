@@ -1,4 +1,4 @@
-// tests/windows/look.h - what is wrong with a window as a user sees or hears it.
+// tests/windows/look.h - finds what is wrong with the look or the spoken names of a window.
 #pragma once
 
 #include <QWidget>
@@ -9,15 +9,14 @@
 namespace tests
 {
 
-// One line for each fault of a window that shows: a text that its widget cuts off, a widget that
-// lies partly outside of its parent, an access key that two widgets share, a window that does not
-// fit a screen of 800 by 600 pixels, what takes the keyboard without a name in words for a screen
-// reader.
+// One line for each fault of a visible window: a text that its widget cuts, a widget that is partly
+// outside its parent, an access key of two widgets, a window that does not fit a screen of 800 by
+// 600 pixels, a widget that takes the focus without a name in words for a screen reader.
 std::vector<std::string> LookProblems(QWidget &window);
 
-// Looks at a window in English and in each shipped language, light and dark, and fails the test for
-// each fault. `open` shows the window with the texts of the language in use and gives it; `close`
-// ends it. Pictures are kept as <name>-<language>-<theme>.
+// Checks a window in English and in each shipped language, light and dark, and fails the test for
+// each fault. `open` shows the window with the texts of the language in use and returns it; `close`
+// closes it. Screenshots are kept as <name>-<language>-<theme>.
 void CheckLook(const std::string &name, const std::function<QWidget *()> &open,
                const std::function<void()> &close);
 

@@ -1,5 +1,5 @@
-// The whole road with the real player: from a click on an artist and a double click on a song to
-// the line that is sung, position by position; and the times of a song set while it plays.
+// The way of a user with the real player: from a click on an artist and a double click on a song to
+// the line that is sung, position by position; and setting the times of a song while it plays.
 #include "lyrics/frmLyricsView.h"
 #include "lyrics/install.h"
 #include "metadata/tagwriter.h"
@@ -108,7 +108,7 @@ private:
 
 // What was seen of the highlight while a song played once.
 struct Followed {
-    int firstLine = -1;        // its window opens first: its bound is that of the double click
+    int firstLine = -1;        // its window opens first: its limit is that of the double click
     std::map<int, int> lateMs; // by line, behind the player's clock; the first look at it
     int worstEarlyMs = 0;
     int endMs = 0;   // the last position of the player's clock

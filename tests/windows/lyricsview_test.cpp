@@ -84,7 +84,7 @@ TEST_F(LyricsView, WhatTheCodePageLacksShowsAsItIsKept)
     PressKey("Ctrl+V");
     EXPECT_EQ(box.Text(), "a\x80??\xE9\r\nzb\r\n");
     EXPECT_EQ(Shown(), "a\u20AC??\u00E9\nzb\n");
-    TypeText("!"); // the caret is behind what was put there
+    TypeText("!"); // the caret is after the text that was inserted
     EXPECT_EQ(box.Text(), "a\x80??\xE9\r\nz!b\r\n");
 }
 
@@ -110,7 +110,7 @@ TEST_F(LyricsView, SelectionsGoBothWays)
     EXPECT_EQ(Selected(), "|");
     EXPECT_EQ(box.SelStart(), 9);
     EXPECT_EQ(box.SelLength(), 1);
-    PressKey("Home"); // the caret is behind the break
+    PressKey("Home"); // the caret is after the break
     PressKey("Shift+End");
     EXPECT_EQ(box.SelStart(), 10);
     EXPECT_EQ(box.SelLength(), 5);

@@ -84,7 +84,7 @@ protected:
     {
         WriteFile(folder / "silence.raw", std::string(17640, '\0'));
         QStringList arguments = {QStringLiteral("--silent"), QStringLiteral("-r")};
-        // The encoder speaks UTF-16 where the locale lets it; these tags are of the plain kind.
+        // The encoder writes UTF-16 if the locale allows it; these tags must be of the simple kind.
         if (!title.empty())
             arguments << QStringLiteral("--add-id3v2") << QStringLiteral("--id3v2-latin1")
                       << QStringLiteral("--tt") << QString::fromStdString(title)
@@ -111,7 +111,7 @@ protected:
         ASSERT_NE(menu, nullptr);
         ASSERT_NE(entry, nullptr);
         QMenuBar &bar = *window->menuBar();
-        // A click that comes while another window is closing closes the menu at once.
+        // A click during the closing of another window closes the menu at once.
         for (int i = 0; i < 3 && !menu->isVisible(); ++i) {
             ClickAt(bar, bar.actionGeometry(menu->menuAction()).center());
             (void)WaitUntil([menu] { return menu->isVisible(); }, 10000);

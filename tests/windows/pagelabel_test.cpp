@@ -91,7 +91,7 @@ TEST_P(PageLabelTime, AMegabyteOfAnyText)
     QWidget window;
     ui::qt::PageLabel label(&window);
     label.SetFaintCaptions(true);
-    label.HeightFor(text.left(2000), kWidth); // the fonts of this kind come from the disk once
+    label.HeightFor(text.left(2000), kWidth); // the fonts that it needs are read from the disk here
     const std::clock_t start = std::clock();
     const int height = label.HeightFor(text, kWidth);
     label.setGeometry(0, 0, kWidth, height);
@@ -114,7 +114,7 @@ std::string NameOf(const testing::TestParamInfo<int> &info)
 INSTANTIATE_TEST_SUITE_P(Kinds, PageLabelTime, testing::Range(0, static_cast<int>(Kinds().size())),
                          NameOf);
 
-// Pieces show the lines that one layout of the whole text has.
+// The lines are the same as in one layout of the whole text.
 TEST(PageLabel, WrapsAsOneLayoutDoes)
 {
     QWidget window;

@@ -258,7 +258,8 @@ TEST_F(QtDesktopTest, DoEventsRunsWhatWaitsAndReturns)
     EXPECT_EQ(ran, 1);
 }
 
-// A stand-in for the desktop's opener writes down what it was asked to open, and takes its time.
+// In place of the desktop's opener, a program that records what it was asked to open and takes some
+// time.
 TEST_F(QtDesktopTest, OpenAddressStartsTheOpenerWithoutWaiting)
 {
     tests::TestFolder folder;

@@ -61,7 +61,7 @@ TEST(QtText, Tips)
     EXPECT_TRUE(ui::qt::TipText({}).isEmpty());
 }
 
-// A text that looks like another has a tip that tells them apart.
+// A text that looks like another one has a tip that shows the difference.
 TEST(QtText, OddCharacters)
 {
     constexpr Case cases[] = {

@@ -1,4 +1,4 @@
-// A session manager for the tests: one client, told what to do on the standard input.
+// A session manager for the tests, with one client; controlled by lines on standard input.
 //
 // Prints the address for SESSION_MANAGER first, then "client" when one has registered, "saved" when
 // it has saved itself for the end of the session, "gone" when it has left. Reads lines: "logout"

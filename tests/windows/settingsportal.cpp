@@ -1,6 +1,6 @@
-// The desktop's settings portal as a process of its own: answers whether dark or light is wished,
-// and tells of the changes that come on standard input, one number a line (0 no wish, 1 dark, 2
-// light).
+// The desktop's settings portal as a separate process: reports whether dark or light is preferred,
+// and each change that is written to its standard input, one number in each line (0 no preference,
+// 1 dark, 2 light).
 #include <unistd.h>
 
 #include <QCoreApplication>

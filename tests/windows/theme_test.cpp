@@ -13,7 +13,7 @@
 
 using platform::qt::Theme;
 
-// Answers for the settings portal, on a connection of its own.
+// Answers in place of the settings portal, on a separate connection.
 class FakePortal : public QObject
 {
     Q_OBJECT

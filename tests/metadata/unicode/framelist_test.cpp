@@ -79,7 +79,7 @@ TEST(ReadFrames, Versions)
     EXPECT_EQ(Listed(TagOf(4, Frame24("TIT2", "abc") + Frame24("TPE1", "d"))), "TIT2=abc TPE1=d");
     EXPECT_EQ(Listed(TagOf(3, Frame23("TT2\0"sv, "abc") + Frame23("TP1 ", "d"))),
               "TIT2=abc TPE1=d");
-    EXPECT_EQ(Listed(TagOf(2, Frame22("TT2", "abc"), 0x40)), ""); // compressed as a whole
+    EXPECT_EQ(Listed(TagOf(2, Frame22("TT2", "abc"), 0x40)), ""); // the whole tag is compressed
 }
 
 TEST(ReadFrames, EndsAtPaddingAndDamage)

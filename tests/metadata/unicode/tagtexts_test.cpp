@@ -255,7 +255,7 @@ TEST(ReadTagTexts, DamagedAnywhere)
     ASSERT_EQ(intact.genre, "x; Rock");
     for (std::size_t size = 0; size < whole.size(); ++size) {
         const TagTexts cut = TextsOf(whole.substr(0, size));
-        // A title that is read at all is a whole one.
+        // A title is read completely or not at all.
         EXPECT_TRUE(!cut.title || cut.title == intact.title) << size;
     }
     std::mt19937 random(7);
