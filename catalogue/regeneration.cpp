@@ -96,11 +96,23 @@ std::string CreationText()
     return clock.DateText(now) + " " + clock.TimeText(now);
 }
 
+// While it exists, the listings of the count are kept for the walk.
+struct KeptListings {
+    KeptListings() { Dirs().UseCache(cache.get()); }
+    ~KeptListings() { Dirs().UseCache(nullptr); }
+    KeptListings(const KeptListings &) = delete;
+    KeptListings &operator=(const KeptListings &) = delete;
+
+    // The other owner is the helper of a ListingAhead.
+    std::shared_ptr<ListingCache> cache = std::make_shared<ListingCache>();
+};
+
 // The state of one run; the counters are large enough for any collection.
 struct Run {
     IntegrityReport report{ReportPath()};
-    LookAhead ahead{Dirs().Path()};
-    RowGroups groups;
+    ListingCache &listings;
+    LookAhead ahead{Dirs().Path(), listings};
+    RowGroups groups{};
     std::int64_t value = 0; // files done so far
     std::int64_t maximum = 0;
 };
@@ -224,16 +236,13 @@ void NoteOutcome(const std::string &path, const AddOutcome &outcome)
     NoteFailure(path, outcome.reason);
 }
 
-// Reads the tags for the report here; AddInGroup reads them again for the catalogue.
+// The report needs to know which tags there are; AddInGroup looks at what is in them.
 void ScanFile(Run &run, const std::string &path)
 {
     run.ahead.Advance();
-    metadata::ID3v1Tag oldTag;
-    metadata::ID3v2Tag tag;
-    metadata::MPEGHeader header;
     bool hasID3v1 = false;
     bool hasID3v2 = false;
-    metadata::GetMP3Info(path, oldTag, tag, header, hasID3v1, hasID3v2, false);
+    metadata::GetTagFlags(path, hasID3v1, hasID3v2);
     if (metadata::LastReadFailure() == EINTR && IsToStop())
         return; // the end was requested during a wait: this file does not count
     RegenerationSummary &summary = TheState().summary;
@@ -360,10 +369,14 @@ void Regenerate()
         EmptyTable();
     if (ui::ProgressBar *bar = TheState().controls.PBar; bar != nullptr)
         bar->SetValue(0);
+    const KeptListings listings;
     std::int64_t maximum = 0;
-    CountAll(maximum);
+    {
+        const ListingAhead ahead(listings.cache, Dirs().SharedListing());
+        CountAll(maximum);
+    }
 
-    Run run;
+    Run run{.listings = *listings.cache};
     run.maximum = maximum;
     ScanFolder(run);
     run.groups.Close();

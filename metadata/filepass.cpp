@@ -81,6 +81,8 @@ std::size_t ReadFully(const OpenFile &file, std::int64_t offset, char *to, std::
 void ExtendHead(const OpenFile &file, std::int64_t count)
 {
     FileBytes &bytes = file.bytes;
+    if (bytes.headBytes == 0)
+        bytes.headBytes = platform::TheMachine().files->TakeStart(file.handle, bytes.head);
     const auto wanted = static_cast<std::size_t>(std::min(count, bytes.file.sizeBytes));
     if (bytes.head.size() < wanted)
         bytes.head.resize(wanted);
@@ -160,14 +162,17 @@ void ReadOpenFile(const OpenFile &file)
     ReadTail(file);
 }
 
-// Everything but the buffer as before any file.
+// Everything but the memory that is in use as before any file.
 void Clear(FileBytes &bytes)
 {
     std::vector<char> buffer = std::move(bytes.head);
+    std::string path = std::move(bytes.file.path);
     if (static_cast<std::int64_t>(buffer.capacity()) > kKeptBuffer)
         buffer = {};
+    path.clear();
     bytes = {};
     bytes.head = std::move(buffer);
+    bytes.file.path = std::move(path);
 }
 
 int FailureOfKind(platform::FileKind kind)

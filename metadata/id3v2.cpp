@@ -4,7 +4,10 @@
 #include "runtime/numbers.h"
 #include "runtime/text.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace metadata
@@ -33,6 +36,15 @@ std::optional<std::string_view> Extract(std::string_view body, long long start, 
     return runtime::Mid(body, start, count);
 }
 
+// The first four bytes in one number, for a comparison.
+std::uint32_t WordOf(std::string_view bytes)
+{
+    std::uint32_t word = 0;
+    for (const char byte : bytes.substr(0, 4))
+        word = word << 8 | static_cast<unsigned char>(byte);
+    return word;
+}
+
 // One walk over the body. Each step that fails leaves its target as it was and the next one runs;
 // `length` is shared by all fields, so a size that cannot be read leaves the field before's.
 class Reader
@@ -46,6 +58,7 @@ public:
 
     FrameFindings Read()
     {
+        FindTextFrames();
         FrameFindings findings;
         findings.title = TextField(m_identifiers.title);
         findings.album = TextField(m_identifiers.album);
@@ -69,11 +82,38 @@ private:
         return size.has_value();
     }
 
+    // The first place of each identifier that begins with a T, in one walk over the body.
+    void FindTextFrames()
+    {
+        const std::size_t length = m_identifiers.title.size();
+        std::array<std::uint32_t, kTextFrames> words{};
+        for (std::size_t i = 0; i < kTextFrames; ++i)
+            words[i] = WordOf(m_textFrames[i].identifier);
+        std::size_t missing = kTextFrames;
+        for (auto at = m_body.find('T'); at != std::string_view::npos && missing > 0;
+             at = m_body.find('T', at + 1)) {
+            const auto found = std::ranges::find(words, WordOf(m_body.substr(at, length)));
+            if (found == words.end())
+                continue;
+            m_textFrames[static_cast<std::size_t>(found - words.begin())].position =
+                static_cast<long long>(at) + 1;
+            *found = 0; // no identifier: further ones are not looked for
+            --missing;
+        }
+    }
+
+    long long PositionOf(std::string_view identifier) const
+    {
+        const auto found = std::ranges::find(m_textFrames, identifier, &TextFrame::identifier);
+        return found != m_textFrames.end() ? found->position
+                                           : FindIdentifier(1, m_body, identifier);
+    }
+
     // The position of the first frame of that name, its length read; 0 when there is none or when
     // it is unreadable.
     long long OpenFrame(std::string_view identifier)
     {
-        const auto position = FindIdentifier(1, m_body, identifier);
+        const auto position = PositionOf(identifier);
         if (position == 0)
             return 0;
         ReadLength(position);
@@ -162,6 +202,17 @@ private:
     int m_version;
     FrameGeometry m_geometry;
     const Identifiers &m_identifiers;
+    struct TextFrame {
+        std::string_view identifier;
+        long long position = 0; // one-based; 0 = there is none
+    };
+    static constexpr std::size_t kTextFrames = 6;
+    std::array<TextFrame, kTextFrames> m_textFrames = {{{m_identifiers.title},
+                                                        {m_identifiers.artist},
+                                                        {m_identifiers.album},
+                                                        {m_identifiers.year},
+                                                        {m_identifiers.genre},
+                                                        {m_identifiers.track}}};
     long long m_length = 0; // of the text, as the last readable size said
 };
 

@@ -41,14 +41,17 @@ State &TheState()
     return state;
 }
 
-// Keeps `file` in place of the oldest one, or of the last one when that is the same file.
-void Remember(State &state, const platform::FileIdentity &file)
+// Keeps the file at `path` in place of the oldest one, or of the last one when that is the same
+// file.
+void Remember(State &state, const std::string &path, const platform::FileIdentity &file)
 {
     if (state.seen.empty())
         state.seen.resize(kSeenFiles);
     const std::size_t last = (state.nextSeen + kSeenFiles - 1) % kSeenFiles;
-    const bool again = state.seen[last].path == file.path;
-    state.seen[again ? last : state.nextSeen] = file;
+    const bool again = state.seen[last].path == path;
+    platform::FileIdentity &seen = state.seen[again ? last : state.nextSeen];
+    seen = file;
+    seen.path = path;
     if (!again)
         state.nextSeen = (state.nextSeen + 1) % kSeenFiles;
 }
@@ -65,9 +68,7 @@ void Fetch(State &state, const std::string &path)
     const int held = ReadFileBytes(path, state.hooks.beforeSlowRead, *state.bytes);
     CloseAllFiles();
     state.heldHandle = held;
-    platform::FileIdentity seen = state.bytes->file;
-    seen.path = path;
-    Remember(state, seen);
+    Remember(state, path, state.bytes->file);
 }
 
 bool HasBody(const FileBytes &bytes)
@@ -168,9 +169,19 @@ void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, M
     TakeHeader(bytes, Header);
 }
 
-bool ArePassesSlow()
+void GetTagFlags(const std::string &FileName, bool &HasID3v1, bool &HasID3v2)
 {
-    return platform::TheMachine().files->IsReadingSlow();
+    State &state = TheState();
+    Fetch(state, FileName);
+    const FileBytes &bytes = *state.bytes;
+    const bool isWhole = bytes.opened && !bytes.claimsTooMuch;
+    HasID3v1 = isWhole && bytes.hasTail && TailOf(bytes).starts_with("TAG");
+    HasID3v2 = HasBody(bytes);
+}
+
+bool PaysToExpectPasses()
+{
+    return platform::TheMachine().files->PaysToExpect();
 }
 
 void ExpectPasses(const std::vector<std::string> &paths)

@@ -29,15 +29,19 @@ namespace metadata
 void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, MPEGHeader &Header,
                 bool &HasID3v1, bool &HasID3v2, bool PreferID3v2);
 
+// Which of the two tags a pass would find, without what is in them. It leaves LastReadFailure and
+// LastSeen as a pass does, and the bytes for the next pass.
+void GetTagFlags(const std::string &FileName, bool &HasID3v1, bool &HasID3v2);
+
 // The next pass takes the bytes of the last one as they are, where it is over the same file and
 // that could be read: the file system is not asked whether the file has changed. For a caller that
 // lets no event run and waits for nothing in between.
 void KeepForNextPass();
 
 // Says which files the next passes will be over, in this order, after those said before: their
-// bytes are on the way meanwhile. It changes nothing but the time, and pays where ArePassesSlow.
+// bytes are on the way meanwhile. It changes nothing but the time, where PaysToExpectPasses.
 // ExpectNoPasses takes back what is left of it.
-[[nodiscard]] bool ArePassesSlow();
+[[nodiscard]] bool PaysToExpectPasses();
 void ExpectPasses(const std::vector<std::string> &paths);
 void ExpectNoPasses();
 

@@ -58,11 +58,24 @@ struct Files {
     // What is at `path` now. Returns an errno.
     virtual int Identify(const std::string &path, FileIdentity &identity) = 0;
 
+    // The same for a file that was opened at that path (OpenToRead). Where its file system notes at
+    // the file that it gets another name or none, the open file is looked at, which is faster: that
+    // a folder above it got another name is not seen then.
+    virtual int IdentifyOpen(int /*handle*/, const std::string &path, FileIdentity &identity)
+    {
+        return Identify(path, identity);
+    }
+
     // Up to `count` bytes from `offset` on. With `mayWait` false only bytes that are in memory:
     // -EAGAIN when the first is not, -EOPNOTSUPP where the file system does not say.
     // Returns: the count read, 0 at the end, or the negated errno.
     virtual std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                                 bool mayWait) = 0;
+
+    // Gives `bytes` the first bytes of the file that were fetched ahead of this call (Expect), in
+    // exchange for the buffer that is there. Each byte is given or read once.
+    // Returns: how many at the front of `bytes` are the file's; 0 where none are there.
+    virtual std::size_t TakeStart(int /*handle*/, std::vector<char> & /*bytes*/) { return 0; }
 
     virtual void Close(int handle) = 0;
 
@@ -123,10 +136,10 @@ struct Files {
     // Nanoseconds of the clock by which files are stamped, since 1970, UTC.
     virtual std::int64_t StampClockNs() = 0;
 
-    // Whether files come so slowly that it pays to say which ones come (Expect): an open or a read
-    // has had to wait for a disk or a network since ExpectNothing, and they do not come as fast as
-    // from memory again.
-    virtual bool IsReadingSlow() { return false; }
+    // Whether it pays to say which files come (Expect): another processor can fetch them, or they
+    // come slowly: an open or a read has had to wait for a disk or a network since ExpectNothing,
+    // and they do not come as fast as from memory again.
+    virtual bool PaysToExpect() { return false; }
 
     // Says which files will be opened and read next, in this order, after those said before: they
     // are fetched meanwhile. It changes nothing but the time that the other operations take.

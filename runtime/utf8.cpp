@@ -26,6 +26,12 @@ std::string WithoutControls(std::string_view text, std::string_view kept)
     std::string shown;
     shown.reserve(text.size());
     while (!text.empty()) {
+        const auto other = std::ranges::find_if(text, [](char c) { return c < 0x20 || c == 0x7F; });
+        const auto plain = static_cast<std::size_t>(other - text.begin());
+        shown.append(text.substr(0, plain));
+        text.remove_prefix(plain);
+        if (text.empty())
+            break;
         utf8proc_int32_t codePoint = 0;
         const int length = NextCharacter(text, codePoint);
         const auto character = text.substr(0, static_cast<std::size_t>(std::max(length, 1)));

@@ -21,7 +21,7 @@ LookAhead::~LookAhead()
 void LookAhead::Advance()
 {
     ++m_passed;
-    if (!metadata::ArePassesSlow() || (!m_hasStarted && !Start()))
+    if (!metadata::PaysToExpectPasses() || (!m_hasStarted && !Start()))
         return;
     while (m_said < m_passed + kFewestAhead && (ExpectFiles() || EnterNextFolder()))
         continue;

@@ -1,6 +1,5 @@
-// catalogue/regeneration/lookahead.h - says which files a walk comes to next where reading them is
-// slow, so that their bytes are on the way (metadata::ExpectPasses). It changes nothing but the
-// time.
+// catalogue/regeneration/lookahead.h - says which files a walk comes to next where that pays, so
+// that their bytes are on the way (metadata::ExpectPasses). It changes nothing but the time.
 #pragma once
 
 #include "catalogue/regeneration/walker.h"
@@ -19,7 +18,11 @@ namespace catalogue
 class LookAhead
 {
 public:
-    explicit LookAhead(std::string root) : m_root(std::move(root)) {}
+    // `cache`: with the listings of the walk; the caller's.
+    LookAhead(std::string root, ListingCache &cache) : m_root(std::move(root))
+    {
+        m_box.UseCache(&cache, true);
+    }
     ~LookAhead();
     LookAhead(const LookAhead &) = delete;
     LookAhead &operator=(const LookAhead &) = delete;

@@ -1,18 +1,9 @@
 #include "catalogue/regeneration/walker.h"
 
 #include "runtime/error.h"
-#include "runtime/text.h"
 #include "shell/apppath.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <memory>
-#include <string_view>
 
 namespace catalogue
 {
@@ -20,119 +11,11 @@ namespace catalogue
 namespace
 {
 
-struct CloseFolder {
-    void operator()(DIR *folder) const { closedir(folder); }
-};
-using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
-
-[[noreturn]] void ThrowFolderError(int errnoValue)
-{
-    if (errnoValue == ENOENT || errnoValue == ENOTDIR)
-        throw runtime::RuntimeError(runtime::kPathNotFound);
-    throw runtime::FileError(errnoValue);
-}
-
-// The folders in which desktops keep what the user threw away on a disk.
-// Source: the trash rules of freedesktop.org (".Trash", ".Trash-1000").
-bool IsTrash(std::string_view name)
-{
-    return name == ".Trash" || name.starts_with(".Trash-");
-}
-
-// Whether a file is the companion that another system puts beside each file on a foreign disk: the
-// name begins with "._", the bytes with that format's mark. Source: AppleDouble, RFC 1740.
-bool IsCompanion(DIR *folder, const char *name)
-{
-    constexpr std::string_view kMark = std::string_view("\x00\x05\x16\x07", 4);
-    if (!std::string_view(name).starts_with("._"))
-        return false;
-    const int file = openat(dirfd(folder), name, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (file < 0)
-        return false;
-    char start[kMark.size()] = {};
-    const ssize_t got = pread(file, start, sizeof start, 0);
-    close(file);
-    return std::string_view(start, got > 0 ? static_cast<std::size_t>(got) : 0) == kMark;
-}
-
-bool IsDotName(const char *name)
-{
-    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
-}
-
-bool MatchesPattern(std::string_view name)
-{
-    return name.size() >= 4 && runtime::EqualAscii(name.substr(name.size() - 4), ".mp3");
-}
-
-// Whether the entry is a folder; what a link points to counts. What cannot be found out counts as
-// none, so that a broken link named like an MP3 file is listed and reported as a file.
-bool IsFolder(DIR *parent, const dirent &entry)
-{
-    if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK)
-        return entry.d_type == DT_DIR;
-    struct stat status;
-    return fstatat(dirfd(parent), entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
-}
-
-void SortNames(std::vector<std::string> &names)
-{
-    std::vector<std::pair<std::string, std::string>> keyed;
-    keyed.reserve(names.size());
-    for (std::string &name : names) {
-        std::string upper = runtime::UpperText(name);
-        keyed.emplace_back(std::move(upper), std::move(name));
-    }
-    std::sort(keyed.begin(), keyed.end());
-    std::transform(keyed.begin(), keyed.end(), names.begin(),
-                   [](auto &entry) { return std::move(entry.second); });
-}
-
-OpenFolder Open(const std::string &path)
-{
-    OpenFolder folder(opendir(path.c_str()));
-    if (folder == nullptr)
-        ThrowFolderError(errno);
-    return folder;
-}
-
-void ReadNames(DIR *folder, FolderListing &listing)
-{
-    for (;;) {
-        errno = 0;
-        const dirent *entry = readdir(folder);
-        if (entry == nullptr)
-            break;
-        if (IsDotName(entry->d_name))
-            continue;
-        if (IsFolder(folder, *entry)) {
-            if (!IsTrash(entry->d_name))
-                listing.folders.emplace_back(entry->d_name);
-        } else if (MatchesPattern(entry->d_name) && !IsCompanion(folder, entry->d_name)) {
-            listing.files.emplace_back(entry->d_name);
-        }
-    }
-    if (errno != 0)
-        ThrowFolderError(errno);
-    SortNames(listing.folders);
-    SortNames(listing.files);
-}
-
-FolderListing OpenListing(const std::string &path, OpenFolder &folder)
-{
-    folder = Open(path);
-    struct stat status;
-    if (fstat(dirfd(folder.get()), &status) != 0)
-        ThrowFolderError(errno);
-    return {path, {status.st_dev, status.st_ino}, {}, {}};
-}
-
 // Whether `path` still leads to the folder of this identity.
 bool IsStill(const std::string &path, const FolderIdentity &identity)
 {
-    struct stat status;
-    return stat(path.c_str(), &status) == 0 &&
-           FolderIdentity{status.st_dev, status.st_ino} == identity;
+    const auto state = FolderStateAt(path);
+    return state && state->identity == identity;
 }
 
 std::string CutSeparators(std::string path)
@@ -160,11 +43,10 @@ void FolderBox::SetPath(const std::string &path)
 void FolderBox::SetRoot(const std::string &path)
 {
     const std::string wanted = CutSeparators(path);
-    OpenFolder folder;
-    FolderListing root = OpenListing(wanted, folder);
-    ReadNames(folder.get(), root);
+    OpenFolder folder(wanted);
+    ListingPtr root = folder.Read();
     m_listings.clear();
-    m_reached = {{root.identity, wanted}};
+    m_reached = {{root->identity, wanted}};
     m_listings.push_back(std::move(root));
     Assign(wanted);
 }
@@ -179,14 +61,23 @@ void FolderBox::Assign(const std::string &path)
 }
 
 // The listing of a folder on the way down; an empty one when it was reached by another path before.
-FolderListing FolderBox::ReadBelow(const std::string &path)
+ListingPtr FolderBox::ReadBelow(const std::string &path)
 {
-    OpenFolder folder;
-    FolderListing listing = OpenListing(path, folder);
-    std::string &reached = m_reached[listing.identity];
-    if (!reached.empty() && reached != path && IsStill(reached, listing.identity))
-        return listing;
-    ReadNames(folder.get(), listing);
+    ListingPtr listing;
+    if (m_cache != nullptr)
+        listing = m_takesOld ? m_cache->FindOld(path) : m_cache->Find(path);
+    std::optional<OpenFolder> folder;
+    if (listing == nullptr)
+        folder.emplace(path);
+    const FolderIdentity identity = listing ? listing->identity : folder->State().identity;
+    std::string &reached = m_reached[identity];
+    if (!reached.empty() && reached != path && IsStill(reached, identity))
+        return std::make_shared<FolderListing>(FolderListing{path, identity, {}, {}});
+    if (folder) {
+        listing = folder->Read();
+        if (m_cache != nullptr)
+            m_cache->Keep(listing, *folder);
+    }
     reached = path;
     return listing;
 }
@@ -196,7 +87,7 @@ bool FolderBox::GoUp(const std::string &path)
 {
     const auto kept =
         std::find_if(m_listings.begin(), m_listings.end(),
-                     [&](const FolderListing &listing) { return listing.path == path; });
+                     [&](const ListingPtr &listing) { return listing->path == path; });
     if (kept == m_listings.end())
         return false;
     m_listings.erase(kept + 1, m_listings.end());
@@ -222,7 +113,7 @@ std::string FolderBox::List(std::int64_t index) const
 const FolderListing &FolderBox::Listing() const
 {
     static const FolderListing nothing{};
-    return m_listings.empty() ? nothing : m_listings.back();
+    return m_listings.empty() ? nothing : *m_listings.back();
 }
 
 void FolderBox::Clear()
@@ -252,10 +143,7 @@ const std::vector<std::string> &FileBox::Files() const
         return m_dirs->Listing().files;
     if (!m_read && !m_path.empty()) {
         try {
-            OpenFolder folder;
-            FolderListing listing = OpenListing(m_path, folder);
-            ReadNames(folder.get(), listing);
-            m_files = std::move(listing.files);
+            m_files = OpenFolder(m_path).Read()->files;
         } catch (const runtime::RuntimeError &) {
             m_files.clear(); // what cannot be read has no files
         }
@@ -302,13 +190,6 @@ FolderBox &Dirs()
 FileBox &MP3s()
 {
     return TheBoxes().mp3s;
-}
-
-std::string JoinPath(const std::string &folder, const std::string &name)
-{
-    if (!folder.empty() && folder.back() == shell::PathSeparator)
-        return folder + name;
-    return folder + shell::PathSeparator + name;
 }
 
 } // namespace catalogue

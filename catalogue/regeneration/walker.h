@@ -7,25 +7,16 @@
 // byte for byte.
 #pragma once
 
+#include "catalogue/regeneration/listing.h"
+
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace catalogue
 {
-
-using FolderIdentity = std::pair<std::uint64_t, std::uint64_t>; // device and inode
-
-// What one folder holds, read in one pass.
-struct FolderListing {
-    std::string path;
-    FolderIdentity identity;
-    std::vector<std::string> folders; // names, links to folders included
-    std::vector<std::string> files;   // names that end in ".mp3" in any letter case
-};
 
 // The folder box. It keeps the listings of the folders on the way down, so that going back up reads
 // nothing again: a walk reads each folder once, however many sub-folders it has.
@@ -50,9 +41,19 @@ public:
 
     // What the folder in the box holds; an empty listing as long as none was set.
     const FolderListing &Listing() const;
+    ListingPtr SharedListing() const { return m_listings.empty() ? nullptr : m_listings.back(); }
 
     // Forgets the folder and all listings.
     void Clear();
+
+    // Takes listings from `cache`, and keeps them there, until another one or null is given. It is
+    // the caller's, and may serve several boxes. `takesOld`: also listings of folders that have
+    // changed meanwhile.
+    void UseCache(ListingCache *cache, bool takesOld = false)
+    {
+        m_cache = cache;
+        m_takesOld = takesOld;
+    }
 
     std::function<void()> changed; // the Change event: another folder is in the box
 
@@ -60,11 +61,13 @@ private:
     void Assign(const std::string &path);
     bool GoUp(const std::string &path);
     bool IsBelow(const std::string &path) const;
-    FolderListing ReadBelow(const std::string &path);
+    ListingPtr ReadBelow(const std::string &path);
 
     std::string m_path;
-    std::vector<FolderListing> m_listings; // from the outermost folder down to the one in the box
+    std::vector<ListingPtr> m_listings; // from the outermost folder down to the one in the box
     std::map<FolderIdentity, std::string> m_reached; // by which path, since SetRoot
+    ListingCache *m_cache = nullptr;                 // for the folders below the root
+    bool m_takesOld = false;
 };
 
 // The file box with the pattern "*.mp3". It has a path of its own, which follows each change of the
@@ -102,8 +105,5 @@ private:
 // Dirs().Clear().
 FolderBox &Dirs();
 FileBox &MP3s();
-
-// `name` in `folder`: one separator between them, none doubled after the root.
-std::string JoinPath(const std::string &folder, const std::string &name);
 
 } // namespace catalogue

@@ -28,6 +28,12 @@ bool IsOutOfOrder(sqlite3 *db)
            code == SQLITE_INTERRUPT || code == SQLITE_CORRUPT || code == SQLITE_READONLY;
 }
 
+// Whether another process waits for the group to end, asked once in a millisecond.
+bool DoesSomeoneWait(OpenGroup &state, std::int64_t now)
+{
+    return std::exchange(state.askedMs, now) != now && state.file->SomeoneWaits();
+}
+
 } // namespace
 
 OpenGroup &TheOpenGroup()
@@ -66,7 +72,7 @@ void JoinGroup(const std::shared_ptr<CatalogueFile> &file)
         const auto now = MachineMs();
         state.isSlow = state.groups > 0 && now - state.lastRowMs > TheGroupLimits().slowReadMs;
         if (state.file &&
-            (now - state.sinceMs >= TheGroupLimits().groupMs || state.file->SomeoneWaits()))
+            (now - state.sinceMs >= TheGroupLimits().groupMs || DoesSomeoneWait(state, now)))
             CommitGroup();
     }
     if (state.file && state.file != file)

@@ -37,6 +37,7 @@ struct OpenGroup {
     int groups = 0;                      // living RowGroups
     std::shared_ptr<CatalogueFile> file; // with the open group; null = none is open
     std::int64_t sinceMs = 0;            // when the open group began
+    std::int64_t askedMs = 0;            // when another process was last looked for
     std::int64_t lastRowMs = 0;          // when the last step ended
     bool isRowStart = false;             // no statement of the step has run yet
     std::uint64_t begun = 0;             // groups so far

@@ -1,6 +1,6 @@
 // catalogue/sqlite/writequeue.h - the queue of the processes that wait to write: a lock file that
-// one of them at a time holds. A process that commits its rows in groups looks at it before each
-// row, so that a waiting process gets its turn within milliseconds.
+// one of them at a time holds. A process that commits its rows in groups looks at it before a row,
+// once in a millisecond, so that a waiting process gets its turn within milliseconds.
 #pragma once
 
 #include <string>

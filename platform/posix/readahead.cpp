@@ -1,19 +1,17 @@
 #include "platform/posix/readahead.h"
 
 #include "platform/endrequest.h"
+#include "platform/posix/helperthread.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
-#include <csignal>
 #include <cstring>
 #include <deque>
 #include <mutex>
 #include <new>
-#include <system_error>
-#include <thread>
 #include <utility>
 
 namespace platform::posix
@@ -32,7 +30,7 @@ constexpr std::chrono::microseconds kFromMemory{50};
 // The logic sleeps this long before it has more files fetched at a time.
 constexpr std::chrono::microseconds kPatience{200};
 constexpr std::chrono::microseconds kAskForEnd = std::chrono::milliseconds(50);
-constexpr int kFastFiles = 32; // one after the other: the logic reads the next ones as fast itself
+constexpr int kFastFiles = 32; // one after the other: fewer helpers do
 
 enum class Stage { Coming, Opening, Reading, Ready, Failed };
 
@@ -50,10 +48,22 @@ std::size_t ReadFully(Files &source, int handle, std::int64_t offset, char *to, 
     return done;
 }
 
+// Whether the condition comes to hold within the time of a read from memory.
+template <class Condition>
+bool IsSoon(const Condition &condition)
+{
+    if (condition())
+        return true;
+    const auto start = std::chrono::steady_clock::now();
+    while (!condition() && std::chrono::steady_clock::now() - start < kFromMemory)
+        continue;
+    return condition();
+}
+
 } // namespace
 
-// One file that was said to come. The stage is set, and isDropped guarded, by the mutex of Shared;
-// the rest is the helper's until the stage says that it is there: the handle and the identity from
+// One file that was said to come. isDropped and heldBytes are guarded by the mutex of Shared; the
+// rest is the helper's until the stage says that it is there: the handle and the identity from
 // Reading on, the bytes when Ready.
 struct ReadAheadFiles::ComingFile {
     std::string path;
@@ -67,14 +77,15 @@ struct ReadAheadFiles::ComingFile {
     std::size_t headBytes = 0; // in use
     std::vector<char> tail;
     std::int64_t tailOffset = 0;
+    std::size_t heldBytes = 0; // its part of Shared::bytes
 };
 
 struct ReadAheadFiles::Shared : std::enable_shared_from_this<Shared> {
-    explicit Shared(std::shared_ptr<Files> from) : source(std::move(from)) {}
+    Shared(std::shared_ptr<Files> from, int kept) : source(std::move(from)), helpersKept(kept) {}
 
     [[nodiscard]] bool HasWork() const
     {
-        return begun < files.size() && begun < kFilesHeld && bytes < kBytesHeld;
+        return begun < files.size() && begun + finished.size() < kFilesHeld && bytes < kBytesHeld;
     }
     // Whether helpers that wait should go on: not for each single file that there is room for.
     [[nodiscard]] bool IsWorthWaking() const
@@ -86,29 +97,47 @@ struct ReadAheadFiles::Shared : std::enable_shared_from_this<Shared> {
     void Fetch(ComingFile &file);
     void StartHelpers(int count);
     void Drop(ComingFile &file);
+    void Finish(ComingFile &file);
+    void Announce(ComingFile &file, Stage stage);
     template <class Condition>
     bool Wait(const Condition &condition);
 
     const std::shared_ptr<Files> source; // with ReadAheadFiles
+    const int helpersKept;               // where files come fast
 
-    std::mutex mutex;                // guards what follows
-    std::condition_variable work;    // for helpers: a file may be fetched, or isOver
-    std::condition_variable arrived; // for the logic: a stage has changed
-    std::deque<FilePtr> files;       // in the order in which they will be opened
-    std::size_t begun = 0;           // files at the front that have a helper
-    std::size_t bytes = 0;           // of the files that are Ready
-    std::vector<FilePtr> spare;      // for their buffers
+    std::atomic<bool> isWaiting = false; // the logic does; set under the mutex
+    std::mutex mutex;                    // guards what follows
+    std::condition_variable work;        // for helpers: a file may be fetched, or isOver
+    std::condition_variable arrived;     // for the logic: a stage has changed
+    std::deque<FilePtr> files;           // in the order in which they will be opened
+    std::size_t begun = 0;               // files at the front that have a helper
+    std::size_t bytes = 0;               // of the files that are Ready
+    std::vector<FilePtr> spare;          // for their buffers
+    std::vector<int> finished;           // handles that the next helper closes
     int helpers = 0;
-    int idle = 0;           // helpers that wait
-    bool isWaiting = false; // the logic does
+    int idle = 0; // helpers that wait
     bool isOver = false;
 };
 
-ReadAheadFiles::ReadAheadFiles(std::shared_ptr<Files> source) : m_source(std::move(source)) {}
+ReadAheadFiles::ReadAheadFiles(std::shared_ptr<Files> source, unsigned processors)
+    : m_source(std::move(source)), m_helpersKept(processors > 1 ? 1 : 0)
+{
+}
 
 ReadAheadFiles::~ReadAheadFiles()
 {
     ReadAheadFiles::ExpectNothing();
+}
+
+// Sets the stage and wakes the logic where it waits: either it sees the stage, or this sees that it
+// waits. On a helper thread.
+void ReadAheadFiles::Shared::Announce(ComingFile &file, Stage stage)
+{
+    file.stage = stage;
+    if (!isWaiting)
+        return;
+    const std::lock_guard lock(mutex);
+    arrived.notify_all();
 }
 
 // Opens the file and reads what is wanted of it. On a helper thread.
@@ -116,12 +145,7 @@ void ReadAheadFiles::Shared::Fetch(ComingFile &file)
 {
     file.openedAtNs = source->StampClockNs();
     file.handle = source->OpenToRead(file.path, file.identity);
-    {
-        const std::lock_guard lock(mutex);
-        file.stage = file.handle < 0 ? Stage::Failed : Stage::Reading;
-        if (isWaiting)
-            arrived.notify_all();
-    }
+    Announce(file, file.handle < 0 ? Stage::Failed : Stage::Reading);
     if (file.handle < 0 || file.identity.kind != FileKind::Regular)
         return;
     const std::int64_t size = file.identity.sizeBytes;
@@ -163,7 +187,8 @@ bool ReadAheadFiles::Shared::HelpOnce(std::unique_lock<std::mutex> &lock)
         work.notify_one();
     if (file->stage == Stage::Reading)
         file->stage = Stage::Ready;
-    bytes += file->head.size();
+    file->heldBytes = file->head.size();
+    bytes += file->heldBytes;
     if (file->isDropped)
         Drop(*file);
     if (isWaiting)
@@ -171,17 +196,28 @@ bool ReadAheadFiles::Shared::HelpOnce(std::unique_lock<std::mutex> &lock)
     return isFast;
 }
 
-// A helper thread. It goes where files come as fast as from memory.
+// A helper thread. It goes where files come as fast as from memory and fewer helpers do.
 void ReadAheadFiles::Shared::Help()
 {
+    std::vector<int> handles;
     std::unique_lock lock(mutex);
-    for (int fast = 0; !isOver && fast < kFastFiles;) {
-        if (HasWork()) {
+    for (int fast = 0; !isOver && (fast < kFastFiles || helpers <= helpersKept);) {
+        const bool hasWork = HasWork();
+        if (hasWork)
             fast = HelpOnce(lock) ? fast + 1 : 0;
+        handles.swap(finished);
+        if (!handles.empty()) {
+            lock.unlock();
+            for (const int handle : handles)
+                source->Close(handle);
+            handles.clear();
+            lock.lock();
             continue;
         }
+        if (hasWork)
+            continue;
         ++idle;
-        work.wait(lock, [&] { return isOver || HasWork(); });
+        work.wait(lock, [&] { return isOver || HasWork() || !finished.empty(); });
         --idle;
     }
     --helpers;
@@ -193,28 +229,29 @@ void ReadAheadFiles::Shared::Drop(ComingFile &file)
     file.isDropped = true;
     if (file.stage == Stage::Opening || file.stage == Stage::Reading)
         return;
-    if (file.stage != Stage::Coming)
-        bytes -= file.head.size();
+    bytes -= std::exchange(file.heldBytes, 0);
     if (file.handle >= 0)
         source->Close(file.handle);
     file.handle = -1;
 }
 
-// Starts helpers with every signal blocked: they are the main thread's. The mutex is held.
+// The same for a file that the logic has read: it is closed by the next helper where one will come.
+// The mutex is held.
+void ReadAheadFiles::Shared::Finish(ComingFile &file)
+{
+    const bool isSoonClosed = helpers > 0 && file.stage == Stage::Ready && HasWork();
+    if (isSoonClosed)
+        finished.push_back(std::exchange(file.handle, -1));
+    Drop(file);
+}
+
+// Where no further thread is to be had, those that are there do it, or the logic itself. The mutex
+// is held.
 void ReadAheadFiles::Shared::StartHelpers(int count)
 {
-    sigset_t all, before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    try {
-        for (; count > 0 && helpers < kMostHelpers; --count) {
-            std::thread([self = shared_from_this()] { self->Help(); }).detach();
-            ++helpers;
-        }
-    } catch (const std::system_error &) {
-        count = 0; // no further thread to be had: those that are there do it, or the logic itself
-    }
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    while (count-- > 0 && helpers < kMostHelpers &&
+           StartHelperThread([self = shared_from_this()] { self->Help(); }))
+        ++helpers;
 }
 
 // Waits until `condition` holds, with more helpers the longer it takes. False when the end of the
@@ -222,10 +259,7 @@ void ReadAheadFiles::Shared::StartHelpers(int count)
 template <class Condition>
 bool ReadAheadFiles::Shared::Wait(const Condition &condition)
 {
-    const auto start = std::chrono::steady_clock::now();
-    while (!condition() && std::chrono::steady_clock::now() - start < kFromMemory)
-        continue;
-    if (condition())
+    if (IsSoon(condition))
         return true;
     std::unique_lock lock(mutex);
     isWaiting = true;
@@ -247,7 +281,7 @@ void ReadAheadFiles::Expect(const std::vector<std::string> &paths, const WantedB
     if (paths.empty())
         return;
     if (m_shared == nullptr)
-        m_shared = std::make_shared<Shared>(m_source);
+        m_shared = std::make_shared<Shared>(m_source, m_helpersKept);
     const std::lock_guard lock(m_shared->mutex);
     for (const std::string &path : paths) {
         FilePtr file;
@@ -278,6 +312,8 @@ void ReadAheadFiles::ExpectNothing()
     for (const FilePtr &file : shared->files)
         shared->Drop(*file);
     shared->files.clear();
+    for (const int handle : std::exchange(shared->finished, {}))
+        m_source->Close(handle);
     shared->work.notify_all();
 }
 
@@ -311,21 +347,26 @@ auto ReadAheadFiles::Timed(const Call &call)
     return result;
 }
 
-bool ReadAheadFiles::IsReadingSlow()
+bool ReadAheadFiles::PaysToExpect()
+{
+    return m_helpersKept > 0 || IsSlow();
+}
+
+bool ReadAheadFiles::IsSlow()
 {
     if (m_shared == nullptr || !m_isSlow)
         return m_isSlow;
     const std::lock_guard lock(m_shared->mutex);
-    m_isSlow = m_shared->helpers > 0; // the last of them goes where files come fast
+    m_isSlow = m_shared->helpers > m_helpersKept; // the others go where files come fast
     return m_isSlow;
 }
 
 // Whether the file is now what it was when it was fetched. What is no regular file has no bytes
 // that could have changed.
-bool ReadAheadFiles::IsUnchanged(const ComingFile &file) const
+bool ReadAheadFiles::IsUnchanged(const ComingFile &file)
 {
-    FileIdentity now;
-    return m_source->Identify(file.path, now) == 0 && now == file.identity &&
+    FileIdentity &now = m_now;
+    return m_source->IdentifyOpen(file.handle, file.path, now) == 0 && now == file.identity &&
            (now.kind != FileKind::Regular || WasSettled(file.identity, file.openedAtNs));
 }
 
@@ -364,7 +405,7 @@ std::int64_t ReadAheadFiles::ReadAt(int handle, std::int64_t offset, char *to, s
         return read();
     const ComingFile &file = *open->file;
     const auto isThere = [&] { return file.stage == Stage::Ready; };
-    if (!isThere() && !mayWait)
+    if (!mayWait && !IsSoon(isThere))
         return -EAGAIN;
     if (!isThere() && !open->shared->Wait(isThere))
         return -EINTR;
@@ -382,6 +423,18 @@ std::int64_t ReadAheadFiles::ReadAt(int handle, std::int64_t offset, char *to, s
     return read();
 }
 
+std::size_t ReadAheadFiles::TakeStart(int handle, std::vector<char> &bytes)
+{
+    const auto open = std::ranges::find(m_open, handle, &OpenFile::handle);
+    if (open == m_open.end())
+        return 0;
+    ComingFile &file = *open->file;
+    if (!IsSoon([&] { return file.stage == Stage::Ready; }))
+        return 0;
+    bytes.swap(file.head);
+    return std::exchange(file.headBytes, 0);
+}
+
 void ReadAheadFiles::Close(int handle)
 {
     const auto open = std::ranges::find(m_open, handle, &OpenFile::handle);
@@ -392,7 +445,7 @@ void ReadAheadFiles::Close(int handle)
     const OpenFile closed = std::move(*open);
     m_open.erase(open);
     const std::lock_guard lock(closed.shared->mutex);
-    closed.shared->Drop(*closed.file);
+    closed.shared->Finish(*closed.file);
     ComingFile &file = *closed.file;
     const bool isFree = file.stage == Stage::Ready && file.head.capacity() <= kSpareBuffer;
     if (!isFree || closed.shared->spare.size() >= kFilesHeld)

@@ -6,6 +6,7 @@
 #include "platform/posix/systemfiles.h"
 
 #include <memory>
+#include <thread>
 #include <vector>
 
 namespace platform::posix
@@ -13,14 +14,17 @@ namespace platform::posix
 
 // All operations are for one thread, that of the logic. What they return is what SystemFilesPort
 // would: a file that was fetched is asked for its state once more when it is opened, and is read
-// anew where it is no longer the same. The helpers are one where files come fast, and up to 16
-// where the logic has to wait for them; at most 64 files and about 8 MiB are held.
+// anew where it is no longer the same. The helpers are one where files come fast and there is a
+// processor for it, and up to 16 where the logic has to wait for them; at most 64 files and about 8
+// MiB are held.
 class ReadAheadFiles : public SystemFilesPort
 {
 public:
     // `source` does the opening and reading, on several threads at a time. The other owners are the
     // helpers, which may outlive this object in the middle of a read.
-    explicit ReadAheadFiles(std::shared_ptr<Files> source = std::make_shared<SystemFilesPort>());
+    // `processors`: that this process may use.
+    explicit ReadAheadFiles(std::shared_ptr<Files> source = std::make_shared<SystemFilesPort>(),
+                            unsigned processors = std::thread::hardware_concurrency());
     ~ReadAheadFiles() override;
     ReadAheadFiles(const ReadAheadFiles &) = delete;
     ReadAheadFiles &operator=(const ReadAheadFiles &) = delete;
@@ -30,8 +34,10 @@ public:
     int Identify(const std::string &path, FileIdentity &identity) override;
     std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                         bool mayWait) override;
+    // A helper that has the file is given the time of a read from memory.
+    std::size_t TakeStart(int handle, std::vector<char> &bytes) override;
     void Close(int handle) override;
-    bool IsReadingSlow() override;
+    bool PaysToExpect() override;
     void Expect(const std::vector<std::string> &paths, const WantedBytes &wanted) override;
     void ExpectNothing() override;
 
@@ -41,9 +47,10 @@ private:
     using FilePtr = std::shared_ptr<ComingFile>;
 
     FilePtr Take(const std::string &path);
+    bool IsSlow();
     template <class Call>
     auto Timed(const Call &call);
-    [[nodiscard]] bool IsUnchanged(const ComingFile &file) const;
+    bool IsUnchanged(const ComingFile &file);
 
     // A file that was fetched and is open now.
     struct OpenFile {
@@ -53,8 +60,10 @@ private:
     };
 
     std::shared_ptr<Files> m_source;
+    const int m_helpersKept;          // where files come fast
     std::shared_ptr<Shared> m_shared; // null where nothing is expected
     std::vector<OpenFile> m_open;
+    FileIdentity m_now;    // of the file that is opened; kept for its path's memory
     bool m_isSlow = false; // a call had to wait for a disk
 };
 

@@ -41,6 +41,30 @@ bool IsInMemory(int handle)
            (status.f_type == TMPFS_MAGIC || status.f_type == RAMFS_MAGIC);
 }
 
+// Whether the file system of the open file changes the time of a file's last change of state when
+// the file gets another name or loses one, and no other machine can do that unseen. Asked once for
+// the files of one device after the other.
+bool NotesNames(int handle, dev_t device)
+{
+    thread_local struct {
+        bool known = false;
+        dev_t device = 0;
+        bool notes = false;
+    } last;
+    if (last.known && last.device == device)
+        return last.notes;
+    struct statfs status;
+    const auto is = [&](auto... types) {
+        return (... || (status.f_type == static_cast<decltype(status.f_type)>(types)));
+    };
+    last.notes =
+        fstatfs(handle, &status) == 0 &&
+        is(EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC, BTRFS_SUPER_MAGIC, F2FS_SUPER_MAGIC, TMPFS_MAGIC);
+    last.device = device;
+    last.known = true;
+    return last.notes;
+}
+
 } // namespace
 
 namespace posix
@@ -70,6 +94,16 @@ int SystemFilesPort::Identify(const std::string &path, FileIdentity &identity)
     struct stat status;
     if (stat(path.c_str(), &status) != 0)
         return errno;
+    identity.path = path;
+    Take(status, identity);
+    return 0;
+}
+
+int SystemFilesPort::IdentifyOpen(int handle, const std::string &path, FileIdentity &identity)
+{
+    struct stat status;
+    if (fstat(handle, &status) != 0 || status.st_nlink == 0 || !NotesNames(handle, status.st_dev))
+        return SystemFilesPort::Identify(path, identity);
     identity.path = path;
     Take(status, identity);
     return 0;

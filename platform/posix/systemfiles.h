@@ -12,6 +12,7 @@ class SystemFilesPort : public Files
 public:
     int OpenToRead(const std::string &path, FileIdentity &identity) override;
     int Identify(const std::string &path, FileIdentity &identity) override;
+    int IdentifyOpen(int handle, const std::string &path, FileIdentity &identity) override;
     std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                         bool mayWait) override;
     void Close(int handle) override;

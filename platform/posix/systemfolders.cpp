@@ -1,6 +1,7 @@
 #include "platform/posix/systemfolders.h"
 
 #include "platform/posix/files.h"
+#include "platform/posix/helperthread.h"
 #include "platform/posix/userfolders.h"
 #include "runtime/text.h"
 
@@ -14,13 +15,10 @@
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
-#include <csignal>
 #include <cstdlib>
 #include <mutex>
 #include <optional>
 #include <set>
-#include <system_error>
-#include <thread>
 #include <utility>
 
 namespace platform::posix
@@ -241,22 +239,6 @@ void Help(const std::shared_ptr<Question> &question, const std::shared_ptr<Waiti
     question->changed.notify_all();
 }
 
-// Starts the helper with every signal blocked: they are the main thread's.
-bool StartHelper(const std::shared_ptr<Question> &question)
-{
-    sigset_t all, before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    bool started = true;
-    try {
-        std::thread(Help, question, TheWaiting()).detach();
-    } catch (const std::system_error &) {
-        started = false; // no thread to be had
-    }
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    return started;
-}
-
 void Ask(const std::shared_ptr<Question> &question, const Folders::KeepWaiting &keepWaiting)
 {
     {
@@ -264,7 +246,7 @@ void Ask(const std::shared_ptr<Question> &question, const Folders::KeepWaiting &
         if (!TheWaiting()->paths.insert(question->path).second)
             return;
     }
-    if (!StartHelper(question)) {
+    if (!StartHelperThread([question, waiting = TheWaiting()] { Help(question, waiting); })) {
         const std::lock_guard lock(TheWaiting()->mutex);
         TheWaiting()->paths.erase(question->path);
         return;

@@ -7,9 +7,11 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -57,6 +59,13 @@ struct Walker : testing::Test {
     }
 };
 
+void AwaitAge(const std::string &folder)
+{
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (!catalogue::OpenFolder(folder).WasSettled() && std::chrono::steady_clock::now() < limit)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+}
+
 int ErrorOf(catalogue::FolderBox &dirs, const std::string &path)
 {
     try {
@@ -65,6 +74,107 @@ int ErrorOf(catalogue::FolderBox &dirs, const std::string &path)
         return error.number;
     }
     return 0;
+}
+
+TEST_F(Walker, ListingsAreKeptAsLongAsAFolderDoesNotChange)
+{
+    for (const char *name : {"a/1.mp3", "a/b/2.mp3", "c/3.mp3"})
+        Make(name);
+    for (const char *name : {"a", "a/b", "c"})
+        AwaitAge(folder / name);
+    catalogue::ListingCache cache;
+    dirs.UseCache(&cache);
+    dirs.SetRoot(folder.Path());
+    Names paths;
+    Walk(paths);
+    const catalogue::ListingPtr before = cache.Find(folder / "a");
+    ASSERT_NE(before, nullptr);
+    EXPECT_EQ(cache.Find(folder / "nowhere"), nullptr);
+
+    Names again;
+    Walk(again);
+    EXPECT_EQ(again, paths);
+    EXPECT_EQ(cache.Find(folder / "a"), before) << "not read a second time";
+
+    Make("a/4.mp3");
+    fs::rename(folder / "c", folder / "d");
+    fs::create_directory(folder / "c");
+    EXPECT_EQ(cache.Find(folder / "a"), nullptr) << "it has changed";
+    EXPECT_EQ(cache.Find(folder / "c"), nullptr) << "it is another folder";
+    EXPECT_EQ(cache.FindOld(folder / "a"), before);
+    EXPECT_NE(cache.Find(folder / "a/b"), nullptr);
+    Names changed;
+    Walk(changed);
+    EXPECT_EQ(changed, (Names{"a/1.mp3", "a/4.mp3", "a/b/2.mp3"}))
+        << "the root's own listing is from before";
+    chmod((folder / "a/b").c_str(), 0);
+    EXPECT_EQ(cache.Find(folder / "a/b"), nullptr);
+    chmod((folder / "a/b").c_str(), 0700);
+    dirs.UseCache(nullptr);
+}
+
+TEST_F(Walker, AListingThatAChangeCouldHideInIsNotKept)
+{
+    Make("a/1.mp3");
+    catalogue::ListingCache cache;
+    catalogue::OpenFolder young(folder / "a");
+    if (young.WasSettled())
+        GTEST_SKIP() << "the machine stood still for 100 ms";
+    EXPECT_TRUE(cache.Keep(young.Read(), young));
+    EXPECT_EQ(cache.FindOld(folder / "a"), nullptr);
+}
+
+TEST_F(Walker, OnlySoManyListingsAreKept)
+{
+    fs::create_directories(folder / "a");
+    AwaitAge(folder / "a");
+    catalogue::ListingCache cache;
+    int kept = 0;
+    for (bool isRoom = true; isRoom && kept < 100; ++kept) {
+        catalogue::FolderListing large{folder / std::to_string(kept), {}, {}, {}};
+        large.files.assign(10'000, std::string(52, 'n')); // 1 MB each
+        const catalogue::OpenFolder open(folder / "a");
+        isRoom = cache.Keep(std::make_shared<catalogue::FolderListing>(large), open);
+        EXPECT_EQ(cache.FindOld(large.path) != nullptr, isRoom);
+    }
+    EXPECT_EQ(kept, 9);
+}
+
+TEST_F(Walker, AHelperListsFromTheEnd)
+{
+    Names made;
+    for (int i = 10; i < 40; ++i)
+        for (const char *below : {"", "/x", "/x/y", "/z"}) {
+            made.push_back(folder / (std::to_string(i) + below));
+            Make(std::to_string(i) + below + "/1.mp3");
+        }
+    fs::create_directory_symlink(folder.Path(), folder / "25/circle");
+    for (const std::string &path : made)
+        AwaitAge(path);
+    dirs.SetRoot(folder.Path());
+    const auto cache = std::make_shared<catalogue::ListingCache>();
+    dirs.UseCache(cache.get());
+    dirs.SetPath(folder / "10"); // what the walk has been at ends the helper's
+    {
+        const catalogue::ListingAhead ahead(cache, catalogue::OpenFolder(folder.Path()).Read());
+        if (std::thread::hardware_concurrency() > 1) {
+            const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+            while (cache->FindOld(folder / "11/z") == nullptr &&
+                   std::chrono::steady_clock::now() < limit)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            for (const std::string &path : made)
+                EXPECT_EQ(cache->FindOld(path) != nullptr, !path.starts_with(folder / "10/"))
+                    << path;
+        }
+    }
+    dirs.SetRoot(folder.Path());
+    Names paths, alone;
+    Walk(paths);
+    dirs.UseCache(nullptr);
+    dirs.SetRoot(folder.Path());
+    Walk(alone);
+    EXPECT_EQ(paths, alone);
+    EXPECT_EQ(paths.size(), 120U);
 }
 
 TEST_F(Walker, StartsAtNoFolder)

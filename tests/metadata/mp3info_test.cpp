@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <filesystem>
+
 namespace
 {
 
@@ -231,6 +234,48 @@ TEST_F(GetMP3Info, ID3v1AtTheLengthsAroundItsOwn)
     EXPECT_TRUE(Read("x" + image).hasV1);
     EXPECT_FALSE(Read(image + "x").hasV1);
     EXPECT_EQ(Read(image + "x").v1.Header, "AGO");
+}
+
+TEST_F(GetMP3Info, TheFlagsAloneAreThoseOfAPass)
+{
+    const std::string image = Tag1("One", "", "", "1999", "", 3, 17);
+    const struct {
+        const char *name;
+        std::string bytes;
+    } cases[] = {
+        {"both", Tag(3, Frame3("TIT2", "x")) + kAudio + image},
+        {"at the front", Tag(3, Frame3("TIT2", "x")) + kAudio},
+        {"at the end", kAudio + image},
+        {"none", kAudio},
+        {"an empty one", Tag(3, "") + kAudio},
+        {"nothing but the one at the end", image},
+        {"cut short", image.substr(0, 127)},
+        {"nothing", ""},
+        {"more than there is", Z("ID3\3\0\0\0\0\x7f\x7f") + kAudio + image},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string path = m_folder / c.name;
+        tests::WriteFile(path, c.bytes);
+        metadata::ResetMP3Info();
+        bool v1 = true, v2 = true;
+        metadata::GetTagFlags(path, v1, v2);
+        EXPECT_EQ(metadata::LastReadFailure(), 0);
+        metadata::KeepForNextPass();
+        std::filesystem::remove(path); // the bytes are there
+        metadata::ID3v1Tag oldTag;
+        metadata::ID3v2Tag tag;
+        metadata::MPEGHeader header;
+        bool hasID3v1 = false, hasID3v2 = false;
+        metadata::GetMP3Info(path, oldTag, tag, header, hasID3v1, hasID3v2, false);
+        EXPECT_EQ(metadata::LastReadFailure(), 0);
+        EXPECT_EQ(v1, hasID3v1);
+        EXPECT_EQ(v2, hasID3v2);
+    }
+    bool v1 = true, v2 = true;
+    metadata::GetTagFlags(m_folder / "absent", v1, v2);
+    EXPECT_FALSE(v1 || v2);
+    EXPECT_EQ(metadata::LastReadFailure(), ENOENT);
 }
 
 TEST_F(GetMP3Info, LongBodiesComeWhole)

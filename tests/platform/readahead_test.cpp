@@ -41,6 +41,12 @@ struct HeldFiles : SystemFilesPort {
         identity.changedNs -= ageNs;
         return reason;
     }
+    int IdentifyOpen(int handle, const std::string &path, FileIdentity &identity) override
+    {
+        const int reason = SystemFilesPort::IdentifyOpen(handle, path, identity);
+        identity.changedNs -= ageNs;
+        return reason;
+    }
     std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                         bool mayWait) override
     {
@@ -257,6 +263,55 @@ TEST_F(ReadAhead, APipeIsOpenedOnceAndNotRead)
     EXPECT_EQ(Read(behind, 0, 6), "behind");
 }
 
+TEST_F(ReadAhead, TheStartIsGivenOnceAndTheRestIsRead)
+{
+    const std::string path = File("a", 500), other = File("b", 500);
+    files->Expect({path}, {100, 50, nullptr});
+    AwaitEqual(held->reads, 2);
+    FileIdentity identity;
+    const int handle = files->OpenToRead(path, identity);
+    std::vector<char> bytes(3, 'x');
+    ASSERT_EQ(files->TakeStart(handle, bytes), 100U);
+    EXPECT_EQ(std::string(bytes.data(), 4), "a0a1");
+    EXPECT_EQ(files->TakeStart(handle, bytes), 0U);
+    char piece[450] = {};
+    EXPECT_EQ(files->ReadAt(handle, 450, piece, sizeof piece, true), 50) << "the end";
+    EXPECT_EQ(held->reads, 2);
+    EXPECT_EQ(files->ReadAt(handle, 0, piece, 4, true), 4);
+    EXPECT_EQ(std::string(piece, 4), "a0a1");
+    files->Close(handle);
+    files->Expect({other}, {100, 50, nullptr});
+    AwaitEqual(held->reads, 5);
+    EXPECT_EQ(Read(other, 0, 4), "b0b1") << "the buffer that was given back is not another file's";
+    const int unexpected = files->OpenToRead(path, identity);
+    EXPECT_EQ(files->TakeStart(unexpected, bytes), 0U);
+    files->Close(unexpected);
+    files->ExpectNothing();
+    AwaitEqual(held->closes, held->opens);
+}
+
+TEST_F(ReadAhead, OneHelperStaysWhereThereIsAProcessorForIt)
+{
+    std::vector<std::string> paths;
+    for (int i = 0; i < 200; ++i)
+        paths.push_back(File(std::to_string(i), 300));
+    for (const unsigned processors : {1U, 2U}) {
+        files = std::make_unique<ReadAheadFiles>(held, processors);
+        EXPECT_EQ(files->PaysToExpect(), processors == 2);
+        held->opens = held->closes = 0;
+        for (int round = 0; round < 3; ++round) {
+            files->Expect(paths, {100, 100, nullptr});
+            for (const std::string &path : paths)
+                EXPECT_EQ(Read(path, 0, 1), fs::path(path).filename().string().substr(0, 1));
+        }
+        EXPECT_TRUE(files->PaysToExpect() || processors == 1);
+        files->ExpectNothing();
+        EXPECT_EQ(files->PaysToExpect(), processors == 2);
+        EXPECT_GE(held->opens, 600);
+        AwaitEqual(held->closes, held->opens);
+    }
+}
+
 TEST_F(ReadAhead, OtherFilesAndAnotherOrderAreServedAsWell)
 {
     const std::string a = File("a", 500), b = File("b", 500), c = File("c", 500);
@@ -314,8 +369,9 @@ TEST_F(ReadAhead, TheEndOfTheProgramEndsAWait)
 
 TEST_F(ReadAhead, SlowIsWhatHadToWaitUntilFilesComeFast)
 {
+    files = std::make_unique<ReadAheadFiles>(held, 1);
     const std::string path = File("a", 500);
-    EXPECT_FALSE(files->IsReadingSlow());
+    EXPECT_FALSE(files->PaysToExpect());
     held->Hold(kNever);
     std::thread later([&] {
         held->AwaitRead();
@@ -324,15 +380,15 @@ TEST_F(ReadAhead, SlowIsWhatHadToWaitUntilFilesComeFast)
     });
     EXPECT_EQ(Read(path, 0, 1), "a");
     later.join();
-    EXPECT_TRUE(files->IsReadingSlow());
-    for (int round = 0; files->IsReadingSlow() && round < 1000; ++round) {
+    EXPECT_TRUE(files->PaysToExpect());
+    for (int round = 0; files->PaysToExpect() && round < 1000; ++round) {
         std::vector<std::string> paths(100, path);
         files->Expect(paths, {100, 100, nullptr});
         for (const std::string &each : paths)
             EXPECT_EQ(Read(each, 0, 1), "a");
     }
     files->ExpectNothing();
-    EXPECT_FALSE(files->IsReadingSlow());
+    EXPECT_FALSE(files->PaysToExpect());
 }
 
 } // namespace

@@ -1,0 +1,267 @@
+#include "catalogue/regeneration/listing.h"
+
+#include "platform/files.h"
+#include "platform/posix/helperthread.h"
+#include "runtime/error.h"
+#include "runtime/text.h"
+#include "shell/apppath.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <new>
+#include <set>
+#include <string_view>
+#include <thread>
+
+namespace catalogue
+{
+
+namespace
+{
+
+constexpr std::size_t kMostBytesKept = 8u << 20; // some 80,000 songs
+
+[[noreturn]] void ThrowFolderError(int errnoValue)
+{
+    if (errnoValue == ENOENT || errnoValue == ENOTDIR)
+        throw runtime::RuntimeError(runtime::kPathNotFound);
+    throw runtime::FileError(errnoValue);
+}
+
+// The folders in which desktops keep what the user threw away on a disk.
+// Source: the trash rules of freedesktop.org (".Trash", ".Trash-1000").
+bool IsTrash(std::string_view name)
+{
+    return name == ".Trash" || name.starts_with(".Trash-");
+}
+
+// Whether a file is the companion that another system puts beside each file on a foreign disk: the
+// name begins with "._", the bytes with that format's mark. Source: AppleDouble, RFC 1740.
+bool IsCompanion(DIR *folder, const char *name)
+{
+    constexpr std::string_view kMark = std::string_view("\x00\x05\x16\x07", 4);
+    if (!std::string_view(name).starts_with("._"))
+        return false;
+    const int file = openat(dirfd(folder), name, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file < 0)
+        return false;
+    char start[kMark.size()] = {};
+    const ssize_t got = pread(file, start, sizeof start, 0);
+    close(file);
+    return std::string_view(start, got > 0 ? static_cast<std::size_t>(got) : 0) == kMark;
+}
+
+bool IsDotName(const char *name)
+{
+    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+bool MatchesPattern(std::string_view name)
+{
+    return name.size() >= 4 && runtime::EqualAscii(name.substr(name.size() - 4), ".mp3");
+}
+
+// Whether the entry is a folder; what a link points to counts. What cannot be found out counts as
+// none, so that a broken link named like an MP3 file is listed and reported as a file.
+bool IsFolder(DIR *parent, const dirent &entry)
+{
+    if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK)
+        return entry.d_type == DT_DIR;
+    struct stat status;
+    return fstatat(dirfd(parent), entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+}
+
+void SortNames(std::vector<std::string> &names)
+{
+    std::vector<std::pair<std::string, std::string>> keyed;
+    keyed.reserve(names.size());
+    for (std::string &name : names) {
+        std::string upper = runtime::UpperText(name);
+        keyed.emplace_back(std::move(upper), std::move(name));
+    }
+    std::sort(keyed.begin(), keyed.end());
+    std::transform(keyed.begin(), keyed.end(), names.begin(),
+                   [](auto &entry) { return std::move(entry.second); });
+}
+
+void ReadNames(DIR *folder, FolderListing &listing)
+{
+    for (;;) {
+        errno = 0;
+        const dirent *entry = readdir(folder);
+        if (entry == nullptr)
+            break;
+        if (IsDotName(entry->d_name))
+            continue;
+        if (IsFolder(folder, *entry)) {
+            if (!IsTrash(entry->d_name))
+                listing.folders.emplace_back(entry->d_name);
+        } else if (MatchesPattern(entry->d_name) && !IsCompanion(folder, entry->d_name)) {
+            listing.files.emplace_back(entry->d_name);
+        }
+    }
+    if (errno != 0)
+        ThrowFolderError(errno);
+    SortNames(listing.folders);
+    SortNames(listing.files);
+}
+
+std::int64_t Nanoseconds(const timespec &time)
+{
+    return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
+FolderState StateOf(const struct stat &status)
+{
+    return {
+        {status.st_dev, status.st_ino}, Nanoseconds(status.st_mtim), Nanoseconds(status.st_ctim)};
+}
+
+// The memory that the listing takes, nearly.
+std::size_t SizeOf(const FolderListing &listing)
+{
+    constexpr std::size_t kOfName = sizeof(std::string) + 16; // and what its memory needs
+    std::size_t bytes = sizeof listing + 2 * listing.path.size() + 200;
+    for (const auto *names : {&listing.folders, &listing.files})
+        for (const std::string &name : *names)
+            bytes += kOfName + name.size();
+    return bytes;
+}
+
+// The helper's walk: the folders below `listing` from the last one to the first, each with those
+// below it. False when it is over.
+class WalkFromTheEnd
+{
+public:
+    WalkFromTheEnd(std::shared_ptr<ListingCache> cache,
+                   std::shared_ptr<const std::atomic<bool>> isOver)
+        : m_cache(std::move(cache)), m_isOver(std::move(isOver))
+    {
+    }
+
+    bool Go(const FolderListing &listing)
+    {
+        m_reached.insert(listing.identity);
+        for (auto name = listing.folders.rbegin(); name != listing.folders.rend(); ++name) {
+            const std::string path = JoinPath(listing.path, *name);
+            if (*m_isOver || m_cache->FindOld(path) != nullptr)
+                return false;
+            const ListingPtr below = Read(path);
+            if (m_isFull || (below != nullptr && !Go(*below)))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    // Null where the folder cannot be read or was reached by another path: that is for the walk.
+    ListingPtr Read(const std::string &path)
+    {
+        try {
+            OpenFolder folder(path);
+            if (m_reached.contains(folder.State().identity))
+                return nullptr;
+            ListingPtr listing = folder.Read();
+            m_isFull = !m_cache->Keep(listing, folder);
+            return listing;
+        } catch (const runtime::RuntimeError &) {
+            return nullptr;
+        }
+    }
+
+    std::shared_ptr<ListingCache> m_cache;
+    std::shared_ptr<const std::atomic<bool>> m_isOver;
+    std::set<FolderIdentity> m_reached;
+    bool m_isFull = false;
+};
+
+} // namespace
+
+std::optional<FolderState> FolderStateAt(const std::string &path)
+{
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 ? std::optional(StateOf(status)) : std::nullopt;
+}
+
+OpenFolder::OpenFolder(const std::string &path)
+    : m_listing(std::make_shared<FolderListing>()),
+      m_openedAtNs(platform::SystemFiles().StampClockNs())
+{
+    m_folder.reset(opendir(path.c_str()));
+    struct stat status;
+    if (m_folder == nullptr || fstat(dirfd(m_folder.get()), &status) != 0)
+        ThrowFolderError(errno);
+    m_state = StateOf(status);
+    m_listing->path = path;
+    m_listing->identity = m_state.identity;
+}
+
+bool OpenFolder::WasSettled() const
+{
+    platform::FileIdentity folder;
+    folder.changedNs = m_state.changedNs;
+    return platform::WasSettled(folder, m_openedAtNs);
+}
+
+ListingPtr OpenFolder::Read()
+{
+    ReadNames(m_folder.get(), *m_listing);
+    return std::move(m_listing);
+}
+
+ListingPtr ListingCache::Find(const std::string &path)
+{
+    const Kept kept = KeptOf(path);
+    return kept.listing != nullptr && FolderStateAt(path) == kept.state ? kept.listing : nullptr;
+}
+
+ListingPtr ListingCache::FindOld(const std::string &path)
+{
+    return KeptOf(path).listing;
+}
+
+ListingCache::Kept ListingCache::KeptOf(const std::string &path)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_kept.find(path);
+    return found == m_kept.end() ? Kept() : found->second;
+}
+
+bool ListingCache::Keep(const ListingPtr &listing, const OpenFolder &folder)
+{
+    const std::size_t bytes = SizeOf(*listing);
+    const std::lock_guard lock(m_mutex);
+    if (m_bytes + bytes > kMostBytesKept)
+        return false;
+    if (!folder.WasSettled())
+        return true;
+    const bool isNew = m_kept.insert_or_assign(listing->path, Kept{listing, folder.State()}).second;
+    m_bytes += isNew ? bytes : 0;
+    return true;
+}
+
+ListingAhead::ListingAhead(const std::shared_ptr<ListingCache> &cache, ListingPtr root)
+{
+    if (root == nullptr || root->folders.size() < 2 || std::thread::hardware_concurrency() < 2)
+        return;
+    platform::posix::StartHelperThread([cache, isOver = m_isOver, root = std::move(root)] {
+        try {
+            WalkFromTheEnd(cache, isOver).Go(*root);
+        } catch (const std::bad_alloc &) {
+            return; // the walk reads the others
+        }
+    });
+}
+
+std::string JoinPath(const std::string &folder, const std::string &name)
+{
+    if (!folder.empty() && folder.back() == shell::PathSeparator)
+        return folder + name;
+    return folder + shell::PathSeparator + name;
+}
+
+} // namespace catalogue
