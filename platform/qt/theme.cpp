@@ -1,5 +1,7 @@
 #include "platform/qt/theme.h"
 
+#include "platform/qt/ownstyle.h"
+
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusError>
@@ -34,7 +36,7 @@ constexpr Colours kLight{0xfff4f5f7, 0xffffffff, 0xfff7f8fa, 0xffe6e9ee, 0xff1d2
                          0xfff4f5f7, 0xffffffff, 0xffe9ebef, 0xffbcc2cb, 0xffa3aab5, 0xff767d88};
 constexpr Colours kDark{0xff23262b, 0xff1b1d21, 0xff202328, 0xff2f333a, 0xffe6e9ee, 0xff7d848f,
                         0xff949ba6, 0xff2f6fd0, 0xff3c4656, 0xffffffff, 0xff7ab4ff, 0xffe6e9ee,
-                        0xff23262b, 0xff454a53, 0xff3a3f47, 0xff191b1f, 0xff14161a, 0xff0a0b0d};
+                        0xff23262b, 0xff454a53, 0xff3a3f47, 0xff4b515b, 0xff14161a, 0xff0a0b0d};
 
 QPalette MakePalette(const Colours &c)
 {
@@ -79,12 +81,17 @@ bool IsDarkPalette(const QPalette &palette)
            palette.color(QPalette::Window).lightness();
 }
 
+bool HasOwnStyle()
+{
+    return dynamic_cast<const OwnStyle *>(QApplication::style()) != nullptr;
+}
+
 } // namespace
 
 void ApplyPalette(bool dark)
 {
-    if (QApplication::style()->name() != QLatin1String("fusion"))
-        QApplication::setStyle(QStringLiteral("fusion"));
+    if (!HasOwnStyle())
+        QApplication::setStyle(new OwnStyle);
     QApplication::setPalette(MakePalette(dark ? kDark : kLight));
 }
 
@@ -95,7 +102,7 @@ bool IsDark()
 
 Theme::Theme(QObject *parent)
     : QObject(parent), m_desktopIsDark(IsDark()),
-      m_ownStyle(QApplication::style()->name() == QLatin1String("fusion"))
+      m_ownStyle(HasOwnStyle() || QApplication::style()->name() == QLatin1String("fusion"))
 {
     Apply(NoPreference);
     QDBusConnection bus = QDBusConnection::sessionBus();

@@ -11,7 +11,7 @@ class QDBusVariant;
 namespace platform::qt
 {
 
-// Gives the application the program's own colours, with the Fusion style.
+// Gives the application the program's own colours, with its own style (ownstyle.h).
 void ApplyPalette(bool dark);
 
 // Whether windows are dark now: their text is lighter than their background.

@@ -6,16 +6,44 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QIconEngine>
+#include <QImage>
 #include <QMap>
 #include <QMimeDatabase>
 #include <QPainter>
 #include <QPalette>
+#include <algorithm>
+#include <cstdlib>
 
 namespace ui::qt
 {
 
 namespace
 {
+
+// The drawing in greys: what has the text's colour gets that of disabled text, what is nearer to
+// the window's colour stays nearer to it.
+QPixmap Faded(const QPixmap &drawn)
+{
+    const QPalette palette = QGuiApplication::palette();
+    const QColor ground = palette.color(QPalette::Window);
+    const QColor faint = palette.color(QPalette::Disabled, QPalette::WindowText);
+    const int from = qGray(ground.rgb());
+    const int reach =
+        std::max(1, std::abs(qGray(palette.color(QPalette::WindowText).rgb()) - from));
+    QImage image = drawn.toImage().convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            const int share = std::min(reach, std::abs(qGray(line[x]) - from));
+            const auto mix = [share, reach](int a, int b) { return a + (b - a) * share / reach; };
+            line[x] = qRgba(mix(ground.red(), faint.red()), mix(ground.green(), faint.green()),
+                            mix(ground.blue(), faint.blue()), qAlpha(line[x]));
+        }
+    }
+    QPixmap faded = QPixmap::fromImage(image);
+    faded.setDevicePixelRatio(drawn.devicePixelRatio());
+    return faded;
+}
 
 // An icon with a drawing for light and one for dark windows; chosen each time it is painted.
 class ThemedEngine : public QIconEngine
@@ -25,19 +53,25 @@ public:
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
-        Drawing(mode).paint(painter, rect, Qt::AlignCenter, Shown(mode), state);
+        if (mode == QIcon::Disabled)
+            painter->drawPixmap(rect,
+                                scaledPixmap(rect.size() * painter->device()->devicePixelRatio(),
+                                             mode, state, painter->device()->devicePixelRatio()));
+        else
+            Drawing(mode).paint(painter, rect, Qt::AlignCenter, QIcon::Normal, state);
     }
 
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
     {
-        return Drawing(mode).pixmap(size, 1.0, Shown(mode), state);
+        return scaledPixmap(size, mode, state, 1.0);
     }
 
     QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state,
                          qreal scale) override
     {
         // `size` is in device pixels here, but the icon's function needs window pixels.
-        return Drawing(mode).pixmap(size / scale, scale, Shown(mode), state);
+        const QPixmap drawn = Drawing(mode).pixmap(size / scale, scale, QIcon::Normal, state);
+        return mode == QIcon::Disabled ? Faded(drawn) : drawn;
     }
 
     QSize actualSize(const QSize &size, QIcon::Mode, QIcon::State) override { return size; }
@@ -46,12 +80,6 @@ public:
     QString key() const override { return QStringLiteral("quenlin-themed"); }
 
 private:
-    // A selected row has its icon unchanged, not tinted with the selection's colour.
-    static QIcon::Mode Shown(QIcon::Mode mode)
-    {
-        return mode == QIcon::Selected ? QIcon::Normal : mode;
-    }
-
     // The background of a selection is dark when its text is light, also in a light window.
     static bool SelectionIsDark()
     {

@@ -37,7 +37,8 @@ void PagePanel::paintEvent(QPaintEvent *)
 void PageRule::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    QColor colour = palette().color(QPalette::Highlight);
+    // The same in a window without the keyboard.
+    QColor colour = palette().color(QPalette::Active, QPalette::Highlight);
     QLinearGradient fade(kMargin, 0, width() - kMargin, 0);
     fade.setColorAt(0, colour);
     colour.setAlpha(40);
