@@ -264,10 +264,21 @@ void frmMainWindow::keyPressEvent(QKeyEvent *event)
         QMainWindow::keyPressEvent(event);
 }
 
+// While tree and list are disabled the keyboard is with what is left, the separator. It goes to the
+// tree when that can be used again.
+void frmMainWindow::GiveKeyboardBack()
+{
+    const QWidget *owner = focusWidget();
+    if (m_tree->isEnabled() && (owner == nullptr || owner == m_separator || owner == this))
+        m_tree->setFocus();
+}
+
 bool frmMainWindow::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_client && event->type() == QEvent::Resize)
         m_layoutDue = true;
+    else if (watched == m_tree && event->type() == QEvent::EnabledChange)
+        GiveKeyboardBack();
     else if (watched == m_separator || watched == m_grip)
         DragSeparator(event);
     return QMainWindow::eventFilter(watched, event);

@@ -70,6 +70,7 @@ private:
     void BuildTree();
     void BuildList();
     void BuildSeparator();
+    void GiveKeyboardBack();
     void DragSeparator(QEvent *event);
     void MoveSeparatorByKey(int key);
 

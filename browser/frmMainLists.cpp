@@ -35,6 +35,7 @@ void frmMainWindow::BuildTree()
 {
     ui::qt::Name(m_tree, "TV");
     m_tree->setFrameShape(QFrame::NoFrame);
+    m_tree->installEventFilter(this);
     m_tree->Model().nameOfEmpty = [this](ui::NodeId node) {
         return ui::qt::ToQt(TextOfNone() + ", " + GetItemTypeText(m_form.TV.Key(node), false));
     };

@@ -85,6 +85,7 @@ TEST_F(PreferencesWindowScaled, ANewcomerGetsToTheFirstListInFiveActions)
     EXPECT_EQ(Stored(), Music());
     EXPECT_TRUE(TV().isEnabled() && LV().isEnabled());
     EXPECT_FALSE(hint->isVisible());
+    EXPECT_EQ(window->focusWidget(), &TV());
     EXPECT_TRUE(Form().LV.Hint().find("4 songs") != std::string::npos) << Form().LV.Hint();
     KeepScreenshot(*window, "first-regeneration-done");
     ClickNode("ByTitle");
