@@ -76,6 +76,7 @@ PreferencesForm::PreferencesForm() : Form("frmPref", {})
     layout = LayoutOf(*this);
     size = {0, 0, kWidthTwips, kHeightTwips};
     resizable = true;
+    lblProgress.elided = true;
     acceptButton = &cmdOk;
     cancelButton = &cmdCancel;
     unload = [this] { ui::Close(*this); };

@@ -18,6 +18,8 @@
 #include "player/controlsform.h"
 #include "shell/globals.h"
 #include "shell/language.h"
+#include "shell/preferences/preferences.h"
+#include "shell/settings.h"
 #include "shell/startup/frmSplash.h"
 #include "tagedit/tageditor.h"
 #include "tests/support/configfolder.h"
@@ -171,16 +173,43 @@ std::unique_ptr<ui::Form> MakeExportFolder(const TestFolder &folder)
     return form;
 }
 
+// At a folder with songs, deep in the tree; `running` while a regeneration that was started there
+// is under way, as its own line and bar show it.
+std::unique_ptr<ui::Form> MakePreferences(const TestFolder &folder, bool running)
+{
+    const std::string music = folder / "music";
+    for (const char *name : {"An album whose name is longer than the tree is wide", "Kind of Blue"})
+        std::filesystem::create_directories(music + "/" + name);
+    for (const char *name : {"So What.mp3", "Freddie Freeloader, a second take that was found.mp3"})
+        WriteFile(music + "/" + name, "not read here");
+    shell::SavePreference("MP3 Directory", music);
+    auto made = std::make_unique<shell::PreferencesForm>();
+    made->onLoad = [&form = *made, running, music] {
+        shell::LoadPreferences(form);
+        form.PBar.SetVisible(running);
+        form.lblProgress.SetVisible(running);
+        form.PBar.SetMax(100);
+        form.PBar.SetValue(40);
+        form.lblProgress.SetCaption("Checking " + music + "/Kind of Blue/Freddie Freeloader, " +
+                                    std::string(200, 'w') + ".mp3");
+        for (ui::Label *choice :
+             {static_cast<ui::Label *>(&form.cmdOk), static_cast<ui::Label *>(&form.cmdApply),
+              static_cast<ui::Label *>(&form.chkDeleteTable)})
+            choice->SetEnabled(!running);
+        form.tvwDirTree.SetEnabled(!running);
+        form.txtPath.SetEnabled(!running);
+    };
+    return made;
+}
+
 std::vector<FormCase> AllForms(const TestFolder &folder)
 {
     std::vector<FormCase> forms = TagEditorCases(folder);
     const std::vector<FormCase> others{
         {"frmExportFile", [&folder] { return MakeExportFolder(folder); }},
-        {"frmLyrics", [] { return LyricsWindow(LyricsMode::Following); }},
-        {"frmLyrics_setting", [] { return LyricsWindow(LyricsMode::Setting); }},
-        {"frmLyrics_testing", [] { return LyricsWindow(LyricsMode::Testing); }},
-        {"frmLyrics_paused", [] { return LyricsWindow(LyricsMode::Paused); }},
         {"frmControls", [] { return MakeControls(); }},
+        {"frmPref", [&folder] { return MakePreferences(folder, false); }},
+        {"frmPref_running", [&folder] { return MakePreferences(folder, true); }},
         {"frmLyrics", [] { return LyricsWindow(LyricsMode::Following); }},
         {"frmLyrics_setting", [] { return LyricsWindow(LyricsMode::Setting); }},
         {"frmLyrics_testing", [] { return LyricsWindow(LyricsMode::Testing); }},

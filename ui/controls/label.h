@@ -40,6 +40,10 @@ public:
     int FontSize() const { return m_fontSize; }
     void SetFontSize(int points) { Assign(m_fontSize, points); }
 
+    // One line, cut in its middle as paths are where its place is too narrow; set before the window
+    // is made. Else the text wraps.
+    bool elided = false;
+
     // The Change event; it runs before the widget is updated, and may change the caption.
     std::function<void()> captionChanged;
 

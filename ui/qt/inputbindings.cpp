@@ -1,6 +1,7 @@
 #include "ui/qt/inputbindings.h"
 
 #include "ui/qt/bindings.h"
+#include "ui/qt/elidedlabel.h"
 #include "ui/qt/icons.h"
 #include "ui/qt/marking.h"
 #include "ui/qt/qttext.h"
@@ -213,8 +214,27 @@ QString SpokenText(std::string_view caption)
     return words;
 }
 
+namespace
+{
+
+QWidget *MakeElidedLabel(ui::Label &label, QWidget *parent, Binding binding)
+{
+    auto *widget = new ElidedLabel(parent);
+    widget->SetElideMode(Qt::ElideMiddle);
+    widget->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    Follow(label, widget, [&label, widget, binding] {
+        ShowControl(label, widget, binding);
+        widget->SetFullText(LabelText(label.Caption()));
+    });
+    return widget;
+}
+
+} // namespace
+
 QWidget *MakeLabel(ui::Label &label, bool isBuddy, QWidget *parent, Binding binding)
 {
+    if (label.elided)
+        return MakeElidedLabel(label, parent, binding);
     auto *widget = new QLabel(parent);
     widget->setTextFormat(Qt::PlainText);
     widget->setWordWrap(!isBuddy);
