@@ -3,6 +3,7 @@
 #include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/drives.h"
+#include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "runtime/text.h"
 
@@ -294,7 +295,7 @@ platform::Folders::KeepWaiting cDirTree::Patience()
             m_tree->SetEnabled(false);
             platform::TheMachine().desktop->DoEvents();
         }
-        return waited < kPatienceMs && !m_abandoned;
+        return waited < kPatienceMs && !m_abandoned && !platform::IsEndRequested();
     };
 }
 

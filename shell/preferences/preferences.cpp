@@ -4,7 +4,6 @@
 #include "browser/mainform.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/regeneration.h"
-#include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/drives.h"
 #include "platform/folders.h"
@@ -14,6 +13,7 @@
 #include "runtime/text.h"
 #include "shell/globals.h"
 #include "shell/language.h"
+#include "shell/preferences/folderlook.h"
 #include "shell/settings.h"
 
 #include <utility>
@@ -27,7 +27,26 @@ namespace
 using platform::FolderAnswer;
 
 constexpr int kEnterKey = 13;
-constexpr std::int64_t kQuietMs = 100; // how long to wait for a disk before events run
+
+// Exists from the command until the window has closed. Events run during a wait for a disk, before
+// the window is shown: the user may choose the command again then.
+class OneWindow
+{
+public:
+    OneWindow() { Flag() = true; }
+    ~OneWindow() { Flag() = false; }
+    OneWindow(const OneWindow &) = delete;
+    OneWindow &operator=(const OneWindow &) = delete;
+
+    static bool IsOpen() { return Flag(); }
+
+private:
+    static bool &Flag()
+    {
+        static bool flag = false;
+        return flag;
+    }
+};
 
 platform::Folders &TheFolders()
 {
@@ -48,71 +67,6 @@ void EnableChoices(PreferencesForm &form, bool enabled)
     form.cmdApply.SetEnabled(enabled);
 }
 
-// Whether the folder can be read. When the disk does not answer, this gives up after a while;
-// meanwhile events run and the choices are disabled.
-FolderAnswer LookAt(const std::string &path, PreferencesForm *form = nullptr)
-{
-    platform::Clock &clock = *platform::TheMachine().clock;
-    const std::int64_t since = clock.SteadyMs();
-    bool yielded = false;
-    std::string firstFolder;
-    const FolderAnswer answer = TheFolders().Look(
-        path, {},
-        [&] {
-            const std::int64_t waited = clock.SteadyMs() - since;
-            if (form != nullptr && waited >= kQuietMs) {
-                if (!std::exchange(yielded, true))
-                    EnableChoices(*form, false);
-                platform::TheMachine().desktop->DoEvents();
-            }
-            return waited < ui::cDirTree::kPatienceMs;
-        },
-        firstFolder);
-    if (yielded)
-        EnableChoices(*form, true);
-    return answer;
-}
-
-bool IsThere(const std::string &path)
-{
-    return LookAt(path) == FolderAnswer::Listed;
-}
-
-std::string ParentOf(const std::string &path)
-{
-    const auto separator = path.rfind('/');
-    return path.substr(0, separator == 0 ? 1 : separator);
-}
-
-std::string CutSeparators(std::string path)
-{
-    while (path.size() > 1 && path.ends_with('/'))
-        path.pop_back();
-    return path;
-}
-
-bool IsCatalogueEmpty()
-{
-    const auto records = catalogue::Records(
-        catalogue::DataAccess->ExecuteSQL("SELECT * FROM MP3s", catalogue::kDetect));
-    return records != nullptr && records->IsOpen() && records->AtEnd();
-}
-
-// The folder that probably has the user's songs.
-std::string MusicFolder()
-{
-    for (const std::string &folder :
-         {TheFolders().UserFolder("MUSIC"), platform::posix::HomeFolder()})
-        if (folder.starts_with('/') && IsThere(folder))
-            return folder;
-    return "/";
-}
-
-std::string StoredFolder()
-{
-    return GetSetting(kPreferences, "MP3 Directory");
-}
-
 // Shows one line in the list instead of its rows: how many songs the folder in the box has.
 void ShowFileCount(PreferencesForm &form)
 {
@@ -128,7 +82,17 @@ void ShowFileCount(PreferencesForm &form)
 // Changes DirList. Returns: why it could not be changed, if so.
 FolderAnswer SetDirList(PreferencesForm &form, const std::string &path)
 {
-    const FolderAnswer answer = LookAt(path, &form);
+    LongWait wait;
+    wait.begin = [&form] {
+        form.waiting = true;
+        EnableChoices(form, false);
+    };
+    wait.end = [&form] {
+        form.waiting = false;
+        EnableChoices(form, true);
+    };
+    wait.isEnded = [&form] { return form.abandoned; };
+    const FolderAnswer answer = LookAt(path, wait);
     if (answer != FolderAnswer::Listed)
         return answer;
     form.DirList = path;
@@ -185,7 +149,10 @@ void OpenTypedFolder(PreferencesForm &form)
         form.txtPath.SetText(form.DirList);
         return;
     }
-    if (const FolderAnswer answer = SetDirList(form, path); answer != FolderAnswer::Listed)
+    const FolderAnswer answer = SetDirList(form, path);
+    if (form.abandoned)
+        return; // the window is about to close
+    if (answer != FolderAnswer::Listed)
         ThrowNoFolder(path, answer);
     form.txtPath.SetText(form.DirList);
     OpenTree(form);
@@ -340,26 +307,12 @@ void ApplyFields(const PreferencesForm &form)
 
 } // namespace
 
-StartFolder FindStartFolder()
-{
-    const std::string stored = CutSeparators(StoredFolder());
-    if (stored.empty())
-        return {MusicFolder(), !IsCatalogueEmpty()};
-    if (IsThere(stored))
-        return {stored, false};
-    if (!stored.starts_with('/'))
-        return {MusicFolder(), true};
-    std::string above = ParentOf(stored);
-    while (above != "/" && !IsThere(above))
-        above = ParentOf(above);
-    return {above, true};
-}
-
 void LoadPreferences(PreferencesForm &form)
 {
     form.SetTitle(
         runtime::Replace(GetLanguageText("&Preferences", "Preferences", "OptionMenus"), "&", ""));
     ApplyLanguage(form);
+    form.abandoned = false;
     form.Reload.SetChecked(GetFlagPreference("RefreshAtStartUp"));
     const StartFolder start = FindStartFolder();
     form.standIn = start.isStandIn ? start.path : std::string();
@@ -426,6 +379,8 @@ void cmdApply_Click(PreferencesForm &form)
     if (form.regenerating || form.dirTree->IsListing())
         return;
     OpenTypedFolder(form);
+    if (form.abandoned)
+        return;
     Globals &globals = TheGlobals();
     const std::string folderBefore = globals.MP3Directory;
     const bool deleteBefore = globals.DeleteBeforeAppend;
@@ -445,13 +400,13 @@ void cmdOk_Click(PreferencesForm &form)
     if (form.regenerating || form.dirTree->IsListing())
         return;
     cmdApply_Click(form);
-    if (form.unload)
+    if (form.unload && !form.abandoned) // else it closes by itself
         form.unload();
 }
 
 void cmdCancel_Click(PreferencesForm &form)
 {
-    if (form.unload)
+    if (MayUnloadPreferences(form) && form.unload)
         form.unload();
 }
 
@@ -459,9 +414,11 @@ bool MayUnloadPreferences(PreferencesForm &form)
 {
     if (form.regenerating)
         return false;
-    const bool waits = form.dirTree != nullptr && form.dirTree->IsListing();
-    if (waits)
+    const bool lists = form.dirTree != nullptr && form.dirTree->IsListing();
+    if (lists)
         form.dirTree->Abandon();
+    form.abandoned = form.abandoned || form.waiting;
+    const bool waits = lists || form.waiting;
     form.tmrUnload.SetEnabled(waits);
     return !waits;
 }
@@ -479,8 +436,9 @@ void UnloadPreferences(PreferencesForm &form)
 
 void submnuPreferences_Click(const std::function<void()> &showModally)
 {
-    if (catalogue::IsRegenerating())
+    if (catalogue::IsRegenerating() || OneWindow::IsOpen())
         return;
+    const OneWindow open;
     const std::string before = TheGlobals().MP3Directory;
     showModally();
     if (catalogue::DataAccess == nullptr)

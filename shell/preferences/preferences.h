@@ -55,20 +55,10 @@ struct PreferencesForm : ui::Form {
     std::string standIn;       // DirList, when it stands in for a stored folder that is missing
     std::string folderBefore;  // the current folder of the process before the window
     bool loading = false;      // the tree is being filled and must not change DirList
+    bool waiting = false;      // waits for a disk, with events running
+    bool abandoned = false;    // the user closed the window during that wait; it closes right after
     bool regenerating = false; // a regeneration that was started here is running
 };
-
-// The folder that is chosen when the window opens. `isStandIn`: the stored folder is missing and
-// this one stands in for it; it does not count as the user's choice.
-struct StartFolder {
-    std::string path;
-    bool isStandIn = false;
-};
-
-// The stored folder, or its nearest parent that exists. When no folder is stored: the user's music
-// folder, else the home folder, else the root; when the catalogue is empty, this counts as a new
-// user's choice.
-StartFolder FindStartFolder();
 
 // Form_Load, step by step.
 void LoadPreferences(PreferencesForm &form);

@@ -1,3 +1,4 @@
+#include "shell/preferences/folderlook.h"
 #include "tests/shell/preferencesfixture.h"
 
 #include <gtest/gtest.h>
@@ -195,6 +196,67 @@ TEST_F(PreferencesTest, ADiskThatDoesNotAnswerIsGivenUp)
     EXPECT_FALSE(choice);
     EXPECT_TRUE(pref.cmdOk.Enabled());
     EXPECT_EQ(pref.DirList, folder / "music");
+}
+
+TEST_F(PreferencesTest, AStoredFolderThatDoesNotAnswerIsWaitedForOnce)
+{
+    Store(folder / "music/abba/deep/deeper");
+    folders.silent = {folder / "music", folder / "music/abba", folder / "music/abba/deep",
+                      folder / "music/abba/deep/deeper"};
+    bool again = false;
+    desktop.onYield = [&] {
+        shell::submnuPreferences_Click([&] { again = true; }); // the menu lives meanwhile
+    };
+    const std::int64_t from = clock.steadyMs;
+    shell::submnuPreferences_Click([this] {
+        Open();
+        shell::UnloadPreferences(pref);
+    });
+    EXPECT_FALSE(again) << "a second window";
+    EXPECT_GE(clock.steadyMs - from, 2000);
+    EXPECT_LE(clock.steadyMs - from, 3000) << "the folders above it were waited for as long";
+    EXPECT_EQ(pref.DirList, folder.Path());
+    EXPECT_EQ(Stored(), folder / "music/abba/deep/deeper");
+}
+
+TEST_F(PreferencesTest, CancelEndsTheWaitForADiskQuietly)
+{
+    Store(folder / "music");
+    Open();
+    folders.silent = {folder / "other"};
+    bool cancelled = false;
+    desktop.onYield = [&] {
+        if (!std::exchange(cancelled, true))
+            shell::cmdCancel_Click(pref);
+    };
+    const std::int64_t from = clock.steadyMs;
+    pref.txtPath.SetText(folder / "other");
+    EXPECT_NO_THROW(shell::cmdOk_Click(pref));
+    EXPECT_TRUE(cancelled);
+    EXPECT_LT(clock.steadyMs - from, 500);
+    EXPECT_EQ(unloads, 0) << "not in the middle of the wait";
+    pref.tmrUnload.Fire();
+    EXPECT_EQ(unloads, 1);
+    EXPECT_EQ(Stored(), folder / "music");
+    EXPECT_TRUE(settings.writes.empty());
+}
+
+TEST_F(PreferencesTest, CancelIsRefusedWhileItsRegenerationRuns)
+{
+    Store(folder / "music");
+    Open();
+    bool cancelled = false;
+    desktop.onYield = [&] {
+        if (catalogue::IsRegenerating() && !std::exchange(cancelled, true)) {
+            shell::cmdCancel_Click(pref);
+            EXPECT_EQ(unloads, 0);
+        }
+    };
+    pref.txtPath.SetText(folder / "other");
+    shell::cmdApply_Click(pref);
+    EXPECT_TRUE(cancelled);
+    EXPECT_EQ(unloads, 0);
+    EXPECT_EQ(Stored(), folder / "other");
 }
 
 TEST_F(PreferencesTest, ClosingEndsTheWaitForADisk)

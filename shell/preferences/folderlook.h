@@ -1,0 +1,44 @@
+// shell/preferences/folderlook.h - looks at a folder for the preferences' window: events run while
+// the disk does not answer, and after a while the look gives up.
+#pragma once
+
+#include "platform/folders.h"
+#include "ui/cDirTree.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace shell
+{
+
+// What the caller does when a wait is so long that the user notices it. Empty functions do nothing.
+struct LongWait {
+    std::function<void()> begin, end;
+    std::function<bool()> isEnded; // true ends the wait
+};
+
+// Whether the folder can be read. Waits at most `patienceMs`; the end of the program ends the wait.
+// Returns: NoAnswer when the wait was ended or took too long.
+platform::FolderAnswer LookAt(const std::string &path, const LongWait &wait = {},
+                              std::int64_t patienceMs = ui::cDirTree::kPatienceMs);
+
+// The path without the separators at its end; "/" stays.
+std::string CutSeparators(std::string path);
+
+// The folder that the settings hold; empty when none has been stored.
+std::string StoredFolder();
+
+// The folder that is chosen when the window opens. `isStandIn`: the stored folder is missing and
+// this one stands in for it; it does not count as the user's choice.
+struct StartFolder {
+    std::string path;
+    bool isStandIn = false;
+};
+
+// The stored folder, or its nearest parent that exists. When no folder is stored: the user's music
+// folder, else the home folder, else the root; when the catalogue is empty, this counts as a new
+// user's choice.
+StartFolder FindStartFolder();
+
+} // namespace shell
