@@ -1,6 +1,7 @@
 #include "platform/web/curlweb.h"
 
 #include <curl/curl.h>
+#include <dlfcn.h>
 
 #include <algorithm>
 #include <chrono>
@@ -21,6 +22,64 @@ bool IsHttps(std::string_view address)
     return address.size() >= kScheme.size() &&
            std::ranges::equal(address.substr(0, kScheme.size()), kScheme,
                               [](char one, char other) { return (one | 0x20) == (other | 0x20); });
+}
+
+// The library's functions. It is loaded with the first fetch: it needs some thirty other libraries,
+// for which each start of the program would wait.
+struct Curl {
+    decltype(&curl_global_init) globalInit;
+    decltype(&curl_easy_init) easyInit;
+    decltype(&curl_easy_cleanup) easyCleanup;
+    decltype(&curl_easy_setopt) easySetopt;
+    decltype(&curl_easy_getinfo) easyGetinfo;
+    decltype(&curl_multi_init) multiInit;
+    decltype(&curl_multi_cleanup) multiCleanup;
+    decltype(&curl_multi_add_handle) multiAddHandle;
+    decltype(&curl_multi_remove_handle) multiRemoveHandle;
+    decltype(&curl_multi_perform) multiPerform;
+    decltype(&curl_multi_info_read) multiInfoRead;
+};
+
+// Takes the function from the library. False when it is not there.
+template <class Function>
+bool Take(void *library, const char *name, Function &function)
+{
+    function = reinterpret_cast<Function>(dlsym(library, name));
+    return function != nullptr;
+}
+
+// Nothing where the library is not installed or is too old.
+std::optional<Curl> LoadCurl()
+{
+    void *library = dlopen(QUENLIN_CURL_LIBRARY, RTLD_NOW | RTLD_LOCAL); // stays up to the end
+    Curl curl{};
+    const bool isWhole = library != nullptr && Take(library, "curl_global_init", curl.globalInit) &&
+                         Take(library, "curl_easy_init", curl.easyInit) &&
+                         Take(library, "curl_easy_cleanup", curl.easyCleanup) &&
+                         Take(library, "curl_easy_setopt", curl.easySetopt) &&
+                         Take(library, "curl_easy_getinfo", curl.easyGetinfo) &&
+                         Take(library, "curl_multi_init", curl.multiInit) &&
+                         Take(library, "curl_multi_cleanup", curl.multiCleanup) &&
+                         Take(library, "curl_multi_add_handle", curl.multiAddHandle) &&
+                         Take(library, "curl_multi_remove_handle", curl.multiRemoveHandle) &&
+                         Take(library, "curl_multi_perform", curl.multiPerform) &&
+                         Take(library, "curl_multi_info_read", curl.multiInfoRead);
+    if (!isWhole || curl.globalInit(CURL_GLOBAL_DEFAULT) != CURLE_OK)
+        return std::nullopt;
+    return curl;
+}
+
+// Null where it cannot be loaded: each fetch fails then.
+const Curl *TheCurl()
+{
+    static const std::optional<Curl> curl = LoadCurl();
+    return curl ? &*curl : nullptr;
+}
+
+// The next message of a request that has ended; null when there is none.
+const CURLMsg *ReadInfo(CURLM *multi, int &waiting)
+{
+    return multi != nullptr ? TheCurl()->multiInfoRead(multi, &waiting) : nullptr;
 }
 
 } // namespace
@@ -60,9 +119,9 @@ public:
     bool Ended(CURLcode result, std::optional<std::string> &answer)
     {
         long status = 0;
-        curl_easy_getinfo(m_handle, CURLINFO_RESPONSE_CODE, &status);
+        TheCurl()->easyGetinfo(m_handle, CURLINFO_RESPONSE_CODE, &status);
         const char *target = nullptr;
-        curl_easy_getinfo(m_handle, CURLINFO_REDIRECT_URL, &target);
+        TheCurl()->easyGetinfo(m_handle, CURLINFO_REDIRECT_URL, &target);
         const bool redirected = result == CURLE_OK && target != nullptr;
         const std::string next = redirected ? target : "";
         End();
@@ -94,7 +153,7 @@ private:
                               .count();
         m_bytes.clear();
         m_headerBytes = 0;
-        m_handle = left > 0 ? curl_easy_init() : nullptr;
+        m_handle = left > 0 && m_web->m_multi != nullptr ? TheCurl()->easyInit() : nullptr;
         if (m_handle == nullptr)
             return false;
         const bool set =
@@ -109,24 +168,24 @@ private:
             Set(CURLOPT_HEADERFUNCTION, &Transfer::TakeHeader) && Set(CURLOPT_HEADERDATA, this) &&
             (m_web->trustedCertificates.empty() ||
              Set(CURLOPT_CAINFO, m_web->trustedCertificates.c_str()));
-        if (set && curl_multi_add_handle(m_web->m_multi, m_handle) == CURLM_OK)
+        if (set && TheCurl()->multiAddHandle(m_web->m_multi, m_handle) == CURLM_OK)
             return true;
-        curl_easy_cleanup(std::exchange(m_handle, nullptr));
+        TheCurl()->easyCleanup(std::exchange(m_handle, nullptr));
         return false;
     }
 
     template <class Value>
     bool Set(CURLoption option, Value value)
     {
-        return curl_easy_setopt(m_handle, option, value) == CURLE_OK;
+        return TheCurl()->easySetopt(m_handle, option, value) == CURLE_OK;
     }
 
     void End()
     {
         if (m_handle == nullptr || m_web == nullptr)
             return;
-        curl_multi_remove_handle(m_web->m_multi, m_handle);
-        curl_easy_cleanup(std::exchange(m_handle, nullptr));
+        TheCurl()->multiRemoveHandle(m_web->m_multi, m_handle);
+        TheCurl()->easyCleanup(std::exchange(m_handle, nullptr));
     }
 
     // Returns the count taken; fewer than came ends the transfer as failed.
@@ -161,8 +220,6 @@ private:
 
 CurlWeb::CurlWeb(std::string userAgent) : m_userAgent(std::move(userAgent))
 {
-    curl_global_init(CURL_GLOBAL_DEFAULT);
-    m_multi = curl_multi_init();
     poll.event = [this] { Poll(); };
 }
 
@@ -170,14 +227,16 @@ CurlWeb::~CurlWeb()
 {
     for (Transfer *transfer : m_transfers)
         transfer->LeaveWeb();
-    curl_multi_cleanup(m_multi);
-    curl_global_cleanup();
+    if (m_multi != nullptr)
+        TheCurl()->multiCleanup(m_multi);
 }
 
 std::unique_ptr<WebFetch>
 CurlWeb::Fetch(const std::string &address,
                std::function<void(const std::optional<std::string> &bytes)> done)
 {
+    if (m_multi == nullptr && TheCurl() != nullptr)
+        m_multi = TheCurl()->multiInit();
     auto transfer = std::make_unique<Transfer>(*this, address, std::move(done));
     m_transfers.push_back(transfer.get());
     poll.SetEnabled(true);
@@ -187,7 +246,8 @@ CurlWeb::Fetch(const std::string &address,
 void CurlWeb::Poll()
 {
     int running = 0;
-    curl_multi_perform(m_multi, &running);
+    if (m_multi != nullptr)
+        TheCurl()->multiPerform(m_multi, &running);
 
     // What has ended is collected first: an answer's receiver may begin or drop fetches.
     struct Answer {
@@ -201,7 +261,7 @@ void CurlWeb::Poll()
         answers.push_back({transfer->Wanted(), transfer->TakeDone(), std::move(bytes)});
     };
     int waiting = 0;
-    while (const CURLMsg *message = curl_multi_info_read(m_multi, &waiting)) {
+    while (const CURLMsg *message = ReadInfo(m_multi, waiting)) {
         if (message->msg != CURLMSG_DONE)
             continue;
         const auto at = std::ranges::find_if(m_transfers, [message](const Transfer *transfer) {

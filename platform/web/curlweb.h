@@ -40,7 +40,7 @@ private:
     void Forget(Transfer *transfer);
 
     std::string m_userAgent;
-    void *m_multi;                       // a CURLM
+    void *m_multi = nullptr; // a CURLM; null before the first fetch, and without libcurl
     std::vector<Transfer *> m_transfers; // under way; owned by their callers
 };
 

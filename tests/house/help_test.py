@@ -171,6 +171,7 @@ class Help(unittest.TestCase):
         self.assertEqual(done.returncode, 0, done.stderr)
         linked = re.findall(r"\(NEEDED\).*\[(.+?)\]", done.stdout)
         self.assertGreater(len(linked), 5)
+        linked.append("libcurl.so.4")   # loaded when the web is first asked
         for library in linked:
             stem = re.split(r"[.-]so|\.so|-linux", library)[0]
             stem = "ld-linux" if library.startswith("ld-linux") else stem
