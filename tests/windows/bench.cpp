@@ -176,7 +176,20 @@ QImage Screenshot(QWidget &window)
     return window.screen()->grabWindow(window.winId()).toImage();
 }
 
-void KeepScreenshot(QWidget &window, const std::string &name)
+void AwaitPainted(QWidget &window)
+{
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window, 30000));
+    for (int round = 0; round < 3; ++round) { // an event may post another one
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    }
+    window.repaint();
+}
+
+namespace
+{
+
+void Keep(QWidget &window, const std::string &name, const std::function<QImage()> &picture)
 {
     const QString folder = qEnvironmentVariable("QUENLIN_SCREENSHOTS");
     if (folder.isEmpty())
@@ -186,7 +199,19 @@ void KeepScreenshot(QWidget &window, const std::string &name)
     const QString suffix = scale > 1 ? QStringLiteral("@%1x").arg(scale) : QString();
     const QString file =
         folder + QLatin1Char('/') + QString::fromStdString(name) + suffix + QStringLiteral(".png");
-    EXPECT_TRUE(Screenshot(window).save(file)) << file.toStdString();
+    EXPECT_TRUE(picture().save(file)) << file.toStdString();
+}
+
+} // namespace
+
+void KeepScreenshot(QWidget &window, const std::string &name)
+{
+    Keep(window, name, [&] { return Screenshot(window); });
+}
+
+void KeepPainted(QWidget &window, const std::string &name)
+{
+    Keep(window, name, [&] { return window.screen()->grabWindow(window.winId()).toImage(); });
 }
 
 } // namespace tests

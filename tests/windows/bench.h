@@ -65,6 +65,12 @@ void WhenModal(const std::function<void(QWidget &modal)> &action, int millisecon
 // build/<preset>/screenshots/<name>.png ("<name>@2x.png" at 200 percent).
 void KeepScreenshot(QWidget &window, const std::string &name);
 
+// Waits until the window is on the display, has dealt with all events so far and is painted anew.
+void AwaitPainted(QWidget &window);
+
+// KeepScreenshot of a window for which AwaitPainted has waited.
+void KeepPainted(QWidget &window, const std::string &name);
+
 // The picture that KeepScreenshot would keep.
 QImage Screenshot(QWidget &window);
 

@@ -146,12 +146,12 @@ void CheckLook(const std::string &name, const std::function<QWidget *()> &open,
                 ADD_FAILURE() << "no window";
                 continue;
             }
-            LetRun(30);
+            AwaitPainted(*window);
             EXPECT_EQ(LookProblems(*window), std::vector<std::string>{});
             EXPECT_EQ(NamelessControls(*window), std::vector<std::string>{});
-            KeepScreenshot(*window, name + "-" + language + (dark ? "-dark" : "-light"));
+            KeepPainted(*window, name + "-" + language + (dark ? "-dark" : "-light"));
             close();
-            LetRun(10);
+            LetRun(1); // closed windows go with the next events
         }
     }
     platform::qt::ApplyPalette(false);
