@@ -226,9 +226,21 @@ bool IsUpToDate(Recordset &rows, const std::vector<Value> &values)
     return true;
 }
 
+// Whether one of the rows is marked as a duplicate, or may be.
+bool HasDuplicates(Recordset &rows)
+{
+    if (rows.FieldCount() <= kDuplicatedColumn)
+        return true;
+    for (rows.MoveFirst(); !rows.AtEnd(); rows.MoveNext())
+        if (rows.Text(kDuplicatedColumn) != "0")
+            return true;
+    return false;
+}
+
 // Writes the genre as it is in the tag: the number of an ID3v1 tag stays a number. Rows marked as
 // duplicates keep their artist. The result of `Edit1` does not change the result of the call. Rows
-// that have the values already are not written.
+// that have the values already are not written: without a duplicate, a successful `Edit1` leaves
+// nothing for `Edit2`.
 void UpdateRows(ADOclass &access, Addition &addition, Recordset &rows)
 {
     addition.result = kUpdated;
@@ -238,7 +250,13 @@ void UpdateRows(ADOclass &access, Addition &addition, Recordset &rows)
     if (isUpToDate)
         return;
     values.emplace_back(addition.path);
-    Guarded(addition, [&] { RunStatement(access, "Edit1", kStoredUpdate, values, "?"); });
+    bool isWritten = false;
+    Guarded(addition, [&] {
+        isWritten =
+            RunStatement(access, "Edit1", kStoredUpdate, values, "?") && !HasDuplicates(rows);
+    });
+    if (isWritten)
+        return;
     values.erase(values.begin() + kArtistColumn);
     Guarded(addition, [&] { RunStatement(access, "Edit2", kStoredUpdate, values, "?"); });
 }

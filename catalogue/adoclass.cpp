@@ -259,9 +259,13 @@ std::string ADOclass::GetStringConnection()
     case 0:
         return "Provider=Microsoft.Jet.OLEDB.3.51;Persist Security Info=False;Data Source=" +
                DirBase + DataBaseName + ".mdb;Jet OLEDB";
-    case 1:
-        return "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + DirBase + DataBaseName +
-               ".mdb;Persist Security Info=False;Jet OLEDB";
+    case 1: {
+        constexpr std::string_view kFront = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=";
+        constexpr std::string_view kBack = ".mdb;Persist Security Info=False;Jet OLEDB";
+        std::string text; // each statement asks for it
+        text.reserve(kFront.size() + DirBase.size() + DataBaseName.size() + kBack.size());
+        return text.append(kFront).append(DirBase).append(DataBaseName).append(kBack);
+    }
     case 2:
         if (SQLIntegratedSecurity)
             return "Provider=SQLOLEDB;Integrated Security=SSPI;Initial Catalog=" + DataBaseName +

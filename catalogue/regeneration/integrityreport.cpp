@@ -44,6 +44,7 @@ void IntegrityReport::Close(bool succeeded, std::string_view folder, std::string
 void IntegrityReport::Write(std::initializer_list<std::string_view> lines)
 {
     std::string bytes;
+    bytes.reserve(512);
     for (const std::string_view line : lines)
         bytes.append(line).append("\r\n");
     if (!m_file.Append(bytes))

@@ -40,6 +40,13 @@ public:
 
 void RowTable::AppendRow(sqlite3_stmt *statement)
 {
+    if (m_rows == 0) { // often there is one alone
+        std::size_t bytes = 0;
+        for (int i = 0; i < m_fields; ++i)
+            bytes += static_cast<std::size_t>(sqlite3_column_bytes(statement, i));
+        m_bytes.reserve(bytes);
+        m_cells.reserve(static_cast<std::size_t>(m_fields));
+    }
     for (int i = 0; i < m_fields; ++i) {
         if (sqlite3_column_type(statement, i) == SQLITE_NULL) {
             m_cells.push_back({m_bytes.size(), kNullLength});

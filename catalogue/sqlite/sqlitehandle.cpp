@@ -292,7 +292,10 @@ void BindValue(sqlite3_stmt *statement, int parameter, const Value &value)
 
 std::string_view ColumnText(sqlite3_stmt *statement, int column)
 {
-    const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement, column));
+    // A text asked for as such gets a NUL behind it, for which SQLite makes a copy.
+    const auto *text = sqlite3_column_type(statement, column) == SQLITE_TEXT
+                           ? static_cast<const char *>(sqlite3_column_blob(statement, column))
+                           : reinterpret_cast<const char *>(sqlite3_column_text(statement, column));
     if (text == nullptr)
         return {};
     return {text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};

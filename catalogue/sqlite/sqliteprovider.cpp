@@ -8,6 +8,7 @@
 #include "shell/apppath.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace catalogue
@@ -289,9 +290,13 @@ Opener ResolveCatalogueFile(const std::string &connectionString)
     if (from == std::string::npos || to == std::string::npos || to < from + kSource.size())
         throw ProviderFailure(kGenericFailure, "The connection string names no file.");
     const auto at = from + kSource.size();
-    return [path = connectionString.substr(at, to - at)] {
+    // A statement copies its opener; one that holds a pointer costs nothing. Never destroyed: an
+    // opener may outlive everything else.
+    static auto *paths = new std::set<std::string>;
+    const std::string *path = &*paths->insert(connectionString.substr(at, to - at)).first;
+    return [path] {
         LazyRecordset::CopyAll(kLazyMs);
-        return std::make_unique<SqliteConnection>(CatalogueFile::At(path));
+        return std::make_unique<SqliteConnection>(CatalogueFile::At(*path));
     };
 }
 
