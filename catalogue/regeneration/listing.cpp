@@ -23,7 +23,7 @@ namespace catalogue
 namespace
 {
 
-constexpr std::size_t kMostBytesKept = 8u << 20; // some 80,000 songs
+constexpr std::size_t kMostBytesKept = 6u << 20; // some 60,000 songs
 
 [[noreturn]] void ThrowFolderError(int errnoValue)
 {

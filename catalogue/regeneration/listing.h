@@ -68,7 +68,7 @@ private:
     std::int64_t m_openedAtNs = 0; // by the clock of file stamps
 };
 
-// The listings of the folders that a walk comes to more than once. It holds some 8 MiB of them at
+// The listings of the folders that a walk comes to more than once. It holds some 6 MiB of them at
 // most: folders that find no room are read again. Its operations may be called on any thread.
 class ListingCache
 {

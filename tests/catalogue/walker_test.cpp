@@ -137,7 +137,7 @@ TEST_F(Walker, OnlySoManyListingsAreKept)
         isRoom = cache.Keep(std::make_shared<catalogue::FolderListing>(large), open);
         EXPECT_EQ(cache.FindOld(large.path) != nullptr, isRoom);
     }
-    EXPECT_EQ(kept, 9);
+    EXPECT_EQ(kept, 7);
 }
 
 TEST_F(Walker, AHelperListsFromTheEnd)
