@@ -159,7 +159,7 @@ TEST_F(Walker, AHelperListsFromTheEnd)
         const catalogue::ListingAhead ahead(cache, catalogue::OpenFolder(folder.Path()).Read());
         if (std::thread::hardware_concurrency() > 1) {
             const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-            while (cache->FindOld(folder / "11/z") == nullptr &&
+            while (cache->FindOld(folder / "11/x/y") == nullptr &&
                    std::chrono::steady_clock::now() < limit)
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
             for (const std::string &path : made)
