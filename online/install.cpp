@@ -9,6 +9,9 @@
 #include "online/tipform.h"
 #include "platform/machine.h"
 
+#include <memory>
+#include <utility>
+
 namespace online
 {
 
@@ -21,17 +24,25 @@ struct Area {
                  drive)
     {
     }
+    ~Area()
+    {
+        ui::Close(*startTip);
+        ui::Retire(std::move(startTip)); // after its window, which goes a little later
+    }
+    Area(const Area &) = delete;
+    Area &operator=(const Area &) = delete;
 
     VersionChecks checks;
-    TipForm startTip; // shown without modality when the program starts
+    // Shown without modality when the program starts.
+    std::unique_ptr<TipForm> startTip = std::make_unique<TipForm>();
 };
 
 // From the menu the tips are shown modally. At the start they are not: the main window can be used
 // at once.
 void ShowTips(Area &area)
 {
-    if (browser::frmMain().starting || area.startTip.Visible()) {
-        ui::Show(area.startTip);
+    if (browser::frmMain().starting || area.startTip->Visible()) {
+        ui::Show(*area.startTip);
         return;
     }
     TipForm form;

@@ -151,6 +151,15 @@ class Program(WindowedProgram):
         process.terminate()
         self.assertEqual(process.wait(10), 0)
 
+    def test_sigterm_ends_the_program_while_its_first_tip_is_open(self):
+        self.set("Show Tips at Startup=1")
+        process = self.start()
+        self.main_window(process)
+        self.assertTrue(wait_for(lambda: xdotool("search", "--onlyvisible", "--pid", str(process.pid), "--name",
+                                                 "^Tip of the day$")))
+        process.terminate()
+        self.assertEqual(process.wait(10), 0)
+
     def test_sigterm_during_the_splash_ends_as_well(self):
         process = self.start()
         self.assertTrue(wait_for(lambda: self.windows(process)))
