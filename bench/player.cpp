@@ -96,8 +96,10 @@ public:
         const double player = PlayerCpuOf([this] { Pass(player::tmr_Playing_Timer); });
         std::printf("tick: ours %.3f ms, the player %.1f ms, the player alone %.1f ms, in %d s\n",
                     OwnCpuMs() - ownBefore, player, alone, m_seconds);
-        std::printf("panels: %s, %s\n", Form().SB.Panel("Playing").text.c_str(),
-                    Form().SB.Panel("PlayingStatus").text.c_str());
+        player::tmr_Playing_Timer();
+        std::printf("panels: %s, %s, the player at %u ms\n",
+                    Form().SB.Panel("Playing").text.c_str(),
+                    Form().SB.Panel("PlayingStatus").text.c_str(), m_real.Time());
     }
 
     // From the double click, and from the same calls sent raw, until the song is heard.
