@@ -90,6 +90,16 @@ struct Player {
     // looked for in it. Lets events run (platform/waiting.h ends it).
     virtual void LearnPlaylist() {}
 
+    // Whether the player is there and did not answer the last question in time: the answers 0 that
+    // came since are none of its.
+    virtual bool IsSilent() { return false; }
+
+    // From BeginLook to EndLook the port may answer questions from one look at the player, taken at
+    // the first of them: one message for all costs both sides less than one for each. An order
+    // within ends that look. Such calls may be nested.
+    virtual void BeginLook() {}
+    virtual void EndLook() {}
+
     // What the user calls the player ("Audacious").
     virtual std::string Name() = 0;
 };

@@ -90,12 +90,14 @@ ControlsForm::ControlsForm() : Form("frmControls", kCaptions)
 }
 
 // While the user holds the thumb, and until its release is handled, the tick must not change the
-// value.
+// value. A player that did not answer in time has not reported a position.
 void ControlsForm::tmrUpdate_Timer()
 {
     if (HScroll.thumbHeld || releasePending)
         return;
     const std::string text = GetPlayingTimeStatus();
+    if (IsPlayerSilent())
+        return;
     const std::size_t cut = text.find('/');
     HScroll.SetMax(SecondsOf(runtime::Trim(std::string_view(text).substr(cut + 1))));
     HScroll.SetValue(SecondsOf(runtime::Trim(std::string_view(text).substr(0, cut))));
@@ -144,6 +146,8 @@ bool ControlsForm::KeyDown(const ui::Key &key)
         return false;
     float position = 0;
     GetPlayingTimeStatus(&position);
+    if (IsPlayerSilent())
+        return true;
     const int step = key.code == kLeftKey ? -kKeyStepSeconds : kKeyStepSeconds;
     // After its end the player would begin the next song. Without a known length any position is
     // allowed.

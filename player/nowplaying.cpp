@@ -165,6 +165,7 @@ LyricsWindowCalls &TheLyricsWindowCalls()
 
 void tmr_Playing_Timer()
 {
+    const OneLook look;
     if (!shell::TheGlobals().ShowLyricsAutomatically || !IsWinampRunning())
         return;
     if (GetPlayingState() == kPlayingState) {

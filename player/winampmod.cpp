@@ -340,6 +340,24 @@ bool FileCanBeOpened(const std::string &path)
     return identity.kind != platform::FileKind::Folder;
 }
 
+bool IsPlayerSilent()
+{
+    platform::Player *port = TheMachine().player;
+    return port != nullptr && port->IsSilent();
+}
+
+OneLook::OneLook() : m_port(TheMachine().player)
+{
+    if (m_port != nullptr)
+        m_port->BeginLook();
+}
+
+OneLook::~OneLook()
+{
+    if (m_port != nullptr)
+        m_port->EndLook();
+}
+
 void ResetWinAmpMod()
 {
     WinampWindow = 0;

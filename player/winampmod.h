@@ -85,6 +85,23 @@ bool IsInPlaylist(const std::string &path);
 // Whether the file exists and can be opened for reading.
 bool FileCanBeOpened(const std::string &path);
 
+// Whether the player is there, but did not answer the last question in time: what was answered
+// since is not known.
+bool IsPlayerSilent();
+
+// While one lives, the port may answer the questions from one look at the player.
+class OneLook
+{
+public:
+    OneLook();
+    ~OneLook();
+    OneLook(const OneLook &) = delete;
+    OneLook &operator=(const OneLook &) = delete;
+
+private:
+    platform::Player *m_port; // outlives it; null where there is none
+};
+
 // Sets the module's state to that at the start of the program; for tests.
 void ResetWinAmpMod();
 

@@ -31,9 +31,15 @@ constexpr std::uint32_t kTheKey = 1; // the one key of the registry that there i
 constexpr std::uint8_t kShuffleKey = 'S';
 constexpr std::int64_t kEnqueueMs = 5000;
 constexpr std::int64_t kLearnMs = 30'000;
-constexpr std::int64_t kCatchUpMs = 3000; // after that the player's own word counts
-constexpr std::int64_t kNearMs = 1500;    // how far from what was sought a caught-up player may be
+constexpr std::int64_t kCatchUpMs = 3000;  // after that the player's own word counts
+constexpr std::int64_t kNearMs = 1500;     // how far from what was sought a caught-up player may be
+constexpr std::int64_t kReadAheadMs = 500; // what the player reads ahead of the sound
 constexpr std::size_t kLongestFile = std::size_t{64} << 20;
+
+std::int64_t MsSince(steady_clock::time_point when)
+{
+    return duration_cast<milliseconds>(steady_clock::now() - when).count();
+}
 
 bool IsRegularFile(const std::string &path)
 {
@@ -57,6 +63,11 @@ WindowHandle AudaciousPlayer::FindWindow(std::string_view className)
     if (className != kWindowClass)
         return 0;
     m_bus.Look();
+    if (m_startsAfterEnd && !m_bus.IsEnding()) {
+        m_startsAfterEnd = false;
+        if (!m_bus.IsOwned())
+            posix::StartDetached({kProgram}, posix::Environment("HOME"));
+    }
     if (m_bus.IsAnswering() && !m_list.IsBegun())
         m_list.Check(-1);
     m_list.Continue();
@@ -76,6 +87,8 @@ std::int32_t AudaciousPlayer::SendMessage(WindowHandle window, std::uint32_t mes
 
 std::int32_t AudaciousPlayer::Ask(std::int32_t request, std::int32_t argument)
 {
+    if (m_looks > 0 && !m_bus.HasAskedAhead())
+        AskAhead();
     switch (request) {
     case kAskState:
         return State();
@@ -90,10 +103,32 @@ std::int32_t AudaciousPlayer::Ask(std::int32_t request, std::int32_t argument)
     case kAskListLength:
         return m_list.Length();
     case kAskSelected:
-        return m_list.Position();
+        m_lastIndex = m_list.Position();
+        return m_lastIndex;
     default:
         return 0;
     }
+}
+
+// What the monitor will ask: of a player that played at the last look all that it shows.
+void AudaciousPlayer::AskAhead()
+{
+    const auto last = static_cast<std::uint32_t>(std::max(0, m_lastIndex));
+    if (m_lastState == 1)
+        m_bus.AskAhead({{"Status", {}},
+                        {"Position", {}},
+                        {"Length", {}},
+                        {"SongFilename", last},
+                        {"SongLength", last},
+                        {"Time", {}}});
+    else
+        m_bus.AskAhead({{"Status", {}}});
+}
+
+void AudaciousPlayer::EndLook()
+{
+    if (--m_looks == 0)
+        m_bus.ForgetAnswers();
 }
 
 std::int32_t AudaciousPlayer::Command(std::int32_t menuId)
@@ -114,6 +149,10 @@ std::int32_t AudaciousPlayer::Command(std::int32_t menuId)
             m_sought.reset();
         m_list.Select();
         m_bus.Order(row.method);
+        // Paused while it begins to play, it would still play what it has read ahead. A seek makes
+        // it forget that.
+        if (menuId == kPause && m_sought && MsSince(m_sought->when) < kReadAheadMs)
+            m_bus.Order("Seek", static_cast<std::uint32_t>(m_sought->ms));
     }
     return 0;
 }
@@ -122,7 +161,8 @@ std::int32_t AudaciousPlayer::Command(std::int32_t menuId)
 std::int32_t AudaciousPlayer::State()
 {
     const std::string status = m_bus.AskText("Status").value_or(std::string());
-    return status == "playing" ? 1 : status == "paused" ? 3 : 0;
+    m_lastState = status == "playing" ? 1 : status == "paused" ? 3 : 0;
+    return m_lastState;
 }
 
 std::int32_t AudaciousPlayer::PositionMs()
@@ -131,8 +171,7 @@ std::int32_t AudaciousPlayer::PositionMs()
     const auto position = static_cast<std::int32_t>(std::min<std::int64_t>(told, INT32_MAX));
     if (!m_sought)
         return position;
-    const std::int64_t since =
-        duration_cast<milliseconds>(steady_clock::now() - m_sought->when).count();
+    const std::int64_t since = MsSince(m_sought->when);
     const bool caughtUp = told >= m_sought->ms - kNearMs && told <= m_sought->ms + since + kNearMs;
     if (since < kCatchUpMs && !(caughtUp && told != 0))
         return static_cast<std::int32_t>(m_sought->ms);
@@ -316,6 +355,10 @@ void AudaciousPlayer::StartProgram(const std::string &program, int)
     m_bus.Look();
     if (m_bus.IsOwned())
         return; // it is about to answer, or was stopped: a second start would only wait there
+    // The next one would not see the list that this one writes at its end.
+    m_startsAfterEnd = m_bus.IsEnding();
+    if (m_startsAfterEnd)
+        return;
     if (program.empty() || !posix::StartDetached({kProgram}, posix::Environment("HOME")))
         throw runtime::RuntimeError(
             runtime::kFileNotFound,

@@ -40,6 +40,9 @@ public:
     void StartProgram(const std::string &program, int windowStyle) override;
     std::string ReadFile(const std::string &path) override;
     void LearnPlaylist() override;
+    bool IsSilent() override { return m_bus.IsOwned() && !m_bus.IsAnswering(); }
+    void BeginLook() override { ++m_looks; }
+    void EndLook() override;
     std::string Name() override { return "Audacious"; }
 
     // Whether every name of the player's list is known, as of the last look at it.
@@ -57,6 +60,7 @@ private:
         std::int32_t index;
     };
 
+    void AskAhead();
     std::int32_t Ask(std::int32_t request, std::int32_t argument);
     std::int32_t Command(std::int32_t menuId);
     std::int32_t State();
@@ -73,6 +77,9 @@ private:
 
     AudaciousBus m_bus;
     AudaciousList m_list{m_bus};
+    bool m_startsAfterEnd = false; // FindWindow starts it when the one that ends is gone
+    int m_looks = 0;               // looks that have begun and not ended
+    std::int32_t m_lastState = 0, m_lastIndex = 0; // as of the last answers
     WindowHandle m_foreground = 0;
     std::optional<Sought> m_sought;
     std::optional<Enqueued> m_enqueued;

@@ -1,7 +1,9 @@
 #include "platform/player/audaciousbus.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <utility>
 
 namespace platform::player
@@ -15,7 +17,9 @@ constexpr const char *kRemoteName = "org.mpris.MediaPlayer2.audacious";
 constexpr const char *kPath = "/org/atheme/audacious";
 constexpr const char *kInterface = "org.atheme.audacious";
 constexpr std::int64_t kOrdersMs = 2000; // how long a silent player still gets orders
-constexpr std::int64_t kStartMs = 1500;  // after that a player without remote control is up as well
+// After that a player without remote control is up as well. On a machine with much to do a start
+// was seen to take 4 s.
+constexpr std::int64_t kStartMs = 6000;
 
 std::int64_t NowMs()
 {
@@ -55,6 +59,18 @@ struct AudaciousBus::Later {
     ~Later() { sd_bus_slot_unref(slot); }
 };
 
+struct AudaciousBus::Ahead {
+    Question question{};
+    sd_bus_slot *slot = nullptr;
+    sd_bus_message *answer = nullptr; // null until it comes
+
+    ~Ahead()
+    {
+        sd_bus_slot_unref(slot);
+        sd_bus_message_unref(answer);
+    }
+};
+
 AudaciousBus::AudaciousBus(std::int64_t answerMs) : m_answerMs(answerMs) {}
 
 AudaciousBus::~AudaciousBus()
@@ -66,7 +82,7 @@ AudaciousBus::~AudaciousBus()
 void AudaciousBus::Close()
 {
     SetOwner({});
-    m_remote = false;
+    m_remoteOwner.clear();
     m_ownerKnown = false;
     m_bus = sd_bus_close_unref(m_bus);
 }
@@ -119,7 +135,7 @@ void AudaciousBus::Look()
 
 bool AudaciousBus::MayBeAsked() const
 {
-    return m_remote || NowMs() - m_ownedSinceMs >= kStartMs;
+    return m_remoteOwner == m_owner || NowMs() - m_ownedSinceMs >= kStartMs;
 }
 
 void AudaciousBus::SetOwner(const std::string &owner)
@@ -128,6 +144,7 @@ void AudaciousBus::SetOwner(const std::string &owner)
         return;
     m_owner = owner;
     m_probe = sd_bus_slot_unref(m_probe);
+    m_ahead.clear();
     for (const auto &[later, holder] : std::exchange(m_later, {}))
         later->taken(std::nullopt);
     if (owner.empty())
@@ -152,14 +169,16 @@ int AudaciousBus::RemoteChanged(sd_bus_message *message, void *self, sd_bus_erro
 {
     const char *name = nullptr, *before = nullptr, *now = nullptr;
     if (sd_bus_message_read(message, "sss", &name, &before, &now) >= 0)
-        static_cast<AudaciousBus *>(self)->m_remote = *now != '\0';
+        static_cast<AudaciousBus *>(self)->m_remoteOwner = now;
     return 0;
 }
 
 int AudaciousBus::RemoteTold(sd_bus_message *message, void *self, sd_bus_error *)
 {
-    static_cast<AudaciousBus *>(self)->m_remote =
-        sd_bus_message_is_method_error(message, nullptr) == 0;
+    const char *owner = nullptr;
+    if (sd_bus_message_is_method_error(message, nullptr) == 0 &&
+        sd_bus_message_read(message, "s", &owner) >= 0)
+        static_cast<AudaciousBus *>(self)->m_remoteOwner = owner;
     return 0;
 }
 
@@ -195,6 +214,8 @@ sd_bus_message *AudaciousBus::Call(const char *method, std::optional<std::uint32
 {
     if (!IsAnswering() || m_bus == nullptr)
         return nullptr;
+    if (HasAskedAhead() && FindAhead(method, argument) != nullptr)
+        return AnswerAhead(method, argument);
     sd_bus_message *message = NewCall(m_bus, m_owner, method), *answer = nullptr;
     if (message == nullptr)
         return nullptr;
@@ -203,12 +224,86 @@ sd_bus_message *AudaciousBus::Call(const char *method, std::optional<std::uint32
     const int result = sd_bus_call(m_bus, message, static_cast<std::uint64_t>(m_answerMs) * 1000,
                                    nullptr, &answer);
     sd_bus_message_unref(message);
-    if (result == -ETIMEDOUT) {
-        m_silent = true;
-        m_silentSinceMs = NowMs();
-        Probe();
-    }
+    if (result == -ETIMEDOUT)
+        FallSilent();
     return result < 0 ? nullptr : answer;
+}
+
+void AudaciousBus::FallSilent()
+{
+    m_silent = true;
+    m_silentSinceMs = NowMs();
+    m_ahead.clear();
+    Probe();
+}
+
+void AudaciousBus::AskAhead(std::initializer_list<Question> questions)
+{
+    m_ahead.clear();
+    if (!IsAnswering() || m_bus == nullptr)
+        return;
+    SelectPlayingList();
+    m_aheadSinceMs = NowMs();
+    for (const Question &question : questions) {
+        sd_bus_message *message = NewCall(m_bus, m_owner, question.method);
+        if (message == nullptr)
+            continue;
+        if (question.argument)
+            sd_bus_message_append(message, "u", *question.argument);
+        auto ahead = std::make_unique<Ahead>();
+        ahead->question = question;
+        if (sd_bus_call_async(m_bus, &ahead->slot, message, AheadAnswered, ahead.get(),
+                              UINT64_MAX) >= 0)
+            m_ahead.push_back(std::move(ahead));
+        sd_bus_message_unref(message);
+    }
+}
+
+void AudaciousBus::ForgetAnswers()
+{
+    m_ahead.clear();
+}
+
+bool AudaciousBus::HasAskedAhead() const
+{
+    return !m_ahead.empty() && NowMs() - m_aheadSinceMs <= m_answerMs;
+}
+
+AudaciousBus::Ahead *AudaciousBus::FindAhead(const char *method,
+                                             std::optional<std::uint32_t> argument)
+{
+    const auto found = std::find_if(m_ahead.begin(), m_ahead.end(), [&](const auto &ahead) {
+        return std::strcmp(ahead->question.method, method) == 0 &&
+               ahead->question.argument == argument;
+    });
+    return found != m_ahead.end() ? found->get() : nullptr;
+}
+
+// The answer to a question that was asked ahead, waited for where it has not come; like Call.
+sd_bus_message *AudaciousBus::AnswerAhead(const char *method, std::optional<std::uint32_t> argument)
+{
+    // The player may go meanwhile, and what was asked of it goes with it.
+    Process(m_answerMs, [&] {
+        const Ahead *ahead = FindAhead(method, argument);
+        return ahead == nullptr || ahead->answer != nullptr;
+    });
+    const Ahead *ahead = FindAhead(method, argument);
+    if (ahead == nullptr)
+        return nullptr;
+    if (ahead->answer == nullptr) {
+        FallSilent();
+        return nullptr;
+    }
+    if (sd_bus_message_is_method_error(ahead->answer, nullptr) != 0)
+        return nullptr;
+    sd_bus_message_rewind(ahead->answer, 1);
+    return sd_bus_message_ref(ahead->answer);
+}
+
+int AudaciousBus::AheadAnswered(sd_bus_message *message, void *ahead, sd_bus_error *)
+{
+    static_cast<Ahead *>(ahead)->answer = sd_bus_message_ref(message);
+    return 0;
 }
 
 std::optional<std::string> AudaciousBus::AskText(const char *method,
@@ -242,30 +337,38 @@ std::optional<std::int32_t> AudaciousBus::AskInt(const char *method,
     return told ? std::optional(number) : std::nullopt;
 }
 
-bool AudaciousBus::TakesOrders() const
+// Whether an order is to be sent; what was asked ahead of it no longer holds.
+bool AudaciousBus::BeginOrder()
 {
+    m_ahead.clear();
     return m_bus != nullptr && IsOwned() && (!m_silent || NowMs() - m_silentSinceMs < kOrdersMs);
 }
 
 void AudaciousBus::Order(const char *method)
 {
-    if (TakesOrders())
+    if (BeginOrder())
         sd_bus_call_method_async(m_bus, nullptr, m_owner.c_str(), kPath, kInterface, method,
                                  nullptr, nullptr, nullptr);
 }
 
 void AudaciousBus::Order(const char *method, std::uint32_t argument)
 {
-    if (TakesOrders())
+    if (BeginOrder())
         sd_bus_call_method_async(m_bus, nullptr, m_owner.c_str(), kPath, kInterface, method,
                                  nullptr, nullptr, "u", argument);
 }
 
 void AudaciousBus::Order(const char *method, const std::string &argument)
 {
-    if (TakesOrders())
+    if (BeginOrder())
         sd_bus_call_method_async(m_bus, nullptr, m_owner.c_str(), kPath, kInterface, method,
                                  nullptr, nullptr, "s", argument.c_str());
+}
+
+void AudaciousBus::SelectPlayingList()
+{
+    if (!HasAskedAhead())
+        Order("SelectPlayingPlaylist");
 }
 
 void AudaciousBus::AskTextLater(const char *method, std::uint32_t argument,

@@ -26,9 +26,9 @@ class AudaciousList
 public:
     explicit AudaciousList(AudaciousBus &bus) : m_bus(bus) {}
 
-    // Has the player's methods mean the list that it plays from; the one that it shows when it is
-    // stopped. Stands before each question and order about the list.
-    void Select() { m_bus.Order("SelectPlayingPlaylist"); }
+    // Has the player's methods mean the list that it plays from. Comes before each question and
+    // order about the list.
+    void Select() { m_bus.SelectPlayingList(); }
 
     std::int32_t Length();   // asks the player; 0 when it is silent
     std::int32_t Position(); // asks the player: the selected index; -1 = none, also when silent

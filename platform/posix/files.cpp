@@ -77,6 +77,7 @@ std::optional<std::string> ReadRegularFile(const std::string &path, std::size_t 
     // Files of /proc and /sys report no true size, so the read continues to the end all the same.
     constexpr std::size_t kChunk = 64u << 10;
     std::string bytes;
+    bytes.reserve(std::min(maxBytes, static_cast<std::size_t>(status.st_size)) + kChunk);
     while (bytes.size() < maxBytes) {
         const std::size_t before = bytes.size();
         bytes.resize(std::min(maxBytes, before + kChunk));

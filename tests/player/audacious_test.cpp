@@ -107,6 +107,65 @@ TEST_F(Audacious, Seeking)
     EXPECT_GE(GetPlayingPosition(), 69'000);
 }
 
+// A tick of the monitor has its answers from one look, until it gives an order.
+TEST_F(Audacious, OneLookAnswersAllQuestions)
+{
+    StartWith(2);
+    Play(1);
+    ASSERT_TRUE(WaitRealTime([] { return GetPlayingLength() == 100; }));
+    EXPECT_EQ(GetPlayingState(), 1);
+    EXPECT_EQ(GetPlaylistPosition(), 1);
+    {
+        const OneLook look;
+        EXPECT_EQ(GetPlayingState(), 1); // all of it is asked here
+        real.Order("Stop");
+        ASSERT_TRUE(WaitRealTime([this] { return real.Status() == "stopped"; }));
+        {
+            const OneLook inner;
+            EXPECT_EQ(GetPlayingState(), 1);
+        }
+        EXPECT_EQ(GetPlaylistLength(), 2);
+        EXPECT_EQ(GetPlayingLength(), 100);
+        EXPECT_GT(GetPlayingPosition(), 0);
+        EXPECT_EQ(GetCurrentSongPath(), paths[1]);
+        PreviousTrack();
+        EXPECT_TRUE(WaitRealTime([] { return GetPlaylistPosition() == 0; }));
+        EXPECT_EQ(GetPlayingState(), 0);
+    }
+    EXPECT_EQ(GetPlayingState(), 0);
+    EXPECT_EQ(GetCurrentSongPath(), paths[0]);
+    real.Kill();
+    EXPECT_FALSE(IsPlayerSilent()); // it is not there at all
+    const OneLook look;
+    EXPECT_FALSE(IsWinampRunning());
+    EXPECT_EQ(GetPlayingState(), 0);
+}
+
+// What was asked and not answered is not waited for again.
+TEST_F(Audacious, APlayerThatIsStoppedWithinALook)
+{
+    StartWith(2);
+    Play(1);
+    platform::player::AudaciousPlayer limited; // to the program's own limit
+    platform::TheMachine().player = &limited;
+    ASSERT_TRUE(WaitForState(1));
+    {
+        const OneLook look;
+        real.Signal(SIGSTOP);
+        ASSERT_TRUE(IsWinampRunning());
+        const auto start = steady_clock::now();
+        EXPECT_EQ(GetPlayingState(), 0);
+        EXPECT_EQ(GetPlaylistPosition(), -1);
+        EXPECT_EQ(GetPlayingPosition(), 0);
+        EXPECT_FALSE(IsWinampRunning());
+        EXPECT_LT(MsSince(start), 1000); // one call, up to its limit; the others do not wait
+    }
+    real.Signal(SIGCONT);
+    EXPECT_TRUE(WaitRealTime(IsWinampRunning));
+    EXPECT_TRUE(WaitForState(1));
+    EXPECT_EQ(GetCurrentSongPath(), paths[1]);
+}
+
 TEST_F(Audacious, AnIndexThatDoesNotExistStopsNothing)
 {
     StartWith(3);
@@ -301,6 +360,7 @@ TEST_F(Audacious, APlayerThatIsStoppedBySignal)
     platform::player::AudaciousPlayer limited; // to the program's own limit
     platform::TheMachine().player = &limited;
     ASSERT_TRUE(WaitRealTime(IsWinampRunning));
+    EXPECT_FALSE(IsPlayerSilent());
     real.Signal(SIGSTOP);
     std::int64_t longest = 0;
     for (int i = 0; i < 40; ++i) {
@@ -313,6 +373,7 @@ TEST_F(Audacious, APlayerThatIsStoppedBySignal)
         EXPECT_TRUE(!running || i <= 2) << i;
     }
     EXPECT_LT(longest, 1000); // one call, up to its limit; the others do not wait
+    EXPECT_TRUE(IsPlayerSilent());
     const auto start = steady_clock::now();
     EXPECT_FALSE(IsWinampRunning());
     limited.StartProgram("x", 2); // its name is owned: nothing is started

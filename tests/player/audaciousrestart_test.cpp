@@ -135,4 +135,31 @@ TEST_F(AudaciousRestart, StoppedAndContinued)
     ExpectItPlays();
 }
 
+// Ended in order while a song plays, the player comes back paused in that song, with its old list.
+TEST_F(AudaciousRestart, ComesBackPausedWithItsOldList)
+{
+    StartWith(3);
+    Play(1);
+    JumpToTime(30, 0);
+    ASSERT_TRUE(WaitRealTime([this] { return real.Time() > 30'000; }));
+    for (const std::size_t wanted : {std::size_t{2}, std::size_t{1}}) {
+        SCOPED_TRACE(wanted);
+        real.Order("Quit");
+        ASSERT_TRUE(WaitRealTime([] { return !IsWinampRunning(); })); // it writes its list yet
+        limited.StartProgram(GetWinampExePath(), 2);
+        ASSERT_TRUE(WaitRealTime(IsWinampRunning));
+        SetPlaylistPosition(PlaceInPlaylist(paths[wanted]));
+        PlayTrack();
+        ASSERT_TRUE(WaitRealTime([this] { return real.Status() == "playing" && real.Time() > 0; }));
+        EXPECT_LT(real.Time(), 20'000U); // from its beginning
+        const std::uint32_t at = real.Time();
+        EXPECT_TRUE(WaitRealTime([&] { return real.Time() > at + 300; })); // and goes on
+        EXPECT_EQ(real.Status(), "playing");
+        EXPECT_EQ(GetPlaylistLength(), 3);
+        EXPECT_EQ(GetCurrentSongPath(), paths[wanted]);
+        JumpToTime(30, 0);
+        ASSERT_TRUE(WaitRealTime([this] { return real.Time() > 30'000; }));
+    }
+}
+
 } // namespace

@@ -8,7 +8,7 @@ namespace
 
 using Told = std::vector<std::string>;
 
-constexpr const char *kStop = "273 40047 0", *kPlay = "273 40045 0";
+constexpr const char *kStop = tests::RecordingPlayer::kStop, *kPlay = tests::RecordingPlayer::kPlay;
 
 class Controls : public testing::Test
 {
@@ -23,13 +23,7 @@ protected:
     }
     ~Controls() override { ui::Close(form); }
 
-    // What was sent but for the questions of time.
-    Told Orders()
-    {
-        Told told = port.Told();
-        std::erase_if(told, [](const std::string &line) { return line.ends_with(" 105"); });
-        return told;
-    }
+    Told Orders() { return port.Orders(); }
 
     // The user's hand, as the toolkit's bar tells of it.
     void Grasp() { form.HScroll.thumbHeld = true; }
@@ -95,6 +89,24 @@ TEST_F(Controls, TheBarFollowsTheTimes)
     port.Answer(105, 0);
     form.tmrUpdate.Fire();
     EXPECT_EQ(form.HScroll.Max(), 0);
+}
+
+// Its answers 0 are none: the bar stays, and no key seeks from there.
+TEST_F(Controls, APlayerThatDoesNotAnswerMovesNothing)
+{
+    port.silent = true;
+    port.Answer(105, 0, 1);
+    port.Answer(105, 0);
+    form.tmrUpdate.Fire();
+    EXPECT_EQ(form.HScroll.Max(), 205);
+    EXPECT_EQ(form.HScroll.Value(), 62);
+    EXPECT_TRUE(form.onKeyDown(ui::Key{39}));
+    EXPECT_EQ(Orders(), Told());
+    port.silent = false;
+    port.Answer(105, 205, 1);
+    port.Answer(105, 70'000);
+    form.tmrUpdate.Fire();
+    EXPECT_EQ(form.HScroll.Value(), 70);
 }
 
 TEST_F(Controls, AQuickDragSeeksToItsValue)

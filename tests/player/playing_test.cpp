@@ -41,7 +41,8 @@ protected:
     std::int32_t m_state = -7, m_position = -9;
 };
 
-constexpr const char *kStop = "273 40047 0", *kPlay = "273 40045 0", *kPause = "273 40046 0";
+constexpr const char *kStop = tests::RecordingPlayer::kStop, *kPlay = tests::RecordingPlayer::kPlay,
+                     *kPause = tests::RecordingPlayer::kPause;
 
 TEST_F(Playing, NoPlayer)
 {

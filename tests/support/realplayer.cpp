@@ -106,10 +106,13 @@ void RealPlayer::Signal(int signalNo) const
 
 void RealPlayer::Kill()
 {
-    if (const pid_t process = m_process != 0 ? m_process : Process(); process != 0)
+    // The program may have started another one after the test's own has ended.
+    if (const pid_t process = Process(); process != 0)
         kill(process, SIGKILL);
-    if (m_process != 0)
+    if (m_process != 0) {
+        kill(m_process, SIGKILL);
         waitpid(m_process, nullptr, 0);
+    }
     m_process = 0;
     EXPECT_TRUE(WaitRealTime([this] { return !IsThere(); }));
 }

@@ -123,6 +123,7 @@ public:
         if (onLearn)
             onLearn();
     }
+    bool IsSilent() override { return silent; }
     std::string Name() override { return "Recorder"; }
 
     // Sets the answer to a request of WM_USER.
@@ -138,6 +139,16 @@ public:
     // The calls since the last call of this.
     std::vector<std::string> Told() { return std::exchange(told, {}); }
 
+    // The same but for the questions of time, which timers ask at any moment.
+    std::vector<std::string> Orders()
+    {
+        std::vector<std::string> orders = Told();
+        std::erase_if(orders, [](const std::string &line) { return line.ends_with(" 105"); });
+        return orders;
+    }
+    static constexpr const char *kStop = "273 40047 0", *kPlay = "273 40045 0",
+                                *kPause = "273 40046 0";
+
     TestFolder folder; // the folder of the player
     platform::WindowHandle window = 9;
     std::map<std::string, std::int32_t> answers; // by "message wParam lParam"; else 0
@@ -148,6 +159,7 @@ public:
     std::uint32_t valueType = 1;
     int readError = 0; // ReadFile fails with this error
     bool refusesFiles = false;
+    bool silent = false; // did not answer in time
     bool noteRegistry = false, noteReads = false;
     std::function<void()> onEnqueue, onStart, onLearn;
     std::function<void(const std::string &)> onCall; // called for each call, with its line

@@ -23,7 +23,7 @@ namespace
 
 using Told = std::vector<std::string>;
 
-constexpr const char *kStop = "273 40047 0", *kPlay = "273 40045 0";
+constexpr const char *kStop = RecordingPlayer::kStop, *kPlay = RecordingPlayer::kPlay;
 
 class ControlsScaled : public testing::Test
 {
@@ -50,13 +50,7 @@ protected:
         LetRun(10); // closed windows go with the next event
     }
 
-    // What was sent but for the questions of time.
-    Told Orders()
-    {
-        Told told = port.Told();
-        std::erase_if(told, [](const std::string &line) { return line.ends_with(" 105"); });
-        return told;
-    }
+    Told Orders() { return port.Orders(); }
 
     // The middle of the thumb.
     QPoint Thumb() const
