@@ -6,6 +6,7 @@
 #include "ui/qt/bindings.h"
 #include "ui/qt/listview.h"
 #include "ui/qt/qttext.h"
+#include "ui/qt/splittergrip.h"
 #include "ui/qt/treeview.h"
 
 #include <QMouseEvent>
@@ -17,14 +18,6 @@ namespace
 {
 
 constexpr int kKeyStepTwips = 150; // an arrow key moves the splitter ten pixels
-
-constexpr int kGripPixels = 3; // the pixels beside the splitter in which it can be grabbed
-
-// The distance from the splitter of a place that is counted from its left edge; 0 inside it.
-double GrabbedBeside(double x, int width)
-{
-    return x < 0 || x >= width ? x : 0;
-}
 
 // The numbers of two messages of the list, the wheel's and the scroll bar's (ListMessage).
 constexpr int kWheelMessage = 0x20A, kScrollMessage = 0x115;
@@ -68,7 +61,8 @@ void frmMainWindow::BuildSeparator()
     m_grip->installEventFilter(this);
     ui::qt::Bind(m_form.Separator, m_separator, [this] {
         ui::qt::ShowArea(m_form.Separator, m_separator);
-        m_grip->setGeometry(m_separator->geometry().adjusted(-kGripPixels, 0, kGripPixels, 0));
+        m_grip->setGeometry(
+            m_separator->geometry().adjusted(-ui::qt::kGripPixels, 0, ui::qt::kGripPixels, 0));
     });
 }
 
@@ -77,13 +71,14 @@ void frmMainWindow::DragSeparator(QEvent *event)
     switch (event->type()) {
     case QEvent::MouseButtonPress:
         // The distance at which it was grabbed, so that the separator does not jump to the mouse.
-        m_grabbedAt = GrabbedBeside(static_cast<QMouseEvent *>(event)->position().x() - kGripPixels,
-                                    m_separator->width());
+        m_grabbedAt = ui::qt::GrabbedBeside(static_cast<QMouseEvent *>(event)->position().x() -
+                                                ui::qt::kGripPixels,
+                                            m_separator->width());
         Separator_MouseDown(m_form);
         break;
     case QEvent::MouseMove:
         Separator_MouseMove(m_form, (static_cast<QMouseEvent *>(event)->position().x() -
-                                     kGripPixels - m_grabbedAt) *
+                                     ui::qt::kGripPixels - m_grabbedAt) *
                                         ui::kTwipsPerPixel);
         break;
     case QEvent::MouseButtonRelease:

@@ -9,6 +9,7 @@
 #include "ui/qt/inputbindings.h"
 #include "ui/qt/listview.h"
 #include "ui/qt/qttext.h"
+#include "ui/qt/splittergrip.h"
 #include "ui/qt/statusbarview.h"
 
 #include <QApplication>
@@ -35,6 +36,12 @@ constexpr int kKeyStepTwips = 150; // an arrow key moves the splitter ten pixels
 constexpr int kLeastWidthPixels = 420, kLeastHeightPixels = 260; // so that the window stays usable
 constexpr ui::qt::Binding kInLayout{false};
 
+// Where the mouse is, counted from the left edge of the separator that the grip is over.
+double PlaceInSeparator(QEvent *event)
+{
+    return static_cast<QMouseEvent *>(event)->position().x() - ui::qt::kGripPixels;
+}
+
 // The place of the main window on the screen; its popup is placed relative to this.
 QPoint MainWindowPlace()
 {
@@ -48,7 +55,7 @@ QPoint MainWindowPlace()
 
 frmSearchWindow::frmSearchWindow(SearchForm &form)
     : m_form(form), m_closeTree(new QWidget(this)), m_options(new QScrollArea(this)),
-      m_separator(new QWidget(this)),
+      m_separator(new QWidget(this)), m_grip(new QWidget(this)),
       m_items(new browser::ItemView(form, form.ListView, "ListView", this)),
       m_statusBar(new ui::qt::StatusBarView(form.SBar, this))
 {
@@ -67,6 +74,7 @@ frmSearchWindow::frmSearchWindow(SearchForm &form)
     ui::qt::BindTimer(form.tmrReadAhead, this);
     form.calls.placed = [this] { m_items->ShowPanel(); };
     m_items->RaisePanel();
+    m_grip->raise();
     NameForReaders();
     MeasureTitle();
     setTabOrder(m_lastInPane, &m_items->List());
@@ -172,11 +180,17 @@ void frmSearchWindow::BuildBoxes(QWidget *options)
 void frmSearchWindow::BuildSeparator()
 {
     ui::qt::Name(m_separator, "Separator");
-    m_separator->setCursor(Qt::SplitHCursor);
     m_separator->setFocusPolicy(Qt::TabFocus);
     m_separator->installEventFilter(this);
-    ui::qt::Bind(m_form.Separator, m_separator,
-                 [this] { ui::qt::ShowArea(m_form.Separator, m_separator); });
+    ui::qt::Name(m_grip, "SeparatorGrip");
+    m_grip->setCursor(Qt::SplitHCursor);
+    m_grip->installEventFilter(this);
+    ui::qt::Bind(m_form.Separator, m_separator, [this] {
+        ui::qt::ShowArea(m_form.Separator, m_separator);
+        m_grip->setVisible(m_form.Separator.Visible());
+        m_grip->setGeometry(
+            m_separator->geometry().adjusted(-ui::qt::kGripPixels, 0, ui::qt::kGripPixels, 0));
+    });
 }
 
 void frmSearchWindow::BuildList()
@@ -322,7 +336,7 @@ void frmSearchWindow::ShowPane()
 
 bool frmSearchWindow::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_separator)
+    if (watched == m_separator || watched == m_grip)
         DragSeparator(event);
     else if (event->type() == QEvent::MouseButtonPress)
         ListPressed(*static_cast<QMouseEvent *>(event));
@@ -333,11 +347,13 @@ void frmSearchWindow::DragSeparator(QEvent *event)
 {
     switch (event->type()) {
     case QEvent::MouseButtonPress:
+        // The distance at which it was grabbed, so that the separator does not jump to the mouse.
+        m_grabbedAt = ui::qt::GrabbedBeside(PlaceInSeparator(event), m_separator->width());
         Separator_MouseDown(m_form);
         break;
     case QEvent::MouseMove:
-        Separator_MouseMove(m_form, ui::TwipsOfPixels(static_cast<int>(
-                                        static_cast<QMouseEvent *>(event)->position().x())));
+        Separator_MouseMove(
+            m_form, ui::TwipsOfPixels(static_cast<int>(PlaceInSeparator(event) - m_grabbedAt)));
         break;
     case QEvent::MouseButtonRelease:
         Separator_MouseUp(m_form);

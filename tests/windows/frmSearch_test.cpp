@@ -11,6 +11,7 @@
 #include <QContextMenuEvent>
 #include <QLineEdit>
 #include <QMenu>
+#include <QTest>
 #include <QTimer>
 
 namespace
@@ -81,6 +82,11 @@ protected:
     QPoint Row(int displayIndex)
     {
         return List().visualRect(List().Model().index(displayIndex, 1)).center();
+    }
+    void ClickWith(Qt::KeyboardModifier modifier, int displayIndex)
+    {
+        QTest::mouseClick(searchWindow->windowHandle(), Qt::LeftButton, modifier,
+                          List().viewport()->mapTo(searchWindow.get(), Row(displayIndex)));
     }
     bool WaitForRows(int count)
     {
@@ -236,6 +242,49 @@ TEST_F(SearchWindow, TheSplitterDragsThePane)
     tests::Drag(separator, {1, 100}, {61, 100});
     EXPECT_TRUE(tests::WaitUntil([&] { return Control("pctOptions").width() > before + 40; }));
     EXPECT_EQ(Control("pctBorders").x(), separator.geometry().right() + 1);
+}
+
+TEST_F(SearchWindow, TheSplitterIsGrabbedBesideIt)
+{
+    Open();
+    QWidget &separator = Control("Separator");
+    for (const int from : {-3, separator.width() + 2}) {
+        const int before = separator.x();
+        tests::Drag(separator, {from, 100}, {from + 40, 100});
+        EXPECT_NEAR(separator.x(), before + 40, 1) << from;
+        EXPECT_EQ(Control("pctOptions").width(), separator.x());
+    }
+    tests::Click(Control("lblCloseTree"));
+    ASSERT_TRUE(tests::WaitUntil([&] { return !separator.isVisible(); }));
+    EXPECT_FALSE(Control("SeparatorGrip").isVisible()); // the list's edge is the list's
+    tests::PressKey("Ctrl+F");
+    EXPECT_TRUE(tests::WaitUntil([this] { return Control("SeparatorGrip").isVisible(); }));
+}
+
+// Shift selects as far as the row, Ctrl adds a row or takes it away; the panel counts them.
+TEST_F(SearchWindow, ShiftAndCtrlSelectByMouse)
+{
+    Open();
+    Search().options.chkField[0].SetChecked(true);
+    tests::TypeText("waltz");
+    tests::PressKey("Return");
+    ASSERT_TRUE(WaitForRows(20));
+    const auto panelSays = [this](const char *words) {
+        return tests::WaitUntil([&] { return Search().WebItemType.Caption().starts_with(words); });
+    };
+    tests::ClickAt(*List().viewport(), Row(1));
+    ASSERT_TRUE(tests::WaitUntil([this] { return Search().ListView.SelectedCount() == 1; }));
+    ClickWith(Qt::ShiftModifier, 4);
+    EXPECT_EQ(Search().ListView.SelectedCount(), 4);
+    EXPECT_TRUE(panelSays("4 mp3 filess selected."));
+    ClickWith(Qt::ControlModifier, 6);
+    EXPECT_EQ(Search().ListView.SelectedCount(), 5);
+    EXPECT_TRUE(panelSays("5 mp3 filess selected."));
+    ClickWith(Qt::ControlModifier, 2);
+    EXPECT_EQ(Search().ListView.SelectedCount(), 4);
+    EXPECT_TRUE(panelSays("4 mp3 filess selected."));
+    tests::ClickAt(*List().viewport(), Row(3));
+    EXPECT_TRUE(tests::WaitUntil([this] { return Search().ListView.SelectedCount() == 1; }));
 }
 
 TEST_F(SearchWindow, ASmallWindowKeepsEveryControlWithinReach)
