@@ -15,6 +15,7 @@
 #include "online/install.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
+#include "platform/qt/toolkitlanguage.h"
 #include "platform/settingsstore.h"
 #include "player/controlsform.h"
 #include "player/install.h"
@@ -39,6 +40,8 @@
 #include <QSocketNotifier>
 #include <QTimer>
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 
 namespace app
 {
@@ -84,9 +87,20 @@ std::shared_ptr<void> DriveTimer(ui::Timer &timer)
     return driver;
 }
 
+// The name of the language whose file is in use; empty for English.
+QString LanguageInUse()
+{
+    const std::filesystem::path file = shell::TheGlobals().LanguageFilePath;
+    std::error_code unknown;
+    return std::filesystem::is_regular_file(file, unknown)
+               ? QString::fromStdString(file.stem().string())
+               : QString();
+}
+
 void LoadMainWindow(Windows &windows)
 {
     browser::MainForm &form = browser::frmMain();
+    platform::qt::ChooseToolkitLanguage(LanguageInUse());
     windows.main = std::make_unique<browser::frmMainWindow>(form);
     player::Install();
     browser::RegisterCommand("submnuAbout", [&windows] { ShowAbout(windows); });

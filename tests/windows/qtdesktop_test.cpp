@@ -1,6 +1,7 @@
 // The desktop port with real boxes, answered by keys and mouse.
 #include "platform/qt/qtdesktop.h"
 #include "platform/qt/text.h"
+#include "platform/qt/toolkitlanguage.h"
 #include "tests/support/testfolder.h"
 #include "tests/windows/bench.h"
 
@@ -130,6 +131,40 @@ TEST_F(QtDesktopTest, LongTextFitsTheScreenAndScrolls)
         tests::PressKey("Escape");
     });
     m_desktop.MessageBox(text, Buttons::Ok, "Corrupted file", BoxIcon::None);
+}
+
+// The captions of the buttons of the file dialog, without their marks.
+QStringList FileDialogButtons(platform::qt::QtDesktop &desktop)
+{
+    QStringList captions;
+    tests::WhenModal([&](QWidget &dialog) {
+        for (const auto *button : dialog.findChildren<QPushButton *>())
+            if (button->isVisible())
+                captions << button->text().remove(QLatin1Char('&'));
+        tests::PressKey("Escape");
+    });
+    EXPECT_FALSE(desktop.OpenDialog("Open", {{"MP3 Files", "*.mp3"}}, "/tmp"));
+    return captions;
+}
+
+TEST_F(QtDesktopTest, TheFileDialogSpeaksTheLanguageOfTheProgram)
+{
+    const struct {
+        const char *language;
+        QStringList want;
+    } cases[] = {
+        {"Deutsch", {QStringLiteral("Öffnen"), QStringLiteral("Abbrechen")}},
+        {"ESPAÑOL", {QStringLiteral("Abrir"), QStringLiteral("Cancelar")}},
+        {"Français", {QStringLiteral("Ouvrir"), QStringLiteral("Annuler")}},
+        {"", {QStringLiteral("Open"), QStringLiteral("Cancel")}},
+        {"No such language", {QStringLiteral("Open"), QStringLiteral("Cancel")}},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.language);
+        EXPECT_EQ(platform::qt::ChooseToolkitLanguage(QString::fromUtf8(c.language)),
+                  c.want.first() != QStringLiteral("Open"));
+        EXPECT_EQ(FileDialogButtons(m_desktop), c.want);
+    }
 }
 
 TEST_F(QtDesktopTest, InputBox)
