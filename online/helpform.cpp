@@ -41,7 +41,7 @@ HelpForm::HelpForm() : Form("frmHelp", kCaptions)
     Add("Page", Page);
     size = {0, 0, kWidth, kHeight};
     resizable = true;
-    remembersPlace = true;
+    remembersPlace = opensBeside = true;
     overModal = true;
     layout = ui::Column({ui::Row({lblFind, ui::Filled(txtFind), cmdBack, cmdForward, cmdContents}),
                          ui::Filled(ui::Row({tvwPages, ui::Filled(Page)}))});

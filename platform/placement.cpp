@@ -71,6 +71,23 @@ Placement BringIntoView(const Placement &wanted, const std::vector<Placement> &s
     return result;
 }
 
+Placement PlaceBeside(const Placement &size, const Placement &window, const Placement &screen)
+{
+    const int screensRight = screen.left + screen.width;
+    const int roomRight = screensRight - (window.left + window.width);
+    const int roomLeft = window.left - screen.left;
+    Placement result = size;
+    if (roomRight >= size.width)
+        result.left = window.left + window.width;
+    else if (roomLeft >= size.width)
+        result.left = window.left - size.width;
+    else
+        result.left = roomRight >= roomLeft ? screensRight - size.width : screen.left;
+    result.left = Into(result.left, size.width, screen.left, screen.width);
+    result.top = Into(window.top, size.height, screen.top, screen.height);
+    return result;
+}
+
 Placement BringIntoView(const Placement &wanted, Windows &windows)
 {
     Placement result = BringIntoView(wanted, windows.Screens());

@@ -46,4 +46,11 @@ struct Windows {
 // wanted.
 [[nodiscard]] Placement BringIntoView(const Placement &wanted, Windows &windows);
 
+// Where a window as large as `size` opens beside `window` on `screen`: to its right; to its left
+// when there is room only there; without room on either side, at the end of the screen where it
+// covers less of `window`. Its top is at the height of the other's top, or higher, so that all of
+// it is on the screen. One that is larger than the screen begins at the screen's corner.
+[[nodiscard]] Placement PlaceBeside(const Placement &size, const Placement &window,
+                                    const Placement &screen);
+
 } // namespace platform

@@ -81,4 +81,31 @@ TEST(BringIntoView, KeepsTheStoredPlaceWherePlacesAreUnknown)
               (Placement{30000, 600, 12000, 7000}));
 }
 
+TEST(PlaceBeside, Table)
+{
+    const struct {
+        const char *name;
+        Placement size, window;
+        int left, top;
+    } cases[] = {
+        {"room on the right", {0, 0, 10000, 7000}, {300, 600, 12000, 7000}, 12300, 600},
+        {"room on the left alone", {0, 0, 10000, 7000}, {12000, 600, 12000, 7000}, 2000, 600},
+        {"as wide as the room", {0, 0, 16500, 7000}, {300, 600, 12000, 7000}, 12300, 600},
+        {"no room, more on the right", {0, 0, 12000, 7000}, {6000, 600, 15000, 7000}, 16800, 600},
+        {"no room, more on the left", {0, 0, 12000, 7000}, {9000, 600, 15000, 7000}, 0, 600},
+        {"over the lower end", {0, 0, 10000, 7000}, {300, 12000, 12000, 3000}, 12300, 9200},
+        {"a window that is partly out above",
+         {0, 0, 10000, 7000},
+         {300, 0, 12000, 3000},
+         12300,
+         450},
+        {"larger than the screen", {0, 0, 30000, 20000}, {300, 600, 12000, 7000}, 0, 450},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        const Placement result = platform::PlaceBeside(c.size, c.window, kFirst);
+        EXPECT_EQ(result, (Placement{c.left, c.top, c.size.width, c.size.height}));
+    }
+}
+
 } // namespace

@@ -9,6 +9,8 @@
 #include "tests/windows/sampleform.h"
 #include "ui/qt/helpkey.h"
 
+#include <QMainWindow>
+#include <QScreen>
 #include <QTextBrowser>
 #include <QTimer>
 #include <QTreeView>
@@ -139,6 +141,45 @@ TEST_F(HelpWindowScaled, F1InAWindowOpensItsPage)
         ui::Close(*form);
         ui::Retire(std::move(form));
     }
+}
+
+// The help next to a window at this place; it is gone again afterwards.
+QRect HelpBeside(QWidget &window, QRect place)
+{
+    window.setGeometry(place);
+    ShowAndActivate(window);
+    EXPECT_TRUE(WaitUntil([&] { return window.geometry() == place; }));
+    online::ShowHelp();
+    QWidget *help = WaitForWindow("frmHelp", 2000);
+    if (help == nullptr)
+        return {};
+    EXPECT_TRUE(WaitUntil([&] { return help->isActiveWindow(); }));
+    LetRun(100); // the window manager may still move it
+    const QRect shown = help->frameGeometry();
+    PressKey("Escape");
+    EXPECT_TRUE(WaitUntil([] { return WaitForWindow("frmHelp", 0) == nullptr; }));
+    return shown;
+}
+
+TEST_F(HelpWindowScaled, OpensBesideItsWindowAndWithinTheScreen)
+{
+    QMainWindow window;
+    window.setObjectName(QStringLiteral("frmMain"));
+    const QRect screen = window.screen()->availableGeometry();
+    for (int time = 0; time < 3; ++time) { // it does not wander
+        const QRect right = HelpBeside(window, {100, 100, 500, 400});
+        EXPECT_GE(right.left(), window.frameGeometry().right()) << time;
+        EXPECT_EQ(right.top(), window.frameGeometry().top()) << time;
+        EXPECT_TRUE(screen.contains(right)) << time;
+        EXPECT_LE(right.left() - window.frameGeometry().right(), 4) << time;
+    }
+    const QRect left = HelpBeside(window, {screen.right() - 600, 200, 500, 400});
+    EXPECT_LE(left.right(), window.frameGeometry().left() + 4);
+    EXPECT_TRUE(screen.contains(left));
+    const QRect low = HelpBeside(window, {100, screen.bottom() - 160, 500, 120});
+    EXPECT_TRUE(screen.contains(low)) << low.top() << " " << low.bottom();
+    const QRect wide = HelpBeside(window, {40, 60, screen.width() - 100, 500});
+    EXPECT_TRUE(screen.contains(wide)) << wide.left() << " " << wide.right();
 }
 
 TEST_F(HelpWindowScaled, F1InAQuestionOpensItsPage)

@@ -149,6 +149,7 @@ public:
               4000}; // width and height inside the frame, in twips; with a layout the least ones
     bool resizable = false;
     bool remembersPlace = false;    // its place is stored, and used when it loads again
+    bool opensBeside = false;       // beside the window in use; of a stored place the size counts
     Button *acceptButton = nullptr; // pressed by Enter
     Button *cancelButton =
         nullptr; // pressed by Escape; when null, Escape closes the window if `escapeCloses`

@@ -5,6 +5,8 @@
 #include "ui/qt/formwindow.h"
 
 #include <QApplication>
+#include <QMainWindow>
+#include <QScreen>
 #include <QWindow>
 #include <charconv>
 #include <optional>
@@ -45,7 +47,41 @@ void FormWindow::RestorePlace()
         platform::BringIntoView({*left, *top, *wide, *high}, *windows);
     if (m_form.resizable)
         resize(ui::PixelsOfTwips(place.width), ui::PixelsOfTwips(place.height));
-    move(ui::PixelsOfTwips(place.left), ui::PixelsOfTwips(place.top));
+    if (!m_form.opensBeside)
+        move(ui::PixelsOfTwips(place.left), ui::PixelsOfTwips(place.top));
+}
+
+// The window in use: the modal one, the active one, else the main window. Null when there is none.
+QWidget *FormWindow::WindowInUse() const
+{
+    if (m_over != nullptr)
+        return m_over;
+    if (QWidget *active = QApplication::activeWindow(); active != nullptr && active != this)
+        return active;
+    for (QWidget *window : QApplication::topLevelWidgets())
+        if (window->isVisible() && qobject_cast<const QMainWindow *>(window) != nullptr)
+            return window;
+    return nullptr;
+}
+
+// A window that was not shown yet does not know its frame: that of the other one is as large.
+void FormWindow::PlaceBesideWindowInUse()
+{
+    const QWidget *other = WindowInUse();
+    platform::Windows *windows = platform::TheMachine().windows;
+    if (other == nullptr || windows == nullptr || !windows->KnowsPlaces())
+        return;
+    const auto placement = [](const QRect &place) {
+        return platform::Placement{place.left(), place.top(), place.width(), place.height()};
+    };
+    const QRect outside = other->frameGeometry();
+    const QSize frame = outside.size() - other->size();
+    const platform::Placement beside =
+        platform::PlaceBeside(placement(QRect(QPoint(), size() + frame)), placement(outside),
+                              placement(other->screen()->availableGeometry()));
+    move(beside.left, beside.top);
+    if (windowHandle() != nullptr) // else the place would count as that inside the frame
+        windowHandle()->setFramePosition({beside.left, beside.top});
 }
 
 void FormWindow::StorePlace() const

@@ -331,6 +331,8 @@ void FormWindow::Present(bool modal)
         if (!m_placed)
             RestorePlace();
         m_placed = true;
+        if (m_form.opensBeside)
+            PlaceBesideWindowInUse();
         if (!modal && m_over == nullptr)
             BelongToMainWindow();
         show();

@@ -67,6 +67,8 @@ private:
     void ShowForm();
     void BelongToMainWindow();
     void LeaveOver();
+    QWidget *WindowInUse() const;
+    void PlaceBesideWindowInUse();
     void RestorePlace();
     void StorePlace() const;
 
