@@ -5,6 +5,7 @@
 #include "app/windowsession.h"
 #include "browser/fieldtree.h"
 #include "browser/filecommands.h"
+#include "browser/formhandlers.h"
 #include "browser/frmMain.h"
 #include "catalogue/regeneration.h"
 #include "lyrics/frmLyricsView.h"
@@ -123,6 +124,9 @@ void LoadMainWindow(Windows &windows)
     windows.online = online::Install(DriveTimer);
     online::RegisterHistoryWidget();
     browser::LoadMainForm(form);
+#ifdef QUENLIN_TEST_BUILD
+    browser::CheckRegistrations(form);
+#endif
 }
 
 shell::StartUpWindows StepsOf(Windows &windows)
@@ -262,7 +266,7 @@ int RunInWindows(int argc, char **argv)
     Windows windows;
     platform::WatchForEndRequest();
     try {
-        SettleIn();
+        PrepareProgramHome();
     } catch (const runtime::RuntimeError &error) {
         shell::ShowRuntimeError(error);
         return shell::kRefused;

@@ -2,6 +2,7 @@
 #include "browser/exportfiles.h"
 #include "browser/fieldtree.h"
 #include "browser/formhandlers.h"
+#include "browser/itemkinds.h"
 #include "browser/itemlist.h"
 #include "browser/webpanel.h"
 #include "catalogue/adoclass.h"
@@ -24,6 +25,7 @@ namespace
 {
 
 constexpr std::string_view kLanguageExtension = ".qlt";
+constexpr std::string_view kFirstLanguage = "submnuLng(0)"; // each file registers its own entry
 
 bool IsFileCommand(std::string_view name)
 {
@@ -58,7 +60,7 @@ void ToggleWebStyle(MainForm &form)
     AdjustPanelScroll(form.LV, form);
 }
 
-void TellNewLanguage()
+void ShowLanguageNote()
 {
     platform::TheMachine().desktop->MessageBox(
         shell::GetLanguageText("The new language you set would start working the next time you "
@@ -73,13 +75,13 @@ void ChooseEnglish()
     } catch (const runtime::RuntimeError &) {
         // No language was chosen.
     }
-    TellNewLanguage();
+    ShowLanguageNote();
 }
 
 void ChooseLanguage(const std::string &entryCaption)
 {
     shell::SavePreference("Language", entryCaption + std::string(kLanguageExtension));
-    TellNewLanguage();
+    ShowLanguageNote();
 }
 
 // Opens a web page below the base address that is in the catalogue.
@@ -176,6 +178,30 @@ void UpdateCommands(MainForm &form)
         button.SetEnabled(CanRunNow(form, button.name));
 }
 
+void CheckRegistrations(MainForm &form)
+{
+    std::string missing;
+    const auto check = [&missing](std::string_view name, bool isThere) {
+        if (!isThere)
+            missing.append(" ").append(name);
+    };
+    for (const auto lines : {MenuLines(), ExtraMenuLines()})
+        for (const MenuLine &line : lines) {
+            const bool isCommand = !line.parent.empty() && line.caption != "-" && !line.submenu &&
+                                   line.name != kFirstLanguage;
+            const ui::Command *entry = form.FindMenu(line.name);
+            if (isCommand && entry != nullptr && entry->Visible())
+                check(line.name, IsRegistered(line.name));
+        }
+    for (const PopupLine &line : PopupLines())
+        if (!line.command.empty())
+            check(line.command, IsRegistered(line.command));
+    for (const std::string_view marker : {kFileMarker, KindOfField("List").marker})
+        check(marker, OpenerOf(marker) != nullptr);
+    if (!missing.empty())
+        throw runtime::RuntimeError(runtime::kMemberNotFound, "Not registered:" + missing);
+}
+
 void SetFileCommandsEnabled(MainForm &form, bool enabled)
 {
     form.fileCommandsEnabled = enabled;
@@ -189,7 +215,7 @@ void SetFileCommandsEnabled(MainForm &form, bool enabled)
 void BuildLanguageMenu(MainForm &form, const std::vector<std::string> &captions)
 {
     form.FindMenu("hyLang")->SetVisible(!captions.empty());
-    ui::Command *last = form.FindMenu("submnuLng(0)");
+    ui::Command *last = form.FindMenu(kFirstLanguage);
     last->SetVisible(!captions.empty());
     std::size_t index = 0;
     for (const std::string &caption : captions) {

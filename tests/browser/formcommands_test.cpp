@@ -1,4 +1,5 @@
 // The main form's commands: dispatch, states, captions, languages, pages.
+#include "browser/formhandlers.h"
 #include "runtime/error.h"
 #include "tests/browser/formfixture.h"
 
@@ -13,7 +14,7 @@ bool IsLeaf(const MenuLine &line)
     return !line.parent.empty() && line.caption != "-" && !line.submenu;
 }
 
-TEST_F(FormCommands, WhatNobodyRegisteredIsDisabledWhateverEnablesIt)
+TEST_F(FormCommands, AnUnregisteredCommandIsDisabledWhateverEnablesIt)
 {
     MainForm &form = Loaded();
     SetFileCommandsEnabled(form, true);
@@ -35,6 +36,53 @@ TEST_F(FormCommands, WhatNobodyRegisteredIsDisabledWhateverEnablesIt)
                        "English ");
     for (const ui::Command &button : form.buttons)
         EXPECT_EQ(button.Enabled(), button.name == "submnuExit") << button.name;
+}
+
+// Registers what the areas beside the browser register, except `forgotten`.
+void RegisterAllBut(std::string_view forgotten)
+{
+    const auto add = [forgotten](std::string_view name) {
+        if (name != forgotten)
+            RegisterCommand(name, [] {});
+    };
+    for (const auto lines : {MenuLines(), ExtraMenuLines()})
+        for (const MenuLine &line : lines)
+            if (IsLeaf(line) && line.name != "submnuLng(0)")
+                add(line.name);
+    for (const PopupLine &line : PopupLines())
+        if (!line.command.empty())
+            add(line.command);
+    for (const std::string_view marker : {"/", "&"})
+        if (marker != forgotten)
+            RegisterItemKind(marker, [](const std::string &, ui::KeyedList &) {});
+}
+
+TEST_F(FormCommands, AForgottenAreaIsAnErrorAtTheStart)
+{
+    for (const std::string_view forgotten :
+         {"", "submnuSearch", "submnuExportBookmarks", "cp_Play", "/", "&"}) {
+        SCOPED_TRACE(forgotten);
+        ResetMainForm();
+        RegisterAllBut(forgotten);
+        MainForm &form = Loaded();
+        std::string error;
+        try {
+            CheckRegistrations(form);
+        } catch (const runtime::RuntimeError &failure) {
+            EXPECT_EQ(failure.number, runtime::kMemberNotFound);
+            error = failure.description;
+        }
+        EXPECT_EQ(error, forgotten.empty() ? "" : "Not registered: " + std::string(forgotten));
+    }
+}
+
+TEST_F(FormCommands, AHiddenEntryNeedsNoHandler)
+{
+    RegisterAllBut("submnuNewerVersion"); // as in a program without the web
+    MainForm &form = Loaded();
+    EXPECT_THROW(CheckRegistrations(form), runtime::RuntimeError);
+    form.FindMenu("submnuNewerVersion")->SetVisible(false);
+    EXPECT_NO_THROW(CheckRegistrations(form));
 }
 
 TEST_F(FormCommands, TheMenuOfExtrasIsBuiltAfterTheOthers)
@@ -108,7 +156,7 @@ TEST_F(FormCommands, TheFourFileCommandsGoTogetherWithTheirButtons)
     }
 }
 
-TEST_F(FormCommands, ARegisteredCommandIsEnabledAsItsAreaSays)
+TEST_F(FormCommands, ARegisteredCommandIsEnabledByItsArea)
 {
     bool can = false;
     int ran = 0;
@@ -228,7 +276,7 @@ TEST_F(FormCommands, TheLanguageMenu)
                                 "run this app.");
 }
 
-TEST_F(FormCommands, ALanguageEntryComesOnlyBehindOneWithACaption)
+TEST_F(FormCommands, ALanguageEntryIsAddedOnlyAfterOneWithACaption)
 {
     MainForm &form = Loaded();
     BuildLanguageMenu(form, {"", "Deutsch", "Español"}); // the first is that of a file ".qlt"
