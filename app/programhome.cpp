@@ -9,7 +9,7 @@
 namespace app
 {
 
-void SettleIn()
+void PrepareProgramHome()
 {
     using namespace platform::posix;
     runtime::UseCodePage(runtime::CodePageOfLocale(LocaleName()));

@@ -8,6 +8,6 @@ namespace app
 // first start of an installed program, fills the folder from share/quenlin beside the program's
 // bin. Copies a shipped file again that a power cut has left incomplete.
 // Errors: FileError (runtime/error.h) when filling the folder fails.
-void SettleIn();
+void PrepareProgramHome();
 
 } // namespace app

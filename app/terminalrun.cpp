@@ -110,7 +110,7 @@ int RunInTerminal(const Options &options)
     const TerminalMachine machine;
     platform::WatchForEndRequest();
     try {
-        SettleIn();
+        PrepareProgramHome();
         return options.job == Job::Regenerate ? Regenerate(options.paths.front())
                                               : Batch(options.paths);
     } catch (const runtime::RuntimeError &error) {

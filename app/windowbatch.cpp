@@ -70,7 +70,7 @@ int RunBatchInWindows(int argc, char **argv, const std::vector<std::string> &pat
     platform::WatchForEndRequest();
     int status = shell::kRefused;
     try {
-        SettleIn();
+        PrepareProgramHome();
         status = Batch(paths, splash);
     } catch (const runtime::RuntimeError &error) {
         shell::ShowRuntimeError(error);

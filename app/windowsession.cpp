@@ -86,16 +86,16 @@ namespace
 {
 
 // The messages of the toolkit while the display was opened.
-QStringList &Said()
+QStringList &ToolkitMessages()
 {
-    static QStringList said;
-    return said;
+    static QStringList messages;
+    return messages;
 }
 
-void Hear(QtMsgType type, const QMessageLogContext & /*where*/, const QString &text)
+void NoteToolkitMessage(QtMsgType type, const QMessageLogContext & /*where*/, const QString &text)
 {
     if (type != QtFatalMsg) {
-        Said().append(text);
+        ToolkitMessages().append(text);
         return;
     }
     const char *name = std::getenv("DISPLAY");
@@ -110,16 +110,16 @@ void Hear(QtMsgType type, const QMessageLogContext & /*where*/, const QString &t
 
 DisplayOpening::DisplayOpening()
 {
-    Said().clear();
-    qInstallMessageHandler(Hear);
+    ToolkitMessages().clear();
+    qInstallMessageHandler(NoteToolkitMessage);
 }
 
 DisplayOpening::~DisplayOpening()
 {
     qInstallMessageHandler(nullptr);
-    for (const QString &line : Said())
+    for (const QString &line : ToolkitMessages())
         std::fprintf(stderr, "%s\n", qPrintable(line));
-    Said().clear();
+    ToolkitMessages().clear();
 }
 
 WindowSession::WindowSession(int &argc, char **argv)

@@ -24,15 +24,10 @@ struct Figures {
 
 unsigned long long PassOnce(const std::string &path)
 {
-    metadata::ID3v1Tag v1;
-    metadata::ID3v2Tag v2;
-    metadata::MPEGHeader header;
-    bool hasV1 = false;
-    bool hasV2 = false;
-    metadata::GetMP3Info(path, v1, v2, header, hasV1, hasV2, false);
-    return v1.Title.size() + v2.Title.size() * 3 + v2.Lyrics.size() * 5 +
-           static_cast<unsigned long long>(header.Seconds) * 7 +
-           static_cast<unsigned long long>(header.HeaderPosition + 1);
+    const metadata::SongInfo info = metadata::ReadSongInfo(path);
+    return info.id3v1.Title.size() + info.id3v2.Title.size() * 3 + info.id3v2.Lyrics.size() * 5 +
+           static_cast<unsigned long long>(info.header.Seconds) * 7 +
+           static_cast<unsigned long long>(info.header.HeaderPosition + 1);
 }
 
 Figures Measure(const std::vector<std::string> &paths, int passes)

@@ -83,17 +83,12 @@ void CopyAndFlush(const std::string &song)
 // One edit: of the ID3v2 title (the long way), or of the ID3v1 title alone (the short way).
 unsigned long long Edit(const std::string &song, bool longWay, int round)
 {
-    metadata::ID3v1Tag v1;
-    metadata::ID3v2Tag v2;
-    metadata::MPEGHeader header;
-    bool hasV1 = false;
-    bool hasV2 = false;
-    metadata::GetMP3Info(song, v1, v2, header, hasV1, hasV2, false);
-    v2.Genre = "Rock";
-    const metadata::ID3v1Tag oldV1 = v1;
-    const metadata::ID3v2Tag oldV2 = v2;
+    metadata::SongInfo old = metadata::ReadSongInfo(song);
+    old.id3v2.Genre = "Rock";
+    metadata::ID3v1Tag v1 = old.id3v1;
+    metadata::ID3v2Tag v2 = old.id3v2;
     (longWay ? v2.Title : v1.Title) = "Title " + std::to_string(round);
-    if (!metadata::SaveTag(v1, v2, oldV1, oldV2, song, true, true, nullptr))
+    if (!metadata::SaveTag(v1, v2, old.id3v1, old.id3v2, song, true, true, nullptr))
         std::exit(1);
     return fs::file_size(song);
 }

@@ -83,17 +83,12 @@ void OfferMail(const std::string &reason)
 // Reads the tags of a file. Errors: FileError when it cannot be read.
 metadata::ID3v2Tag ReadTags(const std::string &path)
 {
-    metadata::ID3v1Tag id3v1;
-    metadata::ID3v2Tag tag;
-    metadata::MPEGHeader header;
-    bool hasID3v1 = false;
-    bool hasID3v2 = false;
-    metadata::GetMP3Info(path, id3v1, tag, header, hasID3v1, hasID3v2, false);
+    metadata::SongInfo info = metadata::ReadSongInfo(path);
     if (const int failure = metadata::LastReadFailure(); failure != 0)
         throw runtime::FileError(failure, path);
-    if (hasID3v1 && !hasID3v2)
-        catalogue::CopyTag(id3v1, tag);
-    return tag;
+    if (info.hasID3v1 && !info.hasID3v2)
+        catalogue::CopyTag(info.id3v1, info.id3v2);
+    return info.id3v2;
 }
 
 // --- Rename ----------------------------------------------------------------------------------
@@ -110,7 +105,7 @@ bool IsOtherCaseOfName(const std::string &from, const std::string &to)
 }
 
 // Renames the file. Returns: an errno, 0 on success.
-int GiveName(const std::string &from, const std::string &to)
+int RenameOnDisk(const std::string &from, const std::string &to)
 {
     int reason = Files().RenameNew(from, to);
     if (reason == EEXIST && IsOtherCaseOfName(from, to))
@@ -212,14 +207,14 @@ void RenameFile(MainForm &form)
     const std::string to = shell::GetFolderPath(from) + *name;
     if (to == from)
         return;
-    if (const int reason = GiveName(from, to); reason != 0)
+    if (const int reason = RenameOnDisk(from, to); reason != 0)
         throw RenameError(reason, from, to);
     const std::string failure = RenameRows(from, to);
     if (failure.empty()) {
         ShowNewPath(form, key, from, to);
         return;
     }
-    const int reason = GiveName(to, from);
+    const int reason = RenameOnDisk(to, from);
     Desktop().MessageBox(failure, platform::Buttons::Ok, {}, platform::BoxIcon::Exclamation);
     if (reason != 0)
         throw RenameError(reason, to, from);

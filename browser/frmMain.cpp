@@ -173,7 +173,7 @@ void frmMainWindow::PlaceWindow()
 }
 
 // Copies the window's place to the form, in the units of the layout and the settings.
-void frmMainWindow::LearnPlace()
+void frmMainWindow::TakeOwnPlace()
 {
     m_form.minimised = isMinimized();
     if (m_form.minimised)
@@ -205,7 +205,7 @@ void frmMainWindow::BuildSettled()
 
 void frmMainWindow::ClientResized()
 {
-    LearnPlace();
+    TakeOwnPlace();
     const int height = m_form.statusBarArea.Height();
     m_form.statusBarArea.SetPlace(
         {0, ui::TwipsOfPixels(m_client->height()) - height, m_form.scaleWidth, height});
@@ -217,7 +217,7 @@ void frmMainWindow::moveEvent(QMoveEvent *event)
 {
     QMainWindow::moveEvent(event);
     if (!m_applying && isVisible())
-        LearnPlace();
+        TakeOwnPlace();
 }
 
 // The form's layout yields. During the toolkit's own layout another event could destroy an object

@@ -51,7 +51,7 @@ private:
     void BindFrame();
     void MeasureFrame();
     void ClientResized();
-    void LearnPlace();
+    void TakeOwnPlace();
     void BuildSettled();
     int TextWidthTwips(std::string_view text) const;
     void NameForReaders();

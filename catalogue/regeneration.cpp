@@ -123,7 +123,7 @@ void SetProgress(const Run &run)
         bar->SetValue(run.value);
 }
 
-void TellProgress(std::string_view line, std::int64_t value, std::int64_t maximum)
+void ReportProgress(std::string_view line, std::int64_t value, std::int64_t maximum)
 {
     if (const auto &tell = TheState().controls.Progress)
         tell(line, value, maximum);
@@ -263,7 +263,7 @@ void ScanFiles(Run &run)
         const std::string line = "Adding: " + runtime::Replace(name, " & ", " && ");
         SetPanel("Playing", line);
         ShowCount(run);
-        TellProgress(line, run.value, run.maximum);
+        ReportProgress(line, run.value, run.maximum);
         TheDesktop().DoEvents();
         if (IsToStop())
             return;
@@ -326,7 +326,7 @@ void CountAll(std::int64_t &maximum)
 {
     const std::string line = shell::GetLanguageText("Counting MP3s", "CountingMP3s", "Progress");
     SetPanel("Playing", line);
-    TellProgress(line, 0, 0);
+    ReportProgress(line, 0, 0);
     const std::int64_t inRoot = MP3s().ListCount();
     maximum = CountFiles() + inRoot;
     if (ui::ProgressBar *bar = TheState().controls.PBar; bar != nullptr)

@@ -14,20 +14,11 @@
 namespace
 {
 
-struct Pass {
-    metadata::ID3v1Tag v1;
-    metadata::ID3v2Tag v2;
-    metadata::MPEGHeader header;
-    bool hasV1 = false, hasV2 = false;
-};
-
 const std::string kSong = "/song.mp3";
 
-Pass Read()
+metadata::SongInfo Read()
 {
-    Pass pass;
-    metadata::GetMP3Info(kSong, pass.v1, pass.v2, pass.header, pass.hasV1, pass.hasV2, false);
-    return pass;
+    return metadata::ReadSongInfo(kSong);
 }
 
 void Expect(bool holds)
@@ -37,18 +28,18 @@ void Expect(bool holds)
 }
 
 // The bits of the first byte choose what changes and what is written.
-void Edit(unsigned char choice, Pass &pass)
+void Edit(unsigned char choice, metadata::SongInfo &pass)
 {
     if (choice & 1)
-        pass.v2.Title = "New title";
+        pass.id3v2.Title = "New title";
     if (choice & 2)
-        pass.v2.Comment = "";
+        pass.id3v2.Comment = "";
     if (choice & 4)
-        pass.v2.Genre = "Rock";
+        pass.id3v2.Genre = "Rock";
     if (choice & 8)
-        pass.v1.Title = "New title";
+        pass.id3v1.Title = "New title";
     if (choice & 16)
-        pass.v2.Lyrics = "[00:01]La";
+        pass.id3v2.Lyrics = "[00:01]La";
 }
 
 } // namespace
@@ -69,14 +60,14 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     metadata::ResetMP3Info();
     desk.boxes = 0;
 
-    const Pass old = Read();
+    const metadata::SongInfo old = Read();
     const metadata::RawTags raw = metadata::CopyRawTags();
-    Pass pass = old;
+    metadata::SongInfo pass = old;
     Edit(data[0], pass);
     const bool writeID3v1 = (data[0] & 32) != 0;
     const bool writeID3v2 = (data[0] & 64) != 0;
-    const bool saved =
-        metadata::SaveTag(pass.v1, pass.v2, old.v1, old.v2, kSong, writeID3v1, writeID3v2, nullptr);
+    const bool saved = metadata::SaveTag(pass.id3v1, pass.id3v2, old.id3v1, old.id3v2, kSong,
+                                         writeID3v1, writeID3v2, nullptr);
     Expect(files.names.size() == 1 && files.names.count(kSong) == 1);
     const std::string after = *files.names[kSong];
     if (!saved || desk.boxes > 0) {

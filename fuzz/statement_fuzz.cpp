@@ -128,11 +128,7 @@ void AddAnySong(const std::vector<std::string> &pieces, MemoryFiles &files)
     for (const auto wanted : {kAdded, kUpdated}) {
         std::string reason;
         Expect(AddOrUpdateMP3(path, reason) == wanted && reason.empty());
-        metadata::ID3v1Tag oldTag;
-        metadata::ID3v2Tag tag;
-        metadata::MPEGHeader header;
-        bool hasID3v1 = false, hasID3v2 = false;
-        metadata::GetMP3Info(path, oldTag, tag, header, hasID3v1, hasID3v2, false);
+        const metadata::ID3v2Tag tag = metadata::ReadSongInfo(path).id3v2;
         const std::vector<Value> values =
             TagValues(tag, wanted == kAdded ? metadata::GenreName(tag.Genre) : tag.Genre);
         const auto records = Records(DataAccess->ExecuteSQL("SELECT * FROM MP3s", kSelect));

@@ -55,9 +55,9 @@ void SetTimer(ui::Timer &timer, bool enabled)
         timer.SetEnabled(enabled);
 }
 
-void tmrTell_Timer(LyricsForm &form)
+void tmrReport_Timer(LyricsForm &form)
 {
-    form.tmrTell.SetEnabled(false);
+    form.tmrReport.SetEnabled(false);
     const runtime::RuntimeError failure = form.failure.value();
     form.failure.reset();
     throw failure;
@@ -114,7 +114,7 @@ LyricsForm::LyricsForm() : Form("frmLyrics", kCaptions)
     Add("lblKey", lblKey);
     Add("showTimes", showTimes);
     Add("tmrDraft", tmrDraft);
-    Add("tmrTell", tmrTell);
+    Add("tmrReport", tmrReport);
     onLoad = [this] { Form_Load(*this); };
     onUnload = [this] { Form_Unload(*this); };
     onResize = [this] { Form_Resize(*this); };
@@ -123,7 +123,7 @@ LyricsForm::LyricsForm() : Form("frmLyrics", kCaptions)
     Lyrics.textChanged = [this] { Lyrics_Change(*this); };
     showTimes.event = [this] { showTimes_Timer(*this); };
     tmrDraft.event = [this] { FlushDraft(*this); };
-    tmrTell.event = [this] { tmrTell_Timer(*this); };
+    tmrReport.event = [this] { tmrReport_Timer(*this); };
     cmdSetTimes.onClick = [this] { cmdSetTimes_Click(*this); };
     cmdSetIt.onClick = [this] { cmdSetIt_Click(*this); };
     cmdSave.onClick = [this] { cmdSave_Click(*this); };
@@ -235,7 +235,7 @@ void Lyrics_Change(LyricsForm &form)
     try {
         ParseTimes(form);
     } catch (const runtime::RuntimeError &failure) {
-        TellLater(form, failure);
+        ReportLater(form, failure);
     }
     if (form.Loaded() && form.SettingTimes)
         SetTimer(form.tmrDraft, true);

@@ -29,13 +29,13 @@ State &TheState()
 }
 
 // While one exists, the window is shown because the user asked for it.
-class UserAsks
+class UserRequest
 {
 public:
-    UserAsks() { TheState().wanted = true; }
-    ~UserAsks() { TheState().wanted = false; }
-    UserAsks(const UserAsks &) = delete;
-    UserAsks &operator=(const UserAsks &) = delete;
+    UserRequest() { TheState().wanted = true; }
+    ~UserRequest() { TheState().wanted = false; }
+    UserRequest(const UserRequest &) = delete;
+    UserRequest &operator=(const UserRequest &) = delete;
 };
 
 std::unique_ptr<LyricsForm> MakeForm()
@@ -50,7 +50,7 @@ std::unique_ptr<LyricsForm> MakeForm()
 void Install()
 {
     browser::RegisterCommand("submnuShowLyricsCurrentSong", [] {
-        const UserAsks asks;
+        const UserRequest asks;
         player::submnuShowLyricsCurrentSong_Click();
     });
     player::LyricsWindowCalls &calls = player::TheLyricsWindowCalls();

@@ -45,14 +45,14 @@ struct LyricsForm : ui::Form {
 
     // --- Not part of the window's first design.
     ui::Timer tmrDraft{kDraftMs}; // from a change of the marked text until its draft is written
-    ui::Timer tmrTell{1};         // from a failure until the box that reports it
+    ui::Timer tmrReport{1};       // from a failure until the box that reports it
     ui::Label lblKey;             // says which key sets a mark
     bool testing = false;         // a test has taken the marks out of the box's text
     bool busy = false;            // a button's work lets events run: the form must not be destroyed
     bool draftFailed = false;     // the user has been shown that the draft cannot be written
     std::string fileLyrics;       // the lyrics in the song's file when it was last read
     std::optional<std::string> draft;             // the draft of the song, if it has one
-    std::optional<runtime::RuntimeError> failure; // for tmrTell to report
+    std::optional<runtime::RuntimeError> failure; // for tmrReport to report
 
     std::function<void(const std::string &file)> newSettingWindow; // for cmdSetTimes
 };

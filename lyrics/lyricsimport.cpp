@@ -74,19 +74,13 @@ void AddLyricsFromTXT(const std::string &txtPath)
         return;
     }
     shell::ShowProgressText("Reading the MP3 Information", "ReadingMP3Information");
-    metadata::ID3v1Tag tag;
-    metadata::ID3v2Tag newTag;
-    metadata::MPEGHeader header;
-    bool hasID3v1 = false;
-    bool hasID3v2 = false;
-    metadata::GetMP3Info(song, tag, newTag, header, hasID3v1, hasID3v2, false);
+    const metadata::SongInfo old = metadata::ReadSongInfo(song);
     shell::ShowProgressText("Reading the lyrics from the TXT", "ReadingLyricsFromTXT");
-    const metadata::ID3v2Tag oldTag = newTag;
-    newTag.Lyrics = ReadText(txtPath);
+    metadata::SongInfo info = old;
+    info.id3v2.Lyrics = ReadText(txtPath);
     platform::TheMachine().desktop->DoEvents();
-    const metadata::ID3v1Tag oldID3v1 = tag;
-    const bool saved = metadata::SaveTag(tag, newTag, oldID3v1, oldTag, song, true, true,
-                                         &shell::TheGlobals().lblProgress);
+    const bool saved = metadata::SaveTag(info.id3v1, info.id3v2, old.id3v1, old.id3v2, song, true,
+                                         true, &shell::TheGlobals().lblProgress);
     Tell(saved ? "The lyrics were added correctly." : "The lyrics couldn't be added.");
 }
 

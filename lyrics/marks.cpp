@@ -21,7 +21,7 @@ platform::Desktop &Desktop()
 }
 
 // Deletes the draft when the song's file has the same lyrics.
-void SettleDraft(LyricsForm &form)
+void DeleteSavedDraft(LyricsForm &form)
 {
     FlushDraft(form);
     if (!form.draft)
@@ -39,23 +39,17 @@ void SettleDraft(LyricsForm &form)
 
 } // namespace
 
-void TellLater(LyricsForm &form, const runtime::RuntimeError &failure)
+void ReportLater(LyricsForm &form, const runtime::RuntimeError &failure)
 {
     if (form.failure)
         return;
     form.failure.emplace(failure);
-    form.tmrTell.SetEnabled(true);
+    form.tmrReport.SetEnabled(true);
 }
 
 std::string LyricsOfFile(const std::string &file)
 {
-    metadata::ID3v1Tag id3v1;
-    metadata::ID3v2Tag id3v2;
-    metadata::MPEGHeader header;
-    bool hasID3v1 = false;
-    bool hasID3v2 = false;
-    metadata::GetMP3Info(file, id3v1, id3v2, header, hasID3v1, hasID3v2, false);
-    return runtime::WithCrLf(id3v2.Lyrics);
+    return runtime::WithCrLf(metadata::ReadSongInfo(file).id3v2.Lyrics);
 }
 
 const std::string &MarksMade(const LyricsForm &form)
@@ -74,7 +68,7 @@ void OfferDraft(LyricsForm &form)
         false); // it must not write the text of the box over the draft that is being offered
     form.draft = ReadDraft(form.FileName);
     if (form.draft == form.fileLyrics)
-        SettleDraft(form);
+        DeleteSavedDraft(form);
     else if (form.draft &&
              Desktop().MessageBox(
                  shell::GetLanguageText("The lyrics of this song have changes that were not saved "
@@ -102,8 +96,8 @@ void FlushDraft(LyricsForm &form)
         if (form.draftFailed)
             return; // the timer tries again
         form.draftFailed = true;
-        TellLater(form,
-                  {failure.number,
+        ReportLater(
+            form, {failure.number,
                    shell::GetLanguageText("The changes to the lyrics could not be kept as a draft:",
                                           "DraftNotKept", "Times") +
                        " " + failure.description});
@@ -112,18 +106,13 @@ void FlushDraft(LyricsForm &form)
 
 void SaveMarks(LyricsForm &form, const std::string &text)
 {
-    metadata::ID3v1Tag id3v1;
-    metadata::ID3v2Tag id3v2;
-    metadata::MPEGHeader header;
-    bool hasID3v1 = false;
-    bool hasID3v2 = false;
-    metadata::GetMP3Info(form.FileName, id3v1, id3v2, header, hasID3v1, hasID3v2, false);
-    id3v2.Lyrics = text;
-    const metadata::ID3v1Tag oldID3v1 = id3v1;
-    const metadata::ID3v2Tag oldID3v2 = id3v2;
-    metadata::SaveTag(id3v1, id3v2, oldID3v1, oldID3v2, form.FileName, true, true, nullptr);
+    metadata::SongInfo song = metadata::ReadSongInfo(form.FileName);
+    song.id3v2.Lyrics = text;
+    const metadata::SongInfo old = song; // the lyrics as well: an empty text removes no frame
+    metadata::SaveTag(song.id3v1, song.id3v2, old.id3v1, old.id3v2, form.FileName, true, true,
+                      nullptr);
     form.fileLyrics = LyricsOfFile(form.FileName);
-    SettleDraft(form);
+    DeleteSavedDraft(form);
 }
 
 bool MayClose(LyricsForm &form)
@@ -138,7 +127,7 @@ bool MayClose(LyricsForm &form)
         return false;
     const BusyWhile busy(form);
     if (!HasUnsavedMarks(form)) {
-        SettleDraft(form);
+        DeleteSavedDraft(form);
         return true;
     }
     const platform::Answer answer = Desktop().MessageBox(

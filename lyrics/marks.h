@@ -26,7 +26,7 @@ private:
 // Reports a failure in a box after the caller has returned, by a timer of the form; of several
 // failures only the first. For failures in a tick or in a change of the text, where no caller could
 // catch an error.
-void TellLater(LyricsForm &form, const runtime::RuntimeError &failure);
+void ReportLater(LyricsForm &form, const runtime::RuntimeError &failure);
 
 // The lyrics in the tag of a file, each line end as CR LF (many programs write LF alone, which the
 // rules of the marks do not take for one); empty when it has none or cannot be read.

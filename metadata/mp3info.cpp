@@ -169,6 +169,14 @@ void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, M
     TakeHeader(bytes, Header);
 }
 
+SongInfo ReadSongInfo(const std::string &path, bool preferID3v2)
+{
+    SongInfo info;
+    GetMP3Info(path, info.id3v1, info.id3v2, info.header, info.hasID3v1, info.hasID3v2,
+               preferID3v2);
+    return info;
+}
+
 void GetTagFlags(const std::string &FileName, bool &HasID3v1, bool &HasID3v2)
 {
     State &state = TheState();

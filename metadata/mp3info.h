@@ -29,6 +29,17 @@ namespace metadata
 void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, MPEGHeader &Header,
                 bool &HasID3v1, bool &HasID3v2, bool PreferID3v2);
 
+// What GetMP3Info reads in one file, in fresh records.
+struct SongInfo {
+    ID3v1Tag id3v1;
+    ID3v2Tag id3v2;
+    MPEGHeader header;
+    bool hasID3v1 = false, hasID3v2 = false;
+
+    bool operator==(const SongInfo &) const = default;
+};
+SongInfo ReadSongInfo(const std::string &path, bool preferID3v2 = false);
+
 // Which of the two tags a pass would find, without what is in them. It leaves LastReadFailure and
 // LastSeen as a pass does, and the bytes for the next pass.
 void GetTagFlags(const std::string &FileName, bool &HasID3v1, bool &HasID3v2);

@@ -146,17 +146,12 @@ bool SameTexts(const ID3v2Tag &first, const ID3v2Tag &second)
 bool ReadAgain(Edit &edit)
 {
     const auto seen = LastSeen(edit.fileName);
-    ID3v1Tag id3v1;
-    ID3v2Tag id3v2;
-    MPEGHeader header;
-    bool hasID3v1 = false;
-    bool hasID3v2 = false;
-    GetMP3Info(edit.fileName, id3v1, id3v2, header, hasID3v1, hasID3v2, false);
+    const SongInfo info = ReadSongInfo(edit.fileName);
     edit.raw = CopyRawTags();
-    return seen ? *seen == edit.raw.file : SameTexts(id3v2, edit.oldID3v2);
+    return seen ? *seen == edit.raw.file : SameTexts(info.id3v2, edit.oldID3v2);
 }
 
-void TellChanged(const Edit &edit)
+void ReportChanged(const Edit &edit)
 {
     Tell("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kChanged));
 }
@@ -170,7 +165,7 @@ bool StillFits(const Edit &edit)
     else if (now == edit.raw.file)
         return true;
     else
-        TellChanged(edit);
+        ReportChanged(edit);
     return false;
 }
 
@@ -186,7 +181,7 @@ bool PrepareRawTags(Edit &edit)
     if (asRead)
         return StillFits(edit) &&
                Run([&] { Check(Files().RealPath(edit.fileName, edit.realPath)); }, edit.fileName);
-    TellChanged(edit);
+    ReportChanged(edit);
     return false;
 }
 
@@ -286,7 +281,7 @@ void WaitForNextSecond()
     }
 }
 
-void TellEditedTwice(const Edit &edit)
+void ReportEditedTwice(const Edit &edit)
 {
     Tell("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kEditedTwice));
 }
@@ -308,7 +303,7 @@ std::optional<bool> WriteCopy(Edit &edit)
     const bool done = Run([&] { edit.copy = WriteNewSong(edit.realPath, content, edit.copyPath); },
                           edit.fileName);
     if (done && !edit.copy) {
-        TellEditedTwice(edit);
+        ReportEditedTwice(edit);
         return std::nullopt;
     }
     return done;
@@ -347,7 +342,7 @@ bool PutInPlace(const Edit &edit)
         if (!StillFits(edit))
             return false;
         if (!IsOwnCopy(edit)) {
-            TellEditedTwice(edit);
+            ReportEditedTwice(edit);
             return false;
         }
         const int reason = Files().Rename(edit.copyPath, edit.realPath);

@@ -105,7 +105,7 @@ bool FollowSong(const std::string &path, const metadata::ID3v2Tag &tag)
 
 // A player that stops answering during a tick looks like one that is stopped and has no song. It
 // counts as not running: what is shown stays.
-bool HasFallenSilent()
+bool HasStoppedAnswering()
 {
     return !IsWinampRunning();
 }
@@ -122,14 +122,14 @@ void ShowSameSong(const std::string &path)
         SetPanel(kSongPanel, std::string(runtime::Trim(runtime::Left(text, std::max(0LL, kept)))));
     }
     const std::string times = GetPlayingTimeStatus();
-    if (!HasFallenSilent())
+    if (!HasStoppedAnswering())
         SetPanel(kTimePanel, times);
 }
 
 void ShowPlaying()
 {
     const std::string path = GetCurrentSongPath();
-    if (path.empty() && HasFallenSilent())
+    if (path.empty() && HasStoppedAnswering())
         return;
     if (path == state.LastSongPlayed) {
         ShowSameSong(path);
@@ -177,7 +177,7 @@ void tmr_Playing_Timer()
             SetPanel(kSongPanel, Bar().Panel(kSongPanel).text + std::string(kPausedMark));
         return;
     }
-    if (HasFallenSilent())
+    if (HasStoppedAnswering())
         return;
     SetPanel(kSongPanel, "Not Playing...");
     SetPanel(kTimePanel, "00:00 / 00:00");

@@ -25,9 +25,9 @@ namespace
 {
 
 constexpr int kStartRounds = 3;
-constexpr std::int64_t kStartMs = 10'000;   // for one attempt
-constexpr std::int64_t kTellAfterMs = 1000; // then the user is shown what the program waits for
-constexpr int kMinimised = 2;               // style of a window: minimised, with the focus
+constexpr std::int64_t kStartMs = 10'000;       // for one attempt
+constexpr std::int64_t kShowWaitAfterMs = 1000; // then the user is shown what the program waits for
+constexpr int kMinimised = 2;                   // style of a window: minimised, with the focus
 constexpr std::string_view kPanel = "Playing";
 
 struct Wanted {
@@ -66,7 +66,7 @@ public:
 
     void Show()
     {
-        if (m_before || TheMachine().clock->SteadyMs() - m_start < kTellAfterMs)
+        if (m_before || TheMachine().clock->SteadyMs() - m_start < kShowWaitAfterMs)
             return;
         ui::StatusBar &bar = browser::frmMain().SB;
         m_before = bar.Panel(kPanel).text;

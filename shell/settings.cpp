@@ -53,7 +53,7 @@ platform::SettingsStore &Store()
 }
 
 struct State {
-    std::set<std::string> told; // the settings with unusable values, "key=text"
+    std::set<std::string> reported; // the settings with unusable values, "key=text"
 } state;
 
 std::string_view DefaultOf(std::string_view key)
@@ -63,10 +63,10 @@ std::string_view DefaultOf(std::string_view key)
     return found->defaultText;
 }
 
-void TellBadValue(const std::string &line, std::string_view defaultText)
+void ReportBadValue(const std::string &line, std::string_view defaultText)
 {
     platform::Desktop *desktop = platform::TheMachine().desktop;
-    if (desktop == nullptr || !state.told.insert(line).second)
+    if (desktop == nullptr || !state.reported.insert(line).second)
         return;
     desktop->MessageBox(runtime::Replace(GetLanguageText("A setting is no number. The program goes "
                                                          "on as if it were $Default$.",
@@ -85,7 +85,7 @@ Value Converted(std::string_view key, Value (*convert)(std::string_view))
     try {
         return convert(text);
     } catch (const runtime::RuntimeError &) {
-        TellBadValue(std::string(key) + "=" + text, DefaultOf(key));
+        ReportBadValue(std::string(key) + "=" + text, DefaultOf(key));
         return convert(DefaultOf(key));
     }
 }

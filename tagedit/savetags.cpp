@@ -90,8 +90,8 @@ bool AreTagsAsOpened(const metadata::RawTags &opened, const metadata::RawTags &n
 
 // Reads the file once more, right before it is written. The metadata module then has the tags that
 // are in the file now, not those from the time when the editor was opened.
-metadata::RawTags LookAgain(const TagEditor &editor, metadata::ID3v1Tag &id3v1,
-                            metadata::ID3v2Tag &id3v2)
+metadata::RawTags ReadTagsAgain(const TagEditor &editor, metadata::ID3v1Tag &id3v1,
+                                metadata::ID3v2Tag &id3v2)
 {
     metadata::MPEGHeader header;
     bool hasID3v1 = false;
@@ -125,7 +125,7 @@ bool Save(TagEditor &editor)
 {
     metadata::ID3v1Tag fileID3v1;
     metadata::ID3v2Tag fileTag;
-    const metadata::RawTags now = LookAgain(editor, fileID3v1, fileTag);
+    const metadata::RawTags now = ReadTagsAgain(editor, fileID3v1, fileTag);
     if (now.failure == 0 && !AreTagsAsOpened(editor.opened, now)) {
         const platform::Answer answer =
             Ask("The tags of this file were changed by another program since they were read. "

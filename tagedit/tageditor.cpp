@@ -1,6 +1,7 @@
 #include "tagedit/tageditor.h"
 
 #include "metadata/genres.h"
+#include "metadata/mp3info.h"
 #include "runtime/codepage.h"
 #include "runtime/error.h"
 #include "runtime/numbers.h"
@@ -278,22 +279,17 @@ void LoadTagEditor(TagEditor &editor)
 
 void LoadTags(TagEditor &editor)
 {
-    metadata::ID3v1Tag id3v1;
-    metadata::ID3v2Tag id3v2;
-    metadata::MPEGHeader header;
-    bool hasID3v1 = false;
-    bool hasID3v2 = false;
-    metadata::GetMP3Info(editor.File, id3v1, id3v2, header, hasID3v1, hasID3v2, false);
+    const metadata::SongInfo info = metadata::ReadSongInfo(editor.File);
     if (const int failure = metadata::LastReadFailure(); failure != 0)
         throw runtime::FileError(failure, editor.File);
-    editor.oldID3v1 = id3v1;
-    editor.oldID3v2 = id3v2;
+    editor.oldID3v1 = info.id3v1;
+    editor.oldID3v2 = info.id3v2;
     editor.opened = metadata::CopyRawTags();
-    editor.lblMPEGInfo.SetCaption(runtime::Replace(HeaderText(header), "&", "&&"));
-    SetHasID3Tag(editor, kID3v1, hasID3v1);
-    SetHasID3Tag(editor, kID3v2, hasID3v2);
-    FillColumn1(editor.At(kID3v1), id3v1);
-    FillColumn2(editor.At(kID3v2), id3v2);
+    editor.lblMPEGInfo.SetCaption(runtime::Replace(HeaderText(info.header), "&", "&&"));
+    SetHasID3Tag(editor, kID3v1, info.hasID3v1);
+    SetHasID3Tag(editor, kID3v2, info.hasID3v2);
+    FillColumn1(editor.At(kID3v1), info.id3v1);
+    FillColumn2(editor.At(kID3v2), info.id3v2);
     ShowNote(editor);
 }
 

@@ -15,7 +15,7 @@ namespace
 {
 
 // The results that have not copied themselves yet; each adds and removes itself.
-std::vector<LazyRecordset *> &Living()
+std::vector<LazyRecordset *> &OpenRecordsets()
 {
     static auto *living = new std::vector<LazyRecordset *>; // outlives every result
     return *living;
@@ -67,12 +67,12 @@ void LazyRecordset::Begin()
     m_reader = m_snapshot->handle
                    ->Prepare("SELECT *, rowid FROM main.MP3s WHERE rowid >= ?1 ORDER BY rowid")
                    .statement;
-    Living().push_back(this);
+    OpenRecordsets().push_back(this);
 }
 
 LazyRecordset::~LazyRecordset()
 {
-    std::erase(Living(), this);
+    std::erase(OpenRecordsets(), this);
     if (m_snapshot)
         sqlite3_reset(m_reader);
 }
@@ -232,10 +232,10 @@ void LazyRecordset::TryCopyWhole()
 
 void LazyRecordset::CopyAll(std::int64_t ageMs)
 {
-    if (Living().empty())
+    if (OpenRecordsets().empty())
         return;
     const auto now = MachineMs();
-    for (auto *recordset : Living())
+    for (auto *recordset : OpenRecordsets())
         if (recordset->m_snapshot && now - recordset->m_bornMs >= ageMs)
             recordset->TryCopyWhole();
 }

@@ -140,7 +140,7 @@ std::shared_ptr<SqliteHandle> CatalogueFile::TakeHandle()
     return handle;
 }
 
-void CatalogueFile::GiveBack(std::shared_ptr<SqliteHandle> handle)
+void CatalogueFile::ReturnHandle(std::shared_ptr<SqliteHandle> handle)
 {
     if (!m_isClosing && m_idle.size() < kIdleKept)
         m_idle.push_back(std::move(handle));
@@ -151,7 +151,7 @@ std::unique_ptr<Snapshot> CatalogueFile::TakeSnapshot()
     return std::make_unique<Snapshot>(
         TakeHandle(), [owner = weak_from_this()](std::shared_ptr<SqliteHandle> handle) {
             if (const auto file = owner.lock())
-                file->GiveBack(std::move(handle));
+                file->ReturnHandle(std::move(handle));
         });
 }
 
@@ -181,7 +181,7 @@ void CatalogueFile::BeginWrite(SqliteHandle &handle)
         throw ProviderFailure(kStatementFailure,
                               "A transaction of this program holds the catalogue.");
     const LocksNotWaitedFor atOnce(handle);
-    int code = m_queue.SomeoneWaits() ? SQLITE_BUSY : handle.RunOwn("BEGIN IMMEDIATE");
+    int code = m_queue.IsAnotherWaiting() ? SQLITE_BUSY : handle.RunOwn("BEGIN IMMEDIATE");
     if (IsBusy(code))
         code = BeginWhenFree(handle);
     if (code != SQLITE_OK)

@@ -44,7 +44,7 @@ public:
 
     // A further connection, out of those kept or new, and back.
     std::shared_ptr<SqliteHandle> TakeHandle();
-    void GiveBack(std::shared_ptr<SqliteHandle> handle);
+    void ReturnHandle(std::shared_ptr<SqliteHandle> handle);
     std::unique_ptr<Snapshot> TakeSnapshot();
 
     // Reads texts ahead for FindTexts, for about `budgetMs`, and anew when the catalogue has
@@ -67,7 +67,7 @@ public:
     // Whether a transaction of this process writes to the file.
     [[nodiscard]] bool IsWriting() const { return m_isWriting; }
     // Whether another process waits for its turn.
-    [[nodiscard]] bool SomeoneWaits() { return m_queue.SomeoneWaits(); }
+    [[nodiscard]] bool IsAnotherWaiting() { return m_queue.IsAnotherWaiting(); }
 
     // The stored query of that name. Errors: ProviderFailure when there is none.
     const StoredQuery &Query(std::string_view name);

@@ -29,9 +29,9 @@ bool IsOutOfOrder(sqlite3 *db)
 }
 
 // Whether another process waits for the group to end, asked once in a millisecond.
-bool DoesSomeoneWait(OpenGroup &state, std::int64_t now)
+bool IsAnotherWaiting(OpenGroup &state, std::int64_t now)
 {
-    return std::exchange(state.askedMs, now) != now && state.file->SomeoneWaits();
+    return std::exchange(state.askedMs, now) != now && state.file->IsAnotherWaiting();
 }
 
 } // namespace
@@ -72,7 +72,7 @@ void JoinGroup(const std::shared_ptr<CatalogueFile> &file)
         const auto now = MachineMs();
         state.isSlow = state.groups > 0 && now - state.lastRowMs > TheGroupLimits().slowReadMs;
         if (state.file &&
-            (now - state.sinceMs >= TheGroupLimits().groupMs || DoesSomeoneWait(state, now)))
+            (now - state.sinceMs >= TheGroupLimits().groupMs || IsAnotherWaiting(state, now)))
             CommitGroup();
     }
     if (state.file && state.file != file)

@@ -267,7 +267,7 @@ void SqliteConnection::Commit()
         throw ProviderFailure(kStatementFailure, "No transaction is open.");
     const auto handle = std::exchange(m_ownHandle, nullptr);
     m_file->Commit(*handle);
-    m_file->GiveBack(handle);
+    m_file->ReturnHandle(handle);
 }
 
 void SqliteConnection::RollBack()
@@ -276,7 +276,7 @@ void SqliteConnection::RollBack()
         throw ProviderFailure(kStatementFailure, "No transaction is open.");
     const auto handle = std::exchange(m_ownHandle, nullptr);
     m_file->RollBack(*handle);
-    m_file->GiveBack(handle);
+    m_file->ReturnHandle(handle);
 }
 
 } // namespace

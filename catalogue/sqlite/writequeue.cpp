@@ -41,7 +41,7 @@ bool WriteQueue::Open()
     return m_file >= 0;
 }
 
-bool WriteQueue::SomeoneWaits()
+bool WriteQueue::IsAnotherWaiting()
 {
     if (!Open())
         return false;

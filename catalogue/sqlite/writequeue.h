@@ -12,14 +12,14 @@ class WriteQueue
 {
 public:
     // `path`: the lock file; created at the first use, empty, and never deleted. Where it cannot be
-    // created, SomeoneWaits is always false and TryEnter always true.
+    // created, IsAnotherWaiting is always false and TryEnter always true.
     explicit WriteQueue(std::string path);
     ~WriteQueue();
     WriteQueue(const WriteQueue &) = delete;
     WriteQueue &operator=(const WriteQueue &) = delete;
 
     // Whether another process (or another object of this one) waits. One system call.
-    [[nodiscard]] bool SomeoneWaits();
+    [[nodiscard]] bool IsAnotherWaiting();
 
     // Takes the place of the one that waits; false when another has it. It is free again after
     // Leave, and when the process ends.

@@ -73,7 +73,7 @@ std::string DecodeUtf16(std::string_view bytes, ByteOrder order)
     return text;
 }
 
-ByteOrder LikelyOrder(std::string_view bytes)
+ByteOrder GuessByteOrder(std::string_view bytes)
 {
     int low = 0;
     int high = 0;
@@ -109,7 +109,7 @@ std::string DecodeOne(Encoding encoding, std::string_view bytes, std::optional<B
         else if (encoding == Encoding::Utf16Be)
             known = ByteOrder::HighFirst;
         else if (!known)
-            known = LikelyOrder(bytes);
+            known = GuessByteOrder(bytes);
         return DecodeUtf16(bytes, *known);
     }
     if (!runtime::IsAscii(bytes) && !runtime::IsUtf8(bytes))

@@ -84,7 +84,7 @@ public:
 
 // The children that nobody waits for. Those that have ended are taken from the process table when
 // the next one is started.
-std::vector<pid_t> &LeftAlone()
+std::vector<pid_t> &DetachedChildren()
 {
     static std::vector<pid_t> children;
     return children;
@@ -94,7 +94,8 @@ std::vector<pid_t> &LeftAlone()
 pid_t Start(const std::string &path, const std::vector<std::string> &arguments,
             const std::string &workingFolder, bool ownSession)
 {
-    std::erase_if(LeftAlone(), [](pid_t child) { return waitpid(child, nullptr, WNOHANG) != 0; });
+    std::erase_if(DetachedChildren(),
+                  [](pid_t child) { return waitpid(child, nullptr, WNOHANG) != 0; });
     const SpawnSetting setting(workingFolder, ownSession);
     const auto pointers = ArgumentsFor(arguments);
     pid_t child = 0;
@@ -119,7 +120,7 @@ End WaitFor(pid_t child, std::int64_t limitMs)
         const timespec step{0, kStepMs * 1'000'000};
         nanosleep(&step, nullptr);
     }
-    LeftAlone().push_back(child);
+    DetachedChildren().push_back(child);
     return End::StillRuns;
 }
 
@@ -146,7 +147,7 @@ bool StartDetached(const std::vector<std::string> &arguments, const std::string 
     const std::string program = FindProgram(arguments.at(0));
     const pid_t child = program.empty() ? 0 : Start(program, arguments, workingFolder, true);
     if (child != 0)
-        LeftAlone().push_back(child);
+        DetachedChildren().push_back(child);
     return child != 0;
 }
 

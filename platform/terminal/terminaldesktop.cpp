@@ -22,7 +22,7 @@ namespace
 
 constexpr std::string_view kApplicationTitle = "Quenlin";
 
-bool PersonIsThere()
+bool HasPerson()
 {
     return isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
 }
@@ -91,7 +91,7 @@ Answer TerminalDesktop::MessageBox(std::string_view text, Buttons buttons, std::
 {
     PrintBox(title, text, icon);
     const Question &question = QuestionOf(buttons);
-    if (!PersonIsThere())
+    if (!HasPerson())
         return question.otherwise;
     Print(question.prompt);
     const std::string line = runtime::UpperAscii(runtime::Trim(ReadLine().value_or("")));
@@ -106,7 +106,7 @@ std::optional<std::string> TerminalDesktop::InputBox(std::string_view prompt,
                                                      std::string_view initialText)
 {
     PrintBox(title, prompt, BoxIcon::None);
-    if (!PersonIsThere())
+    if (!HasPerson())
         return std::nullopt;
     if (!initialText.empty())
         Print(std::string("[").append(Printable(initialText)).append("] "));
@@ -122,7 +122,7 @@ std::optional<std::string> TerminalDesktop::OpenDialog(std::string_view title,
                                                        const std::string &folder)
 {
     PrintBox(title, folder, BoxIcon::None);
-    if (!PersonIsThere())
+    if (!HasPerson())
         return std::nullopt;
     for (;;) {
         Print("> ");

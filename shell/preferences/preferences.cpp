@@ -206,10 +206,10 @@ void SetChecks(PreferencesForm &form)
 
 // While one exists, the window shows a regeneration that was started in it: its own progress bar
 // and the name of the file, and all choices are disabled.
-class ShownRun
+class RunDisplay
 {
 public:
-    explicit ShownRun(PreferencesForm &form) : m_form(form)
+    explicit RunDisplay(PreferencesForm &form) : m_form(form)
     {
         m_form.regenerating = true;
         EnableChoices(m_form, false);
@@ -225,7 +225,7 @@ public:
                 m_form.PBar.SetValue(value);
             };
     }
-    ~ShownRun()
+    ~RunDisplay()
     {
         catalogue::TheRegenerationControls().Progress = m_before;
         m_form.lblProgress.SetCaption("");
@@ -234,8 +234,8 @@ public:
         EnableChoices(m_form, true);
         m_form.regenerating = false;
     }
-    ShownRun(const ShownRun &) = delete;
-    ShownRun &operator=(const ShownRun &) = delete;
+    RunDisplay(const RunDisplay &) = delete;
+    RunDisplay &operator=(const RunDisplay &) = delete;
 
 private:
     PreferencesForm &m_form;
@@ -256,7 +256,7 @@ void ApplyFolder(PreferencesForm &form)
     TheGlobals().MP3Directory = form.DirList;
     TheGlobals().DeleteBeforeAppend = form.chkDeleteTable.Checked();
     {
-        const ShownRun shown(form);
+        const RunDisplay shown(form);
         catalogue::ListRefresh(false);
     }
     form.standIn.clear();

@@ -240,7 +240,7 @@ TEST_F(ExportTest, TheOriginalIsNeverItsOwnTarget)
     EXPECT_EQ(tests::ReadFile(Song("a.mp3")), Bytes("a.mp3"));
 }
 
-TEST_F(ExportTest, TooLittleRoomIsToldBeforeTheFirstFile)
+TEST_F(ExportTest, TooLittleRoomIsReportedBeforeTheFirstFile)
 {
     Listed({"a.mp3", "b.mp3"});
     SmallDisk disk;
@@ -264,7 +264,7 @@ TEST_F(ExportTest, TooLittleRoomIsToldBeforeTheFirstFile)
 
 // Each call that changes something fails once: every copy is complete or does not exist, an older
 // one is unchanged, and no other file is left in the target.
-TEST_F(ExportTest, EveryFaultLeavesWholeCopies)
+TEST_F(ExportTest, EveryFaultLeavesCompleteCopies)
 {
     Listed({"a.mp3", "b.mp3"});
     for (int call = 1;; ++call) {

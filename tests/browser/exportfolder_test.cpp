@@ -1,45 +1,26 @@
 // The window that asks for the folder of an export: its lists, its buttons, its failures.
 #include "browser/exportfolder.h"
 #include "platform/machine.h"
-#include "platform/posix/systemfolders.h"
 #include "runtime/error.h"
 #include "tests/support/fakeforms.h"
 #include "tests/support/fakeports.h"
 #include "tests/support/scripteddesktop.h"
+#include "tests/support/slowfolders.h"
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <set>
 
 namespace fs = std::filesystem;
 
 namespace
 {
 
-// The real folders; some are on a disk that does not answer, and the test sets the current folder.
-class SomeFolders : public platform::posix::SystemFolders
-{
-public:
-    SomeFolders() { platform::TheMachine().folders = this; }
-    ~SomeFolders() override { platform::TheMachine().folders = nullptr; }
-    SomeFolders(const SomeFolders &) = delete;
-    SomeFolders &operator=(const SomeFolders &) = delete;
-
-    platform::FolderContents List(const std::string &path, const std::vector<std::string> &leaveOut,
-                                  const KeepWaiting &keepWaiting) override
-    {
-        if (!silent.contains(path))
-            return SystemFolders::List(path, leaveOut, keepWaiting);
-        while (keepWaiting())
-            platform::TheMachine().clock->Sleep(20);
-        return {};
-    }
+// The real folders; the test sets the current one.
+struct SomeFolders : tests::SlowFolders {
     std::string CurrentFolder() override { return current; }
-
-    std::set<std::string> silent;
     std::string current;
 };
 
@@ -133,7 +114,7 @@ TEST_F(ExportFolderTest, WithoutAStartItIsWhereTheProcessIs)
     Ask("", [&](browser::ExportFolder &window) { EXPECT_EQ(window.Path(), folder.Path()); });
 }
 
-TEST_F(ExportFolderTest, GoesWhereItIsTold)
+TEST_F(ExportFolderTest, GoesToTheFolderThatIsGiven)
 {
     const std::string answer = Ask(folder / "x", [&](browser::ExportFolder &window) {
         EXPECT_EQ(Rows(window), ".. Alpha beta stick ");

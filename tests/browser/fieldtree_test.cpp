@@ -8,7 +8,7 @@ namespace
 {
 
 using namespace browser;
-using tests::Song;
+using tests::ShownSong;
 using FieldTree = tests::FormTest;
 
 TEST(ItemKinds, MarkersAndWords)
@@ -56,7 +56,7 @@ TEST_F(FieldTree, AnEmptyCatalogueGivesRootGroupsAndAHint)
     EXPECT_NE(form.LV.Hint(), "");
 }
 
-TEST_F(FieldTree, AWindowClosedWhileTheTreeFillsEndsTheFilling)
+TEST_F(FieldTree, AWindowClosedWhileTheTreeFillsEndsIt)
 {
     Add({"T", "A", "", "", "", "", "/m/1.mp3"});
     MainForm &form = Loaded();
@@ -147,7 +147,7 @@ TEST_F(FieldTree, APathCountsTrimmedUpToItsLastSeparator)
     EXPECT_EQ(Text("\u00BF"), "");
 }
 
-TEST_F(FieldTree, AFieldWithoutAValueStandsWithTheEmptyOnes)
+TEST_F(FieldTree, AFieldWithoutAValueIsWithTheEmptyOnes)
 {
     Add({"One", "", "", "", "", "", "/one.mp3"});
     catalogue::DataAccess->ExecuteSQL("INSERT INTO MP3s (Title, Path) VALUES ('Two', '/two.mp3')",
@@ -156,7 +156,7 @@ TEST_F(FieldTree, AFieldWithoutAValueStandsWithTheEmptyOnes)
     LoadTreeView(form, "");
     EXPECT_EQ(Keys("ByArtist"), "# ");
     Click("#");
-    EXPECT_EQ(Rows(), "/0:Two /1:One "); // by their albums
+    EXPECT_EQ(ShownRows(), "/0:Two /1:One "); // by their albums
     EXPECT_EQ(form.LV.SubItem(0, "Album"), "");
     EXPECT_EQ(form.LV.SubItemCount(0), 8);
 }
@@ -172,7 +172,7 @@ TEST_F(FieldTree, TheFirstTextOfTheOrderStays)
     EXPECT_EQ(Text("@B"), runtime::Trim(records->Text("Title")));
 }
 
-TEST_F(FieldTree, PlayListsKeepTheirNameAsItStands)
+TEST_F(FieldTree, PlayListsKeepTheirNameUnchanged)
 {
     AddPlayList(" My & list ");
     AddPlayList("my list");
@@ -352,7 +352,7 @@ TEST_F(FieldTree, EveryValueNodeListsTheRowsThatMadeIt)
                                           "Select All"};
     std::mt19937 random(7);
     const auto pick = [&] { return odd[random() % odd.size()]; };
-    std::vector<Song> songs;
+    std::vector<ShownSong> songs;
     for (int i = 0; i < 150; ++i) {
         songs.push_back({pick(), pick(), pick(), pick(), pick(), pick(),
                          "/m/" + std::to_string(i % 7) + (i % 3 == 0 ? "/Sub" : "/sub") +
@@ -363,11 +363,11 @@ TEST_F(FieldTree, EveryValueNodeListsTheRowsThatMadeIt)
     LoadTreeView(form, "");
     const struct {
         const char *group;
-        std::string Song::*field;
-    } groups[] = {{"ByTitle", &Song::title},     {"ByArtist", &Song::artist},
-                  {"ByAlbum", &Song::album},     {"ByYear", &Song::year},
-                  {"ByComment", &Song::comment}, {"ByGenre", &Song::genre},
-                  {"ByPath", &Song::path}};
+        std::string ShownSong::*field;
+    } groups[] = {{"ByTitle", &ShownSong::title},     {"ByArtist", &ShownSong::artist},
+                  {"ByAlbum", &ShownSong::album},     {"ByYear", &ShownSong::year},
+                  {"ByComment", &ShownSong::comment}, {"ByGenre", &ShownSong::genre},
+                  {"ByPath", &ShownSong::path}};
     for (const auto &group : groups) {
         std::size_t listed = 0;
         const std::vector<ui::NodeId> nodes = form.TV.Children(form.TV.Find(group.group));
@@ -375,9 +375,9 @@ TEST_F(FieldTree, EveryValueNodeListsTheRowsThatMadeIt)
             const std::string key(form.TV.Key(node));
             SCOPED_TRACE(group.group + (" " + key));
             std::multiset<std::string> want, shown;
-            for (const Song &song : songs) {
+            for (const ShownSong &song : songs) {
                 std::string value = runtime::UpperText(runtime::Trim(song.*group.field));
-                if (group.field == &Song::path)
+                if (group.field == &ShownSong::path)
                     value.resize(value.rfind('/') + 1);
                 if (value == WithoutMarker(key))
                     want.insert(song.path);

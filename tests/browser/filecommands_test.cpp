@@ -127,7 +127,7 @@ TEST_F(FileCommandsTest, AddingWithoutAFileDoesNothing)
     EXPECT_TRUE(Rows().empty());
 }
 
-TEST_F(FileCommandsTest, AddingAFileWithoutTagsTellsWhereItIsFound)
+TEST_F(FileCommandsTest, AddingAFileWithoutTagsShowsWhereItIsFound)
 {
     tests::WriteFile(Song("bare.mp3"), tests::Audio());
     desktop.ExpectOpen("", Song("bare.mp3"));
@@ -232,7 +232,7 @@ TEST_F(FileCommandsTest, ACancelledDuplicateLeavesNothing)
     browser::DuplicateEntry(Form().LV); // nothing selected: nothing asked
 }
 
-TEST_F(FileCommandsTest, ADuplicateThatFailsSaysWhy)
+TEST_F(FileCommandsTest, ADuplicateThatFailsIsReported)
 {
     Catalogued("one.mp3", Tagged("One"));
     catalogue::DataAccess->DataBaseName = "none";

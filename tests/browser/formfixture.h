@@ -13,14 +13,13 @@
 #include "shell/apppath.h"
 #include "shell/globals.h"
 #include "tests/support/fakeports.h"
+#include "tests/support/libraryfixture.h"
 #include "tests/support/memorysettings.h"
-#include "tests/support/silentdesktop.h"
-#include "tests/support/testfolder.h"
+#include "tests/support/recordingdesktop.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <functional>
 #include <initializer_list>
 #include <string>
@@ -29,89 +28,20 @@
 namespace tests
 {
 
-class FakeDesktop : public SilentDesktop
-{
-public:
-    FakeDesktop() : m_before(platform::TheMachine().desktop)
-    {
-        platform::TheMachine().desktop = this;
-    }
-    ~FakeDesktop() override { platform::TheMachine().desktop = m_before; }
-    FakeDesktop(const FakeDesktop &) = delete;
-    FakeDesktop &operator=(const FakeDesktop &) = delete;
-
-    platform::Answer MessageBox(std::string_view text, platform::Buttons buttons,
-                                std::string_view /*title*/, platform::BoxIcon /*icon*/) override
-    {
-        boxes.emplace_back(text);
-        return buttons == platform::Buttons::YesNo ? platform::Answer::No : platform::Answer::Ok;
-    }
-    std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,
-                                        std::string_view initialText) override
-    {
-        inputs.push_back(
-            std::string(prompt).append("|").append(title).append("|").append(initialText));
-        return input;
-    }
-    void SetClipboardText(std::string_view text) override { clipboard = text; }
-    bool OpenAddress(const std::string &address, const std::string &) override
-    {
-        opened.push_back(address);
-        return canOpen;
-    }
-    void SetPointer(platform::Pointer pointer) override { pointers.push_back(pointer); }
-    void DoEvents() override
-    {
-        ++yields;
-        if (onYield)
-            onYield();
-    }
-
-    std::vector<std::string> boxes, opened;
-    std::vector<std::string> inputs;  // "prompt|title|first text" of each input box
-    std::optional<std::string> input; // what the user answers to all of them
-    std::string clipboard;
-    std::vector<platform::Pointer> pointers;
-    bool canOpen = true;
-    int yields = 0;
-    std::function<void()> onYield;
-
-private:
-    platform::Desktop *m_before;
-};
-
 // One row of the catalogue, as far as the browser shows it.
-struct Song {
+struct ShownSong {
     std::string title, artist, album, year, comment, genre, path;
 };
 
-class FormTest : public testing::Test
+class FormTest : public LibraryFixture
 {
 protected:
     FormTest()
     {
-        std::filesystem::copy_file(QUENLIN_SHIPPED_CATALOGUE, folder / "MP3s.mdb");
-        shell::SetAppPath(folder.Path());
-        shell::TheGlobals() = shell::Globals{};
-        OpenCatalogue();
+        shell::TheGlobals() = shell::Globals{}; // no music folder is set
         browser::ResetMainForm();
     }
-    ~FormTest() override
-    {
-        browser::ResetMainForm();
-        catalogue::DataAccess.reset();
-        catalogue::CloseCatalogue();
-        shell::TheGlobals() = shell::Globals{};
-    }
-
-    void OpenCatalogue()
-    {
-        catalogue::DataAccess = std::make_unique<catalogue::ADOclass>();
-        catalogue::DataAccess->TipoLectura = 1;
-        catalogue::DataAccess->DirBase = folder.Path() + "/";
-        catalogue::DataAccess->DataBaseName = "MP3s";
-        catalogue::DataAccess->TableName = "MP3s";
-    }
+    ~FormTest() override { browser::ResetMainForm(); }
 
     browser::MainForm &Form() { return browser::frmMain(); }
 
@@ -164,7 +94,7 @@ protected:
         RegisterIdle({"submnuFileInfo", "submnuDuplicateEntry", "submnuExport", "submnuRename"});
     }
 
-    void Add(const Song &song)
+    void Add(const ShownSong &song)
     {
         const std::vector<catalogue::Value> values = {song.title,    song.artist,  song.album,
                                                       song.year,     song.comment, song.genre,
@@ -203,7 +133,7 @@ protected:
     }
 
     // The rows as a text: key, colon, first sub-item, and a blank after each.
-    std::string Rows()
+    std::string ShownRows()
     {
         std::string rows;
         const ui::KeyedList &list = Form().LV;
@@ -221,9 +151,8 @@ protected:
         return found == settings.values.end() ? "none" : found->second;
     }
 
-    TestFolder folder;
     MemorySettings settings;
-    FakeDesktop desktop;
+    RecordingDesktop desktop;
     FakeClock clock;
     FakeDrives drives;
 };

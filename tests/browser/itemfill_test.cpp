@@ -14,7 +14,7 @@ TEST_F(ItemFill, AStatementThatFailsShowsTheWarning)
     catalogue::DataAccess->DataBaseName = "nowhere";
     Click("#ABBA");
     EXPECT_FALSE(catalogue::DataAccess->Succeeded);
-    EXPECT_EQ(Rows(), "/0:No items found. ");
+    EXPECT_EQ(ShownRows(), "/0:No items found. ");
     EXPECT_EQ(form.lblWebFolder.Caption(), "Abba");
     EXPECT_EQ(desktop.pointers.back(), Pointer::Normal);
 }
@@ -24,14 +24,14 @@ TEST_F(ItemFill, AValueWithoutRowsShowsTheWarning)
     MainForm &form = Library();
     catalogue::DataAccess->ExecuteSQL("DELETE FROM MP3s", catalogue::kDelete);
     Click("#ABBA");
-    EXPECT_EQ(Rows(), "/0:No items found. ");
+    EXPECT_EQ(ShownRows(), "/0:No items found. ");
     EXPECT_EQ(Columns(), "Icon=450 Warning=2400 ");
     EXPECT_EQ(form.WEPath.Caption(), "MP3/By Artist/Abba");
     form.LV.SelectOnly(0);
     EXPECT_EQ(SelectedPath(form.LV), "");
     RegisterItemKind("/", [](const std::string &, ui::KeyedList &) { FAIL() << "no song"; });
     form.LV.onDblClick();
-    EXPECT_EQ(Rows(), "/0:No items found. ");
+    EXPECT_EQ(ShownRows(), "/0:No items found. ");
 }
 
 TEST_F(ItemFill, AFileWithSeveralRowsInTheCatalogueIsOneRow)
@@ -41,10 +41,10 @@ TEST_F(ItemFill, AFileWithSeveralRowsInTheCatalogueIsOneRow)
     MainForm &form = Loaded();
     LoadTreeView(form, "");
     Click("\u00A1POP");
-    EXPECT_EQ(Rows(), "/0:One ");
+    EXPECT_EQ(ShownRows(), "/0:One ");
     EXPECT_EQ(form.LV.SubItem(0, "Artist"), "Abba");
     Click("#ABBA AND FRIENDS");
-    EXPECT_EQ(Rows(), "/0:One ");
+    EXPECT_EQ(ShownRows(), "/0:One ");
 }
 
 TEST_F(ItemFill, PathsThatDifferOnlyInCaseShareOneRow)
@@ -63,17 +63,17 @@ TEST_F(ItemFill, ColumnClicksSort)
 {
     MainForm &form = Library();
     Click("\u00A1POP");
-    EXPECT_EQ(Rows(), "/0:One /1:Two ");
+    EXPECT_EQ(ShownRows(), "/0:One /1:Two ");
     form.LV.onColumnClick(2);
-    EXPECT_EQ(Rows(), "/0:One /1:Two ");
+    EXPECT_EQ(ShownRows(), "/0:One /1:Two ");
     form.LV.onColumnClick(2);
-    EXPECT_EQ(Rows(), "/1:Two /0:One ");
+    EXPECT_EQ(ShownRows(), "/1:Two /0:One ");
     form.LV.onColumnClick(6); // another column keeps the order
     EXPECT_TRUE(form.LV.Descending());
     EXPECT_EQ(form.LV.SortKey(), 5);
-    EXPECT_EQ(Rows(), "/1:Two /0:One ");
+    EXPECT_EQ(ShownRows(), "/1:Two /0:One ");
     form.LV.onColumnClick(6);
-    EXPECT_EQ(Rows(), "/0:One /1:Two ");
+    EXPECT_EQ(ShownRows(), "/0:One /1:Two ");
 }
 
 TEST_F(ItemFill, AColumnThatIsNotShownStaysTheOneSortedBy)
@@ -84,12 +84,12 @@ TEST_F(ItemFill, AColumnThatIsNotShownStaysTheOneSortedBy)
     LoadTreeView(form, "");
     form.LV.SetSort(2, false); // the artist
     Click("~X");
-    EXPECT_EQ(Rows(), "/1:Two /0:One ");
+    EXPECT_EQ(ShownRows(), "/1:Two /0:One ");
     form.LV.SetColumnWidth("Artist", 0);
-    EXPECT_EQ(Rows(), "/1:Two /0:One ");
+    EXPECT_EQ(ShownRows(), "/1:Two /0:One ");
     form.LV.SetSort(3, false); // the album, which is the same in all rows and hidden
     EXPECT_EQ(form.LV.Columns()[3].widthTwips, 0);
-    EXPECT_EQ(Rows(), "/0:One /1:Two ");
+    EXPECT_EQ(ShownRows(), "/0:One /1:Two ");
 }
 
 TEST_F(ItemFill, ALongFillYieldsEveryFiftyRows)
@@ -138,7 +138,7 @@ TEST_F(ItemFill, ANewerClickWhileTheFirstRowsShowTakesTheListOver)
     };
     Click("#ABBA");
     EXPECT_TRUE(clicked);
-    EXPECT_EQ(Rows(), "/0:t ");
+    EXPECT_EQ(ShownRows(), "/0:t ");
     EXPECT_FALSE(form.LV.Updating());
 }
 
@@ -251,7 +251,7 @@ TEST_F(ItemFill, ANewerClickKeepsItsColumnsAtEachYield)
         form.TV.MoveTo(form.TV.Find("@ONE"));
         desktop.onYield = nullptr;
         EXPECT_GE(yields, at);
-        EXPECT_EQ(Rows(), "#ABBA:Abba #BLUR:Blur ");
+        EXPECT_EQ(ShownRows(), "#ABBA:Abba #BLUR:Blur ");
         EXPECT_EQ(Columns(), "Icon=300 Title=3200 ");
         EXPECT_EQ(form.WEPath.Caption(), "MP3/By Artist");
     }
@@ -272,7 +272,7 @@ TEST_F(ItemFill, ANewerClickTakesTheListOver)
         form.TV.ClickText(form.TV.Find("#BLUR"));
     };
     form.TV.MoveTo(form.TV.Find("#ABBA"));
-    EXPECT_EQ(Rows(), "/0:Three ");
+    EXPECT_EQ(ShownRows(), "/0:Three ");
     EXPECT_EQ(form.WEPath.Caption(), "MP3/By Artist/Blur");
     EXPECT_FALSE(form.LV.Updating());
     EXPECT_EQ(desktop.pointers.back(), Pointer::Normal);

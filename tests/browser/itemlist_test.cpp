@@ -11,7 +11,7 @@ TEST_F(ItemList, AGroupShowsItsValues)
 {
     MainForm &form = Library();
     Click("ByArtist");
-    EXPECT_EQ(Rows(), "#ABBA:Abba #BLUR:Blur ");
+    EXPECT_EQ(ShownRows(), "#ABBA:Abba #BLUR:Blur ");
     EXPECT_EQ(Columns(), "Icon=300 Title=3200 ");
     EXPECT_EQ(form.LV.Columns()[1].caption, "Artist");
     EXPECT_EQ(form.LV.Image(0), "closed");
@@ -21,7 +21,7 @@ TEST_F(ItemList, AGroupShowsItsValues)
     EXPECT_TRUE(form.ImgOthers[1].Visible());
     EXPECT_FALSE(form.ShowSelectedItems.Enabled());
     Click("ByList");
-    EXPECT_EQ(Rows(), "&mine:mine ");
+    EXPECT_EQ(ShownRows(), "&mine:mine ");
     EXPECT_EQ(form.LV.Image(0), "M3U");
     EXPECT_EQ(form.LV.Columns()[1].caption, "List");
     EXPECT_EQ(form.lblWebFolder.Caption(), "By List");
@@ -35,7 +35,7 @@ TEST_F(ItemList, AGroupWithoutValuesEmptiesTheList)
     form.TreeJustExpanded = false;
     MarkList();
     Click("ByArtist");
-    EXPECT_EQ(Rows(), "");
+    EXPECT_EQ(ShownRows(), "");
     EXPECT_EQ(Columns(), "Icon=300 Title=3200 ");
 }
 
@@ -48,18 +48,18 @@ TEST_F(ItemList, TheRootsColumnHasItsOwnName)
     form.LV.SelectOnly(0);
     form.LV.onDblClick();
     EXPECT_EQ(form.LV.Columns()[1].caption, "MP3s");
-    EXPECT_TRUE(Rows().starts_with("ByTitle:By Title ByArtist:By Artist ")) << Rows();
+    EXPECT_TRUE(ShownRows().starts_with("ByTitle:By Title ByArtist:By Artist ")) << ShownRows();
     form.LV.SelectOnly(1);
     form.LV.onDblClick();
     EXPECT_EQ(form.LV.Columns()[1].caption, "Artist");
-    EXPECT_EQ(Rows(), "#ABBA:Abba #BLUR:Blur ");
+    EXPECT_EQ(ShownRows(), "#ABBA:Abba #BLUR:Blur ");
 }
 
 TEST_F(ItemList, AValueShowsItsFilesWithoutTheSharedColumn)
 {
     MainForm &form = Library();
     Click("#ABBA");
-    EXPECT_EQ(Rows(), "/0:One /1:Two ");
+    EXPECT_EQ(ShownRows(), "/0:One /1:Two ");
     EXPECT_EQ(Columns(), "Icon=450 Title=2400 Artist=0 Album=2400 Year=800 Comment=1200 Genre=900 "
                          "Label=1000 Path=2000 Non=500 ");
     EXPECT_EQ(form.LV.Image(0), "MP3");
@@ -128,7 +128,7 @@ TEST_F(ItemList, TheUsersLanguage)
     catalogue::DataAccess->ExecuteSQL("DELETE FROM MP3s", catalogue::kDelete);
     Click("#ABBA");
     EXPECT_EQ(form.LV.Columns()[1].caption, "Achtung");
-    EXPECT_EQ(Rows(), "/0:Nichts da. ");
+    EXPECT_EQ(ShownRows(), "/0:Nichts da. ");
     Click("ByTitle");
     EXPECT_EQ(form.LV.Columns()[1].caption, "Titel");
 }
@@ -137,7 +137,7 @@ TEST_F(ItemList, AFolderShowsItsOwnFilesWithThePathInFront)
 {
     Library();
     Click("\u00BF/M/A/");
-    EXPECT_EQ(Rows(), "/0:One /1:Two "); // none of the sub-folder
+    EXPECT_EQ(ShownRows(), "/0:One /1:Two "); // none of the sub-folder
     EXPECT_TRUE(Columns().starts_with("Icon=450 Path=2000 Title=2400 Artist=2400 ")) << Columns();
 }
 
@@ -231,7 +231,7 @@ TEST_F(ItemList, ClicksInTheTree)
         form.TreeJustCollapsed = form.TreeJustExpanded = false;
         MarkList();
         c.act(form);
-        EXPECT_EQ(Rows(), c.rows);
+        EXPECT_EQ(ShownRows(), c.rows);
         EXPECT_EQ(form.TreeJustCollapsed, c.collapsed);
         EXPECT_EQ(form.TreeJustExpanded, c.expanded);
     }
@@ -244,7 +244,7 @@ TEST_F(ItemList, RebuildingTheTreeLeavesTheFlagOfTheRootsExpansion)
     EXPECT_TRUE(form.TreeJustExpanded);
     EXPECT_EQ(form.TV.Selected(), form.TV.Find("MP3s"));
     Click("#BLUR"); // its first event takes the flag away, its second one lists
-    EXPECT_EQ(Rows(), "/0:Three ");
+    EXPECT_EQ(ShownRows(), "/0:Three ");
 }
 
 TEST_F(ItemList, TheSecondEventOfAClickReusesTheRows)
@@ -277,9 +277,9 @@ TEST_F(ItemList, TheSecondEventOfAClickLooksAgainWhereItMust)
     EXPECT_EQ(form.LV.Filling(), before + 1);
     clickAbba([&form] { form.LV.ClearRows(); });
     EXPECT_EQ(form.LV.Filling(), before + 4);
-    EXPECT_EQ(Rows(), "/0:One /1:Two ");
+    EXPECT_EQ(ShownRows(), "/0:One /1:Two ");
     clickAbba([&form] { form.TV.Select(form.TV.Find("#BLUR")); });
-    EXPECT_EQ(Rows(), "/0:Three ");
+    EXPECT_EQ(ShownRows(), "/0:Three ");
     EXPECT_EQ(form.WEPath.Caption(), "MP3/By Artist/Blur");
 }
 
@@ -292,12 +292,12 @@ TEST_F(ItemList, AnotherWindowsListShowsItsOwnGroups)
     other.AddRow("/0", "", "", {});
     other.SelectOnly(0);
     ItemClick(form, other);
-    EXPECT_EQ(Rows(), "mark: ");
+    EXPECT_EQ(ShownRows(), "mark: ");
     ASSERT_EQ(other.Count(), 2);
     EXPECT_EQ(other.Columns().size(), 2U);
     other.SelectOnly(other.Find("#BLUR"));
     ItemClick(form, other); // the files of a value are listed in the main window
-    EXPECT_EQ(Rows(), "/0:Three ");
+    EXPECT_EQ(ShownRows(), "/0:Three ");
     EXPECT_EQ(other.Count(), 2);
 
     const ui::KeyedList *playedFrom = nullptr;
@@ -316,13 +316,13 @@ TEST_F(ItemList, ShowingTheItemsOfANode)
     form.TV.Add(configuration, "&y", "y");
     MarkList();
     ShowItems(form, configuration, form.LV);
-    EXPECT_EQ(Rows(), "mark: ");
+    EXPECT_EQ(ShownRows(), "mark: ");
     ShowItems(form, form.TV.Find("ByYear"), form.LV);
-    EXPECT_EQ(Rows(), "?: ?1976:1976 ");
+    EXPECT_EQ(ShownRows(), "?: ?1976:1976 ");
     EXPECT_EQ(form.LV.Text(1), "");
     EXPECT_EQ(form.LV.SubItem(1, "Title"), "1976");
     ShowItems(form, form.TV.Find("?1976"), form.LV); // a node without children
-    EXPECT_EQ(Rows(), "");
+    EXPECT_EQ(ShownRows(), "");
 }
 
 TEST_F(ItemList, EveryClickDisablesTheFileCommandsAndAFileRowEnablesThem)
@@ -363,7 +363,7 @@ TEST_F(ItemList, ADoubleClickOpensAValueAndPlaysAFile)
     };
     form.LV.onDblClick();
     EXPECT_EQ(heading, "Blur|MP3/By Artist/Blur");
-    EXPECT_EQ(Rows(), "/0:Three ");
+    EXPECT_EQ(ShownRows(), "/0:Three ");
     EXPECT_EQ(form.lblWebFolder.Caption(), "Blur");
     EXPECT_EQ(form.WEPath.Caption(), "MP3/By Artist/Blur");
     EXPECT_EQ(form.LV.Columns()[2].widthTwips, 0);
@@ -379,7 +379,7 @@ TEST_F(ItemList, ADoubleClickOpensAValueAndPlaysAFile)
     });
     form.LV.onDblClick();
     EXPECT_EQ(played, "/m/a/sub/three.mp3");
-    EXPECT_EQ(Rows(), "/0:Three ");
+    EXPECT_EQ(ShownRows(), "/0:Three ");
 }
 
 TEST_F(ItemList, APlayListIsListedByWhoRegisteredItsKind)
@@ -387,7 +387,7 @@ TEST_F(ItemList, APlayListIsListedByWhoRegisteredItsKind)
     MainForm &form = Library();
     Click("#ABBA");
     Click("&mine");
-    EXPECT_EQ(Rows(), ""); // no rows of another node are left
+    EXPECT_EQ(ShownRows(), ""); // no rows of another node are left
     EXPECT_EQ(form.WEPath.Caption(), "MP3/PlayLists/mine");
     std::string listed;
     RegisterItemKind("&", [&](const std::string &name, ui::KeyedList &list) {
@@ -447,11 +447,11 @@ TEST_F(ItemList, APlayListThatIsNotReadyLeavesRowsAndPanel)
     int asked = 0;
     RegisterItemKind("&", [&](const std::string &, ui::KeyedList &) { ++asked; });
     Click("#ABBA");
-    const std::string rows = Rows();
+    const std::string rows = ShownRows();
     form.lblInfo.SetCaption("of a song");
     Click("&mine");
     EXPECT_EQ(asked, 1);
-    EXPECT_EQ(Rows(), rows);
+    EXPECT_EQ(ShownRows(), rows);
     EXPECT_EQ(form.lblInfo.Caption(), "of a song");
     EXPECT_EQ(form.ImgIcon.Image(), "MP3");
     EXPECT_TRUE(form.ImgOthers[0].Visible());

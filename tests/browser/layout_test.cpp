@@ -54,7 +54,7 @@ TEST(PlanLayout, NumberByNumber)
     EXPECT_EQ(s.initialTVWidth, 3000);
 }
 
-TEST(PlanLayout, WhatStandsWhenALaterStepFails)
+TEST(PlanLayout, WhatRemainsWhenALaterStepFails)
 {
     LayoutState s = Window();
     s.windowWidth = 250;
@@ -225,7 +225,7 @@ TEST(TreeWidthOfDrag, Table)
         EXPECT_EQ(browser::TreeWidthOfDrag(c.separatorLeft, c.mouseX, 45, 12000), c.want) << c.name;
 }
 
-TEST(ProgressBarPlace, LiesInsideItsPanel)
+TEST(ProgressBarPlace, IsInsideItsPanel)
 {
     EXPECT_EQ(browser::ProgressBarPlace({0, 0, 12000, 345}, 5000, 1500, 40),
               (Rect{5040, 40, 1420, 305}));

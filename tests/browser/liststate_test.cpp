@@ -112,7 +112,7 @@ TEST_F(ListState, ADamagedCatalogueIsNotAnEmptyOne)
     EXPECT_EQ(form.LV.Hint(), "Choose a group on the left.");
     catalogue::DataAccess.reset();
     catalogue::CloseCatalogue();
-    std::filesystem::remove(folder / "MP3s.mdb");
+    std::filesystem::remove(folder / "app/MP3s.mdb");
     OpenCatalogue();
     LoadTreeView(form, "");
     EXPECT_TRUE(form.LV.Hint().starts_with("The catalogue cannot be read: ")) << form.LV.Hint();

@@ -5,6 +5,8 @@
 #include "tests/browser/formfixture.h"
 #include "tests/support/fakeforms.h"
 
+#include <filesystem>
+
 namespace
 {
 

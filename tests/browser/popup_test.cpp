@@ -71,7 +71,7 @@ TEST_F(Popup, ARightClickDeselectsAllOtherRows)
     EXPECT_EQ(told, 1) << "the panel follows";
 }
 
-TEST_F(Popup, StandsBesideTheCursorWithItsStrip)
+TEST_F(Popup, IsBesideTheCursorWithItsStrip)
 {
     MainForm &form = WithRows();
     form.window = {100, 200, 12150, 7350};

@@ -88,7 +88,7 @@ protected:
     tests::MemorySettings settings;
 };
 
-TEST_F(RenameKillTest, LeavesSongAndRowWhole)
+TEST_F(RenameKillTest, LeavesSongAndRowComplete)
 {
     const std::string bytes = tests::Id3v2(tests::TextFrame("TIT2", "One")) + tests::Audio() +
                               tests::Id3v1({.title = "One"});

@@ -94,7 +94,7 @@ TEST_F(WebPanel, WhileTheTimerIsEnabledAllIsEmpty)
     EXPECT_EQ(form.WebItemName.Caption(), "R&&B");
 }
 
-TEST_F(WebPanel, TextsStandOneBelowTheOther)
+TEST_F(WebPanel, TextsAreOneBelowTheOther)
 {
     MainForm &form = Filled();
     form.pctWebLine.SetPlace({0, 500, 2775, 700});

@@ -109,7 +109,7 @@ TEST_F(AddFile, BlanksThatPadAnID3v1TagGoButForTheComments)
                                "|||~/p.mp3||0"}));
 }
 
-TEST_F(AddFile, UntaggedFileIsAddedWithEmptyValuesAndToldOf)
+TEST_F(AddFile, UntaggedFileIsAddedWithEmptyValuesAndReported)
 {
     EXPECT_EQ(Add("none.mp3", tests::Audio()), catalogue::kUntagged);
     EXPECT_EQ(reason, "No ID3's tags were found on '" + Song("none.mp3") + "'\r");
@@ -187,7 +187,7 @@ TEST_F(AddFile, MarkerInATagIsText)
     EXPECT_EQ(reason, "untouched");
 }
 
-TEST_F(AddFile, WhatATagSaysNeverRuns)
+TEST_F(AddFile, TheTextOfATagIsNeverRun)
 {
     const RowList titles = {
         "\xB9, '', '', '', '', '', '', '/forged.mp3', '', 0), ('forged",
@@ -228,7 +228,7 @@ TEST_F(AddFile, RowThatCannotBeBroughtToItsValuesIsNotThere)
 }
 
 // An event after the step runs a statement, which commits the group, and the disk is full.
-TEST_F(AddFile, RowThatIsLostRightBehindItsStepIsTold)
+TEST_F(AddFile, RowThatIsLostRightAfterItsStepIsReported)
 {
     tests::WriteFile(Song("a.mp3"), TwoTags("One"));
     std::vector<catalogue::AddOutcome> outcomes;

@@ -65,7 +65,7 @@ TEST(StatementBuilder, JoinsFieldsByCommasAndKeysByAnd)
     EXPECT_EQ(access.GetInsertString(), "INSERT INTO \r()\rVALUES ()");
 }
 
-TEST(StatementBuilder, TellsOfUnknownFields)
+TEST(StatementBuilder, ReportsUnknownFields)
 {
     tests::ScriptedDesktop desktop;
     ADOclass access;

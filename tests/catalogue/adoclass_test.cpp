@@ -36,13 +36,13 @@ struct NotingDesktop : tests::SilentDesktop {
     void DoEvents() override
     {
         steps += "e";
-        if (onEvents)
-            std::exchange(onEvents, nullptr)();
+        if (onYield)
+            std::exchange(onYield, nullptr)();
     }
 
     std::vector<std::string> boxes;
     std::string steps; // H and N: the pointer; e: events run
-    std::function<void()> onEvents;
+    std::function<void()> onYield;
 
 private:
     platform::Desktop *m_before;
@@ -55,7 +55,7 @@ std::vector<Value> Values(std::initializer_list<const char *> texts)
 
 } // namespace
 
-TEST(TipoConsulta, FirstWordOfTheListThatStandsAnywhere)
+TEST(TipoConsulta, FirstWordOfTheListThatIsAnywhere)
 {
     constexpr struct {
         std::string_view text;
@@ -110,7 +110,7 @@ TEST(AddDato, LiteralByType)
     }
 }
 
-TEST(ExecuteSQL, DetectedKindComesBack)
+TEST(ExecuteSQL, DetectedKindIsReturned)
 {
     tests::FreshCatalogue fresh;
     int kind = kDetect;
@@ -135,7 +135,7 @@ TEST(ExecuteSQL, OutcomeByKind)
         "Edit1", kStoredUpdate, Values({"1", "2", "3", "4", "5", "6", "7", "8"}))));
 }
 
-TEST(ExecuteSQL, FailureTellsWordsAndStatement)
+TEST(ExecuteSQL, FailureReportsWordsAndStatement)
 {
     tests::FreshCatalogue fresh;
     fresh.access.ExecuteSQL("SELECT * FROM Nowhere", kSelect);
@@ -341,16 +341,16 @@ TEST(ExecuteSQL, PointerAndEvents)
     EXPECT_EQ(desktop.steps, "HN");
 }
 
-TEST(ExecuteSQL, EventHandlerDoesNotSpeakForTheStatement)
+TEST(ExecuteSQL, EventHandlerDoesNotChangeTheStatementsOutcome)
 {
     NotingDesktop desktop;
     tests::FreshCatalogue fresh;
-    desktop.onEvents = [&] {
-        desktop.onEvents = [&] { fresh.access.ExecuteSQL("SELECT * FROM Lists", kSelect); };
+    desktop.onYield = [&] {
+        desktop.onYield = [&] { fresh.access.ExecuteSQL("SELECT * FROM Lists", kSelect); };
     };
     fresh.access.ExecuteSQL("SELECT * FROM Nowhere", kSelect);
     EXPECT_FALSE(fresh.access.Succeeded);
-    desktop.onEvents = [&] { fresh.access.ExecuteSQL("SELECT * FROM Nowhere", kSelect); };
+    desktop.onYield = [&] { fresh.access.ExecuteSQL("SELECT * FROM Nowhere", kSelect); };
     EXPECT_TRUE(Records(fresh.access.ExecuteSQL("SELECT * FROM Lists", kSelect))->IsOpen());
     EXPECT_TRUE(fresh.access.Succeeded);
 }
@@ -420,7 +420,7 @@ TEST(Transactions, EndOfTheObjectRollsBack)
     fresh.AddPath("/free");
 }
 
-TEST(Transactions, AnotherObjectIsToldAtOnce)
+TEST(Transactions, AnotherObjectIsNotifiedAtOnce)
 {
     tests::FreshCatalogue fresh;
     ADOclass other;

@@ -103,13 +103,9 @@ std::string SongWith(int field, const std::string &text)
 // What the program reads in the song, before any of it becomes a statement.
 metadata::ID3v2Tag TagOf(const std::string &path)
 {
-    metadata::ID3v1Tag oldTag;
-    metadata::ID3v2Tag tag;
-    metadata::MPEGHeader header;
-    bool hasID3v1 = false, hasID3v2 = false;
-    metadata::GetMP3Info(path, oldTag, tag, header, hasID3v1, hasID3v2, false);
-    EXPECT_TRUE(hasID3v2);
-    return tag;
+    const metadata::SongInfo info = metadata::ReadSongInfo(path);
+    EXPECT_TRUE(info.hasID3v2);
+    return info.id3v2;
 }
 
 } // namespace

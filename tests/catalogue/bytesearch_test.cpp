@@ -52,7 +52,7 @@ TEST(ByteSearch, FindsWhatAPlainSearchFinds)
     EXPECT_LT(found, 35000u);
 }
 
-TEST(ByteSearch, ReadsNothingBehindTheText)
+TEST(ByteSearch, ReadsNothingAfterTheText)
 {
     // Under the address sanitizer a byte too many is an error.
     for (std::size_t length = 1; length < 70; ++length) {

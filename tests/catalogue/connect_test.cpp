@@ -138,7 +138,7 @@ TEST(Connect, CutAnywhere)
     EXPECT_EQ(Verdict(fresh), "");
 }
 
-TEST(Connect, DamageThatComesWhileTheProgramRuns)
+TEST(Connect, DamageWhileTheProgramRuns)
 {
     tests::FreshCatalogue fresh;
     EXPECT_EQ(fresh.Rows("SELECT Version FROM Validations").size(), 1u);
@@ -155,7 +155,7 @@ TEST(Connect, DamageThatComesWhileTheProgramRuns)
     EXPECT_EQ(tests::ReadFile(fresh.File()), "wiped");
 }
 
-TEST(Connect, DamageDeeperInsideIsToldByItsStatement)
+TEST(Connect, DamageDeeperInsideIsReportedByItsStatement)
 {
     tests::FreshCatalogue fresh;
     FillRows(fresh, 200);
@@ -218,7 +218,7 @@ TEST(Connect, TheLastObjectLeavesTheFileAlone)
     EXPECT_FALSE(fs::exists(folder / "MP3s.mdb-wal"));
 }
 
-TEST(Connect, ReadsAFileWhoseLogWasLeftBehind)
+TEST(Connect, ReadsAFileWhoseLogWasLeft)
 {
     // A copy of file and log while both are in use is what a killed process leaves.
     tests::FreshCatalogue fresh;

@@ -200,7 +200,7 @@ TEST(OpenConnection, EachStatementHasItsOwnButThoseOfATransaction)
     EXPECT_EQ(provider.Takes(), "open begin rollback close ");
 }
 
-TEST(OpenConnection, TransactionThatCannotBeginIsTold)
+TEST(OpenConnection, TransactionThatCannotBeginIsReported)
 {
     NotingProvider provider;
     provider.state = NotingProvider::CannotBegin;
@@ -221,7 +221,7 @@ TEST(GetBaseName, ByTable)
     EXPECT_EQ(ADOclass::GetBaseName("SELECT 1"), "Inscrip");
 }
 
-TEST(GetBaseName, StandsForTheMark)
+TEST(GetBaseName, ReplacesTheMark)
 {
     tests::FreshCatalogue fresh;
     fresh.access.DataBaseName = "[GetDatabase]";

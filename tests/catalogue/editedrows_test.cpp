@@ -35,16 +35,11 @@ struct EditedRows : tests::LibraryFixture {
 
     void SaveTitle(const std::string &title) const
     {
-        metadata::ID3v1Tag oldTag;
-        metadata::ID3v2Tag tag;
-        metadata::MPEGHeader header;
-        bool hasID3v1 = false, hasID3v2 = false;
-        metadata::GetMP3Info(Song("a.mp3"), oldTag, tag, header, hasID3v1, hasID3v2, false);
-        const metadata::ID3v1Tag sameTag = oldTag;
-        const metadata::ID3v2Tag before = tag;
-        tag.Title = title;
-        EXPECT_TRUE(
-            metadata::SaveTag(oldTag, tag, sameTag, before, Song("a.mp3"), true, true, nullptr));
+        const metadata::SongInfo old = metadata::ReadSongInfo(Song("a.mp3"));
+        metadata::SongInfo song = old;
+        song.id3v2.Title = title;
+        EXPECT_TRUE(metadata::SaveTag(song.id3v1, song.id3v2, old.id3v1, old.id3v2, Song("a.mp3"),
+                                      true, true, nullptr));
     }
 
     std::string Title() const

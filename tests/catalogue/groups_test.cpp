@@ -331,7 +331,7 @@ TEST_F(RowGroupsTest, AFailedStatementLeavesTheOthersRows)
     EXPECT_EQ(Committed(fresh.File()), 2);
 }
 
-TEST_F(RowGroupsTest, AGroupThatCannotBeKeptIsTold)
+TEST_F(RowGroupsTest, AGroupThatCannotBeKeptIsReported)
 {
     tests::FreshCatalogue fresh;
     RowGroups groups;
@@ -383,15 +383,15 @@ TEST(WriteQueue, OneAtATime)
 {
     tests::TestFolder folder;
     WriteQueue first(folder / "t"), second(folder / "t");
-    EXPECT_FALSE(first.SomeoneWaits());
+    EXPECT_FALSE(first.IsAnotherWaiting());
     EXPECT_TRUE(second.TryEnter());
-    EXPECT_FALSE(second.SomeoneWaits()) << "it is oneself";
-    EXPECT_TRUE(first.SomeoneWaits());
+    EXPECT_FALSE(second.IsAnotherWaiting()) << "it is oneself";
+    EXPECT_TRUE(first.IsAnotherWaiting());
     EXPECT_FALSE(first.TryEnter());
     second.Leave();
-    EXPECT_FALSE(first.SomeoneWaits());
+    EXPECT_FALSE(first.IsAnotherWaiting());
     WriteQueue nowhere(folder / "absent/t");
-    EXPECT_FALSE(nowhere.SomeoneWaits());
+    EXPECT_FALSE(nowhere.IsAnotherWaiting());
     EXPECT_TRUE(nowhere.TryEnter());
 }
 
@@ -426,7 +426,7 @@ TEST(SeveralProcesses, ASingleAddGetsItsTurnBesideGroups)
     EXPECT_EQ(Committed(fresh.File()), 3100);
 }
 
-TEST(SeveralProcesses, KillLeavesWholeRowsOnceEach)
+TEST(SeveralProcesses, KillLeavesCompleteRowsOnceEach)
 {
     for (int round = 0; round < 12; ++round) {
         tests::FreshCatalogue fresh;

@@ -33,7 +33,7 @@ struct Report : testing::Test {
     }
 };
 
-TEST_F(Report, WithoutEntriesTellsSuccess)
+TEST_F(Report, WithoutEntriesSaysSuccess)
 {
     catalogue::IntegrityReport report(catalogue::ReportPath());
     report.Close(true, "/music", "21.11.2026 01:04:50");

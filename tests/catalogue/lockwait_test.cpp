@@ -233,7 +233,7 @@ TEST_F(HeldCatalogue, StoppingAJobEndsItsWait)
     EXPECT_TRUE(LastRegeneration().stopped);
 }
 
-TEST_F(HeldCatalogue, EndOfTheProgramEndsTheJobBehindTheFileThatWaits)
+TEST_F(HeldCatalogue, EndOfTheProgramEndsTheJobAfterTheFileThatWaits)
 {
     TheLockPatience().fullMs = 60000;
     for (const char *name : {"a.mp3", "b.mp3", "c.mp3"})
@@ -250,7 +250,7 @@ TEST_F(HeldCatalogue, EndOfTheProgramEndsTheJobBehindTheFileThatWaits)
     EXPECT_EQ(LastRegeneration().failed, 1);
 }
 
-TEST_F(HeldCatalogue, OutsideAJobPatienceComesBackWithTheFirstSuccess)
+TEST_F(HeldCatalogue, OutsideAJobTheFirstSuccessRestoresThePatience)
 {
     std::optional<Holder> holder(File());
     EXPECT_FALSE(Insert());

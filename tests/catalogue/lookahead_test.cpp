@@ -86,7 +86,7 @@ TEST_F(SlowWalk, TheSameRowsAndTheSameReportAsOnAFastDisk)
     EXPECT_GT(slow->readsAhead, slow->readsOfLogic);
 }
 
-TEST_F(SlowWalk, WhatVanishesChangesOrIsNoFileComesOutAsEver)
+TEST_F(SlowWalk, AFileThatVanishesOrChangesGivesTheSameResult)
 {
     for (int i = 0; i < 20; ++i)
         AddSong(Number(i) + ".mp3");

@@ -68,7 +68,7 @@ TEST_F(Regeneration, AmpersandBetweenBlanksIsDoubledInThePanel)
     EXPECT_EQ(playing[1], "Adding: You && Me&Us.mp3");
 }
 
-TEST_F(Regeneration, ReportOfAWholeCollectionTellsSuccessAndAsksNothing)
+TEST_F(Regeneration, ReportOfAWholeCollectionSaysSuccessAndAsksNothing)
 {
     AddSong("sub/a.mp3");
     ListRefresh(false);

@@ -21,7 +21,7 @@ using tests::Tagged;
 namespace
 {
 
-TEST_F(Regeneration, FailedFilesGoToTheClipboardAndTheRestGoesOn)
+TEST_F(Regeneration, FailedFilesGoToTheClipboardAndTheRestIsDone)
 {
     AddSong("a.mp3");
     fs::create_symlink("nowhere", Song("gone.mp3"));
@@ -48,7 +48,7 @@ struct AsNobody {
     ~AsNobody() { EXPECT_TRUE(was != 0 || seteuid(was) == 0); }
 };
 
-TEST_F(Regeneration, UnreadableFoldersAreNamedAndTheRestGoesOn)
+TEST_F(Regeneration, UnreadableFoldersAreNamedAndTheRestIsDone)
 {
     AddSong("a/a.mp3");
     AddSong("closed/in.mp3");
@@ -78,7 +78,7 @@ void AddTrigger(const std::string &catalogueFile, const char *trigger)
     sqlite3_close(db);
 }
 
-TEST_F(Regeneration, TableThatCannotBeEmptiedIsToldAndTheRunGoesOn)
+TEST_F(Regeneration, TableThatCannotBeEmptiedIsReportedAndTheRunContinues)
 {
     AddSong("a.mp3");
     ListRefresh(false);
@@ -151,7 +151,7 @@ constexpr const char *kRefusal =
     "CREATE TRIGGER refuse BEFORE INSERT ON MP3s WHEN NEW.Title LIKE 'refused%' "
     "BEGIN SELECT raise(ABORT, 'it is refused'); END";
 
-TEST_F(Regeneration, FailedStatementsAreJoinedAndTheRestGoesOn)
+TEST_F(Regeneration, FailedStatementsAreJoinedAndTheRestIsDone)
 {
     for (const char *name : {"a.mp3", "b.mp3", "c.mp3"})
         AddSong(name);

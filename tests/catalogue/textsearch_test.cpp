@@ -159,7 +159,7 @@ TEST_F(TextSearch, OwnChangesAreFoundAtOnce)
     EXPECT_EQ(Paths("Title LIKE '%love%'"), "/2 /3 ");
 }
 
-TEST_F(TextSearch, AChangeWhileTextsAreReadBeginsAnew)
+TEST_F(TextSearch, AChangeWhileTextsAreReadBeginsAgain)
 {
     for (int i = 0; i < 300; ++i)
         home.AddPath("/" + std::to_string(i), "love");

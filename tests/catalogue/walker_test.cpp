@@ -328,7 +328,7 @@ private:
     uid_t m_was;
 };
 
-TEST_F(Walker, UnreadableFolderTellsTheSystemsWords)
+TEST_F(Walker, AnUnreadableFolderIsReportedInTheSystemsWords)
 {
     Make("closed/a.mp3");
     fs::permissions(folder.Path(), fs::perms::all);

@@ -19,7 +19,7 @@ protected:
     void TearDown() override { shell::TheGlobals() = shell::Globals(); }
 };
 
-TEST_P(ShippedLanguage, EveryEntryIsReadAsItStands)
+TEST_P(ShippedLanguage, EveryEntryIsReadUnchanged)
 {
     std::istringstream lines(tests::ReadFile(File()));
     std::string section;

@@ -125,12 +125,12 @@ TEST_F(FollowLyrics, TheSameLyricsAgainAreParsedAgain)
         EXPECT_EQ(form.Lyrics.Text(), "One\r\nTwo\r\n");
         EXPECT_EQ(form.Times->size(), 2U);
         EXPECT_TRUE(form.showTimes.Enabled());
-        EXPECT_FALSE(form.tmrTell.Enabled());
+        EXPECT_FALSE(form.tmrReport.Enabled());
     }
     // Another window has closed meanwhile, which clears the flag.
     player::LyricsWindowOpen = false;
     lyrics::FollowLyrics(form, "", kTwoLines);
-    EXPECT_FALSE(form.tmrTell.Enabled());
+    EXPECT_FALSE(form.tmrReport.Enabled());
     EXPECT_TRUE(player::LyricsWindowOpen);
 }
 
@@ -199,7 +199,7 @@ TEST_F(FollowLyrics, SymbolsHavePictures)
     EXPECT_EQ(form.cmdPause.Image(), "Play");
 }
 
-TEST_F(FollowLyrics, MarksThatCannotBeParsedAreToldOnce)
+TEST_F(FollowLyrics, MarksThatCannotBeParsedAreReportedOnce)
 {
     lyrics::FollowLyrics(form, "", kTwoLines);
     lyrics::FollowLyrics(form, "", "[0:01]One\r\n[0:01]Two\r\n[0:03]x\r\n");
@@ -207,16 +207,16 @@ TEST_F(FollowLyrics, MarksThatCannotBeParsedAreToldOnce)
     EXPECT_TRUE(form.Lyrics.Enabled());
     EXPECT_TRUE(form.cmdSetTimes.Enabled());
     EXPECT_FALSE(form.showTimes.Enabled());
-    ASSERT_TRUE(form.tmrTell.Enabled());
+    ASSERT_TRUE(form.tmrReport.Enabled());
     try {
-        form.tmrTell.Fire();
+        form.tmrReport.Fire();
         ADD_FAILURE() << "told nothing";
     } catch (const runtime::RuntimeError &failure) {
         EXPECT_EQ(failure.number, runtime::kDuplicateKey);
         EXPECT_EQ(failure.description, runtime::DescribeError(runtime::kDuplicateKey));
     }
-    EXPECT_FALSE(form.tmrTell.Enabled());
-    form.tmrTell.Fire();
+    EXPECT_FALSE(form.tmrReport.Enabled());
+    form.tmrReport.Fire();
     form.showTimes.Fire();
     lyrics::FollowLyrics(form, "", kTwoLines); // the next song
     EXPECT_EQ(form.Times->size(), 2U);

@@ -106,7 +106,7 @@ TEST_F(LyricsWindows, TwoSideBySide)
     Show("[0:42]Again\r\n"); // and yet the one that is there starts with empty entries
     ASSERT_EQ(Forms().size(), 1U);
     EXPECT_EQ(Forms()[0]->Times->size(), 1U);
-    EXPECT_FALSE(Forms()[0]->tmrTell.Enabled());
+    EXPECT_FALSE(Forms()[0]->tmrReport.Enabled());
     EXPECT_TRUE(player::LyricsWindowOpen);
 }
 

@@ -41,13 +41,7 @@ inline std::vector<std::string> Commands(RecordingPlayer &player)
 // The lyrics in a file.
 inline std::string LyricsIn(const std::string &file)
 {
-    metadata::ID3v1Tag id3v1;
-    metadata::ID3v2Tag id3v2;
-    metadata::MPEGHeader header;
-    bool hasID3v1 = false;
-    bool hasID3v2 = false;
-    metadata::GetMP3Info(file, id3v1, id3v2, header, hasID3v1, hasID3v2, false);
-    return id3v2.Lyrics;
+    return metadata::ReadSongInfo(file).id3v2.Lyrics;
 }
 
 // What is highlighted.

@@ -91,14 +91,7 @@ TEST_F(LyricsImport, AnotherSongIsReadAtEveryYield)
     Add("Song.mp3");
     tests::WriteFile(folder / "other.mp3", tests::Id3v2(tests::TextFrame("TIT2", "Other")) +
                                                tests::Audio() + tests::Id3v1({.title = "Other"}));
-    desktop.doEvents = [&] {
-        metadata::ID3v1Tag v1;
-        metadata::ID3v2Tag v2;
-        metadata::MPEGHeader header;
-        bool hasV1 = false;
-        bool hasV2 = false;
-        metadata::GetMP3Info(folder / "other.mp3", v1, v2, header, hasV1, hasV2, false);
-    };
+    desktop.doEvents = [&] { metadata::ReadSongInfo(folder / "other.mp3"); };
     desktop.ExpectBox("The lyrics were added correctly.");
     lyrics::AddLyricsFromTXT(Text("Song.txt", "La\r\nla \xE9"));
     desktop.doEvents = nullptr;
@@ -216,20 +209,14 @@ TEST_F(LyricsImport, ASongWithTheOtherTagAlone)
 }
 
 // The text is replaced, not joined, and no mark in it is looked at.
-TEST_F(LyricsImport, TheTextIsTakenWhole)
+TEST_F(LyricsImport, TheWholeTextIsTaken)
 {
     Add("Song.mp3");
     for (const std::string &text : {std::string("[00:01]La\n[99:99"), std::string("\0\x1A\r", 3),
                                     std::string(1 << 20, 'l')}) {
         desktop.ExpectBox("The lyrics were added correctly.");
         lyrics::AddLyricsFromTXT(Text("Song.txt", text));
-        metadata::ID3v1Tag v1;
-        metadata::ID3v2Tag v2;
-        metadata::MPEGHeader header;
-        bool hasV1 = false;
-        bool hasV2 = false;
-        metadata::GetMP3Info(Song("Song.mp3"), v1, v2, header, hasV1, hasV2, false);
-        EXPECT_TRUE(v2.Lyrics == text);
+        EXPECT_TRUE(metadata::ReadSongInfo(Song("Song.mp3")).id3v2.Lyrics == text);
     }
 }
 
@@ -257,7 +244,7 @@ TEST_F(LyricsImport, AbsentText)
     EXPECT_TRUE(tests::ReadFile(Song("Song.mp3")) == kOld);
 }
 
-TEST_F(LyricsImport, ASongThatIsGone)
+TEST_F(LyricsImport, ASongThatDoesNotExist)
 {
     Add("Song.mp3");
     std::filesystem::remove(Song("Song.mp3"));

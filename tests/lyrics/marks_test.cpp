@@ -105,7 +105,7 @@ TEST_F(Marks, TheDraftFollowsTheChanges)
     EXPECT_EQ(lyrics::ReadDraft(song), std::nullopt);
 }
 
-TEST_F(Marks, TheDraftGoesWhenTheFileHoldsTheText)
+TEST_F(Marks, TheDraftIsDeletedWhenTheFileHasTheText)
 {
     const std::string song = Setting(form, "One\r\n");
     form.Lyrics.SetText("[0:01]One\r\n");
@@ -193,7 +193,7 @@ TEST_F(Marks, TheOfferedDraftStaysWhileTheQuestionIsUp)
     EXPECT_EQ(form.Lyrics.Text(), kTwoLines);
 }
 
-TEST_F(Marks, ADraftThatCannotBeKeptIsToldOnceAndTriedAgain)
+TEST_F(Marks, ADraftThatCannotBeKeptIsReportedOnceAndTriedAgain)
 {
     const std::string song = Setting(form, "One\r\n");
     form.Lyrics.SetText(kTwoLines);
@@ -204,7 +204,7 @@ TEST_F(Marks, ADraftThatCannotBeKeptIsToldOnceAndTriedAgain)
     ASSERT_TRUE(form.failure.has_value());
     EXPECT_EQ(form.failure->number, runtime::kDiskFull);
     EXPECT_NE(form.failure->description.find("could not be kept"), std::string::npos);
-    EXPECT_THROW(form.tmrTell.Fire(), runtime::RuntimeError);
+    EXPECT_THROW(form.tmrReport.Fire(), runtime::RuntimeError);
     EXPECT_TRUE(form.tmrDraft.Enabled());
     form.tmrDraft.Fire(); // still full, and reported already
     EXPECT_FALSE(form.failure.has_value());

@@ -1,5 +1,6 @@
 // The module's state after a pass is for one file: what an edit does when another file was read
 // since, or when the song was changed or deleted.
+#include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
 #include "shell/globals.h"
 #include "tests/metadata/songedit.h"
@@ -14,11 +15,11 @@ namespace fs = std::filesystem;
 namespace
 {
 
+using metadata::ReadSongInfo;
 using tests::AudioBytes;
 using tests::Frame3;
 using tests::GenreAndTrack;
 using tests::ReadFile;
-using tests::ReadPass;
 using tests::Tag;
 using tests::Tag1;
 using tests::Z;
@@ -32,21 +33,21 @@ TEST_F(ChangedSong, AnotherSongReadAtEveryYield)
     const std::string other = m_desk.program / "other.mp3";
     tests::WriteFile(other, Tag(3, Frame3("TIT2", "Other") + std::string(777, 'x')) +
                                 AudioBytes(900) + Tag1("Other", "", "", "", "", 9, 9));
-    m_desk.onEvents = [&] { ReadPass(other); };
+    m_desk.onYield = [&] { ReadSongInfo(other); };
     shell::TheGlobals().BackUpFiles = true;
     const std::string old = Frame3("TIT2", "Old") + Frame3("PRIV", "kept");
     const std::string image = Tag1("One", "", "", "", "", 3, 17);
     Song(Tag(3, old) + AudioBytes() + image);
-    ReadPass(other); // also between the two
-    m_pass.v2.Title = "New";
+    ReadSongInfo(other); // also between the two
+    m_pass.id3v2.Title = "New";
     EXPECT_TRUE(Save(true, true));
     ExpectSong(Tag(3, Frame3("TIT2", "New") + GenreAndTrack() + Frame3("PRIV", "kept")) +
                AudioBytes() + image);
-    EXPECT_TRUE(ReadPass(m_path).v2.Title == "New");
-    ReadPass(other);
-    m_pass.v1.Title = "Two";
-    m_old = m_pass = ReadPass(m_path);
-    m_pass.v1.Title = "Two";
+    EXPECT_TRUE(ReadSongInfo(m_path).id3v2.Title == "New");
+    ReadSongInfo(other);
+    m_pass.id3v1.Title = "Two";
+    m_old = m_pass = ReadSongInfo(m_path);
+    m_pass.id3v1.Title = "Two";
     EXPECT_TRUE(Save(true, false)); // the ID3v2 tag is removed: the long way
     ExpectSong(AudioBytes() + Tag1("Two", "", "", "", "", 3, 17));
 }
@@ -55,10 +56,10 @@ TEST_F(ChangedSong, TheSameRecordAsOldAndNewAfterAnotherSong)
 {
     tests::WriteFile(m_desk.program / "other.mp3", AudioBytes());
     Song(Tag(3, Frame3("USLT", Z("eng\0old"))) + AudioBytes());
-    m_pass.v2.Lyrics = "new";
-    ReadPass(m_desk.program / "other.mp3");
-    EXPECT_TRUE(metadata::SaveTag(m_pass.v1, m_pass.v2, m_pass.v1, m_pass.v2, m_path, false, true,
-                                  nullptr));
+    m_pass.id3v2.Lyrics = "new";
+    ReadSongInfo(m_desk.program / "other.mp3");
+    EXPECT_TRUE(metadata::SaveTag(m_pass.id3v1, m_pass.id3v2, m_pass.id3v1, m_pass.id3v2, m_path,
+                                  false, true, nullptr));
     ExpectSong(
         Tag(3, Frame3("TCON", "(255)") + Frame3("USLT", Z("\0\0\0\0new")) + Frame3("TRCK", "0")) +
         AudioBytes());
@@ -68,8 +69,8 @@ TEST_F(ChangedSong, ManyOtherSongsLaterTheTagsDecide)
 {
     Song(Tag(3, Frame3("TIT2", "Old")) + AudioBytes());
     for (int i = 0; i < 100; ++i)
-        ReadPass(m_desk.program / std::to_string(i));
-    m_pass.v2.Title = "New";
+        ReadSongInfo(m_desk.program / std::to_string(i));
+    m_pass.id3v2.Title = "New";
     EXPECT_TRUE(Save(false, true));
     ExpectSong(Tag(3, Frame3("TIT2", "New") + GenreAndTrack()) + AudioBytes());
 
@@ -89,8 +90,8 @@ TEST_F(ChangedSong, ManyOtherSongsLaterTheTagsDecide)
         Song(Tag(3, c.before) + AudioBytes());
         tests::WriteFile(m_path, changed);
         for (int i = 0; i < 100; ++i)
-            ReadPass(m_desk.program / std::to_string(i));
-        m_pass.v2.Title = "New";
+            ReadSongInfo(m_desk.program / std::to_string(i));
+        m_pass.id3v2.Title = "New";
         m_desk.boxes.clear();
         EXPECT_FALSE(Save(false, true));
         EXPECT_EQ(m_desk.boxes.size(), 1u);
@@ -110,17 +111,17 @@ TEST_F(ChangedSong, ASongChangedInBetweenIsNotOverwritten)
             Song(Tag(3, Frame3("TIT2", "Old")) + AudioBytes());
             m_desk.boxes.clear();
             m_desk.yields = 0;
-            m_desk.onEvents = [&] {
+            m_desk.onYield = [&] {
                 if (m_desk.yields == atYield)
                     tests::WriteFile(m_path, changed);
             };
             if (otherBetween)
-                ReadPass(m_desk.program / "other.mp3");
+                ReadSongInfo(m_desk.program / "other.mp3");
             if (atYield == 0)
                 tests::WriteFile(m_path, changed);
-            m_pass.v2.Title = "New";
+            m_pass.id3v2.Title = "New";
             const bool result = Save(false, true);
-            m_desk.onEvents = nullptr;
+            m_desk.onYield = nullptr;
             EXPECT_FALSE(fs::exists(m_path + ".bck"));
             if (m_desk.yields < atYield)
                 break;
@@ -141,16 +142,16 @@ TEST_F(ChangedSong, ASongReplacedByOneOfTheSameSizeIsNotOverwritten)
     for (const char *step : {"", "Writing the new MP3 file"}) {
         ui::Label label;
         Song(Tag(3, Frame3("TIT2", "Old")) + AudioBytes());
-        m_desk.onEvents = [&] {
+        m_desk.onYield = [&] {
             if (label.Caption() != step || fs::exists(m_path + ".bck"))
                 return;
             tests::WriteFile(m_path + ".new", theirs);
             fs::rename(m_path + ".new", m_path);
         };
-        m_pass.v2.Title = "New";
+        m_pass.id3v2.Title = "New";
         m_desk.boxes.clear();
         EXPECT_FALSE(Save(false, true, &label));
-        m_desk.onEvents = nullptr;
+        m_desk.onYield = nullptr;
         ASSERT_EQ(m_desk.boxes.size(), 1u);
         EXPECT_NE(m_desk.boxes[0].find("was changed by another program"), std::string::npos);
         EXPECT_TRUE(ReadFile(m_path) == theirs);
@@ -172,13 +173,13 @@ TEST_F(ChangedSong, ASongChangedBeforeItsCopyIsWrittenStaysInTheCatalogueAsItIs)
         SCOPED_TRACE(step);
         ui::Label label;
         m_desk.boxes.clear();
-        m_desk.onEvents = nullptr;
+        m_desk.onYield = nullptr;
         Song(Tag(3, Frame3("TIT2", "Old")) + AudioBytes());
-        m_desk.onEvents = [&] {
+        m_desk.onYield = [&] {
             if (label.Caption() == step)
                 tests::WriteFile(m_path, changed);
         };
-        m_pass.v2.Title = "New";
+        m_pass.id3v2.Title = "New";
         EXPECT_FALSE(Save(true, true, &label));
         ASSERT_EQ(m_desk.boxes.size(), 1u);
         EXPECT_NE(m_desk.boxes[0].find("was changed by another program"), std::string::npos);
@@ -200,16 +201,16 @@ TEST_F(ChangedSong, TheCopyOfAnotherEditIsNeitherTakenNorDeleted)
         m_desk.boxes.clear();
         m_desk.yields = 0;
         bool ours = false; // the copy made by this edit was there
-        m_desk.onEvents = [&] {
+        m_desk.onYield = [&] {
             if (m_desk.yields != atYield)
                 return;
             ours = fs::exists(m_path + ".bck");
             tests::WriteFile(m_path + ".their", "theirs");
             fs::rename(m_path + ".their", m_path + ".bck");
         };
-        m_pass.v2.Title = "New";
+        m_pass.id3v2.Title = "New";
         const bool result = Save(false, true);
-        m_desk.onEvents = nullptr;
+        m_desk.onYield = nullptr;
         if (m_desk.yields < atYield)
             break;
         if (result) {
@@ -240,23 +241,23 @@ TEST_F(ChangedSong, OfTwoEditsAtOnceOneIsRefused)
         m_desk.boxes.clear();
         m_desk.yields = 0;
         std::optional<bool> second;
-        m_desk.onEvents = [&] {
+        m_desk.onYield = [&] {
             if (m_desk.yields < atYield || second)
                 return;
             second = false; // its own yields call this too
-            tests::Pass old = tests::ReadPass(m_path);
-            tests::Pass now = old;
-            now.v2.Title = "Second";
-            second =
-                metadata::SaveTag(now.v1, now.v2, old.v1, old.v2, m_path, false, true, nullptr);
+            metadata::SongInfo old = metadata::ReadSongInfo(m_path);
+            metadata::SongInfo now = old;
+            now.id3v2.Title = "Second";
+            second = metadata::SaveTag(now.id3v1, now.id3v2, old.id3v1, old.id3v2, m_path, false,
+                                       true, nullptr);
         };
-        m_pass.v2.Title = "First";
+        m_pass.id3v2.Title = "First";
         const bool first = Save(false, true);
-        m_desk.onEvents = nullptr;
+        m_desk.onYield = nullptr;
         if (!second)
             break;
         EXPECT_FALSE(fs::exists(m_path + ".bck"));
-        const std::string title = tests::ReadPass(m_path).v2.Title;
+        const std::string title = metadata::ReadSongInfo(m_path).id3v2.Title;
         if (first && *second) { // one after the other
             EXPECT_EQ(title, "Second");
             EXPECT_TRUE(m_desk.boxes.empty());
@@ -273,32 +274,32 @@ TEST_F(ChangedSong, OfTwoEditsAtOnceOneIsRefused)
     EXPECT_GT(refusedSecond, 50);
 }
 
-TEST_F(ChangedSong, ASongThatIsGoneOrCannotBeRead)
+TEST_F(ChangedSong, ASongThatDoesNotExistOrCannotBeRead)
 {
     Song(AudioBytes());
     fs::remove(m_path);
-    m_pass.v2.Title = "New";
+    m_pass.id3v2.Title = "New";
     EXPECT_FALSE(Save(false, true));
     EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": No such file or directory"});
     EXPECT_FALSE(fs::exists(m_path));
-    ReadPass(m_path);
+    ReadSongInfo(m_path);
     EXPECT_FALSE(Save(false, true));
     EXPECT_EQ(m_desk.boxes.back(), m_path + ": No such file or directory");
     fs::create_directory(m_path);
-    ReadPass(m_path);
+    ReadSongInfo(m_path);
     EXPECT_FALSE(Save(false, true));
     EXPECT_EQ(m_desk.boxes.back(), m_path + ": Is a directory");
 }
 
 // Its new version is then the only copy there is, and stays.
-TEST_F(ChangedSong, ASongThatGoesWhileItsCopyWaits)
+TEST_F(ChangedSong, ASongThatIsDeletedWhileItsCopyWaits)
 {
     Song(AudioBytes());
-    m_desk.onEvents = [&] {
+    m_desk.onYield = [&] {
         if (fs::exists(m_path + ".bck"))
             fs::remove(m_path);
     };
-    m_pass.v1.Title = "New";
+    m_pass.id3v1.Title = "New";
     EXPECT_FALSE(Save(true, false));
     EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": No such file or directory"});
     EXPECT_FALSE(fs::exists(m_path));

@@ -1,6 +1,7 @@
 // tests/metadata/faultyedit.h - one edit, as often as wanted, over files of which a call may fail.
 #pragma once
 
+#include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
 #include "platform/machine.h"
 #include "tests/metadata/faultyfiles.h"
@@ -37,10 +38,11 @@ protected:
         m_files.calls = 0;
         m_files.isDead = false;
         m_desk.boxes.clear();
-        Pass old = ReadPass(m_path);
-        Pass now = old;
-        now.v2.Title = "New";
-        return metadata::SaveTag(now.v1, now.v2, old.v1, old.v2, m_path, true, true, nullptr);
+        metadata::SongInfo old = metadata::ReadSongInfo(m_path);
+        metadata::SongInfo now = old;
+        now.id3v2.Title = "New";
+        return metadata::SaveTag(now.id3v1, now.id3v2, old.id3v1, old.id3v2, m_path, true, true,
+                                 nullptr);
     }
 
     static std::vector<std::string> Names(const std::string &folder)

@@ -71,7 +71,7 @@ TEST(GenreNumber, Table)
         EXPECT_EQ(GenreNumber(c.name), c.want) << '"' << c.name << '"';
 }
 
-TEST(Genres, EveryNumberComesBack)
+TEST(Genres, EveryNumberIsReadBack)
 {
     for (int number = 0; number <= 125; ++number)
         EXPECT_EQ(GenreNumber(GenreName(number)), number);

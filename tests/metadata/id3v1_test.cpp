@@ -98,7 +98,7 @@ TEST(BuildID3v1Tag, GenreOfNoTagIs255)
     EXPECT_EQ(tag.Genre, 255);
 }
 
-TEST(BuildID3v1Tag, AlwaysHasItsLengthAndComesBack)
+TEST(BuildID3v1Tag, AlwaysHasItsLengthAndIsReadBack)
 {
     for (std::size_t length = 0; length < 70; ++length) {
         ID3v1Tag tag;

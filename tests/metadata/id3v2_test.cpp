@@ -148,7 +148,7 @@ TEST(ReadID3v2Frames, Track)
     }
 }
 
-TEST(ReadID3v2Frames, FirstMatchWinsWhereverItStands)
+TEST(ReadID3v2Frames, FirstMatchWinsWhereverItIs)
 {
     EXPECT_EQ(Read(Frame3("COMM", Z("eng\0TIT2") + Z("\0\0\0\x04\0\0\0abcdef")) +
                    Frame3("TIT2", "True title"))
@@ -158,7 +158,7 @@ TEST(ReadID3v2Frames, FirstMatchWinsWhereverItStands)
     EXPECT_EQ(Read("TTIT2" + Frame3("TIT2", "One").substr(4)).Title, "One");
 }
 
-TEST(ReadID3v2Frames, TextPassesThroughAsItStands)
+TEST(ReadID3v2Frames, TextPassesThroughUnchanged)
 {
     EXPECT_EQ(Read(Frame3("TIT2", Z("\xFF\xFE"
                                     "A\0B\0\0\0")))

@@ -12,9 +12,9 @@
 namespace
 {
 
+using metadata::ReadSongInfo;
+using metadata::SongInfo;
 using tests::Frame3;
-using tests::Pass;
-using tests::ReadPass;
 using tests::Tag;
 using tests::Tag1;
 using tests::Z;
@@ -32,13 +32,13 @@ std::string WholeSong(int majorVersion = 3)
 }
 
 // What is true for every pass over a file with these bytes.
-void ExpectSane(const Pass &pass, std::string_view bytes, const std::string &what)
+void ExpectSane(const SongInfo &pass, std::string_view bytes, const std::string &what)
 {
     SCOPED_TRACE(what);
     EXPECT_EQ(metadata::LastReadFailure(), 0);
     const std::string_view body = metadata::RawID3v2Body();
-    EXPECT_EQ(pass.hasV2, !body.empty());
-    if (pass.hasV1) {
+    EXPECT_EQ(pass.hasID3v2, !body.empty());
+    if (pass.hasID3v1) {
         ASSERT_GE(bytes.size(), 128u);
         EXPECT_EQ(bytes.substr(bytes.size() - 128), metadata::RawID3v1Image());
     }
@@ -50,7 +50,8 @@ void ExpectSane(const Pass &pass, std::string_view bytes, const std::string &wha
         EXPECT_EQ(body.substr(0, present), bytes.substr(10, present));
         EXPECT_EQ(body.find_first_not_of('\0', present), std::string_view::npos);
     }
-    for (const std::string &text : {pass.v2.Title, pass.v2.Artist, pass.v2.Comment, pass.v2.Lyrics})
+    for (const std::string &text :
+         {pass.id3v2.Title, pass.id3v2.Artist, pass.id3v2.Comment, pass.id3v2.Lyrics})
         EXPECT_NE(body.find(text), std::string_view::npos);
 }
 
@@ -60,10 +61,10 @@ protected:
     void SetUp() override { metadata::ResetMP3Info(); }
     void TearDown() override { metadata::ResetMP3Info(); }
 
-    Pass Read(std::string_view bytes, const std::string &what)
+    SongInfo Read(std::string_view bytes, const std::string &what)
     {
         tests::WriteFile(m_path, bytes);
-        Pass pass = ReadPass(m_path);
+        SongInfo pass = ReadSongInfo(m_path);
         ExpectSane(pass, bytes, what);
         return pass;
     }
@@ -77,8 +78,8 @@ TEST_F(DamagedSong, CutAnywhere)
     for (const int version : {2, 3, 4}) {
         const std::string song = WholeSong(version);
         for (std::size_t length = 0; length <= song.size(); ++length) {
-            const Pass pass = Read(song.substr(0, length), std::to_string(length));
-            EXPECT_EQ(pass.hasV1, length == song.size());
+            const SongInfo pass = Read(song.substr(0, length), std::to_string(length));
+            EXPECT_EQ(pass.hasID3v1, length == song.size());
         }
     }
 }

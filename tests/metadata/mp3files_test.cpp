@@ -15,10 +15,10 @@ namespace fs = std::filesystem;
 namespace
 {
 
+using metadata::ReadSongInfo;
+using metadata::SongInfo;
 using tests::Frame3;
 using tests::kHourNs;
-using tests::Pass;
-using tests::ReadPass;
 using tests::Tag;
 using tests::Tag1;
 
@@ -30,11 +30,11 @@ protected:
     // A pass over what cannot be read: nothing but the two defaults.
     void ExpectUnreadable(const std::string &path, int reason, std::int32_t size = 0)
     {
-        Pass want;
-        want.v1.Genre = -1;
-        want.v2.Genre = "-1";
+        SongInfo want;
+        want.id3v1.Genre = -1;
+        want.id3v2.Genre = "-1";
         want.header.FileSize = size;
-        EXPECT_EQ(ReadPass(path), want) << path;
+        EXPECT_EQ(ReadSongInfo(path), want) << path;
         EXPECT_EQ(metadata::LastReadFailure(), reason) << path;
         EXPECT_EQ(metadata::RawID3v2Body(), "");
         EXPECT_EQ(metadata::RawTagsFile().path, "");
@@ -51,7 +51,7 @@ int OpenHandles()
 
 TEST_F(SongFiles, PathsThatAreNoReadableFile)
 {
-    ReadPass(Song("before.mp3", "Before"));
+    ReadSongInfo(Song("before.mp3", "Before"));
     ExpectUnreadable(m_folder / "absent.mp3", ENOENT);
     ExpectUnreadable(m_folder.Path(), EISDIR);
     ExpectUnreadable(m_folder / "before.mp3/x.mp3", ENOTDIR);
@@ -64,7 +64,7 @@ TEST_F(SongFiles, PathsThatAreNoReadableFile)
     EXPECT_EQ(metadata::RawID3v1Image().substr(3, 6), "Before");
 }
 
-TEST_F(SongFiles, WithoutPermissionOnlyTheLengthIsTold)
+TEST_F(SongFiles, WithoutPermissionOnlyTheLengthIsReported)
 {
     const std::string path = Song("locked.mp3", "x");
     fs::permissions(path, fs::perms::none);
@@ -79,9 +79,9 @@ TEST_F(SongFiles, EveryFileIsClosedAgain)
 {
     const std::string path = Song("a.mp3", "x");
     const int before = OpenHandles();
-    ReadPass(path);
-    ReadPass(m_folder.Path());
-    ReadPass("/dev/null");
+    ReadSongInfo(path);
+    ReadSongInfo(m_folder.Path());
+    ReadSongInfo("/dev/null");
     EXPECT_EQ(OpenHandles(), before);
     EXPECT_EQ(m_files.opens, m_files.closes);
 }
@@ -91,16 +91,16 @@ TEST_F(SongFiles, TheFileThatClaimsTooMuchStaysOpenUntilTheNextPass)
     const int before = OpenHandles();
     const std::string bad = m_folder / "bad.mp3";
     tests::WriteFile(bad, "ID3" + tests::Z("\x03\0\0\x7F\x7F\x7F\x7F") + "x");
-    ReadPass(bad);
+    ReadSongInfo(bad);
     EXPECT_EQ(OpenHandles(), before + 1);
     for (int i = 0; i < 2000; ++i) {
-        ReadPass(bad);
+        ReadSongInfo(bad);
         tests::WriteFile(bad, "ID3" + tests::Z("\x03\0\0\x7F\x7F\x7F\x7F") + std::to_string(i));
     }
     EXPECT_EQ(OpenHandles(), before + 1);
-    ReadPass(Song("good.mp3", "x"));
+    ReadSongInfo(Song("good.mp3", "x"));
     EXPECT_EQ(OpenHandles(), before);
-    ReadPass(bad);
+    ReadSongInfo(bad);
     metadata::CloseAllFiles();
     EXPECT_EQ(OpenHandles(), before);
 }
@@ -108,7 +108,7 @@ TEST_F(SongFiles, TheFileThatClaimsTooMuchStaysOpenUntilTheNextPass)
 TEST_F(SongFiles, FewCallsAndEachByteOnce)
 {
     const std::string path = Song("a.mp3", "x");
-    ReadPass(path);
+    ReadSongInfo(path);
     EXPECT_EQ(m_files.reads, 2); // the beginning, the end
     EXPECT_EQ(m_files.bytesRead, 8192 + 128);
     EXPECT_EQ(m_files.identifications, 0);
@@ -116,46 +116,46 @@ TEST_F(SongFiles, FewCallsAndEachByteOnce)
     m_files = {};
     const std::string picture = m_folder / "picture.mp3";
     tests::WriteFile(picture, Tag(3, std::string(40'000, 'p')) + std::string(10'000, 'a'));
-    ReadPass(picture);
+    ReadSongInfo(picture);
     EXPECT_EQ(m_files.reads, 3);
     EXPECT_EQ(m_files.bytesRead, 10 + 40'000 + 4 + 128);
 
     m_files = {};
     const std::string tiny = m_folder / "tiny.mp3";
     tests::WriteFile(tiny, Tag(3, Frame3("TIT2", "x")) + Tag1("", "", "", "", "", 0, 0));
-    EXPECT_TRUE(ReadPass(tiny).hasV1);
+    EXPECT_TRUE(ReadSongInfo(tiny).hasID3v1);
     EXPECT_EQ(m_files.reads, 1);
 }
 
 TEST_F(SongFiles, ShortReadsAndInterruptionsAreCompleted)
 {
     const std::string path = Song("a.mp3", "A title");
-    const Pass whole = ReadPass(path);
+    const SongInfo whole = ReadSongInfo(path);
     for (const std::size_t longest : {1u, 7u, 1000u}) {
         m_files.longest = longest;
-        EXPECT_EQ(ReadPass(path), whole) << longest;
+        EXPECT_EQ(ReadSongInfo(path), whole) << longest;
     }
 }
 
-TEST_F(SongFiles, ErrorsWhileReadingAreTold)
+TEST_F(SongFiles, ErrorsWhileReadingAreReported)
 {
     const std::string path = Song("a.mp3", "x");
     m_files.onRead = [](std::int64_t, bool) { return std::int64_t{-EIO}; };
-    const Pass nothing = ReadPass(path);
+    const SongInfo nothing = ReadSongInfo(path);
     EXPECT_EQ(metadata::LastReadFailure(), EIO);
-    EXPECT_FALSE(nothing.hasV1 || nothing.hasV2);
+    EXPECT_FALSE(nothing.hasID3v1 || nothing.hasID3v2);
     EXPECT_EQ(nothing.header.HeaderPosition, -1);
     m_files.onRead = [](std::int64_t offset, bool) {
         return std::int64_t{offset > 8192 ? -EIO : 0};
     };
-    const Pass head = ReadPass(path);
+    const SongInfo head = ReadSongInfo(path);
     EXPECT_EQ(metadata::LastReadFailure(), EIO);
-    EXPECT_EQ(head.v2.Title, "x");
-    EXPECT_FALSE(head.hasV1);
+    EXPECT_EQ(head.id3v2.Title, "x");
+    EXPECT_FALSE(head.hasID3v1);
     m_files.shiftNs = -kHourNs; // also where the file is long unchanged, what failed is tried again
-    EXPECT_FALSE(ReadPass(path).hasV1);
+    EXPECT_FALSE(ReadSongInfo(path).hasID3v1);
     m_files.onRead = nullptr;
-    EXPECT_TRUE(ReadPass(path).hasV1);
+    EXPECT_TRUE(ReadSongInfo(path).hasID3v1);
     EXPECT_EQ(metadata::LastReadFailure(), 0);
 }
 
@@ -169,9 +169,9 @@ TEST_F(SongFiles, AFileThatShrinksDuringTheReadGivesZeros)
             fs::resize_file(path, 9000);
         return std::int64_t{0};
     };
-    const Pass pass = ReadPass(path);
-    EXPECT_EQ(pass.v2.Title, "x");
-    EXPECT_FALSE(pass.hasV1);
+    const SongInfo pass = ReadSongInfo(path);
+    EXPECT_EQ(pass.id3v2.Title, "x");
+    EXPECT_FALSE(pass.hasID3v1);
     EXPECT_EQ(metadata::RawID3v2Body().size(), 30'012u);
     EXPECT_EQ(metadata::RawID3v2Body().substr(9000 - 10), std::string(30'012 - 8990, '\0'));
     EXPECT_EQ(metadata::LastReadFailure(), 0);
@@ -189,17 +189,17 @@ TEST_F(SongFiles, AFileThatEndsWithinItsLastTag)
                 fs::resize_file(path, 20'000 + left);
             return std::int64_t{0};
         };
-        const Pass pass = ReadPass(path);
-        EXPECT_EQ(pass.hasV1, left >= 3);
-        EXPECT_EQ(pass.v1.Header, left >= 3 ? "TAG" : "");
-        EXPECT_EQ(pass.v1.Genre, left >= 3 ? 0 : -1);
-        EXPECT_EQ(pass.v1.Title, left == 40  ? "One" + std::string(27, '\0')
-                                 : left == 3 ? std::string(30, '\0')
-                                             : "");
+        const SongInfo pass = ReadSongInfo(path);
+        EXPECT_EQ(pass.hasID3v1, left >= 3);
+        EXPECT_EQ(pass.id3v1.Header, left >= 3 ? "TAG" : "");
+        EXPECT_EQ(pass.id3v1.Genre, left >= 3 ? 0 : -1);
+        EXPECT_EQ(pass.id3v1.Title, left == 40  ? "One" + std::string(27, '\0')
+                                    : left == 3 ? std::string(30, '\0')
+                                                : "");
     }
 }
 
-TEST_F(SongFiles, BeforeAReadThatMayTakeLongTheCallerIsTold)
+TEST_F(SongFiles, BeforeAReadThatMayTakeLongTheCallerIsNotified)
 {
     const std::string path = Song("a.mp3", "x");
     int told = 0;
@@ -207,13 +207,13 @@ TEST_F(SongFiles, BeforeAReadThatMayTakeLongTheCallerIsTold)
     m_files.onRead = [](std::int64_t offset, bool mayWait) {
         return std::int64_t{!mayWait && offset > 8192 ? -EAGAIN : 0};
     };
-    EXPECT_TRUE(ReadPass(path).hasV1);
+    EXPECT_TRUE(ReadSongInfo(path).hasID3v1);
     EXPECT_EQ(told, 1);
     m_files.onRead = [](std::int64_t, bool mayWait) {
         return std::int64_t{mayWait ? 0 : -EOPNOTSUPP};
     };
     m_files.reads = 0;
-    ReadPass(path); // one vain question, then every read of that device is taken for slow
+    ReadSongInfo(path); // one vain question, then every read of that device is taken for slow
     EXPECT_EQ(m_files.reads, 3);
     EXPECT_EQ(told, 3);
 }
@@ -230,10 +230,10 @@ TEST_F(SongFiles, MoreThanFourGigabytes)
         ASSERT_EQ(std::fwrite(image.data(), 1, image.size(), file), image.size());
         std::fclose(file);
     }
-    const Pass pass = ReadPass(path);
-    EXPECT_EQ(pass.v2.Title, "x");
-    EXPECT_TRUE(pass.hasV1);
-    EXPECT_EQ(pass.v1.Title.substr(0, 4), "Last");
+    const SongInfo pass = ReadSongInfo(path);
+    EXPECT_EQ(pass.id3v2.Title, "x");
+    EXPECT_TRUE(pass.hasID3v1);
+    EXPECT_EQ(pass.id3v1.Title.substr(0, 4), "Last");
     EXPECT_EQ(pass.header.Version, "MPEG-1");
     EXPECT_EQ(pass.header.FrameLength, 417);
     EXPECT_EQ(pass.header.FileSize, 0); // the length does not fit, and what follows from it stays

@@ -215,7 +215,7 @@ TEST(ComputeLengths, LargestFileWithoutAHeader)
     EXPECT_EQ(Lengths(INT_MAX, 0).Frames, (INT_MAX - 4) / 417);
 }
 
-TEST(ComputeLengths, HeaderBehindTheEndGivesNegativeQuotientsCutTowardsZero)
+TEST(ComputeLengths, HeaderAfterTheEndGivesNegativeQuotientsCutTowardsZero)
 {
     const MPEGHeader header = Lengths(100, 10'000);
     EXPECT_EQ(header.Frames, -9904 / 417);

@@ -14,10 +14,10 @@ namespace fs = std::filesystem;
 namespace
 {
 
+using metadata::ReadSongInfo;
+using metadata::SongInfo;
 using tests::Frame3;
 using tests::kHourNs;
-using tests::Pass;
-using tests::ReadPass;
 
 class SameFile : public tests::CountedSongs
 {
@@ -27,17 +27,17 @@ TEST_F(SameFile, TheSameFileAgainIsNotReadAgain)
 {
     const std::string path = Song("a.mp3", "x");
     m_files.shiftNs = -kHourNs; // its last change was long ago
-    const Pass first = ReadPass(path);
+    const SongInfo first = ReadSongInfo(path);
     m_files.reads = m_files.opens = 0;
-    EXPECT_EQ(ReadPass(path), first);
+    EXPECT_EQ(ReadSongInfo(path), first);
     EXPECT_EQ(m_files.opens, 0);
     EXPECT_EQ(m_files.identifications, 1);
     EXPECT_EQ(metadata::RawID3v2Body(), Frame3("TIT2", "x"));
 
     const std::string other = Song("b.mp3", "y");
-    EXPECT_EQ(ReadPass(other).v2.Title, "y");
+    EXPECT_EQ(ReadSongInfo(other).id3v2.Title, "y");
     EXPECT_EQ(m_files.opens, 1);
-    EXPECT_EQ(ReadPass(path), first);
+    EXPECT_EQ(ReadSongInfo(path), first);
     EXPECT_EQ(m_files.opens, 2);
 }
 
@@ -45,9 +45,9 @@ TEST_F(SameFile, TheSecondPassFillsWhatTheFirstLeftOut)
 {
     const std::string path = Song("a.mp3", "x");
     m_files.shiftNs = -kHourNs;
-    EXPECT_EQ(ReadPass(path, true).v1.Genre, -1);
+    EXPECT_EQ(ReadSongInfo(path, true).id3v1.Genre, -1);
     EXPECT_EQ(metadata::RawID3v1Image(), "");
-    EXPECT_EQ(ReadPass(path, false).v1.Genre, 2);
+    EXPECT_EQ(ReadSongInfo(path, false).id3v1.Genre, 2);
     EXPECT_EQ(metadata::RawID3v1Image().substr(0, 4), "TAGx");
     EXPECT_EQ(m_files.opens, 1);
 }
@@ -55,8 +55,8 @@ TEST_F(SameFile, TheSecondPassFillsWhatTheFirstLeftOut)
 TEST_F(SameFile, AFileThatHasJustChangedIsReadAgain)
 {
     const std::string path = Song("a.mp3", "x");
-    ReadPass(path);
-    ReadPass(path);
+    ReadSongInfo(path);
+    ReadSongInfo(path);
     EXPECT_EQ(m_files.opens, 2); // another change could bear the same time stamp
 }
 
@@ -81,8 +81,8 @@ TEST_F(SameFile, HowOldAChangeMustBeToBeTrusted)
         metadata::ResetMP3Info();
         m_files.opens = 0;
         m_files.changedNs = c.changedNs;
-        ReadPass(path);
-        ReadPass(path);
+        ReadSongInfo(path);
+        ReadSongInfo(path);
         EXPECT_EQ(m_files.opens, c.wantOpens) << c.name;
     }
 }
@@ -91,14 +91,14 @@ TEST_F(SameFile, AChangedOrReplacedFileIsReadAgain)
 {
     const std::string path = Song("a.mp3", "x");
     m_files.shiftNs = -kHourNs;
-    ReadPass(path);
+    ReadSongInfo(path);
     Song("a.mp3", "y");
-    EXPECT_EQ(ReadPass(path).v2.Title, "y");
+    EXPECT_EQ(ReadSongInfo(path).id3v2.Title, "y");
     Song("b.mp3", "z");
     fs::rename(m_folder / "b.mp3", path);
-    EXPECT_EQ(ReadPass(path).v2.Title, "z");
+    EXPECT_EQ(ReadSongInfo(path).id3v2.Title, "z");
     fs::remove(path);
-    ReadPass(path);
+    ReadSongInfo(path);
     EXPECT_EQ(metadata::LastReadFailure(), ENOENT);
 }
 
@@ -106,29 +106,29 @@ TEST_F(SameFile, WhatTheLastPassOverAPathSaw)
 {
     const std::string path = Song("a.mp3", "x");
     EXPECT_EQ(metadata::LastSeen(path), std::nullopt);
-    ReadPass(path);
+    ReadSongInfo(path);
     platform::FileIdentity now;
     ASSERT_EQ(m_files.Identify(path, now), 0);
     for (int i = 1; i < 64; ++i)
-        ReadPass(m_folder / std::to_string(i));
+        ReadSongInfo(m_folder / std::to_string(i));
     for (int i = 0; i < 100; ++i) // the song that plays is looked at over and over
-        ReadPass(m_folder / "63");
+        ReadSongInfo(m_folder / "63");
     EXPECT_EQ(metadata::LastSeen(path), now);
     EXPECT_EQ(metadata::LastSeen(m_folder / "63"), std::nullopt);
-    ReadPass(m_folder / "64");
+    ReadSongInfo(m_folder / "64");
     EXPECT_EQ(metadata::LastSeen(path), std::nullopt);
 
-    ReadPass(path);
+    ReadSongInfo(path);
     EXPECT_EQ(metadata::LastSeen(path), now);
     fs::remove(path);
-    ReadPass(path); // could not open it
+    ReadSongInfo(path); // could not open it
     EXPECT_EQ(metadata::LastSeen(path), std::nullopt);
 }
 
-TEST_F(SameFile, TheStateSaysWhichFileItIsOf)
+TEST_F(SameFile, TheStateHasThePathOfItsFile)
 {
     const std::string path = Song("a.mp3", "x");
-    ReadPass(path);
+    ReadSongInfo(path);
     platform::FileIdentity now;
     ASSERT_EQ(m_files.Identify(path, now), 0);
     EXPECT_EQ(metadata::RawTagsFile(), now);

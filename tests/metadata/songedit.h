@@ -2,6 +2,7 @@
 #pragma once
 
 #include "metadata/id3v1.h"
+#include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
 #include "tests/support/mp3bytes.h"
 #include "tests/support/songdesk.h"
@@ -39,19 +40,19 @@ protected:
     void Song(std::string_view bytes)
     {
         WriteFile(m_path, bytes);
-        m_pass = m_old = ReadPass(m_path);
+        m_pass = m_old = metadata::ReadSongInfo(m_path);
     }
 
     bool Save(bool writeID3v1, bool writeID3v2, ui::Label *label = nullptr)
     {
-        return metadata::SaveTag(m_pass.v1, m_pass.v2, m_old.v1, m_old.v2, m_path, writeID3v1,
-                                 writeID3v2, label);
+        return metadata::SaveTag(m_pass.id3v1, m_pass.id3v2, m_old.id3v1, m_old.id3v2, m_path,
+                                 writeID3v1, writeID3v2, label);
     }
 
     // The image that the pass's ID3v1 record builds.
     std::string Image()
     {
-        metadata::ID3v1Tag tag = m_pass.v1;
+        metadata::ID3v1Tag tag = m_pass.id3v1;
         return metadata::BuildID3v1Tag(tag);
     }
 
@@ -66,7 +67,7 @@ protected:
 
     SongDesk m_desk;
     std::string m_path = m_desk.music / "song.mp3";
-    Pass m_pass, m_old;
+    metadata::SongInfo m_pass, m_old;
 };
 
 } // namespace tests

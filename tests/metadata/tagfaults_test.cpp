@@ -44,7 +44,7 @@ TEST_F(TagFaults, WithoutAFault)
     EXPECT_TRUE(m_desk.boxes.empty());
 }
 
-TEST_F(TagFaults, TheNewVersionIsOnTheDiskBeforeTheOldOneGoes)
+TEST_F(TagFaults, TheNewVersionIsOnTheDiskBeforeTheOldOneIsDeleted)
 {
     EXPECT_TRUE(Edit());
     EXPECT_EQ(m_files.log, "fbrd");
@@ -142,7 +142,7 @@ TEST_F(TagFaults, FailingInEveryCall)
     EXPECT_GT(untouched, 5 * 4);
 }
 
-TEST_F(TagFaults, FullDiskTellsItsWordsAndLeavesTheSong)
+TEST_F(TagFaults, FullDiskIsReportedAndTheSongIsUnchanged)
 {
     m_files.createReason = ENOSPC;
     int updates = 0;

@@ -121,7 +121,7 @@ TEST(RemoveFrame, CommentsLoseTheirHeadersOnly)
     EXPECT_EQ(Removed(plain.substr(0, 15), "COMM"), Z("eng\0"));
 }
 
-TEST(RemoveFrame, TheCommentSearchGoesOnBehindTheCut)
+TEST(RemoveFrame, TheCommentSearchContinuesAfterTheCut)
 {
     // The data begins with another frame, whose first character is where the search continued.
     const std::string inner = Z("COMM\0\0\0\x02\0\0\0abc\0");
@@ -199,7 +199,7 @@ TEST(BuildID3v2Tag, ReplacedFramesLeaveTheOldBody)
                          Frame3("TRCK", "3") + padding));
 }
 
-TEST(BuildID3v2Tag, TheOldCommentStaysBehindTheNewOne)
+TEST(BuildID3v2Tag, TheOldCommentStaysAfterTheNewOne)
 {
     const std::string old = Frame3("COMM", Z("eng\0old"));
     ID3v2Tag tag = Untracked();
@@ -240,7 +240,7 @@ TEST(BuildID3v2Tag, LongTexts)
 }
 
 // What was written is read again: any fields, over any old body of complete frames.
-TEST(BuildID3v2Tag, ComesBack)
+TEST(BuildID3v2Tag, IsReadBack)
 {
     std::mt19937 random(7);
     const auto text = [&] {

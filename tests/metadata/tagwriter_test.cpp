@@ -14,11 +14,11 @@ namespace fs = std::filesystem;
 namespace
 {
 
+using metadata::ReadSongInfo;
 using tests::AudioBytes;
 using tests::Frame3;
 using tests::GenreAndTrack;
 using tests::ReadFile;
-using tests::ReadPass;
 using tests::Tag;
 using tests::Tag1;
 using tests::Z;
@@ -34,8 +34,8 @@ TEST_F(SaveTag, TitleOverAnOldTag)
     const std::string old =
         Frame3("TIT2", "Old") + picture + Frame3("TCON", "(17)") + Frame3("TRCK", "3") + padding;
     Song(Tag(3, old) + AudioBytes() + Tag1("One", "", "", "", "", 3, 17));
-    m_pass.v2.Title = "New";
-    m_pass.v2.Genre = "Rock";
+    m_pass.id3v2.Title = "New";
+    m_pass.id3v2.Genre = "Rock";
     EXPECT_TRUE(Save(true, true));
     ExpectSong(Tag(3, Frame3("TIT2", "New") + Frame3("TCON", "(17)Rock") + Frame3("TRCK", "3") +
                           picture + padding) +
@@ -49,7 +49,7 @@ TEST_F(SaveTag, NothingChanged)
         AudioBytes() + Tag1("One", "", "", "", "", 3, 17);
     Song(bytes);
     const auto before = fs::last_write_time(m_path);
-    m_pass.v2.Genre = m_old.v2.Genre = "Rock";
+    m_pass.id3v2.Genre = m_old.id3v2.Genre = "Rock";
     EXPECT_FALSE(Save(true, true));
     EXPECT_EQ(fs::last_write_time(m_path), before);
     ExpectSong(bytes);
@@ -62,8 +62,8 @@ TEST_F(SaveTag, OnlyTheID3v1TagChanges)
     const std::string start =
         Tag(3, Frame3("TIT2", "Title") + GenreAndTrack("(17)Rock", "3")) + AudioBytes();
     Song(start + Tag1("One", "", "", "", "", 3, 17));
-    m_pass.v2.Genre = m_old.v2.Genre = "Rock";
-    m_pass.v1.Title = "Other";
+    m_pass.id3v2.Genre = m_old.id3v2.Genre = "Rock";
+    m_pass.id3v1.Title = "Other";
     EXPECT_TRUE(Save(true, true));
     ExpectSong(start + Tag1("Other", "", "", "", "", 3, 17));
 }
@@ -71,7 +71,7 @@ TEST_F(SaveTag, OnlyTheID3v1TagChanges)
 TEST_F(SaveTag, AddingAnID3v1TagAloneKeepsEveryByte)
 {
     Song(AudioBytes());
-    m_pass.v1.Title = "New";
+    m_pass.id3v1.Title = "New";
     EXPECT_TRUE(Save(true, false)); // nothing to take away in front: the short way
     ExpectSong(AudioBytes() + Tag1("New", "", "", "", "", 0, 255));
 }
@@ -79,7 +79,7 @@ TEST_F(SaveTag, AddingAnID3v1TagAloneKeepsEveryByte)
 TEST_F(SaveTag, NewID3v2TagWhereThereWasNoneLosesTenBytesOfAudio)
 {
     Song(AudioBytes());
-    m_pass.v2.Title = "New";
+    m_pass.id3v2.Title = "New";
     EXPECT_TRUE(Save(false, true));
     const std::string audio = AudioBytes();
     ExpectSong(Tag(3, Frame3("TIT2", "New") + GenreAndTrack()) +
@@ -89,7 +89,7 @@ TEST_F(SaveTag, NewID3v2TagWhereThereWasNoneLosesTenBytesOfAudio)
 TEST_F(SaveTag, NewTagsWhereThereWasAnID3v1TagLoseTenBytesOfAudio)
 {
     Song(AudioBytes() + Tag1("One", "", "", "", "", 3, 17));
-    m_pass.v2.Title = "New";
+    m_pass.id3v2.Title = "New";
     EXPECT_TRUE(Save(true, true));
     const std::string audio = AudioBytes();
     ExpectSong(Tag(3, Frame3("TIT2", "New") + GenreAndTrack()) +
@@ -125,7 +125,7 @@ TEST_F(SaveTag, NeitherTagAndAnEarlierImageShortensTheAudioByTen)
 {
     tests::WriteFile(m_desk.program / "earlier.mp3",
                      AudioBytes() + Tag1("One", "", "", "", "", 3, 17));
-    ReadPass(m_desk.program / "earlier.mp3");
+    ReadSongInfo(m_desk.program / "earlier.mp3");
     Song(AudioBytes());
     ASSERT_EQ(metadata::RawID3v1Image().size(), 128u);
     EXPECT_TRUE(Save(false, false));
@@ -137,9 +137,9 @@ TEST_F(SaveTag, AnEarlierFilesImageNeverCostsAudio)
 {
     tests::WriteFile(m_desk.program / "earlier.mp3",
                      AudioBytes() + Tag1("One", "", "", "", "", 3, 17));
-    ReadPass(m_desk.program / "earlier.mp3");
+    ReadSongInfo(m_desk.program / "earlier.mp3");
     Song(AudioBytes());
-    m_pass.v1.Title = "New";
+    m_pass.id3v1.Title = "New";
     EXPECT_TRUE(Save(true, false));
     ExpectSong(AudioBytes() + Tag1("New", "", "", "", "", 0, 255));
 }
@@ -151,8 +151,8 @@ TEST_F(SaveTag, ClearedFields)
                             Frame3("TYER", "1999") + Frame3("COMM", Z("eng\0Words")) +
                             Frame3("USLT", Z("eng\0La")) + rest;
     Song(Tag(3, old) + AudioBytes());
-    m_pass.v2.Title = m_pass.v2.Artist = m_pass.v2.Album = m_pass.v2.Year = m_pass.v2.Comment =
-        m_pass.v2.Lyrics = "";
+    m_pass.id3v2.Title = m_pass.id3v2.Artist = m_pass.id3v2.Album = m_pass.id3v2.Year =
+        m_pass.id3v2.Comment = m_pass.id3v2.Lyrics = "";
     EXPECT_TRUE(Save(false, true));
     // The comment's data stays as loose bytes.
     ExpectSong(Tag(3, GenreAndTrack() + Z("eng\0Words") + rest) + AudioBytes());
@@ -162,8 +162,8 @@ TEST_F(SaveTag, AClearedFieldThatHadNoFrameIsAChange)
 {
     const std::string bytes = Tag(3, GenreAndTrack()) + AudioBytes();
     Song(bytes);
-    m_pass.v2.Genre = m_old.v2.Genre = "-1";
-    m_old.v2.Title = "only in the record";
+    m_pass.id3v2.Genre = m_old.id3v2.Genre = "-1";
+    m_old.id3v2.Title = "only in the record";
     EXPECT_TRUE(Save(false, true));
     ExpectSong(bytes);
 }
@@ -172,10 +172,10 @@ TEST_F(SaveTag, AChangedComment)
 {
     const std::string old = Frame3("COMM", Z("eng\0old"));
     Song(Tag(3, old) + AudioBytes());
-    m_pass.v2.Comment = "new";
+    m_pass.id3v2.Comment = "new";
     EXPECT_TRUE(Save(false, true));
     ExpectSong(Tag(3, Frame3("COMM", Z("eng\0new")) + GenreAndTrack() + old) + AudioBytes());
-    EXPECT_EQ(ReadPass(m_path).v2.Comment, "new");
+    EXPECT_EQ(ReadSongInfo(m_path).id3v2.Comment, "new");
 }
 
 // A genre that was read is a number in text form, which is not in the table; and "255" is the text
@@ -183,11 +183,11 @@ TEST_F(SaveTag, AChangedComment)
 TEST_F(SaveTag, AGenreAsItWasRead)
 {
     Song(Tag(3, Frame3("TCON", "(17)Rock") + Frame3("TRCK", "0")) + AudioBytes());
-    EXPECT_EQ(m_pass.v2.Genre, "17");
+    EXPECT_EQ(m_pass.id3v2.Genre, "17");
     EXPECT_TRUE(Save(false, true));
     ExpectSong(Tag(3, GenreAndTrack("(255)Rock")) + AudioBytes());
-    m_pass = m_old = ReadPass(m_path);
-    EXPECT_EQ(m_pass.v2.Genre, "255");
+    m_pass = m_old = ReadSongInfo(m_path);
+    EXPECT_EQ(m_pass.id3v2.Genre, "255");
     EXPECT_TRUE(Save(false, true));
     ExpectSong(Tag(3, GenreAndTrack("(0)")) + AudioBytes());
 }
@@ -195,7 +195,7 @@ TEST_F(SaveTag, AGenreAsItWasRead)
 TEST_F(SaveTag, ClearedGenreIsWrittenAllTheSame)
 {
     Song(Tag(3, Frame3("TCON", "Pop") + Frame3("TRCK", "0")) + AudioBytes());
-    m_pass.v2.Genre = "";
+    m_pass.id3v2.Genre = "";
     EXPECT_TRUE(Save(false, true));
     ExpectSong(Tag(3, GenreAndTrack()) + AudioBytes());
 }
@@ -205,7 +205,7 @@ TEST_F(SaveTag, AClearedGenreTakesTwoFramesAlong)
 {
     const std::string pop = Frame3("TCON", "Pop");
     Song(Tag(3, pop + pop + pop) + AudioBytes());
-    m_pass.v2.Genre = "";
+    m_pass.id3v2.Genre = "";
     EXPECT_TRUE(Save(false, true));
     ExpectSong(Tag(3, GenreAndTrack() + pop) + AudioBytes());
 }
@@ -215,13 +215,13 @@ TEST_F(SaveTag, AnID3v1TagThatWasPassedOverIsReplaced)
 {
     const std::string start = Tag(3, Frame3("TIT2", "Title") + GenreAndTrack()) + AudioBytes();
     Song(start + Tag1("One", "", "", "", "", 3, 17));
-    m_old.v2.Genre = m_pass.v2.Genre = "-1";
-    ReadPass(m_path, true);
-    m_pass.v1.Title = "Two";
+    m_old.id3v2.Genre = m_pass.id3v2.Genre = "-1";
+    ReadSongInfo(m_path, true);
+    m_pass.id3v1.Title = "Two";
     EXPECT_TRUE(Save(true, true));
     ExpectSong(start + Tag1("Two", "", "", "", "", 3, 17));
-    ReadPass(m_path, true);
-    m_pass.v2.Genre = "-1";
+    ReadSongInfo(m_path, true);
+    m_pass.id3v2.Genre = "-1";
     EXPECT_FALSE(Save(true, true)); // which it has already
 }
 
@@ -229,9 +229,9 @@ TEST_F(SaveTag, Version2BodyUnderAVersion3Header)
 {
     const std::string body = Z("TT2\0\0\x06\0Title") + std::string(20, '\0');
     Song(Tag(2, body) + AudioBytes());
-    m_pass.v2 = {};
-    m_old.v2 = {};
-    m_pass.v2.Title = "New";
+    m_pass.id3v2 = {};
+    m_old.id3v2 = {};
+    m_pass.id3v2.Title = "New";
     EXPECT_TRUE(Save(false, true));
     ExpectSong(Tag(3, Frame3("TIT2", "New") + GenreAndTrack() + body) + AudioBytes());
 }
@@ -245,7 +245,7 @@ TEST_F(SaveTag, ATagThatClaimsTooMuchStaysAsAudio)
     const auto before = openFiles();
     Song(bytes);
     EXPECT_EQ(openFiles(), before + 1);
-    m_pass.v2.Title = "New";
+    m_pass.id3v2.Title = "New";
     EXPECT_TRUE(Save(false, true));
     EXPECT_EQ(openFiles(), before);
     ExpectSong(Tag(3, Frame3("TIT2", "New") + GenreAndTrack()) +
@@ -259,7 +259,7 @@ TEST_F(SaveTag, FilesTooShortForTheWayAreLeft)
          {std::string(), std::string("short"), whole.substr(0, 20), whole.substr(0, 17)}) {
         SCOPED_TRACE(bytes.size());
         Song(bytes);
-        m_pass.v2.Title = "New";
+        m_pass.id3v2.Title = "New";
         Save(false, true);
         EXPECT_EQ(m_desk.boxes,
                   std::vector<std::string>{m_path + ": Invalid procedure call or argument"});
@@ -272,12 +272,12 @@ TEST_F(SaveTag, LargeTags)
 {
     const std::string picture = Frame3("APIC", std::string(20 << 20, 'p'));
     Song(Tag(3, Frame3("TIT2", "Old") + picture + std::string(1000, '\0')) + AudioBytes(300'000));
-    m_pass.v2.Title = std::string(10'000, 't');
-    m_pass.v2.Lyrics = std::string(1 << 20, 'l');
+    m_pass.id3v2.Title = std::string(10'000, 't');
+    m_pass.id3v2.Lyrics = std::string(1 << 20, 'l');
     EXPECT_TRUE(Save(false, true));
-    ExpectSong(Tag(3, Frame3("TIT2", m_pass.v2.Title) + Frame3("TCON", "(255)") +
-                          Frame3("USLT", Z("\0\0\0\0") + m_pass.v2.Lyrics) + Frame3("TRCK", "0") +
-                          picture + std::string(1000, '\0')) +
+    ExpectSong(Tag(3, Frame3("TIT2", m_pass.id3v2.Title) + Frame3("TCON", "(255)") +
+                          Frame3("USLT", Z("\0\0\0\0") + m_pass.id3v2.Lyrics) +
+                          Frame3("TRCK", "0") + picture + std::string(1000, '\0')) +
                AudioBytes(300'000));
 }
 

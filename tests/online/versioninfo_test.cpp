@@ -190,7 +190,7 @@ TEST_F(VersionInfo, WithoutABaseTheFrameCannotBeUsed)
     EXPECT_FALSE(check.frmWhatsNew.Enabled());
 }
 
-TEST_F(VersionInfo, NoConnectionIsSaidInTheWindowAlone)
+TEST_F(VersionInfo, NoConnectionIsShownOnlyInTheWindow)
 {
     Check check;
     check.CheckAppsVersions();

@@ -99,7 +99,7 @@ TEST_F(Machine, TheTypeFollowsFileSystemAndDevice)
     EXPECT_EQ(drives.TypeOf(root + "/stick/inner"), DriveType::NoRoot);
 }
 
-TEST_F(Machine, TheLabelComesFromTheDevice)
+TEST_F(Machine, TheLabelIsThatOfTheDevice)
 {
     MountDrives drives(places);
     EXPECT_EQ(drives.LabelOf(root + "/stick"), "MY STICK");
@@ -145,7 +145,7 @@ TEST_F(Machine, TheLastMountOnAPointCounts)
     EXPECT_EQ(drives.TypeOf(root + "/disk"), DriveType::Remote);
 }
 
-TEST(MountDrives, AMachineThatTellsNothingIsUnknown)
+TEST(MountDrives, AMachineWithoutInformationIsUnknown)
 {
     MountDrives drives({"/nonexistent/a", "/nonexistent/b", "/nonexistent/c"});
     EXPECT_EQ(drives.DriveOf("/tmp/a"), "/");

@@ -11,7 +11,7 @@
 namespace
 {
 
-TEST(EndRequest, ComesAtTheNextCheck)
+TEST(EndRequest, IsThrownAtTheNextCheck)
 {
     EXPECT_NO_THROW(platform::CheckEndRequest());
     platform::RequestEnd(SIGTERM);

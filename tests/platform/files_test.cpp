@@ -113,7 +113,7 @@ TEST(Appender, BeginsAfreshAndMakesADeletedFileAgain)
     EXPECT_FALSE(none.Append("x"));
 }
 
-TEST(MakeFolders, MakesTheWholePath)
+TEST(MakeFolders, MakesAllFoldersOfThePath)
 {
     const tests::TestFolder folder;
     EXPECT_TRUE(MakeFolders(folder / "a/b/c"));

@@ -69,7 +69,7 @@ TEST(IniDocument, KeepsWhatItDoesNotKnow)
     EXPECT_EQ(document.Text(), "; mine\n\n[A]\nx=3\n# note\nnonsense\nz=4\n\n[B]\n[C]\nn=5\n");
 }
 
-TEST(IniDocument, KeepsAByteOrderMarkAndReadsBehindIt)
+TEST(IniDocument, KeepsAByteOrderMarkAndReadsTheTextAfterIt)
 {
     IniDocument document("\xEF\xBB\xBF[A]\r\nx=1\r\n");
     EXPECT_EQ(document.Find("A", "x"), "1");

@@ -339,7 +339,7 @@ TEST_F(ReadAhead, OnlySoManyFilesAreHeld)
     AwaitEqual(held->closes, held->opens);
 }
 
-TEST_F(ReadAhead, NobodyWaitsForAHelperAtAnEnd)
+TEST_F(ReadAhead, TheEndDoesNotWaitForAHelper)
 {
     const std::string path = File("a", 500);
     held->Hold(kNever);

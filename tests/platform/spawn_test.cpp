@@ -30,7 +30,7 @@ TEST(FindProgram, LooksOnThePath)
     EXPECT_EQ(FindProgram("/tmp"), "");
 }
 
-TEST(RunQuietly, TellsHowItEnded)
+TEST(RunQuietly, ReportsHowItEnded)
 {
     EXPECT_TRUE(RunQuietly({"true"}, 5000));
     EXPECT_FALSE(RunQuietly({"false"}, 5000));
@@ -104,7 +104,7 @@ private:
     std::string m_path;
 };
 
-TEST_F(OpenerTest, HandsTheAddressOverByteForByte)
+TEST_F(OpenerTest, PassesTheAddressByteForByte)
 {
     Opener("printf '%s' \"$1\" >out\nprintf '%s' $# >count\n");
     const std::string address = "mailto:a@b.example?Subject=x&Body=50% \"a\"\n?&%0A$(id) \xFF";
@@ -126,7 +126,7 @@ TEST_F(OpenerTest, CutsWhatNoProgramCanBeGiven)
     EXPECT_EQ(out.substr(out.size() - 2), "ñ");
 }
 
-TEST_F(OpenerTest, TellsARefusalAndDoesNotWaitForTheRest)
+TEST_F(OpenerTest, ReportsARefusalAndDoesNotWaitForTheRest)
 {
     Opener("exit 3\n");
     EXPECT_FALSE(OpenWithDesktop("mailto:x", ""));

@@ -45,7 +45,7 @@ TEST_F(Clock, ALocaleThatIsNotInstalledHasTheNeutralForm)
     EXPECT_EQ(clock.DateText({2026, 1, 2, 3, 4, 5}), "2026-01-02");
 }
 
-TEST_F(Clock, TellsTheSameTimeAsTheCLibrary)
+TEST_F(Clock, ReturnsTheSameTimeAsTheCLibrary)
 {
     SystemClock clock;
     const std::time_t before = std::time(nullptr);

@@ -79,7 +79,7 @@ TEST_F(SystemFoldersTest, ListsFoldersWithTheirFirstFolderAndFiles)
     EXPECT_EQ(contents.files, std::vector<std::string>{"song.mp3"});
 }
 
-TEST_F(SystemFoldersTest, TellsWhyAFolderCannotBeListed)
+TEST_F(SystemFoldersTest, ReportsWhyAFolderCannotBeListed)
 {
     std::string first = "before";
     EXPECT_EQ(List(folders, folder / "absent").answer, FolderAnswer::Missing);

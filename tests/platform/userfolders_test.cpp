@@ -59,7 +59,7 @@ TEST_F(UserFolders, FollowTheEnvironment)
     EXPECT_TRUE(ConfigHome().starts_with('/')); // from the list of users
 }
 
-TEST_F(UserFolders, TheLocaleIsTheFirstThatSaysSomething)
+TEST_F(UserFolders, TheLocaleIsTheFirstVariableThatIsSet)
 {
     Set("LC_ALL", "");
     Set("LC_CTYPE", "cs_CZ.UTF-8");

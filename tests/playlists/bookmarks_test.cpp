@@ -78,7 +78,7 @@ TEST_F(Bookmarks, GenresByTheirNumbers)
                        "a3/m/Pop.mp3|");
 }
 
-TEST_F(Bookmarks, ProgressGoesThroughEachFieldsValues)
+TEST_F(Bookmarks, ProgressCountsEachFieldsValues)
 {
     Add({"One", "Abba", "", "", "", "", "/m/1.mp3"});
     Add({"Two", "Abba", "", "", "", "", "/m/2.mp3"});
@@ -158,7 +158,7 @@ private:
     platform::Files *m_before;
 };
 
-TEST_F(Bookmarks, WholeOrAsItWas)
+TEST_F(Bookmarks, CompleteOrUnchanged)
 {
     Add({"One", "", "", "", "", "", "/m/1.mp3"});
     browser::MainForm &form = Loaded();
@@ -205,7 +205,7 @@ TEST_F(Bookmarks, ASecondOneDuringTheFirstDoesNothing)
 TEST_F(Bookmarks, AFailedStatementIsAnErrorAndLeavesNothing)
 {
     browser::MainForm &form = Loaded();
-    std::filesystem::rename(folder / "MP3s.mdb", folder / "gone.mdb");
+    std::filesystem::rename(folder / "app/MP3s.mdb", folder / "gone.mdb");
     catalogue::CloseCatalogue();
     EXPECT_THROW(ExportBookmarksTo(form, file), runtime::RuntimeError);
     EXPECT_EQ(FilesInFolder(folder / "bookmarks"), 0u);

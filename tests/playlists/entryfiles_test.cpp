@@ -118,7 +118,7 @@ TEST_F(Finder, AnEarlierPlaceAsWrittenBeatsALaterOne)
     EXPECT_FALSE(finder.Find({}).has_value());
 }
 
-TEST(EntrySearch, HandsOutEveryEntryInOrder)
+TEST(EntrySearch, ReturnsEveryEntryInOrder)
 {
     const tests::TestFolder folder;
     tests::WriteFile(folder / "a.mp3", "song");
@@ -141,7 +141,7 @@ TEST(EntrySearch, HandsOutEveryEntryInOrder)
     EXPECT_TRUE(search.Take().empty());
 }
 
-TEST(EntrySearch, GoesWithoutWaiting)
+TEST(EntrySearch, EndsWithoutWaiting)
 {
     for (int i = 0; i < 50; ++i) {
         const playlists::EntrySearch search(std::vector<Texts>(1000, Texts{"/nowhere/at/all.mp3"}));

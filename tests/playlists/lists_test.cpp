@@ -141,7 +141,7 @@ TEST_F(Lists, TheBoxesHaveTheirTexts)
         ASSERT_TRUE(playlists::RemovePlayList(form, "x"));
     }
     EXPECT_EQ(user.opened,
-              "Select the PlayList file|WinAmp PlayList (*.m3u)|*.m3u|" + folder.Path());
+              "Select the PlayList file|WinAmp PlayList (*.m3u)|*.m3u|" + shell::GetAppPath());
 }
 
 TEST_F(Lists, CancelInTheFileDialogLeavesNoTrace)
@@ -215,7 +215,7 @@ TEST_F(Lists, TheEndOfTheProgramLeavesTheQuestion)
     EXPECT_EQ(Keys("ByList"), "");
 }
 
-TEST_F(Lists, ATakenNameIsToldAndAskedAgainBeforeTheStatement)
+TEST_F(Lists, ATakenNameIsReportedAndAskedAgainBeforeTheStatement)
 {
     tests::ScriptedDesktop user;
     Store("mine", "/first.m3u");
@@ -229,11 +229,11 @@ TEST_F(Lists, ATakenNameIsToldAndAskedAgainBeforeTheStatement)
     EXPECT_EQ(Text("&Mine"), "Mine");
 }
 
-TEST_F(Lists, ARefusedStatementIsToldAndAddsNoNode)
+TEST_F(Lists, ARefusedStatementIsReportedAndAddsNoNode)
 {
     tests::ScriptedDesktop user;
     MainForm &form = WithTree();
-    std::filesystem::rename(folder / "MP3s.mdb", folder / "gone.mdb");
+    std::filesystem::rename(folder / "app/MP3s.mdb", folder / "gone.mdb");
     catalogue::CloseCatalogue();
     user.ExpectOpen("", list);
     user.ExpectInput("", "mine");
@@ -329,7 +329,7 @@ TEST_F(Lists, AnEntryThatIsNoMP3LeavesTheListEmpty)
     EXPECT_TRUE(desktop.boxes.empty());
 }
 
-TEST_F(Lists, AListThatCannotBeReadIsToldOnceAndNothingElse)
+TEST_F(Lists, AListThatCannotBeReadIsReportedOnceAndNothingElse)
 {
     Add({"One", "Abba", "", "", "", "", "/m/one.mp3"});
     Store("mine", folder / "gone.m3u");
@@ -338,12 +338,12 @@ TEST_F(Lists, AListThatCannotBeReadIsToldOnceAndNothingElse)
     tests::WriteFile(folder / "nuls.m3u", std::string(10, '\0'));
     MainForm &form = WithTree();
     form.TV.ClickText(form.TV.Find("#ABBA"));
-    const std::string before = Rows();
+    const std::string before = ShownRows();
     for (const char *key : {"&mine", "&folder", "&nuls"}) {
         desktop.boxes.clear();
         Click(key);
         EXPECT_EQ(desktop.boxes, Texts{"The playlist is not ready"});
-        EXPECT_EQ(Rows(), before);
+        EXPECT_EQ(ShownRows(), before);
         EXPECT_EQ(desktop.pointers.back(), Pointer::Normal);
         EXPECT_EQ(form.ImgIcon.Image(), "MP3");
     }
@@ -391,7 +391,7 @@ TEST_F(Lists, RowsLearnFromTheDiskWhereTheirFilesAre)
     EXPECT_EQ(form.LV.DimmedTip(), "The file is not there.");
 }
 
-TEST_F(Lists, WhatTheDiskSaysOfAnOlderListIsDropped)
+TEST_F(Lists, ResultsForAnOlderListAreDropped)
 {
     Add({"One", "Abba", "", "", "", "", "/m/one.mp3"});
     MainForm &form = Opened("#EXTM3U\r\ngone.mp3\r\n");
@@ -422,7 +422,7 @@ TEST_F(Lists, ANewerClickWhileTheListIsReadHasTheLastWord)
     };
     form.TV.MoveTo(form.TV.Find("&mine"));
     EXPECT_TRUE(clicked);
-    EXPECT_EQ(Rows(), "/0:One ");
+    EXPECT_EQ(ShownRows(), "/0:One ");
     EXPECT_EQ(form.WEPath.Caption(), "MP3/By Artist/Abba");
 }
 

@@ -4,6 +4,8 @@
 #include "tests/browser/formfixture.h"
 #include "tests/support/fakeforms.h"
 
+#include <filesystem>
+
 namespace
 {
 
@@ -87,7 +89,7 @@ TEST_F(ListsWindow, WhatTheCatalogueRefusesStays)
 {
     AddPlayList("mine");
     Shown([this](ListsForm &window) {
-        std::filesystem::rename(folder / "MP3s.mdb", folder / "gone.mdb");
+        std::filesystem::rename(folder / "app/MP3s.mdb", folder / "gone.mdb");
         catalogue::CloseCatalogue();
         window.cmdRemove.Click();
         EXPECT_EQ(desktop.boxes.size(), 1u);

@@ -244,7 +244,7 @@ TEST(ReadM3UFile, WhatIsNoListIsEmptyAtOnce)
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(8));
 }
 
-TEST(ReadM3UFile, ReadsTheLargestListWhole)
+TEST(ReadM3UFile, ReadsTheLargestListCompletely)
 {
     const tests::TestFolder folder;
     std::string bytes = "#EXTM3U\r\n";

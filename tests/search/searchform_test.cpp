@@ -171,7 +171,7 @@ TEST_F(Search, WordsThatLookLikeSyntaxAreData)
     EXPECT_TRUE(desktop.boxes.empty());
 }
 
-TEST_F(Search, ARefusedStatementIsTold)
+TEST_F(Search, ARefusedStatementIsReported)
 {
     SearchForm &form = WithSongs();
     form.options.cmdAll[1].Click();
@@ -322,7 +322,7 @@ TEST_F(Search, MouseDownWithTheLeftButton)
     EXPECT_EQ(clock.steadyMs, before);
 }
 
-TEST_F(Search, AClickWithCtrlIsHeldUntilHalfASecondAfterTheNearestWholeOne)
+TEST_F(Search, AClickWithCtrlWaitsUntilHalfASecondAfterTheNearestWholeOne)
 {
     struct MovingClock : tests::FakeClock {
         double SecondsOfDay() override
@@ -385,7 +385,7 @@ TEST_F(Search, ARightClickOpensThePopupForTheSelectedRow)
 
 // --- The pane.
 
-TEST_F(Search, ThePaneClosesAndComesBack)
+TEST_F(Search, ThePaneClosesAndOpensAgain)
 {
     SearchForm &form = Shown();
     form.PaneWidth = 4000;

@@ -54,7 +54,7 @@ TEST(SplitArguments, Table)
     }
 }
 
-TEST_F(Batch, TellsOneAddedFile)
+TEST_F(Batch, ReportsOneAddedFile)
 {
     AddSong("a.mp3");
     EXPECT_TRUE(RunBatch({Song("a.mp3")}));
@@ -62,7 +62,7 @@ TEST_F(Batch, TellsOneAddedFile)
               kDateLine + "  This MP3 was added correctly:\r\r" + Line("a.mp3") + "\r\r\n");
 }
 
-TEST_F(Batch, TellsAllOutcomesInTheirOrder)
+TEST_F(Batch, ReportsAllOutcomesInTheirOrder)
 {
     for (const char *name : {"old1.mp3", "old2.mp3", "new1.mp3", "new2.mp3"})
         AddSong(name);
@@ -213,7 +213,7 @@ TEST_F(Batch, AnyFileIsTakenWhateverItsName)
     EXPECT_EQ(Rows().size(), 1u);
 }
 
-TEST_F(Batch, EndThatASignalAsksForComesBehindTheFileAtHandAndTheSummary)
+TEST_F(Batch, ASignalEndsTheBatchAfterTheCurrentFileAndTheSummary)
 {
     AddSong("a.mp3");
     AddSong("b.mp3");

@@ -50,7 +50,7 @@ TEST(EmailBugReport, MailsTheClipboard)
     EXPECT_EQ(desktop.clipboard, "one\rtwo");
 }
 
-TEST(EmailBugReport, WithoutAMailProgramTheStatusLineTells)
+TEST(EmailBugReport, WithoutAMailProgramTheStatusLineSaysSo)
 {
     NoOpener desktop;
     std::vector<std::string> lines;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 namespace
 {
 
@@ -220,7 +221,7 @@ TEST_F(PreferencesTest, ApplyThenOkRebuildsNothingMore)
     EXPECT_EQ(unloads, 1);
 }
 
-TEST_F(PreferencesTest, AFieldTurnedOffGoesAtOnceAndOnAgainComesLast)
+TEST_F(PreferencesTest, AFieldTurnedOffIsRemovedAtOnceAndOnAgainIsLast)
 {
     Store(folder / "music");
     browser::LoadTreeView(Form(), "");

@@ -5,19 +5,18 @@
 #include "catalogue/regeneration.h"
 #include "catalogue/regeneration/walker.h"
 #include "platform/folders.h"
-#include "platform/posix/systemfolders.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
 #include "shell/preferences/preferences.h"
 #include "shell/settings.h"
 #include "tests/browser/formfixture.h"
 #include "tests/support/mp3bytes.h"
+#include "tests/support/slowfolders.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <set>
 
 namespace tests
 {
@@ -25,15 +24,11 @@ namespace tests
 using Texts = std::vector<std::string>;
 
 // The real folders, with user folders of the test and disks that do not answer.
-class UserFolders : public platform::posix::SystemFolders
+class UserFolders : public SlowFolders
 {
 public:
-    UserFolders() : m_before(CurrentFolder()) { platform::TheMachine().folders = this; }
-    ~UserFolders() override
-    {
-        SystemFolders::SetCurrentFolder(m_before);
-        platform::TheMachine().folders = nullptr;
-    }
+    UserFolders() : m_before(CurrentFolder()) {}
+    ~UserFolders() override { SystemFolders::SetCurrentFolder(m_before); }
     UserFolders(const UserFolders &) = delete;
     UserFolders &operator=(const UserFolders &) = delete;
 
@@ -41,27 +36,8 @@ public:
     {
         return purpose == "MUSIC" ? music : std::string();
     }
-    platform::FolderContents List(const std::string &path, const std::vector<std::string> &leaveOut,
-                                  const KeepWaiting &keepWaiting) override
-    {
-        if (!silent.contains(path))
-            return SystemFolders::List(path, leaveOut, keepWaiting);
-        while (keepWaiting())
-            platform::TheMachine().clock->Sleep(20);
-        return {};
-    }
-    platform::FolderAnswer Look(const std::string &path, const std::vector<std::string> &leaveOut,
-                                const KeepWaiting &keepWaiting, std::string &firstFolder) override
-    {
-        if (!silent.contains(path))
-            return SystemFolders::Look(path, leaveOut, keepWaiting, firstFolder);
-        while (keepWaiting())
-            platform::TheMachine().clock->Sleep(20);
-        return platform::FolderAnswer::NoAnswer;
-    }
 
     std::string music;
-    std::set<std::string> silent;
 
 private:
     std::string m_before;

@@ -80,7 +80,7 @@ TEST(Settings, AnyNumberButZeroIsTrue)
 }
 
 // The default counts, and the user learns once which line of which file it is.
-TEST(Settings, ATextThatIsNoNumberIsToldOnce)
+TEST(Settings, ATextThatIsNoNumberIsReportedOnce)
 {
     struct InAFile : tests::MemorySettings {
         std::string FilePath(std::string_view title) override

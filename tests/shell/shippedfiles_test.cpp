@@ -58,7 +58,7 @@ TEST_F(FirstStart, WhatIsMissingLaterIsMissing)
     EXPECT_FALSE(fs::exists(Home("MP3s.mdb")));
 }
 
-TEST_F(FirstStart, AnInterruptedOneGoesOn)
+TEST_F(FirstStart, AnInterruptedOneIsContinued)
 {
     fs::rename(folder / "share", folder / "away");
     EXPECT_THROW(Fill(), runtime::RuntimeError);
@@ -67,7 +67,7 @@ TEST_F(FirstStart, AnInterruptedOneGoesOn)
     EXPECT_EQ(tests::ReadFile(Home("MP3s.mdb")), "shipped catalogue");
 }
 
-TEST_F(FirstStart, AFolderThatCannotBeMadeIsTold)
+TEST_F(FirstStart, AFolderThatCannotBeMadeIsReported)
 {
     tests::WriteFile(folder / "data", "a file");
     EXPECT_THROW(Fill(), runtime::RuntimeError);
@@ -144,7 +144,7 @@ TEST_F(TornFiles, NeverTheCatalogue)
     EXPECT_EQ(tests::ReadFile(Home("MP3s.mdb")), "");
 }
 
-TEST_F(TornFiles, AnInstallationThatIsGoneHasNothingToGive)
+TEST_F(TornFiles, ARemovedInstallationHasNothingToCopy)
 {
     tests::WriteFile(Home("Español.qlt"), "");
     fs::remove_all(folder / "share");
@@ -204,7 +204,7 @@ protected:
     }
 };
 
-TEST_F(Upgrade, ACopyThatNobodyChangedIsReplaced)
+TEST_F(Upgrade, AnUnchangedCopyIsReplaced)
 {
     Ship("Español.qlt", "language of version 2");
     Start();

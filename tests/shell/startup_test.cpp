@@ -105,7 +105,7 @@ protected:
     Steps steps;
 };
 
-TEST_F(StartUp, GoesInItsOrder)
+TEST_F(StartUp, RunsItsStepsInOrder)
 {
     tests::WriteFile(folder / "app/Deutsch.qlt", "");
     EXPECT_EQ(Main({}, windows), std::nullopt);
@@ -117,7 +117,7 @@ TEST_F(StartUp, GoesInItsOrder)
     EXPECT_EQ(TheGlobals().HelpFilePath, folder / "app/Brandolet.hlp");
 }
 
-TEST_F(StartUp, LetsEventsRunUnderTheHourglassAndOnceItIsGone)
+TEST_F(StartUp, LetsEventsRunWithTheHourglassAndAfterIt)
 {
     desktop.doEvents = [this] {
         if (steps.size() > 1) // the catalogue's check yields before
@@ -183,7 +183,7 @@ TEST_F(StartUp, RegeneratesWhenTheSettingAsksForIt)
     EXPECT_EQ(steps[3], "ListRefresh"); // between the splash and the sizing, without a bar
 }
 
-TEST_F(StartUp, ARegenerationThatFailsIsToldAndTheWindowComesUp)
+TEST_F(StartUp, ARegenerationThatFailsIsReportedAndTheWindowOpens)
 {
     store.values["Quenlin/Preferences/RefreshAtStartUp"] = "1";
     windows.ListRefresh = [](bool) { throw runtime::RuntimeError(runtime::kPathNotFound); };
@@ -213,7 +213,7 @@ TEST_F(StartUp, ALanguageFileIsFoundInAnyLetterCase)
     }
 }
 
-TEST_F(StartUp, ASettingThatIsNoNumberIsToldAndTheStartGoesOn)
+TEST_F(StartUp, ASettingThatIsNoNumberIsReportedAndTheStartContinues)
 {
     ForgetToldSettings();
     store.values["Quenlin/Preferences/WebStyle"] = "abc";
@@ -263,7 +263,7 @@ TEST_F(StartUp, ACatalogueWithoutTheTableIsTooOld)
     ExpectRefused(kTooOld);
 }
 
-TEST_F(StartUp, WhatIsNoWholeCatalogueIsDamagedAndStaysAsItIs)
+TEST_F(StartUp, AnIncompleteCatalogueIsDamagedAndNotChanged)
 {
     const std::string whole = tests::ReadFile(Catalogue());
     std::string wiped = whole;

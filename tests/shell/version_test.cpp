@@ -21,7 +21,7 @@ TEST(IsVersionGreater, LooksAtEachNumberByItself)
         EXPECT_EQ(IsVersionGreater(RequiredDBVersion, c.catalogue), c.refused) << c.catalogue;
 }
 
-TEST(ParseVersion, TellsWhatIsNoVersion)
+TEST(ParseVersion, ReportsATextThatIsNoVersion)
 {
     const struct {
         std::string_view text;

@@ -27,6 +27,11 @@ LibraryFixture::LibraryFixture() : m_music(folder / "music"), m_appPathBefore(sh
     metadata::ResetMP3Info();
     catalogue::Dirs().Clear();
     catalogue::TheRegenerationControls() = {};
+    OpenCatalogue();
+}
+
+void LibraryFixture::OpenCatalogue() const
+{
     catalogue::DataAccess = std::make_unique<catalogue::ADOclass>();
     catalogue::DataAccess->DirBase = folder / "app/";
     catalogue::DataAccess->DataBaseName = "MP3s";

@@ -21,6 +21,9 @@ protected:
     LibraryFixture();
     ~LibraryFixture() override;
 
+    // Opens the catalogue again, as a new start of the program does.
+    void OpenCatalogue() const;
+
     // The music folder; Song gives a path in it.
     const std::string &Music() const { return m_music; }
     std::string Song(const std::string &name) const { return m_music + "/" + name; }

@@ -1,7 +1,5 @@
 #include "tests/support/mp3bytes.h"
 
-#include "metadata/mp3info.h"
-
 namespace tests
 {
 
@@ -91,13 +89,6 @@ std::string Tag1(std::string_view title, std::string_view artist, std::string_vi
 std::string Header128()
 {
     return "\xFF\xFB\x90\x64";
-}
-
-Pass ReadPass(const std::string &path, bool preferID3v2)
-{
-    Pass pass;
-    metadata::GetMP3Info(path, pass.v1, pass.v2, pass.header, pass.hasV1, pass.hasV2, preferID3v2);
-    return pass;
 }
 
 } // namespace tests

@@ -1,7 +1,5 @@
-// tests/support/mp3bytes.h - makes the bytes of small MP3 files, and reads one into a struct.
+// tests/support/mp3bytes.h - makes the bytes of small MP3 files.
 #pragma once
-
-#include "metadata/records.h"
 
 #include <string>
 #include <string_view>
@@ -54,16 +52,5 @@ std::string Tag1(std::string_view title, std::string_view artist, std::string_vi
 
 // The four bytes of a 128 kbit/s, 44100 Hz, joint stereo header.
 std::string Header128();
-
-// The results of one pass over a file.
-struct Pass {
-    metadata::ID3v1Tag v1;
-    metadata::ID3v2Tag v2;
-    metadata::MPEGHeader header;
-    bool hasV1 = false, hasV2 = false;
-
-    bool operator==(const Pass &) const = default;
-};
-Pass ReadPass(const std::string &path, bool preferID3v2 = false);
 
 } // namespace tests

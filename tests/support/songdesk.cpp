@@ -11,10 +11,8 @@ namespace tests
 {
 
 SongDesk::SongDesk()
-    : m_desktopBefore(platform::TheMachine().desktop), m_clockBefore(platform::TheMachine().clock),
-      m_appPathBefore(shell::GetAppPath())
+    : m_clockBefore(platform::TheMachine().clock), m_appPathBefore(shell::GetAppPath())
 {
-    platform::TheMachine().desktop = this;
     platform::TheMachine().clock = this;
     secondsAtStart = 1000.25;
     shell::SetAppPath(program.Path());
@@ -26,7 +24,6 @@ SongDesk::SongDesk()
 
 SongDesk::~SongDesk()
 {
-    platform::TheMachine().desktop = m_desktopBefore;
     platform::TheMachine().clock = m_clockBefore;
     platform::TheMachine().files = &platform::SystemFiles();
     shell::SetAppPath(m_appPathBefore);
@@ -34,20 +31,6 @@ SongDesk::~SongDesk()
     shell::TheGlobals().UpdateDBAfterEditing = true;
     metadata::TheTagWriterHooks() = {};
     metadata::ResetMP3Info();
-}
-
-platform::Answer SongDesk::MessageBox(std::string_view text, platform::Buttons, std::string_view,
-                                      platform::BoxIcon)
-{
-    boxes.emplace_back(text);
-    return platform::Answer::Ok;
-}
-
-void SongDesk::DoEvents()
-{
-    ++yields;
-    if (onEvents)
-        onEvents();
 }
 
 } // namespace tests

@@ -2,7 +2,7 @@
 // settings. The destructor restores everything.
 #pragma once
 
-#include "tests/support/silentdesktop.h"
+#include "tests/support/recordingdesktop.h"
 #include "tests/support/testfolder.h"
 
 #include <functional>
@@ -13,7 +13,7 @@ namespace tests
 {
 
 // A desktop that records what it is asked, and a clock that only waits move on.
-class SongDesk : public SilentDesktop, public WaitedClock
+class SongDesk : public RecordingDesktop, public WaitedClock
 {
 public:
     SongDesk(); // makes a program folder; both settings off, no hooks
@@ -21,20 +21,10 @@ public:
     SongDesk(const SongDesk &) = delete;
     SongDesk &operator=(const SongDesk &) = delete;
 
-    platform::Answer MessageBox(std::string_view text, platform::Buttons, std::string_view,
-                                platform::BoxIcon) override;
-    void SetPointer(platform::Pointer pointer) override { pointers.push_back(pointer); }
-    void DoEvents() override;
-
-    std::vector<std::string> boxes;
-    std::vector<platform::Pointer> pointers;
-    std::function<void()> onEvents; // called at each yield
-    int yields = 0;
     TestFolder program; // the program's folder
     TestFolder music;
 
 private:
-    platform::Desktop *m_desktopBefore;
     platform::Clock *m_clockBefore;
     std::string m_appPathBefore;
 };

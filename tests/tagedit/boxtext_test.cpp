@@ -20,7 +20,7 @@ TEST(ShownText, EndsAtTheFirstNul)
 
 // Whatever bytes a field has: an unchanged box gives them back, and a character that is typed at
 // the end or the start and then deleted changes nothing except what followed a NUL.
-TEST(EditedField, EveryByteComesBack)
+TEST(EditedField, EveryByteIsKept)
 {
     std::string every;
     for (int byte = 1; byte < 256; ++byte)

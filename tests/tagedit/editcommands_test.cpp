@@ -156,7 +156,7 @@ TEST_F(EditCommands, ThePopupOfTheSearchWindowEditsItsRow)
     Form().searchList = nullptr;
 }
 
-TEST_F(EditCommands, AFileThatVanishedIsTold)
+TEST_F(EditCommands, AFileThatVanishedIsReported)
 {
     Catalogued("one.mp3", Tagged("One"));
     std::filesystem::remove(Song("one.mp3"));

@@ -25,7 +25,7 @@ TEST(GenreEntries, AreSortedWithTheEmptyOneFirst)
             << number;
 }
 
-TEST(FindNextEntry, StepsThroughALetterAndComesRound)
+TEST(FindNextEntry, StepsThroughALetterAndBeginsAgain)
 {
     const std::vector<std::string> entries = GenreEntries();
     std::vector<std::string> seen;

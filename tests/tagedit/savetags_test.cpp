@@ -169,7 +169,7 @@ TEST_F(SaveTags, ASongChangedSinceItWasReadIsLeftAndOffered)
 }
 
 // Its time of change is another, its tags are the same: nothing of anybody's is lost.
-TEST_F(SaveTags, AFileWrittenAnewWithTheSameTagsIsSaved)
+TEST_F(SaveTags, AFileRewrittenWithTheSameTagsIsSaved)
 {
     Open(Sound() + Tag1("Title", "", "", "", "", 1, 255));
     tests::WriteFile(m_path, Sound(5000) + Tag1("Title", "", "", "", "", 1, 255));
@@ -198,7 +198,7 @@ TEST_F(SaveTags, ASongChangedWhileItIsSavedIsLeftAndOffered)
     EXPECT_EQ(V1().txtTitle.Text(), "Theirs");
 }
 
-TEST_F(SaveTags, AFileThatIsGoneKeepsTheWindowOpen)
+TEST_F(SaveTags, AFileThatDoesNotExistKeepsTheWindowOpen)
 {
     Open(Sound() + Tag1("Title", "", "", "", "", 1, 255));
     std::filesystem::remove(m_path);
@@ -212,7 +212,7 @@ TEST_F(SaveTags, AFileThatIsGoneKeepsTheWindowOpen)
 
 // Each call of the files port that changes something fails once: the song is the complete old or
 // new one, and the window closes only after the new one was written.
-TEST_F(SaveTags, EveryFaultIsToldAndKeepsTheWindowOpen)
+TEST_F(SaveTags, EveryFaultIsReportedAndKeepsTheWindowOpen)
 {
     const std::string old = Sound() + Tag1("Title", "", "", "", "", 1, 255);
     const std::string wanted = Sound() + Tag1("Mine", "", "", "", "", 1, 255);
@@ -256,7 +256,7 @@ TEST_F(SaveTags, WhileItSavesItCannotBeStartedTwiceNorClosed)
     V1().txtTitle.SetText("Mine");
     EXPECT_TRUE(m_editor.mayClose());
     int seen = 0;
-    m_answers.onEvents = [&] {
+    m_answers.onYield = [&] {
         ++seen;
         EXPECT_TRUE(m_editor.saving);
         EXPECT_FALSE(m_editor.mayClose());
@@ -266,7 +266,7 @@ TEST_F(SaveTags, WhileItSavesItCannotBeStartedTwiceNorClosed)
         EXPECT_FALSE(cmdOk_Click(m_editor));
     };
     EXPECT_TRUE(cmdOk_Click(m_editor));
-    m_answers.onEvents = nullptr;
+    m_answers.onYield = nullptr;
     EXPECT_GT(seen, 2);
     EXPECT_TRUE(m_editor.mayClose());
     EXPECT_TRUE(ReadFile(m_path) == Sound() + Tag1("Mine", "", "", "", "", 1, 255));

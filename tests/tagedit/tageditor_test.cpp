@@ -193,7 +193,7 @@ TEST_F(TagEditorTest, CharactersThatNoTagHoldsAreNamed)
     EXPECT_TRUE(V2().cmbGenre.Marked());
 }
 
-TEST_F(TagEditorTest, AFileThatIsGoneIsToldAndChangesNothing)
+TEST_F(TagEditorTest, AFileThatDoesNotExistIsReportedAndChangesNothing)
 {
     Open(Sound() + Tag1("Title", "", "", "", "", 1, 17));
     m_editor.File = m_desk.music / "none.mp3";

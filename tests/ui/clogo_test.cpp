@@ -54,7 +54,7 @@ TEST(cLogo, PartsAreRoundedHalfToEven)
     EXPECT_EQ(logo.Plan().bands[2].colour, 0x000202U);
 }
 
-TEST(cLogo, IconAndCaptionStandAtTheBottom)
+TEST(cLogo, IconAndCaptionAreAtTheBottom)
 {
     ui::cLogo logo = Strip(24, 200);
     logo.hasImageList = true;
@@ -101,7 +101,7 @@ TEST(cLogo, PaintsOnlyWhenAskedAndOnlyOnASurface)
     EXPECT_EQ(painted, 1);
 }
 
-TEST(cLogo, APieceGoesBesideEachItem)
+TEST(cLogo, APieceIsBesideEachItem)
 {
     const ui::StripPiece piece = ui::PieceForItem(24 * 15 + 14, 2, 40, 22);
     EXPECT_EQ(piece.sourceX, 0);

@@ -24,7 +24,7 @@ TEST(Twips, FifteenToThePixel)
         EXPECT_EQ(ui::PixelsOfTwips(c.twips), c.pixels) << c.twips;
 }
 
-TEST(Area, TellsOnlyOfADifference)
+TEST(Area, NotifiesOnlyOfADifference)
 {
     ui::Area area({1, 2, 3, 4});
     int told = 0;
@@ -52,7 +52,7 @@ TEST(Label, GrowsWithItsText)
     EXPECT_EQ(label.Height(), 100);
 }
 
-TEST(Label, LogicMayChangeTheCaptionBeforeTheWidgetHears)
+TEST(Label, LogicMayChangeTheCaptionBeforeTheWidgetIsNotified)
 {
     ui::Label label;
     std::string seen;

@@ -7,6 +7,7 @@
 #include "runtime/text.h"
 #include "tests/support/fakeports.h"
 #include "tests/support/scripteddesktop.h"
+#include "tests/support/slowfolders.h"
 #include "tests/support/testfolder.h"
 #include "ui/cDirTree.h"
 
@@ -23,19 +24,14 @@ namespace tests
 using Texts = std::vector<std::string>;
 
 // The real folders of the test, with its own desktop folder, and disks that do not answer.
-class TestFolders : public platform::Folders
+class TestFolders : public SlowFolders
 {
 public:
-    explicit TestFolders(std::string desktopFolder) : desktop(std::move(desktopFolder))
+    explicit TestFolders(std::string desktopFolder)
+        : desktop(std::move(desktopFolder)), m_before(CurrentFolder())
     {
-        platform::TheMachine().folders = this;
-        m_before = m_real.CurrentFolder();
     }
-    ~TestFolders() override
-    {
-        m_real.SetCurrentFolder(m_before);
-        platform::TheMachine().folders = nullptr;
-    }
+    ~TestFolders() override { SetCurrentFolder(m_before); }
     TestFolders(const TestFolders &) = delete;
     TestFolders &operator=(const TestFolders &) = delete;
 
@@ -43,44 +39,24 @@ public:
                                   const KeepWaiting &keepWaiting) override
     {
         listed.push_back(path);
-        if (!silent.contains(path))
-            return m_real.List(path, leaveOut, keepWaiting);
-        WaitInVain(keepWaiting);
-        return {};
+        return SlowFolders::List(path, leaveOut, keepWaiting);
     }
     platform::FolderAnswer Look(const std::string &path, const std::vector<std::string> &leaveOut,
                                 const KeepWaiting &keepWaiting, std::string &firstFolder) override
     {
         looked.push_back(path);
-        if (!silent.contains(path))
-            return m_real.Look(path, leaveOut, keepWaiting, firstFolder);
-        WaitInVain(keepWaiting);
-        return platform::FolderAnswer::NoAnswer;
+        return SlowFolders::Look(path, leaveOut, keepWaiting, firstFolder);
     }
     std::string UserFolder(std::string_view purpose) override
     {
         return purpose == "DESKTOP" ? desktop : "";
     }
     std::vector<std::string> UserFolderPurposes() override { return {"DESKTOP", "MUSIC"}; }
-    std::string CurrentFolder() override { return m_real.CurrentFolder(); }
-    bool SetCurrentFolder(const std::string &path) override
-    {
-        return m_real.SetCurrentFolder(path);
-    }
-    int MakeFolder(const std::string &path) override { return m_real.MakeFolder(path); }
 
     std::string desktop;
-    std::set<std::string> silent; // their disks never answer
     Texts listed, looked;
 
 private:
-    static void WaitInVain(const KeepWaiting &keepWaiting)
-    {
-        while (keepWaiting())
-            platform::TheMachine().clock->Sleep(20);
-    }
-
-    platform::posix::SystemFolders m_real;
     std::string m_before;
 };
 

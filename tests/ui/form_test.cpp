@@ -40,7 +40,7 @@ int ErrorOf(const std::function<void()> &action)
     return 0;
 }
 
-TEST(Forms, LoadingGivesTheTextsOfTheTableThenTellsTheForm)
+TEST(Forms, LoadingSetsTheTextsOfTheTableThenCallsOnLoad)
 {
     tests::FakeForms host;
     SampleForm form;

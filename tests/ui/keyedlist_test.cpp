@@ -196,7 +196,7 @@ TEST(KeyedList, ManyEqualRowsKeepTheirOrderToo)
     }
 }
 
-TEST(KeyedList, StaysSortedWhenFilledAnew)
+TEST(KeyedList, StaysSortedWhenFilledAgain)
 {
     KeyedList list;
     list.SetSort(1, false);
@@ -237,7 +237,7 @@ TEST(KeyedList, MultipleSelectionAndFocus)
     EXPECT_THROW(list.IsSelected(3), runtime::RuntimeError);
 }
 
-TEST(KeyedList, AnUpdateTellsTheWidgetOnce)
+TEST(KeyedList, AnUpdateNotifiesTheWidgetOnce)
 {
     KeyedList list;
     std::string told;

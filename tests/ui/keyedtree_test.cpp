@@ -185,7 +185,7 @@ TEST(KeyedTree, TheTwoEventsOfOneClickHaveOneGesture)
     EXPECT_EQ(gestures[2], gestures[3]);
 }
 
-TEST(KeyedTree, AnUpdateTellsTheWidgetOnce)
+TEST(KeyedTree, AnUpdateNotifiesTheWidgetOnce)
 {
     Sample s;
     std::string told;

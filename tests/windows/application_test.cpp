@@ -37,7 +37,7 @@ private:
 
 using Told = std::vector<std::string>;
 
-TEST_F(ApplicationTest, EachKindIsToldAndTheProgramGoesOn)
+TEST_F(ApplicationTest, EachKindIsReportedAndTheProgramContinues)
 {
     int after = 0;
     QTimer::singleShot(0, [] { throw RuntimeError(runtime::kNonModalOverModal); });
@@ -49,7 +49,7 @@ TEST_F(ApplicationTest, EachKindIsToldAndTheProgramGoesOn)
                           "7 Out of memory", "51 odd"}));
 }
 
-TEST_F(ApplicationTest, ErrorThatComesAgainAndAgainIsToldOnceAtATime)
+TEST_F(ApplicationTest, AnErrorThatRepeatsIsReportedOnceAtATime)
 {
     // One timer waits in its own handler; the other one keeps failing meanwhile.
     QTimer failing, alsoFailing;

@@ -17,7 +17,7 @@ namespace
 using platform::Answer;
 using platform::Buttons;
 
-TEST(ScriptedDesktopTest, QuestionThatNobodyScriptedFails)
+TEST(ScriptedDesktopTest, AnUnscriptedQuestionFails)
 {
     EXPECT_NONFATAL_FAILURE(
         {
@@ -28,7 +28,7 @@ TEST(ScriptedDesktopTest, QuestionThatNobodyScriptedFails)
         "nobody scripted: Really?");
 }
 
-TEST(ScriptedDesktopTest, AnswerThatNobodyAskedForFails)
+TEST(ScriptedDesktopTest, AnUnusedAnswerFails)
 {
     EXPECT_NONFATAL_FAILURE(
         {

@@ -141,7 +141,7 @@ TEST_F(FileCommandsScaled, RenameByTheMenu)
 }
 
 // A file that cannot be renamed is reported in a box; song and row are unchanged.
-TEST_F(FileCommandsScaled, ANameThatIsTakenIsTold)
+TEST_F(FileCommandsScaled, ANameThatIsTakenIsReported)
 {
     ShowSongs({"one.mp3", "two.mp3"});
     auto &application = static_cast<platform::qt::Application &>(*qApp);
@@ -195,7 +195,7 @@ TEST_F(FileCommandsScaled, AddByTheMenuBuildsTheTree)
     EXPECT_EQ(browser::SelectedPath(Form().LV), Song("added.mp3"));
 }
 
-TEST_F(FileCommandsScaled, AddingASongWithoutTagsIsTold)
+TEST_F(FileCommandsScaled, AddingASongWithoutTagsIsReported)
 {
     ShowSongs({"one.mp3"});
     WriteFile(Song("bare.mp3"), Audio());

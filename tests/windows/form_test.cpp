@@ -209,7 +209,7 @@ TEST_F(FormScaled, AccessKeysAndTabsLeadThroughTheWindow)
     EXPECT_TRUE(WaitUntil([&] { return form.chkKeep.Checked(); }));
 }
 
-TEST_F(FormScaled, AScreenReaderHearsWords)
+TEST_F(FormScaled, AScreenReaderSpeaksWords)
 {
     QWidget &window = Shown();
     EXPECT_EQ(NamelessControls(window), std::vector<std::string>{});

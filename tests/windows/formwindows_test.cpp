@@ -88,7 +88,7 @@ TEST_F(FormScaled, AWindowMayEndInItsOwnHandler)
     EXPECT_TRUE(host.Forms().empty());
 }
 
-TEST_F(FormScaled, ThePlaceIsStoredByTheWindowAndComesBack)
+TEST_F(FormScaled, ThePlaceIsStoredAndUsedAgain)
 {
     form.resizable = form.remembersPlace = true;
     QWidget &window = Shown();
@@ -115,7 +115,7 @@ TEST_F(FormScaled, ThePlaceIsStoredByTheWindowAndComesBack)
     EXPECT_NO_THROW(Shown());
 }
 
-TEST_F(FormScaled, AHiddenWindowComesBackAsItWas)
+TEST_F(FormScaled, AHiddenWindowIsShownAgainUnchanged)
 {
     form.hidesOnClose = true;
     form.cancelButton = nullptr;

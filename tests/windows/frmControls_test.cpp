@@ -138,7 +138,7 @@ TEST_F(ControlsScaled, ADragSeeks)
     EXPECT_EQ(bar->value(), 0);
 }
 
-TEST_F(ControlsScaled, AThumbThatIsHeldStaysUnderTheHand)
+TEST_F(ControlsScaled, AThumbThatIsHeldDoesNotMove)
 {
     QWindow *top = window->windowHandle();
     const auto at = [&](QPoint place) { return bar->mapTo(window, place); };

@@ -1,6 +1,7 @@
 // The tag editor's window by mouse and keys, over the real main window and real songs.
 #include "browser/filecommands.h"
 #include "catalogue/edittags.h"
+#include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
 #include "platform/qt/theme.h"
 #include "tagedit/editcommands.h"
@@ -131,20 +132,16 @@ TEST_F(EditTagScaled, ChangeCopyAcrossSaveAndSeeTheRow)
     // The whole file is equal to what the tag writer makes of the same records.
     const std::string twin = Song("twin.mp3");
     WriteFile(twin, Tagged("Old"));
-    metadata::ID3v1Tag old1;
-    metadata::ID3v2Tag old2;
-    metadata::MPEGHeader header;
-    bool hasId3v1 = false, hasId3v2 = false;
-    metadata::GetMP3Info(twin, old1, old2, header, hasId3v1, hasId3v2, false);
-    metadata::ID3v1Tag new1 = old1;
+    const metadata::SongInfo old = metadata::ReadSongInfo(twin);
+    metadata::ID3v1Tag new1 = old.id3v1;
     new1.Title = "new title that is longer tha";
     new1.Artist = "Artist";
     new1.Genre = 78;
-    metadata::ID3v2Tag new2 = old2;
+    metadata::ID3v2Tag new2 = old.id3v2;
     new2.Title = "A new title that is longer than thirty";
     new2.Genre = "Rock"; // the editor has the name where the reader has the number
     metadata::TheTagWriterHooks() = {};
-    metadata::SaveTag(new1, new2, old1, old2, twin, true, true, nullptr);
+    metadata::SaveTag(new1, new2, old.id3v1, old.id3v2, twin, true, true, nullptr);
     EXPECT_EQ(ReadFile(twin).substr(0, 160), song.substr(0, 160));
     EXPECT_TRUE(ReadFile(twin) == song); // not printed: thousands of bytes
 }
@@ -160,7 +157,7 @@ TEST_F(EditTagScaled, EscapeClosesAndWritesNothing)
     EXPECT_EQ(Form().LV.SubItem(0, "Title"), "Title");
 }
 
-TEST_F(EditTagScaled, TabGoesDownAColumn)
+TEST_F(EditTagScaled, TabMovesDownAColumn)
 {
     ShowSong(Tagged("Old") + Id3v1({"Title", "", "", "", "", 0, 17}));
     Edit([&](QWidget &editor) {
@@ -200,7 +197,7 @@ TEST_F(EditTagScaled, TheWindowFitsAndItsLyricsGrow)
     });
 }
 
-TEST_F(EditTagScaled, WhatNoTagHoldsIsToldAtOnce)
+TEST_F(EditTagScaled, CharactersThatNoTagHoldsAreShownAtOnce)
 {
     ShowSong(Tagged("Old"));
     Edit([&](QWidget &editor) {

@@ -172,7 +172,7 @@ TEST_F(ExportFileScaled, EscapeClosesTheFolderWindowAndEndsTheExport)
 }
 
 // A song that does not exist ends the export with a box that names it; the window is as before.
-TEST_F(ExportFileScaled, ACopyThatFailsIsTold)
+TEST_F(ExportFileScaled, ACopyThatFailsIsReported)
 {
     ShowSongs();
     fs::remove(Song("a.mp3"));

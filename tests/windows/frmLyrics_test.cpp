@@ -125,8 +125,7 @@ TEST_F(FrmLyrics, TheLineThatIsSungIsBrightInTheBackground)
     view.setFocus();
     PressKey("Ctrl+Home");
     PressKey("Shift+Right");
-    LetRun(300);
-    EXPECT_EQ(Selected(form), "l");
+    EXPECT_TRUE(WaitUntil([&] { return Selected(form) == "l"; }));
     Play(8);
     EXPECT_TRUE(WaitUntil([&] { return Selected(form) == "line 8"; }));
 }
@@ -229,7 +228,7 @@ TEST_F(FrmLyrics, AllModesByKeys)
     EXPECT_EQ(form.cmdTest.Caption(), "<") << "it never returns";
 }
 
-TEST_F(FrmLyrics, MarksThatCannotBeReadAreToldOnceOverAWindowThatWorks)
+TEST_F(FrmLyrics, MarksThatCannotBeReadAreReportedOnceOverAWindowThatWorks)
 {
     auto &application = static_cast<platform::qt::Application &>(*QApplication::instance());
     const auto before = std::exchange(application.tellError, shell::ShowRuntimeError);
@@ -302,7 +301,7 @@ TEST_F(FrmLyrics, TwoWindowsSideBySide)
     EXPECT_TRUE(player::LyricsWindowOpen);
 }
 
-TEST_F(FrmLyrics, ANewWindowTakesTheKeyboardFromNobody)
+TEST_F(FrmLyrics, ANewWindowDoesNotTakeTheFocus)
 {
     QWidget other;
     ShowAndActivate(other);

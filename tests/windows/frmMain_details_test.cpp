@@ -38,7 +38,7 @@ protected:
 };
 
 // In the families that the machine has, at sizes that give letters fractions of a pixel.
-TEST_F(MainWindowDetails, AddressIsWholeInEveryFont)
+TEST_F(MainWindowDetails, AddressIsCompleteInEveryFont)
 {
     Start();
     const QFont before = QApplication::font();

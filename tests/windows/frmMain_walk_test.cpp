@@ -108,7 +108,7 @@ TEST_F(MainWindowTest, FromAnEmptyCatalogueToAPlacementFoundAgain)
     EXPECT_GE(Form().TV.Find("#BILL EVANS"), 0) << "the catalogue is there";
 }
 
-TEST_F(MainWindowTest, TitlesAreShownAsTheyStand)
+TEST_F(MainWindowTest, TitlesAreShownUnchanged)
 {
     EncodeFour();
     Start();
@@ -160,7 +160,7 @@ TEST_F(MainWindowTest, WhatIsNotBuiltIsDisabledEverywhere)
     popup->close();
 }
 
-TEST_F(MainWindowTest, RowsAreToldByTitleArtistAndKind)
+TEST_F(MainWindowTest, RowsAreSpokenByTitleArtistAndKind)
 {
     EncodeFour();
     Start();
@@ -200,7 +200,7 @@ struct Placeless : platform::qt::QtWindows {
     bool KnowsPlaces() override { return false; }
 };
 
-TEST_F(MainWindowTest, ThePopupStandsAtThePointerAlsoWhereNobodyTellsPlaces)
+TEST_F(MainWindowTest, ThePopupIsAtThePointerAlsoWithoutReportedPlaces)
 {
     Encode("1.mp3", "So What", "Miles Davis", "Kind of Blue");
     for (const bool known : {true, false}) {
@@ -310,7 +310,7 @@ TEST_F(MainWindowTest, QuitDuringARegenerationEndsItAtTheNextFile)
     EXPECT_FALSE(catalogue::IsRegenerating());
 }
 
-TEST_F(MainWindowTest, KeyboardComesBackAfterARegeneration)
+TEST_F(MainWindowTest, TheFocusIsRestoredAfterARegeneration)
 {
     Encode("1.mp3", "So What", "Miles Davis", "Kind of Blue");
     Start();
@@ -319,7 +319,7 @@ TEST_F(MainWindowTest, KeyboardComesBackAfterARegeneration)
     EXPECT_TRUE(WaitUntil([this] { return TV().hasFocus(); }));
 }
 
-TEST_F(MainWindowTest, BarLiesOverItsPanelDuringARegeneration)
+TEST_F(MainWindowTest, BarIsOverItsPanelDuringARegeneration)
 {
     EncodeFour();
     Start();

@@ -131,7 +131,7 @@ TEST_F(SearchWindowScaled, SearchesByKeysAlone)
     EXPECT_EQ(Search().options.txtToFind.Text(), "jAZZ ");
 }
 
-TEST_F(SearchWindow, ThePaneClosesByMouseAndComesBackByKeysAndMenu)
+TEST_F(SearchWindow, ThePaneClosesByMouseAndOpensByKeysAndMenu)
 {
     Open();
     tests::Click(Control("lblCloseTree"));

@@ -251,7 +251,7 @@ TEST_F(ListViewTest, SelectionFromCodeShows)
     EXPECT_EQ(events, "");
 }
 
-TEST_F(ListViewTest, WheelAndScrollBarTellThatTheRowsMove)
+TEST_F(ListViewTest, WheelAndScrollBarReportThatTheRowsMove)
 {
     std::string told;
     view.onScrolled = [&](bool byWheel) { told += byWheel ? "wheel " : "bar "; };
@@ -274,7 +274,7 @@ TEST_F(ListViewTest, WheelAndScrollBarTellThatTheRowsMove)
     EXPECT_GT(bar.value(), 0);
 }
 
-TEST_F(ListViewTest, CutTextHasATipThatShowsItAsItStands)
+TEST_F(ListViewTest, CutTextHasATipThatShowsItUnchanged)
 {
     const std::string title = "<b>Live</b> & a title that is much too long for its column";
     const std::string_view cells[] = {title, "/music/x.mp3"};
@@ -293,7 +293,7 @@ TEST_F(ListViewTest, CutTextHasATipThatShowsItAsItStands)
     }
 }
 
-TEST_F(ListViewTest, ADimmedRowIsGreyAndSaysWhy)
+TEST_F(ListViewTest, ADimmedRowIsGreyAndItsTipSaysWhy)
 {
     list.SetDimmedTip("The file is not there.");
     list.SetDimmed(1, true);
@@ -317,7 +317,7 @@ TEST_F(ListViewTest, ADimmedRowIsGreyAndSaysWhy)
     QToolTip::hideText();
 }
 
-TEST_F(ListViewTest, TheSelectedRowComesIntoView)
+TEST_F(ListViewTest, TheSelectedRowIsScrolledIntoView)
 {
     list.SetPlace({0, 0, 9000, 1200}); // fewer pixels than four rows need
     tests::LetRun(20);
@@ -351,7 +351,7 @@ TEST_F(ListViewTest, FilesAreDraggedAsAddressesOfTheirBytes)
     EXPECT_EQ(view.Model().supportedDragActions(), Qt::CopyAction);
 }
 
-TEST_F(ListViewTest, TextsAreShownAsTheyStandOnOneLine)
+TEST_F(ListViewTest, TextsAreShownUnchangedOnOneLine)
 {
     const std::string_view cells[] = {"<b>Live</b> & more\r\nsecond line", "/music/x.mp3"};
     list.AddRow("/9", "", "MP3", cells);
@@ -359,7 +359,7 @@ TEST_F(ListViewTest, TextsAreShownAsTheyStandOnOneLine)
               QStringLiteral("<b>Live</b> & more  second line"));
 }
 
-TEST_F(ListViewTest, HintStandsWhileThereIsNoRow)
+TEST_F(ListViewTest, HintIsShownWhileThereIsNoRow)
 {
     list.ClearRows();
     list.SetHint("Nothing here yet");

@@ -100,7 +100,7 @@ TEST_F(QtDesktopTest, TextIsPlainAndCarriageReturnBreaksTheLine)
     m_desktop.MessageBox("<b>Live</b> && more\rsecond\r\nthird", Buttons::Ok, {}, BoxIcon::None);
 }
 
-TEST_F(QtDesktopTest, TheSystemsWordsAreBehindAButton)
+TEST_F(QtDesktopTest, AButtonShowsTheOperatingSystemsWords)
 {
     tests::WhenModal([](QWidget &box) {
         auto *details = tests::Find<QLabel>(box, "lblDetails");
@@ -238,7 +238,7 @@ TEST_F(QtDesktopTest, OpenDialogMatchesWithoutRegardToCase)
               std::nullopt);
 }
 
-TEST(PathFromQt, FindsTheBytesBehindAShownName)
+TEST(PathFromQt, FindsTheBytesOfAShownName)
 {
     tests::TestFolder folder;
     const std::string path = folder / "Se\xF1or.mp3"; // no valid UTF-8

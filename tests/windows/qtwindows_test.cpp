@@ -29,7 +29,7 @@ TEST(QtWindowsTest, NonModalWindowOverAModalOneIsRefused)
     EXPECT_NO_THROW(windows.CheckNonModal());
 }
 
-TEST(QtWindowsScaled, ScreensAreToldInTwipsWhateverTheScale)
+TEST(QtWindowsScaled, ScreensAreReportedInTwipsWhateverTheScale)
 {
     platform::qt::QtWindows windows;
     EXPECT_TRUE(windows.KnowsPlaces());

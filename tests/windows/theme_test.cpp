@@ -83,7 +83,7 @@ TEST_F(ThemeTest, WithoutPortalThePaletteCounts)
     EXPECT_TRUE(platform::qt::IsDark());
 }
 
-TEST_F(ThemeTest, ASelectedRowsIconIsTheDrawingForItsGround)
+TEST_F(ThemeTest, ASelectedRowsIconIsTheDrawingForItsBackground)
 {
     const auto drawn = [](const char *ground) {
         return QIcon(QStringLiteral(":/icons/%1/open.svg").arg(QLatin1String(ground)))

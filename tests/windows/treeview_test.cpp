@@ -210,7 +210,7 @@ TEST_F(TreeViewTest, KeyHandledWhileTheListFillsMovesTheMarkToo)
     EXPECT_EQ(view.selectionModel()->selectedIndexes(), QModelIndexList{second});
 }
 
-TEST_F(TreeViewTest, RightOpensThenGoesDownLeftGoesBack)
+TEST_F(TreeViewTest, RightOpensThenMovesDownLeftMovesBack)
 {
     tree.Select(tree.Find("ByArtist"));
     tests::PressKey("Right");
@@ -322,7 +322,7 @@ TEST_F(TreeViewTest, OldNodesStayOnTheScreenDuringARebuild)
     view.setParent(nullptr);
 }
 
-TEST_F(TreeViewTest, NodesRemovedWhileShownAreGone)
+TEST_F(TreeViewTest, NodesRemovedWhileShownDisappear)
 {
     tree.SetExpanded(tree.Find("ByArtist"), true);
     tree.Remove("ByArtist");
@@ -371,7 +371,7 @@ TEST_F(TreeViewTest, ARightClickOpensThePopupOfItsNode)
     EXPECT_EQ(ran, "ByYearByArtist");
 }
 
-TEST_F(TreeViewTest, CutTextHasATipThatShowsItAsItStands)
+TEST_F(TreeViewTest, CutTextHasATipThatShowsItUnchanged)
 {
     const std::string title = "<b>Live</b> & a title that is much too long for the tree's width";
     tree.Add(tree.Find("ByYear"), "?x", title, "closed", "open");

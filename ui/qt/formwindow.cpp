@@ -148,7 +148,7 @@ QWidget *FormWindow::Make(const ui::Member &member, QWidget *parent, bool isBudd
             return new TreeView(*control, parent, !binding.placed);
         } else if constexpr (std::is_same_v<Control, ui::KeyedList>) {
             return new ListView(*control, parent,
-                                binding.placed ? Placing::Exact : Placing::ByLayout);
+                                binding.placed ? Positioning::Exact : Positioning::ByLayout);
         } else if constexpr (std::is_same_v<Control, ui::StatusBar>) {
             return new StatusBarView(*control, parent);
         } else if constexpr (std::is_same_v<Control, ui::ProgressBar>) {

@@ -26,8 +26,9 @@ constexpr std::string_view kFiller = "Non"; // the key of the column that takes 
 
 } // namespace
 
-ListView::ListView(ui::KeyedList &list, QWidget *parent, Placing placing)
-    : QTreeView(parent), m_list(list), m_placing(placing), m_model(list, this), m_picture(*this)
+ListView::ListView(ui::KeyedList &list, QWidget *parent, Positioning positioning)
+    : QTreeView(parent), m_list(list), m_positioning(positioning), m_model(list, this),
+      m_picture(*this)
 {
     setRootIsDecorated(false);
     setItemsExpandable(false);
@@ -104,10 +105,10 @@ void ListView::SetLeftInset(int pixels)
 void ListView::Place()
 {
     QRect place = PixelRect(m_list.Place());
-    if (m_placing == Placing::InCutFrame)
+    if (m_positioning == Positioning::InCutFrame)
         place.adjust(kFrame, kFrame, 0, kFrame);
     place.setLeft(std::min(place.left() + m_leftInset, place.right()));
-    if (m_placing != Placing::ByLayout && geometry() != place)
+    if (m_positioning != Positioning::ByLayout && geometry() != place)
         setGeometry(place);
     ShowState(m_list, this);
 }

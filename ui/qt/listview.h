@@ -19,13 +19,14 @@ namespace ui::qt
 
 // Where the view is put: at its control's place without the frame, which the parent cuts off there;
 // exactly at that place; or by a layout of the window.
-enum class Placing { InCutFrame, Exact, ByLayout };
+enum class Positioning { InCutFrame, Exact, ByLayout };
 
 class ListView : public QTreeView
 {
 public:
     // `list` outlives the view.
-    ListView(ui::KeyedList &list, QWidget *parent, Placing placing = Placing::InCutFrame);
+    ListView(ui::KeyedList &list, QWidget *parent,
+             Positioning positioning = Positioning::InCutFrame);
     ~ListView() override;
 
     ListModel &Model() { return m_model; }
@@ -73,7 +74,7 @@ private:
     bool RowBeginsWith(int displayIndex, int column, const QString &text) const;
 
     ui::KeyedList &m_list;
-    const Placing m_placing;
+    const Positioning m_positioning;
     ListModel m_model;
     FrozenView m_picture;
     QPushButton *m_hintButton =
