@@ -23,7 +23,7 @@ namespace
 constexpr std::size_t kFilesHeld = 64;
 constexpr std::size_t kBytesHeld = 8u << 20;
 constexpr std::int64_t kLongestHead = 256 << 10; // what is longer is read when it is asked for
-constexpr std::size_t kSpareBuffer = 64u << 10; // a larger one goes with its file
+constexpr std::size_t kSpareBuffer = 64u << 10;  // a larger one goes with its file
 constexpr int kMostHelpers = 16;
 // A read from memory is over within this time: it is not worth a sleep.
 constexpr std::chrono::microseconds kFromMemory{50};
