@@ -1,11 +1,14 @@
 // Play lists in the real windows: the window that removes them by keys, and an open one of which
 // some files are not there.
 #include "browser/commands.h"
+#include "platform/qt/theme.h"
 #include "playlists/install.h"
 #include "playlists/lists.h"
+#include "shell/globals.h"
 #include "tests/windows/mainwindowfixture.h"
 #include "ui/qt/form.h"
 
+#include <QBrush>
 #include <QPushButton>
 
 namespace
@@ -37,6 +40,31 @@ protected:
         for (const std::string &name : playlists::PlayListNames())
             stored += name + " ";
         return stored;
+    }
+
+    // A list of three songs, of which only the first one's file is there.
+    void OpenListWithMissingFiles()
+    {
+        tests::WriteFile(Song("here.mp3"), "song");
+        tests::WriteFile(
+            folder / "mine.m3u",
+            "#EXTM3U\r\n#EXTINF:215,Here - is one\r\n" + Song("HERE.MP3") +
+                "\r\n#EXTINF:1,Gone - with the wind\r\nMusic\\gone.mp3\r\n"
+                "D:\\Songs\\A name that goes on for longer than its column is wide.mp3\r\n");
+        Open({"mine"});
+        for (const char *key : {"ByList"})
+            ClickExpander(key);
+        ClickNode("&mine");
+        ASSERT_TRUE(tests::WaitUntil([this] { return Form().LV.Count() == 3; }));
+        ASSERT_TRUE(tests::WaitUntil([this] { return !Form().tmrListFiles.Enabled(); }));
+    }
+
+    // The colour of a row's text.
+    QColor ColourOf(int row)
+    {
+        const QVariant colour = LV().Model().index(row, 1).data(Qt::ForegroundRole);
+        return colour.isValid() ? colour.value<QBrush>().color()
+                                : LV().palette().color(QPalette::Text);
     }
 
     ui::qt::FormWindows host;
@@ -79,18 +107,7 @@ TEST_F(PlayListsScaled, AnEmptyRegistryHasNothingToRemove)
 
 TEST_F(PlayListsScaled, AnOpenListShowsWhichFilesAreNotThere)
 {
-    tests::WriteFile(Song("here.mp3"), "song");
-    tests::WriteFile(
-        folder / "mine.m3u",
-        "#EXTM3U\r\n#EXTINF:215,Here - is one\r\n" + Song("HERE.MP3") +
-            "\r\n#EXTINF:1,Gone - with the wind\r\nMusic\\gone.mp3\r\n"
-            "D:\\Songs\\A name that goes on for longer than its column is wide.mp3\r\n");
-    Open({"mine"});
-    for (const char *key : {"ByList"})
-        ClickExpander(key);
-    ClickNode("&mine");
-    ASSERT_TRUE(tests::WaitUntil([this] { return Form().LV.Count() == 3; }));
-    ASSERT_TRUE(tests::WaitUntil([this] { return !Form().tmrListFiles.Enabled(); }));
+    OpenListWithMissingFiles();
     EXPECT_FALSE(Form().LV.IsDimmed(0));
     EXPECT_EQ(Cell(0, 2), Song("here.mp3")); // as it is spelled on the disk
     EXPECT_TRUE(Form().LV.IsDimmed(1));
@@ -98,13 +115,29 @@ TEST_F(PlayListsScaled, AnOpenListShowsWhichFilesAreNotThere)
     tests::ClickAt(*LV().viewport(), RowAt(1));
     ASSERT_TRUE(WaitForText("lblInfo", "Gone - with the wind"));
     tests::KeepScreenshot(*window, "frmMain-playlist");
-    // The grey of what is not there differs from the colour of the other rows.
-    const auto colour = [this](int row) {
-        return LV().Model().index(row, 1).data(Qt::ForegroundRole);
-    };
-    EXPECT_NE(colour(0), colour(1));
+    EXPECT_NE(ColourOf(0), ColourOf(1)); // the grey of what is not there
     EXPECT_EQ(LV().Model().index(1, 1).data(Qt::ToolTipRole).toString(),
               QStringLiteral("The file is not there."));
+}
+
+TEST_F(PlayListsScaled, AnOpenListInGermanAndInTheDark)
+{
+    shell::TheGlobals().LanguageFilePath = QUENLIN_SHIPPED_TEXTS "/Deutsch.qlt";
+    platform::qt::ApplyPalette(true);
+    OpenListWithMissingFiles();
+    tests::ClickAt(*LV().viewport(), RowAt(1));
+    ASSERT_TRUE(WaitForText("lblInfo", "Gone - with the wind"));
+    tests::KeepScreenshot(*window, "frmMain-playlist-Deutsch-dark");
+    EXPECT_EQ(LV().Model().index(1, 1).data(Qt::ToolTipRole).toString(),
+              QStringLiteral("Die Datei ist nicht vorhanden."));
+    EXPECT_EQ(LV().Model().headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(),
+              QStringLiteral("Bezeichnung"));
+    // Both colours can be read on the dark ground, and told from each other.
+    const int ground = LV().palette().color(QPalette::Base).lightness();
+    EXPECT_GT(ColourOf(1).lightness(), ground + 60);
+    EXPECT_GT(ColourOf(0).lightness(), ColourOf(1).lightness() + 30);
+    platform::qt::ApplyPalette(false);
+    shell::TheGlobals().LanguageFilePath.clear();
 }
 
 } // namespace

@@ -11,8 +11,10 @@
 #include <QContextMenuEvent>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMimeData>
 #include <QTest>
 #include <QTimer>
+#include <QUrl>
 
 namespace
 {
@@ -259,6 +261,26 @@ TEST_F(SearchWindow, TheSplitterIsGrabbedBesideIt)
     EXPECT_FALSE(Control("SeparatorGrip").isVisible()); // the list's edge is the list's
     tests::PressKey("Ctrl+F");
     EXPECT_TRUE(tests::WaitUntil([this] { return Control("SeparatorGrip").isVisible(); }));
+}
+
+// What the list hands to another program: the selected files, as copies.
+TEST_F(SearchWindow, RowsAreDraggedAsTheirFiles)
+{
+    Open();
+    Search().options.chkField[0].SetChecked(true);
+    tests::TypeText("waltz");
+    tests::PressKey("Return");
+    ASSERT_TRUE(WaitForRows(20));
+    EXPECT_TRUE(List().dragEnabled());
+    tests::ClickAt(*List().viewport(), Row(1));
+    ClickWith(Qt::ShiftModifier, 2);
+    const std::unique_ptr<QMimeData> data(
+        List().Model().mimeData(List().selectionModel()->selectedIndexes()));
+    ASSERT_NE(data, nullptr);
+    ASSERT_EQ(data->urls().size(), 2);
+    EXPECT_EQ(data->urls()[0].toLocalFile().toStdString(), Song("3.mp3"));
+    EXPECT_EQ(data->urls()[1].toLocalFile().toStdString(), Song("5.mp3"));
+    EXPECT_EQ(List().Model().supportedDragActions(), Qt::CopyAction);
 }
 
 // Shift selects as far as the row, Ctrl adds a row or takes it away; the panel counts them.
