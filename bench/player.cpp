@@ -165,6 +165,10 @@ private:
         if (!tests::WaitRealTime(player::IsWinampRunning))
             std::abort();
         m_port.LearnPlaylist();
+        // A player with much to do may miss the limit of a call: then the list is not known yet.
+        tests::WaitRealTime([this] {
+            return player::IsWinampRunning() && player::GetPlaylistLength() == m_entries;
+        });
         std::printf("list of %d entries: learnt in %.0f ms\n", player::GetPlaylistLength(),
                     MsSince(start));
     }
