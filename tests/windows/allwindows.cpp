@@ -35,6 +35,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QFont>
+#include <QFontDatabase>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
@@ -274,6 +277,30 @@ TEST_F(AllWindowsScaled, Forms)
         };
         CheckLook(c.name, open, close);
     }
+}
+
+// German has the longest words.
+TEST_F(AllWindowsScaled, FormsInEachFontFamily)
+{
+    const QFont before = QApplication::font();
+    shell::TheGlobals().LanguageFilePath = std::string(QUENLIN_SHIPPED_TEXTS) + "/Deutsch.qlt";
+    for (const char *family : {"DejaVu Sans", "Liberation Sans", "Cantarell"}) {
+        ASSERT_TRUE(QFontDatabase::families().contains(QLatin1String(family))) << family;
+        QFont font = before;
+        font.setFamily(QLatin1String(family));
+        QApplication::setFont(font);
+        for (const FormCase &c : AllForms(folder)) {
+            SCOPED_TRACE(std::string(c.name) + " " + family);
+            std::unique_ptr<ui::Form> form = c.make();
+            ui::Show(*form);
+            LetRun(30);
+            EXPECT_EQ(LookProblems(*host.WindowOf(*form)), std::vector<std::string>{});
+            ui::Close(*form);
+            ui::Retire(std::move(form));
+            LetRun(10);
+        }
+    }
+    QApplication::setFont(before);
 }
 
 TEST_F(AllWindowsScaled, SplashAndAboutBox)

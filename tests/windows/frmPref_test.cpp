@@ -2,6 +2,7 @@
 // the first list.
 #include "browser/commands.h"
 #include "catalogue/regeneration.h"
+#include "platform/posix/systemclock.h"
 #include "platform/posix/systemfolders.h"
 #include "shell/preferences/preferences.h"
 #include "shell/settings.h"
@@ -13,7 +14,12 @@
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTimer>
+#include <QTreeView>
+#include <atomic>
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 namespace tests
 {
@@ -155,6 +161,55 @@ TEST_F(PreferencesWindowScaled, ARegenerationShowsHereAndTheWindowStays)
     EXPECT_TRUE(stayed);
     EXPECT_EQ(Stored(), Music());
     EXPECT_NE(Form().TV.Find("@SO WHAT"), ui::kNoNode);
+}
+
+TEST_F(PreferencesWindowScaled, AFolderThatDoesNotAnswerShowsWithoutChildren)
+{
+    constexpr int kPatienceMs = 2000;
+    std::filesystem::create_directories(Song("silent/within"));
+    // Kept by the helper threads, which may go on after the test.
+    const auto released = std::make_shared<std::atomic<bool>>(false);
+    places.beforeRead = [released](const std::string &path) {
+        while (path.ends_with("/silent") && !*released)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    };
+    places.isAutomount = [](int, const char *name) { return std::string_view(name) == "silent"; };
+    folders = std::make_unique<platform::posix::SystemFolders>(places);
+    platform::TheMachine().folders = folders.get();
+    StartWithPreferences();
+    platform::posix::SystemClock real;
+    int turns = 0;
+    QTimer alive;
+    QObject::connect(&alive, &QTimer::timeout, &alive, [&turns] { ++turns; });
+    WhenModal(
+        [&](QWidget &modal) {
+            auto &tree = *Find<QTreeView>(modal, "tvwDirTree");
+            const QString chosen = tree.currentIndex().data().toString();
+            const auto silentNode = [&tree] {
+                const auto found = tree.model()->match(tree.model()->index(0, 0), Qt::DisplayRole,
+                                                       QStringLiteral("silent"), 1,
+                                                       Qt::MatchExactly | Qt::MatchRecursive);
+                return found.isEmpty() ? QModelIndex() : found.first();
+            };
+            ASSERT_TRUE(silentNode().isValid());
+            tree.scrollTo(silentNode());
+            platform::TheMachine().clock = &real;
+            const std::int64_t from = real.SteadyMs();
+            alive.start(20);
+            ClickAt(*tree.viewport(), tree.visualRect(silentNode()).center());
+            EXPECT_TRUE(WaitUntil(
+                [&] { return real.SteadyMs() - from >= kPatienceMs && tree.isEnabled(); }));
+            EXPECT_GT(turns, 20) << "the window lives meanwhile";
+            ASSERT_TRUE(silentNode().isValid());
+            EXPECT_EQ(tree.model()->rowCount(silentNode()), 0);
+            EXPECT_EQ(tree.currentIndex().data().toString(), chosen) << "the selection is back";
+            EXPECT_EQ(Find<QLineEdit>(modal, "txtPath")->text().toStdString(), Music());
+            platform::TheMachine().clock = &clock;
+            PressKey("Escape");
+        },
+        30000);
+    OpenFromTheMenu();
+    *released = true;
 }
 
 TEST_F(PreferencesWindowScaled, AFieldIsTurnedOffByItsBox)

@@ -102,6 +102,30 @@ TEST_F(SplashScaled, AboutBoxLeavesTheMainFormAlone)
     EXPECT_EQ(mainForms, 0);
 }
 
+TEST_F(SplashScaled, EnterPressesTheButtonWithTheFocus)
+{
+    int histories = 0, licences = 0;
+    delete splash.data();
+    splash = new shell::frmSplash(
+        {}, [&] { ++histories; }, [&] { ++licences; });
+    splash->ShowSplash(true);
+    ShowAndActivate(*splash);
+    Find(*splash, "cmdHistory")->setFocus();
+    PressKey("Return");
+    EXPECT_TRUE(WaitUntil([&] { return histories == 1; }));
+    ASSERT_FALSE(splash.isNull());
+    ShowAndActivate(*splash);
+    Find(*splash, "cmdLicences")->setFocus();
+    PressKey("Return");
+    EXPECT_TRUE(WaitUntil([&] { return licences == 1; }));
+    EXPECT_EQ(histories, 1);
+    ASSERT_FALSE(splash.isNull());
+    ShowAndActivate(*splash);
+    Find(*splash, "cmdOk")->setFocus();
+    PressKey("Return");
+    EXPECT_TRUE(IsGone());
+}
+
 TEST_F(SplashScaled, EscapeEndsTheAboutBox)
 {
     splash->ShowSplash(true);

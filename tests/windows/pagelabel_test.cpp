@@ -135,4 +135,17 @@ TEST(PageLabel, WrapsAsOneLayoutDoes)
         }
 }
 
+// A translator writes it so that a number stays with its word; the panel is narrow.
+TEST(PageLabel, ALineEndsAtANoBreakSpaceAndNotInsideAWord)
+{
+    ui::qt::PageLabel label(nullptr);
+    const QString apart = QStringLiteral("123456 morceaux sélectionnés");
+    QString together = apart;
+    together.replace(QLatin1Char(' '), QChar(QChar::Nbsp));
+    const int line = label.HeightFor(QStringLiteral("1"), kWidth);
+    const int width = label.fontMetrics().horizontalAdvance(QStringLiteral("sélectionnés")) + 4;
+    EXPECT_EQ(label.HeightFor(apart, width), label.HeightFor(together, width));
+    EXPECT_GE(label.HeightFor(together, width), 3 * (line - 1)) << "a word a line";
+}
+
 } // namespace

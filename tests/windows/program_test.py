@@ -277,14 +277,14 @@ class Program(WindowedProgram):
     def test_sigterm_answers_the_box_of_a_refusal(self):
         (self.home / "MP3s.mdb").write_bytes(b"")
         process = self.start()
-        self.assertTrue(wait_for(lambda: xdotool("search", "--onlyvisible", "--name", "Corrupted file")))
+        self.assertTrue(wait_for(lambda: xdotool("search", "--onlyvisible", "--name", "^Corrupted file$")))
         process.terminate()
         self.assertEqual(process.wait(10), 1)
 
     def test_damaged_catalogue_is_refused_in_a_box(self):
         (self.home / "MP3s.mdb").write_bytes(b"")
         process = self.start()
-        box = wait_for(lambda: xdotool("search", "--onlyvisible", "--name", "Corrupted file"))
+        box = wait_for(lambda: xdotool("search", "--onlyvisible", "--name", "^Corrupted file$"))
         self.assertTrue(box, "no box came")
         xdotool("windowactivate", "--sync", box[0])
         xdotool("key", "Escape")
