@@ -1,6 +1,7 @@
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/rowgroups.h"
+#include "catalogue/sqlite/opengroup.h"
 #include "runtime/codepage.h"
 #include "runtime/error.h"
 #include "shell/globals.h"
@@ -12,8 +13,11 @@
 #include <sqlite3.h>
 #include <sys/stat.h>
 
+#include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <optional>
+#include <utility>
 
 using catalogue::AddOrUpdateMP3;
 using RowList = std::vector<std::string>;
@@ -233,6 +237,8 @@ TEST_F(AddFile, RowThatIsLostRightAfterItsStepIsReported)
     tests::WriteFile(Song("a.mp3"), TwoTags("One"));
     std::vector<catalogue::AddOutcome> outcomes;
     const auto note = [&](const catalogue::AddOutcome &outcome) { outcomes.push_back(outcome); };
+    constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
+    const auto limits = std::exchange(catalogue::TheGroupLimits(), {kNever, kNever});
     {
         catalogue::RowGroups groups;
         std::optional<tests::FullDisk> disk;
@@ -249,6 +255,7 @@ TEST_F(AddFile, RowThatIsLostRightAfterItsStepIsReported)
         catalogue::AddInGroup(Song("absent.mp3"), groups, note);
         EXPECT_EQ(outcomes.size(), 1U) << "and in their order";
     }
+    catalogue::TheGroupLimits() = limits;
     ASSERT_EQ(outcomes.size(), 3U);
     EXPECT_EQ(outcomes[0].result, catalogue::kFailed);
     EXPECT_TRUE(outcomes[0].rowLost);
