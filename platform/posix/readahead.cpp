@@ -3,6 +3,8 @@
 #include "platform/endrequest.h"
 #include "platform/posix/helperthread.h"
 
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
@@ -20,7 +22,8 @@ namespace platform::posix
 namespace
 {
 
-constexpr std::size_t kFilesHeld = 64;
+constexpr std::size_t kMostFilesHeld = 64;
+constexpr std::size_t kHandlesShared = 4; // a quarter of the process's handles may be held
 constexpr std::size_t kBytesHeld = 8u << 20;
 constexpr std::int64_t kLongestHead = 256 << 10; // what is longer is read when it is asked for
 constexpr std::size_t kSpareBuffer = 64u << 10;  // a larger one goes with its file
@@ -46,6 +49,16 @@ std::size_t ReadFully(Files &source, int handle, std::int64_t offset, char *to, 
         done += static_cast<std::size_t>(got);
     }
     return done;
+}
+
+// How many fetched files may be open at a time, so that the rest of the program finds a handle.
+std::size_t FilesHeld()
+{
+    rlimit handles = {};
+    if (getrlimit(RLIMIT_NOFILE, &handles) != 0)
+        return 1;
+    return static_cast<std::size_t>(
+        std::clamp<rlim_t>(handles.rlim_cur / kHandlesShared, 1, kMostFilesHeld));
 }
 
 // Whether the condition comes to hold within the time of a read from memory.
@@ -85,12 +98,12 @@ struct ReadAheadFiles::Shared : std::enable_shared_from_this<Shared> {
 
     [[nodiscard]] bool HasWork() const
     {
-        return begun < files.size() && begun + finished.size() < kFilesHeld && bytes < kBytesHeld;
+        return begun < files.size() && begun + finished.size() < filesHeld && bytes < kBytesHeld;
     }
     // Whether helpers that wait should go on: not for each single file that there is room for.
     [[nodiscard]] bool IsWorthWaking() const
     {
-        return idle > 0 && begun <= kFilesHeld / 2 && HasWork();
+        return idle > 0 && begun <= filesHeld / 2 && HasWork();
     }
     void Help();
     bool HelpOnce(std::unique_lock<std::mutex> &lock);
@@ -104,6 +117,7 @@ struct ReadAheadFiles::Shared : std::enable_shared_from_this<Shared> {
 
     const std::shared_ptr<Files> source; // with ReadAheadFiles
     const int helpersKept;               // where files come fast
+    const std::size_t filesHeld = FilesHeld();
 
     std::atomic<bool> isWaiting = false; // the logic does; set under the mutex
     std::mutex mutex;                    // guards what follows
@@ -374,7 +388,7 @@ int ReadAheadFiles::OpenToRead(const std::string &path, FileIdentity &identity)
 {
     const FilePtr file = m_shared != nullptr ? Take(path) : nullptr;
     if (file == nullptr)
-        return Timed([&] { return m_source->OpenToRead(path, identity); });
+        return OpenHere(path, identity);
     const auto isOpened = [&] { return file->stage > Stage::Opening; };
     const bool goesOn = isOpened() || m_shared->Wait(isOpened);
     if (goesOn && file->stage != Stage::Failed && IsUnchanged(*file)) {
@@ -386,7 +400,18 @@ int ReadAheadFiles::OpenToRead(const std::string &path, FileIdentity &identity)
         const std::lock_guard lock(m_shared->mutex);
         m_shared->Drop(*file);
     }
-    return goesOn ? m_source->OpenToRead(path, identity) : -EINTR;
+    return goesOn ? OpenHere(path, identity) : -EINTR;
+}
+
+// Opens a file that no helper has. Where all handles are in use, those of the helpers are given up.
+int ReadAheadFiles::OpenHere(const std::string &path, FileIdentity &identity)
+{
+    const auto open = [&] { return m_source->OpenToRead(path, identity); };
+    const int handle = Timed(open);
+    if ((handle != -EMFILE && handle != -ENFILE) || m_shared == nullptr)
+        return handle;
+    ExpectNothing();
+    return open();
 }
 
 int ReadAheadFiles::Identify(const std::string &path, FileIdentity &identity)
@@ -448,7 +473,7 @@ void ReadAheadFiles::Close(int handle)
     closed.shared->Finish(*closed.file);
     ComingFile &file = *closed.file;
     const bool isFree = file.stage == Stage::Ready && file.head.capacity() <= kSpareBuffer;
-    if (!isFree || closed.shared->spare.size() >= kFilesHeld)
+    if (!isFree || closed.shared->spare.size() >= kMostFilesHeld)
         return;
     file.stage = Stage::Coming;
     file.isDropped = false;

@@ -5,6 +5,7 @@
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <atomic>
@@ -30,6 +31,8 @@ namespace
 struct HeldFiles : SystemFilesPort {
     int OpenToRead(const std::string &path, FileIdentity &identity) override
     {
+        if (failures > 0 && failures-- > 0)
+            return -EMFILE;
         ++opens;
         const int handle = SystemFilesPort::OpenToRead(path, identity);
         identity.changedNs -= ageNs;
@@ -89,7 +92,8 @@ struct HeldFiles : SystemFilesPort {
     }
 
     std::atomic<int> opens = 0, closes = 0, reads = 0;
-    std::atomic<int> most = 0; // reads at a time
+    std::atomic<int> failures = 0; // of the next opens, for want of a handle
+    std::atomic<int> most = 0;     // reads at a time
     std::atomic<std::int64_t> ageNs = 3'600'000'000'000;
 
 private:
@@ -337,6 +341,36 @@ TEST_F(ReadAhead, OnlySoManyFilesAreHeld)
         EXPECT_LE(held->opens - held->closes, 64 + 1);
     }
     AwaitEqual(held->closes, held->opens);
+}
+
+// The program's other files need handles too.
+TEST_F(ReadAhead, AQuarterOfTheHandlesIsHeldAtMost)
+{
+    rlimit before = {};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    const rlimit few = {80, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+    std::vector<std::string> paths;
+    for (int i = 0; i < 64; ++i)
+        paths.push_back(File(std::to_string(i), 500));
+    files->Expect(paths, {100, 100, nullptr});
+    AwaitEqual(held->opens, 20);
+    for (const std::string &path : paths) {
+        EXPECT_EQ(Read(path, 0, 2).size(), 2U);
+        EXPECT_LE(held->opens - held->closes, 20 + 1);
+    }
+    setrlimit(RLIMIT_NOFILE, &before);
+}
+
+TEST_F(ReadAhead, WithoutAHandleThoseOfTheHelpersAreGivenUp)
+{
+    files->Expect({File("a", 500)}, {100, 100, nullptr});
+    AwaitEqual(held->opens, 1);
+    held->failures = 1;
+    EXPECT_EQ(Read(File("b", 500), 0, 3), "b0b");
+    AwaitEqual(held->closes, 2);
+    held->failures = 1; // nothing is held that could be given up
+    EXPECT_EQ(Read(folder / "b", 0, 3), "error " + std::to_string(EMFILE));
 }
 
 TEST_F(ReadAhead, TheEndDoesNotWaitForAHelper)
