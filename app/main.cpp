@@ -67,11 +67,13 @@ int main(int argc, char **argv)
         return Print(app::UsageText(), stderr, kWrongUsage);
     case app::Job::Batch:
 #ifdef QUENLIN_HAS_WINDOWS
-        if (app::HasDisplay() && !HasTerminal() && app::CanOpenWindows(argc, argv))
+        if (app::HasDisplay() && !HasTerminal() && !options.unicodeTags &&
+            app::CanOpenWindows(argc, argv))
             return app::RunBatchInWindows(argc, argv, options.paths);
 #endif
         return app::RunInTerminal(options);
     case app::Job::Regenerate:
+    case app::Job::Setting:
         return app::RunInTerminal(options);
     }
 }

@@ -11,7 +11,7 @@ namespace
 
 Options Mistake(const std::string &words)
 {
-    return {Job::Mistake, {}, words};
+    return {Job::Mistake, {}, {}, words};
 }
 
 } // namespace
@@ -21,15 +21,21 @@ Options ParseOptions(const std::vector<std::string> &arguments)
     Options options;
     bool onlyPaths = false;
     bool regenerate = false;
-    for (const std::string &argument : arguments) {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string &argument = arguments[i];
         if (onlyPaths || !argument.starts_with("--")) {
             options.paths.push_back(argument);
         } else if (argument == "--") {
             onlyPaths = true;
         } else if (argument == "--help" || argument == "--version") {
-            return {argument == "--help" ? Job::Help : Job::Version, {}, {}};
+            return {argument == "--help" ? Job::Help : Job::Version, {}, {}, {}};
         } else if (argument == "--regenerate") {
             regenerate = true;
+        } else if (argument == "--unicode-tags") {
+            const std::string value = i + 1 < arguments.size() ? arguments[++i] : std::string();
+            if (value != "on" && value != "off")
+                return Mistake("--unicode-tags takes \"on\" or \"off\".");
+            options.unicodeTags = value == "on";
         } else {
             return Mistake("There is no option " + runtime::ShownText(argument) + ".");
         }
@@ -40,6 +46,8 @@ Options ParseOptions(const std::vector<std::string> &arguments)
         options.job = Job::Regenerate;
     else if (!options.paths.empty())
         options.job = Job::Batch;
+    else if (options.unicodeTags)
+        options.job = Job::Setting;
     return options;
 }
 
@@ -50,6 +58,11 @@ std::string_view UsageText()
            "                                    of the catalogued MP3 of the same name\n"
            "       quenlin --regenerate FOLDER  catalogue every MP3 file under a folder;\n"
            "                                    the window keeps its own (Tools, Preferences)\n"
+           "       quenlin --unicode-tags on|off\n"
+           "                                    read and write tags by their encodings: Unicode, "
+           "and\n"
+           "                                    all versions of ID3v2. It is kept, also for the\n"
+           "                                    window, and may come with the others\n"
            "       quenlin --help | --version\n"
            "\n"
            "  --   ends the options; what follows are files\n"

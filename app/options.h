@@ -1,6 +1,7 @@
 // app/options.h - the options of the command line.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,13 +15,15 @@ enum class Job {
     Regenerate, // --regenerate FOLDER
     Help,       // --help
     Version,    // --version
-    Mistake,    // an invalid command line
+    Setting,    // --unicode-tags alone: store it
+    Mistake,    // a command line that cannot be
 };
 
 struct Options {
     Job job = Job::Window;
-    std::vector<std::string> paths; // unchanged; for Regenerate only the folder
-    std::string mistake;            // for Mistake: the reason, one line
+    std::vector<std::string> paths;  // as given; for Regenerate the folder alone
+    std::optional<bool> unicodeTags; // --unicode-tags on|off: stored before the job
+    std::string mistake;             // for Mistake: what is wrong, one line
 };
 
 // Parses the arguments after the program's name. A word that begins with "--" is an option; "--"

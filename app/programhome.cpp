@@ -3,6 +3,8 @@
 #include "platform/posix/userfolders.h"
 #include "runtime/codepage.h"
 #include "shell/apppath.h"
+#include "shell/globals.h"
+#include "shell/settings.h"
 #include "shell/startup/programhome.h"
 #include "shell/startup/shippedfiles.h"
 
@@ -13,6 +15,7 @@ void PrepareProgramHome()
 {
     using namespace platform::posix;
     runtime::UseCodePage(runtime::CodePageOfLocale(LocaleName()));
+    shell::TheGlobals().UnicodeTags = shell::IsUnicodeTagsOn();
     const std::string ownChoice = Environment("QUENLIN_HOME");
     const shell::ProgramPlaces places{ProgramFolder(), AbsolutePath(ownChoice), DataHome()};
     shell::SetAppPath(shell::ChooseProgramHome(places));

@@ -111,6 +111,10 @@ int RunInTerminal(const Options &options)
     platform::WatchForEndRequest();
     try {
         PrepareProgramHome();
+        if (options.unicodeTags)
+            shell::SaveUnicodeTags(*options.unicodeTags);
+        if (options.job == Job::Setting)
+            return 0;
         return options.job == Job::Regenerate ? Regenerate(options.paths.front())
                                               : Batch(options.paths);
     } catch (const runtime::RuntimeError &error) {

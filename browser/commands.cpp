@@ -63,6 +63,7 @@ constexpr MenuLine kMenuLines[] = {
 constexpr MenuLine kExtraMenuLines[] = {
     {"mnuExtras", "", "E&xtras", ""},
     {"submnuExportBookmarks", "mnuExtras", "Export &Bookmarks...", ""},
+    {"submnuUnicodeTags", "mnuExtras", "Read &Unicode tags", ""},
 };
 
 constexpr ToolButton kToolButtons[] = {

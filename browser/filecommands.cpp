@@ -8,8 +8,8 @@
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/edittags.h"
-#include "metadata/genres.h"
 #include "metadata/mp3info.h"
+#include "metadata/tagtext.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
 #include "runtime/codepage.h"
@@ -88,6 +88,8 @@ metadata::ID3v2Tag ReadTags(const std::string &path)
         throw runtime::FileError(failure, path);
     if (info.hasID3v1 && !info.hasID3v2)
         catalogue::CopyTag(info.id3v1, info.id3v2);
+    else if (info.hasID3v1)
+        metadata::FillFromID3v1(info.id3v1, info.id3v2);
     return info.id3v2;
 }
 
@@ -175,13 +177,12 @@ void DuplicateEntry(ui::KeyedList &list)
     if (path.empty())
         return;
     const metadata::ID3v2Tag tag = ReadTags(path);
-    const std::string artist = runtime::TextOfBytes(tag.Artist);
+    const std::string artist = metadata::TextOf(tag.kind, tag.Artist);
     const std::optional<std::string> artists =
         Desktop().InputBox("Type the names of the artists", "Artist' Names", artist);
     if (!artists || artists->empty())
         return;
-    std::vector<catalogue::Value> values =
-        catalogue::TagValues(tag, metadata::GenreName(tag.Genre));
+    std::vector<catalogue::Value> values = catalogue::TagValues(tag, metadata::GenreField(tag));
     values[1] = *artists;
     values.emplace_back(path);
     values.emplace_back(std::int64_t{1});

@@ -60,6 +60,22 @@ void ToggleWebStyle(MainForm &form)
     AdjustPanelScroll(form.LV, form);
 }
 
+// The rows hold what was read before, so they are offered to be read again.
+void ToggleUnicodeTags(MainForm &form)
+{
+    shell::SaveUnicodeTags(!shell::TheGlobals().UnicodeTags);
+    UpdateCommands(form);
+    const platform::Answer answer = platform::TheMachine().desktop->MessageBox(
+        shell::GetLanguageText("The catalogue shows the texts as they were read before. Would you "
+                               "like to regenerate the database now?",
+                               "Regenerate", "UnicodeTags"),
+        platform::Buttons::YesNo);
+    if (answer != platform::Answer::Yes)
+        return;
+    catalogue::AllowRegeneration();
+    RegenerateAndLoad(form, true);
+}
+
 void ShowLanguageNote()
 {
     platform::TheMachine().desktop->MessageBox(
@@ -119,6 +135,9 @@ void RegisterOwnCommands(MainForm &form)
     RegisterCommand("submnuRegenerateDatabase", [&form] { RegenerateAndLoad(form, true); });
     RegisterCommand("submnuRefreshTree", [&form] { RefreshTree(form); });
     RegisterCommand("submnuWebStyle", [&form] { ToggleWebStyle(form); });
+    RegisterCommand(
+        "submnuUnicodeTags", [&form] { ToggleUnicodeTags(form); },
+        [] { return !catalogue::IsRegenerating(); });
     RegisterCommand("submnuForums", [] { OpenPage("Forums/default.asp"); });
     RegisterCommand("submnuTutorials", [] { OpenPage("Tutorial%20Index.asp"); });
     RegisterCommand("submnuEnglish", ChooseEnglish);
@@ -174,6 +193,8 @@ void UpdateCommands(MainForm &form)
     for (const MenuLine &line : ExtraMenuLines())
         if (ui::Command *entry = form.FindMenu(line.name); entry && !line.parent.empty())
             entry->SetEnabled(CanRunNow(form, line.name));
+    if (ui::Command *entry = form.FindMenu("submnuUnicodeTags"); entry != nullptr)
+        entry->SetChecked(shell::TheGlobals().UnicodeTags);
     for (ui::Command &button : form.buttons)
         button.SetEnabled(CanRunNow(form, button.name));
 }

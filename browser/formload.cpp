@@ -15,6 +15,7 @@
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/openaddress.h"
+#include "shell/preferences/unicodeoffer.h"
 #include "shell/settings.h"
 #include "ui/controls/form.h"
 
@@ -125,6 +126,7 @@ void BindRegeneration(MainForm &form)
         form.LV.SetEnabled(enabled);
     };
     controls.EmptyLV = [&form] { form.LV.ClearRows(); };
+    controls.OfferUnicodeTags = shell::OfferUnicodeTags;
     controls.Progress = [&form](std::string_view, std::int64_t value, std::int64_t maximum) {
         ShowReading(form, value, maximum);
     };
@@ -133,7 +135,7 @@ void BindRegeneration(MainForm &form)
 void ReleaseRegeneration()
 {
     catalogue::RegenerationControls &controls = catalogue::TheRegenerationControls();
-    controls = {nullptr, nullptr, {}, {}, {}, controls.EmailBugReport, {}, {}};
+    controls = {nullptr, nullptr, {}, {}, {}, controls.EmailBugReport, {}, {}, {}};
     shell::TheStatusLine() = nullptr;
 }
 

@@ -11,6 +11,8 @@
 #include <QPainter>
 #include <QToolBar>
 #include <QToolButton>
+#include <algorithm>
+#include <iterator>
 
 namespace browser
 {
@@ -22,7 +24,7 @@ constexpr int kToolIconPixels = 22;
 constexpr int kStripIconPixels = 16;
 constexpr std::string_view kLanguageEntry = "submnuLng";
 constexpr std::string_view kExtras = "mnuExtras";
-constexpr std::string_view kWebStyle = "submnuWebStyle";
+constexpr std::string_view kCheckable[] = {"submnuWebStyle", "submnuUnicodeTags"};
 
 QIcon MenuIcon(std::string_view name)
 {
@@ -87,7 +89,9 @@ void frmMainWindow::AddMenuLine(const MenuLine &line)
     if (!line.shortcut.empty())
         action->setShortcut(QKeySequence(ui::qt::ToQt(line.shortcut)));
     action->setMenuRole(QAction::NoRole);
-    ui::qt::BindAction(*command, action, line.name == kWebStyle);
+    ui::qt::BindAction(*command, action,
+                       std::find(std::begin(kCheckable), std::end(kCheckable), line.name) !=
+                           std::end(kCheckable));
     connect(action, &QAction::triggered, this, [this, command] {
         RunCommand(m_form, command->name);
         if (command->changed)

@@ -4,8 +4,8 @@
 #include "catalogue/edittags.h"
 #include "catalogue/rowgroups.h"
 #include "catalogue/sql/statementparams.h"
-#include "metadata/genres.h"
 #include "metadata/mp3info.h"
+#include "metadata/tagtext.h"
 #include "platform/drives.h"
 #include "platform/files.h"
 #include "platform/machine.h"
@@ -107,6 +107,8 @@ bool ReadTags(Addition &addition)
         CopyTag(oldTag, addition.tag);
     else if (!hasID3v1 && !hasID3v2)
         BlankTag(addition);
+    else if (hasID3v1)
+        metadata::FillFromID3v1(oldTag, addition.tag);
     return true;
 }
 
@@ -202,8 +204,7 @@ void AddRow(ADOclass &access, Addition &addition, std::uint64_t groupNo)
     Guarded(addition, [&] { label = DiskLabel(addition.path, groupNo); });
     Guarded(addition, [&] {
         InsertRow(access, addition.path,
-                  TagValues(addition.tag, metadata::GenreName(addition.tag.Genre)),
-                  std::move(label));
+                  TagValues(addition.tag, metadata::GenreField(addition.tag)), std::move(label));
     });
 }
 
@@ -237,14 +238,16 @@ bool HasDuplicates(Recordset &rows)
     return false;
 }
 
-// Writes the genre as it is in the tag: the number of an ID3v1 tag stays a number. Rows marked as
-// duplicates keep their artist. The result of `Edit1` does not change the result of the call. Rows
-// that have the values already are not written: without a duplicate, a successful `Edit1` leaves
-// nothing for `Edit2`.
+// Writes the genre as it is in the tag: the number of an ID3v1 tag stays a number, unless the texts
+// of the record are UTF-8, where the genre is in words. Rows marked as duplicates keep their
+// artist. The result of `Edit1` does not change the result of the call. Rows that have the values
+// already are not written: without a duplicate, a successful `Edit1` leaves nothing for `Edit2`.
 void UpdateRows(ADOclass &access, Addition &addition, Recordset &rows)
 {
     addition.result = kUpdated;
-    std::vector<Value> values = TagValues(addition.tag, addition.tag.Genre);
+    const bool inWords = addition.tag.kind == metadata::TextKind::Utf8;
+    std::vector<Value> values =
+        TagValues(addition.tag, inWords ? metadata::GenreField(addition.tag) : addition.tag.Genre);
     bool isUpToDate = false;
     Guarded(addition, [&] { isUpToDate = IsUpToDate(rows, values); });
     if (isUpToDate)

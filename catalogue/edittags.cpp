@@ -1,11 +1,12 @@
 #include "catalogue/edittags.h"
 
 #include "catalogue/adoclass.h"
-#include "metadata/genres.h"
-#include "runtime/codepage.h"
+#include "metadata/tagtext.h"
 #include "runtime/error.h"
 #include "runtime/numbers.h"
-#include "runtime/text.h"
+#include "runtime/utf8.h"
+
+#include <utility>
 
 namespace catalogue
 {
@@ -20,15 +21,26 @@ std::string Update(const std::string &query, const std::vector<Value> &values)
     return DataAccess->Succeeded ? std::string() : DataAccess->ErrorMessage;
 }
 
-} // namespace
-
-std::string UsedText(std::string_view field)
+// The first `count` characters of a field.
+std::string_view LeftOfField(std::string_view field, metadata::TextKind kind, std::size_t count)
 {
-    return std::string(runtime::StripTrailingNulls(runtime::Trim(field)));
+    if (field.size() <= count)
+        return field;
+    return kind == metadata::TextKind::Utf8 ? runtime::LeftCharacters(field, count)
+                                            : field.substr(0, count);
 }
+
+} // namespace
 
 void CopyTag(const metadata::ID3v1Tag &from, metadata::ID3v2Tag &to)
 {
+    if (to.kind == metadata::TextKind::Utf8) {
+        std::string lyrics = std::move(to.Lyrics);
+        to = metadata::TextsOf(from);
+        to.Lyrics = std::move(lyrics);
+        return;
+    }
+    using metadata::UsedText;
     to.Artist = UsedText(from.Artist);
     to.Album = UsedText(from.Album);
     to.Comment = UsedText(from.Comment);
@@ -43,17 +55,17 @@ std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &g
 {
     std::vector<Value> values;
     values.reserve(9);
-    for (const std::string *bytes :
+    for (const std::string *field :
          {&tag.Title, &tag.Artist, &tag.Album, &tag.Year, &tag.Comment, &genre})
         values.emplace_back(
-            runtime::TextOfBytes(std::string_view(*bytes).substr(0, kLongestTextBytes)));
-    values.emplace_back(runtime::TextOfBytes(tag.Lyrics));
+            metadata::TextOf(tag.kind, LeftOfField(*field, tag.kind, kLongestText)));
+    values.emplace_back(metadata::TextOf(tag.kind, tag.Lyrics));
     return values;
 }
 
 void UpdateEditedTags(const metadata::ID3v2Tag &tag, const std::string &path)
 {
-    std::vector<Value> values = TagValues(tag, metadata::GenreName(tag.Genre));
+    std::vector<Value> values = TagValues(tag, metadata::GenreField(tag));
     values.emplace_back(path);
     std::string failure = Update("Edit1", values);
     values.erase(values.begin() + 1); // the artist

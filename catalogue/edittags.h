@@ -12,19 +12,16 @@
 namespace catalogue
 {
 
-// The greatest length of a tag's text in a row, except for the lyrics: the columns are texts, not
-// long texts. A file byte is one character.
-inline constexpr std::size_t kLongestTextBytes = 32767;
+// The most that a row keeps of a tag's text, but for its lyrics: the column is a text, no long
+// text. In characters; a file byte is one.
+inline constexpr std::size_t kLongestText = 32767;
 
-// The seven texts of a tag in the order of the columns, converted from file bytes to UTF-8, with
-// `genre` (file bytes) as the genre; each is cut to the greatest length.
+// The seven texts of a tag in the order of the columns, as UTF-8, with `genre` (of the tag's kind
+// of texts) in its place; what is longer than a row keeps is cut off.
 std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &genre);
 
-// A field of the ID3v1 record without the blanks and the NULs that fill its end; file bytes.
-[[nodiscard]] std::string UsedText(std::string_view field);
-
-// Copies an ID3v1 tag to the common form: its texts without the filling, its genre as a number in
-// text form. The lyrics of `to` are not changed.
+// The ID3v1 tag in the common form: the used texts as the kind of `to`, the genre as a number in
+// text form, where `to` is UTF-8 in words. The lyrics of `to` stay.
 void CopyTag(const metadata::ID3v1Tag &from, metadata::ID3v2Tag &to);
 
 // Writes the values of `tag` to the rows of `path`, the genre by its name: runs "Edit1", then

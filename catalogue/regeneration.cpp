@@ -3,11 +3,11 @@
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/lockwait.h"
+#include "catalogue/regeneration/emptysongs.h"
 #include "catalogue/regeneration/integrityreport.h"
 #include "catalogue/regeneration/lookahead.h"
 #include "catalogue/regeneration/walker.h"
 #include "catalogue/rowgroups.h"
-#include "catalogue/sqlite/cataloguecopy.h"
 #include "metadata/mp3info.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
@@ -19,6 +19,7 @@
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/openaddress.h"
+#include "shell/settings.h"
 
 #include <cerrno>
 #include <string_view>
@@ -251,6 +252,8 @@ void ScanFile(Run &run, const std::string &path)
         summary.anyReported = true;
         summary.reported++;
     }
+    if (metadata::HasTextsForFrames())
+        summary.unicodeFiles++;
     metadata::KeepForNextPass();
     AddInGroup(path, run.groups, [path](const AddOutcome &outcome) { NoteOutcome(path, outcome); });
 }
@@ -333,35 +336,28 @@ void CountAll(std::int64_t &maximum)
         bar->SetMax(maximum);
 }
 
-// Whether there are rows that a deletion would lose.
-bool HasSongs()
-{
-    const auto records = Records(DataAccess->ExecuteSQL("SELECT * FROM MP3s", kDetect));
-    return records != nullptr && records->IsOpen() && !records->AtEnd();
-}
-
-// Empties the table, after making a copy of the whole catalogue. If the copy fails, nothing is
-// deleted. If the table cannot be emptied, rows of deleted files would stay: this counts as a
-// failure.
+// A table that could not be emptied would keep the rows of deleted files: this counts as a failure.
 void EmptyTable()
 {
-    if (HasSongs()) {
-        const std::string reason =
-            CopyCatalogue(DataAccess->DirBase + DataAccess->DataBaseName + ".mdb");
-        if (!reason.empty()) {
-            TheState().summary.rowsLost = true;
-            ListFailure(reason + "\r");
-            return;
-        }
+    if (const std::string reason = EmptySongs(); !reason.empty()) {
+        TheState().summary.rowsLost = true;
+        ListFailure(reason + "\r");
     }
-    DataAccess->ExecuteSQL("DELETE FROM MP3s", kDetect);
-    if (DataAccess->Succeeded)
-        return;
-    TheState().summary.rowsLost = true;
-    ListFailure(DataAccess->ErrorMessage + "\r");
 }
 
-void Regenerate()
+// Whether the user has chosen another way of reading, so that the run is to be repeated.
+bool IsToBeReadAnew()
+{
+    const RegenerationSummary &summary = TheState().summary;
+    const auto &offer = TheState().controls.OfferUnicodeTags;
+    if (summary.unicodeFiles == 0 || !offer || !offer(summary.unicodeFiles, summary.files))
+        return false;
+    shell::SaveUnicodeTags(true);
+    return true;
+}
+
+// One run. True: it is to be repeated.
+bool Regenerate()
 {
     const shell::Globals &globals = shell::TheGlobals();
     EnterRoot(globals.MP3Directory);
@@ -388,10 +384,11 @@ void Regenerate()
         empty();
     TheState().summary.stopped = TheState().stopRequested;
     if (TheState().summary.stopped)
-        return;
+        return false;
     if (!TheState().summary.errors.empty())
         OfferMail();
     CloseReport(run);
+    return IsToBeReadAnew();
 }
 
 // Marks the run as running; the destructor removes the marks.
@@ -418,6 +415,11 @@ RegenerationControls &TheRegenerationControls()
 const RegenerationSummary &LastRegeneration()
 {
     return TheState().summary;
+}
+
+void AllowRegeneration()
+{
+    Dirs().Clear();
 }
 
 const std::string &PathOfMP3s()
@@ -470,11 +472,15 @@ void ListRefresh(bool showProgress)
         TheState().summary.skipped = true;
         return;
     }
-    const std::uint64_t number = TheState().summary.number;
-    TheState().summary = {};
-    TheState().summary.number = number;
+    const auto forget = [] {
+        const std::uint64_t number = TheState().summary.number;
+        TheState().summary = {};
+        TheState().summary.number = number;
+    };
+    forget();
     try {
-        Regenerate();
+        while (Regenerate())
+            forget();
     } catch (const runtime::RuntimeError &) {
         Dirs().Clear(); // so that a run that failed can be tried again
         EmptyPanels();

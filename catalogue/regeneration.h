@@ -31,23 +31,29 @@ struct RegenerationControls {
     // Gets the text of the panel "Playing", the number of files done and the number of all files (0
     // while they are being counted), for a window that shows a run itself.
     std::function<void(std::string_view line, std::int64_t value, std::int64_t maximum)> Progress;
+
+    // Asks whether tags are to be read by their frames from now on (shell::Globals::UnicodeTags),
+    // as `files` of `of` files have texts that only so can be read. True: they are, and the run is
+    // repeated.
+    std::function<bool(std::int64_t files, std::int64_t of)> OfferUnicodeTags;
 };
 RegenerationControls &TheRegenerationControls();
 
 // Results of the last run, for the terminal.
 struct RegenerationSummary {
-    std::uint64_t number = 0; // number of the call of ListRefresh; 0 before the first
-    std::int64_t files = 0;   // MP3 files found
-    std::int64_t failed = 0;  // files that could not be added or updated
-    std::vector<std::string> unreadableFolders; // path, ": ", the operating system's words
-    std::string errors;        // the reasons as put on the clipboard: at most 64 KiB, then a count
-    std::int64_t unlisted = 0; // reasons for which `errors` had no room
-    bool rowsLost = false;     // the catalogue did not take a row, or could not be emptied
-    std::int64_t reported = 0; // files that have an entry in the report
-    bool anyReported = false;  // the report has an entry
-    bool stopped = false;      // ended early by StopRegeneration
-    // The folder was done before in this process: nothing was done, and the other fields are from
-    // the run before.
+    std::uint64_t number = 0;                   // of the call of ListRefresh; 0 before the first
+    std::int64_t files = 0;                     // MP3 files that were met
+    std::int64_t failed = 0;                    // files that could not be added or updated
+    std::vector<std::string> unreadableFolders; // path, ": ", the system's words
+    std::string errors;            // the reasons as the clipboard gets them: 64 KiB, then a count
+    std::int64_t unlisted = 0;     // the reasons that found no room in `errors`
+    bool rowsLost = false;         // the catalogue did not take a row, or could not be emptied
+    std::int64_t reported = 0;     // files that have an entry in the report
+    std::int64_t unicodeFiles = 0; // with texts that only reading by frames can read, where they
+                                   // are not read so
+    bool anyReported = false;      // the report has an entry
+    bool stopped = false;          // ended early by StopRegeneration
+    // The walker was at the folder already: nothing was done, the rest is of the run before.
     bool skipped = false;
 };
 const RegenerationSummary &LastRegeneration();
@@ -62,8 +68,11 @@ const RegenerationSummary &LastRegeneration();
 // tried again.
 void ListRefresh(bool showProgress);
 
-// The path of the main window's file box. SetPathOfMP3s changes it alone, without the folder box,
-// so that the next ListRefresh does not take the folder for one that was done.
+// The next ListRefresh runs, also over the folder that was done.
+void AllowRegeneration();
+
+// The path of the main window's file box. MoveMP3s changes it alone, without the folder box, so
+// that the next ListRefresh does not take the folder for one that was done.
 const std::string &PathOfMP3s();
 void MoveMP3s(const std::string &path);
 

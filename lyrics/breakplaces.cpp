@@ -1,36 +1,50 @@
 #include "lyrics/breakplaces.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace lyrics
 {
 
-BreakPlaces::BreakPlaces(std::string_view text) : m_size(static_cast<int>(text.size()))
+BreakPlaces::BreakPlaces(std::string_view text, metadata::TextKind kind)
 {
-    for (std::size_t at = text.find("\r\n"); at != std::string_view::npos;
-         at = text.find("\r\n", at + 2))
-        m_pairs.push_back(static_cast<int>(at));
+    const bool isUtf8 = kind == metadata::TextKind::Utf8;
+    int shift = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const auto byte = static_cast<unsigned char>(text[at]);
+        if (isUtf8 && (byte & 0xC0U) == 0x80)
+            continue;
+        if (byte == '\r' && at + 1 < text.size() && text[at + 1] == '\n')
+            m_odd.push_back({m_size, --shift});
+        else if (isUtf8 && byte >= 0xF0)
+            m_odd.push_back({m_size, ++shift});
+        ++m_size;
+    }
 }
 
 int BreakPlaces::Shown(int position) const
 {
-    // A pair counts as before the position also when the position is between its CR and its LF.
-    const auto next = std::lower_bound(m_pairs.begin(), m_pairs.end(), position);
-    return position - static_cast<int>(next - m_pairs.begin());
+    // A pair whose LF is yet to come counts like one that is wholly before.
+    const auto next =
+        std::lower_bound(m_odd.begin(), m_odd.end(), position,
+                         [](const Odd &odd, int wanted) { return odd.position < wanted; });
+    return position + Shift(static_cast<std::size_t>(next - m_odd.begin()));
 }
 
 int BreakPlaces::Stored(int place) const
 {
-    int before = 0; // the number of pairs before the place
-    int after = static_cast<int>(m_pairs.size());
+    std::size_t before = 0; // those that are before the place
+    std::size_t after = m_odd.size();
     while (before < after) {
-        const int middle = (before + after) / 2;
-        if (m_pairs[static_cast<std::size_t>(middle)] - middle < place)
+        const std::size_t middle = (before + after) / 2;
+        if (m_odd[middle].position + Shift(middle) < place)
             before = middle + 1;
         else
             after = middle;
     }
-    return place + before;
+    // Of a character of two units the first one is before the place in its middle.
+    const int position = place - Shift(before);
+    return before > 0 ? std::max(position, m_odd[before - 1].position) : position;
 }
 
 } // namespace lyrics

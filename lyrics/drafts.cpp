@@ -1,5 +1,6 @@
 #include "lyrics/drafts.h"
 
+#include "metadata/tagtext.h"
 #include "platform/machine.h"
 #include "platform/posix/files.h"
 #include "platform/posix/userfolders.h"
@@ -10,6 +11,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <string_view>
+#include <utility>
 
 namespace lyrics
 {
@@ -17,9 +19,11 @@ namespace lyrics
 namespace
 {
 
-// The file of a draft: this line, the length of the song's path in decimal, a line feed, the path,
-// a line feed, then the lyrics up to the end of the file.
+// A draft is one of these lines (the second one where the lyrics are UTF-8), the length of the
+// song's path in decimal, a line feed, the path, a line feed, and the lyrics up to the end of the
+// file.
 constexpr std::string_view kFirstLine = "Quenlin lyrics draft 1\n";
+constexpr std::string_view kFirstLineUtf8 = "Quenlin lyrics draft 2\n";
 constexpr std::size_t kLargestDraft = std::size_t{1} << 28; // the most that an ID3v2 tag can hold
 constexpr int kPlaces = 4;                                  // songs whose paths have the same hash
 
@@ -31,27 +35,34 @@ std::string PlaceFile(const std::string &path, int place)
     return DraftFolder() + name;
 }
 
-std::string HeadOf(const std::string &path)
+std::string HeadOf(const std::string &path, metadata::TextKind kind)
 {
-    return std::string(kFirstLine) + std::to_string(path.size()) + "\n" + path + "\n";
+    const bool isUtf8 = kind == metadata::TextKind::Utf8;
+    return std::string(isUtf8 ? kFirstLineUtf8 : kFirstLine) + std::to_string(path.size()) + "\n" +
+           path + "\n";
 }
 
 // Where the draft of a song is, or can be written.
 struct Place {
     std::string file;                 // empty when drafts of other songs use all places
     std::optional<std::string> draft; // the draft that the song has there now
+    metadata::TextKind kind = metadata::TextKind::FileBytes; // of the draft
 };
 
 Place FindPlace(const std::string &path)
 {
-    const std::string head = HeadOf(path);
+    using metadata::TextKind;
+    const std::string head = HeadOf(path, TextKind::FileBytes);
+    const std::string headUtf8 = HeadOf(path, TextKind::Utf8);
     Place place;
     for (int i = 0; i < kPlaces; ++i) {
         const std::string file = PlaceFile(path, i);
         const auto bytes = platform::posix::ReadRegularFile(file, kLargestDraft + head.size());
         const int reason = bytes ? 0 : errno;
         if (bytes && bytes->starts_with(head))
-            return {file, bytes->substr(head.size())};
+            return {file, bytes->substr(head.size()), TextKind::FileBytes};
+        if (bytes && bytes->starts_with(headUtf8))
+            return {file, bytes->substr(headUtf8.size()), TextKind::Utf8};
         if (reason == ENOENT && place.file.empty())
             place.file = file;
     }
@@ -83,12 +94,15 @@ std::string DraftFolder()
     return platform::posix::ConfigHome() + "/" + std::string(shell::kApplicationTitle) + "/Drafts";
 }
 
-std::optional<std::string> ReadDraft(const std::string &path)
+std::optional<std::string> ReadDraft(const std::string &path, metadata::TextKind kind)
 {
-    return FindPlace(path).draft;
+    Place place = FindPlace(path);
+    if (!place.draft || place.kind == kind)
+        return std::move(place.draft);
+    return metadata::FieldOf(kind, metadata::TextOf(place.kind, *place.draft));
 }
 
-void WriteDraft(const std::string &path, const std::string &text)
+void WriteDraft(const std::string &path, const std::string &text, metadata::TextKind kind)
 {
     platform::Files &files = *platform::TheMachine().files;
     if (!platform::posix::MakeFolders(DraftFolder()))
@@ -100,7 +114,7 @@ void WriteDraft(const std::string &path, const std::string &text)
     const int handle = files.CreateBeside(file, grown);
     if (handle < 0)
         Check(-handle);
-    int reason = WriteAll(files, handle, HeadOf(path) + text);
+    int reason = WriteAll(files, handle, HeadOf(path, kind) + text);
     files.Close(handle);
     if (reason == 0)
         reason = files.Rename(grown, file);

@@ -1,7 +1,9 @@
-// lyrics/drafts.h - drafts: lyrics with marks that are not in the song's file yet, stored so that
-// neither an error nor a kill of the program loses them. One file for each song, beside the
-// settings. Paths are bytes, lyrics are file bytes. No state.
+// lyrics/drafts.h - the marked lyrics of a song that are not in its file yet, kept so that neither
+// an error nor a kill loses them: one file a song, beside the settings. Paths are the file system's
+// bytes, lyrics are of either kind of texts; the draft says of which. No state.
 #pragma once
+
+#include "metadata/records.h"
 
 #include <optional>
 #include <string>
@@ -12,14 +14,16 @@ namespace lyrics
 // The folder of the drafts: "Drafts" in the folder of the settings. WriteDraft makes it.
 std::string DraftFolder();
 
-// The draft for the song at `path`. Returns: nothing when there is none, or when it cannot be read.
-std::optional<std::string> ReadDraft(const std::string &path);
+// The draft for the song at `path`, as that kind of text. Nothing when there is none, or none that
+// can be read.
+std::optional<std::string> ReadDraft(const std::string &path,
+                                     metadata::TextKind kind = metadata::TextKind::FileBytes);
 
-// Stores `text` as the draft of the song and replaces an earlier one, in one step: whatever fails,
-// and whenever the program or the machine stops, either the old or the new draft is there,
-// complete. It has been written to the disk when this returns.
-// Errors: FileError.
-void WriteDraft(const std::string &path, const std::string &text);
+// Keeps `text`, which is of that kind, as the draft of the song, in place of an earlier one, in one
+// step: whatever fails and whenever the process or the machine stops, the old or the new draft is
+// there, whole. It is on the disk when this returns. Errors: FileError.
+void WriteDraft(const std::string &path, const std::string &text,
+                metadata::TextKind kind = metadata::TextKind::FileBytes);
 
 // Deletes the draft of the song; does nothing when there is none. Errors: FileError.
 void RemoveDraft(const std::string &path);

@@ -1,5 +1,6 @@
 #include "lyrics/lyricsform.h"
 #include "lyrics/marks.h"
+#include "metadata/tagtext.h"
 #include "platform/machine.h"
 #include "platform/windows.h"
 #include "player/nowplaying.h"
@@ -210,14 +211,16 @@ void FollowLyrics(LyricsForm &form, std::string_view title, std::string_view lyr
     std::string song(title);
     std::erase(song, '\0'); // many programs write NULs after the texts of a tag
     form.SetTitle(song.empty() ? name : song + " - " + name);
-    form.Lyrics.SetText({}); // so that setting the same text again counts as a change
+    form.Lyrics.SetText({}); // so that a text like the last one is a change
+    form.Lyrics.kind = metadata::KindInForce();
     form.Lyrics.SetText(runtime::WithCrLf(lyrics));
 }
 
 void SetTimes(LyricsForm &form, const std::string &file)
 {
     const BusyWhile busy(form);
-    form.fileLyrics = LyricsOfFile(file);
+    form.Lyrics.kind = metadata::KindInForce();
+    form.fileLyrics = LyricsOfFile(file, form.Lyrics.kind);
     form.FileName = file;
     form.SettingTimes = true;
     ui::Show(form);
@@ -250,7 +253,7 @@ void ParseTimes(LyricsForm &form)
     form.Lyrics.SetEnabled(false); // a change that the test makes calls this handler again
     std::string text = form.Lyrics.Text();
     try {
-        ParseMarks(text, *form.Times);
+        ParseMarksOf(form.Lyrics.kind, text, *form.Times);
     } catch (const runtime::RuntimeError &) {
         form.Lyrics.SetText(text);
         form.Lyrics.SetEnabled(true);
@@ -287,20 +290,19 @@ void cmdSetIt_Click(LyricsForm &form)
     std::string mark = "[";
     mark.append(runtime::Trim(std::string_view(status).substr(0, status.find(' ')))).append("]");
     const std::string &text = form.Lyrics.Text();
-    const auto caret = static_cast<std::size_t>(form.Lyrics.SelStart());
+    const int caret = form.Lyrics.SelStart();
 
-    // From here positions are one-based: that of the carriage return before the caret (0 without
-    // one), and that of the character after the next carriage return, or of the last character of
-    // the text.
-    std::size_t before = caret;
+    // From here positions are one-based: of the carriage return before the caret (0 without one),
+    // and behind the caret of the next one, or of the text's last character.
+    std::size_t before = form.Lyrics.OffsetOf(caret);
     while (before > 0 && text[before - 1] != '\r')
         --before;
-    // After the line feed; when there is no line before, after the first character of the text.
-    form.Lyrics.Replace(static_cast<int>(before + 1), 0, mark);
-    std::size_t next = caret + mark.size();
+    // Behind the line feed; without a line before, behind the first character of the text.
+    form.Lyrics.Replace(form.Lyrics.PositionAt(before) + 1, 0, mark);
+    std::size_t next = form.Lyrics.OffsetOf(caret + static_cast<int>(mark.size()));
     while (next < text.size() && text[next - 1] != '\r')
         ++next;
-    form.Lyrics.Select(static_cast<int>(next), 1);
+    form.Lyrics.Select(form.Lyrics.PositionAt(next), 1);
     form.Lyrics.SetFocus();
 }
 

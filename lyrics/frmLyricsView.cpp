@@ -1,8 +1,8 @@
 #include "lyrics/frmLyricsView.h"
 
 #include "lyrics/lyricsform.h"
+#include "metadata/tagtext.h"
 #include "platform/qt/text.h"
-#include "runtime/codepage.h"
 #include "runtime/text.h"
 #include "shell/language.h"
 #include "ui/qt/bindings.h"
@@ -31,19 +31,45 @@ bool HasNoShape(QChar c)
     return c.category() == QChar::Other_Control && c != QLatin1Char('\n') && c != QLatin1Char('\t');
 }
 
-// The text with one character for each place: each byte is one, except that a CR LF is one line
-// end. A CR alone is a line end, like an LF. A control character is shown as a blank.
-QString ShownText(std::string_view bytes)
+// A CR LF is one place, and a CR alone breaks a line like an LF. A control character shows as a
+// blank.
+QString ShownText(const LyricsBox &box)
 {
-    const std::string breaks = runtime::Replace(runtime::Replace(bytes, "\r\n", "\n"), "\r", "\n");
-    QString text = platform::qt::ToQt(runtime::TextOfBytes(breaks));
+    const std::string breaks =
+        runtime::Replace(runtime::Replace(box.Text(), "\r\n", "\n"), "\r", "\n");
+    QString text = platform::qt::ToQt(metadata::TextOf(box.kind, breaks));
     std::replace_if(text.begin(), text.end(), HasNoShape, QLatin1Char(' '));
     return text;
 }
 
-std::string StoredText(const QString &shown)
+std::string StoredText(const QString &shown, metadata::TextKind kind)
 {
-    return runtime::Replace(runtime::BytesOfText(platform::qt::FromQt(shown)), "\n", "\r\n");
+    return runtime::Replace(metadata::FieldOf(kind, platform::qt::FromQt(shown)), "\n", "\r\n");
+}
+
+// The stretch in which two texts differ, without the half of a character that takes two units.
+struct Difference {
+    int from = 0;              // in both
+    int before = 0, after = 0; // its end in either
+};
+
+Difference DifferenceOf(const QString &before, const QString &after)
+{
+    const auto [from, to] =
+        std::mismatch(before.cbegin(), before.cend(), after.cbegin(), after.cend());
+    const auto same =
+        std::mismatch(std::make_reverse_iterator(before.cend()), std::make_reverse_iterator(from),
+                      std::make_reverse_iterator(after.cend()), std::make_reverse_iterator(to));
+    Difference stretch{static_cast<int>(from - before.cbegin()),
+                       static_cast<int>(same.first.base() - before.cbegin()),
+                       static_cast<int>(same.second.base() - after.cbegin())};
+    if (stretch.from > 0 && before[stretch.from - 1].isHighSurrogate())
+        --stretch.from;
+    if (stretch.before < before.size() && before[stretch.before].isLowSurrogate()) {
+        ++stretch.before;
+        ++stretch.after;
+    }
+    return stretch;
 }
 
 } // namespace
@@ -85,24 +111,19 @@ void LyricsView::ShowText()
     if (m_taking)
         return;
     const Flag applying(m_applying, true);
-    m_places = BreakPlaces(m_box.Text());
-    const QString text = ShownText(m_box.Text());
+    m_places = BreakPlaces(m_box.Text(), m_box.kind);
+    const QString text = ShownText(m_box);
     if (text == m_shown)
         return;
     if (m_shown.isEmpty() || text.isEmpty()) {
         setPlainText(text);
     } else {
-        // Changes only the part that differs, as one edit that can be undone.
-        const auto [from, to] =
-            std::mismatch(m_shown.cbegin(), m_shown.cend(), text.cbegin(), text.cend());
-        const auto same = std::mismatch(
-            std::make_reverse_iterator(m_shown.cend()), std::make_reverse_iterator(from),
-            std::make_reverse_iterator(text.cend()), std::make_reverse_iterator(to));
+        // Only what differs, as an edit that can be undone.
+        const Difference stretch = DifferenceOf(m_shown, text);
         QTextCursor cursor(document());
-        cursor.setPosition(static_cast<int>(from - m_shown.cbegin()));
-        cursor.setPosition(static_cast<int>(same.first.base() - m_shown.cbegin()),
-                           QTextCursor::KeepAnchor);
-        cursor.insertText(QString(to, same.second.base() - to));
+        cursor.setPosition(stretch.from);
+        cursor.setPosition(stretch.before, QTextCursor::KeepAnchor);
+        cursor.insertText(text.mid(stretch.from, stretch.after - stretch.from));
     }
     m_shown = text;
     ShowSelection();
@@ -173,8 +194,8 @@ void LyricsView::TakeEdit(int position, int removed, int added)
     const int to = m_places.Stored(position + removed);
     m_shown.replace(position, removed, text);
     const Flag taking(m_taking, true);
-    m_box.Replace(from, to - from, StoredText(text));
-    m_places = BreakPlaces(m_box.Text());
+    m_box.Replace(from, to - from, StoredText(text, m_box.kind));
+    m_places = BreakPlaces(m_box.Text(), m_box.kind);
 }
 
 void LyricsView::TakeSelection()

@@ -1,10 +1,14 @@
-// lyrics/lyricsbox.h - the text box of lyrics: file bytes, one character per byte, with a
-// selection. A line break is two characters here, CR and LF, although the user sees it as one.
+// lyrics/lyricsbox.h - the text box of lyrics, of either kind of texts, with a selection. Positions
+// count characters: of file bytes each byte is one. What the user sees of a line break is one
+// place, here it is the two characters it is stored as.
 #pragma once
 
+#include "metadata/records.h"
+#include "runtime/utf8.h"
 #include "ui/controls/area.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -17,7 +21,23 @@ class LyricsBox : public ui::Area
 public:
     const std::string &Text() const { return m_text; }
 
-    // Sets another text, with the caret at its start. Calls `textChanged` when it differs.
+    // The kind of the text; to be set before it.
+    metadata::TextKind kind = metadata::TextKind::FileBytes;
+
+    // The zero-based offset in the text's bytes of a position, and the position at an offset.
+    std::size_t OffsetOf(int position) const
+    {
+        const auto count = static_cast<std::size_t>(std::max(position, 0));
+        if (kind == metadata::TextKind::FileBytes)
+            return std::min(count, m_text.size());
+        return runtime::LeftCharacters(m_text, count).size();
+    }
+    int PositionAt(std::size_t offset) const
+    {
+        return CountIn(std::string_view(m_text).substr(0, offset));
+    }
+
+    // Puts another text there, the caret at its start. Raises `textChanged` when it differs.
     void SetText(std::string_view text)
     {
         if (text == m_text)
@@ -31,9 +51,10 @@ public:
     // caret after them.
     void Replace(int start, int length, std::string_view bytes)
     {
-        const auto from = static_cast<std::size_t>(Clamped(start));
-        m_text.replace(from, static_cast<std::size_t>(std::max(length, 0)), bytes);
-        m_start = static_cast<int>(from + bytes.size());
+        const int from = Clamped(start);
+        const std::size_t offset = OffsetOf(from);
+        m_text.replace(offset, OffsetOf(from + std::max(length, 0)) - offset, bytes);
+        m_start = from + CountIn(bytes);
         m_length = 0;
         RaiseChange();
     }
@@ -60,7 +81,12 @@ public:
     ui::ChangeHook selectionChanged;   // for the view: show the selection and scroll to it
 
 private:
-    int Size() const { return static_cast<int>(m_text.size()); }
+    int CountIn(std::string_view text) const
+    {
+        return static_cast<int>(kind == metadata::TextKind::Utf8 ? runtime::CountCharacters(text)
+                                                                 : text.size());
+    }
+    int Size() const { return CountIn(m_text); }
     int Clamped(int position) const { return std::clamp(position, 0, Size()); }
     void RaiseChange()
     {

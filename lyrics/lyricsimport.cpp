@@ -3,9 +3,11 @@
 #include "catalogue/adoclass.h"
 #include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
+#include "metadata/unicode/textvalues.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
 #include "platform/posix/files.h"
+#include "runtime/codepage.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
 #include "shell/globals.h"
@@ -63,6 +65,19 @@ std::string ReadText(const std::string &txtPath)
     return *std::move(text);
 }
 
+// The text of a file in UTF-8. A NUL would end it.
+std::string Decoded(std::string_view bytes)
+{
+    using metadata::unicode::Encoding;
+    const bool isUtf16 = bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
+    if (bytes.starts_with(runtime::kByteOrderMark))
+        bytes.remove_prefix(runtime::kByteOrderMark.size());
+    std::string text =
+        metadata::unicode::DecodeText(isUtf16 ? Encoding::Utf16 : Encoding::Utf8, bytes);
+    std::erase(text, '\0');
+    return text;
+}
+
 } // namespace
 
 void AddLyricsFromTXT(const std::string &txtPath)
@@ -78,9 +93,13 @@ void AddLyricsFromTXT(const std::string &txtPath)
     shell::ShowProgressText("Reading the lyrics from the TXT", "ReadingLyricsFromTXT");
     metadata::SongInfo info = old;
     info.id3v2.Lyrics = ReadText(txtPath);
+    const bool isUtf8 = info.id3v2.kind == metadata::TextKind::Utf8;
+    if (isUtf8)
+        info.id3v2.Lyrics = Decoded(info.id3v2.Lyrics);
     platform::TheMachine().desktop->DoEvents();
-    const bool saved = metadata::SaveTag(info.id3v1, info.id3v2, old.id3v1, old.id3v2, song, true,
-                                         true, &shell::TheGlobals().lblProgress);
+    const bool writeID3v1 = old.hasID3v1 || !isUtf8; // by frames only the lyrics change
+    const bool saved = metadata::SaveTag(info.id3v1, info.id3v2, old.id3v1, old.id3v2, song,
+                                         writeID3v1, true, &shell::TheGlobals().lblProgress);
     Tell(saved ? "The lyrics were added correctly." : "The lyrics couldn't be added.");
 }
 

@@ -7,10 +7,11 @@
 namespace lyrics
 {
 
-// Looks in the catalogue for the MP3 with the name of `txtPath` (its last 4 characters replaced by
-// ".mp3") in any folder, and saves the whole text as its lyrics. The text is taken as file bytes,
-// unchanged. A box shows the result; progress is shown in `lblProgress`.
-// Errors: FileError when the text file cannot be read.
+// Looks up the MP3 that is named like `txtPath` (its last 4 characters replaced by ".mp3") in any
+// folder of the catalogue, and saves the whole text as its lyrics; the text is taken as file bytes,
+// as it stands; where tags are read by frames it is decoded: by its byte order mark, else as UTF-8
+// where it is that, else with the code page. Tells in a box how it went; progress words go to
+// `lblProgress`. Errors: FileError when the text file cannot be read.
 void AddLyricsFromTXT(const std::string &txtPath);
 
 } // namespace lyrics

@@ -2,6 +2,7 @@
 
 #include "lyrics/drafts.h"
 #include "metadata/mp3info.h"
+#include "metadata/tagtext.h"
 #include "metadata/tagwriter.h"
 #include "platform/desktop.h"
 #include "platform/endrequest.h"
@@ -26,7 +27,7 @@ void DeleteSavedDraft(LyricsForm &form)
     FlushDraft(form);
     if (!form.draft)
         return;
-    form.fileLyrics = LyricsOfFile(form.FileName);
+    form.fileLyrics = LyricsOfFile(form.FileName, form.Lyrics.kind);
     if (form.fileLyrics != *form.draft)
         return;
     try {
@@ -47,9 +48,10 @@ void ReportLater(LyricsForm &form, const runtime::RuntimeError &failure)
     form.tmrReport.SetEnabled(true);
 }
 
-std::string LyricsOfFile(const std::string &file)
+std::string LyricsOfFile(const std::string &file, metadata::TextKind kind)
 {
-    return runtime::WithCrLf(metadata::ReadSongInfo(file).id3v2.Lyrics);
+    const metadata::ID3v2Tag tag = metadata::ReadSongInfo(file).id3v2;
+    return runtime::WithCrLf(metadata::FieldOf(kind, metadata::TextOf(tag.kind, tag.Lyrics)));
 }
 
 const std::string &MarksMade(const LyricsForm &form)
@@ -64,9 +66,8 @@ bool HasUnsavedMarks(const LyricsForm &form)
 
 void OfferDraft(LyricsForm &form)
 {
-    form.tmrDraft.SetEnabled(
-        false); // it must not write the text of the box over the draft that is being offered
-    form.draft = ReadDraft(form.FileName);
+    form.tmrDraft.SetEnabled(false); // it must not write what the box holds over the draft
+    form.draft = ReadDraft(form.FileName, form.Lyrics.kind);
     if (form.draft == form.fileLyrics)
         DeleteSavedDraft(form);
     else if (form.draft &&
@@ -88,7 +89,7 @@ void FlushDraft(LyricsForm &form)
         return;
     }
     try {
-        WriteDraft(form.FileName, text);
+        WriteDraft(form.FileName, text, form.Lyrics.kind);
         form.draft = text;
         form.draftFailed = false;
         form.tmrDraft.SetEnabled(false);
@@ -107,11 +108,14 @@ void FlushDraft(LyricsForm &form)
 void SaveMarks(LyricsForm &form, const std::string &text)
 {
     metadata::SongInfo song = metadata::ReadSongInfo(form.FileName);
-    song.id3v2.Lyrics = text;
+    song.id3v2.Lyrics =
+        metadata::FieldOf(song.id3v2.kind, metadata::TextOf(form.Lyrics.kind, text));
+    // By frames nothing but the lyrics is to change.
+    const bool writeID3v1 = song.hasID3v1 || song.id3v2.kind == metadata::TextKind::FileBytes;
     const metadata::SongInfo old = song; // the lyrics as well: an empty text removes no frame
-    metadata::SaveTag(song.id3v1, song.id3v2, old.id3v1, old.id3v2, form.FileName, true, true,
+    metadata::SaveTag(song.id3v1, song.id3v2, old.id3v1, old.id3v2, form.FileName, writeID3v1, true,
                       nullptr);
-    form.fileLyrics = LyricsOfFile(form.FileName);
+    form.fileLyrics = LyricsOfFile(form.FileName, form.Lyrics.kind);
     DeleteSavedDraft(form);
 }
 

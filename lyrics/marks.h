@@ -28,9 +28,10 @@ private:
 // catch an error.
 void ReportLater(LyricsForm &form, const runtime::RuntimeError &failure);
 
-// The lyrics in the tag of a file, each line end as CR LF (many programs write LF alone, which the
-// rules of the marks do not take for one); empty when it has none or cannot be read.
-std::string LyricsOfFile(const std::string &file);
+// The lyrics in the tag of a file, as that kind of text, each line end as CR LF (many programs
+// write LF alone, which the rules of the marks do not take for one); empty when it has none or
+// cannot be read.
+std::string LyricsOfFile(const std::string &file, metadata::TextKind kind);
 
 // When the song has a draft that differs from its file, asks the user whether to go on with it; if
 // so, the box gets its text.

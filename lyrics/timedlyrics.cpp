@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace lyrics
 {
@@ -23,10 +24,12 @@ constexpr auto kNone = std::string_view::npos;
 class Pass
 {
 public:
-    Pass(std::string_view text, TimesByKey &times)
+    Pass(std::string_view text, TimesByKey &times, metadata::TextKind kind)
         : m_source(text), m_times(times), m_open(text.find('[')), m_close(text.find(']'))
     {
         m_clean.reserve(text.size());
+        if (kind == metadata::TextKind::Utf8)
+            CountAll();
     }
 
     void Run()
@@ -43,7 +46,25 @@ public:
     }
 
 private:
-    // Handles one pair of brackets. Returns: false when the parsing ends here.
+    // So that no stretch is counted twice.
+    void CountAll()
+    {
+        m_characters.reserve(m_source.size() + 1);
+        std::uint32_t count = 0;
+        m_characters.push_back(count);
+        for (const char c : m_source)
+            m_characters.push_back(count += IsFirstByte(c) ? 1U : 0U);
+    }
+
+    static bool IsFirstByte(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; }
+
+    // The number of characters of the source between two offsets.
+    std::size_t Characters(std::size_t from, std::size_t end) const
+    {
+        return m_characters.empty() ? end - from : m_characters[end] - m_characters[from];
+    }
+
+    // One pair of brackets. False when the parsing ends here.
     bool Step()
     {
         if (m_close < m_open)
@@ -77,7 +98,7 @@ private:
 
     void KeepBrackets()
     {
-        m_clean += "{(";
+        AddClean("{(");
         m_done = m_open + 1;
         NextClose();
     }
@@ -89,7 +110,7 @@ private:
         if (m_line <= m_open)
             FindLine();
         const auto position = [this](std::size_t offset) {
-            return static_cast<double>(m_clean.size() + 1 + (offset - m_open));
+            return static_cast<double>(m_cleanCharacters + 1 + Characters(m_open, offset));
         };
         const double lineEnd = m_line == m_source.size() ? 0 : position(m_line);
         entry.Length = runtime::RoundToInt16(lineEnd - position(m_lastClose) - 1);
@@ -123,12 +144,19 @@ private:
             const bool isKept = m_kept < end && m_kept < m_paired;
             const std::size_t stop = isKept ? m_kept : end;
             m_clean += m_source.substr(m_done, stop - m_done);
+            m_cleanCharacters += Characters(m_done, stop);
             m_done = stop;
             if (isKept) {
-                m_clean += ")}";
+                AddClean(")}");
                 ++m_done;
             }
         }
+    }
+
+    void AddClean(std::string_view ascii)
+    {
+        m_clean += ascii;
+        m_cleanCharacters += ascii.size();
     }
 
     // The first `c` from `from` on, or the end of the text.
@@ -139,12 +167,14 @@ private:
 
     std::string_view m_source;
     TimesByKey &m_times;
+    std::vector<std::uint32_t> m_characters; // before each offset; empty where each byte is one
     std::string m_clean;
-    std::size_t m_open, m_close; // the pair being handled; kNone when there is none
-    std::size_t m_done = 0;      // the text before it is in `m_clean` or was removed
-    std::size_t m_paired = 0;    // each "]" before it has been paired
-    // Found once and kept until they are passed, so that no part of the text is searched twice.
-    std::size_t m_colon = 0;     // the first ":" after the "["
+    std::size_t m_cleanCharacters = 0;
+    std::size_t m_open, m_close; // the pair at work; kNone when there is none
+    std::size_t m_done = 0;      // what is before it is in `m_clean`, or gone
+    std::size_t m_paired = 0;    // each "]" before it has met its "["
+    // Found once and kept while they are ahead, so that no stretch is searched twice.
+    std::size_t m_colon = 0;     // the first ":" behind the "["
     std::size_t m_line = 0;      // the carriage return of the line
     std::size_t m_lastClose = 0; // the last "]" before m_line
     std::size_t m_kept = kNone;  // the first "]" at or after `m_done`
@@ -159,8 +189,13 @@ std::string TimesKey(std::int32_t seconds)
 
 void ParseMarks(std::string &text, TimesByKey &times)
 {
+    ParseMarksOf(metadata::TextKind::FileBytes, text, times);
+}
+
+void ParseMarksOf(metadata::TextKind kind, std::string &text, TimesByKey &times)
+{
     const std::string source = text;
-    Pass pass(source, times);
+    Pass pass(source, times, kind);
     try {
         pass.Run();
     } catch (const runtime::RuntimeError &) {

@@ -1,6 +1,9 @@
-// lyrics/timedlyrics.h - lyrics with time marks: a text in which "[minutes:seconds]" says when the
-// line after it is sung. Texts are file bytes, one character per byte. No state.
+// lyrics/timedlyrics.h - lyrics with time marks: one text in which "[minutes:seconds]" says when
+// the line behind it is sung. Texts are of either kind; of file bytes each one is a character. No
+// state.
 #pragma once
+
+#include "metadata/records.h"
 
 #include <cstdint>
 #include <string>
@@ -37,5 +40,8 @@ std::string TimesKey(std::int32_t seconds);
 // a start or length that does not fit 16. `text` and `times` are then as they were at that mark,
 // with "{(" and ")}".
 void ParseMarks(std::string &text, TimesByKey &times);
+
+// The same for a text of that kind: positions and lengths count characters.
+void ParseMarksOf(metadata::TextKind kind, std::string &text, TimesByKey &times);
 
 } // namespace lyrics

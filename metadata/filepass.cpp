@@ -3,6 +3,7 @@
 #include "metadata/id3v2.h"
 #include "metadata/mpegheader.h"
 #include "platform/machine.h"
+#include "shell/globals.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -19,12 +20,19 @@ constexpr std::string_view kTagMark = "ID3";
 constexpr std::int64_t kTagHeaderBytes = 10;
 constexpr std::size_t kSizeOffset = 6;
 constexpr std::int64_t kBehindTag = 4; // the audio header may be looked for right there
-constexpr std::int64_t kTailBytes = std::tuple_size_v<decltype(FileBytes::tail)>;
+constexpr std::int64_t kTailBytes{std::tuple_size_v<decltype(FileBytes::tail)>};
+constexpr std::int64_t kImageOnly{kImageBytes};
 constexpr std::size_t kFirstRead = 8192;        // tag and search in one go, but for pictures
 constexpr std::int64_t kKeptBuffer = 4LL << 20; // a larger one goes with its file
 
 // The header search's reach and the four header bytes at its last position.
 static_assert(kFirstRead >= kLastSearchPosition + 4);
+
+// How much of a file's end a pass reads.
+std::int64_t TailBytes(bool readsUnicode)
+{
+    return readsUnicode ? kTailBytes : kImageOnly;
+}
 
 struct OpenFile {
     int handle;
@@ -107,9 +115,31 @@ std::int64_t HeadBytes(std::string_view start, std::int64_t sizeBytes)
     return body > sizeBytes ? 0 : kTagHeaderBytes + body + kBehindTag;
 }
 
+// The same for a tag that is read by its frames; a footer counts as a part of the body. One of an
+// unknown version is none.
+void TakeKnownHeader(FileBytes &bytes)
+{
+    const auto header = unicode::ReadTagHeader(bytes.Head());
+    if (!header)
+        return;
+    bytes.hasID3v2Header = true;
+    bytes.majorVersion = header->majorVersion;
+    const std::int64_t whole = header->WholeBytes();
+    const std::int64_t size = bytes.file.sizeBytes;
+    // Of a tag that claims more than the file holds no more is read than WalkTags does.
+    constexpr auto kMostOfCutTag = static_cast<std::int64_t>(unicode::kMaxUnpackedBytes);
+    if (header->bodyBytes > 0)
+        bytes.bodyBytes =
+            (whole <= size ? whole : std::min(size, kMostOfCutTag)) - unicode::kTagHeaderBytes;
+}
+
 // What the tag header says. A size of which a byte is missing stays 0.
 void TakeTagHeader(FileBytes &bytes)
 {
+    if (bytes.readsUnicode) {
+        TakeKnownHeader(bytes);
+        return;
+    }
     bytes.hasID3v2Header = bytes.Head().starts_with(kTagMark);
     if (!bytes.hasID3v2Header)
         return;
@@ -135,15 +165,75 @@ void CompleteBody(const OpenFile &file)
 void ReadTail(const OpenFile &file)
 {
     FileBytes &bytes = file.bytes;
-    const std::int64_t offset = bytes.file.sizeBytes - kTailBytes;
-    if (offset < 0)
+    const std::int64_t size = bytes.file.sizeBytes;
+    if (size < kImageOnly)
         return;
+    const std::int64_t wanted = std::min(size, TailBytes(bytes.readsUnicode));
+    const std::int64_t offset = size - wanted;
+    char *const to = bytes.tail.data() + (kTailBytes - wanted);
     const auto known = static_cast<std::int64_t>(bytes.headBytes) - offset;
-    const auto copied = static_cast<std::size_t>(std::clamp<std::int64_t>(known, 0, kTailBytes));
-    std::copy_n(bytes.head.data() + (copied == 0 ? 0 : offset), copied, bytes.tail.data());
-    const auto read = ReadFully(file, offset + static_cast<std::int64_t>(copied),
-                                bytes.tail.data() + copied, kTailBytes - copied);
-    bytes.hasTail = copied + read >= 3; // enough to begin with "TAG"
+    const auto copied = std::clamp<std::int64_t>(known, 0, wanted);
+    std::copy_n(bytes.head.data() + (copied == 0 ? 0 : offset), copied, to);
+    const auto read =
+        ReadFully(file, offset + copied, to + copied, static_cast<std::size_t>(wanted - copied));
+    const std::int64_t beforeImage = wanted - kImageOnly;
+    bytes.hasTail = copied + static_cast<std::int64_t>(read) >= beforeImage + 3; // "TAG"
+}
+
+// The file for the walk over its tags: what the pass has of it, and more bytes of its middle.
+class PassBytes : public unicode::FileBytesPort
+{
+public:
+    explicit PassBytes(const OpenFile &file) : m_file(file) {}
+
+    std::int64_t Length() override { return m_file.bytes.file.sizeBytes; }
+
+    std::string_view Read(std::int64_t position, std::int64_t count) override
+    {
+        const FileBytes &bytes = m_file.bytes;
+        if (position >= Length())
+            return {};
+        count = std::clamp<std::int64_t>(count, 0, Length() - position);
+        if (position + count <= static_cast<std::int64_t>(bytes.headBytes))
+            return bytes.Head().substr(static_cast<std::size_t>(position),
+                                       static_cast<std::size_t>(count));
+        const std::int64_t inTail = position - (Length() - kTailBytes);
+        if (inTail >= 0 && bytes.hasTail)
+            return std::string_view(bytes.tail.data(), bytes.tail.size())
+                .substr(static_cast<std::size_t>(inTail), static_cast<std::size_t>(count));
+        m_more.resize(static_cast<std::size_t>(count));
+        return {m_more.data(), ReadFully(m_file, position, m_more.data(), m_more.size())};
+    }
+
+private:
+    const OpenFile &m_file;
+    std::vector<char> m_more;
+};
+
+// How long one frame of the audio is that begins right behind the tag; 0 where none does.
+double AudioFrameMs(const FileBytes &bytes)
+{
+    const auto at = static_cast<std::size_t>(kTagHeaderBytes + bytes.bodyBytes);
+    if (!bytes.hasID3v2Header || bytes.headBytes < at + kBehindTag)
+        return 0;
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes.head[at + i]); };
+    if (byte(0) != 0xFF || (byte(1) & 0xE0U) != 0xE0)
+        return 0;
+    const unsigned version = byte(1) >> 3U & 3U; // 3 = MPEG-1, 2 = MPEG-2, 0 = MPEG-2.5
+    const unsigned rate = byte(2) >> 2U & 3U;
+    if (version == 1 || rate == 3)
+        return 0;
+    constexpr std::array<double, 3> kHertz = {44100, 48000, 32000};
+    // Layer 3: half the samples at half the rate or less.
+    const double samples = version == 3 ? 1152 : 576;
+    return samples * 1000 * (version == 3 ? 1 : version == 2 ? 2 : 4) / kHertz.at(rate);
+}
+
+void ReadTexts(const OpenFile &file)
+{
+    PassBytes port(file);
+    file.bytes.wishes.mpegFrameMs = AudioFrameMs(file.bytes);
+    file.bytes.texts = unicode::ReadTagTexts(port, file.bytes.wishes);
 }
 
 void ReadOpenFile(const OpenFile &file)
@@ -160,6 +250,13 @@ void ReadOpenFile(const OpenFile &file)
         file.bytes.bodyBytes = 0;
     }
     ReadTail(file);
+    if (!file.bytes.readsUnicode || file.bytes.failure != 0)
+        return;
+    try {
+        ReadTexts(file);
+    } catch (const std::bad_alloc &) {
+        file.bytes.failure = ENOMEM;
+    }
 }
 
 // Everything but the memory that is in use as before any file.
@@ -202,6 +299,7 @@ int ReadFileBytes(const std::string &path, const std::function<void()> &beforeSl
     platform::Files &files = *platform::TheMachine().files;
     Clear(bytes);
     bytes.openedAtNs = files.StampClockNs();
+    bytes.readsUnicode = shell::TheGlobals().UnicodeTags;
     const int handle = files.OpenToRead(path, bytes.file);
     if (handle < 0) {
         bytes.failure = -handle;
@@ -219,12 +317,14 @@ int ReadFileBytes(const std::string &path, const std::function<void()> &beforeSl
 
 void ExpectReads(const std::vector<std::string> &paths)
 {
-    platform::TheMachine().files->Expect(paths, {kFirstRead, kTailBytes, HeadBytes});
+    const std::int64_t tail = TailBytes(shell::TheGlobals().UnicodeTags);
+    platform::TheMachine().files->Expect(paths, {kFirstRead, tail, HeadBytes});
 }
 
 bool IsStillTheSame(const std::string &path, FileBytes &bytes)
 {
-    if (!bytes.opened || bytes.failure != 0 || bytes.file.path != path)
+    if (!bytes.opened || bytes.failure != 0 || bytes.file.path != path ||
+        bytes.readsUnicode != shell::TheGlobals().UnicodeTags)
         return false;
     if (!platform::WasSettled(bytes.file, bytes.openedAtNs))
         return false;

@@ -3,6 +3,7 @@
 // file allows, each byte once.
 #pragma once
 
+#include "metadata/unicode/tagtexts.h"
 #include "platform/files.h"
 
 #include <array>
@@ -16,23 +17,38 @@
 namespace metadata
 {
 
+inline constexpr std::size_t kImageBytes = 128; // of the ID3v1 tag
+
 // What was read of one file. The buffer is reused from file to file.
 struct FileBytes {
     platform::FileIdentity file; // as it was when it was opened
     int failure = 0;             // an errno: 0 when all that is needed could be read
     bool opened = false;
-    bool claimsTooMuch = false;   // the ID3v2 tag's size exceeds the file's length
-    bool hasID3v2Header = false;  // the file begins with "ID3"
-    int majorVersion = 0;         // of that header; 0 where the file ends before it
-    std::int64_t bodyBytes = 0;   // of the ID3v2 tag, as its header says
-    std::int64_t openedAtNs = 0;  // by the clock of file stamps
-    std::vector<char> head;       // grows only
-    std::size_t headBytes = 0;    // in use
-    std::array<char, 128> tail{}; // NULs where the file ended early
-    bool hasTail = false;         // the file has 128 bytes, and the last ones begin in it
+    bool claimsTooMuch = false;  // the ID3v2 tag's size exceeds the file's length
+    bool hasID3v2Header = false; // the file begins with "ID3"
+    int majorVersion = 0;        // of that header; 0 where the file ends before it
+    std::int64_t bodyBytes = 0;  // of the ID3v2 tag, as its header says
+    std::int64_t openedAtNs = 0; // by the clock of file stamps
+    std::vector<char> head;      // grows only
+    std::size_t headBytes = 0;   // in use
+    // The file's last bytes: the ID3v1 tag, before it what may be the footer of an ID3v2 tag. NULs
+    // where the file ended early, and in front where it is shorter.
+    std::array<char, 10 + kImageBytes> tail{};
+    bool hasTail = false; // the file has 128 bytes, and the last ones begin in it
+    // Whether the tags were read by their frames (shell::Globals::UnicodeTags). No tag then claims
+    // too much, and `bodyBytes` ends with the file.
+    bool readsUnicode = false;
+    std::optional<unicode::TagTexts> texts; // then: the fields of all its tags, if it has any
+    unicode::ReadingWishes wishes;          // with which they were read
 
     // The file's beginning as far as it was read.
     [[nodiscard]] std::string_view Head() const { return {head.data(), headBytes}; }
+
+    // What may be the ID3v1 tag.
+    [[nodiscard]] std::string_view Image() const
+    {
+        return std::string_view(tail.data(), tail.size()).substr(tail.size() - kImageBytes);
+    }
 
     // The body after the 10-byte header, `bodyBytes` long; NULs where the file ends before it
     // does.

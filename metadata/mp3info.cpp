@@ -4,7 +4,9 @@
 #include "metadata/id3v1.h"
 #include "metadata/id3v2.h"
 #include "metadata/mpegheader.h"
+#include "metadata/tagtext.h"
 #include "platform/machine.h"
+#include "shell/globals.h"
 
 #include <cerrno>
 #include <limits>
@@ -59,7 +61,8 @@ void Remember(State &state, const std::string &path, const platform::FileIdentit
 void Fetch(State &state, const std::string &path)
 {
     const bool isKept = std::exchange(state.isKept, false) && state.bytes->opened &&
-                        state.bytes->failure == 0 && state.bytes->file.path == path;
+                        state.bytes->failure == 0 && state.bytes->file.path == path &&
+                        state.bytes->readsUnicode == shell::TheGlobals().UnicodeTags;
     if (isKept || IsStillTheSame(path, *state.bytes))
         return;
     state.findings.reset(); // views into the bytes that go
@@ -76,16 +79,17 @@ bool HasBody(const FileBytes &bytes)
     return bytes.opened && !bytes.claimsTooMuch && bytes.bodyBytes > 0;
 }
 
-std::string_view TailOf(const FileBytes &bytes)
+// Whether there is an ID3v2 tag, by the way that the bytes were read.
+bool HasTag(const FileBytes &bytes)
 {
-    return {bytes.tail.data(), bytes.tail.size()};
+    return bytes.readsUnicode ? bytes.texts.has_value() : HasBody(bytes);
 }
 
 void TakeID3v1(State &state, ID3v1Tag &tag, bool &hasTag, bool wanted)
 {
     if (!state.bytes->hasTail)
         return;
-    const std::string_view image = TailOf(*state.bytes);
+    const std::string_view image = state.bytes->Image();
     tag.Header = image.substr(0, 3);
     hasTag = tag.Header == "TAG";
     if (!hasTag || !wanted)
@@ -104,6 +108,27 @@ void TakeID3v2(State &state, ID3v2Tag &tag)
     } catch (const std::bad_alloc &) {
         state.bytes->failure = ENOMEM;
     }
+}
+
+void Set(std::string &field, const std::optional<std::string> &text)
+{
+    if (text)
+        field = *text;
+}
+
+// The fields that were read by frames.
+void TakeTexts(const unicode::TagTexts &texts, ID3v2Tag &tag)
+{
+    Set(tag.Title, texts.title);
+    Set(tag.Artist, texts.artist);
+    Set(tag.Album, texts.album);
+    Set(tag.Year, texts.year);
+    Set(tag.Comment, texts.comment);
+    Set(tag.Lyrics, texts.lyrics);
+    if (texts.genre)
+        tag.Genre = unicode::GenreInWords(*texts.genre);
+    if (texts.track)
+        tag.Track = *texts.track;
 }
 
 // The position, one-based, of the audio header: the first sync pair within reach, else right after
@@ -151,6 +176,7 @@ void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, M
     HasID3v2 = false;
     ID3v1.Genre = -1;
     ID3v2.Genre = "-1";
+    ID3v2.kind = KindInForce();
     Fetch(state, FileName);
     const FileBytes &bytes = *state.bytes;
     if (!bytes.opened) {
@@ -161,10 +187,11 @@ void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, M
         state.majorVersion = bytes.majorVersion;
     if (bytes.claimsTooMuch)
         return;
-    const bool hasBody = HasBody(bytes);
-    TakeID3v1(state, ID3v1, HasID3v1, !(hasBody && PreferID3v2));
-    HasID3v2 = hasBody;
-    if (hasBody)
+    HasID3v2 = HasTag(bytes);
+    TakeID3v1(state, ID3v1, HasID3v1, !(HasID3v2 && PreferID3v2));
+    if (HasID3v2 && bytes.readsUnicode)
+        TakeTexts(*bytes.texts, ID3v2);
+    else if (HasID3v2)
         TakeID3v2(state, ID3v2);
     TakeHeader(bytes, Header);
 }
@@ -183,8 +210,8 @@ void GetTagFlags(const std::string &FileName, bool &HasID3v1, bool &HasID3v2)
     Fetch(state, FileName);
     const FileBytes &bytes = *state.bytes;
     const bool isWhole = bytes.opened && !bytes.claimsTooMuch;
-    HasID3v1 = isWhole && bytes.hasTail && TailOf(bytes).starts_with("TAG");
-    HasID3v2 = HasBody(bytes);
+    HasID3v1 = isWhole && bytes.hasTail && bytes.Image().starts_with("TAG");
+    HasID3v2 = HasTag(bytes);
 }
 
 bool PaysToExpectPasses()
@@ -205,6 +232,15 @@ void ExpectNoPasses()
 void KeepForNextPass()
 {
     TheState().isKept = true;
+}
+
+bool HasTextsForFrames()
+{
+    const FileBytes &bytes = *TheState().bytes;
+    if (bytes.readsUnicode || !HasBody(bytes))
+        return false;
+    const auto header = unicode::ReadTagHeader(bytes.Head());
+    return header && unicode::NeedsFrames(*header, bytes.Head());
 }
 
 int LastReadFailure()
@@ -244,9 +280,10 @@ RawTags CopyRawTags()
     tags.majorVersion = state.majorVersion;
     tags.file = RawTagsFile();
     tags.failure = LastReadFailure();
-    const std::string_view tail = TailOf(*state.bytes);
-    tags.fileHasID3v1 = state.bytes->hasTail && tail.starts_with("TAG");
-    tags.id3v1Image = tags.fileHasID3v1 ? tail : state.rawID3v1Image;
+    const std::string_view image = state.bytes->Image();
+    tags.fileHasID3v1 = state.bytes->hasTail && image.starts_with("TAG");
+    tags.id3v1Image = tags.fileHasID3v1 ? image : state.rawID3v1Image;
+    tags.texts = state.bytes->texts;
     return tags;
 }
 

@@ -1,9 +1,14 @@
 // metadata/mp3info.h - the one procedure through which every other part looks into an MP3 file, and
-// what its last pass keeps for the tag writer. Paths are the file system's bytes, texts of
-// records are file bytes.
+// what its last pass keeps for the tag writer. Paths are the file system's bytes.
+//
+// There are two ways of reading the ID3v2 tag. The first one looks for the names of frames anywhere
+// in the body (metadata/id3v2.h), and gives file bytes. With shell::Globals::UnicodeTags the tags
+// are read by their frames and encodings (metadata/unicode/), and the texts are UTF-8: the kind of
+// an ID3v2Tag says which.
 #pragma once
 
 #include "metadata/records.h"
+#include "metadata/unicode/tagtexts.h"
 #include "platform/files.h"
 
 #include <cstdint>
@@ -56,6 +61,10 @@ void KeepForNextPass();
 void ExpectPasses(const std::vector<std::string> &paths);
 void ExpectNoPasses();
 
+// Whether the tag at the beginning of the last pass's file has texts that only reading by frames
+// can read. Never, where that is how it was read.
+[[nodiscard]] bool HasTextsForFrames();
+
 // Why the last pass could not read its file: an errno of the system, 0 when it could. A folder is
 // EISDIR, anything else that is no file ESPIPE. runtime::FileError has the words.
 [[nodiscard]] int LastReadFailure();
@@ -81,9 +90,10 @@ struct RawTags {
     std::string id3v1Image; // the file's own, also where PreferID3v2 passed it over; without one
                             // RawID3v1Image
     int majorVersion = 0;
-    platform::FileIdentity file; // RawTagsFile
-    int failure = 0;             // LastReadFailure
-    bool fileHasID3v1 = false;   // so id3v1Image is not an earlier file's
+    platform::FileIdentity file;            // RawTagsFile
+    int failure = 0;                        // LastReadFailure
+    std::optional<unicode::TagTexts> texts; // of reading by frames: what the tags say
+    bool fileHasID3v1 = false;              // so id3v1Image is not an earlier file's
     // Holds the bytes of `body`. Shared with the module until its next pass, which then takes a new
     // buffer: so a tag of many megabytes is not copied.
     std::shared_ptr<const FileBytes> bytes;

@@ -1,5 +1,6 @@
 // metadata/records.h - what one MP3 file holds: its two tag records and its audio header. Texts are
-// file bytes (one character per byte, in the code page); plain structs, no state.
+// file bytes (one character per byte, in the code page), but for those of an ID3v2Tag that says
+// otherwise; metadata/tagtext.h makes UTF-8 of both kinds. Plain structs, no state.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +8,12 @@
 
 namespace metadata
 {
+
+// The two kinds of texts that a record can hold.
+enum class TextKind {
+    FileBytes, // as the tag stores them, one character per byte
+    Utf8       // decoded: the record comes from reading by frames (shell::Globals::UnicodeTags)
+};
 
 // The ID3v1 tag. A text field holds its full width, padded with blanks, once a tag was read; NULs
 // of the file stay in it. A fresh record holds empty texts, which mean blanks alone.
@@ -31,9 +38,11 @@ struct ID3v2Tag {
     std::string Album;
     std::string Year;
     std::string Comment;
-    std::string Genre;      // a number as text, or a genre in words; "-1" when unset
-    std::int16_t Track = 0; // 0 when unset
-    std::string Lyrics;     // with time marks
+    std::string Genre; // a number as text, or a genre in words; "-1" when unset. In UTF-8 always
+                       // the words
+    std::int16_t Track = 0;              // 0 when unset
+    std::string Lyrics;                  // with time marks
+    TextKind kind = TextKind::FileBytes; // of all the texts
 
     bool operator==(const ID3v2Tag &) const = default;
 };

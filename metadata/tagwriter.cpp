@@ -1,9 +1,12 @@
 #include "metadata/tagwriter.h"
 
+#include "metadata/filepass.h"
+#include "metadata/frameedit.h"
 #include "metadata/id3v1.h"
 #include "metadata/mp3info.h"
 #include "metadata/songcopy.h"
 #include "metadata/tagframes.h"
+#include "metadata/tagtext.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/endrequest.h"
@@ -34,6 +37,9 @@ constexpr std::string_view kCopyEnding = ".bck";
 constexpr std::string_view kChanged =
     " was changed by another program after its tags were read. It is left as it is now; read its "
     "tags again and repeat the change.";
+constexpr std::string_view kClaimsTooMuch =
+    " has a tag that says that it is longer than the file. Where its sound begins is not known; it "
+    "is left as it is.";
 constexpr std::string_view kEditedTwice =
     " is being edited by another program at the same time. This change was not written; read its "
     "tags again and repeat the change.";
@@ -60,6 +66,9 @@ struct Edit {
     std::string tag;                   // the new ID3v2 tag, empty without
     std::string copyPath;              // of the ".bck" file
     std::optional<SongCopy> copy = {}; // what was written there, ours as long as it is held
+    // An edit by frames: the new ID3v2 tag, and what the rows get.
+    std::optional<unicode::TagPlan> plan = {};
+    ID3v2Tag fields = {};
 };
 
 platform::Desktop &Desktop()
@@ -138,7 +147,8 @@ bool SameTexts(const ID3v2Tag &first, const ID3v2Tag &second)
     return first.Title == second.Title && first.Artist == second.Artist &&
            first.Album == second.Album && first.Year == second.Year &&
            first.Comment == second.Comment && first.Genre == second.Genre &&
-           first.Track == second.Track && first.Lyrics == second.Lyrics;
+           first.Track == second.Track && first.Lyrics == second.Lyrics &&
+           first.kind == second.kind;
 }
 
 // The module's state is another file's: reads this one again. It must be as it was when it was last
@@ -172,7 +182,8 @@ bool StillFits(const Edit &edit)
 // Sees to it that the raw tags are those of the file as it is; says why when they cannot be.
 bool PrepareRawTags(Edit &edit)
 {
-    const bool own = edit.raw.file.path == edit.fileName;
+    const bool own = edit.raw.file.path == edit.fileName &&
+                     edit.raw.bytes->readsUnicode == shell::TheGlobals().UnicodeTags;
     const bool asRead = own || ReadAgain(edit);
     if (edit.raw.failure != 0) {
         Tell(runtime::FileError(edit.raw.failure, edit.fileName).description);
@@ -187,9 +198,31 @@ bool PrepareRawTags(Edit &edit)
 
 // --- the new tags ----------------------------------------------------------------------------
 
+// BuildTags of an edit by frames.
+std::optional<bool> BuildByFrames(Edit &edit)
+{
+    if (edit.writeID3v1) {
+        ShowProgress(edit, "Creating the ID3v1 Tag");
+        edit.image = PlanImage(edit.raw, edit.id3v1);
+    }
+    ShowProgress(edit, "Creating the ID3v2 Tag");
+    edit.fields = FieldsForRows(edit.writeID3v1 ? &edit.id3v1 : nullptr,
+                                edit.writeID3v2 ? &edit.id3v2 : nullptr);
+    const auto plan = [&] { edit.plan = PlanFrames(edit.raw, edit.id3v2, edit.writeID3v2); };
+    if (!Run(plan, edit.fileName))
+        return std::nullopt;
+    if (edit.plan->isChanged && edit.plan->claimsTooMuch) {
+        Tell("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kClaimsTooMuch));
+        return std::nullopt;
+    }
+    return false;
+}
+
 // Fills `image` and `tag`. Nothing when they cannot be built; else whether a field was emptied.
 std::optional<bool> BuildTags(Edit &edit)
 {
+    if (shell::TheGlobals().UnicodeTags)
+        return BuildByFrames(edit);
     if (edit.writeID3v1) {
         ShowProgress(edit, "Creating the ID3v1 Tag");
         edit.image = BuildID3v1Tag(edit.id3v1);
@@ -210,8 +243,18 @@ std::optional<bool> BuildTags(Edit &edit)
 
 bool IsID3v2Unchanged(const Edit &edit)
 {
+    if (edit.plan)
+        return !edit.plan->isChanged;
     const std::string_view tag = edit.tag;
     return tag.substr(std::min<std::size_t>(tag.size(), kTagHeaderBytes)) == edit.raw.body;
+}
+
+// The module's image may be an earlier file's, where this one has none.
+bool IsImageUnchanged(const Edit &edit)
+{
+    if (edit.plan && !edit.raw.fileHasID3v1)
+        return edit.image.empty();
+    return edit.image == edit.raw.id3v1Image;
 }
 
 // The short way: the whole song with another image at its end. The module's image may be an earlier
@@ -226,6 +269,8 @@ NewSong WithOtherImage(const Edit &edit)
 // are taken off also where there was no tag: the audio then loses its end, and it stays so.
 NewSong WithOtherTags(const Edit &edit)
 {
+    if (const auto &plan = edit.plan) // which counts each byte
+        return {plan->tag, plan->audioOffset, plan->audioEnd - plan->audioOffset, edit.image};
     const auto oldImage = edit.raw.fileHasID3v1 ? static_cast<std::int64_t>(kID3v1Bytes) : 0;
     const auto oldBody = static_cast<std::int64_t>(edit.raw.body.size());
     const std::int64_t audioBytes = edit.raw.file.sizeBytes - oldImage - oldBody - kTagHeaderBytes;
@@ -292,7 +337,7 @@ std::optional<bool> WriteCopy(Edit &edit)
 {
     ShowProgress(edit, "Processing the MP3");
     CloseAllFiles();
-    const bool shortWay = IsID3v2Unchanged(edit) && !edit.image.empty();
+    const bool shortWay = IsID3v2Unchanged(edit) && (edit.plan || !edit.image.empty());
     if (!shortWay) {
         ShowProgress(edit, "Reading the whole MP3 file");
         ShowProgress(edit, "Writing the new MP3 file");
@@ -309,19 +354,24 @@ std::optional<bool> WriteCopy(Edit &edit)
     return done;
 }
 
+const ID3v2Tag &FieldsOf(const Edit &edit)
+{
+    return edit.plan ? edit.fields : edit.id3v2;
+}
+
 // True unless that failed.
 bool UpdateCatalogue(const Edit &edit)
 {
     ShowProgress(edit, "Updating the Database information");
     const auto &update = TheTagWriterHooks().updateCatalogue;
-    return !update || Run([&] { update(edit.id3v2, edit.fileName); });
+    return !update || Run([&] { update(FieldsOf(edit), edit.fileName); });
 }
 
 // The rows again, now that the song has its new tags.
 void SettleCatalogue(const Edit &edit)
 {
     if (const auto &settle = TheTagWriterHooks().settleCatalogue)
-        Run([&] { settle(edit.id3v2, edit.fileName); });
+        Run([&] { settle(FieldsOf(edit), edit.fileName); });
 }
 
 // Whether the ".bck" file is the one of this edit. Another program that knows nothing of our lock
@@ -394,7 +444,10 @@ bool Rewrite(Edit &edit)
     if (!removed)
         return false;
     TheResult() = SaveResult::Unchanged;
-    if (!*removed && edit.image == edit.raw.id3v1Image && IsID3v2Unchanged(edit))
+    if (!*removed && IsImageUnchanged(edit) && IsID3v2Unchanged(edit))
+        return false;
+    TheResult() = SaveResult::Declined;
+    if (edit.plan && !MayLoseFrames(*edit.plan))
         return false;
     TheResult() = SaveResult::Refused;
     if (shell::TheGlobals().BackUpFiles)
@@ -416,6 +469,8 @@ bool SaveTag(ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, const ID3v1Tag & /*not used*/,
              const ID3v2Tag &OldID3v2, const std::string &FileName, bool WriteID3v1,
              bool WriteID3v2, ui::Label *ProgressLabel)
 {
+    // The setting may have been changed since the record was made.
+    ChangeKind(ID3v2, KindInForce());
     Edit edit{ID3v1,         ID3v2,         OldID3v2, FileName, WriteID3v1, WriteID3v2,
               ProgressLabel, CopyRawTags(), {},       {},       {},         {}};
     Desktop().SetPointer(platform::Pointer::Hourglass);

@@ -1,5 +1,6 @@
 // metadata/tagwriter.h - the one place where the program writes into a song: both tags anew, the
-// audio between them as it was. Paths are the file system's bytes, texts of records are file bytes.
+// audio between them as it was. Paths are the file system's bytes, texts of records are of
+// the kind that GetMP3Info gave them.
 #pragma once
 
 #include "metadata/records.h"
@@ -29,6 +30,9 @@ namespace metadata
 //     folder, under its own name or with ".bck" after it. Owner, rights and attributes stay. A
 //     symbolic link keeps pointing at the song; of several hard links only the real path of
 //     FileName gets the new version.
+// With shell::Globals::UnicodeTags the edit goes by frames (metadata/frameedit.h): a field that the
+// records do not change keeps its frame, every other frame its bytes, and what cannot be kept is
+// asked about before anything is written. Otherwise:
 // Known loss, by design: where the whole file is written and it had no ID3v2 tag, the last 10 bytes
 //     of the audio go.
 // Lets events run at every step and while it waits. Takes one to two seconds where it rewrites; as
@@ -41,6 +45,8 @@ bool SaveTag(ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, const ID3v1Tag &OldID3v1, const I
 enum class SaveResult {
     Unchanged, // nothing was to be written
     Refused,   // the song is not as it was read: nothing was written
+    Declined,  // a part of the tag could not be kept, and the user did not want that: nothing was
+               // written
     Failed,    // a step failed, and the user was told: the song is as it was
     Written
 };

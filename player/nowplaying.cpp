@@ -2,10 +2,10 @@
 
 #include "browser/mainform.h"
 #include "metadata/mp3info.h"
+#include "metadata/tagtext.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
 #include "player/winampmod.h"
-#include "runtime/codepage.h"
 #include "runtime/error.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -42,17 +42,15 @@ std::string MinutesAndSeconds(float seconds)
 
 metadata::ID3v2Tag TagOf(const std::string &path)
 {
-    metadata::ID3v1Tag id3v1;
-    metadata::ID3v2Tag tag;
-    metadata::MPEGHeader header;
-    bool hasID3v1 = false, hasID3v2 = false;
-    metadata::GetMP3Info(path, id3v1, tag, header, hasID3v1, hasID3v2, false);
-    return tag;
+    metadata::SongInfo info = metadata::ReadSongInfo(path);
+    if (info.hasID3v1)
+        metadata::FillFromID3v1(info.id3v1, info.id3v2);
+    return info.id3v2;
 }
 
 std::string TitleLine(const metadata::ID3v2Tag &tag)
 {
-    return runtime::TextOfBytes(tag.Artist) + " - " + runtime::TextOfBytes(tag.Title);
+    return metadata::TextOf(tag.kind, tag.Artist) + " - " + metadata::TextOf(tag.kind, tag.Title);
 }
 
 // The texts of the status bar have the marks of captions.

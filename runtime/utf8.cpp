@@ -48,6 +48,12 @@ std::string WithoutControls(std::string_view text, std::string_view kept)
     return shown;
 }
 
+// Whether a byte of valid UTF-8 is not the first one of its character.
+bool ContinuesCharacter(char c)
+{
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
 } // namespace
 
 int NextCharacter(std::string_view text, std::int32_t &codePoint)
@@ -56,6 +62,21 @@ int NextCharacter(std::string_view text, std::int32_t &codePoint)
     const auto length =
         utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(text.size()), &codePoint);
     return length > 0 && codePoint >= 0 ? static_cast<int>(length) : 0;
+}
+
+std::size_t CountCharacters(std::string_view text)
+{
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char c) { return !ContinuesCharacter(c); }));
+}
+
+std::string_view LeftCharacters(std::string_view text, std::size_t count)
+{
+    std::size_t length = 0;
+    for (; count > 0 && length < text.size(); --count)
+        for (++length; length < text.size() && ContinuesCharacter(text[length]);)
+            ++length;
+    return text.substr(0, length);
 }
 
 std::size_t AsciiLength(std::string_view text)

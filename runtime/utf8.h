@@ -23,6 +23,12 @@ bool IsAscii(std::string_view text);
 // Whether `text` is well-formed UTF-8 (RFC 3629: no surrogates, no overlong forms).
 bool IsUtf8(std::string_view text);
 
+// The number of characters of `text`, which is UTF-8.
+std::size_t CountCharacters(std::string_view text);
+
+// The first `count` characters of `text`, all of it where it has fewer; a view into `text`.
+std::string_view LeftCharacters(std::string_view text, std::size_t count);
+
 // `text` made safe to show in one line: each control character, and each byte of 0x80 to 0x9F that
 // is not part of valid UTF-8, is written as "\x" and two hexadecimal digits. No name of a file can
 // then control a terminal or add a line to a report. Everything else stays as it is.

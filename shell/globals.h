@@ -36,6 +36,7 @@ struct Globals {
     bool DeleteBeforeAppend = false;     // regeneration empties the table first
     bool AutoCheckNewerVersion = false;
     bool WebStyle = true;         // the information panel beside the list
+    bool UnicodeTags = false;     // ID3v2 tags are read and written by their frames and encodings
     std::string LanguageFilePath; // program folder + separator + setting `Language`
     std::string HelpFilePath;     // program folder + separator + "Brandolet.hlp"
     ui::Label lblProgress;        // the splash's progress line

@@ -20,6 +20,9 @@ namespace shell
 namespace
 {
 
+constexpr std::string_view kExtras = "Extras";
+constexpr std::string_view kUnicodeTags = "UnicodeTags";
+
 constexpr std::array kPreferenceTable = {
     Preference{"Language", ""},
     Preference{"Initial TV Width", "3000"},
@@ -140,6 +143,17 @@ void SaveFlagPreference(std::string_view key, bool value)
 void SaveNumberPreference(std::string_view key, std::int32_t value)
 {
     SavePreference(key, std::to_string(value));
+}
+
+bool IsUnicodeTagsOn()
+{
+    return runtime::LeadingNumber(GetSetting(kExtras, kUnicodeTags, "0")) != 0;
+}
+
+void SaveUnicodeTags(bool on)
+{
+    SaveSetting(kExtras, kUnicodeTags, on ? "1" : "0");
+    TheGlobals().UnicodeTags = on;
 }
 
 void ForgetToldSettings()

@@ -52,6 +52,11 @@ void SavePreference(std::string_view key, std::string_view text);
 void SaveFlagPreference(std::string_view key, bool value);
 void SaveNumberPreference(std::string_view key, std::int32_t value);
 
+// Section "Extras", key "UnicodeTags": whether tags are read and written by their frames and
+// encodings. Not, as long as it was not chosen. Saving puts it in force at once.
+bool IsUnicodeTagsOn();
+void SaveUnicodeTags(bool on);
+
 // Reports that the settings cannot be stored: the file `path` and the reason (an errno).
 void ShowSettingsFailure(const std::string &path, int why);
 

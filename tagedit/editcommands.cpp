@@ -3,8 +3,8 @@
 #include "browser/filecommands.h"
 #include "browser/itemlist.h"
 #include "browser/webpanel.h"
-#include "catalogue/edittags.h"
 #include "metadata/genres.h"
+#include "metadata/tagtext.h"
 #include "runtime/codepage.h"
 #include "tagedit/tageditor.h"
 
@@ -20,9 +20,11 @@ namespace
 constexpr std::string_view kTitle = "Select the MP3 file";
 constexpr std::string_view kKindOfFile = "MP3 Files";
 
-std::string TextOf(const std::string &id3v2, const std::string &id3v1)
+// The field of the ID3v2 record, which is of that kind, else that of the ID3v1 record.
+std::string ShownField(metadata::TextKind kind, const std::string &id3v2, const std::string &id3v1)
 {
-    return runtime::TextOfBytes(id3v2.empty() ? catalogue::UsedText(id3v1) : id3v2);
+    return id3v2.empty() ? runtime::TextOfBytes(metadata::UsedText(id3v1))
+                         : metadata::TextOf(kind, id3v2);
 }
 
 } // namespace
@@ -52,13 +54,18 @@ void ShowEdited(browser::MainForm &form, const metadata::ID3v1Tag &id3v1,
     const ui::RowId row = list.SelectedItem();
     if (row == ui::kNoRow || browser::PathOfRow(list, row).empty())
         return;
-    list.SetSubItem(row, "Album", TextOf(id3v2.Album, id3v1.Album));
-    list.SetSubItem(row, "Artist", TextOf(id3v2.Artist, id3v1.Artist));
-    list.SetSubItem(row, "Comment", TextOf(id3v2.Comment, id3v1.Comment));
-    list.SetSubItem(row, "Genre",
-                    TextOf(metadata::GenreName(id3v2.Genre), metadata::GenreName(id3v1.Genre)));
-    list.SetSubItem(row, "Title", TextOf(id3v2.Title, id3v1.Title));
-    list.SetSubItem(row, "Year", TextOf(id3v2.Year, id3v1.Year));
+    const auto show = [&](std::string_view column, const std::string &ofID3v2,
+                          const std::string &ofID3v1) {
+        list.SetSubItem(row, column, ShownField(id3v2.kind, ofID3v2, ofID3v1));
+    };
+    show("Album", id3v2.Album, id3v1.Album);
+    show("Artist", id3v2.Artist, id3v1.Artist);
+    show("Comment", id3v2.Comment, id3v1.Comment);
+    const bool isUtf8 = id3v2.kind == metadata::TextKind::Utf8;
+    show("Genre", metadata::GenreField(id3v2),
+         isUtf8 ? metadata::GenreWords(id3v1) : metadata::GenreName(id3v1.Genre));
+    show("Title", id3v2.Title, id3v1.Title);
+    show("Year", id3v2.Year, id3v1.Year);
     browser::ShowSelectedItemInfo(list, form);
 }
 

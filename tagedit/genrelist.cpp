@@ -2,7 +2,7 @@
 
 #include "metadata/genres.h"
 #include "runtime/text.h"
-#include "tagedit/boxtext.h"
+#include "runtime/utf8.h"
 
 #include <algorithm>
 
@@ -16,7 +16,7 @@ constexpr int kLastGenre = 125;
 
 bool BeginsWith(const std::string &entry, const std::string &upperLetter)
 {
-    return entry != "genre" && runtime::UpperText(LeftCharacters(entry, 1)) == upperLetter;
+    return entry != "genre" && runtime::UpperText(runtime::LeftCharacters(entry, 1)) == upperLetter;
 }
 
 int FindFrom(const std::vector<std::string> &entries, std::size_t first,

@@ -1,6 +1,7 @@
 // The OK button of the tag editor: makes records of both columns and writes them into the song.
 #include "catalogue/edittags.h"
 #include "metadata/genres.h"
+#include "metadata/tagtext.h"
 #include "metadata/tagwriter.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
@@ -20,12 +21,13 @@ namespace tagedit
 namespace
 {
 
-constexpr std::string_view kNoGenre = "256"; // not the number of a genre: none is written
+constexpr std::string_view kNoGenre = "256"; // no number of a genre, so that none is written
+constexpr std::string_view kUnset = "-1";
 
 template <class Box>
-std::string FieldOf(const Box &box)
+std::string FieldOf(const Box &box, metadata::TextKind kind = metadata::TextKind::FileBytes)
 {
-    return EditedField(box.field, box.Text());
+    return EditedField(box.field, box.Text(), kind);
 }
 
 std::uint8_t TrackByte(const TagBox &box)
@@ -59,16 +61,17 @@ metadata::ID3v1Tag NewID3v1(Column &column)
 metadata::ID3v2Tag NewID3v2(Column &column)
 {
     metadata::ID3v2Tag tag;
-    tag.Title = FieldOf(column.txtTitle);
-    tag.Artist = FieldOf(column.txtArtist);
-    tag.Album = FieldOf(column.txtAlbum);
-    tag.Year = FieldOf(column.txtYear);
-    tag.Comment = FieldOf(column.txtComment);
-    tag.Genre = FieldOf(column.cmbGenre);
+    tag.kind = column.kind;
+    tag.Title = FieldOf(column.txtTitle, tag.kind);
+    tag.Artist = FieldOf(column.txtArtist, tag.kind);
+    tag.Album = FieldOf(column.txtAlbum, tag.kind);
+    tag.Year = FieldOf(column.txtYear, tag.kind);
+    tag.Comment = FieldOf(column.txtComment, tag.kind);
+    tag.Genre = FieldOf(column.cmbGenre, tag.kind);
     if (tag.Genre.empty())
-        tag.Genre = kNoGenre;
+        tag.Genre = tag.kind == metadata::TextKind::Utf8 ? kUnset : kNoGenre;
     tag.Track = runtime::RoundToInt16(runtime::LeadingNumber(column.txtTrack.Text()));
-    tag.Lyrics = FieldOf(column.txtLyrics);
+    tag.Lyrics = FieldOf(column.txtLyrics, tag.kind);
     return tag;
 }
 
@@ -82,7 +85,7 @@ platform::Answer Ask(std::string_view defaultText, std::string_view key)
 // Whether the tags of the file are those that the editor was opened with.
 bool AreTagsAsOpened(const metadata::RawTags &opened, const metadata::RawTags &now)
 {
-    return opened.failure == now.failure && opened.body == now.body &&
+    return opened.failure == now.failure && opened.body == now.body && opened.texts == now.texts &&
            (now.body.empty() || opened.majorVersion == now.majorVersion) &&
            opened.fileHasID3v1 == now.fileHasID3v1 &&
            (!now.fileHasID3v1 || opened.id3v1Image == now.id3v1Image);
@@ -100,6 +103,8 @@ metadata::RawTags ReadTagsAgain(const TagEditor &editor, metadata::ID3v1Tag &id3
     metadata::RawTags now = metadata::CopyRawTags();
     if (hasID3v1 && !hasID3v2)
         catalogue::CopyTag(id3v1, id3v2);
+    else if (hasID3v1)
+        metadata::FillFromID3v1(id3v1, id3v2);
     return now;
 }
 
@@ -145,6 +150,8 @@ bool Save(TagEditor &editor)
     case metadata::SaveResult::Refused:
         if (now.failure == 0)
             OfferToReadAgain(editor);
+        return false;
+    case metadata::SaveResult::Declined:
         return false;
     case metadata::SaveResult::Failed:
         PutRowsBack(editor, fileTag);

@@ -2,10 +2,12 @@
 
 #include "metadata/genres.h"
 #include "metadata/mp3info.h"
+#include "metadata/tagtext.h"
 #include "runtime/codepage.h"
 #include "runtime/error.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
+#include "runtime/utf8.h"
 #include "shell/language.h"
 #include "tagedit/boxtext.h"
 #include "tagedit/genrelist.h"
@@ -17,6 +19,8 @@ namespace tagedit
 
 namespace
 {
+
+using metadata::TextKind;
 
 constexpr std::size_t kTextLimit = 30;
 constexpr std::size_t kYearLimit = 4;
@@ -73,16 +77,16 @@ void GenreChosen(TagEditor &editor, int index)
     ShowNote(editor);
 }
 
-void Fill(TagBox &box, std::string_view field)
+void Fill(TagBox &box, std::string_view field, TextKind kind = TextKind::FileBytes)
 {
     box.field = field;
-    box.SetText(ShownText(field));
+    box.SetText(ShownText(field, kind));
 }
 
-void Fill(GenreBox &box, std::string_view field)
+void Fill(GenreBox &box, std::string_view field, TextKind kind = TextKind::FileBytes)
 {
     box.field = field;
-    SetGenre(box, ShownText(field));
+    SetGenre(box, ShownText(field, kind));
 }
 
 void FillTrack(TagBox &box, double track)
@@ -104,13 +108,14 @@ void FillColumn1(Column &column, const metadata::ID3v1Tag &tag)
 
 void FillColumn2(Column &column, const metadata::ID3v2Tag &tag)
 {
-    Fill(column.txtTitle, tag.Title);
-    Fill(column.txtArtist, tag.Artist);
-    Fill(column.txtAlbum, tag.Album);
-    Fill(column.txtYear, tag.Year);
-    Fill(column.txtComment, tag.Comment);
-    Fill(column.cmbGenre, metadata::GenreName(tag.Genre));
-    Fill(column.txtLyrics, tag.Lyrics);
+    column.kind = tag.kind;
+    Fill(column.txtTitle, tag.Title, tag.kind);
+    Fill(column.txtArtist, tag.Artist, tag.kind);
+    Fill(column.txtAlbum, tag.Album, tag.kind);
+    Fill(column.txtYear, tag.Year, tag.kind);
+    Fill(column.txtComment, tag.Comment, tag.kind);
+    Fill(column.cmbGenre, metadata::GenreField(tag), tag.kind);
+    Fill(column.txtLyrics, tag.Lyrics, tag.kind);
     FillTrack(column.txtTrack, tag.Track);
 }
 
@@ -145,13 +150,16 @@ std::string HeaderText(const metadata::MPEGHeader &header)
     return text;
 }
 
-std::string NoteOn(const std::string &lacking)
+std::string NoteOn(const std::string &lacking, bool onlyID3v1)
 {
-    return runtime::Replace(
-        shell::GetLanguageText(
-            "A tag cannot hold $Characters$. In place of each a \"?\" will be written.",
-            "NotInCodePage", "TagEditor"),
-        "$Characters$", lacking);
+    const std::string words =
+        onlyID3v1 ? shell::GetLanguageText("The ID3v1 tag cannot hold $Characters$. In place of "
+                                           "each a \"?\" will be written there.",
+                                           "NotInID3v1", "TagEditor")
+                  : shell::GetLanguageText("A tag cannot hold $Characters$. In place of each a "
+                                           "\"?\" will be written.",
+                                           "NotInCodePage", "TagEditor");
+    return runtime::Replace(words, "$Characters$", lacking);
 }
 
 // The greatest number of characters in a box of column 1; 0 for a box without a limit.
@@ -315,7 +323,7 @@ void cmdToID3_Click(TagEditor &editor, int index)
     for (std::size_t i = 0; i < sources.size(); ++i) {
         const std::size_t limit = LimitOf(editor, *targets[i]);
         const std::string &text = sources[i]->Text();
-        targets[i]->SetText(limit == 0 ? text : LeftCharacters(text, limit));
+        targets[i]->SetText(limit == 0 ? text : runtime::LeftCharacters(text, limit));
     }
     SetGenre(to.cmbGenre, from.cmbGenre.Text());
     to.txtTrack.SetText(from.txtTrack.Text());
@@ -336,29 +344,32 @@ bool cmbGenre_KeyPress(TagEditor &editor, int index, std::string_view letter)
 bool IsLimitReached(TagEditor &editor, const ui::TextBox &box)
 {
     const std::size_t limit = LimitOf(editor, box);
-    return limit > 0 && CountCharacters(box.Text()) >= limit;
+    return limit > 0 && runtime::CountCharacters(box.Text()) >= limit;
 }
 
 void ShowNote(TagEditor &editor)
 {
     std::string lacking;
-    const auto look = [&lacking](ui::Area &box, const std::string &text) {
-        const std::string own = runtime::CharactersLacking(text);
-        box.SetToolTip(own.empty() ? std::string() : NoteOn(own));
+    const bool onlyID3v1 = editor.At(kID3v2).kind == TextKind::Utf8;
+    const auto look = [&](Column &column, ui::Area &box, const std::string &text) {
+        std::string own;
+        if (column.kind == TextKind::FileBytes)
+            own = runtime::CharactersLacking(text);
+        box.SetToolTip(own.empty() ? std::string() : NoteOn(own, onlyID3v1));
         box.SetMarked(!own.empty());
         lacking += own;
     };
     for (const int index : {kID3v1, kID3v2}) {
         Column &column = editor.At(index);
         for (TagBox *box : column.TextBoxes())
-            look(*box, box->Text());
-        look(column.cmbGenre, column.cmbGenre.Text());
-        look(column.txtLyrics, column.txtLyrics.Text());
+            look(column, *box, box->Text());
+        look(column, column.cmbGenre, column.cmbGenre.Text());
+        look(column, column.txtLyrics, column.txtLyrics.Text());
     }
     lacking = runtime::CharactersLacking(lacking); // each once
     editor.lblNote.SetVisible(!lacking.empty());
     if (!lacking.empty())
-        editor.lblNote.SetCaption(runtime::Replace(NoteOn(lacking), "&", "&&"));
+        editor.lblNote.SetCaption(runtime::Replace(NoteOn(lacking, onlyID3v1), "&", "&&"));
 }
 
 } // namespace tagedit

@@ -16,7 +16,7 @@ namespace tagedit
 
 inline constexpr int kID3v1 = 1, kID3v2 = 2;
 
-// A text box, and the field that it was filled with (file bytes).
+// A text box, and the field that it was filled with (of its column's kind of texts).
 struct TagBox : ui::TextBox {
     std::string field;
 };
@@ -36,7 +36,8 @@ struct Column {
     TagBox txtTitle, txtArtist, txtAlbum, txtYear, txtComment, txtTrack, txtLyrics;
     GenreBox cmbGenre;
     ui::Button cmdToID3;
-    int tag = 0; // the column that the button copies to
+    int tag = 0; // the button's: the column that it copies to
+    metadata::TextKind kind = metadata::TextKind::FileBytes; // of the boxes' fields
 
     std::array<TagBox *, 5> TextBoxes()
     {
@@ -100,9 +101,9 @@ bool cmbGenre_KeyPress(TagEditor &editor, int index, std::string_view letter);
 // is in column 1 and its text has the greatest allowed length.
 [[nodiscard]] bool IsLimitReached(TagEditor &editor, const ui::TextBox &box);
 
-// To be called after the text of a box has changed. Marks the boxes whose text has characters that
-// no tag can hold, and says in `lblNote` and in their tool tips which ones, and what will be
-// written instead.
+// The text of one of the boxes has changed: `lblNote` and the tool tips of the boxes in question,
+// which are marked, say which characters no tag can hold and what will be written instead. A tag
+// whose texts are UTF-8 can hold all of them.
 void ShowNote(TagEditor &editor);
 
 // Writes both columns into the song. This takes one or two seconds and lets events run; a second

@@ -27,16 +27,24 @@ constexpr unsigned k24Encrypted = 0x04;
 constexpr unsigned k24Unsynchronised = 0x02;
 constexpr unsigned k24DataLength = 0x01;
 
-constexpr std::array<std::pair<std::string_view, std::string_view>, 9> kOldNames = {{
-    {"COM", "COMM"},
-    {"SLT", "SYLT"},
-    {"TAL", "TALB"},
-    {"TCO", "TCON"},
-    {"TP1", "TPE1"},
-    {"TRK", "TRCK"},
-    {"TT2", "TIT2"},
-    {"TYE", "TYER"},
-    {"ULT", "USLT"},
+// The names of version 2.2 whose frames have the same content in 2.3: version 2.2, section 4, and
+// the ones that a well-known program added. PIC, LNK and CRM are built differently.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 73> kOldNames = {{
+    {"BUF", "RBUF"}, {"CNT", "PCNT"}, {"COM", "COMM"}, {"CRA", "AENC"}, {"EQU", "EQUA"},
+    {"ETC", "ETCO"}, {"GEO", "GEOB"}, {"GP1", "GRP1"}, {"IPL", "IPLS"}, {"MCI", "MCDI"},
+    {"MLL", "MLLT"}, {"MVI", "MVIN"}, {"MVN", "MVNM"}, {"PCS", "PCST"}, {"POP", "POPM"},
+    {"REV", "RVRB"}, {"RVA", "RVAD"}, {"SLT", "SYLT"}, {"STC", "SYTC"}, {"TAL", "TALB"},
+    {"TBP", "TBPM"}, {"TCM", "TCOM"}, {"TCO", "TCON"}, {"TCP", "TCMP"}, {"TCR", "TCOP"},
+    {"TDA", "TDAT"}, {"TDS", "TDES"}, {"TDY", "TDLY"}, {"TEN", "TENC"}, {"TFT", "TFLT"},
+    {"TID", "TGID"}, {"TIM", "TIME"}, {"TKE", "TKEY"}, {"TLA", "TLAN"}, {"TLE", "TLEN"},
+    {"TMT", "TMED"}, {"TOA", "TOPE"}, {"TOF", "TOFN"}, {"TOL", "TOLY"}, {"TOR", "TORY"},
+    {"TOT", "TOAL"}, {"TP1", "TPE1"}, {"TP2", "TPE2"}, {"TP3", "TPE3"}, {"TP4", "TPE4"},
+    {"TPA", "TPOS"}, {"TPB", "TPUB"}, {"TRC", "TSRC"}, {"TRD", "TRDA"}, {"TRK", "TRCK"},
+    {"TS2", "TSO2"}, {"TSA", "TSOA"}, {"TSC", "TSOC"}, {"TSI", "TSIZ"}, {"TSP", "TSOP"},
+    {"TSS", "TSSE"}, {"TST", "TSOT"}, {"TT1", "TIT1"}, {"TT2", "TIT2"}, {"TT3", "TIT3"},
+    {"TXT", "TEXT"}, {"TXX", "TXXX"}, {"TYE", "TYER"}, {"UFI", "UFID"}, {"ULT", "USLT"},
+    {"WAF", "WOAF"}, {"WAR", "WOAR"}, {"WAS", "WOAS"}, {"WCM", "WCOM"}, {"WCP", "WCOP"},
+    {"WFD", "WFED"}, {"WPB", "WPUB"}, {"WXX", "WXXX"},
 }};
 
 std::uint32_t Number(std::string_view bytes, unsigned bitsPerByte)
@@ -111,10 +119,12 @@ public:
 
     void Run()
     {
+        m_list.rest = m_body;
         if (m_header.majorVersion > 2 && (m_header.flags & kTagExtended) != 0 && !SkipExtended())
             return;
         while (AddFrame()) {
         }
+        m_list.rest = m_body.substr(std::min<std::uint64_t>(m_at, m_body.size()));
     }
 
 private:
@@ -164,9 +174,12 @@ private:
         const std::uint64_t content = m_at + m_headBytes;
         if (!IsFrameName(name) || content + size > m_body.size())
             return false;
-        Frame frame{NewName(name), m_body.substr(content, size), m_header.majorVersion, 0, false};
-        if (m_nameBytes == 4)
+        Frame frame{NewName(name), m_body.substr(content, size), m_header.majorVersion};
+        frame.whole = m_body.substr(m_at, m_headBytes + size);
+        if (m_nameBytes == 4) {
+            frame.statusFlags = static_cast<unsigned char>(m_body[m_at + 8]);
             frame.formatFlags = static_cast<unsigned char>(m_body[m_at + 9]);
+        }
         frame.unsynchronised =
             m_header.majorVersion == 4 && ((frame.formatFlags & k24Unsynchronised) != 0 ||
                                            (m_header.flags & kTagUnsynchronised) != 0);
@@ -184,33 +197,6 @@ private:
     std::uint64_t m_headBytes;
     std::uint64_t m_at = 0;
 };
-
-// What precedes a frame's content, by its flags.
-struct Extras {
-    std::size_t bytes = 0;
-    bool compressed = false;
-    bool encrypted = false;
-};
-
-Extras ExtrasOf(const Frame &frame)
-{
-    Extras extras;
-    const unsigned flags = frame.formatFlags;
-    if (frame.majorVersion == 3) {
-        extras.compressed = (flags & k23Compressed) != 0;
-        extras.encrypted = (flags & k23Encrypted) != 0;
-        extras.bytes = (extras.compressed ? 4 : 0) + (extras.encrypted ? 1 : 0) +
-                       ((flags & k23Grouped) != 0 ? 1 : 0);
-    } else if (frame.majorVersion == 4) {
-        extras.compressed = (flags & k24Compressed) != 0;
-        extras.encrypted = (flags & k24Encrypted) != 0;
-        // A compressed frame always has its length in front (section 4.1.2, flag k).
-        const bool hasLength = extras.compressed || (flags & k24DataLength) != 0;
-        extras.bytes =
-            ((flags & k24Grouped) != 0 ? 1 : 0) + (extras.encrypted ? 1 : 0) + (hasLength ? 4 : 0);
-    }
-    return extras;
-}
 
 // The length that a frame claims for itself is not trusted: the bound ends what grows too far.
 std::optional<std::string> Inflate(std::string_view packed)
@@ -264,11 +250,12 @@ std::string Resynchronise(std::string_view bytes)
 FrameList ReadFrames(const TagHeader &header, std::string_view tag)
 {
     FrameList list;
-    if (header.majorVersion == 2 && (header.flags & kTagCompressed) != 0)
-        return list;
     std::string_view body =
         tag.substr(std::min<std::size_t>(tag.size(), static_cast<std::size_t>(kTagHeaderBytes)));
     body = body.substr(0, static_cast<std::size_t>(header.bodyBytes));
+    list.rest = body;
+    if (header.majorVersion == 2 && (header.flags & kTagCompressed) != 0)
+        return list;
     if (header.majorVersion < 4 && (header.flags & kTagUnsynchronised) != 0) {
         const std::string whole = Resynchronise(body);
         list.resynchronised.assign(whole.begin(), whole.end());
@@ -278,9 +265,30 @@ FrameList ReadFrames(const TagHeader &header, std::string_view tag)
     return list;
 }
 
+FrameExtras ExtrasOf(const Frame &frame)
+{
+    FrameExtras extras;
+    const unsigned flags = frame.formatFlags;
+    if (frame.majorVersion == 3) {
+        extras.compressed = (flags & k23Compressed) != 0;
+        extras.encrypted = (flags & k23Encrypted) != 0;
+        extras.grouped = (flags & k23Grouped) != 0;
+        extras.hasLength = extras.compressed;
+    } else if (frame.majorVersion == 4) {
+        extras.compressed = (flags & k24Compressed) != 0;
+        extras.encrypted = (flags & k24Encrypted) != 0;
+        extras.grouped = (flags & k24Grouped) != 0;
+        // A compressed frame always has its length in front (section 4.1.2, flag k).
+        extras.hasLength = extras.compressed || (flags & k24DataLength) != 0;
+    }
+    extras.bytes =
+        (extras.hasLength ? 4U : 0U) + (extras.encrypted ? 1U : 0U) + (extras.grouped ? 1U : 0U);
+    return extras;
+}
+
 std::optional<std::string> FrameContent(const Frame &frame)
 {
-    const Extras extras = ExtrasOf(frame);
+    const FrameExtras extras = ExtrasOf(frame);
     if (extras.encrypted || extras.bytes > frame.data.size() ||
         frame.data.size() > kMaxUnpackedBytes)
         return std::nullopt;

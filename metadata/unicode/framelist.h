@@ -42,8 +42,10 @@ struct Frame {
     std::string id;        // of version 2.3; those of 2.2 that have a field here are translated
     std::string_view data; // behind the frame's header, as stored; a view into its FrameList
     int majorVersion = 0;
+    unsigned statusFlags = 0;    // the first flag byte; 0 in version 2.2
     unsigned formatFlags = 0;    // the second flag byte; 0 in version 2.2
     bool unsynchronised = false; // `data` has a NUL behind each byte 0xFF that would need one
+    std::string_view whole = {}; // header and data, as stored; a view as well
 };
 
 // The frames of one tag, in the order of the file.
@@ -51,6 +53,7 @@ struct FrameList {
     std::vector<Frame> frames;
     bool isUpdate = false;            // its frames replace those of the tags before it (3.2)
     std::optional<std::int64_t> seek; // bytes from this tag's end to the next tag (SEEK frame)
+    std::string_view rest;            // behind the last frame: padding, or what is no frame
     std::vector<char> resynchronised; // what `data` looks into, where it is not the tag itself
 };
 
@@ -59,6 +62,16 @@ struct FrameList {
 // the end, and at what is no identifier. In version 2.4 a size that leads to no frame is read as a
 // plain number where that leads to one: a well-known program wrote such sizes.
 [[nodiscard]] FrameList ReadFrames(const TagHeader &header, std::string_view tag);
+
+// What is in front of a frame's content, by its flags.
+struct FrameExtras {
+    std::size_t bytes = 0;
+    bool compressed = false;
+    bool encrypted = false;
+    bool grouped = false;
+    bool hasLength = false; // of the content, in 4 bytes
+};
+[[nodiscard]] FrameExtras ExtrasOf(const Frame &frame);
 
 // The content of a frame: without group, encryption and length bytes, unsynchronisation and
 // compression undone. No value: encrypted, damaged, or larger than kMaxUnpackedBytes unpacked.

@@ -4,22 +4,14 @@
 #include "metadata/unicode/syncedlyrics.h"
 #include "metadata/unicode/textvalues.h"
 #include "runtime/text.h"
+#include "runtime/utf8.h"
 
 #include <algorithm>
 #include <charconv>
 #include <limits>
-#include <set>
 
 namespace metadata::unicode
 {
-
-namespace
-{
-
-constexpr std::size_t kLanguageBytes = 3;
-constexpr int kMaxTags = 16;
-constexpr std::int64_t kId3v1Bytes = 128;
-constexpr int kMaxGenreNumber = 255;
 
 std::string Joined(const std::vector<std::string> &values)
 {
@@ -40,6 +32,12 @@ std::vector<std::string> ValuesOf(const Frame &frame)
     return DecodeValues(EncodingOf(static_cast<unsigned char>(content->front())),
                         std::string_view(*content).substr(1));
 }
+
+namespace
+{
+
+constexpr std::size_t kLanguageBytes = 3;
+constexpr int kMaxGenreNumber = 255;
 
 // The values of the first frame of that name that has any.
 std::vector<std::string> ValuesNamed(const FrameList &list, std::string_view id)
@@ -69,20 +67,23 @@ std::optional<int> LeadingInteger(std::string_view text, int max)
     return value;
 }
 
+bool IsYear(std::string_view text)
+{
+    return text.size() == 4 &&
+           std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
 std::optional<std::string> Year(const FrameList &list)
 {
+    std::optional<std::string> first;
     for (const std::string_view id : {"TDRC", "TYER", "TDRL"}) {
         const auto text = TextNamed(list, id);
-        if (!text)
-            continue;
-        const std::string first = text->substr(0, 4);
-        const bool isYear =
-            first.size() == 4 &&
-            std::all_of(first.begin(), first.end(), [](char c) { return c >= '0' && c <= '9'; });
-        if (isYear)
-            return first;
+        if (text && IsYear(std::string_view(*text).substr(0, 4)))
+            return text->substr(0, 4);
+        if (!first)
+            first = text;
     }
-    return std::nullopt;
+    return first;
 }
 
 std::optional<std::int16_t> Track(const FrameList &list)
@@ -137,20 +138,32 @@ bool IsForProgram(const DescribedText &text)
     return text.description.starts_with("iTun");
 }
 
-std::optional<std::string> Described(const FrameList &list, std::string_view id,
-                                     const ReadingWishes &wishes)
+// The frame, and what it holds.
+struct Choice {
+    const Frame *frame = nullptr;
+    DescribedText text;
+};
+
+Choice Choose(const FrameList &list, std::string_view id, const ReadingWishes &wishes)
 {
-    std::optional<DescribedText> best;
+    Choice best;
     for (const auto &frame : list.frames) {
         if (frame.id != id)
             continue;
         auto text = ReadDescribed(frame);
         if (!text || IsForProgram(*text))
             continue;
-        if (!best || Rank(*text, wishes) < Rank(*best, wishes))
-            best = std::move(text);
+        if (best.frame == nullptr || Rank(*text, wishes) < Rank(best.text, wishes))
+            best = {&frame, *std::move(text)};
     }
-    return best ? std::optional(std::move(best->text)) : std::nullopt;
+    return best;
+}
+
+std::optional<std::string> Described(const FrameList &list, std::string_view id,
+                                     const ReadingWishes &wishes)
+{
+    Choice best = Choose(list, id, wishes);
+    return best.frame != nullptr ? std::optional(std::move(best.text.text)) : std::nullopt;
 }
 
 std::optional<std::string> Lyrics(const FrameList &list, const ReadingWishes &wishes)
@@ -212,57 +225,6 @@ std::string NameOrNumber(const std::string &piece)
     return number < kGenreNames.size() ? std::string(kGenreNames[number]) : piece;
 }
 
-// A walk over the tags of a file. Where a tag was read already (a SEEK frame that leads back), the
-// walk ends there.
-class TagWalk
-{
-public:
-    TagWalk(FileBytesPort &file, const ReadingWishes &wishes) : m_file(file), m_wishes(wishes) {}
-
-    TagTexts Run()
-    {
-        std::int64_t at = 0;
-        while (const auto next = ReadTagAt(at))
-            at = *next;
-        if (!m_read.empty() || m_file.Length() > 0)
-            ReadTagAtEnd();
-        return m_texts;
-    }
-
-private:
-    // Where the next tag may be; no value when there was no tag at `at`.
-    std::optional<std::int64_t> ReadTagAt(std::int64_t at)
-    {
-        const auto header = ReadTagHeader(m_file.Read(at, kTagHeaderBytes));
-        if (!header || m_read.size() == kMaxTags || !m_read.insert(at).second)
-            return std::nullopt;
-        const FrameList list = ReadFrames(*header, m_file.Read(at, header->WholeBytes()));
-        TagTexts found = FindTexts(list, m_wishes);
-        if (list.isUpdate)
-            std::swap(found, m_texts);
-        FillMissing(m_texts, found);
-        return at + header->WholeBytes() + list.seek.value_or(0);
-    }
-
-    void ReadTagAtEnd()
-    {
-        for (const std::int64_t behind : {kId3v1Bytes, std::int64_t{0}}) {
-            const std::int64_t end = m_file.Length() - behind;
-            if (end < 2 * kTagHeaderBytes)
-                continue;
-            const auto footer = ReadTagFooter(m_file.Read(end - kTagHeaderBytes, kTagHeaderBytes));
-            const std::int64_t start = footer ? end - footer->bodyBytes - 2 * kTagHeaderBytes : -1;
-            if (start >= 0 && ReadTagAt(start))
-                return;
-        }
-    }
-
-    FileBytesPort &m_file;
-    const ReadingWishes &m_wishes;
-    TagTexts m_texts;
-    std::set<std::int64_t> m_read; // where tags began
-};
-
 } // namespace
 
 std::string GenreOf(const std::vector<std::string> &values)
@@ -291,6 +253,23 @@ TagTexts FindTexts(const FrameList &list, const ReadingWishes &wishes)
     return texts;
 }
 
+bool NeedsFrames(const TagHeader &header, std::string_view tag)
+{
+    static constexpr std::string_view kFields[] = {"TIT2", "TPE1", "TALB", "TYER", "TDRC",
+                                                   "TCON", "TRCK", "COMM", "USLT"};
+    const auto needs = [&header](const Frame &frame) {
+        if (std::find(std::begin(kFields), std::end(kFields), frame.id) == std::end(kFields) ||
+            frame.data.size() < 2)
+            return false;
+        if (header.majorVersion != 3 || frame.formatFlags != 0 || frame.data.front() != 0)
+            return true;
+        const std::string_view text = frame.data.substr(1);
+        return !runtime::IsAscii(text) && runtime::IsUtf8(text);
+    };
+    const FrameList list = ReadFrames(header, tag);
+    return std::any_of(list.frames.begin(), list.frames.end(), needs);
+}
+
 void FillMissing(TagTexts &texts, const TagTexts &more)
 {
     const auto fill = [](auto &field, const auto &other) {
@@ -307,9 +286,30 @@ void FillMissing(TagTexts &texts, const TagTexts &more)
     fill(texts.track, more.track);
 }
 
-TagTexts ReadTagTexts(FileBytesPort &file, const ReadingWishes &wishes)
+std::string GenreInWords(const std::string &genre)
 {
-    return TagWalk(file, wishes).Run();
+    return NameOrNumber(genre);
+}
+
+const Frame *ChosenFrame(const FrameList &list, std::string_view id, const ReadingWishes &wishes)
+{
+    return Choose(list, id, wishes).frame;
+}
+
+std::optional<TagTexts> ReadTagTexts(FileBytesPort &file, const ReadingWishes &wishes)
+{
+    std::optional<TagTexts> texts;
+    WalkTags(file, [&](const TagPlace &place, std::string_view, const FrameList &list) {
+        if (place.header.bodyBytes == 0)
+            return;
+        TagTexts found = FindTexts(list, wishes);
+        if (!texts)
+            texts.emplace();
+        if (list.isUpdate)
+            std::swap(found, *texts);
+        FillMissing(*texts, found);
+    });
+    return texts;
 }
 
 } // namespace metadata::unicode

@@ -5,7 +5,9 @@
 //   title     TIT2
 //   artist    TPE1
 //   album     TALB
-//   year      TDRC, else TYER, else TDRL; its first four digits
+//   year      TDRC, else TYER, else TDRL; its first four digits; where none of them has four
+//   digits,
+//             the text of the first one
 //   genre     TCON in all its written forms, see GenreOf
 //   track     TRCK; the number in front of a "/"
 //   comment   COMM; one without a description before others, then by language
@@ -17,6 +19,7 @@
 #pragma once
 
 #include "metadata/unicode/framelist.h"
+#include "metadata/unicode/tagwalk.h"
 
 #include <cstdint>
 #include <optional>
@@ -46,6 +49,11 @@ struct ReadingWishes {
 // The fields of one tag.
 [[nodiscard]] TagTexts FindTexts(const FrameList &list, const ReadingWishes &wishes);
 
+// Whether the tag has a field whose text depends on more than the place of its frame: of another
+// version than 2.3, not in Latin-1, packed, or UTF-8 in the place of Latin-1. `tag` as for
+// ReadFrames.
+[[nodiscard]] bool NeedsFrames(const TagHeader &header, std::string_view tag);
+
 // Takes from `more` each field that `texts` has no value for.
 void FillMissing(TagTexts &texts, const TagTexts &more);
 
@@ -56,22 +64,23 @@ void FillMissing(TagTexts &texts, const TagTexts &more);
 // ", numbers as their names where the genre table has them. Empty for values without any.
 [[nodiscard]] std::string GenreOf(const std::vector<std::string> &values);
 
-// Bytes of a file, for tags that are not at its beginning.
-class FileBytesPort
-{
-public:
-    virtual ~FileBytesPort() = default;
-    // The file's length in bytes.
-    virtual std::int64_t Length() = 0;
-    // At most `count` bytes from the zero-based `position` on; fewer where the file ends or cannot
-    // be read. The view is valid until the next call.
-    virtual std::string_view Read(std::int64_t position, std::int64_t count) = 0;
-};
+// A genre that GenreOf gave in words: a number as its name, where the genre table has one.
+[[nodiscard]] std::string GenreInWords(const std::string &genre);
 
-// The fields of all ID3v2 tags of a file: those at its beginning, one behind the other, those that
-// a SEEK frame leads to, and one with a footer at the end, in front of an ID3v1 tag. What an
-// earlier tag gives counts, unless a later one says that it is an update. A tag that claims more
-// than the file holds is read as far as it goes. At most 16 tags are read.
-[[nodiscard]] TagTexts ReadTagTexts(FileBytesPort &file, const ReadingWishes &wishes);
+// The COMM or USLT frame of `list` whose text is the comment or the lyrics; null without one.
+[[nodiscard]] const Frame *ChosenFrame(const FrameList &list, std::string_view id,
+                                       const ReadingWishes &wishes);
+
+// The texts of a text frame, in UTF-8; empty for one without any, and for one that cannot be read.
+[[nodiscard]] std::vector<std::string> ValuesOf(const Frame &frame);
+
+// Several values as the one text that a field shows.
+[[nodiscard]] std::string Joined(const std::vector<std::string> &values);
+
+// The fields of all ID3v2 tags of a file, as WalkTags finds them. What an earlier tag gives counts,
+// unless a later one says that it is an update. A tag that claims more than the file holds is read
+// as far as it goes. No value: the file has no tag with a body.
+[[nodiscard]] std::optional<TagTexts> ReadTagTexts(FileBytesPort &file,
+                                                   const ReadingWishes &wishes);
 
 } // namespace metadata::unicode

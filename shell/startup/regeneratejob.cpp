@@ -131,6 +131,18 @@ void PrintSummary(const catalogue::RegenerationSummary &summary)
     std::fflush(stdout);
 }
 
+// The window asks; a terminal names the option.
+void PrintUnicodeOffer(const catalogue::RegenerationSummary &summary)
+{
+    if (summary.unicodeFiles == 0)
+        return;
+    std::printf(
+        "%lld of these files have tags whose texts cannot be read in the usual way (Unicode, "
+        "ID3v2.4).\nTo read and write them: --unicode-tags on\n",
+        static_cast<long long>(summary.unicodeFiles));
+    std::fflush(stdout);
+}
+
 std::string CutSeparators(std::string folder)
 {
     while (folder.size() > 1 && folder.back() == PathSeparator)
@@ -164,6 +176,7 @@ bool RunRegenerateJob(const std::string &folder)
         catalogue::ListRefresh(false);
     }
     PrintSummary(catalogue::LastRegeneration());
+    PrintUnicodeOffer(catalogue::LastRegeneration());
     PrintHowToKeep(TheGlobals().MP3Directory);
     return !catalogue::LastRegeneration().rowsLost;
 }

@@ -17,9 +17,11 @@ ENGLISH = "Brandolet"
 # Section.Key of the question in the language files; of a question without a key it is a word of its own.
 ASKS = {
     "browser/exportfolder.cpp": ["CreateFolder"],
+    "browser/formcommands.cpp": ["UnicodeTags.Regenerate"],
     "browser/filecommands.cpp": ["Messages.EmailError", "Messages.InputInformation", "Duplicate", "Rename"],
     "catalogue/regeneration.cpp": ["SendReport", "SeeReport"],
     "lyrics/marks.cpp": ["Times.DraftOffer", "Times.Unsaved"],
+    "metadata/frameedit.cpp": ["TagEditor.FramesLost"],
     "online/autocheck.cpp": ["Messages.NewerVersionAvailableWannaSeeInfo"],
     "playlists/lists.cpp": ["InputBox.NameThePlaylist"],
     "shell/preferences/newfolder.cpp": ["InputBox.NameTheFolder"],
@@ -32,7 +34,7 @@ FORWARDS = ("platform/", "catalogue/rowgroups", "bench/", "tests/", "fuzz/")
 
 # What the program is linked with, and its name in the list of licences.
 LIBRARIES = {"libQt6": "Qt 6", "libsqlite3": "SQLite", "libutf8proc": "utf8proc", "libcurl": "libcurl",
-             "libsystemd": "libsystemd", "libstdc++": "C++", "libgcc_s": "C++", "libc": "GNU", "libm": "GNU",
+             "libsystemd": "libsystemd", "libtag": "TagLib", "libz": "zlib", "libstdc++": "C++", "libgcc_s": "C++", "libc": "GNU", "libm": "GNU",
              "ld-linux": "GNU"}
 
 

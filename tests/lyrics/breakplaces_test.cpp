@@ -64,3 +64,18 @@ TEST(BreakPlaces, ThereAndBack)
 }
 
 } // namespace
+
+// In UTF-8 positions count characters; the view has two units for one beyond U+FFFF.
+TEST(BreakPlaces, CharactersOfUtf8)
+{
+    const BreakPlaces places("a\xF0\x9F\x98\x80\r\n\xE6\xA1\x9C"
+                             "b",
+                             metadata::TextKind::Utf8);
+    EXPECT_EQ(places.ShownSize(), 6);
+    constexpr int kShown[] = {0, 1, 3, 3, 4, 5, 6}; // a, the emoji, CR, LF, a character, b, the end
+    for (int position = 0; position < 7; ++position)
+        EXPECT_EQ(places.Shown(position), kShown[position]) << position;
+    constexpr int kStored[] = {0, 1, 1, 2, 4, 5, 6};
+    for (int place = 0; place < 7; ++place)
+        EXPECT_EQ(places.Stored(place), kStored[place]) << place;
+}

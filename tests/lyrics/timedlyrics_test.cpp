@@ -1,3 +1,4 @@
+#include "lyrics/lyricsbox.h"
 #include "lyrics/timedlyrics.h"
 #include "runtime/error.h"
 #include "tests/lyrics/plainparse.h"
@@ -302,3 +303,30 @@ TEST(TimedLyrics, ManyMarks)
 }
 
 } // namespace
+
+// In UTF-8 a mark's place and length count characters.
+TEST(TimedLyrics, CharactersOfUtf8)
+{
+    std::string text = "[00:10]\xE6\xA1\x9C\r\n{(\xD0\xB9[a:b]\r\n[00:20]\xF0\x9F\x98\x80 ab\r\n";
+    lyrics::TimesByKey times;
+    lyrics::ParseMarksOf(metadata::TextKind::Utf8, text, times);
+    EXPECT_EQ(text, "\xE6\xA1\x9C\r\n[\xD0\xB9[a:b]\r\n\xF0\x9F\x98\x80 ab\r\n");
+    ASSERT_EQ(times.size(), 2U);
+    EXPECT_EQ(times.at("10l"), (lyrics::LyricsData{10, 0, 1}));
+    // Before it: a character, a line end, "{(", a character, "{(a:b)}", a line end.
+    EXPECT_EQ(times.at("20l"), (lyrics::LyricsData{20, 15, 4}));
+}
+
+TEST(LyricsBox, PositionsAreCharacters)
+{
+    lyrics::LyricsBox box;
+    box.kind = metadata::TextKind::Utf8;
+    box.SetText("\xE6\xA1\x9C\r\n\xF0\x9F\x98\x80");
+    box.Select(0, 100);
+    EXPECT_EQ(box.SelLength(), 4);
+    box.Replace(3, 1, "\xD0\xB9\xD0\xB9");
+    EXPECT_EQ(box.Text(), "\xE6\xA1\x9C\r\n\xD0\xB9\xD0\xB9");
+    EXPECT_EQ(box.SelStart(), 5);
+    EXPECT_EQ(box.OffsetOf(3), 5U);
+    EXPECT_EQ(box.PositionAt(5), 3);
+}

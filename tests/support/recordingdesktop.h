@@ -15,7 +15,8 @@
 namespace tests
 {
 
-// While one exists, it is TheMachine().desktop. A question with Yes and No gets No, other boxes Ok.
+// While one exists, it is TheMachine().desktop. A question with Yes and No gets `yesOrNo`, other
+// boxes Ok.
 class RecordingDesktop : public SilentDesktop
 {
 public:
@@ -31,7 +32,7 @@ public:
                                 std::string_view /*title*/, platform::BoxIcon /*icon*/) override
     {
         boxes.emplace_back(text);
-        return buttons == platform::Buttons::YesNo ? platform::Answer::No : platform::Answer::Ok;
+        return buttons == platform::Buttons::YesNo ? yesOrNo : platform::Answer::Ok;
     }
     std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,
                                         std::string_view initialText) override
@@ -55,8 +56,9 @@ public:
     }
 
     std::vector<std::string> boxes, opened;
-    std::vector<std::string> inputs;  // "prompt|title|first text" of each input box
-    std::optional<std::string> input; // what the user answers to all of them
+    platform::Answer yesOrNo = platform::Answer::No; // to each question with these two
+    std::vector<std::string> inputs;                 // "prompt|title|first text" of each input box
+    std::optional<std::string> input;                // what the user answers to all of them
     std::string clipboard;
     std::vector<platform::Pointer> pointers;
     bool canOpen = true;

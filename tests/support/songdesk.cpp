@@ -29,6 +29,7 @@ SongDesk::~SongDesk()
     shell::SetAppPath(m_appPathBefore);
     shell::TheGlobals().BackUpFiles = true;
     shell::TheGlobals().UpdateDBAfterEditing = true;
+    shell::TheGlobals().UnicodeTags = false;
     metadata::TheTagWriterHooks() = {};
     metadata::ResetMP3Info();
 }

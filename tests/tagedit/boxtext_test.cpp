@@ -1,5 +1,6 @@
 // What a box shows of a field, and which bytes the field gets when the box is changed.
 #include "runtime/codepage.h"
+#include "runtime/utf8.h"
 #include "tagedit/boxtext.h"
 #include "tests/support/mp3bytes.h"
 
@@ -78,12 +79,12 @@ TEST(EditedField, FollowsTheCodePage)
 
 TEST(Characters, AreCountedNotTheirBytes)
 {
-    EXPECT_EQ(tagedit::CountCharacters(""), 0U);
-    EXPECT_EQ(tagedit::CountCharacters("Señor"), 5U);
-    EXPECT_EQ(tagedit::CountCharacters("€𝄞"), 2U);
-    EXPECT_EQ(tagedit::LeftCharacters("Señor", 3), "Señ");
-    EXPECT_EQ(tagedit::LeftCharacters("Señor", 30), "Señor");
-    EXPECT_EQ(tagedit::LeftCharacters("Señor", 0), "");
+    EXPECT_EQ(runtime::CountCharacters(""), 0U);
+    EXPECT_EQ(runtime::CountCharacters("Señor"), 5U);
+    EXPECT_EQ(runtime::CountCharacters("€𝄞"), 2U);
+    EXPECT_EQ(runtime::LeftCharacters("Señor", 3), "Señ");
+    EXPECT_EQ(runtime::LeftCharacters("Señor", 30), "Señor");
+    EXPECT_EQ(runtime::LeftCharacters("Señor", 0), "");
 }
 
 TEST(CharactersLacking, EachOnce)

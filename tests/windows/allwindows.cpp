@@ -19,6 +19,7 @@
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/preferences/preferences.h"
+#include "shell/preferences/unicodeoffer.h"
 #include "shell/settings.h"
 #include "shell/startup/frmSplash.h"
 #include "tagedit/tageditor.h"
@@ -218,6 +219,7 @@ std::vector<FormCase> AllForms(const TestFolder &folder)
         {"frmLyrics_testing", [] { return LyricsWindow(LyricsMode::Testing); }},
         {"frmLyrics_paused", [] { return LyricsWindow(LyricsMode::Paused); }},
         {"frmSample", [] { return std::make_unique<SampleForm>(); }},
+        {"frmUnicodeOffer", [] { return std::make_unique<shell::UnicodeOfferForm>(12345, 67890); }},
         {"frmTip", [] { return std::make_unique<online::TipForm>(); }},
         {"frmTechSupport", [] { return std::make_unique<online::TechSupportForm>(); }},
         {"frmHelp", [] { return HelpWindow(); }},

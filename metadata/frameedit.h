@@ -1,0 +1,28 @@
+// metadata/frameedit.h - an edit by frames: what shell::Globals::UnicodeTags makes of SaveTag's
+// records. No state.
+#pragma once
+
+#include "metadata/mp3info.h"
+#include "metadata/records.h"
+#include "metadata/unicode/tagplan.h"
+
+#include <string>
+
+namespace metadata
+{
+
+// The new ID3v2 tag of the song, whose tags are `raw`, and what is kept of its bytes.
+// Errors: FileError when the song cannot be read; kInvalidCall when the tag gets too long.
+[[nodiscard]] unicode::TagPlan PlanFrames(const RawTags &raw, const ID3v2Tag &tag, bool isWanted);
+
+// Whether the plan may be carried out where frames cannot be kept: the user is asked.
+[[nodiscard]] bool MayLoseFrames(const unicode::TagPlan &plan);
+
+// The ID3v1 tag of the song: its old bytes where `tag` says what they say, else BuildID3v1Tag.
+[[nodiscard]] std::string PlanImage(const RawTags &raw, ID3v1Tag &tag);
+
+// What the rows of the song get: the fields of both tags as a reading of the new song would give
+// them. Null: a tag that the song does not have.
+[[nodiscard]] ID3v2Tag FieldsForRows(const ID3v1Tag *id3v1, const ID3v2Tag *id3v2);
+
+} // namespace metadata

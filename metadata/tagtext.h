@@ -1,0 +1,44 @@
+// metadata/tagtext.h - the texts of tag records as UTF-8, and back: the border between the two
+// kinds of texts. No state.
+#pragma once
+
+#include "metadata/records.h"
+
+#include <string>
+#include <string_view>
+
+namespace metadata
+{
+
+// The kind of the records that GetMP3Info gives now.
+[[nodiscard]] TextKind KindInForce();
+
+// `field`, which is of that kind, as UTF-8.
+[[nodiscard]] std::string TextOf(TextKind kind, std::string_view field);
+
+// UTF-8 as a field of that kind. In file bytes a character that the code page lacks becomes "?".
+[[nodiscard]] std::string FieldOf(TextKind kind, std::string_view utf8);
+
+// The genre of `tag` in words, as a field of its kind: GenreName of a record in file bytes. Empty
+// when it is unset.
+[[nodiscard]] std::string GenreField(const ID3v2Tag &tag);
+
+// Makes UTF-8 of all texts of a record in file bytes, or the other way round.
+void ChangeKind(ID3v2Tag &tag, TextKind kind);
+
+// A field of the ID3v1 record without the blanks that fill it and without the NULs that filled the
+// tag's; file bytes.
+[[nodiscard]] std::string UsedText(std::string_view field);
+
+// The genre of an ID3v1 tag in words, ASCII: the name of its number. Empty for a number without
+// one; 0 is "Blues", other than for GenreName.
+[[nodiscard]] std::string GenreWords(const ID3v1Tag &tag);
+
+// The ID3v1 tag in the common form, in UTF-8.
+[[nodiscard]] ID3v2Tag TextsOf(const ID3v1Tag &tag);
+
+// Gives a record in UTF-8 what it lacks from the ID3v1 tag of the same file. One in file bytes
+// stays: by the first way of reading the ID3v1 tag counts only where there is no ID3v2 tag.
+void FillFromID3v1(const ID3v1Tag &from, ID3v2Tag &to);
+
+} // namespace metadata

@@ -1,0 +1,404 @@
+#include "metadata/unicode/form23.h"
+
+#include "metadata/unicode/encodetext.h"
+#include "metadata/unicode/tagtexts.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+namespace metadata::unicode
+{
+
+namespace
+{
+
+// The parts of a frame's content, in their order, one character each:
+//   e the encoding   3 the language   1 one byte   8 a date   z a Latin-1 text with its terminator
+//   t a text with its terminator      T texts up to the end   r any bytes up to the end
+//   s texts with four bytes of time each up to the end
+constexpr std::array<std::pair<std::string_view, std::string_view>, 11> kLayouts = {{
+    {"TXXX", "etT"},
+    {"WXXX", "etr"},
+    {"COMM", "e3tT"},
+    {"USLT", "e3tT"},
+    {"APIC", "ez1tr"},
+    {"GEOB", "ezttr"},
+    {"USER", "e3T"},
+    {"OWNE", "ez8T"},
+    {"COMR", "ez8z1ttzr"},
+    {"SYLT", "e311ts"},
+    {"IPLS", "eT"},
+}};
+
+constexpr std::size_t kTimeBytes = 4;
+constexpr std::size_t kMostPieces = 65536; // what has more is made to exhaust the memory
+constexpr int kDeepest = 3;                // chapters within chapters
+constexpr unsigned kGrouped23 = 0x20, kCompressed23 = 0x80, kEncrypted23 = 0x40;
+
+std::string_view LayoutOf(std::string_view id)
+{
+    for (const auto &[name, layout] : kLayouts)
+        if (name == id)
+            return layout;
+    return id.starts_with('T') ? "eT" : std::string_view();
+}
+
+// A piece of a content: bytes that stay, or a text.
+struct Piece {
+    bool isText = false;
+    std::string bytes; // of a text: in UTF-8
+    bool terminated = false;
+};
+
+class ContentReader
+{
+public:
+    ContentReader(std::string_view content, std::string_view layout)
+        : m_encoding(EncodingOf(static_cast<unsigned char>(content.front()))),
+          m_rest(content.substr(1))
+    {
+        for (const char part : layout.substr(1))
+            Take(part);
+    }
+
+    std::vector<Piece> pieces;
+    bool IsWhole() const { return m_rest.empty(); }
+
+private:
+    void Take(char part)
+    {
+        switch (part) {
+        case 't':
+            TakeText();
+            break;
+        case 'T':
+            while (!m_rest.empty() && pieces.size() < kMostPieces)
+                TakeText();
+            break;
+        case 's':
+            while (!m_rest.empty() && pieces.size() < kMostPieces) {
+                TakeText();
+                TakeBytes(kTimeBytes);
+            }
+            break;
+        case 'z': {
+            const auto end = m_rest.find('\0');
+            TakeBytes(end == std::string_view::npos ? m_rest.size() : end + 1);
+            break;
+        }
+        case 'r':
+            TakeBytes(m_rest.size());
+            break;
+        default: // a number of bytes
+            TakeBytes(static_cast<std::size_t>(part - '0'));
+        }
+    }
+
+    void TakeBytes(std::size_t count)
+    {
+        const std::string_view bytes = m_rest.substr(0, count);
+        pieces.push_back({false, std::string(bytes), false});
+        m_rest.remove_prefix(bytes.size());
+    }
+
+    void TakeText()
+    {
+        const auto [text, rest] = CutAtTerminator(m_encoding, m_rest);
+        pieces.push_back({true, DecodeText(m_encoding, text), text.size() < m_rest.size()});
+        m_rest = rest;
+    }
+
+    Encoding m_encoding;
+    std::string_view m_rest;
+};
+
+// `content` with its texts in an encoding of version 2.3. No value: it has too many.
+std::optional<std::string> InOldEncoding(std::string_view content, std::string_view layout)
+{
+    const ContentReader reader(content, layout);
+    if (!reader.IsWhole())
+        return std::nullopt;
+    std::vector<std::string_view> texts;
+    for (const Piece &piece : reader.pieces)
+        if (piece.isText)
+            texts.emplace_back(piece.bytes);
+    const Encoding encoding = EncodingFor(texts);
+    std::string result(1, static_cast<char>(encoding));
+    for (const Piece &piece : reader.pieces) {
+        result += piece.isText ? EncodeText(encoding, piece.bytes) : piece.bytes;
+        if (piece.terminated)
+            result += Terminator(encoding);
+    }
+    return result;
+}
+
+std::string TextFrame(std::string_view id, const std::vector<std::string> &values)
+{
+    const std::vector<std::string_view> views(values.begin(), values.end());
+    const Encoding encoding = EncodingFor(views);
+    std::string data(1, static_cast<char>(encoding));
+    for (std::size_t i = 0; i < values.size(); ++i)
+        data.append(i == 0 ? std::string_view() : Terminator(encoding))
+            .append(EncodeText(encoding, values[i]));
+    return MakeFrame23(id, data);
+}
+
+bool IsDigits(std::string_view text)
+{
+    return !text.empty() &&
+           std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+// The digits at these places of a time "yyyy-MM-ddTHH:mm"; empty where they are not there.
+std::string Digits(std::string_view time, std::size_t at)
+{
+    const std::string_view two = time.size() >= at + 2 ? time.substr(at, 2) : std::string_view();
+    return IsDigits(two) ? std::string(two) : std::string();
+}
+
+unsigned FlagsFrom24(unsigned status)
+{
+    return (status & 0x70U) << 1U; // the same three bits, one place higher
+}
+
+// A frame of version 2.4 whose data stays as it is, but for the order of what is in front of it.
+std::string Repacked(const Frame &frame)
+{
+    const FrameExtras extras = ExtrasOf(frame);
+    if (extras.bytes > frame.data.size())
+        return MakeFrame23(frame.id, frame.data, {FlagsFrom24(frame.statusFlags), 0});
+    std::string_view front = frame.data.substr(0, extras.bytes);
+    std::string group, method, length;
+    unsigned format = 0;
+    const auto take = [&front](std::size_t count) {
+        const std::string part(front.substr(0, count));
+        front.remove_prefix(count);
+        return part;
+    };
+    if (extras.grouped) {
+        group = take(1);
+        format |= kGrouped23;
+    }
+    if (extras.encrypted) {
+        method = take(1);
+        format |= kEncrypted23;
+    }
+    if (extras.hasLength && extras.compressed) {
+        unsigned value = 0;
+        for (const char c : take(4))
+            value = value << 7U | (static_cast<unsigned char>(c) & 0x7FU);
+        for (const unsigned shift : {24U, 16U, 8U, 0U})
+            length += static_cast<char>(value >> shift & 0xFFU);
+        format |= kCompressed23;
+    }
+    const std::string_view stored = frame.data.substr(extras.bytes);
+    return MakeFrame23(frame.id,
+                       length + method + group +
+                           (frame.unsynchronised ? Resynchronise(stored) : std::string(stored)),
+                       {FlagsFrom24(frame.statusFlags), format});
+}
+
+// Walks the frames of one tag, or those within a chapter.
+class FormMaker
+{
+public:
+    FormMaker(const FrameList &list, std::vector<std::string> &lost, int depth = 0)
+        : m_list(list), m_lost(lost), m_depth(depth)
+    {
+    }
+
+    std::vector<FrameForm> Run()
+    {
+        std::vector<FrameForm> forms;
+        for (const Frame &frame : m_list.frames)
+            forms.push_back({&frame, FramesFor(frame)});
+        return forms;
+    }
+
+private:
+    std::vector<std::string> FramesFor(const Frame &frame)
+    {
+        if (frame.majorVersion == 3)
+            return {std::string(frame.whole)};
+        if (frame.majorVersion == 2)
+            return Of22(frame);
+        return Of24(frame);
+    }
+
+    std::vector<std::string> Lost(const Frame &frame)
+    {
+        m_lost.push_back(frame.id);
+        return {};
+    }
+
+    // Section 4 of the version 2.2 document.
+    std::vector<std::string> Of22(const Frame &frame)
+    {
+        if (frame.id.size() == 4)
+            return {MakeFrame23(frame.id, frame.data)};
+        if (frame.id == "PIC" && frame.data.size() > 5)
+            return {MakeFrame23("APIC", Picture(frame.data))};
+        return Lost(frame);
+    }
+
+    // The format's three letters become a MIME type; "-->" says that a link follows.
+    static std::string Picture(std::string_view data)
+    {
+        const std::string_view format = data.substr(1, 3);
+        std::string type;
+        if (format == "PNG")
+            type = "image/png";
+        else if (format == "JPG")
+            type = "image/jpeg";
+        else if (format == "-->")
+            type = format;
+        else {
+            type = "image/";
+            for (const char c : format)
+                type += static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
+        }
+        return std::string(data.substr(0, 1)) + type + '\0' + std::string(data.substr(4));
+    }
+
+    std::vector<std::string> Of24(const Frame &frame)
+    {
+        if (frame.id == "SEEK")
+            return {};
+        if (frame.id == "ASPI") // its places in the file are others afterwards
+            return Lost(frame);
+        const auto content = FrameContent(frame);
+        if (!content || content->empty())
+            return {Repacked(frame)};
+        if (frame.id == "TDRC" || frame.id == "TDOR")
+            return Date(frame);
+        if (frame.id == "TIPL" || frame.id == "TMCL")
+            return People(frame);
+        if ((frame.id == "CHAP" || frame.id == "CTOC") && m_depth < kDeepest)
+            return Chapter(frame, *content);
+        return {Plain(frame, *content)};
+    }
+
+    static std::string Plain(const Frame &frame, const std::string &content)
+    {
+        const std::string_view layout = LayoutOf(frame.id);
+        const bool isOldEncoding = static_cast<unsigned char>(content.front()) < 2;
+        if (layout.empty() || isOldEncoding)
+            return Repacked(frame);
+        const auto changed = InOldEncoding(content, layout);
+        return changed ? WithGroup(frame, *changed) : Repacked(frame);
+    }
+
+    static std::string WithGroup(const Frame &frame, const std::string &content)
+    {
+        const std::string group(frame.data.substr(0, ExtrasOf(frame).grouped ? 1 : 0));
+        return MakeFrame23(frame.id, group + content,
+                           {FlagsFrom24(frame.statusFlags), group.empty() ? 0U : kGrouped23});
+    }
+
+    std::vector<std::string> Date(const Frame &frame)
+    {
+        const auto values = ValuesOf(frame);
+        const std::string time = values.empty() ? std::string() : values.front();
+        const bool hasYear = IsDigits(std::string_view(time).substr(0, 4)) && time.size() >= 4;
+        if (frame.id == "TDRC" && values.size() == 1 && hasYear)
+            return RecordingTime(time);
+        std::vector<std::string> frames;
+        if (hasYear && frame.id == "TDOR")
+            frames.push_back(TextFrame("TORY", {time.substr(0, 4)}));
+        if (frames.empty() || time.size() > 4 || values.size() > 1)
+            frames.push_back(Plain(frame, FrameContent(frame).value_or("")));
+        return frames;
+    }
+
+    // Both lists in the first one's place: version 2.3 has one list of people.
+    std::vector<std::string> People(const Frame &frame)
+    {
+        if (!std::exchange(m_arePeopleDone, true))
+            CollectPeople();
+        if (&frame != m_firstPeople)
+            return {};
+        return {TextFrame("IPLS", m_people)};
+    }
+
+    void CollectPeople()
+    {
+        for (const Frame &frame : m_list.frames) {
+            if (frame.id != "TIPL" && frame.id != "TMCL")
+                continue;
+            const auto content = FrameContent(frame);
+            if (!content || content->empty())
+                continue;
+            if (m_firstPeople == nullptr)
+                m_firstPeople = &frame;
+            const ContentReader reader(*content, "eT");
+            for (const Piece &piece : reader.pieces)
+                m_people.push_back(piece.bytes);
+        }
+    }
+
+    // The element's name and what describes it, then frames of this version.
+    std::vector<std::string> Chapter(const Frame &frame, const std::string &content)
+    {
+        std::size_t at = content.find('\0');
+        if (at == std::string::npos)
+            return Lost(frame);
+        ++at;
+        if (frame.id == "CHAP") {
+            at += 16;
+        } else {
+            int children =
+                at + 1 < content.size() ? static_cast<unsigned char>(content[at + 1]) : 0;
+            for (at += 2; children > 0 && at < content.size(); --children)
+                at = std::min(content.find('\0', at), content.size() - 1) + 1;
+        }
+        if (at > content.size())
+            return Lost(frame);
+        const std::string within = std::string(kTagHeaderBytes, '\0') + content.substr(at);
+        const TagHeader header{4, 0, static_cast<std::int64_t>(content.size() - at)};
+        const FrameList list = ReadFrames(header, within);
+        std::string data = content.substr(0, at);
+        for (const FrameForm &form : FormMaker(list, m_lost, m_depth + 1).Run())
+            for (const std::string &bytes : form.frames)
+                data += bytes;
+        data += list.rest;
+        return {WithGroup(frame, data)};
+    }
+
+    const FrameList &m_list;
+    std::vector<std::string> &m_lost;
+    int m_depth;
+    bool m_arePeopleDone = false;
+    const Frame *m_firstPeople = nullptr;
+    std::vector<std::string> m_people;
+};
+
+} // namespace
+
+std::vector<FrameForm> FormsOf(const FrameList &list, std::vector<std::string> &lost)
+{
+    return FormMaker(list, lost).Run();
+}
+
+std::vector<std::string> RecordingTime(std::string_view timestamp)
+{
+    const std::string time(timestamp);
+    const std::string month = Digits(time, 5), day = Digits(time, 8);
+    const std::string hour = Digits(time, 11), minute = Digits(time, 14);
+    std::vector<std::string> frames{TextFrame("TYER", {time.substr(0, 4)})};
+    std::string held = time.substr(0, 4);
+    if (!month.empty() && !day.empty()) {
+        frames.push_back(TextFrame("TDAT", {day + month}));
+        held += "-" + month + "-" + day;
+        if (!hour.empty() && !minute.empty()) {
+            frames.push_back(TextFrame("TIME", {hour + minute}));
+            held += "T" + hour + ":" + minute;
+        }
+    }
+    if (held != time)
+        frames.push_back(TextFrame("TDRC", {time}));
+    return frames;
+}
+
+} // namespace metadata::unicode

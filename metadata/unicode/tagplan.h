@@ -1,0 +1,43 @@
+// metadata/unicode/tagplan.h - what an edit makes of a file's ID3v2 tags: one tag of version 2.3 at
+// its beginning, in which the frames of the fields that changed are new and every other frame is as
+// it was. No state; nothing is written here.
+//
+// A changed field replaces the frames that feed it (metadata/unicode/tagtexts.h), in their place; a
+// new one comes last. An emptied one takes them out. Of several comments or lyrics the one that is
+// read is replaced, with its language and description, and the others stay: where it is emptied,
+// another one may be read afterwards. Of a track "3/12" the second number stays. Several values
+// stay several where the text has "; " between them. The other frames follow
+// metadata/unicode/form23.h; those of all tags of the file are brought together.
+#pragma once
+
+#include "metadata/unicode/tagtexts.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace metadata::unicode
+{
+
+struct TagPlan {
+    bool isChanged = false;       // false: the file's ID3v2 tags are to stay as they are
+    bool claimsTooMuch = false;   // a tag says that it is longer than the file: where the audio
+                                  // begins is not known, and nothing can be written
+    std::string tag;              // the new one; empty: none
+    std::int64_t audioOffset = 0; // what is kept of the file, but for the ID3v1 tag
+    std::int64_t audioEnd = 0;
+    std::vector<std::string> lost; // names of frames that cannot be kept
+};
+
+struct TagEdit {
+    TagTexts before;       // what a reading of the file gives
+    TagTexts now;          // what it is to give; an empty text is the same as none
+    bool isWanted = true;  // whether the file is to have a tag
+    bool hasID3v1 = false; // the file ends with one
+    ReadingWishes wishes = {};
+};
+
+// Errors: kInvalidCall when the new tag is longer than a tag can be (256 MB).
+[[nodiscard]] TagPlan PlanTag(FileBytesPort &file, const TagEdit &edit);
+
+} // namespace metadata::unicode

@@ -1,0 +1,97 @@
+#include "shell/preferences/unicodeoffer.h"
+
+#include "runtime/text.h"
+#include "shell/apppath.h"
+#include "shell/language.h"
+#include "shell/settings.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace shell
+{
+
+namespace
+{
+
+constexpr std::string_view kSection = "UnicodeTags";
+constexpr std::string_view kExtras = "Extras";
+constexpr std::string_view kOffer = "UnicodeOffer";
+constexpr std::string_view kOffered = "UnicodeOffered";
+constexpr std::string_view kSeparator = ":";
+
+constexpr ui::Caption kCaptions[] = {
+    {"", kSection, "Title", "Tags in other scripts"},
+    {"lblChange", kSection, "Change",
+     "With \"Read Unicode tags\" they show as they were written. A song that you edit then gets a "
+     "tag that other programs understand, and all else in it is kept."},
+    {"lblAsk", kSection, "Ask",
+     "You can change this at any time in the menu Extras. Read the tags so, and regenerate the "
+     "database now?"},
+    {"chkNotAgain", kSection, "NotAgain", "&Do not ask again"},
+    {"cmdYes", "Boxes", "Yes", "&Yes"},
+    {"cmdNo", "Boxes", "No", "&No"},
+};
+
+constexpr int kWidth = 6900, kHeight = 3000; // twips, the least ones
+
+std::vector<std::string> OfferedLibraries()
+{
+    const std::string text = GetSetting(kExtras, kOffered);
+    return text.empty() ? std::vector<std::string>() : runtime::Split(text, kSeparator);
+}
+
+} // namespace
+
+UnicodeOfferForm::UnicodeOfferForm(std::int64_t files, std::int64_t of)
+    : Form("frmUnicodeOffer", kCaptions)
+{
+    Add("lblFound", lblFound);
+    Add("lblChange", lblChange);
+    Add("lblAsk", lblAsk);
+    Add("chkNotAgain", chkNotAgain);
+    Add("cmdYes", cmdYes);
+    Add("cmdNo", cmdNo);
+    acceptButton = &cmdYes;
+    cancelButton = &cmdNo;
+    size = {0, 0, kWidth, kHeight};
+    layout = ui::Column({lblFound, lblChange, ui::Filled(lblAsk), chkNotAgain,
+                         ui::Row({ui::Room(), cmdYes, cmdNo})});
+    onLoad = [this, files, of] {
+        const std::string words = GetLanguageText(
+            "$Files$ of $All$ songs have tags whose texts cannot be read in the usual way.",
+            "Found", kSection);
+        lblFound.SetCaption(
+            runtime::Replace(runtime::Replace(words, "$Files$", std::to_string(files)), "$All$",
+                             std::to_string(of)));
+    };
+    cmdYes.onClick = [this] {
+        accepted = true;
+        ui::Close(*this);
+    };
+    cmdNo.onClick = [this] { ui::Close(*this); };
+}
+
+bool IsUnicodeOfferDue()
+{
+    if (IsUnicodeTagsOn() || GetSetting(kExtras, kOffer, "1") == "0")
+        return false;
+    const std::vector<std::string> offered = OfferedLibraries();
+    return std::find(offered.begin(), offered.end(), GetAppPath()) == offered.end();
+}
+
+bool OfferUnicodeTags(std::int64_t files, std::int64_t of)
+{
+    if (files == 0 || !IsUnicodeOfferDue())
+        return false;
+    UnicodeOfferForm form(files, of);
+    ui::ShowModal(form);
+    const std::string before = GetSetting(kExtras, kOffered);
+    const std::string separator(before.empty() ? std::string_view() : kSeparator);
+    SaveSetting(kExtras, kOffered, before + separator + GetAppPath());
+    if (form.chkNotAgain.Checked())
+        SaveSetting(kExtras, kOffer, "0");
+    return form.accepted;
+}
+
+} // namespace shell

@@ -1,0 +1,31 @@
+// shell/preferences/unicodeoffer.h - frmUnicodeOffer: after a regeneration that met tags which only
+// their frames can read, whether they are to be read so from now on. Asked once for a library.
+#pragma once
+
+#include "ui/controls/form.h"
+
+#include <cstdint>
+#include <string>
+
+namespace shell
+{
+
+struct UnicodeOfferForm : ui::Form {
+    UnicodeOfferForm(std::int64_t files, std::int64_t of);
+
+    ui::Label lblFound, lblChange, lblAsk;
+    ui::CheckBox chkNotAgain;
+    ui::Button cmdYes, cmdNo;
+
+    bool accepted = false; // Yes was pressed
+};
+
+// Section "Extras": "UnicodeOffer" is "0" when the user does not want to be asked again;
+// "UnicodeOffered" has the program folders of the libraries that were asked about, joined by ":".
+[[nodiscard]] bool IsUnicodeOfferDue();
+
+// Asks, where it is due: `files` of `of` files have such tags. Returns: true for Yes; what the user
+// answered is kept, the setting itself is the caller's.
+[[nodiscard]] bool OfferUnicodeTags(std::int64_t files, std::int64_t of);
+
+} // namespace shell
