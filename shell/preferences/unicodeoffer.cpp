@@ -33,7 +33,7 @@ constexpr ui::Caption kCaptions[] = {
     {"cmdNo", "Boxes", "No", "&No"},
 };
 
-constexpr int kWidth = 6900, kHeight = 3000; // twips, the least ones
+constexpr int kWidth = 7200, kHeight = 3300; // twips, the least ones
 
 std::vector<std::string> OfferedLibraries()
 {
@@ -54,6 +54,7 @@ UnicodeOfferForm::UnicodeOfferForm(std::int64_t files, std::int64_t of)
     Add("cmdNo", cmdNo);
     acceptButton = &cmdYes;
     cancelButton = &cmdNo;
+    resizable = true;
     size = {0, 0, kWidth, kHeight};
     layout = ui::Column({lblFound, lblChange, ui::Filled(lblAsk), chkNotAgain,
                          ui::Row({ui::Room(), cmdYes, cmdNo})});
