@@ -173,10 +173,10 @@ private:
             frames += frame;
         AppendRests(frames);
         if (!IsPadding(frames))
-            AddHeader(std::move(frames));
+            AddHeader(frames);
     }
 
-    void AddHeader(std::string frames)
+    void AddHeader(const std::string &frames)
     {
         if (frames.size() > kLargestBody)
             throw runtime::RuntimeError(runtime::kInvalidCall);
