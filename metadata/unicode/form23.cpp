@@ -173,7 +173,7 @@ std::string Repacked(const Frame &frame)
     std::string group, method, length;
     unsigned format = 0;
     const auto take = [&front](std::size_t count) {
-        const std::string part(front.substr(0, count));
+        std::string part(front.substr(0, count));
         front.remove_prefix(count);
         return part;
     };
