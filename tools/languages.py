@@ -333,6 +333,8 @@ def problems(entries, want):
             found.append(f"{where}: must hold {' '.join(MARK.findall(english[place])) or 'no $mark$'}")
         if "%0A" in value and (section, key) not in WITH_LINE_BREAKS:
             found.append(f"{where}: %0A makes no line break here")
+        if value.startswith(f"{key}="):
+            found.append(f"{where}: the key is there twice")
         shortcut = re.search(r" {2,}(Alt\+.)$", english[place])
         if shortcut and not value.endswith(shortcut.group(1)):
             found.append(f"{where}: {shortcut.group(1)} is cut off at its end")

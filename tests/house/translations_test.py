@@ -51,6 +51,7 @@ class Translations(unittest.TestCase):
         cases = ((("FolderGroups", "ByField"), "Von Feld", "must hold $Field$"),
                  (("FolderGroups", "ByField"), "Von $Field$ $Feld$", "must hold $Field$"),
                  (("Status", "FileNotThere"), "Nicht%0Ada", "%0A makes no line break here"),
+                 (("Status", "FileNotThere"), "FileNotThere=Nicht da", "the key is there twice"),
                  (("Status", "FileNotThere"), "x" * 200, "has 200 characters, 199 are shown"),
                  (("Status", "FileNotThere"), "", "is empty, so that nothing is shown"),
                  (("Status", "FileNotThere"), "'so'", "the quotes around it are cut off"),
