@@ -89,12 +89,16 @@ bool IsIdentifier(std::string_view text)
     });
 }
 
+constexpr std::size_t kOldNameBytes = 3; // of every first name in kOldNames
+
 // The identifier of version 2.3. Some programs keep a name of version 2.2 in a later tag, filled up
 // with a NUL or a blank.
 std::string NewName(std::string_view name)
 {
     if (name.size() == 4 && (name[3] == '\0' || name[3] == ' '))
         name.remove_suffix(1);
+    if (name.size() != kOldNameBytes)
+        return std::string(name);
     const auto *const known = std::find_if(kOldNames.begin(), kOldNames.end(),
                                            [&](const auto &pair) { return pair.first == name; });
     return std::string(known == kOldNames.end() ? name : known->second);
