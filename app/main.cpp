@@ -2,7 +2,7 @@
 #include "app/options.h"
 #include "app/terminalrun.h"
 #ifdef QUENLIN_HAS_WINDOWS
-#include "app/windowrun.h"
+#include "app/windowlibrary.h"
 #endif
 
 #include <fcntl.h>
@@ -61,15 +61,19 @@ int main(int argc, char **argv)
                      kWrongUsage);
     case app::Job::Window:
 #ifdef QUENLIN_HAS_WINDOWS
-        if (app::HasDisplay())
-            return app::RunInWindows(argc, argv);
+        if (app::HasDisplay()) {
+            const app::WindowCalls *windows = app::LoadWindows();
+            return windows != nullptr ? windows->RunInWindows(argc, argv) : 1;
+        }
 #endif
         return Print(app::UsageText(), stderr, kWrongUsage);
     case app::Job::Batch:
 #ifdef QUENLIN_HAS_WINDOWS
-        if (app::HasDisplay() && !HasTerminal() && !options.unicodeTags &&
-            app::CanOpenWindows(argc, argv))
-            return app::RunBatchInWindows(argc, argv, options.paths);
+        if (app::HasDisplay() && !HasTerminal() && !options.unicodeTags) {
+            const app::WindowCalls *windows = app::LoadWindows();
+            if (windows != nullptr && windows->CanOpenWindows(argc, argv))
+                return windows->RunBatchInWindows(argc, argv, options.paths);
+        }
 #endif
         return app::RunInTerminal(options);
     case app::Job::Regenerate:

@@ -252,14 +252,6 @@ void ComeForward(const Windows &windows)
 
 } // namespace
 
-bool HasDisplay()
-{
-    for (const char *name : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"})
-        if (const char *value = std::getenv(name); value != nullptr && *value != '\0')
-            return true;
-    return false;
-}
-
 int RunInWindows(int argc, char **argv)
 {
     WindowSession session(argc, argv);

@@ -1,5 +1,5 @@
 // app/windowrun.h - the program with its windows: sets up their ports, starts, runs the event loop
-// and ends.
+// and ends. In the library of app/windowlibrary.h, as all that needs the toolkit.
 #pragma once
 
 #include <string>
@@ -7,9 +7,6 @@
 
 namespace app
 {
-
-// Whether there is a window system.
-bool HasDisplay();
 
 // Runs the program in its windows until the user, the session or a signal ends it. When it runs
 // already with the same catalogue, brings that window to the front and returns at once.

@@ -18,6 +18,10 @@ execute_process(COMMAND ${GZIP_PROGRAM} -9nkf ${made}/quenlin.1 ${made}/changelo
   COMMAND_ERROR_IS_FATAL ANY)
 
 install(TARGETS quenlin RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+if(QUENLIN_WINDOWS)
+  # Where app/windowlibrary.cpp looks for it, from the program's folder on.
+  install(TARGETS quenlin_window_library LIBRARY DESTINATION lib/quenlin)
+endif()
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/assets/shipped/ DESTINATION ${CMAKE_INSTALL_DATADIR}/quenlin)
 # The catalogue as the build makes it. The one beside the program in the build tree is in use there.
 install(FILES ${QUENLIN_SHIPPED_CATALOGUE} DESTINATION ${CMAKE_INSTALL_DATADIR}/quenlin)

@@ -46,10 +46,33 @@ class Install(unittest.TestCase):
         self.assertEqual([str(p) for p in self.prefix.rglob("portable")], [])
 
     def test_only_what_belongs_there(self):
-        """No headers, libraries or test programs slip in."""
-        places = {path.relative_to(self.prefix).parts[0] for path in self.prefix.rglob("*") if path.is_file()}
-        self.assertEqual(places, {"bin", "share"})
-        self.assertEqual([p.name for p in (self.prefix / "bin").iterdir()], ["quenlin"])
+        """No headers, further libraries or test programs slip in."""
+        files = [path.relative_to(self.prefix) for path in self.prefix.rglob("*") if path.is_file()]
+        self.assertEqual({str(path) for path in files if path.parts[0] != "share"},
+                         {"bin/quenlin"} | ({"lib/quenlin/quenlin-windows.so"} if WITH_WINDOWS else set()))
+        self.assertIn("share", {path.parts[0] for path in files})
+
+    @unittest.skipUnless(WITH_WINDOWS, "built without windows")
+    def test_the_installed_program_finds_its_windows(self):
+        """With the one of the build folder out of reach; the display is one that nobody has."""
+        env = {"PATH": os.environ["PATH"], "HOME": str(self.prefix.parent), "DISPLAY": ":4711", "QT_QPA_PLATFORM": "xcb"}
+        program = self.prefix / "bin" / "quenlin"
+        opened = house.run(program, env=env)
+        self.assertEqual(opened.returncode, 1)
+        self.assertIn("display", opened.stderr)
+        library = self.prefix / "lib" / "quenlin" / "quenlin-windows.so"
+        library.rename(library.with_suffix(".gone"))
+        self.addCleanup(library.with_suffix(".gone").rename, library)
+        missing = house.run(program, env=env)
+        self.assertEqual(missing.returncode, 1)
+        self.assertIn("the windows cannot be loaded", missing.stderr)
+
+    def test_a_start_in_the_terminal_loads_no_toolkit(self):
+        loaded = house.run(self.prefix / "bin" / "quenlin", "--version",
+                           env={"PATH": os.environ["PATH"], "HOME": str(self.prefix.parent), "LD_DEBUG": "files"})
+        self.assertEqual(loaded.returncode, 0)
+        self.assertIn("libsqlite3", loaded.stderr)
+        self.assertNotIn("Qt", loaded.stderr)
 
 
 if __name__ == "__main__":

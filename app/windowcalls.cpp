@@ -1,0 +1,6 @@
+// What the library of app/windowlibrary.h exports.
+#include "app/windowlibrary.h"
+#include "app/windowrun.h"
+
+extern "C" const app::WindowCalls quenlinWindowCalls = {app::CanOpenWindows, app::RunInWindows,
+                                                        app::RunBatchInWindows};
