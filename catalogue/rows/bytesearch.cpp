@@ -62,8 +62,12 @@ bool ByteSearch::IsAt(const char *place) const
 
 std::size_t ByteSearch::FindOneByOne(std::string_view text, std::size_t from) const
 {
-    for (; from + m_needle.size() <= text.size(); ++from)
-        if (IsAt(text.data() + from))
+    const auto mask = static_cast<unsigned char>(m_letterCase == LetterCase::Counts ? 0 : kCaseBit);
+    const auto maskedAt = [mask](char c) { return static_cast<unsigned char>(c) | mask; };
+    const int wanted = maskedAt(m_needle[m_firstProbe]);
+    const char *place = text.data() + from;
+    for (; from + m_needle.size() <= text.size(); ++from, ++place)
+        if (maskedAt(place[m_firstProbe]) == wanted && IsAt(place))
             return from;
     return kNone;
 }
@@ -88,17 +92,29 @@ std::size_t ByteSearch::Find(std::string_view text, std::size_t from) const
         const auto bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(place));
         return _mm_cmpeq_epi8(_mm_or_si128(bytes, bits), byte);
     };
-    for (; from + kStep <= places; from += kStep) {
-        const char *place = text.data() + from;
+    // The first place with the needle among the kStep places from `place` on, without the first
+    // `skipped` of them; kNone without one.
+    const auto findInStep = [&](const char *place, std::size_t skipped) {
         auto found = static_cast<unsigned>(_mm_movemask_epi8(_mm_and_si128(
             isThere(place + m_firstProbe, first), isThere(place + m_secondProbe, second))));
-        for (; found != 0; found &= found - 1) {
+        for (found = found >> skipped << skipped; found != 0; found &= found - 1) {
             const auto at = static_cast<std::size_t>(__builtin_ctz(found));
             if (IsAt(place + at))
-                return from + at;
+                return at;
         }
-    }
-    return FindOneByOne(text, from);
+        return kNone;
+    };
+    for (; from + kStep <= places; from += kStep)
+        if (const auto at = findInStep(text.data() + from, 0); at != kNone)
+            return from + at;
+    if (from >= places)
+        return kNone;
+    if (places < kStep)
+        return FindOneByOne(text, from);
+    // The last places, together with some that have been looked at already.
+    const std::size_t last = places - kStep;
+    const auto at = findInStep(text.data() + last, from - last);
+    return at == kNone ? kNone : last + at;
 }
 
 #else

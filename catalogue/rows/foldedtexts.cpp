@@ -72,7 +72,7 @@ struct FoldedTexts::Wanted {
 FoldedTexts::FoldedTexts(std::shared_ptr<SqliteHandle> handle, const std::string &folder)
     : m_handle(std::move(handle)), m_file(folder)
 {
-    m_handle->RunOwn("PRAGMA cache_size=-256"); // the rows are read once, in their order
+    m_handle->KeepFewPages(true);
 }
 
 bool FoldedTexts::ReadSome(std::int64_t budgetMs)

@@ -7,22 +7,6 @@
 namespace catalogue
 {
 
-namespace
-{
-
-bool Holds(const LikeNode &node, const LikeSearch &search, const TextOfColumn &textOf)
-{
-    const auto holds = [&](const LikeNode &part) { return Holds(part, search, textOf); };
-    if (node.kind == LikeNode::Kind::Any)
-        return std::any_of(node.parts.begin(), node.parts.end(), holds);
-    if (node.kind == LikeNode::Kind::All)
-        return std::all_of(node.parts.begin(), node.parts.end(), holds);
-    const auto text = textOf(search.columnOf[node.term]);
-    return text && search.patterns[node.term].Matches(*text);
-}
-
-} // namespace
-
 std::optional<LikeSearch> MakeLikeSearch(const LikeCondition &condition,
                                          const std::vector<std::string_view> &texts,
                                          const std::vector<std::string> &columns)
@@ -43,11 +27,6 @@ std::optional<LikeSearch> MakeLikeSearch(const LikeCondition &condition,
     for (const std::string_view text : texts)
         search.patterns.emplace_back(text);
     return search;
-}
-
-bool Finds(const LikeSearch &search, const TextOfColumn &textOf)
-{
-    return Holds(search.root, search, textOf);
 }
 
 } // namespace catalogue

@@ -6,7 +6,6 @@
 #include "catalogue/sql/likecondition.h"
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,8 +27,20 @@ struct LikeSearch {
                                                        const std::vector<std::string_view> &texts,
                                                        const std::vector<std::string> &columns);
 
-// Whether the search finds a row; `textOf(i)` is its text in `columns[i]`, nothing for a null.
-using TextOfColumn = std::function<std::optional<std::string_view>(std::size_t column)>;
-[[nodiscard]] bool Finds(const LikeSearch &search, const TextOfColumn &textOf);
+// Whether the search finds a row; `textOf(i)` is its text in `columns[i]`, as an optional
+// string_view: nothing for a null.
+template <class TextOf>
+[[nodiscard]] bool Finds(const LikeSearch &search, const LikeNode &node, const TextOf &textOf)
+{
+    if (node.kind == LikeNode::Kind::Term) {
+        const auto text = textOf(search.columnOf[node.term]);
+        return text && search.patterns[node.term].Matches(*text);
+    }
+    const bool isAny = node.kind == LikeNode::Kind::Any;
+    for (const LikeNode &part : node.parts)
+        if (Finds(search, part, textOf) == isAny)
+            return isAny;
+    return !isAny;
+}
 
 } // namespace catalogue

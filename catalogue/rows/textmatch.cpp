@@ -84,8 +84,12 @@ LikePattern::LikePattern(std::string_view pattern, std::string_view escape)
 
 bool LikePattern::Matches(std::string_view text) const
 {
-    if (m_isContains && m_isAsciiPiece && (!m_hasForeignLower || runtime::IsAscii(text)))
-        return m_asciiPiece.Find(text) != ByteSearch::kNone;
+    if (m_isContains && m_isAsciiPiece) {
+        if (m_asciiPiece.Find(text) != ByteSearch::kNone)
+            return true;
+        if (!m_hasForeignLower || runtime::IsAscii(text))
+            return false;
+    }
     if (!m_isAsciiPiece && runtime::IsAscii(text))
         return false; // its upper case is in ASCII too
     return MatchesUpper(runtime::UpperText(text));

@@ -74,7 +74,7 @@ void FoundByLikeFunction(sqlite3_context *context, int count, sqlite3_value **va
         sqlite3_value *value = values[column + 1];
         return IsNull(value) ? std::nullopt : std::optional(TextOf(value));
     };
-    sqlite3_result_int(context, Finds(*search, textOf) ? 1 : 0);
+    sqlite3_result_int(context, Finds(*search, search->root, textOf) ? 1 : 0);
 }
 
 } // namespace
@@ -84,6 +84,14 @@ void BindLikeSearch(sqlite3_stmt *statement, int parameter, const LikeSearch &se
     // The engine takes a pointer that may be written through; nobody does.
     sqlite3_bind_pointer(statement, parameter, const_cast<LikeSearch *>(&search), kLikeSearch,
                          nullptr);
+}
+
+std::string LikeSearchCall(const LikeSearch &search)
+{
+    std::string call = "found_by_like(?1";
+    for (const std::string &column : search.columns)
+        call += ", \"" + column + '"';
+    return call + ")";
 }
 
 void AddTextFunctions(sqlite3 *db)

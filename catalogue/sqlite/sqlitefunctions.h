@@ -22,6 +22,9 @@ void AddTextFunctions(sqlite3 *db);
 // says whether the row is found.
 void BindLikeSearch(sqlite3_stmt *statement, int parameter, const LikeSearch &search);
 
+// The words of that call, for parameter 1.
+std::string LikeSearchCall(const LikeSearch &search);
+
 // Adds the temporary views kTextView and kRowView over MP3s and its `columns`.
 void AddTextViews(sqlite3 *db, const std::vector<std::string> &columns);
 

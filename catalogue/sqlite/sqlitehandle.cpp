@@ -22,11 +22,13 @@ constexpr std::size_t kPreparedKept = 64; // the program has some thirty stateme
 // Every such copy costs two flushes of the disk, and a regeneration of 40,000 files then needs one.
 constexpr const char *kSetUp = "PRAGMA synchronous=NORMAL;"
                                "PRAGMA wal_autocheckpoint=8192;"
-                               "PRAGMA cache_size=-8192;"
                                "PRAGMA temp_store=MEMORY;"
                                "PRAGMA secure_delete=OFF;"
                                "PRAGMA trusted_schema=OFF;"
                                "PRAGMA cell_size_check=ON;";
+
+constexpr const char *kManyPages = "PRAGMA cache_size=-8192"; // KiB
+constexpr const char *kFewPages = "PRAGMA cache_size=-256";
 
 constexpr std::string_view kQuery = "SELECT ";
 
@@ -74,6 +76,7 @@ void SqliteHandle::SetUp()
                               sqlite3_errmsg(m_db));
     if (const int code = RunOwn(kSetUp); code != SQLITE_OK)
         Throw(code);
+    KeepFewPages(false);
     AddTextFunctions(m_db);
     m_isWal = KeepsALog();
     sqlite3_set_authorizer(m_db, Authorize, this);
@@ -179,6 +182,11 @@ const std::vector<std::string> &SqliteHandle::ColumnsOfMP3s()
         AddTextViews(m_db, m_mp3Columns);
     m_isOwn = false;
     return m_mp3Columns;
+}
+
+void SqliteHandle::KeepFewPages(bool on)
+{
+    RunOwn(on ? kFewPages : kManyPages);
 }
 
 std::int64_t SqliteHandle::DataVersion()

@@ -59,6 +59,10 @@ public:
     // what it was before.
     bool WaitForLocks(bool on) { return std::exchange(m_waits, on); }
 
+    // While on, the connection keeps only as many pages as stay in a processor's cache: for a walk
+    // that reads each page once.
+    void KeepFewPages(bool on);
+
     // The engine's count of what other connections have committed: it differs from an earlier one
     // of the same handle when there is something new. -1 when it cannot say.
     [[nodiscard]] std::int64_t DataVersion();

@@ -3,6 +3,7 @@
 #include "catalogue/params.h"
 #include "catalogue/sqlite/cataloguefile.h"
 #include "catalogue/sqlite/opengroup.h"
+#include "catalogue/sqlite/splitwalk.h"
 #include "catalogue/sqlite/sqlitefunctions.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
@@ -19,6 +20,9 @@ namespace
 
 // A late result copies itself when another statement comes and it is as old as this.
 constexpr std::int64_t kLazyMs = 5000;
+
+// The snapshot of a transaction is that of its first reading.
+constexpr const char *kBeginReading = "SELECT 1 FROM main.sqlite_schema LIMIT 1";
 
 const std::string kRootMark(1, shell::PathSeparator);
 
@@ -97,6 +101,8 @@ public:
 private:
     RecordsetPtr RunTranslated(const Translated &statement, const Binding &bind);
     RecordsetPtr SearchTexts(const Translated &translated, const Statement &statement);
+    std::optional<std::vector<std::int64_t>>
+    WalkInHalves(SqliteHandle &handle, std::int64_t version, const LikeSearch &search);
     RecordsetPtr Read(const Translated &statement, const Binding &bind);
     RecordsetPtr Write(std::string_view sql, const Binding &bind);
     RecordsetPtr RunInGroup(std::string_view sql, const Binding &bind);
@@ -154,20 +160,37 @@ RecordsetPtr SqliteConnection::SearchTexts(const Translated &translated, const S
     CloseOpenGroup();
     const ColumnNames names =
         m_file->Main().Prepare("SELECT * FROM main.MP3s WHERE rowid = ?1").columns;
+    const std::int64_t version = m_file->Main().DataVersion();
     auto snapshot = m_file->TakeSnapshot();
     snapshot->handle->ColumnsOfMP3s();
-    // The snapshot is that of its first reading. It must not be newer than the texts.
-    snapshot->handle->RunOwn("SELECT 1 FROM main.sqlite_schema LIMIT 1");
-    auto rows = query.order.empty() ? m_file->FindTexts(*search) : std::nullopt;
-    if (rows)
-        return std::make_shared<LazyRecordset>(std::move(snapshot), std::move(*rows), names);
-    RowQuery walk{"found_by_like(?1", {}, query.order};
-    for (const std::string &column : search->columns)
-        walk.condition += ", \"" + column + '"';
-    walk.condition += ")";
+    snapshot->handle->RunOwn(kBeginReading); // it must not be newer than the texts
+    if (query.order.empty()) {
+        auto rows = m_file->FindTexts(*search);
+        if (!rows)
+            rows = WalkInHalves(*snapshot->handle, version, *search);
+        if (rows)
+            return std::make_shared<LazyRecordset>(std::move(snapshot), std::move(*rows), names);
+    }
     return std::make_shared<LazyRecordset>(
-        std::move(snapshot), walk,
+        std::move(snapshot), RowQuery{LikeSearchCall(*search), {}, query.order},
         [&](sqlite3_stmt *target) { BindLikeSearch(target, 1, *search); }, names);
+}
+
+// The rows that the search finds, in the table itself. `handle` has its snapshot, `version` is that
+// of the data before it was taken.
+// Returns: nullopt when one walk over the table does as well, and when the data changed before the
+//          second connection had its snapshot too.
+std::optional<std::vector<std::int64_t>>
+SqliteConnection::WalkInHalves(SqliteHandle &handle, std::int64_t version, const LikeSearch &search)
+{
+    const RowRange rows = RowsOfMP3s(handle);
+    if (version < 0 || !IsWorthSplitting(rows))
+        return std::nullopt;
+    const auto second = m_file->TakeSnapshot();
+    second->handle->RunOwn(kBeginReading);
+    if (m_file->Main().DataVersion() != version)
+        return std::nullopt;
+    return FindInHalves(handle, *second->handle, rows, search);
 }
 
 bool SqliteConnection::ReadAheadForSearches(std::int64_t budgetMs)
