@@ -1,30 +1,19 @@
 // Measures the main window without its widgets: the field tree of a whole catalogue compared with
 // only reading its rows, the files of a value with many rows, and sorting them.
 // Arguments: a catalogue file (copied first, then read), and a folder for temporary files.
+#include "bench/opencopy.h"
+#include "bench/timing.h"
 #include "browser/fieldtree.h"
 #include "browser/itemlist.h"
-#include "catalogue/adoclass.h"
-#include "catalogue/rowgroups.h"
-#include "platform/machine.h"
-#include "platform/terminal/terminaldesktop.h"
 #include "shell/globals.h"
 
 #include <sqlite3.h>
 
-#include <chrono>
 #include <cstdio>
-#include <filesystem>
 #include <string>
 
 namespace
 {
-
-using Clock = std::chrono::steady_clock;
-
-double MsSince(Clock::time_point start)
-{
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
 
 // Reads all rows seven times in the engine's own order, every column.
 double BareWalks(const std::string &file, std::size_t &bytes)
@@ -32,7 +21,7 @@ double BareWalks(const std::string &file, std::size_t &bytes)
     sqlite3 *db = nullptr;
     sqlite3_open(file.c_str(), &db);
     bytes = 0;
-    const auto start = Clock::now();
+    const bench::Stopwatch watch;
     for (const std::string field : shell::FieldNames) {
         if (field == "List")
             continue;
@@ -45,7 +34,7 @@ double BareWalks(const std::string &file, std::size_t &bytes)
                     bytes += static_cast<std::size_t>(sqlite3_column_bytes(statement, i));
         sqlite3_finalize(statement);
     }
-    const double took = MsSince(start);
+    const double took = watch.Ms();
     sqlite3_close(db);
     return took;
 }
@@ -67,12 +56,12 @@ std::string LargestGenre(browser::MainForm &form)
 
 void TimeList(browser::MainForm &form, const std::string &key)
 {
-    auto start = Clock::now();
+    const bench::Stopwatch filling;
     form.TV.ClickText(form.TV.Find(key));
-    const double fill = MsSince(start);
-    start = Clock::now();
+    const double fill = filling.Ms();
+    const bench::Stopwatch sorting;
     form.LV.SetSort(1, true);
-    const double sort = MsSince(start);
+    const double sort = sorting.Ms();
     form.LV.SetSort(0, false);
     std::printf("a click on a value: %d rows in %.1f ms, sorted by title in %.1f ms\n",
                 form.LV.Count(), fill, sort);
@@ -84,25 +73,15 @@ int main(int argc, char **argv)
 {
     if (argc != 3)
         return 2;
-    const std::string folder = argv[2], file = folder + "/MP3s.mdb";
-    std::filesystem::create_directories(folder);
-    for (const char *end : {"", "-wal", "-shm", "-turn"})
-        std::filesystem::remove(file + end);
-    std::filesystem::copy_file(argv[1], file);
-    platform::terminal::TerminalDesktop desktop;
-    platform::TheMachine().desktop = &desktop;
-    catalogue::DataAccess = std::make_unique<catalogue::ADOclass>();
-    catalogue::DataAccess->TipoLectura = 1;
-    catalogue::DataAccess->DirBase = folder + "/";
-    catalogue::DataAccess->DataBaseName = "MP3s";
+    const bench::OpenCopy copy(argv[1], argv[2]);
     browser::MainForm &form = browser::frmMain();
     browser::BindTreeEvents(form);
     for (int round = 0; round < 3; ++round) {
         std::size_t bytes = 0;
-        const double bare = BareWalks(file, bytes);
-        const auto start = Clock::now();
+        const double bare = BareWalks(copy.File(), bytes);
+        const bench::Stopwatch watch;
         browser::LoadTreeView(form, "");
-        const double ours = MsSince(start);
+        const double ours = watch.Ms();
         std::printf("LoadTreeView: %.0f ms for %d nodes, bare walks %.0f ms (%zu bytes), ratio "
                     "%.3f\n",
                     ours, form.TV.Count(), bare, bytes, ours / bare);
@@ -110,7 +89,5 @@ int main(int argc, char **argv)
     form.TreeJustExpanded = false;
     TimeList(form, LargestGenre(form));
     browser::ResetMainForm();
-    catalogue::DataAccess.reset();
-    catalogue::CloseCatalogue();
     return 0;
 }

@@ -3,11 +3,9 @@
 // connection has written, the engine's own LIKE, and a search for the bytes in a copy of the same
 // texts in memory; and filling a list with all rows. Prints the number of rows with the times. The
 // exit status is 1 when rows differ, and with "judge" also when a limit is exceeded.
+#include "bench/opencopy.h"
+#include "bench/timing.h"
 #include "browser/itemlist.h"
-#include "catalogue/adoclass.h"
-#include "catalogue/rowgroups.h"
-#include "platform/machine.h"
-#include "platform/terminal/terminaldesktop.h"
 #include "runtime/text.h"
 #include "runtime/utf8.h"
 #include "search/criteria.h"
@@ -15,10 +13,8 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -26,24 +22,14 @@
 namespace
 {
 
+using bench::MedianMs;
+using bench::Stopwatch;
+
 constexpr double kStatementMs = 50, kFillMs = 400, kMemoryMiB = 100;
 constexpr std::int64_t kSliceMs = 10;
-constexpr int kRounds = 7;
+constexpr int kRounds = 7, kWrites = 5;
 
 bool failed = false, judged = false;
-
-class Stopwatch
-{
-public:
-    [[nodiscard]] double Ms() const
-    {
-        using namespace std::chrono;
-        return duration<double, std::milli>(steady_clock::now() - m_start).count();
-    }
-
-private:
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
-};
 
 void Tell(const std::string &what, double value, const char *unit, double limit)
 {
@@ -51,19 +37,6 @@ void Tell(const std::string &what, double value, const char *unit, double limit)
     failed = failed || missed;
     std::printf("%-44s %8.1f %s, limit %.0f%s\n", what.c_str(), value, unit, limit,
                 missed ? "  MISSED" : "");
-}
-
-template <class Measure>
-double MedianMs(const Measure &measure)
-{
-    std::vector<double> times;
-    for (int i = 0; i < kRounds; ++i) {
-        const Stopwatch watch;
-        measure();
-        times.push_back(watch.Ms());
-    }
-    std::nth_element(times.begin(), times.begin() + kRounds / 2, times.end());
-    return times[kRounds / 2];
 }
 
 double MemoryMiB()
@@ -163,16 +136,13 @@ std::vector<std::int64_t> TellTimes(const char *when)
     double slowest = 0;
     for (const std::string &word : kWords) {
         std::int64_t found = 0;
-        const double ms = MedianMs([&] { found = Search(word)->RecordCount(); });
+        const double ms = MedianMs(kRounds, [&] { found = Search(word)->RecordCount(); });
         std::printf("    %-10s %7lld rows %7.1f ms\n", word.c_str(), static_cast<long long>(found),
                     ms);
         slowest = std::max(slowest, ms);
         rows.push_back(found);
     }
-    if (std::strcmp(when, "texts read ahead") == 0)
-        Tell("statement, " + std::string(when), slowest, "ms", kStatementMs);
-    else
-        std::printf("%-44s %8.1f ms\n", ("statement, " + std::string(when)).c_str(), slowest);
+    Tell("statement, " + std::string(when), slowest, "ms", kStatementMs);
     return rows;
 }
 
@@ -183,10 +153,11 @@ void TellFloors(const std::string &file, const std::vector<std::int64_t> &rows)
     for (std::size_t i = 0; i < kWords.size(); ++i) {
         std::int64_t engine = 0;
         std::size_t times = 0;
-        slowestEngine =
-            std::max(slowestEngine, MedianMs([&] { engine = EngineRows(file, kWords[i]); }));
+        slowestEngine = std::max(slowestEngine,
+                                 MedianMs(kRounds, [&] { engine = EngineRows(file, kWords[i]); }));
         const std::string upper = runtime::UpperText(kWords[i]);
-        slowestBytes = std::max(slowestBytes, MedianMs([&] { times = TimesIn(dump, upper); }));
+        slowestBytes =
+            std::max(slowestBytes, MedianMs(kRounds, [&] { times = TimesIn(dump, upper); }));
         const bool isAscii = runtime::IsAscii(kWords[i]); // others the engine knows no cases of
         if ((isAscii && engine != rows[i]) || (times == 0) != (rows[i] == 0)) {
             std::printf("%s: %lld rows, the engine %lld, %zu times in the dump\n",
@@ -200,27 +171,32 @@ void TellFloors(const std::string &file, const std::vector<std::int64_t> &rows)
                 static_cast<double>(dump.size()) / 1e6);
 }
 
-// Another connection adds a row, which the next search finds.
-void TellAfterAWrite(const std::string &file)
+// Another connection adds a row, which the next search finds; and another one.
+void TellAfterWrites(const std::string &file)
 {
-    sqlite3 *db = nullptr;
-    sqlite3_open(file.c_str(), &db);
-    sqlite3_exec(
-        db, "INSERT INTO MP3s VALUES ('a Xylophone', '', '', '', '', '', '', '/new.mp3', '', 0)",
-        nullptr, nullptr, nullptr);
-    sqlite3_close(db);
-    const Stopwatch watch;
-    const auto found = Search("XYLOPHONE")->RecordCount();
-    std::printf("%-44s %8.1f ms\n", "the first statement after another's write", watch.Ms());
-    failed = failed || found != 1;
-    ReadAhead();
-    failed = failed || Search("xylophone")->RecordCount() != 1;
+    std::vector<double> times;
+    for (int written = 1; written <= kWrites; ++written) {
+        sqlite3 *db = nullptr;
+        sqlite3_open(file.c_str(), &db);
+        sqlite3_exec(db,
+                     "INSERT INTO MP3s VALUES ('a Xylophone', '', '', '', '', '', '', '/new.mp3', "
+                     "'', 0)",
+                     nullptr, nullptr, nullptr);
+        sqlite3_close(db);
+        const Stopwatch watch;
+        const auto found = Search("XYLOPHONE")->RecordCount();
+        times.push_back(watch.Ms());
+        failed = failed || found != written;
+        ReadAhead();
+        failed = failed || Search("xylophone")->RecordCount() != written;
+    }
+    Tell("the first statement after another's write", bench::Median(times), "ms", kStatementMs);
 }
 
 void TellFill(double idleMiB)
 {
     ui::KeyedList list;
-    const double ms = MedianMs([&] { browser::FillItemList(list, *Search("")); });
+    const double ms = MedianMs(kRounds, [&] { browser::FillItemList(list, *Search("")); });
     Tell("a search for everything, statement and fill", ms, "ms", kFillMs);
     Tell("memory above the idle program", MemoryMiB() - idleMiB, "MiB", kMemoryMiB);
     std::printf("    %d rows\n", list.Count());
@@ -233,26 +209,14 @@ int main(int argc, char **argv)
     if (argc < 3)
         return 2;
     judged = argc > 3;
-    const std::string folder = argv[2], file = folder + "/MP3s.mdb";
-    std::filesystem::create_directories(folder);
-    for (const char *end : {"", "-wal", "-shm", "-turn"})
-        std::filesystem::remove(file + end);
-    std::filesystem::copy_file(argv[1], file);
-    platform::terminal::TerminalDesktop desktop;
-    platform::TheMachine().desktop = &desktop;
-    catalogue::DataAccess = std::make_unique<catalogue::ADOclass>();
-    catalogue::DataAccess->TipoLectura = 1;
-    catalogue::DataAccess->DirBase = folder + "/";
-    catalogue::DataAccess->DataBaseName = "MP3s";
+    const bench::OpenCopy copy(argv[1], argv[2]);
     const double idleMiB = MemoryMiB();
     const auto walked = TellTimes("nothing read ahead");
     ReadAhead();
     const auto rows = TellTimes("texts read ahead");
     failed = failed || walked != rows;
     TellFill(idleMiB);
-    TellFloors(file, rows);
-    TellAfterAWrite(file);
-    catalogue::DataAccess.reset();
-    catalogue::CloseCatalogue();
+    TellFloors(copy.File(), rows);
+    TellAfterWrites(copy.File());
     return failed ? 1 : 0;
 }

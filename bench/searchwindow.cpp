@@ -1,21 +1,17 @@
 // search_window_bench CATALOGUE FOLDER [judge] - a search in the real search window, in a copy of
 // the catalogue: until the first rows are painted, until all are in the list, and the memory above
 // that of the window before. With "judge" it ends with status 1 when a limit is missed.
-#include "catalogue/adoclass.h"
-#include "catalogue/rowgroups.h"
-#include "platform/machine.h"
+#include "bench/opencopy.h"
+#include "bench/timing.h"
 #include "platform/posix/systemclock.h"
 #include "platform/settingsstore.h"
-#include "platform/terminal/terminaldesktop.h"
 #include "search/frmSearch.h"
 #include "shell/apppath.h"
 #include "ui/qt/listview.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -86,31 +82,12 @@ double MemoryMiB(const char *which)
     return 0;
 }
 
-double Median(std::vector<double> values)
-{
-    std::nth_element(values.begin(), values.begin() + kRounds / 2, values.end());
-    return values[kRounds / 2];
-}
-
 void Tell(const std::string &what, double value, const char *unit, double limit)
 {
     const bool missed = (judged && value > limit) || value < 0;
     failed = failed || missed;
     std::printf("%-52s %8.1f %s, limit %.0f%s\n", what.c_str(), value, unit, limit,
                 missed ? "  MISSED" : "");
-}
-
-void OpenCatalogue(const std::string &from, const std::string &folder)
-{
-    std::filesystem::create_directories(folder);
-    for (const char *end : {"", "-wal", "-shm", "-turn"})
-        std::filesystem::remove(folder + "/MP3s.mdb" + end);
-    std::filesystem::copy_file(from, folder + "/MP3s.mdb");
-    shell::SetAppPath(folder);
-    catalogue::DataAccess = std::make_unique<catalogue::ADOclass>();
-    catalogue::DataAccess->TipoLectura = 1;
-    catalogue::DataAccess->DirBase = folder + "/";
-    catalogue::DataAccess->DataBaseName = "MP3s";
 }
 
 void Measure(search::SearchForm &form, QWidget &window)
@@ -140,8 +117,8 @@ void Measure(search::SearchForm &form, QWidget &window)
             first.push_back(watch.FirstMs());
         }
         std::printf("%s: %d rows\n", *text == '\0' ? "everything" : text, form.ListView.Count());
-        Tell("    first rows painted", Median(first), "ms", kFirstRowsMs);
-        Tell("    all rows in the list", Median(all), "ms", kFillMs);
+        Tell("    first rows painted", bench::Median(first), "ms", kFirstRowsMs);
+        Tell("    all rows in the list", bench::Median(all), "ms", kFillMs);
     }
     Tell("memory above the idle window, at most", MemoryMiB("VmHWM") - idleMiB, "MiB", kMemoryMiB);
 }
@@ -154,13 +131,14 @@ int main(int argc, char **argv)
     if (argc < 3)
         return 2;
     judged = argc > 3;
+    const bench::OpenCopy copy(argv[1], argv[2]);
+    shell::SetAppPath(argv[2]);
     Desktop desktop;
     platform::TheMachine().desktop = &desktop;
     NoSettings settings;
     platform::TheMachine().settings = &settings;
     platform::posix::SystemClock clock;
     platform::TheMachine().clock = &clock;
-    OpenCatalogue(argv[1], argv[2]);
     {
         search::SearchForm &form = search::frmSearch();
         search::LoadSearchForm(form);
@@ -170,7 +148,5 @@ int main(int argc, char **argv)
         Measure(form, window);
     }
     search::ResetSearchForm();
-    catalogue::DataAccess.reset();
-    catalogue::CloseCatalogue();
     return failed ? 1 : 0;
 }

@@ -1,0 +1,49 @@
+// bench/opencopy.h - a copy of a catalogue, opened as the program opens its own, without a window.
+#pragma once
+
+#include "catalogue/adoclass.h"
+#include "catalogue/rowgroups.h"
+#include "platform/machine.h"
+#include "platform/terminal/terminaldesktop.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace bench
+{
+
+// From the beginning to the end of this object DataAccess leads to a copy of `catalogue`, the file
+// MP3s.mdb in `folder`, and TheMachine has a desktop. What an earlier copy has left is removed.
+class OpenCopy
+{
+public:
+    OpenCopy(const std::string &catalogue, const std::string &folder) : m_file(folder + "/MP3s.mdb")
+    {
+        std::filesystem::create_directories(folder);
+        for (const char *end : {"", "-wal", "-shm", "-turn"})
+            std::filesystem::remove(m_file + end);
+        std::filesystem::copy_file(catalogue, m_file);
+        platform::TheMachine().desktop = &m_desktop;
+        catalogue::DataAccess = std::make_unique<catalogue::ADOclass>();
+        catalogue::DataAccess->TipoLectura = 1;
+        catalogue::DataAccess->DirBase = folder + "/";
+        catalogue::DataAccess->DataBaseName = "MP3s";
+    }
+    ~OpenCopy()
+    {
+        catalogue::DataAccess.reset();
+        catalogue::CloseCatalogue();
+        platform::TheMachine().desktop = nullptr;
+    }
+    OpenCopy(const OpenCopy &) = delete;
+    OpenCopy &operator=(const OpenCopy &) = delete;
+
+    [[nodiscard]] const std::string &File() const { return m_file; }
+
+private:
+    std::string m_file;
+    platform::terminal::TerminalDesktop m_desktop;
+};
+
+} // namespace bench

@@ -1,0 +1,46 @@
+// bench/timing.h - times of what is measured, in milliseconds of the clock on the wall.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+namespace bench
+{
+
+class Stopwatch
+{
+public:
+    [[nodiscard]] double Ms() const
+    {
+        using namespace std::chrono;
+        return duration<double, std::milli>(steady_clock::now() - m_start).count();
+    }
+
+private:
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+[[nodiscard]] inline double Median(std::vector<double> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+// The time of `measure`, the median of so many rounds.
+template <class Measure>
+[[nodiscard]] double MedianMs(int rounds, const Measure &measure)
+{
+    std::vector<double> times;
+    for (int i = 0; i < rounds; ++i) {
+        const Stopwatch watch;
+        measure();
+        times.push_back(watch.Ms());
+    }
+    return Median(std::move(times));
+}
+
+} // namespace bench
