@@ -14,6 +14,7 @@
 #include "shell/language.h"
 #include "shell/settings.h"
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -49,7 +50,7 @@ int StoredPaneWidth()
 {
     const std::string text = shell::GetSetting(shell::kWindowsSize, "Initial TreeView Width");
     const double width = runtime::LeadingNumber(text);
-    return text.empty() || width < 0 || width > 1e6 ? -1 : runtime::RoundToInt32(width);
+    return text.empty() || width > 1e6 ? -1 : std::max(0, runtime::RoundToInt32(width));
 }
 
 LayoutState StateOf(const SearchForm &form)

@@ -1,64 +1,13 @@
-#include "browser/itemlist.h"
-#include "search/install.h"
-#include "search/searchform.h"
-#include "tests/browser/formfixture.h"
+#include "tests/search/searchfixture.h"
 
 namespace
 {
 
-using search::frmSearch;
 using search::SearchForm;
 using Texts = std::vector<std::string>;
 
-class Search : public tests::FormTest
+class Search : public tests::SearchFormTest
 {
-protected:
-    Search()
-    {
-        browser::ResetInfoLabelTop();
-        Loaded();
-    }
-    ~Search() override { search::ResetSearchForm(); }
-
-    SearchForm &Shown()
-    {
-        SearchForm &form = frmSearch();
-        const auto line = [](const ui::Label &) { return 200; };
-        for (ui::Label *label : {&form.lblWebFolder, &form.WebItemName, &form.lblInfo})
-            label->measureHeight = line;
-        search::LoadSearchForm(form);
-        search::ReDrawForm(form);
-        search::SetVisible(form, true);
-        return form;
-    }
-
-    // Two songs, one with "love" in its title, one in its album; and one without.
-    SearchForm &WithSongs()
-    {
-        Add({"Love me do", "Beatles", "Please", "1963", "", "Pop", "/m/1.mp3"});
-        Add({"One", "U2", "Love songs", "1991", "", "Rock", "/m/2.mp3"});
-        Add({"Help", "Beatles", "Help", "1965", "", "Pop", "/m/3.mp3"});
-        return Shown();
-    }
-
-    void Run(SearchForm &form, const std::string &text, int type = 0)
-    {
-        form.options.txtToFind.SetText(text);
-        form.options.cmbType.SetListIndex(type);
-        form.options.cmdSearch.Click();
-    }
-
-    // The rows: key and title.
-    std::string Found(const SearchForm &form)
-    {
-        std::string rows;
-        for (ui::RowId row = 0; row < form.ListView.Count(); ++row)
-            rows += std::string(form.ListView.Key(row)) + ":" +
-                    std::string(form.ListView.SubItemAt(row, 1)) + " ";
-        return rows;
-    }
-
-    std::string Count(const SearchForm &form) { return form.SBar.Panel("Items").text; }
 };
 
 TEST_F(Search, LoadsItsTexts)
@@ -101,6 +50,33 @@ TEST_F(Search, TheLanguageChangesCaptionsAndNotTheStatement)
     EXPECT_EQ(Count(form), "1 Lieder");
 }
 
+TEST_F(Search, EveryTextHasItsKey)
+{
+    std::string keys = "[Search]\n";
+    for (const char *key :
+         {"AnyWords", "AllWords", "ExactPhrase", "UnCheckAll", "CheckAll", "SearchButton",
+          "TextToFind", "TypeOfSearch", "CriteriaToLookFor", "Items", "Search", "SearchResults"})
+        keys += std::string(key) + "=x" + key + "\n";
+    keys += "[ColumnHeaders]\n";
+    for (const std::string_view field : search::kFields)
+        keys.append(field).append("=x").append(field).append("\n");
+    tests::WriteFile(folder / "x.qlt", keys);
+    shell::TheGlobals().LanguageFilePath = folder / "x.qlt";
+    const SearchForm &form = Shown();
+    EXPECT_EQ(form.options.cmbType.Items(), (Texts{"xAnyWords", "xAllWords", "xExactPhrase"}));
+    EXPECT_EQ(form.options.cmdAll[0].Caption(), "xUnCheckAll");
+    EXPECT_EQ(form.options.cmdAll[1].Caption(), "xCheckAll");
+    EXPECT_EQ(form.options.cmdSearch.Caption(), "xSearchButton");
+    EXPECT_EQ(form.options.lblToFind.Caption(), "xTextToFind");
+    EXPECT_EQ(form.options.lblTypeOfSearch.Caption(), "xTypeOfSearch");
+    EXPECT_EQ(form.WebItemType.Caption(), "xCriteriaToLookFor");
+    EXPECT_EQ(Count(form), "0 xItems");
+    EXPECT_EQ(form.lblFolders.Caption(), "xSearch");
+    EXPECT_EQ(form.lblWebFolder.Caption(), "xSearchResults");
+    for (std::size_t i = 0; i < search::kFields.size(); ++i)
+        EXPECT_EQ(form.options.chkField[i].Caption(), "x" + std::string(search::kFields[i]));
+}
+
 TEST_F(Search, FillsTheListWithFileRowsAndCounts)
 {
     SearchForm &form = WithSongs();
@@ -135,6 +111,59 @@ TEST_F(Search, TheSameRowThroughTwoFieldsShowsOnce)
     form.options.cmdAll[1].Click();
     Run(form, "help"); // in title and album
     EXPECT_EQ(form.ListView.Count(), 1);
+}
+
+// A row shows once for each path, whatever its letter case; the count is that of the records.
+TEST_F(Search, TheCountIsThatOfTheRecords)
+{
+    Add({"Love", "One", "", "", "", "", "/m/1.mp3"});
+    Add({"Love", "Two", "", "", "", "", "/M/1.MP3"});
+    SearchForm &form = Shown();
+    form.options.chkField[0].SetChecked(true);
+    Run(form, "love");
+    EXPECT_EQ(form.ListView.Count(), 1);
+    EXPECT_EQ(Count(form), "2 Item(s)");
+}
+
+TEST_F(Search, AllWordsMustBeInOneField)
+{
+    SearchForm &form = WithSongs();
+    form.options.cmdAll[1].Click();
+    Run(form, "love me", search::kAllWords);
+    EXPECT_EQ(Found(form), "/0:Love me do ");
+    Run(form, "love beatles", search::kAllWords); // one in the title, one in the artist
+    EXPECT_EQ(Found(form), "/0:No items found. ");
+    Run(form, "love beatles", search::kAnyWords);
+    EXPECT_EQ(Found(form), "/0:Love me do /1:One /2:Help ");
+}
+
+TEST_F(Search, AnEmptyTextFindsAllRowsAndLeavesAWildcardAndABlank)
+{
+    SearchForm &form = WithSongs();
+    form.options.chkField[0].SetChecked(true);
+    for (const int type : {search::kExactPhrase, search::kAllWords, search::kAnyWords}) {
+        Run(form, "", type);
+        EXPECT_EQ(form.ListView.Count(), 3);
+        EXPECT_EQ(form.options.txtToFind.Text(), "% ");
+    }
+}
+
+TEST_F(Search, WhatTheUserTypesMayBeWildcards)
+{
+    SearchForm &form = WithSongs();
+    form.options.chkField[0].SetChecked(true);
+    Run(form, "l_ve%do");
+    EXPECT_EQ(Found(form), "/0:Love me do ");
+}
+
+TEST_F(Search, ThePhraseHasTheBlankOfTheBoxFromTheSecondSearchOn)
+{
+    SearchForm &form = WithSongs();
+    form.options.chkField[0].SetChecked(true);
+    Run(form, "do", search::kExactPhrase);
+    EXPECT_EQ(Found(form), "/0:Love me do ");
+    form.options.cmdSearch.Click(); // now for "do ", which no title has
+    EXPECT_EQ(Found(form), "/0:No items found. ");
 }
 
 TEST_F(Search, WithoutAFieldTheBoxAndNoQuery)
@@ -257,203 +286,6 @@ TEST_F(Search, TheEndOfTheProgramEndsTheSearch)
     EXPECT_EQ(Count(form), "0 Item(s)");
     Run(form, "love"); // and there is nothing to search any more
     EXPECT_EQ(Count(form), "0 Item(s)");
-}
-
-// --- The list.
-
-TEST_F(Search, ADoubleClickPlaysTheRow)
-{
-    std::string played;
-    browser::RegisterItemKind("/",
-                              [&](const std::string &path, ui::KeyedList &) { played = path; });
-    SearchForm &form = WithSongs();
-    form.options.cmdAll[1].Click();
-    Run(form, "love");
-    form.ListView.SelectOnly(1);
-    form.ListView.onDblClick();
-    EXPECT_EQ(played, "/m/2.mp3");
-    played.clear();
-    Run(form, "nowhere");
-    form.ListView.SelectOnly(0);
-    form.ListView.onDblClick(); // the warning is no file
-    EXPECT_EQ(played, "");
-}
-
-TEST_F(Search, AMovedSelectionShowsThePanelAfterTheTimer)
-{
-    SearchForm &form = WithSongs();
-    form.options.cmdAll[1].Click();
-    Run(form, "love");
-    EXPECT_EQ(form.ObjClicked, nullptr);
-    form.ListView.SelectOnly(0);
-    form.ListView.onItemClick();
-    EXPECT_EQ(form.ObjClicked, &form.ListView);
-    EXPECT_TRUE(form.ShowSelectedItems.Enabled());
-    form.ShowSelectedItems.Fire();
-    EXPECT_EQ(form.WebItemName.Caption(), "Love me do");
-    EXPECT_NE(form.lblInfo.Caption().find("Artist: Beatles"), std::string::npos);
-    EXPECT_FALSE(form.ShowSelectedItems.Enabled());
-}
-
-TEST_F(Search, AColumnSortsAndTurns)
-{
-    SearchForm &form = WithSongs();
-    form.options.cmdAll[1].Click();
-    Run(form, "m");
-    form.ListView.onColumnClick(2);
-    EXPECT_EQ(form.ListView.SortKey(), 1);
-    EXPECT_FALSE(form.ListView.Descending());
-    form.ListView.onColumnClick(2);
-    EXPECT_TRUE(form.ListView.Descending());
-}
-
-TEST_F(Search, MouseDownWithTheLeftButton)
-{
-    SearchForm &form = Shown();
-    form.ShowSelectedItems.SetEnabled(true);
-    search::ListView_MouseDown(form, 1, false, false);
-    EXPECT_FALSE(form.ShowSelectedItems.Enabled());
-    const auto before = clock.steadyMs;
-    search::ListView_MouseDown(form, 1, true, false);
-    EXPECT_TRUE(form.ShowSelectedItems.Enabled());
-    form.ShowSelectedItems.SetEnabled(false);
-    search::ListView_MouseDown(form, 1, true, true); // Shift and Ctrl do not wait either
-    EXPECT_TRUE(form.ShowSelectedItems.Enabled());
-    EXPECT_EQ(clock.steadyMs, before);
-}
-
-TEST_F(Search, AClickWithCtrlWaitsUntilHalfASecondAfterTheNearestWholeOne)
-{
-    struct MovingClock : tests::FakeClock {
-        double SecondsOfDay() override
-        {
-            constexpr double kDay = 86400;
-            const double seconds = start + static_cast<double>(steadyMs) / 1000;
-            return seconds >= kDay ? seconds - kDay : seconds;
-        }
-        double start = 0;
-    } moving;
-    const struct {
-        const char *name;
-        double clicked;   // seconds of the day
-        long long heldMs; // at least; one step of the wait more at most
-    } cases[] = {{"on the second", 100, 500},
-                 {"behind it", 100.25, 250},
-                 {"half a second behind", 100.5, 0},
-                 {"before the next one", 100.75, 750},
-                 {"just behind the half", 101.5625, 938},
-                 {"before midnight", 86399.75, 250}};
-    SearchForm &form = Shown();
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.name);
-        moving.start = c.clicked;
-        moving.steadyMs = 0;
-        form.ShowSelectedItems.SetEnabled(false);
-        int yields = 0;
-        desktop.onYield = [&] {
-            EXPECT_FALSE(form.ShowSelectedItems.Enabled()); // not before the wait is over
-            ++yields;
-        };
-        search::ListView_MouseDown(form, 1, false, true);
-        desktop.onYield = nullptr;
-        EXPECT_GE(moving.steadyMs, c.heldMs);
-        EXPECT_LE(moving.steadyMs, c.heldMs + 25);
-        EXPECT_EQ(yields > 0, c.heldMs > 0);
-        EXPECT_TRUE(form.ShowSelectedItems.Enabled());
-    }
-}
-
-TEST_F(Search, ARightClickOpensThePopupForTheSelectedRow)
-{
-    SearchForm &form = WithSongs();
-    int popups = 0;
-    Form().calls.showPopup = [&](int, int) { ++popups; };
-    search::ListView_MouseDown(form, 2, false, false);
-    EXPECT_EQ(popups, 0); // nothing is selected
-    form.options.cmdAll[1].Click();
-    Run(form, "love");
-    form.ListView.SelectOnly(1);
-    search::ListView_MouseDown(form, 2, false, false);
-    EXPECT_EQ(popups, 1);
-    EXPECT_TRUE(Form().PopupFromSearch);
-    EXPECT_EQ(&browser::PopupList(Form()), &form.ListView);
-    Run(form, "nowhere");
-    form.ListView.SelectOnly(0);
-    search::ListView_MouseDown(form, 2, false, false); // the warning's key is a file's
-    EXPECT_EQ(popups, 2);
-}
-
-// --- The pane.
-
-TEST_F(Search, ThePaneClosesAndOpensAgain)
-{
-    SearchForm &form = Shown();
-    form.PaneWidth = 4000;
-    search::ReDrawForm(form);
-    search::ShowOptionsPane(form, false);
-    EXPECT_EQ(form.PaneWidth, -30);
-    EXPECT_EQ(form.Separator.Left(), -30);
-    EXPECT_FALSE(form.pctCloseTree.Visible());
-    EXPECT_FALSE(form.Separator.Visible());
-    EXPECT_FALSE(form.pctOptions.Visible());
-    search::ShowOptionsPane(form, true);
-    EXPECT_EQ(form.PaneWidth, 3850); // 35 percent of 11000
-    EXPECT_EQ(form.pctCloseTree.Width(), 3850);
-    EXPECT_TRUE(form.pctOptions.Visible());
-    settings.values["Quenlin/Windows Size/Initial TreeView Width"] = "2500";
-    search::ShowOptionsPane(form, false);
-    search::ShowOptionsPane(form, true);
-    EXPECT_EQ(form.PaneWidth, 2500);
-    settings.values["Quenlin/Windows Size/Initial TreeView Width"] = "900";
-    search::ShowOptionsPane(form, false);
-    search::ShowOptionsPane(form, true);
-    EXPECT_EQ(form.PaneWidth, 3180);
-}
-
-TEST_F(Search, TheSplitterMovesWhilePressed)
-{
-    SearchForm &form = Shown();
-    form.PaneWidth = 4000;
-    search::ReDrawForm(form);
-    search::Separator_MouseMove(form, 100);
-    EXPECT_EQ(form.PaneWidth, 4000);
-    search::Separator_MouseDown(form);
-    search::Separator_MouseMove(form, 100);
-    EXPECT_EQ(form.PaneWidth, 4100);
-    EXPECT_EQ(form.Separator.Left(), 4100);
-    search::Separator_MouseUp(form);
-    search::Separator_MouseMove(form, 100);
-    EXPECT_EQ(form.PaneWidth, 4100);
-}
-
-TEST_F(Search, AResizeLaysOutAndResetsThePanel)
-{
-    SearchForm &form = Shown();
-    form.window.width = 8000;
-    form.scaleWidth = 8000 - search::kFrameWidth;
-    search::ResizeSearchForm(form);
-    EXPECT_EQ(form.PaneWidth, 8000 - 5580);
-    EXPECT_EQ(form.WebItemType.Caption(), ""); // it held the hint
-    search::ResizeSearchForm(form);
-    EXPECT_EQ(form.WebItemType.Caption(), "Type the criteria to look for.");
-    search::SetVisible(form, false);
-    form.window.width = 7000;
-    search::ResizeSearchForm(form);
-    EXPECT_EQ(form.PaneWidth, 8000 - 5580); // not while it is hidden
-}
-
-TEST_F(Search, WhatWasTypedStaysWhileTheWindowIsHidden)
-{
-    SearchForm &form = WithSongs();
-    EXPECT_EQ(Form().searchList, &form.ListView);
-    form.options.cmdAll[1].Click();
-    Run(form, "love", 1);
-    search::SetVisible(form, false);
-    EXPECT_EQ(Form().searchList, nullptr);
-    search::SetVisible(form, true);
-    EXPECT_EQ(form.options.txtToFind.Text(), "love ");
-    EXPECT_EQ(form.options.cmbType.ListIndex(), 1);
-    EXPECT_EQ(form.ListView.Count(), 2);
 }
 
 } // namespace
