@@ -4,6 +4,7 @@
 #include "catalogue/adoclass.h"
 #include "catalogue/rowgroups.h"
 #include "platform/machine.h"
+#include "platform/posix/systemclock.h"
 #include "platform/terminal/terminaldesktop.h"
 
 #include <filesystem>
@@ -14,7 +15,7 @@ namespace bench
 {
 
 // From the beginning to the end of this object DataAccess leads to a copy of `catalogue`, the file
-// MP3s.mdb in `folder`, and TheMachine has a desktop. What an earlier copy has left is removed.
+// MP3s.mdb in `folder`, and TheMachine has a desktop and a clock. What an earlier copy has left is removed.
 class OpenCopy
 {
 public:
@@ -25,6 +26,7 @@ public:
             std::filesystem::remove(m_file + end);
         std::filesystem::copy_file(catalogue, m_file);
         platform::TheMachine().desktop = &m_desktop;
+        platform::TheMachine().clock = &m_clock;
         catalogue::DataAccess = std::make_unique<catalogue::ADOclass>();
         catalogue::DataAccess->TipoLectura = 1;
         catalogue::DataAccess->DirBase = folder + "/";
@@ -35,6 +37,7 @@ public:
         catalogue::DataAccess.reset();
         catalogue::CloseCatalogue();
         platform::TheMachine().desktop = nullptr;
+        platform::TheMachine().clock = nullptr;
     }
     OpenCopy(const OpenCopy &) = delete;
     OpenCopy &operator=(const OpenCopy &) = delete;
@@ -44,6 +47,7 @@ public:
 private:
     std::string m_file;
     platform::terminal::TerminalDesktop m_desktop;
+    platform::posix::SystemClock m_clock;
 };
 
 } // namespace bench

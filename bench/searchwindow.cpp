@@ -3,7 +3,6 @@
 // that of the window before. With "judge" it ends with status 1 when a limit is missed.
 #include "bench/opencopy.h"
 #include "bench/timing.h"
-#include "platform/posix/systemclock.h"
 #include "platform/settingsstore.h"
 #include "search/frmSearch.h"
 #include "shell/apppath.h"
@@ -137,8 +136,6 @@ int main(int argc, char **argv)
     platform::TheMachine().desktop = &desktop;
     NoSettings settings;
     platform::TheMachine().settings = &settings;
-    platform::posix::SystemClock clock;
-    platform::TheMachine().clock = &clock;
     {
         search::SearchForm &form = search::frmSearch();
         search::LoadSearchForm(form);

@@ -1,7 +1,6 @@
 #include "playlists/entryfiles.h"
 
-#include "platform/drives.h"
-#include "platform/machine.h"
+#include "platform/posix/helperthread.h"
 #include "runtime/codepage.h"
 #include "runtime/text.h"
 
@@ -11,7 +10,6 @@
 #include <atomic>
 #include <filesystem>
 #include <mutex>
-#include <thread>
 #include <utility>
 
 namespace playlists
@@ -53,11 +51,10 @@ bool IsLetterPath(std::string_view path)
 std::vector<std::string> MountsOfLetter(char letter, const ListPlace &place)
 {
     std::vector<std::string> mounts;
-    platform::Drives *drives = platform::TheMachine().drives;
     for (const std::string_view folder : kLetterMounts) {
         const std::string mount =
             std::string(folder) + static_cast<char>(static_cast<unsigned char>(letter) | 0x20);
-        if (drives != nullptr && drives->DriveOf(mount) == mount)
+        if (std::find(place.mounts.begin(), place.mounts.end(), mount) != place.mounts.end())
             mounts.push_back(mount);
     }
     mounts.push_back(place.drive);
@@ -139,6 +136,8 @@ std::optional<std::string> FileFinder::Find(const std::vector<std::string> &plac
 }
 
 struct EntrySearch::Shared {
+    static std::atomic<int> threads; // that have not ended yet
+
     std::vector<std::vector<std::string>> places; // used by the thread only
     std::atomic<bool> ended = false;
     std::mutex lock; // for `found`
@@ -155,11 +154,20 @@ struct EntrySearch::Shared {
     }
 };
 
-EntrySearch::EntrySearch(std::vector<std::vector<std::string>> places)
+std::atomic<int> EntrySearch::Shared::threads = 0;
+
+EntrySearch::EntrySearch(std::vector<std::vector<std::string>> places, int mostThreads)
     : m_shared(std::make_shared<Shared>()), m_count(places.size())
 {
     m_shared->places = std::move(places);
-    std::thread([shared = m_shared] { shared->Run(); }).detach();
+    const auto run = [shared = m_shared] {
+        shared->Run();
+        --Shared::threads;
+    };
+    if (++Shared::threads <= mostThreads && platform::posix::StartHelperThread(run))
+        return;
+    --Shared::threads;
+    m_count = 0;
 }
 
 EntrySearch::~EntrySearch()

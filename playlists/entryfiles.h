@@ -22,7 +22,8 @@ struct ListPlace {
     std::string folder;      // the folder of the list's file, with a separator at its end
     std::string drive;       // the mount point of that folder, without a separator at its end
     std::string playerDrive; // the same for the player's folder
-    bool isUtf8 = true;      // the list is UTF-8; else it is in the code page
+    std::vector<std::string> mounts; // the mount points of this machine that users know
+    bool isUtf8 = true;              // the list is UTF-8; else it is in the code page
 };
 
 // The paths at which the file of an entry may be, in the order in which they are tried: EntryPath
@@ -60,8 +61,12 @@ struct FoundEntry {
 class EntrySearch
 {
 public:
-    // `places`: those of entry 0, 1, ...
-    explicit EntrySearch(std::vector<std::vector<std::string>> places);
+    static constexpr int kMostThreads = 64; // that wait for disks which do not answer
+
+    // `places`: those of entry 0, 1, ... When there are `mostThreads` already, or none is to be
+    // had, nothing is looked for: it is done at once, without results.
+    explicit EntrySearch(std::vector<std::vector<std::string>> places,
+                         int mostThreads = kMostThreads);
     ~EntrySearch();
     EntrySearch(const EntrySearch &) = delete;
     EntrySearch &operator=(const EntrySearch &) = delete;

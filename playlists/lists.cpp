@@ -8,6 +8,7 @@
 #include "platform/machine.h"
 #include "player/winampmod.h"
 #include "playlists/entryfiles.h"
+#include "playlists/listfile.h"
 #include "playlists/m3u.h"
 #include "runtime/codepage.h"
 #include "runtime/error.h"
@@ -37,6 +38,7 @@ const std::string kRemove = "DELETE FROM Lists WHERE List_Name = ?";
 struct State {
     std::unique_ptr<EntrySearch> search; // for the rows in LV
     std::uint64_t filling = 0;           // LV's number of clearings when the rows were added
+    std::uint64_t openings = 0;          // how often a list was begun to be opened
 };
 
 State &TheState()
@@ -86,8 +88,14 @@ bool IsTaken(const std::string &name)
 // The name of the file without folder and without its last 4 characters.
 std::string SuggestedName(const std::string &path)
 {
-    const std::string name = shell::GetFileName(path);
-    return name.substr(0, name.size() - std::min<std::size_t>(4, name.size()));
+    std::string name = shell::GetFileName(path);
+    const auto isInside = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
+    for (int characters = 0; characters < 4 && !name.empty(); ++characters) {
+        while (name.size() > 1 && isInside(name.back()))
+            name.pop_back();
+        name.pop_back();
+    }
+    return name;
 }
 
 // Asks for a name that is neither empty nor in use. Returns: nothing when the program ends.
@@ -179,7 +187,9 @@ std::vector<std::vector<std::string>> AddRows(ui::KeyedList &list, const std::st
 
 void ShowEntries(MainForm &form, const std::string &listPath, std::string text)
 {
+    platform::Drives *drives = platform::TheMachine().drives;
     const ListPlace place{shell::GetFolderPath(listPath), DriveOf(listPath), PlayerDrive(),
+                          drives == nullptr ? std::vector<std::string>() : drives->Roots(),
                           runtime::IsUtf8(text)};
     std::string result;
     try {
@@ -233,18 +243,23 @@ std::vector<std::string> PlayListNames()
 
 bool ListPlayList(MainForm &form, std::string_view name)
 {
-    const std::uint64_t filling = form.LV.Filling();
+    const std::uint64_t filling = form.LV.Filling(), opening = ++TheState().openings;
+    const auto isLatest = [&form, filling, opening] {
+        return !IsEnding() && form.LV.Filling() == filling && TheState().openings == opening;
+    };
     const auto records = ListsOf(kOne, {std::string(name)});
     const std::string path =
         records == nullptr || records->AtEnd() ? "" : std::string(records->Text("LIST_Path"));
     TheDesktop().SetPointer(platform::Pointer::Hourglass);
     TheDesktop().DoEvents();
-    if (DataAccess == nullptr || form.LV.Filling() != filling)
+    if (!isLatest())
         return false;
-    std::string text = ReadM3UFile(path);
+    std::string text = ReadListFile(path);
+    if (!isLatest())
+        return false;
     if (text.empty()) {
         Tell(shell::GetLanguageText("The playlist is not ready", "PlayListNotReady", "Messages"));
-        return form.LV.Filling() == filling;
+        return isLatest();
     }
     ShowEntries(form, path, std::move(text));
     form.ImgIcon.SetImage("M3U");
@@ -280,7 +295,7 @@ void ShowFoundEntries(MainForm &form)
 
 void StopLooking()
 {
-    TheState() = State();
+    TheState().search.reset();
 }
 
 } // namespace playlists

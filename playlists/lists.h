@@ -24,10 +24,11 @@ bool RemovePlayList(browser::MainForm &form, const std::string &name);
 std::vector<std::string> PlayListNames();
 
 // Shows the entries of the list with that name in LV: one row for each with the keys "/0", "/1",
-// ... When there is nothing to read, shows the box "The playlist is not ready" instead, and LV is
-// not changed. Rows whose files do not exist are dimmed as soon as that is known; rows whose files
-// are found under another path get that path.
-// Returns: false when a later click has filled LV meanwhile.
+// ... When there is nothing to read, or the disk does not answer within a second, shows the box
+// "The playlist is not ready" instead, and LV is not changed. Rows whose files do not exist are
+// dimmed as soon as that is known; rows whose files are found under another path get that path.
+// Returns: false when a later click has filled LV or opened a list meanwhile, and at the end of the
+// program.
 bool ListPlayList(browser::MainForm &form, std::string_view name);
 
 // Shows in LV what EntrySearch has found since the last call. The event of tmrListFiles.

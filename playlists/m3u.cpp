@@ -1,11 +1,13 @@
 #include "playlists/m3u.h"
 
-#include "platform/machine.h"
 #include "platform/posix/files.h"
 #include "runtime/codepage.h"
 #include "runtime/text.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 namespace playlists
@@ -92,9 +94,10 @@ M3UEntry EntryOf(std::string_view line)
 
 std::string ReadM3UFile(const std::string &path)
 {
-    platform::FileIdentity identity;
-    if (platform::TheMachine().files->Identify(path, identity) != 0 ||
-        identity.sizeBytes > static_cast<std::int64_t>(kMaxListBytes))
+    struct stat status {
+    };
+    if (stat(path.c_str(), &status) != 0 ||
+        status.st_size > static_cast<std::int64_t>(kMaxListBytes))
         return {};
     const auto bytes = platform::posix::ReadRegularFile(path, kMaxListBytes + 1);
     if (!bytes || bytes->size() > kMaxListBytes)

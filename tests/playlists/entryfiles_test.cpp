@@ -1,6 +1,5 @@
 #include "playlists/entryfiles.h"
 #include "runtime/codepage.h"
-#include "tests/support/fakeports.h"
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>
@@ -18,24 +17,11 @@ using playlists::ListPlace;
 using playlists::PlacesOfEntry;
 using Texts = std::vector<std::string>;
 
-// Two mounts that go by a letter, and a stick.
-class LetterDrives : public tests::FakeDrives
-{
-public:
-    std::string DriveOf(const std::string &path) override
-    {
-        for (const std::string mount : {"/mnt/d", "/media/stick"})
-            if (path.starts_with(mount))
-                return mount;
-        return "/";
-    }
-};
-
 TEST(PlacesOfEntry, Table)
 {
-    LetterDrives drives;
-    const ListPlace utf8{"/media/stick/lists/", "/media/stick", "", true};
-    const ListPlace page{"/l/", "", "", false};
+    const ListPlace utf8{
+        "/media/stick/lists/", "/media/stick", "", {"/", "/media/f", "/mnt/d", "/mnt/f"}, true};
+    const ListPlace page{"/l/", "", "", {"/"}, false};
     const struct {
         const char *name;
         const ListPlace &place;
@@ -53,6 +39,14 @@ TEST(PlacesOfEntry, Table)
          utf8,
          "D:\\m\\a.mp3",
          {"/mnt/d/m/a.mp3", "/media/stick/m/a.mp3"}},
+        {"the letter's case does not matter",
+         utf8,
+         "d:/m/a.mp3",
+         {"/mnt/d/m/a.mp3", "/media/stick/m/a.mp3"}},
+        {"a letter of two mounts",
+         utf8,
+         "F:\\a.mp3",
+         {"/mnt/f/a.mp3", "/media/f/a.mp3", "/media/stick/a.mp3"}},
         {"a letter of no mount", utf8, "e:/m/a.mp3", {"/media/stick/m/a.mp3"}},
         {"a colon, but no letter", utf8, "1:\\a.mp3", {}},
         {"a letter without a folder", utf8, "C:a.mp3", {}},
@@ -147,6 +141,15 @@ TEST(EntrySearch, EndsWithoutWaiting)
         const playlists::EntrySearch search(std::vector<Texts>(1000, Texts{"/nowhere/at/all.mp3"}));
         EXPECT_FALSE(search.Done());
     }
+}
+
+TEST(EntrySearch, LooksForNothingWhenTooManyThreadsWait)
+{
+    playlists::EntrySearch search(std::vector<Texts>(3, Texts{"/"}), 0);
+    EXPECT_TRUE(search.Done());
+    EXPECT_TRUE(search.Take().empty());
+    playlists::EntrySearch next(std::vector<Texts>(1, Texts{"/"})); // it does not count as one
+    EXPECT_FALSE(next.Done());
 }
 
 } // namespace

@@ -1,12 +1,10 @@
-#include "browser/itemlist.h"
-#include "platform/endrequest.h"
-#include "playlists/install.h"
-#include "playlists/lists.h"
-#include "tests/browser/formfixture.h"
-#include "tests/support/scripteddesktop.h"
+#include "playlists/m3u.h"
+#include "tests/playlists/listsfixture.h"
+#include "tests/support/recordingplayer.h"
+
+#include <sys/stat.h>
 
 #include <filesystem>
-#include <thread>
 
 namespace
 {
@@ -15,279 +13,9 @@ using browser::MainForm;
 using platform::Pointer;
 using Texts = std::vector<std::string>;
 
-class Lists : public tests::FormTest
+class Lists : public tests::ListsTest
 {
-protected:
-    Lists() { tests::WriteFile(list, "#EXTM3U\r\n#EXTINF:1,One\r\none.mp3\r\n"); }
-    ~Lists() override
-    {
-        playlists::StopLooking();
-        platform::RequestEnd(0);
-    }
-
-    MainForm &WithTree()
-    {
-        playlists::Install();
-        MainForm &form = Loaded();
-        browser::LoadTreeView(form, "");
-        form.TreeJustExpanded = false;
-        return form;
-    }
-
-    void Store(const std::string &name, const std::string &path)
-    {
-        const std::vector<catalogue::Value> values = {name, path};
-        catalogue::DataAccess->ExecuteSQL("INSERT INTO Lists VALUES(?, ?)", catalogue::kInsert,
-                                          values);
-        ASSERT_TRUE(catalogue::DataAccess->Succeeded) << catalogue::DataAccess->ErrorMessage;
-    }
-
-    // Name and path of each list in the catalogue.
-    std::string Stored()
-    {
-        std::string stored;
-        const auto records = catalogue::Records(catalogue::DataAccess->ExecuteSQL(
-            "SELECT * FROM Lists ORDER BY LIST_Name", catalogue::kSelect));
-        for (; !records->AtEnd(); records->MoveNext())
-            stored.append(records->Text(0)).append("=").append(records->Text(1)).append(" ");
-        return stored;
-    }
-
-    // Opens the list with this content.
-    MainForm &Opened(const std::string &content)
-    {
-        tests::WriteFile(list, content);
-        Store("mine", list);
-        MainForm &form = WithTree();
-        Click("&mine");
-        return form;
-    }
-
-    // The rows: key, name and path; the list's folder is "~/", a dimmed row has "-" before it.
-    std::string Entries()
-    {
-        std::string rows;
-        const ui::KeyedList &lv = Form().LV;
-        for (ui::RowId row = 0; row < lv.Count(); ++row)
-            rows += std::string(lv.IsDimmed(row) ? "-" : "") + std::string(lv.Key(row)) + "|" +
-                    std::string(lv.SubItem(row, "Denomination")) + "|" +
-                    runtime::Replace(lv.SubItem(row, "Path"), folder.Path() + "/", "~/") + "; ";
-        return rows;
-    }
-
-    // Lets the disk answer for every row.
-    void LetLook()
-    {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (Form().tmrListFiles.Enabled() && std::chrono::steady_clock::now() < end) {
-            Form().tmrListFiles.Fire();
-            std::this_thread::yield();
-        }
-        ASSERT_FALSE(Form().tmrListFiles.Enabled());
-    }
-
-    const std::string list = folder / "Best of.m3u";
 };
-
-// --- Adding.
-
-TEST_F(Lists, AddingStoresNameAndPathAndAddsTheNode)
-{
-    tests::ScriptedDesktop user;
-    MainForm &form = WithTree();
-    user.ExpectOpen("Select the PlayList file", list);
-    user.ExpectInput("Type the name for this PlayList", "Mine & \"yours\" 100%");
-    playlists::AddPlayList(form);
-    EXPECT_EQ(Stored(), "Mine & \"yours\" 100%=" + list + " ");
-    EXPECT_EQ(Keys("ByList"), "&Mine & \"yours\" 100% ");
-    const ui::NodeId node = form.TV.Find("&Mine & \"yours\" 100%");
-    EXPECT_EQ(form.TV.Text(node), "Mine & \"yours\" 100%");
-    EXPECT_EQ(form.TV.Image(node), "M3U");
-    EXPECT_EQ(form.TV.SelectedImage(node), "");
-}
-
-TEST_F(Lists, TheBoxesHaveTheirTexts)
-{
-    struct Asking : tests::ScriptedDesktop {
-        std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,
-                                            std::string_view initialText) override
-        {
-            asked = std::string(prompt) + "|" + std::string(title) + "|" + std::string(initialText);
-            return "x";
-        }
-        std::optional<std::string> OpenDialog(std::string_view title,
-                                              const std::vector<platform::FileFilter> &filters,
-                                              const std::string &from) override
-        {
-            opened = std::string(title) + "|" + filters.at(0).caption + "|" +
-                     filters.at(0).pattern + "|" + from;
-            EXPECT_EQ(filters.size(), 1u);
-            return path;
-        }
-        std::string asked, opened, path;
-    } user;
-    MainForm &form = WithTree();
-    const struct {
-        std::string path, suggested;
-    } cases[] = {{list, "Best of"},
-                 {"/a/x.M3U", "x"},
-                 {"/a/long.m3u8", "long."},
-                 {"/a/b.m3u/abc", ""},
-                 {"/a/abcd.m3u", "abcd"}};
-    for (const auto &c : cases) {
-        user.path = c.path;
-        playlists::AddPlayList(form);
-        EXPECT_EQ(user.asked, "Type the name for this PlayList|PlayList's Name|" + c.suggested);
-        ASSERT_TRUE(playlists::RemovePlayList(form, "x"));
-    }
-    EXPECT_EQ(user.opened,
-              "Select the PlayList file|WinAmp PlayList (*.m3u)|*.m3u|" + shell::GetAppPath());
-}
-
-TEST_F(Lists, CancelInTheFileDialogLeavesNoTrace)
-{
-    tests::ScriptedDesktop user;
-    MainForm &form = WithTree();
-    user.ExpectOpen("", std::nullopt);
-    playlists::AddPlayList(form);
-    user.ExpectOpen("", "");
-    playlists::AddPlayList(form);
-    EXPECT_EQ(Stored(), "");
-    EXPECT_EQ(Keys("ByList"), "");
-}
-
-TEST_F(Lists, CancelAndAnEmptyNameAskAgain)
-{
-    tests::ScriptedDesktop user;
-    MainForm &form = WithTree();
-    user.ExpectOpen("", list);
-    user.ExpectInput("", std::nullopt);
-    user.ExpectInput("", "");
-    user.ExpectInput("", std::nullopt);
-    user.ExpectInput("", "name");
-    playlists::AddPlayList(form);
-    EXPECT_EQ(Keys("ByList"), "&name ");
-}
-
-TEST_F(Lists, ClosingTheBoxLeavesTheQuestion)
-{
-    struct Closing : tests::ScriptedDesktop {
-        bool InputWasClosed() override { return true; }
-    } user;
-    MainForm &form = WithTree();
-    user.ExpectOpen("", list);
-    user.ExpectInput("", std::nullopt);
-    playlists::AddPlayList(form);
-    EXPECT_EQ(Stored(), "");
-}
-
-TEST_F(Lists, TheEndOfTheProgramLeavesTheQuestion)
-{
-    struct Ending : tests::ScriptedDesktop {
-        std::optional<std::string> InputBox(std::string_view, std::string_view,
-                                            std::string_view) override
-        {
-            ++asked;
-            whileUp();
-            return answer;
-        }
-        int asked = 0;
-        std::optional<std::string> answer;
-        std::function<void()> whileUp;
-    } user;
-    MainForm &form = WithTree();
-    for (const std::optional<std::string> &answer : {std::optional<std::string>(), {"name"}}) {
-        user.answer = answer;
-        user.asked = 0;
-        user.whileUp = [] { platform::RequestEnd(15); };
-        user.ExpectOpen("", list);
-        playlists::AddPlayList(form);
-        EXPECT_EQ(user.asked, 1);
-        EXPECT_EQ(Stored(), "");
-        platform::RequestEnd(0);
-        user.whileUp = [] { catalogue::DataAccess.reset(); };
-        user.ExpectOpen("", list);
-        playlists::AddPlayList(form);
-        EXPECT_EQ(user.asked, 2);
-        OpenCatalogue();
-        EXPECT_EQ(Stored(), "");
-    }
-    EXPECT_EQ(Keys("ByList"), "");
-}
-
-TEST_F(Lists, ATakenNameIsReportedAndAskedAgainBeforeTheStatement)
-{
-    tests::ScriptedDesktop user;
-    Store("mine", "/first.m3u");
-    MainForm &form = WithTree();
-    user.ExpectOpen("", list);
-    user.ExpectInput("", "mine");
-    user.ExpectBox("There is a playlist of this name already.");
-    user.ExpectInput("", "Mine"); // letter case counts, as in the keys of the tree
-    playlists::AddPlayList(form);
-    EXPECT_EQ(Keys("ByList"), "&mine &Mine ");
-    EXPECT_EQ(Text("&Mine"), "Mine");
-}
-
-TEST_F(Lists, ARefusedStatementIsReportedAndAddsNoNode)
-{
-    tests::ScriptedDesktop user;
-    MainForm &form = WithTree();
-    std::filesystem::rename(folder / "app/MP3s.mdb", folder / "gone.mdb");
-    catalogue::CloseCatalogue();
-    user.ExpectOpen("", list);
-    user.ExpectInput("", "mine");
-    user.ExpectBox("Not ValidDataBase");
-    playlists::AddPlayList(form);
-    EXPECT_EQ(Keys("ByList"), "");
-    user.ExpectBox("Not ValidDataBase");
-    EXPECT_FALSE(playlists::RemovePlayList(form, "mine"));
-}
-
-TEST_F(Lists, WithoutTheGroupTheListIsStoredAllTheSame)
-{
-    tests::ScriptedDesktop user;
-    shell::TheGlobals().LoadField[6] = false;
-    MainForm &form = WithTree();
-    user.ExpectOpen("", list);
-    user.ExpectInput("", "mine");
-    playlists::AddPlayList(form);
-    EXPECT_EQ(Stored(), "mine=" + list + " ");
-    EXPECT_EQ(form.TV.Find("&mine"), ui::kNoNode);
-}
-
-// --- Removing.
-
-TEST_F(Lists, RemovingTakesRowAndNodeAndLeavesTheFile)
-{
-    Store("a & b", list);
-    Store("other", list);
-    MainForm &form = WithTree();
-    EXPECT_EQ(playlists::PlayListNames(), (Texts{"a & b", "other"}));
-    EXPECT_TRUE(playlists::RemovePlayList(form, "a & b"));
-    EXPECT_EQ(Stored(), "other=" + list + " ");
-    EXPECT_EQ(Keys("ByList"), "&other ");
-    EXPECT_TRUE(std::filesystem::exists(list));
-    EXPECT_TRUE(playlists::RemovePlayList(form, "no such list")); // nothing to remove is no failure
-    EXPECT_EQ(playlists::PlayListNames(), Texts{"other"});
-}
-
-TEST_F(Lists, NamesAreNeverPartOfTheStatement)
-{
-    tests::ScriptedDesktop user;
-    MainForm &form = WithTree();
-    for (const std::string name :
-         {"?", "a?b'c", "'; DELETE FROM Lists; --", "a''b'c", "%", "_", "\xC2\xB9"}) {
-        user.ExpectOpen("", folder / "what?.m3u");
-        user.ExpectInput("", name);
-        playlists::AddPlayList(form);
-        EXPECT_EQ(playlists::PlayListNames(), Texts{name});
-        EXPECT_EQ(Stored(), name + "=" + (folder / "what?.m3u") + " ");
-        EXPECT_NE(form.TV.Find("&" + name), ui::kNoNode);
-        EXPECT_TRUE(playlists::RemovePlayList(form, name));
-        EXPECT_EQ(form.TV.Find("&" + name), ui::kNoNode);
-    }
-}
 
 // --- Showing one.
 
@@ -310,6 +38,42 @@ TEST_F(Lists, AClickOnTheNodeShowsTheEntries)
     EXPECT_NE(std::count(desktop.pointers.begin(), desktop.pointers.end(), Pointer::Hourglass), 0);
     EXPECT_EQ(form.WEPath.Caption(), "MP3/PlayLists/mine");
     EXPECT_TRUE(desktop.boxes.empty());
+}
+
+TEST_F(Lists, OneBackSlashIsThePlayersDriveAndNotThatOfTheList)
+{
+    tests::RecordingPlayer player;
+    for (const auto &[command, path] :
+         {std::pair{"\"C:/Player/player.exe\" \"%1\"", "C:\\m\\c.mp3"},
+          std::pair{"\"/opt/player/player\" \"%1\"", "\\m\\c.mp3"}}) {
+        player.command = command;
+        Opened("#EXTM3U\r\n\\m\\c.mp3\r\n");
+        EXPECT_EQ(Form().LV.SubItem(0, "Path"), path);
+        ASSERT_TRUE(playlists::RemovePlayList(Form(), "mine"));
+    }
+}
+
+TEST_F(Lists, WhatIsNoListIsReportedWithinASecond)
+{
+    ASSERT_EQ(mkfifo((folder / "pipe.m3u").c_str(), 0600), 0);
+    tests::WriteFile(folder / "large.m3u", "#EXTM3U\r\na.mp3\r\n");
+    std::filesystem::resize_file(folder / "large.m3u", playlists::kMaxListBytes + 1);
+    tests::WriteFile(folder / "nuls.m3u", std::string(1000000, '\0'));
+    std::filesystem::create_directory(folder / "folder.m3u");
+    const Texts names = {"pipe", "large", "nuls", "folder", "absent"};
+    for (const std::string &name : names)
+        Store(name, folder / (name + ".m3u"));
+    WithTree();
+    for (const std::string &name : names) {
+        SCOPED_TRACE(name);
+        desktop.boxes.clear();
+        const auto before = clock.steadyMs;
+        Click("&" + name);
+        EXPECT_EQ(desktop.boxes, Texts{"The playlist is not ready"});
+        EXPECT_LE(clock.steadyMs - before, 1000);
+        EXPECT_EQ(Form().LV.Count(), 0);
+        EXPECT_FALSE(Form().tmrListFiles.Enabled());
+    }
 }
 
 TEST_F(Lists, OnlyTheHeadShowsAnEmptyList)
@@ -424,6 +188,23 @@ TEST_F(Lists, ANewerClickWhileTheListIsReadHasTheLastWord)
     EXPECT_TRUE(clicked);
     EXPECT_EQ(ShownRows(), "/0:One ");
     EXPECT_EQ(form.WEPath.Caption(), "MP3/By Artist/Abba");
+}
+
+TEST_F(Lists, AnotherListThatIsOpenedMeanwhileHasTheLastWord)
+{
+    tests::WriteFile(folder / "other.m3u", "other.mp3");
+    Store("mine", folder / "absent.m3u");
+    Store("other", folder / "other.m3u");
+    MainForm &form = WithTree();
+    bool clicked = false;
+    desktop.onYield = [&] {
+        if (!std::exchange(clicked, true))
+            form.TV.MoveTo(form.TV.Find("&other"));
+    };
+    form.TV.MoveTo(form.TV.Find("&mine"));
+    EXPECT_TRUE(clicked);
+    EXPECT_EQ(Entries(), "/0|other|~/other.mp3; ");
+    EXPECT_TRUE(desktop.boxes.empty()); // nobody waits for the first one any more
 }
 
 TEST_F(Lists, ADoubleClickPlaysTheFileThatWasFound)
