@@ -15,7 +15,8 @@ namespace bench
 {
 
 // From the beginning to the end of this object DataAccess leads to a copy of `catalogue`, the file
-// MP3s.mdb in `folder`, and TheMachine has a desktop and a clock. What an earlier copy has left is removed.
+// MP3s.mdb in `folder`, and TheMachine has a desktop and a clock. What an earlier copy has left is
+// removed.
 class OpenCopy
 {
 public:

@@ -68,13 +68,18 @@ std::vector<std::string> PlacesOfEntry(std::string_view path, const ListPlace &p
     std::vector<std::string> spellings{std::string(path)};
     if (!place.isUtf8)
         spellings.push_back(runtime::TextOfBytes(path));
+    // A name that ends with "%" has left the path one of the separator's signs.
+    if (const std::size_t begin = path.find_first_not_of('%'); begin != 0)
+        for (std::size_t i = 0, count = spellings.size(); i < count; ++i)
+            spellings.push_back(spellings[i].substr(std::min(begin, spellings[i].size())));
     std::vector<std::string> places;
     for (const std::string &spelling : spellings)
         AddPlace(places, EntryPath(spelling, place.folder, place.playerDrive));
     for (const std::string &spelling : spellings)
         AddPlace(places, WithSeparators(EntryPath(spelling, place.folder, place.playerDrive)));
-    if (IsLetterPath(path))
-        for (const std::string &mount : MountsOfLetter(path[0], place))
+    std::erase_if(spellings, [](const std::string &spelling) { return !IsLetterPath(spelling); });
+    if (!spellings.empty())
+        for (const std::string &mount : MountsOfLetter(spellings[0][0], place))
             for (const std::string &spelling : spellings)
                 AddPlace(places, mount + WithSeparators(spelling.substr(2)));
     return places;

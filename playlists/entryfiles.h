@@ -27,8 +27,9 @@ struct ListPlace {
 };
 
 // The paths at which the file of an entry may be, in the order in which they are tried: EntryPath
-// with the bytes of the list; the same in UTF-8 when the list is in a code page; both with "/" for
-// each back-slash; and for a path with a drive letter, the same path on a mount point named after
+// with the bytes of the list; the same in UTF-8 when the list is in a code page; both without "%"
+// at their beginning, which a name with "%" at its end has left there; these with "/" for each
+// back-slash; and for a path with a drive letter, the same path on a mount point named after
 // that letter (/mnt/c) and on the drive of the list. Absolute paths only, each once.
 std::vector<std::string> PlacesOfEntry(std::string_view path, const ListPlace &place);
 

@@ -155,6 +155,16 @@ TEST_F(Lists, RowsLearnFromTheDiskWhereTheirFilesAre)
     EXPECT_EQ(form.LV.DimmedTip(), "The file is not there.");
 }
 
+// The name loses its "%" to the separator, and the path gets it; the file is found all the same.
+TEST_F(Lists, ANameThatEndsWithAPercentSign)
+{
+    tests::WriteFile(folder / "one.mp3", "song");
+    Opened("#EXTM3U\r\n#EXTINF:1,100%\r\none.mp3\r\n");
+    EXPECT_EQ(Entries(), "/0|100|~/%one.mp3; ");
+    LetLook();
+    EXPECT_EQ(Entries(), "/0|100|~/one.mp3; ");
+}
+
 TEST_F(Lists, ResultsForAnOlderListAreDropped)
 {
     Add({"One", "Abba", "", "", "", "", "/m/one.mp3"});

@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 """The built program beside a disk that does not answer: its window lives, and its end never waits."""
+import contextlib
 import os
 import signal
+import sqlite3
 import time
 import unittest
 
@@ -92,6 +94,35 @@ class SilentDisk(WindowedProgram):
         xdotool("key", "Escape")
         self.assertTrue(wait_for(lambda: not self.preferences()))
         self.assertEqual(self.stored_folder(), str(self.music / "silent disk"))
+        self.end(process)
+
+    def test_a_list_that_is_silent_is_reported_and_the_window_lives(self):
+        for name in ("a silent one", "another"):
+            folder = "silent disk" if "silent" in name else "other"
+            (self.music / "other" / "list.m3u").write_text("song.mp3")
+            with contextlib.closing(sqlite3.connect(self.home / "MP3s.mdb")) as catalogue, catalogue:
+                catalogue.execute("INSERT INTO Lists VALUES (?, ?)", (name, str(self.music / folder / "list.m3u")))
+        process = self.start()
+        window = self.main_window(process)
+        xdotool("windowactivate", "--sync", window)
+        before = set(self.windows(process))
+        xdotool("type", "PlayL")  # the group, by its first letters
+        xdotool("key", "Right", "Down")
+        box = wait_for(lambda: set(self.windows(process)) - before)
+        self.assertTrue(box, "no box says that the list is not ready")
+        xdotool("key", "Escape")
+        self.assertTrue(wait_for(lambda: not box & set(self.windows(process))), "the box does not close")
+        xdotool("key", "Down")  # a list that can be read: no box comes
+        self.assertIsNone(wait_for(lambda: set(self.windows(process)) - before, 2))
+        self.end(process)
+
+    def test_it_ends_while_a_list_is_silent(self):
+        with contextlib.closing(sqlite3.connect(self.home / "MP3s.mdb")) as catalogue, catalogue:
+            catalogue.execute("INSERT INTO Lists VALUES ('x', ?)", (str(self.music / "silent disk" / "x.m3u"),))
+        process = self.start()
+        xdotool("windowactivate", "--sync", self.main_window(process))
+        xdotool("type", "PlayL")
+        xdotool("key", "Right", "Down")
         self.end(process)
 
     def stored_folder(self):
