@@ -1,5 +1,6 @@
 #include "browser/commands.h"
 #include "runtime/error.h"
+#include "tests/support/errorof.h"
 #include "ui/controls/keyedlist.h"
 
 #include <gtest/gtest.h>
@@ -184,22 +185,12 @@ protected:
     ~Registry() override { ForgetRegistrations(); }
 };
 
-int ErrorOf(const std::function<void()> &action)
-{
-    try {
-        action();
-    } catch (const runtime::RuntimeError &error) {
-        return error.number;
-    }
-    return 0;
-}
-
 TEST_F(Registry, WhatIsRegisteredCanRunWhateverTheCaseOfItsName)
 {
     int ran = 0;
     EXPECT_FALSE(IsRegistered("submnuSearch"));
     EXPECT_FALSE(CanRun("submnuSearch"));
-    EXPECT_EQ(ErrorOf([] { RunHandler("submnuSearch"); }), runtime::kMemberNotFound);
+    EXPECT_EQ(tests::ErrorOf([] { RunHandler("submnuSearch"); }), runtime::kMemberNotFound);
     RegisterCommand("submnuSearch", [&] { ++ran; });
     for (const char *name : {"submnuSearch", "SUBMNUSEARCH", "submnusearch"}) {
         EXPECT_TRUE(IsRegistered(name)) << name;
@@ -238,14 +229,16 @@ TEST_F(Registry, TheSecondRegistrationReplacesTheFirstEvenWhileThatRuns)
 TEST_F(Registry, TakesOnlyNamesThatTheTablesHave)
 {
     for (const MenuLine &line : MenuLines())
-        EXPECT_EQ(ErrorOf([&] { RegisterCommand(line.name, [] {}); }), 0) << line.name;
+        EXPECT_EQ(tests::ErrorOf([&] { RegisterCommand(line.name, [] {}); }), 0) << line.name;
     for (const PopupLine &line : PopupLines()) {
-        EXPECT_EQ(ErrorOf([&] { RegisterCommand(line.command, [] {}); }) == 0, !line.IsTitle())
+        EXPECT_EQ(tests::ErrorOf([&] { RegisterCommand(line.command, [] {}); }) == 0,
+                  !line.IsTitle())
             << line.key;
     }
-    EXPECT_EQ(ErrorOf([] { RegisterCommand("submnuLng(7)", [] {}); }), 0);
+    EXPECT_EQ(tests::ErrorOf([] { RegisterCommand("submnuLng(7)", [] {}); }), 0);
     for (const char *name : {"submnuNoSuch", "cp_Rename", "", "Search"})
-        EXPECT_EQ(ErrorOf([&] { RegisterCommand(name, [] {}); }), runtime::kMemberNotFound) << name;
+        EXPECT_EQ(tests::ErrorOf([&] { RegisterCommand(name, [] {}); }), runtime::kMemberNotFound)
+            << name;
 }
 
 TEST_F(Registry, KindsOfItemsAreOpenedByWhoRegistered)
@@ -258,7 +251,7 @@ TEST_F(Registry, KindsOfItemsAreOpenedByWhoRegistered)
     EXPECT_EQ(opened, "/m/one.mp3");
     EXPECT_FALSE(OpenerOf("&"));
     for (const char *marker : {"x", "", "/x", "&name"})
-        EXPECT_EQ(ErrorOf([&] { RegisterItemKind(marker, {}); }), runtime::kMemberNotFound)
+        EXPECT_EQ(tests::ErrorOf([&] { RegisterItemKind(marker, {}); }), runtime::kMemberNotFound)
             << marker;
     ForgetRegistrations();
     EXPECT_FALSE(OpenerOf("/"));

@@ -2,6 +2,7 @@
 #include "runtime/error.h"
 #include "shell/globals.h"
 #include "tests/catalogue/regenerationfixture.h"
+#include "tests/support/asnobody.h"
 #include "tests/support/fulldisk.h"
 
 #include <sqlite3.h>
@@ -42,12 +43,6 @@ TEST_F(Regeneration, FailedFilesGoToTheClipboardAndTheRestIsDone)
     EXPECT_EQ(LastRegeneration().failed, 1);
 }
 
-struct AsNobody {
-    uid_t was = geteuid();
-    AsNobody() { EXPECT_TRUE(was != 0 || seteuid(65534) == 0); }
-    ~AsNobody() { EXPECT_TRUE(was != 0 || seteuid(was) == 0); }
-};
-
 TEST_F(Regeneration, UnreadableFoldersAreNamedAndTheRestIsDone)
 {
     AddSong("a/a.mp3");
@@ -59,7 +54,7 @@ TEST_F(Regeneration, UnreadableFoldersAreNamedAndTheRestIsDone)
     fs::permissions(Song("closed"), fs::perms::none);
     desktop.ExpectBox("Some files could not be added.", Answer::No);
     {
-        const AsNobody nobody;
+        const tests::AsNobody nobody;
         ListRefresh(false);
     }
     EXPECT_EQ(Paths(), (RowList{"a/a.mp3", "z/z.mp3"}));

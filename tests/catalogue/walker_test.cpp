@@ -1,5 +1,6 @@
 #include "catalogue/regeneration/walker.h"
 #include "runtime/error.h"
+#include "tests/support/asnobody.h"
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>
@@ -305,36 +306,13 @@ TEST_F(Walker, AbsentFolderIsError76AndChangesNothing)
     EXPECT_EQ(Files(), (Names{"a.mp3"}));
 }
 
-// Root reads everything: it steps down to a user without rights for the time of the test.
-class AsNobody
-{
-public:
-    AsNobody() : m_was(geteuid())
-    {
-        if (m_was == 0) {
-            EXPECT_EQ(seteuid(65534), 0);
-        }
-    }
-    ~AsNobody()
-    {
-        if (m_was == 0) {
-            EXPECT_EQ(seteuid(m_was), 0);
-        }
-    }
-    AsNobody(const AsNobody &) = delete;
-    AsNobody &operator=(const AsNobody &) = delete;
-
-private:
-    uid_t m_was;
-};
-
 TEST_F(Walker, AnUnreadableFolderIsReportedInTheSystemsWords)
 {
     Make("closed/a.mp3");
     fs::permissions(folder.Path(), fs::perms::all);
     fs::permissions(folder / "closed", fs::perms::none);
     dirs.SetPath(folder.Path());
-    const AsNobody nobody;
+    const tests::AsNobody nobody;
     EXPECT_EQ(ErrorOf(dirs, folder / "closed"), runtime::FileError(EACCES).number);
     EXPECT_EQ(dirs.Path(), folder.Path());
 }

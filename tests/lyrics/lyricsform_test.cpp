@@ -7,6 +7,10 @@
 #include <array>
 #include <cstdio>
 
+using tests::kPause;
+using tests::kPlay;
+using tests::kStop;
+
 namespace
 {
 
@@ -15,10 +19,6 @@ using tests::Commands;
 using tests::Enqueued;
 using tests::kTwoLines;
 using Told = std::vector<std::string>;
-
-constexpr char kStop[] = "273 40047 0";
-constexpr char kPlay[] = "273 40045 0";
-constexpr char kPause[] = "273 40046 0";
 
 using SettingTimes = tests::LyricsFormFixture;
 

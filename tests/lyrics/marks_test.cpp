@@ -8,6 +8,9 @@
 
 #include <csignal>
 
+using tests::kPlay;
+using tests::kStop;
+
 namespace
 {
 
@@ -18,9 +21,6 @@ using tests::Enqueued;
 using tests::kTwoLines;
 using tests::LyricsIn;
 using Told = std::vector<std::string>;
-
-constexpr char kStop[] = "273 40047 0";
-constexpr char kPlay[] = "273 40045 0";
 
 using Marks = tests::LyricsFormFixture;
 

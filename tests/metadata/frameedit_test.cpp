@@ -14,6 +14,7 @@ using tests::Frame22;
 using tests::Frame23;
 using tests::Frame24;
 using tests::TagOf;
+using tests::Text24;
 
 namespace
 {
@@ -39,11 +40,6 @@ std::string Latin(std::string_view name, std::string_view text)
 std::string Wide(std::string_view name, std::u16string_view text)
 {
     return Frame23(name, '\x01' + Utf16(text));
-}
-
-std::string Text24(std::string_view name, std::string_view text)
-{
-    return Frame24(name, '\x03' + std::string(text));
 }
 
 class FrameEdit : public tests::SongEdit

@@ -17,7 +17,7 @@ std::string Wide(std::string text, std::size_t width, char filler = ' ')
     return text;
 }
 
-ID3v1Tag Read(std::string_view image)
+ID3v1Tag FieldsOf(std::string_view image)
 {
     ID3v1Tag tag;
     metadata::ReadID3v1Fields(image, tag);
@@ -26,7 +26,7 @@ ID3v1Tag Read(std::string_view image)
 
 TEST(ReadID3v1Fields, BlankPaddedFields)
 {
-    const ID3v1Tag tag = Read(Tag1("Title", "Artist", "Album", "1999", "Comment", 7, 17, ' '));
+    const ID3v1Tag tag = FieldsOf(Tag1("Title", "Artist", "Album", "1999", "Comment", 7, 17, ' '));
     EXPECT_EQ(tag.Header, "");
     EXPECT_EQ(tag.Title, Wide("Title", 30));
     EXPECT_EQ(tag.Artist, Wide("Artist", 30));
@@ -39,7 +39,7 @@ TEST(ReadID3v1Fields, BlankPaddedFields)
 
 TEST(ReadID3v1Fields, NulsStayAndBlanksGo)
 {
-    const ID3v1Tag tag = Read(Tag1(Z("  A\0 "), "B", "", "1", Z(" \0"), 255, 255));
+    const ID3v1Tag tag = FieldsOf(Tag1(Z("  A\0 "), "B", "", "1", Z(" \0"), 255, 255));
     EXPECT_EQ(tag.Title, Wide(Z("A\0 ") + std::string(25, '\0'), 30));
     EXPECT_EQ(tag.Artist, "B" + std::string(29, '\0'));
     EXPECT_EQ(tag.Album, std::string(30, '\0'));
@@ -51,7 +51,7 @@ TEST(ReadID3v1Fields, NulsStayAndBlanksGo)
 
 TEST(ReadID3v1Fields, ThirtiethCharacterOfTheCommentIsTheTrack)
 {
-    const ID3v1Tag tag = Read(Tag1("", "", "", "", "012345678901234567890123456789", '9', 0));
+    const ID3v1Tag tag = FieldsOf(Tag1("", "", "", "", "012345678901234567890123456789", '9', 0));
     EXPECT_EQ(tag.Comment, "01234567890123456789012345678");
     EXPECT_EQ(tag.Track, '9');
 }
@@ -60,7 +60,7 @@ TEST(ReadID3v1Fields, EveryTruncationReadsAsNuls)
 {
     const std::string image(128, 'x');
     for (std::size_t length = 0; length <= image.size(); ++length) {
-        const ID3v1Tag tag = Read(image.substr(0, length));
+        const ID3v1Tag tag = FieldsOf(image.substr(0, length));
         EXPECT_EQ(tag.Genre, length >= 128 ? 'x' : 0) << length;
         EXPECT_EQ(tag.Track, length >= 127 ? 'x' : 0) << length;
         EXPECT_EQ(tag.Comment.size(), 29u);
@@ -107,7 +107,7 @@ TEST(BuildID3v1Tag, AlwaysHasItsLengthAndIsReadBack)
         tag.Genre = static_cast<std::int16_t>(length);
         const std::string image = BuildID3v1Tag(tag);
         ASSERT_EQ(image.size(), 128u);
-        ID3v1Tag again = Read(image);
+        ID3v1Tag again = FieldsOf(image);
         EXPECT_EQ(BuildID3v1Tag(again), image);
     }
 }

@@ -14,7 +14,7 @@ using tests::Frame3;
 using tests::Number256;
 using tests::Z;
 
-ID3v2Tag Read(std::string_view body, int majorVersion = 3)
+ID3v2Tag FramesOf(std::string_view body, int majorVersion = 3)
 {
     ID3v2Tag tag;
     tag.Genre = "-1";
@@ -74,7 +74,7 @@ TEST(IsFrameUnreadable, Table)
 
 TEST(ReadID3v2Frames, AllFields)
 {
-    const ID3v2Tag tag = Read(
+    const ID3v2Tag tag = FramesOf(
         Frame3("TIT2", "Title") + Frame3("TPE1", "Artist") + Frame3("TALB", "Album") +
         Frame3("TYER", "1999") + Frame3("TCON", "(17)Rock") + Frame3("TRCK", "7") +
         Frame3("COMM", Z("eng\0Words")) + Frame3("USLT", Z("eng\0La la")) + std::string(100, '\0'));
@@ -95,7 +95,8 @@ TEST(ReadID3v2Frames, OtherVersionsReadNothing)
 {
     const std::string body = Frame3("TIT2", "Title") + "TT2xxxxxxxxxx";
     for (const int version : {0, 1, 4, 5, 255})
-        EXPECT_EQ(Read(body, version), (ID3v2Tag{"", "", "", "", "", "", "-1", 0, ""})) << version;
+        EXPECT_EQ(FramesOf(body, version), (ID3v2Tag{"", "", "", "", "", "", "-1", 0, ""}))
+            << version;
 }
 
 TEST(ReadID3v2Frames, Genre)
@@ -111,25 +112,26 @@ TEST(ReadID3v2Frames, Genre)
                  {"", "255"},        {"-1", "-1"},    {"Acid", "Acid"}, {"acid", "acid"},
                  {"Zouk", "Zouk"},   {"zouk", "zouk"}};
     for (const auto &c : cases)
-        EXPECT_EQ(Read(Frame3("TCON", c.data)).Genre, c.want) << c.data;
-    EXPECT_EQ(Read(Frame3("TCON", Z("Pop\0"))).Genre, Z("Pop\0"));
-    EXPECT_EQ(Read(Frame3("TCON", "(" + std::string(400, '9'))).Genre, "-1"); // no such number
+        EXPECT_EQ(FramesOf(Frame3("TCON", c.data)).Genre, c.want) << c.data;
+    EXPECT_EQ(FramesOf(Frame3("TCON", Z("Pop\0"))).Genre, Z("Pop\0"));
+    EXPECT_EQ(FramesOf(Frame3("TCON", "(" + std::string(400, '9'))).Genre, "-1"); // no such number
 }
 
 TEST(ReadID3v2Frames, AGenreThatIsTooSmallANumberIsZero)
 {
     const std::string small = "0." + std::string(330, '0') + "1";
-    EXPECT_EQ(Read(Frame3("TCON", small)).Genre, "0");
-    EXPECT_EQ(Read(Frame3("TCON", "(" + small + ")")).Genre, "0");
-    EXPECT_EQ(Read(Frame3("TCON", "1e-400")).Genre, "1e-400");
-    EXPECT_EQ(Read(Frame3("TCON", "(-0)")).Genre, "0");
-    EXPECT_EQ(Read(Frame3("TCON", "(-" + small + ")")).Genre, "0");
+    EXPECT_EQ(FramesOf(Frame3("TCON", small)).Genre, "0");
+    EXPECT_EQ(FramesOf(Frame3("TCON", "(" + small + ")")).Genre, "0");
+    EXPECT_EQ(FramesOf(Frame3("TCON", "1e-400")).Genre, "1e-400");
+    EXPECT_EQ(FramesOf(Frame3("TCON", "(-0)")).Genre, "0");
+    EXPECT_EQ(FramesOf(Frame3("TCON", "(-" + small + ")")).Genre, "0");
 }
 
 TEST(ReadID3v2Frames, GenreWithoutAUsableText)
 {
-    EXPECT_EQ(Read(Sized("TCON", 0, "Pop")).Genre, "255"); // the text cannot be taken and is empty
-    EXPECT_EQ(Read(Frame3("TCON", "Pop", Z("\0\x80"))).Genre, "-1");
+    EXPECT_EQ(FramesOf(Sized("TCON", 0, "Pop")).Genre,
+              "255"); // the text cannot be taken and is empty
+    EXPECT_EQ(FramesOf(Frame3("TCON", "Pop", Z("\0\x80"))).Genre, "-1");
 }
 
 TEST(ReadID3v2Frames, Track)
@@ -150,18 +152,18 @@ TEST(ReadID3v2Frames, Track)
 
 TEST(ReadID3v2Frames, FirstMatchWinsWhereverItIs)
 {
-    EXPECT_EQ(Read(Frame3("COMM", Z("eng\0TIT2") + Z("\0\0\0\x04\0\0\0abcdef")) +
-                   Frame3("TIT2", "True title"))
+    EXPECT_EQ(FramesOf(Frame3("COMM", Z("eng\0TIT2") + Z("\0\0\0\x04\0\0\0abcdef")) +
+                       Frame3("TIT2", "True title"))
                   .Title,
               "abc");
-    EXPECT_EQ(Read(Frame3("TIT2", "One") + Frame3("TIT2", "Two")).Title, "One");
-    EXPECT_EQ(Read("TTIT2" + Frame3("TIT2", "One").substr(4)).Title, "One");
+    EXPECT_EQ(FramesOf(Frame3("TIT2", "One") + Frame3("TIT2", "Two")).Title, "One");
+    EXPECT_EQ(FramesOf("TTIT2" + Frame3("TIT2", "One").substr(4)).Title, "One");
 }
 
 TEST(ReadID3v2Frames, TextPassesThroughUnchanged)
 {
-    EXPECT_EQ(Read(Frame3("TIT2", Z("\xFF\xFE"
-                                    "A\0B\0\0\0")))
+    EXPECT_EQ(FramesOf(Frame3("TIT2", Z("\xFF\xFE"
+                                        "A\0B\0\0\0")))
                   .Title,
               Z("\xFF\xFE"
                 "A\0B\0\0\0"));
@@ -171,13 +173,13 @@ TEST(ReadID3v2Frames, Comments)
 {
     const std::string described = Frame3("COMM", Z("engID3v1 Comment\0old"));
     const std::string plain = Frame3("COMM", Z("eng\0new"));
-    EXPECT_EQ(Read(described).Comment, "");
-    EXPECT_EQ(Read(described + plain).Comment, "new");
-    EXPECT_EQ(Read(plain + Frame3("COMM", Z("deu\0third"))).Comment, "new");
-    EXPECT_EQ(Read(Frame3("COMM", Z("\xFF\xFF\xFF\0any"))).Comment, "any");
-    EXPECT_EQ(Read(described + plain + std::string(50, 'p')).Comment,
+    EXPECT_EQ(FramesOf(described).Comment, "");
+    EXPECT_EQ(FramesOf(described + plain).Comment, "new");
+    EXPECT_EQ(FramesOf(plain + Frame3("COMM", Z("deu\0third"))).Comment, "new");
+    EXPECT_EQ(FramesOf(Frame3("COMM", Z("\xFF\xFF\xFF\0any"))).Comment, "any");
+    EXPECT_EQ(FramesOf(described + plain + std::string(50, 'p')).Comment,
               "new"); // by the size in its own header
-    EXPECT_EQ(Read(Frame3("COMM", Z("eng\0"))).Comment, "");
+    EXPECT_EQ(FramesOf(Frame3("COMM", Z("eng\0"))).Comment, "");
 }
 
 // The search continues one character after the identifier, not after its frame.
@@ -185,26 +187,26 @@ TEST(ReadID3v2Frames, ACommentInsideTheHeaderOfAnother)
 {
     std::string inner = Frame3("COMM", Z("eng\0new"));
     inner[10] = 'x'; // where the outer one has its description
-    EXPECT_EQ(Read("COMM" + inner).Comment, "new");
+    EXPECT_EQ(FramesOf("COMM" + inner).Comment, "new");
 }
 
 TEST(ReadID3v2Frames, TheFirstCommentDecidesWhetherThereIsOne)
 {
     const std::string plain = Frame3("COMM", Z("eng\0new"));
-    EXPECT_EQ(Read(Frame3("COMM", Z("engX\0old"), Z("\0\x80")) + plain).Comment, "");
-    EXPECT_EQ(Read(Sized("COMM", 0x80000000, Z("engX\0old")) + plain).Comment, "");
+    EXPECT_EQ(FramesOf(Frame3("COMM", Z("engX\0old"), Z("\0\x80")) + plain).Comment, "");
+    EXPECT_EQ(FramesOf(Sized("COMM", 0x80000000, Z("engX\0old")) + plain).Comment, "");
     // The flags of the later frame are not read; only its size counts.
-    EXPECT_EQ(
-        Read(Frame3("COMM", Z("engX\0old")) + Frame3("COMM", Z("eng\0new"), Z("\0\x80"))).Comment,
-        "new");
+    EXPECT_EQ(FramesOf(Frame3("COMM", Z("engX\0old")) + Frame3("COMM", Z("eng\0new"), Z("\0\x80")))
+                  .Comment,
+              "new");
 }
 
 TEST(ReadID3v2Frames, LyricsIgnoreTheirDescription)
 {
-    EXPECT_EQ(Read(Frame3("USLT", Z("eng\0La la"))).Lyrics, "La la");
-    EXPECT_EQ(Read(Frame3("USLT", Z("engdesc\0La la"))).Lyrics, Z("esc\0La la"));
+    EXPECT_EQ(FramesOf(Frame3("USLT", Z("eng\0La la"))).Lyrics, "La la");
+    EXPECT_EQ(FramesOf(Frame3("USLT", Z("engdesc\0La la"))).Lyrics, Z("esc\0La la"));
     const std::string megabyte(1 << 20, 'l');
-    EXPECT_EQ(Read(Frame3("USLT", Z("eng\0") + megabyte)).Lyrics, megabyte);
+    EXPECT_EQ(FramesOf(Frame3("USLT", Z("eng\0") + megabyte)).Lyrics, megabyte);
 }
 
 TEST(ReadID3v2Frames, UnreadableFramesLeaveTheField)
@@ -236,7 +238,7 @@ TEST(ReadID3v2Frames, SizeThatDoesNotFitKeepsTheFieldBeforesLength)
     // The order is title, album, artist, year.
     const std::string body = Sized("TIT2", 4, "abcdef") + Sized("TALB", 0xFFFFFFFF, "ghijkl") +
                              Sized("TPE1", 0x80000000, "mnopqr");
-    const ID3v2Tag tag = Read(body);
+    const ID3v2Tag tag = FramesOf(body);
     EXPECT_EQ(tag.Title, "abc");
     EXPECT_EQ(tag.Album, "ghi");
     EXPECT_EQ(tag.Artist, "mno");
@@ -248,7 +250,7 @@ TEST(ReadID3v2Frames, TheOrderOfTheFields)
 {
     constexpr unsigned kNone = 0xFFFFFFFF;
     const auto both = [](std::string_view before, std::string_view field) {
-        return Read(Sized(field, kNone, "123456789") + Sized(before, 4, "abcdef"));
+        return FramesOf(Sized(field, kNone, "123456789") + Sized(before, 4, "abcdef"));
     };
     EXPECT_EQ(both("TIT2", "TALB").Album, "123");
     EXPECT_EQ(both("TALB", "TPE1").Artist, "123");
@@ -257,15 +259,15 @@ TEST(ReadID3v2Frames, TheOrderOfTheFields)
     EXPECT_EQ(both("TCON", "TRCK").Track, 123);
     const std::string three = Sized("USLT", kNone, Z("eng\0qrstuvwxyz")) +
                               Sized("COMM", 9, Z("eng\0words")) + Sized("TRCK", 7, "1");
-    EXPECT_EQ(Read(three).Lyrics, "qrst");
-    EXPECT_EQ(Read(Sized("USLT", kNone, Z("eng\0qrstuvwxyz")) + Sized("TRCK", 7, "1")).Lyrics,
+    EXPECT_EQ(FramesOf(three).Lyrics, "qrst");
+    EXPECT_EQ(FramesOf(Sized("USLT", kNone, Z("eng\0qrstuvwxyz")) + Sized("TRCK", 7, "1")).Lyrics,
               "qr");
 }
 
 TEST(ReadID3v2Frames, FrameCutOffByTheEndOfTheBody)
 {
-    EXPECT_EQ(Read(Sized("TIT2", 100, "abc")).Title, "abc");
-    EXPECT_EQ(Read(Sized("TIT2", INT_MAX, "abc")).Title, "abc");
+    EXPECT_EQ(FramesOf(Sized("TIT2", 100, "abc")).Title, "abc");
+    EXPECT_EQ(FramesOf(Sized("TIT2", INT_MAX, "abc")).Title, "abc");
     ID3v2Tag tag;
     tag.Album = "held";
     metadata::ReadID3v2Frames("TALB", 3, tag);
@@ -278,7 +280,7 @@ TEST(ReadID3v2Frames, FrameCutOffByTheEndOfTheBody)
 TEST(ReadID3v2Frames, Version2RunsToTheEndOfTheBody)
 {
     const std::string body = Z("TT2\0\0\x06\0Title") + Z("TOA\0\0\x07\0Artist");
-    const ID3v2Tag tag = Read(body, 2);
+    const ID3v2Tag tag = FramesOf(body, 2);
     EXPECT_EQ(tag.Title, Z("TitleTOA\0\0\x07\0Artist"));
     EXPECT_EQ(tag.Artist, "Artist");
     // The empty identifier is found at the start: the lyrics are the text from the twelfth
@@ -289,7 +291,7 @@ TEST(ReadID3v2Frames, Version2RunsToTheEndOfTheBody)
 TEST(ReadID3v2Frames, Version2Identifiers)
 {
     const auto frame = [](const char *identifier, const char *text) {
-        return Read(identifier + Z("\0\0\x05\0") + text, 2);
+        return FramesOf(identifier + Z("\0\0\x05\0") + text, 2);
     };
     EXPECT_EQ(frame("TAL", "Album").Album, "Album");
     EXPECT_EQ(frame("TYE", "1999").Year, "1999");
@@ -301,14 +303,14 @@ TEST(ReadID3v2Frames, Version2Identifiers)
 TEST(ReadID3v2Frames, Version2SizeThatDoesNotFit)
 {
     // A frame of 0x80 characters or more: the four characters exceed 32 bits, the length stays 0.
-    const ID3v2Tag tag = Read(Z("TT2\0\0\x90\0Title"), 2);
+    const ID3v2Tag tag = FramesOf(Z("TT2\0\0\x90\0Title"), 2);
     EXPECT_EQ(tag.Title, "");
 }
 
 TEST(ReadID3v2Frames, Version2Comment)
 {
-    EXPECT_EQ(Read(Z("COM\0\0\x09\0eng\0Words"), 2).Comment, "Words");
-    EXPECT_EQ(Read(Z("COM\0\0\x09\0engX\0Words"), 2).Comment, "");
+    EXPECT_EQ(FramesOf(Z("COM\0\0\x09\0eng\0Words"), 2).Comment, "Words");
+    EXPECT_EQ(FramesOf(Z("COM\0\0\x09\0engX\0Words"), 2).Comment, "");
 }
 
 TEST(GeometryOf, Table)

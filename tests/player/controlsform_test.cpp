@@ -3,12 +3,13 @@
 #include "tests/support/recordingplayer.h"
 #include "tests/support/scripteddesktop.h"
 
+using tests::kPlay;
+using tests::kStop;
+
 namespace
 {
 
 using Told = std::vector<std::string>;
-
-constexpr const char *kStop = tests::RecordingPlayer::kStop, *kPlay = tests::RecordingPlayer::kPlay;
 
 class Controls : public testing::Test
 {

@@ -10,12 +10,13 @@
 #include "tests/support/fakeforms.h"
 #include "tests/support/recordingplayer.h"
 
+using tests::kPlay;
+
 namespace
 {
 
 using Told = std::vector<std::string>;
 
-constexpr const char *kPlay = "273 40045 0";
 constexpr int kMostCalls = 4000; // three waits of 10 s for a player, a look every 10 ms
 constexpr std::string_view kTwoSongs = "#EXTM3U\r\n/0.mp3\r\n/1.mp3\r\n";
 

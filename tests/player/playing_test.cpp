@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+using tests::kPause;
+using tests::kPlay;
+using tests::kStop;
+
 namespace
 {
 
@@ -40,9 +44,6 @@ protected:
     tests::RecordingPlayer port;
     std::int32_t m_state = -7, m_position = -9;
 };
-
-constexpr const char *kStop = tests::RecordingPlayer::kStop, *kPlay = tests::RecordingPlayer::kPlay,
-                     *kPause = tests::RecordingPlayer::kPause;
 
 TEST_F(Playing, NoPlayer)
 {

@@ -4,12 +4,14 @@
 #include "tests/browser/formfixture.h"
 #include "tests/support/recordingplayer.h"
 
+using tests::kPause;
+using tests::kPlay;
+using tests::kStop;
+
 namespace
 {
 
 using Told = std::vector<std::string>;
-
-constexpr const char *kStop = "273 40047 0", *kPlay = "273 40045 0", *kPause = "273 40046 0";
 
 // Drives on which a test's song lies on a medium that is not there.
 struct MediaDrives : tests::FakeDrives {

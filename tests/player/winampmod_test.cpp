@@ -239,7 +239,7 @@ TEST_F(WinAmpMod, StripExtInfLines)
     }
 }
 
-constexpr std::string_view kTwoSongs = "#EXTM3U\r\n#EXTINF:1,A\r\n/m/a.mp3\r\n/m/b.mp3\r\n";
+constexpr std::string_view kTwoTitledSongs = "#EXTM3U\r\n#EXTINF:1,A\r\n/m/a.mp3\r\n/m/b.mp3\r\n";
 
 TEST_F(WinAmpMod, CurrentSongAsksInOrder)
 {
@@ -247,7 +247,7 @@ TEST_F(WinAmpMod, CurrentSongAsksInOrder)
     port.Told();
     port.noteReads = true;
     port.noteRegistry = true;
-    port.SetPlaylist(kTwoSongs);
+    port.SetPlaylist(kTwoTitledSongs);
     EXPECT_EQ(GetCurrentSongPath(), "/m/a.mp3");
     EXPECT_EQ(port.Told(),
               (Told{"1024 0 125", "open 2147483648 WinAmp.File\\shell\\play\\command 1",
@@ -257,7 +257,7 @@ TEST_F(WinAmpMod, CurrentSongAsksInOrder)
 TEST_F(WinAmpMod, CurrentSongByIndex)
 {
     IsWinampRunning();
-    port.SetPlaylist(kTwoSongs);
+    port.SetPlaylist(kTwoTitledSongs);
     port.Answer(125, 1);
     EXPECT_EQ(GetCurrentSongPath(), "/m/b.mp3");
     port.Answer(125, 2); // behind the last line
@@ -277,7 +277,7 @@ TEST_F(WinAmpMod, CurrentSongByIndex)
 TEST_F(WinAmpMod, CurrentSongAsksTheOldHandleFirst)
 {
     IsWinampRunning();
-    port.SetPlaylist(kTwoSongs);
+    port.SetPlaylist(kTwoTitledSongs);
     port.Answer(125, 1);
     port.window = 12;
     EXPECT_EQ(GetCurrentSongPath(), "/m/a.mp3");
@@ -287,7 +287,7 @@ TEST_F(WinAmpMod, CurrentSongAsksTheOldHandleFirst)
 TEST_F(WinAmpMod, CurrentSongEndsAtTheFirstFailedCheck)
 {
     IsWinampRunning();
-    port.SetPlaylist(kTwoSongs);
+    port.SetPlaylist(kTwoTitledSongs);
     port.noteReads = true;
     port.Answer(120, -1);
     EXPECT_EQ(GetCurrentSongPath(), "");
@@ -308,7 +308,7 @@ TEST_F(WinAmpMod, CurrentSongKeepsTheTextOfAFileThatIsGone)
 {
     IsWinampRunning();
     EXPECT_EQ(GetCurrentSongPath(), ""); // nothing was read yet
-    port.SetPlaylist(kTwoSongs);
+    port.SetPlaylist(kTwoTitledSongs);
     EXPECT_EQ(GetCurrentSongPath(), "/m/a.mp3");
     std::filesystem::remove(port.Playlist());
     EXPECT_EQ(GetCurrentSongPath(), "/m/a.mp3");
@@ -316,7 +316,7 @@ TEST_F(WinAmpMod, CurrentSongKeepsTheTextOfAFileThatIsGone)
     EXPECT_EQ(GetCurrentSongPath(), "/m/a.mp3");
     port.SetPlaylist("#EXTM3U\r\n");
     EXPECT_EQ(GetCurrentSongPath(), ""); // another text, without a song
-    port.SetPlaylist(kTwoSongs);
+    port.SetPlaylist(kTwoTitledSongs);
     for (const int number : {75, 53, 52}) {
         port.readError = 0;
         EXPECT_EQ(GetCurrentSongPath(), "/m/a.mp3");
@@ -330,7 +330,7 @@ TEST_F(WinAmpMod, CurrentSongKeepsTheTextOfAFileThatIsGone)
 TEST_F(WinAmpMod, IndexAsksTheLengthFirst)
 {
     IsWinampRunning();
-    port.SetPlaylist(kTwoSongs);
+    port.SetPlaylist(kTwoTitledSongs);
     port.Answer(124, 2);
     port.Told();
     EXPECT_EQ(GetPlaylistIndexOf("/m/b.mp3"), 1);
@@ -369,7 +369,7 @@ TEST_F(WinAmpMod, IndexBeyond16BitsIsNone)
 TEST_F(WinAmpMod, PlaylistHoldsAPartOfAPath)
 {
     IsWinampRunning();
-    port.SetPlaylist(kTwoSongs);
+    port.SetPlaylist(kTwoTitledSongs);
     EXPECT_TRUE(IsInPlaylist("/M/a.MP3"));
     EXPECT_TRUE(IsInPlaylist("/m/a"));
     EXPECT_TRUE(IsInPlaylist("#extinf:1")); // the text as it is read, nothing cut
@@ -378,7 +378,7 @@ TEST_F(WinAmpMod, PlaylistHoldsAPartOfAPath)
 
 TEST_F(WinAmpMod, ListQuestionsEndAtTheFirstFailedCheck)
 {
-    port.SetPlaylist(kTwoSongs);
+    port.SetPlaylist(kTwoTitledSongs);
     port.noteReads = true;
     const auto both = [this] {
         port.Told();

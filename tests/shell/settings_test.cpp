@@ -1,26 +1,15 @@
 #include "runtime/error.h"
 #include "shell/settings.h"
+#include "tests/support/errorof.h"
 #include "tests/support/memorysettings.h"
 #include "tests/support/scripteddesktop.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace
 {
 
 using namespace shell;
-
-int ErrorOf(const std::function<void()> &step)
-{
-    try {
-        step();
-    } catch (const runtime::RuntimeError &error) {
-        return error.number;
-    }
-    return 0;
-}
 
 TEST(Settings, EveryPreferenceHasItsDefault)
 {
@@ -126,7 +115,8 @@ TEST(Settings, FlagsAndNumbersAreStoredAsTexts)
 TEST(Settings, DeletingWhatIsNotThereIsAnError)
 {
     tests::MemorySettings store;
-    EXPECT_EQ(ErrorOf([] { DeleteSetting(kPreferences, "Language"); }), runtime::kInvalidCall);
+    EXPECT_EQ(tests::ErrorOf([] { DeleteSetting(kPreferences, "Language"); }),
+              runtime::kInvalidCall);
     SavePreference("Language", "x.qlt");
     DeleteSetting(kPreferences, "Language");
     EXPECT_EQ(GetPreference("Language"), "");

@@ -6,6 +6,7 @@
 #include "shell/settings.h"
 #include "shell/startup/batch.h"
 #include "shell/startup/startup.h"
+#include "tests/support/errorof.h"
 #include "tests/support/libraryfixture.h"
 #include "tests/support/memorysettings.h"
 #include "tests/support/mp3bytes.h"
@@ -15,7 +16,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <functional>
 
 namespace fs = std::filesystem;
 
@@ -30,16 +30,6 @@ constexpr const char *kDamaged =
     "You're database is corrupted. Download the last version\r"
     "of 'Tessaroon.mdb' and run the 'Tessaroon'. Would you like to go to\r"
     "the download page now?";
-
-int ErrorOf(const std::function<void()> &step)
-{
-    try {
-        step();
-    } catch (const runtime::RuntimeError &error) {
-        return error.number;
-    }
-    return 0;
-}
 
 // The program's folder with a shipped catalogue, and windows that only note what is asked of them.
 class StartUp : public tests::LibraryFixture
@@ -249,12 +239,12 @@ TEST_F(StartUp, AVersionThatIsNoneIsAnError)
                                                   {"''", runtime::kSubscriptOutOfRange}};
     for (const auto &[version, error] : cases) {
         Change(std::string("UPDATE Validations SET Version = ") + version);
-        EXPECT_EQ(ErrorOf([&] { Main({}, windows); }), error) << version;
+        EXPECT_EQ(tests::ErrorOf([&] { Main({}, windows); }), error) << version;
         catalogue::DataAccess.reset();
         catalogue::CloseCatalogue();
     }
     Change("DELETE FROM Validations");
-    EXPECT_NE(ErrorOf([&] { Main({}, windows); }), 0); // there is no row to read
+    EXPECT_NE(tests::ErrorOf([&] { Main({}, windows); }), 0); // there is no row to read
 }
 
 TEST_F(StartUp, ACatalogueWithoutTheTableIsTooOld)
@@ -322,7 +312,8 @@ TEST_F(StartUp, RegeneratesAFolderFromTheCommandLine)
                                         tests::Id3v1({.title = "T"}));
     EXPECT_EQ(MainRegenerate(Music(), windows), 0);
     EXPECT_EQ(Rows().size(), 1u);
-    EXPECT_EQ(ErrorOf([&] { MainRegenerate(folder / "absent", windows); }), runtime::kPathNotFound);
+    EXPECT_EQ(tests::ErrorOf([&] { MainRegenerate(folder / "absent", windows); }),
+              runtime::kPathNotFound);
     fs::remove(Catalogue());
     catalogue::CloseCatalogue();
     desktop.ExpectBox("You're database is corrupted.", platform::Answer::No);

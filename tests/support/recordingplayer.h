@@ -18,6 +18,9 @@
 namespace tests
 {
 
+// The player's messages, as RecordingPlayer::told has them.
+inline constexpr const char *kStop = "273 40047 0", *kPlay = "273 40045 0", *kPause = "273 40046 0";
+
 // While one exists, it is TheMachine().player. `told` has each call as a line of text; a message is
 // "message wParam lParam".
 class RecordingPlayer : public platform::Player
@@ -146,8 +149,6 @@ public:
         std::erase_if(orders, [](const std::string &line) { return line.ends_with(" 105"); });
         return orders;
     }
-    static constexpr const char *kStop = "273 40047 0", *kPlay = "273 40045 0",
-                                *kPause = "273 40046 0";
 
     TestFolder folder; // the folder of the player
     platform::WindowHandle window = 9;

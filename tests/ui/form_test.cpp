@@ -1,4 +1,5 @@
 #include "runtime/error.h"
+#include "tests/support/errorof.h"
 #include "tests/support/fakeforms.h"
 #include "ui/controls/form.h"
 
@@ -29,16 +30,6 @@ struct SampleForm : Form {
     CheckBox chk;
     Button cmdOk, cmdPlay;
 };
-
-int ErrorOf(const std::function<void()> &action)
-{
-    try {
-        action();
-    } catch (const runtime::RuntimeError &error) {
-        return error.number;
-    }
-    return 0;
-}
 
 TEST(Forms, LoadingSetsTheTextsOfTheTableThenCallsOnLoad)
 {
@@ -102,8 +93,8 @@ TEST(Forms, WithoutAHostNothingShows)
 {
     ASSERT_EQ(TheFormHost(), nullptr);
     SampleForm form;
-    EXPECT_EQ(ErrorOf([&] { Show(form); }), runtime::kObjectNotSet);
-    EXPECT_EQ(ErrorOf([&] { ShowModal(form); }), runtime::kObjectNotSet);
+    EXPECT_EQ(tests::ErrorOf([&] { Show(form); }), runtime::kObjectNotSet);
+    EXPECT_EQ(tests::ErrorOf([&] { ShowModal(form); }), runtime::kObjectNotSet);
     EXPECT_NO_THROW(Close(form));
     EXPECT_TRUE(AskToCloseAll());
 }
@@ -115,7 +106,7 @@ TEST(Forms, AModalWindowKeepsOthersAway)
     int error = 0;
     host.scripts = {[&](Form &form) {
         EXPECT_TRUE(form.Visible());
-        error = ErrorOf([&] { Show(other); });
+        error = tests::ErrorOf([&] { Show(other); });
     }};
     ShowModal(modal);
     EXPECT_EQ(error, runtime::kNonModalOverModal);

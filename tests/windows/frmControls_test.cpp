@@ -18,12 +18,13 @@
 namespace tests
 {
 
+using tests::kPlay;
+using tests::kStop;
+
 namespace
 {
 
 using Told = std::vector<std::string>;
-
-constexpr const char *kStop = RecordingPlayer::kStop, *kPlay = RecordingPlayer::kPlay;
 
 class ControlsScaled : public testing::Test
 {

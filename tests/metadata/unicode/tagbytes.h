@@ -38,6 +38,12 @@ inline std::string Frame24(std::string_view name, std::string_view data, char fo
            formatFlags + std::string(data);
 }
 
+// A text frame of version 2.4 in UTF-8.
+inline std::string Text24(std::string_view name, std::string_view text)
+{
+    return Frame24(name, '\x03' + std::string(text));
+}
+
 inline std::string TagOf(int majorVersion, std::string_view body, unsigned flags = 0)
 {
     std::string head = "ID3";

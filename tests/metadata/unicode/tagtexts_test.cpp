@@ -15,6 +15,7 @@ using tests::Frame22;
 using tests::Frame23;
 using tests::Frame24;
 using tests::TagOf;
+using tests::Text24;
 
 namespace
 {
@@ -40,11 +41,6 @@ TagTexts TextsOf(const std::string &bytes, const ReadingWishes &wishes = {})
 {
     BytesInMemory file(bytes);
     return ReadTagTexts(file, wishes).value_or(TagTexts());
-}
-
-std::string Text24(std::string_view name, std::string_view text)
-{
-    return Frame24(name, "\x03" + std::string(text));
 }
 
 // A COMM or USLT frame in Latin-1.
