@@ -1,6 +1,7 @@
 #include "catalogue/sqlite/cataloguefile.h"
 
 #include "catalogue/lockwait.h"
+#include "platform/posix/files.h"
 #include "runtime/text.h"
 
 #include <algorithm>
@@ -231,6 +232,12 @@ void CatalogueFile::RollBack(SqliteHandle &handle)
     m_isWriting = false;
     if (sqlite3_get_autocommit(handle.Db()) == 0)
         handle.RunOwn("ROLLBACK");
+}
+
+void CatalogueFile::StartWritingLog() const
+{
+    if (m_main->HasSnapshots())
+        platform::posix::StartWritingBack(m_path + "-wal");
 }
 
 const StoredQuery &CatalogueFile::Query(std::string_view name)

@@ -64,6 +64,10 @@ public:
     void Commit(SqliteHandle &handle);
     void RollBack(SqliteHandle &handle);
 
+    // Has the log brought to the disk while the program goes on, so that its end has less to wait
+    // for. To be called after a commit that wrote much.
+    void StartWritingLog() const;
+
     // Whether a transaction of this process writes to the file.
     [[nodiscard]] bool IsWriting() const { return m_isWriting; }
     // Whether another process waits for its turn.

@@ -49,6 +49,8 @@ std::string CommitGroup()
     if (file) {
         try {
             file->Commit(file->Main());
+            if (MachineMs() - TheOpenGroup().sinceMs >= TheGroupLimits().groupMs)
+                file->StartWritingLog();
         } catch (const ProviderFailure &words) {
             failure = words.description;
         }

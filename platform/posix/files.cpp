@@ -1,5 +1,7 @@
 #include "platform/posix/files.h"
 
+#include "platform/posix/helperthread.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -148,6 +150,15 @@ bool Appender::Append(std::string_view bytes)
     if (m_fd < 0 || fstat(m_fd, &status) != 0 || status.st_nlink == 0)
         Open(0);
     return m_fd >= 0 && WriteAll(m_fd, bytes);
+}
+
+void StartWritingBack(const std::string &path)
+{
+    StartHelperThread([path] {
+        const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+        if (file)
+            sync_file_range(file.Get(), 0, 0, SYNC_FILE_RANGE_WRITE);
+    });
 }
 
 int CheckAccess(const std::string &path)
