@@ -18,10 +18,11 @@ namespace
 
 constexpr std::size_t kPreparedKept = 64; // the program has some thirty statements
 
-// The log is written into the file when it has grown to this many pages (32 MiB), and at the end.
+// The log is written into the file when it has grown to this many pages (32 MiB
+// of the catalogue as it ships), and at the end.
 // Every such copy costs two flushes of the disk, and a regeneration of 40,000 files then needs one.
 constexpr const char *kSetUp = "PRAGMA synchronous=NORMAL;"
-                               "PRAGMA wal_autocheckpoint=8192;"
+                               "PRAGMA wal_autocheckpoint=4096;"
                                "PRAGMA temp_store=MEMORY;"
                                "PRAGMA secure_delete=OFF;"
                                "PRAGMA trusted_schema=OFF;"

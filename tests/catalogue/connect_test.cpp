@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstddef>
 #include <filesystem>
 
 using namespace catalogue;
@@ -16,6 +17,8 @@ namespace fs = std::filesystem;
 
 namespace
 {
+
+constexpr std::ptrdiff_t kPageBytes = 8192; // of the catalogue as it ships
 
 constexpr const char *kNotValid = "Not ValidDataBase";
 
@@ -99,7 +102,7 @@ TEST(Connect, WhatIsNoCatalogue)
         {"wiped header page",
          [](const std::string &file) {
              auto bytes = tests::ReadFile(file);
-             std::fill_n(bytes.begin(), 4096, '\0');
+             std::fill_n(bytes.begin(), kPageBytes, '\0');
              tests::WriteFile(file, bytes);
          }},
         {"first page wiped behind the header",
@@ -161,7 +164,7 @@ TEST(Connect, DamageDeeperInsideIsReportedByItsStatement)
     FillRows(fresh, 200);
     CloseCatalogue();
     auto bytes = tests::ReadFile(fresh.File());
-    std::fill(bytes.end() - 40 * 4096, bytes.end(), '\xAA');
+    std::fill(bytes.end() - 20 * kPageBytes, bytes.end(), '\xAA');
     tests::WriteFile(fresh.File(), bytes);
     EXPECT_EQ(Verdict(fresh), "");
     fresh.access.ExecuteSQL("SELECT * FROM MP3s WHERE Title LIKE '%x%'", kSelect);
@@ -241,12 +244,12 @@ TEST(Connect, KilledWhileTheLogWentIntoTheFile)
     const auto log = tests::ReadFile(fresh.File() + "-wal");
     CloseCatalogue();
     const auto whole = tests::ReadFile(fresh.File());
-    tests::WriteFile(left.File(), whole.substr(0, 8 * 4096));
+    tests::WriteFile(left.File(), whole.substr(0, 8 * kPageBytes));
     tests::WriteFile(left.File() + "-wal", log);
     EXPECT_EQ(left.Rows("SELECT count(*) FROM MP3s"), std::vector<std::string>{"100"});
     CloseCatalogue();
     fs::remove(left.File() + "-wal");
-    tests::WriteFile(left.File(), whole.substr(0, 8 * 4096));
+    tests::WriteFile(left.File(), whole.substr(0, 8 * kPageBytes));
     EXPECT_EQ(Verdict(left), kNotValid) << "without the log it is cut short";
 }
 
