@@ -123,6 +123,8 @@ public:
 
     void Run()
     {
+        constexpr std::size_t kUsualFrames = 16;
+        m_list.frames.reserve(kUsualFrames);
         m_list.rest = m_body;
         if (m_header.majorVersion > 2 && (m_header.flags & kTagExtended) != 0 && !SkipExtended())
             return;
