@@ -92,8 +92,7 @@ void ExtendHead(const OpenFile &file, std::int64_t count)
     if (bytes.headBytes == 0)
         bytes.headBytes = platform::TheMachine().files->TakeStart(file.handle, bytes.head);
     const auto wanted = static_cast<std::size_t>(std::min(count, bytes.file.sizeBytes));
-    if (bytes.head.size() < wanted)
-        bytes.head.resize(wanted);
+    platform::MakeRoom(bytes.head, bytes.headBytes, wanted);
     if (wanted > bytes.headBytes)
         bytes.headBytes += ReadFully(file, static_cast<std::int64_t>(bytes.headBytes),
                                      bytes.head.data() + bytes.headBytes, wanted - bytes.headBytes);
@@ -262,7 +261,7 @@ void ReadOpenFile(const OpenFile &file)
 // Everything but the memory that is in use as before any file.
 void Clear(FileBytes &bytes)
 {
-    std::vector<char> buffer = std::move(bytes.head);
+    platform::ByteBuffer buffer = std::move(bytes.head);
     std::string path = std::move(bytes.file.path);
     if (static_cast<std::int64_t>(buffer.capacity()) > kKeptBuffer)
         buffer = {};

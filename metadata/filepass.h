@@ -29,7 +29,7 @@ struct FileBytes {
     int majorVersion = 0;        // of that header; 0 where the file ends before it
     std::int64_t bodyBytes = 0;  // of the ID3v2 tag, as its header says
     std::int64_t openedAtNs = 0; // by the clock of file stamps
-    std::vector<char> head;      // grows only
+    platform::ByteBuffer head;   // grows only
     std::size_t headBytes = 0;   // in use
     // The file's last bytes: the ID3v1 tag, before it what may be the footer of an ID3v2 tag. NULs
     // where the file ended early, and in front where it is shorter.

@@ -3,6 +3,8 @@
 // done) or a count; nothing throws.
 #pragma once
 
+#include "platform/bytebuffer.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -75,7 +77,7 @@ struct Files {
     // Gives `bytes` the first bytes of the file that were fetched ahead of this call (Expect), in
     // exchange for the buffer that is there. Each byte is given or read once.
     // Returns: how many at the front of `bytes` are the file's; 0 where none are there.
-    virtual std::size_t TakeStart(int /*handle*/, std::vector<char> & /*bytes*/) { return 0; }
+    virtual std::size_t TakeStart(int /*handle*/, ByteBuffer & /*bytes*/) { return 0; }
 
     virtual void Close(int handle) = 0;
 

@@ -26,7 +26,7 @@ constexpr std::size_t kMostFilesHeld = 64;
 constexpr std::size_t kHandlesShared = 4; // a quarter of the process's handles may be held
 constexpr std::size_t kBytesHeld = 8u << 20;
 constexpr std::int64_t kLongestHead = 256 << 10; // what is longer is read when it is asked for
-constexpr std::size_t kSpareBuffer = 64u << 10;  // a larger one goes with its file
+constexpr std::size_t kSpareBuffer = 96u << 10;  // a larger one goes with its file
 constexpr int kMostHelpers = 16;
 // A read from memory is over within this time: it is not worth a sleep.
 constexpr std::chrono::microseconds kFromMemory{50};
@@ -61,6 +61,16 @@ std::size_t FilesHeld()
         std::clamp<rlim_t>(handles.rlim_cur / kHandlesShared, 1, kMostFilesHeld));
 }
 
+// Locks a mutex that is held for less time than a sleep takes.
+std::unique_lock<std::mutex> LockSoon(std::mutex &mutex)
+{
+    constexpr int kTries = 200;
+    for (int i = 0; i < kTries; ++i)
+        if (mutex.try_lock())
+            return {mutex, std::adopt_lock};
+    return std::unique_lock(mutex);
+}
+
 // Whether the condition comes to hold within the time of a read from memory.
 template <class Condition>
 bool IsSoon(const Condition &condition)
@@ -86,9 +96,9 @@ struct ReadAheadFiles::ComingFile {
     int handle = -1;
     FileIdentity identity;
     std::int64_t openedAtNs = 0;
-    std::vector<char> head;
+    ByteBuffer head;
     std::size_t headBytes = 0; // in use
-    std::vector<char> tail;
+    ByteBuffer tail;
     std::int64_t tailOffset = 0;
     std::size_t heldBytes = 0; // its part of Shared::bytes
 };
@@ -169,8 +179,7 @@ void ReadAheadFiles::Shared::Fetch(ComingFile &file)
             std::clamp(wanted, std::int64_t{0}, std::min(size, kLongestHead)));
         if (count <= file.headBytes)
             return;
-        if (file.head.size() < count)
-            file.head.resize(count);
+        MakeRoom(file.head, file.headBytes, count);
         file.headBytes += ReadFully(*source, file.handle, static_cast<std::int64_t>(file.headBytes),
                                     file.head.data() + file.headBytes, count - file.headBytes);
     };
@@ -196,7 +205,7 @@ bool ReadAheadFiles::Shared::HelpOnce(std::unique_lock<std::mutex> &lock)
         file->tail.clear(); // the logic reads what is missing
     }
     const bool isFast = std::chrono::steady_clock::now() - start < kPatience;
-    lock.lock();
+    lock = LockSoon(mutex);
     if (!isFast && idle > 0 && HasWork())
         work.notify_one();
     if (file->stage == Stage::Reading)
@@ -336,7 +345,7 @@ void ReadAheadFiles::ExpectNothing()
 ReadAheadFiles::FilePtr ReadAheadFiles::Take(const std::string &path)
 {
     Shared &shared = *m_shared;
-    const std::lock_guard lock(shared.mutex);
+    const auto lock = LockSoon(shared.mutex);
     const auto found = std::ranges::find(shared.files, path, &ComingFile::path);
     if (found == shared.files.end())
         return nullptr;
@@ -434,7 +443,7 @@ std::int64_t ReadAheadFiles::ReadAt(int handle, std::int64_t offset, char *to, s
         return -EAGAIN;
     if (!isThere() && !open->shared->Wait(isThere))
         return -EINTR;
-    const auto copy = [&](const std::vector<char> &from, std::int64_t at, std::int64_t end) {
+    const auto copy = [&](const ByteBuffer &from, std::int64_t at, std::int64_t end) {
         const auto length = std::min(static_cast<std::int64_t>(count), end - offset);
         std::memcpy(to, from.data() + (offset - at), static_cast<std::size_t>(length));
         return length;
@@ -448,7 +457,7 @@ std::int64_t ReadAheadFiles::ReadAt(int handle, std::int64_t offset, char *to, s
     return read();
 }
 
-std::size_t ReadAheadFiles::TakeStart(int handle, std::vector<char> &bytes)
+std::size_t ReadAheadFiles::TakeStart(int handle, ByteBuffer &bytes)
 {
     const auto open = std::ranges::find(m_open, handle, &OpenFile::handle);
     if (open == m_open.end())
@@ -469,7 +478,7 @@ void ReadAheadFiles::Close(int handle)
     }
     const OpenFile closed = std::move(*open);
     m_open.erase(open);
-    const std::lock_guard lock(closed.shared->mutex);
+    const auto lock = LockSoon(closed.shared->mutex);
     closed.shared->Finish(*closed.file);
     ComingFile &file = *closed.file;
     const bool isFree = file.stage == Stage::Ready && file.head.capacity() <= kSpareBuffer;

@@ -35,7 +35,7 @@ public:
     std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                         bool mayWait) override;
     // A helper that has the file is given the time of a read from memory.
-    std::size_t TakeStart(int handle, std::vector<char> &bytes) override;
+    std::size_t TakeStart(int handle, ByteBuffer &bytes) override;
     void Close(int handle) override;
     bool PaysToExpect() override;
     void Expect(const std::vector<std::string> &paths, const WantedBytes &wanted) override;

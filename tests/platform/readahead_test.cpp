@@ -274,7 +274,7 @@ TEST_F(ReadAhead, TheStartIsGivenOnceAndTheRestIsRead)
     AwaitEqual(held->reads, 2);
     FileIdentity identity;
     const int handle = files->OpenToRead(path, identity);
-    std::vector<char> bytes(3, 'x');
+    platform::ByteBuffer bytes(3, 'x');
     ASSERT_EQ(files->TakeStart(handle, bytes), 100U);
     EXPECT_EQ(std::string(bytes.data(), 4), "a0a1");
     EXPECT_EQ(files->TakeStart(handle, bytes), 0U);
