@@ -22,9 +22,6 @@ namespace
 {
 
 constexpr QSize kSmallScreen(800, 600); // pixels
-// A scale of 150 percent rounds the heights of rows: a check box has more room than that around its
-// text.
-constexpr int kRoundedAway = 1; // pixels
 
 std::string Named(const QWidget &widget)
 {
@@ -50,7 +47,7 @@ bool CutsItsText(const QWidget &widget)
     }
     if (const auto *button = qobject_cast<const QAbstractButton *>(&widget))
         return button->width() < button->minimumSizeHint().width() ||
-               button->height() + kRoundedAway < button->minimumSizeHint().height();
+               button->height() < button->minimumSizeHint().height();
     if (const auto *group = qobject_cast<const QGroupBox *>(&widget))
         return group->width() < group->fontMetrics().horizontalAdvance(group->title());
     return false;

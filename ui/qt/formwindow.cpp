@@ -378,6 +378,30 @@ void FormWindow::closeEvent(QCloseEvent *event)
     ui::AskToClose(m_form);
 }
 
+// At a scale such as 150 percent the toolkit asks the window system for sizes in steps of whole
+// pixels (two for one and a half). Steps that are counted from nothing may end below the least
+// size, which then cuts a row of controls: they are counted from the least size.
+void FormWindow::CountStepsFromLeastSize()
+{
+    if (baseSize() != minimumSize())
+        setBaseSize(minimumSize());
+}
+
+void FormWindow::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    CountStepsFromLeastSize();
+}
+
+// The layout has set the new least size when its request is delivered.
+bool FormWindow::event(QEvent *event)
+{
+    const bool done = QDialog::event(event);
+    if (event->type() == QEvent::LayoutRequest)
+        CountStepsFromLeastSize();
+    return done;
+}
+
 void FormWindow::resizeEvent(QResizeEvent *event)
 {
     QDialog::resizeEvent(event);

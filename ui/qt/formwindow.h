@@ -39,7 +39,9 @@ public:
     void reject() override; // Escape
 
 protected:
+    bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -65,6 +67,7 @@ private:
     QLayout *MakeLayout(const ui::Layout &layout);
     QWidget *WidgetOf(const ui::Area *control, QWidget *otherwise = nullptr) const;
     void ShowForm();
+    void CountStepsFromLeastSize();
     void BelongToMainWindow();
     void LeaveOver();
     QWidget *WindowInUse() const;
