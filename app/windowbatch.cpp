@@ -5,7 +5,7 @@
 #include "platform/posix/userfolders.h"
 #include "runtime/error.h"
 #include "shell/globals.h"
-#include "shell/startup/frmSplash.h"
+#include "shell/startup/splashform.h"
 #include "shell/startup/startup.h"
 
 #include <fcntl.h>
@@ -24,15 +24,14 @@ namespace app
 namespace
 {
 
-int Batch(const std::vector<std::string> &given, std::unique_ptr<shell::frmSplash> &splash)
+int Batch(const std::vector<std::string> &given, std::unique_ptr<shell::SplashForm> &splash)
 {
     std::vector<std::string> paths;
     for (const std::string &path : given)
         paths.push_back(platform::posix::AbsolutePath(path));
     shell::StartUpWindows steps;
     steps.ShowSplash = [&splash] {
-        splash = std::make_unique<shell::frmSplash>([] {});
-        splash->setAttribute(Qt::WA_DeleteOnClose, false);
+        splash = std::make_unique<shell::SplashForm>(nullptr);
         splash->ShowSplash(false);
     };
     return shell::Main(paths, steps).value_or(0);
@@ -66,7 +65,7 @@ bool CanOpenWindows(int argc, char **argv)
 int RunBatchInWindows(int argc, char **argv, const std::vector<std::string> &paths)
 {
     const WindowSession session(argc, argv);
-    std::unique_ptr<shell::frmSplash> splash;
+    std::unique_ptr<shell::SplashForm> splash;
     platform::WatchForEndRequest();
     int status = shell::kRefused;
     try {
@@ -77,6 +76,7 @@ int RunBatchInWindows(int argc, char **argv, const std::vector<std::string> &pat
     } catch (const platform::EndRequested &end) {
         status = 128 + end.signalNo; // the status that shells use for an end by a signal
     }
+    shell::EndSplash(std::move(splash));
     return status;
 }
 

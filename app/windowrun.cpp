@@ -28,7 +28,7 @@
 #include "shell/apppath.h"
 #include "shell/globals.h"
 #include "shell/preferences/preferences.h"
-#include "shell/startup/frmSplash.h"
+#include "shell/startup/splashform.h"
 #include "shell/startup/startup.h"
 #include "shell/version.h"
 #include "tagedit/editcommands.h"
@@ -37,7 +37,6 @@
 #include "ui/qt/icons.h"
 
 #include <QApplication>
-#include <QPointer>
 #include <QSocketNotifier>
 #include <QTimer>
 #include <cstdlib>
@@ -56,17 +55,17 @@ constexpr int kEndAgainMs = 50; // until a step that could not end is asked agai
 struct Windows {
     std::unique_ptr<browser::frmMainWindow> main;
     std::unique_ptr<search::frmSearchWindow> search; // made when the user first asks for it
-    QPointer<shell::frmSplash> splash, about;        // each deletes itself
-    bool ended = false;                              // the main window was unloaded
-    std::shared_ptr<void> online;                    // the checks for newer versions
+    std::unique_ptr<shell::SplashForm> splash, about;
+    bool ended = false;           // the main window was unloaded
+    std::shared_ptr<void> online; // the checks for newer versions
 };
 
 // There is one about box: choosing the command again brings it to the front.
 void ShowAbout(Windows &windows)
 {
     if (windows.about == nullptr)
-        windows.about =
-            new shell::frmSplash({}, online::ShowHistory, [] { online::ShowHelp("licences"); });
+        windows.about = std::make_unique<shell::SplashForm>(nullptr, online::ShowHistory,
+                                                            [] { online::ShowHelp("licences"); });
     windows.about->ShowSplash(true);
 }
 
@@ -135,7 +134,8 @@ shell::StartUpWindows StepsOf(Windows &windows)
     steps.LoadMainWindow = [&windows] { LoadMainWindow(windows); };
     steps.ShowWebStyle = [](bool) { browser::ApplyPreferences(browser::frmMain()); };
     steps.ShowSplash = [&windows] {
-        windows.splash = new shell::frmSplash([] { browser::ShowMainForm(browser::frmMain()); });
+        windows.splash =
+            std::make_unique<shell::SplashForm>([] { browser::ShowMainForm(browser::frmMain()); });
         windows.splash->ShowSplash(false);
     };
     steps.ListRefresh = [](bool showProgress) { catalogue::ListRefresh(showProgress); };
@@ -227,8 +227,8 @@ int RunFirst(Windows &windows)
     } catch (const runtime::RuntimeError &error) {
         shell::ShowRuntimeError(error);
     }
-    delete windows.splash.data();
-    delete windows.about.data();
+    shell::EndSplash(std::move(windows.splash));
+    shell::EndSplash(std::move(windows.about));
     windows.search.reset();
     search::ResetSearchForm();
     lyrics::ForgetForms();

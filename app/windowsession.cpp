@@ -5,9 +5,7 @@
 #include "catalogue/regeneration.h"
 #include "platform/appid.h"
 #include "platform/machine.h"
-#include "platform/qt/boxes.h"
 #include "shell/globals.h"
-#include "shell/language.h"
 #include "shell/settings.h"
 #include "shell/startup/startup.h"
 #include "shell/version.h"
@@ -43,9 +41,6 @@ WindowMachine::WindowMachine()
 #endif
     catalogue::TheLockWaitCalls().ShowLine = [this](std::string_view line) { ShowWait(line); };
     machine.beginWait = catalogue::CloseOpenGroup;
-    platform::qt::TheBoxWords() = [](std::string_view text, std::string_view key) {
-        return shell::GetLanguageText(text, key, "Boxes");
-    };
     // The box must not open inside the call: the failure is reported between two turns of the event
     // loop.
     m_settings.onCannotStore = [this](const std::string &path, int why) {
@@ -63,7 +58,6 @@ WindowMachine::~WindowMachine()
     catalogue::CloseCatalogue();
     m_settings.Flush();
     catalogue::TheLockWaitCalls() = {};
-    platform::qt::TheBoxWords() = nullptr;
     platform::TheMachine() = platform::Machine();
 }
 

@@ -53,6 +53,7 @@ TechSupportForm::TechSupportForm() : Form("frmTechSupport", kCaptions)
     acceptButton = cancelButton = &cmdOk;
     size = {0, 0, kWidth, kHeight};
     resizable = true;
+    lblEmail.isLink = lblVisitTutorials.isLink = lblVisitForums.isLink = true;
     lblEmail.SetCaption(shell::kSupportAddress);
     lblICQ.SetVisible(!shell::kContactNumber.empty()); // the line says nothing without a number
     layout =

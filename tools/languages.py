@@ -272,11 +272,6 @@ def preferences(wanted, source):
 TREE = ("shell/globals.h", "FieldNames")
 ROWS = ("browser/itemlist.cpp", "kSubItems")
 
-def boxes(wanted, source):
-    for _, (text, key) in source.calls("Words"):
-        wanted.add(source, "Boxes", unquote(key), unquote(text))
-
-
 # Look-ups whose keys come from a table: the expression of the key in its file, and what reads the table.
 TABLES = {
     "browser/formload.cpp": {"name.substr(6)": None, "name.substr(3)": None,
@@ -290,8 +285,6 @@ TABLES = {
     "shell/progress.cpp": {"key": None},  # see ShowProgressText
     "search/searchform.cpp": {"kFields[i]": fields(("search/criteria.h", "kFields"))},
     "shell/preferences/preferences.cpp": {"caption.key": preferences, "option.Caption()": fields(TREE)},
-    "platform/qt/boxes.cpp": {"Words": boxes},
-    "app/windowsession.cpp": {"key": None},  # the same boxes
     "ui/qt/form.cpp": {"row.key": None},  # the tables of captions
 }
 

@@ -50,6 +50,9 @@ DRAWINGS = {
     "Warning": '<path fill="{tint}" d="M10.7 3.75L2.5 18a1.5 1.5 0 0 0 1.3 2.25h16.4A1.5 1.5 0 0 0 '
                '21.5 18L13.3 3.75a1.5 1.5 0 0 0-2.6 0z"/>\n'
                '<path stroke="{accent}" stroke-width="2" d="M12 9v4.5M12 17.1v.01"/>',
+    # --- a box that warns; the same in light and dark windows ---
+    "Exclamation": '<path fill="#f2a31b" stroke="#f2a31b" stroke-width="3" d="M12 4.5L21 20.25H3z"/>\n'
+                   '<path stroke="#3a2600" stroke-width="2" d="M12 9.75v4.5M12 17.6v.01"/>',
     # --- the folder tree of the preferences ---
     "desk": '<rect x="2.25" y="3.75" width="19.5" height="16.5" rx="1.5" fill="{tint}"/>\n'
             '<path d="M2.25 16.5h19.5"/>\n'

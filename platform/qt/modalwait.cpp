@@ -10,20 +10,55 @@
 namespace platform::qt
 {
 
+namespace
+{
+
+struct State {
+    Pointer wanted = Pointer::Normal; // what the program has set
+    Pointer shown = Pointer::Normal;
+    int waits = 0;
+};
+
+State &TheState()
+{
+    static State state;
+    return state;
+}
+
+void ShowPointer()
+{
+    State &state = TheState();
+    const Pointer pointer = state.waits == 0 ? state.wanted : Pointer::Normal;
+    if (pointer == state.shown)
+        return;
+    if (state.shown != Pointer::Normal)
+        QGuiApplication::restoreOverrideCursor();
+    state.shown = pointer;
+    if (pointer != Pointer::Normal)
+        QGuiApplication::setOverrideCursor(pointer == Pointer::Hourglass ? Qt::WaitCursor
+                                                                         : Qt::BusyCursor);
+}
+
+} // namespace
+
 ModalWait::ModalWait()
 {
     if (TheMachine().beginWait)
         TheMachine().beginWait();
-    if (QGuiApplication::overrideCursor() != nullptr) {
-        QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
-        m_pointerHidden = true;
-    }
+    ++TheState().waits;
+    ShowPointer();
 }
 
 ModalWait::~ModalWait()
 {
-    if (m_pointerHidden)
-        QGuiApplication::restoreOverrideCursor();
+    --TheState().waits;
+    ShowPointer();
+}
+
+void SetProgramPointer(Pointer pointer)
+{
+    TheState().wanted = pointer;
+    ShowPointer();
 }
 
 QWidget *OwnerOfBox()

@@ -1,14 +1,17 @@
-// platform/qt/modalwait.h - used around every modal window: what must be done before the program
-// waits for the user, and the pointer meanwhile.
+// platform/qt/modalwait.h - used around every modal window, box and file dialog: what must be done
+// before the program waits for the user, and the pointer meanwhile.
+// State: the pointer that the program has set, and how many of them are open.
 #pragma once
+
+#include "platform/desktop.h"
 
 class QWidget;
 
 namespace platform::qt
 {
 
-// Calls platform::TheMachine().beginWait when it is made. As long as it lives the pointer is the
-// normal one, whatever the program set before.
+// Calls platform::TheMachine().beginWait when it is made. As long as it exists the pointer is the
+// normal one, whatever the program has set.
 class ModalWait
 {
 public:
@@ -16,15 +19,16 @@ public:
     ~ModalWait();
     ModalWait(const ModalWait &) = delete;
     ModalWait &operator=(const ModalWait &) = delete;
-
-private:
-    bool m_pointerHidden = false; // an hourglass is covered by an arrow
 };
+
+// Sets the pointer of the whole program. It is shown as soon as no ModalWait exists; the same once
+// more changes nothing, so one Normal ends any number of Hourglass.
+void SetProgramPointer(Pointer pointer);
 
 // The window that a box or a modal window belongs to: the modal one that is up, else the one that
 // has the keyboard, else, right after another box, the program's main window. Null for none, and in
-// place of a window with the property kOwnsNoBox: that one
-// is used beside modal windows, and may go before them.
+// place of a window with the property kOwnsNoBox: that one is used beside modal windows, and may be
+// closed before them.
 QWidget *OwnerOfBox();
 inline constexpr const char *kOwnsNoBox = "ownsNoBox";
 

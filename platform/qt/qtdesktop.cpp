@@ -1,9 +1,9 @@
 #include "platform/qt/qtdesktop.h"
 
 #include "platform/posix/spawn.h"
-#include "platform/qt/boxes.h"
 #include "platform/qt/modalwait.h"
 #include "platform/qt/text.h"
+#include "ui/boxforms.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -17,12 +17,19 @@ namespace platform::qt
 namespace
 {
 
-constexpr char kTitle[] = "Quenlin";
+constexpr std::string_view kTitle = "Quenlin";
 constexpr int kEventsMs = 50; // how long DoEvents continues while new events keep coming
 
-QString TitleOr(std::string_view title)
+std::string_view TitleOr(std::string_view title)
 {
-    return title.empty() ? QString::fromLatin1(kTitle) : ToQt(title);
+    return title.empty() ? kTitle : title;
+}
+
+Answer Ask(const ui::Message &message)
+{
+    ui::MessageBoxForm box(message);
+    ui::ShowModal(box);
+    return box.answer;
 }
 
 // "*.mp3" as "*.[mM][pP]3", which any file dialog matches without regard to letter case.
@@ -59,76 +66,38 @@ QUrl UrlOf(const std::string &address)
 
 } // namespace
 
-// Stands around everything that waits for the user.
-class QtDesktop::BoxUp
-{
-public:
-    explicit BoxUp(QtDesktop &desktop) : m_desktop(desktop)
-    {
-        ++m_desktop.m_boxesUp;
-        m_desktop.ShowPointer();
-    }
-    ~BoxUp()
-    {
-        --m_desktop.m_boxesUp;
-        m_desktop.ShowPointer();
-    }
-    BoxUp(const BoxUp &) = delete;
-    BoxUp &operator=(const BoxUp &) = delete;
-
-private:
-    QtDesktop &m_desktop;
-};
-
-QtDesktop::QtDesktop() = default;
-
 QtDesktop::~QtDesktop()
 {
-    if (m_shownPointer != Pointer::Normal)
-        QGuiApplication::restoreOverrideCursor();
+    SetProgramPointer(Pointer::Normal);
 }
 
 Answer QtDesktop::MessageBox(std::string_view text, Buttons buttons, std::string_view title,
                              BoxIcon icon)
 {
-    return ShowBox(text, {}, buttons, title, icon);
+    return Ask({text, {}, TitleOr(title), buttons, icon});
 }
 
 Answer QtDesktop::MessageBoxWithDetails(std::string_view text, std::string_view details,
                                         Buttons buttons, std::string_view title)
 {
-    return ShowBox(text, details, buttons, title, BoxIcon::None);
-}
-
-Answer QtDesktop::ShowBox(std::string_view text, std::string_view details, Buttons buttons,
-                          std::string_view title, BoxIcon icon)
-{
-    BoxUp boxUp(*this);
-    MessageDialog box(LinesToQt(text), TitleOr(title), buttons, icon, OwnerOfBox());
-    if (!details.empty())
-        box.SetDetails(LinesToQt(details));
-    box.exec();
-    return box.Chosen();
+    return Ask({text, details, TitleOr(title), buttons, BoxIcon::None});
 }
 
 std::optional<std::string> QtDesktop::InputBox(std::string_view prompt, std::string_view title,
                                                std::string_view initialText)
 {
-    BoxUp boxUp(*this);
-    InputDialog box(LinesToQt(prompt), TitleOr(title), ToQt(initialText), OwnerOfBox());
-    const bool accepted = box.exec() == QDialog::Accepted;
-    m_inputClosed = box.ClosedByFrame();
-    if (!accepted)
-        return std::nullopt;
-    return FromQt(box.Text());
+    ui::InputBoxForm box(prompt, TitleOr(title), initialText);
+    ui::ShowModal(box);
+    m_inputClosed = box.closedByFrame;
+    return box.accepted ? std::optional(box.txtInput.Text()) : std::nullopt;
 }
 
 std::optional<std::string> QtDesktop::OpenDialog(std::string_view title,
                                                  const std::vector<FileFilter> &filters,
                                                  const std::string &folder)
 {
-    BoxUp boxUp(*this);
-    QFileDialog dialog(OwnerOfBox(), TitleOr(title), ToQt(folder));
+    const ModalWait wait;
+    QFileDialog dialog(OwnerOfBox(), ToQt(TitleOr(title)), ToQt(folder));
     SetFilters(dialog, filters);
     dialog.setFileMode(QFileDialog::ExistingFile);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
@@ -140,8 +109,8 @@ std::optional<std::string> QtDesktop::SaveDialog(std::string_view title,
                                                  const std::vector<FileFilter> &filters,
                                                  const std::string &path)
 {
-    BoxUp boxUp(*this);
-    QFileDialog dialog(OwnerOfBox(), TitleOr(title));
+    const ModalWait wait;
+    QFileDialog dialog(OwnerOfBox(), ToQt(TitleOr(title)));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     SetFilters(dialog, filters);
@@ -176,21 +145,7 @@ bool QtDesktop::OpenAddress(const std::string &address, const std::string &worki
 
 void QtDesktop::SetPointer(Pointer pointer)
 {
-    m_pointer = pointer;
-    ShowPointer();
-}
-
-void QtDesktop::ShowPointer()
-{
-    const Pointer wanted = m_boxesUp == 0 ? m_pointer : Pointer::Normal;
-    if (wanted == m_shownPointer)
-        return;
-    if (m_shownPointer != Pointer::Normal)
-        QGuiApplication::restoreOverrideCursor();
-    m_shownPointer = wanted;
-    if (wanted != Pointer::Normal)
-        QGuiApplication::setOverrideCursor(wanted == Pointer::Hourglass ? Qt::WaitCursor
-                                                                        : Qt::BusyCursor);
+    SetProgramPointer(pointer);
 }
 
 void QtDesktop::DoEvents()

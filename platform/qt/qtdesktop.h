@@ -1,6 +1,6 @@
 // platform/qt/qtdesktop.h - the desktop port with windows: boxes, dialogs, clipboard, pointer.
 // A box is in front of the window that is in use, is modal for the whole program, and shows plain
-// text.
+// text. Boxes are forms (ui/boxforms.h) and need a form host (ui/qt/form.h).
 #pragma once
 
 #include "platform/desktop.h"
@@ -11,8 +11,7 @@ namespace platform::qt
 class QtDesktop : public Desktop
 {
 public:
-    QtDesktop();
-    ~QtDesktop() override;
+    ~QtDesktop() override; // the pointer is the normal one again
 
     // Escape and the close button count as Ok, or as No for YesNo; there No is the default button.
     // Both buttons have an access key, and Ctrl+C copies the text.
@@ -43,21 +42,12 @@ public:
     // only.
     bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
 
-    // The pointer of the whole program. Setting the one that is set does nothing, so that one
-    // Normal ends any number of Hourglass. A box shows the normal pointer as long as it is up.
+    // See SetProgramPointer of platform/qt/modalwait.h.
     void SetPointer(Pointer pointer) override;
 
     void DoEvents() override;
 
 private:
-    class BoxUp;
-    void ShowPointer();
-    Answer ShowBox(std::string_view text, std::string_view details, Buttons buttons,
-                   std::string_view title, BoxIcon icon);
-
-    Pointer m_pointer = Pointer::Normal; // what the program wants
-    int m_boxesUp = 0;
-    Pointer m_shownPointer = Pointer::Normal;
     bool m_inputClosed = false; // the last input box, by its frame
 };
 

@@ -1,7 +1,7 @@
 #include "catalogue/regeneration.h"
 #include "runtime/error.h"
 #include "shell/settings.h"
-#include "shell/startup/splash.h"
+#include "shell/startup/splashform.h"
 #include "tests/browser/formfixture.h"
 #include "tests/support/fakeforms.h"
 
@@ -266,38 +266,52 @@ TEST_F(MainFormTest, ClosingDuringARegenerationEndsItAtTheNextFile)
     EXPECT_TRUE(desktop.boxes.empty());
 }
 
-TEST(Splash, RolesTextsAndPlace)
+TEST_F(MainFormTest, TheSplashsRoles)
 {
-    EXPECT_EQ(shell::LookOfSplash(false).height, 4980);
-    EXPECT_TRUE(shell::LookOfSplash(false).progressVisible);
-    EXPECT_FALSE(shell::LookOfSplash(false).keyPreview);
-    EXPECT_EQ(shell::LookOfSplash(true).height, 6015);
-    EXPECT_FALSE(shell::LookOfSplash(true).progressVisible);
-    EXPECT_TRUE(shell::LookOfSplash(true).keyPreview);
-    EXPECT_EQ(shell::LookOfSplash(true).width, 7485);
+    tests::FakeForms forms;
+    shell::SplashForm form(nullptr);
+    form.ShowSplash(false);
+    EXPECT_EQ(form.size.height, 4980);
+    EXPECT_TRUE(shell::TheGlobals().lblProgress.Visible());
+    EXPECT_FALSE(form.About.Visible());
+    EXPECT_FALSE(ui::AskToClose(form)); // Escape, or the window manager
+    ui::Close(form);
+    form.ShowSplash(true);
+    EXPECT_EQ(form.size.height, 6015);
+    EXPECT_EQ(form.size.width, 7485);
+    EXPECT_FALSE(shell::TheGlobals().lblProgress.Visible());
+    EXPECT_TRUE(form.About.Visible());
+    EXPECT_TRUE(form.centred);
+    EXPECT_TRUE(ui::AskToClose(form));
     EXPECT_EQ(shell::VersionCaption(1, 6, 9), "Ver.:1.6.9");
-    EXPECT_EQ(shell::Centred(7485, 4980, {0, 300, 15000, 12000}),
-              (ui::Rect{3757, 3810, 7485, 4980}));
     EXPECT_TRUE(shell::SupportMailAddress().starts_with("mailto:"));
 }
 
-TEST_F(MainFormTest, TheSplashsTextsComeFromTheLanguageFile)
+TEST_F(MainFormTest, TheSplashsCreditsComeFromTheLanguageFile)
 {
-    const auto row = [](const shell::SplashTexts &t) {
-        std::string cells;
-        for (const std::string &cell : {t.programmedBy, t.email, t.icq, t.historyButton, t.okButton,
-                                        t.translatedBy, t.title, t.translator})
-            cells += cell + "|";
-        return cells;
-    };
-    EXPECT_EQ(row(shell::LoadSplashTexts()), "Programmed by|E-mail:|ICQ:|&History|&Ok||||");
-    tests::WriteFile(folder / "x.qlt",
-                     "[TranslationInfo]\nTranslator=Ana\nTranslatedBy=Por\n"
-                     "Title=Traducci\u00F3n\n[Splash]\nProgrammedBy=De\nEmail=Correo:\nICQ=I:\n"
-                     "HistoryButton=&Historia\nOkButton=&Bien\n");
+    tests::FakeForms forms;
+    shell::SplashForm form(nullptr);
+    form.ShowSplash(true);
+    EXPECT_FALSE(form.frmTranslation.Visible());
+    EXPECT_EQ(form.lblProgrammed.Caption() + "|" + form.lblMail.Caption() + "|" +
+                  form.lblICQ.Caption() + "|" + form.cmdHistory.Caption() + "|" +
+                  form.cmdLicences.Caption() + "|" + form.cmdOk.Caption(),
+              "Programmed by|E-mail:|ICQ:|&History|&Licences|&Ok");
+    ui::Close(form);
+    tests::WriteFile(folder / "x.qlt", "[TranslationInfo]\nTranslator=Ana & Bo\nTranslatedBy=Por\n"
+                                       "Title=Traducci\u00F3n\n");
     shell::TheGlobals().LanguageFilePath = folder / "x.qlt";
-    EXPECT_EQ(row(shell::LoadSplashTexts()),
-              "De|Correo:|I:|&Historia|&Bien|Por|Traducci\u00F3n|Ana|");
+    form.ShowSplash(true);
+    EXPECT_TRUE(form.frmTranslation.Visible());
+    EXPECT_EQ(form.frmTranslation.Caption() + "|" + form.lblTranslatedBy.Caption() + "|" +
+                  form.lblTranslator.Caption(),
+              "Traducci\u00F3n|Por|Ana && Bo");
+    const int besideCredits = shell::TheGlobals().lblProgress.Width();
+    EXPECT_LT(besideCredits, form.frmTranslation.Left());
+    ui::Close(form);
+    shell::TheGlobals().LanguageFilePath.clear();
+    form.ShowSplash(false);
+    EXPECT_GT(shell::TheGlobals().lblProgress.Width(), besideCredits);
 }
 
 } // namespace

@@ -30,7 +30,7 @@ ASKS = {
 }
 MORE_QUESTIONS = ["TagEditor.ChangedOutside"]
 ASKING = re.compile(r"Buttons::(?:YesNo|SaveDiscardCancel)\b|(?:\.|->)\s*InputBox\(")
-FORWARDS = ("platform/", "catalogue/rowgroups", "bench/", "tests/", "fuzz/")
+FORWARDS = ("platform/", "ui/boxforms", "catalogue/rowgroups", "bench/", "tests/", "fuzz/")
 
 # What the program is linked with, and its name in the list of licences.
 LIBRARIES = {"libQt6": "Qt 6", "libsqlite3": "SQLite", "libutf8proc": "utf8proc", "libcurl": "libcurl",

@@ -13,7 +13,6 @@
 #include "online/versioninfo.h"
 #include "platform/machine.h"
 #include "platform/posix/systemfolders.h"
-#include "platform/qt/boxes.h"
 #include "platform/qt/qtwindows.h"
 #include "player/controlsform.h"
 #include "shell/globals.h"
@@ -21,7 +20,7 @@
 #include "shell/preferences/preferences.h"
 #include "shell/preferences/unicodeoffer.h"
 #include "shell/settings.h"
-#include "shell/startup/frmSplash.h"
+#include "shell/startup/splashform.h"
 #include "tagedit/tageditor.h"
 #include "tests/support/configfolder.h"
 #include "tests/support/fakeports.h"
@@ -32,6 +31,7 @@
 #include "tests/support/testfolder.h"
 #include "tests/windows/look.h"
 #include "tests/windows/sampleform.h"
+#include "ui/boxforms.h"
 #include "ui/qt/form.h"
 
 #include <gtest/gtest.h>
@@ -206,6 +206,43 @@ std::unique_ptr<ui::Form> MakePreferences(const TestFolder &folder, bool running
     return made;
 }
 
+std::unique_ptr<ui::Form> MakeSplash(bool about)
+{
+    auto form = std::make_unique<shell::SplashForm>(
+        nullptr, [] {}, [] {});
+    form->SetRole(about);
+    shell::TheGlobals().lblProgress.SetCaption("Adding Title && Artist information...");
+    return form;
+}
+
+std::unique_ptr<ui::Form> MakeBox(const ui::Message &message)
+{
+    auto box = std::make_unique<ui::MessageBoxForm>(message);
+    if (!message.details.empty())
+        box->onLoad = [shown = box.get()] { shown->cmdDetails.Click(); };
+    return box;
+}
+
+constexpr std::string_view kQuestion =
+    "The file could not be added. If you think this is a bug, please\rsend me an email with the "
+    "reason.\r\rWould you like to send me an email now?";
+
+std::vector<FormCase> BoxCases()
+{
+    using platform::BoxIcon;
+    using platform::Buttons;
+    const ui::Message ok{.text = kQuestion, .title = "Quenlin"};
+    const ui::Message ask{kQuestion, {}, "Corrupted file", Buttons::YesNo, BoxIcon::Exclamation};
+    const ui::Message save{kQuestion, "Permission denied", "Quenlin", Buttons::SaveDiscardCancel};
+    return {
+        {"MessageBox", [ok] { return MakeBox(ok); }},
+        {"MessageBox_ask", [ask] { return MakeBox(ask); }},
+        {"MessageBox_save", [save] { return MakeBox(save); }},
+        {"InputBox",
+         [] { return std::make_unique<ui::InputBoxForm>(kQuestion, "Quenlin", "So What"); }},
+    };
+}
+
 std::vector<FormCase> AllForms(const TestFolder &folder)
 {
     std::vector<FormCase> forms = TagEditorCases(folder);
@@ -218,6 +255,8 @@ std::vector<FormCase> AllForms(const TestFolder &folder)
         {"frmLyrics_setting", [] { return LyricsWindow(LyricsMode::Setting); }},
         {"frmLyrics_testing", [] { return LyricsWindow(LyricsMode::Testing); }},
         {"frmLyrics_paused", [] { return LyricsWindow(LyricsMode::Paused); }},
+        {"frmSplash", [] { return MakeSplash(false); }},
+        {"frmSplash_about", [] { return MakeSplash(true); }},
         {"frmSample", [] { return std::make_unique<SampleForm>(); }},
         {"frmUnicodeOffer", [] { return std::make_unique<shell::UnicodeOfferForm>(12345, 67890); }},
         {"frmTip", [] { return std::make_unique<online::TipForm>(); }},
@@ -226,7 +265,9 @@ std::vector<FormCase> AllForms(const TestFolder &folder)
         {"frmHistory", [] { return std::make_unique<online::HistoryForm>(); }},
         {"frmVersionInfo", [] { return MakeVersionInfo(); }},
     };
+    const std::vector<FormCase> boxes = BoxCases();
     forms.insert(forms.end(), others.begin(), others.end());
+    forms.insert(forms.end(), boxes.begin(), boxes.end());
     return forms;
 }
 
@@ -236,9 +277,6 @@ protected:
     AllWindowsScaled()
     {
         platform::TheMachine().windows = &windows;
-        platform::qt::TheBoxWords() = [](std::string_view text, std::string_view key) {
-            return shell::GetLanguageText(text, key, "Boxes");
-        };
         platform::TheMachine().folders = &folders;
         drives.roots = {"/", folder.Path()};
         online::RegisterHistoryWidget();
@@ -247,7 +285,6 @@ protected:
     ~AllWindowsScaled() override
     {
         platform::TheMachine().windows = nullptr;
-        platform::qt::TheBoxWords() = nullptr;
         platform::TheMachine().folders = nullptr;
         shell::TheGlobals() = shell::Globals{};
     }
@@ -305,52 +342,40 @@ TEST_F(AllWindowsScaled, FormsInEachFontFamily)
     QApplication::setFont(before);
 }
 
-TEST_F(AllWindowsScaled, SplashAndAboutBox)
+// More text than the screen has room for, and a path, in which no line can break: they scroll.
+TEST_F(AllWindowsScaled, BoxesWithLongTextsFitTheScreen)
 {
-    for (const bool about : {false, true}) {
-        QPointer<shell::frmSplash> splash; // deletes itself
-        const auto open = [&]() -> QWidget * {
-            splash = new shell::frmSplash([] {});
-            splash->ShowSplash(about);
-            return splash;
-        };
-        CheckLook(about ? "about" : "splash", open, [&] { delete splash.data(); });
+    const std::string path = "/music/" + std::string(300, 'W') + ".mp3";
+    std::string lines;
+    for (int line = 0; line < 400; ++line)
+        lines += "A line of a long report, number " + std::to_string(line) + "\r";
+    using platform::BoxIcon;
+    using platform::Buttons;
+    const std::pair<const char *, ui::Message> cases[] = {
+        {"high", {lines, {}, "Quenlin", Buttons::YesNo, BoxIcon::Exclamation}},
+        {"wide", {path, {}, "Quenlin", Buttons::SaveDiscardCancel, BoxIcon::None}},
+        {"details", {"A file could not be written.", path, "Quenlin", Buttons::Ok, BoxIcon::None}},
+    };
+    for (const auto &[name, message] : cases) {
+        SCOPED_TRACE(name);
+        std::unique_ptr<ui::Form> form = MakeBox(message);
+        ui::Show(*form);
+        QWidget &box = *host.WindowOf(*form);
+        AwaitPainted(box);
+        const QRect screen = box.screen()->availableGeometry();
+        EXPECT_LE(box.frameGeometry().width(), screen.width());
+        EXPECT_LE(box.frameGeometry().height(), screen.height());
+        const bool inDetails = !message.details.empty();
+        const auto *text = Find<QLabel>(box, inDetails ? "lblDetails" : "lblText");
+        EXPECT_NE(text->parentWidget()->size(), text->size()) << "it scrolls";
+        EXPECT_EQ(text->parentWidget()->parentWidget()->focusPolicy(), Qt::StrongFocus);
+        EXPECT_GE(text->width(), text->minimumSizeHint().width()) << "no word is cut";
+        EXPECT_EQ(NamelessControls(box), std::vector<std::string>{});
+        KeepPainted(box, std::string("MessageBox_") + name);
+        ui::Close(*form);
+        ui::Retire(std::move(form));
+        LetRun(1);
     }
-}
-
-TEST_F(AllWindowsScaled, Boxes)
-{
-    const QString words = QStringLiteral("The file could not be added. If you think this is a bug, "
-                                         "please\nsend me an email with the reason.\n\nWould you "
-                                         "like to send me an email now?");
-    std::unique_ptr<QDialog> box;
-    const auto close = [&] { box.reset(); };
-    const auto shown = [&]() -> QWidget * {
-        box->show();
-        return box.get();
-    };
-    const auto message = [&] {
-        box = std::make_unique<platform::qt::MessageDialog>(
-            words, QStringLiteral("Quenlin"), platform::Buttons::YesNo,
-            platform::BoxIcon::Exclamation, nullptr);
-        return shown();
-    };
-    const auto save = [&] {
-        auto asking = std::make_unique<platform::qt::MessageDialog>(
-            words, QStringLiteral("Quenlin"), platform::Buttons::SaveDiscardCancel,
-            platform::BoxIcon::None, nullptr);
-        asking->SetDetails(words);
-        box = std::move(asking);
-        return shown();
-    };
-    const auto input = [&] {
-        box = std::make_unique<platform::qt::InputDialog>(words, QStringLiteral("Quenlin"),
-                                                          QStringLiteral("So What"), nullptr);
-        return shown();
-    };
-    CheckLook("messagebox", message, close);
-    CheckLook("savebox", save, close);
-    CheckLook("inputbox", input, close);
 }
 
 // The checks can fail.

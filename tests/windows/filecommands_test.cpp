@@ -8,6 +8,7 @@
 #include "shell/preferences/failuremail.h"
 #include "tests/support/mp3bytes.h"
 #include "tests/windows/mainwindowfixture.h"
+#include "ui/qt/form.h"
 
 #include <gtest/gtest.h>
 
@@ -114,6 +115,7 @@ protected:
         });
     }
 
+    ui::qt::FormWindows host;
     MailingDesktop boxes;
 };
 

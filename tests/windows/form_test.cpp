@@ -224,6 +224,22 @@ TEST_F(FormScaled, AScreenReaderSpeaksWords)
     EXPECT_EQ(Of<QWidget>("txtName").accessibleName(), QStringLiteral("Name of it"));
 }
 
+TEST_F(FormScaled, EnterPressesTheButtonWithTheFocus)
+{
+    Shown();
+    Of<QPushButton>("cmdCancel").setFocus();
+    PressKey("Return");
+    EXPECT_TRUE(WaitUntil([&] { return form.done == "cancel unload "; })) << form.done;
+    LetRun(10);
+    Shown();
+    Of<QPushButton>("cmdPlay").setFocus(); // without a handler, and not the default button
+    PressKey("Return");
+    EXPECT_TRUE(form.Visible());
+    Of<QLineEdit>("txtName").setFocus();
+    PressKey("Return");
+    EXPECT_TRUE(WaitUntil([&] { return form.done == "cancel unload ok unload "; })) << form.done;
+}
+
 } // namespace
 
 } // namespace tests

@@ -1,4 +1,5 @@
 // Windows that are built from a form: modal and not, their end, their places.
+#include "platform/qt/modalwait.h"
 #include "tests/windows/sampleform.h"
 
 namespace tests
@@ -12,12 +13,12 @@ TEST_F(FormScaled, AModalWindowLetsTimersRunAndReturnsWhenItIsClosed)
     int ticks = 0, waitsBegun = 0, error = 0;
     SampleForm other;
     platform::TheMachine().beginWait = [&] { ++waitsBegun; };
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    platform::qt::SetProgramPointer(platform::Pointer::Hourglass);
     form.tmr.event = [&] {
         if (++ticks < 3)
             return;
         form.tmr.SetEnabled(false);
-        EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::ArrowCursor);
+        EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
         try {
             ui::Show(other);
         } catch (const runtime::RuntimeError &failure) {
@@ -31,8 +32,9 @@ TEST_F(FormScaled, AModalWindowLetsTimersRunAndReturnsWhenItIsClosed)
     };
     ui::ShowModal(form);
     EXPECT_EQ(form.done, "ok unload ");
+    ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);
     EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
-    QGuiApplication::restoreOverrideCursor();
+    platform::qt::SetProgramPointer(platform::Pointer::Normal);
     EXPECT_EQ(ticks, 3);
     EXPECT_EQ(error, runtime::kNonModalOverModal);
     EXPECT_FALSE(other.Loaded());

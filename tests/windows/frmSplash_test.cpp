@@ -4,18 +4,20 @@
 #include "runtime/error.h"
 #include "shell/globals.h"
 #include "shell/progress.h"
-#include "shell/startup/frmSplash.h"
+#include "shell/startup/splashform.h"
 #include "tests/support/memorysettings.h"
 #include "tests/support/scripteddesktop.h"
 #include "tests/support/testfolder.h"
 #include "tests/windows/bench.h"
+#include "ui/qt/form.h"
 
 #include <gtest/gtest.h>
 
 #include <QDialog>
+#include <QGroupBox>
 #include <QLabel>
-#include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <QWindow>
 
@@ -36,47 +38,68 @@ protected:
         };
         platform::TheMachine().windows = &windows;
         shell::TheGlobals() = shell::Globals{};
-        splash = new shell::frmSplash([this] { ++mainForms; });
+        Make([this] { ++mainForms; });
     }
     ~SplashScaled() override
     {
-        delete splash.data();
+        shell::EndSplash(std::move(form));
+        LetRun(1); // closed windows go with the next events
         platform::TheMachine().windows = nullptr;
         shell::TheGlobals() = shell::Globals{};
     }
 
+    void Make(std::function<void()> showMainForm = {}, std::function<void()> showHistory = {},
+              std::function<void()> showLicences = {})
+    {
+        shell::EndSplash(std::move(form));
+        form = std::make_unique<shell::SplashForm>(std::move(showMainForm), std::move(showHistory),
+                                                   std::move(showLicences));
+    }
+
+    QWidget &Shown(bool about)
+    {
+        form->ShowSplash(about);
+        QWidget *window = host.WindowOf(*form);
+        ShowAndActivate(*window);
+        return *window;
+    }
+
     bool IsGone()
     {
-        return WaitUntil([this] { return splash == nullptr; });
+        return WaitUntil([this] { return !form->Loaded() && host.Forms().empty(); });
     }
 
     TestFolder folder;
     MemorySettings settings;
     ScriptedDesktop desktop;
     platform::qt::QtWindows windows;
-    QPointer<shell::frmSplash> splash;
+    ui::qt::FormWindows host;
+    std::unique_ptr<shell::SplashForm> form;
     int mainForms = 0;
     int yields = 0;
 };
 
 TEST_F(SplashScaled, SplashShowsTheProgressAndBringsTheMainFormUp)
 {
-    splash->ShowSplash(false);
-    EXPECT_EQ(splash->size(), QSize(7485 / 15, 4980 / 15));
-    EXPECT_EQ(Find<QLabel>(*splash, "LabVers")->text(), QStringLiteral("Ver.:1.6.9"));
+    QWidget &splash = Shown(false);
+    EXPECT_EQ(splash.size(), QSize(7485 / 15, 4980 / 15));
+    EXPECT_TRUE(splash.windowFlags().testFlag(Qt::FramelessWindowHint));
+    const QPoint off = splash.geometry().center() - splash.screen()->availableGeometry().center();
+    EXPECT_LE(off.manhattanLength(), 2) << "in the middle of the screen";
+    EXPECT_EQ(Find<QLabel>(splash, "LabVers(0)")->text(), QStringLiteral("Ver.:1.6.9"));
     const int before = yields;
     shell::ShowProgress("Adding Title && Artist information...");
     EXPECT_EQ(yields, before + 1);
     shell::TheGlobals().lblProgress.SetCaption("Adding Title && Artist information...");
     EXPECT_EQ(yields, before + 1) << "a caption alone lets no event run";
-    EXPECT_EQ(Find<QLabel>(*splash, "lblProgress")->text(),
+    EXPECT_EQ(Find<QLabel>(splash, "lblProgress")->text(),
               QStringLiteral("Adding Title & Artist information..."));
-    KeepScreenshot(*splash, "splash");
-    QTest::keyClick(splash.data(), Qt::Key_Escape);
-    EXPECT_TRUE(splash->isVisible()) << "keys reach only the about box";
-    EXPECT_FALSE(splash->windowHandle()->close());
-    EXPECT_TRUE(splash->isVisible()) << "the start is still under way";
-    splash->CloseIt.SetEnabled(true);
+    KeepScreenshot(splash, "splash");
+    QTest::keyClick(&splash, Qt::Key_Escape);
+    EXPECT_TRUE(splash.isVisible()) << "keys reach only the about box";
+    EXPECT_FALSE(splash.windowHandle()->close());
+    EXPECT_TRUE(splash.isVisible()) << "the start is still under way";
+    form->CloseIt.SetEnabled(true);
     EXPECT_EQ(mainForms, 0);
     EXPECT_TRUE(IsGone());
     EXPECT_EQ(mainForms, 1);
@@ -84,20 +107,19 @@ TEST_F(SplashScaled, SplashShowsTheProgressAndBringsTheMainFormUp)
 
 TEST_F(SplashScaled, AboutBoxLeavesTheMainFormAlone)
 {
-    splash->ShowSplash(true);
-    EXPECT_EQ(splash->size(), QSize(7485 / 15, 6015 / 15));
-    EXPECT_FALSE(Find(*splash, "lblProgress")->isVisible());
-    EXPECT_FALSE(Find(*splash, "cmdHistory")->isEnabled());
-    EXPECT_EQ(Find<QLabel>(*splash, "lblICQ")->text(), QStringLiteral("ICQ:"));
-    EXPECT_EQ(Find(*splash, "lblICQ")->isVisible(), !shell::kContactNumber.empty());
-    EXPECT_EQ(Find(*splash, "Label5")->isVisible(), !shell::kContactNumber.empty());
-    ShowAndActivate(*splash);
-    KeepScreenshot(*splash, "about");
-    Click(*Find(*splash, "lblEmail"));
+    QWidget &about = Shown(true);
+    EXPECT_EQ(about.size(), QSize(7485 / 15, 6015 / 15));
+    EXPECT_FALSE(Find(about, "lblProgress")->isVisible());
+    EXPECT_FALSE(Find(about, "cmdHistory")->isEnabled());
+    EXPECT_EQ(Find<QLabel>(about, "lblICQ")->text(), QStringLiteral("ICQ:"));
+    EXPECT_EQ(Find(about, "lblICQ")->isVisible(), !shell::kContactNumber.empty());
+    EXPECT_EQ(Find(about, "Label5")->isVisible(), !shell::kContactNumber.empty());
+    KeepScreenshot(about, "about");
+    Click(*Find(about, "lblEmail"));
     ASSERT_EQ(desktop.addresses.size(), 1U);
     EXPECT_EQ(desktop.addresses[0], "mailto:" + std::string(shell::kSupportAddress));
     EXPECT_EQ(desktop.folders[0], "C:\\");
-    Click(*Find(*splash, "cmdOk"));
+    Click(*Find(about, "cmdOk"));
     EXPECT_TRUE(IsGone());
     EXPECT_EQ(mainForms, 0);
 }
@@ -105,31 +127,27 @@ TEST_F(SplashScaled, AboutBoxLeavesTheMainFormAlone)
 TEST_F(SplashScaled, EnterPressesTheButtonWithTheFocus)
 {
     int histories = 0, licences = 0;
-    delete splash.data();
-    splash = new shell::frmSplash(
+    Make(
         {}, [&] { ++histories; }, [&] { ++licences; });
-    splash->ShowSplash(true);
-    ShowAndActivate(*splash);
-    Find(*splash, "cmdHistory")->setFocus();
+    QWidget &about = Shown(true);
+    EXPECT_TRUE(Find(about, "cmdOk")->hasFocus());
+    Find(about, "cmdHistory")->setFocus();
     PressKey("Return");
     EXPECT_TRUE(WaitUntil([&] { return histories == 1; }));
-    ASSERT_FALSE(splash.isNull());
-    ShowAndActivate(*splash);
-    Find(*splash, "cmdLicences")->setFocus();
+    ASSERT_TRUE(form->Visible());
+    Find(about, "cmdLicences")->setFocus();
     PressKey("Return");
     EXPECT_TRUE(WaitUntil([&] { return licences == 1; }));
     EXPECT_EQ(histories, 1);
-    ASSERT_FALSE(splash.isNull());
-    ShowAndActivate(*splash);
-    Find(*splash, "cmdOk")->setFocus();
+    ASSERT_TRUE(form->Visible());
+    Find(about, "cmdOk")->setFocus();
     PressKey("Return");
     EXPECT_TRUE(IsGone());
 }
 
 TEST_F(SplashScaled, EscapeEndsTheAboutBox)
 {
-    splash->ShowSplash(true);
-    ShowAndActivate(*splash);
+    Shown(true);
     PressKey("Escape");
     EXPECT_TRUE(IsGone());
 }
@@ -137,26 +155,24 @@ TEST_F(SplashScaled, EscapeEndsTheAboutBox)
 TEST_F(SplashScaled, TranslationIsCreditedInBothRoles)
 {
     WriteFile(folder / "x.qlt", "[TranslationInfo]\nTitle=Translation\nTranslatedBy=Translated by\n"
-                                "Translator=Anna <b>Example</b>\n");
+                                "Translator=Anna & <b>Bo</b>\n");
     shell::TheGlobals().LanguageFilePath = folder / "x.qlt";
-    delete splash.data();
-    splash = new shell::frmSplash({});
-    splash->ShowSplash(false);
-    EXPECT_TRUE(Find(*splash, "frmTranslation")->isVisible());
-    splash->CloseIt.SetEnabled(true);
-    splash->close();
+    QWidget &splash = Shown(false);
+    EXPECT_TRUE(Find(splash, "frmTranslation")->isVisible());
+    KeepScreenshot(splash, "splash-translated");
+    form->CloseIt.SetEnabled(true);
     ASSERT_TRUE(IsGone());
-    splash = new shell::frmSplash({});
-    splash->ShowSplash(true);
-    ShowAndActivate(*splash);
-    EXPECT_EQ(Find<QLabel>(*splash, "lblTranslator")->text(),
-              QStringLiteral("Anna <b>Example</b>"));
-    KeepScreenshot(*splash, "about-translated");
+    Make();
+    QWidget &about = Shown(true);
+    EXPECT_EQ(Find<QGroupBox>(about, "frmTranslation")->title(), QStringLiteral("Translation"));
+    EXPECT_EQ(Find<QLabel>(about, "lblTranslatedBy")->text(), QStringLiteral("Translated by"));
+    EXPECT_EQ(Find<QLabel>(about, "lblTranslator")->text(), QStringLiteral("Anna & <b>Bo</b>"));
+    KeepScreenshot(about, "about-translated");
     platform::qt::ApplyPalette(true);
     LetRun(100);
-    EXPECT_EQ(Find(*splash, "lblEmail")->palette().color(QPalette::ButtonText),
+    EXPECT_EQ(Find(about, "lblEmail")->palette().color(QPalette::ButtonText),
               QGuiApplication::palette().color(QPalette::Link));
-    KeepScreenshot(*splash, "about-dark");
+    KeepScreenshot(about, "about-dark");
     platform::qt::ApplyPalette(false);
 }
 
@@ -167,7 +183,7 @@ TEST_F(SplashScaled, DoesNotShowOverAModalWindow)
     modal.show();
     LetRun(50);
     try {
-        splash->ShowSplash(true);
+        form->ShowSplash(true);
         ADD_FAILURE() << "it showed";
     } catch (const runtime::RuntimeError &error) {
         EXPECT_EQ(error.number, runtime::kNonModalOverModal);
@@ -176,9 +192,7 @@ TEST_F(SplashScaled, DoesNotShowOverAModalWindow)
 
 TEST_F(SplashScaled, EveryControlHasAName)
 {
-    splash->ShowSplash(true);
-    ShowAndActivate(*splash);
-    EXPECT_EQ(NamelessControls(*splash), std::vector<std::string>{});
+    EXPECT_EQ(NamelessControls(Shown(true)), std::vector<std::string>{});
 }
 
 } // namespace

@@ -1,12 +1,15 @@
 // The desktop port with real boxes, answered by keys and mouse.
+#include "platform/machine.h"
 #include "platform/qt/qtdesktop.h"
 #include "platform/qt/text.h"
 #include "platform/qt/toolkitlanguage.h"
 #include "tests/support/testfolder.h"
 #include "tests/windows/bench.h"
+#include "ui/qt/form.h"
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QElapsedTimer>
@@ -19,6 +22,9 @@
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
+#include <map>
+#include <utility>
+#include <vector>
 
 namespace
 {
@@ -37,6 +43,7 @@ protected:
         tests::WhenModal([key](QWidget &) { tests::PressKey(key); });
     }
 
+    ui::qt::FormWindows m_forms;
     platform::qt::QtDesktop m_desktop;
 };
 
@@ -167,12 +174,87 @@ TEST_F(QtDesktopTest, TheFileDialogSpeaksTheLanguageOfTheProgram)
     }
 }
 
+TEST_F(QtDesktopTest, OnlyTheButtonsOfTheQuestionAreShown)
+{
+    const struct {
+        Buttons buttons;
+        QStringList want; // from left to right
+        const char *focus;
+    } cases[] = {
+        {Buttons::Ok, {QStringLiteral("cmdOk")}, "cmdOk"},
+        {Buttons::YesNo, {QStringLiteral("cmdYes"), QStringLiteral("cmdNo")}, "cmdNo"},
+        {Buttons::SaveDiscardCancel,
+         {QStringLiteral("cmdSave"), QStringLiteral("cmdDiscard"), QStringLiteral("cmdCancel")},
+         "cmdSave"},
+    };
+    for (const auto &c : cases) {
+        tests::WhenModal([&](QWidget &box) {
+            std::map<int, QString> shown; // by their place
+            for (const auto *button : box.findChildren<QPushButton *>())
+                if (button->isVisible())
+                    shown[button->mapTo(&box, QPoint()).x()] = button->objectName();
+            QStringList names;
+            for (const auto &[left, name] : shown)
+                names << name;
+            EXPECT_EQ(names, c.want);
+            auto *first = tests::Find<QPushButton>(box, c.focus);
+            EXPECT_TRUE(first->hasFocus() && first->isDefault());
+            EXPECT_FALSE(tests::Find(box, "picIcon")->isVisible());
+            tests::PressKey("Escape");
+        });
+        m_desktop.MessageBox("Go on?", c.buttons, {}, BoxIcon::None);
+    }
+}
+
+// What a screen reader was notified of.
+std::vector<std::pair<QObject *, QAccessible::Event>> &Notified()
+{
+    static std::vector<std::pair<QObject *, QAccessible::Event>> events;
+    return events;
+}
+
+TEST_F(QtDesktopTest, AScreenReaderAnnouncesABox)
+{
+    Notified().clear();
+    QAccessible::setActive(true);
+    const auto before = QAccessible::installUpdateHandler(
+        [](QAccessibleEvent *event) { Notified().emplace_back(event->object(), event->type()); });
+    int alerts = 0;
+    tests::WhenModal([&](QWidget &box) {
+        for (const auto &[object, type] : Notified())
+            alerts += object == &box && type == QAccessible::Alert ? 1 : 0;
+        tests::PressKey("Escape");
+    });
+    m_desktop.MessageBox("Go on?", Buttons::YesNo, {}, BoxIcon::Exclamation);
+    QAccessible::installUpdateHandler(before);
+    QAccessible::setActive(false);
+    EXPECT_EQ(alerts, 1);
+}
+
+TEST_F(QtDesktopTest, WhatMustBeDoneBeforeAWaitIsDoneOnceForABoxAndADialog)
+{
+    int waits = 0;
+    platform::TheMachine().beginWait = [&] { ++waits; };
+    AnswerByKey("Escape");
+    m_desktop.MessageBox("Go on?", Buttons::YesNo, {}, BoxIcon::None);
+    EXPECT_EQ(waits, 1);
+    AnswerByKey("Escape");
+    m_desktop.InputBox("Name", "Folder", "New one");
+    EXPECT_EQ(waits, 2);
+    AnswerByKey("Escape");
+    m_desktop.OpenDialog("Choose", {{"MP3 Files", "*.mp3"}}, "/tmp");
+    EXPECT_EQ(waits, 3);
+    platform::TheMachine().beginWait = nullptr;
+}
+
 TEST_F(QtDesktopTest, InputBox)
 {
     tests::WhenModal([](QWidget &box) {
         EXPECT_EQ(tests::Find<QLabel>(box, "lblPrompt")->text(), QStringLiteral("<i>Name</i>"));
-        EXPECT_EQ(tests::Find<QLineEdit>(box, "txtInput")->selectedText(),
-                  QStringLiteral("New one"));
+        const auto *input = tests::Find<QLineEdit>(box, "txtInput");
+        EXPECT_TRUE(input->hasFocus());
+        EXPECT_EQ(input->selectedText(), QStringLiteral("New one"));
+        EXPECT_EQ(input->accessibleName(), QStringLiteral("<i>Name</i>"));
         tests::TypeText("Blue & green");
         tests::PressKey("Return");
     });
@@ -328,6 +410,7 @@ TEST_F(QtDesktopTest, OpenAddressStartsTheOpenerWithoutWaiting)
 
 TEST(QtDesktopScaled, BoxesAreReadableAndNamed)
 {
+    const ui::qt::FormWindows forms;
     platform::qt::QtDesktop desktop;
     tests::WhenModal([](QWidget &box) {
         EXPECT_TRUE(tests::NamelessControls(box).empty()) << tests::NamelessControls(box).front();

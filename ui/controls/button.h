@@ -24,6 +24,8 @@ public:
             onClick();
     }
 
+    bool isLink = false; // looks like a link; set before the window is made
+
     std::function<void()> onClick; // the Click event
 
 private:

@@ -90,9 +90,20 @@ Layout Room()
     return Arrangement(Layout::Kind::Room, {});
 }
 
+Layout Gap()
+{
+    return Arrangement(Layout::Kind::Gap, {});
+}
+
 Layout Filled(Layout layout)
 {
     layout.filled = true;
+    return layout;
+}
+
+Layout Tight(Layout layout)
+{
+    layout.tight = true;
     return layout;
 }
 

@@ -46,7 +46,7 @@ struct Caption {
 // or room that takes the remaining space. The desktop's style sets the distances. A control in a
 // row or column that is Filled takes the remaining space too.
 struct Layout {
-    enum class Kind { Empty, Control, Row, Column, Grid, Room };
+    enum class Kind { Empty, Control, Row, Column, Grid, Room, Gap };
 
     Layout() = default;
     Layout(Area &shown)
@@ -57,13 +57,16 @@ struct Layout {
     std::vector<Layout> parts; // for a frame: what is inside
     int columns = 1;           // for a grid
     bool filled = false;
+    bool tight = false; // no distance between the parts
 };
 [[nodiscard]] Layout Row(std::initializer_list<Layout> parts);
 [[nodiscard]] Layout Column(std::initializer_list<Layout> parts);
 [[nodiscard]] Layout Grid(int columns, std::initializer_list<Layout> parts); // row by row
 [[nodiscard]] Layout Inside(Frame &frame, Layout inner);
 [[nodiscard]] Layout Room();                // moves its neighbours apart
+[[nodiscard]] Layout Gap();                 // some distance, between groups of controls
 [[nodiscard]] Layout Filled(Layout layout); // takes the remaining space
+[[nodiscard]] Layout Tight(Layout layout);  // its parts are close to each other and to the frame
 
 // A control of a window; its type decides the widget.
 using AnyControl =
@@ -144,6 +147,10 @@ public:
     // The arrangement of the controls. Without a layout each control is at its Place(), in twips.
     Layout layout;
 
+    // Without a layout: arrangements of what is inside some frames, each made by Inside. The frame
+    // is at its Place(), its controls are arranged in it.
+    std::vector<Layout> insides;
+
     // --- Properties of the window, to be set before it is loaded.
     Rect size{0, 0, 6000,
               4000}; // width and height inside the frame, in twips; with a layout the least ones
@@ -154,6 +161,14 @@ public:
     Button *cancelButton =
         nullptr; // pressed by Escape; when null, Escape closes the window if `escapeCloses`
     bool escapeCloses = true;
+    const Area *firstFocus = nullptr; // has the keyboard first; null: the first control that can
+    bool framed = true;               // false: no frame and no title, as a splash has
+    bool centred = false;             // opens in the middle of the screen
+    // The window is a box that says or asks something: a screen reader announces it when it opens,
+    // the access key of a button presses the button also without Alt, and Ctrl+C copies the texts
+    // of these labels, a line each.
+    bool isBox = false;
+    std::vector<const Label *> copied;
     bool takesKeyboard = true; // when shown without modality; false: it is not brought to the front
     bool overModal = false;    // can be shown and used while a modal window is open
     bool hidesOnClose =
@@ -163,6 +178,7 @@ public:
     bool Loaded() const { return m_loaded; }
     bool Visible() const { return m_visible; }
     bool minimised = false;
+    bool closedByFrame = false; // the user closed it last by its frame, not by a key or a button
 
     // --- Events. Each may be empty.
     std::function<void()> onLoad;   // after the captions are set, before the window is shown

@@ -40,9 +40,17 @@ public:
     int FontSize() const { return m_fontSize; }
     void SetFontSize(int points) { Assign(m_fontSize, points); }
 
-    // One line, cut in its middle as paths are where its place is too narrow; set before the window
-    // is made. Else the text wraps.
-    bool elided = false;
+    // --- How the text is shown; set before the window is made. By default it wraps at the width of
+    // the label.
+    bool elided = false;  // one line; a text that is too long is cut in its middle, as paths are
+    bool oneLine = false; // does not wrap
+    // Not 0: the text wraps after this number of characters of average width, and the label is as
+    // large as its text, up to two thirds of the screen; a larger text scrolls. The user can select
+    // it.
+    int columns = 0;
+    enum class Align { Top, Middle, TopRight } align = Align::Top;
+    bool onDark = false;       // white letters, in front of a dark picture
+    bool paintsAtOnce = false; // shows a change also when the program lets no events run
 
     // The Change event; it runs before the widget is updated, and may change the caption.
     std::function<void()> captionChanged;

@@ -57,6 +57,7 @@ public:
 
     bool multiLine = false; // set before the window is built
     bool wrap = true;       // with several lines: long lines are wrapped
+    int columns = 0;        // the least width of a line, in average characters; 0 for the usual one
 
     // The text can be selected but not changed.
     bool Locked() const { return m_locked; }

@@ -17,16 +17,20 @@ namespace
 class PictureKeeper : public QObject
 {
 public:
-    PictureKeeper(ui::Picture &picture, QLabel *widget)
-        : QObject(widget), m_picture(picture), m_widget(widget)
+    PictureKeeper(ui::Picture &picture, QLabel *widget, bool placed)
+        : QObject(widget), m_picture(picture), m_widget(widget), m_placed(placed)
     {
         widget->installEventFilter(this);
     }
 
     void Show()
     {
-        ShowArea(m_picture, m_widget);
-        const QSize size = m_widget->size();
+        if (m_placed)
+            ShowArea(m_picture, m_widget);
+        else
+            ShowState(m_picture, m_widget);
+        m_widget->setToolTip(TipText(ToQt(m_picture.ToolTip())));
+        const QSize size = PixelRect(m_picture.Place()).size();
         const QIcon icon = Icon(m_picture.Image());
         m_widget->setPixmap(icon.isNull() ? QPixmap()
                                           : icon.pixmap(size, m_widget->devicePixelRatioF()));
@@ -42,6 +46,7 @@ public:
 private:
     ui::Picture &m_picture;
     QLabel *m_widget;
+    bool m_placed;
 };
 
 } // namespace
@@ -101,9 +106,9 @@ void BindLabel(ui::Label &label, QLabel *widget)
     });
 }
 
-void BindPicture(ui::Picture &picture, QLabel *widget)
+void BindPicture(ui::Picture &picture, QLabel *widget, bool placed)
 {
-    auto *keeper = new PictureKeeper(picture, widget);
+    auto *keeper = new PictureKeeper(picture, widget, placed);
     Bind(picture, widget, [keeper] { keeper->Show(); });
 }
 

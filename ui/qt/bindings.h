@@ -78,8 +78,8 @@ void ShowState(const ui::Area &area, QWidget *widget);
 // Shows a label's text, plain and wrapped, at its place.
 void BindLabel(ui::Label &label, QLabel *widget);
 
-// A picture scaled to its place.
-void BindPicture(ui::Picture &picture, QLabel *widget);
+// A picture scaled to the size of its place; `placed` is false where a layout decides where it is.
+void BindPicture(ui::Picture &picture, QLabel *widget, bool placed = true);
 
 // In both directions: range, steps and value; when the user scrolls, the control's value is set.
 void BindScrollBar(ui::ScrollBar &bar, QScrollBar *widget);

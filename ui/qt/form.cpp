@@ -98,7 +98,7 @@ void FormWindows::ShowModal(ui::Form &form)
         loop.exec();
     QObject::disconnect(over);
     ui::Close(form);
-    Sweep();
+    Delete(form); // it may be destroyed now
 }
 
 void FormWindows::Hide(ui::Form &form)
@@ -111,9 +111,8 @@ void FormWindows::Hide(ui::Form &form)
 // A handler of the window itself may close it, so the window is deleted when the event is over.
 void FormWindows::Close(ui::Form &form)
 {
+    Hide(form);
     ui::UnloadForm(form);
-    if (FormWindow *window = Find(form); window != nullptr)
-        window->Leave();
     QMetaObject::invokeMethod(
         &m_later, [this] { Sweep(); }, Qt::QueuedConnection);
 }
@@ -123,6 +122,13 @@ void FormWindows::Retire(std::unique_ptr<ui::Form> form)
     m_retired.push_back(std::move(form));
     QMetaObject::invokeMethod(
         &m_later, [this] { Sweep(); }, Qt::QueuedConnection);
+}
+
+void FormWindows::Delete(const ui::Form &form)
+{
+    FormWindow *window = Find(form);
+    std::erase(m_windows, window);
+    delete window;
 }
 
 void FormWindows::Sweep()

@@ -40,7 +40,8 @@ private:
     FormWindow &Load(ui::Form &form);
     FormWindow *Find(const ui::Form &form) const;
 
-    void Sweep(); // deletes the windows whose forms are closed
+    void Delete(const ui::Form &form); // the window of a closed form
+    void Sweep();                      // deletes the windows whose forms are closed
 
     QObject m_later;                                  // receives the queued calls of Sweep
     std::vector<FormWindow *> m_windows;              // in the order of loading; deleted by Sweep

@@ -51,6 +51,13 @@ void FormWindow::RestorePlace()
         move(ui::PixelsOfTwips(place.left), ui::PixelsOfTwips(place.top));
 }
 
+// In the middle of the first screen.
+void FormWindow::Centre()
+{
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    move(screen.topLeft() + QPoint(screen.width() - width(), screen.height() - height()) / 2);
+}
+
 // The window in use: the modal one, the active one, else the main window. Null when there is none.
 QWidget *FormWindow::WindowInUse() const
 {

@@ -6,21 +6,24 @@
 #include "ui/qt/listview.h"
 #include "ui/qt/qttext.h"
 #include "ui/qt/statusbarview.h"
+#include "ui/qt/textpane.h"
 #include "ui/qt/treeview.h"
 #include "ui/qt/widgetmakers.h"
 
+#include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QGridLayout>
-#include <QGroupBox>
 #include <QIcon>
 #include <QKeyEvent>
+#include <QKeySequence>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QProgressBar>
 #include <QPushButton>
-#include <QScreen>
-#include <QVBoxLayout>
+#include <QStringList>
 #include <QWindow>
 #include <algorithm>
 #include <cassert>
@@ -32,10 +35,6 @@ namespace ui::qt
 
 namespace
 {
-
-// The largest size with which a resizable window opens, unless its own least size is larger: it
-// then fits a screen of 800 by 600 pixels.
-constexpr QSize kSmallScreen(790, 560);
 
 // The key codes of the KeyDown event.
 int CodeOf(const QKeyEvent &event)
@@ -75,13 +74,38 @@ ui::Key KeyOf(const QKeyEvent &event)
             keys.testFlag(Qt::AltModifier), event.isAutoRepeat()};
 }
 
+bool IsEnter(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
 // The character that a key types; 0 when it types none.
 char32_t CharacterOf(const QKeyEvent &event)
 {
-    if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)
+    if (IsEnter(event))
         return 13;
     const QList<uint> characters = event.text().toUcs4();
     return characters.isEmpty() || event.key() == Qt::Key_Delete ? 0 : characters.first();
+}
+
+// The widget that shows the contents of a control: the label inside a pane that scrolls.
+QWidget *NamedPart(QWidget *widget)
+{
+    const auto *pane = dynamic_cast<TextPane *>(widget);
+    return pane != nullptr ? pane->Text() : widget;
+}
+
+// The button of a window that the key presses without Alt; null for none.
+QPushButton *ButtonOfAccessKey(const QWidget &window, const QKeyEvent &event)
+{
+    if (event.modifiers() != Qt::NoModifier && event.modifiers() != Qt::ShiftModifier)
+        return nullptr;
+    for (QPushButton *button : window.findChildren<QPushButton *>()) {
+        const QKeySequence accessKey = QKeySequence::mnemonic(button->text());
+        if (button->isVisible() && !accessKey.isEmpty() && accessKey[0].key() == event.key())
+            return button;
+    }
+    return nullptr;
 }
 
 template <class Control>
@@ -99,7 +123,10 @@ FormWindow::FormWindow(ui::Form &form, QWidget *parent) : QDialog(parent), m_for
 {
     setObjectName(ToQt(form.name));
     setWindowIcon(QIcon(QStringLiteral(":/icons/app.svg")));
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    if (m_form.framed)
+        setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    else
+        setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
     Build();
     OrderTabs();
     Arrange();
@@ -119,10 +146,18 @@ void FormWindow::ShowForm()
     setAccessibleName(OneLineText(m_form.Title()));
 }
 
+// Whether a control is at its Place(); otherwise a layout decides where it is.
+bool FormWindow::IsPlaced(const ui::Member &member) const
+{
+    const auto isAround = [&](const ui::Layout &inside) { return inside.control == member.in; };
+    return m_form.layout.kind == ui::Layout::Kind::Empty &&
+           std::none_of(m_form.insides.begin(), m_form.insides.end(), isAround);
+}
+
 // Makes the widget of one control; null for a control that is not visible.
 QWidget *FormWindow::Make(const ui::Member &member, QWidget *parent, bool isBuddy)
 {
-    const Binding binding{m_form.layout.kind == ui::Layout::Kind::Empty};
+    const Binding binding{IsPlaced(member)};
     const auto make = [&](auto *control) -> QWidget * {
         using Control = std::remove_pointer_t<decltype(control)>;
         if constexpr (std::is_same_v<Control, ui::Label>) {
@@ -142,7 +177,7 @@ QWidget *FormWindow::Make(const ui::Member &member, QWidget *parent, bool isBudd
             return MakeSlider(*control, parent, binding);
         } else if constexpr (std::is_same_v<Control, ui::Picture>) {
             auto *picture = new QLabel(parent);
-            BindPicture(*control, picture);
+            BindPicture(*control, picture, binding.placed);
             return picture;
         } else if constexpr (std::is_same_v<Control, ui::KeyedTree>) {
             return new TreeView(*control, parent, !binding.placed);
@@ -190,7 +225,7 @@ void FormWindow::Build()
             Make(member, WidgetOf(member.in, this), label != nullptr && buddies.contains(*label));
         if (widget == nullptr)
             continue;
-        widget->setObjectName(ToQt(member.name));
+        NamedPart(widget)->setObjectName(ToQt(member.name));
         NameBySpokenName(member, widget);
         m_inOrder.push_back(widget);
         if (member.label != nullptr)
@@ -199,6 +234,8 @@ void FormWindow::Build()
     }
     if (m_form.acceptButton != nullptr)
         static_cast<QPushButton *>(WidgetOf(m_form.acceptButton))->setDefault(true);
+    if (QWidget *first = WidgetOf(m_form.firstFocus); first != nullptr)
+        first->setFocus();
 }
 
 // For a control without a caption; a caption is spoken by itself.
@@ -252,75 +289,6 @@ void FormWindow::OrderTabs()
     }
 }
 
-void FormWindow::Arrange()
-{
-    const QSize least(ui::PixelsOfTwips(m_form.size.width), ui::PixelsOfTwips(m_form.size.height));
-    if (m_form.layout.kind == ui::Layout::Kind::Empty) {
-        resize(least);
-        if (!m_form.resizable)
-            setFixedSize(least);
-        return;
-    }
-    auto *outer = new QVBoxLayout(this);
-    AddTo(outer, m_form.layout, true);
-    outer->setSizeConstraint(m_form.resizable ? QLayout::SetMinimumSize : QLayout::SetFixedSize);
-    if (m_form.resizable) { // with its frame it must fit a small screen
-        const QSize room = screen()->availableSize() - QSize(10, 40);
-        resize(least.expandedTo(outer->sizeHint().boundedTo(kSmallScreen)).boundedTo(room));
-    }
-}
-
-// Adds one part of a row or column. A filled part takes the remaining space.
-void FormWindow::AddTo(QBoxLayout *box, const ui::Layout &part, bool filled)
-{
-    const int stretch = filled ? 1 : 0;
-    if (part.kind == ui::Layout::Kind::Room)
-        box->addStretch(1);
-    else if (part.kind == ui::Layout::Kind::Control)
-        box->addWidget(Arranged(part), stretch);
-    else if (part.kind != ui::Layout::Kind::Empty)
-        box->addLayout(MakeLayout(part), stretch);
-}
-
-// The widget of a part that is a control; the contents of a frame are arranged.
-QWidget *FormWindow::Arranged(const ui::Layout &part)
-{
-    QWidget *widget = WidgetOf(part.control);
-    if (!part.parts.empty()) {
-        auto *inner = new QVBoxLayout(widget);
-        if (qobject_cast<QGroupBox *>(widget) == nullptr)
-            inner->setContentsMargins(0, 0, 0, 0);
-        for (const ui::Layout &content : part.parts)
-            AddTo(inner, content, true);
-    }
-    return widget;
-}
-
-QLayout *FormWindow::MakeLayout(const ui::Layout &layout)
-{
-    if (layout.kind == ui::Layout::Kind::Grid) {
-        auto *grid = new QGridLayout;
-        int place = 0;
-        for (const ui::Layout &part : layout.parts) {
-            const int row = place / layout.columns;
-            const int column = place % layout.columns;
-            ++place;
-            if (part.kind == ui::Layout::Kind::Control)
-                grid->addWidget(Arranged(part), row, column);
-            else if (part.kind != ui::Layout::Kind::Empty && part.kind != ui::Layout::Kind::Room)
-                grid->addLayout(MakeLayout(part), row, column);
-            if (part.filled)
-                grid->setColumnStretch(column, 1);
-        }
-        return grid;
-    }
-    auto *box = new QBoxLayout(layout.kind == ui::Layout::Kind::Row ? QBoxLayout::LeftToRight
-                                                                    : QBoxLayout::TopToBottom);
-    for (const ui::Layout &part : layout.parts)
-        AddTo(box, part, part.filled);
-    return box;
-}
-
 void FormWindow::Present(bool modal)
 {
     m_form.SetVisible(true);
@@ -331,6 +299,8 @@ void FormWindow::Present(bool modal)
         if (!m_placed)
             RestorePlace();
         m_placed = true;
+        if (m_form.centred)
+            Centre();
         if (m_form.opensBeside)
             PlaceBesideWindowInUse();
         if (!modal && m_over == nullptr)
@@ -375,22 +345,38 @@ void FormWindow::reject()
 void FormWindow::closeEvent(QCloseEvent *event)
 {
     event->ignore(); // the form decides whether to close
+    m_form.closedByFrame = event->spontaneous();
     ui::AskToClose(m_form);
-}
-
-// At a scale such as 150 percent the toolkit asks the window system for sizes in steps of whole
-// pixels (two for one and a half). Steps that are counted from nothing may end below the least
-// size, which then cuts a row of controls: they are counted from the least size.
-void FormWindow::CountStepsFromLeastSize()
-{
-    if (baseSize() != minimumSize())
-        setBaseSize(minimumSize());
 }
 
 void FormWindow::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
     CountStepsFromLeastSize();
+    if (!m_form.isBox)
+        return;
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+// The keys that no control has used.
+void FormWindow::keyPressEvent(QKeyEvent *event)
+{
+    if (QPushButton *button = m_form.isBox ? ButtonOfAccessKey(*this, *event) : nullptr)
+        button->click();
+    else if (event->matches(QKeySequence::Copy) && !m_form.copied.empty())
+        CopyTexts();
+    else
+        QDialog::keyPressEvent(event);
+}
+
+void FormWindow::CopyTexts() const
+{
+    QStringList lines;
+    for (const ui::Label *label : m_form.copied)
+        if (!label->Caption().empty())
+            lines << LabelText(label->Caption());
+    QGuiApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
 }
 
 // The layout has set the new least size when its request is delivered.
@@ -430,6 +416,11 @@ bool FormWindow::eventFilter(QObject *watched, QEvent *event)
         const auto &key = static_cast<const QKeyEvent &>(*event);
         if (m_form.onKeyDown && m_form.onKeyDown(KeyOf(key)))
             return true;
+        if (auto *button = qobject_cast<QPushButton *>(watched);
+            button != nullptr && IsEnter(key)) { // not the default button
+            button->click();
+            return true;
+        }
         const auto pressed = typing == m_typing.end() ? nullptr : typing->second.keyPressed();
         const char32_t character = CharacterOf(key);
         if (pressed && character != 0 && pressed(character))

@@ -41,6 +41,7 @@ public:
 protected:
     bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
@@ -54,6 +55,7 @@ private:
     };
 
     void Build();
+    bool IsPlaced(const ui::Member &member) const;
     QWidget *Make(const ui::Member &member, QWidget *parent, bool isBuddy);
     QWidget *MakeArea(const std::string &controlName, ui::Area &area, QWidget *parent,
                       Binding binding);
@@ -67,11 +69,13 @@ private:
     QLayout *MakeLayout(const ui::Layout &layout);
     QWidget *WidgetOf(const ui::Area *control, QWidget *otherwise = nullptr) const;
     void ShowForm();
+    void CopyTexts() const;
     void CountStepsFromLeastSize();
     void BelongToMainWindow();
     void LeaveOver();
     QWidget *WindowInUse() const;
     void PlaceBesideWindowInUse();
+    void Centre();
     void RestorePlace();
     void StorePlace() const;
 

@@ -108,12 +108,19 @@ State &TheState()
     return state;
 }
 
+// A picture that is the same in light and dark windows; null when there is none.
+QIcon OwnPicture(const QString &key)
+{
+    const QString path = QStringLiteral(":/pictures/%1.svg").arg(key);
+    return QFile::exists(path) ? QIcon(path) : QIcon();
+}
+
 QIcon OwnIcon(const QString &key)
 {
     const QString light = QStringLiteral(":/icons/light/%1.svg").arg(key);
     const QString dark = QStringLiteral(":/icons/dark/%1.svg").arg(key);
     if (!QFile::exists(light))
-        return {};
+        return OwnPicture(key);
     return QIcon(new ThemedEngine(QIcon(light), QIcon(QFile::exists(dark) ? dark : light)));
 }
 

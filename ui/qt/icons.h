@@ -9,7 +9,8 @@
 namespace ui::qt
 {
 
-// The icon of an image key; a null icon when the key is empty or has no drawing.
+// The icon of an image key, or one of the program's larger pictures ("splash"); a null icon when
+// the key is empty or has no drawing.
 [[nodiscard]] QIcon Icon(std::string_view key);
 
 // Uses the desktop's icon for files with this extension (".mp3") as the picture with the key "MP3":

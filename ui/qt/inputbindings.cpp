@@ -3,9 +3,11 @@
 #include "ui/qt/bindings.h"
 #include "ui/qt/elidedlabel.h"
 #include "ui/qt/icons.h"
+#include "ui/qt/linkbutton.h"
 #include "ui/qt/marking.h"
 #include "ui/qt/qttext.h"
 #include "ui/qt/textmap.h"
+#include "ui/qt/textpane.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -48,7 +50,7 @@ void KeepSelectionBright(QPlainTextEdit *edit)
 }
 
 // Connects a text box with its widget, in both directions.
-struct TextTie {
+struct TextBoxBinding {
     ui::TextBox &box;
     bool following = false; // the widget is being changed from the control
     bool edited =
@@ -79,42 +81,45 @@ struct TextTie {
     }
 };
 
-void ShowLine(const TextTie &tie, QLineEdit *edit)
+void ShowLine(const TextBoxBinding &text, QLineEdit *edit)
 {
-    const QString shown = ShownText(tie.box.Text(), false);
+    const QString shown = ShownText(text.box.Text(), false);
     if (edit->text() != shown)
         edit->setText(shown);
-    const ui::TextRange range = tie.box.Selection();
-    const int start = ShownPosition(tie.box.Text(), false, range.start);
-    const int end = ShownPosition(tie.box.Text(), false, range.start + range.length);
+    const ui::TextRange range = text.box.Selection();
+    const int start = ShownPosition(text.box.Text(), false, range.start);
+    const int end = ShownPosition(text.box.Text(), false, range.start + range.length);
     if (end > start && (edit->selectionStart() != start || edit->selectionEnd() != end))
         edit->setSelection(start, end - start);
     else if (end == start && (edit->hasSelectedText() || edit->cursorPosition() != start))
         edit->setCursorPosition(start);
-    edit->setReadOnly(tie.box.Locked());
+    edit->setReadOnly(text.box.Locked());
 }
 
 QWidget *MakeLine(ui::TextBox &box, QWidget *parent, Binding binding)
 {
     auto *edit = new QLineEdit(parent);
-    auto tie = std::make_shared<TextTie>(TextTie{box}); // shared by all hooks of the box
-    Follow(box, edit, [tie, edit, &box, binding] {
-        const QScopedValueRollback following(tie->following, true);
+    if (box.columns > 0)
+        edit->setMinimumWidth(edit->fontMetrics().averageCharWidth() * box.columns);
+    auto text =
+        std::make_shared<TextBoxBinding>(TextBoxBinding{box}); // shared by all hooks of the box
+    Follow(box, edit, [text, edit, &box, binding] {
+        const QScopedValueRollback following(text->following, true);
         ShowControl(box, edit, binding);
-        ShowLine(*tie, edit);
+        ShowLine(*text, edit);
     });
-    QObject::connect(edit, &QLineEdit::textEdited, edit, [tie, edit](const QString &text) {
-        const QScopedValueRollback following(tie->following, true);
-        if (!tie->Take(text, edit->cursorPosition()))
-            ShowLine(*tie, edit);
+    QObject::connect(edit, &QLineEdit::textEdited, edit, [text, edit](const QString &typed) {
+        const QScopedValueRollback following(text->following, true);
+        if (!text->Take(typed, edit->cursorPosition()))
+            ShowLine(*text, edit);
     });
-    const auto selected = [tie, edit, &box] {
-        if (tie->following || edit->text() != ShownText(box.Text(), false))
+    const auto selected = [text, edit, &box] {
+        if (text->following || edit->text() != ShownText(box.Text(), false))
             return;
         const int start = edit->hasSelectedText() ? edit->selectionStart() : edit->cursorPosition();
         const int end = edit->hasSelectedText() ? edit->selectionEnd() : start;
-        const QScopedValueRollback following(tie->following, true);
-        box.SetSelection(tie->RangeOf(start, end));
+        const QScopedValueRollback following(text->following, true);
+        box.SetSelection(text->RangeOf(start, end));
     };
     QObject::connect(edit, &QLineEdit::selectionChanged, edit, selected);
     QObject::connect(edit, &QLineEdit::cursorPositionChanged, edit, selected);
@@ -130,14 +135,14 @@ QString LinesOf(const QPlainTextEdit *edit)
     return text;
 }
 
-void ShowLines(const TextTie &tie, QPlainTextEdit *edit)
+void ShowLines(const TextBoxBinding &text, QPlainTextEdit *edit)
 {
-    const QString shown = ShownText(tie.box.Text(), true);
+    const QString shown = ShownText(text.box.Text(), true);
     if (LinesOf(edit) != shown)
         edit->setPlainText(shown);
-    const ui::TextRange range = tie.box.Selection();
-    const int start = ShownPosition(tie.box.Text(), true, range.start);
-    const int end = ShownPosition(tie.box.Text(), true, range.start + range.length);
+    const ui::TextRange range = text.box.Selection();
+    const int start = ShownPosition(text.box.Text(), true, range.start);
+    const int end = ShownPosition(text.box.Text(), true, range.start + range.length);
     QTextCursor cursor = edit->textCursor();
     if (cursor.selectionStart() != start || cursor.selectionEnd() != end) {
         cursor.setPosition(start);
@@ -145,7 +150,7 @@ void ShowLines(const TextTie &tie, QPlainTextEdit *edit)
         edit->setTextCursor(cursor);
         edit->ensureCursorVisible();
     }
-    edit->setReadOnly(tie.box.Locked());
+    edit->setReadOnly(text.box.Locked());
 }
 
 QWidget *MakeLines(ui::TextBox &box, QWidget *parent, Binding binding)
@@ -154,30 +159,31 @@ QWidget *MakeLines(ui::TextBox &box, QWidget *parent, Binding binding)
     edit->setTabChangesFocus(true);
     edit->setLineWrapMode(box.wrap ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
     KeepSelectionBright(edit);
-    auto tie = std::make_shared<TextTie>(TextTie{box}); // shared by all hooks of the box
-    Follow(box, edit, [tie, edit, &box, binding] {
-        const QScopedValueRollback following(tie->following, true);
+    auto text =
+        std::make_shared<TextBoxBinding>(TextBoxBinding{box}); // shared by all hooks of the box
+    Follow(box, edit, [text, edit, &box, binding] {
+        const QScopedValueRollback following(text->following, true);
         ShowControl(box, edit, binding);
-        ShowLines(*tie, edit);
+        ShowLines(*text, edit);
     });
     // For a change the widget reports first the change, then the new place of the caret, then the
     // text.
     QObject::connect(edit->document(), &QTextDocument::contentsChange, edit,
-                     [tie] { tie->edited = !tie->following; });
-    QObject::connect(edit, &QPlainTextEdit::textChanged, edit, [tie, edit] {
-        if (tie->following)
+                     [text] { text->edited = !text->following; });
+    QObject::connect(edit, &QPlainTextEdit::textChanged, edit, [text, edit] {
+        if (text->following)
             return;
-        tie->edited = false;
-        const QScopedValueRollback following(tie->following, true);
-        if (!tie->Take(LinesOf(edit), edit->textCursor().position()))
-            ShowLines(*tie, edit);
+        text->edited = false;
+        const QScopedValueRollback following(text->following, true);
+        if (!text->Take(LinesOf(edit), edit->textCursor().position()))
+            ShowLines(*text, edit);
     });
-    const auto selected = [tie, edit, &box] {
-        if (tie->following || tie->edited)
+    const auto selected = [text, edit, &box] {
+        if (text->following || text->edited)
             return;
-        const QScopedValueRollback following(tie->following, true);
+        const QScopedValueRollback following(text->following, true);
         const QTextCursor cursor = edit->textCursor();
-        box.SetSelection(tie->RangeOf(cursor.anchor(), cursor.position()));
+        box.SetSelection(text->RangeOf(cursor.anchor(), cursor.position()));
     };
     QObject::connect(edit, &QPlainTextEdit::selectionChanged, edit, selected);
     QObject::connect(edit, &QPlainTextEdit::cursorPositionChanged, edit, selected);
@@ -229,16 +235,46 @@ QWidget *MakeElidedLabel(ui::Label &label, QWidget *parent, Binding binding)
     return widget;
 }
 
+QWidget *MakePane(ui::Label &label, QWidget *parent, Binding binding)
+{
+    auto *pane = new TextPane(label.columns, parent);
+    Follow(label, pane, [&label, pane, binding] {
+        ShowControl(label, pane, binding);
+        pane->SetText(LabelText(label.Caption()));
+        pane->setAccessibleName(SpokenText(label.SpokenName()));
+    });
+    return pane;
+}
+
+Qt::Alignment AlignmentOf(const ui::Label &label, bool isBuddy)
+{
+    if (isBuddy || label.align == ui::Label::Align::Middle)
+        return Qt::AlignLeft | Qt::AlignVCenter;
+    return Qt::AlignTop |
+           (label.align == ui::Label::Align::TopRight ? Qt::AlignRight : Qt::AlignLeft);
+}
+
+void MakeWhite(QLabel *widget)
+{
+    QPalette colours = widget->palette();
+    colours.setColor(QPalette::WindowText, Qt::white);
+    widget->setPalette(colours);
+}
+
 } // namespace
 
 QWidget *MakeLabel(ui::Label &label, bool isBuddy, QWidget *parent, Binding binding)
 {
     if (label.elided)
         return MakeElidedLabel(label, parent, binding);
+    if (label.columns > 0)
+        return MakePane(label, parent, binding);
     auto *widget = new QLabel(parent);
     widget->setTextFormat(Qt::PlainText);
-    widget->setWordWrap(!isBuddy);
-    widget->setAlignment(Qt::AlignLeft | (isBuddy ? Qt::AlignVCenter : Qt::AlignTop));
+    widget->setWordWrap(!isBuddy && !label.oneLine);
+    widget->setAlignment(AlignmentOf(label, isBuddy));
+    if (label.onDark)
+        MakeWhite(widget);
     Follow(label, widget, [&label, widget, isBuddy, binding] {
         ShowControl(label, widget, binding);
         if (QFont font = widget->font();
@@ -249,13 +285,15 @@ QWidget *MakeLabel(ui::Label &label, bool isBuddy, QWidget *parent, Binding bind
         widget->setText(isBuddy ? MenuText(label.Caption()) : LabelText(label.Caption()));
         if (widget->buddy() != nullptr)
             SpeakAs(widget->buddy(), SpokenText(label.Caption()));
+        if (label.paintsAtOnce)
+            widget->repaint();
     });
     return widget;
 }
 
 QWidget *MakeButton(ui::Button &button, QWidget *parent, Binding binding)
 {
-    auto *widget = new QPushButton(parent);
+    auto *widget = button.isLink ? new LinkButton(parent) : new QPushButton(parent);
     widget->setAutoDefault(false);
     widget->setIconSize({kIconPixels, kIconPixels});
     Follow(button, widget, [&button, widget, binding] {

@@ -1,1 +1,0 @@
-target_sources(quenlin_windows PRIVATE ${CMAKE_CURRENT_LIST_DIR}/startup/frmSplash.cpp)
