@@ -10,7 +10,6 @@
 #include "platform/desktop.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
-#include "runtime/text.h"
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/openaddress.h"
@@ -247,7 +246,7 @@ void BuildLanguageMenu(MainForm &form, const std::vector<std::string> &captions)
             if (last == nullptr)
                 last = &form.menu.emplace_back(next);
         }
-        last->SetCaption(runtime::Replace(caption, "&", "&&"));
+        last->SetCaption(ui::CaptionOf(caption));
         last->SetVisible(true);
         last->SetEnabled(true);
         RegisterCommand(last->name, [caption] { ChooseLanguage(caption); });

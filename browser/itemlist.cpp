@@ -170,12 +170,12 @@ bool ConsumeTreeFlags(MainForm &form)
 bool IsShown(const MainForm &form, const Clicked &clicked)
 {
     return clicked.inTree && form.TV.Gesture() != 0 && form.shown.gesture == form.TV.Gesture() &&
-           form.shown.key == clicked.key && form.shown.filling == form.LV.Filling();
+           form.shown.key == clicked.key && form.shown.clearCount == form.LV.ClearCount();
 }
 
 void RememberShown(MainForm &form, const Clicked &clicked)
 {
-    form.shown = {form.TV.Gesture(), clicked.key, form.LV.Filling(), form.ImgIcon.Image()};
+    form.shown = {form.TV.Gesture(), clicked.key, form.LV.ClearCount(), form.ImgIcon.Image()};
 }
 
 void ShowPile(MainForm &form)
@@ -273,13 +273,13 @@ bool ShowPlayList(MainForm &form, const Clicked &clicked)
         LoadOtherImages(form.shown.image != "M3U", form);
         return true;
     }
-    const std::uint64_t filling = form.LV.Filling();
+    const std::uint64_t clearCount = form.LV.ClearCount();
     const MainForm::Shown before = form.shown;
     show(std::string(WithoutMarker(clicked.key)), form.LV);
     if (form.shown != before)
         return false;
     RememberShown(form, clicked);
-    if (form.LV.Filling() != filling)
+    if (form.LV.ClearCount() != clearCount)
         ShowNoSelection(form);
     return true;
 }
@@ -316,10 +316,10 @@ void HandleClick(MainForm &form, ui::KeyedList &list, const Clicked &clicked)
         kind->field == "List" ? ShowPlayList(form, clicked) : ShowValue(form, kind->field, clicked);
     if (!isShown)
         return;
-    const std::uint64_t filling = form.LV.Filling();
+    const std::uint64_t clearCount = form.LV.ClearCount();
     SetPointer(platform::Pointer::Normal);
     Yield();
-    if (form.LV.Filling() != filling)
+    if (form.LV.ClearCount() != clearCount)
         return;
     AdjustColumns(form, kind->field);
     form.WEPath.SetCaption(clicked.fullPath);
@@ -372,14 +372,14 @@ bool FillItemList(ui::KeyedList &list, catalogue::Recordset &records,
         return true;
     }
     list.SetSubItemKeys({kSubItems.begin(), kSubItems.end()});
-    const std::uint64_t filling = list.Filling();
+    const std::uint64_t clearCount = list.ClearCount();
     records.MoveFirst();
     SetPointer(platform::Pointer::Hourglass);
     Yield();
     try {
         FileRows rows(list, records);
         bool firstShown = records.RecordCount() <= kRowsOfALongFill;
-        for (; !records.AtEnd() && list.Filling() == filling; records.MoveNext()) {
+        for (; !records.AtEnd() && list.ClearCount() == clearCount; records.MoveNext()) {
             rows.Add();
             if (rows.Count() == kRowsShownFirst && !std::exchange(firstShown, true)) {
                 update.reset();
@@ -397,11 +397,11 @@ bool FillItemList(ui::KeyedList &list, catalogue::Recordset &records,
         SetPointer(platform::Pointer::Normal);
         throw;
     }
-    if (list.Filling() != filling)
+    if (list.ClearCount() != clearCount)
         return false;
     SetPointer(platform::Pointer::Normal);
     Yield();
-    return list.Filling() == filling;
+    return list.ClearCount() == clearCount;
 }
 
 void BindListEvents(MainForm &form)

@@ -120,7 +120,7 @@ struct MainForm : PanelForm {
     struct Shown {
         std::uint64_t gesture = 0;
         std::string key;
-        std::uint64_t filling = 0;
+        std::uint64_t clearCount = 0;
         std::string image; // of ImgIcon
 
         bool operator==(const Shown &) const = default;

@@ -41,11 +41,6 @@ std::size_t LengthOfCharacters(std::string_view text, int count)
     return at;
 }
 
-std::string Doubled(std::string_view text)
-{
-    return runtime::Replace(text, "&", "&&");
-}
-
 std::string PluralSelected()
 {
     return shell::GetLanguageText("s selected.", "PluralSelected", "Status");
@@ -157,15 +152,15 @@ void ShowSelectedItemInfo(ui::KeyedList &list, PanelForm &form)
             // A row without a title has no name in the panel.
         }
     }
-    form.WebItemName.SetCaption(Doubled(name));
-    form.WebItemType.SetCaption(row == ui::kNoRow ? ""
-                                                  : Doubled(GetItemTypeText(list.Key(row), false)));
+    form.WebItemName.SetCaption(ui::CaptionOf(name));
+    form.WebItemType.SetCaption(
+        row == ui::kNoRow ? "" : ui::CaptionOf(GetItemTypeText(list.Key(row), false)));
     form.WebToolTip.SetVisible(false);
     PlacePanelText(form);
     if (form.lblInfo.Caption().find(PluralSelected()) == std::string::npos) {
         form.lblInfo.SetWidth(kInfoWidth);
         form.lblInfo.SetTop(form.WebToolTip.Place().Bottom());
-        form.lblInfo.SetCaption(row == ui::kNoRow ? "" : Doubled(FieldsOfRow(list, row)));
+        form.lblInfo.SetCaption(row == ui::kNoRow ? "" : ui::CaptionOf(FieldsOfRow(list, row)));
     }
     if (pending)
         form.lblInfo.SetCaption("");
@@ -186,9 +181,10 @@ void ShowSelectionSummary(ui::KeyedList &list, PanelForm &form)
     if (selection.count < 2)
         return;
     form.WebToolTip.SetVisible(false);
-    form.WebItemType.SetCaption(Doubled(std::to_string(selection.count) + " " + selection.kind +
-                                        PluralSelected() + "\r\r" + selection.names));
-    form.lblInfo.SetCaption(Doubled(LinesOfSelection(list, selection, words)));
+    form.WebItemType.SetCaption(ui::CaptionOf(std::to_string(selection.count) + " " +
+                                              selection.kind + PluralSelected() + "\r\r" +
+                                              selection.names));
+    form.lblInfo.SetCaption(ui::CaptionOf(LinesOfSelection(list, selection, words)));
     AdjustPanelScroll(list, form);
     form.WebItemName.SetCaption("");
 }
@@ -285,7 +281,7 @@ void DoubleAmpersands(ui::Label &label)
         if (inProgress)
             return;
         inProgress = true;
-        label.SetCaption(Doubled(label.Caption()));
+        label.SetCaption(ui::CaptionOf(label.Caption()));
         inProgress = false;
     };
 }

@@ -60,10 +60,7 @@ void TipForm::DisplayCurrentTip()
 {
     if (tips.lines.empty())
         return;
-    std::string caption;
-    for (const char c : CurrentTip(tips)) // a tip is plain text: "&" is that character
-        caption.append(c == '&' ? 2 : 1, c);
-    lblTipText.SetCaption(caption);
+    lblTipText.SetCaption(ui::CaptionOf(CurrentTip(tips)));
 }
 
 } // namespace online

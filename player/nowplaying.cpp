@@ -56,7 +56,7 @@ std::string TitleLine(const metadata::ID3v2Tag &tag)
 // The texts of the status bar have the marks of captions.
 std::string SongText(const metadata::ID3v2Tag &tag)
 {
-    return "Playing:  " + runtime::Replace(TitleLine(tag), "&", "&&");
+    return "Playing:  " + ui::CaptionOf(TitleLine(tag));
 }
 
 ui::StatusBar &Bar()

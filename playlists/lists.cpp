@@ -37,7 +37,7 @@ const std::string kRemove = "DELETE FROM Lists WHERE List_Name = ?";
 
 struct State {
     std::unique_ptr<EntrySearch> search; // for the rows in LV
-    std::uint64_t filling = 0;           // LV's number of clearings when the rows were added
+    std::uint64_t clearCount = 0;        // LV's number of clearings when the rows were added
     std::uint64_t openings = 0;          // how often a list was begun to be opened
 };
 
@@ -203,7 +203,7 @@ void ShowEntries(MainForm &form, const std::string &listPath, std::string text)
     form.LV.SetDimmedTip(
         shell::GetLanguageText("The file is not there.", "FileNotThere", "Status"));
     TheState().search = std::make_unique<EntrySearch>(AddRows(form.LV, result, place));
-    TheState().filling = form.LV.Filling();
+    TheState().clearCount = form.LV.ClearCount();
     form.tmrListFiles.SetEnabled(true);
 }
 
@@ -243,9 +243,9 @@ std::vector<std::string> PlayListNames()
 
 bool ListPlayList(MainForm &form, std::string_view name)
 {
-    const std::uint64_t filling = form.LV.Filling(), opening = ++TheState().openings;
-    const auto isLatest = [&form, filling, opening] {
-        return !IsEnding() && form.LV.Filling() == filling && TheState().openings == opening;
+    const std::uint64_t clearCount = form.LV.ClearCount(), opening = ++TheState().openings;
+    const auto isLatest = [&form, clearCount, opening] {
+        return !IsEnding() && form.LV.ClearCount() == clearCount && TheState().openings == opening;
     };
     const auto records = ListsOf(kOne, {std::string(name)});
     const std::string path =
@@ -270,7 +270,7 @@ bool ListPlayList(MainForm &form, std::string_view name)
 void ShowFoundEntries(MainForm &form)
 {
     State &state = TheState();
-    if (state.search == nullptr || form.LV.Filling() != state.filling) {
+    if (state.search == nullptr || form.LV.ClearCount() != state.clearCount) {
         StopLooking();
         form.tmrListFiles.SetEnabled(false);
         return;

@@ -156,7 +156,7 @@ void SaveUnicodeTags(bool on)
     TheGlobals().UnicodeTags = on;
 }
 
-void ForgetToldSettings()
+void ForgetReportedSettings()
 {
     state = {};
 }

@@ -45,7 +45,7 @@ bool GetFlagPreference(std::string_view key);
 std::int32_t GetNumberPreference(std::string_view key);
 
 // Forgets which settings these two have reported.
-void ForgetToldSettings();
+void ForgetReportedSettings();
 
 // Stores a preference: a text, a flag as "1" or "0", a number in decimal digits.
 void SavePreference(std::string_view key, std::string_view text);

@@ -293,7 +293,7 @@ void LoadTags(TagEditor &editor)
     editor.oldID3v1 = info.id3v1;
     editor.oldID3v2 = info.id3v2;
     editor.opened = metadata::CopyRawTags();
-    editor.lblMPEGInfo.SetCaption(runtime::Replace(HeaderText(info.header), "&", "&&"));
+    editor.lblMPEGInfo.SetCaption(ui::CaptionOf(HeaderText(info.header)));
     SetHasID3Tag(editor, kID3v1, info.hasID3v1);
     SetHasID3Tag(editor, kID3v2, info.hasID3v2);
     FillColumn1(editor.At(kID3v1), info.id3v1);
@@ -369,7 +369,7 @@ void ShowNote(TagEditor &editor)
     lacking = runtime::CharactersLacking(lacking); // each once
     editor.lblNote.SetVisible(!lacking.empty());
     if (!lacking.empty())
-        editor.lblNote.SetCaption(runtime::Replace(NoteOn(lacking, onlyID3v1), "&", "&&"));
+        editor.lblNote.SetCaption(ui::CaptionOf(NoteOn(lacking, onlyID3v1)));
 }
 
 } // namespace tagedit

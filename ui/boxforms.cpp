@@ -1,9 +1,5 @@
 #include "ui/boxforms.h"
 
-#include "runtime/text.h"
-
-#include <string>
-
 namespace ui
 {
 
@@ -40,7 +36,7 @@ constexpr int kIconSize = 480; // twips
 void ShowText(Label &label, std::string_view text)
 {
     label.columns = kTextColumns;
-    label.SetCaption(runtime::Replace(text, "&", "&&"));
+    label.SetCaption(CaptionOf(text));
 }
 
 } // namespace

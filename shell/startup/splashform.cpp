@@ -2,7 +2,6 @@
 
 #include "platform/desktop.h"
 #include "platform/machine.h"
-#include "runtime/text.h"
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/openaddress.h"
@@ -31,12 +30,6 @@ constexpr int kMargin = 210;         // around what is below it
 constexpr int kTranslationWidth = 3150;
 constexpr int kTranslationGap = 60; // above and below the credits
 
-// A caption that shows a text without marks as it is.
-std::string Plain(std::string_view text)
-{
-    return runtime::Replace(text, "&", "&&");
-}
-
 } // namespace
 
 SplashForm::SplashForm(std::function<void()> showMainForm, std::function<void()> showHistory,
@@ -47,7 +40,7 @@ SplashForm::SplashForm(std::function<void()> showMainForm, std::function<void()>
     imgLogo.SetImage("splash");
     LabVers.SetCaption(
         VersionCaption(kProgramVersion.major, kProgramVersion.minor, kProgramVersion.patch));
-    Label2.SetCaption(kAuthor);
+    Label2.SetCaption(ui::CaptionOf(kAuthor));
     lblEmail.SetCaption(kSupportAddress);
     Label5.SetCaption(kContactNumber);
     AddMembers();
@@ -131,8 +124,9 @@ void SplashForm::Arrange()
 void SplashForm::Load()
 {
     frmTranslation.SetCaption(GetLanguageText("", "Title", "TranslationInfo"));
-    lblTranslatedBy.SetCaption(Plain(GetLanguageText("", "TranslatedBy", "TranslationInfo")));
-    lblTranslator.SetCaption(Plain(GetLanguageText("", "Translator", "TranslationInfo")));
+    lblTranslatedBy.SetCaption(
+        ui::CaptionOf(GetLanguageText("", "TranslatedBy", "TranslationInfo")));
+    lblTranslator.SetCaption(ui::CaptionOf(GetLanguageText("", "Translator", "TranslationInfo")));
     const bool credited = !lblTranslator.Caption().empty() || !lblTranslatedBy.Caption().empty();
     frmTranslation.SetVisible(credited);
     const int right = credited ? frmTranslation.Left() : kSplashWidth;

@@ -101,7 +101,7 @@ TEST_F(ItemList, PlusSignAndRootLeaveThePanelAlone)
     form.lblInfo.SetCaption("info");
     form.ImgIcon.SetImage("M3U");
     const std::string before = panel();
-    const auto filling = form.LV.Filling();
+    const auto clearCount = form.LV.ClearCount();
     form.TV.ClickExpander(form.TV.Find("ByAlbum"));
     EXPECT_EQ(form.TV.Selected(), form.TV.Find("ByAlbum")); // expanding selects
     EXPECT_EQ(panel(), before);
@@ -109,7 +109,7 @@ TEST_F(ItemList, PlusSignAndRootLeaveThePanelAlone)
     EXPECT_EQ(panel(), before);
     Click("MP3s");
     EXPECT_EQ(panel(), before);
-    EXPECT_EQ(form.LV.Filling(), filling);
+    EXPECT_EQ(form.LV.ClearCount(), clearCount);
     EXPECT_EQ(Columns().find("Artist=0") == std::string::npos, false);
 }
 
@@ -250,22 +250,22 @@ TEST_F(ItemList, RebuildingTheTreeLeavesTheFlagOfTheRootsExpansion)
 TEST_F(ItemList, TheSecondEventOfAClickReusesTheRows)
 {
     MainForm &form = Library();
-    const auto before = form.LV.Filling();
+    const auto before = form.LV.ClearCount();
     Click("#ABBA");
-    EXPECT_EQ(form.LV.Filling(), before + 1);
+    EXPECT_EQ(form.LV.ClearCount(), before + 1);
     Add({"Four", "Abba", "", "", "", "", "/m/a/four.mp3"});
     Click("#ABBA"); // another click looks again
-    EXPECT_EQ(form.LV.Filling(), before + 2);
+    EXPECT_EQ(form.LV.ClearCount(), before + 2);
     EXPECT_EQ(form.LV.Count(), 3);
     Click("ByArtist");
-    EXPECT_EQ(form.LV.Filling(), before + 3);
+    EXPECT_EQ(form.LV.ClearCount(), before + 3);
 }
 
 // The rows of the list or the selected node may have changed between the two events.
 TEST_F(ItemList, TheSecondEventOfAClickLooksAgainWhereItMust)
 {
     MainForm &form = Library();
-    const auto before = form.LV.Filling();
+    const auto before = form.LV.ClearCount();
     const auto clickAbba = [&](const std::function<void()> &between) {
         form.TV.onNodeClick = [&](ui::NodeId) {
             ItemClick(form, form.TV);
@@ -274,9 +274,9 @@ TEST_F(ItemList, TheSecondEventOfAClickLooksAgainWhereItMust)
         Click("#ABBA");
     };
     clickAbba([] {});
-    EXPECT_EQ(form.LV.Filling(), before + 1);
+    EXPECT_EQ(form.LV.ClearCount(), before + 1);
     clickAbba([&form] { form.LV.ClearRows(); });
-    EXPECT_EQ(form.LV.Filling(), before + 4);
+    EXPECT_EQ(form.LV.ClearCount(), before + 4);
     EXPECT_EQ(ShownRows(), "/0:One /1:Two ");
     clickAbba([&form] { form.TV.Select(form.TV.Find("#BLUR")); });
     EXPECT_EQ(ShownRows(), "/0:Three ");

@@ -94,7 +94,7 @@ TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
     settings.values["Quenlin/Preferences/Left"] = "9000";
     settings.values["Quenlin/Preferences/Width"] = "10000";
     settings.values["Quenlin/Preferences/Height"] = "no number";
-    shell::ForgetToldSettings();
+    shell::ForgetReportedSettings();
     std::string order;
     form.calls.bringIntoView = [](const ui::Rect &stored) {
         EXPECT_EQ(stored, (ui::Rect{9000, 465, 10000, 7350}));
@@ -126,7 +126,7 @@ TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
     ASSERT_EQ(desktop.boxes.size(), 2U) << "each is told once";
     EXPECT_NE(desktop.boxes[0].find("Height=no number"), std::string::npos);
     EXPECT_NE(desktop.boxes[1].find("Show Tips at Startup=no number"), std::string::npos);
-    shell::ForgetToldSettings();
+    shell::ForgetReportedSettings();
 }
 
 TEST_F(MainFormTest, ClosingAsksTheOtherWindowsFirst)

@@ -78,7 +78,7 @@ TEST(Settings, ATextThatIsNoNumberIsReportedOnce)
         }
     } store;
     tests::ScriptedDesktop desktop;
-    ForgetToldSettings();
+    ForgetReportedSettings();
     for (const char *text : {"", "yes", "1x"}) {
         SavePreference("WebStyle", text);
         desktop.ExpectBox(std::string("as if it were 1.\r\rWebStyle=") + text +
@@ -89,7 +89,7 @@ TEST(Settings, ATextThatIsNoNumberIsReportedOnce)
     SavePreference("Left", "1E99");
     desktop.ExpectBox("as if it were 45.\r\rLeft=1E99");
     EXPECT_EQ(GetNumberPreference("Left"), 45);
-    ForgetToldSettings();
+    ForgetReportedSettings();
 }
 
 TEST(Settings, NumbersAreRoundedHalfToEven)

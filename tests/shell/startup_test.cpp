@@ -205,12 +205,12 @@ TEST_F(StartUp, ALanguageFileIsFoundInAnyLetterCase)
 
 TEST_F(StartUp, ASettingThatIsNoNumberIsReportedAndTheStartContinues)
 {
-    ForgetToldSettings();
+    ForgetReportedSettings();
     store.values["Quenlin/Preferences/WebStyle"] = "abc";
     desktop.ExpectBox("WebStyle=abc");
     EXPECT_EQ(Main({}, windows), std::nullopt);
     EXPECT_TRUE(TheGlobals().WebStyle);
-    ForgetToldSettings();
+    ForgetReportedSettings();
 }
 
 TEST_F(StartUp, TheVersionRule)

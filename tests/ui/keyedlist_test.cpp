@@ -119,9 +119,9 @@ TEST(KeyedList, ClearingRowsTakesKeysAndSelectionWithIt)
     list.SetSubItemKeys({"Title"});
     AddTitle(list, "One");
     list.SelectOnly(0);
-    const auto filling = list.Filling();
+    const auto clearCount = list.ClearCount();
     list.ClearRows();
-    EXPECT_NE(list.Filling(), filling);
+    EXPECT_NE(list.ClearCount(), clearCount);
     EXPECT_EQ(list.Count(), 0);
     EXPECT_EQ(list.SelectedItem(), kNoRow);
     EXPECT_EQ(list.SelectedCount(), 0);

@@ -1,6 +1,7 @@
 // The look of every window of the program: each shipped language, light and dark, at 100, 150 and
 // 200 percent.
 #include "browser/exportfolder.h"
+#include "browser/mainform.h"
 #include "lyrics/frmLyricsView.h"
 #include "lyrics/lyricsform.h"
 #include "online/frmHelp.h"
@@ -15,6 +16,7 @@
 #include "platform/posix/systemfolders.h"
 #include "platform/qt/qtwindows.h"
 #include "player/controlsform.h"
+#include "playlists/listsform.h"
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/preferences/preferences.h"
@@ -206,6 +208,18 @@ std::unique_ptr<ui::Form> MakePreferences(const TestFolder &folder, bool running
     return made;
 }
 
+std::unique_ptr<ui::Form> MakeLists()
+{
+    auto form = std::make_unique<playlists::ListsForm>(browser::frmMain());
+    form->LV.AddColumn("Unique", "", 2000);
+    form->LV.HideHeaders(true);
+    for (const char *name :
+         {"A & B", "one", "A name that is much longer than the list is wide, so"})
+        form->LV.AddRow("A" + std::string(name), name, "M3U", {});
+    form->LV.SelectOnly(0);
+    return form;
+}
+
 std::unique_ptr<ui::Form> MakeSplash(bool about)
 {
     auto form = std::make_unique<shell::SplashForm>(
@@ -249,6 +263,7 @@ std::vector<FormCase> AllForms(const TestFolder &folder)
     const std::vector<FormCase> others{
         {"frmExportFile", [&folder] { return MakeExportFolder(folder); }},
         {"frmControls", [] { return MakeControls(); }},
+        {"frmLists", [] { return MakeLists(); }},
         {"frmPref", [&folder] { return MakePreferences(folder, false); }},
         {"frmPref_running", [&folder] { return MakePreferences(folder, true); }},
         {"frmLyrics", [] { return LyricsWindow(LyricsMode::Following); }},
@@ -286,6 +301,7 @@ protected:
     {
         platform::TheMachine().windows = nullptr;
         platform::TheMachine().folders = nullptr;
+        browser::ResetMainForm();
         shell::TheGlobals() = shell::Globals{};
     }
 

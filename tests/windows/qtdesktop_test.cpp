@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QAccessible>
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QElapsedTimer>
@@ -23,8 +22,6 @@
 #include <QTimer>
 #include <QTreeView>
 #include <map>
-#include <utility>
-#include <vector>
 
 namespace
 {
@@ -204,31 +201,6 @@ TEST_F(QtDesktopTest, OnlyTheButtonsOfTheQuestionAreShown)
         });
         m_desktop.MessageBox("Go on?", c.buttons, {}, BoxIcon::None);
     }
-}
-
-// What a screen reader was notified of.
-std::vector<std::pair<QObject *, QAccessible::Event>> &Notified()
-{
-    static std::vector<std::pair<QObject *, QAccessible::Event>> events;
-    return events;
-}
-
-TEST_F(QtDesktopTest, AScreenReaderAnnouncesABox)
-{
-    Notified().clear();
-    QAccessible::setActive(true);
-    const auto before = QAccessible::installUpdateHandler(
-        [](QAccessibleEvent *event) { Notified().emplace_back(event->object(), event->type()); });
-    int alerts = 0;
-    tests::WhenModal([&](QWidget &box) {
-        for (const auto &[object, type] : Notified())
-            alerts += object == &box && type == QAccessible::Alert ? 1 : 0;
-        tests::PressKey("Escape");
-    });
-    m_desktop.MessageBox("Go on?", Buttons::YesNo, {}, BoxIcon::Exclamation);
-    QAccessible::installUpdateHandler(before);
-    QAccessible::setActive(false);
-    EXPECT_EQ(alerts, 1);
 }
 
 TEST_F(QtDesktopTest, WhatMustBeDoneBeforeAWaitIsDoneOnceForABoxAndADialog)

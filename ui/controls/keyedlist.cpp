@@ -65,7 +65,7 @@ void KeyedList::ClearRows()
     m_index.Clear();
     m_focus = kNoRow;
     m_selectedCount = 0;
-    ++m_filling;
+    ++m_clearCount;
 }
 
 RowId KeyedList::AddRow(std::string_view key, std::string_view text, std::string_view image,

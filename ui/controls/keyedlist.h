@@ -82,7 +82,7 @@ public:
 
     // How often the rows have been cleared. After a yield a procedure compares it to see whether
     // the rows are new.
-    std::uint64_t Filling() const { return m_filling; }
+    std::uint64_t ClearCount() const { return m_clearCount; }
 
     // --- Order. The rows are always sorted by sub-item `SortKey()` (0 = main text); equal rows
     // stay in the order of adding. The order of texts is that of runtime/collation.h.
@@ -165,7 +165,7 @@ private:
     int m_sortKey = 0;
     bool m_descending = false;
     int m_updating = 0;
-    std::uint64_t m_filling = 0;
+    std::uint64_t m_clearCount = 0;
 };
 
 // While one exists, the list is between BeginUpdate and EndUpdate.

@@ -9,6 +9,16 @@
 namespace ui
 {
 
+// The caption that shows `text` as it is: each "&" is doubled.
+inline std::string CaptionOf(std::string_view text)
+{
+    std::string caption;
+    caption.reserve(text.size());
+    for (const char c : text)
+        caption.append(c == '&' ? 2 : 1, c);
+    return caption;
+}
+
 class Label : public Area
 {
 public:

@@ -131,7 +131,7 @@ void BindProgress(ui::ProgressBar &bar, QProgressBar *widget)
 {
     widget->setRange(0, 1000);
     widget->setTextVisible(false);
-    BindCalmly(bar, widget, [&bar, widget] {
+    BindThrottled(bar, widget, [&bar, widget] {
         const double max = static_cast<double>(std::max<std::int64_t>(1, bar.Max()));
         const double share = static_cast<double>(bar.Value()) / max;
         widget->setValue(std::clamp(static_cast<int>(share * 1000), 0, 1000));

@@ -42,7 +42,7 @@ void Bind(Control &control, QObject *owner, const std::function<void()> &show)
 // The same for a control that changes very often, such as the progress of a job: `show` runs at
 // most 25 times a second, and once more after the last change.
 template <class Control>
-void BindCalmly(Control &control, QObject *owner, const std::function<void()> &show)
+void BindThrottled(Control &control, QObject *owner, const std::function<void()> &show)
 {
     constexpr int kFrameMs = 40;
     auto *frame = new QTimer(owner);

@@ -32,7 +32,7 @@ FormWindows::FormWindows()
 FormWindows::~FormWindows()
 {
     ui::CloseAll();
-    Sweep();
+    DeleteClosed();
     if (ui::TheFormHost() == this)
         ui::TheFormHost() = nullptr;
 }
@@ -114,14 +114,14 @@ void FormWindows::Close(ui::Form &form)
     Hide(form);
     ui::UnloadForm(form);
     QMetaObject::invokeMethod(
-        &m_later, [this] { Sweep(); }, Qt::QueuedConnection);
+        &m_later, [this] { DeleteClosed(); }, Qt::QueuedConnection);
 }
 
 void FormWindows::Retire(std::unique_ptr<ui::Form> form)
 {
     m_retired.push_back(std::move(form));
     QMetaObject::invokeMethod(
-        &m_later, [this] { Sweep(); }, Qt::QueuedConnection);
+        &m_later, [this] { DeleteClosed(); }, Qt::QueuedConnection);
 }
 
 void FormWindows::Delete(const ui::Form &form)
@@ -131,7 +131,7 @@ void FormWindows::Delete(const ui::Form &form)
     delete window;
 }
 
-void FormWindows::Sweep()
+void FormWindows::DeleteClosed()
 {
     std::vector<FormWindow *> closed;
     for (FormWindow *window : m_windows)

@@ -41,10 +41,10 @@ private:
     FormWindow *Find(const ui::Form &form) const;
 
     void Delete(const ui::Form &form); // the window of a closed form
-    void Sweep();                      // deletes the windows whose forms are closed
+    void DeleteClosed();               // deletes the windows whose forms are closed
 
-    QObject m_later;                                  // receives the queued calls of Sweep
-    std::vector<FormWindow *> m_windows;              // in the order of loading; deleted by Sweep
+    QObject m_later;                     // receives the queued calls of DeleteClosed
+    std::vector<FormWindow *> m_windows; // in the order of loading; deleted by DeleteClosed
     std::vector<std::unique_ptr<ui::Form>> m_retired; // destroyed after their windows
 };
 

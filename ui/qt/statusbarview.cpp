@@ -28,7 +28,7 @@ StatusBarView::StatusBarView(ui::StatusBar &bar, QWidget *parent)
         m_labels.push_back(label);
     }
     m_grip->setAccessibleName(QStringLiteral("SizeGrip"));
-    BindCalmly(bar, this, [this] { ShowPanels(); });
+    BindThrottled(bar, this, [this] { ShowPanels(); });
 }
 
 QSize StatusBarView::sizeHint() const
