@@ -1,4 +1,5 @@
 // fuzz/seeds.cpp - writes the inputs that the fuzz targets start from: fuzz_seeds FOLDER
+#include "tests/metadata/unicode/tagbytes.h"
 #include "tests/support/mp3bytes.h"
 
 #include <cstdio>
@@ -39,6 +40,53 @@ std::vector<std::string> Songs()
         songs.push_back(Tag(version++ % 3 + 2, body) + audio + tag1);
     for (const std::string &body : Bodies())
         songs.push_back(Tag(3, body) + audio);
+    return songs;
+}
+
+// Tags of all versions, with frames that other programs write, alone and several in a song.
+std::vector<std::string> FramedSongs()
+{
+    using tests::Frame22, tests::Frame23, tests::Frame24, tests::TagOf;
+    const std::string audio = tests::Header128() + std::string(60, '\x55');
+    const std::string tag1 = tests::Tag1("One", "Two", "Three", "1999", "Words", 3, 17);
+    const std::string old = Frame22("TT2", Z("\0Title")) + Frame22("TP1", Z("\1\xFF\xFE\x42\x30")) +
+                            Frame22("COM", Z("\0eng\0Words")) + Frame22("PIC", Z("\0PNG\3\0data")) +
+                            Frame22("CRM", Z("o\0x"));
+    const std::string usual = Frame23("TIT2", Z("\0Title")) +
+                              Frame23("TYER", Z("\0"
+                                                "1999")) +
+                              Frame23("TRCK", Z("\0"
+                                                "3/12")) +
+                              Frame23("TCON", Z("\0(17)")) + Frame23("COMM", Z("\0eng\0Words")) +
+                              Frame23("USLT", Z("\1eng\xFF\xFE\0\0\xFF\xFELa")) +
+                              Frame23("APIC", Z("\0image/png\0\3\0\xFF\xFE\0")) +
+                              Frame23("PRIV", Z("o\0\xFF\xE0"), 0x20) + std::string(9, '\0');
+    const std::string today =
+        Frame24("TIT2", Z("\3\xD0\x91")) + Frame24("TPE1", Z("\3One\0Two")) +
+        Frame24("TDRC", Z("\3"
+                          "2004-05-06T07:08")) +
+        Frame24("TDOR", Z("\3"
+                          "1969")) +
+        Frame24("TIPL", Z("\3mix\0You")) + Frame24("TMCL", Z("\3drums\0Me")) +
+        Frame24("TXXX", Z("\3Key\0Value")) + Frame24("APIC", Z("\3image/png\0\3\xD0\x91\0\xFF\0")) +
+        Frame24("PRIV", Z("\0\0\0\4o\0\xFF\0\xE0"), 0x03) +
+        Frame24("CHAP", Z("c\0") + std::string(16, '\1') + Frame24("TIT2", Z("\3Part")));
+    const std::string synced = Frame24("SYLT", Z("\3eng\2\1\0One\0\0\0\4\0Two\0\0\0\x10\0"));
+    const std::string seek = Frame24("SEEK", Z("\0\0\0\x40"));
+    std::vector<std::string> songs = {
+        TagOf(2, old) + audio,
+        TagOf(3, usual) + audio + tag1,
+        TagOf(3, usual, 0x80) + audio,
+        TagOf(3, Z("\0\0\0\6\0\0\0\0\0\0") + usual, 0x40) + audio,
+        TagOf(4, today) + audio + tag1,
+        TagOf(4, today + synced, 0x80) + audio,
+        TagOf(4, Z("\0\0\0\7\1\x40\0") + today, 0x40) + audio,
+        audio + TagOf(4, today, 0x10) + tag1,
+        TagOf(4, seek + synced) + audio + TagOf(4, today, 0x10),
+        TagOf(3, usual) + TagOf(4, today) + TagOf(2, old) + audio,
+    };
+    for (std::size_t i = 0; i < songs.size(); ++i) // what changes, the answer
+        songs[i].insert(0, {static_cast<char>(0x08 + 9 * i), static_cast<char>(i % 2)});
     return songs;
 }
 
@@ -91,6 +139,7 @@ int main(int argc, char **argv)
     const bool done = Write(folder / "fuzz_filepass", Songs()) &&
                       Write(folder / "fuzz_id3v2", bodies) && Write(folder / "fuzz_edit", edits) &&
                       Write(folder / "fuzz_unicodetag", Songs()) &&
+                      Write(folder / "fuzz_unicodeedit", FramedSongs()) &&
                       Write(folder / "fuzz_statement", Statements());
     return done ? 0 : 1;
 }

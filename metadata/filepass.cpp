@@ -2,6 +2,7 @@
 
 #include "metadata/id3v2.h"
 #include "metadata/mpegheader.h"
+#include "metadata/unicode/tagwalk.h"
 #include "platform/machine.h"
 #include "shell/globals.h"
 
@@ -123,13 +124,9 @@ void TakeKnownHeader(FileBytes &bytes)
         return;
     bytes.hasID3v2Header = true;
     bytes.majorVersion = header->majorVersion;
-    const std::int64_t whole = header->WholeBytes();
-    const std::int64_t size = bytes.file.sizeBytes;
-    // Of a tag that claims more than the file holds no more is read than WalkTags does.
-    constexpr auto kMostOfCutTag = static_cast<std::int64_t>(unicode::kMaxUnpackedBytes);
     if (header->bodyBytes > 0)
         bytes.bodyBytes =
-            (whole <= size ? whole : std::min(size, kMostOfCutTag)) - unicode::kTagHeaderBytes;
+            unicode::BytesThere(*header, bytes.file.sizeBytes) - unicode::kTagHeaderBytes;
 }
 
 // What the tag header says. A size of which a byte is missing stays 0.

@@ -38,6 +38,8 @@ public:
     std::string_view Read(std::int64_t position, std::int64_t count) override
     {
         count = std::clamp<std::int64_t>(count, 0, std::max<std::int64_t>(Length() - position, 0));
+        if (static_cast<std::size_t>(count) < m_bytes.size() / 2)
+            m_bytes = {}; // a large tag's bytes are not kept for a small one
         m_bytes.resize(static_cast<std::size_t>(count));
         std::size_t done = 0;
         while (done < m_bytes.size()) {
@@ -138,12 +140,14 @@ std::string PlanImage(const RawTags &raw, ID3v1Tag &tag)
     return BuildID3v1Tag(tag);
 }
 
-ID3v2Tag FieldsForRows(const ID3v1Tag *id3v1, const ID3v2Tag *id3v2)
+ID3v2Tag FieldsForRows(const ID3v1Tag *id3v1, const ID3v2Tag *id3v2, const unicode::TagPlan &plan)
 {
     ID3v2Tag fields;
     fields.kind = TextKind::Utf8;
     fields.Genre = "-1";
-    if (id3v2 != nullptr)
+    if (id3v2 != nullptr && plan.isChanged)
+        TakeTexts(plan.texts, fields);
+    else if (id3v2 != nullptr)
         fields = *id3v2;
     if (id3v1 != nullptr)
         FillFromID3v1(*id3v1, fields);

@@ -110,27 +110,6 @@ void TakeID3v2(State &state, ID3v2Tag &tag)
     }
 }
 
-void Set(std::string &field, const std::optional<std::string> &text)
-{
-    if (text)
-        field = *text;
-}
-
-// The fields that were read by frames.
-void TakeTexts(const unicode::TagTexts &texts, ID3v2Tag &tag)
-{
-    Set(tag.Title, texts.title);
-    Set(tag.Artist, texts.artist);
-    Set(tag.Album, texts.album);
-    Set(tag.Year, texts.year);
-    Set(tag.Comment, texts.comment);
-    Set(tag.Lyrics, texts.lyrics);
-    if (texts.genre)
-        tag.Genre = unicode::GenreInWords(*texts.genre);
-    if (texts.track)
-        tag.Track = *texts.track;
-}
-
 // The position, one-based, of the audio header: the first sync pair within reach, else right after
 // the ID3v2 tag, else 0.
 std::int64_t HeaderPositionOf(const FileBytes &bytes)

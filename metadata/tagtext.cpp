@@ -5,6 +5,8 @@
 #include "runtime/text.h"
 #include "shell/globals.h"
 
+#include <optional>
+
 namespace metadata
 {
 
@@ -66,6 +68,24 @@ ID3v2Tag TextsOf(const ID3v1Tag &tag)
     texts.Genre = GenreWords(tag);
     texts.Track = tag.Track;
     return texts;
+}
+
+void TakeTexts(const unicode::TagTexts &texts, ID3v2Tag &tag)
+{
+    const auto set = [](std::string &field, const std::optional<std::string> &text) {
+        if (text)
+            field = *text;
+    };
+    set(tag.Title, texts.title);
+    set(tag.Artist, texts.artist);
+    set(tag.Album, texts.album);
+    set(tag.Year, texts.year);
+    set(tag.Comment, texts.comment);
+    set(tag.Lyrics, texts.lyrics);
+    if (texts.genre)
+        tag.Genre = unicode::GenreInWords(*texts.genre);
+    if (texts.track)
+        tag.Track = *texts.track;
 }
 
 void FillFromID3v1(const ID3v1Tag &from, ID3v2Tag &to)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "metadata/records.h"
+#include "metadata/unicode/tagtexts.h"
 
 #include <string>
 #include <string_view>
@@ -36,6 +37,10 @@ void ChangeKind(ID3v2Tag &tag, TextKind kind);
 
 // The ID3v1 tag in the common form, in UTF-8.
 [[nodiscard]] ID3v2Tag TextsOf(const ID3v1Tag &tag);
+
+// Puts the fields that were read by frames into a record in UTF-8; one without a value keeps what
+// the record holds.
+void TakeTexts(const unicode::TagTexts &texts, ID3v2Tag &tag);
 
 // Gives a record in UTF-8 what it lacks from the ID3v1 tag of the same file. One in file bytes
 // stays: by the first way of reading the ID3v1 tag counts only where there is no ID3v2 tag.

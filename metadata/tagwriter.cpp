@@ -206,11 +206,11 @@ std::optional<bool> BuildByFrames(Edit &edit)
         edit.image = PlanImage(edit.raw, edit.id3v1);
     }
     ShowProgress(edit, "Creating the ID3v2 Tag");
-    edit.fields = FieldsForRows(edit.writeID3v1 ? &edit.id3v1 : nullptr,
-                                edit.writeID3v2 ? &edit.id3v2 : nullptr);
     const auto plan = [&] { edit.plan = PlanFrames(edit.raw, edit.id3v2, edit.writeID3v2); };
     if (!Run(plan, edit.fileName))
         return std::nullopt;
+    edit.fields = FieldsForRows(edit.writeID3v1 ? &edit.id3v1 : nullptr,
+                                edit.writeID3v2 ? &edit.id3v2 : nullptr, *edit.plan);
     if (edit.plan->isChanged && edit.plan->claimsTooMuch) {
         Tell("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kClaimsTooMuch));
         return std::nullopt;

@@ -47,8 +47,8 @@ std::string_view LayoutOf(std::string_view id)
 
 // A piece of a content: bytes that stay, or a text.
 struct Piece {
-    bool isText = false;
-    std::string bytes; // of a text: in UTF-8
+    std::string_view bytes;
+    std::optional<std::string> text = {}; // in UTF-8
     bool terminated = false;
 };
 
@@ -99,14 +99,14 @@ private:
     void TakeBytes(std::size_t count)
     {
         const std::string_view bytes = m_rest.substr(0, count);
-        pieces.push_back({false, std::string(bytes), false});
+        pieces.push_back({bytes});
         m_rest.remove_prefix(bytes.size());
     }
 
     void TakeText()
     {
         const auto [text, rest] = CutAtTerminator(m_encoding, m_rest);
-        pieces.push_back({true, DecodeText(m_encoding, text), text.size() < m_rest.size()});
+        pieces.push_back({{}, DecodeText(m_encoding, text), text.size() < m_rest.size()});
         m_rest = rest;
     }
 
@@ -122,12 +122,15 @@ std::optional<std::string> InOldEncoding(std::string_view content, std::string_v
         return std::nullopt;
     std::vector<std::string_view> texts;
     for (const Piece &piece : reader.pieces)
-        if (piece.isText)
-            texts.emplace_back(piece.bytes);
+        if (piece.text)
+            texts.emplace_back(*piece.text);
     const Encoding encoding = EncodingFor(texts);
     std::string result(1, static_cast<char>(encoding));
     for (const Piece &piece : reader.pieces) {
-        result += piece.isText ? EncodeText(encoding, piece.bytes) : piece.bytes;
+        if (piece.text)
+            result += EncodeText(encoding, *piece.text);
+        else
+            result += piece.bytes;
         if (piece.terminated)
             result += Terminator(encoding);
     }
@@ -163,12 +166,20 @@ unsigned FlagsFrom24(unsigned status)
     return (status & 0x70U) << 1U; // the same three bits, one place higher
 }
 
-// A frame of version 2.4 whose data stays as it is, but for the order of what is in front of it.
-std::string Repacked(const Frame &frame)
+// The identifier of a frame of version 2.4; one of three letters that 2.3 has not keeps its fourth
+// character.
+std::string_view NameIn23(const Frame &frame)
+{
+    return frame.id.size() == 4 ? frame.id : frame.whole.substr(0, 4);
+}
+
+// A frame of version 2.4 whose data stays as it is, but for the order of what is in front of it. No
+// value: that is cut off.
+std::optional<std::string> Repacked(const Frame &frame)
 {
     const FrameExtras extras = ExtrasOf(frame);
     if (extras.bytes > frame.data.size())
-        return MakeFrame23(frame.id, frame.data, {FlagsFrom24(frame.statusFlags), 0});
+        return std::nullopt;
     std::string_view front = frame.data.substr(0, extras.bytes);
     std::string group, method, length;
     unsigned format = 0;
@@ -194,43 +205,61 @@ std::string Repacked(const Frame &frame)
         format |= kCompressed23;
     }
     const std::string_view stored = frame.data.substr(extras.bytes);
-    return MakeFrame23(frame.id,
-                       length + method + group +
-                           (frame.unsynchronised ? Resynchronise(stored) : std::string(stored)),
-                       {FlagsFrom24(frame.statusFlags), format});
+    std::string data = length + method + group;
+    if (frame.unsynchronised)
+        data += Resynchronise(stored);
+    else
+        data += stored;
+    return MakeFrame23(NameIn23(frame), data, {FlagsFrom24(frame.statusFlags), format});
 }
 
 // Walks the frames of one tag, or those within a chapter.
 class FormMaker
 {
 public:
-    FormMaker(const FrameList &list, std::vector<std::string> &lost, int depth = 0)
-        : m_list(list), m_lost(lost), m_depth(depth)
+    // `mayUnpack`: what the frames within chapters may unpack to.
+    FormMaker(const FrameList &list, std::vector<std::string> &lost, std::size_t &mayUnpack,
+              int depth = 0)
+        : m_list(list), m_lost(lost), m_mayUnpack(mayUnpack), m_depth(depth)
     {
+        for (const Frame &frame : list.frames) {
+            m_hasDate |= frame.id == "TYER" || frame.id == "TDAT" || frame.id == "TIME";
+            m_hasOriginalYear |= frame.id == "TORY";
+            m_arePeopleDone |= frame.id == "IPLS";
+        }
     }
 
     std::vector<FrameForm> Run()
     {
         std::vector<FrameForm> forms;
-        for (const Frame &frame : m_list.frames)
-            forms.push_back({&frame, FramesFor(frame)});
+        forms.reserve(m_list.frames.size());
+        for (const Frame &frame : m_list.frames) {
+            const bool isAsStored = frame.majorVersion == 3;
+            forms.push_back(
+                {&frame, isAsStored, isAsStored ? std::vector<std::string>() : FramesFor(frame)});
+        }
         return forms;
     }
 
 private:
     std::vector<std::string> FramesFor(const Frame &frame)
     {
-        if (frame.majorVersion == 3)
-            return {std::string(frame.whole)};
-        if (frame.majorVersion == 2)
-            return Of22(frame);
-        return Of24(frame);
+        return frame.majorVersion == 2 ? Of22(frame) : Of24(frame);
     }
 
     std::vector<std::string> Lost(const Frame &frame)
     {
-        m_lost.push_back(frame.id);
+        m_lost.emplace_back(frame.id);
         return {};
+    }
+
+    std::vector<std::string> FrameOrLost(const Frame &frame, std::optional<std::string> form)
+    {
+        if (!form)
+            return Lost(frame);
+        std::vector<std::string> frames;
+        frames.push_back(*std::move(form));
+        return frames;
     }
 
     // Section 4 of the version 2.2 document.
@@ -268,19 +297,22 @@ private:
             return {};
         if (frame.id == "ASPI") // its places in the file are others afterwards
             return Lost(frame);
-        const auto content = FrameContent(frame);
+        std::string buffer;
+        const auto content = ViewContent(frame, buffer);
         if (!content || content->empty())
-            return {Repacked(frame)};
-        if (frame.id == "TDRC" || frame.id == "TDOR")
-            return Date(frame);
-        if (frame.id == "TIPL" || frame.id == "TMCL")
+            return FrameOrLost(frame, Repacked(frame));
+        if (frame.id == "TDRC" && !m_hasDate)
+            return RecordingDate(frame, *content);
+        if (frame.id == "TDOR" && !m_hasOriginalYear)
+            return OriginalDate(frame, *content);
+        if (CanJoin(frame))
             return People(frame);
         if ((frame.id == "CHAP" || frame.id == "CTOC") && m_depth < kDeepest)
             return Chapter(frame, *content);
-        return {Plain(frame, *content)};
+        return FrameOrLost(frame, Plain(frame, *content));
     }
 
-    static std::string Plain(const Frame &frame, const std::string &content)
+    static std::optional<std::string> Plain(const Frame &frame, std::string_view content)
     {
         const std::string_view layout = LayoutOf(frame.id);
         const bool isOldEncoding = static_cast<unsigned char>(content.front()) < 2;
@@ -293,31 +325,46 @@ private:
     static std::string WithGroup(const Frame &frame, const std::string &content)
     {
         const std::string group(frame.data.substr(0, ExtrasOf(frame).grouped ? 1 : 0));
-        return MakeFrame23(frame.id, group + content,
+        return MakeFrame23(NameIn23(frame), group + content,
                            {FlagsFrom24(frame.statusFlags), group.empty() ? 0U : kGrouped23});
     }
 
-    std::vector<std::string> Date(const Frame &frame)
+    std::vector<std::string> RecordingDate(const Frame &frame, std::string_view content)
     {
         const auto values = ValuesOf(frame);
-        const std::string time = values.empty() ? std::string() : values.front();
-        const bool hasYear = IsDigits(std::string_view(time).substr(0, 4)) && time.size() >= 4;
-        if (frame.id == "TDRC" && values.size() == 1 && hasYear)
-            return RecordingTime(time);
+        if (values.size() == 1 && BeginsWithYear(values.front()))
+            return RecordingTime(values.front());
+        return FrameOrLost(frame, Plain(frame, content));
+    }
+
+    std::vector<std::string> OriginalDate(const Frame &frame, std::string_view content)
+    {
+        const auto values = ValuesOf(frame);
         std::vector<std::string> frames;
-        if (hasYear && frame.id == "TDOR")
-            frames.push_back(TextFrame("TORY", {time.substr(0, 4)}));
-        if (frames.empty() || time.size() > 4 || values.size() > 1)
-            frames.push_back(Plain(frame, FrameContent(frame).value_or("")));
+        if (!values.empty() && BeginsWithYear(values.front()))
+            frames.push_back(TextFrame("TORY", {values.front().substr(0, 4)}));
+        if (frames.empty() || values.size() > 1 || values.front().size() > 4)
+            for (auto &form : FrameOrLost(frame, Plain(frame, content)))
+                frames.push_back(std::move(form));
         return frames;
     }
 
-    // Both lists in the first one's place: version 2.3 has one list of people.
-    std::vector<std::string> People(const Frame &frame)
+    // --- people: both lists in the first one's place, as version 2.3 has one list of them
+
+    // Whether the frame's people go into that list. One with too many of them, or in a tag that has
+    // such a list, stays as it is.
+    bool CanJoin(const Frame &frame)
     {
+        if (frame.id != "TIPL" && frame.id != "TMCL")
+            return false;
         if (!std::exchange(m_arePeopleDone, true))
             CollectPeople();
-        if (&frame != m_firstPeople)
+        return std::binary_search(m_joined.begin(), m_joined.end(), &frame);
+    }
+
+    std::vector<std::string> People(const Frame &frame)
+    {
+        if (&frame != m_joined.front())
             return {};
         return {TextFrame("IPLS", m_people)};
     }
@@ -327,22 +374,24 @@ private:
         for (const Frame &frame : m_list.frames) {
             if (frame.id != "TIPL" && frame.id != "TMCL")
                 continue;
-            const auto content = FrameContent(frame);
+            std::string buffer;
+            const auto content = ViewContent(frame, buffer);
             if (!content || content->empty())
                 continue;
-            if (m_firstPeople == nullptr)
-                m_firstPeople = &frame;
             const ContentReader reader(*content, "eT");
+            if (!reader.IsWhole())
+                continue;
+            m_joined.push_back(&frame);
             for (const Piece &piece : reader.pieces)
-                m_people.push_back(piece.bytes);
+                m_people.push_back(piece.text.value_or(std::string()));
         }
     }
 
     // The element's name and what describes it, then frames of this version.
-    std::vector<std::string> Chapter(const Frame &frame, const std::string &content)
+    std::vector<std::string> Chapter(const Frame &frame, std::string_view content)
     {
         std::size_t at = content.find('\0');
-        if (at == std::string::npos)
+        if (at == std::string_view::npos)
             return Lost(frame);
         ++at;
         if (frame.id == "CHAP") {
@@ -355,30 +404,38 @@ private:
         }
         if (at > content.size())
             return Lost(frame);
-        const std::string within = std::string(kTagHeaderBytes, '\0') + content.substr(at);
+        std::string within(kTagHeaderBytes, '\0');
+        within += content.substr(at);
         const TagHeader header{4, 0, static_cast<std::int64_t>(content.size() - at)};
-        const FrameList list = ReadFrames(header, within);
-        std::string data = content.substr(0, at);
-        for (const FrameForm &form : FormMaker(list, m_lost, m_depth + 1).Run())
-            for (const std::string &bytes : form.frames)
-                data += bytes;
+        const FrameList list = ReadFrames(header, within, m_mayUnpack);
+        m_mayUnpack -= std::min(m_mayUnpack, list.unpackedBytes);
+        std::string data(content.substr(0, at));
+        for (const FrameForm &form : FormMaker(list, m_lost, m_mayUnpack, m_depth + 1).Run())
+            form.ForEach([&data](std::string_view bytes) { data += bytes; });
         data += list.rest;
         return {WithGroup(frame, data)};
     }
 
     const FrameList &m_list;
     std::vector<std::string> &m_lost;
+    std::size_t &m_mayUnpack;
     int m_depth;
-    bool m_arePeopleDone = false;
-    const Frame *m_firstPeople = nullptr;
+    bool m_hasDate = false, m_hasOriginalYear = false, m_arePeopleDone = false;
+    std::vector<const Frame *> m_joined; // in the order of the list
     std::vector<std::string> m_people;
 };
 
 } // namespace
 
+bool BeginsWithYear(std::string_view time)
+{
+    return time.size() >= 4 && IsDigits(time.substr(0, 4));
+}
+
 std::vector<FrameForm> FormsOf(const FrameList &list, std::vector<std::string> &lost)
 {
-    return FormMaker(list, lost).Run();
+    std::size_t mayUnpack = kMaxUnpackedInTag;
+    return FormMaker(list, lost, mayUnpack).Run();
 }
 
 std::vector<std::string> RecordingTime(std::string_view timestamp)

@@ -93,15 +93,15 @@ constexpr std::size_t kOldNameBytes = 3; // of every first name in kOldNames
 
 // The identifier of version 2.3. Some programs keep a name of version 2.2 in a later tag, filled up
 // with a NUL or a blank.
-std::string NewName(std::string_view name)
+std::string_view NewName(std::string_view name)
 {
     if (name.size() == 4 && (name[3] == '\0' || name[3] == ' '))
         name.remove_suffix(1);
     if (name.size() != kOldNameBytes)
-        return std::string(name);
+        return name;
     const auto *const known = std::find_if(kOldNames.begin(), kOldNames.end(),
                                            [&](const auto &pair) { return pair.first == name; });
-    return std::string(known == kOldNames.end() ? name : known->second);
+    return known == kOldNames.end() ? name : known->second;
 }
 
 bool IsFrameName(std::string_view name)
@@ -111,11 +111,67 @@ bool IsFrameName(std::string_view name)
     return IsIdentifier(name);
 }
 
+// `bytes` with the unsynchronisation undone, appended to `out`.
+template <class Bytes>
+void AppendResynchronised(std::string_view bytes, Bytes &out)
+{
+    out.reserve(out.size() + bytes.size());
+    while (!bytes.empty()) {
+        const std::size_t mark = std::min(bytes.find('\xFF'), bytes.size() - 1) + 1;
+        out.insert(out.end(), bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(mark));
+        const bool hasNul = bytes[mark - 1] == '\xFF' && mark < bytes.size() && bytes[mark] == '\0';
+        bytes.remove_prefix(mark + (hasNul ? 1 : 0));
+    }
+}
+
+// Unpacks into `out`, where that is given. The length that a frame claims for itself is not
+// trusted: the bound ends what grows too far.
+// Returns: the number of bytes; no value when `packed` is damaged. More than `most`: it goes on.
+std::optional<std::size_t> Inflate(std::string_view packed, std::size_t most, std::string *out)
+{
+    z_stream stream{};
+    if (inflateInit(&stream) != Z_OK)
+        return std::nullopt;
+    std::string in(packed); // zlib takes no pointer to const
+    stream.next_in = reinterpret_cast<Bytef *>(in.data());
+    stream.avail_in = static_cast<uInt>(in.size());
+    std::array<char, 16384> piece{};
+    std::size_t count = 0;
+    int result = Z_OK;
+    while (result == Z_OK && count <= most) {
+        stream.next_out = reinterpret_cast<Bytef *>(piece.data());
+        stream.avail_out = static_cast<uInt>(piece.size());
+        result = inflate(&stream, Z_NO_FLUSH);
+        const std::size_t got = piece.size() - stream.avail_out;
+        count += got;
+        if (out != nullptr)
+            out->append(piece.data(), got);
+    }
+    inflateEnd(&stream);
+    return result == Z_STREAM_END || count > most ? std::optional(count) : std::nullopt;
+}
+
+// What a frame stores behind the bytes of its flags, synchronised; a view into the tag or into
+// `buffer`. No value: it is shorter than those.
+std::optional<std::string_view> StoredContent(const Frame &frame, const FrameExtras &extras,
+                                              std::string &buffer)
+{
+    if (extras.bytes > frame.data.size())
+        return std::nullopt;
+    const std::string_view stored = frame.data.substr(extras.bytes);
+    if (!frame.unsynchronised)
+        return stored;
+    buffer.clear();
+    AppendResynchronised(stored, buffer);
+    return buffer;
+}
+
 class FrameWalk
 {
 public:
-    FrameWalk(const TagHeader &header, std::string_view body, FrameList &list)
-        : m_header(header), m_body(body), m_list(list),
+    FrameWalk(const TagHeader &header, std::string_view body, std::size_t mayUnpack,
+              FrameList &list)
+        : m_header(header), m_body(body), m_mayUnpack(mayUnpack), m_list(list),
           m_nameBytes(header.majorVersion == 2 ? 3 : 4),
           m_headBytes(header.majorVersion == 2 ? 6 : 10)
     {
@@ -128,7 +184,7 @@ public:
         m_list.rest = m_body;
         if (m_header.majorVersion > 2 && (m_header.flags & kTagExtended) != 0 && !SkipExtended())
             return;
-        while (AddFrame()) {
+        while (m_list.frames.size() < kMostFrames && AddFrame()) {
         }
         m_list.rest = m_body.substr(std::min<std::uint64_t>(m_at, m_body.size()));
     }
@@ -140,6 +196,8 @@ private:
     {
         if (m_body.size() < 6)
             return false;
+        if (IsIdentifier(m_body.substr(0, 4))) // as a size it would be larger than any tag
+            return true;
         const bool is24 = m_header.majorVersion == 4;
         const std::uint64_t bytes = is24 ? SafeNumber(m_body.substr(0, 4))
                                          : std::uint64_t{PlainNumber(m_body.substr(0, 4))} + 4;
@@ -191,42 +249,35 @@ private:
                                            (m_header.flags & kTagUnsynchronised) != 0);
         if (frame.id == "SEEK" && size >= 4)
             m_list.seek = PlainNumber(frame.data.substr(0, 4));
-        m_list.frames.push_back(std::move(frame));
+        if (frame.formatFlags != 0)
+            MeasureUnpacked(frame);
+        m_list.frames.push_back(frame);
         m_at = content + size;
         return true;
     }
 
+    void MeasureUnpacked(Frame &frame)
+    {
+        const FrameExtras extras = ExtrasOf(frame);
+        if (!extras.compressed || extras.encrypted)
+            return;
+        const std::size_t left = m_mayUnpack - std::min(m_mayUnpack, m_list.unpackedBytes);
+        const std::size_t most = std::min(left, kMaxUnpackedBytes);
+        std::string buffer;
+        const auto stored = StoredContent(frame, extras, buffer);
+        const std::size_t bytes = stored ? Inflate(*stored, most, nullptr).value_or(0) : 0;
+        frame.isBomb = bytes > most;
+        m_list.unpackedBytes += bytes;
+    }
+
     const TagHeader &m_header;
     std::string_view m_body;
+    std::size_t m_mayUnpack;
     FrameList &m_list;
     std::uint64_t m_nameBytes;
     std::uint64_t m_headBytes;
     std::uint64_t m_at = 0;
 };
-
-// The length that a frame claims for itself is not trusted: the bound ends what grows too far.
-std::optional<std::string> Inflate(std::string_view packed)
-{
-    z_stream stream{};
-    if (inflateInit(&stream) != Z_OK)
-        return std::nullopt;
-    std::string in(packed); // zlib takes no pointer to const
-    stream.next_in = reinterpret_cast<Bytef *>(in.data());
-    stream.avail_in = static_cast<uInt>(in.size());
-    std::string out;
-    std::array<char, 16384> piece{};
-    int result = Z_OK;
-    while (result == Z_OK && out.size() <= kMaxUnpackedBytes) {
-        stream.next_out = reinterpret_cast<Bytef *>(piece.data());
-        stream.avail_out = static_cast<uInt>(piece.size());
-        result = inflate(&stream, Z_NO_FLUSH);
-        out.append(piece.data(), piece.size() - stream.avail_out);
-    }
-    inflateEnd(&stream);
-    if (result != Z_STREAM_END || out.size() > kMaxUnpackedBytes)
-        return std::nullopt;
-    return out;
-}
 
 } // namespace
 
@@ -244,16 +295,11 @@ std::optional<TagHeader> ReadTagFooter(std::string_view bytes)
 std::string Resynchronise(std::string_view bytes)
 {
     std::string out;
-    out.reserve(bytes.size());
-    for (std::size_t at = 0; at < bytes.size(); ++at) {
-        out += bytes[at];
-        if (bytes[at] == '\xFF' && at + 1 < bytes.size() && bytes[at + 1] == '\0')
-            ++at;
-    }
+    AppendResynchronised(bytes, out);
     return out;
 }
 
-FrameList ReadFrames(const TagHeader &header, std::string_view tag)
+FrameList ReadFrames(const TagHeader &header, std::string_view tag, std::size_t mayUnpack)
 {
     FrameList list;
     std::string_view body =
@@ -263,11 +309,10 @@ FrameList ReadFrames(const TagHeader &header, std::string_view tag)
     if (header.majorVersion == 2 && (header.flags & kTagCompressed) != 0)
         return list;
     if (header.majorVersion < 4 && (header.flags & kTagUnsynchronised) != 0) {
-        const std::string whole = Resynchronise(body);
-        list.resynchronised.assign(whole.begin(), whole.end());
+        AppendResynchronised(body, list.resynchronised);
         body = {list.resynchronised.data(), list.resynchronised.size()};
     }
-    FrameWalk(header, body, list).Run();
+    FrameWalk(header, body, mayUnpack, list).Run();
     return list;
 }
 
@@ -292,15 +337,30 @@ FrameExtras ExtrasOf(const Frame &frame)
     return extras;
 }
 
-std::optional<std::string> FrameContent(const Frame &frame)
+std::optional<std::string_view> ViewContent(const Frame &frame, std::string &buffer)
 {
     const FrameExtras extras = ExtrasOf(frame);
-    if (extras.encrypted || extras.bytes > frame.data.size() ||
-        frame.data.size() > kMaxUnpackedBytes)
+    if (extras.encrypted || frame.isBomb)
         return std::nullopt;
-    const std::string_view stored = frame.data.substr(extras.bytes);
-    std::string content = frame.unsynchronised ? Resynchronise(stored) : std::string(stored);
-    return extras.compressed ? Inflate(content) : std::optional(std::move(content));
+    const auto stored = StoredContent(frame, extras, buffer);
+    if (!stored || !extras.compressed)
+        return stored;
+    std::string content;
+    if (!Inflate(*stored, kMaxUnpackedBytes, &content))
+        return std::nullopt;
+    buffer = std::move(content);
+    return buffer;
+}
+
+std::optional<std::string> FrameContent(const Frame &frame)
+{
+    std::string buffer;
+    const auto content = ViewContent(frame, buffer);
+    if (!content)
+        return std::nullopt;
+    if (content->data() != buffer.data())
+        buffer = *content;
+    return buffer;
 }
 
 } // namespace metadata::unicode

@@ -13,19 +13,27 @@
 namespace metadata::unicode
 {
 
-inline constexpr std::int64_t kTagHeaderBytes = 10; // of a footer as well
+inline constexpr std::int64_t kTagHeaderBytes = 10;            // of a footer as well
+inline constexpr std::int64_t kLargestBody = (1LL << 28U) - 1; // four times seven bits
 
-// A frame is unpacked only up to this size. The longest texts that people write are far shorter;
-// what claims more is made to exhaust the memory.
-inline constexpr std::size_t kMaxUnpackedBytes = 16U << 20U;
+// A frame is unpacked only up to this size, and all frames of a tag together up to the other one.
+// The longest texts that people write are far shorter; what gives more is made to exhaust the
+// memory, or the time.
+inline constexpr std::size_t kMaxUnpackedBytes = 8U << 20U;
+inline constexpr std::size_t kMaxUnpackedInTag = 32U << 20U;
+
+// A tag's frames after these are not looked at.
+inline constexpr std::size_t kMostFrames = 65536;
 
 // The header of a tag, or its footer (sections 3.1 and 3.4).
 struct TagHeader {
+    static constexpr unsigned kFooterFlag = 0x10;
+
     int majorVersion = 0;       // 2, 3 or 4
     unsigned flags = 0;         // bits of section 3.1
     std::int64_t bodyBytes = 0; // between header and footer, as stored
 
-    bool HasFooter() const { return majorVersion == 4 && (flags & 0x10U) != 0; }
+    bool HasFooter() const { return majorVersion == 4 && (flags & kFooterFlag) != 0; }
     // Of the whole tag, header and footer included.
     std::int64_t WholeBytes() const { return bodyBytes + (HasFooter() ? 2 : 1) * kTagHeaderBytes; }
 };
@@ -37,15 +45,16 @@ struct TagHeader {
 // The same for the footer of a tag at the end of a file, which begins with "3DI".
 [[nodiscard]] std::optional<TagHeader> ReadTagFooter(std::string_view bytes);
 
-// One frame of a tag.
+// One frame of a tag. The views are valid as long as its FrameList and the tag's bytes.
 struct Frame {
-    std::string id;        // of version 2.3; those of 2.2 that have a field here are translated
-    std::string_view data; // behind the frame's header, as stored; a view into its FrameList
+    std::string_view id;   // of version 2.3, where one of 2.2 has the same content there
+    std::string_view data; // behind the frame's header, as stored
     int majorVersion = 0;
     unsigned statusFlags = 0;    // the first flag byte; 0 in version 2.2
     unsigned formatFlags = 0;    // the second flag byte; 0 in version 2.2
     bool unsynchronised = false; // `data` has a NUL behind each byte 0xFF that would need one
-    std::string_view whole = {}; // header and data, as stored; a view as well
+    bool isBomb = false;         // it unpacks to more than the bounds allow
+    std::string_view whole = {}; // header and data, as stored
 };
 
 // The frames of one tag, in the order of the file.
@@ -54,14 +63,18 @@ struct FrameList {
     bool isUpdate = false;            // its frames replace those of the tags before it (3.2)
     std::optional<std::int64_t> seek; // bytes from this tag's end to the next tag (SEEK frame)
     std::string_view rest;            // behind the last frame: padding, or what is no frame
+    std::size_t unpackedBytes = 0;    // of its compressed frames together
     std::vector<char> resynchronised; // what `data` looks into, where it is not the tag itself
 };
 
 // The frames of the tag whose header is `header` and whose bytes, header included, are `tag`; they
 // may end too early. The list looks into `tag`. The walk ends at padding, at a frame that runs past
 // the end, and at what is no identifier. In version 2.4 a size that leads to no frame is read as a
-// plain number where that leads to one: a well-known program wrote such sizes.
-[[nodiscard]] FrameList ReadFrames(const TagHeader &header, std::string_view tag);
+// plain number where that leads to one: a well-known program wrote such sizes. An extended header
+// that is announced and not there is passed over. Compressed frames that together unpack to more
+// than `mayUnpack` bytes are marked.
+[[nodiscard]] FrameList ReadFrames(const TagHeader &header, std::string_view tag,
+                                   std::size_t mayUnpack = kMaxUnpackedInTag);
 
 // What is in front of a frame's content, by its flags.
 struct FrameExtras {
@@ -74,8 +87,12 @@ struct FrameExtras {
 [[nodiscard]] FrameExtras ExtrasOf(const Frame &frame);
 
 // The content of a frame: without group, encryption and length bytes, unsynchronisation and
-// compression undone. No value: encrypted, damaged, or larger than kMaxUnpackedBytes unpacked.
+// compression undone. No value: encrypted, damaged, or unpacked larger than the bounds.
 [[nodiscard]] std::optional<std::string> FrameContent(const Frame &frame);
+
+// The same without a copy, where the content is stored as it is: a view into the tag, or into
+// `buffer`.
+[[nodiscard]] std::optional<std::string_view> ViewContent(const Frame &frame, std::string &buffer);
 
 // `bytes` with the unsynchronisation undone: a NUL behind a byte 0xFF goes (section 6.1).
 [[nodiscard]] std::string Resynchronise(std::string_view bytes);

@@ -51,13 +51,16 @@ std::string Render(std::unique_ptr<TagLib::ID3v2::Frame> frame)
 std::string NewTextFrame(std::string_view id, const std::vector<std::string> &values)
 {
     const std::vector<std::string_view> views(values.begin(), values.end());
+    // TagLib makes genres and dates of version 2.3 anew, and genres in Latin-1: so each text is
+    // made under a name of which it knows nothing of that kind.
+    constexpr std::string_view kAnyName = "TIT1";
     auto frame =
-        std::make_unique<TagLib::ID3v2::TextIdentificationFrame>(BytesOf(id), TypeFor(views));
+        std::make_unique<TagLib::ID3v2::TextIdentificationFrame>(BytesOf(kAnyName), TypeFor(views));
     TagLib::StringList texts;
     for (const auto &value : values)
         texts.append(StringOf(value));
     frame->setText(texts);
-    return Render(std::move(frame));
+    return Render(std::move(frame)).replace(0, kAnyName.size(), id);
 }
 
 std::string NewDescribedFrame(std::string_view id, std::string_view language,

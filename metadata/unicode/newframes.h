@@ -9,7 +9,8 @@
 namespace metadata::unicode
 {
 
-// A whole frame of version 2.3 with these texts (UTF-8); in Latin-1 where they fit, else in UTF-16.
+// A whole text frame of version 2.3 with these texts (UTF-8), `id` has four characters; in Latin-1
+// where they fit, else in UTF-16.
 [[nodiscard]] std::string NewTextFrame(std::string_view id, const std::vector<std::string> &values);
 
 // A COMM or USLT frame. `language` has three letters.

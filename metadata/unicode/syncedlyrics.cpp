@@ -15,6 +15,7 @@ namespace
 
 constexpr std::size_t kFixedBytes = 6; // encoding, language, format of the times, content type
 constexpr std::size_t kTimeBytes = 4;
+constexpr std::size_t kMostTexts = 65536; // those behind them are left out
 constexpr char kTimesAreFrames = 1;
 constexpr char kTimesAreMs = 2;
 constexpr char kIsLyrics = 1;
@@ -28,7 +29,7 @@ struct TimedText {
 std::vector<TimedText> ReadTexts(Encoding encoding, std::string_view bytes)
 {
     std::vector<TimedText> texts;
-    while (!bytes.empty()) {
+    while (!bytes.empty() && texts.size() < kMostTexts) {
         const auto [text, rest] = CutAtTerminator(encoding, bytes);
         if (rest.size() < kTimeBytes)
             break;

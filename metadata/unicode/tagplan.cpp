@@ -20,7 +20,7 @@ namespace
 {
 
 constexpr std::int64_t kId3v1Bytes = 128;
-constexpr std::size_t kLargestBody = (1U << 28U) - 1;
+constexpr std::int64_t kMostOldBytes = 2 * kLargestBody;
 constexpr std::string_view kLanguage = "eng"; // of a new comment or lyrics
 constexpr unsigned kFlagsOfStructure = 0xC0;  // unsynchronised, extended header
 
@@ -37,7 +37,11 @@ using OldTags = std::vector<std::unique_ptr<OldTag>>; // the lists look into `by
 OldTags ReadOldTags(FileBytesPort &file)
 {
     OldTags tags;
+    std::int64_t all = 0;
     WalkTags(file, [&](const TagPlace &place, std::string_view bytes, const FrameList &) {
+        all += place.bytes;
+        if (all > kMostOldBytes)
+            throw runtime::RuntimeError(runtime::kOutOfMemory);
         auto tag = std::make_unique<OldTag>(OldTag{place, std::string(bytes), {}});
         tag->list = ReadFrames(place.header, tag->bytes);
         tags.push_back(std::move(tag));
@@ -61,22 +65,41 @@ std::string Words(const std::optional<std::string> &genre)
 }
 
 // The name, in version 2.3, that a tag may hold once; empty for frames that it may hold several
-// times.
-std::string UniqueName(const Frame &frame)
+// times, and for texts that say nothing.
+std::string_view UniqueName(const Frame &frame)
 {
     constexpr std::string_view kOnce[] = {"MCDI", "PCNT", "RBUF", "ETCO", "MLLT", "SYTC",
                                           "RVAD", "EQUA", "RVRB", "OWNE", "POSS", "IPLS"};
+    const bool isText = frame.id.starts_with('T') && frame.id != "TXXX";
+    if (isText && ValuesOf(frame).empty())
+        return {};
     if (frame.id == "TDRC")
         return "TYER";
     if (frame.id == "TDOR")
         return "TORY";
     if (frame.id == "TIPL" || frame.id == "TMCL")
         return "IPLS";
-    const bool isText = frame.id.starts_with('T') && frame.id != "TXXX";
     const bool isOnce =
         isText || std::find(std::begin(kOnce), std::end(kOnce), frame.id) != std::end(kOnce);
-    return isOnce ? frame.id : std::string();
+    return isOnce ? frame.id : std::string_view();
 }
+
+// A tag in memory.
+class TagBytes : public FileBytesPort
+{
+public:
+    explicit TagBytes(std::string_view bytes) : m_bytes(bytes) {}
+    std::int64_t Length() override { return static_cast<std::int64_t>(m_bytes.size()); }
+    std::string_view Read(std::int64_t position, std::int64_t count) override
+    {
+        if (position < 0 || count < 0 || position >= Length())
+            return {};
+        return m_bytes.substr(static_cast<std::size_t>(position), static_cast<std::size_t>(count));
+    }
+
+private:
+    std::string_view m_bytes;
+};
 
 // A genre in words as a tag of version 2.3 stores it: a bracket in front would be a number's.
 std::string StoredGenre(const std::string &genre)
@@ -98,43 +121,66 @@ public:
 
     TagPlan Run()
     {
-        m_tags = ReadOldTags(m_file);
-        const bool hasTag = std::any_of(m_tags.begin(), m_tags.end(), [](const auto &tag) {
-            return tag->place.header.bodyBytes > 0;
-        });
         if (m_edit.isWanted)
             FindChanges();
-        m_plan.isChanged = m_edit.isWanted ? !m_changes.empty() : hasTag;
-        if (!m_plan.isChanged)
+        if (m_edit.isWanted && m_changes.empty())
             return std::move(m_plan);
+        m_tags = ReadOldTags(m_file);
+        m_plan.isChanged =
+            m_edit.isWanted || std::any_of(m_tags.begin(), m_tags.end(), [](const auto &tag) {
+                return tag->place.header.bodyBytes > 0;
+            });
         FindAudio();
-        if (m_edit.isWanted && !m_plan.claimsTooMuch)
+        if (!m_plan.isChanged || !m_edit.isWanted || m_plan.claimsTooMuch)
+            return std::move(m_plan);
+        BuildTag();
+        if (AddOtherwiseRead())
             BuildTag();
+        // A change that the tag holds already, as far as it can (a year of five digits, say).
+        const bool isAsBefore = m_tags.size() == 1 && m_tags.front()->bytes == m_plan.tag;
+        m_plan.isChanged = !isAsBefore && !(m_tags.empty() && m_plan.tag.empty());
+        if (!m_plan.isChanged)
+            m_plan.lost.clear();
         return std::move(m_plan);
     }
 
 private:
     enum class Field { Title, Artist, Album, Year, Genre, Track, Comment, Lyrics };
 
+    using Texts = std::map<Field, std::string>;
+
+    // The fields as they are compared and written; an empty text is the same as none.
+    static Texts TextsToCompare(const TagTexts &texts)
+    {
+        const bool hasTrack = texts.track.value_or(0) > 0;
+        return {{Field::Title, TextOr(texts.title)},
+                {Field::Artist, TextOr(texts.artist)},
+                {Field::Album, TextOr(texts.album)},
+                {Field::Year, TextOr(texts.year)},
+                {Field::Genre, Words(texts.genre)},
+                {Field::Track, hasTrack ? std::to_string(*texts.track) : std::string()},
+                {Field::Comment, TextOr(texts.comment)},
+                {Field::Lyrics, TextOr(texts.lyrics)}};
+    }
+
     void FindChanges()
     {
-        const TagTexts &before = m_edit.before;
-        const TagTexts &now = m_edit.now;
-        const auto compare = [this](Field field, const std::string &old, std::string text) {
-            if (old != text)
-                m_changes.emplace(field, std::move(text));
-        };
-        compare(Field::Title, TextOr(before.title), TextOr(now.title));
-        compare(Field::Artist, TextOr(before.artist), TextOr(now.artist));
-        compare(Field::Album, TextOr(before.album), TextOr(now.album));
-        compare(Field::Year, TextOr(before.year), TextOr(now.year));
-        compare(Field::Genre, Words(before.genre), Words(now.genre));
-        compare(Field::Comment, TextOr(before.comment), TextOr(now.comment));
-        compare(Field::Lyrics, TextOr(before.lyrics), TextOr(now.lyrics));
-        const auto digits = [](const std::optional<std::int16_t> &track) {
-            return track.value_or(0) > 0 ? std::to_string(*track) : std::string();
-        };
-        compare(Field::Track, digits(before.track), digits(now.track));
+        const Texts before = TextsToCompare(m_edit.before);
+        for (auto &[field, text] : TextsToCompare(m_edit.now))
+            if (before.at(field) != text)
+                m_changes.emplace(field, text);
+    }
+
+    // Fields that nobody changed and that the new tag gives otherwise become changes. Whether there
+    // are any.
+    bool AddOtherwiseRead()
+    {
+        const Texts before = TextsToCompare(m_edit.before);
+        const std::size_t count = m_changes.size();
+        for (const auto &[field, text] : TextsToCompare(m_plan.texts))
+            if (!m_changes.contains(field) && before.at(field) != text)
+                m_changes.emplace(field, before.at(field));
+        return m_changes.size() > count;
     }
 
     void FindAudio()
@@ -145,9 +191,11 @@ private:
             if (tag->place.offset == m_plan.audioOffset)
                 m_plan.audioOffset = tag->place.End();
         }
-        for (const auto &tag : m_tags)
-            if (tag->place.offset >= m_plan.audioOffset && tag->place.End() == m_plan.audioEnd)
-                m_plan.audioEnd = tag->place.offset;
+        // Several at the end are found in either order.
+        for (std::size_t round = 0; round < m_tags.size(); ++round)
+            for (const auto &tag : m_tags)
+                if (tag->place.offset >= m_plan.audioOffset && tag->place.End() == m_plan.audioEnd)
+                    m_plan.audioEnd = tag->place.offset;
         m_plan.claimsTooMuch |= m_plan.audioEnd < m_plan.audioOffset;
     }
 
@@ -162,61 +210,95 @@ private:
 
     void BuildTag()
     {
+        m_plan.lost.clear();
+        m_added.clear();
         m_order = Effective();
         for (OldTag *tag : m_order)
             tag->forms = FormsOf(tag->list, m_plan.lost);
         for (const auto &[field, text] : m_changes)
             Change(field, text);
-        std::string frames;
-        AppendFrames(frames);
+        std::string &tag = m_plan.tag;
+        tag.assign("ID3\x03\0\0\0\0\0\0", kTagHeaderBytes);
+        tag.reserve(tag.size() + LengthOfAll());
+        AppendFrames(tag);
         for (const auto &frame : m_added)
-            frames += frame;
-        AppendRests(frames);
-        if (!IsPadding(frames))
-            AddHeader(frames);
+            tag += frame;
+        AppendRests(tag);
+        FinishTag(tag);
+        TagBytes bytes(tag);
+        m_plan.texts = ReadTagTexts(bytes, m_edit.wishes).value_or(TagTexts());
     }
 
-    void AddHeader(const std::string &frames)
+    // At least that of the new tag, or nearly so.
+    std::size_t LengthOfAll() const
     {
-        if (frames.size() > kLargestBody)
+        std::size_t length = 0;
+        for (const auto &frame : m_added)
+            length += frame.size();
+        for (const OldTag *tag : m_order) {
+            length += tag->list.rest.size();
+            for (const FrameForm &form : tag->forms)
+                form.ForEach([&length](std::string_view frame) { length += frame.size(); });
+        }
+        return length;
+    }
+
+    // Writes the size into the header. A tag of padding alone is none.
+    static void FinishTag(std::string &tag)
+    {
+        const std::size_t bytes = tag.size() - kTagHeaderBytes;
+        if (IsPadding(std::string_view(tag).substr(kTagHeaderBytes))) {
+            tag.clear();
+            return;
+        }
+        if (bytes > static_cast<std::size_t>(kLargestBody))
             throw runtime::RuntimeError(runtime::kInvalidCall);
-        m_plan.tag = std::string("ID3\x03\0\0", 6);
-        for (const unsigned shift : {21U, 14U, 7U, 0U})
-            m_plan.tag += static_cast<char>(frames.size() >> shift & 0x7FU);
-        m_plan.tag += frames;
+        for (std::size_t i = 0; i < 4; ++i)
+            tag[6 + i] = static_cast<char>(bytes >> (21 - 7 * i) & 0x7FU);
     }
 
     // The frames of the first tag, then those of the others that it has not.
-    void AppendFrames(std::string &frames)
+    void AppendFrames(std::string &tag)
     {
-        std::set<std::string> names;
-        std::set<std::string> whole;
+        std::set<std::string_view> names;
+        std::set<std::string_view> whole;
         for (std::size_t i = 0; i < m_order.size(); ++i) {
-            std::set<std::string> namesHere;
-            for (const FrameForm &form : m_order[i]->forms) {
-                const std::string name = UniqueName(*form.source);
-                if (i > 0 && !name.empty() && names.contains(name)) {
-                    if (!form.frames.empty() && !whole.contains(form.frames.front()))
-                        m_plan.lost.push_back(name);
-                    continue;
-                }
-                for (const auto &frame : form.frames) {
-                    if (i > 0 && whole.contains(frame))
-                        continue;
-                    frames += frame;
-                    if (m_order.size() > 1)
-                        whole.insert(frame);
-                }
-                if (!name.empty())
-                    namesHere.insert(name);
-            }
+            std::set<std::string_view> namesHere;
+            for (const FrameForm &form : m_order[i]->forms)
+                AppendFrame(form, i > 0, tag, names, namesHere, whole);
             names.merge(namesHere);
         }
     }
 
+    // `names`: what the tags before hold that a tag holds once; `namesHere`: this one.
+    void AppendFrame(const FrameForm &form, bool isLater, std::string &tag,
+                     const std::set<std::string_view> &names, std::set<std::string_view> &namesHere,
+                     std::set<std::string_view> &whole)
+    {
+        const bool areSeveral = m_order.size() > 1;
+        const std::string_view name =
+            areSeveral && !form.IsEmpty() ? UniqueName(*form.source) : std::string_view();
+        const bool isThere = isLater && !name.empty() && names.contains(name);
+        bool isLost = false;
+        form.ForEach([&](std::string_view frame) {
+            if (isLater && whole.contains(frame))
+                return;
+            isLost |= isThere;
+            if (isThere)
+                return;
+            tag += frame;
+            if (areSeveral)
+                whole.insert(frame);
+        });
+        if (isLost)
+            m_plan.lost.emplace_back(form.source->id);
+        if (!name.empty())
+            namesHere.insert(name);
+    }
+
     // Padding stays as long as it was. What is neither padding nor a frame stays where the tag is
     // written as it is stored; elsewhere it has no form.
-    void AppendRests(std::string &frames)
+    void AppendRests(std::string &bytes)
     {
         if (m_order.empty())
             return;
@@ -226,7 +308,7 @@ private:
         for (const OldTag *tag : m_order) {
             const std::string_view rest = tag->list.rest;
             if (isAsStored || (tag == &first && IsPadding(rest)))
-                frames += rest;
+                bytes += rest;
             else if (!IsPadding(rest))
                 m_plan.lost.push_back(std::to_string(rest.size()) + " B");
         }
@@ -246,7 +328,7 @@ private:
         case Field::Year:
             return ChangeYear(text);
         case Field::Genre:
-            return ChangeText("TCON", StoredGenre(text));
+            return ChangeText("TCON", text);
         case Field::Track:
             return ChangeTrack(text);
         case Field::Comment:
@@ -276,11 +358,11 @@ private:
     void Replace(const std::vector<FrameForm *> &forms, std::vector<std::string> frames)
     {
         for (FrameForm *form : forms)
-            form->frames.clear();
+            form->Set({});
         if (forms.empty())
             m_added.insert(m_added.end(), frames.begin(), frames.end());
         else
-            forms.front()->frames = std::move(frames);
+            forms.front()->Set(std::move(frames));
     }
 
     void ChangeText(std::string_view id, const std::string &text)
@@ -292,6 +374,11 @@ private:
         for (const FrameForm *form : forms)
             if (ValuesOf(*form->source).size() > 1)
                 values = runtime::Split(text, "; ");
+        if (values.size() > kMostValues ||
+            std::find(values.begin(), values.end(), std::string()) != values.end())
+            values = {text}; // which a reading would not give again otherwise
+        if (id == "TCON")
+            std::transform(values.begin(), values.end(), values.begin(), StoredGenre);
         Replace(forms, {NewTextFrame(id, values)});
     }
 
@@ -305,15 +392,22 @@ private:
                            {});
         const auto forms =
             Forms([](const Frame &frame) { return frame.id == "TDRC" || frame.id == "TYER"; });
+        std::vector<std::string> frames{NewTextFrame("TYER", {text})};
         // Day and time of a TDRC frame stay.
         for (const FrameForm *form : forms) {
-            if (form->source->id != "TDRC" || text.size() != 4)
+            if (form->source->id != "TDRC" || text.size() != 4 || !BeginsWithYear(text))
                 continue;
             const auto values = ValuesOf(*form->source);
-            if (!values.empty() && values.front().size() > 4)
-                return Replace(forms, RecordingTime(text + values.front().substr(4)));
+            if (values.empty() || values.front().size() <= 4 || !BeginsWithYear(values.front()))
+                continue;
+            const std::string time = text + values.front().substr(4);
+            if (FormsNamed("TDAT").empty() && FormsNamed("TIME").empty())
+                frames = RecordingTime(time);
+            else
+                frames.push_back(NewTextFrame("TDRC", {time}));
+            break;
         }
-        Replace(forms, {NewTextFrame("TYER", {text})});
+        Replace(forms, std::move(frames));
     }
 
     void ChangeTrack(const std::string &text)
@@ -323,7 +417,7 @@ private:
             return Replace(forms, {});
         std::string old;
         for (const FrameForm *form : forms)
-            if (old.empty())
+            if (old.find('/') == std::string::npos)
                 old = Joined(ValuesOf(*form->source));
         Replace(forms, {NewTextFrame("TRCK", {TrackText(old, m_edit.now.track.value_or(0))})});
     }
@@ -331,11 +425,14 @@ private:
     // The frame of that name that is read: null without one.
     FrameForm *Chosen(std::string_view id) const
     {
-        for (OldTag *tag : m_order) {
-            const Frame *frame = ChosenFrame(tag->list, id, m_edit.wishes);
-            if (frame != nullptr)
-                return &tag->forms[static_cast<std::size_t>(frame - tag->list.frames.data())];
-        }
+        std::vector<const FrameList *> lists;
+        for (const OldTag *tag : m_order)
+            lists.push_back(&tag->list);
+        const Frame *frame = ChosenFrame(lists, id, m_edit.wishes);
+        for (OldTag *tag : m_order)
+            for (FrameForm &form : tag->forms)
+                if (form.source == frame)
+                    return &form;
         return nullptr;
     }
 
@@ -357,7 +454,7 @@ private:
             if (chosen == nullptr && id == "USLT")
                 chosen = SyncedLyrics();
             if (chosen != nullptr)
-                chosen->frames.clear();
+                chosen->Set({});
             return;
         }
         if (chosen == nullptr) {
@@ -369,7 +466,7 @@ private:
         const std::string_view behind = std::string_view(content).substr(4);
         const std::string description =
             DecodeText(encoding, CutAtTerminator(encoding, behind).text);
-        chosen->frames = {NewDescribedFrame(id, content.substr(1, 3), description, text)};
+        chosen->Set({NewDescribedFrame(id, content.substr(1, 3), description, text)});
     }
 
     FileBytesPort &m_file;

@@ -7,7 +7,9 @@
 // read is replaced, with its language and description, and the others stay: where it is emptied,
 // another one may be read afterwards. Of a track "3/12" the second number stays. Several values
 // stay several where the text has "; " between them. The other frames follow
-// metadata/unicode/form23.h; those of all tags of the file are brought together.
+// metadata/unicode/form23.h; those of all tags of the file are brought together. A field that
+// nobody changed is read from the new tag as from the old ones: where that would not be so, its
+// frame is made new as well.
 #pragma once
 
 #include "metadata/unicode/tagtexts.h"
@@ -20,13 +22,15 @@ namespace metadata::unicode
 {
 
 struct TagPlan {
-    bool isChanged = false;       // false: the file's ID3v2 tags are to stay as they are
+    bool isChanged = false;       // false: the file's ID3v2 tags are to stay as they are, and the
+                                  // other fields of this have no meaning
     bool claimsTooMuch = false;   // a tag says that it is longer than the file: where the audio
                                   // begins is not known, and nothing can be written
     std::string tag;              // the new one; empty: none
     std::int64_t audioOffset = 0; // what is kept of the file, but for the ID3v1 tag
     std::int64_t audioEnd = 0;
     std::vector<std::string> lost; // names of frames that cannot be kept
+    TagTexts texts;                // what a reading of the new tag gives
 };
 
 struct TagEdit {
@@ -37,7 +41,8 @@ struct TagEdit {
     ReadingWishes wishes = {};
 };
 
-// Errors: kInvalidCall when the new tag is longer than a tag can be (256 MB).
+// Errors: kInvalidCall when the new tag is longer than a tag can be (256 MB); kOutOfMemory when the
+// old ones together are more than twice as long as that.
 [[nodiscard]] TagPlan PlanTag(FileBytesPort &file, const TagEdit &edit);
 
 } // namespace metadata::unicode

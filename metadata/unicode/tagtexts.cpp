@@ -7,8 +7,10 @@
 #include "runtime/utf8.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <limits>
+#include <utility>
 
 namespace metadata::unicode
 {
@@ -24,37 +26,35 @@ std::string Joined(const std::vector<std::string> &values)
     return text;
 }
 
-std::vector<std::string> ValuesOf(const Frame &frame)
-{
-    const auto content = FrameContent(frame);
-    if (!content || content->empty())
-        return {};
-    return DecodeValues(EncodingOf(static_cast<unsigned char>(content->front())),
-                        std::string_view(*content).substr(1));
-}
-
 namespace
 {
 
 constexpr std::size_t kLanguageBytes = 3;
 constexpr int kMaxGenreNumber = 255;
+constexpr std::size_t kMostTextBytes = kMaxUnpackedBytes;
 
-// The values of the first frame of that name that has any.
-std::vector<std::string> ValuesNamed(const FrameList &list, std::string_view id)
+// The content of a frame that begins with an encoding; empty when it cannot be read. A view into
+// the tag or into `buffer`.
+std::string_view TextContent(const Frame &frame, std::string &buffer)
 {
-    for (const auto &frame : list.frames) {
-        if (frame.id != id)
-            continue;
-        if (auto values = ValuesOf(frame); !values.empty())
-            return values;
-    }
-    return {};
+    if (frame.data.size() > kMostTextBytes)
+        return {};
+    return ViewContent(frame, buffer).value_or(std::string_view());
 }
 
-std::optional<std::string> TextNamed(const FrameList &list, std::string_view id)
+Encoding EncodingOfContent(std::string_view content)
 {
-    const auto values = ValuesNamed(list, id);
-    return values.empty() ? std::nullopt : std::optional(Joined(values));
+    return EncodingOf(static_cast<unsigned char>(content.front()));
+}
+
+// All values of a text frame; empty for one without any.
+std::string TextOf(const Frame &frame)
+{
+    std::string buffer;
+    const std::string_view content = TextContent(frame, buffer);
+    if (content.empty())
+        return {};
+    return DecodeJoined(EncodingOfContent(content), content.substr(1));
 }
 
 // The whole number at the beginning of `text`; no value without one or above `max`.
@@ -73,112 +73,66 @@ bool IsYear(std::string_view text)
            std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
-std::optional<std::string> Year(const FrameList &list)
+std::optional<std::int16_t> TrackIn(const std::string &text)
 {
-    std::optional<std::string> first;
-    for (const std::string_view id : {"TDRC", "TYER", "TDRL"}) {
-        const auto text = TextNamed(list, id);
-        if (text && IsYear(std::string_view(*text).substr(0, 4)))
-            return text->substr(0, 4);
-        if (!first)
-            first = text;
-    }
-    return first;
-}
-
-std::optional<std::int16_t> Track(const FrameList &list)
-{
-    const auto text = TextNamed(list, "TRCK");
-    if (!text)
-        return std::nullopt;
     const auto number =
-        LeadingInteger(runtime::Trim(*text), std::numeric_limits<std::int16_t>::max());
+        LeadingInteger(runtime::Trim(text), std::numeric_limits<std::int16_t>::max());
     if (!number || *number == 0)
         return std::nullopt;
     return static_cast<std::int16_t>(*number);
 }
 
-// A text with a language and a description in front of it.
-struct DescribedText {
-    std::string language;
-    std::string description;
+constexpr int kNoRank = 100;
+
+// The frame of a name that is the best one so far, and its text.
+struct Choice {
+    const Frame *frame = nullptr; // valid as long as its list
+    int rank = kNoRank;           // the lower the better
     std::string text;
 };
 
-std::optional<DescribedText> ReadDescribed(const Frame &frame)
+int RankOf(std::string_view language, bool isDescribed, const ReadingWishes &wishes)
 {
-    const auto content = FrameContent(frame);
-    if (!content || content->size() < 1 + kLanguageBytes)
-        return std::nullopt;
-    const Encoding encoding = EncodingOf(static_cast<unsigned char>(content->front()));
-    const std::string_view behind = std::string_view(*content).substr(1 + kLanguageBytes);
-    const auto [description, rest] = CutAtTerminator(encoding, behind);
-    DescribedText result;
-    result.language = runtime::LowerText(content->substr(1, kLanguageBytes));
-    result.description = DecodeText(encoding, description);
-    // The description may have a byte order mark and the text none, or the other way round.
-    result.text = Joined(DecodeValues(encoding, rest));
-    if (result.text.empty())
-        return std::nullopt;
-    return result;
-}
-
-// The lower the better.
-int Rank(const DescribedText &text, const ReadingWishes &wishes)
-{
-    int rank = text.description.empty() ? 0 : 4;
-    if (text.language != wishes.language)
-        rank += text.language == "eng" ? 1 : 2;
-    return rank;
+    std::string lower(language);
+    for (char &c : lower)
+        if (c >= 'A' && c <= 'Z')
+            c += 'a' - 'A';
+    const int rank = isDescribed ? 4 : 0;
+    if (lower == wishes.language)
+        return rank;
+    return rank + (lower == "eng" ? 1 : 2);
 }
 
 // What some programs keep in comments for themselves, such as "iTunNORM".
-bool IsForProgram(const DescribedText &text)
+bool IsForProgram(std::string_view description)
 {
-    return text.description.starts_with("iTun");
+    return description.starts_with("iTun");
 }
 
-// The frame, and what it holds.
-struct Choice {
-    const Frame *frame = nullptr;
-    DescribedText text;
-};
-
-Choice Choose(const FrameList &list, std::string_view id, const ReadingWishes &wishes)
+// Takes a COMM or USLT frame, if it is a better one with a text.
+void Offer(const Frame &frame, const ReadingWishes &wishes, Choice &best)
 {
-    Choice best;
-    for (const auto &frame : list.frames) {
-        if (frame.id != id)
-            continue;
-        auto text = ReadDescribed(frame);
-        if (!text || IsForProgram(*text))
-            continue;
-        if (best.frame == nullptr || Rank(*text, wishes) < Rank(best.text, wishes))
-            best = {&frame, *std::move(text)};
-    }
-    return best;
+    std::string buffer;
+    const std::string_view content = TextContent(frame, buffer);
+    if (content.size() < 1 + kLanguageBytes)
+        return;
+    const Encoding encoding = EncodingOfContent(content);
+    const auto [description, rest] = CutAtTerminator(encoding, content.substr(1 + kLanguageBytes));
+    const std::string described = DecodeText(encoding, description);
+    if (IsForProgram(described))
+        return;
+    const int rank = RankOf(content.substr(1, kLanguageBytes), !described.empty(), wishes);
+    if (rank >= best.rank)
+        return;
+    if (std::string text = DecodeJoined(encoding, rest, description); !text.empty())
+        best = {&frame, rank, std::move(text)};
 }
 
-std::optional<std::string> Described(const FrameList &list, std::string_view id,
-                                     const ReadingWishes &wishes)
+// The lyrics with times; empty where that is none.
+std::string SyncedText(const Frame &frame, const ReadingWishes &wishes)
 {
-    Choice best = Choose(list, id, wishes);
-    return best.frame != nullptr ? std::optional(std::move(best.text.text)) : std::nullopt;
-}
-
-std::optional<std::string> Lyrics(const FrameList &list, const ReadingWishes &wishes)
-{
-    if (auto text = Described(list, "USLT", wishes))
-        return text;
-    for (const auto &frame : list.frames) {
-        if (frame.id != "SYLT")
-            continue;
-        const auto content = FrameContent(frame);
-        std::string text = content ? LinesOfSyncedLyrics(*content, wishes.mpegFrameMs) : "";
-        if (!text.empty())
-            return text;
-    }
-    return std::nullopt;
+    std::string buffer;
+    return LinesOfSyncedLyrics(TextContent(frame, buffer), wishes.mpegFrameMs);
 }
 
 // One piece of a TCON text: what is in brackets, or what is behind them.
@@ -194,7 +148,7 @@ std::string GenrePiece(std::string_view text)
 // "(51)(39)Text" in its pieces; the text behind a number refines it, so the number before it goes.
 void AddGenrePieces(std::string_view value, std::vector<std::string> &pieces)
 {
-    while (value.starts_with('(') && !value.starts_with("((")) {
+    while (value.starts_with('(') && !value.starts_with("((") && pieces.size() < kMostValues) {
         const auto close = value.find(')');
         if (close == std::string_view::npos)
             break;
@@ -238,20 +192,167 @@ std::string GenreOf(const std::vector<std::string> &values)
     return Joined(pieces);
 }
 
-TagTexts FindTexts(const FrameList &list, const ReadingWishes &wishes)
+std::vector<std::string> ValuesOf(const Frame &frame)
 {
-    TagTexts texts;
-    texts.title = TextNamed(list, "TIT2");
-    texts.artist = TextNamed(list, "TPE1");
-    texts.album = TextNamed(list, "TALB");
-    texts.year = Year(list);
-    if (std::string genre = GenreOf(ValuesNamed(list, "TCON")); !genre.empty())
-        texts.genre = std::move(genre);
-    texts.track = Track(list);
-    texts.comment = Described(list, "COMM", wishes);
-    texts.lyrics = Lyrics(list, wishes);
-    return texts;
+    std::string buffer;
+    const std::string_view content = TextContent(frame, buffer);
+    if (content.empty())
+        return {};
+    return DecodeValues(EncodingOfContent(content), content.substr(1));
 }
+
+namespace
+{
+
+// An identifier of four characters as a number.
+constexpr std::uint32_t Name(std::string_view id)
+{
+    std::uint32_t name = 0;
+    for (const char c : id)
+        name = name << 8U | static_cast<unsigned char>(c);
+    return name;
+}
+
+// Collects the fields of a tag from frame to frame, but for comment and lyrics.
+class FieldFinder
+{
+public:
+    void Take(const Frame &frame, std::uint32_t name)
+    {
+        switch (name) {
+        case Name("TIT2"):
+            return TakeFirst(frame, m_texts.title);
+        case Name("TPE1"):
+            return TakeFirst(frame, m_texts.artist);
+        case Name("TALB"):
+            return TakeFirst(frame, m_texts.album);
+        case Name("TDRC"):
+            return TakeFirst(frame, m_years[0]);
+        case Name("TYER"):
+            return TakeFirst(frame, m_years[1]);
+        case Name("TDRL"):
+            return TakeFirst(frame, m_years[2]);
+        case Name("TRCK"):
+            return TakeFirst(frame, m_track);
+        case Name("TCON"):
+            if (m_genres.empty())
+                m_genres = ValuesOf(frame);
+            return;
+        default:
+            return;
+        }
+    }
+
+    TagTexts Texts()
+    {
+        SetYear();
+        if (m_track)
+            m_texts.track = TrackIn(*m_track);
+        if (std::string genre = GenreOf(m_genres); !genre.empty())
+            m_texts.genre = std::move(genre);
+        return std::move(m_texts);
+    }
+
+private:
+    static void TakeFirst(const Frame &frame, std::optional<std::string> &text)
+    {
+        if (text)
+            return;
+        if (std::string found = TextOf(frame); !found.empty())
+            text = std::move(found);
+    }
+
+    void SetYear()
+    {
+        for (const auto &text : m_years) {
+            if (text && IsYear(std::string_view(*text).substr(0, 4))) {
+                m_texts.year = text->substr(0, 4);
+                return;
+            }
+        }
+        for (auto &text : m_years)
+            if (!m_texts.year)
+                m_texts.year = std::move(text);
+    }
+
+    TagTexts m_texts;
+    std::array<std::optional<std::string>, 3> m_years; // in the order in which they count
+    std::optional<std::string> m_track;
+    std::vector<std::string> m_genres;
+};
+
+// Takes from `more` each field that `texts` has no value for.
+void FillMissing(TagTexts &texts, TagTexts more)
+{
+    const auto fill = [](auto &field, auto &other) {
+        if (!field)
+            field = std::move(other);
+    };
+    fill(texts.title, more.title);
+    fill(texts.artist, more.artist);
+    fill(texts.album, more.album);
+    fill(texts.year, more.year);
+    fill(texts.genre, more.genre);
+    fill(texts.track, more.track);
+}
+
+// The texts of all tags of a file, in the order in which they are found.
+class TagsReader
+{
+public:
+    explicit TagsReader(const ReadingWishes &wishes) : m_wishes(wishes) {}
+
+    void Take(const FrameList &list)
+    {
+        FieldFinder fields;
+        // Those of an update count before those of the tags in front of it.
+        Choice comment, lyrics;
+        std::string synced;
+        for (const Frame &frame : list.frames) {
+            const std::uint32_t name = frame.id.size() == 4 ? Name(frame.id) : 0;
+            if (name == Name("COMM"))
+                Offer(frame, m_wishes, comment);
+            else if (name == Name("USLT"))
+                Offer(frame, m_wishes, lyrics);
+            else if (name == Name("SYLT") && synced.empty())
+                synced = SyncedText(frame, m_wishes);
+            else
+                fields.Take(frame, name);
+        }
+        TagTexts found = fields.Texts();
+        if (list.isUpdate)
+            std::swap(found, m_texts);
+        FillMissing(m_texts, std::move(found));
+        TakeBetter(list, m_comment, std::move(comment));
+        TakeBetter(list, m_lyrics, std::move(lyrics));
+        if (m_synced.empty() || (list.isUpdate && !synced.empty()))
+            m_synced = std::move(synced);
+    }
+
+    TagTexts Texts()
+    {
+        if (!m_comment.text.empty())
+            m_texts.comment = std::move(m_comment.text);
+        std::string &lyrics = m_lyrics.text.empty() ? m_synced : m_lyrics.text;
+        if (!lyrics.empty())
+            m_texts.lyrics = std::move(lyrics);
+        return std::move(m_texts);
+    }
+
+private:
+    static void TakeBetter(const FrameList &list, Choice &best, Choice found)
+    {
+        if (found.rank < best.rank || (list.isUpdate && found.rank == best.rank))
+            best = std::move(found);
+    }
+
+    const ReadingWishes &m_wishes;
+    TagTexts m_texts;
+    Choice m_comment, m_lyrics; // their frames may be gone
+    std::string m_synced;
+};
+
+} // namespace
 
 bool NeedsFrames(const TagHeader &header, std::string_view tag)
 {
@@ -270,46 +371,33 @@ bool NeedsFrames(const TagHeader &header, std::string_view tag)
     return std::any_of(list.frames.begin(), list.frames.end(), needs);
 }
 
-void FillMissing(TagTexts &texts, const TagTexts &more)
-{
-    const auto fill = [](auto &field, const auto &other) {
-        if (!field)
-            field = other;
-    };
-    fill(texts.title, more.title);
-    fill(texts.artist, more.artist);
-    fill(texts.album, more.album);
-    fill(texts.year, more.year);
-    fill(texts.comment, more.comment);
-    fill(texts.lyrics, more.lyrics);
-    fill(texts.genre, more.genre);
-    fill(texts.track, more.track);
-}
-
 std::string GenreInWords(const std::string &genre)
 {
     return NameOrNumber(genre);
 }
 
-const Frame *ChosenFrame(const FrameList &list, std::string_view id, const ReadingWishes &wishes)
+const Frame *ChosenFrame(const std::vector<const FrameList *> &lists, std::string_view id,
+                         const ReadingWishes &wishes)
 {
-    return Choose(list, id, wishes).frame;
+    Choice best;
+    for (const FrameList *list : lists)
+        for (const Frame &frame : list->frames)
+            if (frame.id == id)
+                Offer(frame, wishes, best);
+    return best.frame;
 }
 
 std::optional<TagTexts> ReadTagTexts(FileBytesPort &file, const ReadingWishes &wishes)
 {
-    std::optional<TagTexts> texts;
+    TagsReader reader(wishes);
+    bool hasTag = false;
     WalkTags(file, [&](const TagPlace &place, std::string_view, const FrameList &list) {
         if (place.header.bodyBytes == 0)
             return;
-        TagTexts found = FindTexts(list, wishes);
-        if (!texts)
-            texts.emplace();
-        if (list.isUpdate)
-            std::swap(found, *texts);
-        FillMissing(*texts, found);
+        hasTag = true;
+        reader.Take(list);
     });
-    return texts;
+    return hasTag ? std::optional(reader.Texts()) : std::nullopt;
 }
 
 } // namespace metadata::unicode

@@ -5,17 +5,18 @@
 //   title     TIT2
 //   artist    TPE1
 //   album     TALB
-//   year      TDRC, else TYER, else TDRL; its first four digits; where none of them has four
-//   digits,
-//             the text of the first one
+//   year      TDRC, else TYER, else TDRL; its first four digits; where none of them has four, the
+//             text of the first one
 //   genre     TCON in all its written forms, see GenreOf
 //   track     TRCK; the number in front of a "/"
 //   comment   COMM; one without a description before others, then by language
 //   lyrics    USLT, chosen in the same way; without one SYLT, as lines with time marks
 //
 // A text of several values has "; " between them. Where a tag holds a frame twice, the first one
-// that has a text counts. Source: "ID3 tag version 2.4.0 - Native Frames", sections 4.2 to 4.10,
-// with the version 2.2 and 2.3 documents for the names and forms that it dropped.
+// that has a text counts; where a file has several tags, the first tag that has the field, but for
+// comment and lyrics, which are chosen among those of all tags. Source: "ID3 tag version 2.4.0 -
+// Native Frames", sections 4.2 to 4.10, with the version 2.2 and 2.3 documents for the names and
+// forms that it dropped.
 #pragma once
 
 #include "metadata/unicode/framelist.h"
@@ -46,30 +47,25 @@ struct ReadingWishes {
                             // not known, such lyrics are read without time marks
 };
 
-// The fields of one tag.
-[[nodiscard]] TagTexts FindTexts(const FrameList &list, const ReadingWishes &wishes);
-
 // Whether the tag has a field whose text depends on more than the place of its frame: of another
 // version than 2.3, not in Latin-1, packed, or UTF-8 in the place of Latin-1. `tag` as for
 // ReadFrames.
 [[nodiscard]] bool NeedsFrames(const TagHeader &header, std::string_view tag);
 
-// Takes from `more` each field that `texts` has no value for.
-void FillMissing(TagTexts &texts, const TagTexts &more);
-
-// The genre that the values of a TCON frame name: a number from 0 to 255 alone ("17", "(17)") as
-// its digits; a number with a text behind it ("(4)Eurodisco") gives the text; "(RX)" or "RX" is
-// "Remix",
-// "(CR)" or "CR" "Cover"; "((" at the beginning of a text is "(". Several values are joined with ";
-// ", numbers as their names where the genre table has them. Empty for values without any.
+// The genre that the values of a TCON frame name (2.3, section 4.2.1; 2.4, section 4.2.3): a number
+// from 0 to 255 alone ("17", "(17)") as its digits; a number with a text behind it
+// ("(4)Eurodisco") gives the text; "(RX)" or "RX" is "Remix", "(CR)" or "CR" "Cover"; "((" at the
+// beginning of a text is "(". Several values are joined with "; ", numbers as their names where the
+// genre table has them. Empty for values without any.
 [[nodiscard]] std::string GenreOf(const std::vector<std::string> &values);
 
 // A genre that GenreOf gave in words: a number as its name, where the genre table has one.
 [[nodiscard]] std::string GenreInWords(const std::string &genre);
 
-// The COMM or USLT frame of `list` whose text is the comment or the lyrics; null without one.
-[[nodiscard]] const Frame *ChosenFrame(const FrameList &list, std::string_view id,
-                                       const ReadingWishes &wishes);
+// The COMM or USLT frame whose text is the comment or the lyrics, out of these lists in the order
+// in which they count; null without one.
+[[nodiscard]] const Frame *ChosenFrame(const std::vector<const FrameList *> &lists,
+                                       std::string_view id, const ReadingWishes &wishes);
 
 // The texts of a text frame, in UTF-8; empty for one without any, and for one that cannot be read.
 [[nodiscard]] std::vector<std::string> ValuesOf(const Frame &frame);

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <optional>
-#include <set>
+#include <utility>
+#include <vector>
 
 namespace metadata::unicode
 {
@@ -10,11 +11,10 @@ namespace metadata::unicode
 namespace
 {
 
-constexpr int kMaxTags = 16;
-constexpr auto kMostOfCutTag = static_cast<std::int64_t>(kMaxUnpackedBytes);
+constexpr std::size_t kMaxTags = 16;
+constexpr auto kMostOfDamagedTag = static_cast<std::int64_t>(kMaxUnpackedBytes);
 constexpr std::int64_t kId3v1Bytes = 128;
 
-// Where a tag was read already (a SEEK frame that leads back), the walk ends.
 class TagWalk
 {
 public:
@@ -22,49 +22,102 @@ public:
 
     void Run()
     {
-        std::int64_t at = 0;
-        while (const auto next = ReadTagAt(at))
-            at = *next;
-        ReadTagAtEnd();
+        ReadTagsInFront();
+        // With an ID3v1 tag behind them, or without.
+        for (const std::int64_t behind : {kId3v1Bytes, std::int64_t{0}})
+            ReadTagsInFrontOf(m_file.Length() - behind);
     }
 
 private:
-    // Where the next tag may be; no value when there was no tag at `at`.
-    std::optional<std::int64_t> ReadTagAt(std::int64_t at)
+    struct Extent {
+        std::int64_t offset, end;
+    };
+
+    // The tags at the beginning, and those that SEEK frames lead to: always forward.
+    void ReadTagsInFront()
     {
-        const auto header = ReadTagHeader(m_file.Read(at, kTagHeaderBytes));
-        if (!header || m_read.size() == kMaxTags || !m_read.insert(at).second)
-            return std::nullopt;
-        const std::int64_t whole = header->WholeBytes();
-        const std::int64_t rest = m_file.Length() - at;
-        // A tag that claims more than the file holds is damaged: a large file is not read for it.
-        const std::int64_t there = whole <= rest ? whole : std::min(rest, kMostOfCutTag);
-        const std::string_view bytes = m_file.Read(at, there);
-        const FrameList list = ReadFrames(*header, bytes);
-        const std::int64_t next = at + whole + list.seek.value_or(0);
-        m_visit({*header, at, there, there < whole}, bytes, list);
-        return next;
+        std::int64_t at = 0;
+        std::int64_t sought = -1;
+        for (;;) {
+            std::optional<std::int64_t> seek;
+            if (ReadTagAt(at, seek)) {
+                at = m_behind;
+                if (seek)
+                    sought = at + *seek;
+            } else if (sought > at) {
+                at = std::exchange(sought, -1);
+            } else {
+                return;
+            }
+        }
     }
 
-    void ReadTagAtEnd()
+    // The tags that end there, one in front of the other: each with a footer, or read already.
+    void ReadTagsInFrontOf(std::int64_t end)
     {
-        for (const std::int64_t behind : {kId3v1Bytes, std::int64_t{0}}) {
-            const std::int64_t end = m_file.Length() - behind;
-            if (end < 2 * kTagHeaderBytes)
-                continue;
-            const auto footer = ReadTagFooter(m_file.Read(end - kTagHeaderBytes, kTagHeaderBytes));
-            const std::int64_t start = footer ? end - footer->bodyBytes - 2 * kTagHeaderBytes : -1;
-            if (start >= 0 && ReadTagAt(start))
+        for (std::size_t i = 0; i <= kMaxTags && end > 0; ++i) {
+            const auto known = std::find_if(m_read.begin(), m_read.end(),
+                                            [end](const Extent &tag) { return tag.end == end; });
+            const std::int64_t start = known != m_read.end() ? known->offset : ReadTagWithEnd(end);
+            if (start < 0)
                 return;
+            end = start;
         }
+    }
+
+    // Where it begins; -1 without a tag.
+    std::int64_t ReadTagWithEnd(std::int64_t end)
+    {
+        if (end < 2 * kTagHeaderBytes)
+            return -1;
+        const auto footer = ReadTagFooter(m_file.Read(end - kTagHeaderBytes, kTagHeaderBytes));
+        const std::int64_t start = footer ? end - footer->bodyBytes - 2 * kTagHeaderBytes : -1;
+        const bool isFree =
+            start >= 0 && std::none_of(m_read.begin(), m_read.end(), [&](const Extent &tag) {
+                return tag.offset < end && start < tag.end;
+            });
+        if (!isFree)
+            return -1;
+        const auto header = ReadTagHeader(m_file.Read(start, kTagHeaderBytes));
+        std::optional<std::int64_t> notUsed;
+        const bool isWhole = header && start + header->WholeBytes() == end;
+        return isWhole && ReadTagAt(start, notUsed) ? start : -1;
+    }
+
+    // Whether there is a tag; `seek`: its SEEK frame.
+    bool ReadTagAt(std::int64_t at, std::optional<std::int64_t> &seek)
+    {
+        auto header = ReadTagHeader(m_file.Read(at, kTagHeaderBytes));
+        if (!header || m_read.size() == kMaxTags)
+            return false;
+        // Where the footer is announced and not there, its bytes are those of the audio.
+        const std::int64_t bodyEnd = at + kTagHeaderBytes + header->bodyBytes;
+        if (header->HasFooter() && !ReadTagFooter(m_file.Read(bodyEnd, kTagHeaderBytes)))
+            header->flags &= ~TagHeader::kFooterFlag;
+        const std::int64_t there = BytesThere(*header, m_file.Length() - at);
+        const std::string_view bytes = m_file.Read(at, there);
+        const FrameList list = ReadFrames(*header, bytes);
+        seek = list.seek;
+        m_read.push_back({at, at + there});
+        m_behind = at + header->WholeBytes(); // behind the file's end, where the tag is damaged
+        m_visit({*header, at, there, there < header->WholeBytes()}, bytes, list);
+        return true;
     }
 
     FileBytesPort &m_file;
     const VisitTag &m_visit;
-    std::set<std::int64_t> m_read; // where tags began
+    std::vector<Extent> m_read; // no two of them overlap
+    std::int64_t m_behind = 0;  // where the last one says that it ends
 };
 
 } // namespace
+
+std::int64_t BytesThere(const TagHeader &header, std::int64_t rest)
+{
+    const std::int64_t whole = header.WholeBytes();
+    const bool isDamaged = whole > rest || header.bodyBytes > kLargestBody;
+    return isDamaged ? std::min({rest, whole, kMostOfDamagedTag}) : whole;
+}
 
 void WalkTags(FileBytesPort &file, const VisitTag &visit)
 {

@@ -26,17 +26,21 @@ public:
 // Where a tag is.
 struct TagPlace {
     TagHeader header;
-    std::int64_t offset = 0; // zero-based
-    std::int64_t bytes = 0;  // of the whole tag, as it is in the file: a tag that claims more than
-                             // the file holds ends with it
-    bool claimsTooMuch = false;
+    std::int64_t offset = 0;    // zero-based
+    std::int64_t bytes = 0;     // of the whole tag, as it is in the file (BytesThere)
+    bool claimsTooMuch = false; // that is less than its header says
 
     std::int64_t End() const { return offset + bytes; }
 };
 
+// How many bytes of the tag are read where `rest` bytes of the file are left. A tag that claims
+// more than the file holds, or more than a tag can have (256 MB, section 3.1), is damaged: it is
+// read up to kMaxUnpackedBytes.
+[[nodiscard]] std::int64_t BytesThere(const TagHeader &header, std::int64_t rest);
+
 // Calls `visit` with each tag, and its bytes, in this order: those at the file's beginning, one
-// behind the other; those that a SEEK frame leads to; one with a footer at the end, in front of an
-// ID3v1 tag where there is one. At most 16 tags, none twice.
+// behind the other; those that their SEEK frames lead to; those with a footer at the end, in front
+// of an ID3v1 tag where there is one, the last one first. At most 16 tags, and no byte in two.
 using VisitTag =
     std::function<void(const TagPlace &, std::string_view bytes, const FrameList &frames)>;
 void WalkTags(FileBytesPort &file, const VisitTag &visit);

@@ -38,8 +38,16 @@ struct TerminatedText {
 };
 [[nodiscard]] TerminatedText CutAtTerminator(Encoding encoding, std::string_view bytes);
 
+// A frame's values after these are left out; empty ones count as well.
+inline constexpr std::size_t kMostValues = 1000;
+
 // The values of a text frame: one, or several with a terminator between them. Empty ones are left
 // out. In UTF-16 a value without a byte order mark takes the order of the value before it.
 [[nodiscard]] std::vector<std::string> DecodeValues(Encoding encoding, std::string_view bytes);
+
+// The same values as the one text that a field shows, with "; " between them. `before` is a text of
+// the same encoding in front of them: its byte order mark counts where the first value has none.
+[[nodiscard]] std::string DecodeJoined(Encoding encoding, std::string_view bytes,
+                                       std::string_view before = {});
 
 } // namespace metadata::unicode

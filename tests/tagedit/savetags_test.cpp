@@ -65,6 +65,31 @@ TEST_F(SaveTags, AChangedFieldIsWrittenInFrontOfTheOldBody)
                     Sound());
 }
 
+// Where tags are read by their frames, the ID3v2 column takes every character; the ID3v1 column has
+// the code page's, marks what it lacks, and is cut to its fields. What is not changed keeps its
+// bytes.
+TEST_F(SaveTags, EachColumnTakesWhatItsTagHolds)
+{
+    shell::TheGlobals().UnicodeTags = true;
+    const std::string keep = Frame3("TXXX", "left alone") + std::string(20, '\0');
+    const std::string artist = tests::Frame("TPE1", Z("\1\xFF\xFE\x1C\x68")); // U+681C
+    Open(Tag(3, Frame3("TIT2", "Old") + artist + keep) + Sound() +
+         Tag1("Old", "Artist", "", "1999", "", 3, 17));
+    EXPECT_EQ(V2().txtArtist.Text(), "\xE6\xA0\x9C");
+    V1().txtTitle.SetText("\xE6\xA0\x9C Se\xC3\xB1or 0123456789012345678901234567890");
+    V2().txtTitle.SetText("\xE6\xA0\x9C");
+    EXPECT_TRUE(V1().txtTitle.Marked());
+    EXPECT_FALSE(V1().txtArtist.Marked());
+    EXPECT_FALSE(V2().txtTitle.Marked());
+    EXPECT_FALSE(V2().txtArtist.Marked());
+    EXPECT_TRUE(m_editor.lblNote.Visible());
+    EXPECT_TRUE(cmdOk_Click(m_editor));
+    EXPECT_TRUE(ReadFile(m_path) ==
+                Tag(3, tests::Frame("TIT2", Z("\1\xFF\xFE\x1C\x68")) + artist + keep) + Sound() +
+                    Tag1("? Se\xF1or 0123456789012345678901", "Artist", "", "1999", "", 3, 17));
+    EXPECT_EQ(Boxes(), std::vector<std::string>{});
+}
+
 TEST_F(SaveTags, EmptyBoxesOfGenreAndTrack)
 {
     Open(Tag(3, Frame3("TCON", "(17)Rock") + Frame3("TRCK", "5")) + Sound());

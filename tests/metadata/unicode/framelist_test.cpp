@@ -1,8 +1,8 @@
 #include "metadata/unicode/framelist.h"
 #include "tests/metadata/unicode/tagbytes.h"
+#include "tests/metadata/unicode/taginmemory.h"
 
 #include <gtest/gtest.h>
-#include <zlib.h>
 
 using namespace metadata::unicode;
 using namespace std::string_literals;
@@ -11,22 +11,11 @@ using tests::BigEndian;
 using tests::Frame22;
 using tests::Frame23;
 using tests::Frame24;
+using tests::Packed;
 using tests::TagOf;
 
 namespace
 {
-
-std::string Packed(std::string_view text)
-{
-    std::string out(compressBound(static_cast<uLong>(text.size())), '\0');
-    auto size = static_cast<uLongf>(out.size());
-    EXPECT_EQ(compress(reinterpret_cast<Bytef *>(out.data()), &size,
-                       reinterpret_cast<const Bytef *>(text.data()),
-                       static_cast<uLong>(text.size())),
-              Z_OK);
-    out.resize(size);
-    return out;
-}
 
 // "TIT2=abc TPE1=-": the frames with their contents; "-" for one that cannot be read.
 std::string Listed(const std::string &tag)
@@ -37,7 +26,8 @@ std::string Listed(const std::string &tag)
     std::string text;
     const FrameList list = ReadFrames(*header, tag);
     for (const auto &frame : list.frames)
-        text += (text.empty() ? "" : " ") + frame.id + "=" + FrameContent(frame).value_or("-");
+        text += (text.empty() ? "" : " ") + std::string(frame.id) + "=" +
+                FrameContent(frame).value_or("-");
     return text;
 }
 
@@ -107,7 +97,13 @@ TEST(ReadFrames, ExtendedHeader)
     EXPECT_EQ(Listed(TagOf(3, BigEndian(0xFFFFFFFF, 4) + std::string(6, '\0') + frame23, 0x40)),
               "");
     EXPECT_EQ(Listed(TagOf(3, "\0\0"s, 0x40)), "");
+    EXPECT_EQ(Listed(TagOf(3, frame23, 0x40)), "TIT2=abc"); // announced, and not there
     const std::string frame24 = Frame24("TIT2", "abc");
+    EXPECT_EQ(Listed(TagOf(4, frame24, 0x40)), "TIT2=abc");
+    // With a CRC of five bytes and restrictions of one (2.4, section 3.2, flags c and d).
+    EXPECT_EQ(
+        Listed(TagOf(4, BigEndian(14, 4, 7) + "\x01\x30\x05\0\0\0\0\x01\x01\xFF"s + frame24, 0x40)),
+        "TIT2=abc");
     EXPECT_EQ(Listed(TagOf(4, BigEndian(6, 4, 7) + "\x01\0"s + frame24, 0x40)), "TIT2=abc");
     const std::string update = TagOf(4, BigEndian(7, 4, 7) + "\x01\x40\0"s + frame24, 0x40);
     EXPECT_EQ(Listed(update), "TIT2=abc");

@@ -1,6 +1,7 @@
 #include "metadata/unicode/syncedlyrics.h"
 #include "metadata/unicode/tagtexts.h"
 #include "tests/metadata/unicode/tagbytes.h"
+#include "tests/metadata/unicode/taginmemory.h"
 
 #include <gtest/gtest.h>
 
@@ -16,32 +17,10 @@ using tests::Frame23;
 using tests::Frame24;
 using tests::TagOf;
 using tests::Text24;
+using tests::TextsOf;
 
 namespace
 {
-
-class BytesInMemory : public FileBytesPort
-{
-public:
-    explicit BytesInMemory(std::string bytes) : m_bytes(std::move(bytes)) {}
-    std::int64_t Length() override { return static_cast<std::int64_t>(m_bytes.size()); }
-    std::string_view Read(std::int64_t position, std::int64_t count) override
-    {
-        if (position >= Length())
-            return {};
-        return std::string_view(m_bytes).substr(static_cast<std::size_t>(position),
-                                                static_cast<std::size_t>(count));
-    }
-
-private:
-    std::string m_bytes;
-};
-
-TagTexts TextsOf(const std::string &bytes, const ReadingWishes &wishes = {})
-{
-    BytesInMemory file(bytes);
-    return ReadTagTexts(file, wishes).value_or(TagTexts());
-}
 
 // A COMM or USLT frame in Latin-1.
 std::string Described(std::string_view name, std::string_view language,
@@ -227,6 +206,22 @@ TEST(ReadTagTexts, SeveralTags)
     for (int i = 0; i < 100; ++i)
         many += TagOf(4, "");
     EXPECT_EQ(TextsOf(many + one).title, std::nullopt); // the 101st
+}
+
+// A comment's text without a byte order mark takes that of its description.
+TEST(ReadTagTexts, TheOrderOfADescription)
+{
+    const auto comment = [](std::string_view description, std::string_view text) {
+        return TextsOf(TagOf(3, Frame23("COMM", "\x01"
+                                                "eng" +
+                                                    std::string(description) + "\0\0"s +
+                                                    std::string(text))))
+            .comment;
+    };
+    EXPECT_EQ(comment("\xFE\xFF"sv, "\x30\x42"sv), "あ");
+    EXPECT_EQ(comment("\xFF\xFE"sv, "\x42\x30"sv), "あ");
+    EXPECT_EQ(comment("\xFF\xFE"sv, "\xFE\xFF\x30\x42"sv), "あ");
+    EXPECT_EQ(comment("", "\0a"sv), "a");
 }
 
 TEST(ReadTagTexts, NothingWithoutTags)
