@@ -23,14 +23,17 @@ def arguments(description, *flags):
     return args
 
 
-def library(libraries, count):
-    """The folder of a collection of `count` songs, made where it is missing."""
-    folder = os.path.join(libraries, str(count))
+TAG_KINDS = ("2.3", "2.3-utf16", "2.4-utf16", "2.4-utf8")
+
+
+def library(libraries, count, tags=TAG_KINDS[0]):
+    """The folder of a collection of `count` songs with tags of that kind, made where it is missing."""
+    folder = os.path.join(libraries, str(count) if tags == TAG_KINDS[0] else "%d-%s" % (count, tags))
     if not os.path.isdir(folder):
         making = folder + ".making"
         shutil.rmtree(making, ignore_errors=True)
         subprocess.run([sys.executable, os.path.join(ROOT, "tools", "makelib.py"), making, str(count),
-                        "--seed", "1", "--audio-kb", "16"], check=True, stdout=subprocess.DEVNULL)
+                        "--seed", "1", "--audio-kb", "16", "--tags", tags], check=True, stdout=subprocess.DEVNULL)
         os.rename(making, folder)
     return folder
 
