@@ -37,9 +37,11 @@ qsizetype EndOfPiece(const QString &text, qsizetype start)
 
 // Lays out the lines of a piece from `top` on. If the paragraph goes on after the piece, the last
 // line is left for the next piece, unless it is the only one.
-qsizetype LayLines(QTextLayout &layout, bool isParagraphsEnd, int width, qreal &top)
+qsizetype LayLines(QTextLayout &layout, bool isParagraphsEnd, Qt::LayoutDirection direction,
+                   int width, qreal &top)
 {
     QTextOption option;
+    option.setTextDirection(direction);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     qsizetype taken = 0;
@@ -170,20 +172,35 @@ void PageLabel::mouseDoubleClickEvent(QMouseEvent *event)
     Select(start, end);
 }
 
+// Of fields and names in one text, each line begins where the window's language begins; a text
+// alone has the direction of its first letter.
+Qt::LayoutDirection PageLabel::DirectionOf(QStringView paragraph) const
+{
+    if (m_faintCaptions)
+        return layoutDirection();
+    return paragraph.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
+}
+
 const PageLabel::Lines &PageLabel::LayOut(const QString &text, int widthPixels) const
 {
     if (m_lines.width == widthPixels && m_lines.text == text && m_lines.font == font())
         return m_lines;
     m_lines = {text, widthPixels, font(), {}, 0};
     bool isTextsEnd = false; // a line end at the end begins one more line
+    bool isParagraphsStart = true;
+    Qt::LayoutDirection direction = Qt::LeftToRight;
     for (qsizetype start = 0; !isTextsEnd && m_lines.height < kHighest;) {
         const qsizetype end = EndOfPiece(text, start);
         const bool isParagraphsEnd = end == text.size() || text[end] == QLatin1Char('\n');
+        if (isParagraphsStart)
+            direction = DirectionOf(QStringView(text).mid(start, end - start));
+        isParagraphsStart = isParagraphsEnd;
         QString laid = text.mid(start, end - start);
         laid.replace(QChar(QChar::Nbsp),
                      QLatin1Char(' ')); // so that a line can end there instead of inside a word
         Piece piece{std::make_unique<QTextLayout>(laid, font()), start, 0, m_lines.height, 0};
-        piece.length = LayLines(*piece.layout, isParagraphsEnd, widthPixels, m_lines.height);
+        piece.length =
+            LayLines(*piece.layout, isParagraphsEnd, direction, widthPixels, m_lines.height);
         piece.bottom = m_lines.height;
         start += piece.length + (isParagraphsEnd ? 1 : 0);
         m_lines.pieces.push_back(std::move(piece));

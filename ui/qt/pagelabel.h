@@ -20,7 +20,8 @@ public:
     explicit PageLabel(QWidget *parent);
 
     // Paints the words before the first ": " of each paragraph in a paler colour, as captions of
-    // the text after them; not in a text that begins with an empty line.
+    // the text after them; not in a text that begins with an empty line. All lines then begin where
+    // the window's language does; else one has the direction of its paragraph's first letter.
     void SetFaintCaptions(bool on) { m_faintCaptions = on; }
 
     // Paints the whole text in the paler colour.
@@ -59,6 +60,7 @@ private:
         std::vector<Piece> pieces;
         qreal height = 0;
     };
+    Qt::LayoutDirection DirectionOf(QStringView paragraph) const;
     const Lines &LayOut(const QString &text, int widthPixels) const;
     qsizetype PositionAt(QPointF place) const; // offset in the text
     void Select(qsizetype anchor, qsizetype caret);

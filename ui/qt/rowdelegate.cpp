@@ -10,6 +10,10 @@ namespace
 
 constexpr int kAir = 8; // free pixels above and below a line of text, in total
 
+// In front of a text it makes the right its beginning, and so the left the place of the dots where
+// the text is cut.
+constexpr QChar kRightToLeftIsolate(0x2067);
+
 const QStyle &StyleOf(const QStyleOptionViewItem &option)
 {
     return option.widget != nullptr ? *option.widget->style() : *QApplication::style();
@@ -22,6 +26,11 @@ int TextRoom(const QStyleOptionViewItem &option)
     const int margin = style.pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, option.widget) + 1;
     return style.subElementRect(QStyle::SE_ItemViewItemText, &option, option.widget).width() -
            2 * margin;
+}
+
+bool IsPath(const QString &text)
+{
+    return text.startsWith(QLatin1Char('/'));
 }
 
 } // namespace
@@ -43,7 +52,7 @@ void RowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
 {
     QStyleOptionViewItem row = option;
     initStyleOption(&row, index);
-    if (row.text.startsWith(QLatin1Char('/')))
+    if (IsPath(row.text))
         row.text = ElidedPath(row.text, row.fontMetrics, TextRoom(row));
     StyleOf(row).drawControl(QStyle::CE_ItemViewItem, &row, painter, row.widget);
 }
@@ -66,6 +75,8 @@ void RowDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelInde
             option->palette.setBrush(QPalette::Text, grey);
         }
     }
+    if (option->text.isRightToLeft() && !IsPath(option->text))
+        option->text.prepend(kRightToLeftIsolate);
     // In a window without the focus the selection is as pale as the window, so the icon must be
     // that of the other rows.
     const bool selected = option->state.testFlag(QStyle::State_Selected);
