@@ -13,6 +13,7 @@
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/openaddress.h"
+#include "shell/preferences/unicodeoffer.h"
 #include "shell/settings.h"
 
 #include <algorithm>
@@ -63,6 +64,7 @@ void ToggleWebStyle(MainForm &form)
 void ToggleUnicodeTags(MainForm &form)
 {
     shell::SaveUnicodeTags(!shell::TheGlobals().UnicodeTags);
+    shell::NoteUnicodeChoice();
     UpdateCommands(form);
     const platform::Answer answer = platform::TheMachine().desktop->MessageBox(
         shell::GetLanguageText("The catalogue shows the texts as they were read before. Would you "

@@ -313,12 +313,8 @@ void OfferMail()
         mail();
 }
 
-void CloseReport(Run &run)
+void OfferReport()
 {
-    const bool anyReported = TheState().summary.anyReported;
-    run.report.Close(!anyReported, MP3s().Path(), CreationText());
-    if (!anyReported)
-        return;
     const platform::Answer answer = TheDesktop().MessageBox(
         kReportQuestion, platform::Buttons::YesNo, "Mistakes", platform::BoxIcon::Exclamation);
     if (answer == platform::Answer::Yes)
@@ -387,8 +383,12 @@ bool Regenerate()
         return false;
     if (!TheState().summary.errors.empty())
         OfferMail();
-    CloseReport(run);
-    return IsToBeReadAnew();
+    run.report.Close(!TheState().summary.anyReported, MP3s().Path(), CreationText());
+    if (IsToBeReadAnew())
+        return true; // with a report of its own
+    if (TheState().summary.anyReported)
+        OfferReport();
+    return false;
 }
 
 // Marks the run as running; the destructor removes the marks.

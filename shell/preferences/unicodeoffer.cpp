@@ -35,10 +35,17 @@ constexpr ui::Caption kCaptions[] = {
 
 constexpr int kWidth = 7200, kHeight = 3300; // twips, the least ones
 
-std::vector<std::string> OfferedLibraries()
+// The program folder as the setting has it.
+std::string ThisLibrary()
 {
-    const std::string text = GetSetting(kExtras, kOffered);
-    return text.empty() ? std::vector<std::string>() : runtime::Split(text, kSeparator);
+    return runtime::Replace(runtime::Replace(GetAppPath(), "%", "%25"), kSeparator, "%3A");
+}
+
+bool IsOffered()
+{
+    const std::vector<std::string> offered =
+        runtime::Split(GetSetting(kExtras, kOffered), kSeparator);
+    return std::find(offered.begin(), offered.end(), ThisLibrary()) != offered.end();
 }
 
 } // namespace
@@ -77,8 +84,7 @@ bool IsUnicodeOfferDue()
 {
     if (IsUnicodeTagsOn() || GetSetting(kExtras, kOffer, "1") == "0")
         return false;
-    const std::vector<std::string> offered = OfferedLibraries();
-    return std::find(offered.begin(), offered.end(), GetAppPath()) == offered.end();
+    return !IsOffered();
 }
 
 bool OfferUnicodeTags(std::int64_t files, std::int64_t of)
@@ -87,12 +93,20 @@ bool OfferUnicodeTags(std::int64_t files, std::int64_t of)
         return false;
     UnicodeOfferForm form(files, of);
     ui::ShowModal(form);
-    const std::string before = GetSetting(kExtras, kOffered);
-    const std::string separator(before.empty() ? std::string_view() : kSeparator);
-    SaveSetting(kExtras, kOffered, before + separator + GetAppPath());
+    NoteUnicodeChoice();
     if (form.chkNotAgain.Checked())
         SaveSetting(kExtras, kOffer, "0");
     return form.accepted;
+}
+
+void NoteUnicodeChoice()
+{
+    if (IsOffered())
+        return;
+    std::string offered = GetSetting(kExtras, kOffered);
+    if (!offered.empty())
+        offered += kSeparator;
+    SaveSetting(kExtras, kOffered, offered + ThisLibrary());
 }
 
 } // namespace shell

@@ -21,11 +21,15 @@ struct UnicodeOfferForm : ui::Form {
 };
 
 // Section "Extras": "UnicodeOffer" is "0" when the user does not want to be asked again;
-// "UnicodeOffered" has the program folders of the libraries that were asked about, joined by ":".
+// "UnicodeOffered" has the program folders of the libraries that were asked about, joined by ":"
+// (in a folder "%3A" is that character, "%25" a "%").
 [[nodiscard]] bool IsUnicodeOfferDue();
 
 // Asks, where it is due: `files` of `of` files have such tags. Returns: true for Yes; what the user
 // answered is kept, the setting itself is the caller's.
 [[nodiscard]] bool OfferUnicodeTags(std::int64_t files, std::int64_t of);
+
+// The user has chosen the way of reading for this library without being asked: no offer is due.
+void NoteUnicodeChoice();
 
 } // namespace shell

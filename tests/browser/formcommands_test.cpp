@@ -1,7 +1,10 @@
 // The main form's commands: dispatch, states, captions, languages, pages.
 #include "browser/formhandlers.h"
+#include "catalogue/regeneration.h"
 #include "runtime/error.h"
+#include "shell/preferences/unicodeoffer.h"
 #include "tests/browser/formfixture.h"
+#include "tests/support/scriptsongs.h"
 
 namespace
 {
@@ -324,6 +327,60 @@ TEST_F(FormCommands, EndingTheProgramBeforeAPageIsKnownOpensNone)
         EXPECT_EQ(ended, 1);
         EXPECT_TRUE(desktop.opened.empty());
     }
+}
+
+TEST_F(FormCommands, UnicodeTagsAreToggledStoredAndReadAnewWhereTheUserWants)
+{
+    tests::WriteFile(Song("new.mp3"), tests::SongBytes(tests::kJapanese));
+    shell::TheGlobals().MP3Directory = Music();
+    MainForm &form = Loaded();
+    const ui::Command &entry = *form.FindMenu("submnuUnicodeTags");
+    EXPECT_EQ(entry.Caption(), "Read &Unicode tags");
+    EXPECT_TRUE(entry.Enabled());
+    EXPECT_FALSE(entry.Checked());
+    EXPECT_TRUE(shell::IsUnicodeOfferDue());
+
+    RunCommand(form, "submnuUnicodeTags"); // No to the question
+    EXPECT_EQ(desktop.boxes,
+              std::vector<std::string>{"The catalogue shows the texts as they were read before. "
+                                       "Would you like to regenerate the database now?"});
+    EXPECT_TRUE(entry.Checked());
+    EXPECT_TRUE(shell::TheGlobals().UnicodeTags);
+    EXPECT_EQ(Setting("Extras", "UnicodeTags"), "1");
+    EXPECT_TRUE(Rows().empty());
+
+    desktop.yesOrNo = platform::Answer::Yes;
+    RunCommand(form, "submnuUnicodeTags");
+    EXPECT_FALSE(entry.Checked());
+    EXPECT_FALSE(shell::TheGlobals().UnicodeTags);
+    EXPECT_EQ(Setting("Extras", "UnicodeTags"), "0");
+    EXPECT_EQ(Keys("ByTitle"), "@ ") << "the usual way, without an offer of the other one";
+    EXPECT_FALSE(shell::IsUnicodeOfferDue());
+
+    RunCommand(form, "submnuUnicodeTags");
+    EXPECT_TRUE(entry.Checked());
+    EXPECT_EQ(Keys("ByTitle"), "@桜の花 ");
+    RunCommand(form, "submnuUnicodeTags"); // and back
+    EXPECT_EQ(Keys("ByTitle"), "@ ");
+}
+
+TEST_F(FormCommands, TheWayOfReadingStaysDuringARegeneration)
+{
+    tests::WriteFile(Song("new.mp3"), tests::SongBytes(tests::kJapanese));
+    shell::TheGlobals().MP3Directory = Music();
+    MainForm &form = Loaded();
+    int looks = 0;
+    desktop.onYield = [&] {
+        if (!catalogue::IsRegenerating())
+            return;
+        ++looks;
+        RunCommand(form, "submnuUnicodeTags");
+        EXPECT_FALSE(shell::TheGlobals().UnicodeTags);
+    };
+    shell::NoteUnicodeChoice();
+    RunCommand(form, "submnuRegenerateDatabase");
+    EXPECT_GT(looks, 0);
+    EXPECT_FALSE(shell::TheGlobals().UnicodeTags);
 }
 
 TEST_F(FormCommands, WebStyleIsToggledStoredAndLaidOut)

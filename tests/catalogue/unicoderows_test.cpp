@@ -77,3 +77,27 @@ TEST_F(UnicodeRows, AreOfferedAndReadAnew)
     EXPECT_EQ(Rows()[0], kRow);
     EXPECT_EQ(catalogue::LastRegeneration().files, 2);
 }
+
+// A run that is repeated asks about its report once, at its very end.
+TEST_F(UnicodeRows, TheReportIsAskedAboutAfterTheOffer)
+{
+    const std::string title = tests::Frame24("TIT2", '\x03' + std::string(kJapanese));
+    tests::WriteFile(Song("new.mp3"), tests::TagOf(4, title) + tests::Audio()); // one tag alone
+    for (const bool answer : {false, true}) {
+        SCOPED_TRACE(answer);
+        std::size_t boxesBefore = 99;
+        catalogue::TheRegenerationControls().OfferUnicodeTags = [&](std::int64_t, std::int64_t) {
+            boxesBefore = desktop.boxes.size();
+            return answer;
+        };
+        desktop.boxes.clear();
+        desktop.ExpectBox("There were some 'mistakes'", platform::Answer::No);
+        catalogue::AllowRegeneration();
+        catalogue::ListRefresh(false);
+        EXPECT_EQ(boxesBefore, 0U) << "the offer comes first";
+        EXPECT_EQ(desktop.boxes.size(), 1U);
+        EXPECT_EQ(catalogue::LastRegeneration().reported, 1);
+        EXPECT_NE(Report().find("new.mp3"), std::string::npos);
+    }
+    EXPECT_EQ(Rows(), tests::RowList{std::string(kJapanese) + "|||||||~/new.mp3||0"});
+}

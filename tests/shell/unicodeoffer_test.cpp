@@ -65,6 +65,36 @@ TEST_F(UnicodeOffer, AsksOnceForALibrary)
     EXPECT_FALSE(shell::IsUnicodeTagsOn()); // the setting is the caller's
 }
 
+// The folders are stored in one text, whatever characters their names have.
+TEST_F(UnicodeOffer, AsksOnceForALibraryWithAnyName)
+{
+    for (const char *library : {"/桜 😀", "/a:b", "/b", "/a", "/50%", "/50%25", "/a%3Ab", ":"}) {
+        shell::SetAppPath(library);
+        EXPECT_FALSE(Offer(&Form::cmdNo)) << library;
+        EXPECT_FALSE(shell::OfferUnicodeTags(3, 10)) << library;
+    }
+    shell::SetAppPath("/桜 😀");
+    EXPECT_FALSE(shell::IsUnicodeOfferDue());
+}
+
+TEST_F(UnicodeOffer, IsNotMadeAfterAChoiceWithoutIt)
+{
+    shell::NoteUnicodeChoice();
+    shell::NoteUnicodeChoice();
+    EXPECT_FALSE(shell::OfferUnicodeTags(3, 10));
+    EXPECT_EQ(shell::GetSetting("Extras", "UnicodeOffered"), "/library");
+    shell::SetAppPath("/other");
+    EXPECT_TRUE(shell::IsUnicodeOfferDue());
+}
+
+// Closing the window by other means than its buttons is a No.
+TEST_F(UnicodeOffer, ClosedIsNo)
+{
+    forms.scripts.emplace_back([](ui::Form &form) { ui::AskToClose(form); });
+    EXPECT_FALSE(shell::OfferUnicodeTags(3, 10));
+    EXPECT_FALSE(shell::IsUnicodeOfferDue());
+}
+
 TEST_F(UnicodeOffer, NeverAgainHoldsForAllLibraries)
 {
     EXPECT_FALSE(Offer(&Form::cmdNo, true));
