@@ -47,8 +47,9 @@ inline std::string LyricsIn(const std::string &file)
 // What is highlighted.
 inline std::string SelectedIn(const lyrics::LyricsForm &form)
 {
-    return form.Lyrics.Text().substr(static_cast<std::size_t>(form.Lyrics.SelStart()),
-                                     static_cast<std::size_t>(form.Lyrics.SelLength()));
+    const lyrics::LyricsBox &box = form.Lyrics;
+    const std::size_t start = box.OffsetOf(box.SelStart());
+    return box.Text().substr(start, box.OffsetOf(box.SelStart() + box.SelLength()) - start);
 }
 
 // A window system with, or without, a modal window.

@@ -95,3 +95,30 @@ TEST(CharactersLacking, EachOnce)
     EXPECT_EQ(runtime::CharactersLacking("Łódź ñ"), "ñ");
     runtime::UseCodePage(1252);
 }
+
+// Of a record in UTF-8 a character is as many bytes as it has.
+TEST(EditedField, OfARecordInUtf8)
+{
+    constexpr auto kUtf8 = metadata::TextKind::Utf8;
+    const struct {
+        const char *name;
+        std::string field, edited, want;
+    } cases[] = {
+        {"not touched", Z("桜\0の花"), "桜", Z("桜\0の花")},
+        {"typed at the end", "桜の", "桜の花", "桜の花"},
+        {"typed in the middle", "桜花", "桜の花", "桜の花"},
+        {"taken out of the middle", "桜の花", "桜花", "桜花"},
+        {"characters that share their first bytes", "😀😁", "😀😂", "😀😂"},
+        {"characters that share their last byte", "éĩ", "éŨ", "éŨ"},
+        {"of a sequence one part", "👩‍🎤", "👩", "👩"},
+        {"right to left", "نسم", "نسم علينا", "نسم علينا"},
+        {"what the code page lacks", "abc", "abŁc", "abŁc"},
+        {"line ends keep their form", "一\r二\n三\r\n", "一\n二!\n三\n", "一\r二!\n三\r\n"},
+        {"emptied", "桜", "", ""},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(EditedField(c.field, c.edited, kUtf8), c.want);
+    }
+    EXPECT_EQ(ShownText(Z("é😀\0x"), kUtf8), "é😀");
+}
