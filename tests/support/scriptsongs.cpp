@@ -15,7 +15,7 @@ constexpr char kUtf8 = '\x03';
 
 } // namespace
 
-std::string SongBytes(const ScriptSong &song, std::string_view lyrics)
+std::string TagBytes(const ScriptSong &song, std::string_view lyrics)
 {
     std::string frames;
     for (const auto &[name, text] : {std::pair("TIT2", song.title), std::pair("TPE1", song.artist),
@@ -27,7 +27,12 @@ std::string SongBytes(const ScriptSong &song, std::string_view lyrics)
         frames += Frame24("COMM", described + std::string(song.comment));
     if (!lyrics.empty())
         frames += Frame24("USLT", described + std::string(lyrics));
-    return TagOf(4, frames) + Audio();
+    return TagOf(4, frames);
+}
+
+std::string SongBytes(const ScriptSong &song, std::string_view lyrics)
+{
+    return TagBytes(song, lyrics) + Audio();
 }
 
 } // namespace tests

@@ -23,7 +23,10 @@ inline constexpr ScriptSong kMixed{
     "Hello مرحبا World", "فيروز & ÑANDÚ", "Ὀδύσσεια", "2021", "", "Jazz"};
 inline constexpr ScriptSong kScriptSongs[] = {kJapanese, kRussian, kArabic, kEmoji, kMixed};
 
-// The bytes of a song of version 2.4 with texts in UTF-8; lyrics only where there are some.
+// A tag of version 2.4 with the texts in UTF-8; lyrics only where there are some.
+std::string TagBytes(const ScriptSong &song, std::string_view lyrics = {});
+
+// A short song with that tag.
 std::string SongBytes(const ScriptSong &song, std::string_view lyrics = {});
 
 // While one exists, tags are read and written by their frames.

@@ -1,17 +1,7 @@
 // The way of a user with the real player: from a click on an artist and a double click on a song to
 // the line that is sung, position by position; and setting the times of a song while it plays.
-#include "lyrics/frmLyricsView.h"
-#include "lyrics/install.h"
-#include "metadata/tagwriter.h"
-#include "platform/player/audacious.h"
-#include "platform/posix/systemclock.h"
-#include "player/install.h"
-#include "player/playing.h"
-#include "player/winampmod.h"
 #include "tests/lyrics/lyricsfixture.h"
-#include "tests/support/realplayer.h"
-#include "tests/windows/mainwindowfixture.h"
-#include "ui/qt/form.h"
+#include "tests/windows/lyricsroad.h"
 
 #include <gtest/gtest.h>
 
@@ -41,70 +31,6 @@ std::string Mark(int second)
     std::snprintf(mark.data(), mark.size(), "[%02d:%02d]", second / 60, second % 60);
     return mark.data();
 }
-
-class LyricsRoad : public MainWindowTest
-{
-protected:
-    LyricsRoad()
-    {
-        platform::TheMachine().clock = &m_clock;
-        platform::TheMachine().player = &m_port;
-        lyrics::RegisterLyricsView();
-        metadata::TheTagWriterHooks().releasePlayingFile = player::ReleasePlayingFile;
-        metadata::TheTagWriterHooks().restorePlayingFile = player::RestorePlayingFile;
-    }
-    ~LyricsRoad() override
-    {
-        lyrics::ForgetForms();
-        LetRun(10); // closed windows go with the next event
-        Leave();
-        metadata::TheTagWriterHooks() = {};
-        player::TheLyricsWindowCalls() = {};
-        player::ResetNowPlaying();
-        player::ResetWinAmpMod();
-        platform::TheMachine().player = nullptr;
-        platform::TheMachine().clock = &clock;
-    }
-
-    // A song of so many seconds, with these lyrics.
-    std::string WriteSong(int seconds, const std::string &lyrics)
-    {
-        const std::string audio = ReadFile(real.Song("silence.mp3", seconds));
-        WriteFile(Song("song.mp3"), Id3v2(TextFrame("TIT2", "Title") + TextFrame("TPE1", "Artist") +
-                                          Frame("USLT", std::string("\0eng\0", 5) + lyrics)) +
-                                        audio + Id3v1({"Title", "Artist", "", "", "", 0, 17}));
-        return Song("song.mp3");
-    }
-
-    // The program over that song, and the player.
-    void StartAll()
-    {
-        real.Start();
-        Start();
-        player::Install();
-        lyrics::Install();
-        Regenerate();
-        ASSERT_TRUE(WaitUntil([this] { return Rows().size() == 1; }, 20'000));
-        ClickExpander("ByArtist");
-        LetRun(QApplication::doubleClickInterval() + 50);
-        ClickNode("#ARTIST");
-        ASSERT_EQ(Form().LV.Count(), 1);
-    }
-
-    LyricsForm *Lyrics() const
-    {
-        const std::vector<ui::Form *> forms = host.Forms();
-        return forms.empty() ? nullptr : dynamic_cast<LyricsForm *>(forms.back());
-    }
-
-    mutable ui::qt::FormWindows host;
-    ConfigFolder config;
-    RealPlayer real;
-
-private:
-    platform::posix::SystemClock m_clock;
-    platform::player::AudaciousPlayer m_port{5000}; // the machine of a test may be busy
-};
 
 // What was seen of the highlight while a song played once.
 struct Followed {
