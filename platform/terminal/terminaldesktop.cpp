@@ -2,6 +2,7 @@
 
 #include "platform/endrequest.h"
 #include "platform/posix/spawn.h"
+#include "platform/terminal/terminaltext.h"
 #include "runtime/text.h"
 
 #include <sys/stat.h>
@@ -38,7 +39,8 @@ std::string Printable(std::string_view text)
 
 void Print(const std::string &text)
 {
-    std::fwrite(text.data(), 1, text.size(), stderr);
+    const std::string shown = ForTerminal(text);
+    std::fwrite(shown.data(), 1, shown.size(), stderr);
     std::fflush(stderr);
 }
 

@@ -5,6 +5,7 @@
 #include "platform/desktop.h"
 #include "platform/machine.h"
 #include "platform/settingsstore.h"
+#include "platform/terminal/terminaltext.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
@@ -25,6 +26,12 @@ namespace
 
 constexpr std::int64_t kTerminalIntervalMs = 100;
 constexpr std::int64_t kPlainIntervalMs = 1000;
+
+// A path as the terminal shows it.
+std::string Shown(const std::string &path)
+{
+    return platform::terminal::ForTerminal(runtime::ShownText(path));
+}
 
 // Shows the progress of a regeneration on standard output, at most once in a while.
 class Progress
@@ -87,7 +94,7 @@ private:
     {
         // Goes back to the start of the line and erases it.
         const char *const format = m_onTerminal ? "\r\033[K%s" : "%s\n";
-        std::fprintf(stdout, format, line.c_str());
+        std::fprintf(stdout, format, platform::terminal::ForTerminal(line).c_str());
         m_shown = line;
     }
 
@@ -127,7 +134,7 @@ void PrintSummary(const catalogue::RegenerationSummary &summary)
                 static_cast<long long>(summary.files));
     if (summary.failed > 0)
         std::printf(", %lld of them could not be added", static_cast<long long>(summary.failed));
-    std::printf("\nReport: %s\n", runtime::ShownText(catalogue::ReportPath()).c_str());
+    std::printf("\nReport: %s\n", Shown(catalogue::ReportPath()).c_str());
     std::fflush(stdout);
 }
 
@@ -159,8 +166,8 @@ void PrintHowToKeep(const std::string &folder)
                 "Preferences");
     const std::string file = platform::TheMachine().settings->FilePath(kApplicationTitle);
     if (!file.empty())
-        std::printf(",\nor in section [Preferences] of %s\nMP3 Directory=%s",
-                    runtime::ShownText(file).c_str(), runtime::ShownText(folder).c_str());
+        std::printf(",\nor in section [Preferences] of %s\nMP3 Directory=%s", Shown(file).c_str(),
+                    Shown(folder).c_str());
     std::printf("\n");
     std::fflush(stdout);
 }

@@ -465,6 +465,57 @@ class Unicode(ProgramTest):
         _, err = self.run_program("--unicode-tags", "perhaps", status=2)
         self.assertIn(b'--unicode-tags takes "on" or "off".', err)
 
+    def test_a_terminal_of_another_character_set(self):
+        """What is read and stored stays; what is shown is in the terminal's set, and no byte of it controls it."""
+        folder = os.path.join(self.music, "Кино 桜")
+        os.mkdir(folder)
+        self.path = os.path.join(folder, "Л 😀.mp3")
+        self.write(self.audio)
+        self.by_mutagen(fields_of("russian"), 4, 3)
+        for locale, name in (("C.UTF-8", "Кино 桜".encode()), ("ru_RU.KOI8-R", "Кино ?".encode("koi8-r"))):
+            with self.subTest(locale=locale):
+                self.env["LC_ALL"] = locale
+                self.run_program("--unicode-tags", "on", self.path)
+                self.assertIn("Л 😀.mp3".encode(), self.read("Solution.txt"))
+                out, err = self.run_program("--regenerate", folder)
+                self.assertIn(b"MP3 Directory=" + os.fsencode(self.music) + b"/" + name + b"\n", out)
+                self.assertEqual(self.query("SELECT Title, Path FROM MP3s"),
+                                 [("Группа крови".encode(), self.path.encode())])
+        self.assertFalse([byte for byte in out + err if 0x80 <= byte < 0xA0])
+
+    def test_two_processes_of_different_ways(self):
+        """Each reads in its own way, and neither makes text of what is text already."""
+        for number, script in enumerate(SCRIPTS):
+            self.path = os.path.join(self.music, f"{number}.mp3")
+            self.write(self.audio)
+            self.by_mutagen(fields_of(script), 4, 3)
+        self.run_program("--regenerate", self.music)
+        usual = self.query("SELECT * FROM MP3s ORDER BY Path")
+        self.run_program("--unicode-tags", "on")
+        # The row of one song becomes new, the others stay as they were read.
+        self.run_program(os.path.join(self.music, "1.mp3"))
+        rows = self.query("SELECT * FROM MP3s ORDER BY Path")
+        self.assertEqual(rows[1][0], SCRIPTS["japanese"]["title"].encode())
+        self.assertEqual([rows[0], *rows[2:]], [usual[0], *usual[2:]])
+        # Two folders of settings: two processes at the same time, over one catalogue.
+        other = dict(self.env, XDG_CONFIG_HOME=os.path.join(self.scratch, "other"))
+        both = [subprocess.Popen([os.path.join(BIN, "quenlin"), "--unicode-tags", way, "--regenerate", self.music],
+                                 env=env, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                 stderr=subprocess.DEVNULL)
+                for way, env in (("on", self.env), ("off", other))]
+        self.assertEqual([process.wait(300) for process in both], [0, 0])
+        self.assert_whole()
+        self.run_program("--regenerate", self.music)
+        new = self.query("SELECT * FROM MP3s ORDER BY Path")
+        for row, mixed, usual_row, script in zip(new, rows, usual, SCRIPTS):
+            self.assertEqual(row[0], SCRIPTS[script]["title"].encode())
+            self.assertIn(mixed, (row, usual_row))
+        self.run_program("--unicode-tags", "off", "--regenerate", self.music)
+        back = self.query("SELECT * FROM MP3s ORDER BY Path")
+        self.run_program("--regenerate", self.music)
+        self.assertEqual(self.query("SELECT * FROM MP3s ORDER BY Path"), back)
+        self.assertEqual([row[0] for row in back], [row[0] for row in usual])
+
 
 def contents_end(path, size):
     with open(path, "rb") as file:

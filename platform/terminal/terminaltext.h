@@ -1,0 +1,23 @@
+// platform/terminal/terminaltext.h - text as the terminal of the user's locale shows it. No state.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace platform::terminal
+{
+
+// The character set that the name of a POSIX locale ends with: "KOI8-R" of "ru_RU.KOI8-R". Empty
+// for UTF-8, and where the name has none: most terminals show UTF-8, also where no locale was set.
+[[nodiscard]] std::string CharacterSetOf(std::string_view localeName);
+
+// `utf8` in that character set, a "?" for each character that it lacks: the bytes of a character in
+// UTF-8 can be such as control a terminal with another set. Unchanged: all, where `characterSet` is
+// empty or not known, and a byte that is not part of valid UTF-8 (of a file's name, which may be in
+// that character set).
+[[nodiscard]] std::string TextIn(const std::string &characterSet, std::string_view utf8);
+
+// The same for the locale of this process.
+[[nodiscard]] std::string ForTerminal(std::string_view utf8);
+
+} // namespace platform::terminal
