@@ -29,7 +29,7 @@ public:
     Conversion(const Conversion &) = delete;
     Conversion &operator=(const Conversion &) = delete;
 
-    bool IsOpen() const { return m_handle != reinterpret_cast<iconv_t>(-1); }
+    bool IsOpen() const { return reinterpret_cast<std::intptr_t>(m_handle) != -1; }
 
     // One character; "?" where the character set lacks it.
     std::string Convert(std::string character)
