@@ -114,7 +114,7 @@ class Program(WindowedProgram):
         return target
 
     def test_rows_are_dropped_as_copies_on_another_program(self):
-        names = ["1 plain.mp3", "2 100% 'odd' &.mp3", "3 \udcff.mp3"]
+        names = ["1 plain.mp3", "2 100% 'odd' &.mp3", "3 \udcff.mp3", "4 桜 😀.mp3"]
         music = self.scratch / "music"
         music.mkdir()
         for name in names:
@@ -140,7 +140,8 @@ class Program(WindowedProgram):
             lines = iter(target.stdout.readline, b"end\n")
             return [line.strip() for line in lines]
         folder = b"file://" + os.fsencode(music)
-        addresses = [folder + name for name in (b"/1%20plain.mp3", b"/2%20100%25%20%27odd%27%20%26.mp3", b"/3%20%FF.mp3")]
+        addresses = [folder + name for name in (b"/1%20plain.mp3", b"/2%20100%25%20%27odd%27%20%26.mp3", b"/3%20%FF.mp3",
+                                               b"/4%20%E6%A1%9C%20%F0%9F%98%80.mp3")]
         drag(122)
         self.assertEqual(dropped(), [b"1", addresses[0]], "one row, a copy and nothing else")
         xdotool("key", "ctrl+a")
