@@ -31,7 +31,7 @@ namespace
 {
 
 constexpr std::array kSongs = {kJapanese, kRussian, kArabic, kEmoji};
-constexpr int kSongSeconds = 25;
+constexpr int kSecondsOfSong = 25;
 constexpr int kSlowMs = 30'000; // for what may take long on a busy machine
 
 class ScriptsRoad : public LyricsRoad
@@ -57,10 +57,10 @@ protected:
     // A folder with all songs, and the program before its first look at it.
     void StartOverSongs()
     {
-        const std::string audio = ReadFile(real.Song("silence.mp3", kSongSeconds));
+        const std::string audio = ReadFile(real.Song("silence.mp3", kSecondsOfSong));
         for (const ScriptSong &song : kSongs) {
             std::string text;
-            for (int second = 0; second < kSongSeconds; ++second)
+            for (int second = 0; second < kSecondsOfSong; ++second)
                 text += "[00:" + std::string(second < 10 ? "0" : "") + std::to_string(second) +
                         "]" + Line(song, second) + "\r\n";
             WriteFile(Song(Name(song)), TagBytes(song, text) + audio);
