@@ -8,10 +8,8 @@
 
 using namespace metadata::unicode;
 using namespace std::string_literals;
-using tests::BigEndian;
 using tests::ChangeOfTexts;
 using tests::EditInMemory;
-using tests::Frame22;
 using tests::Frame23;
 using tests::Frame24;
 using tests::kSomeAudio;
