@@ -78,6 +78,7 @@ TEST_F(PlayListsScaled, RemovesByKeysAlone)
         auto &remove = *tests::Find<QPushButton>(modal, "cmdRemove");
         auto &rows = *static_cast<ui::qt::ListView *>(tests::Find(modal, "LV"));
         EXPECT_TRUE(rows.hasFocus());
+        EXPECT_EQ(rows.visualRect(rows.Model().index(0, 0)).right(), rows.viewport()->width() - 1);
         tests::KeepScreenshot(modal, "frmLists-window");
         tests::PressKey("Down");
         tests::PressKey("Alt+R");

@@ -431,6 +431,15 @@ TEST_F(ListViewTest, TheFillerTakesTheWidthThatIsLeft)
     EXPECT_EQ(list.Columns()[2].widthTwips, ui::TwipsOfPixels(100));
 }
 
+TEST_F(ListViewTest, WithoutHeadersTheLastColumnTakesTheWidthThatIsLeft)
+{
+    const int width = list.Columns().back().widthTwips;
+    EXPECT_LT(view.header()->length(), view.viewport()->width());
+    list.HideHeaders(true);
+    EXPECT_EQ(view.header()->length(), view.viewport()->width());
+    EXPECT_EQ(list.Columns().back().widthTwips, width); // unchanged
+}
+
 TEST_F(ListViewTest, EmptyCellsAreDrawnInGreyWords)
 {
     view.Model().textOfEmpty = [](const std::string &key) {

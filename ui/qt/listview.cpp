@@ -191,13 +191,14 @@ void ListView::ShowColumns()
     FillWidth();
 }
 
-// Gives the last column, the filler, the width that the others leave, but never less than its own.
+// Gives the last column the width that the others leave, but never less than its own: the filler,
+// and without headers any column, as the user cannot widen it there.
 void ListView::FillWidth()
 {
     const auto &columns = m_list.Columns();
     const int filler = static_cast<int>(columns.size()) - 1;
-    if (filler < 0 || columns.back().key != kFiller || header()->count() != filler + 1 ||
-        header()->isSectionHidden(filler))
+    if (filler < 0 || (columns.back().key != kFiller && !m_list.HeadersHidden()) ||
+        header()->count() != filler + 1 || header()->isSectionHidden(filler))
         return;
     const QScopedValueRollback following(m_showing, true);
     const int left = viewport()->width() - (header()->length() - header()->sectionSize(filler));
