@@ -175,6 +175,8 @@ void ItemView::SetPanelFonts()
         widget->setFont(type);
         label->FitHeight();
     }
+    if (!m_form.lblWebFolder.Caption().empty()) // the heading may have more lines now
+        m_form.pctWebLine.SetTop(m_form.lblWebFolder.Place().Bottom());
 }
 
 // Handles keys: they scroll the panel, and copy the text that is selected on it, or all of its

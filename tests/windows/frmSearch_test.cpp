@@ -133,6 +133,20 @@ TEST_F(SearchWindowScaled, SearchesByKeysAlone)
     EXPECT_EQ(Search().options.txtToFind.Text(), "jAZZ ");
 }
 
+TEST_F(SearchWindow, EveryControlIsFoundByItsName)
+{
+    Open();
+    for (const char *name :
+         {"pctCloseTree", "frmCloseTree",    "lblFolders",  "lblCloseTree",     "pctOptions",
+          "Separator",    "pctBorders",      "pctWeb",      "pctWebLine",       "lblWebFolder",
+          "ImgIcon",      "lblInfo",         "WebItemName", "WebItemType",      "WebToolTip",
+          "vsbBack",      "ListView",        "SBar",        "frmSearchOptions", "lblToFind",
+          "txtToFind",    "lblTypeOfSearch", "cmbType",     "cmdAll(0)",        "cmdAll(1)",
+          "cmdSearch"})
+        EXPECT_NE(searchWindow->findChild<QWidget *>(QLatin1String(name)), nullptr) << name;
+    EXPECT_EQ(searchWindow->objectName(), QLatin1String("frmSearch"));
+}
+
 TEST_F(SearchWindow, ThePaneClosesByMouseAndOpensByKeysAndMenu)
 {
     Open();

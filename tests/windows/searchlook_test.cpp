@@ -1,10 +1,12 @@
-// The look of the search window: each shipped language, light and dark, at 100, 150 and 200
-// percent.
+// The look of the search window: empty, with rows, without its pane; in each shipped language,
+// light and dark, in three fonts, at 100, 150 and 200 percent.
 #include "browser/mainform.h"
+#include "browser/webpanel.h"
 #include "platform/machine.h"
 #include "platform/qt/qtwindows.h"
 #include "search/frmSearch.h"
 #include "shell/globals.h"
+#include "shell/language.h"
 #include "tests/support/fakeports.h"
 #include "tests/support/memorysettings.h"
 #include "tests/support/scripteddesktop.h"
@@ -12,6 +14,14 @@
 #include "tests/windows/look.h"
 
 #include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFont>
+#include <QFontDatabase>
+#include <array>
+#include <memory>
+#include <string>
+#include <utility>
 
 namespace tests
 {
@@ -37,7 +47,55 @@ protected:
     platform::qt::QtWindows windows;
 };
 
-TEST_F(SearchLookScaled, SearchWindow)
+enum class Contents { Empty, Filled, PaneClosed };
+
+// Some rows, of which three are selected; the panel names them.
+void Fill(search::SearchForm &form)
+{
+    form.options.txtToFind.SetText("love ");
+    search::cmdAll_Click(form, 1);
+    constexpr struct {
+        const char *key;
+        int width;
+    } kColumns[] = {{"Icon", 450},  {"Title", 2400},   {"Artist", 2400}, {"Album", 2400},
+                    {"Year", 800},  {"Comment", 1200}, {"Genre", 900},   {"Label", 1000},
+                    {"Path", 2000}, {"Non", 500}};
+    for (const auto &[key, width] : kColumns)
+        form.ListView.AddColumn(
+            key,
+            width == 450 || width == 500 ? "" : shell::GetLanguageText(key, key, "ColumnHeaders"),
+            width);
+    form.ListView.SetSubItemKeys(
+        {"Title", "Artist", "Album", "Year", "Comment", "Genre", "Label", "Path"});
+    for (int i = 0; i < 40; ++i) {
+        const std::string title =
+            i % 3 == 0 ? "Love & <b>Pain</b>" : "A title that is longer than its column is wide";
+        const std::array<std::string_view, 8> cells = {title,  "\u00D1and\u00FA", "Live",
+                                                       "1961", "no comment",      "Jazz",
+                                                       "DISK", "/music/love.mp3"};
+        form.ListView.AddRow("/" + std::to_string(i), "", "MP3", cells);
+    }
+    const ui::RowId rows[] = {1, 2, 3}; // few lines, which need no scroll bar
+    form.ListView.SetSelection(rows, 1);
+    browser::ShowSelectionSummary(form.ListView, form);
+    form.SBar.SetText("Items", "40 " + shell::GetLanguageText("Item(s)", "Items", "Search"));
+}
+
+std::unique_ptr<search::frmSearchWindow> ShownWindow(Contents contents)
+{
+    search::SearchForm &form = search::frmSearch();
+    search::LoadSearchForm(form);
+    auto window = std::make_unique<search::frmSearchWindow>(form);
+    window->Present();
+    LetRun(30);
+    if (contents == Contents::PaneClosed)
+        search::ShowOptionsPane(form, false);
+    if (contents == Contents::Filled)
+        Fill(form);
+    return window;
+}
+
+TEST_F(SearchLookScaled, InEachLanguageAndTheme)
 {
     std::unique_ptr<search::frmSearchWindow> window;
     const auto close = [&] {
@@ -45,19 +103,36 @@ TEST_F(SearchLookScaled, SearchWindow)
         search::ResetSearchForm();
         browser::ResetMainForm();
     };
-    for (const bool paneShown : {true, false}) {
-        const auto open = [&]() -> QWidget * {
-            search::SearchForm &form = search::frmSearch();
-            search::LoadSearchForm(form);
-            window = std::make_unique<search::frmSearchWindow>(form);
-            window->show();
-            LetRun(30);
-            if (!paneShown)
-                search::ShowOptionsPane(form, false);
+    const std::pair<const char *, Contents> kinds[] = {{"frmSearch", Contents::Empty},
+                                                       {"frmSearch_filled", Contents::Filled},
+                                                       {"frmSearch_closed", Contents::PaneClosed}};
+    for (const auto &[name, contents] : kinds) {
+        const auto open = [&, shown = contents]() -> QWidget * {
+            window = ShownWindow(shown);
+            EXPECT_GE(Find(*window, "pctWebLine")->y(),
+                      Find(*window, "lblWebFolder")->geometry().bottom());
             return window.get();
         };
-        CheckLook(paneShown ? "frmSearch" : "frmSearch_closed", open, close);
+        CheckLook(name, open, close);
     }
+}
+
+// German has the longest words.
+TEST_F(SearchLookScaled, InEachFontFamily)
+{
+    const QFont before = QApplication::font();
+    shell::TheGlobals().LanguageFilePath = std::string(QUENLIN_SHIPPED_TEXTS) + "/Deutsch.qlt";
+    for (const char *family : {"DejaVu Sans", "Liberation Sans", "Cantarell"}) {
+        ASSERT_TRUE(QFontDatabase::families().contains(QLatin1String(family))) << family;
+        QFont font = before;
+        font.setFamily(QLatin1String(family));
+        QApplication::setFont(font);
+        SCOPED_TRACE(family);
+        EXPECT_EQ(LookProblems(*ShownWindow(Contents::Filled)), std::vector<std::string>{});
+        search::ResetSearchForm();
+        browser::ResetMainForm();
+    }
+    QApplication::setFont(before);
 }
 
 } // namespace
