@@ -2,9 +2,14 @@
 #include "playlists/bookmarks.h"
 #include "runtime/error.h"
 #include "tests/browser/formfixture.h"
+#include "tests/support/fulldisk.h"
 #include "tests/support/scripteddesktop.h"
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <cerrno>
+#include <csignal>
 #include <filesystem>
 
 namespace
@@ -127,11 +132,14 @@ TEST_F(Bookmarks, TheFixedPathNeedsItsFolder)
               "VER1\nd1Title\n");
 }
 
-// Files whose n-th call that changes something fails.
+enum class Fault { Error, Kill };
+
+// Files whose n-th call that changes something fails, or before which the process is killed.
 class FailingFiles : public platform::posix::SystemFilesPort
 {
 public:
-    explicit FailingFiles(int failing) : m_failing(failing), m_before(platform::TheMachine().files)
+    explicit FailingFiles(int failing, Fault fault = Fault::Error)
+        : m_failing(failing), m_fault(fault), m_before(platform::TheMachine().files)
     {
         platform::TheMachine().files = this;
     }
@@ -153,8 +161,15 @@ public:
     int calls = 0;
 
 private:
-    bool Fails() { return ++calls == m_failing; }
+    bool Fails()
+    {
+        const bool fails = ++calls == m_failing;
+        if (fails && m_fault == Fault::Kill)
+            kill(getpid(), SIGKILL);
+        return fails;
+    }
     int m_failing;
+    Fault m_fault;
     platform::Files *m_before;
 };
 
@@ -178,6 +193,46 @@ TEST_F(Bookmarks, CompleteOrUnchanged)
     }
     EXPECT_EQ(failing, 5); // after making, writing, flushing and renaming
     EXPECT_EQ(Lines().substr(0, 5), "VER1|");
+}
+
+TEST_F(Bookmarks, KilledAtAnyStepItIsCompleteOrUnchanged)
+{
+    Add({"One", "", "", "", "", "", "/m/1.mp3"});
+    browser::MainForm &form = Loaded();
+    ASSERT_TRUE(ExportBookmarksTo(form, file + ".whole"));
+    const std::string whole = tests::ReadFile(file + ".whole");
+    tests::WriteFile(file, "old");
+    catalogue::CloseCatalogue(); // the other process opens it for itself
+    int kills = 0;
+    for (int step = 1; step <= 6; ++step) {
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            const FailingFiles files(step, Fault::Kill);
+            _exit(ExportBookmarksTo(form, file) ? 0 : 1);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        const bool isKilled = WIFSIGNALED(status);
+        kills += isKilled ? 1 : 0;
+        EXPECT_EQ(tests::ReadFile(file), isKilled ? "old" : whole) << step;
+        EXPECT_TRUE(isKilled || WEXITSTATUS(status) == 0);
+    }
+    EXPECT_EQ(kills, 4); // before making, writing, flushing and renaming
+}
+
+TEST_F(Bookmarks, AFullDiskLeavesTheOldFile)
+{
+    for (int i = 0; i < 300; ++i)
+        Add({"Title " + std::to_string(i), "", "", "", "", "", "/m/" + std::to_string(i)});
+    browser::MainForm &form = Loaded();
+    tests::WriteFile(file, "old");
+    {
+        const tests::FullDisk disk(4096);
+        EXPECT_THROW(ExportBookmarksTo(form, file), runtime::RuntimeError);
+    }
+    EXPECT_EQ(Lines(), "old");
+    EXPECT_EQ(FilesInFolder(folder / "bookmarks"), 1u);
 }
 
 TEST_F(Bookmarks, TheEndOfTheProgramEndsIt)
