@@ -1,5 +1,6 @@
 #include "metadata/filepass.h"
 
+#include "metadata/headdigest.h"
 #include "metadata/id3v2.h"
 #include "metadata/mpegheader.h"
 #include "metadata/unicode/tagwalk.h"
@@ -18,8 +19,6 @@ namespace
 {
 
 constexpr std::string_view kTagMark = "ID3";
-constexpr std::int64_t kTagHeaderBytes = 10;
-constexpr std::size_t kSizeOffset = 6;
 constexpr std::int64_t kBehindTag = 4; // the audio header may be looked for right there
 constexpr std::int64_t kTailBytes{std::tuple_size_v<decltype(FileBytes::tail)>};
 constexpr std::int64_t kImageOnly{kImageBytes};
@@ -91,7 +90,8 @@ void ExtendHead(const OpenFile &file, std::int64_t count)
 {
     FileBytes &bytes = file.bytes;
     if (bytes.headBytes == 0)
-        bytes.headBytes = platform::TheMachine().files->TakeStart(file.handle, bytes.head);
+        bytes.headBytes =
+            platform::TheMachine().files->TakeStart(file.handle, bytes.head, bytes.digest);
     const auto wanted = static_cast<std::size_t>(std::min(count, bytes.file.sizeBytes));
     platform::MakeRoom(bytes.head, bytes.headBytes, wanted);
     if (wanted > bytes.headBytes)
@@ -99,20 +99,12 @@ void ExtendHead(const OpenFile &file, std::int64_t count)
                                      bytes.head.data() + bytes.headBytes, wanted - bytes.headBytes);
 }
 
-// The length of the tag's body as the 10 bytes of its header tell it.
-std::int64_t BodyBytes(std::string_view header)
-{
-    return FindNumber(header.substr(kSizeOffset), 128).value_or(0);
-}
-
 // How many of a file's first bytes a pass reads, told from the first ones: the tag with the four
 // bytes behind it, or no more than those.
 std::int64_t HeadBytes(std::string_view start, std::int64_t sizeBytes)
 {
-    if (!start.starts_with(kTagMark) || start.size() < kTagHeaderBytes)
-        return 0;
-    const std::int64_t body = BodyBytes(start);
-    return body > sizeBytes ? 0 : kTagHeaderBytes + body + kBehindTag;
+    const auto body = FindBodyBytes(start);
+    return !body || *body > sizeBytes ? 0 : kTagHeaderBytes + *body + kBehindTag;
 }
 
 // The same for a tag that is read by its frames; a footer counts as a part of the body. One of an
@@ -140,8 +132,7 @@ void TakeTagHeader(FileBytes &bytes)
     if (!bytes.hasID3v2Header)
         return;
     bytes.majorVersion = bytes.ByteAt(4);
-    if (bytes.headBytes >= kTagHeaderBytes)
-        bytes.bodyBytes = BodyBytes(bytes.Head());
+    bytes.bodyBytes = FindBodyBytes(bytes.Head()).value_or(0);
     bytes.claimsTooMuch = bytes.bodyBytes > bytes.file.sizeBytes;
 }
 
@@ -313,8 +304,9 @@ int ReadFileBytes(const std::string &path, const std::function<void()> &beforeSl
 
 void ExpectReads(const std::vector<std::string> &paths)
 {
-    const std::int64_t tail = TailBytes(shell::TheGlobals().UnicodeTags);
-    platform::TheMachine().files->Expect(paths, {kFirstRead, tail, HeadBytes});
+    const bool readsUnicode = shell::TheGlobals().UnicodeTags;
+    platform::TheMachine().files->Expect(paths, {kFirstRead, TailBytes(readsUnicode), HeadBytes,
+                                                 readsUnicode ? nullptr : DigestHead});
 }
 
 bool IsStillTheSame(const std::string &path, FileBytes &bytes)

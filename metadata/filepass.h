@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -31,6 +32,8 @@ struct FileBytes {
     std::int64_t openedAtNs = 0; // by the clock of file stamps
     platform::ByteBuffer head;   // grows only
     std::size_t headBytes = 0;   // in use
+    // What was found in the head on the way (metadata/headdigest.h), where it was.
+    std::unique_ptr<platform::Digest> digest;
     // The file's last bytes: the ID3v1 tag, before it what may be the footer of an ID3v2 tag. NULs
     // where the file ended early, and in front where it is shorter.
     std::array<char, 10 + kImageBytes> tail{};

@@ -224,6 +224,14 @@ void Set(std::string &field, const std::optional<std::string_view> &text)
 
 } // namespace
 
+std::optional<std::int64_t> FindBodyBytes(std::string_view start)
+{
+    constexpr std::size_t kSizeOffset = 6;
+    if (!start.starts_with("ID3") || start.size() < static_cast<std::size_t>(kTagHeaderBytes))
+        return std::nullopt;
+    return FindNumber(start.substr(kSizeOffset), 128).value_or(0);
+}
+
 FrameGeometry GeometryOf(int majorVersion)
 {
     if (majorVersion == 2)

@@ -14,6 +14,13 @@
 namespace metadata
 {
 
+inline constexpr std::int64_t kTagHeaderBytes = 10;
+inline constexpr std::size_t kMajorVersionIndex = 3; // of the byte in the header
+
+// The length of the body of the ID3v2 tag that a file begins with, as the tag's header says.
+// Nothing when `start`, the file's first bytes, holds no whole header.
+[[nodiscard]] std::optional<std::int64_t> FindBodyBytes(std::string_view start);
+
 // Where the parts of a frame are, counted from the first character of its identifier.
 struct FrameGeometry {
     int sizeOffset = 0; // of the 4 characters that are read as the size

@@ -1,6 +1,7 @@
 #include "metadata/mp3info.h"
 
 #include "metadata/filepass.h"
+#include "metadata/headdigest.h"
 #include "metadata/id3v1.h"
 #include "metadata/id3v2.h"
 #include "metadata/mpegheader.h"
@@ -74,6 +75,12 @@ void Fetch(State &state, const std::string &path)
     Remember(state, path, state.bytes->file);
 }
 
+// What was found in the beginning of the file while it was fetched; null where nothing was.
+const HeadDigest *DigestOf(const FileBytes &bytes)
+{
+    return metadata::DigestOf(bytes.digest.get(), bytes.Head());
+}
+
 bool HasBody(const FileBytes &bytes)
 {
     return bytes.opened && !bytes.claimsTooMuch && bytes.bodyBytes > 0;
@@ -102,6 +109,9 @@ void TakeID3v1(State &state, ID3v1Tag &tag, bool &hasTag, bool wanted)
 void TakeID3v2(State &state, ID3v2Tag &tag)
 {
     try {
+        const HeadDigest *digest = DigestOf(*state.bytes);
+        if (!state.findings && digest != nullptr && digest->hasWholeTag)
+            state.findings = digest->findings;
         if (!state.findings)
             state.findings = FindFrames(state.bytes->Body(), state.majorVersion);
         ApplyFindings(*state.findings, tag);
@@ -114,7 +124,9 @@ void TakeID3v2(State &state, ID3v2Tag &tag)
 // the ID3v2 tag, else 0.
 std::int64_t HeaderPositionOf(const FileBytes &bytes)
 {
-    const std::int64_t found = FindHeaderPosition(bytes.Head());
+    const HeadDigest *digest = DigestOf(bytes);
+    const std::int64_t found =
+        digest != nullptr ? digest->headerPosition : FindHeaderPosition(bytes.Head());
     if (found != 0)
         return found;
     return bytes.hasID3v2Header ? bytes.bodyBytes + 11 : 0;
@@ -218,6 +230,8 @@ bool HasTextsForFrames()
     const FileBytes &bytes = *TheState().bytes;
     if (bytes.readsUnicode || !HasBody(bytes))
         return false;
+    if (const HeadDigest *digest = DigestOf(bytes); digest != nullptr && digest->hasWholeTag)
+        return digest->hasTextsForFrames;
     const auto header = unicode::ReadTagHeader(bytes.Head());
     return header && unicode::NeedsFrames(*header, bytes.Head());
 }

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,6 +42,11 @@ struct FileIdentity {
     return openedAtNs - file.changedNs >= (isCoarse ? kCoarseSettledNs : kSettledNs);
 }
 
+// What was found in a file's first bytes while they were fetched.
+struct Digest {
+    virtual ~Digest() = default;
+};
+
 // What will be read of a file.
 struct WantedBytes {
     std::int64_t first = 0; // so many of its first bytes
@@ -48,6 +54,9 @@ struct WantedBytes {
     // How many of the first bytes in all, told from those and the file's length; null adds none.
     // Called on another thread: it looks at what it is given, and at nothing else.
     std::int64_t (*head)(std::string_view start, std::int64_t sizeBytes) = nullptr;
+    // What to find in the first bytes once all of them are there; null finds nothing. Called as
+    // `head`.
+    std::unique_ptr<Digest> (*digest)(std::string_view start, std::int64_t sizeBytes) = nullptr;
 };
 
 struct Files {
@@ -75,9 +84,14 @@ struct Files {
                                 bool mayWait) = 0;
 
     // Gives `bytes` the first bytes of the file that were fetched ahead of this call (Expect), in
-    // exchange for the buffer that is there. Each byte is given or read once.
+    // exchange for the buffer that is there, and `digest` what was found in them at their place in
+    // memory, which stays the same. Each byte is given or read once.
     // Returns: how many at the front of `bytes` are the file's; 0 where none are there.
-    virtual std::size_t TakeStart(int /*handle*/, ByteBuffer & /*bytes*/) { return 0; }
+    virtual std::size_t TakeStart(int /*handle*/, ByteBuffer & /*bytes*/,
+                                  std::unique_ptr<Digest> & /*digest*/)
+    {
+        return 0;
+    }
 
     virtual void Close(int handle) = 0;
 

@@ -97,7 +97,8 @@ struct ReadAheadFiles::ComingFile {
     FileIdentity identity;
     std::int64_t openedAtNs = 0;
     ByteBuffer head;
-    std::size_t headBytes = 0; // in use
+    std::size_t headBytes = 0;      // in use
+    std::unique_ptr<Digest> digest; // of those
     ByteBuffer tail;
     std::int64_t tailOffset = 0;
     std::size_t heldBytes = 0; // its part of Shared::bytes
@@ -186,6 +187,8 @@ void ReadAheadFiles::Shared::Fetch(ComingFile &file)
     extend(file.wanted.first);
     if (file.wanted.head != nullptr)
         extend(file.wanted.head({file.head.data(), file.headBytes}, size));
+    if (file.wanted.digest != nullptr)
+        file.digest = file.wanted.digest({file.head.data(), file.headBytes}, size);
     file.tailOffset = std::max(size - file.wanted.last, static_cast<std::int64_t>(file.headBytes));
     file.tail.resize(static_cast<std::size_t>(std::max<std::int64_t>(size - file.tailOffset, 0)));
     file.tail.resize(
@@ -457,7 +460,8 @@ std::int64_t ReadAheadFiles::ReadAt(int handle, std::int64_t offset, char *to, s
     return read();
 }
 
-std::size_t ReadAheadFiles::TakeStart(int handle, ByteBuffer &bytes)
+std::size_t ReadAheadFiles::TakeStart(int handle, ByteBuffer &bytes,
+                                      std::unique_ptr<Digest> &digest)
 {
     const auto open = std::ranges::find(m_open, handle, &OpenFile::handle);
     if (open == m_open.end())
@@ -466,6 +470,7 @@ std::size_t ReadAheadFiles::TakeStart(int handle, ByteBuffer &bytes)
     if (!IsSoon([&] { return file.stage == Stage::Ready; }))
         return 0;
     bytes.swap(file.head);
+    digest = std::move(file.digest);
     return std::exchange(file.headBytes, 0);
 }
 
@@ -487,6 +492,7 @@ void ReadAheadFiles::Close(int handle)
     file.stage = Stage::Coming;
     file.isDropped = false;
     file.headBytes = 0;
+    file.digest.reset();
     file.tail.clear();
     closed.shared->spare.push_back(closed.file);
 }

@@ -1,6 +1,7 @@
 // platform/posix/readahead.h - the files port that has the coming files on the way: helper threads
-// open them and read their first and last bytes while the logic works. A helper touches file bytes
-// only, knows no state of the program, and is never waited for at an end.
+// open them, read their first and last bytes and look for what is wanted in the first ones, while
+// the logic works. A helper touches file bytes only, knows no state of the program, and is never
+// waited for at an end.
 #pragma once
 
 #include "platform/posix/systemfiles.h"
@@ -35,7 +36,7 @@ public:
     std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                         bool mayWait) override;
     // A helper that has the file is given the time of a read from memory.
-    std::size_t TakeStart(int handle, ByteBuffer &bytes) override;
+    std::size_t TakeStart(int handle, ByteBuffer &bytes, std::unique_ptr<Digest> &digest) override;
     void Close(int handle) override;
     bool PaysToExpect() override;
     void Expect(const std::vector<std::string> &paths, const WantedBytes &wanted) override;

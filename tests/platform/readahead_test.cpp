@@ -3,6 +3,7 @@
 #include "platform/endrequest.h"
 #include "platform/posix/readahead.h"
 #include "tests/support/testfolder.h"
+#include "tests/support/wait.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -275,9 +276,11 @@ TEST_F(ReadAhead, TheStartIsGivenOnceAndTheRestIsRead)
     FileIdentity identity;
     const int handle = files->OpenToRead(path, identity);
     platform::ByteBuffer bytes(3, 'x');
-    ASSERT_EQ(files->TakeStart(handle, bytes), 100U);
+    std::unique_ptr<platform::Digest> digest;
+    ASSERT_EQ(files->TakeStart(handle, bytes, digest), 100U);
+    EXPECT_EQ(digest, nullptr) << "nothing was to be found";
     EXPECT_EQ(std::string(bytes.data(), 4), "a0a1");
-    EXPECT_EQ(files->TakeStart(handle, bytes), 0U);
+    EXPECT_EQ(files->TakeStart(handle, bytes, digest), 0U);
     char piece[450] = {};
     EXPECT_EQ(files->ReadAt(handle, 450, piece, sizeof piece, true), 50) << "the end";
     EXPECT_EQ(held->reads, 2);
@@ -288,8 +291,49 @@ TEST_F(ReadAhead, TheStartIsGivenOnceAndTheRestIsRead)
     AwaitEqual(held->reads, 5);
     EXPECT_EQ(Read(other, 0, 4), "b0b1") << "the buffer that was given back is not another file's";
     const int unexpected = files->OpenToRead(path, identity);
-    EXPECT_EQ(files->TakeStart(unexpected, bytes), 0U);
+    EXPECT_EQ(files->TakeStart(unexpected, bytes, digest), 0U);
     files->Close(unexpected);
+    files->ExpectNothing();
+    AwaitEqual(held->closes, held->opens);
+}
+
+struct Letters : platform::Digest {
+    const char *place = nullptr;
+    std::string start;
+    std::thread::id thread;
+};
+
+TEST_F(ReadAhead, WhatIsFoundInTheFirstBytesComesWithThem)
+{
+    const std::string first = File("a", 500), second = File("b", 500);
+    const auto find = [](std::string_view start,
+                         std::int64_t sizeBytes) -> std::unique_ptr<platform::Digest> {
+        auto found = std::make_unique<Letters>();
+        found->place = start.data();
+        found->start = std::string(start.substr(0, 4)) + " " + std::to_string(start.size()) +
+                       " of " + std::to_string(sizeBytes);
+        found->thread = std::this_thread::get_id();
+        return found;
+    };
+    const auto enough = [](std::string_view, std::int64_t) { return std::int64_t{200}; };
+    files->Expect({first, second}, {100, 50, enough, find});
+    AwaitEqual(held->reads, 6); // the first bytes, the others of the first, the last ones
+    for (const auto &[path, want] :
+         {std::pair(first, "a0a1 200 of 500"), std::pair(second, "b0b1 200 of 500")}) {
+        SCOPED_TRACE(path);
+        FileIdentity identity;
+        const int handle = files->OpenToRead(path, identity);
+        platform::ByteBuffer bytes;
+        std::unique_ptr<platform::Digest> digest;
+        ASSERT_TRUE(
+            tests::WaitUntil([&] { return files->TakeStart(handle, bytes, digest) == 200; }));
+        const auto *letters = dynamic_cast<const Letters *>(digest.get());
+        ASSERT_NE(letters, nullptr);
+        EXPECT_EQ(letters->start, want);
+        EXPECT_EQ(letters->place, bytes.data()) << "what points into the bytes stays whole";
+        EXPECT_NE(letters->thread, std::this_thread::get_id());
+        files->Close(handle);
+    }
     files->ExpectNothing();
     AwaitEqual(held->closes, held->opens);
 }

@@ -1,0 +1,35 @@
+// metadata/headdigest.h - what a pass over a file looks for in its first bytes, found while they
+// are fetched: on another thread, from those bytes alone. No state.
+#pragma once
+
+#include "metadata/id3v2.h"
+#include "platform/files.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+namespace metadata
+{
+
+struct HeadDigest : platform::Digest {
+    // The bytes that it was found in; it holds for no others.
+    const char *bytes = nullptr;
+    std::size_t byteCount = 0;
+
+    std::int64_t headerPosition = 0; // FindHeaderPosition
+    bool hasWholeTag = false;        // they begin with an ID3v2 tag and hold all of its body; then:
+    FrameFindings findings;          // FindFrames
+    bool hasTextsForFrames = false;  // unicode::NeedsFrames
+};
+
+// Looks for all that in `start`, the first bytes of a file of that size. Its tags are not read by
+// their frames.
+[[nodiscard]] std::unique_ptr<platform::Digest> DigestHead(std::string_view start,
+                                                           std::int64_t sizeBytes);
+
+// The digest, where it was found in just these bytes at their place in memory; else null.
+[[nodiscard]] const HeadDigest *DigestOf(const platform::Digest *digest, std::string_view bytes);
+
+} // namespace metadata
