@@ -27,7 +27,7 @@ using metadata::HeadDigest;
 using tests::Frame;
 using tests::Tag;
 
-const std::string kAudio = "\xFF\xFB\x90\x64" + std::string(9000, '\x11');
+const std::string kSongBehindTag = "\xFF\xFB\x90\x64" + std::string(9000, '\x11');
 
 struct Sample {
     const char *name;
@@ -52,19 +52,20 @@ std::vector<Sample> Samples()
     tooLong[6] = '\x7F';
     return {
         {"nothing", ""},
-        {"no tag", kAudio},
+        {"no tag", kSongBehindTag},
         {"no audio", std::string(9000, 'x')},
-        {"a tag", plain + kAudio, true},
-        {"texts for frames", utf16 + kAudio, true, true},
-        {"version 2", Tag(2, "TT2" + std::string("\0\0\5\0Song", 8)) + kAudio, true, true},
-        {"version 4", Tag(4, Frame("TIT2", std::string_view("\3Song", 5))) + kAudio, true, true},
-        {"an unknown version", Tag(9, "TIT2 and more") + kAudio, true},
-        {"a tag longer than the first read", picture + kAudio, true},
+        {"a tag", plain + kSongBehindTag, true},
+        {"texts for frames", utf16 + kSongBehindTag, true, true},
+        {"version 2", Tag(2, "TT2" + std::string("\0\0\5\0Song", 8)) + kSongBehindTag, true, true},
+        {"version 4", Tag(4, Frame("TIT2", std::string_view("\3Song", 5))) + kSongBehindTag, true,
+         true},
+        {"an unknown version", Tag(9, "TIT2 and more") + kSongBehindTag, true},
+        {"a tag longer than the first read", picture + kSongBehindTag, true},
         {"a header alone", plain.substr(0, 10)},
         {"half a header", plain.substr(0, 7)},
-        {"an empty tag", Tag(3, "") + kAudio},
+        {"an empty tag", Tag(3, "") + kSongBehindTag},
         {"a tag that is cut off", plain.substr(0, plain.size() - 3)},
-        {"a tag longer than the file", tooLong + kAudio},
+        {"a tag longer than the file", tooLong + kSongBehindTag},
     };
 }
 
@@ -100,7 +101,7 @@ TEST(HeadDigest, HasWhatIsFoundInTheSameBytes)
 
 TEST(HeadDigest, HoldsForNoOtherBytes)
 {
-    const std::string song = kAudio, other = kAudio;
+    const std::string song = kSongBehindTag, other = kSongBehindTag;
     const std::string_view head = song;
     const auto digest = metadata::DigestHead(head, 9004);
     EXPECT_NE(metadata::DigestOf(digest.get(), head), nullptr);
