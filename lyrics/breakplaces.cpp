@@ -24,7 +24,7 @@ BreakPlaces::BreakPlaces(std::string_view text, metadata::TextKind kind)
 
 int BreakPlaces::Shown(int position) const
 {
-    // A pair whose LF is yet to come counts like one that is wholly before.
+    // lower_bound leaves out a pair whose CR is at `position`: the place is before the line break.
     const auto next =
         std::lower_bound(m_odd.begin(), m_odd.end(), position,
                          [](const Odd &odd, int wanted) { return odd.position < wanted; });
@@ -42,7 +42,7 @@ int BreakPlaces::Stored(int place) const
         else
             after = middle;
     }
-    // Of a character of two units the first one is before the place in its middle.
+    // In a character of two units, the first unit is before the place between them.
     const int position = place - Shift(before);
     return before > 0 ? std::max(position, m_odd[before - 1].position) : position;
 }

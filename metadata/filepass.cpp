@@ -19,11 +19,13 @@ namespace
 {
 
 constexpr std::string_view kTagMark = "ID3";
-constexpr std::int64_t kBehindTag = 4; // the audio header may be looked for right there
+constexpr std::int64_t kBehindTag =
+    4; // of the bytes after the tag, where the audio header may begin
 constexpr std::int64_t kTailBytes{std::tuple_size_v<decltype(FileBytes::tail)>};
 constexpr std::int64_t kImageOnly{kImageBytes};
-constexpr std::size_t kFirstRead = 8192;        // tag and search in one go, but for pictures
-constexpr std::int64_t kKeptBuffer = 4LL << 20; // a larger one goes with its file
+constexpr std::size_t kFirstRead =
+    8192; // enough for the tag and the header search, unless the tag has pictures
+constexpr std::int64_t kKeptBuffer = 4LL << 20; // a larger buffer is freed after its file
 
 // The header search's reach and the four header bytes at its last position.
 static_assert(kFirstRead >= kLastSearchPosition + 4);
@@ -85,7 +87,7 @@ std::size_t ReadFully(const OpenFile &file, std::int64_t offset, char *to, std::
     return done;
 }
 
-// Reads the head on up to `count` bytes in all, as far as the file has them.
+// Reads more of the beginning, until `count` bytes of it are there or the file ends.
 void ExtendHead(const OpenFile &file, std::int64_t count)
 {
     FileBytes &bytes = file.bytes;
@@ -99,8 +101,8 @@ void ExtendHead(const OpenFile &file, std::int64_t count)
                                      bytes.head.data() + bytes.headBytes, wanted - bytes.headBytes);
 }
 
-// How many of a file's first bytes a pass reads, told from the first ones: the tag with the four
-// bytes behind it, or no more than those.
+// How many of a file's first bytes a pass reads, according to the first ones: the tag with the four
+// bytes after it, or only the bytes that are needed in any case.
 std::int64_t HeadBytes(std::string_view start, std::int64_t sizeBytes)
 {
     const auto body = FindBodyBytes(start);
@@ -197,7 +199,7 @@ private:
     std::vector<char> m_more;
 };
 
-// How long one frame of the audio is that begins right behind the tag; 0 where none does.
+// The length of the audio frame that begins right after the tag; 0 when none does.
 double AudioFrameMs(const FileBytes &bytes)
 {
     const auto at = static_cast<std::size_t>(kTagHeaderBytes + bytes.bodyBytes);
@@ -246,7 +248,7 @@ void ReadOpenFile(const OpenFile &file)
     }
 }
 
-// Everything but the memory that is in use as before any file.
+// Sets all fields to their values before the first file; the buffer is kept.
 void Clear(FileBytes &bytes)
 {
     platform::ByteBuffer buffer = std::move(bytes.head);
@@ -267,7 +269,7 @@ int FailureOfKind(platform::FileKind kind)
     case platform::FileKind::Folder:
         return EISDIR;
     default:
-        return ESPIPE; // a pipe or a device has no positions to read at
+        return ESPIPE; // a pipe or a device cannot be read at a position
     }
 }
 

@@ -19,7 +19,7 @@ namespace metadata
 namespace
 {
 
-// The bytes of a song, read when they are asked for.
+// The bytes of a song; each part is read when it is needed.
 class SongBytes : public unicode::FileBytesPort
 {
 public:

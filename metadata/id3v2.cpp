@@ -45,8 +45,8 @@ std::uint32_t WordOf(std::string_view bytes)
     return word;
 }
 
-// One walk over the body. Each step that fails leaves its target as it was and the next one runs;
-// `length` is shared by all fields, so a size that cannot be read leaves the field before's.
+// One walk over the body. When a step fails, its target is unchanged and the next step runs. All
+// fields share `m_length`: when a size cannot be read, the length of the previous field is used.
 class Reader
 {
 public:
@@ -133,7 +133,7 @@ private:
         const auto position = OpenFrame(m_identifiers.genre);
         if (position == 0)
             return std::nullopt;
-        // Where the extraction fails the working text stays empty, and an empty text is no genre.
+        // If this fails, the text is empty, and an empty text is not a genre.
         const auto text = Extract(m_body, position + m_geometry.textOffset, m_length)
                               .value_or(std::string_view());
         if (text.empty())

@@ -25,16 +25,15 @@ namespace
 constexpr std::size_t kSeenFiles = 64;
 
 struct State {
-    // Of the last pass. The other owners are the copies that CopyRawTags gave out.
+    // The last pass's bytes. The other owners are the results of CopyRawTags.
     std::shared_ptr<FileBytes> bytes = std::make_shared<FileBytes>();
     std::optional<FrameFindings> findings; // in those bytes, once looked for
-    bool isKept = false;                   // the bytes are those of the next pass over the file
+    bool isKept = false;                   // the next pass over the file uses these bytes
     std::string rawID3v1Image;
     int majorVersion = 0;
-    int heldHandle =
-        -1; // the file that claimed too much; one at a time, so that they cannot pile up
+    int heldHandle = -1; // the last file whose tag claims too much: it stays open
     std::vector<platform::FileIdentity> seen; // the last files, as the passes over them saw them
-    std::size_t nextSeen = 0;                 // where the next one goes
+    std::size_t nextSeen = 0;                 // the index that is written next
     MP3InfoHooks hooks;
 };
 
@@ -66,7 +65,7 @@ void Fetch(State &state, const std::string &path)
                         state.bytes->readsUnicode == shell::TheGlobals().UnicodeTags;
     if (isKept || IsStillTheSame(path, *state.bytes))
         return;
-    state.findings.reset(); // views into the bytes that go
+    state.findings.reset(); // they are views into the old bytes
     if (state.bytes.use_count() > 1)
         state.bytes = std::make_shared<FileBytes>();
     const int held = ReadFileBytes(path, state.hooks.beforeSlowRead, *state.bytes);
@@ -86,7 +85,7 @@ bool HasBody(const FileBytes &bytes)
     return bytes.opened && !bytes.claimsTooMuch && bytes.bodyBytes > 0;
 }
 
-// Whether there is an ID3v2 tag, by the way that the bytes were read.
+// Whether there is an ID3v2 tag, by the rules with which the bytes were read.
 bool HasTag(const FileBytes &bytes)
 {
     return bytes.readsUnicode ? bytes.texts.has_value() : HasBody(bytes);

@@ -57,7 +57,7 @@ std::optional<std::int32_t> Quotient(std::int64_t dividend, std::int64_t divisor
     return static_cast<std::int32_t>(dividend / divisor);
 }
 
-// The audio's length as the formulas take it; nothing when a step leaves 32 bits.
+// The length of the audio for the formulas; nothing when a step does not fit 32 bits.
 std::optional<std::int32_t> AudioBytes(const MPEGHeader &header)
 {
     const std::int64_t behindHeader = std::int64_t{header.FileSize} - header.HeaderPosition;

@@ -49,7 +49,7 @@ int OpenSong(const std::string &song, platform::FileIdentity &identity)
     return handle;
 }
 
-// A new file in the folder of `finalPath`; a folder that is not there is reported as such.
+// Creates a file in the folder of `finalPath`. Errors: kPathNotFound when there is no such folder.
 int CreateBeside(const std::string &finalPath, std::string &temporaryPath)
 {
     const int handle = Files().CreateBeside(finalPath, temporaryPath);
@@ -70,7 +70,7 @@ void WriteAll(int target, std::string_view bytes)
     }
 }
 
-// Copies through memory what the system cannot copy by itself.
+// Copies through memory what the operating system cannot copy by itself.
 void CopyThroughMemory(int source, std::int64_t offset, int target, std::int64_t count)
 {
     std::vector<char> buffer(std::min(kCopyBuffer, static_cast<std::size_t>(count)));
@@ -101,14 +101,15 @@ void CopyRange(int source, std::int64_t offset, int target, std::int64_t count)
     }
 }
 
-// The file at `copyPath` is of an edit under way, which holds its lock, or was left by one that
-// was cut off: then `temporaryPath` takes its place, under the same lock. False for the former.
+// The file at `copyPath` belongs to an edit that is still running, which has it locked, or was left
+// by an edit that was interrupted. In the second case it is locked and replaced by `temporaryPath`.
+// Returns: false in the first case.
 bool TakePlaceOfStale(const std::string &temporaryPath, const std::string &copyPath)
 {
     platform::FileIdentity stale;
     const int handle = Files().OpenToRead(copyPath, stale);
     if (handle == -ENOENT)
-        return true; // gone meanwhile
+        return true; // it has been removed meanwhile
     if (handle < 0) {
         Check(Files().Rename(temporaryPath, copyPath));
         return true;
@@ -129,7 +130,8 @@ bool IsThere(const std::string &path)
     return Files().Identify(path, identity) == 0;
 }
 
-// Gives the new file the name `copyPath`. False when another edit under way has its copy there.
+// Gives the new file the name `copyPath`. Returns: false when another edit that is still running
+// has its copy there.
 bool ClaimName(const std::string &temporaryPath, const std::string &copyPath)
 {
     for (;;) {
@@ -151,8 +153,8 @@ bool ReplaceName(const std::string &temporaryPath, const std::string &copyPath)
     return true;
 }
 
-// Runs `fill` on a new file, brings it to the disk and has `name` give it its name; the new file is
-// gone after an error, and where `name` says false.
+// Creates a file, calls `fill` to write it and `name` to give it its name. It is on the disk before
+// it gets the name. It is removed after an error, and when `name` returns false.
 template <class Fill, class Name>
 std::optional<SongCopy> WriteWhole(const std::string &copyPath, const Fill &fill, const Name &name)
 {
@@ -171,7 +173,7 @@ std::optional<SongCopy> WriteWhole(const std::string &copyPath, const Fill &fill
         Files().Delete(temporaryPath);
         return std::nullopt;
     } catch (const runtime::RuntimeError &) {
-        Files().Delete(temporaryPath); // there is nothing better to do where this fails as well
+        Files().Delete(temporaryPath); // when this fails too, the file stays
         throw;
     }
 }
@@ -232,8 +234,9 @@ void CopySong(const std::string &song, const std::string &copyPath)
         copyPath,
         [&](int target) {
             CopyRange(source.Get(), 0, target, identity.sizeBytes);
-            (void)Files().CopyRights(source.Get(),
-                                     target); // a backup may be where they cannot be kept
+            (void)Files().CopyRights(
+                source.Get(),
+                target); // the folder of backups may be on a file system without them
         },
         ReplaceName);
     Check(Files().FlushFolderOf(copyPath));

@@ -31,7 +31,7 @@ namespace
 
 constexpr std::int64_t kTagHeaderBytes = 10;
 constexpr std::int64_t kPollMs = 10;
-constexpr std::int64_t kLongestWaitMs = 3000; // a second's wait takes two at the most
+constexpr std::int64_t kLongestWaitMs = 3000; // a wait for the next second takes at most 2000
 constexpr std::string_view kBackupFolder = "Backup";
 constexpr std::string_view kCopyEnding = ".bck";
 constexpr std::string_view kChanged =
@@ -44,7 +44,7 @@ constexpr std::string_view kEditedTwice =
     " is being edited by another program at the same time. This change was not written; read its "
     "tags again and repeat the change.";
 
-// How the last call ended.
+// The result of the last call.
 SaveResult &TheResult()
 {
     static SaveResult result = SaveResult::Unchanged;
@@ -60,12 +60,12 @@ struct Edit {
     bool writeID3v1;
     bool writeID3v2;
     ui::Label *label;
-    RawTags raw;                       // what the edit starts from: copied before events can run
+    RawTags raw;                       // the tags before the edit: copied before events can run
     std::string realPath;              // the file that the links lead to
     std::string image;                 // the new ID3v1 tag, empty without
     std::string tag;                   // the new ID3v2 tag, empty without
     std::string copyPath;              // of the ".bck" file
-    std::optional<SongCopy> copy = {}; // what was written there, ours as long as it is held
+    std::optional<SongCopy> copy = {}; // the file at copyPath, which stays ours while this exists
     // An edit by frames: the new ID3v2 tag, and what the rows get.
     std::optional<unicode::TagPlan> plan = {};
     ID3v2Tag fields = {};
@@ -139,8 +139,7 @@ bool Run(const Statement &statement, const std::string &what = {})
     }
 }
 
-// --- what the edit starts from
-// ------------------------------------------------------------------------------
+// --- the old tags ----------------------------------------------------------------------------
 
 bool SameTexts(const ID3v2Tag &first, const ID3v2Tag &second)
 {
@@ -151,8 +150,9 @@ bool SameTexts(const ID3v2Tag &first, const ID3v2Tag &second)
            first.kind == second.kind;
 }
 
-// The module's state is another file's: reads this one again. It must be as it was when it was last
-// read; where that is too long ago, its tags must be those that the caller has read.
+// The metadata module has the tags of another file: reads this file again. It must not have changed
+// since it was last read. When too many other files were read in between to know that, its tags
+// must be equal to those that the caller has read.
 bool ReadAgain(Edit &edit)
 {
     const auto seen = LastSeen(edit.fileName);
@@ -166,7 +166,7 @@ void ReportChanged(const Edit &edit)
     Tell("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kChanged));
 }
 
-// Tells it when the file is not what the raw tags say. True when it is.
+// Returns: whether the file is still the one of the raw tags. Otherwise a box has said so.
 bool StillFits(const Edit &edit)
 {
     platform::FileIdentity now;
@@ -179,7 +179,7 @@ bool StillFits(const Edit &edit)
     return false;
 }
 
-// Sees to it that the raw tags are those of the file as it is; says why when they cannot be.
+// Makes sure that the raw tags are those that the file has now. Otherwise a box says why not.
 bool PrepareRawTags(Edit &edit)
 {
     const bool own = edit.raw.file.path == edit.fileName &&
@@ -198,7 +198,7 @@ bool PrepareRawTags(Edit &edit)
 
 // --- the new tags ----------------------------------------------------------------------------
 
-// BuildTags of an edit by frames.
+// BuildTags for an edit by frames.
 std::optional<bool> BuildByFrames(Edit &edit)
 {
     if (edit.writeID3v1) {
@@ -218,7 +218,7 @@ std::optional<bool> BuildByFrames(Edit &edit)
     return false;
 }
 
-// Fills `image` and `tag`. Nothing when they cannot be built; else whether a field was emptied.
+// Fills `image` and `tag`. Returns: whether a field was emptied; nullopt when that failed.
 std::optional<bool> BuildTags(Edit &edit)
 {
     if (shell::TheGlobals().UnicodeTags)
@@ -249,7 +249,7 @@ bool IsID3v2Unchanged(const Edit &edit)
     return tag.substr(std::min<std::size_t>(tag.size(), kTagHeaderBytes)) == edit.raw.body;
 }
 
-// The module's image may be an earlier file's, where this one has none.
+// When this file has no ID3v1 tag, the module still has that of an earlier file.
 bool IsImageUnchanged(const Edit &edit)
 {
     if (edit.plan && !edit.raw.fileHasID3v1)
@@ -257,19 +257,20 @@ bool IsImageUnchanged(const Edit &edit)
     return edit.image == edit.raw.id3v1Image;
 }
 
-// The short way: the whole song with another image at its end. The module's image may be an earlier
-// file's; then this one has none, and the new one comes after its last byte.
+// When only the ID3v1 tag changes: the whole song with another image at its end. When the song has
+// no ID3v1 tag (the module's image is then that of an earlier file), the new one follows its last
+// byte.
 NewSong WithOtherImage(const Edit &edit)
 {
     const auto oldImage = edit.raw.fileHasID3v1 ? static_cast<std::int64_t>(kID3v1Bytes) : 0;
     return {{}, 0, edit.raw.file.sizeBytes - oldImage, edit.image};
 }
 
-// The long way: the audio between the tags that are asked for. The 10 bytes of the old tag's header
-// are taken off also where there was no tag: the audio then loses its end, and it stays so.
+// In all other cases: the new tags and the audio between them. The 10 bytes of the old tag's header
+// are subtracted also when there was no tag: the known loss that the header describes.
 NewSong WithOtherTags(const Edit &edit)
 {
-    if (const auto &plan = edit.plan) // which counts each byte
+    if (const auto &plan = edit.plan) // the plan has exact positions
         return {plan->tag, plan->audioOffset, plan->audioEnd - plan->audioOffset, edit.image};
     const auto oldImage = edit.raw.fileHasID3v1 ? static_cast<std::int64_t>(kID3v1Bytes) : 0;
     const auto oldBody = static_cast<std::int64_t>(edit.raw.body.size());
@@ -279,14 +280,14 @@ NewSong WithOtherTags(const Edit &edit)
 
 // --- the steps -------------------------------------------------------------------------------
 
-// Whether the same call may succeed later, without anything done about it here.
+// Whether the same call may succeed later by itself.
 bool IsTransient(int reason)
 {
     return reason == EBUSY || reason == ETXTBSY || reason == EAGAIN || reason == EMFILE ||
            reason == ENFILE;
 }
 
-// Waits until the file can be opened, or never will be, or the end of the program is asked for.
+// Waits until the file can be opened, can never be opened, or the program is to end.
 void WaitUntilReadable(const std::string &path)
 {
     for (;;) {
@@ -310,8 +311,8 @@ void BackUp(const Edit &edit)
         WaitUntilReadable(backup);
 }
 
-// Waits until the clock has passed the whole second of now plus 1. At midnight, when the clock is
-// set back, or when it stops, the wait is over.
+// Waits until the next whole second is over. The wait also ends at midnight, when the clock is set
+// back, and when the clock stops.
 void WaitForNextSecond()
 {
     platform::Clock &clock = *platform::TheMachine().clock;
@@ -331,8 +332,8 @@ void ReportEditedTwice(const Edit &edit)
     Tell("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kEditedTwice));
 }
 
-// Writes the new version into the ".bck" file. True when it is there; nothing when the song is
-// no longer as it was read, or another edit of it is under way: the user was told.
+// Writes the new version into the ".bck" file. Returns: whether it was written; nullopt when the
+// song has changed since it was read or another edit of it is running: a box has said so.
 std::optional<bool> WriteCopy(Edit &edit)
 {
     ShowProgress(edit, "Processing the MP3");
@@ -359,7 +360,7 @@ const ID3v2Tag &FieldsOf(const Edit &edit)
     return edit.plan ? edit.fields : edit.id3v2;
 }
 
-// True unless that failed.
+// Returns: false when that failed.
 bool UpdateCatalogue(const Edit &edit)
 {
     ShowProgress(edit, "Updating the Database information");
@@ -367,7 +368,7 @@ bool UpdateCatalogue(const Edit &edit)
     return !update || Run([&] { update(FieldsOf(edit), edit.fileName); });
 }
 
-// The rows again, now that the song has its new tags.
+// Updates the rows once more, because the song has its new tags only now.
 void SettleCatalogue(const Edit &edit)
 {
     if (const auto &settle = TheTagWriterHooks().settleCatalogue)
@@ -383,9 +384,9 @@ bool IsOwnCopy(const Edit &edit)
            now.device == edit.copy->Identity().device && now.inode == edit.copy->Identity().inode;
 }
 
-// The song is deleted and the copy takes its name, in one step: there is no moment without a song.
-// Where another program holds the song so that this cannot be, it is tried until that lets go, or
-// until the end of this program is asked for.
+// Gives the copy the song's name, which replaces the song in one step: there is no moment without a
+// song. While another program uses the song in a way that prevents this, it is tried again, until
+// the program is to end.
 bool PutInPlace(const Edit &edit)
 {
     for (;;) {
@@ -412,7 +413,7 @@ bool PutInPlace(const Edit &edit)
     }
 }
 
-// Gets the song away from the player and puts the copy in its place.
+// Makes the player release the song, and replaces the song by the copy.
 bool ReplaceSong(const Edit &edit, bool isCatalogued)
 {
     const TagWriterHooks &hooks = TheTagWriterHooks();
@@ -433,7 +434,7 @@ bool ReplaceSong(const Edit &edit, bool isCatalogued)
     return replaced;
 }
 
-// True when the song was to be rewritten.
+// Returns: whether the song was to be rewritten.
 bool Rewrite(Edit &edit)
 {
     TheResult() = SaveResult::Refused;

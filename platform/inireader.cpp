@@ -32,7 +32,8 @@ std::string_view Cut(std::string_view text)
     return text;
 }
 
-// Takes the first line off `text`. CR LF leaves an empty line behind, which means nothing.
+// Removes the first line from `text` and returns it. CR LF gives an extra empty line, which has no
+// meaning.
 std::string_view TakeLine(std::string_view &text)
 {
     const auto end = text.find_first_of("\r\n");
@@ -41,7 +42,7 @@ std::string_view TakeLine(std::string_view &text)
     return line;
 }
 
-// The name of the section that `line` begins; nothing when it begins none.
+// The name of the section that begins with `line`; nullopt when none does.
 std::optional<std::string_view> SectionName(std::string_view line)
 {
     const auto end = line.find(']');
@@ -59,7 +60,7 @@ std::string_view WithoutQuotes(std::string_view value)
     return value.substr(1, value.size() - 2);
 }
 
-// The first `count` characters of UTF-8 `text`; a byte that continues a character begins none.
+// The first `count` characters of UTF-8 `text`; continuation bytes are not counted.
 std::string_view FirstCharacters(std::string_view text, std::size_t count)
 {
     for (std::size_t at = 0; at < text.size(); ++at)
@@ -80,8 +81,8 @@ std::string TextOfFile(std::string bytes)
     return runtime::IsUtf8(bytes) ? bytes : runtime::TextOfBytes(bytes);
 }
 
-// The entries that count, by section and key in upper case. Neither holds a line's end, so that one
-// can stand between them.
+// The entries in use, by section and key in upper case. Neither of the two contains a line end, so
+// a line end separates them.
 using Entries = std::unordered_map<std::string, std::string_view>;
 
 std::string EntryName(std::string_view section, std::string_view key)
@@ -122,7 +123,7 @@ std::optional<std::string_view> Find(const Entries &entries, std::string_view se
 struct LastRead {
     FileIdentity identity;
     int codePage = 0;
-    bool isSettled = false; // no change since then can have left the identity as it is
+    bool isSettled = false; // a later change of the file would also change the identity
     std::string text;
     Entries entries; // views into the text
 };

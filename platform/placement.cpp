@@ -9,8 +9,8 @@ namespace platform
 namespace
 {
 
-// How much of the title line has to lie on a screen for a hand to grasp it: its height, and this
-// much of its width.
+// The part of the title line that must be on a screen, so that the user can move the window: its
+// whole height and this much of its width.
 constexpr int kTitleHeight = 450; // 30 pixels
 constexpr int kGraspWidth = 1500; // 100 pixels
 

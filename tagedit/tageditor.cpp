@@ -66,7 +66,7 @@ void SetGenre(GenreBox &box, std::string_view text)
 }
 
 // The text of the genre box has changed. In column 1 a text that is not in the list was pasted or
-// cut, not chosen; the last one comes back.
+// cut, not chosen; the last one is set again.
 void GenreChosen(TagEditor &editor, int index)
 {
     GenreBox &box = editor.At(index).cmbGenre;

@@ -65,8 +65,8 @@ bool MatchesPattern(std::string_view name)
     return name.size() >= 4 && runtime::EqualAscii(name.substr(name.size() - 4), ".mp3");
 }
 
-// Whether the entry is a folder; what a link points to counts. What cannot be found out counts as
-// none, so that a broken link named like an MP3 file is listed and reported as a file.
+// Whether the entry is a folder or a link to one. False when this cannot be found out, so that a
+// broken link named like an MP3 file is listed and reported as a file.
 bool IsFolder(DIR *parent, const dirent &entry)
 {
     if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK)
@@ -121,7 +121,7 @@ FolderState StateOf(const struct stat &status)
         {status.st_dev, status.st_ino}, Nanoseconds(status.st_mtim), Nanoseconds(status.st_ctim)};
 }
 
-// The memory that the listing takes, nearly.
+// The memory that the listing takes, approximately.
 std::size_t SizeOf(const FolderListing &listing)
 {
     constexpr std::size_t kOfName = sizeof(std::string) + 16; // and what its memory needs
@@ -132,8 +132,8 @@ std::size_t SizeOf(const FolderListing &listing)
     return bytes;
 }
 
-// The helper's walk: the folders below `listing` from the last one to the first, each with those
-// below it. False when it is over.
+// The helper thread's walk: lists the folders below `listing` from the last to the first, each with
+// the folders below it. Returns: false when the walk is to end.
 class WalkFromTheEnd
 {
 public:
@@ -158,7 +158,8 @@ public:
     }
 
 private:
-    // Null where the folder cannot be read or was reached by another path: that is for the walk.
+    // Null when the folder cannot be read or was reached by another path: the walk handles these
+    // cases.
     ListingPtr Read(const std::string &path)
     {
         try {
@@ -252,7 +253,7 @@ ListingAhead::ListingAhead(const std::shared_ptr<ListingCache> &cache, ListingPt
         try {
             WalkFromTheEnd(cache, isOver).Go(*root);
         } catch (const std::bad_alloc &) {
-            return; // the walk reads the others
+            return; // the walk reads the other folders itself
         }
     });
 }

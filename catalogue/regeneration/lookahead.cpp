@@ -9,7 +9,7 @@ namespace catalogue
 namespace
 {
 
-constexpr std::size_t kFewestAhead = 96; // above what the files port holds at a time
+constexpr std::size_t kFewestAhead = 96; // more than the files port has open at a time
 
 } // namespace
 
@@ -27,7 +27,7 @@ void LookAhead::Advance()
         continue;
 }
 
-// False where the root cannot be read; the walk tells of it.
+// Returns: false when the root cannot be read; the walk reports that.
 bool LookAhead::Start()
 {
     m_hasStarted = true;
@@ -40,8 +40,8 @@ bool LookAhead::Start()
     return true;
 }
 
-// Says the next files of the folder in the box, but for those that the walk has come to. False when
-// it has no further one.
+// Names the next files of the folder in the box, without those that the walk has reached already.
+// Returns: false when there is no further file.
 bool LookAhead::ExpectFiles()
 {
     const std::vector<std::string> &files = m_box.Listing().files;
@@ -55,7 +55,7 @@ bool LookAhead::ExpectFiles()
     return true;
 }
 
-// False when the walk has no further folder. One that cannot be read is passed over.
+// Moves to the next folder; one that cannot be read is skipped. Returns: false when there is none.
 bool LookAhead::EnterNextFolder()
 {
     while (!m_levels.empty()) {

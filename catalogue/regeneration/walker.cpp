@@ -60,7 +60,8 @@ void FolderBox::Assign(const std::string &path)
         changed();
 }
 
-// The listing of a folder on the way down; an empty one when it was reached by another path before.
+// The listing of a folder that is entered from above; an empty one when it was reached by another
+// path before.
 ListingPtr FolderBox::ReadBelow(const std::string &path)
 {
     ListingPtr listing;
@@ -82,7 +83,7 @@ ListingPtr FolderBox::ReadBelow(const std::string &path)
     return listing;
 }
 
-// Goes back to a folder on the way down, whose listing is kept.
+// Returns to a folder above the one in the box; its listing has been kept.
 bool FolderBox::GoUp(const std::string &path)
 {
     const auto kept =
@@ -135,8 +136,8 @@ void FileBox::SetPath(const std::string &path)
     m_files.clear();
 }
 
-// The files of the folder in the box; those that the folder box has read where it is at that
-// folder.
+// The files of the folder in the box. When the folder box is at the same folder, the names that it
+// has read are used.
 const std::vector<std::string> &FileBox::Files() const
 {
     if (m_dirs != nullptr && m_dirs->Path() == m_path)
@@ -145,7 +146,7 @@ const std::vector<std::string> &FileBox::Files() const
         try {
             m_files = OpenFolder(m_path).Read()->files;
         } catch (const runtime::RuntimeError &) {
-            m_files.clear(); // what cannot be read has no files
+            m_files.clear(); // a folder that cannot be read has no files
         }
     }
     m_read = true;
@@ -168,7 +169,7 @@ std::string FileBox::List(std::int64_t index) const
 namespace
 {
 
-// Made together, so that the file box follows from the first change on.
+// One object, so that the file box follows the folder box from its first change on.
 struct Boxes {
     FolderBox dirs;
     FileBox mp3s{dirs};

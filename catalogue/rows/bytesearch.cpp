@@ -14,8 +14,8 @@ namespace catalogue
 namespace
 {
 
-// The bit that tells the cases of an ASCII letter apart. It is set in other bytes too before they
-// are compared, so that what is found is a candidate only.
+// The bit in which the two cases of an ASCII letter differ. It is set in all bytes before they are
+// compared, so that a match is only a candidate.
 constexpr unsigned char kCaseBit = 0x20;
 
 unsigned char UpperByte(char c)
@@ -24,12 +24,12 @@ unsigned char UpperByte(char c)
     return byte >= 'a' && byte <= 'z' ? static_cast<unsigned char>(byte - kCaseBit) : byte;
 }
 
-// How often a byte is met in upper-cased texts, as a rank: 0 for all that are rare.
+// How frequent a byte is in upper-cased texts, as a rank: 0 for all rare bytes.
 std::size_t Commonness(char c)
 {
     constexpr std::string_view kCommon = "ZQXJ9876543210VKBPYGW-./FMCULDRHSNIOATE ";
     const auto byte = static_cast<unsigned char>(c);
-    if (byte >= 0xC2) // the first byte of a letter of another script: all its letters have it
+    if (byte >= 0xC2) // the first byte of a letter of another script, which most letters share
         return kCommon.size();
     const auto rank = kCommon.find(static_cast<char>(UpperByte(c)));
     return rank == std::string_view::npos ? 0 : rank + 1;

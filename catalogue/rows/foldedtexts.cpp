@@ -12,7 +12,7 @@ namespace catalogue
 namespace
 {
 
-constexpr std::size_t kBlockBytes = 128u << 10; // what stays in a processor's cache
+constexpr std::size_t kBlockBytes = 128u << 10; // fits into a processor's cache
 constexpr int kRowsBetweenLooks = 32;           // at the clock
 
 // The column of that name; nothing when it is not kept.
@@ -189,7 +189,7 @@ bool FoldedTexts::FindInColumn(const Column &column, std::vector<Wanted *> &want
     }
     if (column.nulls.empty())
         return true;
-    RowBits values(m_rows.size()); // a null is like nothing, not even "%"
+    RowBits values(m_rows.size()); // a null matches no pattern, not even "%"
     for (std::size_t row = 0, null = 0; row < m_rows.size(); ++row) {
         if (null < column.nulls.size() && column.nulls[null] == row)
             ++null;
@@ -201,7 +201,7 @@ bool FoldedTexts::FindInColumn(const Column &column, std::vector<Wanted *> &want
     return true;
 }
 
-// The pattern's longest piece leads from one row that may match to the next.
+// The next row that may match is found by searching for the pattern's longest piece.
 void FoldedTexts::FindInBlock(const Column &column, const Block &block, std::string_view texts,
                               Wanted &wanted)
 {
@@ -220,8 +220,8 @@ void FoldedTexts::FindInBlock(const Column &column, const Block &block, std::str
         if (isInside && (wanted.pattern->IsContains() ||
                          wanted.pattern->MatchesUpper(texts.substr(begin, end - begin))))
             wanted.found.Set(row);
-        // A piece that begins in this text and ends in the next one is none; one may follow it in
-        // the next text only.
+        // A piece that begins in this text and ends in the next one is not a match; the search
+        // continues in the next text.
         if (length != 0)
             next = piece.Find(texts, end);
         begin = end;

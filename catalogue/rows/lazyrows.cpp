@@ -164,7 +164,8 @@ void LazyRecordset::Load() const
         return;
     const std::int64_t wanted = m_rows[static_cast<std::size_t>(m_position)];
     const auto rowRead = [this] { return sqlite3_column_int64(m_reader, FieldCount()); };
-    // A row a little further on is reached by steps; that costs less than a new search for it.
+    // A row that is only a few rows later is reached by stepping, which costs less than a new
+    // search.
     constexpr std::int64_t kNear = 4;
     const bool isNear = m_loaded >= 0 && wanted > rowRead() && wanted - rowRead() <= kNear;
     m_loaded = -1;

@@ -64,7 +64,7 @@ LikePattern::LikePattern(std::string_view pattern, std::string_view escape)
             flush();
             const char16_t unit = pattern[at] == '%' ? kAny : kOne;
             if (unit == kOne || m_folded.empty() || m_folded.back() != kAny)
-                m_folded += unit; // of several "%" in a row one is enough
+                m_folded += unit; // several "%" in a row mean the same as one
         } else {
             plain += pattern[at];
         }
@@ -91,7 +91,7 @@ bool LikePattern::Matches(std::string_view text) const
             return false;
     }
     if (!m_isAsciiPiece && runtime::IsAscii(text))
-        return false; // its upper case is in ASCII too
+        return false; // its upper case is an ASCII letter
     return MatchesUpper(runtime::UpperText(text));
 }
 
@@ -99,7 +99,7 @@ bool LikePattern::MatchesUpper(std::string_view folded) const
 {
     if (m_isContains)
         return m_piece.Find(folded) != ByteSearch::kNone;
-    // The usual walk with one place to come back to: after the last "%" seen.
+    // The usual algorithm with one place to return to: after the last "%".
     const std::u16string_view pattern = m_folded;
     std::size_t p = 0, t = 0, backPattern = std::string_view::npos, backText = 0;
     while (t < folded.size()) {

@@ -14,7 +14,7 @@ namespace
 
 constexpr std::size_t kChunkBytes = 64 * 1024;
 
-// A text on its way to its rank: the first eight bytes of its key as a number, and the key.
+// A text that is being ranked: the first eight bytes of its key as a number, and the key.
 struct Sortable {
     std::uint64_t start;
     std::string_view key;

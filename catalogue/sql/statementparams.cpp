@@ -137,7 +137,7 @@ private:
         return value;
     }
 
-    // The next value, with the later ones inside it where it holds the marker.
+    // The next value. When it contains the marker, the later values replace the markers in it.
     Value TakeFilled()
     {
         const Value *value = Take();
@@ -153,7 +153,7 @@ private:
     {
         std::string filled;
         std::deque<std::string> forms;                // of values that are no texts
-        std::vector<std::string_view> open = {first}; // what is left of each text, innermost last
+        std::vector<std::string_view> open = {first}; // the rest of each text, innermost last
         while (!open.empty()) {
             const std::string_view rest = open.back();
             const auto at = rest.find(m_marker.text);
@@ -207,7 +207,7 @@ std::string LiteralOf(const Value &value, DatoType type, int width)
 
 StatementKind KindOf(std::string_view statement)
 {
-    // Two letters beyond ASCII have an upper case within it: the dotless i and the long s.
+    // The upper case of two letters outside ASCII is an ASCII letter: the dotless i and the long s.
     std::string upper;
     if (statement.find("\u0131") != std::string_view::npos ||
         statement.find("\u017F") != std::string_view::npos) {
@@ -245,7 +245,7 @@ std::string ReadableText(const Statement &statement)
 {
     const std::string_view text = statement.text;
     std::string readable;
-    std::size_t from = 0; // what comes before is in `readable`
+    std::size_t from = 0; // the text before it is in `readable` already
     for (const Token &token : TokensOf(statement)) {
         const auto at = static_cast<std::size_t>(token.text.data() - text.data());
         if (token.kind == TokenKind::Placed) {

@@ -39,7 +39,7 @@ bool IsName(const Token &token)
     return !NameIn(token).empty() && !IsClause(token);
 }
 
-// Writes tokens as SQLite takes them, and collects the literals.
+// Writes tokens in the form that SQLite accepts, and collects the literals.
 class Writer
 {
 public:
@@ -114,7 +114,7 @@ std::size_t Writer::InsideUpperTrim(std::size_t at, std::size_t last) const
     int depth = 2;
     for (std::size_t end = at + 4; end < last; ++end) {
         depth += Is(end, "(") ? 1 : Is(end, ")") ? -1 : 0;
-        if (depth == 2 && Is(end, ",")) // TRIM of something else than blanks
+        if (depth == 2 && Is(end, ",")) // TRIM that cuts other characters than blanks
             return 0;
         if (depth == 0)
             return end + 1;
@@ -194,7 +194,7 @@ std::size_t FindOrder(const Tokens &tokens)
     return tokens.size();
 }
 
-// The terms of an order that consists of names alone; false when it has anything else.
+// Fills in the terms of an order that consists only of names. Returns: false for any other order.
 bool ReadOrder(const Tokens &tokens, std::size_t at, std::vector<OrderTerm> &order)
 {
     while (at < tokens.size()) {
@@ -226,7 +226,7 @@ bool IsRowQuery(const Tokens &tokens, std::size_t orderAt)
     return true;
 }
 
-// The order of a SELECT: each term that is a name gets the collation.
+// Writes the order of a SELECT: each term that is a name gets the collation.
 void WriteOrder(const Tokens &tokens, std::size_t at, Writer &writer, std::string &sql)
 {
     sql += "ORDER BY ";
@@ -264,7 +264,7 @@ Translated Translate(Tokens tokens, bool isStored)
             if (!isStored)
                 result.rows.likes = ReadLikeCondition(tokens, 5, orderAt);
         }
-        result.parameters.clear(); // written once more below
+        result.parameters.clear(); // they are collected again below
         result.unquoted.clear();
     }
     result.sql = writer.Write(0, orderAt);

@@ -31,8 +31,8 @@ bool IsWordPart(char c)
     return IsWordStart(c) || IsDigit(c) || c == '$';
 }
 
-// The end of what begins at `from` with a mark and ends with `close`; a doubled `close` is
-// itself. npos when it does not end.
+// The end of the text that begins at `from` with a mark and ends with `close`; a doubled `close`
+// means that character. npos when it has no end.
 std::size_t EndOfQuoted(std::string_view text, std::size_t from, char close)
 {
     for (auto at = text.find(close, from + 1); at != std::string_view::npos;
@@ -128,7 +128,7 @@ std::vector<Token> TokensOf(const Statement &statement)
     for (Token &token : tokens) {
         const auto at = static_cast<std::size_t>(token.text.data() - statement.text.data());
         while (value != statement.values.end() && value->place < at)
-            ++value; // in a comment or a quoted name, where it counts for nothing
+            ++value; // in a comment or a quoted name: such a place is not used
         if (value == statement.values.end() || value->place != at)
             continue;
         token.kind = TokenKind::Placed;

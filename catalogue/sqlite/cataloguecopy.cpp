@@ -67,8 +67,8 @@ std::string NewName(const std::vector<std::string> &taken)
     return name;
 }
 
-// Copies the database by the engine's own means into the empty file `to`. Returns the reason of a
-// failure.
+// Copies the database with SQLite's backup procedures into the empty file `to`. Returns: the reason
+// of a failure, or an empty text.
 std::string CopyDatabase(sqlite3 *from, const std::string &to)
 {
     sqlite3 *target = nullptr;
@@ -93,7 +93,7 @@ std::string CopyDatabase(sqlite3 *from, const std::string &to)
     return reason;
 }
 
-// Gives the finished copy its name. Returns the reason of a failure.
+// Gives the finished copy its name. Returns: the reason of a failure, or an empty text.
 std::string Settle(int handle, const std::string &temporary, const std::string &path)
 {
     int failure = Files().Flush(handle);
@@ -136,7 +136,7 @@ std::string CopyCatalogue(const std::string &path)
     } catch (const ProviderFailure &failure) {
         return failure.what();
     }
-    // One that cannot be removed stays: what matters is that the newest are there.
+    // If an old copy cannot be removed, it stays: this is not reported.
     for (std::size_t old = 0; old + kCopiesKept <= copies.size(); old++)
         Files().Delete(folder + "/" + copies[old]);
     return {};

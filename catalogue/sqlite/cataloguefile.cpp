@@ -33,7 +33,7 @@ std::string FolderOf(const std::string &path)
     return name == std::string::npos ? "." : path.substr(0, name + 1);
 }
 
-// While one lives, a lock is reported at once.
+// While one exists, a lock is reported at once.
 class LocksNotWaitedFor
 {
 public:
@@ -50,7 +50,7 @@ private:
     bool m_before;
 };
 
-// A place in the queue, left again at the end.
+// A place in the queue; the destructor leaves it.
 class QueuePlace
 {
 public:
@@ -121,7 +121,7 @@ bool CatalogueFile::IsStillTheFile() const
     return IsSoundHeader(header) && !IsCutShort(header, m_main->FileSize(), m_path);
 }
 
-// The file is gone or damaged: its connections must not write into it when they close.
+// The file is missing or damaged: its connections must not write into it when they close.
 void CatalogueFile::AbandonConnections()
 {
     m_isClosing = true;
@@ -190,8 +190,8 @@ void CatalogueFile::BeginWrite(SqliteHandle &handle)
     m_isWriting = true;
 }
 
-// Waits for its turn after the other waiting processes, then for the one that writes. Events run
-// meanwhile: the program may come to its end in one of them.
+// Waits until it is this process's turn among those that wait, then until no other process writes.
+// Events run meanwhile, and one of them may end the program.
 int CatalogueFile::BeginWhenFree(SqliteHandle &handle)
 {
     if (IsWaitingForLock())

@@ -12,15 +12,15 @@ namespace catalogue
 namespace
 {
 
-// Tells all that wait how the group ended.
+// Calls all functions that wait for the group with its outcome.
 void Settle(const std::string &lost)
 {
     for (const auto &tell : std::exchange(TheOpenGroup().waiting, {}))
         tell(lost);
 }
 
-// Whether the last failure on this connection is one of the disk or the memory, or an interruption,
-// and not of the statement.
+// Whether the last failure on this connection was caused by the disk, the memory or an
+// interruption, and not by the statement.
 bool IsOutOfOrder(sqlite3 *db)
 {
     const int code = sqlite3_errcode(db) & 0xFF;
@@ -28,7 +28,7 @@ bool IsOutOfOrder(sqlite3 *db)
            code == SQLITE_INTERRUPT || code == SQLITE_CORRUPT || code == SQLITE_READONLY;
 }
 
-// Whether another process waits for the group to end, asked once in a millisecond.
+// Whether another process waits for the group to end; looked up at most once in a millisecond.
 bool IsAnotherWaiting(OpenGroup &state, std::int64_t now)
 {
     return std::exchange(state.askedMs, now) != now && state.file->IsAnotherWaiting();

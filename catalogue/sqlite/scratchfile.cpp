@@ -12,7 +12,7 @@ namespace catalogue
 namespace
 {
 
-constexpr std::uint64_t kBetweenChecks = 8u << 20; // bytes written from one look at the room on
+constexpr std::uint64_t kBetweenChecks = 8u << 20; // bytes between checks of the free space
 
 } // namespace
 

@@ -83,8 +83,8 @@ struct stat StatOrThrow(const std::string &path)
     throw ProviderFailure(kStatementFailure, "'" + path + "': " + std::strerror(errno));
 }
 
-// The pages that a log holds in whole transactions, and the pages that the database has after the
-// last of them.
+// The pages that the complete transactions of a log contain, and the number of pages of the
+// database after the last of them.
 struct LogPages {
     std::vector<std::uint32_t> pages; // sorted
     std::uint32_t pageCount = 0;      // 0 = the log holds no transaction

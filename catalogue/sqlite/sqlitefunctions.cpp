@@ -81,7 +81,7 @@ void FoundByLikeFunction(sqlite3_context *context, int count, sqlite3_value **va
 
 void BindLikeSearch(sqlite3_stmt *statement, int parameter, const LikeSearch &search)
 {
-    // The engine takes a pointer that may be written through; nobody does.
+    // SQLite's parameter is a pointer to non-const data; the data is not changed.
     sqlite3_bind_pointer(statement, parameter, const_cast<LikeSearch *>(&search), kLikeSearch,
                          nullptr);
 }

@@ -47,7 +47,7 @@ bool IsGeneric(int code)
 
 SqliteHandle::SqliteHandle(const std::string &path)
 {
-    // The handle is used by one thread at a time, so that SQLite's own mutexes are left out.
+    // The handle is used by one thread at a time, so SQLite's own mutexes are not needed.
     constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
     const int code = sqlite3_open_v2(path.c_str(), &m_db, kFlags, nullptr);
     try {
@@ -84,7 +84,7 @@ void SqliteHandle::SetUp()
     sqlite3_progress_handler(m_db, kStepsBetweenLooks, Progress, this);
 }
 
-// Another program may have the file for itself.
+// Another program may have the file locked.
 int SqliteHandle::ReadFirstPage()
 {
     constexpr const char *kRead = "SELECT 1 FROM sqlite_schema LIMIT 1";
@@ -102,9 +102,9 @@ int SqliteHandle::ReadFirstPage()
     return code;
 }
 
-// A copy that another tool made of the catalogue can be in the mode without a log, where readers
-// and writers shut each other out. It gets its log back; where that cannot be (another program is
-// at it, the folder is read-only), the file is used as it is.
+// A copy that another tool made of the catalogue can be in the mode without a log, in which readers
+// and writers lock each other out. The mode is changed back; when this fails (another program uses
+// the file, the folder is read-only), the file is used as it is.
 bool SqliteHandle::KeepsALog()
 {
     m_waits = false;
@@ -137,11 +137,11 @@ int SqliteHandle::RunOwn(const char *sql)
 
 const Prepared &SqliteHandle::Prepare(std::string_view sql)
 {
-    // A kept one is prepared again by SQLite itself where the file's schema has changed.
+    // SQLite itself prepares a kept statement again when the file's schema has changed.
     m_mayQuery = runtime::EqualAscii(sql.substr(0, kQuery.size()), kQuery);
     if (const auto found = m_prepared.find(sql); found != m_prepared.end())
         return found->second;
-    if (m_prepared.size() >= kPreparedKept) { // those in use stay
+    if (m_prepared.size() >= kPreparedKept) { // statements in use are kept
         std::erase_if(m_prepared, [](auto &entry) {
             if (sqlite3_stmt_busy(entry.second.statement) != 0)
                 return false;
@@ -301,7 +301,7 @@ void BindValue(sqlite3_stmt *statement, int parameter, const Value &value)
 
 std::string_view ColumnText(sqlite3_stmt *statement, int column)
 {
-    // A text asked for as such gets a NUL behind it, for which SQLite makes a copy.
+    // sqlite3_column_text adds a NUL after the text, for which SQLite makes a copy.
     const auto *text = sqlite3_column_type(statement, column) == SQLITE_TEXT
                            ? static_cast<const char *>(sqlite3_column_blob(statement, column))
                            : reinterpret_cast<const char *>(sqlite3_column_text(statement, column));

@@ -18,10 +18,10 @@ namespace catalogue
 namespace
 {
 
-// A late result copies itself when another statement comes and it is as old as this.
+// A lazy result that is at least this old copies itself when another statement runs.
 constexpr std::int64_t kLazyMs = 5000;
 
-// The snapshot of a transaction is that of its first reading.
+// The snapshot of a transaction begins with its first read.
 constexpr const char *kBeginReading = "SELECT 1 FROM main.sqlite_schema LIMIT 1";
 
 const std::string kRootMark(1, shell::PathSeparator);
@@ -37,7 +37,7 @@ bool IsWholePath(const std::vector<Value> &values)
            *excluded == kNoExclusion;
 }
 
-// Whether a translation serves each statement with the same words and places of values.
+// Whether a translation can be used for each statement with the same words and places of values.
 bool HoldsNothingOf(const Statement &statement, const Translated &translated)
 {
     constexpr std::size_t kLongestKept = 1000; // bytes
@@ -64,7 +64,7 @@ RecordsetPtr StepAll(SqliteHandle &handle, std::string_view sql, const Binding &
     return std::make_shared<CopiedRecordset>(prepared.columns, std::move(table));
 }
 
-// The texts of a plain statement's parameters; nothing when one of them is no text.
+// The texts of a plain statement's parameters; nullopt when one of them is not a text.
 std::optional<std::vector<std::string_view>> TextsOf(const Translated &translated,
                                                      const Statement &statement)
 {
@@ -109,7 +109,7 @@ private:
     RecordsetPtr ReadPath(const std::string &sql, const Binding &bind);
 
     std::shared_ptr<CatalogueFile> m_file;     // null once closed
-    std::shared_ptr<SqliteHandle> m_ownHandle; // while this connection's transaction is open
+    std::shared_ptr<SqliteHandle> m_ownHandle; // only while this connection has a transaction open
 };
 
 void SqliteConnection::Close()
@@ -145,8 +145,8 @@ RecordsetPtr SqliteConnection::Run(const Statement &statement)
     });
 }
 
-// The rows of a condition of LIKE alone: out of the texts that were read ahead, else in one walk
-// over the table. Null when the statement is something else.
+// The rows of a condition that is only LIKE: found in the texts that were read ahead, else by one
+// pass over the table. Null for any other statement.
 RecordsetPtr SqliteConnection::SearchTexts(const Translated &translated, const Statement &statement)
 {
     const RowQuery &query = translated.rows;
@@ -219,7 +219,7 @@ RecordsetPtr SqliteConnection::RunTranslated(const Translated &statement, const 
     return statement.verb == Verb::Select ? Read(statement, bind) : Write(statement.sql, bind);
 }
 
-// The rows of one path. Inside a step the look-up begins what the write after it ends.
+// The rows of one path. Inside a step the look-up begins the transaction that the write commits.
 RecordsetPtr SqliteConnection::ReadPath(const std::string &sql, const Binding &bind)
 {
     if (m_ownHandle)
@@ -279,7 +279,7 @@ void SqliteConnection::Begin()
 {
     CloseOpenGroup();
     auto handle = m_file->TakeHandle();
-    handle->ColumnsOfMP3s(); // its views must not go with a roll-back
+    handle->ColumnsOfMP3s(); // a roll-back must not remove its views
     m_file->BeginWrite(*handle);
     m_ownHandle = std::move(handle);
 }
@@ -313,8 +313,8 @@ Opener ResolveCatalogueFile(const std::string &connectionString)
     if (from == std::string::npos || to == std::string::npos || to < from + kSource.size())
         throw ProviderFailure(kGenericFailure, "The connection string names no file.");
     const auto at = from + kSource.size();
-    // A statement copies its opener; one that holds a pointer costs nothing. Never destroyed: an
-    // opener may outlive everything else.
+    // Each statement copies its opener, so it only has a pointer, which is cheap to copy. Never
+    // destroyed: an opener may outlive everything else.
     static auto *paths = new std::set<std::string>;
     const std::string *path = &*paths->insert(connectionString.substr(at, to - at)).first;
     return [path] {

@@ -31,8 +31,8 @@ constexpr std::uint32_t kTheKey = 1; // the one key of the registry that there i
 constexpr std::uint8_t kShuffleKey = 'S';
 constexpr std::int64_t kEnqueueMs = 5000;
 constexpr std::int64_t kLearnMs = 30'000;
-constexpr std::int64_t kCatchUpMs = 3000;  // after that the player's own word counts
-constexpr std::int64_t kNearMs = 1500;     // how far from what was sought a caught-up player may be
+constexpr std::int64_t kCatchUpMs = 3000; // then the position that the player reports is used
+constexpr std::int64_t kNearMs = 1500; // a position this near to the sought one counts as reached
 constexpr std::int64_t kReadAheadMs = 500; // what the player reads ahead of the sound
 constexpr std::size_t kLongestFile = std::size_t{64} << 20;
 
@@ -110,7 +110,7 @@ std::int32_t AudaciousPlayer::Ask(std::int32_t request, std::int32_t argument)
     }
 }
 
-// What the monitor will ask: of a player that played at the last look all that it shows.
+// The questions that the monitor will ask: if the player was playing at the last look, all.
 void AudaciousPlayer::AskAhead()
 {
     const auto last = static_cast<std::uint32_t>(std::max(0, m_lastIndex));
@@ -149,15 +149,15 @@ std::int32_t AudaciousPlayer::Command(std::int32_t menuId)
             m_sought.reset();
         m_list.Select();
         m_bus.Order(row.method);
-        // Paused while it begins to play, it would still play what it has read ahead. A seek makes
-        // it forget that.
+        // When it is paused while it starts to play, it would still play what it has read ahead. A
+        // seek clears that.
         if (menuId == kPause && m_sought && MsSince(m_sought->when) < kReadAheadMs)
             m_bus.Order("Seek", static_cast<std::uint32_t>(m_sought->ms));
     }
     return 0;
 }
 
-// Not by the method "Playing", which is true of a paused player as well.
+// The method "Playing" is not used: it is also true for a paused player.
 std::int32_t AudaciousPlayer::State()
 {
     const std::string status = m_bus.AskText("Status").value_or(std::string());
@@ -206,8 +206,8 @@ std::int32_t AudaciousPlayer::WritePlaylist()
     return m_list.Write(m_folder + kPlaylistFile) ? 0 : -1;
 }
 
-// The player forgets its selection when it is told to select an entry that it has not, and stops:
-// such an index is never passed on.
+// When the player is asked to select an entry that does not exist, it loses its selection and
+// stops: such an index is never sent.
 std::int32_t AudaciousPlayer::SelectEntry(std::int32_t index)
 {
     if (index < 0)
@@ -225,7 +225,8 @@ std::int32_t AudaciousPlayer::SelectEntry(std::int32_t index)
     return 0;
 }
 
-// Where the entry that was known at `index` is now: others change the list at any time.
+// The present index of the entry that was known at `index`: the user may change the list at any
+// time.
 std::int32_t AudaciousPlayer::PlaceOfKnown(std::int32_t index)
 {
     const auto known = m_list.Known(index);
@@ -255,7 +256,8 @@ std::int32_t AudaciousPlayer::SendCopyData(WindowHandle window, std::uint32_t ta
     return Enqueue(std::string(bytes.substr(0, bytes.find('\0'))));
 }
 
-// The player answers before the entry is in its list; it never is when the file cannot be read.
+// The player answers before the entry is in its list. If the file cannot be read, the entry is
+// never added.
 std::int32_t AudaciousPlayer::Enqueue(const std::string &path)
 {
     if (!IsRegularFile(path))
@@ -281,7 +283,7 @@ std::int32_t AudaciousPlayer::Enqueue(const std::string &path)
     return 0;
 }
 
-// The place of an entry among those from `first` on; -1 while there is none.
+// The index of an entry, searched from `first` on; -1 when there is none.
 std::int32_t AudaciousPlayer::FindFrom(std::int32_t first, const std::string &line)
 {
     const std::int32_t length = m_list.Length();
@@ -313,7 +315,7 @@ void AudaciousPlayer::KeyEvent(std::uint8_t key, std::uint8_t, std::uint32_t fla
         m_bus.Order("ToggleShuffle");
 }
 
-// The player's folder, as the program sees it: one of our own, below the user's runtime folder.
+// The folder that the program takes for the player's: a private one in the user's runtime folder.
 bool AudaciousPlayer::MakeFolder()
 {
     if (!m_folder.empty())
@@ -354,8 +356,9 @@ void AudaciousPlayer::StartProgram(const std::string &program, int)
 {
     m_bus.Look();
     if (m_bus.IsOwned())
-        return; // it is about to answer, or was stopped: a second start would only wait there
-    // The next one would not see the list that this one writes at its end.
+        return; // it will answer soon, or it was stopped by a signal: a second start would only
+                // wait for it
+    // A new player would not read the list that the old one writes when it ends.
     m_startsAfterEnd = m_bus.IsEnding();
     if (m_startsAfterEnd)
         return;

@@ -16,9 +16,9 @@ constexpr const char *kName = "org.atheme.audacious";
 constexpr const char *kRemoteName = "org.mpris.MediaPlayer2.audacious";
 constexpr const char *kPath = "/org/atheme/audacious";
 constexpr const char *kInterface = "org.atheme.audacious";
-constexpr std::int64_t kOrdersMs = 2000; // how long a silent player still gets orders
-// After that a player without remote control is up as well. On a machine with much to do a start
-// was seen to take 4 s.
+constexpr std::int64_t kOrdersMs = 2000; // how long orders are still sent to a silent player
+// After this time a player without remote control has started too. On a busy machine a start took 4
+// s.
 constexpr std::int64_t kStartMs = 6000;
 
 std::int64_t NowMs()
@@ -27,7 +27,8 @@ std::int64_t NowMs()
     return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
-// Watches who has a name on the bus: `changed` hears of every change, `told` who has it now.
+// Watches the owner of a name on the bus: `changed` is called at every change, `told` with the
+// present owner.
 void WatchName(sd_bus *bus, const char *name, sd_bus_message_handler_t changed,
                sd_bus_message_handler_t told, void *self)
 {
@@ -75,7 +76,7 @@ AudaciousBus::AudaciousBus(std::int64_t answerMs) : m_answerMs(answerMs) {}
 
 AudaciousBus::~AudaciousBus()
 {
-    m_later.clear(); // whoever asked may be gone already
+    m_later.clear(); // the object that asked may have been destroyed already
     Close();
 }
 
@@ -102,7 +103,7 @@ bool AudaciousBus::Connect()
     return m_bus != nullptr;
 }
 
-// Takes in what has come, and waits for more until `done`.
+// Handles the messages that have come, and waits for more until `done` returns true.
 void AudaciousBus::Process(std::int64_t limitMs, const std::function<bool()> &done)
 {
     const std::int64_t end = NowMs() + limitMs;
@@ -152,7 +153,7 @@ void AudaciousBus::SetOwner(const std::string &owner)
     ++m_run;
     m_silent = true;
     m_ownedSinceMs = NowMs();
-    m_silentSinceMs = m_ownedSinceMs - kOrdersMs; // it has not answered at all yet
+    m_silentSinceMs = m_ownedSinceMs - kOrdersMs; // it has not answered yet
 }
 
 void AudaciousBus::Probe()
@@ -279,10 +280,11 @@ AudaciousBus::Ahead *AudaciousBus::FindAhead(const char *method,
     return found != m_ahead.end() ? found->get() : nullptr;
 }
 
-// The answer to a question that was asked ahead, waited for where it has not come; like Call.
+// The answer to a question that was sent by AskAhead; waits for it if it has not come. Otherwise
+// like Call.
 sd_bus_message *AudaciousBus::AnswerAhead(const char *method, std::optional<std::uint32_t> argument)
 {
-    // The player may go meanwhile, and what was asked of it goes with it.
+    // The player may end meanwhile, and with it the questions that were sent.
     Process(m_answerMs, [&] {
         const Ahead *ahead = FindAhead(method, argument);
         return ahead == nullptr || ahead->answer != nullptr;
@@ -337,7 +339,7 @@ std::optional<std::int32_t> AudaciousBus::AskInt(const char *method,
     return told ? std::optional(number) : std::nullopt;
 }
 
-// Whether an order is to be sent; what was asked ahead of it no longer holds.
+// Whether an order is to be sent. Answers to earlier questions are not used any more.
 bool AudaciousBus::BeginOrder()
 {
     m_ahead.clear();

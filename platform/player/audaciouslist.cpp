@@ -12,7 +12,7 @@ namespace platform::player
 namespace
 {
 
-constexpr std::size_t kMostPending = 256; // a player with more to answer is slow for its user
+constexpr std::size_t kMostPending = 256; // with more, the player would react slowly to its user
 constexpr std::string_view kFileScheme = "file://";
 constexpr std::string_view kHexDigits = "0123456789ABCDEF";
 
@@ -135,14 +135,14 @@ void AudaciousList::Learn(std::size_t index, const std::string &line)
     m_changed = true;
 }
 
-// Asks for one name, and learns it; false when another one was known there.
+// Asks for one name and stores it. Returns: false when a different one was stored.
 bool AudaciousList::Agrees(std::size_t index)
 {
     if (index >= m_lines.size())
         return true;
     const auto line = LineAt(static_cast<std::int32_t>(index));
     if (!line)
-        return true; // silence contradicts nothing
+        return true; // no answer is not a difference
     if (m_lines[index] && *m_lines[index] != *line)
         return false;
     Learn(index, *line);
@@ -157,7 +157,7 @@ bool AudaciousList::Check(std::int32_t index)
     if (m_run != m_bus.Run() || length < m_lines.size()) {
         Begin(length);
     } else if (length > m_lines.size()) {
-        // Mostly songs were added at the end; then the last one that is known is where it was.
+        // Usually songs were added at the end; then the last known one is still at its index.
         if (!m_lines.empty() && Agrees(m_lines.size() - 1)) {
             m_unknown += length - m_lines.size();
             m_lines.resize(length);

@@ -51,7 +51,8 @@ std::string ValueOf(const std::vector<std::pair<std::string, std::string>> &pair
     return {};
 }
 
-// Makes the file hold `text`, or be absent when that is empty. True when that changed something.
+// Writes `text` to the file, or removes the file when the text is empty. Returns: whether that
+// changed anything.
 bool Settle(const std::string &folder, const std::string &name, const std::string &text)
 {
     const std::string path = folder + "/" + name;
@@ -79,8 +80,8 @@ std::string FormatMimePackage(std::string_view name, std::string_view extension,
 std::string FormatDesktopEntry(std::string_view mimeName, std::string_view description,
                                std::string_view program)
 {
-    // Inside the quotation marks of Exec, these four are escaped by a back-slash, and a back-slash
-    // of any value once more; a percent sign is doubled.
+    // In the quotation marks of Exec these four characters need a back-slash before them, each
+    // back-slash of a value is doubled once more, and a percent sign is doubled.
     std::string quoted;
     for (const char c : program) {
         if (c == '"' || c == '`' || c == '$')

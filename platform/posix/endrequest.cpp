@@ -16,12 +16,12 @@ namespace
 
 volatile std::sig_atomic_t requestedSignal = 0; // written by the handler
 int deferrals = 0;
-int wakeUp = -1; // counts the signals, once a caller asked for it
+int wakeUp = -1; // an eventfd that counts the signals; -1 until a caller asks for it
 
 void WakeUp()
 {
     const std::uint64_t one = 1;
-    // A counter that is full takes no more, and is readable as well.
+    // When the counter is full, the write fails; the descriptor is readable then too.
     [[maybe_unused]] const ssize_t written = write(wakeUp, &one, sizeof one);
 }
 
@@ -41,7 +41,7 @@ int EndRequestDescriptor()
     if (wakeUp < 0)
         wakeUp = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     if (wakeUp >= 0 && requestedSignal != 0)
-        WakeUp(); // it came before the descriptor
+        WakeUp(); // the signal came before the descriptor existed
     return wakeUp;
 }
 
@@ -56,7 +56,7 @@ void WatchForEndRequest()
     for (const int signalNo : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction former {
         };
-        // What the parent had this process ignore (nohup) stays ignored.
+        // A signal that this process was started to ignore (nohup) stays ignored.
         if (sigaction(signalNo, nullptr, &former) == 0 && former.sa_handler != SIG_IGN)
             sigaction(signalNo, &action, nullptr);
     }

@@ -1,4 +1,4 @@
-// The half of the files port that changes something.
+// The operations of the files port that change files.
 #include "platform/posix/systemfiles.h"
 
 #include <fcntl.h>
@@ -29,8 +29,8 @@ int Result(int returned)
     return returned == 0 ? 0 : errno;
 }
 
-// The attributes that a user gives, access lists among them; the others are the kernel's, which
-// it gives to every new file by itself.
+// The attributes that users set, access lists included. The kernel sets all others itself on each
+// new file.
 bool BelongsToUser(std::string_view name)
 {
     return name.starts_with("user.") || name.starts_with("system.posix_acl_");
@@ -68,7 +68,7 @@ int CopyAttribute(int source, int target, const char *name)
     return Result(fsetxattr(target, name, value.data(), static_cast<std::size_t>(size), 0));
 }
 
-// Takes away the access list that a new file has from its folder.
+// Removes the access list that a new file inherits from its folder.
 int DropAccessList(int target)
 {
     return fgetxattr(target, kAccessList, nullptr, 0) > 0
@@ -91,8 +91,8 @@ int CopyAttributes(int source, int target)
     return 0;
 }
 
-// `path` with up to `bytes` less at the end of its name, and without what is left of a UTF-8
-// character that this cuts.
+// `path` without the last `bytes` bytes of its name; a UTF-8 character that this would cut is
+// removed whole.
 std::string Shortened(std::string path, std::size_t bytes)
 {
     const auto isRest = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
@@ -120,7 +120,7 @@ int SystemFilesPort::CreateBeside(const std::string &finalPath, std::string &tem
 {
     temporaryPath = finalPath + std::string(kOwnEnding);
     int handle = mkostemp(temporaryPath.data(), O_CLOEXEC);
-    if (handle < 0 && errno == ENAMETOOLONG) { // then as long as the final name
+    if (handle < 0 && errno == ENAMETOOLONG) { // then a name no longer than the final one
         temporaryPath = Shortened(finalPath, kOwnEnding.size()) + std::string(kOwnEnding);
         handle = mkostemp(temporaryPath.data(), O_CLOEXEC);
     }
@@ -194,7 +194,7 @@ int SystemFilesPort::RenameNew(const std::string &from, const std::string &to)
         return 0;
     if (errno != EINVAL && errno != ENOSYS)
         return errno;
-    // A file system without that: a second name is as good, where it can have one.
+    // The file system does not have this operation: a hard link does the same, if it has those.
     if (link(from.c_str(), to.c_str()) == 0)
         return Result(unlink(from.c_str()));
     if (errno != EPERM && errno != EOPNOTSUPP)

@@ -37,8 +37,8 @@ std::string Quoted(std::string_view text)
     return result + '"';
 }
 
-// `text` as it is written to the file: plain where that brings it back, else quoted. `special`: the
-// characters that end a name of this place, or begin something else there.
+// `text` as it is written to the file: plain when reading gives the same text again, else quoted.
+// `special`: the characters that end a name in this position or have another meaning there.
 std::string Written(std::string_view text, std::string_view special)
 {
     const bool plain = runtime::Trim(text) == text && !text.starts_with('"') &&
@@ -68,8 +68,8 @@ bool IsBlank(std::string_view line)
     return line.empty() || line == "\r";
 }
 
-// Takes a quoted text off the front of `line`, which begins with its quotation mark. A missing end
-// mark counts as one at the end of the line.
+// Removes a quoted text from the start of `line`, which begins with its quotation mark, and returns
+// it. A missing closing mark counts as one at the end of the line.
 std::string TakeQuoted(std::string_view &line)
 {
     std::string result;
@@ -92,8 +92,8 @@ std::string TakeQuoted(std::string_view &line)
     return result;
 }
 
-// Takes a name, quoted or plain, off the front of `line`, up to and with the character `end`.
-// Nothing when `end` does not follow.
+// Removes a name, quoted or plain, and the character `end` after it from the start of `line`.
+// Returns: the name; nullopt when `end` does not follow.
 std::optional<std::string> TakeName(std::string_view &line, char end, IniStyle style)
 {
     std::optional<std::string> name;
@@ -197,7 +197,7 @@ void IniDocument::Remove(std::string_view section, std::string_view key)
         m_lines.erase(m_lines.begin() + static_cast<std::ptrdiff_t>(index));
 }
 
-// A line of ours, as `Line::raw` holds it.
+// An entry in the form of `Line::raw`.
 std::string IniDocument::Raw(std::string line) const
 {
     if (m_style == IniStyle::Plain)

@@ -20,7 +20,7 @@ namespace
 
 constexpr std::size_t kMaxFileBytes = 64u << 20;
 
-// What distinguishes one state of a file from the next without reading it.
+// The state of a file: it differs when the file has changed. Found without reading the file.
 struct Stamp {
     dev_t device = 0;
     ino_t inode = 0;
@@ -55,7 +55,7 @@ struct IniSettings::File {
     Stamp stamp;
     IniDocument document{""};
     std::vector<Change> heldBack;
-    bool isReported = false; // that the writes cannot be carried out
+    bool isReported = false; // whether a failure to write was reported
 
     // Reads the file again. False when it is there and cannot be read.
     bool Load()
@@ -70,8 +70,8 @@ struct IniSettings::File {
         return text || absent;
     }
 
-    // Carries the held back writes out. False, with errno set and the culprit in `failed`, when
-    // they have to wait for the next time.
+    // Writes what has been held back. Returns: false when that failed, with errno set and the file
+    // that caused it in `failed`; the next Flush tries again.
     bool Save(std::string &failed);
 };
 

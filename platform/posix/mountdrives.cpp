@@ -33,10 +33,10 @@ constexpr std::array<std::string_view, 17> kRemoteTypes = {
     "ncpfs",       "fuse.s3fs"};
 constexpr std::array<std::string_view, 3> kMemoryTypes = {"tmpfs", "ramfs", "rootfs"};
 
-// Among the machine's own folders, and the user's all the same.
+// Mounts below these are the user's, although they are in the machine's own folders.
 constexpr std::string_view kUsersMedia = "/run/media";
 
-// A field of the kernel's table: "\040" and its like mean one byte.
+// A field of the kernel's table: "\040" (a back-slash and three octal digits) means one byte.
 std::string Unescaped(std::string_view field)
 {
     const auto isOctal = [](char c) { return c >= '0' && c <= '7'; };
@@ -54,7 +54,7 @@ std::string Unescaped(std::string_view field)
     return result;
 }
 
-// A name of /dev/disk/by-label: "\x20" and its like mean one byte.
+// A name of /dev/disk/by-label: "\x20" (two hexadecimal digits) means one byte.
 std::string UnescapedLabel(std::string_view name)
 {
     std::string result;
@@ -146,7 +146,7 @@ void MountDrives::Refresh()
 
 const Mount *MountDrives::FindMount(std::string_view drive) const
 {
-    // The last mount on a point hides those before it.
+    // The last mount at a mount point hides the earlier ones.
     const auto found = std::find_if(m_mounts.rbegin(), m_mounts.rend(),
                                     [&](const Mount &mount) { return mount.point == drive; });
     return found == m_mounts.rend() ? nullptr : &*found;
@@ -170,7 +170,8 @@ std::string MountDrives::DriveOf(const std::string &path)
 
 std::string MountDrives::DeviceOf(const Mount &mount) const
 {
-    // File systems that span devices (btrfs) show a number of their own; their source is a device.
+    // File systems that use several devices (btrfs) have a number of their own; their source names
+    // a device.
     struct stat status {
     };
     if (mount.device.starts_with("0:") && mount.source.starts_with("/dev/") &&
@@ -186,8 +187,8 @@ DriveType MountDrives::TypeOfMount(const Mount &mount) const
     if (std::ranges::find(kMemoryTypes, mount.type) != kMemoryTypes.end())
         return DriveType::RamDisk;
     const std::string device = m_places.blockDevices + "/" + DeviceOf(mount);
-    // A partition has no properties of its own; those of its disk are one folder up. 5 is the
-    // number of optical drives (the kernel's scsi/scsi_proto.h).
+    // A partition has no properties of its own; those of its disk are in the folder above. 5 is the
+    // type of optical drives (scsi/scsi_proto.h of the kernel).
     constexpr std::string_view kOptical = "5";
     for (const std::string &disk : {device, device + "/.."}) {
         if (SystemValue(disk + "/device/type") == kOptical)
@@ -209,8 +210,8 @@ bool MountDrives::IsMediumMissing(const std::string &path)
         std::error_code error;
         if (nearest == folder || (nearest != path && std::filesystem::is_empty(nearest, error)))
             return true;
-        // A user's folder is there while one of the user's media is mounted; what is missing below
-        // it is another medium, unless it is a file.
+        // A user's folder exists while one of the user's media is mounted. A path below it that is
+        // missing is on another medium, unless a file has that name.
         const std::string_view rest =
             std::string_view(path).substr(std::min(nearest.size() + 1, path.size()));
         return userLevels > 0 && nearest.rfind('/') == folder.size() &&
@@ -263,9 +264,9 @@ std::string MountDrives::LabelOf(const std::string &drive)
     return m_labels[drive] = mount == nullptr ? std::string() : LabelOfMount(*mount);
 }
 
-// Whether users look for the mount among their drives. What is on a disk, on a server, or served by
-// a program is; a file that is mounted is no drive, and only local disks are asked whether it is
-// one: others may not answer.
+// Whether a user would expect the mount among the drives: a mount of a disk, of a server or of a
+// program. A mounted single file is not a drive; only for local disks this is checked, because
+// others may not answer.
 bool MountDrives::IsUsersDrive(const Mount &mount) const
 {
     const auto isAbove = [&](std::string_view folder) { return LiesUnder(mount.point, folder); };

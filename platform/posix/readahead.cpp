@@ -23,17 +23,18 @@ namespace
 {
 
 constexpr std::size_t kMostFilesHeld = 64;
-constexpr std::size_t kHandlesShared = 4; // a quarter of the process's handles may be held
+constexpr std::size_t kHandlesShared = 4; // a quarter of the process's handles may be used
 constexpr std::size_t kBytesHeld = 8u << 20;
-constexpr std::int64_t kLongestHead = 256 << 10; // what is longer is read when it is asked for
-constexpr std::size_t kSpareBuffer = 96u << 10;  // a larger one goes with its file
+constexpr std::int64_t kLongestHead = 256
+                                      << 10;    // a longer beginning is read only when it is needed
+constexpr std::size_t kSpareBuffer = 96u << 10; // a larger one is freed with its file
 constexpr int kMostHelpers = 16;
-// A read from memory is over within this time: it is not worth a sleep.
+// A read from memory takes less than this time, so the logic does not sleep before.
 constexpr std::chrono::microseconds kFromMemory{50};
-// The logic sleeps this long before it has more files fetched at a time.
+// After this time of waiting another helper is started.
 constexpr std::chrono::microseconds kPatience{200};
 constexpr std::chrono::microseconds kAskForEnd = std::chrono::milliseconds(50);
-constexpr int kFastFiles = 32; // one after the other: fewer helpers do
+constexpr int kFastFiles = 32; // after so many fast files in a row one helper ends
 
 enum class Stage { Coming, Opening, Reading, Ready, Failed };
 
@@ -51,7 +52,7 @@ std::size_t ReadFully(Files &source, int handle, std::int64_t offset, char *to, 
     return done;
 }
 
-// How many fetched files may be open at a time, so that the rest of the program finds a handle.
+// How many fetched files may be open at a time, so that handles remain for the rest of the program.
 std::size_t FilesHeld()
 {
     rlimit handles = {};
@@ -71,7 +72,7 @@ std::unique_lock<std::mutex> LockSoon(std::mutex &mutex)
     return std::unique_lock(mutex);
 }
 
-// Whether the condition comes to hold within the time of a read from memory.
+// Whether the condition becomes true within the time of a read from memory.
 template <class Condition>
 bool IsSoon(const Condition &condition)
 {
@@ -85,14 +86,14 @@ bool IsSoon(const Condition &condition)
 
 } // namespace
 
-// One file that was said to come. isDropped and heldBytes are guarded by the mutex of Shared; the
-// rest is the helper's until the stage says that it is there: the handle and the identity from
-// Reading on, the bytes when Ready.
+// One expected file. The mutex of Shared guards isDropped and heldBytes. The helper alone uses the
+// other members until the stage is reached from which the logic may: Reading for the handle and the
+// identity, Ready for the bytes.
 struct ReadAheadFiles::ComingFile {
     std::string path;
     WantedBytes wanted;
     std::atomic<Stage> stage = Stage::Coming;
-    bool isDropped = false; // the helper that has it closes it
+    bool isDropped = false; // the helper that works on it must close it
     int handle = -1;
     FileIdentity identity;
     std::int64_t openedAtNs = 0;
@@ -111,7 +112,7 @@ struct ReadAheadFiles::Shared : std::enable_shared_from_this<Shared> {
     {
         return begun < files.size() && begun + finished.size() < filesHeld && bytes < kBytesHeld;
     }
-    // Whether helpers that wait should go on: not for each single file that there is room for.
+    // Whether the waiting helpers are woken: only when there is room for several files.
     [[nodiscard]] bool IsWorthWaking() const
     {
         return idle > 0 && begun <= filesHeld / 2 && HasWork();
@@ -154,8 +155,8 @@ ReadAheadFiles::~ReadAheadFiles()
     ReadAheadFiles::ExpectNothing();
 }
 
-// Sets the stage and wakes the logic where it waits: either it sees the stage, or this sees that it
-// waits. On a helper thread.
+// Sets the stage and wakes the logic if it waits. Either the logic sees the new stage, or this
+// procedure sees that the logic waits. On a helper thread.
 void ReadAheadFiles::Shared::Announce(ComingFile &file, Stage stage)
 {
     file.stage = stage;
@@ -165,7 +166,7 @@ void ReadAheadFiles::Shared::Announce(ComingFile &file, Stage stage)
     arrived.notify_all();
 }
 
-// Opens the file and reads what is wanted of it. On a helper thread.
+// Opens the file and reads the requested parts. On a helper thread.
 void ReadAheadFiles::Shared::Fetch(ComingFile &file)
 {
     file.openedAtNs = source->StampClockNs();
@@ -175,7 +176,7 @@ void ReadAheadFiles::Shared::Fetch(ComingFile &file)
         return;
     const std::int64_t size = file.identity.sizeBytes;
     const auto extend = [&](std::int64_t wanted) {
-        // A damaged size asks for less than nothing.
+        // A damaged size can make this negative.
         const auto count = static_cast<std::size_t>(
             std::clamp(wanted, std::int64_t{0}, std::min(size, kLongestHead)));
         if (count <= file.headBytes)
@@ -195,7 +196,7 @@ void ReadAheadFiles::Shared::Fetch(ComingFile &file)
         ReadFully(*source, file.handle, file.tailOffset, file.tail.data(), file.tail.size()));
 }
 
-// Fetches the next file. Whether that went as fast as from memory.
+// Fetches the next file. Returns: whether that was as fast as from memory.
 bool ReadAheadFiles::Shared::HelpOnce(std::unique_lock<std::mutex> &lock)
 {
     const FilePtr file = files[begun++];
@@ -222,7 +223,7 @@ bool ReadAheadFiles::Shared::HelpOnce(std::unique_lock<std::mutex> &lock)
     return isFast;
 }
 
-// A helper thread. It goes where files come as fast as from memory and fewer helpers do.
+// A helper thread. It ends when files come as fast as from memory and fewer helpers are enough.
 void ReadAheadFiles::Shared::Help()
 {
     std::vector<int> handles;
@@ -249,7 +250,8 @@ void ReadAheadFiles::Shared::Help()
     --helpers;
 }
 
-// Lets go of a file that has been fetched, or leaves that to its helper. The mutex is held.
+// Closes a file that has been fetched; if its helper is still working, the helper closes it. The
+// mutex must be locked.
 void ReadAheadFiles::Shared::Drop(ComingFile &file)
 {
     file.isDropped = true;
@@ -261,8 +263,8 @@ void ReadAheadFiles::Shared::Drop(ComingFile &file)
     file.handle = -1;
 }
 
-// The same for a file that the logic has read: it is closed by the next helper where one will come.
-// The mutex is held.
+// The same for a file that the logic has read: the next helper closes it, if there will be one. The
+// mutex must be locked.
 void ReadAheadFiles::Shared::Finish(ComingFile &file)
 {
     const bool isSoonClosed = helpers > 0 && file.stage == Stage::Ready && HasWork();
@@ -271,8 +273,8 @@ void ReadAheadFiles::Shared::Finish(ComingFile &file)
     Drop(file);
 }
 
-// Where no further thread is to be had, those that are there do it, or the logic itself. The mutex
-// is held.
+// When no thread can be started, the existing ones or the logic itself do the work. The mutex must
+// be locked.
 void ReadAheadFiles::Shared::StartHelpers(int count)
 {
     while (count-- > 0 && helpers < kMostHelpers &&
@@ -280,8 +282,8 @@ void ReadAheadFiles::Shared::StartHelpers(int count)
         ++helpers;
 }
 
-// Waits until `condition` holds, with more helpers the longer it takes. False when the end of the
-// program is asked for.
+// Waits until `condition` is true; the longer this takes, the more helpers are started. Returns:
+// false when the program is to end.
 template <class Condition>
 bool ReadAheadFiles::Shared::Wait(const Condition &condition)
 {
@@ -343,8 +345,8 @@ void ReadAheadFiles::ExpectNothing()
     shared->work.notify_all();
 }
 
-// The file at `path` where a helper has it, no longer among those that come; null otherwise. Those
-// that were to come before it will not be opened any more.
+// Removes the file at `path`, and all before it, from the expected files: those before it will not
+// be opened any more. Returns: the file when a helper has it; else null.
 ReadAheadFiles::FilePtr ReadAheadFiles::Take(const std::string &path)
 {
     Shared &shared = *m_shared;
@@ -363,7 +365,7 @@ ReadAheadFiles::FilePtr ReadAheadFiles::Take(const std::string &path)
     return file->stage == Stage::Coming ? nullptr : file;
 }
 
-// Runs a call of the logic's own, and notes where it took as long as only a disk does.
+// Runs a call of the logic, and notes when it took so long that it must have waited for a disk.
 template <class Call>
 auto ReadAheadFiles::Timed(const Call &call)
 {
@@ -383,12 +385,12 @@ bool ReadAheadFiles::IsSlow()
     if (m_shared == nullptr || !m_isSlow)
         return m_isSlow;
     const std::lock_guard lock(m_shared->mutex);
-    m_isSlow = m_shared->helpers > m_helpersKept; // the others go where files come fast
+    m_isSlow = m_shared->helpers > m_helpersKept; // only these end when files come fast
     return m_isSlow;
 }
 
-// Whether the file is now what it was when it was fetched. What is no regular file has no bytes
-// that could have changed.
+// Whether the file is unchanged since it was fetched. Always true for one that is not a regular
+// file, of which no bytes were fetched.
 bool ReadAheadFiles::IsUnchanged(const ComingFile &file)
 {
     FileIdentity &now = m_now;
@@ -415,7 +417,7 @@ int ReadAheadFiles::OpenToRead(const std::string &path, FileIdentity &identity)
     return goesOn ? OpenHere(path, identity) : -EINTR;
 }
 
-// Opens a file that no helper has. Where all handles are in use, those of the helpers are given up.
+// Opens a file that no helper has. When all handles are in use, the fetched files are closed.
 int ReadAheadFiles::OpenHere(const std::string &path, FileIdentity &identity)
 {
     const auto open = [&] { return m_source->OpenToRead(path, identity); };

@@ -45,7 +45,7 @@ bool IsFolder(const std::string &path)
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// What a started program gets: nothing of ours open, no input, the signals as they are by default.
+// How programs are started: none of our files open, no input, signals handled in the default way.
 class SpawnSetting
 {
 public:
@@ -82,7 +82,7 @@ public:
     posix_spawnattr_t attributes;
 };
 
-// The children that nobody waits for. Those that have ended are taken from the process table when
+// The children that nobody waits for. Those that have ended are removed from the process table when
 // the next one is started.
 std::vector<pid_t> &DetachedChildren()
 {
@@ -90,7 +90,7 @@ std::vector<pid_t> &DetachedChildren()
     return children;
 }
 
-// Starts the program at `path`; 0 when the system cannot.
+// Starts the program at `path`. Returns: its process number; 0 when that failed.
 pid_t Start(const std::string &path, const std::vector<std::string> &arguments,
             const std::string &workingFolder, bool ownSession)
 {
@@ -106,7 +106,7 @@ pid_t Start(const std::string &path, const std::vector<std::string> &arguments,
 
 enum class End { Success, Failure, StillRuns };
 
-// Waits at most `limitMs` for the end of a child, which is left alone after that.
+// Waits at most `limitMs` for the end of a child, which then continues without being waited for.
 End WaitFor(pid_t child, std::int64_t limitMs)
 {
     constexpr std::int64_t kStepMs = 5;

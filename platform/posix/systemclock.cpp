@@ -14,7 +14,7 @@ namespace platform::posix
 namespace
 {
 
-// The name of the locale that times of day follow.
+// The name of the locale for times of day.
 std::string_view TimeLocaleName()
 {
     for (const char *variable : {"LC_ALL", "LC_TIME", "LANG"})
@@ -28,7 +28,7 @@ bool IsNeutral(std::string_view name)
     return name == "C" || name == "POSIX" || name.starts_with("C.");
 }
 
-// The C library's form of `time`, its day of the week included.
+// `time` as the C library's struct, with the day of the week.
 std::tm CalendarOf(const LocalTime &time)
 {
     std::tm calendar{};

@@ -33,7 +33,8 @@ void Take(const struct stat &status, FileIdentity &identity)
                                               : FileKind::Other;
 }
 
-// Whether the file's system keeps everything in memory; it cannot say so for a single read.
+// Whether the file system keeps all files in memory; such file systems do not support reading
+// without waiting.
 bool IsInMemory(int handle)
 {
     struct statfs status;
@@ -41,9 +42,8 @@ bool IsInMemory(int handle)
            (status.f_type == TMPFS_MAGIC || status.f_type == RAMFS_MAGIC);
 }
 
-// Whether the file system of the open file changes the time of a file's last change of state when
-// the file gets another name or loses one, and no other machine can do that unseen. Asked once for
-// the files of one device after the other.
+// Whether a rename or deletion of the open file changes its time of change, and only this machine
+// can rename it. The answer for the last device is kept.
 bool NotesNames(int handle, dev_t device)
 {
     thread_local struct {
@@ -121,7 +121,7 @@ std::int64_t SystemFilesPort::ReadAt(int handle, std::int64_t offset, char *to, 
         if (!mayWait && (errno == EOPNOTSUPP || errno == ENOSYS)) {
             if (!IsInMemory(handle))
                 return -EOPNOTSUPP;
-            mayWait = true; // it never waits there
+            mayWait = true; // reading never waits there
         } else if (errno != EINTR) {
             return -errno;
         }

@@ -38,8 +38,8 @@ struct CloseFolder {
 };
 using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
 
-// The open folder `name`, in `parent` where it is no full path. Nothing, with errno set, when it
-// cannot be opened.
+// Opens the folder `name`, which is relative to `parent` unless it is a full path. Returns: null,
+// with errno set, when that failed.
 OpenFolder Open(int parent, const char *name)
 {
     const int fd = openat(parent, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
@@ -70,7 +70,7 @@ bool IsAutomount(int folder, const char *name)
            (status.stx_attributes & STATX_ATTR_AUTOMOUNT) != 0;
 }
 
-// What the helper thread has found so far; shared by it and by the one that asks.
+// What the helper thread has found so far; shared with the thread that waits for the answer.
 struct Question {
     std::string path;
     std::set<std::string> leaveOut;
@@ -87,7 +87,7 @@ struct Question {
     std::string firstFolder; // for lookOnly
 };
 
-// The folders whose disks owe an answer.
+// The folders for which an answer of a disk is still awaited.
 struct Waiting {
     std::mutex mutex;
     std::set<std::string> paths;
@@ -105,7 +105,7 @@ std::string Joined(const std::string &folder, const std::string &name)
     return folder.ends_with('/') ? folder + name : folder + "/" + name;
 }
 
-// The folder at `path` and all above it, by what they are on the disk.
+// The identities on the disk of the folder at `path` and of all folders above it.
 std::vector<Identity> IdentitiesUpFrom(const std::string &path)
 {
     std::vector<Identity> identities;
@@ -174,7 +174,7 @@ FolderContents ReadNames(DIR *folder, const Question &question)
     return contents;
 }
 
-// Whether the one that asks still wants to know.
+// Whether the answer is still wanted.
 bool IsWanted(Question &question)
 {
     const std::lock_guard lock(question.mutex);
@@ -362,13 +362,13 @@ std::string SystemFolders::CurrentFolder()
 
 bool SystemFolders::SetCurrentFolder(const std::string &path)
 {
-    // The way through links is what $PWD keeps; the programs that are started see it too.
+    // The way through links is what $PWD keeps; started programs inherit it.
     return chdir(path.c_str()) == 0 && setenv("PWD", path.c_str(), 1) == 0;
 }
 
 int SystemFolders::MakeFolder(const std::string &path)
 {
-    return mkdir(path.c_str(), 0777) == 0 ? 0 : errno; // the user's mask takes its share
+    return mkdir(path.c_str(), 0777) == 0 ? 0 : errno; // the process's file mode mask is applied
 }
 
 } // namespace platform::posix

@@ -16,7 +16,7 @@ namespace platform::posix
 namespace
 {
 
-constexpr std::string_view kNowhere = "/dev/null"; // no folder, and none can be made in it
+constexpr std::string_view kNowhere = "/dev/null"; // no folder: nothing can be created in it
 
 std::string UserHome()
 {
@@ -52,7 +52,7 @@ std::string CurrentFolder()
     return getcwd(buffer, sizeof buffer) != nullptr ? buffer : "/";
 }
 
-// Takes the last part off `folder`, which has no trailing separator.
+// Removes the last part of `folder`, which has no trailing separator.
 void LeaveFolder(std::string &folder)
 {
     struct stat status {

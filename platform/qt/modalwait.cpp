@@ -68,7 +68,7 @@ QWidget *OwnerOfBox()
     const auto owns = [](const QWidget *window) { return !window->property(kOwnsNoBox).toBool(); };
     if (QWidget *active = QApplication::activeWindow())
         return owns(active) ? active : nullptr;
-    // A box that has just gone leaves no window in use until the window system says which one is.
+    // Right after a box was closed no window is active until the window system activates one.
     for (QWidget *window : QApplication::topLevelWidgets())
         if (window->isVisible() && window->windowType() == Qt::Window && owns(window))
             return window;

@@ -15,8 +15,8 @@ namespace
 constexpr int kBarPixels = 6; // the height of a progress bar
 constexpr qreal kCorner = 2;  // pixels
 
-// Fusion draws its outlines in the colour of the window, darkened to 100/140: with this as the
-// window's colour they come out as `outline`.
+// Fusion draws outlines in the window's colour, darkened to 100/140. With this as the window's
+// colour the outlines have the colour `outline`.
 QColor WindowFor(const QColor &outline)
 {
     const auto lighter = [](int part) { return std::min(255, part * 140 / 100); };
@@ -76,8 +76,8 @@ void DrawToolBarRule(const QStyleOption &rule, QPainter *painter)
     painter->restore();
 }
 
-// Around the row with the focus, among others that are selected or not; its colour stays that of
-// the selection. The only selected row needs no mark.
+// The frame around the row with the focus; the row keeps the colour that it has by its selection. A
+// row that alone is selected has no frame.
 void DrawRowsFocus(const QStyleOption &row, const QAbstractItemView &view, QPainter *painter)
 {
     const bool selected = row.state.testFlag(QStyle::State_Selected);
@@ -135,7 +135,7 @@ void DrawMenuRule(const QStyleOptionMenuItem &rule, QPainter *painter)
     painter->restore();
 }
 
-// The entry with the drawing for its background where it is selected.
+// A menu entry; when it is selected, with its background.
 QStyleOptionMenuItem WithItsIcon(const QStyleOptionMenuItem &entry, const QStyle &style,
                                  const QWidget *widget)
 {

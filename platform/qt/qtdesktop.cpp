@@ -32,7 +32,7 @@ Answer Ask(const ui::Message &message)
     return box.answer;
 }
 
-// "*.mp3" as "*.[mM][pP]3", which any file dialog matches without regard to letter case.
+// Changes "*.mp3" to "*.[mM][pP]3", so that every file dialog ignores letter case.
 QString WithoutCase(std::string_view pattern)
 {
     QString result;
@@ -55,7 +55,7 @@ void SetFilters(QFileDialog &dialog, const std::vector<FileFilter> &filters)
     dialog.setOption(QFileDialog::HideNameFilterDetails);
 }
 
-// A path becomes a file address with its bytes; an address stays what it is.
+// A path becomes a file: address with the same bytes; an address is not changed.
 QUrl UrlOf(const std::string &address)
 {
     if (!address.empty() && address.front() == '/')
@@ -137,7 +137,7 @@ std::string QtDesktop::ClipboardText()
 
 bool QtDesktop::OpenAddress(const std::string &address, const std::string &workingFolder)
 {
-    if (address.starts_with("mailto:")) // the toolkit would encode it anew
+    if (address.starts_with("mailto:")) // the toolkit would encode it again
         return posix::OpenWithDesktop(address, workingFolder);
     const QUrl url = UrlOf(address);
     return url.isValid() && !url.isEmpty() && QDesktopServices::openUrl(url);

@@ -108,7 +108,8 @@ Theme::Theme(QObject *parent)
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
-    // Without this the first connect of a process is refused: the slot's type is not known yet.
+    // Without this the first connect of a process fails, because the slot's type is not registered
+    // yet.
     qRegisterMetaType<QDBusVariant>("QDBusVariant");
     if (!bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
                      SLOT(SettingChanged(QString, QString, QDBusVariant))))
@@ -138,7 +139,7 @@ void Theme::Answered(QDBusPendingCallWatcher *answer)
     const QDBusPendingReply<QDBusVariant> reply = *answer;
     if (reply.isError())
         return;
-    // Older portals wrap the value a second time.
+    // Older portals put the value into a second variant.
     QVariant value = reply.value().variant();
     if (value.canConvert<QDBusVariant>())
         value = value.value<QDBusVariant>().variant();
@@ -156,7 +157,8 @@ void Theme::Apply(unsigned scheme)
     const bool dark = scheme == Dark || (scheme != Light && m_desktopIsDark);
     if (m_applied && dark == IsDark())
         return;
-    // A style of the desktop has its own colours; only one that contradicts the wish is replaced.
+    // A style of the desktop has its own colours; it is replaced only when it is dark and
+    // light is wanted, or the other way round.
     if (m_ownStyle || dark != IsDark())
         ApplyPalette(dark);
     m_applied = true;

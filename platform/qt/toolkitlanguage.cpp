@@ -14,15 +14,15 @@ namespace platform::qt
 namespace
 {
 
-// The translator in use; null for English. It goes before the application does.
+// The translator in use; null for English. It is destroyed before the application.
 QTranslator *&InUse()
 {
     static QTranslator *translator = nullptr;
     return translator;
 }
 
-// A locale with the language of this name. The countries of a language have names of their own for
-// it ("español de España"), so that each of them is tried.
+// A locale with the language of this name. The name can differ by country ("español de España"), so
+// the locales of all countries are tried.
 std::optional<QLocale> LocaleOf(const QString &name)
 {
     if (name.isEmpty())

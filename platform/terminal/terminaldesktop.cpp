@@ -28,7 +28,7 @@ bool HasPerson()
     return isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
 }
 
-// `text` with line breaks of the terminal's kind and no other control character.
+// `text` with line feeds as line breaks and without other control characters.
 std::string Printable(std::string_view text)
 {
     std::string shown = runtime::ShownLines(text);
@@ -56,7 +56,8 @@ std::optional<std::string> ReadLine()
     std::string line;
     for (char c = 0;;) {
         CheckEndRequest();
-        if (IsEndRequested()) // the end waits for the job that asks: no one answers it any more
+        if (IsEndRequested()) // the program is to end, but the job that asks continues first:
+                              // nobody answers any more
             return std::nullopt;
         const ssize_t got = read(STDIN_FILENO, &c, 1);
         if (got < 0 && errno == EINTR)

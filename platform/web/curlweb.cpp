@@ -13,7 +13,7 @@ namespace platform::web
 namespace
 {
 
-constexpr std::size_t kMaxHeaderBytes = 64u << 10; // far beyond any honest answer's
+constexpr std::size_t kMaxHeaderBytes = 64u << 10; // much more than any correct answer has
 constexpr long kFound = 200;
 
 bool IsHttps(std::string_view address)
@@ -24,8 +24,8 @@ bool IsHttps(std::string_view address)
                               [](char one, char other) { return (one | 0x20) == (other | 0x20); });
 }
 
-// The library's functions. It is loaded with the first fetch: it needs some thirty other libraries,
-// for which each start of the program would wait.
+// The library's functions. It is loaded with the first fetch, because it needs about thirty other
+// libraries, which would make each start of the program slower.
 struct Curl {
     decltype(&curl_global_init) globalInit;
     decltype(&curl_easy_init) easyInit;
@@ -40,7 +40,7 @@ struct Curl {
     decltype(&curl_multi_info_read) multiInfoRead;
 };
 
-// Takes the function from the library. False when it is not there.
+// Looks the function up in the library. Returns: false when it does not have it.
 template <class Function>
 bool Take(void *library, const char *name, Function &function)
 {
@@ -48,7 +48,7 @@ bool Take(void *library, const char *name, Function &function)
     return function != nullptr;
 }
 
-// Nothing where the library is not installed or is too old.
+// Returns: nullopt when the library is not installed or too old.
 std::optional<Curl> LoadCurl()
 {
     void *library = dlopen(QUENLIN_CURL_LIBRARY, RTLD_NOW | RTLD_LOCAL); // stays up to the end
@@ -69,7 +69,7 @@ std::optional<Curl> LoadCurl()
     return curl;
 }
 
-// Null where it cannot be loaded: each fetch fails then.
+// Null when it cannot be loaded: each fetch fails then.
 const Curl *TheCurl()
 {
     static const std::optional<Curl> curl = LoadCurl();
@@ -84,7 +84,7 @@ const CURLMsg *ReadInfo(CURLM *multi, int &waiting)
 
 } // namespace
 
-// Follows redirects itself: the library cannot refuse the step from https to http alone.
+// Follows redirects itself, because the library cannot refuse only redirects from https to http.
 class CurlWeb::Transfer : public WebFetch
 {
 public:
@@ -115,7 +115,8 @@ public:
         m_web = nullptr;
     }
 
-    // One request has ended. True when the fetch has, with its answer in `answer`.
+    // Handles the end of one request. Returns: whether the whole fetch has ended; its answer is in
+    // `answer` then.
     bool Ended(CURLcode result, std::optional<std::string> &answer)
     {
         long status = 0;
@@ -163,7 +164,7 @@ private:
             Set(CURLOPT_TIMEOUT_MS, static_cast<long>(left)) &&
             Set(CURLOPT_MAXFILESIZE, static_cast<long>(kWebMaxBytes)) &&
             Set(CURLOPT_NOSIGNAL, 1L) &&
-            Set(CURLOPT_QUICK_EXIT, 1L) && // a name that is still looked up is not waited for
+            Set(CURLOPT_QUICK_EXIT, 1L) && // do not wait for the look-up of a name
             Set(CURLOPT_WRITEFUNCTION, &Transfer::TakeBytes) && Set(CURLOPT_WRITEDATA, this) &&
             Set(CURLOPT_HEADERFUNCTION, &Transfer::TakeHeader) && Set(CURLOPT_HEADERDATA, this) &&
             (m_web->trustedCertificates.empty() ||
@@ -249,7 +250,8 @@ void CurlWeb::Poll()
     if (m_multi != nullptr)
         TheCurl()->multiPerform(m_multi, &running);
 
-    // What has ended is collected first: an answer's receiver may begin or drop fetches.
+    // All ended requests are collected first, because the receiver of an answer may start or drop
+    // fetches.
     struct Answer {
         std::weak_ptr<bool> wanted;
         Transfer::Done done;

@@ -33,7 +33,7 @@ constexpr ui::Caption kCaptions[] = {
     {"cmdNo", "Boxes", "No", "&No"},
 };
 
-constexpr int kWidth = 7200, kHeight = 3300; // twips, the least ones
+constexpr int kWidth = 7200, kHeight = 3300; // twips; the smallest size
 
 // The program folder as the setting has it.
 std::string ThisLibrary()

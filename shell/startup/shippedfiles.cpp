@@ -79,7 +79,7 @@ int WriteWhole(int handle, std::string_view bytes)
 enum class Existing { Keep, Replace };
 
 // Brings `bytes` to the disk under a name of their own, then gives them the name `to`: whatever
-// happens, what has that name is whole.
+// happens, the file with that name is complete.
 void WriteNew(const std::string &to, std::string_view bytes, Existing existing)
 {
     std::string temporary;
@@ -260,7 +260,7 @@ void RestoreTornFiles(const std::string &shippedFolder, const std::string &home)
     try {
         names = ShippedNames(shippedFolder);
     } catch (const runtime::RuntimeError &) {
-        return; // an installation that is gone has nothing to give
+        return; // the installation is missing: there is nothing to copy
     }
     for (const std::string &name : names) {
         const std::string from = In(shippedFolder, name);
@@ -269,7 +269,8 @@ void RestoreTornFiles(const std::string &shippedFolder, const std::string &home)
             if (name != kCatalogue && IsTorn(from, to))
                 WriteNew(to, Read(from), Existing::Replace);
         } catch (const runtime::RuntimeError &) {
-            // The file stays as it is: a language or a help text is no reason not to start.
+            // The file is not changed: an incomplete language or help text must not prevent the
+            // start.
         }
     }
 }
@@ -285,7 +286,7 @@ void RenewShippedFiles(const std::string &shippedFolder, const std::string &home
         Check(Files().FlushFolderOf(In(home, kRecord)), home);
         WriteNew(In(home, kRecord), FormatRecord(now), Existing::Replace);
     } catch (const runtime::RuntimeError &) {
-        // The copies that are there serve: a language or a help text is no reason not to start.
+        // The existing copies are used: a missing language or help text must not prevent the start.
     }
 }
 
