@@ -348,11 +348,11 @@ TEST_F(AllWindowsScaled, FormsInEachFontFamily)
             SCOPED_TRACE(std::string(c.name) + " " + family);
             std::unique_ptr<ui::Form> form = c.make();
             ui::Show(*form);
-            LetRun(30);
+            AwaitPainted(*host.WindowOf(*form));
             EXPECT_EQ(LookProblems(*host.WindowOf(*form)), std::vector<std::string>{});
             ui::Close(*form);
             ui::Retire(std::move(form));
-            LetRun(10);
+            Settle();
         }
     }
     QApplication::setFont(before);

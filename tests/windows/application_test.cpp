@@ -58,8 +58,12 @@ TEST_F(ApplicationTest, AnErrorThatRepeatsIsReportedOnceAtATime)
     App().tellError = [&](const RuntimeError &error) {
         Note(error);
         if (told.size() == 1) { // the user is slow to answer, and another error occurs meanwhile
-            QTimer::singleShot(20, [] { throw RuntimeError(runtime::kFileNotFound); });
-            tests::LetRun(100);
+            bool isThrown = false;
+            QTimer::singleShot(20, [&] {
+                isThrown = true;
+                throw RuntimeError(runtime::kFileNotFound);
+            });
+            EXPECT_TRUE(tests::WaitUntil([&] { return isThrown; }));
             EXPECT_EQ(told.size(), 1u);
         }
         failing.stop();
@@ -68,7 +72,7 @@ TEST_F(ApplicationTest, AnErrorThatRepeatsIsReportedOnceAtATime)
     failing.start(5);
     alsoFailing.start(5);
     EXPECT_TRUE(tests::WaitUntil([&] { return told.size() == 2; }));
-    tests::LetRun(50);
+    tests::Settle(); // nothing more has been thrown
     EXPECT_EQ(told, (Told{"6 Overflow", "53 File not found"}));
 
     // An error that was reported before is reported again.

@@ -33,9 +33,46 @@ bool WaitUntil(const std::function<bool()> &done, int milliseconds)
     return true;
 }
 
-void LetRun(int milliseconds)
+bool Stays(const std::function<bool()> &holds, int milliseconds)
 {
-    (void)WaitUntil([] { return false; }, milliseconds);
+    return !WaitUntil([&] { return !holds(); }, milliseconds);
+}
+
+void Settle()
+{
+    for (int round = 0; round < 3; ++round) { // an event may post another one
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    }
+}
+
+void AwaitTicks(ui::Timer &timer, int count)
+{
+    const std::function<void()> event = timer.event;
+    int ticks = 0;
+    timer.event = [&] {
+        ++ticks;
+        event();
+    };
+    EXPECT_TRUE(WaitUntil([&] { return ticks >= count; }));
+    timer.event = event;
+}
+
+void EndDoubleClick()
+{
+    QElapsedTimer sinceClick;
+    sinceClick.start();
+    EXPECT_TRUE(
+        WaitUntil([&] { return sinceClick.hasExpired(QApplication::doubleClickInterval()); }));
+}
+
+void EndTypedWord()
+{
+    QElapsedTimer sinceLetter;
+    sinceLetter.start();
+    EXPECT_TRUE(
+        WaitUntil([&] { return sinceLetter.hasExpired(QApplication::keyboardInputInterval()); }));
 }
 
 QWidget *WaitForWindow(const char *objectName, int milliseconds)
@@ -172,17 +209,14 @@ void WhenModal(const std::function<void(QWidget &modal)> &action, int millisecon
 
 QImage Screenshot(QWidget &window)
 {
-    LetRun(80); // what waits to be painted
+    Settle();
     return window.screen()->grabWindow(window.winId()).toImage();
 }
 
 void AwaitPainted(QWidget &window)
 {
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&window, 30000));
-    for (int round = 0; round < 3; ++round) { // an event may post another one
-        QCoreApplication::sendPostedEvents();
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
-    }
+    Settle();
     window.repaint();
 }
 

@@ -6,6 +6,8 @@
 // session and home folder. Suites whose names end with "Scaled" run a second time at 200 percent.
 #pragma once
 
+#include "ui/controls/timer.h"
+
 #include <QApplication>
 #include <QWidget>
 #include <functional>
@@ -40,8 +42,25 @@ void ShowAndActivate(QWidget &window);
 // Lets events run until `done` gives true; false when it did not in time.
 [[nodiscard]] bool WaitUntil(const std::function<bool()> &done, int milliseconds = 30000);
 
-// Lets events run for that long.
-void LetRun(int milliseconds);
+// Whether `holds` gives true all the time while events run for that long: for a test which shows
+// that nothing happens, where no other event says that it has had its time.
+[[nodiscard]] bool Stays(const std::function<bool()> &holds, int milliseconds);
+
+// Deals with all events that are due and with those that they post: layouts, painting, the end of
+// closed windows. What the window system still has to answer is waited for by WaitUntil or
+// AwaitPlace.
+void Settle();
+
+// Waits until the window system has put the window where it was asked to, or said where else it is.
+void AwaitPlace(QWidget &window);
+
+// Waits until the timer has had so many ticks.
+void AwaitTicks(ui::Timer &timer, int count);
+
+// Waits until a further click is no double click, and a further letter begins a new word to look
+// for.
+void EndDoubleClick();
+void EndTypedWord();
 
 // One key stroke such as "Ctrl+Q", "Escape", "Alt+3", into the window that has the keyboard, and
 // characters typed one after the other.
@@ -65,7 +84,7 @@ void WhenModal(const std::function<void(QWidget &modal)> &action, int millisecon
 // build/<preset>/screenshots/<name>.png ("<name>@2x.png" at 200 percent).
 void KeepScreenshot(QWidget &window, const std::string &name);
 
-// Waits until the window is on the display, has dealt with all events so far and is painted anew.
+// Waits until the window is on the display, settles, and paints it anew.
 void AwaitPainted(QWidget &window);
 
 // KeepScreenshot of a window for which AwaitPainted has waited.

@@ -72,7 +72,7 @@ protected:
         Form().TreeJustExpanded = false;
         ClickNode(key);
         ASSERT_TRUE(WaitUntil([this] { return Form().LV.Count() > 0; }));
-        LetRun(20);
+        Settle();
         ClickAt(*LV().viewport(), RowAt(0));
     }
 
@@ -136,9 +136,10 @@ TEST_F(FileCommandsScaled, RenameByTheMenu)
     EXPECT_TRUE(
         WaitUntil([&] { return browser::SelectedPath(Form().LV) == Song("new name.mp3"); }));
     EXPECT_EQ(Rows()[0], "one.mp3|Artist||||||~/new name.mp3||0");
-    AnswerInput(""); // Escape
+    bool isAsked = false;
+    AnswerInput("", [&](QWidget &) { isAsked = true; }); // Escape
     ChooseMenu("mnuFile", "submnuRename");
-    LetRun(50);
+    EXPECT_TRUE(WaitUntil([&] { return isAsked && QApplication::activeModalWidget() == nullptr; }));
     EXPECT_TRUE(fs::exists(Song("new name.mp3")));
 }
 

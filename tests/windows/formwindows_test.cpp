@@ -96,23 +96,23 @@ TEST_F(FormScaled, ThePlaceIsStoredAndUsedAgain)
     QWidget &window = Shown();
     window.resize(500, 420);
     window.move(60, 70);
-    LetRun(100);
+    AwaitPlace(window);
     const QPoint place = window.pos();
     ui::Close(form);
     EXPECT_EQ(settings.values["Quenlin/Window Places/frmSample Width"], "7500");
     EXPECT_EQ(settings.values["Quenlin/Window Places/frmSample Height"], "6300");
-    LetRun(10);
+    Settle();
     QWidget &again = Shown();
     EXPECT_EQ(again.size(), QSize(500, 420));
     EXPECT_NEAR(again.x(), place.x(), 2);
     EXPECT_NEAR(again.y(), place.y(), 2);
     ui::Close(form);
-    LetRun(10);
+    Settle();
     settings.values["Quenlin/Window Places/frmSample Left"] = "900000"; // another screen, long ago
     QWidget &moved = Shown();
     EXPECT_LT(moved.x(), 2000);
     ui::Close(form);
-    LetRun(10);
+    Settle();
     settings.values["Quenlin/Window Places/frmSample Width"] = "no number";
     EXPECT_NO_THROW(Shown());
 }
@@ -153,7 +153,7 @@ TEST_F(FormScaled, PlacesInTwipsAndSizesOfTheWindow)
     EXPECT_TRUE(WaitUntil([&] { return plain.size.width == 4500 && plain.size.height == 4500; }));
     EXPECT_EQ(Find(window, "Lyrics")->geometry(), QRect(0, 0, 279, 246));
     ui::Close(plain);
-    LetRun(10);
+    Settle();
 }
 
 TEST_F(FormScaled, AWidgetOfAWindowsOwnKind)
@@ -170,7 +170,7 @@ TEST_F(FormScaled, AWidgetOfAWindowsOwnKind)
     EXPECT_EQ(Find<QPushButton>(*host.WindowOf(own), "pctBorders")->text(),
               QStringLiteral("frmOwn"));
     ui::Close(own);
-    LetRun(10);
+    Settle();
 }
 
 } // namespace

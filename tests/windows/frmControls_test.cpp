@@ -48,7 +48,7 @@ protected:
     ~ControlsScaled() override
     {
         ui::CloseAll();
-        LetRun(10); // closed windows go with the next event
+        Settle(); // closed windows go with the next event
     }
 
     Told Orders() { return port.Orders(); }
@@ -134,7 +134,7 @@ TEST_F(ControlsScaled, ADragSeeks)
     Told orders;
     ASSERT_TRUE(WaitForSeek(orders));
     ExpectSeek(orders, 140, 160);
-    LetRun(1500); // the next tick changes nothing more
+    AwaitTicks(form.tmrUpdate, 2); // they change nothing more
     EXPECT_EQ(Orders(), Told());
     EXPECT_EQ(bar->value(), 0);
 }
@@ -150,7 +150,7 @@ TEST_F(ControlsScaled, AThumbThatIsHeldDoesNotMove)
     ASSERT_TRUE(WaitUntil([&] { return form.SeekPending; }));
     const int held = bar->sliderPosition();
     EXPECT_GE(held, 140);
-    LetRun(1500); // ticks, while the player is at 0
+    AwaitTicks(form.tmrUpdate, 2); // the player is at 0 meanwhile
     EXPECT_EQ(bar->sliderPosition(), held);
     for (const std::string &line : Orders())
         EXPECT_EQ(line, kStop);

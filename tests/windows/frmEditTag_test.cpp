@@ -217,7 +217,6 @@ TEST_F(EditTagScaled, CharactersThatNoTagHoldsAreShownAtOnce)
         platform::qt::ApplyPalette(true);
         EXPECT_TRUE(WaitUntil([&] { return colourOf("txtTitle(2)") != marked; }));
         EXPECT_NE(colourOf("txtTitle(2)"), colourOf("txtArtist(2)"));
-        LetRun(100);
         KeepScreenshot(editor, "edittag-note-dark");
         Find<QLineEdit>(editor, "txtTitle(2)")->selectAll();
         TypeText("x"); // the mark is removed with its cause

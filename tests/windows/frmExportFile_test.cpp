@@ -146,9 +146,14 @@ TEST_F(ExportFileScaled, ByKeysIntoANewFolder)
 TEST_F(ExportFileScaled, EscapeClosesTheFolderWindowAndEndsTheExport)
 {
     ShowSongs();
-    WhenModal([](QWidget &) { PressKey("Escape"); });
+    bool isClosed = false;
+    WhenModal([&](QWidget &) {
+        PressKey("Escape");
+        isClosed = true;
+    });
     ChooseMenu("mnuFile", "submnuExport");
-    LetRun(50);
+    EXPECT_TRUE(
+        WaitUntil([&] { return isClosed && QApplication::activeModalWidget() == nullptr; }));
     EXPECT_TRUE(fs::is_empty(folder / "target"));
 
     std::string shown;

@@ -34,7 +34,7 @@ protected:
     {
         online::ForgetHelp();
         ui::CloseAll();
-        LetRun(10); // closed windows go with the next event
+        Settle(); // closed windows go with the next event
         platform::TheMachine().windows = nullptr;
         shell::TheGlobals() = shell::Globals{};
     }
@@ -154,7 +154,7 @@ QRect HelpBeside(QWidget &window, QRect place)
     if (help == nullptr)
         return {};
     EXPECT_TRUE(WaitUntil([&] { return help->isActiveWindow(); }));
-    LetRun(100); // the window manager may still move it
+    AwaitPlace(*help);
     const QRect shown = help->frameGeometry();
     PressKey("Escape");
     EXPECT_TRUE(WaitUntil([] { return WaitForWindow("frmHelp", 0) == nullptr; }));

@@ -24,7 +24,7 @@ protected:
     ~QuitWithLyrics() override
     {
         lyrics::ForgetForms();
-        LetRun(10); // closed windows go with the next event
+        Settle(); // closed windows go with the next event
         metadata::TheTagWriterHooks() = {};
         platform::TheMachine().desktop = &desktop;
     }
@@ -54,7 +54,7 @@ TEST_F(QuitWithLyrics, AsksBeforeTheFirstStepOfTheEnd)
     settings.Write("Quenlin", "Preferences", "Width", "1");
     WhenModal([](QWidget &) { PressKey("Escape"); });
     window->close();
-    LetRun(20);
+    Settle();
     EXPECT_FALSE(ended);
     EXPECT_NE(catalogue::DataAccess, nullptr);
     EXPECT_TRUE(window->isVisible());

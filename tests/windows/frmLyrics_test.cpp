@@ -63,7 +63,7 @@ protected:
     ~FrmLyrics() override
     {
         lyrics::ForgetForms();
-        LetRun(10); // closed windows go with the next event
+        Settle(); // closed windows go with the next event
         platform::TheMachine().windows = nullptr;
     }
 
@@ -118,7 +118,7 @@ TEST_F(FrmLyrics, TheLineThatIsSungIsBrightInTheBackground)
     }
     // Between two marks the last line stays, until the user selects something else.
     Play(700);
-    LetRun(300);
+    AwaitTicks(form.showTimes, 3);
     EXPECT_EQ(Selected(form), "line 7");
     WindowOf(form).activateWindow();
     EXPECT_TRUE(WaitUntil([&] { return WindowOf(form).isActiveWindow(); }));
@@ -214,8 +214,8 @@ TEST_F(FrmLyrics, AllModesByKeys)
     ASSERT_TRUE(WaitUntil([&] { return Shown(view) == "[00:01]One\n[00:02]Two\n"; }));
     EXPECT_EQ(pause->accessibleName(), QStringLiteral("Continue with the test"));
     Play(1);
-    LetRun(300);
-    EXPECT_NE(Selected(form), "One") << "a pause highlights nothing";
+    EXPECT_FALSE(form.showTimes.Enabled()) << "a pause highlights nothing";
+    EXPECT_NE(Selected(form), "One");
     pause->parentWidget()->setFocus();
     Click(*Find(window, "cmdPause"));
     ASSERT_TRUE(WaitUntil([&] { return Shown(view) == "One\nTwo\n"; }));
@@ -248,7 +248,8 @@ TEST_F(FrmLyrics, MarksThatCannotBeReadAreReportedOnceOverAWindowThatWorks)
         ASSERT_TRUE(WaitUntil([&] { return desktop.boxes.size() == told + 1; })) << song.box;
         LyricsForm &form = *Forms()[0];
         Play(1);
-        LetRun(600); // more ticks
+        Settle();
+        EXPECT_FALSE(form.tmrReport.Enabled());
         EXPECT_EQ(desktop.boxes.size(), told + 1);
         EXPECT_EQ(form.Lyrics.Text(), song.left);
         EXPECT_TRUE(ViewOf(form).isEnabled());
@@ -283,8 +284,7 @@ TEST_F(FrmLyrics, TwoWindowsSideBySide)
     PressKey("Ctrl+End");
     TypeText("Th");
     lyrics::ShowLyrics("Next", "[0:42]Next\r\n");
-    LetRun(100);
-    EXPECT_TRUE(WindowOf(setting).isActiveWindow());
+    EXPECT_TRUE(Stays([&] { return WindowOf(setting).isActiveWindow(); }, 100));
     TypeText("ree");
     EXPECT_EQ(setting.Lyrics.Text(), std::string(kTwoLines) + "Three");
     EXPECT_TRUE(WaitUntil([&] { return Selected(following) == "Next"; }));
@@ -307,8 +307,7 @@ TEST_F(FrmLyrics, ANewWindowDoesNotTakeTheFocus)
     ShowAndActivate(other);
     lyrics::ShowLyrics("Song", kTwoLines);
     EXPECT_TRUE(WaitUntil([&] { return WindowOf(*Forms()[0]).windowHandle()->isExposed(); }));
-    LetRun(200);
-    EXPECT_TRUE(other.isActiveWindow());
+    EXPECT_TRUE(Stays([&] { return other.isActiveWindow(); }, 200));
     EXPECT_FALSE(WindowOf(*Forms()[0]).isActiveWindow());
 }
 
@@ -344,7 +343,7 @@ protected:
             PressKey(key);
         });
         WindowOf(form).close();
-        LetRun(20);
+        Settle();
     }
 
 private:

@@ -50,14 +50,14 @@ TEST_F(MainWindowDetails, AddressIsCompleteInEveryFont)
             QFont font(family);
             font.setPointSizeF(points);
             QApplication::setFont(font);
-            LetRun(30);
+            Settle();
             EXPECT_EQ(Label("lblAddress").text(), QStringLiteral("Address"))
                 << family.toStdString() << " " << points;
             EXPECT_GT(Label("WEPath").x(), Label("lblAddress").geometry().right());
         }
     }
     QApplication::setFont(before);
-    LetRun(30);
+    Settle();
 }
 
 TEST_F(MainWindowDetails, EmptyValuesAreNamedAndFoldersHaveTheirPath)
@@ -157,11 +157,15 @@ TEST_F(MainWindowDetails, MaximisedIsRemembered)
 {
     Start();
     window->resize(820, 560);
-    LetRun(500); // the window takes its new place
+    AwaitPlace(*window);
+    ASSERT_TRUE(WaitUntil([&] { // the place to come back to is noted
+        return Form().normal.width == Form().window.width &&
+               Form().normal.height == Form().window.height;
+    }));
     const QSize size = window->size();
     window->showMaximized();
     ASSERT_TRUE(WaitUntil([&] { return window->width() > 820 && Form().maximised; }));
-    LetRun(100);
+    AwaitPlace(*window);
     PressKey("Ctrl+Q");
     ASSERT_TRUE(ended);
     Leave();

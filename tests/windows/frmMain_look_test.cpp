@@ -8,6 +8,7 @@
 #include <QAbstractAnimation>
 #include <QWheelEvent>
 #include <ctime>
+#include <utility>
 
 namespace tests
 {
@@ -46,7 +47,7 @@ protected:
         Form().TV.ClickText(Form().TV.Find("#MILES DAVIS"));
         Form().LV.SelectOnly(2);
         Form().LV.onClick();
-        LetRun(250);
+        Settle();
     }
 };
 
@@ -55,14 +56,17 @@ TEST_F(MainWindowScaled, LightAndDark)
     Start();
     Fill(40);
     KeepScreenshot(*window, "main-light");
-    const QImage light = Screenshot(*window);
+    QImage light, before;
+    ASSERT_TRUE(WaitUntil([&] { // all is painted
+        before = std::exchange(light, Screenshot(*window));
+        return light == before;
+    }));
     platform::qt::ApplyPalette(true);
-    LetRun(200);
     KeepScreenshot(*window, "main-dark");
     EXPECT_NE(Screenshot(*window), light);
     platform::qt::ApplyPalette(false);
-    LetRun(200);
-    EXPECT_EQ(Screenshot(*window), light) << "the theme changes back without a trace";
+    EXPECT_TRUE(WaitUntil([&] { return Screenshot(*window) == light; }))
+        << "the theme changes back without a trace";
 }
 
 TEST_F(MainWindowScaled, EveryControlHasAName)
@@ -78,7 +82,7 @@ TEST_F(MainWindowScaled, NothingOverlapsAndAllFillsTheWindow)
     Fill(40);
     for (const QSize size : {QSize(800, 560), QSize(1000, 640)}) {
         window->resize(size);
-        LetRun(150);
+        AwaitPlace(*window);
         const QWidget &status = *Find(*window, "SB");
         EXPECT_EQ(status.geometry().bottom(), window->centralWidget()->height() - 1);
         EXPECT_NEAR(TV().geometry().bottom() + 1, status.y(), 1);
@@ -106,7 +110,7 @@ TEST_F(MainWindowScaled, TheFormYieldsWhenTheWindowsOwnLayoutIsDone)
     for (const int width : {900, 800, 1000})
         window->resize(width, 600);
     window->menuBar()->setMinimumHeight(60);
-    LetRun(150);
+    AwaitPlace(*window);
     desktop.doEvents = [] { QApplication::processEvents(); };
     EXPECT_GE(yields, 4);
     EXPECT_EQ(atWork, 0);
@@ -118,15 +122,15 @@ TEST_F(MainWindowScaled, PanelScrollsByItsBar)
     Start();
     Fill(3);
     window->resize(800, 330);
-    LetRun(150);
+    AwaitPlace(*window);
     auto *scroll = Find<QScrollBar>(*window, "vsbBack");
-    ASSERT_TRUE(scroll->isVisible());
+    ASSERT_TRUE(WaitUntil([&] { return scroll->isVisible(); }));
     scroll->setValue(scroll->maximum());
     EXPECT_LT(Find(*window, "pctWeb")->y(), 0);
     EXPECT_TRUE(LV().hasFocus()) << "the wheel goes on working";
     window->resize(800, 900);
-    LetRun(150);
-    EXPECT_FALSE(scroll->isVisible());
+    AwaitPlace(*window);
+    EXPECT_TRUE(WaitUntil([&] { return !scroll->isVisible(); }));
     EXPECT_EQ(Find(*window, "pctWeb")->y(), 0);
 }
 
@@ -153,7 +157,8 @@ TEST_F(MainWindowScaled, TheWheelOverThePanelMovesItsTextByLines)
     Start();
     Fill(3);
     window->resize(800, 330);
-    LetRun(150);
+    AwaitPlace(*window);
+    ASSERT_TRUE(WaitUntil([&] { return Find(*window, "vsbBack")->isVisible(); }));
     QWidget &panel = *Find(*window, "pctWeb");
     const int line = window->fontMetrics().lineSpacing();
     const auto turn = [](QWidget &over, int eighths) {

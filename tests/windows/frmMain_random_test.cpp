@@ -165,8 +165,7 @@ TEST_F(RandomUse, WhatTheWindowShowsIsWhatTheLogicHolds)
         SCOPED_TRACE(round);
         for (int i = 0; i < kActionsOfARound; ++i)
             DoAnything();
-        LetRun(5);
-        LetRun(5);
+        Settle();
         ExpectTreeAgrees();
         ExpectListAgrees();
         listed += Form().LV.Count() > 100 ? 1 : 0;

@@ -59,7 +59,7 @@ TEST_F(MainWindowTest, FromAnEmptyCatalogueToAPlacementFoundAgain)
 
     ClickExpander("ByArtist");
     EXPECT_EQ(Form().LV.Count(), 0) << "an expander lists nothing";
-    LetRun(QApplication::doubleClickInterval() + 50);
+    EndDoubleClick();
     ClickNode("#MILES DAVIS");
     ASSERT_EQ(Form().LV.Count(), 2);
     EXPECT_EQ(Label("lblWebFolder").text(), QStringLiteral("Miles Davis"));
@@ -94,7 +94,7 @@ TEST_F(MainWindowTest, FromAnEmptyCatalogueToAPlacementFoundAgain)
 
     window->resize(900, 600);
     window->move(60, 40);
-    LetRun(150);
+    AwaitPlace(*window);
     const QSize size = window->size();
     const QPoint place = window->pos();
     PressKey("Ctrl+Q");
@@ -115,7 +115,7 @@ TEST_F(MainWindowTest, TitlesAreShownUnchanged)
     desktop.ExpectBox("There were some 'mistakes'", Answer::No);
     Regenerate();
     ClickExpander("ByArtist");
-    LetRun(QApplication::doubleClickInterval() + 50);
+    EndDoubleClick();
     ClickNode("#BILL EVANS");
     ClickAt(*LV().viewport(), RowAt(0));
     ASSERT_TRUE(WaitForText("lblInfo", "Title: Waltz & Debby <b>"));
@@ -130,7 +130,7 @@ TEST_F(MainWindowTest, WhatIsNotBuiltIsDisabledEverywhere)
     desktop.ExpectBox("There were some 'mistakes'", Answer::No);
     Regenerate();
     ClickExpander("ByArtist");
-    LetRun(QApplication::doubleClickInterval() + 50);
+    EndDoubleClick();
     ClickNode("#MILES DAVIS");
     ClickAt(*LV().viewport(), RowAt(0));
     for (const char *name :
@@ -174,7 +174,7 @@ TEST_F(MainWindowTest, RowsAreSpokenByTitleArtistAndKind)
     ClickNode("ByTitle");
     EXPECT_EQ(told(0), QStringLiteral("Title Folder"));
     ClickExpander("ByArtist");
-    LetRun(QApplication::doubleClickInterval() + 50);
+    EndDoubleClick();
     ClickNode("#MILES DAVIS");
     EXPECT_EQ(told(0), QStringLiteral("So What, Miles Davis, MP3 File"));
 }
@@ -211,11 +211,11 @@ TEST_F(MainWindowTest, ThePopupIsAtThePointerAlsoWithoutReportedPlaces)
         settings.Write("Quenlin", "Preferences", "Top", "4500");
         Start();
         window->move(20, 30);
-        LetRun(150);
+        AwaitPlace(*window);
         if (known)
             Regenerate();
         ClickExpander("ByArtist");
-        LetRun(QApplication::doubleClickInterval() + 50);
+        EndDoubleClick();
         ClickNode("#MILES DAVIS");
         const QPoint pointer = LV().viewport()->mapToGlobal(RowAt(0));
         ClickAt(*LV().viewport(), RowAt(0), Qt::RightButton);
@@ -235,14 +235,14 @@ TEST_F(MainWindowTest, AltAnd3IsNoLetterToLookFor)
     Start();
     Regenerate();
     ClickExpander("ByArtist");
-    LetRun(QApplication::doubleClickInterval() + 50);
+    EndDoubleClick();
     ClickNode("#LIVE");
     PressKey("Alt+3");
     EXPECT_EQ(Form().TV.Key(Form().TV.Selected()), "#LIVE");
     PressKey("3");
     EXPECT_EQ(Form().TV.Key(Form().TV.Selected()), "#3 SOUNDS");
     ClickExpander("ByAlbum");
-    LetRun(QApplication::doubleClickInterval() + 50);
+    EndDoubleClick();
     ClickNode("~LIVE");
     ASSERT_EQ(Form().LV.Count(), 2);
     ClickAt(*LV().viewport(), RowAt(0));
@@ -360,7 +360,7 @@ TEST_F(MainWindowTest, StoredPlaceOfALargerScreenIsBroughtIntoView)
                                      std::pair("Width", "90000"), std::pair("Height", "90000")})
         settings.Write("Quenlin", "Preferences", key, value);
     Start();
-    LetRun(150);
+    AwaitPlace(*window);
     EXPECT_TRUE(window->screen()->geometry().contains(window->frameGeometry().center()));
     EXPECT_LE(window->width(), window->screen()->geometry().width());
 }

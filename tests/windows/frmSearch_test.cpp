@@ -327,7 +327,7 @@ TEST_F(SearchWindow, ASmallWindowKeepsEveryControlWithinReach)
 {
     Open();
     searchWindow->resize(800, 560);
-    tests::LetRun(100);
+    tests::AwaitPlace(*searchWindow);
     tests::KeepScreenshot(*searchWindow, "frmSearch-small");
     EXPECT_LE(Control("txtToFind").width(), Control("pctOptions").width());
     EXPECT_GT(List().viewport()->width(), 50);

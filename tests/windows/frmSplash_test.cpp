@@ -169,7 +169,7 @@ TEST_F(SplashScaled, TranslationIsCreditedInBothRoles)
     EXPECT_EQ(Find<QLabel>(about, "lblTranslator")->text(), QStringLiteral("Anna & <b>Bo</b>"));
     KeepScreenshot(about, "about-translated");
     platform::qt::ApplyPalette(true);
-    LetRun(100);
+    Settle();
     EXPECT_EQ(Find(about, "lblEmail")->palette().color(QPalette::ButtonText),
               QGuiApplication::palette().color(QPalette::Link));
     KeepScreenshot(about, "about-dark");
@@ -181,7 +181,7 @@ TEST_F(SplashScaled, DoesNotShowOverAModalWindow)
     QDialog modal;
     modal.setModal(true);
     modal.show();
-    LetRun(50);
+    Settle();
     try {
         form->ShowSplash(true);
         ADD_FAILURE() << "it showed";

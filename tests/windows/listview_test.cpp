@@ -98,7 +98,7 @@ TEST_F(ListViewTest, ClickOnARowIsItemClickThenClick)
 TEST_F(ListViewTest, SelectingARowLeavesTheColumnsWhereTheyAre)
 {
     list.SetPlace({0, 0, 1800, 4500}); // the second column is half in view, the third not at all
-    tests::LetRun(20);
+    tests::Settle();
     ASSERT_GT(view.horizontalScrollBar()->maximum(), 0);
     const QRect row = view.visualRect(view.Model().index(1, 1));
     tests::ClickAt(*view.viewport(), {row.left() + 20, row.center().y()});
@@ -160,7 +160,7 @@ TEST_F(ListViewTest, HeaderSortsAndShowsItsArrow)
     EXPECT_TRUE(header.isSortIndicatorShown());
     EXPECT_EQ(header.sortIndicatorSection(), 1);
     EXPECT_EQ(header.sortIndicatorOrder(), Qt::AscendingOrder);
-    tests::LetRun(QApplication::doubleClickInterval() + 50);
+    tests::EndDoubleClick();
     tests::ClickAt(*header.viewport(), title);
     EXPECT_EQ(view.Model().index(0, 1).data().toString(), QStringLiteral("Waltz for Debby"));
     EXPECT_EQ(header.sortIndicatorOrder(), Qt::DescendingOrder);
@@ -222,7 +222,7 @@ TEST_F(ListViewTest, TypingFindsARowByItsFirstVisibleText)
     tests::TypeText("bl");
     EXPECT_EQ(Selection(), "/3");
     EXPECT_EQ(events, "ItemClick;Click;"); // the second letter stays on the row
-    tests::LetRun(QApplication::keyboardInputInterval() + 50);
+    tests::EndTypedWord();
     const std::string_view cells[] = {"Body and Soul", "/music/body.mp3"};
     list.AddRow("/4", "", "MP3", cells);
     list.SelectOnly(3);
@@ -231,7 +231,7 @@ TEST_F(ListViewTest, TypingFindsARowByItsFirstVisibleText)
     tests::TypeText("b");
     EXPECT_EQ(Selection(), "/3"); // the same letter again begins at the top
     list.SetColumnWidth("Title", 0);
-    tests::LetRun(QApplication::keyboardInputInterval() + 50);
+    tests::EndTypedWord();
     tests::TypeText("/music/so");
     EXPECT_EQ(Selection(), "/2");
 }
@@ -256,7 +256,7 @@ TEST_F(ListViewTest, WheelAndScrollBarReportThatTheRowsMove)
     std::string told;
     view.onScrolled = [&](bool byWheel) { told += byWheel ? "wheel " : "bar "; };
     list.SetPlace({0, 0, 9000, 1200}); // fewer pixels than four rows need
-    tests::LetRun(20);
+    tests::Settle();
     QScrollBar &bar = *view.verticalScrollBar();
     ASSERT_GT(bar.maximum(), 0);
     // Below the handle: a page down, with the handle left where it is.
@@ -279,7 +279,7 @@ TEST_F(ListViewTest, CutTextHasATipThatShowsItUnchanged)
     const std::string title = "<b>Live</b> & a title that is much too long for its column";
     const std::string_view cells[] = {title, "/music/x.mp3"};
     list.AddRow("/9", "", "MP3", cells);
-    tests::LetRun(20);
+    tests::Settle();
     for (const auto &[row, visible] : {std::pair(4, true), std::pair(1, false)}) {
         QToolTip::hideText();
         ASSERT_TRUE(tests::WaitUntil([] { return !QToolTip::isVisible(); }));
@@ -297,7 +297,7 @@ TEST_F(ListViewTest, ADimmedRowIsGreyAndItsTipSaysWhy)
 {
     list.SetDimmedTip("The file is not there.");
     list.SetDimmed(1, true);
-    tests::LetRun(20);
+    tests::Settle();
     const QColor grey = view.palette().color(QPalette::Disabled, QPalette::Text);
     ASSERT_NE(grey, view.palette().color(QPalette::Active, QPalette::Text));
     const auto colour = [this](int row) {
@@ -320,7 +320,7 @@ TEST_F(ListViewTest, ADimmedRowIsGreyAndItsTipSaysWhy)
 TEST_F(ListViewTest, TheSelectedRowIsScrolledIntoView)
 {
     list.SetPlace({0, 0, 9000, 1200}); // fewer pixels than four rows need
-    tests::LetRun(20);
+    tests::Settle();
     list.SelectOnly(3);
     EXPECT_TRUE(view.viewport()->rect().contains(Row(3)));
     list.SelectOnly(0);
@@ -366,7 +366,6 @@ TEST_F(ListViewTest, HintIsShownWhileThereIsNoRow)
     EXPECT_EQ(view.accessibleDescription(), QStringLiteral("Nothing here yet"));
     const QImage with = tests::Screenshot(view);
     list.SetHint("");
-    tests::LetRun(30);
     EXPECT_NE(with, tests::Screenshot(view));
 }
 
@@ -381,10 +380,8 @@ TEST_F(ListViewTest, OldRowsStayOnTheScreenDuringAFill)
         view.update();
         view.viewport()->update();
         view.header()->viewport()->update();
-        tests::LetRun(60);
         EXPECT_EQ(tests::Screenshot(view), before);
     }
-    tests::LetRun(60);
     EXPECT_NE(tests::Screenshot(view), before);
 }
 

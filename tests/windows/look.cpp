@@ -151,7 +151,7 @@ void CheckLook(const std::string &name, const std::function<QWidget *()> &open,
             EXPECT_EQ(NamelessControls(*window), std::vector<std::string>{});
             KeepPainted(*window, name + "-" + language + (dark ? "-dark" : "-light"));
             close();
-            LetRun(1); // closed windows go with the next events
+            Settle(); // closed windows go with the next events
         }
     }
     platform::qt::ApplyPalette(false);

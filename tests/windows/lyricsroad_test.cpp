@@ -79,19 +79,24 @@ protected:
         QElapsedTimer sinceLook, standing;
         sinceLook.start();
         standing.start();
-        while (standing.elapsed() < 3000 && real.Status() == "playing") {
-            LetRun(kPollMs);
+        const auto look = [&] {
+            if (!sinceLook.hasExpired(kPollMs))
+                return false;
+            if (standing.hasExpired(3000) || real.Status() != "playing")
+                return true;
             const int line = Highlighted();
             const int now = static_cast<int>(real.Time());
             seen.stallMs = std::max(seen.stallMs, static_cast<int>(sinceLook.restart()) - kPollMs);
             if (line < 0 || now < seen.endMs) // nothing yet, or the end has set the clock back
-                continue;
+                return false;
             if (now > seen.endMs)
                 standing.restart();
             seen.endMs = now;
             seen.lateMs.try_emplace(line, now - line * 1000);
             seen.worstEarlyMs = std::max(seen.worstEarlyMs, line * 1000 - now);
-        }
+            return false;
+        };
+        EXPECT_TRUE(WaitUntil(look, (kSongSeconds + 60) * 1000));
         return seen;
     }
 

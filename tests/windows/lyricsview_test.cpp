@@ -142,7 +142,7 @@ TEST_F(LyricsView, TheHighlightStaysBrightInTheBackground)
 {
     for (const bool dark : {true, false}) {
         platform::qt::ApplyPalette(dark);
-        LetRun(50);
+        Settle();
         const QPalette colours = view->palette();
         for (const auto role : {QPalette::Highlight, QPalette::HighlightedText})
             EXPECT_EQ(colours.color(QPalette::Inactive, role),
@@ -161,7 +161,7 @@ TEST_F(LyricsView, TheHighlightScrollsInSteps)
     int before = 0;
     for (int i = 0; i < 200; ++i) {
         box.Select(i * 11, 9);
-        LetRun(1);
+        Settle();
         EXPECT_LE(bar->value() - before, 2) << "line " << i;
         const QRect line = view->cursorRect();
         EXPECT_GE(line.top(), 0) << "line " << i;
@@ -207,7 +207,7 @@ TEST_F(LyricsView, FollowsItsControl)
     EXPECT_EQ(view->geometry(), QRect(10, 20, 200, 100));
     box.SetEnabled(false);
     box.SetEnabled(true); // as parsing does: the keyboard never leaves
-    LetRun(20);
+    Settle();
     EXPECT_TRUE(view->hasFocus());
     box.SetEnabled(false);
     EXPECT_TRUE(WaitUntil([this] { return !view->isEnabled(); }));

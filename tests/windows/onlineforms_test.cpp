@@ -34,7 +34,7 @@ protected:
     ~OnlineFormsScaled() override
     {
         ui::CloseAll();
-        LetRun(10); // closed windows go with the next event
+        Settle(); // closed windows go with the next event
         platform::TheMachine().windows = nullptr;
     }
 

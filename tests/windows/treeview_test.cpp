@@ -80,7 +80,7 @@ TEST_F(TreeViewTest, ClickOnExpanderIsExpandOrCollapseThenClick)
     EXPECT_EQ(events, "Expand ByArtist;Click;");
     EXPECT_TRUE(view.isExpanded(view.Model().IndexOf(tree.Find("ByArtist"))));
     events.clear();
-    tests::LetRun(QApplication::doubleClickInterval() + 50);
+    tests::EndDoubleClick();
     ClickOn(ExpanderOf("ByArtist"));
     EXPECT_EQ(events, "Collapse ByArtist;Click;");
     EXPECT_FALSE(view.isExpanded(view.Model().IndexOf(tree.Find("ByArtist"))));
@@ -280,7 +280,7 @@ TEST_F(TreeViewTest, RebuildKeepsExpansionAndSelectionThatTheTreeHas)
         tree.SetExpanded(0, true);
         tree.Select(tree.Find("ByAlbum"));
     }
-    tests::LetRun(20);
+    tests::Settle();
     EXPECT_TRUE(view.isExpanded(view.Model().IndexOf(0)));
     EXPECT_EQ(view.currentIndex(), view.Model().IndexOf(tree.Find("ByAlbum")));
     EXPECT_TRUE(view.viewport()->updatesEnabled());
@@ -293,7 +293,6 @@ TEST_F(TreeViewTest, OldNodesStayOnTheScreenDuringARebuild)
     view.setParent(&window);
     view.show();
     tests::ShowAndActivate(window);
-    tests::LetRun(60);
     const QImage before = tests::Screenshot(window);
     const struct {
         const char *name;
@@ -312,10 +311,8 @@ TEST_F(TreeViewTest, OldNodesStayOnTheScreenDuringARebuild)
                 const ui::TreeUpdate update(tree);
                 if (!first)
                     c.act();
-                tests::LetRun(60);
                 EXPECT_EQ(tests::Screenshot(window), before);
             }
-            tests::LetRun(60);
             EXPECT_EQ(tests::Screenshot(window), before);
         }
     }
@@ -326,7 +323,7 @@ TEST_F(TreeViewTest, NodesRemovedWhileShownDisappear)
 {
     tree.SetExpanded(tree.Find("ByArtist"), true);
     tree.Remove("ByArtist");
-    tests::LetRun(20);
+    tests::Settle();
     EXPECT_EQ(view.Model().rowCount(view.Model().IndexOf(tree.Find("MP3s"))), 1);
 }
 
@@ -376,7 +373,7 @@ TEST_F(TreeViewTest, CutTextHasATipThatShowsItUnchanged)
     const std::string title = "<b>Live</b> & a title that is much too long for the tree's width";
     tree.Add(tree.Find("ByYear"), "?x", title, "closed", "open");
     tree.SetExpanded(tree.Find("ByYear"), true);
-    tests::LetRun(20);
+    tests::Settle();
     QHelpEvent help(QEvent::ToolTip, TextOf("?x"), view.viewport()->mapToGlobal(TextOf("?x")));
     QApplication::sendEvent(view.viewport(), &help);
     ASSERT_TRUE(tests::WaitUntil([] { return QToolTip::isVisible(); }));
