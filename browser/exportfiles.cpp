@@ -6,10 +6,9 @@
 #include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
-#include "shell/apppath.h"
 #include "shell/language.h"
-#include "shell/paths.h"
 
 #include <map>
 #include <vector>
@@ -28,13 +27,6 @@ platform::Desktop &Desktop()
 platform::Files &Files()
 {
     return *platform::TheMachine().files;
-}
-
-std::string JoinedPath(std::string folder, const std::string &name)
-{
-    if (!folder.ends_with(shell::PathSeparator))
-        folder += shell::PathSeparator;
-    return folder + name;
 }
 
 // The files of the selected rows, in the order shown.
@@ -63,10 +55,10 @@ std::int64_t RoomNeeded(const std::vector<std::string> &paths, const std::string
 {
     std::map<std::string, std::int64_t> sizes;
     for (const std::string &path : paths)
-        sizes[shell::GetFileName(path)] = SizeOf(path);
+        sizes[runtime::GetFileName(path)] = SizeOf(path);
     std::int64_t needed = 0;
     for (const auto &[name, size] : sizes)
-        needed += size - SizeOf(JoinedPath(target, name));
+        needed += size - SizeOf(runtime::JoinPath(target, name));
     return needed;
 }
 
@@ -147,7 +139,7 @@ void CopyFile(const std::string &path, const std::string &target)
     if (const int reason = Files().RealPath(path, real); reason != 0)
         throw runtime::FileError(reason, path);
     try {
-        metadata::CopySong(real, JoinedPath(target, shell::GetFileName(path)));
+        metadata::CopySong(real, runtime::JoinPath(target, runtime::GetFileName(path)));
     } catch (const runtime::RuntimeError &error) {
         throw runtime::RuntimeError(error.number, path + ": " + error.description);
     }
@@ -160,8 +152,8 @@ void CopyAll(MainForm &form, const std::vector<std::string> &paths, const std::s
     for (const std::string &path : paths) {
         if (form.exportStopped || platform::IsEndRequested())
             break;
-        form.SB.SetText("Playing",
-                        "Exporting: " + runtime::Replace(shell::GetFileName(path), " & ", " && "));
+        form.SB.SetText("Playing", "Exporting: " +
+                                       runtime::Replace(runtime::GetFileName(path), " & ", " && "));
         form.SB.SetText("Blank",
                         std::to_string(form.PBar.Value()) + "/" + std::to_string(form.PBar.Max()));
         CopyFile(path, target);

@@ -8,9 +8,8 @@
 #include "platform/machine.h"
 #include "runtime/collation.h"
 #include "runtime/error.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
-#include "shell/apppath.h"
-#include "shell/paths.h"
 
 #include <algorithm>
 #include <string_view>
@@ -44,36 +43,20 @@ platform::Folders &TheFolders()
     return *platform::TheMachine().folders;
 }
 
-std::string JoinedPath(std::string folder, std::string_view name)
-{
-    if (!folder.ends_with(shell::PathSeparator))
-        folder += shell::PathSeparator;
-    return folder.append(name);
-}
-
 bool IsRoot(const std::string &path)
 {
     return path.size() == 1;
 }
 
-// The parent folder; the root is its own parent.
-std::string FolderAbove(const std::string &path)
-{
-    std::string above = shell::GetFolderPath(path);
-    if (!IsRoot(above))
-        above.pop_back();
-    return above;
-}
-
 bool IsIn(const std::string &path, const std::string &folder)
 {
-    return path == folder || path.starts_with(JoinedPath(folder, ""));
+    return path == folder || path.starts_with(runtime::JoinPath(folder, ""));
 }
 
 // The longest drive that contains the path; the root when there is none.
 std::string RootOf(const std::string &path, const std::vector<std::string> &drives)
 {
-    std::string root(1, shell::PathSeparator);
+    std::string root(1, runtime::PathSeparator);
     for (const std::string &drive : drives)
         if (IsIn(path, drive) && drive.size() > root.size())
             root = drive;
@@ -166,7 +149,7 @@ void ExportFolder::StartAt(const std::string &drive)
     } catch (const runtime::RuntimeError &) {
         if (IsRoot(drive))
             throw;
-        GoTo(std::string(1, shell::PathSeparator));
+        GoTo(std::string(1, runtime::PathSeparator));
     }
 }
 
@@ -253,7 +236,7 @@ void ExportFolder::RowChosen()
 {
     const ui::RowId row = Dirs.SelectedItem();
     const std::string chosen(row == ui::kNoRow ? kAbove : Dirs.Key(row));
-    SetPath(chosen == kAbove ? m_listed : JoinedPath(m_listed, chosen));
+    SetPath(chosen == kAbove ? m_listed : runtime::JoinPath(m_listed, chosen));
 }
 
 void ExportFolder::EnterRow()
@@ -264,12 +247,12 @@ void ExportFolder::EnterRow()
     if (Dirs.Key(row) == kAbove)
         GoUp();
     else
-        GoTo(JoinedPath(m_listed, Dirs.Key(row)));
+        GoTo(runtime::JoinPath(m_listed, Dirs.Key(row)));
 }
 
 void ExportFolder::GoUp()
 {
-    GoTo(FolderAbove(m_listed), shell::GetFileName(m_listed));
+    GoTo(runtime::ParentFolder(m_listed), runtime::GetFileName(m_listed));
 }
 
 void ExportFolder::CreateFolder()
@@ -278,7 +261,7 @@ void ExportFolder::CreateFolder()
                                                                  "Folder Name", "New Folder Name");
     if (!answer || answer->empty())
         return;
-    const std::string path = JoinedPath(m_path, *answer);
+    const std::string path = runtime::JoinPath(m_path, *answer);
     if (const int reason = TheFolders().MakeFolder(path); reason != 0)
         throw runtime::FileError(reason, path);
     GoTo(m_path, *answer);
@@ -291,7 +274,7 @@ void ExportFolder::DeleteFolder()
     if (const int reason = platform::TheMachine().files->RemoveFolder(path); reason != 0)
         throw runtime::RuntimeError(runtime::kPathFileAccess,
                                     runtime::FileError(reason, path).description);
-    GoTo(FolderAbove(path));
+    GoTo(runtime::ParentFolder(path));
 }
 
 void ExportFolder::Accept()

@@ -4,11 +4,10 @@
 #include "browser/liststate.h"
 #include "catalogue/adoclass.h"
 #include "runtime/error.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
-#include "shell/apppath.h"
 #include "shell/globals.h"
 #include "shell/language.h"
-#include "shell/paths.h"
 #include "shell/progress.h"
 
 #include <algorithm>
@@ -49,13 +48,6 @@ void ShowFieldProgress(std::string_view field)
     shell::ShowProgress(adding + " " + runtime::Replace(information, "$Field$", caption));
 }
 
-// The part of a record's path from which its node is made; empty when there is no separator.
-std::string_view FolderPart(std::string_view path)
-{
-    const auto separator = path.rfind(shell::PathSeparator);
-    return separator == std::string_view::npos ? std::string_view{} : path.substr(0, separator + 1);
-}
-
 // Adds the value nodes of one field, for one record after the other. A record with the same text as
 // the one before would have the same key, so it is skipped before its text is folded.
 class ValueNodes
@@ -71,7 +63,7 @@ public:
     void Add(std::string_view text)
     {
         // For a path, the folder is the value.
-        const std::string_view value = m_isPath ? FolderPart(text) : text;
+        const std::string_view value = m_isPath ? runtime::FolderPart(text) : text;
         if (m_any && value == m_before)
             return;
         m_any = true;
@@ -94,7 +86,7 @@ private:
 
     void AddFolder(std::string_view folder)
     {
-        AddNode(runtime::UpperText(folder), shell::GetLastFolderName(folder), "closed", "open");
+        AddNode(runtime::UpperText(folder), runtime::GetLastFolderName(folder), "closed", "open");
         m_folders.try_emplace(m_key, folder.substr(0, std::max<std::size_t>(1, folder.size() - 1)));
     }
 

@@ -14,9 +14,9 @@
 #include "platform/machine.h"
 #include "runtime/codepage.h"
 #include "runtime/error.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
 #include "shell/language.h"
-#include "shell/paths.h"
 #include "shell/preferences/failuremail.h"
 #include "shell/settings.h"
 
@@ -114,7 +114,7 @@ int RenameOnDisk(const std::string &from, const std::string &to)
         reason = Files().Rename(from, to);
     if (reason == 0) {
         Files().FlushFolderOf(to);
-        if (shell::GetFolderPath(from) != shell::GetFolderPath(to))
+        if (runtime::GetFolderPath(from) != runtime::GetFolderPath(to))
             Files().FlushFolderOf(from);
     }
     return reason;
@@ -202,10 +202,10 @@ void RenameFile(MainForm &form)
         return;
     const std::string key(form.LV.Key(form.LV.SelectedItem()));
     const std::optional<std::string> name =
-        Desktop().InputBox("Type the name of the new file", "New Name", shell::GetFileName(from));
+        Desktop().InputBox("Type the name of the new file", "New Name", runtime::GetFileName(from));
     if (!name || name->empty())
         return;
-    const std::string to = shell::GetFolderPath(from) + *name;
+    const std::string to = runtime::GetFolderPath(from) + *name;
     if (to == from)
         return;
     if (const int reason = RenameOnDisk(from, to); reason != 0)

@@ -10,8 +10,8 @@
 #include "platform/desktop.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
-#include "shell/apppath.h"
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/openaddress.h"
@@ -155,7 +155,7 @@ MainForm::MainForm()
     for (const ToolButton &button : ToolButtons())
         if (!button.key.empty())
             buttons.emplace_back(button.key, button.tooltip);
-    TV.pathSeparator = shell::PathSeparator;
+    TV.pathSeparator = runtime::PathSeparator;
     TV.SetPlace({0, kDesignAddressHeight - 60 + 540 + 100, kDefaultTVWidth, 4000});
     LV.SetPlace({2735, -45, 6000, 4000});
 }

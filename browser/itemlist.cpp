@@ -7,8 +7,8 @@
 #include "platform/machine.h"
 #include "runtime/error.h"
 #include "runtime/keyindex.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
-#include "shell/apppath.h"
 #include "shell/language.h"
 
 #include <algorithm>
@@ -229,7 +229,7 @@ catalogue::RecordsetPtr RecordsOfValue(std::string_view field, std::string_view 
     if (field == "Path") {
         // The files in the folder itself, not those in its sub-folders.
         const std::string inFolder = std::string(value) + "%";
-        params = std::vector<catalogue::Value>{inFolder, inFolder + shell::PathSeparator + "%"};
+        params = std::vector<catalogue::Value>{inFolder, inFolder + runtime::PathSeparator + "%"};
     }
     return catalogue::Records(catalogue::DataAccess->ExecuteSQL("SEL_By" + std::string(field),
                                                                 catalogue::kStoredSelect, params));

@@ -6,6 +6,7 @@
 #include "catalogue/sqlite/opengroup.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
 
@@ -46,7 +47,7 @@ void ShowBox(std::string_view text)
 
 std::string Separator()
 {
-    return std::string(1, shell::PathSeparator);
+    return std::string(1, runtime::PathSeparator);
 }
 
 // The text of ErrorMessage for a failure.

@@ -14,6 +14,7 @@
 #include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
@@ -170,8 +171,7 @@ bool IsToStop()
     return TheState().stopRequested;
 }
 
-// The number of MP3 files in the sub-folders of the current folder. A folder that cannot be listed
-// counts as empty here; ScanFolder reports it.
+// The number of MP3 files below the current folder. ScanFolder reports folders that have no list.
 std::int64_t CountFiles()
 {
     const std::string here = Dirs().Path();
@@ -270,7 +270,7 @@ void ScanFiles(Run &run)
         TheDesktop().DoEvents();
         if (IsToStop())
             return;
-        ScanFile(run, JoinPath(folder, name));
+        ScanFile(run, runtime::JoinPath(folder, name));
         TheDesktop().DoEvents();
         run.value++;
         SetProgress(run);

@@ -9,9 +9,9 @@
 #include "platform/posix/files.h"
 #include "runtime/codepage.h"
 #include "runtime/error.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
 #include "shell/globals.h"
-#include "shell/paths.h"
 #include "shell/progress.h"
 
 #include <cerrno>
@@ -39,7 +39,7 @@ void Tell(std::string_view words)
 std::string NamePattern(const std::string &txtPath)
 {
     const auto kept = static_cast<long long>(txtPath.size()) - 4;
-    return shell::GetFileName(std::string(runtime::Left(txtPath, kept)) + ".mp3") + "%";
+    return runtime::GetFileName(std::string(runtime::Left(txtPath, kept)) + ".mp3") + "%";
 }
 
 // The path in the catalogue of the song that the text file is for: that of the first row, when

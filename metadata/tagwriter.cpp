@@ -12,10 +12,10 @@
 #include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
-#include "shell/paths.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -306,7 +306,7 @@ void BackUp(const Edit &edit)
 {
     ShowProgress(edit, "Backing-Up the MP3");
     const std::string backup =
-        shell::AppFile(kBackupFolder) + shell::PathSeparator + shell::GetFileName(edit.fileName);
+        runtime::JoinPath(shell::AppFile(kBackupFolder), runtime::GetFileName(edit.fileName));
     if (Run([&] { CopySong(edit.realPath, backup); }, "Backup of " + edit.fileName))
         WaitUntilReadable(backup);
 }

@@ -4,8 +4,8 @@
 #include "platform/machine.h"
 #include "runtime/error.h"
 #include "runtime/numbers.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
-#include "shell/apppath.h"
 
 #include <algorithm>
 #include <array>
@@ -260,7 +260,7 @@ std::string GetWinampExePath()
 std::string GetWinampFolder()
 {
     const std::string path = GetWinampExePath();
-    const std::size_t last = path.rfind(shell::PathSeparator);
+    const std::size_t last = path.rfind(runtime::PathSeparator);
     // The first character is not looked at: for a path without a separator the result is that
     // character.
     return path.substr(0, last == std::string::npos || last == 0 ? 1 : last + 1);

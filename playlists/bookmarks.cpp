@@ -5,8 +5,8 @@
 #include "platform/machine.h"
 #include "runtime/error.h"
 #include "runtime/numbers.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
-#include "shell/apppath.h"
 #include "shell/globals.h"
 #include "shell/language.h"
 
@@ -219,7 +219,7 @@ void ExportBookmarks(browser::MainForm &form)
 {
     if (!std::filesystem::is_directory(kPlugInFolder))
         throw runtime::RuntimeError(runtime::kPathNotFound);
-    ExportBookmarksTo(form, std::string(kPlugInFolder) + shell::PathSeparator + kPlugInFile);
+    ExportBookmarksTo(form, std::string(kPlugInFolder) + runtime::PathSeparator + kPlugInFile);
 }
 
 bool ExportBookmarksTo(browser::MainForm &form, const std::string &path,

@@ -12,10 +12,10 @@
 #include "playlists/m3u.h"
 #include "runtime/codepage.h"
 #include "runtime/error.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/language.h"
-#include "shell/paths.h"
 
 #include <array>
 #include <memory>
@@ -88,7 +88,7 @@ bool IsTaken(const std::string &name)
 // The name of the file without folder and without its last 4 characters.
 std::string SuggestedName(const std::string &path)
 {
-    std::string name = shell::GetFileName(path);
+    std::string name = runtime::GetFileName(path);
     const auto isInside = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
     for (int characters = 0; characters < 4 && !name.empty(); ++characters) {
         while (name.size() > 1 && isInside(name.back()))
@@ -142,7 +142,7 @@ std::string DriveOf(const std::string &path)
 {
     platform::Drives *drives = platform::TheMachine().drives;
     std::string drive = drives == nullptr || path.empty() ? std::string() : drives->DriveOf(path);
-    if (drive.ends_with(shell::PathSeparator))
+    if (drive.ends_with(runtime::PathSeparator))
         drive.pop_back();
     return drive;
 }
@@ -188,7 +188,7 @@ std::vector<std::vector<std::string>> AddRows(ui::KeyedList &list, const std::st
 void ShowEntries(MainForm &form, const std::string &listPath, std::string text)
 {
     platform::Drives *drives = platform::TheMachine().drives;
-    const ListPlace place{shell::GetFolderPath(listPath), DriveOf(listPath), PlayerDrive(),
+    const ListPlace place{runtime::GetFolderPath(listPath), DriveOf(listPath), PlayerDrive(),
                           drives == nullptr ? std::vector<std::string>() : drives->Roots(),
                           runtime::IsUtf8(text)};
     std::string result;

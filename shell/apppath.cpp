@@ -1,5 +1,7 @@
 #include "shell/apppath.h"
 
+#include "runtime/paths.h"
+
 #include <utility>
 
 namespace shell
@@ -27,14 +29,14 @@ const std::string &GetAppPath()
 
 void SetAppPath(std::string folder)
 {
-    if (!folder.empty() && folder.back() == PathSeparator)
+    if (!folder.empty() && folder.back() == runtime::PathSeparator)
         folder.pop_back();
     TheState().folder = std::move(folder);
 }
 
 std::string AppFile(std::string_view name)
 {
-    return GetAppPath() + PathSeparator + std::string(name);
+    return GetAppPath() + runtime::PathSeparator + std::string(name);
 }
 
 } // namespace shell

@@ -8,13 +8,6 @@
 namespace shell
 {
 
-// The character between folders in a path of this platform.
-#ifdef _WIN32
-inline constexpr char PathSeparator = '\\';
-#else
-inline constexpr char PathSeparator = '/';
-#endif
-
 // The program's folder without a trailing separator; a path, byte for byte. Set once by app/.
 const std::string &GetAppPath();
 

@@ -5,6 +5,7 @@
 #include "platform/drives.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
 
 #include <algorithm>
@@ -22,11 +23,6 @@ constexpr char kSeparator = '/';
 
 // A disk that is running answers within this time; no event runs until then.
 constexpr std::int64_t kQuietMs = 100;
-
-std::string Joined(const std::string &folder, const std::string &name)
-{
-    return folder.ends_with(kSeparator) ? folder + name : folder + kSeparator + name;
-}
 
 std::string InBrackets(const std::string &drive)
 {
@@ -227,15 +223,15 @@ void cDirTree::AddFolders(NodeId parent, const std::string &path,
 {
     TreeUpdate update(*m_tree);
     m_byPath.reserve(m_byPath.size() + 2 * folders.size());
-    const std::string front = Joined(path, "");
+    const std::string front = runtime::JoinPath(path, "");
     const std::string upperFront = runtime::UpperText(front);
     for (const platform::SubFolder &folder : folders) {
         const std::string child = front + folder.name;
         const std::string upperChild = upperFront + runtime::UpperText(folder.name);
         const NodeId node = AddFolder(parent, child, upperChild, folder.name);
         if (node != kNoNode && !folder.firstFolder.empty())
-            AddFolder(node, Joined(child, folder.firstFolder),
-                      Joined(upperChild, runtime::UpperText(folder.firstFolder)),
+            AddFolder(node, runtime::JoinPath(child, folder.firstFolder),
+                      runtime::JoinPath(upperChild, runtime::UpperText(folder.firstFolder)),
                       folder.firstFolder);
     }
 }

@@ -3,8 +3,8 @@
 #include "platform/files.h"
 #include "platform/posix/helperthread.h"
 #include "runtime/error.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
-#include "shell/apppath.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -147,7 +147,7 @@ public:
     {
         m_reached.insert(listing.identity);
         for (auto name = listing.folders.rbegin(); name != listing.folders.rend(); ++name) {
-            const std::string path = JoinPath(listing.path, *name);
+            const std::string path = runtime::JoinPath(listing.path, *name);
             if (*m_isOver || m_cache->FindOld(path) != nullptr)
                 return false;
             const ListingPtr below = Read(path);
@@ -256,13 +256,6 @@ ListingAhead::ListingAhead(const std::shared_ptr<ListingCache> &cache, ListingPt
             return; // the walk reads the other folders itself
         }
     });
-}
-
-std::string JoinPath(const std::string &folder, const std::string &name)
-{
-    if (!folder.empty() && folder.back() == shell::PathSeparator)
-        return folder + name;
-    return folder + shell::PathSeparator + name;
 }
 
 } // namespace catalogue

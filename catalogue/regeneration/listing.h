@@ -1,5 +1,5 @@
-// catalogue/regeneration/listing.h - what one folder of a walk holds, and the listings that a walk
-// keeps because it comes to each folder more than once.
+// catalogue/regeneration/listing.h - the content of one folder of a walk, and the listings that a
+// walk keeps because it reaches each folder more than once.
 #pragma once
 
 #include <dirent.h>
@@ -20,17 +20,17 @@ namespace catalogue
 
 using FolderIdentity = std::pair<std::uint64_t, std::uint64_t>; // device and inode
 
-// What one folder holds, read in one pass. The names are in the order of the upper-cased names, and
-// of the bytes where these are equal.
+// The content of one folder, read in one pass. The names are sorted by their upper case, equal ones
+// by their bytes.
 struct FolderListing {
     std::string path;
     FolderIdentity identity;
-    std::vector<std::string> folders; // names, links to folders included; no trash
+    std::vector<std::string> folders; // names, links to folders included; without trash folders
     std::vector<std::string> files;   // names that end in ".mp3" in any letter case; no companions
 };
 using ListingPtr = std::shared_ptr<const FolderListing>; // owned by boxes and a ListingCache
 
-// Which folder, and which state of it.
+// The identity of a folder, and its state.
 struct FolderState {
     FolderIdentity identity;
     std::int64_t modifiedNs = 0; // since 1970, UTC
@@ -39,7 +39,7 @@ struct FolderState {
     bool operator==(const FolderState &) const = default;
 };
 
-// What `path` leads to now; nothing where that is not to be had.
+// The folder at `path` now; nullopt when there is none or it cannot be examined.
 std::optional<FolderState> FolderStateAt(const std::string &path);
 
 // A folder that is open, to be listed. Errors of both steps: kPathNotFound when there is no such
@@ -51,8 +51,8 @@ public:
 
     [[nodiscard]] const FolderState &State() const { return m_state; } // when it was opened
 
-    // Whether a change of the folder since it was opened shows in its state: it was opened long
-    // enough after the last one.
+    // Whether any change of the folder since it was opened changes its state: it was opened long
+    // enough after the last change.
     [[nodiscard]] bool WasSettled() const;
 
     // Reads the names. Once.
@@ -63,25 +63,25 @@ private:
         void operator()(DIR *folder) const { closedir(folder); }
     };
     std::unique_ptr<DIR, CloseFolder> m_folder;
-    std::shared_ptr<FolderListing> m_listing; // empty up to Read
+    std::shared_ptr<FolderListing> m_listing; // empty until Read
     FolderState m_state;
     std::int64_t m_openedAtNs = 0; // by the clock of file stamps
 };
 
-// The listings of the folders that a walk comes to more than once. It holds some 6 MiB of them at
-// most: folders that find no room are read again. Its operations may be called on any thread.
+// The listings of the folders that a walk reaches more than once. It keeps at most about 6 MiB:
+// other folders are read again. Its operations may be called on any thread.
 class ListingCache
 {
 public:
-    // The listing of the folder at `path`; null where none is kept, or where it is another folder
-    // now or has changed.
+    // The listing of the folder at `path`; null when none is kept, and when the folder has changed
+    // or was replaced.
     ListingPtr Find(const std::string &path);
 
-    // The same without a look at the folder: what it held when it was listed.
+    // The same without examining the folder: its content when it was listed.
     ListingPtr FindOld(const std::string &path);
 
-    // Keeps the listing of `folder`, where a change of it would be seen. False when there is no
-    // room for more.
+    // Keeps the listing of `folder`, if a later change of the folder can be detected. Returns:
+    // false when there is no room for more.
     bool Keep(const ListingPtr &listing, const OpenFolder &folder);
 
 private:
@@ -96,14 +96,14 @@ private:
     std::size_t m_bytes = 0;
 };
 
-// While one lives, a helper thread lists the folders below `root` into `cache`, where there is a
-// second processor for it: from the last one to the first, up to one that is kept already. So a
-// walk from the first one on has half of them to read. Nobody waits for the helper.
+// While one exists, a helper thread lists the folders below `root` into `cache`, if there is a
+// second processor: from the last folder to the first, until it finds one that is kept already. So
+// a walk that begins at the first folder reads only half of them. Nobody waits for the helper's
+// end.
 class ListingAhead
 {
 public:
-    // The other owner of `cache` is the helper, which may outlive this object in the middle of a
-    // read.
+    // The other owner of `cache` is the helper: when it is reading, it may outlive this object.
     ListingAhead(const std::shared_ptr<ListingCache> &cache, ListingPtr root);
     ~ListingAhead() { *m_isOver = true; }
     ListingAhead(const ListingAhead &) = delete;
@@ -112,8 +112,5 @@ public:
 private:
     std::shared_ptr<std::atomic<bool>> m_isOver = std::make_shared<std::atomic<bool>>(false);
 };
-
-// `name` in `folder`: one separator between them, none doubled after the root.
-std::string JoinPath(const std::string &folder, const std::string &name);
 
 } // namespace catalogue

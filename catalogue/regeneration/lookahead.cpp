@@ -2,6 +2,7 @@
 
 #include "metadata/mp3info.h"
 #include "runtime/error.h"
+#include "runtime/paths.h"
 
 namespace catalogue
 {
@@ -50,7 +51,7 @@ bool LookAhead::ExpectFiles()
     std::vector<std::string> paths;
     for (; m_nextFile < files.size() && paths.size() < kFewestAhead; ++m_nextFile, ++m_said)
         if (m_said >= m_passed)
-            paths.push_back(JoinPath(m_box.Path(), files[m_nextFile]));
+            paths.push_back(runtime::JoinPath(m_box.Path(), files[m_nextFile]));
     metadata::ExpectPasses(paths);
     return true;
 }

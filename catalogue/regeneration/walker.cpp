@@ -1,7 +1,7 @@
 #include "catalogue/regeneration/walker.h"
 
 #include "runtime/error.h"
-#include "shell/apppath.h"
+#include "runtime/paths.h"
 
 #include <algorithm>
 
@@ -20,7 +20,7 @@ bool IsStill(const std::string &path, const FolderIdentity &identity)
 
 std::string CutSeparators(std::string path)
 {
-    while (path.size() > 1 && path.back() == shell::PathSeparator)
+    while (path.size() > 1 && path.back() == runtime::PathSeparator)
         path.pop_back();
     return path;
 }
@@ -98,7 +98,7 @@ bool FolderBox::GoUp(const std::string &path)
 // Whether `path` is one step below the folder in the box.
 bool FolderBox::IsBelow(const std::string &path) const
 {
-    const auto separator = path.rfind(shell::PathSeparator);
+    const auto separator = path.rfind(runtime::PathSeparator);
     return !m_listings.empty() && separator != std::string::npos &&
            CutSeparators(path.substr(0, separator + 1)) == m_path;
 }
@@ -108,7 +108,7 @@ std::string FolderBox::List(std::int64_t index) const
     const FolderListing &listing = Listing();
     if (index < 0 || index >= static_cast<std::int64_t>(listing.folders.size()))
         return {};
-    return JoinPath(m_path, listing.folders[static_cast<std::size_t>(index)]);
+    return runtime::JoinPath(m_path, listing.folders[static_cast<std::size_t>(index)]);
 }
 
 const FolderListing &FolderBox::Listing() const

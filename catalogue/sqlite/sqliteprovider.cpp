@@ -5,8 +5,8 @@
 #include "catalogue/sqlite/opengroup.h"
 #include "catalogue/sqlite/splitwalk.h"
 #include "catalogue/sqlite/sqlitefunctions.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
-#include "shell/apppath.h"
 
 #include <algorithm>
 #include <set>
@@ -24,7 +24,7 @@ constexpr std::int64_t kLazyMs = 5000;
 // The snapshot of a transaction begins with its first read.
 constexpr const char *kBeginReading = "SELECT 1 FROM main.sqlite_schema LIMIT 1";
 
-const std::string kRootMark(1, shell::PathSeparator);
+const std::string kRootMark(1, runtime::PathSeparator);
 
 // A path from the root and nothing excluded: the file's rows, found by the index.
 bool IsWholePath(const std::vector<Value> &values)

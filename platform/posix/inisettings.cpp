@@ -2,6 +2,7 @@
 
 #include "platform/posix/files.h"
 #include "runtime/error.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
 
 #include <fcntl.h>
@@ -77,7 +78,7 @@ struct IniSettings::File {
 
 bool IniSettings::File::Save(std::string &failed)
 {
-    const std::string folder = path.substr(0, path.rfind('/'));
+    const std::string folder = runtime::ParentFolder(path);
     failed = folder;
     if (!MakeFolders(folder))
         return false;

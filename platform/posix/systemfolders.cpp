@@ -3,6 +3,7 @@
 #include "platform/posix/files.h"
 #include "platform/posix/helperthread.h"
 #include "platform/posix/userfolders.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
 
 #include <dirent.h>
@@ -100,11 +101,6 @@ std::shared_ptr<Waiting> TheWaiting()
     return waiting;
 }
 
-std::string Joined(const std::string &folder, const std::string &name)
-{
-    return folder.ends_with('/') ? folder + name : folder + "/" + name;
-}
-
 // The identities on the disk of the folder at `path` and of all folders above it.
 std::vector<Identity> IdentitiesUpFrom(const std::string &path)
 {
@@ -115,10 +111,9 @@ std::vector<Identity> IdentitiesUpFrom(const std::string &path)
         };
         if (stat(above.c_str(), &status) == 0)
             identities.emplace_back(status.st_dev, status.st_ino);
-        const auto separator = above.rfind('/');
-        if (separator == std::string::npos || above.size() <= 1)
+        if (above.size() <= 1)
             return identities;
-        above.resize(separator == 0 ? 1 : separator);
+        above = runtime::ParentFolder(above);
     }
 }
 
@@ -128,7 +123,7 @@ std::string FirstFolderIn(DIR *folder, const std::string &path,
 {
     while (const dirent *entry = readdir(folder))
         if (!IsDotName(entry->d_name) && IsFolder(folder, *entry) &&
-            (leaveOut.empty() || !leaveOut.contains(Joined(path, entry->d_name))))
+            (leaveOut.empty() || !leaveOut.contains(runtime::JoinPath(path, entry->d_name))))
             return entry->d_name;
     return {};
 }
@@ -145,7 +140,7 @@ std::string LookInto(DIR *parent, const std::string &name, const Question &quest
     if (folder == nullptr || fstat(dirfd(folder.get()), &status) != 0 ||
         std::ranges::find(above, Identity(status.st_dev, status.st_ino)) != above.end())
         return {};
-    return FirstFolderIn(folder.get(), Joined(question.path, name), question.leaveOut);
+    return FirstFolderIn(folder.get(), runtime::JoinPath(question.path, name), question.leaveOut);
 }
 
 FolderAnswer AnswerOf(int errnoValue)
@@ -165,7 +160,7 @@ FolderContents ReadNames(DIR *folder, const Question &question)
             contents.files.push_back(name);
         else if (!IsDotName(entry->d_name) &&
                  (question.leaveOut.empty() ||
-                  !question.leaveOut.contains(Joined(question.path, name))))
+                  !question.leaveOut.contains(runtime::JoinPath(question.path, name))))
             contents.folders.push_back({name, {}});
         errno = 0;
     }

@@ -1,5 +1,7 @@
 #include "platform/posix/userfolders.h"
 
+#include "runtime/paths.h"
+
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -98,8 +100,7 @@ std::string ProgramFolder()
     char buffer[PATH_MAX];
     const ssize_t length = readlink("/proc/self/exe", buffer, sizeof buffer);
     const std::string path(buffer, length > 0 ? static_cast<std::size_t>(length) : 0);
-    const auto separator = path.rfind('/');
-    return separator == std::string::npos ? std::string() : path.substr(0, separator);
+    return runtime::ParentFolder(path);
 }
 
 std::string LocaleName()

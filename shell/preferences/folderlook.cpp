@@ -6,6 +6,7 @@
 #include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "platform/posix/userfolders.h"
+#include "runtime/paths.h"
 #include "shell/settings.h"
 
 #include <utility>
@@ -24,12 +25,6 @@ constexpr std::int64_t kShortMs = 200; // how long to wait for a disk that has n
 platform::Folders &TheFolders()
 {
     return *platform::TheMachine().folders;
-}
-
-std::string ParentOf(const std::string &path)
-{
-    const auto separator = path.rfind('/');
-    return path.substr(0, separator == 0 ? 1 : separator);
 }
 
 bool IsCatalogueEmpty()
@@ -107,10 +102,10 @@ StartFolder FindStartFolder()
     // The folders above are likely to be on the same disk.
     const std::int64_t patienceMs =
         answer == FolderAnswer::NoAnswer ? kShortMs : ui::cDirTree::kPatienceMs;
-    std::string above = ParentOf(stored);
-    while (above != "/" && LookAt(above, {}, patienceMs) != FolderAnswer::Listed)
-        above = ParentOf(above);
-    return {above, true};
+    std::string above = runtime::ParentFolder(stored);
+    while (above.size() > 1 && LookAt(above, {}, patienceMs) != FolderAnswer::Listed)
+        above = runtime::ParentFolder(above);
+    return {above.empty() ? "/" : above, true};
 }
 
 } // namespace shell

@@ -4,7 +4,7 @@
 #include "platform/folders.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
-#include "shell/apppath.h"
+#include "runtime/paths.h"
 #include "shell/language.h"
 #include "shell/preferences/preferences.h"
 
@@ -44,10 +44,7 @@ void NewFolder(PreferencesForm &form)
     const std::optional<std::string> name = AskForName();
     if (!name || name->empty())
         return;
-    std::string path = folder;
-    if (!path.ends_with(PathSeparator))
-        path += PathSeparator;
-    path += *name;
+    const std::string path = runtime::JoinPath(folder, *name);
     const int reason = IsTaken(path) ? EEXIST : platform::TheMachine().folders->MakeFolder(path);
     if (reason != 0)
         throw runtime::FileError(reason, path);

@@ -1,6 +1,6 @@
 #include "shell/startup/programhome.h"
 
-#include "shell/apppath.h"
+#include "runtime/paths.h"
 
 #include <unistd.h>
 
@@ -10,14 +10,15 @@ namespace shell
 bool IsInstalled(const ProgramPlaces &places)
 {
     return places.ownChoice.empty() &&
-           access((places.programFolder + PathSeparator + "portable").c_str(), F_OK) != 0;
+           access((places.programFolder + runtime::PathSeparator + "portable").c_str(), F_OK) != 0;
 }
 
 std::string ChooseProgramHome(const ProgramPlaces &places)
 {
     if (!places.ownChoice.empty())
         return places.ownChoice;
-    return IsInstalled(places) ? places.dataHome + PathSeparator + "quenlin" : places.programFolder;
+    return IsInstalled(places) ? places.dataHome + runtime::PathSeparator + "quenlin"
+                               : places.programFolder;
 }
 
 } // namespace shell

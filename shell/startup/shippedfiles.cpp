@@ -4,7 +4,7 @@
 #include "platform/posix/files.h"
 #include "runtime/error.h"
 #include "runtime/hash.h"
-#include "shell/apppath.h"
+#include "runtime/paths.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -57,11 +57,6 @@ std::string Read(const std::string &path)
     if (!bytes)
         throw runtime::FileError(errno, path);
     return std::move(*bytes);
-}
-
-std::string In(std::string folder, std::string_view name)
-{
-    return folder.append(1, PathSeparator).append(name);
 }
 
 // Fills an open file and brings it to the disk. Returns an errno.
@@ -157,7 +152,8 @@ GivenFiles ReadRecord(const std::string &home)
 {
     GivenFiles given;
     std::istringstream lines(
-        platform::posix::ReadRegularFile(In(home, kRecord), kMaxRecordBytes).value_or(""));
+        platform::posix::ReadRegularFile(runtime::JoinPath(home, kRecord), kMaxRecordBytes)
+            .value_or(""));
     for (std::string line; std::getline(lines, line);) {
         std::istringstream words(line);
         std::string hash, size, changed, name;
@@ -215,7 +211,7 @@ GivenFiles RenewAll(const std::string &shippedFolder, const std::string &home,
     for (const std::string &name : ShippedNames(shippedFolder)) {
         if (name == kCatalogue)
             continue;
-        const std::string from = In(shippedFolder, name);
+        const std::string from = runtime::JoinPath(shippedFolder, name);
         const auto known = before.find(name);
         const Given *given = known == before.end() ? nullptr : &known->second;
         const std::string state = StateOf(from);
@@ -225,7 +221,7 @@ GivenFiles RenewAll(const std::string &shippedFolder, const std::string &home,
         }
         try {
             const std::string bytes = Read(from);
-            Renew(bytes, In(home, name), given);
+            Renew(bytes, runtime::JoinPath(home, name), given);
             now[name] = {state, runtime::HashOf(bytes)};
         } catch (const runtime::RuntimeError &) {
             if (given != nullptr)
@@ -239,14 +235,14 @@ GivenFiles RenewAll(const std::string &shippedFolder, const std::string &home,
 
 void FillOnFirstStart(const std::string &shippedFolder, const std::string &home)
 {
-    const std::string marker = In(home, kMarker);
+    const std::string marker = runtime::JoinPath(home, kMarker);
     if (IsThere(marker))
         return;
     MakeHome(home);
     for (const std::string &name : ShippedNames(shippedFolder)) {
-        const std::string to = In(home, name);
+        const std::string to = runtime::JoinPath(home, name);
         if (!IsThere(to))
-            WriteNew(to, Read(In(shippedFolder, name)), Existing::Keep);
+            WriteNew(to, Read(runtime::JoinPath(shippedFolder, name)), Existing::Keep);
     }
     // The marker says that the files are there: it is written to the disk after them.
     Check(Files().FlushFolderOf(marker), home);
@@ -263,8 +259,8 @@ void RestoreTornFiles(const std::string &shippedFolder, const std::string &home)
         return; // the installation is missing: there is nothing to copy
     }
     for (const std::string &name : names) {
-        const std::string from = In(shippedFolder, name);
-        const std::string to = In(home, name);
+        const std::string from = runtime::JoinPath(shippedFolder, name);
+        const std::string to = runtime::JoinPath(home, name);
         try {
             if (name != kCatalogue && IsTorn(from, to))
                 WriteNew(to, Read(from), Existing::Replace);
@@ -283,8 +279,8 @@ void RenewShippedFiles(const std::string &shippedFolder, const std::string &home
         if (now == before)
             return;
         // The copies are on the disk before the record says so.
-        Check(Files().FlushFolderOf(In(home, kRecord)), home);
-        WriteNew(In(home, kRecord), FormatRecord(now), Existing::Replace);
+        Check(Files().FlushFolderOf(runtime::JoinPath(home, kRecord)), home);
+        WriteNew(runtime::JoinPath(home, kRecord), FormatRecord(now), Existing::Replace);
     } catch (const runtime::RuntimeError &) {
         // The existing copies are used: a missing language or help text must not prevent the start.
     }

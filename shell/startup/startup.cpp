@@ -5,6 +5,7 @@
 #include "platform/desktop.h"
 #include "platform/machine.h"
 #include "platform/posix/files.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
@@ -170,7 +171,7 @@ void BringUpMainWindow(const StartUpWindows &windows)
 void SetADOFields(catalogue::ADOclass &target)
 {
     target.Reset();
-    target.DirBase = GetAppPath() + PathSeparator;
+    target.DirBase = GetAppPath() + runtime::PathSeparator;
     target.DataBaseName = "MP3s";
     target.TableName = "MP3s";
     target.TipoLectura = 1;

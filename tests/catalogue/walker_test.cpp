@@ -1,14 +1,15 @@
 #include "catalogue/regeneration/walker.h"
 #include "runtime/error.h"
+#include "runtime/paths.h"
 #include "tests/support/asnobody.h"
 #include "tests/support/testfolder.h"
+#include "tests/support/wait.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -51,7 +52,7 @@ struct Walker : testing::Test {
         const std::string here = dirs.Path();
         for (std::int64_t index = 0; index < mp3s.ListCount(); index++)
             paths.push_back(
-                catalogue::JoinPath(here, mp3s.List(index)).substr(folder.Path().size() + 1));
+                runtime::JoinPath(here, mp3s.List(index)).substr(folder.Path().size() + 1));
         for (std::int64_t index = 0; !dirs.List(index).empty(); index++) {
             dirs.SetPath(dirs.List(index));
             Walk(paths);
@@ -62,9 +63,7 @@ struct Walker : testing::Test {
 
 void AwaitAge(const std::string &folder)
 {
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!catalogue::OpenFolder(folder).WasSettled() && std::chrono::steady_clock::now() < limit)
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    EXPECT_TRUE(tests::WaitUntil([&] { return catalogue::OpenFolder(folder).WasSettled(); }));
 }
 
 int ErrorOf(catalogue::FolderBox &dirs, const std::string &path)
@@ -159,10 +158,8 @@ TEST_F(Walker, AHelperListsFromTheEnd)
     {
         const catalogue::ListingAhead ahead(cache, catalogue::OpenFolder(folder.Path()).Read());
         if (std::thread::hardware_concurrency() > 1) {
-            const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-            while (cache->FindOld(folder / "11/x/y") == nullptr &&
-                   std::chrono::steady_clock::now() < limit)
-                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            EXPECT_TRUE(
+                tests::WaitUntil([&] { return cache->FindOld(folder / "11/x/y") != nullptr; }));
             for (const std::string &path : made)
                 EXPECT_EQ(cache->FindOld(path) != nullptr, !path.starts_with(folder / "10/"))
                     << path;

@@ -1,0 +1,46 @@
+#include "runtime/paths.h"
+
+namespace runtime
+{
+
+std::string_view FolderPart(std::string_view path)
+{
+    const auto separator = path.rfind(PathSeparator);
+    return path.substr(0, separator == std::string_view::npos ? 0 : separator + 1);
+}
+
+std::string GetFileName(std::string_view path)
+{
+    return std::string(path.substr(FolderPart(path).size()));
+}
+
+std::string GetFolderPath(std::string_view path)
+{
+    return std::string(FolderPart(path));
+}
+
+std::string GetLastFolderName(std::string_view path)
+{
+    std::string_view folder = FolderPart(path);
+    if (!folder.empty())
+        folder.remove_suffix(1);
+    return GetFileName(folder);
+}
+
+std::string ParentFolder(std::string_view path)
+{
+    const std::string_view folder = FolderPart(path);
+    return std::string(folder.substr(0, folder.size() > 1 ? folder.size() - 1 : folder.size()));
+}
+
+std::string JoinPath(std::string_view folder, std::string_view name)
+{
+    std::string path;
+    path.reserve(folder.size() + 1 + name.size());
+    path = folder;
+    if (!path.ends_with(PathSeparator))
+        path += PathSeparator;
+    return path.append(name);
+}
+
+} // namespace runtime
