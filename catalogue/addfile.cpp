@@ -93,22 +93,19 @@ void BlankTag(Addition &addition)
 // operating system's words.
 bool ReadTags(Addition &addition)
 {
-    metadata::ID3v1Tag oldTag;
-    metadata::MPEGHeader header;
-    bool hasID3v1 = false;
-    bool hasID3v2 = false;
-    metadata::GetMP3Info(addition.path, oldTag, addition.tag, header, hasID3v1, hasID3v2, false);
+    metadata::SongInfo song = metadata::ReadSongInfo(addition.path);
+    addition.tag = std::move(song.id3v2);
     if (const int failure = metadata::LastReadFailure(); failure != 0) {
         addition.result = kFailed;
         addition.reason = runtime::FileError(failure).description + "\r";
         return false;
     }
-    if (hasID3v1 && !hasID3v2)
-        CopyTag(oldTag, addition.tag);
-    else if (!hasID3v1 && !hasID3v2)
+    if (song.hasID3v1 && !song.hasID3v2)
+        CopyTag(song.id3v1, addition.tag);
+    else if (!song.hasID3v1 && !song.hasID3v2)
         BlankTag(addition);
-    else if (hasID3v1)
-        metadata::FillFromID3v1(oldTag, addition.tag);
+    else if (song.hasID3v1)
+        metadata::FillFromID3v1(song.id3v1, addition.tag);
     return true;
 }
 

@@ -91,21 +91,17 @@ bool AreTagsAsOpened(const metadata::RawTags &opened, const metadata::RawTags &n
            (!now.fileHasID3v1 || opened.id3v1Image == now.id3v1Image);
 }
 
-// Reads the file once more, right before it is written. The metadata module then has the tags that
-// are in the file now, not those from the time when the editor was opened.
-metadata::RawTags ReadTagsAgain(const TagEditor &editor, metadata::ID3v1Tag &id3v1,
-                                metadata::ID3v2Tag &id3v2)
+// Reads the file once more, right before it is written: its tags in the common form. The metadata
+// module then has the tags that are in the file now, not those from the time when the editor was
+// opened.
+metadata::ID3v2Tag ReadTagsAgain(const TagEditor &editor)
 {
-    metadata::MPEGHeader header;
-    bool hasID3v1 = false;
-    bool hasID3v2 = false;
-    metadata::GetMP3Info(editor.File, id3v1, id3v2, header, hasID3v1, hasID3v2, false);
-    metadata::RawTags now = metadata::CopyRawTags();
-    if (hasID3v1 && !hasID3v2)
-        catalogue::CopyTag(id3v1, id3v2);
-    else if (hasID3v1)
-        metadata::FillFromID3v1(id3v1, id3v2);
-    return now;
+    metadata::SongInfo song = metadata::ReadSongInfo(editor.File);
+    if (song.hasID3v1 && !song.hasID3v2)
+        catalogue::CopyTag(song.id3v1, song.id3v2);
+    else if (song.hasID3v1)
+        metadata::FillFromID3v1(song.id3v1, song.id3v2);
+    return song.id3v2;
 }
 
 // The song could not be written, but its rows have the new values already: writes those of the file
@@ -128,9 +124,8 @@ void OfferToReadAgain(TagEditor &editor)
 
 bool Save(TagEditor &editor)
 {
-    metadata::ID3v1Tag fileID3v1;
-    metadata::ID3v2Tag fileTag;
-    const metadata::RawTags now = ReadTagsAgain(editor, fileID3v1, fileTag);
+    const metadata::ID3v2Tag fileTag = ReadTagsAgain(editor);
+    const metadata::RawTags now = metadata::CopyRawTags();
     if (now.failure == 0 && !AreTagsAsOpened(editor.opened, now)) {
         const platform::Answer answer =
             Ask("The tags of this file were changed by another program since they were read. "

@@ -6,6 +6,7 @@
 #include "platform/posix/readahead.h"
 #include "shell/globals.h"
 #include "tests/catalogue/regenerationfixture.h"
+#include "tests/support/wait.h"
 
 #include <sys/stat.h>
 
@@ -53,6 +54,21 @@ struct SlowWalk : tests::Regeneration {
         return (number < 10 ? "0" : "") + std::to_string(number);
     }
 
+    // Waits until the last change of each song is old enough to be told from a later one.
+    void AwaitSettled() const
+    {
+        EXPECT_TRUE(tests::WaitUntil([&] {
+            platform::Files &disk = platform::SystemFiles();
+            for (const auto &entry : fs::recursive_directory_iterator(Music())) {
+                platform::FileIdentity file;
+                if (disk.Identify(entry.path(), file) != 0 ||
+                    !platform::WasSettled(file, disk.StampClockNs()))
+                    return false;
+            }
+            return true;
+        }));
+    }
+
     std::shared_ptr<SlowFiles> slow = std::make_shared<SlowFiles>();
     platform::posix::ReadAheadFiles files{slow};
 };
@@ -74,8 +90,7 @@ TEST_F(SlowWalk, TheSameRowsAndTheSameReportAsOnAFastDisk)
     const std::string report = Report();
     EXPECT_EQ(rows.size(), 102U);
 
-    // No change of a file may be so young that it is read a second time.
-    std::this_thread::sleep_for(std::chrono::milliseconds(150));
+    AwaitSettled(); // so that no file is read a second time
     platform::TheMachine().files = &files;
     catalogue::Dirs().Clear();
     shell::TheGlobals().DeleteBeforeAppend = true;
@@ -91,7 +106,7 @@ TEST_F(SlowWalk, AFileThatVanishesOrChangesGivesTheSameResult)
     for (int i = 0; i < 20; ++i)
         AddSong(Number(i) + ".mp3");
     ASSERT_EQ(mkfifo(Song("12.pipe.mp3").c_str(), 0600), 0);
-    std::this_thread::sleep_for(std::chrono::milliseconds(150));
+    AwaitSettled();
     desktop.doEvents = [this] {
         if (bar.Panel("Playing").text != "Adding: 10.mp3")
             return;
@@ -127,7 +142,6 @@ TEST_F(SlowWalk, StopLeavesNothingOpen)
     ListRefresh(false);
     EXPECT_TRUE(LastRegeneration().stopped);
     EXPECT_EQ(LastRegeneration().files, 30);
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     const auto openSongs = [&] {
         int count = 0;
         std::error_code ignored;
@@ -135,9 +149,7 @@ TEST_F(SlowWalk, StopLeavesNothingOpen)
             count += fs::read_symlink(entry, ignored).string().starts_with(Music()) ? 1 : 0;
         return count;
     };
-    while (openSongs() > 0 && std::chrono::steady_clock::now() < limit)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    EXPECT_EQ(openSongs(), 0);
+    EXPECT_TRUE(tests::WaitUntil([&] { return openSongs() == 0; }));
 }
 
 } // namespace

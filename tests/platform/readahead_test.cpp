@@ -108,10 +108,7 @@ constexpr int kNever = 1000;
 
 void AwaitEqual(const std::atomic<int> &number, int wanted)
 {
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (number != wanted && std::chrono::steady_clock::now() < limit)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    EXPECT_EQ(number, wanted);
+    EXPECT_TRUE(tests::WaitUntil([&] { return number == wanted; })) << number << " " << wanted;
 }
 
 class ReadAhead : public testing::Test

@@ -1,6 +1,7 @@
 #include "platform/posix/systemfolders.h"
 #include "platform/posix/userfolders.h"
 #include "tests/support/testfolder.h"
+#include "tests/support/wait.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -8,14 +9,12 @@
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <condition_variable>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <mutex>
 #include <set>
-#include <thread>
 
 namespace
 {
@@ -166,10 +165,10 @@ TEST_F(SystemFoldersTest, ADiskThatDoesNotAnswerIsGivenUpAndNotAskedTwice)
     EXPECT_EQ(disk->reads, 1);
     disk->Release();
     FolderContents contents;
-    for (int tries = 0; tries < 500 && contents.answer != FolderAnswer::Listed; tries++) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_TRUE(tests::WaitUntil([&] {
         contents = held.List(folder.Path(), {}, {});
-    }
+        return contents.answer == FolderAnswer::Listed;
+    }));
     EXPECT_EQ(contents.folders, (std::vector<SubFolder>{{"inner", ""}}));
 }
 

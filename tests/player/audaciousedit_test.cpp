@@ -39,30 +39,17 @@ protected:
         shell::SetAppPath(before);
     }
 
-    struct Tags {
-        metadata::ID3v1Tag v1;
-        metadata::ID3v2Tag v2;
-    };
-    static Tags Read(const std::string &path)
-    {
-        Tags tags;
-        metadata::MPEGHeader header;
-        bool hasV1 = false, hasV2 = false;
-        metadata::GetMP3Info(path, tags.v1, tags.v2, header, hasV1, hasV2, false);
-        return tags;
-    }
-
     // Gives the song another title; long enough that the audio comes to lie elsewhere in the file.
     static void Edit(const std::string &path, const std::string &title)
     {
-        const Tags old = Read(path);
-        Tags tags = old;
-        tags.v2.Title = title;
-        tags.v2.Lyrics = std::string(5000, 'x');
-        EXPECT_TRUE(
-            metadata::SaveTag(tags.v1, tags.v2, old.v1, old.v2, path, false, true, nullptr));
+        const metadata::SongInfo old = metadata::ReadSongInfo(path);
+        metadata::SongInfo song = old;
+        song.id3v2.Title = title;
+        song.id3v2.Lyrics = std::string(5000, 'x');
+        EXPECT_TRUE(metadata::SaveTag(song.id3v1, song.id3v2, old.id3v1, old.id3v2, path, false,
+                                      true, nullptr));
         EXPECT_EQ(metadata::LastSaveResult(), metadata::SaveResult::Written);
-        EXPECT_EQ(Read(path).v2.Title, title);
+        EXPECT_EQ(metadata::ReadSongInfo(path).id3v2.Title, title);
     }
 
     // The song plays on from `seconds`, or is paused there.

@@ -28,17 +28,9 @@ protected:
     const std::string &Music() const { return m_music; }
     std::string Song(const std::string &name) const { return m_music + "/" + name; }
 
-    // The rows of MP3s in the order of adding, each as its fields with "
-    // " between them: Title
-    // Artist
-    // Album
-    // Year
-    // Comment
-    // Genre
-    // Lyrics
-    // Path
-    // Disk_Label
-    // Duplicated. The path of the music folder is written as "~".
+    // The rows of MP3s in the order of adding, each as its fields with "|" between them: Title,
+    // Artist, Album, Year, Comment, Genre, Lyrics, Path, Disk_Label, Duplicated. The path of the
+    // music folder is written as "~".
     std::vector<std::string> Rows() const;
 
     TestFolder folder; // contains "app", the program's folder, and "music"

@@ -5,6 +5,7 @@
 
 #include <QGuiApplication>
 #include <QWindow>
+#include <cmath>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -48,10 +49,15 @@ void AwaitPlace(QWidget &window)
     ASSERT_NE(handle, nullptr);
     const auto id = static_cast<xcb_window_t>(handle->winId());
     EXPECT_TRUE(WaitUntil([&] {
+        const std::optional<QRect> place = PlaceOnDisplay(id);
+        if (!place)
+            return true;
         const qreal scale = handle->devicePixelRatio();
-        const QRect known((QPointF(handle->position()) * scale).toPoint(),
-                          (QSizeF(handle->size()) * scale).toSize());
-        return PlaceOnDisplay(id).value_or(known) == known;
+        const auto isSame = [&](int shown, int known) { // the toolkit rounds what it is told
+            return std::abs(shown - known * scale) < scale;
+        };
+        return isSame(place->x(), handle->x()) && isSame(place->y(), handle->y()) &&
+               isSame(place->width(), handle->width()) && isSame(place->height(), handle->height());
     }));
     Settle();
 }

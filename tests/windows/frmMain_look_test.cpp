@@ -8,7 +8,6 @@
 #include <QAbstractAnimation>
 #include <QWheelEvent>
 #include <ctime>
-#include <utility>
 
 namespace tests
 {
@@ -56,10 +55,10 @@ TEST_F(MainWindowScaled, LightAndDark)
     Start();
     Fill(40);
     KeepScreenshot(*window, "main-light");
-    QImage light, before;
+    QImage light;
     ASSERT_TRUE(WaitUntil([&] { // all is painted
-        before = std::exchange(light, Screenshot(*window));
-        return light == before;
+        light = Screenshot(*window);
+        return Stays([&] { return Screenshot(*window) == light; }, 250);
     }));
     platform::qt::ApplyPalette(true);
     KeepScreenshot(*window, "main-dark");
