@@ -34,9 +34,9 @@ private:
     // A CR that has its LF, or a character of two units.
     struct Odd {
         int position = 0; // in the text
-        int shift = 0;    // of the view's places against the text's positions behind it
+        int shift = 0;    // of the view's places against the text's positions after it
     };
-    // That behind the first `count` of them.
+    // The shift after the first `count` of them.
     [[nodiscard]] int Shift(std::size_t count) const
     {
         return count == 0 ? 0 : m_odd[count - 1].shift;

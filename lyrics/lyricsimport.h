@@ -9,8 +9,8 @@ namespace lyrics
 
 // Looks up the MP3 that is named like `txtPath` (its last 4 characters replaced by ".mp3") in any
 // folder of the catalogue, and saves the whole text as its lyrics; the text is taken as file bytes,
-// as it stands; where tags are read by frames it is decoded: by its byte order mark, else as UTF-8
-// where it is that, else with the code page. Tells in a box how it went; progress words go to
+// unchanged; when tags are read by frames, it is decoded: by its byte order mark, else as UTF-8 if
+// it is valid UTF-8, else with the code page. A box reports the outcome; progress words go to
 // `lblProgress`. Errors: FileError when the text file cannot be read.
 void AddLyricsFromTXT(const std::string &txtPath);
 

@@ -1,5 +1,5 @@
 // lyrics/timedlyrics.h - lyrics with time marks: one text in which "[minutes:seconds]" says when
-// the line behind it is sung. Texts are of either kind; of file bytes each one is a character. No
+// the line after it is sung. Texts are of either kind; of file bytes each one is a character. No
 // state.
 #pragma once
 

@@ -38,16 +38,16 @@ struct FileBytes {
     // where the file ended early, and in front where it is shorter.
     std::array<char, 10 + kImageBytes> tail{};
     bool hasTail = false; // the file has 128 bytes, and the last ones begin in it
-    // Whether the tags were read by their frames (shell::Globals::UnicodeTags). No tag then claims
-    // too much, and `bodyBytes` ends with the file.
+    // Whether the tags were read by their frames (shell::Globals::UnicodeTags). claimsTooMuch is
+    // false then, and `bodyBytes` is at most the length of the file.
     bool readsUnicode = false;
-    std::optional<unicode::TagTexts> texts; // then: the fields of all its tags, if it has any
-    unicode::ReadingWishes wishes;          // with which they were read
+    std::optional<unicode::TagTexts> texts; // then the fields of all its tags, if it has any
+    unicode::ReadingWishes wishes;          // used for reading them
 
-    // The file's beginning as far as it was read.
+    // The part of the file's beginning that was read.
     [[nodiscard]] std::string_view Head() const { return {head.data(), headBytes}; }
 
-    // What may be the ID3v1 tag.
+    // The bytes of the ID3v1 tag, if the file has one.
     [[nodiscard]] std::string_view Image() const
     {
         return std::string_view(tail.data(), tail.size()).substr(tail.size() - kImageBytes);
@@ -70,12 +70,11 @@ struct FileBytes {
 int ReadFileBytes(const std::string &path, const std::function<void()> &beforeSlowRead,
                   FileBytes &bytes);
 
-// Says which files will be read next, in this order.
+// Announces the files that will be read next, in this order.
 void ExpectReads(const std::vector<std::string> &paths);
 
-// Whether `bytes` are still those of `path`: it is the very same file, not changed since, and its
-// last change lay so far back when it was opened that another one could not have hidden behind the
-// same time stamp.
+// Whether `bytes` are still those of `path`: it is the same file, it has not changed since, and its
+// last change was so long before it was opened that a later change has another time stamp.
 bool IsStillTheSame(const std::string &path, FileBytes &bytes);
 
 } // namespace metadata

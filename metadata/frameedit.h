@@ -1,5 +1,5 @@
-// metadata/frameedit.h - an edit by frames: what shell::Globals::UnicodeTags makes of SaveTag's
-// records. No state.
+// metadata/frameedit.h - the edit that SaveTag makes when shell::Globals::UnicodeTags is on: by
+// frames. No state.
 #pragma once
 
 #include "metadata/mp3info.h"
@@ -11,14 +11,14 @@
 namespace metadata
 {
 
-// The new ID3v2 tag of the song, whose tags are `raw`, and what is kept of its bytes.
+// The new ID3v2 tag of the song with the tags `raw`, and which of its bytes are kept.
 // Errors: FileError when the song cannot be read; kInvalidCall when the tag gets too long.
 [[nodiscard]] unicode::TagPlan PlanFrames(const RawTags &raw, const ID3v2Tag &tag, bool isWanted);
 
-// Whether the plan may be carried out where frames cannot be kept: the user is asked.
+// Whether the plan may be applied: when frames cannot be kept, the user is asked.
 [[nodiscard]] bool MayLoseFrames(const unicode::TagPlan &plan);
 
-// The ID3v1 tag of the song: its old bytes where `tag` says what they say, else BuildID3v1Tag.
+// The ID3v1 tag of the song: its old bytes when they have the values of `tag`, else BuildID3v1Tag.
 [[nodiscard]] std::string PlanImage(const RawTags &raw, ID3v1Tag &tag);
 
 // What the rows of the song get: the fields of both tags as a reading of the new song will give

@@ -10,12 +10,12 @@
 namespace metadata
 {
 
-// The names in force, by number 0 to 125. They are stored in catalogues and tags since the
+// The names in use, by number 0 to 125. They are stored in catalogues and tags since the
 // first version, odd spellings included: do not correct them.
 extern const std::array<std::string_view, 126> kGenreNames;
 
-// A second spelling set of 148 names that the module carries and nothing reads: a blank entry, then
-// the names, joined with "|".
+// A second list of 148 names with other spellings, which nothing uses: a blank entry, then the
+// names, joined with "|".
 extern const std::string_view kOtherGenreNames;
 
 // The genre text of `value`: the name for a whole number 1 to 125, "255" for "0", "Blues" for any

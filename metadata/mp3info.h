@@ -1,10 +1,10 @@
 // metadata/mp3info.h - the one procedure through which every other part looks into an MP3 file, and
 // what its last pass keeps for the tag writer. Paths are the file system's bytes.
 //
-// There are two ways of reading the ID3v2 tag. The first one looks for the names of frames anywhere
-// in the body (metadata/id3v2.h), and gives file bytes. With shell::Globals::UnicodeTags the tags
-// are read by their frames and encodings (metadata/unicode/), and the texts are UTF-8: the kind of
-// an ID3v2Tag says which.
+// The ID3v2 tag is read in one of two ways. The first one searches the names of frames anywhere in
+// the body (metadata/id3v2.h); its texts are file bytes. With shell::Globals::UnicodeTags the tags
+// are read by their frames and encodings (metadata/unicode/); the texts are UTF-8. The `kind` of an
+// ID3v2Tag says which one was used.
 #pragma once
 
 #include "metadata/records.h"
@@ -45,31 +45,31 @@ struct SongInfo {
 };
 SongInfo ReadSongInfo(const std::string &path, bool preferID3v2 = false);
 
-// Which of the two tags a pass would find, without what is in them. It leaves LastReadFailure and
-// LastSeen as a pass does, and the bytes for the next pass.
+// Which of the two tags GetMP3Info would find, without their fields. Sets LastReadFailure and
+// LastSeen as GetMP3Info does, and keeps the bytes for the next call of it.
 void GetTagFlags(const std::string &FileName, bool &HasID3v1, bool &HasID3v2);
 
-// The next pass takes the bytes of the last one as they are, where it is over the same file and
-// that could be read: the file system is not asked whether the file has changed. For a caller that
-// lets no event run and waits for nothing in between.
+// The next pass over the same file uses the bytes of the last one without checking whether the file
+// has changed, if it could be read. For a caller that lets no event run and does not wait in
+// between.
 void KeepForNextPass();
 
-// Says which files the next passes will be over, in this order, after those said before: their
-// bytes are on the way meanwhile. It changes nothing but the time, where PaysToExpectPasses.
-// ExpectNoPasses takes back what is left of it.
+// Announces the files of the next passes, in this order, after those announced before: their bytes
+// are read meanwhile. The only effect is a shorter time, when PaysToExpectPasses is true.
+// ExpectNoPasses cancels what is left.
 [[nodiscard]] bool PaysToExpectPasses();
 void ExpectPasses(const std::vector<std::string> &paths);
 void ExpectNoPasses();
 
 // Whether the tag at the beginning of the last pass's file has texts that only reading by frames
-// can read. Never, where that is how it was read.
+// can decode. Always false when it was read by frames.
 [[nodiscard]] bool HasTextsForFrames();
 
 // Why the last pass could not read its file: an errno of the system, 0 when it could. A folder is
 // EISDIR, anything else that is no file ESPIPE. runtime::FileError has the words.
 [[nodiscard]] int LastReadFailure();
 
-// What the last pass left, until the next one. Written by GetMP3Info alone.
+// Bytes of the last pass, kept until the next one. Only GetMP3Info writes them.
 // The body of the ID3v2 tag exactly as read, all bytes after the 10-byte header; empty without
 // one.
 [[nodiscard]] std::string_view RawID3v2Body();
@@ -77,44 +77,44 @@ void ExpectNoPasses();
 [[nodiscard]] const std::string &RawID3v1Image();
 // The major version of the ID3v2 tag last read; that of an earlier file when this one has none.
 [[nodiscard]] int ID3v2MajorVersion();
-// Which file these three belong to, as it was when it was opened; an empty path before the first
-// pass and after one that could not open its file.
+// The file to which these three belong, as it was when it was opened; an empty path before the
+// first pass and after one that could not open its file.
 [[nodiscard]] const platform::FileIdentity &RawTagsFile();
 
 struct FileBytes; // metadata/filepass.h
 
-// A copy of all that the last pass left, for a caller that lets events run while it works: they may
-// start a pass over another file.
+// A copy of everything that the last pass kept, for a caller that lets events run while it works:
+// they may start a pass over another file.
 struct RawTags {
     std::string_view body;  // RawID3v2Body
-    std::string id3v1Image; // the file's own, also where PreferID3v2 passed it over; without one
+    std::string id3v1Image; // the file's own, also when PreferID3v2 skipped it; without one
                             // RawID3v1Image
     int majorVersion = 0;
     platform::FileIdentity file;            // RawTagsFile
     int failure = 0;                        // LastReadFailure
-    std::optional<unicode::TagTexts> texts; // of reading by frames: what the tags say
-    bool fileHasID3v1 = false;              // so id3v1Image is not an earlier file's
+    std::optional<unicode::TagTexts> texts; // only from reading by frames: the fields of the tags
+    bool fileHasID3v1 = false;              // so id3v1Image is the file's own
     // Holds the bytes of `body`. Shared with the module until its next pass, which then takes a new
     // buffer: so a tag of many megabytes is not copied.
     std::shared_ptr<const FileBytes> bytes;
 };
 [[nodiscard]] RawTags CopyRawTags();
 
-// Which state of `path` the last pass over it saw; nothing when that pass could not open it, or
-// lies too many other files back (64).
+// The state of `path` at the last pass over it; nullopt when that pass could not open it, or when
+// 64 other files were read since.
 [[nodiscard]] std::optional<platform::FileIdentity> LastSeen(const std::string &path);
 
-// Closes the files that GetMP3Info left open (the one whose tag claims more than it holds).
+// Closes the file that GetMP3Info left open (whose tag claims more bytes than the file has).
 void CloseAllFiles();
 
-// What GetMP3Info calls up to. app/ fills it in; an empty function is not called.
+// Functions that GetMP3Info calls. app/ sets them; an empty one is not called.
 struct MP3InfoHooks {
-    // Before a read that may take long, because the bytes are not in memory.
+    // Called before a read that may take long, because the bytes are not in memory.
     std::function<void()> beforeSlowRead;
 };
 MP3InfoHooks &TheMP3InfoHooks();
 
-// Puts the module's state and its hooks back as at the start of the program.
+// Sets the module's state and its hooks to their values at the start of the program.
 void ResetMP3Info();
 
 } // namespace metadata

@@ -21,7 +21,8 @@ inline constexpr std::int64_t kLastSearchPosition = 5000;
 
 // The cell of the bitrate table, in kbit/s: `row` 0 to 12, `column` 0 to 13; empty for rows that
 // hold nothing. Nothing when row or column is outside. Rows 0 to 2 are those of ISO/IEC 11172-3;
-// the rows for the other versions are this system's own.
+// the rows for the other versions were chosen with the program's first version: do not correct
+// them.
 [[nodiscard]] std::optional<std::string_view> BitrateCell(int row, int column);
 
 // Fills the fields that are in the four bytes: Version to Original, Bitrate, CRC, Padding. The

@@ -1,6 +1,6 @@
 // metadata/songcopy.h - whole copies of a song on the disk: its new version in a ".bck" file beside
-// it, and its old version in the folder of backups. A copy is whole or not there: it grows under a
-// name of its own and gets its name at the end. No state.
+// it, and its old version in the folder of backups. A copy is complete or does not exist: it is
+// written under another name and gets its name at the end. No state.
 #pragma once
 
 #include "platform/files.h"
@@ -21,19 +21,19 @@ struct NewSong {
     std::string_view back;
 };
 
-// A written copy. As long as this lives, no other edit by this program puts its own in its place.
+// A written copy. While this exists, no other edit by this program can replace it.
 class SongCopy
 {
 public:
-    SongCopy(int handle, platform::FileIdentity identity); // takes the handle over
+    SongCopy(int handle, platform::FileIdentity identity); // takes ownership of the handle
     SongCopy(SongCopy &&other) noexcept;
     SongCopy &operator=(SongCopy &&other) noexcept;
     SongCopy(const SongCopy &) = delete;
     SongCopy &operator=(const SongCopy &) = delete;
     ~SongCopy();
 
-    // Which file the copy is. Device and inode hold for good; another program may put its own at
-    // the copy's path.
+    // The identity of the copy. Device and inode never change; another program may put its own file
+    // at the copy's path.
     const platform::FileIdentity &Identity() const { return m_identity; }
     void SetIdentity(const platform::FileIdentity &identity) { m_identity = identity; }
 
@@ -43,18 +43,18 @@ private:
 };
 
 // Writes the new version of `song` (a real path, no link) to `copyPath` in the same folder, with
-// the song's owner, rights and attributes, and brings it to the disk. What an edit that was cut off
-// left at `copyPath` is gone.
-// Returns: nothing when another edit of the song is under way, in this process or in another, and
-// has its copy there.
+// the song's owner, rights and attributes, and flushes it to the disk. A file that an interrupted
+// edit left at `copyPath` is removed.
+// Returns: nullopt when another edit of the song is running, in this process or in another, and has
+// its copy there.
 // Errors: kInvalidCall when the range is no range of the file; kFileNotFound without a song;
-// kPathNotFound without the folder; else FileError. After an error nothing new is there, and what
-// stood at `copyPath` before is as it was.
+// kPathNotFound without the folder; else FileError. After an error there is no new file, and a
+// former file at `copyPath` is unchanged.
 std::optional<SongCopy> WriteNewSong(const std::string &song, const NewSong &content,
                                      const std::string &copyPath);
 
-// Copies the whole song to `copyPath`, whose name is on the disk afterwards; what stood there is
-// gone, and rights that cannot be kept there are let go.
+// Copies the whole song to `copyPath` and flushes the new name to the disk; a file of that name is
+// replaced, and rights that cannot be kept there are lost.
 // Errors: as above; kPermissionDenied when `copyPath` is the song itself.
 void CopySong(const std::string &song, const std::string &copyPath);
 

@@ -1,5 +1,5 @@
-// metadata/tagframes.h - the ID3v2 tag as it is written: new frames in front, then what is left of
-// the old body. All texts are file bytes, positions one-based. No state.
+// metadata/tagframes.h - the ID3v2 tag as it is written: new frames first, then the rest of the old
+// body. All texts are file bytes, positions one-based. No state.
 #pragma once
 
 #include "metadata/records.h"
@@ -11,7 +11,8 @@
 namespace metadata
 {
 
-// `value` in 4 characters, most significant first; the first takes all that the other three leave.
+// `value` in 4 characters, most significant first; the first one holds everything above the other
+// three.
 // Errors: kInvalidCall when that is more than 255, or `value` is negative.
 [[nodiscard]] std::string NumberToBytes(std::int64_t value, int base);
 
@@ -31,9 +32,9 @@ bool RemoveEmptied(std::string &body, const ID3v2Tag &before, const ID3v2Tag &no
                    int majorVersion);
 
 // The whole new tag of version 3, header included, made of `tag` and of what `body` holds besides.
-// Frames that are written anew leave `body` first, but for the comment: the new one comes before
-// the old one. Empty fields write no frame and leave the old one; the genre is always written.
-// Changes `tag`: a Genre of -1 becomes "255" (and is written as "(255)").
+// Frames that are written again are removed from `body` first, except the comment: the new one
+// comes before the old one. Empty fields write no frame and leave the old one; the genre is always
+// written. Changes `tag`: a Genre of -1 becomes "255" (and is written as "(255)").
 // Errors: kInvalidCall when the body exceeds what 4 characters of 7 bits, the first of 8, can say.
 [[nodiscard]] std::string BuildID3v2Tag(std::string body, ID3v2Tag &tag, int majorVersion);
 

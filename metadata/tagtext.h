@@ -32,7 +32,7 @@ void ChangeKind(ID3v2Tag &tag, TextKind kind);
 [[nodiscard]] std::string UsedText(std::string_view field);
 
 // The genre of an ID3v1 tag in words, ASCII: the name of its number. Empty for a number without
-// one; 0 is "Blues", other than for GenreName.
+// one; 0 is "Blues", unlike GenreName.
 [[nodiscard]] std::string GenreWords(const ID3v1Tag &tag);
 
 // The ID3v1 tag in the common form, in UTF-8.
@@ -42,8 +42,8 @@ void ChangeKind(ID3v2Tag &tag, TextKind kind);
 // the record holds.
 void TakeTexts(const unicode::TagTexts &texts, ID3v2Tag &tag);
 
-// Gives a record in UTF-8 what it lacks from the ID3v1 tag of the same file. One in file bytes
-// stays: by the first way of reading the ID3v1 tag counts only where there is no ID3v2 tag.
+// Gives a record in UTF-8 what it lacks from the ID3v1 tag of the same file. A record in file bytes
+// is not changed: without reading by frames the ID3v1 tag is used only when there is no ID3v2 tag.
 void FillFromID3v1(const ID3v1Tag &from, ID3v2Tag &to);
 
 } // namespace metadata

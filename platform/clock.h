@@ -16,7 +16,7 @@ struct LocalTime {
 struct Clock {
     virtual ~Clock() = default;
 
-    // Milliseconds of a clock that never goes back; its zero is arbitrary.
+    // Milliseconds of a clock that is never set back; its zero is arbitrary.
     virtual std::int64_t SteadyMs() = 0;
 
     // Now, by the local calendar.
@@ -29,7 +29,7 @@ struct Clock {
     virtual std::string DateText(const LocalTime &time) = 0;
     virtual std::string TimeText(const LocalTime &time) = 0;
 
-    // Lets `milliseconds` pass; a test's clock only counts them.
+    // Waits for `milliseconds`; a test's clock only counts them.
     virtual void Sleep(std::int64_t milliseconds) = 0;
 };
 

@@ -17,7 +17,7 @@ enum class Pointer {
     Normal = 0,
     Hourglass = 11,
     ArrowHourglass = 13
-}; // fixed values; Hourglass is what a wait shows
+}; // fixed values; Hourglass is shown during a wait
 
 // One line of an open dialog's list of file kinds: "MP3 Files", "*.mp3".
 struct FileFilter {
@@ -34,8 +34,8 @@ struct Desktop {
     virtual Answer MessageBox(std::string_view text, Buttons buttons = Buttons::Ok,
                               std::string_view title = {}, BoxIcon icon = BoxIcon::None) = 0;
 
-    // The same for a prescribed text, with what the operating system says about it beside: the next
-    // line in a terminal, shown by a button of a window's box.
+    // The same for a given text, together with the operating system's words: in a terminal on the
+    // next line, in a window's box shown by a button.
     virtual Answer MessageBoxWithDetails(std::string_view text, std::string_view details,
                                          Buttons buttons = Buttons::Ok, std::string_view title = {})
     {
@@ -73,12 +73,12 @@ struct Desktop {
     // Has the desktop open a path or an address (http:, mailto:) as a double click would, with
     // `workingFolder` as the folder of the opened program where the platform has such a thing. A
     // mailto: address goes to it byte for byte.
-    // False when nothing could be started and the user was told nothing.
+    // Returns: false when nothing could be started and the user was not informed.
     virtual bool OpenAddress(const std::string &address, const std::string &workingFolder) = 0;
 
     virtual void SetPointer(Pointer pointer) = 0;
 
-    // Lets the events that wait run, timers and repaints included; returns when none is left.
+    // Runs all waiting events, timers and repaints included; returns when there is none left.
     virtual void DoEvents() = 0;
 };
 

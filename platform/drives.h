@@ -24,7 +24,7 @@ struct Drives {
     // it is the root itself. `path` need not exist; its nearest existing folder counts.
     virtual std::string DriveOf(const std::string &path) = 0;
 
-    // The kind of the drive. Errors: none; Unknown when it cannot be found out.
+    // The kind of the drive. Errors: none; Unknown when it cannot be determined.
     virtual DriveType TypeOf(const std::string &drive) = 0;
 
     // The drive's volume label as text (UTF-8); empty when it has none or it cannot be read.
@@ -36,9 +36,9 @@ struct Drives {
     // The serial number of the drive's file system as decimal text; empty when it cannot be read.
     virtual std::string SerialOf(const std::string &drive) = 0;
 
-    // The drives as a user knows them: the root, the home folder, then the disks, shares and media
-    // that are mounted where users look for them, in the order of their paths; each once. The
-    // machine's own file systems are not among them.
+    // The drives that a user knows: the root, the home folder, then the disks, shares and media
+    // that are mounted for users, in the order of their paths; each once. File systems of the
+    // operating system itself (/proc, /sys) are left out.
     virtual std::vector<std::string> Roots() = 0;
 };
 

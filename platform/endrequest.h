@@ -1,34 +1,36 @@
-// platform/endrequest.h - the end that a signal asks for (SIGINT, SIGTERM, SIGHUP): it comes at the
-// next point where events run, not in the middle of a step, so that everything closes in order.
+// platform/endrequest.h - ends the program when a signal asks for it (SIGINT, SIGTERM, SIGHUP): at
+// the next point where events run, not in the middle of a step, so that everything is closed in
+// order.
 #pragma once
 
 namespace platform
 {
 
-// Thrown by CheckEndRequest. No error: it is no RuntimeError and no std::exception, and only the
-// entry of the program takes it, which then ends the process.
+// Thrown by CheckEndRequest. It is not an error, so it is neither a RuntimeError nor a
+// std::exception. Only `main` catches it, and ends the process.
 struct EndRequested {
     int signalNo;
 };
 
-// Has the three signals ask for the end; the second of them ends the process at once.
+// Installs the handler of the three signals. The first signal asks for the end, the second one ends
+// the process at once.
 void WatchForEndRequest();
 
-// Throws EndRequested when a signal asked for the end and no EndDeferral lives.
+// Throws EndRequested when a signal has asked for the end and no EndDeferral exists.
 void CheckEndRequest();
 
-// Whether a signal asked for the end, also while an EndDeferral lives.
+// Whether a signal has asked for the end, also while an EndDeferral exists.
 bool IsEndRequested();
 
 // A descriptor that becomes readable when a signal asks for the end, for an event loop that waits
-// on descriptors; -1 when there is none to be had. It stays open and belongs to this module.
+// on descriptors; -1 when it cannot be created. This module owns it and never closes it.
 int EndRequestDescriptor();
 
-// As the signal handler: asks for the end. For tests; 0 takes the wish back.
+// Does what the signal handler does. For tests; 0 cancels the request.
 void RequestEnd(int signalNo);
 
-// While one lives, the end waits: for a job whose steps belong together, such as the rewrite of a
-// song's file.
+// While one exists, the end is deferred: for a job whose steps belong together, such as the rewrite
+// of a song's file.
 class EndDeferral
 {
 public:

@@ -14,7 +14,7 @@ namespace platform
 enum class FolderAnswer {
     Listed,     // the folder was read
     Missing,    // there is no such folder
-    Unreadable, // it is there, and may not or cannot be read
+    Unreadable, // it exists, but cannot be read
     NoAnswer    // the disk had not answered when the question was given up
 };
 
@@ -36,14 +36,14 @@ struct FolderContents {
 struct Folders {
     virtual ~Folders() = default;
 
-    // Asked about every 20 ms while a disk has not answered; false gives the question up. Empty
-    // waits for ever.
+    // Called about every 20 ms while a disk has not answered; false ends the wait. Empty: waits
+    // without a limit.
     using KeepWaiting = std::function<bool()>;
 
-    // What is in the folder. Full paths in `leaveOut` are listed nowhere. A folder that is mounted
-    // only when it is looked into is listed and not looked into, and so is a link to the folder
-    // itself or to one above it. When the question is given up after the names have come, what is
-    // known by then is returned as Listed.
+    // What is in the folder. Folders whose full paths are in `leaveOut` are not listed. A folder
+    // that is mounted only when it is looked into is listed and not looked into, and so is a link
+    // to the folder itself or to one above it. When the wait ends after the names have been read,
+    // what is known by then is returned as Listed.
     virtual FolderContents List(const std::string &path, const std::vector<std::string> &leaveOut,
                                 const KeepWaiting &keepWaiting) = 0;
 
@@ -54,11 +54,11 @@ struct Folders {
 
     // The user's own folder for a purpose: "DESKTOP", "MUSIC". Empty when none is set.
     virtual std::string UserFolder(std::string_view purpose) = 0;
-    // The purposes for which one is set, in the order of the settings.
+    // The purposes for which the user has a folder, in the order of the settings.
     virtual std::vector<std::string> UserFolderPurposes() = 0;
 
-    // The process's current folder, as the user went there (through links), and a move of it: false
-    // when the process could not go there.
+    // The process's current folder, with the links that the user followed; and changing it: false
+    // when that failed.
     virtual std::string CurrentFolder() = 0;
     virtual bool SetCurrentFolder(const std::string &path) = 0;
 

@@ -1,12 +1,12 @@
-// platform/inireader.h - one value out of an INI text file that a person edits, by the rules of the
-// platform's INI reader. The file that was read last is kept, and read again once it has changed.
+// platform/inireader.h - reads one value of an INI text file that users edit, by the rules of the
+// platform's INI reader. The file that was read last is kept in memory, and read again after it has
+// changed.
 //
 // A line "[name]" begins a section; "key=value" is an entry; a line that begins with ";" is a
-// comment; any other line is passed over. Lines end in CR, LF or both. Blanks and control
-// characters around a line, a name, a key and a value are cut, then one pair of quotation marks
-// (both ' or both ") around a value. Names and keys compare without regard to letter case. The
-// first section of a name counts and in it the first entry of a key; a second section of that name
-// is never looked at.
+// comment; any other line is ignored. Lines end in CR, LF or both. Blanks and control characters
+// around a line, a name, a key and a value are cut, then one pair of quotation marks (both ' or
+// both ") around a value. Names and keys compare without regard to letter case. Of several sections
+// with the same name only the first is used, and in it only the first entry of a key.
 #pragma once
 
 #include <cstddef>

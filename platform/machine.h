@@ -1,5 +1,5 @@
-// platform/machine.h - the ports in use. app/ fills them in once at the start; a test fills in what
-// its subject needs and puts back what stood there.
+// platform/machine.h - the ports in use. app/ fills them in once at the start; a test sets the
+// ports that it needs and restores the former ones.
 #pragma once
 
 #include "platform/files.h"
@@ -21,8 +21,8 @@ struct SettingsStore;
 struct Web;
 struct Windows;
 
-// The ports are owned by app/ (or the test) and outlive their use. A null port is a programming
-// error of the caller that reaches for it.
+// The ports are owned by app/ (or the test) and outlive their use. Using a port that is null is a
+// programming error.
 struct Machine {
     Desktop *desktop = nullptr;
     SettingsStore *settings = nullptr;

@@ -1,7 +1,8 @@
 // platform/player.h - what the program asks of the machine around the player, the other program
 // that plays the songs: its window, its messages, its keys, its entry in the registry, its start.
-// Raw calls and nothing higher; what they mean is player/winampmod.h. Paths and texts are bytes.
-// A player may be closed, stopped or started at any time: no call fails for that, it answers 0.
+// Only raw calls; player/winampmod.h says what they mean. Paths and texts are bytes.
+// The player may be closed, stopped or started at any time: a call does not fail then, it returns
+// 0.
 #pragma once
 
 #include <cstddef>
@@ -52,7 +53,7 @@ struct Player {
                                      std::int32_t wParam, std::int32_t lParam) = 0;
 
     // Sends copied data: a tag and bytes (a path with its closing zero), wParam 0. Returns when the
-    // entry is in the player's list; lets events run meanwhile (platform/waiting.h ends it).
+    // entry is in the player's list; events run meanwhile (CancelWaits ends the wait).
     // Returns: the answer; 0 also when the wait was ended.
     // Errors:  kFileNotFound, with the path in the words, when the player takes no such file.
     virtual std::int32_t SendCopyData(WindowHandle window, std::uint32_t tag,
@@ -78,25 +79,25 @@ struct Player {
                                      std::uint32_t &type, char *buffer, std::uint32_t &size) = 0;
     virtual void CloseKey(std::uint32_t key) = 0;
 
-    // Starts a program; it returns before that answers. One that is there already, but does not
-    // answer yet, is not started again.
+    // Starts a program; returns before the program answers. If it is running already, but does not
+    // answer yet, it is not started again.
     // Errors: kFileNotFound, in words that name the player and how to install it.
     virtual void StartProgram(const std::string &program, int windowStyle) = 0;
 
     // The bytes of a file. Errors: those of runtime::FileError.
     virtual std::string ReadFile(const std::string &path) = 0;
 
-    // Lets the port learn the player's whole list, where it takes time; called before a path is
-    // looked for in it. Lets events run (platform/waiting.h ends it).
+    // Reads the player's whole list, which may take time; called before a path is searched in it.
+    // Events run meanwhile (CancelWaits ends the wait).
     virtual void LearnPlaylist() {}
 
-    // Whether the player is there and did not answer the last question in time: the answers 0 that
-    // came since are none of its.
+    // Whether the player is running, but did not answer the last question in time: results of 0
+    // since then are not its answers.
     virtual bool IsSilent() { return false; }
 
-    // From BeginLook to EndLook the port may answer questions from one look at the player, taken at
-    // the first of them: one message for all costs both sides less than one for each. An order
-    // within ends that look. Such calls may be nested.
+    // Between BeginLook and EndLook the port may ask the player once, at the first question, and
+    // answer all questions from that: one message is cheaper than several. An order in between ends
+    // this. Such calls may be nested.
     virtual void BeginLook() {}
     virtual void EndLook() {}
 

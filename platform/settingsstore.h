@@ -24,7 +24,7 @@ struct SettingsStore {
     // The path of the file that holds the title's settings; empty where it is no file.
     virtual std::string FilePath(std::string_view /*title*/) { return {}; }
 
-    // Brings what was written to the file, merged with what other processes wrote meanwhile.
+    // Writes the changes to the file, merged with those of other processes.
     // Called at the end of an event turn and at the process's end. Errors: none; a store that
     // cannot be written keeps its values for this run.
     virtual void Flush() = 0;

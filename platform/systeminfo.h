@@ -1,4 +1,4 @@
-// platform/systeminfo.h - what the program asks about the system that it runs on.
+// platform/systeminfo.h - what the program asks about the operating system.
 #pragma once
 
 #include <string>
@@ -9,8 +9,8 @@ namespace platform
 struct SystemInfo {
     virtual ~SystemInfo() = default;
 
-    // The system's name and version as its maker writes them ("Debian GNU/Linux 12 (bookworm)");
-    // empty when that cannot be found out.
+    // The operating system's name and version as its maker writes them ("Debian GNU/Linux 12
+    // (bookworm)"); empty when they cannot be determined.
     virtual std::string Name() = 0;
 };
 

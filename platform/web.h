@@ -1,5 +1,6 @@
-// platform/web.h - what the program asks of the web: one small file by its address. Nothing of the
-// user is sent: no cookie, no identifier; the request names the program and its version only.
+// platform/web.h - what the program asks of the web: one small file by its address. Nothing about
+// the user is sent: no cookie, no identifier; the request contains only the name and version of the
+// program.
 #pragma once
 
 #include <functional>
@@ -10,7 +11,7 @@
 namespace platform
 {
 
-// A fetch under way. Its end cancels the fetch: `done` is not called any more.
+// A running fetch. The destructor cancels it: `done` is not called any more.
 struct WebFetch {
     virtual ~WebFetch() = default;
 };

@@ -27,7 +27,7 @@ struct Windows {
     // on Wayland: there only a size is restored, and a stored left and top stay as they are stored.
     virtual bool KnowsPlaces() = 0;
 
-    // Stands before every showing of a non-modal window.
+    // Must be called before a non-modal window is shown.
     // Errors: kNonModalOverModal (401) while a modal window is up.
     virtual void CheckNonModal() = 0;
 
@@ -35,15 +35,14 @@ struct Windows {
     virtual bool IsDark() = 0;
 };
 
-// `wanted` as it can be used on `screens`. It stays when it is wholly on them, be it across two,
-// or when it fits the screen that it overlaps most (the first one where it overlaps none) and
-// enough of its title line to take hold of it is on some screen. Else it becomes no larger than
-// that screen and moves onto it. Without a screen: `wanted`.
+// `wanted`, changed so that it can be used on `screens`. It is not changed when it is completely on
+// the screens (it may cover two), or when it fits the screen that it overlaps most (the first one
+// when it overlaps none) and enough of its title line is visible to move it. Otherwise it is
+// reduced to the size of that screen and moved onto it. Without a screen: `wanted`.
 [[nodiscard]] Placement BringIntoView(const Placement &wanted,
                                       const std::vector<Placement> &screens);
 
-// The same on the screens of `windows`. Where these do not know places, left and top stay as
-// wanted.
+// The same on the screens of `windows`. If these do not know places, left and top are not changed.
 [[nodiscard]] Placement BringIntoView(const Placement &wanted, Windows &windows);
 
 // Where a window as large as `size` opens beside `window` on `screen`: to its right; to its left

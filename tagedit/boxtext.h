@@ -14,11 +14,11 @@ namespace tagedit
 [[nodiscard]] std::string ShownText(std::string_view field,
                                     metadata::TextKind kind = metadata::TextKind::FileBytes);
 
-// The field behind a box that was filled with ShownText(field) and now holds `edited`. A text that
-// was not touched gives `field` itself. Of a changed one the beginning and the end that are still
+// The new field for a box that was filled with ShownText(field) and now has the text `edited`. An
+// unchanged text gives `field` itself. Of a changed one the beginning and the end that are still
 // the same keep their bytes, line ends included; in between every line end becomes a carriage
-// return and a line feed, and of a field in file bytes what the code page lacks a "?". What lay
-// behind a NUL goes.
+// return and a line feed, and of a field in file bytes what the code page lacks a "?". The part
+// after a NUL is lost.
 [[nodiscard]] std::string EditedField(std::string_view field, std::string_view edited,
                                       metadata::TextKind kind = metadata::TextKind::FileBytes);
 

@@ -1,5 +1,4 @@
-// catalogue/regeneration/emptysongs.h - the table of songs, emptied before a regeneration. No
-// state.
+// catalogue/regeneration/emptysongs.h - empties the table of songs before a regeneration. No state.
 #pragma once
 
 #include <string>
@@ -7,7 +6,7 @@
 namespace catalogue
 {
 
-// Empties the table, after making a copy of the whole catalogue where it has rows. If the copy
+// Empties the table; when it has rows, a copy of the whole catalogue is made first. If the copy
 // fails, nothing is deleted.
 // Returns: why it failed; empty when the table is empty.
 [[nodiscard]] std::string EmptySongs();

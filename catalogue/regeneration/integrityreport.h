@@ -12,7 +12,7 @@
 namespace catalogue
 {
 
-// One report under way. Each entry is in the file when the call that writes it returns.
+// A report that is being written. Each entry is in the file when the call that writes it returns.
 class IntegrityReport
 {
 public:
@@ -23,8 +23,8 @@ public:
     // Errors: FileError with its path when it cannot be written.
     bool LogTagFailure(std::string_view path, bool hasID3v1, bool hasID3v2);
 
-    // The closing lines; `succeeded` puts the line of success in front. `folder` is the root of the
-    // walk, `created` the date and time of day. Errors: as LogTagFailure.
+    // The closing lines; with the line of success before them when `succeeded` is true. `folder` is
+    // the root of the walk, `created` the date and time of day. Errors: as LogTagFailure.
     void Close(bool succeeded, std::string_view folder, std::string_view created);
 
 private:

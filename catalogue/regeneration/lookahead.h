@@ -1,5 +1,6 @@
-// catalogue/regeneration/lookahead.h - says which files a walk comes to next where that pays, so
-// that their bytes are on the way (metadata::ExpectPasses). It changes nothing but the time.
+// catalogue/regeneration/lookahead.h - announces the next files of a walk when that makes it
+// faster, so that their bytes are read ahead (metadata::ExpectPasses). The only effect is a shorter
+// time.
 #pragma once
 
 #include "catalogue/regeneration/walker.h"
@@ -13,12 +14,12 @@
 namespace catalogue
 {
 
-// Runs ahead of a walk over `root`, folder by folder in the same order. At the end of its life
-// nothing is expected any more.
+// Goes ahead of a walk over `root`, folder by folder in the same order. The destructor cancels what
+// was announced.
 class LookAhead
 {
 public:
-    // `cache`: with the listings of the walk; the caller's.
+    // `cache`: the listings of the walk; owned by the caller.
     LookAhead(std::string root, ListingCache &cache) : m_root(std::move(root))
     {
         m_box.UseCache(&cache, true);
@@ -33,7 +34,7 @@ public:
 private:
     struct Level {
         std::string path;
-        std::int64_t nextFolder; // the index of the sub-folder to go to
+        std::int64_t nextFolder; // the index of the next sub-folder
     };
     bool Start();
     bool ExpectFiles();
@@ -44,8 +45,8 @@ private:
     FolderBox m_box;
     std::vector<Level> m_levels; // from the root down; empty at the end of the walk
     std::size_t m_nextFile = 0;  // of the folder in the box
-    std::uint64_t m_passed = 0;  // files that the walk has come to
-    std::uint64_t m_said = 0;    // files that were said or passed over, in the same order
+    std::uint64_t m_passed = 0;  // files that the walk has reached
+    std::uint64_t m_said = 0;    // files that were announced or skipped, in the same order
 };
 
 } // namespace catalogue

@@ -1,10 +1,9 @@
 // catalogue/regeneration/walker.h - the two boxes that drive a walk over the music folder: `Dirs`
 // lists the sub-folders of its folder, `MP3s` the MP3 files of the same folder.
 //
-// Both list in the order of the upper-cased names, and of the bytes where these are equal. Hidden
-// names are listed like all others, but for the folders of a disk's trash (".Trash", ".Trash-1000")
-// and the companions "._song.mp3" of another system. A name is kept as the file system gives it,
-// byte for byte.
+// Both list names sorted by their upper case, equal ones by their bytes. Hidden names are listed
+// too, except the trash folders of a disk (".Trash", ".Trash-1000") and the companion files
+// "._song.mp3" of another operating system. A name is kept byte for byte.
 #pragma once
 
 #include "catalogue/regeneration/listing.h"
@@ -18,37 +17,36 @@
 namespace catalogue
 {
 
-// The folder box. It keeps the listings of the folders on the way down, so that going back up reads
-// nothing again: a walk reads each folder once, however many sub-folders it has.
+// The folder box. It keeps the listings of the folders above the current one, so that returning to
+// them reads nothing: a walk reads each folder once, however many sub-folders it has.
 class FolderBox
 {
 public:
-    // The folder in the box; empty as long as none was set.
+    // The folder in the box; empty until one is set.
     const std::string &Path() const { return m_path; }
 
-    // Puts `path` in the box; separators at its end are cut (the root keeps its own). A folder that
-    // was reached by another path since SetRoot lists nothing: a walk over links ends, and reads
-    // each folder once, by the path that comes first.
+    // Puts `path` into the box; separators at its end are cut, except the root's. A folder that was
+    // reached by another path since SetRoot has an empty list: so a walk over links ends, and reads
+    // each folder once, by the first path.
     // Errors: kPathNotFound when there is no such folder; else the number and the words of the
-    //         system (FileError) when it cannot be read. The box then stays where it was.
+    //         system (FileError) when it cannot be read. The box is then unchanged.
     void SetPath(const std::string &path);
 
-    // The same for the start of a walk: nothing that was listed before is used. Errors: as SetPath.
+    // The same for the start of a walk: earlier listings are not used. Errors: as SetPath.
     void SetRoot(const std::string &path);
 
     // The full path of sub-folder `index`, from 0; empty after the last one.
     std::string List(std::int64_t index) const;
 
-    // What the folder in the box holds; an empty listing as long as none was set.
+    // The listing of the folder in the box; an empty one until a folder is set.
     const FolderListing &Listing() const;
     ListingPtr SharedListing() const { return m_listings.empty() ? nullptr : m_listings.back(); }
 
     // Forgets the folder and all listings.
     void Clear();
 
-    // Takes listings from `cache`, and keeps them there, until another one or null is given. It is
-    // the caller's, and may serve several boxes. `takesOld`: also listings of folders that have
-    // changed meanwhile.
+    // Uses `cache` for listings until another cache or null is set. The caller owns it; several
+    // boxes may use it. `takesOld`: use listings also when their folders have changed meanwhile.
     void UseCache(ListingCache *cache, bool takesOld = false)
     {
         m_cache = cache;
@@ -70,21 +68,21 @@ private:
     bool m_takesOld = false;
 };
 
-// The file box with the pattern "*.mp3". It has a path of its own, which follows each change of the
-// folder box it goes with.
+// The file box with the pattern "*.mp3". It has its own path, which is set at each change of the
+// folder box to which it belongs.
 class FileBox
 {
 public:
     FileBox() = default;
-    // Follows `dirs`, whose Change event it takes. Both live equally long.
+    // Follows `dirs` and handles its Change event. Both must exist equally long.
     explicit FileBox(FolderBox &dirs);
     FileBox(const FileBox &) = delete;
     FileBox &operator=(const FileBox &) = delete;
 
     const std::string &Path() const { return m_path; }
 
-    // Puts `path` in the box alone; separators at its end are cut. The folder is read when its
-    // files are asked for; one that cannot be read has none.
+    // Puts `path` only into this box; separators at its end are cut. The folder is read when its
+    // files are needed; when it cannot be read, it has none.
     void SetPath(const std::string &path);
 
     std::int64_t ListCount() const;
@@ -97,11 +95,11 @@ private:
 
     const FolderBox *m_dirs = nullptr;
     std::string m_path;
-    mutable bool m_read = false;              // m_files are those of m_path
+    mutable bool m_read = false;              // whether m_files are the files of m_path
     mutable std::vector<std::string> m_files; // when the folder box is at another folder
 };
 
-// The program's two boxes. They start at no folder at all. A test puts them back with
+// The program's two boxes. At the start they have no folder. A test resets them with
 // Dirs().Clear().
 FolderBox &Dirs();
 FileBox &MP3s();

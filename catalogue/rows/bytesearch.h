@@ -1,5 +1,5 @@
-// catalogue/rows/bytesearch.h - finds one text inside others, many bytes at a time. Knows nothing
-// of characters: letter case is that of ASCII or none at all.
+// catalogue/rows/bytesearch.h - finds one text inside others, many bytes at a time. It compares
+// bytes, not characters: letter case is ignored for ASCII letters only, or not at all.
 #pragma once
 
 #include <cstddef>
@@ -31,7 +31,8 @@ private:
 
     std::string m_needle;
     LetterCase m_letterCase;
-    // The two bytes of the needle that are looked for first: those that texts have least often.
+    // The two bytes of the needle that are searched first: the two that are least frequent in
+    // texts.
     std::size_t m_firstProbe = 0, m_secondProbe = 0;
 };
 

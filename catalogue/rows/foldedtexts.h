@@ -1,6 +1,7 @@
-// catalogue/rows/foldedtexts.h - the texts of all rows in upper case, one column behind the other,
-// in a file without a name: what a condition of LIKE alone is answered from, faster than the engine
-// reads its rows. Read in pieces of time; it is dropped when the catalogue has changed.
+// catalogue/rows/foldedtexts.h - the texts of all rows in upper case, column by column, in a
+// temporary file. Conditions that consist of LIKE alone are searched in it, which is faster than
+// reading the rows with SQLite. It is filled in short pieces of work, and discarded when the
+// catalogue has changed.
 #pragma once
 
 #include "catalogue/rows/likesearch.h"
@@ -18,7 +19,7 @@
 namespace catalogue
 {
 
-// Which rows, one bit each, in the order of the table.
+// A set of rows, one bit for each, in the order of the table.
 class RowBits
 {
 public:
@@ -42,18 +43,18 @@ public:
     // The columns that are kept.
     static constexpr std::array<std::string_view, 8> kColumns = {
         "Title", "Artist", "Album", "Year", "Comment", "Genre", "Path", "Lyrics"};
-    static constexpr std::uint64_t kMostBytes = 512u << 20; // a catalogue with more is not kept
+    static constexpr std::uint64_t kMostBytes = 512u << 20; // a larger catalogue is not kept
 
-    // `handle` is this object's alone: what it reports of changes is what others did. `folder` is
-    // where the file is.
+    // `handle` is used by this object only, so every change that it reports was made by others.
+    // `folder` is the folder of the temporary file.
     FoldedTexts(std::shared_ptr<SqliteHandle> handle, const std::string &folder);
 
     // Reads rows for about `budgetMs`.
-    // Returns: whether there is more to read. False when all is there, and when it cannot be: the
-    //          disk is full, the catalogue was changed meanwhile.
+    // Returns: whether there is more to read. False when all rows have been read, and when that is
+    //          impossible: the disk is full, the catalogue was changed meanwhile.
     bool ReadSome(std::int64_t budgetMs);
 
-    // Whether all rows were read and nobody has changed the catalogue since.
+    // Whether all rows have been read and the catalogue has not changed since.
     [[nodiscard]] bool IsCurrent();
 
     // Whether it was given up: it will never be current.
@@ -66,7 +67,7 @@ public:
 private:
     enum class State { Reading, Complete, GivenUp };
 
-    // Texts of neighbouring rows in the file, one behind the other.
+    // Texts of neighbouring rows in the file, one after the other.
     struct Block {
         std::uint64_t offset = 0;
         std::uint32_t bytes = 0;
@@ -74,11 +75,11 @@ private:
     };
     struct Column {
         std::vector<Block> blocks;
-        std::vector<std::uint32_t> ends; // of each row's text, within its block
+        std::vector<std::uint32_t> ends; // the end of each row's text in its block
         std::vector<std::size_t> nulls;  // rows, ascending
-        std::string open;                // the block that grows
+        std::string open;                // the block that is being filled
     };
-    struct Wanted; // a term's pattern and what it found
+    struct Wanted; // a term's pattern and the rows found
 
     void ReadRows(std::int64_t untilMs);
     [[nodiscard]] bool AddRow(sqlite3_stmt *row);

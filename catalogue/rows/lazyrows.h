@@ -1,10 +1,10 @@
-// catalogue/rows/lazyrows.h - a result that holds the row numbers in their order and reads a column
-// only when it is asked for, over its own connection and snapshot. A caller cannot tell it from a
-// copy: it copies itself whole before its snapshot grows old and before the catalogue is closed.
+// catalogue/rows/lazyrows.h - a result that keeps the sorted row numbers and reads a column only
+// when it is needed, by its own connection and snapshot. For a caller it is the same as a copy: it
+// copies all its rows before its snapshot becomes old and before the catalogue is closed.
 //
 // Measured against a plain copy that is sorted by the same ranks (bench/catalogue.cpp, 100,000
-// songs, the seven sorted reads behind the field tree, which use one column each): 0.24 of the time
-// of the bare walks against 0.92, and 125 MiB at the peak of the run against 196 MiB.
+// songs, the seven sorted reads that fill the field tree, which use one column each): 0.24 of the
+// time of the bare walks against 0.92, and 125 MiB at the peak of the run against 196 MiB.
 #pragma once
 
 #include "catalogue/rows/rowtable.h"
@@ -20,7 +20,7 @@
 namespace catalogue
 {
 
-// A connection inside a read transaction; `release` gets the connection back at the end.
+// A connection inside a read transaction; the destructor returns the connection by `release`.
 struct Snapshot {
     std::shared_ptr<SqliteHandle> handle;
     std::function<void(std::shared_ptr<SqliteHandle>)> release;
@@ -37,12 +37,12 @@ using Binding = std::function<void(sqlite3_stmt *)>; // binds a statement's para
 class LazyRecordset : public RecordsetBase
 {
 public:
-    // Runs the query: finds the rows, sorts them, keeps the columns that they are sorted by.
+    // Runs the query: finds the rows, sorts them, and keeps the columns by which they are sorted.
     // Errors: ProviderFailure.
     LazyRecordset(std::unique_ptr<Snapshot> snapshot, const RowQuery &query, const Binding &bind,
                   ColumnNames columns);
 
-    // The rows of these numbers, as `snapshot` has them.
+    // The rows with these numbers, as they are in `snapshot`.
     LazyRecordset(std::unique_ptr<Snapshot> snapshot, std::vector<std::int64_t> rows,
                   ColumnNames columns);
     ~LazyRecordset() override;
@@ -51,14 +51,14 @@ public:
 
     std::int64_t RecordCount() const override { return static_cast<std::int64_t>(m_rows.size()); }
 
-    // As in RecordsetBase; also kDeviceIoError where the file is damaged.
+    // As in RecordsetBase. Errors: also kDeviceIoError when the file is damaged.
     std::string_view Text(int index) const override;
     bool IsNull(int index) const override;
 
     // Whether every name in the order is a column.
     static bool CanSort(const RowQuery &query, const std::vector<std::string> &columns);
 
-    // Has each result that is at least `ageMs` old copy itself.
+    // Makes each result that is at least `ageMs` old copy its rows.
     static void CopyAll(std::int64_t ageMs);
 
 private:

@@ -1,5 +1,5 @@
-// catalogue/rows/likesearch.h - a condition of LIKE alone with its patterns, ready to be asked row
-// by row. No state.
+// catalogue/rows/likesearch.h - a condition that consists of LIKE alone, with its patterns, for
+// checking row after row. No state.
 #pragma once
 
 #include "catalogue/rows/textmatch.h"

@@ -1,5 +1,5 @@
 // catalogue/rows/rowtable.h - the rows of a result, copied out of the engine: all bytes in one
-// piece.
+// block.
 #pragma once
 
 #include "catalogue/recordset.h"
@@ -41,7 +41,7 @@ private:
     std::vector<Cell> m_cells;
 };
 
-// What every open result shares: its fields and its position.
+// The common part of all open results: fields and position.
 class RecordsetBase : public Recordset
 {
 public:
@@ -61,7 +61,7 @@ public:
     int FindField(std::string_view name) const override;
 
 protected:
-    // Throws as Text is said to do.
+    // Throws the errors of Text.
     void CheckField(int index) const;
 
     ColumnNames m_columns;

@@ -15,23 +15,24 @@ namespace catalogue
 bool SameTrimmed(std::string_view first, std::string_view second);
 
 // A pattern of LIKE, folded once: "%" matches any characters, "_" one, all others match
-// themselves without regard to letter case. What follows the escape character, if there is one, is
-// matched as it is.
+// themselves without regard to letter case. The character after the escape character, if there is
+// one, matches only itself.
 class LikePattern
 {
 public:
     explicit LikePattern(std::string_view pattern, std::string_view escape = {});
 
-    // Whether the whole of `text` is as the pattern says.
+    // Whether the whole `text` matches the pattern.
     [[nodiscard]] bool Matches(std::string_view text) const;
 
     // The same for a text that is in upper case already (runtime::UpperText).
     [[nodiscard]] bool MatchesUpper(std::string_view upper) const;
 
-    // The longest piece without a wildcard, in upper case: a text without it does not match.
+    // The longest piece without a wildcard, in upper case: a text that does not contain it does not
+    // match.
     [[nodiscard]] const ByteSearch &LongestPiece() const { return m_piece; }
 
-    // Whether every text with that piece in it matches.
+    // Whether every text that contains this piece matches.
     [[nodiscard]] bool IsContains() const { return m_isContains; }
 
 private:

@@ -1,5 +1,5 @@
-// catalogue/rows/textpool.h - the distinct texts of a column, each kept once, and their order. A
-// column of 100,000 artists has a few thousand texts: they are sorted, not the rows.
+// catalogue/rows/textpool.h - the different texts of a column, each stored once, and their order. A
+// column of 100,000 artists has a few thousand different texts: these are sorted, not the rows.
 #pragma once
 
 #include "runtime/keyindex.h"
@@ -20,18 +20,18 @@ public:
 
     TextPool();
 
-    // The number of `text`; texts of equal bytes share one.
+    // The number of `text`; texts with equal bytes have the same one.
     std::uint32_t Add(std::string_view text);
 
     // The text of a number, empty for kNull; stays valid as long as the pool.
     [[nodiscard]] std::string_view At(std::uint32_t number) const { return m_texts[number]; }
     [[nodiscard]] std::size_t Count() const { return m_texts.size(); }
 
-    // For each number its place in the catalogue's order, from 0; texts that compare equal share
-    // one, and a null comes first. `asNumbers`: by their value.
+    // For each number its place in the catalogue's order, from 0; texts that compare equal have the
+    // same one, and a null comes first. `asNumbers`: sorted by their numeric values.
     [[nodiscard]] std::vector<std::uint32_t> Ranks(bool asNumbers) const;
 
-    // Frees what only Add needs; none follows.
+    // Frees the memory that only Add needs; Add must not be called any more.
     void Finish();
 
 private:
@@ -40,7 +40,7 @@ private:
     std::vector<std::string_view> m_texts; // into m_chunks
     runtime::KeyIndex m_index;             // of the texts, by their bytes
     std::deque<std::string> m_chunks;      // never reallocated once begun
-    std::uint32_t m_last = kNull;          // equal texts often follow one another
+    std::uint32_t m_last = kNull;          // the last number: equal texts often follow each other
 };
 
 } // namespace catalogue

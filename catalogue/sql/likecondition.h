@@ -1,6 +1,6 @@
 // catalogue/sql/likecondition.h - a condition that consists of LIKE alone, such as
-// "Title LIKE ? AND Title LIKE ? OR Artist LIKE ?", taken apart, so that it can be answered without
-// the engine. No state.
+// "Title LIKE ? AND Title LIKE ? OR Artist LIKE ?", parsed, so that it can be evaluated without
+// SQLite. No state.
 #pragma once
 
 #include "catalogue/sql/statementtokens.h"
@@ -13,7 +13,7 @@
 namespace catalogue
 {
 
-// A condition with more terms is left to the engine.
+// Conditions with more terms are evaluated by SQLite.
 inline constexpr std::size_t kMostLikeTerms = 500;
 
 // A term, or several parts of which all or any must hold.
@@ -31,7 +31,7 @@ struct LikeCondition {
 
 // The condition that consists of the tokens from `first` up to but not including `last`.
 // Returns: nullopt when there is anything in it but names, LIKE, texts or values, AND, OR and
-//          brackets, or more of these than anyone writes.
+//          brackets, or more than kMostLikeTerms terms.
 [[nodiscard]] std::optional<LikeCondition> ReadLikeCondition(const std::vector<Token> &tokens,
                                                              std::size_t first, std::size_t last);
 

@@ -1,5 +1,4 @@
-// catalogue/sql/statementtext.h - turns a statement of the program into one that SQLite takes. Pure
-// text work, no state.
+// catalogue/sql/statementtext.h - translates a statement of the program for SQLite. No state.
 //   'text'              becomes a parameter, so that NULs and megabytes pass
 //   #date#, a value     become parameters as well
 //   DELETE * FROM       loses its "*"
@@ -35,24 +34,24 @@ struct OrderTerm {
     bool descending = false;
 };
 
-// "SELECT * FROM MP3s", with or without a condition and an order: its rows can be sorted by their
-// numbers, and their columns read late.
+// "SELECT * FROM MP3s", with or without a condition and an order: its rows can be found and sorted
+// first, and their columns read later (catalogue/rows/lazyrows.h).
 struct RowQuery {
     std::string condition;              // translated; empty when there is none
-    std::optional<LikeCondition> likes; // the same of a plain statement, where it is LIKE alone
+    std::optional<LikeCondition> likes; // of a plain statement whose condition is LIKE alone
     std::vector<OrderTerm> order;
 };
 
-// What a parameter of a translated statement is bound to.
+// The value that is bound to a parameter of a translated statement.
 struct Parameter {
     std::string_view literal;              // points into the statement or into `unquoted`
-    std::optional<std::size_t> valueIndex; // one of the statement's values instead
+    std::optional<std::size_t> valueIndex; // of one of the statement's values, if it is one
 };
 
 struct Translated {
     std::string sql;
     std::vector<Parameter> parameters; // ?1, ?2, ...
-    std::deque<std::string> unquoted;  // literals that held doubled apostrophes
+    std::deque<std::string> unquoted;  // literals that contained doubled apostrophes
     Verb verb = Verb::Other;
     bool isRowQuery = false;
     bool hasOpenMarker = false; // a parameter for which the program gave no value

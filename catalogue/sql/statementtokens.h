@@ -24,14 +24,14 @@ enum class TokenKind {
 
 struct Token {
     TokenKind kind = TokenKind::Mark;
-    std::string_view text;      // as the statement has it
+    std::string_view text;      // the text in the statement
     std::size_t valueIndex = 0; // of a Placed: which of the statement's values
 
     // Whether it is this keyword or mark; keywords compare without regard to letter case.
     [[nodiscard]] bool Is(std::string_view word) const;
 };
 
-// All tokens of `statement` in their order; blanks, line ends and comments are passed over.
+// All tokens of `statement` in their order; blanks, line ends and comments are skipped.
 std::vector<Token> TokensOf(std::string_view statement);
 
 // The same for a statement with values; its text must outlive the tokens.

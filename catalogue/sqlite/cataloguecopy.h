@@ -8,14 +8,14 @@
 namespace catalogue
 {
 
-// So many copies are kept; older ones are removed.
+// This many copies are kept; older ones are removed.
 inline constexpr std::size_t kCopiesKept = 3;
 
 // Copies the catalogue file at `path` to the folder `Backup` beside it, as "MP3s 2026-03-05
-// 07-08-09.mdb" (local time; "_2" and so on behind it where that is taken). The copy is whole and
-// on the disk when the call returns.
-// Returns: the reason when it could not be made; nothing of it is left then. Empty when it is
-// there.
+// 07-08-09.mdb" (local time; "_2" and so on is added when the name is taken). The copy is complete
+// and on the disk when the call returns.
+// Returns: the reason when the copy could not be made; no part of it is left then. Otherwise the
+// empty text.
 [[nodiscard]] std::string CopyCatalogue(const std::string &path);
 
 } // namespace catalogue

@@ -1,5 +1,5 @@
-// catalogue/sqlite/cataloguefile.h - a catalogue file that the process has in use: its connections,
-// kept warm between statements, its turn to write, and the snapshots of its late results.
+// catalogue/sqlite/cataloguefile.h - a catalogue file that the process uses: its connections, which
+// stay open between statements, its turn to write, and the snapshots of its lazy results.
 #pragma once
 
 #include "catalogue/rows/foldedtexts.h"
@@ -21,18 +21,18 @@ namespace catalogue
 struct StoredQuery {
     std::string text; // as the file has it
     Translated statement;
-    std::string wholePath; // what runs instead for one exact path; empty when nothing does
+    std::string wholePath; // the query that is run for one exact path; empty when there is none
 };
 
 class CatalogueFile : public std::enable_shared_from_this<CatalogueFile>
 {
 public:
-    // The file at `path`, opened at the first call and looked at again at each later one,
-    // unless a transaction is open on it. Errors: ProviderFailure as InspectCatalogueFile, and as
+    // The file at `path`. The first call opens it; each later one checks it again, unless a
+    // transaction is open on it. Errors: ProviderFailure as InspectCatalogueFile, and as
     // SqliteHandle's constructor.
     static std::shared_ptr<CatalogueFile> At(const std::string &path);
 
-    // Closes all connections of all files in order, so that each file alone is whole.
+    // Closes all connections of all files in order, so that each file is complete without its log.
     static void CloseAll();
 
     explicit CatalogueFile(std::string path);
@@ -42,13 +42,13 @@ public:
 
     SqliteHandle &Main() { return *m_main; }
 
-    // A further connection, out of those kept or new, and back.
+    // Get a further connection, kept or new, and give it back.
     std::shared_ptr<SqliteHandle> TakeHandle();
     void ReturnHandle(std::shared_ptr<SqliteHandle> handle);
     std::unique_ptr<Snapshot> TakeSnapshot();
 
-    // Reads texts ahead for FindTexts, for about `budgetMs`, and anew when the catalogue has
-    // changed. Returns: whether there is more to read; false also where nothing can be kept.
+    // Reads texts ahead for FindTexts, for about `budgetMs`, and again when the catalogue has
+    // changed. Returns: whether there is more to read; false also when nothing can be kept.
     bool ReadTextsAhead(std::int64_t budgetMs);
 
     // The numbers of the rows that the search finds in the catalogue as it is now, ascending;
@@ -56,10 +56,10 @@ public:
     std::optional<std::vector<std::int64_t>> FindTexts(const LikeSearch &search);
 
     // Begins a transaction that writes on one of the file's connections: waits for other processes,
-    // which pass one by one (catalogue/lockwait.h). Events may run meanwhile, and may close the
-    // catalogue: the caller keeps this object alive.
-    // Errors: ProviderFailure when the wait is given up, or at once when a transaction of this
-    //         process is in the way, or when another wait of this process is under way.
+    // which write one after the other (catalogue/lockwait.h). Events may run meanwhile, and may
+    // close the catalogue: the caller must keep this object alive.
+    // Errors: ProviderFailure when the wait takes too long, or at once when another transaction or
+    //         another wait of this process is active.
     void BeginWrite(SqliteHandle &handle);
     void Commit(SqliteHandle &handle);
     void RollBack(SqliteHandle &handle);
@@ -77,8 +77,8 @@ public:
     const StoredQuery &Query(std::string_view name);
 
     // The kept translation of a plain statement with the same words and the same places of its
-    // values; null when there is none. Keep takes one that holds nothing of the statement's own:
-    // all its parameters are values. It lives as long as this object.
+    // values; null when there is none. Keep stores a translation that does not refer to the
+    // statement: all its parameters are values. It exists as long as this object.
     [[nodiscard]] const Translated *KeptTranslation(const Statement &statement) const;
     void Keep(const Statement &statement, const Translated &translated);
 
@@ -92,7 +92,7 @@ private:
     WriteQueue m_queue;
     std::unique_ptr<SqliteHandle> m_main;
     std::vector<std::shared_ptr<SqliteHandle>> m_idle;
-    std::shared_ptr<SqliteHandle> m_textsHandle;                  // of m_texts alone
+    std::shared_ptr<SqliteHandle> m_textsHandle;                  // used only by m_texts
     std::unique_ptr<FoldedTexts> m_texts;                         // null until texts are read ahead
     std::map<std::string, StoredQuery> m_queries;                 // by upper-cased name
     std::vector<std::pair<Statement, Translated>> m_translations; // the statements without values

@@ -1,5 +1,5 @@
-// catalogue/sqlite/scratchfile.h - a file without a name: bytes that need not be in memory. It is
-// the user's alone, and gone with the process in any case.
+// catalogue/sqlite/scratchfile.h - a temporary file without a name, for bytes that need not be in
+// memory. Only the user can read it, and it disappears with the process in any case.
 #pragma once
 
 #include <cstddef>
@@ -13,14 +13,14 @@ namespace catalogue
 class ScratchFile
 {
 public:
-    // Makes one on the disk of `folder`. Where that cannot be, every call below reports false.
+    // Creates one on the disk of `folder`. If that fails, all calls below return false.
     explicit ScratchFile(const std::string &folder);
     ~ScratchFile();
     ScratchFile(const ScratchFile &) = delete;
     ScratchFile &operator=(const ScratchFile &) = delete;
 
-    // Writes behind what was written before. Returns: whether all of it is there; a disk with less
-    // than kLeftFreeBytes of room takes no more.
+    // Appends bytes. Returns: whether all were written; nothing more is written when the disk has
+    // less than kLeftFreeBytes of free space.
     [[nodiscard]] bool Append(std::string_view bytes);
     [[nodiscard]] std::uint64_t Size() const { return m_size; }
 
@@ -34,7 +34,7 @@ private:
 
     int m_file;
     std::uint64_t m_size = 0;
-    std::uint64_t m_checkedAt = 0; // the size when the room was looked at
+    std::uint64_t m_checkedAt = 0; // the size when the free space was last checked
 };
 
 } // namespace catalogue

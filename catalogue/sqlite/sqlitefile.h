@@ -1,5 +1,5 @@
-// catalogue/sqlite/sqlitefile.h - finds out, before SQLite touches it, whether a file can be a
-// catalogue. Reads only; nothing here writes to the file or to what is beside it. No state.
+// catalogue/sqlite/sqlitefile.h - checks, before SQLite opens it, whether a file can be a
+// catalogue. It only reads: it does not write to the file or to its log. No state.
 // Source: the database file format and write-ahead log format as published with SQLite.
 #pragma once
 
@@ -10,7 +10,7 @@
 namespace catalogue
 {
 
-// What identifies the file at a path: it changes when the file is replaced.
+// The identity of the file at a path: it changes when the file is replaced.
 struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
@@ -19,7 +19,7 @@ struct FileIdentity {
 
 inline constexpr int kHeaderBytes = 100; // of the first page
 
-// Looks at the file at `path`.
+// Checks the file at `path`.
 // Returns: its identity.
 // Errors:  ProviderFailure: kGenericFailure when it is absent, no plain file, empty, without a
 //          sound header, or shorter than its header says with the missing pages not in the log

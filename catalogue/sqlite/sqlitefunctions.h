@@ -1,6 +1,5 @@
-// catalogue/sqlite/sqlitefunctions.h - what a connection to the catalogue knows beyond stock
-// SQLite: the names that statementtext.h writes into a statement. The file itself names none of
-// them.
+// catalogue/sqlite/sqlitefunctions.h - adds functions to a connection to the catalogue: the names
+// that statementtext.h writes into statements. The catalogue file itself uses none of them.
 #pragma once
 
 #include "catalogue/rows/likesearch.h"
@@ -17,9 +16,9 @@ namespace catalogue
 // letter case; with an escape as third argument), and found_by_like, see BindLikeSearch.
 void AddTextFunctions(sqlite3 *db);
 
-// Binds `search` to a parameter (from 1) of a statement, which it outlives. There it is the first
-// argument of found_by_like(?, column, ...), which takes the search's columns in their order and
-// says whether the row is found.
+// Binds `search` to a parameter (from 1) of a statement, which it outlives. The parameter is the
+// first argument of found_by_like(?, column, ...); the others are the columns of the search in
+// their order. The function returns whether the row is found.
 void BindLikeSearch(sqlite3_stmt *statement, int parameter, const LikeSearch &search);
 
 // The words of that call, for parameter 1.

@@ -1,7 +1,7 @@
-// catalogue/sqlite/sqlitehandle.h - one SQLite connection as the catalogue uses it: its prepared
-// statements kept, its own text functions in place, nothing allowed but reading and writing rows. A
-// statement that writes takes its values from nowhere but itself: no query, function or recursion.
-// A statement that has not come to its end when the program has to is ended.
+// catalogue/sqlite/sqlitehandle.h - one SQLite connection as the catalogue uses it: it keeps its
+// prepared statements, has the program's text functions, and allows only reading and writing rows.
+// A statement that writes may contain no query, function or recursion. A statement that is still
+// running when the program has to end is interrupted.
 #pragma once
 
 #include "catalogue/provider.h"
@@ -30,7 +30,7 @@ struct Prepared {
 class SqliteHandle
 {
 public:
-    // Opens the file, which must be there, for reading and writing.
+    // Opens the file, which must exist, for reading and writing.
     // Errors: ProviderFailure; kGenericFailure when it is no database or damaged in its first page.
     explicit SqliteHandle(const std::string &path);
     ~SqliteHandle();
@@ -39,7 +39,7 @@ public:
 
     [[nodiscard]] sqlite3 *Db() const { return m_db; }
 
-    // The statement for `sql`, prepared at its first use and kept. Ready to be bound.
+    // The statement for `sql`, prepared at its first use and kept. Its parameters can be bound.
     // Errors: ProviderFailure, also when there is text after the statement.
     const Prepared &Prepare(std::string_view sql);
 
@@ -55,16 +55,16 @@ public:
     // Whether readers keep their snapshot while another connection writes.
     [[nodiscard]] bool HasSnapshots() const { return m_isWal; }
 
-    // While off, a lock is reported at once; while on (as at the start) it is waited for. Returns
-    // what it was before.
+    // False: a lock is reported at once. True (the value at the start): SQLite waits for it.
+    // Returns the former value.
     bool WaitForLocks(bool on) { return std::exchange(m_waits, on); }
 
-    // While on, the connection keeps only as many pages as stay in a processor's cache: for a walk
+    // True: the connection keeps only as many pages as fit into a processor's cache. For a walk
     // that reads each page once.
     void KeepFewPages(bool on);
 
-    // The engine's count of what other connections have committed: it differs from an earlier one
-    // of the same handle when there is something new. -1 when it cannot say.
+    // The engine's count of what other connections have committed: it differs from an earlier value
+    // of the same handle when there has been a change. -1 when it is not known.
     [[nodiscard]] std::int64_t DataVersion();
 
     // The bytes at the start of the file as it is now, through SQLite's own open file: another
@@ -94,14 +94,13 @@ private:
     std::vector<std::string> m_mp3Columns;
     bool m_isWal = false;
     bool m_waits = true;
-    bool m_isOwn = false;    // a statement of the provider itself is under way
+    bool m_isOwn = false;    // a statement of the provider itself is running
     bool m_mayQuery = false; // the statement under preparation is a SELECT
     std::int64_t m_busySinceMs = 0;
-    std::int64_t m_endAskedMs =
-        0; // since when a statement has gone on though the end was asked for
+    std::int64_t m_endAskedMs = 0; // when a running statement noticed that the program is to end
 };
 
-// Resets a statement and lets go of what was bound, at the end of its use.
+// The destructor resets the statement and clears its bindings.
 class StatementUse
 {
 public:

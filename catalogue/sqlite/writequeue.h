@@ -1,6 +1,6 @@
 // catalogue/sqlite/writequeue.h - the queue of the processes that wait to write: a lock file that
-// one of them at a time holds. A process that commits its rows in groups looks at it before a row,
-// once in a millisecond, so that a waiting process gets its turn within milliseconds.
+// one of them at a time has locked. A process that commits its rows in groups looks at it before a
+// row, once in a millisecond, so that a waiting process gets its turn within milliseconds.
 #pragma once
 
 #include <string>
@@ -21,8 +21,8 @@ public:
     // Whether another process (or another object of this one) waits. One system call.
     [[nodiscard]] bool IsAnotherWaiting();
 
-    // Takes the place of the one that waits; false when another has it. It is free again after
-    // Leave, and when the process ends.
+    // Enters the queue's only place. Returns: false when another process is in it. It is free again
+    // after Leave, and when the process ends.
     [[nodiscard]] bool TryEnter();
     void Leave();
 

@@ -1,5 +1,5 @@
-// platform/player/audacious.h - the player Audacious as platform::Player has it: each raw message
-// becomes a call on the session's D-Bus. Written for its version 4.2.
+// platform/player/audacious.h - implements platform::Player for the player Audacious: each raw
+// message becomes a call on the session's D-Bus. Written for its version 4.2.
 #pragma once
 
 #include "platform/player.h"
@@ -15,8 +15,8 @@ namespace platform::player
 class AudaciousPlayer : public Player
 {
 public:
-    // `answerMs`: how long a call waits for the player; after that it counts as not running until
-    // it answers.
+    // `answerMs`: how long a call waits for the player; when it does not answer in this time, it
+    // counts as not running until it answers.
     explicit AudaciousPlayer(std::int64_t answerMs = 100) : m_bus(answerMs) {}
     ~AudaciousPlayer() override; // removes the private folder
     AudaciousPlayer(const AudaciousPlayer &) = delete;
@@ -49,7 +49,7 @@ public:
     bool KnowsPlaylist() const { return m_list.IsBegun() && m_list.IsComplete(); }
 
 private:
-    // The position that was sought, until the player has caught up with it.
+    // The position of the last seek, until the player has reached it.
     struct Sought {
         std::int64_t ms;
         std::chrono::steady_clock::time_point when;
@@ -77,13 +77,13 @@ private:
 
     AudaciousBus m_bus;
     AudaciousList m_list{m_bus};
-    bool m_startsAfterEnd = false; // FindWindow starts it when the one that ends is gone
+    bool m_startsAfterEnd = false; // FindWindow starts it when the player that is closing has ended
     int m_looks = 0;               // looks that have begun and not ended
     std::int32_t m_lastState = 0, m_lastIndex = 0; // as of the last answers
     WindowHandle m_foreground = 0;
     std::optional<Sought> m_sought;
     std::optional<Enqueued> m_enqueued;
-    std::string m_folder; // private; empty until it is asked for
+    std::string m_folder; // private; empty until it is needed
 };
 
 } // namespace platform::player

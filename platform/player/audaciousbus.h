@@ -16,8 +16,8 @@
 namespace platform::player
 {
 
-// A player that did not answer in time is silent: it is asked nothing more but one question without
-// a limit, and the answer to that ends the silence.
+// A player that did not answer in time is "silent": it gets only one more question, without a
+// limit, and is no longer silent when it answers that.
 class AudaciousBus
 {
 public:
@@ -27,30 +27,30 @@ public:
     AudaciousBus(const AudaciousBus &) = delete;
     AudaciousBus &operator=(const AudaciousBus &) = delete;
 
-    // Takes in what has come; connects where there is no connection. A player that was not known
-    // yet gets one call's time for its first answer. One that is starting is not asked anything: it
-    // would end at a question that comes too early.
+    // Handles the messages that have come; connects when there is no connection. A player that has
+    // just been found gets the time of one call for its first answer. A player that is starting is
+    // not asked anything: a question that comes too early would make it end.
     void Look();
 
-    bool IsOwned() const { return !m_owner.empty(); } // its name is on the bus
-    // A player that ends gives up its name first, and writes its list then.
+    bool IsOwned() const { return !m_owner.empty(); } // a player has its name on the bus
+    // A player that ends releases its name first and writes its list after that.
     bool IsEnding() const { return m_owner.empty() && !m_remoteOwner.empty(); }
     bool IsAnswering() const { return IsOwned() && !m_silent; }
 
-    // The number of the player's run, as often as one was found; 0 while none is there.
+    // A number that is different for each run of the player; 0 when there is none.
     std::uint32_t Run() const { return IsOwned() ? m_run : 0; }
 
-    // Questions: nothing when the player is silent or refuses. `argument` goes where the method
-    // takes a number.
+    // Questions. Returns: nullopt when the player is silent or refuses. `argument` is passed to
+    // methods that take a number.
     std::optional<std::string> AskText(const char *method,
                                        std::optional<std::uint32_t> argument = {});
     std::optional<std::uint32_t> AskUnsigned(const char *method);
     std::optional<std::int32_t> AskInt(const char *method,
                                        std::optional<std::uint32_t> argument = {});
 
-    // Sends these questions at once, behind an order to select the list that plays. Until the next
-    // order, ForgetAnswers, or for the time of one call, the calls above take their answers from
-    // them. Nothing when the player is silent.
+    // Sends these questions at once, after an order to select the list that plays. The calls above
+    // use their answers until the next order, until ForgetAnswers, or for the time of one call.
+    // Does nothing when the player is silent.
     struct Question {
         const char *method;
         std::optional<std::uint32_t> argument;
@@ -59,18 +59,18 @@ public:
     bool HasAskedAhead() const;
     void ForgetAnswers();
 
-    // Orders are sent and not waited for: the player does them in their order, before it answers
-    // the next question. One that fell silent a moment ago still gets them.
+    // Orders are sent without waiting: the player carries them out in order, before it answers the
+    // next question. They are still sent to a player that became silent a moment ago.
     void Order(const char *method);
     void Order(const char *method, std::uint32_t argument);
     void Order(const char *method, const std::string &argument);
 
-    // Has the player's methods mean the list that it plays from; the one that it shows when it is
-    // stopped. An order as well, but left out where AskAhead has sent it already.
+    // Makes the player's methods refer to the list that it plays from, or to the list that it shows
+    // when it is stopped. This is an order too; it is not sent when AskAhead has sent it already.
     void SelectPlayingList();
 
-    // A question whose answer comes with a later Look; `taken` gets nothing when there is none. All
-    // that are under way are dropped when the player goes.
+    // A question whose answer comes with a later Look; `taken` is called with nullopt when there is
+    // none. All open questions are dropped when the player ends.
     void AskTextLater(const char *method, std::uint32_t argument,
                       std::function<void(std::optional<std::string>)> taken);
     std::size_t Pending() const { return m_later.size(); }
@@ -101,10 +101,10 @@ private:
     const std::int64_t m_answerMs;
     sd_bus *m_bus = nullptr;
     sd_bus_slot *m_probe = nullptr; // the question without a limit
-    bool m_ownerKnown = false;      // the bus has told who has the name
+    bool m_ownerKnown = false;      // the bus has reported the owner of the name
     std::string m_owner;            // unique name; empty without a player
-    // Who has the name of the remote control, which comes last. For a while that is the player
-    // that ends, when the next one is there already.
+    // The owner of the name of the remote control, which a player takes last. While one player ends
+    // and the next one has started, that is the old one for a while.
     std::string m_remoteOwner;
     std::int64_t m_ownedSinceMs = 0;
     std::uint32_t m_run = 0;

@@ -1,5 +1,5 @@
-// platform/player/unknownplayer.h - stands for a player whose name the settings have and the
-// program does not know: it never runs, and says so when it is to be started.
+// platform/player/unknownplayer.h - used when the settings name a player that the program does not
+// know: it never runs, and reports that when it is to be started.
 #pragma once
 
 #include "platform/player.h"
@@ -14,7 +14,7 @@ namespace platform::player
 class UnknownPlayer : public Player
 {
 public:
-    // `known`: the names of the players that there are, for the words.
+    // `known`: the names of the known players, for the message.
     UnknownPlayer(std::string name, std::string known)
         : m_name(std::move(name)), m_known(std::move(known))
     {

@@ -10,9 +10,9 @@ namespace platform::posix
 {
 
 // A type becomes a MIME type, a kind of text/plain with the extension as its pattern and the
-// description as its comment: a double click opens it in the user's editor. Where the program of
-// its open command can be found, that program is registered for it as well. The databases are
-// built again (update-mime-database, update-desktop-database) only when a file of them changed.
+// description as its comment: a double click opens it in the user's editor. If the program of its
+// open command can be found, that program is registered for it too. The databases are rebuilt
+// (update-mime-database, update-desktop-database) only when one of their files changed.
 // Source: the shared MIME-info and desktop entry specifications of freedesktop.org.
 class DesktopFileTypes : public FileTypes
 {

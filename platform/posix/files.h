@@ -29,23 +29,24 @@ private:
 // is something else; a FIFO or device is not waited for (errno EINVAL).
 std::optional<std::string> ReadRegularFile(const std::string &path, std::size_t maxBytes);
 
-// Makes the file hold `bytes`, in one step for every reader: written beside it, then renamed. An
-// existing file keeps its mode, a new one gets `mode`; a symbolic link is followed. Not flushed.
-// False, with errno set and the old file as it was, when that failed.
+// Replaces the content of the file by `bytes`, in one step for every reader: a new file is written
+// beside it and then renamed. An existing file keeps its mode, a new one gets `mode`; a symbolic
+// link is followed. Not flushed. Returns: false, with errno set, when that failed; the old file is
+// unchanged then.
 bool ReplaceFile(const std::string &path, std::string_view bytes, unsigned mode = 0644);
 
-// Appends `bytes` to the file, in one write where the system takes them at once, so that what other
-// processes append does not mix with it. A missing file is made, readable by its owner alone. Not
-// flushed. False, with errno set, when that failed; what is no regular file (a FIFO, a device) is
-// refused at once (EINVAL, ENXIO).
+// Appends `bytes` to the file, in one write if the operating system takes all of them at once, so
+// that they do not mix with what other processes append. A missing file is created, readable only
+// by its owner. Not flushed. Returns: false, with errno set, when that failed; anything but a
+// regular file (a FIFO, a device) is refused at once (EINVAL, ENXIO).
 bool AppendToFile(const std::string &path, std::string_view bytes);
 
-// A file that many short texts are appended to, one after the other: each has reached the file when
-// the call returns, as with AppendToFile, without opening it each time.
+// A file to which many short texts are appended: each is in the file when the call returns, as with
+// AppendToFile, but the file is opened only once.
 class Appender
 {
 public:
-    // Makes the file hold nothing. False as a bool, with errno set, when that failed; other kinds
+    // Empties the file. The object converts to false, with errno set, when that failed; other kinds
     // of files are refused as above.
     explicit Appender(std::string path);
 
@@ -54,7 +55,8 @@ public:
     Appender(const Appender &) = delete;
     Appender &operator=(const Appender &) = delete;
 
-    // A file that was deleted meanwhile is made again. False, with errno set, when that failed.
+    // A file that was deleted meanwhile is created again. Returns: false, with errno set, when that
+    // failed.
     bool Append(std::string_view bytes);
 
 private:
@@ -68,12 +70,12 @@ private:
 // has less to wait for. It is no flush, waits for nothing and reports nothing.
 void StartWritingBack(const std::string &path);
 
-// Whether this process may read and write what is there: 0, or the errno why not (EACCES, EROFS,
+// Whether this process may read and write the file: 0, or the errno why not (EACCES, EROFS,
 // ENOENT).
 int CheckAccess(const std::string &path);
 
-// Makes the folder and those above it, open to their owner alone. False, with errno set, when it is
-// not there afterwards.
+// Creates the folder and those above it, accessible only to their owner. Returns: false, with errno
+// set, when it does not exist afterwards.
 bool MakeFolders(const std::string &path);
 
 } // namespace platform::posix

@@ -1,4 +1,4 @@
-// platform/posix/helperthread.h - threads beside that of the logic, for calls that wait for a disk.
+// platform/posix/helperthread.h - additional threads, for calls that wait for a disk.
 #pragma once
 
 #include <functional>
@@ -6,9 +6,9 @@
 namespace platform::posix
 {
 
-// Runs `work` on a thread of its own, which nobody waits for. Every signal is blocked there: they
-// are the main thread's. `work` throws nothing, and owns all that it uses.
-// Returns: false where no thread is to be had.
+// Runs `work` on a new thread; nobody waits for its end. All signals are blocked on it: the main
+// thread handles them. `work` must not throw, and must own everything that it uses.
+// Returns: false when no thread can be started.
 bool StartHelperThread(std::function<void()> work);
 
 } // namespace platform::posix

@@ -1,9 +1,9 @@
-// platform/posix/inidocument.h - the text of the settings file, line by line: any section, key and
-// value in any bytes come back as they went in; lines that are not ours stay as they are. No state.
+// platform/posix/inidocument.h - the text of the settings file, line by line: sections, keys and
+// values of any bytes can be stored and read again unchanged; all other lines are kept. No state.
 //
-// A name, a key or a value that the plain form would not bring back (blanks at its ends, control
-// characters, a character that means something there) is put in quotation marks, with \\, \", \n,
-// \r and \xHH inside.
+// A name, key or value that cannot be stored in plain form (blanks at its ends, control characters,
+// characters with a meaning there) is written in quotation marks, with \\, \", \n, \r and \xHH
+// inside.
 #pragma once
 
 #include <optional>
@@ -14,8 +14,8 @@
 namespace platform::posix
 {
 
-// How entries are written. Quoted: as above, lines end in LF. Plain: just as they are, for files
-// that other programs read; lines end in CR and LF, and nothing is taken out of quotation marks.
+// How entries are written. Quoted: as above, lines end in LF. Plain: unchanged, for files that
+// other programs read; lines end in CR and LF, and quotation marks have no meaning.
 enum class IniStyle { Quoted, Plain };
 
 class IniDocument
@@ -23,8 +23,8 @@ class IniDocument
 public:
     explicit IniDocument(std::string_view text, IniStyle style = IniStyle::Quoted);
 
-    // The value of the first entry of that key; names and keys compare without regard to the case
-    // of ASCII letters. Nothing when there is none.
+    // The value of the first entry of that key; in names and keys the case of ASCII letters is
+    // ignored. nullopt when there is none.
     [[nodiscard]] std::optional<std::string> Find(std::string_view section,
                                                   std::string_view key) const;
 
@@ -35,13 +35,13 @@ public:
     // Removes every entry of that key.
     void Remove(std::string_view section, std::string_view key);
 
-    // The whole text; lines that were not set are as they were, with an end at the last one.
+    // The whole text; lines that were not set are unchanged, and the last one has a line end.
     [[nodiscard]] std::string Text() const;
 
 private:
     struct Line {
         std::string raw;     // without the LF at its end
-        std::string section; // the section that it is in
+        std::string section; // the section of the line
         bool entry = false;  // "key=value"; else a head, a comment, or anything else
         std::string key, value;
     };

@@ -14,12 +14,13 @@
 namespace platform::posix
 {
 
-// Reads see the file as it is now and this process's own writes over it. Writes are held back
+// A read gives the value that this process has written, else the value in the file as it is now.
+// Writes are held back
 // until Flush, which takes the lock file beside the file, reads the file again, changes the keys
 // that this process wrote and no others, and renames the new file over the old one: a reader never
 // sees half a file, and processes keep each other's keys. The file is not flushed to the disk.
 //
-// A file that is there and cannot be read is never replaced: what was written then lasts for this
+// A file that exists but cannot be read is never replaced: what is written then is kept for this
 // run only. A title must be usable as the name of a folder.
 class IniSettings final : public SettingsStore
 {
@@ -36,16 +37,16 @@ public:
     std::string FilePath(std::string_view title) override { return PathOf(title); }
     void Flush() override;
 
-    // Called once for each title, when its writes cannot be carried out; `why` is an errno, `path`
-    // the file or its lock file. They are tried again at each Flush, and last for this run.
+    // Called once for each title when its file cannot be written; `why` is an errno, `path` the
+    // file or its lock file. Each Flush tries again, and the values are kept for this run.
     std::function<void(const std::string &path, int why)> onCannotStore;
 
-    // Called when the first write since a Flush is held back, so that an event loop can have Flush
-    // run at the end of its turn. Empty when there is none.
+    // Called at the first write after a Flush, so that an event loop can call Flush at the end of
+    // its turn. Empty when there is no loop.
     std::function<void()> onHeldBack;
 
 private:
-    struct File; // one title's file: its last known text, and the writes held back
+    struct File; // one title's file: its last known text, and the writes that wait for Flush
 
     std::string PathOf(std::string_view title) const;
     File &FileOf(std::string_view title);

@@ -20,26 +20,26 @@ struct Mount {
     std::string source; // "/dev/sda1", "server:/export"
 };
 
-// The mounts of a table in the form of /proc/self/mountinfo (proc(5)), in its order; a line that
-// has not that form is passed over.
+// The mounts of a table in the form of /proc/self/mountinfo (proc(5)), in its order; a line with
+// another form is ignored.
 std::vector<Mount> ParseMounts(std::string_view mountInfo);
 
-// Answers are kept until the kernel reports a change of its mount table, so that asking again for
-// a file of the same folder costs one system call.
+// Results are kept until the kernel reports a change of its mount table, so that a second call for
+// a file of the same folder takes one system call.
 class MountDrives : public Drives
 {
 public:
-    // Where the machine describes its disks; other places are for tests.
+    // The folders in which the kernel describes the disks; tests use others.
     struct Places {
         std::string mountInfo = "/proc/self/mountinfo";
         std::string blockDevices = "/sys/dev/block"; // by "major:minor"
         std::string labels = "/dev/disk/by-label";
         std::string home = HomeFolder(); // of the user
-        // Where the machine mounts what is its own, with all that is below.
+        // Mounts in these folders, and below them, belong to the operating system.
         std::vector<std::string> machineFolders = {"/boot",  "/dev",  "/efi", "/etc",  "/lib",
                                                    "/lib64", "/proc", "/run", "/snap", "/sys",
                                                    "/tmp",   "/usr",  "/var"};
-        // Where removable media are mounted: in a folder of the user's, or in the folder itself.
+        // The folders in which removable media are mounted: directly, or in a folder for each user.
         std::vector<std::string> userMedia = {"/media", "/run/media"};
         std::vector<std::string> media = {"/mnt"};
     };
@@ -57,12 +57,12 @@ public:
     DriveType TypeOf(const std::string &drive) override;
 
     // The file system's own answer, else the name under which the system lists the device. Remote
-    // drives are not asked: a server that is gone would hold the program. The home folder that is
-    // no mount point has its own name as its label.
+    // drives are not examined: when a server does not answer, the program would wait. If the home
+    // folder is not a mount point, its label is its name.
     std::string LabelOf(const std::string &drive) override;
 
-    // By its place among the folders for media: nothing is mounted for it there, and its folder is
-    // missing or empty.
+    // Found by its place in the folders for media: nothing is mounted there for it, and its folder
+    // is missing or empty.
     bool IsMediumMissing(const std::string &path) override;
 
     std::string SerialOf(const std::string &drive) override;
@@ -78,7 +78,7 @@ private:
     std::string DeviceOf(const Mount &mount) const;
 
     Places m_places;
-    int m_table = -1; // the open mount table; its poll reports changes
+    int m_table = -1; // the open mount table; poll reports changes of it
     bool m_known = false;
     std::vector<Mount> m_mounts;
     std::map<std::string, DriveType> m_types;    // by drive

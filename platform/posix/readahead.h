@@ -1,7 +1,7 @@
-// platform/posix/readahead.h - the files port that has the coming files on the way: helper threads
-// open them, read their first and last bytes and look for what is wanted in the first ones, while
-// the logic works. A helper touches file bytes only, knows no state of the program, and is never
-// waited for at an end.
+// platform/posix/readahead.h - a files port that reads ahead: helper threads open the files that
+// were announced, read their first and last bytes and look for what is wanted in the first ones
+// while the logic works. A helper only handles file bytes, uses no other state of the program, and
+// nobody waits for its end.
 #pragma once
 
 #include "platform/posix/systemfiles.h"
@@ -13,16 +13,16 @@
 namespace platform::posix
 {
 
-// All operations are for one thread, that of the logic. What they return is what SystemFilesPort
-// would: a file that was fetched is asked for its state once more when it is opened, and is read
-// anew where it is no longer the same. The helpers are one where files come fast and there is a
-// processor for it, and up to 16 where the logic has to wait for them; at most 64 files, which
-// take a quarter of the process's file handles at most, and about 8 MiB are held.
+// All operations may be called on one thread only, that of the logic. They return what
+// SystemFilesPort would return: the state of a fetched file is looked up again when it is opened,
+// and the file is read again when it has changed. There is one helper when files come fast and
+// there is a second processor, and up to 16 when the logic has to wait for them. At most 64 files
+// and about 8 MiB are kept, and at most a quarter of the process's file handles is used.
 class ReadAheadFiles : public SystemFilesPort
 {
 public:
-    // `source` does the opening and reading, on several threads at a time. The other owners are the
-    // helpers, which may outlive this object in the middle of a read.
+    // `source` opens and reads the files, on several threads at a time. The other owners are the
+    // helpers: one that is reading may outlive this object.
     // `processors`: that this process may use.
     explicit ReadAheadFiles(std::shared_ptr<Files> source = std::make_shared<SystemFilesPort>(),
                             unsigned processors = std::thread::hardware_concurrency());
@@ -30,12 +30,12 @@ public:
     ReadAheadFiles(const ReadAheadFiles &) = delete;
     ReadAheadFiles &operator=(const ReadAheadFiles &) = delete;
 
-    // A wait for a helper ends with -EINTR when the end of the program is asked for.
+    // A wait for a helper ends with -EINTR when the program is to end.
     int OpenToRead(const std::string &path, FileIdentity &identity) override;
     int Identify(const std::string &path, FileIdentity &identity) override;
     std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                         bool mayWait) override;
-    // A helper that has the file is given the time of a read from memory.
+    // When a helper is reading the file, this waits as long as a read from memory takes.
     std::size_t TakeStart(int handle, ByteBuffer &bytes, std::unique_ptr<Digest> &digest) override;
     void Close(int handle) override;
     bool PaysToExpect() override;
@@ -62,11 +62,11 @@ private:
     };
 
     std::shared_ptr<Files> m_source;
-    const int m_helpersKept;          // where files come fast
-    std::shared_ptr<Shared> m_shared; // null where nothing is expected
+    const int m_helpersKept;          // when files come fast
+    std::shared_ptr<Shared> m_shared; // null when no file is expected
     std::vector<OpenFile> m_open;
     FileIdentity m_now;    // of the file that is opened; kept for its path's memory
-    bool m_isSlow = false; // a call had to wait for a disk
+    bool m_isSlow = false; // whether a call had to wait for a disk
 };
 
 } // namespace platform::posix

@@ -1,6 +1,6 @@
-// platform/posix/systemfolders.h - the folders of this machine. A helper thread asks the disk, so
-// that one that never answers costs the caller its patience and no more: the thread knows its
-// question only, and nothing waits for it at the end of the process.
+// platform/posix/systemfolders.h - the folders of this machine. A helper thread reads the disk, so
+// that the caller can stop waiting for a disk that never answers. The thread only uses its own
+// question, and nobody waits for its end.
 #pragma once
 
 #include "platform/folders.h"
@@ -13,7 +13,7 @@ namespace platform::posix
 class SystemFolders : public Folders
 {
 public:
-    // What tests put in the place of the machine's own.
+    // The parts that tests replace.
     struct Places {
         // The file with the user's folders; empty for the one of the configuration folder.
         // Source: xdg-user-dirs, user-dirs.dirs(5).
@@ -28,8 +28,8 @@ public:
     SystemFolders() = default;
     explicit SystemFolders(Places places) : m_places(std::move(places)) {}
 
-    // A question about a folder for which an earlier one still waits for the disk is not asked: its
-    // answer is NoAnswer at once.
+    // While an earlier question about the same folder waits for the disk, the answer is NoAnswer at
+    // once.
     FolderContents List(const std::string &path, const std::vector<std::string> &leaveOut,
                         const KeepWaiting &keepWaiting) override;
     FolderAnswer Look(const std::string &path, const std::vector<std::string> &leaveOut,

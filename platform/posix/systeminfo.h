@@ -15,7 +15,8 @@ namespace platform::posix
 // Source: os-release(5).
 [[nodiscard]] std::string NameInRelease(std::string_view text);
 
-// Reads the first of `files` that names the system; without one the kernel's name and release.
+// Reads the first of `files` that has a name; if none has, the result is the kernel's name and
+// release.
 class OsRelease : public SystemInfo
 {
 public:

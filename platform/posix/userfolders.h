@@ -6,13 +6,13 @@
 namespace platform::posix
 {
 
-// The user's folder for configurations, for data: $XDG_CONFIG_HOME, $XDG_DATA_HOME where those are
-// absolute, else .config, .local/share in the user's home. Without a home it is a path in which
-// nothing can be made. Source: the XDG base directory rules.
+// The user's folder for configurations, for data: $XDG_CONFIG_HOME, $XDG_DATA_HOME if those are
+// absolute paths, else .config, .local/share in the user's home. Without a home the result is a
+// path in which nothing can be created. Source: the XDG base directory rules.
 std::string ConfigHome();
 std::string DataHome();
 
-// The user's home; a path in which nothing can be made when there is none.
+// The user's home; when there is none, a path in which nothing can be created.
 std::string HomeFolder();
 
 // The folder of the running program's file, without a trailing separator.
@@ -21,8 +21,8 @@ std::string ProgramFolder();
 // The value of an environment variable; empty when it is not set.
 std::string Environment(const char *name);
 
-// The name of the locale that texts follow: LC_ALL, LC_CTYPE or LANG, the first that says
-// something; "C" when none does.
+// The name of the locale that texts follow: LC_ALL, LC_CTYPE or LANG, the first that is set and not
+// empty; "C" when none is.
 std::string LocaleName();
 
 // `path` as an absolute path without "." and ".." and doubled separators. It starts at the current

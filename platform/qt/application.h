@@ -16,12 +16,12 @@ class Application : public QApplication
 public:
     using QApplication::QApplication;
 
-    // Shows an error to the user, and may wait for an answer. It runs for one error at a time: one
-    // that comes while it runs (a timer that fails at each of its ticks) is shown after it, and
-    // only once while the same error is being shown or waits to be. Empty: nothing is shown.
+    // Shows an error to the user, and may wait for an answer. It is called for one error at a time:
+    // an error that occurs meanwhile (a timer that fails at each tick) is shown after it, and not
+    // again while the same error is being shown or is waiting. Empty: nothing is shown.
     std::function<void(const runtime::RuntimeError &)> tellError;
 
-    // Hands the event on. An error ends its handler alone. An exception of the language counts as
+    // Passes the event on. An error ends only its handler. An exception of the language counts as
     // error 7, out of memory, or as 51, an internal error, with its own words.
     bool notify(QObject *receiver, QEvent *event) override;
 

@@ -1,6 +1,6 @@
-// platform/qt/ownstyle.h - the program's own look, where the desktop brings no style: Fusion, with
-// the outlines, rules and borders visible on a dark background too, flat selections, and a thin
-// flat progress bar that keeps its colour in a window without the keyboard.
+// platform/qt/ownstyle.h - the program's own look, used when the desktop has no style: Fusion, with
+// outlines, rules and borders that are visible on a dark background too, flat selections, and a
+// thin flat progress bar that keeps its colour in a window without the keyboard.
 #pragma once
 
 #include <QColor>

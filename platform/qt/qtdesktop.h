@@ -1,6 +1,6 @@
 // platform/qt/qtdesktop.h - the desktop port with windows: boxes, dialogs, clipboard, pointer.
-// A box is in front of the window that is in use, is modal for the whole program, and shows plain
-// text. Boxes are forms (ui/boxforms.h) and need a form host (ui/qt/form.h).
+// A box is in front of the active window, is modal for the whole program, and shows plain text.
+// Boxes are forms (ui/boxforms.h) and need a form host (ui/qt/form.h).
 #pragma once
 
 #include "platform/desktop.h"
@@ -38,8 +38,7 @@ public:
     void SetClipboardText(std::string_view text) override;
     std::string ClipboardText() override;
 
-    // Starts the desktop's opener and does not wait for its end; the folder plays a role for mails
-    // only.
+    // Starts the desktop's opener and does not wait for its end; the folder is used for mails only.
     bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
 
     // See SetProgramPointer of platform/qt/modalwait.h.
@@ -48,7 +47,7 @@ public:
     void DoEvents() override;
 
 private:
-    bool m_inputClosed = false; // the last input box, by its frame
+    bool m_inputClosed = false; // whether the last input box was closed by its frame
 };
 
 } // namespace platform::qt

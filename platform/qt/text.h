@@ -1,5 +1,5 @@
-// platform/qt/text.h - the one border between the program's texts (UTF-8) and paths (bytes), and
-// the toolkit's. No state.
+// platform/qt/text.h - converts between the program's texts (UTF-8) and paths (bytes) and those of
+// the toolkit. No state.
 #pragma once
 
 #include <QString>
@@ -18,8 +18,8 @@ namespace platform::qt
 // A message as a box shows it: UTF-8, where a carriage return, a line feed or both break the line.
 [[nodiscard]] QString LinesToQt(std::string_view text);
 
-// The path of a name that the toolkit gives: its bytes where such a file exists; else the file
-// of the same folder whose name, which is no valid UTF-8, the toolkit shows like this.
+// The path for a name that the toolkit returned: its bytes when such a file exists; else the file
+// in the same folder whose name is not valid UTF-8 and is shown like this by the toolkit.
 [[nodiscard]] std::string PathFromQt(const QString &shown);
 
 } // namespace platform::qt

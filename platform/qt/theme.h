@@ -1,6 +1,6 @@
 // platform/qt/theme.h - dark or light windows: as the desktop's portal says (`color-scheme` of
-// org.freedesktop.appearance), else as the palette of the desktop is. Where the desktop brings no
-// style of its own, the windows get the program's colours.
+// org.freedesktop.appearance), else as the palette of the desktop is. When the desktop has no style
+// of its own, the windows get the program's colours.
 #pragma once
 
 #include <QObject>
@@ -17,14 +17,14 @@ void ApplyPalette(bool dark);
 // Whether windows are dark now: their text is lighter than their background.
 [[nodiscard]] bool IsDark();
 
-// Follows the desktop as long as it lives. The application object must exist.
+// Follows the desktop's changes while it exists. The application object must exist.
 class Theme : public QObject
 {
     Q_OBJECT
 
 public:
-    // Asks the portal and waits for its answer, at most this long; a later answer counts when it
-    // comes. Without a D-Bus session, or without a portal, nothing is waited for.
+    // Asks the portal and waits at most this long for its answer; a later answer is used when it
+    // comes. Does not wait without a D-Bus session or without a portal.
     static constexpr int kWaitMs = 150;
 
     explicit Theme(QObject *parent = nullptr);
@@ -40,7 +40,7 @@ private:
     void Answered(QDBusPendingCallWatcher *answer);
     void Apply(unsigned scheme);
 
-    bool m_desktopIsDark; // the palette before the program touched it
+    bool m_desktopIsDark; // whether the desktop's own palette is dark
     bool m_ownStyle;      // no style of the desktop: the program's colours in any case
     bool m_applied = false;
 };

@@ -1,5 +1,5 @@
 // platform/terminal/terminaldesktop.h - the desktop where there are no windows: boxes as text on
-// standard error, answers from standard input when a person sits there.
+// standard error, answers from standard input when that is a terminal.
 #pragma once
 
 #include "platform/desktop.h"
@@ -7,9 +7,9 @@
 namespace platform::terminal
 {
 
-// A person is asked when standard input and standard error are both terminals. Otherwise a box is
-// printed and answered by itself: No for YesNo, nothing for questions. Control characters of the
-// texts (of a file's name, say) never reach the terminal.
+// The user is asked when standard input and standard error are both terminals. Otherwise a box is
+// only printed; its answer is No for YesNo and no value for questions. Control characters of the
+// texts (in the name of a file, for example) are not sent to the terminal.
 class TerminalDesktop : public Desktop
 {
 public:
@@ -32,7 +32,7 @@ public:
     void SetClipboardText(std::string_view text) override;
     std::string ClipboardText() override { return m_clipboard; }
 
-    // Prints the address, and starts the desktop's opener (xdg-open) where a display is known.
+    // Prints the address, and starts the desktop's opener (xdg-open) when there is a display.
     bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
 
     void SetPointer(Pointer pointer) override;

@@ -1,5 +1,5 @@
 // platform/web/curlweb.h - the web by libcurl's multi interface: asynchronous on the one thread.
-// The owner of `poll` lets it tick; it is enabled only while a fetch is under way.
+// The window system runs the timer `poll`; it is enabled only during a fetch.
 #pragma once
 
 #include "platform/web.h"
@@ -24,12 +24,12 @@ public:
     Fetch(const std::string &address,
           std::function<void(const std::optional<std::string> &bytes)> done) override;
 
-    // Lets the transfers go on and reports those that have ended. Never waits.
+    // Continues the transfers and reports those that have ended. Never waits.
     void Poll();
 
     ui::Timer poll{kPollMs}; // driven by the window system; its event is Poll
 
-    // A certificate file to trust instead of the system's own, for tests; empty for none.
+    // A certificate file that is trusted instead of the operating system's, for tests; empty: none.
     std::string trustedCertificates;
 
     class Transfer; // one fetch, curlweb.cpp
@@ -41,7 +41,7 @@ private:
 
     std::string m_userAgent;
     void *m_multi = nullptr; // a CURLM; null before the first fetch, and without libcurl
-    std::vector<Transfer *> m_transfers; // under way; owned by their callers
+    std::vector<Transfer *> m_transfers; // running; owned by their callers
 };
 
 } // namespace platform::web

@@ -45,7 +45,7 @@ struct PreferencesForm : ui::Form {
     std::string DirList;            // the chosen folder: a path, byte for byte
     std::vector<std::string> Files; // the names of its MP3 files
     std::unique_ptr<ui::cDirTree> dirTree;
-    ui::Timer tmrUnload{50}; // closes the window as soon as no disk is waited for
+    ui::Timer tmrUnload{50}; // closes the window as soon as there is no wait for a disk
 
     // --- What the window does. An empty function does nothing.
     std::function<void()> unload;         // closes the window

@@ -1,5 +1,6 @@
-// shell/preferences/unicodeoffer.h - frmUnicodeOffer: after a regeneration that met tags which only
-// their frames can read, whether they are to be read so from now on. Asked once for a library.
+// shell/preferences/unicodeoffer.h - frmUnicodeOffer: after a regeneration that found tags which
+// can only be read by their frames: asks whether tags are to be read like this from now on. Asked
+// once for each library.
 #pragma once
 
 #include "ui/controls/form.h"
@@ -25,8 +26,8 @@ struct UnicodeOfferForm : ui::Form {
 // (in a folder "%3A" is that character, "%25" a "%").
 [[nodiscard]] bool IsUnicodeOfferDue();
 
-// Asks, where it is due: `files` of `of` files have such tags. Returns: true for Yes; what the user
-// answered is kept, the setting itself is the caller's.
+// Asks, unless the user has been asked already: `files` of `of` files have such tags. Returns: true
+// for Yes. The answer is stored; the caller stores the setting itself.
 [[nodiscard]] bool OfferUnicodeTags(std::int64_t files, std::int64_t of);
 
 // The user has chosen the way of reading for this library without being asked: no offer is due.

@@ -19,8 +19,8 @@ class ADOclass;
 namespace shell
 {
 
-// What start-up asks of the windows, in the order of the calls. app/ sets these; an empty one is
-// skipped, as in a terminal, which has no windows.
+// The functions of the windows that start-up calls, in this order. app/ sets them; an empty one is
+// skipped, for example in a terminal, which has no windows.
 struct StartUpWindows {
     std::function<void()> LoadMainWindow;   // frmMain is made, still hidden
     std::function<void(bool)> ShowWebStyle; // check mark of submnuWebStyle; WEPath is emptied
