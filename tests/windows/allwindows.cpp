@@ -390,7 +390,7 @@ TEST_F(AllWindowsScaled, BoxesWithLongTextsFitTheScreen)
         KeepPainted(box, std::string("MessageBox_") + name);
         ui::Close(*form);
         ui::Retire(std::move(form));
-        LetRun(1);
+        Settle();
     }
 }
 

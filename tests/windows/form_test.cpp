@@ -230,7 +230,7 @@ TEST_F(FormScaled, EnterPressesTheButtonWithTheFocus)
     Of<QPushButton>("cmdCancel").setFocus();
     PressKey("Return");
     EXPECT_TRUE(WaitUntil([&] { return form.done == "cancel unload "; })) << form.done;
-    LetRun(10);
+    Settle();
     Shown();
     Of<QPushButton>("cmdPlay").setFocus(); // without a handler, and not the default button
     PressKey("Return");

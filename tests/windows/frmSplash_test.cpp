@@ -43,7 +43,7 @@ protected:
     ~SplashScaled() override
     {
         shell::EndSplash(std::move(form));
-        LetRun(1); // closed windows go with the next events
+        Settle(); // closed windows go with the next events
         platform::TheMachine().windows = nullptr;
         shell::TheGlobals() = shell::Globals{};
     }
