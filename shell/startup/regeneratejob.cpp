@@ -6,6 +6,7 @@
 #include "platform/machine.h"
 #include "platform/settingsstore.h"
 #include "platform/terminal/terminaltext.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
@@ -152,7 +153,7 @@ void PrintUnicodeOffer(const catalogue::RegenerationSummary &summary)
 
 std::string CutSeparators(std::string folder)
 {
-    while (folder.size() > 1 && folder.back() == PathSeparator)
+    while (folder.size() > 1 && folder.back() == runtime::PathSeparator)
         folder.pop_back();
     return folder;
 }

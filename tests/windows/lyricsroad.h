@@ -39,7 +39,7 @@ protected:
     ~LyricsRoad() override
     {
         lyrics::ForgetForms();
-        LetRun(10); // closed windows go with the next event
+        Settle(); // closed windows go with the next event
         Leave();
         metadata::TheTagWriterHooks() = {};
         player::TheLyricsWindowCalls() = {};
@@ -69,7 +69,7 @@ protected:
         Regenerate();
         ASSERT_TRUE(WaitUntil([this] { return Rows().size() == 1; }, 20'000));
         ClickExpander("ByArtist");
-        LetRun(QApplication::doubleClickInterval() + 50);
+        EndDoubleClick();
         ClickNode("#ARTIST");
         ASSERT_EQ(Form().LV.Count(), 1);
     }

@@ -102,10 +102,10 @@ protected:
     {
         if (!Form().TV.Expanded(Form().TV.Find("ByArtist")))
             ClickExpander("ByArtist");
-        LetRun(QApplication::doubleClickInterval() + 50);
+        EndDoubleClick();
         ClickNode(key.c_str());
         ASSERT_TRUE(WaitUntil([this] { return Form().LV.Count() > 0; }));
-        LetRun(20);
+        Settle();
         ClickAt(*LV().viewport(), RowAt(0));
     }
 
