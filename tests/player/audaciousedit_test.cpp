@@ -208,7 +208,7 @@ TEST_F(AudaciousEdit, LyricsFromTheTerminal)
     const std::uint32_t was = real.Time();
     EXPECT_EQ(run(real.music / "1.txt"), 0);
     EXPECT_TRUE(stopped);
-    EXPECT_EQ(Read(paths[1]).v2.Lyrics, "[00:10]One line\r\n");
+    EXPECT_EQ(metadata::ReadSongInfo(paths[1]).id3v2.Lyrics, "[00:10]One line\r\n");
     ASSERT_TRUE(WaitForState(1));
     ASSERT_TRUE(WaitRealTime([&] { return real.Time() + 1000 >= was; }));
     EXPECT_LT(real.Time(), was + 20'000);
