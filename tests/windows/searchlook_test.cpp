@@ -87,7 +87,7 @@ std::unique_ptr<search::frmSearchWindow> ShownWindow(Contents contents)
     search::LoadSearchForm(form);
     auto window = std::make_unique<search::frmSearchWindow>(form);
     window->Present();
-    LetRun(30);
+    Settle();
     if (contents == Contents::PaneClosed)
         search::ShowOptionsPane(form, false);
     if (contents == Contents::Filled)
