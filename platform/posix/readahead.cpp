@@ -25,14 +25,12 @@ namespace
 constexpr std::size_t kMostFilesHeld = 64;
 constexpr std::size_t kHandlesShared = 4; // a quarter of the process's handles may be used
 constexpr std::size_t kBytesHeld = 8u << 20;
-constexpr std::int64_t kLongestHead = 256
-                                      << 10;    // a longer beginning is read only when it is needed
-constexpr std::size_t kSpareBuffer = 96u << 10; // a larger one is freed with its file
+constexpr std::int64_t kLongestHead = 256 << 10; // a longer one is read only when it is needed
+constexpr std::size_t kSpareBuffer = 96u << 10;  // a larger one is freed with its file
 constexpr int kMostHelpers = 16;
 // A read from memory takes less than this time, so the logic does not sleep before.
 constexpr std::chrono::microseconds kFromMemory{50};
-// After this time of waiting another helper is started.
-constexpr std::chrono::microseconds kPatience{200};
+constexpr std::chrono::microseconds kPatience{200}; // then another helper is started
 constexpr std::chrono::microseconds kAskForEnd = std::chrono::milliseconds(50);
 constexpr int kFastFiles = 32; // after so many fast files in a row one helper ends
 
