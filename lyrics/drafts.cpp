@@ -4,6 +4,7 @@
 #include "platform/machine.h"
 #include "platform/posix/files.h"
 #include "platform/posix/userfolders.h"
+#include "runtime/codepage.h"
 #include "runtime/error.h"
 #include "runtime/hash.h"
 #include "shell/globals.h"
@@ -49,7 +50,9 @@ struct Place {
     metadata::TextKind kind = metadata::TextKind::FileBytes; // of the draft
 };
 
-Place FindPlace(const std::string &path)
+// The place of the draft that a reader of this kind of text can have. One with characters that the
+// kind lacks is left out and keeps its place: written as that kind it would lose them.
+Place FindPlace(const std::string &path, metadata::TextKind kind)
 {
     using metadata::TextKind;
     const std::string head = HeadOf(path, TextKind::FileBytes);
@@ -61,8 +64,11 @@ Place FindPlace(const std::string &path)
         const int reason = bytes ? 0 : errno;
         if (bytes && bytes->starts_with(head))
             return {file, bytes->substr(head.size()), TextKind::FileBytes};
-        if (bytes && bytes->starts_with(headUtf8))
-            return {file, bytes->substr(headUtf8.size()), TextKind::Utf8};
+        if (bytes && bytes->starts_with(headUtf8)) {
+            std::string draft = bytes->substr(headUtf8.size());
+            if (kind == TextKind::Utf8 || runtime::CharactersLacking(draft).empty())
+                return {file, std::move(draft), TextKind::Utf8};
+        }
         if (reason == ENOENT && place.file.empty())
             place.file = file;
     }
@@ -96,7 +102,7 @@ std::string DraftFolder()
 
 std::optional<std::string> ReadDraft(const std::string &path, metadata::TextKind kind)
 {
-    Place place = FindPlace(path);
+    Place place = FindPlace(path, kind);
     if (!place.draft || place.kind == kind)
         return std::move(place.draft);
     return metadata::FieldOf(kind, metadata::TextOf(place.kind, *place.draft));
@@ -107,7 +113,7 @@ void WriteDraft(const std::string &path, const std::string &text, metadata::Text
     platform::Files &files = *platform::TheMachine().files;
     if (!platform::posix::MakeFolders(DraftFolder()))
         Check(errno);
-    const std::string file = FindPlace(path).file;
+    const std::string file = FindPlace(path, kind).file;
     if (file.empty())
         Check(EEXIST);
     std::string grown;
@@ -125,9 +131,9 @@ void WriteDraft(const std::string &path, const std::string &text, metadata::Text
     Check(files.FlushFolderOf(file));
 }
 
-void RemoveDraft(const std::string &path)
+void RemoveDraft(const std::string &path, metadata::TextKind kind)
 {
-    const Place place = FindPlace(path);
+    const Place place = FindPlace(path, kind);
     if (!place.draft)
         return;
     platform::Files &files = *platform::TheMachine().files;

@@ -15,7 +15,8 @@ namespace lyrics
 std::string DraftFolder();
 
 // The draft for the song at `path`, as that kind of text. Nothing when there is none, or none that
-// can be read.
+// can be read. A draft in UTF-8 with a character that the code page lacks is left alone by the
+// three procedures when the kind is file bytes, so that nothing of it is lost.
 std::optional<std::string> ReadDraft(const std::string &path,
                                      metadata::TextKind kind = metadata::TextKind::FileBytes);
 
@@ -25,7 +26,7 @@ std::optional<std::string> ReadDraft(const std::string &path,
 void WriteDraft(const std::string &path, const std::string &text,
                 metadata::TextKind kind = metadata::TextKind::FileBytes);
 
-// Deletes the draft of the song; does nothing when there is none. Errors: FileError.
-void RemoveDraft(const std::string &path);
+// Deletes the draft that ReadDraft returns; does nothing when there is none. Errors: FileError.
+void RemoveDraft(const std::string &path, metadata::TextKind kind = metadata::TextKind::FileBytes);
 
 } // namespace lyrics

@@ -31,7 +31,7 @@ void DeleteSavedDraft(LyricsForm &form)
     if (form.fileLyrics != *form.draft)
         return;
     try {
-        RemoveDraft(form.FileName);
+        RemoveDraft(form.FileName, form.Lyrics.kind);
         form.draft.reset();
     } catch (const runtime::RuntimeError &) {
         return; // the draft equals the file, so it does no harm; the next save tries again

@@ -155,6 +155,24 @@ TEST_F(LyricsOfOtherScripts, ADraftOfTheOtherWay)
     EXPECT_EQ(lyrics::ReadDraft(song, TextKind::Utf8), "café € \r\n");
 }
 
+// Lyrics that were marked before the tags were read in the usual way again.
+TEST_F(LyricsOfOtherScripts, ADraftThatTheCodePageCannotHoldWaits)
+{
+    const std::string song = Song("song.mp3");
+    const std::string draft = "[00:10]歌詞 😀\r\n";
+    lyrics::WriteDraft(song, draft, TextKind::Utf8);
+    EXPECT_EQ(lyrics::ReadDraft(song, TextKind::FileBytes), std::nullopt);
+    lyrics::WriteDraft(song, "[00:10]caf\xE9\r\n", TextKind::FileBytes);
+    EXPECT_EQ(lyrics::ReadDraft(song, TextKind::FileBytes), "[00:10]caf\xE9\r\n");
+    EXPECT_EQ(lyrics::ReadDraft(song, TextKind::Utf8), draft);
+    lyrics::RemoveDraft(song, TextKind::FileBytes);
+    lyrics::RemoveDraft(song, TextKind::FileBytes);
+    EXPECT_EQ(lyrics::ReadDraft(song, TextKind::FileBytes), std::nullopt);
+    EXPECT_EQ(lyrics::ReadDraft(song, TextKind::Utf8), draft);
+    lyrics::RemoveDraft(song, TextKind::Utf8);
+    EXPECT_EQ(lyrics::ReadDraft(song, TextKind::Utf8), std::nullopt);
+}
+
 TEST_F(LyricsOfOtherScripts, ATextFileInEveryEncodingIsImported)
 {
     const std::u16string units = u"歌詞 😀\r\nنسم\r\n";
