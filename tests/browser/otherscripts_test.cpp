@@ -16,8 +16,6 @@ namespace
 {
 
 using browser::MainForm;
-using tests::kArabic;
-using tests::kEmoji;
 using tests::kJapanese;
 using tests::kMixed;
 using tests::kRussian;

@@ -15,7 +15,6 @@
 namespace
 {
 
-using browser::MainForm;
 using tests::ScriptSong;
 
 class ListsOfOtherScripts : public tests::FormTest
