@@ -52,17 +52,6 @@ protected:
         return FindInHalves(first, second, RowsOfMP3s(first), *search);
     }
 
-    std::string Paths(const std::string &condition)
-    {
-        std::string paths;
-        const auto records =
-            Records(home.access.ExecuteSQL("SELECT * FROM MP3s WHERE " + condition, kSelect));
-        EXPECT_TRUE(home.access.Succeeded) << home.access.ErrorMessage;
-        for (; !records->AtEnd(); records->MoveNext())
-            paths += std::string(records->Text("Path")) + " ";
-        return paths;
-    }
-
     tests::FreshCatalogue home;
 };
 
@@ -149,7 +138,7 @@ TEST_F(SplitWalk, BothHalvesSeeTheSameStateWhileAnotherProgramWrites)
     });
     int first = 0, last = 0;
     for (int i = 0; i < 4000 && (i < 100 || moves < 50); ++i) {
-        const std::string found = Paths("Title LIKE '%wanderer%'");
+        const std::string found = home.Paths("Title LIKE '%wanderer%'");
         if (found == "/1 ")
             ++first;
         else if (found == "/" + std::to_string(kRows) + " ")

@@ -77,6 +77,17 @@ void FreshCatalogue::Add(const std::array<std::string, 8> &fields, std::int64_t 
     EXPECT_TRUE(access.Succeeded) << access.ErrorMessage;
 }
 
+std::string FreshCatalogue::Paths(const std::string &condition)
+{
+    std::string paths;
+    const auto records =
+        Records(access.ExecuteSQL("SELECT * FROM MP3s WHERE " + condition, kSelect));
+    EXPECT_TRUE(access.Succeeded) << access.ErrorMessage;
+    for (; !records->AtEnd(); records->MoveNext())
+        paths += std::string(records->Text("Path")) + " ";
+    return paths;
+}
+
 void FreshCatalogue::AddInStep(const std::string &path, const std::string &title)
 {
     RowStep step(access);

@@ -30,7 +30,10 @@ struct FreshCatalogue {
     // fails.
     std::vector<std::string> Rows(const std::string &statement);
 
-    // The same for a stored query.
+    // The paths of the songs for which a condition holds, with a blank after each.
+    std::string Paths(const std::string &condition);
+
+    // The same as Rows for a stored query.
     std::vector<std::string> Stored(const std::string &name, const catalogue::Params &params);
 
     // Adds a row of which only title and path matter, unless the path is known, as one step.

@@ -46,17 +46,6 @@ protected:
             ASSERT_LT(slices, 100);
     }
 
-    std::string Paths(const std::string &condition)
-    {
-        std::string paths;
-        const auto records =
-            Records(home.access.ExecuteSQL("SELECT * FROM MP3s WHERE " + condition, kSelect));
-        EXPECT_TRUE(home.access.Succeeded) << home.access.ErrorMessage;
-        for (; !records->AtEnd(); records->MoveNext())
-            paths += std::string(records->Text("Path")) + " ";
-        return paths;
-    }
-
     // Some hundred rows of odd texts, every third with no title at all.
     void AddOddRows()
     {
@@ -96,24 +85,24 @@ TEST_F(TextSearch, TheSameRowsWithTextsReadAhead)
     std::size_t rows = 0;
     for (const std::string &condition : conditions) {
         // With a condition that is always true, the engine itself does the search.
-        before.push_back(Paths("(" + condition + ") AND 1 = 1"));
+        before.push_back(home.Paths("(" + condition + ") AND 1 = 1"));
         rows += before.back().size();
-        EXPECT_EQ(Paths(condition), before.back()) << condition;
+        EXPECT_EQ(home.Paths(condition), before.back()) << condition;
     }
     EXPECT_GT(rows, 50000u); // it compared something
     ReadAhead();
     for (std::size_t i = 0; i < conditions.size(); ++i)
-        EXPECT_EQ(Paths(conditions[i]), before[i]) << conditions[i];
+        EXPECT_EQ(home.Paths(conditions[i]), before[i]) << conditions[i];
 }
 
 TEST_F(TextSearch, AnOrderIsKept)
 {
     for (const char *title : {"c", "a", "b"})
         home.AddPath(std::string("/") + title, title);
-    EXPECT_EQ(Paths("Title LIKE '_' ORDER BY Title DESC"), "/c /b /a ");
+    EXPECT_EQ(home.Paths("Title LIKE '_' ORDER BY Title DESC"), "/c /b /a ");
     ReadAhead();
-    EXPECT_EQ(Paths("Title LIKE '_' ORDER BY Title DESC"), "/c /b /a ");
-    EXPECT_EQ(Paths("Title LIKE '_'"), "/c /a /b ");
+    EXPECT_EQ(home.Paths("Title LIKE '_' ORDER BY Title DESC"), "/c /b /a ");
+    EXPECT_EQ(home.Paths("Title LIKE '_'"), "/c /a /b ");
 }
 
 TEST_F(TextSearch, WhatAnotherProgramWritesIsFoundAtOnce)
@@ -122,16 +111,16 @@ TEST_F(TextSearch, WhatAnotherProgramWritesIsFoundAtOnce)
     home.AddPath("/2", "war");
     StockConnection other(home.File());
     ReadAhead();
-    EXPECT_EQ(Paths("Title LIKE '%love%'"), "/1 ");
+    EXPECT_EQ(home.Paths("Title LIKE '%love%'"), "/1 ");
     other.Run("INSERT INTO MP3s (Title, Path) VALUES ('Love again', '/3')");
-    EXPECT_EQ(Paths("Title LIKE '%love%'"), "/1 /3 ");
+    EXPECT_EQ(home.Paths("Title LIKE '%love%'"), "/1 /3 ");
     ReadAhead();
-    EXPECT_EQ(Paths("Title LIKE '%love%'"), "/1 /3 ");
+    EXPECT_EQ(home.Paths("Title LIKE '%love%'"), "/1 /3 ");
     other.Run("UPDATE MP3s SET Title = 'LOVE and war' WHERE Path = '/2'");
-    EXPECT_EQ(Paths("Title LIKE '%love%'"), "/1 /2 /3 ");
+    EXPECT_EQ(home.Paths("Title LIKE '%love%'"), "/1 /2 /3 ");
     ReadAhead();
     other.Run("DELETE FROM MP3s WHERE Path = '/1'");
-    EXPECT_EQ(Paths("Title LIKE '%love%'"), "/2 /3 ");
+    EXPECT_EQ(home.Paths("Title LIKE '%love%'"), "/2 /3 ");
 }
 
 TEST_F(TextSearch, OwnChangesAreFoundAtOnce)
@@ -139,24 +128,24 @@ TEST_F(TextSearch, OwnChangesAreFoundAtOnce)
     home.AddPath("/1", "love");
     ReadAhead();
     home.AddPath("/2", "love");
-    EXPECT_EQ(Paths("Title LIKE '%love%'"), "/1 /2 ");
+    EXPECT_EQ(home.Paths("Title LIKE '%love%'"), "/1 /2 ");
     ReadAhead();
     home.access.ExecuteSQL("DELETE FROM MP3s WHERE Path = '/1'", kDelete);
-    EXPECT_EQ(Paths("Title LIKE '%love%'"), "/2 ");
+    EXPECT_EQ(home.Paths("Title LIKE '%love%'"), "/2 ");
     ReadAhead();
     {
         const RowGroups groups;
         home.AddInStep("/3", "love"); // in a group that is still open
-        EXPECT_EQ(Paths("Title LIKE '%love%'"), "/2 /3 ");
+        EXPECT_EQ(home.Paths("Title LIKE '%love%'"), "/2 /3 ");
     }
-    EXPECT_EQ(Paths("Title LIKE '%love%'"), "/2 /3 ");
+    EXPECT_EQ(home.Paths("Title LIKE '%love%'"), "/2 /3 ");
     ReadAhead();
     home.access.BeginTrans();
     home.AddPath("/4", "love");
-    EXPECT_EQ(Paths("Title LIKE '%love%'"), "/2 /3 /4 "); // the rows of this connection
+    EXPECT_EQ(home.Paths("Title LIKE '%love%'"), "/2 /3 /4 "); // the rows of this connection
     EXPECT_FALSE(home.access.ReadAheadForSearches(1000));
     home.access.RollBackTrans();
-    EXPECT_EQ(Paths("Title LIKE '%love%'"), "/2 /3 ");
+    EXPECT_EQ(home.Paths("Title LIKE '%love%'"), "/2 /3 ");
 }
 
 TEST_F(TextSearch, AChangeWhileTextsAreReadBeginsAgain)
@@ -167,9 +156,9 @@ TEST_F(TextSearch, AChangeWhileTextsAreReadBeginsAgain)
     StockConnection other(home.File());
     other.Run("UPDATE MP3s SET Title = 'hate' WHERE Path = '/0'");
     EXPECT_FALSE(home.access.ReadAheadForSearches(1000)); // gives up
-    EXPECT_EQ(Paths("Title LIKE '%hate%'"), "/0 ");
+    EXPECT_EQ(home.Paths("Title LIKE '%hate%'"), "/0 ");
     ReadAhead();
-    EXPECT_EQ(Paths("Title LIKE '%hate%'"), "/0 ");
+    EXPECT_EQ(home.Paths("Title LIKE '%hate%'"), "/0 ");
 }
 
 TEST_F(TextSearch, AResultKeepsItsRowsWhileOthersWrite)
@@ -184,7 +173,7 @@ TEST_F(TextSearch, AResultKeepsItsRowsWhileOthersWrite)
     ASSERT_EQ(records->RecordCount(), 20);
     for (int i = 0; i < 20; ++i, records->MoveNext())
         EXPECT_EQ(records->Text("Title"), "love " + std::to_string(i));
-    EXPECT_EQ(Paths("Title LIKE '%love%'"), "");
+    EXPECT_EQ(home.Paths("Title LIKE '%love%'"), "");
 }
 
 TEST_F(TextSearch, ColumnsThatAreNotReadAheadAndUnknownOnes)
@@ -192,7 +181,7 @@ TEST_F(TextSearch, ColumnsThatAreNotReadAheadAndUnknownOnes)
     home.access.ExecuteSQL("INSERT INTO MP3s VALUES ('', '', '', '', '', '', '', '/1', 'DISK', 0)",
                            kInsert);
     ReadAhead();
-    EXPECT_EQ(Paths("Disk_Label LIKE '%disk%' OR Title LIKE '%x%'"), "/1 ");
+    EXPECT_EQ(home.Paths("Disk_Label LIKE '%disk%' OR Title LIKE '%x%'"), "/1 ");
     home.access.ExecuteSQL("SELECT * FROM MP3s WHERE Nothing LIKE '%x%'", kSelect);
     EXPECT_FALSE(home.access.Succeeded);
     EXPECT_NE(home.access.ErrorMessage.find("Nothing"), std::string::npos);
@@ -205,9 +194,9 @@ TEST_F(TextSearch, LongTextsAndManyRows)
     for (int i = 0; i < 3000; ++i)
         home.Add({"t", "", "", "", "", "", "lyrics " + std::to_string(i), "/" + std::to_string(i)});
     ReadAhead();
-    EXPECT_EQ(Paths("Lyrics LIKE '%NEEDLE%'"), "/long ");
-    EXPECT_EQ(Paths("Lyrics LIKE '%lyrics 2999%' OR Lyrics LIKE 'lyrics 0'"), "/0 /2999 ");
-    EXPECT_EQ(Paths("Lyrics LIKE '%xlyrics%'"),
+    EXPECT_EQ(home.Paths("Lyrics LIKE '%NEEDLE%'"), "/long ");
+    EXPECT_EQ(home.Paths("Lyrics LIKE '%lyrics 2999%' OR Lyrics LIKE 'lyrics 0'"), "/0 /2999 ");
+    EXPECT_EQ(home.Paths("Lyrics LIKE '%xlyrics%'"),
               ""); // a text does not continue in that of the next row
 }
 
@@ -228,11 +217,11 @@ TEST_F(TextSearch, NothingIsLeftBesideTheCatalogueAndItsFilesAreAsTheyWere)
         std::sort(found.begin(), found.end());
         return found;
     };
-    Paths("Title LIKE '%love%'");
+    home.Paths("Title LIKE '%love%'");
     const auto bytesBefore = bytes();
     const auto namesBefore = names();
     ReadAhead();
-    Paths("Title LIKE '%love%'");
+    home.Paths("Title LIKE '%love%'");
     EXPECT_EQ(bytes(), bytesBefore);
     EXPECT_EQ(names(), namesBefore);
     StockConnection(home.File()).Run("SELECT * FROM MP3s; PRAGMA integrity_check");
