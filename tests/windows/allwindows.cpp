@@ -38,9 +38,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QFont>
-#include <QFontDatabase>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
@@ -334,18 +331,11 @@ TEST_F(AllWindowsScaled, Forms)
     }
 }
 
-// German has the longest words.
 TEST_F(AllWindowsScaled, FormsInEachFontFamily)
 {
-    const QFont before = QApplication::font();
-    shell::TheGlobals().LanguageFilePath = std::string(QUENLIN_SHIPPED_TEXTS) + "/Deutsch.qlt";
-    for (const char *family : {"DejaVu Sans", "Liberation Sans", "Cantarell"}) {
-        ASSERT_TRUE(QFontDatabase::families().contains(QLatin1String(family))) << family;
-        QFont font = before;
-        font.setFamily(QLatin1String(family));
-        QApplication::setFont(font);
+    InEachFontFamily([&] {
         for (const FormCase &c : AllForms(folder)) {
-            SCOPED_TRACE(std::string(c.name) + " " + family);
+            SCOPED_TRACE(c.name);
             std::unique_ptr<ui::Form> form = c.make();
             ui::Show(*form);
             AwaitPainted(*host.WindowOf(*form));
@@ -354,8 +344,7 @@ TEST_F(AllWindowsScaled, FormsInEachFontFamily)
             ui::Retire(std::move(form));
             Settle();
         }
-    }
-    QApplication::setFont(before);
+    });
 }
 
 // More text than the screen has room for, and a path, in which no line can break: they scroll.

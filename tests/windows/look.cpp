@@ -8,6 +8,9 @@
 
 #include <QAbstractButton>
 #include <QAccessible>
+#include <QApplication>
+#include <QFont>
+#include <QFontDatabase>
 #include <QGroupBox>
 #include <QKeySequence>
 #include <QLabel>
@@ -156,6 +159,21 @@ void CheckLook(const std::string &name, const std::function<QWidget *()> &open,
     }
     platform::qt::ApplyPalette(false);
     shell::TheGlobals().LanguageFilePath.clear();
+}
+
+void InEachFontFamily(const std::function<void()> &check)
+{
+    const QFont before = QApplication::font();
+    shell::TheGlobals().LanguageFilePath = std::string(QUENLIN_SHIPPED_TEXTS) + "/Deutsch.qlt";
+    for (const char *family : {"DejaVu Sans", "Liberation Sans", "Cantarell"}) {
+        ASSERT_TRUE(QFontDatabase::families().contains(QLatin1String(family))) << family;
+        SCOPED_TRACE(family);
+        QFont font = before;
+        font.setFamily(QLatin1String(family));
+        QApplication::setFont(font);
+        check();
+    }
+    QApplication::setFont(before);
 }
 
 } // namespace tests

@@ -20,4 +20,7 @@ std::vector<std::string> LookProblems(QWidget &window);
 void CheckLook(const std::string &name, const std::function<QWidget *()> &open,
                const std::function<void()> &close);
 
+// Calls `check` in German, which has the longest words, with each font family that desktops have.
+void InEachFontFamily(const std::function<void()> &check);
+
 } // namespace tests

@@ -15,9 +15,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QFont>
-#include <QFontDatabase>
 #include <array>
 #include <memory>
 #include <string>
@@ -117,22 +114,13 @@ TEST_F(SearchLookScaled, InEachLanguageAndTheme)
     }
 }
 
-// German has the longest words.
 TEST_F(SearchLookScaled, InEachFontFamily)
 {
-    const QFont before = QApplication::font();
-    shell::TheGlobals().LanguageFilePath = std::string(QUENLIN_SHIPPED_TEXTS) + "/Deutsch.qlt";
-    for (const char *family : {"DejaVu Sans", "Liberation Sans", "Cantarell"}) {
-        ASSERT_TRUE(QFontDatabase::families().contains(QLatin1String(family))) << family;
-        QFont font = before;
-        font.setFamily(QLatin1String(family));
-        QApplication::setFont(font);
-        SCOPED_TRACE(family);
+    tests::InEachFontFamily([] {
         EXPECT_EQ(LookProblems(*ShownWindow(Contents::Filled)), std::vector<std::string>{});
         search::ResetSearchForm();
         browser::ResetMainForm();
-    }
-    QApplication::setFont(before);
+    });
 }
 
 } // namespace
