@@ -6,7 +6,7 @@
 #include "platform/settingsstore.h"
 #include "search/frmSearch.h"
 #include "shell/apppath.h"
-#include "ui/qt/listview.h"
+#include "ui/qt/views/listview.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

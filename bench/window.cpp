@@ -16,8 +16,8 @@
 #include "platform/settingsstore.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
-#include "ui/qt/listview.h"
-#include "ui/qt/treeview.h"
+#include "ui/qt/views/listview.h"
+#include "ui/qt/views/treeview.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -4,10 +4,10 @@
 #include "runtime/error.h"
 #include "shell/language.h"
 #include "ui/qt/bindings.h"
-#include "ui/qt/listview.h"
-#include "ui/qt/pagelabel.h"
-#include "ui/qt/pagepanel.h"
 #include "ui/qt/qttext.h"
+#include "ui/qt/views/listview.h"
+#include "ui/qt/widgets/pagelabel.h"
+#include "ui/qt/widgets/pagepanel.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -4,12 +4,12 @@
 #include "platform/machine.h"
 #include "platform/windows.h"
 #include "ui/qt/bindings.h"
-#include "ui/qt/elidedlabel.h"
 #include "ui/qt/icons.h"
-#include "ui/qt/listview.h"
 #include "ui/qt/qttext.h"
-#include "ui/qt/statusbarview.h"
-#include "ui/qt/treeview.h"
+#include "ui/qt/views/listview.h"
+#include "ui/qt/views/treeview.h"
+#include "ui/qt/widgets/elidedlabel.h"
+#include "ui/qt/widgets/statusbarview.h"
 
 #include <QCloseEvent>
 #include <QCursor>

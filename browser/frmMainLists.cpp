@@ -4,10 +4,10 @@
 #include "browser/itemkinds.h"
 #include "browser/itemlist.h"
 #include "ui/qt/bindings.h"
-#include "ui/qt/listview.h"
 #include "ui/qt/qttext.h"
-#include "ui/qt/splittergrip.h"
-#include "ui/qt/treeview.h"
+#include "ui/qt/views/listview.h"
+#include "ui/qt/views/treeview.h"
+#include "ui/qt/widgets/splittergrip.h"
 
 #include <QMouseEvent>
 

@@ -4,7 +4,7 @@
 #include "ui/qt/bindings.h"
 #include "ui/qt/icons.h"
 #include "ui/qt/qttext.h"
-#include "ui/qt/stripmenu.h"
+#include "ui/qt/widgets/stripmenu.h"
 
 #include <QActionGroup>
 #include <QMenuBar>

@@ -7,10 +7,10 @@
 #include "shell/language.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/inputbindings.h"
-#include "ui/qt/listview.h"
 #include "ui/qt/qttext.h"
-#include "ui/qt/splittergrip.h"
-#include "ui/qt/statusbarview.h"
+#include "ui/qt/views/listview.h"
+#include "ui/qt/widgets/splittergrip.h"
+#include "ui/qt/widgets/statusbarview.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>

@@ -1,8 +1,8 @@
 // Texts of other scripts in rows and on the panel: where a text that is cut has its dots, how high
 // its row is, in which direction a line begins.
 #include "tests/windows/bench.h"
-#include "ui/qt/listview.h"
-#include "ui/qt/pagelabel.h"
+#include "ui/qt/views/listview.h"
+#include "ui/qt/widgets/pagelabel.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include "browser/itemlist.h"
 #include "tests/support/mp3bytes.h"
 #include "tests/windows/mainwindowfixture.h"
-#include "ui/qt/elidedlabel.h"
+#include "ui/qt/widgets/elidedlabel.h"
 
 #include <gtest/gtest.h>
 

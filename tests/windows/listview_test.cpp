@@ -1,5 +1,5 @@
 #include "tests/windows/bench.h"
-#include "ui/qt/listview.h"
+#include "ui/qt/views/listview.h"
 
 #include <gtest/gtest.h>
 

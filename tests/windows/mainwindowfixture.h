@@ -13,8 +13,8 @@
 #include "tests/support/libraryfixture.h"
 #include "tests/support/memorysettings.h"
 #include "tests/windows/bench.h"
-#include "ui/qt/listview.h"
-#include "ui/qt/treeview.h"
+#include "ui/qt/views/listview.h"
+#include "ui/qt/views/treeview.h"
 
 #include <QLabel>
 #include <QMenuBar>

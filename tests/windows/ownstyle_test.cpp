@@ -3,7 +3,7 @@
 #include "platform/qt/theme.h"
 #include "tests/windows/bench.h"
 #include "ui/qt/icons.h"
-#include "ui/qt/pagepanel.h"
+#include "ui/qt/widgets/pagepanel.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The information panel's labels: any text is wrapped in a time that grows no faster than the text.
-#include "ui/qt/pagelabel.h"
+#include "ui/qt/widgets/pagelabel.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "ui/qt/qttext.h"
-#include "ui/qt/rowdelegate.h"
+#include "ui/qt/views/rowdelegate.h"
 
 #include <gtest/gtest.h>
 

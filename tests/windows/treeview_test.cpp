@@ -1,6 +1,6 @@
 #include "tests/windows/bench.h"
 #include "ui/qt/icons.h"
-#include "ui/qt/treeview.h"
+#include "ui/qt/views/treeview.h"
 
 #include <gtest/gtest.h>
 

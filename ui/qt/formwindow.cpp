@@ -3,12 +3,12 @@
 #include "platform/qt/modalwait.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/inputbindings.h"
-#include "ui/qt/listview.h"
 #include "ui/qt/qttext.h"
-#include "ui/qt/statusbarview.h"
-#include "ui/qt/textpane.h"
-#include "ui/qt/treeview.h"
+#include "ui/qt/views/listview.h"
+#include "ui/qt/views/treeview.h"
 #include "ui/qt/widgetmakers.h"
+#include "ui/qt/widgets/statusbarview.h"
+#include "ui/qt/widgets/textpane.h"
 
 #include <QAccessible>
 #include <QApplication>

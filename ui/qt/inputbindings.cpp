@@ -1,13 +1,13 @@
 #include "ui/qt/inputbindings.h"
 
 #include "ui/qt/bindings.h"
-#include "ui/qt/elidedlabel.h"
 #include "ui/qt/icons.h"
-#include "ui/qt/linkbutton.h"
 #include "ui/qt/marking.h"
 #include "ui/qt/qttext.h"
 #include "ui/qt/textmap.h"
-#include "ui/qt/textpane.h"
+#include "ui/qt/widgets/elidedlabel.h"
+#include "ui/qt/widgets/linkbutton.h"
+#include "ui/qt/widgets/textpane.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -1,9 +1,9 @@
-#include "ui/qt/listview.h"
+#include "ui/qt/views/listview.h"
 
 #include "ui/qt/bindings.h"
-#include "ui/qt/itemtips.h"
 #include "ui/qt/qttext.h"
-#include "ui/qt/rowdelegate.h"
+#include "ui/qt/views/itemtips.h"
+#include "ui/qt/views/rowdelegate.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -1,5 +1,5 @@
-// ui/qt/splittergrip.h - a splitter is a few pixels wide: a widget over it and the pixels beside it
-// receives the mouse, so that it is easier to grab. No state.
+// ui/qt/widgets/splittergrip.h - a splitter is a few pixels wide: a widget over it and the pixels
+// beside it receives the mouse, so that it is easier to grab. No state.
 #pragma once
 
 namespace ui::qt

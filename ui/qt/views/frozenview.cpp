@@ -1,4 +1,4 @@
-#include "ui/qt/frozenview.h"
+#include "ui/qt/views/frozenview.h"
 
 #include <QHeaderView>
 

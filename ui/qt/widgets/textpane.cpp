@@ -1,4 +1,4 @@
-#include "ui/qt/textpane.h"
+#include "ui/qt/widgets/textpane.h"
 
 #include <QEvent>
 #include <QLabel>

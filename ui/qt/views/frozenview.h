@@ -1,4 +1,4 @@
-// ui/qt/frozenview.h - shows a view unchanged while its rows change.
+// ui/qt/views/frozenview.h - shows a view unchanged while its rows change.
 #pragma once
 
 #include <QLabel>

@@ -1,6 +1,6 @@
-// ui/qt/listmodel.h - a ui::KeyedList as a model for the toolkit's views. Row r of the model is row
-// r in the order shown; column c of the model is column c + 1 of the list, wherever it is shown.
-// The model has no copy of the rows.
+// ui/qt/views/listmodel.h - a ui::KeyedList as a model for the toolkit's views. Row r of the model
+// is row r in the order shown; column c of the model is column c + 1 of the list, wherever it is
+// shown. The model has no copy of the rows.
 #pragma once
 
 #include "ui/controls/keyedlist.h"

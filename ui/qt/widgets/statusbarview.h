@@ -1,5 +1,5 @@
-// ui/qt/statusbarview.h - shows a ui::StatusBar: its panels side by side, and a grip for resizing
-// the window.
+// ui/qt/widgets/statusbarview.h - shows a ui::StatusBar: its panels side by side, and a grip for
+// resizing the window.
 #pragma once
 
 #include "ui/controls/statusbar.h"

@@ -1,8 +1,8 @@
-#include "ui/qt/statusbarview.h"
+#include "ui/qt/widgets/statusbarview.h"
 
 #include "ui/qt/bindings.h"
-#include "ui/qt/elidedlabel.h"
 #include "ui/qt/qttext.h"
+#include "ui/qt/widgets/elidedlabel.h"
 #include "ui/twips.h"
 
 #include <QPainter>

@@ -1,4 +1,4 @@
-// ui/qt/textpane.h - a plain text that is as large as its words: it wraps after a number of
+// ui/qt/widgets/textpane.h - a plain text that is as large as its words: it wraps after a number of
 // characters, and scrolls where it is larger than two thirds of the screen.
 #pragma once
 

@@ -1,11 +1,11 @@
-// ui/qt/treeview.h - shows a ui::KeyedTree and raises the tree's events: a click on a node's text,
-// a click on its expander, a move by key; Enter or a double click expands or collapses a node.
-// Typing finds a node by the beginning of its text. A right click and the menu key open the node's
-// popup menu.
+// ui/qt/views/treeview.h - shows a ui::KeyedTree and raises the tree's events: a click on a node's
+// text, a click on its expander, a move by key; Enter or a double click expands or collapses a
+// node. Typing finds a node by the beginning of its text. A right click and the menu key open the
+// node's popup menu.
 #pragma once
 
-#include "ui/qt/frozenview.h"
-#include "ui/qt/treemodel.h"
+#include "ui/qt/views/frozenview.h"
+#include "ui/qt/views/treemodel.h"
 
 #include <QTreeView>
 

@@ -1,8 +1,8 @@
-#include "ui/qt/listmodel.h"
+#include "ui/qt/views/listmodel.h"
 
 #include "ui/qt/icons.h"
 #include "ui/qt/qttext.h"
-#include "ui/qt/rowdelegate.h"
+#include "ui/qt/views/rowdelegate.h"
 
 #include <QBrush>
 #include <QGuiApplication>

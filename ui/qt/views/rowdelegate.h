@@ -1,6 +1,6 @@
-// ui/qt/rowdelegate.h - draws rows: with free space, with one focus mark around the whole row, with
-// paths shortened in their middle, with grey words in place of an empty text, and with a text that
-// begins in a script from right to left in that direction.
+// ui/qt/views/rowdelegate.h - draws rows: with free space, with one focus mark around the whole
+// row, with paths shortened in their middle, with grey words in place of an empty text, and with a
+// text that begins in a script from right to left in that direction.
 #pragma once
 
 #include <QFontMetrics>

@@ -1,5 +1,5 @@
-// ui/qt/pagepanel.h - the background of the information panel: like a sheet of paper, with a
-// coloured top and an edge beside the list; and the line under its heading.
+// ui/qt/widgets/pagepanel.h - the background of the information panel: like a sheet of paper, with
+// a coloured top and an edge beside the list; and the line under its heading.
 #pragma once
 
 #include <QSvgRenderer>

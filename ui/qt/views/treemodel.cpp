@@ -1,8 +1,8 @@
-#include "ui/qt/treemodel.h"
+#include "ui/qt/views/treemodel.h"
 
 #include "ui/qt/icons.h"
 #include "ui/qt/qttext.h"
-#include "ui/qt/rowdelegate.h"
+#include "ui/qt/views/rowdelegate.h"
 
 namespace ui::qt
 {

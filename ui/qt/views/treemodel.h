@@ -1,5 +1,5 @@
-// ui/qt/treemodel.h - a ui::KeyedTree as a model for the toolkit's views. The model has no copy of
-// the nodes.
+// ui/qt/views/treemodel.h - a ui::KeyedTree as a model for the toolkit's views. The model has no
+// copy of the nodes.
 #pragma once
 
 #include "ui/controls/keyedtree.h"

@@ -1,4 +1,4 @@
-#include "ui/qt/elidedlabel.h"
+#include "ui/qt/widgets/elidedlabel.h"
 
 #include "ui/qt/qttext.h"
 

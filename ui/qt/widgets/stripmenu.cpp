@@ -1,4 +1,4 @@
-#include "ui/qt/stripmenu.h"
+#include "ui/qt/widgets/stripmenu.h"
 
 #include <QPainter>
 

@@ -1,4 +1,4 @@
-#include "ui/qt/pagepanel.h"
+#include "ui/qt/widgets/pagepanel.h"
 
 #include "platform/qt/theme.h"
 

@@ -1,4 +1,4 @@
-#include "ui/qt/linkbutton.h"
+#include "ui/qt/widgets/linkbutton.h"
 
 #include <QEvent>
 #include <QGuiApplication>

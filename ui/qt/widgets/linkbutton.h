@@ -1,5 +1,5 @@
-// ui/qt/linkbutton.h - a button that looks like a link. Its colour follows the desktop's, also when
-// that changes between light and dark.
+// ui/qt/widgets/linkbutton.h - a button that looks like a link. Its colour follows the desktop's,
+// also when that changes between light and dark.
 #pragma once
 
 #include <QPushButton>

@@ -1,4 +1,4 @@
-#include "ui/qt/itemtips.h"
+#include "ui/qt/views/itemtips.h"
 
 #include "ui/qt/qttext.h"
 

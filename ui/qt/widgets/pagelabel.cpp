@@ -1,4 +1,4 @@
-#include "ui/qt/pagelabel.h"
+#include "ui/qt/widgets/pagelabel.h"
 
 #include "ui/twips.h"
 

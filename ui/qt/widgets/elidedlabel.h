@@ -1,5 +1,5 @@
-// ui/qt/elidedlabel.h - a line of plain text that is shortened with "..." when there is not enough
-// room; a tool tip then shows the whole text.
+// ui/qt/widgets/elidedlabel.h - a line of plain text that is shortened with "..." when there is not
+// enough room; a tool tip then shows the whole text.
 #pragma once
 
 #include <QLabel>

@@ -1,4 +1,4 @@
-// ui/qt/itemtips.h - the tool tip for a node of a tree or a cell of a list whose text is cut.
+// ui/qt/views/itemtips.h - the tool tip for a node of a tree or a cell of a list whose text is cut.
 #pragma once
 
 #include <QTreeView>

@@ -1,6 +1,6 @@
-// ui/qt/pagelabel.h - a text on the information panel: plain, wrapped at words (and inside a word
-// that is longer than a line), with more space between the lines than on a button. The user can
-// select text with the mouse.
+// ui/qt/widgets/pagelabel.h - a text on the information panel: plain, wrapped at words (and inside
+// a word that is longer than a line), with more space between the lines than on a button. The user
+// can select text with the mouse.
 #pragma once
 
 #include <QLabel>

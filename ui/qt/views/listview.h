@@ -1,13 +1,13 @@
-// ui/qt/listview.h - shows a ui::KeyedList as a table and raises the list's events. A click on a
-// row raises ItemClick, then Click; a click beside the rows raises Click; a change of the selection
-// by key raises both, so that commands follow the keyboard too; a double click or Enter raises
-// DblClick; a click on a header raises ColumnClick. Typing finds a row by the beginning of its
-// first visible text. Rows that are files can be dragged out, to be copied; Ctrl+C copies the
+// ui/qt/views/listview.h - shows a ui::KeyedList as a table and raises the list's events. A click
+// on a row raises ItemClick, then Click; a click beside the rows raises Click; a change of the
+// selection by key raises both, so that commands follow the keyboard too; a double click or Enter
+// raises DblClick; a click on a header raises ColumnClick. Typing finds a row by the beginning of
+// its first visible text. Rows that are files can be dragged out, to be copied; Ctrl+C copies the
 // selected rows. If the last column has the key "Non", it takes the width that the others leave.
 #pragma once
 
-#include "ui/qt/frozenview.h"
-#include "ui/qt/listmodel.h"
+#include "ui/qt/views/frozenview.h"
+#include "ui/qt/views/listmodel.h"
 
 #include <QElapsedTimer>
 #include <QTreeView>

@@ -1,4 +1,4 @@
-#include "ui/qt/rowdelegate.h"
+#include "ui/qt/views/rowdelegate.h"
 
 #include <QApplication>
 

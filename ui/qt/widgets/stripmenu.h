@@ -1,4 +1,5 @@
-// ui/qt/stripmenu.h - a popup menu with a picture strip at its left edge and lines that are titles.
+// ui/qt/widgets/stripmenu.h - a popup menu with a picture strip at its left edge and lines that are
+// titles.
 #pragma once
 
 #include <QMenu>
