@@ -8,7 +8,7 @@
 #include "browser/panelform.h"
 #include "ui/cLogo.h"
 #include "ui/controls/command.h"
-#include "ui/controls/keyedtree.h"
+#include "ui/controls/inputs/keyedtree.h"
 #include "ui/controls/progressbar.h"
 #include "ui/controls/statusbar.h"
 

@@ -2,10 +2,10 @@
 // window and the search window, and what the panel's procedures need of the window.
 #pragma once
 
-#include "ui/controls/keyedlist.h"
+#include "ui/controls/inputs/keyedlist.h"
+#include "ui/controls/inputs/scrollbar.h"
 #include "ui/controls/label.h"
 #include "ui/controls/picture.h"
-#include "ui/controls/scrollbar.h"
 #include "ui/controls/timer.h"
 
 #include <array>

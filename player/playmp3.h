@@ -1,7 +1,7 @@
 // player/playmp3.h - plays the song of a list's row.
 #pragma once
 
-#include "ui/controls/keyedlist.h"
+#include "ui/controls/inputs/keyedlist.h"
 
 #include <string>
 

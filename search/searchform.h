@@ -7,11 +7,11 @@
 #include "search/criteria.h"
 #include "search/layout.h"
 #include "ui/controls/button.h"
-#include "ui/controls/checkbox.h"
-#include "ui/controls/combobox.h"
-#include "ui/controls/keyedlist.h"
+#include "ui/controls/inputs/checkbox.h"
+#include "ui/controls/inputs/combobox.h"
+#include "ui/controls/inputs/keyedlist.h"
+#include "ui/controls/inputs/textbox.h"
 #include "ui/controls/statusbar.h"
-#include "ui/controls/textbox.h"
 #include "ui/controls/timer.h"
 
 #include <array>

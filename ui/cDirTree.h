@@ -6,8 +6,8 @@
 #pragma once
 
 #include "platform/folders.h"
-#include "ui/controls/keyedlist.h"
-#include "ui/controls/keyedtree.h"
+#include "ui/controls/inputs/keyedlist.h"
+#include "ui/controls/inputs/keyedtree.h"
 #include "ui/controls/label.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "browser/commands.h"
 #include "runtime/error.h"
 #include "tests/support/errorof.h"
-#include "ui/controls/keyedlist.h"
+#include "ui/controls/inputs/keyedlist.h"
 
 #include <gtest/gtest.h>
 

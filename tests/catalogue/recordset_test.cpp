@@ -3,7 +3,7 @@
 #include "runtime/error.h"
 #include "tests/catalogue/support.h"
 #include "tests/support/oddtexts.h"
-#include "ui/controls/keyedlist.h"
+#include "ui/controls/inputs/keyedlist.h"
 
 #include <gtest/gtest.h>
 

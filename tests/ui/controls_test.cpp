@@ -1,10 +1,10 @@
 #include "runtime/error.h"
-#include "ui/controls/checkbox.h"
 #include "ui/controls/command.h"
+#include "ui/controls/inputs/checkbox.h"
+#include "ui/controls/inputs/scrollbar.h"
+#include "ui/controls/inputs/textbox.h"
 #include "ui/controls/label.h"
 #include "ui/controls/picture.h"
-#include "ui/controls/scrollbar.h"
-#include "ui/controls/textbox.h"
 #include "ui/controls/timer.h"
 #include "ui/twips.h"
 

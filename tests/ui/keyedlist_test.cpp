@@ -1,5 +1,5 @@
 #include "runtime/error.h"
-#include "ui/controls/keyedlist.h"
+#include "ui/controls/inputs/keyedlist.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "runtime/error.h"
-#include "ui/controls/keyedtree.h"
+#include "ui/controls/inputs/keyedtree.h"
 
 #include <gtest/gtest.h>
 

@@ -5,17 +5,17 @@
 #pragma once
 
 #include "ui/controls/button.h"
-#include "ui/controls/checkbox.h"
-#include "ui/controls/combobox.h"
 #include "ui/controls/frame.h"
-#include "ui/controls/keyedlist.h"
-#include "ui/controls/keyedtree.h"
+#include "ui/controls/inputs/checkbox.h"
+#include "ui/controls/inputs/combobox.h"
+#include "ui/controls/inputs/keyedlist.h"
+#include "ui/controls/inputs/keyedtree.h"
+#include "ui/controls/inputs/slider.h"
+#include "ui/controls/inputs/textbox.h"
 #include "ui/controls/label.h"
 #include "ui/controls/picture.h"
 #include "ui/controls/progressbar.h"
-#include "ui/controls/slider.h"
 #include "ui/controls/statusbar.h"
-#include "ui/controls/textbox.h"
 #include "ui/controls/timer.h"
 
 #include <concepts>

@@ -4,10 +4,10 @@
 #pragma once
 
 #include "ui/controls/area.h"
+#include "ui/controls/inputs/scrollbar.h"
 #include "ui/controls/label.h"
 #include "ui/controls/picture.h"
 #include "ui/controls/progressbar.h"
-#include "ui/controls/scrollbar.h"
 #include "ui/controls/timer.h"
 
 #include <QAction>

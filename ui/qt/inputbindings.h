@@ -4,11 +4,11 @@
 #pragma once
 
 #include "ui/controls/button.h"
-#include "ui/controls/checkbox.h"
-#include "ui/controls/combobox.h"
 #include "ui/controls/frame.h"
-#include "ui/controls/slider.h"
-#include "ui/controls/textbox.h"
+#include "ui/controls/inputs/checkbox.h"
+#include "ui/controls/inputs/combobox.h"
+#include "ui/controls/inputs/slider.h"
+#include "ui/controls/inputs/textbox.h"
 
 #include <QWidget>
 

@@ -5,7 +5,7 @@
 // any line breaks (CR LF, CR or LF), and its positions count characters.
 #pragma once
 
-#include "ui/controls/textbox.h"
+#include "ui/controls/inputs/textbox.h"
 
 #include <QString>
 #include <string>

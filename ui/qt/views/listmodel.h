@@ -3,7 +3,7 @@
 // shown. The model has no copy of the rows.
 #pragma once
 
-#include "ui/controls/keyedlist.h"
+#include "ui/controls/inputs/keyedlist.h"
 
 #include <QAbstractTableModel>
 #include <functional>

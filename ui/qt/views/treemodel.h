@@ -2,7 +2,7 @@
 // copy of the nodes.
 #pragma once
 
-#include "ui/controls/keyedtree.h"
+#include "ui/controls/inputs/keyedtree.h"
 
 #include <QAbstractItemModel>
 #include <functional>

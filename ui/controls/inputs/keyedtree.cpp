@@ -1,4 +1,4 @@
-#include "ui/controls/keyedtree.h"
+#include "ui/controls/inputs/keyedtree.h"
 
 #include "runtime/collation.h"
 #include "runtime/error.h"

@@ -1,4 +1,4 @@
-// ui/controls/scrollbar.h - a scroll bar: a value from 0 to Max().
+// ui/controls/inputs/scrollbar.h - a scroll bar: a value from 0 to Max().
 #pragma once
 
 #include "ui/controls/area.h"

@@ -1,5 +1,5 @@
-// ui/controls/combobox.h - a list of texts that opens below the chosen one; the user may type a
-// text as well, if `canType`.
+// ui/controls/inputs/combobox.h - a list of texts that opens below the chosen one; the user may
+// type a text as well, if `canType`.
 #pragma once
 
 #include "ui/controls/area.h"

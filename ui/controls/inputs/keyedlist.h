@@ -1,5 +1,5 @@
-// ui/controls/keyedlist.h - a list of rows in columns: columns by key, rows by key, sub-items by
-// number or by key, sorting, multiple selection. Texts (UTF-8) are kept in one block.
+// ui/controls/inputs/keyedlist.h - a list of rows in columns: columns by key, rows by key,
+// sub-items by number or by key, sorting, multiple selection. Texts (UTF-8) are kept in one block.
 #pragma once
 
 #include "runtime/keyindex.h"

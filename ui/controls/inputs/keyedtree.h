@@ -1,6 +1,6 @@
-// ui/controls/keyedtree.h - a tree of nodes with keys; children are in the order of adding. Keys
-// and texts (UTF-8) are in one block of memory, so that 100,000 nodes need little more than their
-// text.
+// ui/controls/inputs/keyedtree.h - a tree of nodes with keys; children are in the order of adding.
+// Keys and texts (UTF-8) are in one block of memory, so that 100,000 nodes need little more than
+// their text.
 #pragma once
 
 #include "runtime/keyindex.h"

@@ -1,8 +1,8 @@
-// ui/controls/slider.h - a slider: the user moves its thumb with the mouse or keys, or clicks
-// beside it.
+// ui/controls/inputs/slider.h - a slider: the user moves its thumb with the mouse or keys, or
+// clicks beside it.
 #pragma once
 
-#include "ui/controls/scrollbar.h"
+#include "ui/controls/inputs/scrollbar.h"
 
 namespace ui
 {

@@ -1,4 +1,4 @@
-// ui/controls/textbox.h - a text that the user edits, on one line or on several.
+// ui/controls/inputs/textbox.h - a text that the user edits, on one line or on several.
 #pragma once
 
 #include "ui/controls/area.h"

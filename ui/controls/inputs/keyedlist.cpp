@@ -1,4 +1,4 @@
-#include "ui/controls/keyedlist.h"
+#include "ui/controls/inputs/keyedlist.h"
 
 #include "runtime/collation.h"
 #include "runtime/error.h"

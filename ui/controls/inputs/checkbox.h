@@ -1,5 +1,5 @@
-// ui/controls/checkbox.h - a box with a caption that can be checked, and the round box of which
-// only one can be.
+// ui/controls/inputs/checkbox.h - a box with a caption that can be checked, and the round box of
+// which only one can be.
 #pragma once
 
 #include "ui/controls/label.h"
