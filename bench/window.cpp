@@ -4,8 +4,8 @@
 // or "". Only "models": the models compared with item objects. Only "empty": an empty window of the
 // toolkit until it is painted; the floor for the start.
 #include "browser/fieldtree.h"
-#include "browser/frmMain.h"
 #include "browser/itemlist.h"
+#include "browser/windows/frmMain.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/regeneration.h"
 #include "catalogue/rowgroups.h"

@@ -1,3 +1,3 @@
-foreach(part frmMain frmMainLists frmMainMenus frmItemView)
-  target_sources(quenlin_windows PRIVATE ${CMAKE_CURRENT_LIST_DIR}/${part}.cpp)
+foreach(part frmItemView frmMain frmMainLists frmMainMenus)
+  target_sources(quenlin_windows PRIVATE ${CMAKE_CURRENT_LIST_DIR}/windows/${part}.cpp)
 endforeach()

@@ -1,7 +1,7 @@
 #include "search/frmSearch.h"
 
-#include "browser/frmItemView.h"
 #include "browser/mainform.h"
+#include "browser/windows/frmItemView.h"
 #include "platform/machine.h"
 #include "platform/windows.h"
 #include "shell/language.h"

@@ -1,5 +1,5 @@
 // The main form's commands: dispatch, states, captions, languages, pages.
-#include "browser/formhandlers.h"
+#include "browser/form/formhandlers.h"
 #include "catalogue/regeneration.h"
 #include "runtime/error.h"
 #include "shell/preferences/unicodeoffer.h"

@@ -17,7 +17,7 @@ ENGLISH = "Brandolet"
 # Section.Key of the question in the language files; of a question without a key it is a word of its own.
 ASKS = {
     "browser/exportfolder.cpp": ["CreateFolder"],
-    "browser/formcommands.cpp": ["UnicodeTags.Regenerate"],
+    "browser/form/formcommands.cpp": ["UnicodeTags.Regenerate"],
     "browser/filecommands.cpp": ["Messages.EmailError", "Messages.InputInformation", "Duplicate", "Rename"],
     "catalogue/regeneration.cpp": ["SendReport", "SeeReport"],
     "lyrics/marks.cpp": ["Times.DraftOffer", "Times.Unsaved"],

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "browser/fieldtree.h"
-#include "browser/frmMain.h"
+#include "browser/windows/frmMain.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/regeneration.h"
 #include "platform/machine.h"

@@ -1,4 +1,4 @@
-#include "browser/frmItemView.h"
+#include "browser/windows/frmItemView.h"
 
 #include "browser/itemkinds.h"
 #include "runtime/error.h"

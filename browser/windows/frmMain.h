@@ -1,4 +1,4 @@
-// browser/frmMain.h - the main window: its widgets, connected with the controls of
+// browser/windows/frmMain.h - the main window: its widgets, connected with the controls of
 // browser/mainform.h. It does not decide anything: ReDrawForm sets the places, the form's handlers
 // do the commands.
 #pragma once

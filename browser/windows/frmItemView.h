@@ -1,5 +1,5 @@
-// browser/frmItemView.h - a list of items with the information panel beside it, in the main window
-// and the search window: the widgets of a PanelForm and a KeyedList.
+// browser/windows/frmItemView.h - a list of items with the information panel beside it, in the main
+// window and the search window: the widgets of a PanelForm and a KeyedList.
 #pragma once
 
 #include "browser/panelform.h"

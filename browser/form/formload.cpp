@@ -1,6 +1,6 @@
 #include "browser/exportfiles.h"
 #include "browser/fieldtree.h"
-#include "browser/formhandlers.h"
+#include "browser/form/formhandlers.h"
 #include "browser/itemlist.h"
 #include "browser/liststate.h"
 #include "browser/mainform.h"

@@ -1,6 +1,6 @@
-#include "browser/frmMain.h"
+#include "browser/windows/frmMain.h"
 
-#include "browser/frmItemView.h"
+#include "browser/windows/frmItemView.h"
 #include "platform/machine.h"
 #include "platform/windows.h"
 #include "ui/qt/bindings.h"

@@ -1,4 +1,4 @@
-// browser/formhandlers.h - parts of LoadMainForm, called by formload.cpp, and the check of its
+// browser/form/formhandlers.h - parts of LoadMainForm, called by formload.cpp, and the check of its
 // result.
 #pragma once
 

@@ -1,8 +1,8 @@
 // The main window's tree, list and splitter.
-#include "browser/frmItemView.h"
-#include "browser/frmMain.h"
 #include "browser/itemkinds.h"
 #include "browser/itemlist.h"
+#include "browser/windows/frmItemView.h"
+#include "browser/windows/frmMain.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/qttext.h"
 #include "ui/qt/views/listview.h"

@@ -1,5 +1,5 @@
 // The main window's menus, toolbar and popup, built from the tables of browser/commands.h.
-#include "browser/frmMain.h"
+#include "browser/windows/frmMain.h"
 #include "shell/language.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/icons.h"

@@ -1,7 +1,7 @@
 // The main form's commands: running them by name, its own handlers, keys, the language menu.
 #include "browser/exportfiles.h"
 #include "browser/fieldtree.h"
-#include "browser/formhandlers.h"
+#include "browser/form/formhandlers.h"
 #include "browser/itemkinds.h"
 #include "browser/itemlist.h"
 #include "browser/webpanel.h"
