@@ -1,6 +1,6 @@
 #include "app/programhome.h"
 
-#include "platform/posix/userfolders.h"
+#include "platform/posix/disk/userfolders.h"
 #include "runtime/codepage.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"

@@ -2,7 +2,7 @@
 #include "app/windowrun.h"
 #include "app/windowsession.h"
 #include "platform/endrequest.h"
-#include "platform/posix/userfolders.h"
+#include "platform/posix/disk/userfolders.h"
 #include "runtime/error.h"
 #include "shell/globals.h"
 #include "shell/startup/splashform.h"

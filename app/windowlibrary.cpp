@@ -1,6 +1,6 @@
 #include "app/windowlibrary.h"
 
-#include "platform/posix/userfolders.h"
+#include "platform/posix/disk/userfolders.h"
 
 #include <dlfcn.h>
 #include <unistd.h>

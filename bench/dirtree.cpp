@@ -6,10 +6,10 @@
 // Makes the sub-folders in FOLDER where they are missing, each with one folder in it. Prints the
 // median of each in milliseconds, their ratio, and the number of nodes; fails when that is wrong.
 #include "platform/clock.h"
-#include "platform/drives.h"
+#include "platform/disk/drives.h"
 #include "platform/machine.h"
+#include "platform/posix/disk/systemfolders.h"
 #include "platform/posix/systemclock.h"
-#include "platform/posix/systemfolders.h"
 #include "platform/terminal/terminaldesktop.h"
 #include "ui/cDirTree.h"
 

@@ -5,7 +5,7 @@
 #include "bench/timing.h"
 #include "browser/fieldtree.h"
 #include "browser/mainform.h"
-#include "platform/posix/systemfiles.h"
+#include "platform/posix/disk/systemfiles.h"
 #include "playlists/install.h"
 #include "playlists/lists.h"
 

@@ -10,7 +10,7 @@
 #include "catalogue/regeneration.h"
 #include "catalogue/rowgroups.h"
 #include "platform/machine.h"
-#include "platform/posix/mountdrives.h"
+#include "platform/posix/disk/mountdrives.h"
 #include "platform/posix/systemclock.h"
 #include "platform/qt/qtdesktop.h"
 #include "platform/settingsstore.h"

@@ -2,9 +2,9 @@
 
 #include "platform/clock.h"
 #include "platform/desktop.h"
-#include "platform/drives.h"
-#include "platform/files.h"
-#include "platform/folders.h"
+#include "platform/disk/drives.h"
+#include "platform/disk/files.h"
+#include "platform/disk/folders.h"
 #include "platform/machine.h"
 #include "runtime/collation.h"
 #include "runtime/error.h"

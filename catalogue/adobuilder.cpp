@@ -4,7 +4,7 @@
 #include "platform/desktop.h"
 #include "platform/inireader.h"
 #include "platform/machine.h"
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 #include "platform/posix/inidocument.h"
 #include "runtime/text.h"
 

@@ -1,7 +1,7 @@
 // fuzz/memoryfiles.h - the files port for a few files in memory, each with its path.
 #pragma once
 
-#include "platform/posix/systemfiles.h"
+#include "platform/posix/disk/systemfiles.h"
 
 #include <algorithm>
 #include <cerrno>

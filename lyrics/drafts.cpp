@@ -2,8 +2,8 @@
 
 #include "metadata/tagtext.h"
 #include "platform/machine.h"
-#include "platform/posix/files.h"
-#include "platform/posix/userfolders.h"
+#include "platform/posix/disk/files.h"
+#include "platform/posix/disk/userfolders.h"
 #include "runtime/codepage.h"
 #include "runtime/error.h"
 #include "runtime/hash.h"

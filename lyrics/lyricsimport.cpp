@@ -6,7 +6,7 @@
 #include "metadata/unicode/textvalues.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 #include "runtime/codepage.h"
 #include "runtime/error.h"
 #include "runtime/paths.h"

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "metadata/unicode/tagtexts.h"
-#include "platform/files.h"
+#include "platform/disk/files.h"
 
 #include <array>
 #include <cstdint>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "metadata/id3v2.h"
-#include "platform/files.h"
+#include "platform/disk/files.h"
 
 #include <cstddef>
 #include <cstdint>

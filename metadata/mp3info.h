@@ -9,7 +9,7 @@
 
 #include "metadata/records.h"
 #include "metadata/unicode/tagtexts.h"
-#include "platform/files.h"
+#include "platform/disk/files.h"
 
 #include <cstdint>
 #include <functional>

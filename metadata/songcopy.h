@@ -3,7 +3,7 @@
 // written under another name and gets its name at the end. No state.
 #pragma once
 
-#include "platform/files.h"
+#include "platform/disk/files.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,6 @@
 #include "online/fileinfo.h"
 
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 #include "shell/apppath.h"
 #include "shell/version.h"
 

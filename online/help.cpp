@@ -1,7 +1,7 @@
 #include "online/help.h"
 
 #include "online/helpform.h"
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
 #include "shell/globals.h"

@@ -2,7 +2,7 @@
 
 #include "platform/clock.h"
 #include "platform/machine.h"
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 #include "runtime/codepage.h"
 #include "runtime/text.h"
 

@@ -1,7 +1,7 @@
 #include "platform/inireader.h"
 
-#include "platform/posix/files.h"
-#include "platform/posix/systemfiles.h"
+#include "platform/posix/disk/files.h"
+#include "platform/posix/disk/systemfiles.h"
 #include "runtime/codepage.h"
 #include "runtime/text.h"
 

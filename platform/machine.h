@@ -2,7 +2,7 @@
 // ports that it needs and restores the former ones.
 #pragma once
 
-#include "platform/files.h"
+#include "platform/disk/files.h"
 #include "platform/systeminfo.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #include "player/disks.h"
 
-#include "platform/drives.h"
+#include "platform/disk/drives.h"
 #include "platform/machine.h"
 
 namespace player

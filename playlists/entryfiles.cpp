@@ -1,6 +1,6 @@
 #include "playlists/entryfiles.h"
 
-#include "platform/posix/helperthread.h"
+#include "platform/posix/disk/helperthread.h"
 #include "runtime/codepage.h"
 #include "runtime/text.h"
 

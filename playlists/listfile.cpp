@@ -1,6 +1,6 @@
 #include "playlists/listfile.h"
 
-#include "platform/posix/helperthread.h"
+#include "platform/posix/disk/helperthread.h"
 #include "platform/waiting.h"
 
 #include <chrono>

@@ -3,7 +3,7 @@
 #include "browser/webpanel.h"
 #include "catalogue/adoclass.h"
 #include "platform/desktop.h"
-#include "platform/drives.h"
+#include "platform/disk/drives.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "player/winampmod.h"

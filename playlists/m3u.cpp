@@ -1,6 +1,6 @@
 #include "playlists/m3u.h"
 
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 #include "runtime/codepage.h"
 #include "runtime/text.h"
 

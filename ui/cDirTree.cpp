@@ -2,7 +2,7 @@
 
 #include "platform/clock.h"
 #include "platform/desktop.h"
-#include "platform/drives.h"
+#include "platform/disk/drives.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "runtime/paths.h"

@@ -5,7 +5,7 @@
 // case, the second one's key is followed by its path. The path itself is returned by PathOf.
 #pragma once
 
-#include "platform/folders.h"
+#include "platform/disk/folders.h"
 #include "ui/controls/inputs/keyedlist.h"
 #include "ui/controls/inputs/keyedtree.h"
 #include "ui/controls/label.h"

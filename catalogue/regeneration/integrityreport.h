@@ -3,7 +3,7 @@
 // in it byte for byte, lines end in carriage return and line feed.
 #pragma once
 
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 
 #include <initializer_list>
 #include <string>

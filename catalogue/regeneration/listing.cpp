@@ -1,7 +1,7 @@
 #include "catalogue/regeneration/listing.h"
 
-#include "platform/files.h"
-#include "platform/posix/helperthread.h"
+#include "platform/disk/files.h"
+#include "platform/posix/disk/helperthread.h"
 #include "runtime/error.h"
 #include "runtime/paths.h"
 #include "runtime/text.h"

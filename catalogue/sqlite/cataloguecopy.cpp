@@ -4,7 +4,7 @@
 #include "catalogue/machineclock.h"
 #include "catalogue/sqlite/cataloguefile.h"
 #include "platform/clock.h"
-#include "platform/files.h"
+#include "platform/disk/files.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
 

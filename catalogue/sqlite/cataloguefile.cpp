@@ -1,7 +1,7 @@
 #include "catalogue/sqlite/cataloguefile.h"
 
 #include "catalogue/lockwait.h"
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 #include "runtime/text.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "catalogue/sqlite/splitwalk.h"
 
 #include "catalogue/sqlite/sqlitefunctions.h"
-#include "platform/posix/helperthread.h"
+#include "platform/posix/disk/helperthread.h"
 
 #include <future>
 #include <memory>

@@ -1,8 +1,8 @@
 #include "platform/player/audacious.h"
 
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
+#include "platform/posix/disk/userfolders.h"
 #include "platform/posix/spawn.h"
-#include "platform/posix/userfolders.h"
 #include "platform/waiting.h"
 #include "runtime/error.h"
 

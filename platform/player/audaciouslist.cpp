@@ -1,7 +1,7 @@
 #include "platform/player/audaciouslist.h"
 
 #include "platform/machine.h"
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 
 #include <algorithm>
 #include <array>

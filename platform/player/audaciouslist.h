@@ -2,7 +2,7 @@
 // name by name in idle time, then checked by single questions, and written as WINAMP.m3u.
 #pragma once
 
-#include "platform/files.h"
+#include "platform/disk/files.h"
 #include "platform/player/audaciousbus.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "platform/posix/desktopfiletypes.h"
 
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 #include "platform/posix/spawn.h"
 #include "runtime/text.h"
 

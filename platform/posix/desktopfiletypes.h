@@ -1,7 +1,7 @@
 // platform/posix/desktopfiletypes.h - file types in the user's MIME and desktop databases.
 #pragma once
 
-#include "platform/filetypes.h"
+#include "platform/disk/filetypes.h"
 
 #include <string>
 #include <string_view>

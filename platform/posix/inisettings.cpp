@@ -1,6 +1,6 @@
 #include "platform/posix/inisettings.h"
 
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 #include "runtime/error.h"
 #include "runtime/paths.h"
 #include "runtime/text.h"

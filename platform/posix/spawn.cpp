@@ -1,6 +1,6 @@
 #include "platform/posix/spawn.h"
 
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 
 #include <fcntl.h>
 #include <spawn.h>

@@ -1,6 +1,6 @@
 #include "platform/posix/systeminfo.h"
 
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 
 #include <sys/utsname.h>
 

@@ -1,6 +1,6 @@
 #include "platform/terminal/terminaltext.h"
 
-#include "platform/posix/userfolders.h"
+#include "platform/posix/disk/userfolders.h"
 #include "runtime/text.h"
 #include "runtime/utf8.h"
 

@@ -5,7 +5,7 @@
 #include "platform/desktop.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
-#include "platform/posix/userfolders.h"
+#include "platform/posix/disk/userfolders.h"
 #include "runtime/paths.h"
 #include "shell/settings.h"
 

@@ -2,7 +2,7 @@
 // the disk does not answer, and after a while the look gives up.
 #pragma once
 
-#include "platform/folders.h"
+#include "platform/disk/folders.h"
 #include "ui/cDirTree.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // New folder, the command of the directory tree's popup.
 #include "platform/desktop.h"
-#include "platform/files.h"
-#include "platform/folders.h"
+#include "platform/disk/files.h"
+#include "platform/disk/folders.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
 #include "runtime/paths.h"

@@ -7,7 +7,7 @@
 #include "platform/desktop.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"

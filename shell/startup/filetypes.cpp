@@ -1,6 +1,6 @@
 #include "shell/startup/filetypes.h"
 
-#include "platform/filetypes.h"
+#include "platform/disk/filetypes.h"
 #include "platform/machine.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"

@@ -1,7 +1,7 @@
 #include "shell/startup/shippedfiles.h"
 
 #include "platform/machine.h"
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 #include "runtime/error.h"
 #include "runtime/hash.h"
 #include "runtime/paths.h"

@@ -4,7 +4,7 @@
 #include "catalogue/regeneration.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 #include "runtime/paths.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"

@@ -5,7 +5,7 @@
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/edittags.h"
-#include "platform/posix/systemfiles.h"
+#include "platform/posix/disk/systemfiles.h"
 #include "runtime/error.h"
 #include "shell/preferences/failuremail.h"
 #include "tests/support/libraryfixture.h"

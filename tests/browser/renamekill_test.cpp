@@ -8,7 +8,7 @@
 #include "catalogue/regeneration/walker.h"
 #include "catalogue/rowgroups.h"
 #include "platform/machine.h"
-#include "platform/posix/systemfiles.h"
+#include "platform/posix/disk/systemfiles.h"
 #include "tests/support/libraryfixture.h"
 #include "tests/support/memorysettings.h"
 #include "tests/support/mp3bytes.h"

@@ -1,7 +1,7 @@
 #include "catalogue/adoclass.h"
 #include "catalogue/regeneration/walker.h"
 #include "catalogue/sqlite/cataloguecopy.h"
-#include "platform/posix/systemfiles.h"
+#include "platform/posix/disk/systemfiles.h"
 #include "shell/globals.h"
 #include "tests/catalogue/regenerationfixture.h"
 

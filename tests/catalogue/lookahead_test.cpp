@@ -3,7 +3,7 @@
 #include "catalogue/regeneration/walker.h"
 #include "metadata/mp3info.h"
 #include "platform/machine.h"
-#include "platform/posix/readahead.h"
+#include "platform/posix/disk/readahead.h"
 #include "shell/globals.h"
 #include "tests/catalogue/regenerationfixture.h"
 #include "tests/support/wait.h"

@@ -4,7 +4,7 @@
 
 #include "metadata/mp3info.h"
 #include "platform/machine.h"
-#include "platform/posix/systemfiles.h"
+#include "platform/posix/disk/systemfiles.h"
 #include "tests/support/mp3bytes.h"
 #include "tests/support/testfolder.h"
 

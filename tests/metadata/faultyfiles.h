@@ -2,7 +2,7 @@
 // fails, or is the one in which the process is killed.
 #pragma once
 
-#include "platform/posix/systemfiles.h"
+#include "platform/posix/disk/systemfiles.h"
 
 #include <algorithm>
 #include <cerrno>

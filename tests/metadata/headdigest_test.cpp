@@ -5,7 +5,7 @@
 #include "metadata/mpegheader.h"
 #include "metadata/unicode/tagtexts.h"
 #include "platform/machine.h"
-#include "platform/posix/readahead.h"
+#include "platform/posix/disk/readahead.h"
 #include "tests/support/mp3bytes.h"
 #include "tests/support/testfolder.h"
 #include "tests/support/wait.h"

@@ -1,4 +1,4 @@
-#include "platform/posix/mountdrives.h"
+#include "platform/posix/disk/mountdrives.h"
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>

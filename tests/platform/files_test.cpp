@@ -1,4 +1,4 @@
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 #include "tests/support/testfolder.h"
 #include "tests/support/wait.h"
 

@@ -1,7 +1,7 @@
 // Files that were announced: reading them returns the same as without, several helper threads read
 // at the same time, and the end never waits for a helper.
 #include "platform/endrequest.h"
-#include "platform/posix/readahead.h"
+#include "platform/posix/disk/readahead.h"
 #include "tests/support/testfolder.h"
 #include "tests/support/wait.h"
 

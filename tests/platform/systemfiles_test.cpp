@@ -1,4 +1,4 @@
-#include "platform/posix/systemfiles.h"
+#include "platform/posix/disk/systemfiles.h"
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>

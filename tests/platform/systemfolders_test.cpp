@@ -1,5 +1,5 @@
-#include "platform/posix/systemfolders.h"
-#include "platform/posix/userfolders.h"
+#include "platform/posix/disk/systemfolders.h"
+#include "platform/posix/disk/userfolders.h"
 #include "tests/support/testfolder.h"
 #include "tests/support/wait.h"
 

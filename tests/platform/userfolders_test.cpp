@@ -1,4 +1,4 @@
-#include "platform/posix/userfolders.h"
+#include "platform/posix/disk/userfolders.h"
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>

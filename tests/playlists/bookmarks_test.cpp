@@ -1,4 +1,4 @@
-#include "platform/posix/systemfiles.h"
+#include "platform/posix/disk/systemfiles.h"
 #include "playlists/bookmarks.h"
 #include "runtime/error.h"
 #include "tests/browser/formfixture.h"

@@ -4,7 +4,7 @@
 
 #include "catalogue/regeneration.h"
 #include "catalogue/regeneration/walker.h"
-#include "platform/folders.h"
+#include "platform/disk/folders.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
 #include "shell/preferences/preferences.h"

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/clock.h"
-#include "platform/drives.h"
+#include "platform/disk/drives.h"
 #include "platform/machine.h"
 
 #include <string>

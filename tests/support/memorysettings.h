@@ -2,7 +2,7 @@
 // one exists, it is the port in TheMachine().
 #pragma once
 
-#include "platform/filetypes.h"
+#include "platform/disk/filetypes.h"
 #include "platform/machine.h"
 #include "platform/settingsstore.h"
 #include "runtime/error.h"

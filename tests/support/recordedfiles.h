@@ -2,7 +2,7 @@
 // the disk after a power cut at any point of that record.
 #pragma once
 
-#include "platform/posix/systemfiles.h"
+#include "platform/posix/disk/systemfiles.h"
 
 #include <functional>
 #include <map>

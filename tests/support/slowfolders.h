@@ -3,7 +3,7 @@
 
 #include "platform/clock.h"
 #include "platform/machine.h"
-#include "platform/posix/systemfolders.h"
+#include "platform/posix/disk/systemfolders.h"
 
 #include <set>
 #include <string>

@@ -2,7 +2,7 @@
 
 #include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
-#include "platform/files.h"
+#include "platform/disk/files.h"
 #include "platform/machine.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"

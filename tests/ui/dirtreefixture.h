@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/machine.h"
-#include "platform/posix/systemfolders.h"
+#include "platform/posix/disk/systemfolders.h"
 #include "runtime/text.h"
 #include "tests/support/fakeports.h"
 #include "tests/support/scripteddesktop.h"

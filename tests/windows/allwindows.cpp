@@ -13,7 +13,7 @@
 #include "online/tipform.h"
 #include "online/versioninfo.h"
 #include "platform/machine.h"
-#include "platform/posix/systemfolders.h"
+#include "platform/posix/disk/systemfolders.h"
 #include "platform/qt/qtwindows.h"
 #include "player/controlsform.h"
 #include "playlists/listsform.h"

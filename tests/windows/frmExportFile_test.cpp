@@ -1,7 +1,7 @@
 // The export by mouse and keys: the folder window, real files, Escape, failures.
 #include "browser/exportfolder.h"
 #include "browser/filecommands.h"
-#include "platform/posix/systemfolders.h"
+#include "platform/posix/disk/systemfolders.h"
 #include "platform/qt/application.h"
 #include "platform/qt/qtdesktop.h"
 #include "platform/qt/theme.h"

@@ -2,8 +2,8 @@
 // the first list.
 #include "browser/commands.h"
 #include "catalogue/regeneration.h"
+#include "platform/posix/disk/systemfolders.h"
 #include "platform/posix/systemclock.h"
-#include "platform/posix/systemfolders.h"
 #include "shell/preferences/preferences.h"
 #include "shell/settings.h"
 #include "tests/windows/mainwindowfixture.h"

@@ -1,4 +1,4 @@
-// platform/bytebuffer.h - memory for bytes that are about to be read into it.
+// platform/disk/bytebuffer.h - memory for bytes that are about to be read into it.
 #pragma once
 
 #include <cstddef>

@@ -1,10 +1,10 @@
-// platform/posix/readahead.h - a files port that reads ahead: helper threads open the files that
-// were announced, read their first and last bytes and look for what is wanted in the first ones
-// while the logic works. A helper only handles file bytes, uses no other state of the program, and
-// nobody waits for its end.
+// platform/posix/disk/readahead.h - a files port that reads ahead: helper threads open the files
+// that were announced, read their first and last bytes and look for what is wanted in the first
+// ones while the logic works. A helper only handles file bytes, uses no other state of the program,
+// and nobody waits for its end.
 #pragma once
 
-#include "platform/posix/systemfiles.h"
+#include "platform/posix/disk/systemfiles.h"
 
 #include <memory>
 #include <thread>

@@ -1,8 +1,8 @@
-// platform/posix/mountdrives.h - drives as mount points.
+// platform/posix/disk/mountdrives.h - drives as mount points.
 #pragma once
 
-#include "platform/drives.h"
-#include "platform/posix/userfolders.h"
+#include "platform/disk/drives.h"
+#include "platform/posix/disk/userfolders.h"
 
 #include <map>
 #include <string>

@@ -1,8 +1,8 @@
-#include "platform/posix/systemfolders.h"
+#include "platform/posix/disk/systemfolders.h"
 
-#include "platform/posix/files.h"
-#include "platform/posix/helperthread.h"
-#include "platform/posix/userfolders.h"
+#include "platform/posix/disk/files.h"
+#include "platform/posix/disk/helperthread.h"
+#include "platform/posix/disk/userfolders.h"
 #include "runtime/paths.h"
 #include "runtime/text.h"
 

@@ -1,4 +1,5 @@
-// platform/posix/files.h - whole small files: read, written in one step, copied. Paths are bytes.
+// platform/posix/disk/files.h - whole small files: read, written in one step, copied. Paths are
+// bytes.
 #pragma once
 
 #include <cstddef>

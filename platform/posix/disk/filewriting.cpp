@@ -1,5 +1,5 @@
 // The operations of the files port that change files.
-#include "platform/posix/systemfiles.h"
+#include "platform/posix/disk/systemfiles.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -1,9 +1,9 @@
-// platform/files.h - the operations on files that songs are read and rewritten with, one system
-// call each where the platform allows. Paths are the file system's bytes. Results are an errno (0 =
-// done) or a count; nothing throws.
+// platform/disk/files.h - the operations on files that songs are read and rewritten with, one
+// system call each where the platform allows. Paths are the file system's bytes. Results are an
+// errno (0 = done) or a count; nothing throws.
 #pragma once
 
-#include "platform/bytebuffer.h"
+#include "platform/disk/bytebuffer.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,5 @@
 // The files port that the program works with.
-#include "platform/posix/readahead.h"
+#include "platform/posix/disk/readahead.h"
 
 namespace platform
 {

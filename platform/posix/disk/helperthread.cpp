@@ -1,4 +1,4 @@
-#include "platform/posix/helperthread.h"
+#include "platform/posix/disk/helperthread.h"
 
 #include <csignal>
 #include <system_error>

@@ -1,4 +1,4 @@
-// platform/posix/helperthread.h - additional threads, for calls that wait for a disk.
+// platform/posix/disk/helperthread.h - additional threads, for calls that wait for a disk.
 #pragma once
 
 #include <functional>

@@ -1,8 +1,8 @@
-// platform/posix/systemfiles.h - the files port by the system calls of POSIX. A test derives from
-// it to make single calls fail.
+// platform/posix/disk/systemfiles.h - the files port by the system calls of POSIX. A test derives
+// from it to make single calls fail.
 #pragma once
 
-#include "platform/files.h"
+#include "platform/disk/files.h"
 
 namespace platform::posix
 {

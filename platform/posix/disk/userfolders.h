@@ -1,4 +1,5 @@
-// platform/posix/userfolders.h - the folders that belong to the user and to the program's file.
+// platform/posix/disk/userfolders.h - the folders that belong to the user and to the program's
+// file.
 #pragma once
 
 #include <string>

@@ -1,7 +1,7 @@
-#include "platform/posix/readahead.h"
+#include "platform/posix/disk/readahead.h"
 
 #include "platform/endrequest.h"
-#include "platform/posix/helperthread.h"
+#include "platform/posix/disk/helperthread.h"
 
 #include <sys/resource.h>
 

@@ -1,4 +1,4 @@
-#include "platform/posix/userfolders.h"
+#include "platform/posix/disk/userfolders.h"
 
 #include "runtime/paths.h"
 

@@ -1,6 +1,6 @@
-// platform/folders.h - what a tree of folders asks of the machine: the folders in a folder, the
-// folders that belong to the user, and the process's current folder. Paths are bytes. A disk may
-// never answer: each question to one can be given up.
+// platform/disk/folders.h - what a tree of folders asks of the machine: the folders in a folder,
+// the folders that belong to the user, and the process's current folder. Paths are bytes. A disk
+// may never answer: each question to one can be given up.
 #pragma once
 
 #include <functional>

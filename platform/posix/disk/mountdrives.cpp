@@ -1,6 +1,6 @@
-#include "platform/posix/mountdrives.h"
+#include "platform/posix/disk/mountdrives.h"
 
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 #include "runtime/text.h"
 
 #include <fcntl.h>

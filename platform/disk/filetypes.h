@@ -1,4 +1,4 @@
-// platform/filetypes.h - the desktop's registry of file types: four key/value pairs a type.
+// platform/disk/filetypes.h - the desktop's registry of file types: four key/value pairs a type.
 #pragma once
 
 #include <string>

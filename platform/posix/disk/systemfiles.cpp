@@ -1,4 +1,4 @@
-#include "platform/posix/systemfiles.h"
+#include "platform/posix/disk/systemfiles.h"
 
 #include <fcntl.h>
 #include <linux/magic.h>

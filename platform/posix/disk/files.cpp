@@ -1,6 +1,6 @@
-#include "platform/posix/files.h"
+#include "platform/posix/disk/files.h"
 
-#include "platform/posix/helperthread.h"
+#include "platform/posix/disk/helperthread.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,9 +1,9 @@
-// platform/posix/systemfolders.h - the folders of this machine. A helper thread reads the disk, so
-// that the caller can stop waiting for a disk that never answers. The thread only uses its own
-// question, and nobody waits for its end.
+// platform/posix/disk/systemfolders.h - the folders of this machine. A helper thread reads the
+// disk, so that the caller can stop waiting for a disk that never answers. The thread only uses its
+// own question, and nobody waits for its end.
 #pragma once
 
-#include "platform/folders.h"
+#include "platform/disk/folders.h"
 
 #include <memory>
 
