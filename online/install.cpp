@@ -2,11 +2,11 @@
 
 #include "browser/commands.h"
 #include "browser/mainform.h"
-#include "online/autocheck.h"
-#include "online/help.h"
+#include "online/help/help.h"
 #include "online/historyform.h"
 #include "online/techsupportform.h"
 #include "online/tipform.h"
+#include "online/version/autocheck.h"
 #include "platform/machine.h"
 
 #include <memory>

@@ -2,7 +2,7 @@
 // support and the version history.
 #pragma once
 
-#include "online/versioninfo.h"
+#include "online/version/versioninfo.h"
 
 #include <memory>
 

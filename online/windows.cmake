@@ -1,3 +1,1 @@
-foreach(part frmHelp frmHistory)
-  target_sources(quenlin_windows PRIVATE ${CMAKE_CURRENT_LIST_DIR}/${part}.cpp)
-endforeach()
+target_sources(quenlin_windows PRIVATE ${CMAKE_CURRENT_LIST_DIR}/help/frmHelp.cpp ${CMAKE_CURRENT_LIST_DIR}/frmHistory.cpp)

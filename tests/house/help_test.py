@@ -22,7 +22,7 @@ ASKS = {
     "catalogue/regeneration.cpp": ["SendReport", "SeeReport"],
     "lyrics/marks.cpp": ["Times.DraftOffer", "Times.Unsaved"],
     "metadata/frameedit.cpp": ["TagEditor.FramesLost"],
-    "online/autocheck.cpp": ["Messages.NewerVersionAvailableWannaSeeInfo"],
+    "online/version/autocheck.cpp": ["Messages.NewerVersionAvailableWannaSeeInfo"],
     "playlists/lists.cpp": ["InputBox.NameThePlaylist"],
     "shell/preferences/newfolder.cpp": ["InputBox.NameTheFolder"],
     "shell/startup/startup.cpp": ["Damaged", "Damaged"],  # with the reason, and without

@@ -1,5 +1,5 @@
-#include "online/help.h"
-#include "online/helpform.h"
+#include "online/help/help.h"
+#include "online/help/helpform.h"
 #include "runtime/error.h"
 #include "shell/globals.h"
 #include "tests/support/fakeforms.h"

@@ -1,5 +1,5 @@
 #include "online/fileinfo.h"
-#include "online/versionfile.h"
+#include "online/version/versionfile.h"
 #include "shell/apppath.h"
 #include "tests/support/testfolder.h"
 

@@ -1,5 +1,5 @@
-#include "online/autocheck.h"
-#include "online/versioninfo.h"
+#include "online/version/autocheck.h"
+#include "online/version/versioninfo.h"
 #include "shell/globals.h"
 #include "shell/settings.h"
 #include "tests/online/recordedweb.h"

@@ -1,4 +1,4 @@
-#include "online/webvrchk.h"
+#include "online/version/webvrchk.h"
 #include "tests/online/recordedweb.h"
 
 #include <gtest/gtest.h>

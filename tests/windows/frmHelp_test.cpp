@@ -1,7 +1,7 @@
 // The help's window and the key F1, as real windows, with the books as they ship.
-#include "online/frmHelp.h"
-#include "online/help.h"
-#include "online/helpform.h"
+#include "online/help/frmHelp.h"
+#include "online/help/help.h"
+#include "online/help/helpform.h"
 #include "online/tipform.h"
 #include "platform/qt/qtdesktop.h"
 #include "shell/globals.h"

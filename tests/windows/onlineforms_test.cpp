@@ -3,7 +3,7 @@
 #include "online/historyform.h"
 #include "online/techsupportform.h"
 #include "online/tipform.h"
-#include "online/versioninfo.h"
+#include "online/version/versioninfo.h"
 #include "platform/qt/qtwindows.h"
 #include "shell/apppath.h"
 #include "shell/settings.h"

@@ -1,8 +1,8 @@
-// online/autocheck.h - the check for newer versions: on demand from the menu, and by itself once a
-// minute until it has a result. Keeps the checks that are under way.
+// online/version/autocheck.h - the check for newer versions: on demand from the menu, and by itself
+// once a minute until it has a result. Keeps the checks that are under way.
 #pragma once
 
-#include "online/versioninfo.h"
+#include "online/version/versioninfo.h"
 #include "ui/controls/timer.h"
 
 #include <memory>

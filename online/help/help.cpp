@@ -1,6 +1,6 @@
-#include "online/help.h"
+#include "online/help/help.h"
 
-#include "online/helpform.h"
+#include "online/help/helpform.h"
 #include "platform/posix/disk/files.h"
 #include "runtime/error.h"
 #include "runtime/text.h"

@@ -1,5 +1,5 @@
-// online/versionfile.h - the two files on the web that list the newest versions. Each is text with
-// CR LF line ends, in two blocks:
+// online/version/versionfile.h - the two files on the web that list the newest versions. Each is
+// text with CR LF line ends, in two blocks:
 //   1. database version ":" date, one in each line; the first line without a ":" ends the block;
 //   2. from that line on one line for each tool; its last word (after the last blank) is the
 //   version.

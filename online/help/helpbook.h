@@ -1,4 +1,4 @@
-// online/helpbook.h - the help as a book of pages, one file for each language. No state.
+// online/help/helpbook.h - the help as a book of pages, one file for each language. No state.
 //
 // A file is HTML in UTF-8. A line that begins with <h1 id="..."> is the title of a chapter; one
 // that begins with <h2 id="..."> is the title of a page in the chapter before it. What follows, up

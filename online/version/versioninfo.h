@@ -1,10 +1,10 @@
-// online/versioninfo.h - frmVersionInfo: asks on the web whether there is a newer version of the
-// program, of its sister tools or of the catalogue, and shows the result. Only the event for a
-// newer version shows the window; any other result is not shown, also when the user started the
+// online/version/versioninfo.h - frmVersionInfo: asks on the web whether there is a newer version
+// of the program, of its sister tools or of the catalogue, and shows the result. Only the event for
+// a newer version shows the window; any other result is not shown, also when the user started the
 // check.
 #pragma once
 
-#include "online/webvrchk.h"
+#include "online/version/webvrchk.h"
 #include "ui/controls/form.h"
 #include "ui/controls/frame.h"
 

@@ -1,4 +1,4 @@
-// online/frmHelp.h - the widget that shows a page of the help. No state.
+// online/help/frmHelp.h - the widget that shows a page of the help. No state.
 #pragma once
 
 namespace online

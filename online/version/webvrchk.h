@@ -1,5 +1,5 @@
-// online/webvrchk.h - downloads a version file and compares it with the version in use. Each start
-// is followed by one of three events, later, from the event loop.
+// online/version/webvrchk.h - downloads a version file and compares it with the version in use.
+// Each start is followed by one of three events, later, from the event loop.
 #pragma once
 
 #include "platform/web.h"

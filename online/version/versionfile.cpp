@@ -1,4 +1,4 @@
-#include "online/versionfile.h"
+#include "online/version/versionfile.h"
 
 #include "runtime/text.h"
 

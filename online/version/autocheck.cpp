@@ -1,4 +1,4 @@
-#include "online/autocheck.h"
+#include "online/version/autocheck.h"
 
 #include "platform/desktop.h"
 #include "platform/machine.h"

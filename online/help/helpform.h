@@ -1,8 +1,8 @@
-// online/helpform.h - the window of the help: the contents or the pages that a search found, and
-// one page beside them. It can be used while a modal window is open.
+// online/help/helpform.h - the window of the help: the contents or the pages that a search found,
+// and one page beside them. It can be used while a modal window is open.
 #pragma once
 
-#include "online/helpbook.h"
+#include "online/help/helpbook.h"
 #include "ui/controls/form.h"
 
 namespace online

@@ -1,8 +1,8 @@
-// online/help.h - opens the help in its window, in the language in use, or in English when there is
-// none in that language. The help is a file in the program's folder: it needs no network.
+// online/help/help.h - opens the help in its window, in the language in use, or in English when
+// there is none in that language. The help is a file in the program's folder: it needs no network.
 #pragma once
 
-#include "online/helpbook.h"
+#include "online/help/helpbook.h"
 
 #include <string>
 #include <string_view>

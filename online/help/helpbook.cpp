@@ -1,4 +1,4 @@
-#include "online/helpbook.h"
+#include "online/help/helpbook.h"
 
 #include "runtime/text.h"
 

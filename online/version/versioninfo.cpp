@@ -1,9 +1,9 @@
-#include "online/versioninfo.h"
+#include "online/version/versioninfo.h"
 
 #include "browser/layout.h"
 #include "catalogue/adoclass.h"
 #include "online/fileinfo.h"
-#include "online/versionfile.h"
+#include "online/version/versionfile.h"
 #include "shell/apppath.h"
 #include "shell/language.h"
 #include "shell/openaddress.h"

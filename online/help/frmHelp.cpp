@@ -1,6 +1,6 @@
-#include "online/frmHelp.h"
+#include "online/help/frmHelp.h"
 
-#include "online/helpform.h"
+#include "online/help/helpform.h"
 #include "ui/qt/form.h"
 #include "ui/qt/qttext.h"
 

@@ -1,4 +1,4 @@
-#include "online/helpform.h"
+#include "online/help/helpform.h"
 
 #include <utility>
 

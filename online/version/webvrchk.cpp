@@ -1,6 +1,6 @@
-#include "online/webvrchk.h"
+#include "online/version/webvrchk.h"
 
-#include "online/versionfile.h"
+#include "online/version/versionfile.h"
 #include "platform/machine.h"
 
 namespace online
