@@ -2,20 +2,16 @@
 // at the same time, and the end never waits for a helper.
 #include "platform/endrequest.h"
 #include "platform/posix/disk/readahead.h"
-#include "tests/support/testfolder.h"
-#include "tests/support/wait.h"
+#include "tests/support/heldfiles.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <atomic>
 #include <cerrno>
 #include <chrono>
-#include <condition_variable>
 #include <csignal>
 #include <filesystem>
-#include <mutex>
 #include <thread>
 
 namespace fs = std::filesystem;
@@ -24,130 +20,12 @@ using platform::FileKind;
 using platform::WantedBytes;
 using platform::posix::ReadAheadFiles;
 using platform::posix::SystemFilesPort;
+using tests::AwaitEqual;
+using tests::kNever;
+using tests::ReadAheadTest;
 
 namespace
 {
-
-// The real files, on which reads can be held up, and which counts its calls.
-struct HeldFiles : SystemFilesPort {
-    int OpenToRead(const std::string &path, FileIdentity &identity) override
-    {
-        if (failures > 0 && failures-- > 0)
-            return -EMFILE;
-        ++opens;
-        const int handle = SystemFilesPort::OpenToRead(path, identity);
-        identity.changedNs -= ageNs;
-        return handle;
-    }
-    int Identify(const std::string &path, FileIdentity &identity) override
-    {
-        const int reason = SystemFilesPort::Identify(path, identity);
-        identity.changedNs -= ageNs;
-        return reason;
-    }
-    int IdentifyOpen(int handle, const std::string &path, FileIdentity &identity) override
-    {
-        const int reason = SystemFilesPort::IdentifyOpen(handle, path, identity);
-        identity.changedNs -= ageNs;
-        return reason;
-    }
-    std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
-                        bool mayWait) override
-    {
-        {
-            std::unique_lock lock(m_mutex);
-            ++reads;
-            most = std::max<int>(most, ++m_within);
-            m_changed.notify_all();
-            m_changed.wait(lock, [&] { return !m_isHeld || m_within >= m_enough; });
-            m_isHeld = m_isHeld && m_within < m_enough;
-            m_changed.notify_all();
-            --m_within;
-        }
-        return SystemFilesPort::ReadAt(handle, offset, to, count, mayWait);
-    }
-    void Close(int handle) override
-    {
-        SystemFilesPort::Close(handle);
-        ++closes;
-    }
-
-    // Makes all reads wait until `enough` of them have begun, or until Release.
-    void Hold(int enough)
-    {
-        const std::lock_guard lock(m_mutex);
-        m_isHeld = true;
-        m_enough = enough;
-    }
-    void Release()
-    {
-        const std::lock_guard lock(m_mutex);
-        m_isHeld = false;
-        m_changed.notify_all();
-    }
-    // Waits until a read is held up.
-    void AwaitRead()
-    {
-        std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [&] { return m_within > 0; });
-    }
-
-    std::atomic<int> opens = 0, closes = 0, reads = 0;
-    std::atomic<int> failures = 0; // of the next opens, for want of a handle
-    std::atomic<int> most = 0;     // reads at a time
-    std::atomic<std::int64_t> ageNs = 3'600'000'000'000;
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    bool m_isHeld = false;
-    int m_enough = 0, m_within = 0;
-};
-
-constexpr int kNever = 1000;
-
-void AwaitEqual(const std::atomic<int> &number, int wanted)
-{
-    EXPECT_TRUE(tests::WaitUntil([&] { return number == wanted; })) << number << " " << wanted;
-}
-
-class ReadAhead : public testing::Test
-{
-protected:
-    ~ReadAhead() override
-    {
-        held->Release();
-        platform::RequestEnd(0);
-    }
-
-    std::string File(const std::string &name, std::size_t bytes) const
-    {
-        std::string text;
-        for (std::size_t i = 0; text.size() < bytes; ++i)
-            text += name + std::to_string(i);
-        tests::WriteFile(folder / name, text.substr(0, bytes));
-        return folder / name;
-    }
-
-    // What opening, reading and closing gives, without a wait where `mayWait` is false.
-    std::string Read(const std::string &path, std::int64_t offset, std::size_t count,
-                     bool mayWait = true)
-    {
-        FileIdentity identity;
-        const int handle = files->OpenToRead(path, identity);
-        if (handle < 0)
-            return "error " + std::to_string(-handle);
-        std::string text(count, '?');
-        const auto got = files->ReadAt(handle, offset, text.data(), count, mayWait);
-        files->Close(handle);
-        return got < 0 ? "error " + std::to_string(-got)
-                       : text.substr(0, static_cast<std::size_t>(got));
-    }
-
-    tests::TestFolder folder;
-    std::shared_ptr<HeldFiles> held = std::make_shared<HeldFiles>();
-    std::unique_ptr<ReadAheadFiles> files = std::make_unique<ReadAheadFiles>(held);
-};
 
 // The whole file, read in pieces through a port.
 std::string Whole(platform::Files &files, const std::string &path, FileIdentity &identity)
@@ -163,7 +41,7 @@ std::string Whole(platform::Files &files, const std::string &path, FileIdentity 
     return whole;
 }
 
-TEST_F(ReadAhead, BytesAndIdentitiesAreThoseOfThePlainPort)
+TEST_F(ReadAheadTest, BytesAndIdentitiesAreThoseOfThePlainPort)
 {
     std::vector<std::string> paths;
     for (const std::size_t bytes : {0, 1, 99, 100, 101, 149, 150, 151, 1000, 5000, 300'000})
@@ -192,7 +70,7 @@ TEST_F(ReadAhead, BytesAndIdentitiesAreThoseOfThePlainPort)
     AwaitEqual(held->closes, held->opens);
 }
 
-TEST_F(ReadAhead, SeveralFilesAreReadAtATime)
+TEST_F(ReadAheadTest, SeveralFilesAreReadAtATime)
 {
     std::vector<std::string> paths;
     for (int i = 0; i < 40; ++i)
@@ -205,7 +83,7 @@ TEST_F(ReadAhead, SeveralFilesAreReadAtATime)
     EXPECT_EQ(Read(paths[39], 0, 4), "3903");
 }
 
-TEST_F(ReadAhead, WhatIsOnItsWayIsNotThereWithoutAWait)
+TEST_F(ReadAheadTest, WhatIsOnItsWayIsNotThereWithoutAWait)
 {
     const std::string path = File("a", 500);
     held->Hold(kNever);
@@ -225,7 +103,7 @@ TEST_F(ReadAhead, WhatIsOnItsWayIsNotThereWithoutAWait)
     EXPECT_EQ(held->closes, 1);
 }
 
-TEST_F(ReadAhead, FileThatVanishedChangedOrWasReplacedIsNotWhatWasFetched)
+TEST_F(ReadAheadTest, FileThatVanishedChangedOrWasReplacedIsNotWhatWasFetched)
 {
     for (const bool isFresh : {false, true}) { // a change that the time stamp may hide
         std::vector<std::string> paths;
@@ -249,7 +127,7 @@ TEST_F(ReadAhead, FileThatVanishedChangedOrWasReplacedIsNotWhatWasFetched)
     }
 }
 
-TEST_F(ReadAhead, APipeIsOpenedOnceAndNotRead)
+TEST_F(ReadAheadTest, APipeIsOpenedOnceAndNotRead)
 {
     ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
     const std::string behind = File("behind", 500);
@@ -265,7 +143,7 @@ TEST_F(ReadAhead, APipeIsOpenedOnceAndNotRead)
     EXPECT_EQ(Read(behind, 0, 6), "behind");
 }
 
-TEST_F(ReadAhead, TheStartIsGivenOnceAndTheRestIsRead)
+TEST_F(ReadAheadTest, TheStartIsGivenOnceAndTheRestIsRead)
 {
     const std::string path = File("a", 500), other = File("b", 500);
     files->Expect({path}, {100, 50, nullptr});
@@ -300,7 +178,7 @@ struct Letters : platform::Digest {
     std::thread::id thread;
 };
 
-TEST_F(ReadAhead, WhatIsFoundInTheFirstBytesComesWithThem)
+TEST_F(ReadAheadTest, WhatIsFoundInTheFirstBytesComesWithThem)
 {
     const std::string first = File("a", 500), second = File("b", 500);
     const auto find = [](std::string_view start,
@@ -335,7 +213,7 @@ TEST_F(ReadAhead, WhatIsFoundInTheFirstBytesComesWithThem)
     AwaitEqual(held->closes, held->opens);
 }
 
-TEST_F(ReadAhead, OneHelperStaysWhereThereIsAProcessorForIt)
+TEST_F(ReadAheadTest, OneHelperStaysWhereThereIsAProcessorForIt)
 {
     std::vector<std::string> paths;
     for (int i = 0; i < 200; ++i)
@@ -357,7 +235,7 @@ TEST_F(ReadAhead, OneHelperStaysWhereThereIsAProcessorForIt)
     }
 }
 
-TEST_F(ReadAhead, OtherFilesAndAnotherOrderAreServedAsWell)
+TEST_F(ReadAheadTest, OtherFilesAndAnotherOrderAreServedAsWell)
 {
     const std::string a = File("a", 500), b = File("b", 500), c = File("c", 500);
     files->Expect({a, b, a}, {100, 100, nullptr});
@@ -370,7 +248,7 @@ TEST_F(ReadAhead, OtherFilesAndAnotherOrderAreServedAsWell)
     AwaitEqual(held->closes, 5);
 }
 
-TEST_F(ReadAhead, OnlySoManyFilesAreHeld)
+TEST_F(ReadAheadTest, OnlySoManyFilesAreHeld)
 {
     std::vector<std::string> paths;
     for (int i = 0; i < 300; ++i)
@@ -385,7 +263,7 @@ TEST_F(ReadAhead, OnlySoManyFilesAreHeld)
 }
 
 // The program's other files need handles too.
-TEST_F(ReadAhead, AQuarterOfTheHandlesIsHeldAtMost)
+TEST_F(ReadAheadTest, AQuarterOfTheHandlesIsHeldAtMost)
 {
     rlimit before = {};
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
@@ -403,7 +281,7 @@ TEST_F(ReadAhead, AQuarterOfTheHandlesIsHeldAtMost)
     setrlimit(RLIMIT_NOFILE, &before);
 }
 
-TEST_F(ReadAhead, WithoutAHandleThoseOfTheHelpersAreGivenUp)
+TEST_F(ReadAheadTest, WithoutAHandleThoseOfTheHelpersAreGivenUp)
 {
     files->Expect({File("a", 500)}, {100, 100, nullptr});
     AwaitEqual(held->opens, 1);
@@ -414,7 +292,7 @@ TEST_F(ReadAhead, WithoutAHandleThoseOfTheHelpersAreGivenUp)
     EXPECT_EQ(Read(folder / "b", 0, 3), "error " + std::to_string(EMFILE));
 }
 
-TEST_F(ReadAhead, TheEndDoesNotWaitForAHelper)
+TEST_F(ReadAheadTest, TheEndDoesNotWaitForAHelper)
 {
     const std::string path = File("a", 500);
     held->Hold(kNever);
@@ -428,7 +306,7 @@ TEST_F(ReadAhead, TheEndDoesNotWaitForAHelper)
     AwaitEqual(held->closes, held->opens);
 }
 
-TEST_F(ReadAhead, TheEndOfTheProgramEndsAWait)
+TEST_F(ReadAheadTest, TheEndOfTheProgramEndsAWait)
 {
     const std::string path = File("a", 500);
     held->Hold(kNever);
@@ -442,7 +320,7 @@ TEST_F(ReadAhead, TheEndOfTheProgramEndsAWait)
     EXPECT_EQ(Read(path, 0, 1), "a");
 }
 
-TEST_F(ReadAhead, SlowIsWhatHadToWaitUntilFilesComeFast)
+TEST_F(ReadAheadTest, SlowIsWhatHadToWaitUntilFilesComeFast)
 {
     files = std::make_unique<ReadAheadFiles>(held, 1);
     const std::string path = File("a", 500);

@@ -13,10 +13,14 @@
 namespace platform::posix
 {
 
+struct ComingFile; // platform/posix/disk/fetching.h
+struct Fetcher;
+
 // All operations may be called on one thread only, that of the logic. They return what
 // SystemFilesPort would return: the state of a fetched file is looked up again when it is opened,
 // and the file is read again when it has changed. There is one helper when files come fast and
-// there is a second processor, and up to 16 when the logic has to wait for them. At most 64 files
+// there is a second processor, and up to 16 when several files had to wait for a disk or the logic
+// waits long for one. At most 64 files
 // and about 8 MiB are kept, and at most a quarter of the process's file handles is used.
 class ReadAheadFiles : public SystemFilesPort
 {
@@ -35,7 +39,8 @@ public:
     int Identify(const std::string &path, FileIdentity &identity) override;
     std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                         bool mayWait) override;
-    // When a helper is reading the file, this waits as long as a read from memory takes.
+    // When a helper is reading the file, this waits as long as a read from memory takes on a busy
+    // processor.
     std::size_t TakeStart(int handle, ByteBuffer &bytes, std::unique_ptr<Digest> &digest) override;
     void Close(int handle) override;
     bool PaysToExpect() override;
@@ -43,11 +48,7 @@ public:
     void ExpectNothing() override;
 
 private:
-    struct ComingFile;
-    struct Shared;
-    using FilePtr = std::shared_ptr<ComingFile>;
-
-    FilePtr Take(const std::string &path);
+    std::shared_ptr<ComingFile> Take(const std::string &path);
     int OpenHere(const std::string &path, FileIdentity &identity);
     bool IsSlow();
     template <class Call>
@@ -57,13 +58,13 @@ private:
     // A file that was fetched and is open now.
     struct OpenFile {
         int handle;
-        std::shared_ptr<Shared> shared; // of its helpers
-        FilePtr file;
+        std::shared_ptr<Fetcher> fetcher; // of its helpers
+        std::shared_ptr<ComingFile> file;
     };
 
     std::shared_ptr<Files> m_source;
-    const int m_helpersKept;          // when files come fast
-    std::shared_ptr<Shared> m_shared; // null when no file is expected
+    const int m_helpersKept;            // when files come fast
+    std::shared_ptr<Fetcher> m_fetcher; // null when no file is expected
     std::vector<OpenFile> m_open;
     FileIdentity m_now;    // of the file that is opened; kept for its path's memory
     bool m_isSlow = false; // whether a call had to wait for a disk

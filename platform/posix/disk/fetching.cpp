@@ -1,0 +1,215 @@
+#include "platform/posix/disk/fetching.h"
+
+#include "platform/endrequest.h"
+#include "platform/posix/disk/helperthread.h"
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+namespace platform::posix
+{
+
+namespace
+{
+
+constexpr std::size_t kHandlesShared = 4; // a quarter of the process's handles may be used
+constexpr std::size_t kBytesHeld = 8u << 20;
+constexpr std::int64_t kLongestHead = 256 << 10; // a longer one is read only when it is needed
+constexpr int kMostHelpers = 16;
+constexpr std::chrono::microseconds kAskForEnd = std::chrono::milliseconds(50);
+// A wait of this length for one file is evidence enough: more helpers are started.
+constexpr std::chrono::microseconds kLongWait = std::chrono::milliseconds(50);
+constexpr int kFastFiles = 32; // after so many fast files in a row one helper ends
+
+// Reads up to `count` bytes from `offset` on into `to`; the count that could be read.
+std::size_t ReadFully(Files &source, int handle, std::int64_t offset, char *to, std::size_t count)
+{
+    std::size_t done = 0;
+    while (done < count) {
+        const auto got = source.ReadAt(handle, offset + static_cast<std::int64_t>(done), to + done,
+                                       count - done, true);
+        if (got <= 0)
+            break;
+        done += static_cast<std::size_t>(got);
+    }
+    return done;
+}
+
+// How many fetched files may be open at a time, so that handles remain for the rest of the program.
+std::size_t FilesHeld()
+{
+    rlimit handles = {};
+    if (getrlimit(RLIMIT_NOFILE, &handles) != 0)
+        return 1;
+    return static_cast<std::size_t>(
+        std::clamp<rlim_t>(handles.rlim_cur / kHandlesShared, 1, kMostFilesHeld));
+}
+
+} // namespace
+
+void Slowness::Add(bool isSlow)
+{
+    constexpr int kMost = 2 * kEnough; // so that fast files count soon again
+    m_points = std::clamp(m_points + (isSlow ? kOfOne : -1), 0, kMost);
+}
+
+std::unique_lock<std::mutex> LockSoon(std::mutex &mutex)
+{
+    constexpr int kTries = 200;
+    for (int i = 0; i < kTries; ++i)
+        if (mutex.try_lock())
+            return {mutex, std::adopt_lock};
+    return std::unique_lock(mutex);
+}
+
+Fetcher::Fetcher(std::shared_ptr<Files> from, int kept)
+    : source(std::move(from)), helpersKept(kept), filesHeld(FilesHeld())
+{
+}
+
+bool Fetcher::HasWork() const
+{
+    return begun < files.size() && begun + finished.size() < filesHeld && bytes < kBytesHeld;
+}
+
+// Sets the stage and wakes the logic if it waits. Either the logic sees the new stage, or this
+// procedure sees that the logic waits. On a helper thread.
+void Fetcher::Announce(ComingFile &file, FetchStage stage)
+{
+    file.stage = stage;
+    if (!isWaiting)
+        return;
+    const std::lock_guard lock(mutex);
+    arrived.notify_all();
+}
+
+// Opens the file and reads the requested parts. On a helper thread.
+void Fetcher::Fetch(ComingFile &file)
+{
+    file.openedAtNs = source->StampClockNs();
+    file.handle = source->OpenToRead(file.path, file.identity);
+    Announce(file, file.handle < 0 ? FetchStage::Failed : FetchStage::Reading);
+    if (file.handle < 0 || file.identity.kind != FileKind::Regular)
+        return;
+    const std::int64_t size = file.identity.sizeBytes;
+    const auto extend = [&](std::int64_t wanted) {
+        // A damaged size can make this negative.
+        const auto count = static_cast<std::size_t>(
+            std::clamp(wanted, std::int64_t{0}, std::min(size, kLongestHead)));
+        if (count <= file.headBytes)
+            return;
+        MakeRoom(file.head, file.headBytes, count);
+        file.headBytes += ReadFully(*source, file.handle, static_cast<std::int64_t>(file.headBytes),
+                                    file.head.data() + file.headBytes, count - file.headBytes);
+    };
+    extend(file.wanted.first);
+    if (file.wanted.head != nullptr)
+        extend(file.wanted.head({file.head.data(), file.headBytes}, size));
+    if (file.wanted.digest != nullptr)
+        file.digest = file.wanted.digest({file.head.data(), file.headBytes}, size);
+    file.tailOffset = std::max(size - file.wanted.last, static_cast<std::int64_t>(file.headBytes));
+    file.tail.resize(static_cast<std::size_t>(std::max<std::int64_t>(size - file.tailOffset, 0)));
+    file.tail.resize(
+        ReadFully(*source, file.handle, file.tailOffset, file.tail.data(), file.tail.size()));
+}
+
+// Fetches the next file. Returns: whether that was as fast as from memory.
+bool Fetcher::HelpOnce(std::unique_lock<std::mutex> &lock)
+{
+    const ComingFilePtr file = files[begun++];
+    file->stage = FetchStage::Opening;
+    lock.unlock();
+    const auto start = std::chrono::steady_clock::now();
+    try {
+        Fetch(*file);
+    } catch (const std::bad_alloc &) {
+        file->tail.clear(); // the logic reads what is missing
+    }
+    const bool isFast = std::chrono::steady_clock::now() - start < kFromMemory;
+    lock = LockSoon(mutex);
+    slowness.Add(!isFast);
+    if (!isFast && idle > 0 && HasWork())
+        work.notify_one();
+    if (file->stage == FetchStage::Reading)
+        file->stage = FetchStage::Ready;
+    file->heldBytes = file->head.size();
+    bytes += file->heldBytes;
+    if (file->isDropped)
+        Drop(*file);
+    if (isWaiting)
+        arrived.notify_all();
+    return isFast;
+}
+
+// A helper thread. It ends when files come as fast as from memory and fewer helpers are enough.
+void Fetcher::Help()
+{
+    std::vector<int> handles;
+    std::unique_lock lock(mutex);
+    for (int fast = 0; !isOver && (fast < kFastFiles || helpers <= helpersKept);) {
+        const bool hasWork = HasWork();
+        if (hasWork)
+            fast = HelpOnce(lock) ? fast + 1 : 0;
+        handles.swap(finished);
+        if (!handles.empty()) {
+            lock.unlock();
+            for (const int handle : handles)
+                source->Close(handle);
+            handles.clear();
+            lock.lock();
+            continue;
+        }
+        if (hasWork)
+            continue;
+        ++idle;
+        work.wait(lock, [&] { return isOver || HasWork() || !finished.empty(); });
+        --idle;
+    }
+    --helpers;
+}
+
+void Fetcher::Drop(ComingFile &file)
+{
+    file.isDropped = true;
+    if (file.stage == FetchStage::Opening || file.stage == FetchStage::Reading)
+        return;
+    bytes -= std::exchange(file.heldBytes, 0);
+    if (file.handle >= 0)
+        source->Close(file.handle);
+    file.handle = -1;
+}
+
+void Fetcher::Finish(ComingFile &file)
+{
+    const bool isSoonClosed = helpers > 0 && file.stage == FetchStage::Ready && HasWork();
+    if (isSoonClosed)
+        finished.push_back(std::exchange(file.handle, -1));
+    Drop(file);
+}
+
+void Fetcher::StartHelpers(int count)
+{
+    while (count-- > 0 && helpers < kMostHelpers &&
+           StartHelperThread([self = shared_from_this()] { self->Help(); }))
+        ++helpers;
+}
+
+// How long the logic waits before it looks whether more helpers are needed.
+std::chrono::microseconds Fetcher::Patience() const
+{
+    return helpers < kMostHelpers ? kFromMemory : kAskForEnd;
+}
+
+// Starts more helpers if the logic, which has waited for one file so long, needs them. Returns:
+// false when the program is to end.
+bool Fetcher::GoOnWaiting(std::chrono::steady_clock::duration waited)
+{
+    if (slowness.IsSlow() || waited >= kLongWait)
+        StartHelpers(helpers);
+    return !IsEndRequested();
+}
+
+} // namespace platform::posix

@@ -1,0 +1,168 @@
+// platform/posix/disk/fetching.h - the work behind ReadAheadFiles: the files that are expected, and
+// the helper threads that open them and read the parts that will be needed. A helper only handles
+// file bytes and uses no other state of the program.
+#pragma once
+
+#include "platform/disk/files.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace platform::posix
+{
+
+// How far the fetching of a file has come.
+enum class FetchStage { Coming, Opening, Reading, Ready, Failed };
+
+// One expected file. The mutex of Fetcher guards isDropped and heldBytes. The helper alone uses the
+// other members until the stage is reached from which the logic may: Reading for the handle and the
+// identity, Ready for the bytes.
+struct ComingFile {
+    std::string path;
+    WantedBytes wanted;
+    std::atomic<FetchStage> stage = FetchStage::Coming;
+    bool isDropped = false; // the helper that works on it must close it
+    int handle = -1;
+    FileIdentity identity;
+    std::int64_t openedAtNs = 0;
+    ByteBuffer head;
+    std::size_t headBytes = 0;      // in use
+    std::unique_ptr<Digest> digest; // of those
+    ByteBuffer tail;
+    std::int64_t tailOffset = 0;
+    std::size_t heldBytes = 0; // its part of Fetcher::bytes
+};
+using ComingFilePtr = std::shared_ptr<ComingFile>; // owned by the logic and by its helper
+
+inline constexpr std::size_t kMostFilesHeld = 64;
+// An operation on a file that is in memory takes less.
+inline constexpr std::chrono::microseconds kFromMemory{200};
+
+// Whether operations on files have to wait for a disk. A single slow one is no evidence: the thread
+// may have waited for a processor. Three in a row are, and a smaller share that goes on.
+class Slowness
+{
+public:
+    void Add(bool isSlow);
+    [[nodiscard]] bool IsSlow() const { return m_points >= kEnough; }
+
+private:
+    static constexpr int kOfOne = 2; // a fast one takes one point away again
+    static constexpr int kEnough = 3 * kOfOne;
+    int m_points = 0;
+};
+
+// Locks a mutex that is held for less time than a sleep takes.
+std::unique_lock<std::mutex> LockSoon(std::mutex &mutex);
+
+// The queue of the expected files. The logic and its helpers own it together: a helper that is
+// reading may outlive the others.
+struct Fetcher : std::enable_shared_from_this<Fetcher> {
+    // `kept`: the number of helpers where files come fast.
+    Fetcher(std::shared_ptr<Files> from, int kept);
+
+    // For the logic; the mutex must not be locked.
+    // Waits until `condition` is true; when that takes long, or files come slowly, more helpers are
+    // started. Returns: false when the program is to end.
+    template <class Condition>
+    bool Wait(const Condition &condition);
+    // The same for a file that should be in memory: waits only for as long as a busy processor may
+    // take. Returns: whether the condition is true.
+    template <class Condition>
+    bool WaitBriefly(const Condition &condition);
+
+    // For the logic; the mutex must be locked.
+    // When no thread can be started, the existing ones or the logic itself do the work.
+    void StartHelpers(int count);
+    // Whether the waiting helpers are woken: only when there is room for several files.
+    [[nodiscard]] bool IsWorthWaking() const
+    {
+        return idle > 0 && begun <= filesHeld / 2 && HasWork();
+    }
+    // Closes a file that has been fetched; if its helper is still working, the helper closes it.
+    void Drop(ComingFile &file);
+    // The same for a file that the logic has read: the next helper closes it, if there will be one.
+    void Finish(ComingFile &file);
+
+    const std::shared_ptr<Files> source; // with ReadAheadFiles
+    const int helpersKept;
+    const std::size_t filesHeld;
+
+    std::atomic<bool> isWaiting = false; // the logic does; set under the mutex
+    std::mutex mutex;                    // guards what follows
+    std::condition_variable work;        // for helpers: a file may be fetched, or isOver
+    std::condition_variable arrived;     // for the logic: a stage has changed
+    std::deque<ComingFilePtr> files;     // in the order in which they will be opened
+    std::size_t begun = 0;               // files at the front that have a helper
+    std::size_t bytes = 0;               // of the files that are Ready
+    std::vector<ComingFilePtr> spare;    // for their buffers
+    std::vector<int> finished;           // handles that the next helper closes
+    Slowness slowness;                   // of fetching
+    int helpers = 0;
+    int idle = 0; // helpers that wait
+    bool isOver = false;
+
+private:
+    [[nodiscard]] bool HasWork() const;
+    void Help();
+    bool HelpOnce(std::unique_lock<std::mutex> &lock);
+    void Fetch(ComingFile &file);
+    void Announce(ComingFile &file, FetchStage stage);
+    [[nodiscard]] std::chrono::microseconds Patience() const;
+    bool GoOnWaiting(std::chrono::steady_clock::duration waited);
+};
+
+// Whether the condition becomes true within the time of a read from memory: so the logic does not
+// sleep for that.
+template <class Condition>
+bool IsSoon(const Condition &condition)
+{
+    constexpr std::chrono::microseconds kRead{50};
+    if (condition())
+        return true;
+    const auto start = std::chrono::steady_clock::now();
+    while (!condition() && std::chrono::steady_clock::now() - start < kRead)
+        continue;
+    return condition();
+}
+
+template <class Condition>
+bool Fetcher::Wait(const Condition &condition)
+{
+    if (IsSoon(condition))
+        return true;
+    const auto start = std::chrono::steady_clock::now();
+    std::unique_lock lock(mutex);
+    isWaiting = true;
+    work.notify_all();
+    bool goesOn = true;
+    while (goesOn && !arrived.wait_for(lock, Patience(), condition))
+        goesOn = GoOnWaiting(std::chrono::steady_clock::now() - start);
+    isWaiting = false;
+    return goesOn;
+}
+
+template <class Condition>
+bool Fetcher::WaitBriefly(const Condition &condition)
+{
+    constexpr std::chrono::milliseconds kOfProcessor{2};
+    if (IsSoon(condition))
+        return true;
+    std::unique_lock lock(mutex);
+    if (slowness.IsSlow())
+        return condition();
+    isWaiting = true;
+    const bool isTrue = arrived.wait_for(lock, kOfProcessor, condition);
+    isWaiting = false;
+    return isTrue;
+}
+
+} // namespace platform::posix
