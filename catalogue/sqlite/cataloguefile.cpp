@@ -1,7 +1,6 @@
 #include "catalogue/sqlite/cataloguefile.h"
 
 #include "catalogue/lockwait.h"
-#include "platform/posix/disk/files.h"
 #include "runtime/text.h"
 
 #include <algorithm>
@@ -130,6 +129,8 @@ void CatalogueFile::AbandonConnections()
         sqlite3_db_config(handle->Db(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     if (m_textsHandle)
         sqlite3_db_config(m_textsHandle->Db(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    if (m_copier)
+        m_copier->Abandon();
 }
 
 std::shared_ptr<SqliteHandle> CatalogueFile::TakeHandle()
@@ -234,10 +235,16 @@ void CatalogueFile::RollBack(SqliteHandle &handle)
         handle.RunOwn("ROLLBACK");
 }
 
-void CatalogueFile::StartWritingLog() const
+void CatalogueFile::StartCopyingLog()
 {
-    if (m_main->HasSnapshots())
-        platform::posix::StartWritingBack(m_path + "-wal");
+    if (!m_main->HasSnapshots() || m_isClosing)
+        return;
+    if (!m_copier) {
+        if (!IsStillTheFile())
+            return;
+        m_copier = std::make_unique<LogCopier>(m_path);
+    }
+    m_copier->Start();
 }
 
 const StoredQuery &CatalogueFile::Query(std::string_view name)

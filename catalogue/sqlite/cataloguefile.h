@@ -5,6 +5,7 @@
 #include "catalogue/rows/foldedtexts.h"
 #include "catalogue/rows/lazyrows.h"
 #include "catalogue/sql/statementtext.h"
+#include "catalogue/sqlite/logcopier.h"
 #include "catalogue/sqlite/sqlitefile.h"
 #include "catalogue/sqlite/sqlitehandle.h"
 #include "catalogue/sqlite/writequeue.h"
@@ -64,9 +65,9 @@ public:
     void Commit(SqliteHandle &handle);
     void RollBack(SqliteHandle &handle);
 
-    // Has the log brought to the disk while the program goes on, so that its end has less to wait
+    // Has the log copied into the file while the program goes on, so that its end has less to wait
     // for. To be called after a commit that wrote much.
-    void StartWritingLog() const;
+    void StartCopyingLog();
 
     // Whether a transaction of this process writes to the file.
     [[nodiscard]] bool IsWriting() const { return m_isWriting; }
@@ -96,6 +97,7 @@ private:
     std::unique_ptr<FoldedTexts> m_texts;                         // null until texts are read ahead
     std::map<std::string, StoredQuery> m_queries;                 // by upper-cased name
     std::vector<std::pair<Statement, Translated>> m_translations; // the statements without values
+    std::unique_ptr<LogCopier> m_copier; // null until much was written; closed before m_main
     bool m_isWriting = false;
     bool m_isClosing = false;
 };

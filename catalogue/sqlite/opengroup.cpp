@@ -50,7 +50,7 @@ std::string CommitGroup()
         try {
             file->Commit(file->Main());
             if (MachineMs() - TheOpenGroup().sinceMs >= TheGroupLimits().groupMs)
-                file->StartWritingLog();
+                file->StartCopyingLog();
         } catch (const ProviderFailure &words) {
             failure = words.description;
         }

@@ -1,6 +1,5 @@
 #include "platform/posix/disk/files.h"
 #include "tests/support/testfolder.h"
-#include "tests/support/wait.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -12,7 +11,6 @@
 #include <cerrno>
 #include <filesystem>
 #include <string>
-#include <system_error>
 
 namespace
 {
@@ -115,30 +113,6 @@ TEST(Appender, BeginsAfreshAndMakesADeletedFileAgain)
     EXPECT_FALSE(none);
     EXPECT_EQ(errno, ENOENT);
     EXPECT_FALSE(none.Append("x"));
-}
-
-// Whether this process has a file of that path open.
-bool IsOpenHere(const std::string &path)
-{
-    for (const auto &handle : std::filesystem::directory_iterator("/proc/self/fd")) {
-        std::error_code gone;
-        if (std::filesystem::read_symlink(handle.path(), gone) == path)
-            return true;
-    }
-    return false;
-}
-
-TEST(StartWritingBack, LeavesTheFileAsItIsAndWaitsForNothing)
-{
-    const tests::TestFolder folder;
-    const std::string file = folder / "log", pipe = folder / "pipe";
-    tests::WriteFile(file, std::string(100'000, 'x'));
-    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    for (const std::string &path : {file, pipe, folder / "missing"})
-        StartWritingBack(path);
-    EXPECT_TRUE(tests::WaitUntil([&] { return !IsOpenHere(file) && !IsOpenHere(pipe); }));
-    EXPECT_EQ(tests::ReadFile(file), std::string(100'000, 'x'));
-    EXPECT_FALSE(std::filesystem::exists(folder / "missing"));
 }
 
 TEST(MakeFolders, MakesAllFoldersOfThePath)

@@ -1,7 +1,5 @@
 #include "platform/posix/disk/files.h"
 
-#include "platform/posix/disk/helperthread.h"
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -158,15 +156,6 @@ bool Appender::Append(std::string_view bytes)
     if (m_fd < 0 || !HasName(m_fd))
         Open(0);
     return m_fd >= 0 && WriteAll(m_fd, bytes);
-}
-
-void StartWritingBack(const std::string &path)
-{
-    StartHelperThread([path] {
-        const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-        if (file)
-            sync_file_range(file.Get(), 0, 0, SYNC_FILE_RANGE_WRITE);
-    });
 }
 
 int CheckAccess(const std::string &path)

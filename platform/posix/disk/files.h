@@ -67,10 +67,6 @@ private:
     int m_fd = -1;
 };
 
-// Has what was written to the file so far brought to the disk, on a helper thread: a later flush
-// has less to wait for. It is no flush, waits for nothing and reports nothing.
-void StartWritingBack(const std::string &path);
-
 // Whether this process may read and write the file: 0, or the errno why not (EACCES, EROFS,
 // ENOENT).
 int CheckAccess(const std::string &path);
