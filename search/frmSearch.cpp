@@ -9,7 +9,7 @@
 #include "ui/qt/inputbindings.h"
 #include "ui/qt/qttext.h"
 #include "ui/qt/views/listview.h"
-#include "ui/qt/widgets/splittergrip.h"
+#include "ui/qt/widgets/splitter.h"
 #include "ui/qt/widgets/statusbarview.h"
 
 #include <QApplication>
@@ -31,16 +31,9 @@ namespace search
 namespace
 {
 
-constexpr int kMarginTwips = 100;  // beside the controls of the pane
-constexpr int kKeyStepTwips = 150; // an arrow key moves the splitter ten pixels
+constexpr int kMarginTwips = 100;                                // beside the controls of the pane
 constexpr int kLeastWidthPixels = 420, kLeastHeightPixels = 260; // so that the window stays usable
 constexpr ui::qt::Binding kInLayout{false};
-
-// Where the mouse is, counted from the left edge of the separator that the grip is over.
-double PlaceInSeparator(QEvent *event)
-{
-    return static_cast<QMouseEvent *>(event)->position().x() - ui::qt::kGripPixels;
-}
 
 // The place of the main window on the screen; its popup is placed relative to this.
 QPoint MainWindowPlace()
@@ -55,7 +48,7 @@ QPoint MainWindowPlace()
 
 frmSearchWindow::frmSearchWindow(SearchForm &form)
     : m_form(form), m_closeTree(new QWidget(this)), m_options(new QScrollArea(this)),
-      m_separator(new QWidget(this)), m_grip(new QWidget(this)),
+      m_separator(new ui::qt::Splitter(form.Separator, this)),
       m_items(new browser::ItemView(form, form.ListView, "ListView", this)),
       m_statusBar(new ui::qt::StatusBarView(form.SBar, this))
 {
@@ -74,7 +67,7 @@ frmSearchWindow::frmSearchWindow(SearchForm &form)
     ui::qt::BindTimer(form.tmrReadAhead, this);
     form.calls.placed = [this] { m_items->ShowPanel(); };
     m_items->RaisePanel();
-    m_grip->raise();
+    m_separator->RaiseGrip();
     NameForReaders();
     MeasureTitle();
     setTabOrder(m_lastInPane, &m_items->List());
@@ -179,18 +172,11 @@ void frmSearchWindow::BuildBoxes(QWidget *options)
 
 void frmSearchWindow::BuildSeparator()
 {
-    ui::qt::Name(m_separator, "Separator");
-    m_separator->setFocusPolicy(Qt::TabFocus);
-    m_separator->installEventFilter(this);
-    ui::qt::Name(m_grip, "SeparatorGrip");
-    m_grip->setCursor(Qt::SplitHCursor);
-    m_grip->installEventFilter(this);
-    ui::qt::Bind(m_form.Separator, m_separator, [this] {
-        ui::qt::ShowArea(m_form.Separator, m_separator);
-        m_grip->setVisible(m_form.Separator.Visible());
-        m_grip->setGeometry(
-            m_separator->geometry().adjusted(-ui::qt::kGripPixels, 0, ui::qt::kGripPixels, 0));
-    });
+    m_separator->pressed = [this] { Separator_MouseDown(m_form); };
+    m_separator->moved = [this](double mouseX) {
+        Separator_MouseMove(m_form, static_cast<int>(mouseX));
+    };
+    m_separator->released = [this] { Separator_MouseUp(m_form); };
 }
 
 void frmSearchWindow::BuildList()
@@ -336,45 +322,9 @@ void frmSearchWindow::ShowPane()
 
 bool frmSearchWindow::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_separator || watched == m_grip)
-        DragSeparator(event);
-    else if (event->type() == QEvent::MouseButtonPress)
+    if (event->type() == QEvent::MouseButtonPress)
         ListPressed(*static_cast<QMouseEvent *>(event));
     return QWidget::eventFilter(watched, event);
-}
-
-void frmSearchWindow::DragSeparator(QEvent *event)
-{
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-        // The distance at which it was grabbed, so that the separator does not jump to the mouse.
-        m_grabbedAt = ui::qt::GrabbedBeside(PlaceInSeparator(event), m_separator->width());
-        Separator_MouseDown(m_form);
-        break;
-    case QEvent::MouseMove:
-        Separator_MouseMove(
-            m_form, ui::TwipsOfPixels(static_cast<int>(PlaceInSeparator(event) - m_grabbedAt)));
-        break;
-    case QEvent::MouseButtonRelease:
-        Separator_MouseUp(m_form);
-        break;
-    case QEvent::KeyPress: {
-        const int key = static_cast<QKeyEvent *>(event)->key();
-        if (key != Qt::Key_Left && key != Qt::Key_Right)
-            break;
-        Separator_MouseDown(m_form);
-        Separator_MouseMove(m_form, key == Qt::Key_Left ? -kKeyStepTwips : kKeyStepTwips);
-        Separator_MouseUp(m_form);
-        break;
-    }
-    case QEvent::FocusIn:
-    case QEvent::FocusOut:
-        m_separator->setAutoFillBackground(event->type() == QEvent::FocusIn);
-        m_separator->setBackgroundRole(QPalette::Highlight);
-        break;
-    default:
-        break;
-    }
 }
 
 // If the click has to wait, that is done after the list has handled it, so that the row is selected

@@ -16,8 +16,9 @@ class ItemView;
 
 namespace ui::qt
 {
+class Splitter;
 class StatusBarView;
-}
+} // namespace ui::qt
 
 namespace search
 {
@@ -52,13 +53,11 @@ private:
     void NameForReaders();
     void MeasureTitle();
     void ClientResized();
-    void DragSeparator(QEvent *event);
     void ListPressed(const QMouseEvent &event);
     void AskForPopup(QPoint place);
     void ShowPane();
 
     SearchForm &m_form;
-    double m_grabbedAt = 0;   // the distance from the separator in pixels; 0 when inside it
     bool m_layoutDue = false; // the form's layout is to run after the current event
 
     QWidget *m_closeTree;            // pctCloseTree; it and all below are owned by the window
@@ -66,8 +65,7 @@ private:
     QWidget *m_close = nullptr;      // lblCloseTree
     QWidget *m_text = nullptr;       // txtToFind
     QWidget *m_lastInPane = nullptr; // cmdSearch
-    QWidget *m_separator;
-    QWidget *m_grip;            // over the separator and some pixels beside it, for the mouse
+    ui::qt::Splitter *m_separator;
     browser::ItemView *m_items; // pctBorders, with panel and list
     ui::qt::StatusBarView *m_statusBar;
 };

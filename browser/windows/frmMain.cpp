@@ -9,6 +9,7 @@
 #include "ui/qt/views/listview.h"
 #include "ui/qt/views/treeview.h"
 #include "ui/qt/widgets/elidedlabel.h"
+#include "ui/qt/widgets/splitter.h"
 #include "ui/qt/widgets/statusbarview.h"
 
 #include <QCloseEvent>
@@ -38,8 +39,9 @@ frmMainWindow::frmMainWindow(MainForm &form)
     : m_form(form), m_client(new QWidget(this)), m_toolbar(new QToolBar(m_client)),
       m_addressBar(new QFrame(m_client)), m_lblAddress(new ui::qt::ElidedLabel(m_addressBar)),
       m_WEPath(new ui::qt::ElidedLabel(m_addressBar)),
-      m_tree(new ui::qt::TreeView(form.TV, m_client)), m_separator(new QWidget(m_client)),
-      m_grip(new QWidget(m_client)), m_items(new ItemView(form, form.LV, "LV", m_client)),
+      m_tree(new ui::qt::TreeView(form.TV, m_client)),
+      m_separator(new ui::qt::Splitter(form.Separator, m_client)),
+      m_items(new ItemView(form, form.LV, "LV", m_client)),
       m_statusBar(new ui::qt::StatusBarView(form.SB, m_client)),
       m_progress(new QProgressBar(m_statusBar)), m_settled(new QTimer(this))
 {
@@ -60,7 +62,7 @@ frmMainWindow::frmMainWindow(MainForm &form)
     BuildPopup();
     BindFrame();
     m_form.calls.raisePanel();
-    m_grip->raise();
+    m_separator->RaiseGrip();
     MeasureFrame();
     NameForReaders();
     setTabOrder(m_tree, &m_items->List());
@@ -264,8 +266,8 @@ void frmMainWindow::keyPressEvent(QKeyEvent *event)
         QMainWindow::keyPressEvent(event);
 }
 
-// While tree and list are disabled the keyboard is with what is left, the separator. It goes to the
-// tree when that can be used again.
+// While tree and list are disabled, the separator has the focus. The tree gets it when it is
+// enabled again.
 void frmMainWindow::GiveKeyboardBack()
 {
     const QWidget *owner = focusWidget();
@@ -279,8 +281,6 @@ bool frmMainWindow::eventFilter(QObject *watched, QEvent *event)
         m_layoutDue = true;
     else if (watched == m_tree && event->type() == QEvent::EnabledChange)
         GiveKeyboardBack();
-    else if (watched == m_separator || watched == m_grip)
-        DragSeparator(event);
     return QMainWindow::eventFilter(watched, event);
 }
 

@@ -14,6 +14,7 @@ class QToolBar;
 namespace ui::qt
 {
 class ElidedLabel;
+class Splitter;
 class StatusBarView;
 class StripMenu;
 class TreeView;
@@ -71,12 +72,9 @@ private:
     void BuildList();
     void BuildSeparator();
     void GiveKeyboardBack();
-    void DragSeparator(QEvent *event);
-    void MoveSeparatorByKey(int key);
 
     MainForm &m_form;
     bool m_applying = false;        // the window is being changed from the form, not by the user
-    double m_grabbedAt = 0;         // the distance from the separator in pixels; 0 when inside it
     bool m_layoutDue = false;       // the form's layout is to run after the current event
     std::optional<QPoint> m_anchor; // the place on the screen for a popup opened by key
 
@@ -84,10 +82,9 @@ private:
     QToolBar *m_toolbar;  // TB
     QFrame *m_addressBar; // TBAddress
     ui::qt::ElidedLabel *m_lblAddress, *m_WEPath;
-    ui::qt::TreeView *m_tree; // TV
-    QWidget *m_separator;     // Separator
-    QWidget *m_grip;          // over the separator and some pixels beside it, for the mouse
-    ItemView *m_items;        // pctBorders, with panel and list
+    ui::qt::TreeView *m_tree;      // TV
+    ui::qt::Splitter *m_separator; // Separator
+    ItemView *m_items;             // pctBorders, with panel and list
     ui::qt::StatusBarView *m_statusBar;
     QProgressBar *m_progress; // PBar
     QTimer *m_settled;        // runs from the last change of the place
