@@ -1,11 +1,11 @@
 #include "browser/exportfolder.h"
 
-#include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/disk/drives.h"
 #include "platform/disk/files.h"
 #include "platform/disk/folders.h"
 #include "platform/machine.h"
+#include "platform/waiting.h"
 #include "runtime/collation.h"
 #include "runtime/error.h"
 #include "runtime/paths.h"
@@ -36,7 +36,6 @@ constexpr std::string_view kAbove = "..";
 constexpr int kIconTwips = 450;
 constexpr int kBesideNamesTwips = 1350; // icon, margins, and a scroll bar
 constexpr int kBackspaceKey = 8;
-constexpr std::int64_t kQuietMs = 100, kPatienceMs = 2000; // for waits for a disk
 
 platform::Folders &TheFolders()
 {
@@ -48,17 +47,12 @@ bool IsRoot(const std::string &path)
     return path.size() == 1;
 }
 
-bool IsIn(const std::string &path, const std::string &folder)
-{
-    return path == folder || path.starts_with(runtime::JoinPath(folder, ""));
-}
-
 // The longest drive that contains the path; the root when there is none.
 std::string RootOf(const std::string &path, const std::vector<std::string> &drives)
 {
     std::string root(1, runtime::PathSeparator);
     for (const std::string &drive : drives)
-        if (IsIn(path, drive) && drive.size() > root.size())
+        if (runtime::IsInFolder(path, drive) && drive.size() > root.size())
             root = drive;
     return root;
 }
@@ -157,18 +151,12 @@ void ExportFolder::GoTo(const std::string &folder, const std::string &selectedNa
 {
     if (m_waiting)
         return;
-    platform::Clock &clock = *platform::TheMachine().clock;
-    const std::int64_t since = clock.SteadyMs();
-    const auto patience = [&] {
-        const std::int64_t waited = clock.SteadyMs() - since;
-        if (waited >= kQuietMs) {
-            if (!std::exchange(m_waiting, true))
-                EnableChoices(false);
-            platform::TheMachine().desktop->DoEvents();
-        }
-        return waited < kPatienceMs;
+    const auto disable = [this] {
+        m_waiting = true;
+        EnableChoices(false);
     };
-    platform::FolderContents contents = TheFolders().List(folder, {}, patience);
+    platform::FolderContents contents =
+        TheFolders().List(folder, {}, platform::WaitWithEvents(disable));
     if (std::exchange(m_waiting, false))
         EnableChoices(true);
     if (contents.answer != platform::FolderAnswer::Listed)
@@ -216,7 +204,7 @@ void ExportFolder::EnableChoices(bool enabled)
         control->SetEnabled(enabled);
 }
 
-// Another drive was chosen, by the user or by GoTo, which has gone there already.
+// Another drive was chosen, by the user or by GoTo, which lists that folder already.
 void ExportFolder::DriveChosen()
 {
     const std::string drive = Drives.Text();

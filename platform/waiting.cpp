@@ -5,6 +5,8 @@
 #include "platform/endrequest.h"
 #include "platform/machine.h"
 
+#include <utility>
+
 namespace platform
 {
 
@@ -12,6 +14,7 @@ namespace
 {
 
 constexpr std::int64_t kStepMs = 10;
+constexpr std::int64_t kQuietMs = 100; // of a wait for a disk, in which no event runs
 
 struct State {
     std::uint64_t cancels = 0; // calls of CancelWaits so far
@@ -32,6 +35,26 @@ WaitEnd WaitUntil(const std::function<bool()> &condition, std::int64_t limitMs)
         TheMachine().clock->Sleep(kStepMs);
     }
     return WaitEnd::Held;
+}
+
+void BeginWait()
+{
+    if (const auto &begin = TheMachine().beginWait)
+        begin();
+}
+
+Folders::KeepWaiting WaitWithEvents(std::function<void()> slow, std::int64_t limitMs)
+{
+    return [slow = std::move(slow), limitMs, isSlow = false,
+            since = TheMachine().clock->SteadyMs()]() mutable {
+        const std::int64_t waited = TheMachine().clock->SteadyMs() - since;
+        if (waited >= kQuietMs) {
+            if (!std::exchange(isSlow, true))
+                slow();
+            TheMachine().desktop->DoEvents();
+        }
+        return waited < limitMs && !IsEndRequested();
+    };
 }
 
 void CancelWaits()

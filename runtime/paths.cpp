@@ -33,6 +33,14 @@ std::string ParentFolder(std::string_view path)
     return std::string(folder.substr(0, folder.size() > 1 ? folder.size() - 1 : folder.size()));
 }
 
+bool IsInFolder(std::string_view path, std::string_view folder)
+{
+    if (!path.starts_with(folder))
+        return false;
+    return path.size() == folder.size() || folder.ends_with(PathSeparator) ||
+           path[folder.size()] == PathSeparator;
+}
+
 std::string JoinPath(std::string_view folder, std::string_view name)
 {
     std::string path;

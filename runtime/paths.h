@@ -31,6 +31,10 @@ std::string GetLastFolderName(std::string_view path);
 // gives "/"). The root is its own parent; empty for a name alone.
 std::string ParentFolder(std::string_view path);
 
+// Whether `path` is `folder` itself, or in it at any depth. `folder` has no separator at its end,
+// except the root.
+bool IsInFolder(std::string_view path, std::string_view folder);
+
 // `name` in `folder`: with one separator between them, also when the folder ends with one.
 std::string JoinPath(std::string_view folder, std::string_view name);
 

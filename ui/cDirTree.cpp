@@ -1,10 +1,9 @@
 #include "ui/cDirTree.h"
 
-#include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/disk/drives.h"
-#include "platform/endrequest.h"
 #include "platform/machine.h"
+#include "platform/waiting.h"
 #include "runtime/paths.h"
 #include "runtime/text.h"
 
@@ -21,20 +20,9 @@ namespace
 constexpr std::string_view kRootKey = "root";
 constexpr char kSeparator = '/';
 
-// A disk that is running answers within this time; no event runs until then.
-constexpr std::int64_t kQuietMs = 100;
-
 std::string InBrackets(const std::string &drive)
 {
     return "(" + drive + ")";
-}
-
-bool IsIn(const std::string &path, const std::string &folder)
-{
-    if (folder == "/")
-        return path.starts_with('/');
-    return path.starts_with(folder) &&
-           (path.size() == folder.size() || path[folder.size()] == kSeparator);
 }
 
 platform::Folders &TheFolders()
@@ -43,14 +31,14 @@ platform::Folders &TheFolders()
 }
 
 // How a drive is shown, by its type.
-struct DriveLook {
+struct DriveStyle {
     std::string_view image;
     bool named = false;    // the name of the volume comes first
     bool isFloppy = false; // not read before the user opens it
     bool isFixed = false;
 };
 
-DriveLook LookOf(platform::DriveType type)
+DriveStyle StyleOf(platform::DriveType type)
 {
     switch (type) {
     case platform::DriveType::Removable:
@@ -170,23 +158,24 @@ NodeId cDirTree::FindPath(const std::string &path) const
     return found != m_byPath.end() ? found->second : m_tree->Find(runtime::UpperText(path));
 }
 
-std::vector<std::string> cDirTree::WayTo(const std::string &path) const
+std::vector<std::string> cDirTree::FoldersDownTo(const std::string &path) const
 {
     std::string root;
     for (const std::string &drive : m_roots)
-        if (IsIn(path, drive) && drive.size() > root.size())
+        if (runtime::IsInFolder(path, drive) && drive.size() > root.size())
             root = drive;
     if (root.empty())
         return {};
-    std::vector<std::string> way{root};
-    while (way.back().size() < path.size()) {
-        const std::size_t from = way.back().size() + (way.back().ends_with(kSeparator) ? 0 : 1);
+    std::vector<std::string> folders{root};
+    while (folders.back().size() < path.size()) {
+        const std::string &last = folders.back();
+        const std::size_t from = last.size() + (last.ends_with(kSeparator) ? 0 : 1);
         const auto end = std::min(path.find(kSeparator, from), path.size());
         if (end <= from) // a separator at the end of the path
             break;
-        way.push_back(path.substr(0, end));
+        folders.push_back(path.substr(0, end));
     }
-    return way;
+    return folders;
 }
 
 // --- Adding nodes.
@@ -238,22 +227,22 @@ void cDirTree::AddFolders(NodeId parent, const std::string &path,
 
 void cDirTree::AddDrive(NodeId computer, const std::string &drive, std::string &firstFixed)
 {
-    const DriveLook look = LookOf(platform::TheMachine().drives->TypeOf(drive));
+    const DriveStyle style = StyleOf(platform::TheMachine().drives->TypeOf(drive));
     std::string text = InBrackets(drive);
-    if (look.isFloppy)
+    if (style.isFloppy)
         text = "Floppy " + text;
-    else if (const std::string name = look.named ? GetDriveName(drive) : ""; !name.empty())
+    else if (const std::string name = style.named ? GetDriveName(drive) : ""; !name.empty())
         text = name + " " + text;
     const NodeId node =
-        AddNode(computer, runtime::UpperText(drive), drive, text, look.image, look.image);
+        AddNode(computer, runtime::UpperText(drive), drive, text, style.image, style.image);
     if (node == kNoNode)
         return;
     m_byPath.emplace(drive, node);
-    if (look.isFixed && firstFixed.empty())
+    if (style.isFixed && firstFixed.empty())
         firstFixed = text;
     std::string first;
-    if (!look.isFloppy &&
-        TheFolders().Look(drive, m_roots, Patience(), first) == platform::FolderAnswer::Listed &&
+    if (!style.isFloppy &&
+        TheFolders().Probe(drive, m_roots, BeginWait(), first) == platform::FolderAnswer::Listed &&
         !first.empty())
         AddFolders(node, drive, {{first, {}}});
 }
@@ -270,7 +259,7 @@ std::string cDirTree::ListDrives(std::string_view relativeKey)
     m_listing = true;
     for (const std::string &drive : m_roots)
         AddDrive(computer, drive, firstFixed);
-    EndPatience();
+    EndWait();
     if (m_tree->Count() > 1)
         m_tree->MakeVisible(1);
     platform::TheMachine().desktop->SetPointer(platform::Pointer::Normal);
@@ -279,23 +268,19 @@ std::string cDirTree::ListDrives(std::string_view relativeKey)
 
 // --- Waiting for disks.
 
-// One wait: no event runs at first; later events run with the tree disabled, so that the window
-// stays usable and no click changes the tree.
-platform::Folders::KeepWaiting cDirTree::Patience()
+// While events run the tree is disabled, so that no click changes it.
+platform::Folders::KeepWaiting cDirTree::BeginWait()
 {
-    m_since = platform::TheMachine().clock->SteadyMs();
-    return [this] {
-        const std::int64_t waited = platform::TheMachine().clock->SteadyMs() - m_since;
-        if (waited >= kQuietMs) {
-            m_yielded = true;
-            m_tree->SetEnabled(false);
-            platform::TheMachine().desktop->DoEvents();
-        }
-        return waited < kPatienceMs && !m_abandoned && !platform::IsEndRequested();
+    const auto disable = [this] {
+        m_yielded = true;
+        m_tree->SetEnabled(false);
+    };
+    return [this, keepWaiting = platform::WaitWithEvents(disable)] {
+        return keepWaiting() && !m_abandoned;
     };
 }
 
-void cDirTree::EndPatience()
+void cDirTree::EndWait()
 {
     m_listing = false;
     if (std::exchange(m_yielded, false))
@@ -319,8 +304,8 @@ void cDirTree::ListDirs(const std::string &path)
     if (path.empty() || m_listing || m_abandoned)
         return;
     m_listing = true;
-    const platform::FolderContents contents = TheFolders().List(path, m_roots, Patience());
-    EndPatience();
+    const platform::FolderContents contents = TheFolders().List(path, m_roots, BeginWait());
+    EndWait();
     const NodeId parent = path == m_desktopPath ? m_desktop : FindPath(path);
     if (parent == kNoNode)
         return;
@@ -390,7 +375,7 @@ void cDirTree::LoadTV(std::string_view relativeKey)
             break;
         }
     const std::string current = TheFolders().CurrentFolder();
-    for (const std::string &part : WayTo(current))
+    for (const std::string &part : FoldersDownTo(current))
         ListDirs(part);
     const NodeId node = FindPath(current);
     if (node == kNoNode)

@@ -83,7 +83,7 @@ public:
     // The node of a folder by its real path, else the node whose key is the path in upper case.
     NodeId FindPath(const std::string &path) const;
     // The folders down to `path`: from the longest drive that contains it to itself.
-    std::vector<std::string> WayTo(const std::string &path) const;
+    std::vector<std::string> FoldersDownTo(const std::string &path) const;
 
     // Whether a disk is being waited for; Abandon ends that wait. This object must not be destroyed
     // before the wait has ended.
@@ -92,9 +92,6 @@ public:
 
     // When true, `ListDirs` lists the folder's files too. Nothing sets it in this program.
     bool listFiles = false;
-
-    // How long to wait for a disk before its folder is shown without sub-folders.
-    static constexpr std::int64_t kPatienceMs = 2000;
 
 private:
     void Expand(NodeId node);
@@ -109,8 +106,8 @@ private:
     NodeId AddNode(NodeId parent, std::string_view key, const std::string &path,
                    std::string_view text, std::string_view image, std::string_view selectedImage);
     void AddDrive(NodeId computer, const std::string &drive, std::string &firstFixed);
-    platform::Folders::KeepWaiting Patience();
-    void EndPatience();
+    platform::Folders::KeepWaiting BeginWait();
+    void EndWait();
 
     KeyedTree *m_tree = nullptr;
     DirTreeHost m_host;
@@ -123,7 +120,6 @@ private:
     bool m_listing = false;
     bool m_abandoned = false;
     bool m_yielded = false;
-    std::int64_t m_since = 0; // when the current wait began
 };
 
 // `text` with a capital letter at the start of each word and small letters after it. Blanks, tabs,

@@ -19,7 +19,7 @@ enum class FolderAnswer {
 };
 
 // One sub-folder, and the name of the first folder in it in the disk's own order: empty when it has
-// none, or when it was not looked into.
+// none, or when it was not opened.
 struct SubFolder {
     std::string name;
     std::string firstFolder;
@@ -41,16 +41,16 @@ struct Folders {
     using KeepWaiting = std::function<bool()>;
 
     // What is in the folder. Folders whose full paths are in `leaveOut` are not listed. A folder
-    // that is mounted only when it is looked into is listed and not looked into, and so is a link
-    // to the folder itself or to one above it. When the wait ends after the names have been read,
+    // that is mounted only when it is opened is listed but not opened, and so is a link to the
+    // folder itself or to one above it. When the wait ends after the names have been read,
     // what is known by then is returned as Listed.
     virtual FolderContents List(const std::string &path, const std::vector<std::string> &leaveOut,
                                 const KeepWaiting &keepWaiting) = 0;
 
     // Whether the folder can be read, and in `firstFolder` the name of the first folder in it that
     // is not in `leaveOut`; empty when there is none.
-    virtual FolderAnswer Look(const std::string &path, const std::vector<std::string> &leaveOut,
-                              const KeepWaiting &keepWaiting, std::string &firstFolder) = 0;
+    virtual FolderAnswer Probe(const std::string &path, const std::vector<std::string> &leaveOut,
+                               const KeepWaiting &keepWaiting, std::string &firstFolder) = 0;
 
     // The user's own folder for a purpose: "DESKTOP", "MUSIC". Empty when none is set.
     virtual std::string UserFolder(std::string_view purpose) = 0;

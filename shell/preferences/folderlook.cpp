@@ -1,11 +1,10 @@
 #include "shell/preferences/folderlook.h"
 
 #include "catalogue/adoclass.h"
-#include "platform/clock.h"
 #include "platform/desktop.h"
-#include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "platform/posix/disk/userfolders.h"
+#include "platform/waiting.h"
 #include "runtime/paths.h"
 #include "shell/settings.h"
 
@@ -19,7 +18,6 @@ namespace
 
 using platform::FolderAnswer;
 
-constexpr std::int64_t kQuietMs = 100; // how long to wait for a disk before events run
 constexpr std::int64_t kShortMs = 200; // how long to wait for a disk that has not answered before
 
 platform::Folders &TheFolders()
@@ -39,37 +37,28 @@ std::string MusicFolder()
 {
     for (const std::string &folder :
          {TheFolders().UserFolder("MUSIC"), platform::posix::HomeFolder()})
-        if (folder.starts_with('/') && LookAt(folder) == FolderAnswer::Listed)
+        if (folder.starts_with('/') && ProbeFolder(folder) == FolderAnswer::Listed)
             return folder;
     return "/";
 }
 
 } // namespace
 
-FolderAnswer LookAt(const std::string &path, const LongWait &wait, std::int64_t patienceMs)
+FolderAnswer ProbeFolder(const std::string &path, const LongWait &wait, std::int64_t limitMs)
 {
-    platform::Clock &clock = *platform::TheMachine().clock;
     platform::Desktop &desktop = *platform::TheMachine().desktop;
-    const std::int64_t since = clock.SteadyMs();
-    bool yielded = false;
+    bool isSlow = false;
+    const auto begin = [&] {
+        isSlow = true;
+        desktop.SetPointer(platform::Pointer::ArrowHourglass);
+        if (wait.begin)
+            wait.begin();
+    };
+    const platform::Folders::KeepWaiting keepWaiting = platform::WaitWithEvents(begin, limitMs);
     std::string firstFolder;
-    const FolderAnswer answer = TheFolders().Look(
-        path, {},
-        [&] {
-            const std::int64_t waited = clock.SteadyMs() - since;
-            if (waited >= kQuietMs) {
-                if (!std::exchange(yielded, true)) {
-                    desktop.SetPointer(platform::Pointer::ArrowHourglass);
-                    if (wait.begin)
-                        wait.begin();
-                }
-                desktop.DoEvents();
-            }
-            return waited < patienceMs && !platform::IsEndRequested() &&
-                   (!wait.isEnded || !wait.isEnded());
-        },
-        firstFolder);
-    if (yielded) {
+    const FolderAnswer answer = TheFolders().Probe(
+        path, {}, [&] { return keepWaiting() && (!wait.isEnded || !wait.isEnded()); }, firstFolder);
+    if (isSlow) {
         desktop.SetPointer(platform::Pointer::Normal);
         if (wait.end)
             wait.end();
@@ -94,16 +83,16 @@ StartFolder FindStartFolder()
     const std::string stored = CutSeparators(StoredFolder());
     if (stored.empty())
         return {MusicFolder(), !IsCatalogueEmpty()};
-    const FolderAnswer answer = LookAt(stored);
+    const FolderAnswer answer = ProbeFolder(stored);
     if (answer == FolderAnswer::Listed)
         return {stored, false};
     if (!stored.starts_with('/'))
         return {MusicFolder(), true};
     // The folders above are likely to be on the same disk.
-    const std::int64_t patienceMs =
-        answer == FolderAnswer::NoAnswer ? kShortMs : ui::cDirTree::kPatienceMs;
+    const std::int64_t limitMs =
+        answer == FolderAnswer::NoAnswer ? kShortMs : platform::kDiskLimitMs;
     std::string above = runtime::ParentFolder(stored);
-    while (above.size() > 1 && LookAt(above, {}, patienceMs) != FolderAnswer::Listed)
+    while (above.size() > 1 && ProbeFolder(above, {}, limitMs) != FolderAnswer::Listed)
         above = runtime::ParentFolder(above);
     return {above.empty() ? "/" : above, true};
 }

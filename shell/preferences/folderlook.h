@@ -1,9 +1,9 @@
-// shell/preferences/folderlook.h - looks at a folder for the preferences' window: events run while
-// the disk does not answer, and after a while the look gives up.
+// shell/preferences/folderlook.h - finds out for the preferences' window whether a folder can be
+// read: events run while the disk does not answer, and after a while it counts as not readable.
 #pragma once
 
 #include "platform/disk/folders.h"
-#include "ui/cDirTree.h"
+#include "platform/waiting.h"
 
 #include <cstdint>
 #include <functional>
@@ -18,10 +18,10 @@ struct LongWait {
     std::function<bool()> isEnded; // true ends the wait
 };
 
-// Whether the folder can be read. Waits at most `patienceMs`; the end of the program ends the wait.
+// Whether the folder can be read. Waits at most `limitMs`; the end of the program ends the wait.
 // Returns: NoAnswer when the wait was ended or took too long.
-platform::FolderAnswer LookAt(const std::string &path, const LongWait &wait = {},
-                              std::int64_t patienceMs = ui::cDirTree::kPatienceMs);
+platform::FolderAnswer ProbeFolder(const std::string &path, const LongWait &wait = {},
+                                   std::int64_t limitMs = platform::kDiskLimitMs);
 
 // The path without the separators at its end; "/" stays.
 std::string CutSeparators(std::string path);
@@ -29,11 +29,11 @@ std::string CutSeparators(std::string path);
 // The folder that the settings hold; empty when none has been stored.
 std::string StoredFolder();
 
-// The folder that is chosen when the window opens. `isStandIn`: the stored folder is missing and
-// this one stands in for it; it does not count as the user's choice.
+// The folder that is chosen when the window opens. `isSubstitute`: the stored folder is missing and
+// this one takes its place; it does not count as the user's choice.
 struct StartFolder {
     std::string path;
-    bool isStandIn = false;
+    bool isSubstitute = false;
 };
 
 // The stored folder, or its nearest parent that exists. When no folder is stored: the user's music

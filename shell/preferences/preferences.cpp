@@ -92,7 +92,7 @@ FolderAnswer SetDirList(PreferencesForm &form, const std::string &path)
         EnableChoices(form, true);
     };
     wait.isEnded = [&form] { return form.abandoned; };
-    const FolderAnswer answer = LookAt(path, wait);
+    const FolderAnswer answer = ProbeFolder(path, wait);
     if (answer != FolderAnswer::Listed)
         return answer;
     form.DirList = path;
@@ -102,13 +102,13 @@ FolderAnswer SetDirList(PreferencesForm &form, const std::string &path)
     return answer;
 }
 
-// Opens the tree from the drive down to the folder in the box, and lists its files. Each node on
-// the way is selected, so that in the end the selected one is the folder in DirList.
+// Opens the tree from the drive down to the folder in the box, and lists its files. Each of these
+// nodes is selected, so that in the end the selected one is the folder in DirList.
 void OpenTree(PreferencesForm &form)
 {
     const std::string target = form.DirList;
     const bool wasLoading = std::exchange(form.loading, true);
-    for (const std::string &part : form.dirTree->WayTo(target)) {
+    for (const std::string &part : form.dirTree->FoldersDownTo(target)) {
         const ui::NodeId node = form.dirTree->FindPath(part);
         if (node == ui::kNoNode)
             break; // this folder is not in the tree, so those below it are not either
@@ -264,8 +264,8 @@ void ApplyFolder(PreferencesForm &form)
         browser::LoadTreeView(browser::frmMain(), "");
 }
 
-// Stores the folder. When DirList stands in for a folder that is missing, the setting is not
-// changed.
+// Stores the folder. When the stored folder is missing and DirList shows a substitute, the setting
+// is not changed.
 void SaveFolder(const PreferencesForm &form)
 {
     if (form.standIn.empty() || form.DirList != form.standIn)
@@ -315,7 +315,7 @@ void LoadPreferences(PreferencesForm &form)
     form.abandoned = false;
     form.Reload.SetChecked(GetFlagPreference("RefreshAtStartUp"));
     const StartFolder start = FindStartFolder();
-    form.standIn = start.isStandIn ? start.path : std::string();
+    form.standIn = start.isSubstitute ? start.path : std::string();
     SetDirList(form, start.path);
     SetChecks(form);
     form.tmrUnload.event = [&form] {

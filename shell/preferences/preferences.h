@@ -52,7 +52,8 @@ struct PreferencesForm : ui::Form {
     std::function<bool()> addDesktopIcon; // see ui::DirTreeHost
 
     // --- Fields.
-    std::string standIn;       // DirList, when it stands in for a stored folder that is missing
+    std::string
+        standIn; // DirList, when it shows a substitute for the stored folder, which is missing
     std::string folderBefore;  // the current folder of the process before the window
     bool loading = false;      // the tree is being filled and must not change DirList
     bool waiting = false;      // waits for a disk, with events running

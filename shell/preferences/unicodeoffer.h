@@ -30,7 +30,7 @@ struct UnicodeOfferForm : ui::Form {
 // for Yes. The answer is stored; the caller stores the setting itself.
 [[nodiscard]] bool OfferUnicodeTags(std::int64_t files, std::int64_t of);
 
-// The user has chosen the way of reading for this library without being asked: no offer is due.
+// The user has chosen how tags are read in this library without being asked: no offer is due.
 void NoteUnicodeChoice();
 
 } // namespace shell

@@ -82,7 +82,7 @@ TEST_F(SystemFoldersTest, ReportsWhyAFolderCannotBeListed)
 {
     std::string first = "before";
     EXPECT_EQ(List(folders, folder / "absent").answer, FolderAnswer::Missing);
-    EXPECT_EQ(folders.Look(folder / "absent", {}, {}, first), FolderAnswer::Missing);
+    EXPECT_EQ(folders.Probe(folder / "absent", {}, {}, first), FolderAnswer::Missing);
     EXPECT_EQ(first, "");
     tests::WriteFile(folder / "file", "x");
     EXPECT_EQ(List(folders, folder / "file").answer, FolderAnswer::Missing);
@@ -91,7 +91,7 @@ TEST_F(SystemFoldersTest, ReportsWhyAFolderCannotBeListed)
     Make("closed/inner");
     chmod((folder / "closed").c_str(), 0);
     EXPECT_EQ(List(folders, folder / "closed").answer, FolderAnswer::Unreadable);
-    EXPECT_EQ(folders.Look(folder / "closed", {}, {}, first), FolderAnswer::Unreadable);
+    EXPECT_EQ(folders.Probe(folder / "closed", {}, {}, first), FolderAnswer::Unreadable);
     EXPECT_EQ(List(folders, folder.Path()).folders, (std::vector<SubFolder>{{"closed", ""}}));
     chmod((folder / "closed").c_str(), 0755);
 }
@@ -107,9 +107,9 @@ TEST_F(SystemFoldersTest, LeavesOutWhatIsShownElsewhere)
     EXPECT_EQ(List(folders, folder / "media", leaveOut).folders,
               (std::vector<SubFolder>{{"other", ""}}));
     std::string first;
-    EXPECT_EQ(folders.Look(folder / "home", leaveOut, {}, first), FolderAnswer::Listed);
+    EXPECT_EQ(folders.Probe(folder / "home", leaveOut, {}, first), FolderAnswer::Listed);
     EXPECT_EQ(first, "");
-    EXPECT_EQ(folders.Look(folder / "media", leaveOut, {}, first), FolderAnswer::Listed);
+    EXPECT_EQ(folders.Probe(folder / "media", leaveOut, {}, first), FolderAnswer::Listed);
     EXPECT_EQ(first, "other");
 }
 
@@ -159,7 +159,7 @@ TEST_F(SystemFoldersTest, ADiskThatDoesNotAnswerIsGivenUpAndNotAskedTwice)
     EXPECT_EQ(held.List(folder.Path(), {}, giveUp).answer, FolderAnswer::NoAnswer);
     EXPECT_EQ(asked, 3);
     std::string first;
-    EXPECT_EQ(held.Look(folder.Path(), {}, giveUp, first), FolderAnswer::NoAnswer);
+    EXPECT_EQ(held.Probe(folder.Path(), {}, giveUp, first), FolderAnswer::NoAnswer);
     EXPECT_EQ(held.List(folder.Path(), {}, giveUp).answer, FolderAnswer::NoAnswer);
     EXPECT_EQ(asked, 3); // at once
     EXPECT_EQ(disk->reads, 1);

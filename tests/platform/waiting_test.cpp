@@ -58,6 +58,37 @@ TEST_F(Waiting, CancellingEndsAllThatAreUnderWay)
     EXPECT_EQ(platform::WaitUntil([this] { return desktop.yields == 4; }, 1000), WaitEnd::Held);
 }
 
+TEST_F(Waiting, NoEventRunsWhileADiskMayStillAnswerAtOnce)
+{
+    int slow = 0;
+    const auto keepWaiting = platform::WaitWithEvents([&slow] { ++slow; }, 500);
+    EXPECT_TRUE(keepWaiting());
+    clock.steadyMs += 99;
+    EXPECT_TRUE(keepWaiting());
+    EXPECT_EQ(slow, 0);
+    EXPECT_EQ(desktop.yields, 0);
+    clock.steadyMs += 1;
+    desktop.doEvents = [&slow] { EXPECT_EQ(slow, 1); };
+    EXPECT_TRUE(keepWaiting());
+    clock.steadyMs += 399;
+    EXPECT_TRUE(keepWaiting());
+    EXPECT_EQ(slow, 1);
+    EXPECT_EQ(desktop.yields, 2);
+    clock.steadyMs += 1;
+    EXPECT_FALSE(keepWaiting());
+}
+
+TEST_F(Waiting, ASignalEndsTheWaitForADisk)
+{
+    const auto keepWaiting = platform::WaitWithEvents([] {});
+    EXPECT_TRUE(keepWaiting());
+    platform::RequestEnd(SIGTERM);
+    EXPECT_FALSE(keepWaiting());
+    platform::RequestEnd(0);
+    clock.steadyMs += platform::kDiskLimitMs;
+    EXPECT_FALSE(keepWaiting());
+}
+
 TEST_F(Waiting, ASignalEndsIt)
 {
     desktop.doEvents = [] { platform::RequestEnd(SIGTERM); };

@@ -50,4 +50,27 @@ TEST(Paths, ParentAndJoin)
     }
 }
 
+TEST(Paths, IsInFolder)
+{
+    const struct {
+        std::string_view path, folder;
+        bool want;
+    } cases[] = {
+        {"/music/abba/one.mp3", "/music", true},
+        {"/music", "/music", true},
+        {"/music/", "/music", true},
+        {"/musical", "/music", false},
+        {"/mus", "/music", false},
+        {"/Music/x", "/music", false},
+        {"/", "/", true},
+        {"/music", "/", true},
+        {"music", "/", false},
+        {"/m\xFF/\x80", "/m\xFF", true},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.path);
+        EXPECT_EQ(runtime::IsInFolder(c.path, c.folder), c.want);
+    }
+}
+
 } // namespace

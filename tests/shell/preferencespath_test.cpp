@@ -111,7 +111,7 @@ TEST_F(PreferencesTest, StartFolderTable)
             Add({"T", "A", "B", "1999", "", "Pop", "/x.mp3"});
         const shell::StartFolder start = shell::FindStartFolder();
         EXPECT_EQ(start.path, c.want);
-        EXPECT_EQ(start.isStandIn, c.standIn);
+        EXPECT_EQ(start.isSubstitute, c.standIn);
     }
 }
 

@@ -28,12 +28,12 @@ public:
         return IsSilent(path, keepWaiting) ? platform::FolderContents{}
                                            : SystemFolders::List(path, leaveOut, keepWaiting);
     }
-    platform::FolderAnswer Look(const std::string &path, const std::vector<std::string> &leaveOut,
-                                const KeepWaiting &keepWaiting, std::string &firstFolder) override
+    platform::FolderAnswer Probe(const std::string &path, const std::vector<std::string> &leaveOut,
+                                 const KeepWaiting &keepWaiting, std::string &firstFolder) override
     {
         return IsSilent(path, keepWaiting)
                    ? platform::FolderAnswer::NoAnswer
-                   : SystemFolders::Look(path, leaveOut, keepWaiting, firstFolder);
+                   : SystemFolders::Probe(path, leaveOut, keepWaiting, firstFolder);
     }
 
     std::set<std::string> silent;

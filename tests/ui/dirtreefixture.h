@@ -41,11 +41,11 @@ public:
         listed.push_back(path);
         return SlowFolders::List(path, leaveOut, keepWaiting);
     }
-    platform::FolderAnswer Look(const std::string &path, const std::vector<std::string> &leaveOut,
-                                const KeepWaiting &keepWaiting, std::string &firstFolder) override
+    platform::FolderAnswer Probe(const std::string &path, const std::vector<std::string> &leaveOut,
+                                 const KeepWaiting &keepWaiting, std::string &firstFolder) override
     {
         looked.push_back(path);
-        return SlowFolders::Look(path, leaveOut, keepWaiting, firstFolder);
+        return SlowFolders::Probe(path, leaveOut, keepWaiting, firstFolder);
     }
     std::string UserFolder(std::string_view purpose) override
     {

@@ -320,8 +320,8 @@ FolderContents SystemFolders::List(const std::string &path,
     return question->named ? std::move(question->contents) : FolderContents();
 }
 
-FolderAnswer SystemFolders::Look(const std::string &path, const std::vector<std::string> &leaveOut,
-                                 const KeepWaiting &keepWaiting, std::string &firstFolder)
+FolderAnswer SystemFolders::Probe(const std::string &path, const std::vector<std::string> &leaveOut,
+                                  const KeepWaiting &keepWaiting, std::string &firstFolder)
 {
     const auto question = std::make_shared<Question>();
     question->path = path;
@@ -357,7 +357,7 @@ std::string SystemFolders::CurrentFolder()
 
 bool SystemFolders::SetCurrentFolder(const std::string &path)
 {
-    // The way through links is what $PWD keeps; started programs inherit it.
+    // $PWD has the path with the links that the user followed; started programs inherit it.
     return chdir(path.c_str()) == 0 && setenv("PWD", path.c_str(), 1) == 0;
 }
 

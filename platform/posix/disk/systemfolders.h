@@ -18,7 +18,7 @@ public:
         // The file with the user's folders; empty for the one of the configuration folder.
         // Source: xdg-user-dirs, user-dirs.dirs(5).
         std::string userFolders;
-        // Whether the folder `name` of the open folder is mounted only when it is looked into.
+        // Whether the folder `name` of the open folder is mounted only when it is opened.
         // Called in the helper thread. Empty asks the kernel.
         std::function<bool(int folder, const char *name)> isAutomount;
         // Called in the helper thread before it asks the disk about `path`. Empty does nothing.
@@ -32,8 +32,8 @@ public:
     // once.
     FolderContents List(const std::string &path, const std::vector<std::string> &leaveOut,
                         const KeepWaiting &keepWaiting) override;
-    FolderAnswer Look(const std::string &path, const std::vector<std::string> &leaveOut,
-                      const KeepWaiting &keepWaiting, std::string &firstFolder) override;
+    FolderAnswer Probe(const std::string &path, const std::vector<std::string> &leaveOut,
+                       const KeepWaiting &keepWaiting, std::string &firstFolder) override;
 
     std::string UserFolder(std::string_view purpose) override;
     std::vector<std::string> UserFolderPurposes() override;
