@@ -79,12 +79,12 @@ void SingleInstance::Listen()
 // The caller sends its token and closes the connection. This waits only 200 ms for the token.
 void SingleInstance::Answer()
 {
-    constexpr int kPatienceMs = 200;
+    constexpr int kTimeoutMs = 200;
     constexpr qint64 kLongestToken = 511;
     const std::unique_ptr<QLocalSocket> caller(m_server->nextPendingConnection());
     if (caller == nullptr)
         return;
-    caller->waitForReadyRead(kPatienceMs);
+    caller->waitForReadyRead(kTimeoutMs);
     const QByteArray token = caller->read(kLongestToken);
     if (!token.isEmpty())
         qputenv(kTokenVariable, token);
@@ -94,14 +94,14 @@ void SingleInstance::Answer()
 
 void SingleInstance::CallFirst() const
 {
-    constexpr int kPatienceMs = 1000;
+    constexpr int kTimeoutMs = 1000;
     QLocalSocket socket;
     socket.connectToServer(QString::fromLocal8Bit(m_path.c_str()), QIODevice::WriteOnly);
-    if (!socket.waitForConnected(kPatienceMs))
+    if (!socket.waitForConnected(kTimeoutMs))
         return;
     const QByteArray token = qgetenv(kTokenVariable);
     if (!token.isEmpty() && socket.write(token) == token.size())
-        socket.waitForBytesWritten(kPatienceMs);
+        socket.waitForBytesWritten(kTimeoutMs);
 }
 
 } // namespace app

@@ -56,8 +56,9 @@ public:
         machine.clock = &m_clock;
         catalogue::TheLockWaitCalls().ShowLine = [this](std::string_view line) {
             if (!line.empty())
-                m_terminal.SetClipboardText(line); // prints it
+                m_desktop.SetClipboardText(line); // prints it
         };
+        machine.beginWait = catalogue::CloseOpenGroup;
         m_settings.onCannotStore = shell::ShowSettingsFailure;
     }
 
@@ -75,8 +76,7 @@ public:
     TerminalMachine &operator=(const TerminalMachine &) = delete;
 
 private:
-    Terminal m_terminal;
-    catalogue::GroupClosingDesktop m_desktop{m_terminal};
+    Terminal m_desktop;
     platform::posix::IniSettings m_settings{platform::posix::ConfigHome()};
     std::unique_ptr<platform::Player> m_player;
     platform::posix::DesktopFileTypes m_fileTypes{platform::posix::DataHome()};

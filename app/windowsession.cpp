@@ -3,6 +3,7 @@
 #include "catalogue/adoclass.h"
 #include "catalogue/lockwait.h"
 #include "catalogue/regeneration.h"
+#include "catalogue/rowgroups.h"
 #include "platform/appid.h"
 #include "platform/machine.h"
 #include "shell/globals.h"
@@ -120,7 +121,7 @@ WindowSession::WindowSession(int &argc, char **argv)
     : opening(std::in_place), application(argc, argv)
 {
     opening.reset();
-    application.tellError = shell::ShowRuntimeError;
+    application.showError = shell::ShowRuntimeError;
     QApplication::setApplicationName(QStringLiteral("quenlin"));
     QGuiApplication::setDesktopFileName(QString::fromLatin1(platform::kApplicationId));
     QApplication::setQuitOnLastWindowClosed(

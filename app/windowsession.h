@@ -4,7 +4,6 @@
 #pragma once
 
 #include "app/playerport.h"
-#include "catalogue/rowgroups.h"
 #include "platform/posix/desktopfiletypes.h"
 #include "platform/posix/disk/mountdrives.h"
 #include "platform/posix/disk/systemfolders.h"
@@ -40,8 +39,7 @@ public:
 private:
     void ShowWait(std::string_view line);
 
-    platform::qt::QtDesktop m_qt;
-    catalogue::GroupClosingDesktop m_desktop{m_qt};
+    platform::qt::QtDesktop m_desktop;
     platform::posix::IniSettings m_settings{platform::posix::ConfigHome()};
     platform::posix::DesktopFileTypes m_fileTypes{platform::posix::DataHome()};
     platform::posix::MountDrives m_drives;

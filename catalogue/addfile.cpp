@@ -391,9 +391,9 @@ std::int16_t AddOrUpdateMP3(const std::string &path, std::string &reason)
 void AddInGroup(const std::string &path, RowGroups &groups, std::function<void(AddOutcome)> settled)
 {
     std::string reason;
-    bool isTold = false;
+    bool isReported = false;
     AddWithinMemory(path, reason, [&](AddOutcome outcome) {
-        if (std::exchange(isTold, true))
+        if (std::exchange(isReported, true))
             return;
         groups.WhenSettled(
             [settled = std::move(settled), outcome = std::move(outcome)](const std::string &lost) {

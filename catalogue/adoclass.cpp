@@ -40,7 +40,6 @@ void Yield()
 
 void ShowBox(std::string_view text)
 {
-    CloseOpenGroup();
     if (auto *desktop = platform::TheMachine().desktop)
         desktop->MessageBox(text);
 }

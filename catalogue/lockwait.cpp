@@ -21,10 +21,10 @@ constexpr std::int64_t kFirstMs = 50;
 constexpr std::int64_t kEventsMs = 20; // between two runs of events
 
 struct State {
-    LockPatience patience;
+    LockTimeouts timeouts;
     LockWaitCalls calls;
-    int runs = 0;         // the number of PatienceOfRun objects
-    bool isSpent = false; // a wait of full length has failed
+    int runs = 0;             // the number of LockTimeoutOfRun objects
+    bool hasTimedOut = false; // a wait of full length has failed
     bool isWaiting = false;
     bool isGivenUp = false;
 };
@@ -49,9 +49,9 @@ void RunEvents()
 
 } // namespace
 
-LockPatience &TheLockPatience()
+LockTimeouts &TheLockTimeouts()
 {
-    return TheState().patience;
+    return TheState().timeouts;
 }
 
 LockWaitCalls &TheLockWaitCalls()
@@ -69,27 +69,27 @@ void GiveUpLockWait()
     TheState().isGivenUp = true;
 }
 
-std::int64_t LockPatienceMs()
+std::int64_t LockTimeoutMs()
 {
     const State &state = TheState();
-    return state.isSpent ? state.patience.spentMs : state.patience.fullMs;
+    return state.hasTimedOut ? state.timeouts.laterMs : state.timeouts.fullMs;
 }
 
-PatienceOfRun::PatienceOfRun()
+LockTimeoutOfRun::LockTimeoutOfRun()
 {
     State &state = TheState();
     if (state.runs++ == 0)
-        state.isSpent = false;
+        state.hasTimedOut = false;
 }
 
-PatienceOfRun::~PatienceOfRun()
+LockTimeoutOfRun::~LockTimeoutOfRun()
 {
     State &state = TheState();
     if (--state.runs == 0)
-        state.isSpent = false;
+        state.hasTimedOut = false;
 }
 
-LockWait::LockWait() : m_sinceMs(MachineMs()), m_patienceMs(LockPatienceMs()), m_eventsMs(m_sinceMs)
+LockWait::LockWait() : m_sinceMs(MachineMs()), m_timeoutMs(LockTimeoutMs()), m_eventsMs(m_sinceMs)
 {
     TheState().isWaiting = true;
     TheState().isGivenUp = false;
@@ -102,21 +102,22 @@ LockWait::~LockWait()
         ShowLine({});
 }
 
-bool LockWait::GoOn()
+bool LockWait::KeepWaiting()
 {
     State &state = TheState();
     const auto waitedMs = MachineMs() - m_sinceMs;
     if (state.isGivenUp || platform::IsEndRequested()) {
-        m_words = "Another program holds the catalogue, and the wait for it was ended.";
-    } else if (waitedMs >= m_patienceMs) {
-        m_words = state.isSpent ? std::string("Another program still holds the catalogue.")
-                                : "Another program has held the catalogue for " +
-                                      std::to_string(state.patience.fullMs / 1000) + " seconds.";
-        state.isSpent = true;
+        m_failureText = "Another program holds the catalogue, and the wait for it was ended.";
+    } else if (waitedMs >= m_timeoutMs) {
+        m_failureText = state.hasTimedOut
+                            ? std::string("Another program still holds the catalogue.")
+                            : "Another program has held the catalogue for " +
+                                  std::to_string(state.timeouts.fullMs / 1000) + " seconds.";
+        state.hasTimedOut = true;
     }
-    if (!m_words.empty())
+    if (!m_failureText.empty())
         return false;
-    if (!m_isShown && waitedMs >= state.patience.silentMs) {
+    if (!m_isShown && waitedMs >= state.timeouts.silentMs) {
         m_isShown = true;
         ShowLine(shell::GetLanguageText("Waiting for another program that uses the catalogue...",
                                         "WaitingForCatalogue", "Progress"));
@@ -133,7 +134,7 @@ void LockWait::Succeeded()
 {
     State &state = TheState();
     if (state.runs == 0)
-        state.isSpent = false;
+        state.hasTimedOut = false;
 }
 
 } // namespace catalogue

@@ -12,12 +12,12 @@ namespace catalogue
 {
 
 // How long to wait. A test sets shorter times.
-struct LockPatience {
+struct LockTimeouts {
     std::int64_t fullMs = 60000;  // a wait that takes longer fails and reports it
-    std::int64_t spentMs = 1000;  // the limit for later waits once one has taken fullMs
+    std::int64_t laterMs = 1000;  // the limit for later waits once one has taken fullMs
     std::int64_t silentMs = 1000; // the user is shown what the program waits for after this time
 };
-LockPatience &TheLockPatience();
+LockTimeouts &TheLockTimeouts();
 
 // Functions that a wait calls. app/ sets them; they may be missing, and outlive the program's work.
 struct LockWaitCalls {
@@ -29,13 +29,13 @@ LockWaitCalls &TheLockWaitCalls();
 // While one exists, a wait of full length that fails makes all later ones short, so that a job does
 // not wait a minute for each of its files. Without one, the first statement that succeeds restores
 // the full length.
-class PatienceOfRun
+class LockTimeoutOfRun
 {
 public:
-    PatienceOfRun();
-    ~PatienceOfRun();
-    PatienceOfRun(const PatienceOfRun &) = delete;
-    PatienceOfRun &operator=(const PatienceOfRun &) = delete;
+    LockTimeoutOfRun();
+    ~LockTimeoutOfRun();
+    LockTimeoutOfRun(const LockTimeoutOfRun &) = delete;
+    LockTimeoutOfRun &operator=(const LockTimeoutOfRun &) = delete;
 };
 
 // Whether a wait is going on: a statement that runs now comes from an event handler inside it.
@@ -45,7 +45,7 @@ bool IsWaitingForLock();
 void GiveUpLockWait();
 
 // The longest time for the next wait.
-std::int64_t LockPatienceMs();
+std::int64_t LockTimeoutMs();
 
 // One wait. There can only be one at a time: see IsWaitingForLock.
 class LockWait
@@ -58,20 +58,20 @@ public:
 
     // Waits a little while events run. Returns: false when the wait is over, because its time is up
     // or the program is to end. Errors: those of the desktop's DoEvents.
-    bool GoOn();
+    bool KeepWaiting();
 
     // To be called when the lock was obtained.
     void Succeeded();
 
     // The reason why the wait failed.
-    [[nodiscard]] std::string Words() const { return m_words; }
+    [[nodiscard]] std::string FailureText() const { return m_failureText; }
 
 private:
     std::int64_t m_sinceMs;
-    std::int64_t m_patienceMs;
+    std::int64_t m_timeoutMs;
     std::int64_t m_eventsMs; // when events last ran
     bool m_isShown = false;
-    std::string m_words;
+    std::string m_failureText;
 };
 
 } // namespace catalogue

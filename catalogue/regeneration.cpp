@@ -127,8 +127,8 @@ void SetProgress(const Run &run)
 
 void ReportProgress(std::string_view line, std::int64_t value, std::int64_t maximum)
 {
-    if (const auto &tell = TheState().controls.Progress)
-        tell(line, value, maximum);
+    if (const auto &show = TheState().controls.Progress)
+        show(line, value, maximum);
 }
 
 void ShowCount(const Run &run)
@@ -341,7 +341,7 @@ void EmptyTable()
     }
 }
 
-// Whether the user has chosen another way of reading, so that the run is to be repeated.
+// Whether the user has changed how tags are read, so that the run is to be repeated.
 bool IsToBeReadAnew()
 {
     const RegenerationSummary &summary = TheState().summary;

@@ -42,7 +42,7 @@ RegenerationControls &TheRegenerationControls();
 // Results of the last run, for the terminal.
 struct RegenerationSummary {
     std::uint64_t number = 0;                   // of the call of ListRefresh; 0 before the first
-    std::int64_t files = 0;                     // MP3 files that were met
+    std::int64_t files = 0;                     // MP3 files that were found
     std::int64_t failed = 0;                    // files that could not be added or updated
     std::vector<std::string> unreadableFolders; // path, ": ", the system's words
     std::string errors;            // the reasons as the clipboard gets them: 64 KiB, then a count

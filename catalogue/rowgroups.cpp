@@ -21,13 +21,13 @@ RowGroups::~RowGroups()
         CloseOpenGroup();
 }
 
-void RowGroups::WhenSettled(std::function<void(const std::string &lost)> tell)
+void RowGroups::WhenSettled(std::function<void(const std::string &lost)> settled)
 {
     OpenGroup &state = TheOpenGroup();
     if (state.file)
-        state.waiting.push_back(std::move(tell));
+        state.waiting.push_back(std::move(settled));
     else
-        tell({});
+        settled({});
 }
 
 void RowGroups::Close()
@@ -90,54 +90,6 @@ void JointWrites::Keep()
 {
     if (std::exchange(m_isOpen, false) && TheOpenGroup().file)
         TheOpenGroup().file->Main().RunOwn("RELEASE joint");
-}
-
-platform::Answer GroupClosingDesktop::MessageBox(std::string_view text, platform::Buttons buttons,
-                                                 std::string_view title, platform::BoxIcon icon)
-{
-    CloseOpenGroup();
-    return m_inner.MessageBox(text, buttons, title, icon);
-}
-
-platform::Answer GroupClosingDesktop::MessageBoxWithDetails(std::string_view text,
-                                                            std::string_view details,
-                                                            platform::Buttons buttons,
-                                                            std::string_view title)
-{
-    CloseOpenGroup();
-    return m_inner.MessageBoxWithDetails(text, details, buttons, title);
-}
-
-std::optional<std::string> GroupClosingDesktop::InputBox(std::string_view prompt,
-                                                         std::string_view title,
-                                                         std::string_view initialText)
-{
-    CloseOpenGroup();
-    return m_inner.InputBox(prompt, title, initialText);
-}
-
-std::optional<std::string>
-GroupClosingDesktop::OpenDialog(std::string_view title,
-                                const std::vector<platform::FileFilter> &filters,
-                                const std::string &folder)
-{
-    CloseOpenGroup();
-    return m_inner.OpenDialog(title, filters, folder);
-}
-
-std::optional<std::string>
-GroupClosingDesktop::SaveDialog(std::string_view title,
-                                const std::vector<platform::FileFilter> &filters,
-                                const std::string &path)
-{
-    CloseOpenGroup();
-    return m_inner.SaveDialog(title, filters, path);
-}
-
-bool GroupClosingDesktop::OpenAddress(const std::string &address, const std::string &workingFolder)
-{
-    CloseOpenGroup();
-    return m_inner.OpenAddress(address, workingFolder);
 }
 
 } // namespace catalogue

@@ -7,7 +7,6 @@
 #include "catalogue/adoclass.h"
 #include "catalogue/lockwait.h"
 #include "catalogue/sqlite/opengroup.h"
-#include "platform/desktop.h"
 
 #include <cstdint>
 #include <functional>
@@ -27,19 +26,19 @@ public:
     RowGroups(const RowGroups &) = delete;
     RowGroups &operator=(const RowGroups &) = delete;
 
-    // Calls `tell` once the rows of all steps so far are settled: with an empty text when they are
-    // in the catalogue, with the words of the failure when they are lost. At once when no group is
-    // open, else when the group is committed; in the order in which it was asked for. To be called
-    // after each step, so that nothing is reported before it is true. `tell` must not run a
-    // statement.
-    void WhenSettled(std::function<void(const std::string &lost)> tell);
+    // Calls `settled` once the rows of all steps so far are settled: with an empty text when they
+    // are in the catalogue, with the words of the failure when they are lost. At once when no group
+    // is open, else when the group is committed; in the order in which it was asked for. To be
+    // called after each step, so that nothing is reported before it is true. `settled` must not run
+    // a statement.
+    void WhenSettled(std::function<void(const std::string &lost)> settled);
 
     // Commits the open group, so that all rows are settled. To be called at the end of the run,
     // before its summary.
     void Close();
 
 private:
-    PatienceOfRun m_patience;
+    LockTimeoutOfRun m_lockTimeout;
 };
 
 // The look-up of a path and the writes of its row, as one step for other processes. The statements
@@ -95,39 +94,6 @@ public:
 
 private:
     bool m_isOpen;
-};
-
-// A desktop that commits the open group before each box and dialog, and passes all calls on to
-// another desktop. app/ puts it around the real one. DoEvents leaves the group open: a statement of
-// an event handler commits it.
-class GroupClosingDesktop : public platform::Desktop
-{
-public:
-    explicit GroupClosingDesktop(platform::Desktop &inner) : m_inner(inner) {}
-
-    platform::Answer MessageBoxWithDetails(std::string_view text, std::string_view details,
-                                           platform::Buttons buttons,
-                                           std::string_view title) override;
-    platform::Answer MessageBox(std::string_view text, platform::Buttons buttons,
-                                std::string_view title, platform::BoxIcon icon) override;
-    std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,
-                                        std::string_view initialText) override;
-    std::optional<std::string> OpenDialog(std::string_view title,
-                                          const std::vector<platform::FileFilter> &filters,
-                                          const std::string &folder) override;
-    std::optional<std::string> SaveDialog(std::string_view title,
-                                          const std::vector<platform::FileFilter> &filters,
-                                          const std::string &path) override;
-    void EmptyClipboard() override { m_inner.EmptyClipboard(); }
-    void SetClipboardText(std::string_view text) override { m_inner.SetClipboardText(text); }
-    std::string ClipboardText() override { return m_inner.ClipboardText(); }
-    bool OpenAddress(const std::string &address, const std::string &workingFolder) override;
-    bool InputWasClosed() override { return m_inner.InputWasClosed(); }
-    void SetPointer(platform::Pointer pointer) override { m_inner.SetPointer(pointer); }
-    void DoEvents() override { m_inner.DoEvents(); }
-
-private:
-    platform::Desktop &m_inner; // outlives this object
 };
 
 } // namespace catalogue

@@ -14,8 +14,8 @@
 namespace catalogue
 {
 
-// Goes ahead of a walk over `root`, folder by folder in the same order. The destructor cancels what
-// was announced.
+// Reads the folders below `root` before a walk does, in the same order. The destructor cancels the
+// announcements.
 class LookAhead
 {
 public:

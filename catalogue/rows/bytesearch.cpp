@@ -1,5 +1,7 @@
 #include "catalogue/rows/bytesearch.h"
 
+#include "runtime/text.h"
+
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -18,12 +20,6 @@ namespace
 // compared, so that a match is only a candidate.
 constexpr unsigned char kCaseBit = 0x20;
 
-unsigned char UpperByte(char c)
-{
-    const auto byte = static_cast<unsigned char>(c);
-    return byte >= 'a' && byte <= 'z' ? static_cast<unsigned char>(byte - kCaseBit) : byte;
-}
-
 // How frequent a byte is in upper-cased texts, as a rank: 0 for all rare bytes.
 std::size_t Commonness(char c)
 {
@@ -31,7 +27,7 @@ std::size_t Commonness(char c)
     const auto byte = static_cast<unsigned char>(c);
     if (byte >= 0xC2) // the first byte of a letter of another script, which most letters share
         return kCommon.size();
-    const auto rank = kCommon.find(static_cast<char>(UpperByte(c)));
+    const auto rank = kCommon.find(runtime::UpperAscii(c));
     return rank == std::string_view::npos ? 0 : rank + 1;
 }
 
@@ -56,8 +52,9 @@ bool ByteSearch::IsAt(const char *place) const
 {
     if (m_letterCase == LetterCase::Counts)
         return std::memcmp(place, m_needle.data(), m_needle.size()) == 0;
-    return std::equal(m_needle.begin(), m_needle.end(), place,
-                      [](char a, char b) { return UpperByte(a) == UpperByte(b); });
+    return std::equal(m_needle.begin(), m_needle.end(), place, [](char a, char b) {
+        return runtime::UpperAscii(a) == runtime::UpperAscii(b);
+    });
 }
 
 std::size_t ByteSearch::FindOneByOne(std::string_view text, std::size_t from) const

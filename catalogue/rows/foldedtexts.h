@@ -25,10 +25,6 @@ class RowBits
 public:
     explicit RowBits(std::size_t rows) : m_words((rows + 63) / 64) {}
     void Set(std::size_t row) { m_words[row / 64] |= std::uint64_t{1} << row % 64; }
-    [[nodiscard]] bool Has(std::size_t row) const
-    {
-        return (m_words[row / 64] >> row % 64 & 1) != 0;
-    }
     void And(const RowBits &other);
     void Or(const RowBits &other);
     [[nodiscard]] const std::vector<std::uint64_t> &Words() const { return m_words; }

@@ -3,6 +3,7 @@
 #include "catalogue/sql/statementtokens.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
+#include "runtime/utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -43,16 +44,6 @@ bool IsFirstByte(char c)
     return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
 }
 
-// The first `count` characters of a UTF-8 text.
-std::string_view FirstCharacters(std::string_view text, int count)
-{
-    std::size_t at = 0;
-    for (; at < text.size(); ++at)
-        if (IsFirstByte(text[at]) && count-- == 0)
-            break;
-    return text.substr(0, at);
-}
-
 std::string TextForm(const Value &value)
 {
     struct Former {
@@ -85,7 +76,7 @@ std::string ShortText(std::string_view text)
     std::size_t tail = text.size();
     for (int count = 0; count < kKeptAtEachEnd; count += IsFirstByte(text[tail]) ? 1 : 0)
         --tail;
-    std::string result(FirstCharacters(text, kKeptAtEachEnd));
+    std::string result(runtime::LeftCharacters(text, kKeptAtEachEnd));
     result.append(" (... ").append(std::to_string(characters - 2 * kKeptAtEachEnd));
     return result.append(" characters left out ...) ").append(text.substr(tail));
 }
@@ -195,7 +186,11 @@ std::string LiteralOf(const Value &value, DatoType type, int width)
     const std::string text = TextForm(value);
     switch (type) {
     case DatoType::Text:
-        return "'" + std::string(width >= 1 ? FirstCharacters(text, width) : text) + "'";
+        return "'" +
+               std::string(width >= 1
+                               ? runtime::LeftCharacters(text, static_cast<std::size_t>(width))
+                               : text) +
+               "'";
     case DatoType::Flag: // any number other than 0 is true
         return runtime::LeadingNumber(text) != 0 ? "-1" : "0";
     case DatoType::Date:

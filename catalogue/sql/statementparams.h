@@ -13,7 +13,7 @@ namespace catalogue
 // `words` with the parameters in the places of `marker`: each takes the first marker that remains,
 // from left to right. So when a value contains the marker, later values replace the markers in it:
 // their text, unquoted, becomes part of its text. The texts in apostrophes in
-// `words` are data as well, and no marker is looked for in them.
+// `words` are data as well, and markers in them are not replaced.
 // A value for which there is no marker is not used; when the marker is empty, no value is used. A
 // marker without a value stays in the statement, which then fails, or becomes the empty text, see
 // LeftOver. The time is proportional to the length of the texts.

@@ -72,15 +72,15 @@ std::string NewName(const std::vector<std::string> &taken)
 std::string CopyDatabase(sqlite3 *from, const std::string &to)
 {
     sqlite3 *target = nullptr;
-    std::int64_t patienceUs = LockPatienceMs() * 1000;
+    std::int64_t remainingUs = LockTimeoutMs() * 1000;
     int code = sqlite3_open_v2(to.c_str(), &target, SQLITE_OPEN_READWRITE, nullptr);
     if (code == SQLITE_OK) {
         if (sqlite3_backup *copy = sqlite3_backup_init(target, "main", from, "main")) {
             do {
                 code = sqlite3_backup_step(copy, kPagesAStep);
-                if ((code == SQLITE_BUSY || code == SQLITE_LOCKED) && patienceUs > 0) {
+                if ((code == SQLITE_BUSY || code == SQLITE_LOCKED) && remainingUs > 0) {
                     MachineSleepUs(kWaitUs);
-                    patienceUs -= kWaitUs;
+                    remainingUs -= kWaitUs;
                     code = SQLITE_OK;
                 }
             } while (code == SQLITE_OK);

@@ -13,8 +13,8 @@ namespace catalogue
 namespace
 {
 
-constexpr std::size_t kIdleKept = 3;
-constexpr std::size_t kTranslationsKept = 8;
+constexpr std::size_t kIdleHandles = 3;
+constexpr std::size_t kCachedTranslations = 8;
 
 // The files in use, by path. Never destroyed: results and connections may outlive everything else.
 std::map<std::string, std::shared_ptr<CatalogueFile>> &Files()
@@ -92,7 +92,7 @@ std::shared_ptr<CatalogueFile> CatalogueFile::At(const std::string &path)
 {
     auto &files = Files();
     if (const auto found = files.find(path); found != files.end()) {
-        if (found->second->m_isWriting || found->second->IsStillTheFile())
+        if (found->second->m_isWriting || found->second->IsSameFile())
             return found->second;
         found->second->AbandonConnections();
         files.erase(found);
@@ -108,7 +108,7 @@ void CatalogueFile::CloseAll()
     Files().clear();
 }
 
-bool CatalogueFile::IsStillTheFile() const
+bool CatalogueFile::IsSameFile() const
 {
     try {
         if (IdentityOf(m_path) != m_identity)
@@ -144,7 +144,7 @@ std::shared_ptr<SqliteHandle> CatalogueFile::TakeHandle()
 
 void CatalogueFile::ReturnHandle(std::shared_ptr<SqliteHandle> handle)
 {
-    if (!m_isClosing && m_idle.size() < kIdleKept)
+    if (!m_isClosing && m_idle.size() < kIdleHandles)
         m_idle.push_back(std::move(handle));
 }
 
@@ -200,19 +200,19 @@ int CatalogueFile::BeginWhenFree(SqliteHandle &handle)
             kStatementFailure,
             "This program waits already for another one that holds the catalogue.");
     LockWait wait;
-    QueuePlace visit(m_queue);
-    const auto goOn = [&] { return wait.GoOn() && !m_isClosing; };
-    bool goesOn = true;
-    while (!visit.TryEnter() && goesOn)
-        goesOn = goOn();
+    QueuePlace place(m_queue);
+    const auto keepWaiting = [&] { return wait.KeepWaiting() && !m_isClosing; };
+    bool mayWait = true;
+    while (!place.TryEnter() && mayWait)
+        mayWait = keepWaiting();
     int code = handle.RunOwn("BEGIN IMMEDIATE");
-    while (IsBusy(code) && goesOn) {
-        goesOn = goOn();
+    while (IsBusy(code) && mayWait) {
+        mayWait = keepWaiting();
         code = handle.RunOwn("BEGIN IMMEDIATE");
     }
     if (IsBusy(code))
         throw ProviderFailure(kStatementFailure,
-                              m_isClosing ? "The program is about to end." : wait.Words());
+                              m_isClosing ? "The program is about to end." : wait.FailureText());
     wait.Succeeded();
     return code;
 }
@@ -240,7 +240,7 @@ void CatalogueFile::StartCopyingLog()
     if (!m_main->HasSnapshots() || m_isClosing)
         return;
     if (!m_copier) {
-        if (!IsStillTheFile())
+        if (!IsSameFile())
             return;
         m_copier = std::make_unique<LogCopier>(m_path);
     }
@@ -270,20 +270,20 @@ const StoredQuery &CatalogueFile::Query(std::string_view name)
     return query;
 }
 
-const Translated *CatalogueFile::KeptTranslation(const Statement &statement) const
+const Translated *CatalogueFile::FindTranslation(const Statement &statement) const
 {
-    const auto isSame = [&](const auto &kept) {
-        return kept.first.text == statement.text &&
-               std::ranges::equal(kept.first.values, statement.values, {}, &PlacedValue::place,
+    const auto isSame = [&](const auto &cached) {
+        return cached.first.text == statement.text &&
+               std::ranges::equal(cached.first.values, statement.values, {}, &PlacedValue::place,
                                   &PlacedValue::place);
     };
     const auto found = std::ranges::find_if(m_translations, isSame);
     return found == m_translations.end() ? nullptr : &found->second;
 }
 
-void CatalogueFile::Keep(const Statement &statement, const Translated &translated)
+void CatalogueFile::CacheTranslation(const Statement &statement, const Translated &translated)
 {
-    if (m_translations.size() >= kTranslationsKept)
+    if (m_translations.size() >= kCachedTranslations)
         m_translations.erase(m_translations.begin());
     Statement words(statement.text);
     for (const PlacedValue &value : statement.values)

@@ -43,7 +43,7 @@ public:
 
     SqliteHandle &Main() { return *m_main; }
 
-    // Get a further connection, kept or new, and give it back.
+    // Returns another connection, an idle one or a new one; and makes it idle again.
     std::shared_ptr<SqliteHandle> TakeHandle();
     void ReturnHandle(std::shared_ptr<SqliteHandle> handle);
     std::unique_ptr<Snapshot> TakeSnapshot();
@@ -65,31 +65,29 @@ public:
     void Commit(SqliteHandle &handle);
     void RollBack(SqliteHandle &handle);
 
-    // Has the log copied into the file while the program goes on, so that its end has less to wait
-    // for. To be called after a commit that wrote much.
+    // Begins to copy the log into the file, and returns at once: the end of the program then takes
+    // less time. To be called after a commit that wrote much.
     void StartCopyingLog();
 
-    // Whether a transaction of this process writes to the file.
-    [[nodiscard]] bool IsWriting() const { return m_isWriting; }
     // Whether another process waits for its turn.
     [[nodiscard]] bool IsAnotherWaiting() { return m_queue.IsAnotherWaiting(); }
 
     // The stored query of that name. Errors: ProviderFailure when there is none.
     const StoredQuery &Query(std::string_view name);
 
-    // The kept translation of a plain statement with the same words and the same places of its
-    // values; null when there is none. Keep stores a translation that does not refer to the
-    // statement: all its parameters are values. It exists as long as this object.
-    [[nodiscard]] const Translated *KeptTranslation(const Statement &statement) const;
-    void Keep(const Statement &statement, const Translated &translated);
+    // The cached translation of a plain statement with the same words and the same places of its
+    // values; null when there is none. CacheTranslation stores a translation that does not refer to
+    // the statement: all its parameters are values. It exists as long as this object.
+    [[nodiscard]] const Translated *FindTranslation(const Statement &statement) const;
+    void CacheTranslation(const Statement &statement, const Translated &translated);
 
 private:
-    [[nodiscard]] bool IsStillTheFile() const;
+    [[nodiscard]] bool IsSameFile() const;
     void AbandonConnections();
     int BeginWhenFree(SqliteHandle &handle);
 
     std::string m_path;
-    FileIdentity m_identity;
+    DatabaseIdentity m_identity;
     WriteQueue m_queue;
     std::unique_ptr<SqliteHandle> m_main;
     std::vector<std::shared_ptr<SqliteHandle>> m_idle;

@@ -15,8 +15,8 @@ namespace
 // Calls all functions that wait for the group with its outcome.
 void Settle(const std::string &lost)
 {
-    for (const auto &tell : std::exchange(TheOpenGroup().waiting, {}))
-        tell(lost);
+    for (const auto &settled : std::exchange(TheOpenGroup().waiting, {}))
+        settled(lost);
 }
 
 // Whether the last failure on this connection was caused by the disk, the memory or an

@@ -144,13 +144,13 @@ bool IsCutShort(std::string_view header, std::int64_t sizeBytes, const std::stri
     return whole == 0 && pages == 0;
 }
 
-FileIdentity IdentityOf(const std::string &path)
+DatabaseIdentity IdentityOf(const std::string &path)
 {
     const struct stat info = StatOrThrow(path);
     return {info.st_dev, info.st_ino};
 }
 
-FileIdentity InspectCatalogueFile(const std::string &path)
+DatabaseIdentity InspectCatalogueFile(const std::string &path)
 {
     const struct stat info = StatOrThrow(path);
     if (!S_ISREG(info.st_mode))

@@ -11,10 +11,10 @@ namespace catalogue
 {
 
 // The identity of the file at a path: it changes when the file is replaced.
-struct FileIdentity {
+struct DatabaseIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
-    bool operator==(const FileIdentity &) const = default;
+    bool operator==(const DatabaseIdentity &) const = default;
 };
 
 inline constexpr int kHeaderBytes = 100; // of the first page
@@ -24,10 +24,10 @@ inline constexpr int kHeaderBytes = 100; // of the first page
 // Errors:  ProviderFailure: kGenericFailure when it is absent, no plain file, empty, without a
 //          sound header, or shorter than its header says with the missing pages not in the log
 //          beside it; kStatementFailure when it cannot be read.
-FileIdentity InspectCatalogueFile(const std::string &path);
+DatabaseIdentity InspectCatalogueFile(const std::string &path);
 
 // The identity alone, for a file that is open already. Errors: as above, for an absent file.
-FileIdentity IdentityOf(const std::string &path);
+DatabaseIdentity IdentityOf(const std::string &path);
 
 // Whether the first 100 bytes are those of a database: the magic words, a page size, UTF-8.
 bool IsSoundHeader(std::string_view header);

@@ -35,7 +35,7 @@ constexpr std::string_view kQuery = "SELECT ";
 
 // A statement that still runs when the end of the program has been asked for this long is ended: it
 // is not one of those that take milliseconds.
-constexpr std::int64_t kEndPatienceMs = 500;
+constexpr std::int64_t kEndLimitMs = 500;
 constexpr int kStepsBetweenLooks = 20000; // of SQLite's machine; some 200 us
 
 bool IsGeneric(int code)
@@ -92,10 +92,10 @@ int SqliteHandle::ReadFirstPage()
     int code = RunOwn(kRead);
     if ((code & 0xFF) == SQLITE_BUSY && !IsWaitingForLock()) {
         LockWait wait;
-        while ((code & 0xFF) == SQLITE_BUSY && wait.GoOn())
+        while ((code & 0xFF) == SQLITE_BUSY && wait.KeepWaiting())
             code = RunOwn(kRead);
         if ((code & 0xFF) == SQLITE_BUSY)
-            throw ProviderFailure(kStatementFailure, wait.Words());
+            throw ProviderFailure(kStatementFailure, wait.FailureText());
         wait.Succeeded();
     }
     m_waits = true;
@@ -211,7 +211,7 @@ int SqliteHandle::Busy(void *self, int count)
     const auto now = MachineMs();
     if (count == 0)
         handle.m_busySinceMs = now;
-    if (now - handle.m_busySinceMs > LockPatienceMs() || platform::IsEndRequested())
+    if (now - handle.m_busySinceMs > LockTimeoutMs() || platform::IsEndRequested())
         return 0;
     MachineSleepUs(500);
     return 1;
@@ -250,7 +250,7 @@ int SqliteHandle::Progress(void *self)
     const auto now = MachineMs();
     if (since == 0)
         since = now;
-    return now - since > kEndPatienceMs ? 1 : 0;
+    return now - since > kEndLimitMs ? 1 : 0;
 }
 
 std::string SqliteHandle::ReadStart(int count) const

@@ -38,7 +38,7 @@ bool IsWholePath(const std::vector<Value> &values)
 }
 
 // Whether a translation can be used for each statement with the same words and places of values.
-bool HoldsNothingOf(const Statement &statement, const Translated &translated)
+bool IsIndependentOf(const Statement &statement, const Translated &translated)
 {
     constexpr std::size_t kLongestKept = 1000; // bytes
     return !statement.values.empty() && statement.text.size() <= kLongestKept &&
@@ -121,15 +121,15 @@ void SqliteConnection::Close()
 
 RecordsetPtr SqliteConnection::Run(const Statement &statement)
 {
-    const std::shared_ptr<CatalogueFile> file = m_file; // owns the translation that it keeps
-    const Translated *kept = file->KeptTranslation(statement);
-    const Translated fresh = kept != nullptr ? Translated() : TranslateStatement(statement);
-    const Translated &translated = kept != nullptr ? *kept : fresh;
+    const std::shared_ptr<CatalogueFile> file = m_file; // owns the translation that it caches
+    const Translated *cached = file->FindTranslation(statement);
+    const Translated fresh = cached != nullptr ? Translated() : TranslateStatement(statement);
+    const Translated &translated = cached != nullptr ? *cached : fresh;
     if (translated.hasOpenMarker)
         throw ProviderFailure(kStatementFailure,
                               "No value given for one or more required parameters.");
-    if (kept == nullptr && HoldsNothingOf(statement, fresh))
-        file->Keep(statement, fresh);
+    if (cached == nullptr && IsIndependentOf(statement, fresh))
+        file->CacheTranslation(statement, fresh);
     if (auto records = SearchTexts(translated, statement))
         return records;
     return RunTranslated(translated, [&](sqlite3_stmt *target) {

@@ -18,30 +18,30 @@ bool Application::notify(QObject *receiver, QEvent *event)
     try {
         return QApplication::notify(receiver, event);
     } catch (const runtime::RuntimeError &error) {
-        Tell(error);
+        ShowError(error);
     } catch (const std::bad_alloc &) {
-        Tell(runtime::RuntimeError(runtime::kOutOfMemory));
+        ShowError(runtime::RuntimeError(runtime::kOutOfMemory));
     } catch (const std::exception &error) {
-        Tell({kInternalError, error.what()});
+        ShowError({kInternalError, error.what()});
     }
     return false;
 }
 
-void Application::Tell(const runtime::RuntimeError &error)
+void Application::ShowError(const runtime::RuntimeError &error)
 {
     const auto same = [&error](const runtime::RuntimeError &other) {
         return other.number == error.number && other.description == error.description;
     };
-    if (!tellError || std::any_of(m_toTell.begin(), m_toTell.end(), same))
+    if (!showError || std::any_of(m_toShow.begin(), m_toShow.end(), same))
         return;
-    m_toTell.push_back(error);
-    if (m_toTell.size() > 1)
+    m_toShow.push_back(error);
+    if (m_toShow.size() > 1)
         return;
-    for (std::size_t next = 0; next < m_toTell.size(); ++next) {
-        const runtime::RuntimeError current = m_toTell[next];
-        tellError(current);
+    for (std::size_t next = 0; next < m_toShow.size(); ++next) {
+        const runtime::RuntimeError current = m_toShow[next];
+        showError(current);
     }
-    m_toTell.clear();
+    m_toShow.clear();
 }
 
 } // namespace platform::qt

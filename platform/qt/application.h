@@ -19,16 +19,16 @@ public:
     // Shows an error to the user, and may wait for an answer. It is called for one error at a time:
     // an error that occurs meanwhile (a timer that fails at each tick) is shown after it, and not
     // again while the same error is being shown or is waiting. Empty: nothing is shown.
-    std::function<void(const runtime::RuntimeError &)> tellError;
+    std::function<void(const runtime::RuntimeError &)> showError;
 
     // Passes the event on. An error ends only its handler. An exception of the language counts as
     // error 7, out of memory, or as 51, an internal error, with its own words.
     bool notify(QObject *receiver, QEvent *event) override;
 
 private:
-    void Tell(const runtime::RuntimeError &error);
+    void ShowError(const runtime::RuntimeError &error);
 
-    std::vector<runtime::RuntimeError> m_toTell; // the first one is being shown
+    std::vector<runtime::RuntimeError> m_toShow; // the first one is being shown
 };
 
 } // namespace platform::qt

@@ -1,6 +1,6 @@
 #include "platform/qt/modalwait.h"
 
-#include "platform/machine.h"
+#include "platform/waiting.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -43,8 +43,7 @@ void ShowPointer()
 
 ModalWait::ModalWait()
 {
-    if (TheMachine().beginWait)
-        TheMachine().beginWait();
+    BeginWait();
     ++TheState().waits;
     ShowPointer();
 }

@@ -10,7 +10,7 @@ class QWidget;
 namespace platform::qt
 {
 
-// Calls platform::TheMachine().beginWait when it is made. As long as it exists the pointer is the
+// Calls platform::BeginWait when it is made. As long as it exists the pointer is the
 // normal one, whatever the program has set.
 class ModalWait
 {

@@ -3,6 +3,7 @@
 #include "platform/posix/spawn.h"
 #include "platform/qt/modalwait.h"
 #include "platform/qt/text.h"
+#include "platform/waiting.h"
 #include "ui/boxforms.h"
 
 #include <QApplication>
@@ -137,6 +138,7 @@ std::string QtDesktop::ClipboardText()
 
 bool QtDesktop::OpenAddress(const std::string &address, const std::string &workingFolder)
 {
+    BeginWait();
     if (address.starts_with("mailto:")) // the toolkit would encode it again
         return posix::OpenWithDesktop(address, workingFolder);
     const QUrl url = UrlOf(address);

@@ -3,6 +3,7 @@
 #include "platform/endrequest.h"
 #include "platform/posix/spawn.h"
 #include "platform/terminal/terminaltext.h"
+#include "platform/waiting.h"
 #include "runtime/text.h"
 
 #include <sys/stat.h>
@@ -92,6 +93,7 @@ const Question &QuestionOf(Buttons buttons)
 Answer TerminalDesktop::MessageBox(std::string_view text, Buttons buttons, std::string_view title,
                                    BoxIcon icon)
 {
+    BeginWait();
     PrintBox(title, text, icon);
     const Question &question = QuestionOf(buttons);
     if (!HasPerson())
@@ -108,6 +110,7 @@ std::optional<std::string> TerminalDesktop::InputBox(std::string_view prompt,
                                                      std::string_view title,
                                                      std::string_view initialText)
 {
+    BeginWait();
     PrintBox(title, prompt, BoxIcon::None);
     if (!HasPerson())
         return std::nullopt;
@@ -124,6 +127,7 @@ std::optional<std::string> TerminalDesktop::OpenDialog(std::string_view title,
                                                        const std::vector<FileFilter> &,
                                                        const std::string &folder)
 {
+    BeginWait();
     PrintBox(title, folder, BoxIcon::None);
     if (!HasPerson())
         return std::nullopt;
@@ -155,6 +159,7 @@ void TerminalDesktop::SetClipboardText(std::string_view text)
 
 bool TerminalDesktop::OpenAddress(const std::string &address, const std::string &workingFolder)
 {
+    BeginWait();
     Print(Printable(address) + "\n");
     const bool display =
         std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr;

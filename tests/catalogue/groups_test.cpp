@@ -1,5 +1,6 @@
 #include "catalogue/sqlite/writequeue.h"
 #include "platform/machine.h"
+#include "platform/waiting.h"
 #include "tests/catalogue/support.h"
 #include "tests/support/fulldisk.h"
 #include "tests/support/silentdesktop.h"
@@ -178,31 +179,11 @@ TEST_F(RowGroupsTest, StayOpenAndCloseBeforeAnythingElse)
              fresh.access.BeginTrans();
              fresh.access.RollBackTrans();
          }},
-        {"a box",
+        {"a wait for the user",
          [](auto &) {
-             SilentDesktop inner;
-             GroupClosingDesktop(inner).MessageBox("x", platform::Buttons::Ok, "",
-                                                   platform::BoxIcon::None);
-         }},
-        {"an input box",
-         [](auto &) {
-             SilentDesktop inner;
-             GroupClosingDesktop(inner).InputBox("", "", "");
-         }},
-        {"a dialog",
-         [](auto &) {
-             SilentDesktop inner;
-             GroupClosingDesktop(inner).OpenDialog("", {}, "");
-         }},
-        {"a dialog for a new file",
-         [](auto &) {
-             SilentDesktop inner;
-             GroupClosingDesktop(inner).SaveDialog("", {}, "");
-         }},
-        {"an address",
-         [](auto &) {
-             SilentDesktop inner;
-             GroupClosingDesktop(inner).OpenAddress("", "");
+             platform::TheMachine().beginWait = CloseOpenGroup;
+             platform::BeginWait();
+             platform::TheMachine().beginWait = nullptr;
          }},
         {"a step on another file",
          [](auto &fresh) {

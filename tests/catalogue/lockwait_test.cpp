@@ -38,8 +38,8 @@ private:
 struct HeldCatalogue : tests::Regeneration {
     HeldCatalogue()
     {
-        const PatienceOfRun asAtTheStart;
-        TheLockPatience() = {400, 60, 100};
+        const LockTimeoutOfRun asAtTheStart;
+        TheLockTimeouts() = {400, 60, 100};
         TheLockWaitCalls().ShowLine = [this](std::string_view line) { lines.emplace_back(line); };
         DataAccess->ExecuteSQL("SELECT * FROM Lists", kSelect); // the file is open
         lines.clear();
@@ -47,7 +47,7 @@ struct HeldCatalogue : tests::Regeneration {
     }
     ~HeldCatalogue() override
     {
-        TheLockPatience() = {};
+        TheLockTimeouts() = {};
         TheLockWaitCalls() = {};
         platform::RequestEnd(0);
     }
@@ -110,7 +110,7 @@ TEST_F(HeldCatalogue, WaitIsGivenUpWithWords)
 
 TEST_F(HeldCatalogue, EndRequestEndsTheWait)
 {
-    TheLockPatience().fullMs = 60000;
+    TheLockTimeouts().fullMs = 60000;
     const Holder holder(File());
     desktop.doEvents = [&] {
         if (desktop.yields == yields + 4)
@@ -136,7 +136,7 @@ TEST_F(HeldCatalogue, OpeningWaitsAsWell)
         if (++yields > 3)
             holder.reset();
     };
-    TheLockPatience().spentMs = 400;
+    TheLockTimeouts().laterMs = 400;
     yields = 0;
     EXPECT_TRUE(Insert()) << DataAccess->ErrorMessage;
 }
@@ -220,7 +220,7 @@ TEST_F(HeldCatalogue, AJobIsPatientOnceAndNamesEachFile)
 
 TEST_F(HeldCatalogue, StoppingAJobEndsItsWait)
 {
-    TheLockPatience().fullMs = 60000;
+    TheLockTimeouts().fullMs = 60000;
     AddSong("a.mp3");
     AddSong("b.mp3");
     const Holder holder(File());
@@ -235,7 +235,7 @@ TEST_F(HeldCatalogue, StoppingAJobEndsItsWait)
 
 TEST_F(HeldCatalogue, EndOfTheProgramEndsTheJobAfterTheFileThatWaits)
 {
-    TheLockPatience().fullMs = 60000;
+    TheLockTimeouts().fullMs = 60000;
     for (const char *name : {"a.mp3", "b.mp3", "c.mp3"})
         AddSong(name);
     const Holder holder(File());

@@ -1,4 +1,5 @@
 #include "platform/endrequest.h"
+#include "platform/machine.h"
 #include "platform/terminal/terminaldesktop.h"
 #include "tests/support/testfolder.h"
 
@@ -164,6 +165,30 @@ TEST(TerminalDesktop, AsksForAFile)
     EXPECT_EQ(AtATerminal("b.mp3\n" + (folder / "a.mp3") + "\n", choose).result, 1);
     EXPECT_EQ(AtATerminal("\n", choose).result, 99);
     EXPECT_EQ(WithoutATerminal(choose).result, 99);
+}
+
+TEST(TerminalDesktop, WhatMustBeDoneBeforeAWaitIsDoneOnceForEachQuestion)
+{
+    const Talk talk = WithoutATerminal([] {
+        int waits = 0;
+        TheMachine().beginWait = [&] { ++waits; };
+        TerminalDesktop desktop;
+        desktop.SetClipboardText("no question");
+        const int before = waits;
+        desktop.MessageBox("Go on?", Buttons::YesNo);
+        const int afterBox = waits;
+        desktop.InputBox("Name?", "T", "");
+        const int afterInput = waits;
+        desktop.OpenDialog("T", {}, "/");
+        const int afterDialog = waits;
+        unsetenv("DISPLAY");
+        unsetenv("WAYLAND_DISPLAY");
+        desktop.OpenAddress("http://a.example/", "/");
+        const bool isEach =
+            before == 0 && afterBox == 1 && afterInput == 2 && afterDialog == 3 && waits == 4;
+        return isEach ? 1 : 0;
+    });
+    EXPECT_EQ(talk.result, 1);
 }
 
 TEST(TerminalDesktop, PrintsWhatTheClipboardWouldHold)

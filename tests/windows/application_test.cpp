@@ -18,10 +18,10 @@ class ApplicationTest : public testing::Test
 protected:
     void SetUp() override
     {
-        m_before = App().tellError;
-        App().tellError = [this](const RuntimeError &error) { Note(error); };
+        m_before = App().showError;
+        App().showError = [this](const RuntimeError &error) { Note(error); };
     }
-    void TearDown() override { App().tellError = m_before; }
+    void TearDown() override { App().showError = m_before; }
 
     static Application &App() { return static_cast<Application &>(*qApp); }
     void Note(const RuntimeError &error)
@@ -55,7 +55,7 @@ TEST_F(ApplicationTest, AnErrorThatRepeatsIsReportedOnceAtATime)
     QTimer failing, alsoFailing;
     for (QTimer *timer : {&failing, &alsoFailing})
         QObject::connect(timer, &QTimer::timeout, [] { throw RuntimeError(runtime::kOverflow); });
-    App().tellError = [&](const RuntimeError &error) {
+    App().showError = [&](const RuntimeError &error) {
         Note(error);
         if (told.size() == 1) { // the user is slow to answer, and another error occurs meanwhile
             bool isThrown = false;

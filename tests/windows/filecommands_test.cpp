@@ -149,7 +149,7 @@ TEST_F(FileCommandsScaled, ANameThatIsTakenIsReported)
     ShowSongs({"one.mp3", "two.mp3"});
     auto &application = static_cast<platform::qt::Application &>(*qApp);
     std::string told;
-    const auto before = std::exchange(application.tellError, [&](const runtime::RuntimeError &e) {
+    const auto before = std::exchange(application.showError, [&](const runtime::RuntimeError &e) {
         told = e.description;
         boxes.MessageBox(e.description, platform::Buttons::Ok, {}, platform::BoxIcon::None);
     });
@@ -159,7 +159,7 @@ TEST_F(FileCommandsScaled, ANameThatIsTakenIsReported)
     });
     ChooseMenu("mnuFile", "submnuRename");
     EXPECT_TRUE(WaitUntil([&] { return !told.empty(); }));
-    application.tellError = before;
+    application.showError = before;
     EXPECT_TRUE(told.starts_with(Song("two.mp3"))) << told;
     EXPECT_EQ(ReadFile(Song("one.mp3")), Bytes("one.mp3"));
     EXPECT_EQ(ReadFile(Song("two.mp3")), Bytes("two.mp3"));

@@ -184,7 +184,7 @@ TEST_F(ExportFileScaled, ACopyThatFailsIsReported)
     auto &application = static_cast<platform::qt::Application &>(*qApp);
     std::string told;
     const auto before =
-        std::exchange(application.tellError,
+        std::exchange(application.showError,
                       [&](const runtime::RuntimeError &error) { told = error.description; });
     WhenModal([&](QWidget &modal) {
         static_cast<browser::ExportFolder *>(host.Forms().back())->GoTo(folder / "target");
@@ -192,7 +192,7 @@ TEST_F(ExportFileScaled, ACopyThatFailsIsReported)
     });
     ChooseMenu("mnuFile", "submnuExport");
     EXPECT_TRUE(WaitUntil([&] { return !told.empty(); }));
-    application.tellError = before;
+    application.showError = before;
     EXPECT_TRUE(told.starts_with(Song("a.mp3"))) << told;
     EXPECT_TRUE(fs::is_empty(folder / "target"));
     EXPECT_TRUE(Form().LV.Enabled());

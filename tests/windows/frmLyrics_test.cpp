@@ -231,7 +231,7 @@ TEST_F(FrmLyrics, AllModesByKeys)
 TEST_F(FrmLyrics, MarksThatCannotBeReadAreReportedOnceOverAWindowThatWorks)
 {
     auto &application = static_cast<platform::qt::Application &>(*QApplication::instance());
-    const auto before = std::exchange(application.tellError, shell::ShowRuntimeError);
+    const auto before = std::exchange(application.showError, shell::ShowRuntimeError);
     const struct {
         std::string text, box, left;
     } songs[] = {
@@ -259,7 +259,7 @@ TEST_F(FrmLyrics, MarksThatCannotBeReadAreReportedOnceOverAWindowThatWorks)
     lyrics::ShowLyrics("Next", MarkedLines(3));
     Play(3);
     EXPECT_TRUE(WaitUntil([&] { return Selected(*Forms()[0]) == "line 3"; }));
-    application.tellError = before;
+    application.showError = before;
 }
 
 TEST_F(FrmLyrics, TwoWindowsSideBySide)

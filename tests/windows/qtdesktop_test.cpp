@@ -203,7 +203,7 @@ TEST_F(QtDesktopTest, OnlyTheButtonsOfTheQuestionAreShown)
     }
 }
 
-TEST_F(QtDesktopTest, WhatMustBeDoneBeforeAWaitIsDoneOnceForABoxAndADialog)
+TEST_F(QtDesktopTest, WhatMustBeDoneBeforeAWaitIsDoneOnceForABoxADialogAndAnAddress)
 {
     int waits = 0;
     platform::TheMachine().beginWait = [&] { ++waits; };
@@ -216,6 +216,8 @@ TEST_F(QtDesktopTest, WhatMustBeDoneBeforeAWaitIsDoneOnceForABoxAndADialog)
     AnswerByKey("Escape");
     m_desktop.OpenDialog("Choose", {{"MP3 Files", "*.mp3"}}, "/tmp");
     EXPECT_EQ(waits, 3);
+    m_desktop.OpenAddress("", "");
+    EXPECT_EQ(waits, 4);
     platform::TheMachine().beginWait = nullptr;
 }
 

@@ -11,7 +11,7 @@ int main(int argc, char **argv)
     if (GTEST_FLAG_GET(list_tests))
         return RUN_ALL_TESTS();
     platform::qt::Application application(argc, argv);
-    application.tellError = [](const runtime::RuntimeError &error) {
+    application.showError = [](const runtime::RuntimeError &error) {
         ADD_FAILURE() << "an error that no handler took: " << error.number << " " << error.what();
     };
     QApplication::setApplicationName(QStringLiteral("Quenlin"));
