@@ -99,7 +99,7 @@ void EmptyPanels(MainForm &form)
 class ExportMark
 {
 public:
-    ExportMark(MainForm &form, std::size_t files) : m_form(form), m_searchList(form.searchList)
+    ExportMark(MainForm &form, ui::KeyedList &list, std::size_t files) : m_form(form), m_list(list)
     {
         m_form.exporting = true;
         m_form.exportStopped = false;
@@ -124,13 +124,12 @@ private:
     {
         m_form.TV.SetEnabled(enabled);
         m_form.LV.SetEnabled(enabled);
-        if (m_searchList != nullptr && m_searchList == m_form.searchList)
-            m_searchList->SetEnabled(enabled);
+        m_list.SetEnabled(enabled);
         UpdateCommands(m_form);
     }
 
     MainForm &m_form;
-    ui::KeyedList *m_searchList; // its window may be closed meanwhile
+    ui::KeyedList &m_list; // the one whose files are exported
 };
 
 void CopyFile(const std::string &path, const std::string &target)
@@ -145,9 +144,10 @@ void CopyFile(const std::string &path, const std::string &target)
     }
 }
 
-void CopyAll(MainForm &form, const std::vector<std::string> &paths, const std::string &target)
+void CopyAll(MainForm &form, ui::KeyedList &list, const std::vector<std::string> &paths,
+             const std::string &target)
 {
-    const ExportMark mark(form, paths.size());
+    const ExportMark mark(form, list, paths.size());
     Desktop().DoEvents();
     for (const std::string &path : paths) {
         if (form.exportStopped || platform::IsEndRequested())
@@ -164,20 +164,24 @@ void CopyAll(MainForm &form, const std::vector<std::string> &paths, const std::s
 
 } // namespace
 
-void ExportFiles(MainForm &form, const FolderQuestion &selectDir)
+ui::KeyedList &ExportList(MainForm &form)
+{
+    return form.searchList != nullptr ? *form.searchList : form.LV;
+}
+
+void ExportFiles(MainForm &form, ui::KeyedList &list, const FolderQuestion &selectDir)
 {
     if (form.exporting)
         return;
     form.exportTarget = selectDir(form.exportTarget);
     if (form.exportTarget.empty())
         return;
-    const ui::KeyedList &list = form.searchList != nullptr ? *form.searchList : form.LV;
     const std::vector<std::string> paths = SelectedPaths(list);
     const std::string target = form.exportTarget;
     if (!HasRoom(paths, target))
         return;
     try {
-        CopyAll(form, paths, target);
+        CopyAll(form, list, paths, target);
     } catch (const runtime::RuntimeError &) {
         if (form.closePending)
             CloseMainForm(form);

@@ -13,13 +13,15 @@ namespace browser
 // cancelled.
 using FolderQuestion = std::function<std::string(const std::string &start)>;
 
-// Copies the selected files of the search window's list, if that window is open, else of LV, to the
-// folder that `selectDir` returns; existing files of the same names are replaced. A copy is
-// complete or does not appear. Lists and commands are disabled meanwhile; Escape or closing the
-// window stops it between two files. When there is not enough room, a box says so and nothing is
-// copied.
+// The list for the command: that of the search window while it is open, else LV.
+ui::KeyedList &ExportList(MainForm &form);
+
+// Copies the selected files of `list` to the folder that `selectDir` returns; existing files of the
+// same names are replaced. A copy is complete or does not appear. Lists and commands are disabled
+// meanwhile; Escape or closing the main window stops it between two files. When there is not enough
+// room, a box reports this and nothing is copied.
 // Errors: the first file that cannot be copied, with its path; those before it are copied.
-void ExportFiles(MainForm &form, const FolderQuestion &selectDir);
+void ExportFiles(MainForm &form, ui::KeyedList &list, const FolderQuestion &selectDir);
 
 // Stops a running export before the next file.
 void StopExport(MainForm &form);

@@ -229,7 +229,7 @@ void InstallFileCommands()
                     [&form] { DuplicateEntry(form.inPopupClick ? PopupList(form) : form.LV); });
     RegisterCommand("submnuRename", [&form] { RenameFile(form); });
     for (const char *name : {"submnuExport", "cp_Export"})
-        RegisterCommand(name, [&form] { ExportFiles(form, SelectDir); });
+        RegisterCommand(name, [&form] { ExportFiles(form, ExportList(form), SelectDir); });
 }
 
 } // namespace browser

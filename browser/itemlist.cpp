@@ -419,10 +419,24 @@ void BindListEvents(MainForm &form)
     form.LV.onItemClick = selectionMoved;
     form.LV.onDblClick = [&form] { ItemClick(form, form.LV); };
     form.LV.onHintClick = [&form] { RunCommand(form, "submnuPreferences"); };
-    form.LV.onColumnClick = [&form](int column) {
-        const bool sorted = form.LV.SortKey() == column - 1;
-        form.LV.SetSort(column - 1, sorted != form.LV.Descending());
+    SortAtHeaderClicks(form.LV);
+}
+
+void SortAtHeaderClicks(ui::KeyedList &list)
+{
+    list.onColumnClick = [&list](int column) {
+        const bool sorted = list.SortKey() == column - 1;
+        list.SetSort(column - 1, sorted != list.Descending());
     };
+}
+
+void OpenPopup(MainForm &form, const ui::KeyedList &list)
+{
+    const ui::RowId selected = list.SelectedItem();
+    if (selected == ui::kNoRow || !list.Key(selected).starts_with(kFileMarker))
+        return;
+    form.PopupFromSearch = &list != &form.LV;
+    ShowPop(form);
 }
 
 std::string SelectedPath(const ui::KeyedList &list)

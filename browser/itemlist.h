@@ -31,6 +31,13 @@ bool FillItemList(ui::KeyedList &list, catalogue::Recordset &records,
 // Sets the handlers of the list's events: Click, ItemClick, DblClick, ColumnClick.
 void BindListEvents(MainForm &form);
 
+// Sets the handler of ColumnClick: a click on a header sorts the rows by that column, a second one
+// in the opposite order.
+void SortAtHeaderClicks(ui::KeyedList &list);
+
+// Opens the popup for the selected row of `list`, if it is a file's; its commands use this list.
+void OpenPopup(MainForm &form, const ui::KeyedList &list);
+
 // The path of a file's row; empty for any other row (a folder, the warning).
 std::string PathOfRow(const ui::KeyedList &list, ui::RowId row);
 

@@ -35,7 +35,7 @@ struct MainFormCalls {
     std::function<void(int left, int top)> showPopup; // twips relative to the window
     std::function<ui::Rect()> cursor; // the place of the mouse on the screen, in twips: left, top
     std::function<std::vector<int>()> popupHeights; // the heights of the popup's entries, in pixels
-    std::function<void()> raisePanel; // puts the list behind the panel and the scroll bar
+    std::function<void()> raisePanel; // puts the panel and the scroll bar in front of the list
     std::function<void()> unloadForms;
     std::function<void()> endProgram;
 };

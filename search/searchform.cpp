@@ -1,6 +1,5 @@
 #include "search/searchform.h"
 
-#include "browser/itemkinds.h"
 #include "browser/itemlist.h"
 #include "browser/mainform.h"
 #include "browser/webpanel.h"
@@ -142,10 +141,7 @@ void BindEvents(SearchForm &form)
         form.ShowSelectedItems.SetEnabled(true);
     };
     form.ListView.onDblClick = [&form] { browser::ItemClick(browser::frmMain(), form.ListView); };
-    form.ListView.onColumnClick = [&form](int column) {
-        const bool sorted = form.ListView.SortKey() == column - 1;
-        form.ListView.SetSort(column - 1, sorted != form.ListView.Descending());
-    };
+    browser::SortAtHeaderClicks(form.ListView);
     form.tmrReadAhead.event = [&form] {
         constexpr std::int64_t kSliceMs = 8; // too short to be noticed
         const bool hasMore =
@@ -326,11 +322,7 @@ void ListView_MouseDown(SearchForm &form, int button, bool shift, bool ctrl)
             WaitForWholeSecond();
         form.ShowSelectedItems.SetEnabled(true);
     } else if (button == kRight) {
-        const ui::RowId row = form.ListView.SelectedItem();
-        if (row == ui::kNoRow || !form.ListView.Key(row).starts_with(browser::kFileMarker))
-            return;
-        browser::frmMain().PopupFromSearch = true;
-        browser::ShowPop(browser::frmMain());
+        browser::OpenPopup(browser::frmMain(), form.ListView);
     }
 }
 

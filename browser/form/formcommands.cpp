@@ -295,11 +295,7 @@ void LV_MouseDown(MainForm &form, int button, ui::RowId hit)
         if (form.LV.onItemClick)
             form.LV.onItemClick();
     }
-    const ui::RowId selected = form.LV.SelectedItem();
-    if (selected == ui::kNoRow || !form.LV.Key(selected).starts_with(kFileMarker))
-        return;
-    form.PopupFromSearch = false;
-    ShowPop(form);
+    OpenPopup(form, form.LV);
 }
 
 void ShowPop(MainForm &form)

@@ -70,7 +70,7 @@ protected:
     // Exports to the target; keeps what the folder window was started with.
     void Export()
     {
-        browser::ExportFiles(Form(), [&](const std::string &start) {
+        browser::ExportFiles(Form(), browser::ExportList(Form()), [&](const std::string &start) {
             starts.push_back(start);
             return answer;
         });
@@ -166,6 +166,18 @@ TEST_F(ExportTest, WorksOnTheSearchWindowsListWhileThatIsOpen)
     EXPECT_FALSE(fs::exists(Target("a.mp3")));
     EXPECT_TRUE(fs::exists(Target("b.mp3")));
     EXPECT_TRUE(found.Enabled());
+}
+
+TEST_F(ExportTest, TheSearchWindowsListCanBeUsedAgainWhenItsWindowWasClosedMeanwhile)
+{
+    ui::KeyedList found;
+    Listed({"a.mp3", "b.mp3"}, &found);
+    Form().searchList = &found;
+    desktop.doEvents = [&] { Form().searchList = nullptr; };
+    Export();
+    EXPECT_TRUE(fs::exists(Target("b.mp3")));
+    EXPECT_TRUE(found.Enabled());
+    EXPECT_EQ(&browser::ExportList(Form()), &Form().LV);
 }
 
 TEST_F(ExportTest, EscapeEndsItBetweenTwoFiles)

@@ -184,7 +184,7 @@ TEST_F(OtherScripts, TheExportCopiesFilesOfSuchNames)
     std::string shown;
     tests::ScriptedDesktop user;
     user.doEvents = [&] { shown += form.SB.Panel("Playing").text + "\n"; };
-    browser::ExportFiles(form, [&](const std::string &) { return target; });
+    browser::ExportFiles(form, form.LV, [&](const std::string &) { return target; });
     for (const ScriptSong &song : tests::kScriptSongs) {
         const std::string name = std::string(song.title) + ".mp3";
         EXPECT_EQ(tests::ReadFile(target + "/" + name), tests::SongBytes(song)) << name;

@@ -251,7 +251,7 @@ TEST_F(ScriptsRoad, FromTheOfferToTheEditedAndExportedFile)
     // Exported, byte for byte.
     const std::string target = folder / "音楽";
     std::filesystem::create_directories(target);
-    browser::ExportFiles(Form(), [&](const std::string &) { return target; });
+    browser::ExportFiles(Form(), Form().LV, [&](const std::string &) { return target; });
     EXPECT_EQ(ReadFile(target + "/" + Name(kJapanese)), ReadFile(Song(Name(kJapanese))));
 }
 
