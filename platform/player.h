@@ -15,7 +15,7 @@ namespace platform
 
 using WindowHandle = std::uint32_t; // 0 = no window
 
-// The numbers of the messages, as the player knows them.
+// The numbers of the messages: defined by the player's own interface.
 inline constexpr std::uint32_t kWmCommand = 273; // wParam: a menu id, lParam: 0
 inline constexpr std::uint32_t kWmUser = 1024;   // wParam: the argument, lParam: the request
 
@@ -95,11 +95,11 @@ struct Player {
     // since then are not its answers.
     virtual bool IsSilent() { return false; }
 
-    // Between BeginLook and EndLook the port may ask the player once, at the first question, and
+    // Between BeginBatch and EndBatch the port may ask the player once, at the first question, and
     // answer all questions from that: one message is cheaper than several. An order in between ends
     // this. Such calls may be nested.
-    virtual void BeginLook() {}
-    virtual void EndLook() {}
+    virtual void BeginBatch() {}
+    virtual void EndBatch() {}
 
     // What the user calls the player ("Audacious").
     virtual std::string Name() = 0;

@@ -140,7 +140,7 @@ void ShowPlaying()
     state.LastSongPlayed = path;
 }
 
-void Tell(std::string_view words)
+void ShowBox(std::string_view words)
 {
     platform::TheMachine().desktop->MessageBox(words);
 }
@@ -163,7 +163,7 @@ LyricsWindowCalls &TheLyricsWindowCalls()
 
 void tmr_Playing_Timer()
 {
-    const OneLook look;
+    const QuestionBatch batch;
     if (!shell::TheGlobals().ShowLyricsAutomatically || !IsWinampRunning())
         return;
     if (GetPlayingState() == kPlayingState) {
@@ -184,17 +184,17 @@ void tmr_Playing_Timer()
 void submnuShowLyricsCurrentSong_Click()
 {
     if (!IsWinampRunning()) {
-        Tell("Winamp is not running");
+        ShowBox("Winamp is not running");
         return;
     }
     if ((GetPlayingState() & 1) == 0) {
-        Tell("No song is playing");
+        ShowBox("No song is playing");
         return;
     }
     const std::string path = GetCurrentSongPath();
     const metadata::ID3v2Tag tag = TagOf(path);
     if (tag.Lyrics.empty()) {
-        Tell("The lyrics for that song weren't found");
+        ShowBox("The lyrics for that song weren't found");
         UnloadLyrics();
     } else if (!LyricsWindowOpen) {
         ShowLyrics(path, tag);

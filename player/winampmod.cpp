@@ -346,16 +346,16 @@ bool IsPlayerSilent()
     return port != nullptr && port->IsSilent();
 }
 
-OneLook::OneLook() : m_port(TheMachine().player)
+QuestionBatch::QuestionBatch() : m_port(TheMachine().player)
 {
     if (m_port != nullptr)
-        m_port->BeginLook();
+        m_port->BeginBatch();
 }
 
-OneLook::~OneLook()
+QuestionBatch::~QuestionBatch()
 {
     if (m_port != nullptr)
-        m_port->EndLook();
+        m_port->EndBatch();
 }
 
 void ResetWinAmpMod()

@@ -89,14 +89,14 @@ bool FileCanBeOpened(const std::string &path);
 // since is not known.
 bool IsPlayerSilent();
 
-// While one lives, the port may answer the questions from one look at the player.
-class OneLook
+// While one exists, the port may ask the player once and answer all questions from that.
+class QuestionBatch
 {
 public:
-    OneLook();
-    ~OneLook();
-    OneLook(const OneLook &) = delete;
-    OneLook &operator=(const OneLook &) = delete;
+    QuestionBatch();
+    ~QuestionBatch();
+    QuestionBatch(const QuestionBatch &) = delete;
+    QuestionBatch &operator=(const QuestionBatch &) = delete;
 
 private:
     platform::Player *m_port; // outlives it; null where there is none

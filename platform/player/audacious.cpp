@@ -62,7 +62,7 @@ WindowHandle AudaciousPlayer::FindWindow(std::string_view className)
 {
     if (className != kWindowClass)
         return 0;
-    m_bus.Look();
+    m_bus.Update();
     if (m_startsAfterEnd && !m_bus.IsEnding()) {
         m_startsAfterEnd = false;
         if (!m_bus.IsOwned())
@@ -77,7 +77,7 @@ WindowHandle AudaciousPlayer::FindWindow(std::string_view className)
 std::int32_t AudaciousPlayer::SendMessage(WindowHandle window, std::uint32_t message,
                                           std::int32_t wParam, std::int32_t lParam)
 {
-    m_bus.Look();
+    m_bus.Update();
     if (window == 0 || window != m_bus.Run())
         return 0;
     if (message == kWmUser)
@@ -87,7 +87,7 @@ std::int32_t AudaciousPlayer::SendMessage(WindowHandle window, std::uint32_t mes
 
 std::int32_t AudaciousPlayer::Ask(std::int32_t request, std::int32_t argument)
 {
-    if (m_looks > 0 && !m_bus.HasAskedAhead())
+    if (m_batches > 0 && !m_bus.HasAskedAhead())
         AskAhead();
     switch (request) {
     case kAskState:
@@ -110,7 +110,7 @@ std::int32_t AudaciousPlayer::Ask(std::int32_t request, std::int32_t argument)
     }
 }
 
-// The questions that the monitor will ask: if the player was playing at the last look, all.
+// The questions that the monitor will ask: all of them if the player was playing at the last one.
 void AudaciousPlayer::AskAhead()
 {
     const auto last = static_cast<std::uint32_t>(std::max(0, m_lastIndex));
@@ -125,9 +125,9 @@ void AudaciousPlayer::AskAhead()
         m_bus.AskAhead({{"Status", {}}});
 }
 
-void AudaciousPlayer::EndLook()
+void AudaciousPlayer::EndBatch()
 {
-    if (--m_looks == 0)
+    if (--m_batches == 0)
         m_bus.ForgetAnswers();
 }
 
@@ -167,13 +167,14 @@ std::int32_t AudaciousPlayer::State()
 
 std::int32_t AudaciousPlayer::PositionMs()
 {
-    const std::int64_t told = m_bus.AskUnsigned("Time").value_or(0);
-    const auto position = static_cast<std::int32_t>(std::min<std::int64_t>(told, INT32_MAX));
+    const std::int64_t reportedMs = m_bus.AskUnsigned("Time").value_or(0);
+    const auto position = static_cast<std::int32_t>(std::min<std::int64_t>(reportedMs, INT32_MAX));
     if (!m_sought)
         return position;
     const std::int64_t since = MsSince(m_sought->when);
-    const bool caughtUp = told >= m_sought->ms - kNearMs && told <= m_sought->ms + since + kNearMs;
-    if (since < kCatchUpMs && !(caughtUp && told != 0))
+    const bool caughtUp =
+        reportedMs >= m_sought->ms - kNearMs && reportedMs <= m_sought->ms + since + kNearMs;
+    if (since < kCatchUpMs && !(caughtUp && reportedMs != 0))
         return static_cast<std::int32_t>(m_sought->ms);
     m_sought.reset();
     return position;
@@ -250,7 +251,7 @@ std::int32_t AudaciousPlayer::PlaceOf(const Enqueued &entry)
 std::int32_t AudaciousPlayer::SendCopyData(WindowHandle window, std::uint32_t tag,
                                            std::string_view bytes)
 {
-    m_bus.Look();
+    m_bus.Update();
     if (window == 0 || window != m_bus.Run() || tag != kEnqueueTag)
         return 0;
     return Enqueue(std::string(bytes.substr(0, bytes.find('\0'))));
@@ -270,7 +271,7 @@ std::int32_t AudaciousPlayer::Enqueue(const std::string &path)
     std::int32_t place = -1;
     const WaitEnd end = WaitUntil(
         [&] {
-            m_bus.Look();
+            m_bus.Update();
             place = FindFrom(before, line);
             return place >= 0 || !m_bus.IsOwned();
         },
@@ -354,7 +355,7 @@ std::uint32_t AudaciousPlayer::QueryValue(std::uint32_t key, std::string_view va
 
 void AudaciousPlayer::StartProgram(const std::string &program, int)
 {
-    m_bus.Look();
+    m_bus.Update();
     if (m_bus.IsOwned())
         return; // it will answer soon, or it was stopped by a signal: a second start would only
                 // wait for it
@@ -379,13 +380,13 @@ std::string AudaciousPlayer::ReadFile(const std::string &path)
 
 void AudaciousPlayer::LearnPlaylist()
 {
-    m_bus.Look();
+    m_bus.Update();
     const std::int32_t last = m_list.Length() - 1;
     if (!m_list.Check(0) || !m_list.Check(last))
         return;
     WaitUntil(
         [this] {
-            m_bus.Look();
+            m_bus.Update();
             m_list.Continue();
             return m_list.IsComplete() || !m_bus.IsAnswering();
         },

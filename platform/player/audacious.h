@@ -41,11 +41,11 @@ public:
     std::string ReadFile(const std::string &path) override;
     void LearnPlaylist() override;
     bool IsSilent() override { return m_bus.IsOwned() && !m_bus.IsAnswering(); }
-    void BeginLook() override { ++m_looks; }
-    void EndLook() override;
+    void BeginBatch() override { ++m_batches; }
+    void EndBatch() override;
     std::string Name() override { return "Audacious"; }
 
-    // Whether every name of the player's list is known, as of the last look at it.
+    // Whether every name of the player's list is known, as of the last check.
     bool KnowsPlaylist() const { return m_list.IsBegun() && m_list.IsComplete(); }
 
 private:
@@ -78,7 +78,7 @@ private:
     AudaciousBus m_bus;
     AudaciousList m_list{m_bus};
     bool m_startsAfterEnd = false; // FindWindow starts it when the player that is closing has ended
-    int m_looks = 0;               // looks that have begun and not ended
+    int m_batches = 0;             // batches that have begun and not ended
     std::int32_t m_lastState = 0, m_lastIndex = 0; // as of the last answers
     WindowHandle m_foreground = 0;
     std::optional<Sought> m_sought;

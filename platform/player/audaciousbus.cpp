@@ -27,17 +27,17 @@ std::int64_t NowMs()
     return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
-// Watches the owner of a name on the bus: `changed` is called at every change, `told` with the
+// Watches the owner of a name on the bus: `changed` is called at every change, `answered` with the
 // present owner.
 void WatchName(sd_bus *bus, const char *name, sd_bus_message_handler_t changed,
-               sd_bus_message_handler_t told, void *self)
+               sd_bus_message_handler_t answered, void *self)
 {
     const std::string match = std::string("type='signal',sender='org.freedesktop.DBus',"
                                           "member='NameOwnerChanged',arg0='") +
                               name + "'";
     sd_bus_add_match_async(bus, nullptr, match.c_str(), changed, nullptr, self);
     sd_bus_call_method_async(bus, nullptr, "org.freedesktop.DBus", "/org/freedesktop/DBus",
-                             "org.freedesktop.DBus", "GetNameOwner", told, self, "s", name);
+                             "org.freedesktop.DBus", "GetNameOwner", answered, self, "s", name);
 }
 
 // A message to the player, to be given to sd_bus_message_unref; null when it cannot be made.
@@ -97,8 +97,8 @@ bool AudaciousBus::Connect()
         m_bus = nullptr;
         return false;
     }
-    WatchName(m_bus, kRemoteName, RemoteChanged, RemoteTold, this);
-    WatchName(m_bus, kName, OwnerChanged, OwnerTold, this);
+    WatchName(m_bus, kRemoteName, RemoteChanged, RemoteAnswered, this);
+    WatchName(m_bus, kName, OwnerChanged, OwnerAnswered, this);
     Process(m_answerMs, [this] { return m_ownerKnown; });
     return m_bus != nullptr;
 }
@@ -122,7 +122,7 @@ void AudaciousBus::Process(std::int64_t limitMs, const std::function<bool()> &do
     }
 }
 
-void AudaciousBus::Look()
+void AudaciousBus::Update()
 {
     const std::uint32_t before = m_run;
     if (!Connect())
@@ -174,7 +174,7 @@ int AudaciousBus::RemoteChanged(sd_bus_message *message, void *self, sd_bus_erro
     return 0;
 }
 
-int AudaciousBus::RemoteTold(sd_bus_message *message, void *self, sd_bus_error *)
+int AudaciousBus::RemoteAnswered(sd_bus_message *message, void *self, sd_bus_error *)
 {
     const char *owner = nullptr;
     if (sd_bus_message_is_method_error(message, nullptr) == 0 &&
@@ -191,7 +191,7 @@ int AudaciousBus::OwnerChanged(sd_bus_message *message, void *self, sd_bus_error
     return 0;
 }
 
-int AudaciousBus::OwnerTold(sd_bus_message *message, void *self, sd_bus_error *)
+int AudaciousBus::OwnerAnswered(sd_bus_message *message, void *self, sd_bus_error *)
 {
     const char *owner = nullptr;
     auto &bus = *static_cast<AudaciousBus *>(self);
@@ -324,9 +324,9 @@ std::optional<std::uint32_t> AudaciousBus::AskUnsigned(const char *method)
 {
     sd_bus_message *answer = Call(method, {});
     std::uint32_t number = 0;
-    const bool told = answer != nullptr && sd_bus_message_read(answer, "u", &number) >= 0;
+    const bool answered = answer != nullptr && sd_bus_message_read(answer, "u", &number) >= 0;
     sd_bus_message_unref(answer);
-    return told ? std::optional(number) : std::nullopt;
+    return answered ? std::optional(number) : std::nullopt;
 }
 
 std::optional<std::int32_t> AudaciousBus::AskInt(const char *method,
@@ -334,9 +334,9 @@ std::optional<std::int32_t> AudaciousBus::AskInt(const char *method,
 {
     sd_bus_message *answer = Call(method, argument);
     std::int32_t number = 0;
-    const bool told = answer != nullptr && sd_bus_message_read(answer, "i", &number) >= 0;
+    const bool answered = answer != nullptr && sd_bus_message_read(answer, "i", &number) >= 0;
     sd_bus_message_unref(answer);
-    return told ? std::optional(number) : std::nullopt;
+    return answered ? std::optional(number) : std::nullopt;
 }
 
 // Whether an order is to be sent. Answers to earlier questions are not used any more.
@@ -399,9 +399,9 @@ int AudaciousBus::LaterAnswered(sd_bus_message *message, void *later, sd_bus_err
     auto *raw = static_cast<Later *>(later);
     const auto holder = raw->bus->m_later.extract(raw);
     const char *text = nullptr;
-    const bool told = sd_bus_message_is_method_error(message, nullptr) == 0 &&
-                      sd_bus_message_read(message, "s", &text) >= 0;
-    raw->taken(told ? std::optional<std::string>(text) : std::nullopt);
+    const bool answered = sd_bus_message_is_method_error(message, nullptr) == 0 &&
+                          sd_bus_message_read(message, "s", &text) >= 0;
+    raw->taken(answered ? std::optional<std::string>(text) : std::nullopt);
     return 0;
 }
 

@@ -29,8 +29,8 @@ public:
 
     // Handles the messages that have come; connects when there is no connection. A player that has
     // just been found gets the time of one call for its first answer. A player that is starting is
-    // not asked anything: a question that comes too early would make it end.
-    void Look();
+    // not asked anything: a question that arrives too early would make it end.
+    void Update();
 
     bool IsOwned() const { return !m_owner.empty(); } // a player has its name on the bus
     // A player that ends releases its name first and writes its list after that.
@@ -69,8 +69,8 @@ public:
     // when it is stopped. This is an order too; it is not sent when AskAhead has sent it already.
     void SelectPlayingList();
 
-    // A question whose answer comes with a later Look; `taken` is called with nullopt when there is
-    // none. All open questions are dropped when the player ends.
+    // A question whose answer comes with a later Update; `taken` is called with nullopt when there
+    // is none. All open questions are dropped when the player ends.
     void AskTextLater(const char *method, std::uint32_t argument,
                       std::function<void(std::optional<std::string>)> taken);
     std::size_t Pending() const { return m_later.size(); }
@@ -91,9 +91,9 @@ private:
     void FallSilent();
     bool BeginOrder();
     static int RemoteChanged(sd_bus_message *message, void *self, sd_bus_error *);
-    static int RemoteTold(sd_bus_message *message, void *self, sd_bus_error *);
+    static int RemoteAnswered(sd_bus_message *message, void *self, sd_bus_error *);
     static int OwnerChanged(sd_bus_message *message, void *self, sd_bus_error *);
-    static int OwnerTold(sd_bus_message *message, void *self, sd_bus_error *);
+    static int OwnerAnswered(sd_bus_message *message, void *self, sd_bus_error *);
     static int ProbeAnswered(sd_bus_message *message, void *self, sd_bus_error *);
     static int LaterAnswered(sd_bus_message *message, void *later, sd_bus_error *);
     static int AheadAnswered(sd_bus_message *message, void *ahead, sd_bus_error *);

@@ -41,7 +41,7 @@ public:
     bool Check(std::int32_t index);
 
     // Asks for the names that are not known yet, at most 256 at a time; their answers come with
-    // AudaciousBus::Look.
+    // AudaciousBus::Update.
     void Continue();
     bool IsComplete() const { return m_unknown == 0; }
 

@@ -116,12 +116,12 @@ TEST_F(Audacious, OneLookAnswersAllQuestions)
     EXPECT_EQ(GetPlayingState(), 1);
     EXPECT_EQ(GetPlaylistPosition(), 1);
     {
-        const OneLook look;
+        const QuestionBatch look;
         EXPECT_EQ(GetPlayingState(), 1); // all of it is asked here
         real.Order("Stop");
         ASSERT_TRUE(WaitRealTime([this] { return real.Status() == "stopped"; }));
         {
-            const OneLook inner;
+            const QuestionBatch inner;
             EXPECT_EQ(GetPlayingState(), 1);
         }
         EXPECT_EQ(GetPlaylistLength(), 2);
@@ -136,7 +136,7 @@ TEST_F(Audacious, OneLookAnswersAllQuestions)
     EXPECT_EQ(GetCurrentSongPath(), paths[0]);
     real.Kill();
     EXPECT_FALSE(IsPlayerSilent()); // it is not there at all
-    const OneLook look;
+    const QuestionBatch look;
     EXPECT_FALSE(IsWinampRunning());
     EXPECT_EQ(GetPlayingState(), 0);
 }
@@ -150,7 +150,7 @@ TEST_F(Audacious, APlayerThatIsStoppedWithinALook)
     platform::TheMachine().player = &limited;
     ASSERT_TRUE(WaitForState(1));
     {
-        const OneLook look;
+        const QuestionBatch look;
         real.Signal(SIGSTOP);
         ASSERT_TRUE(IsWinampRunning());
         const auto start = steady_clock::now();

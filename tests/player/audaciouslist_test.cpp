@@ -48,7 +48,7 @@ TEST_F(AudaciousLongList, AtMost256QuestionsAreInFlight)
     platform::player::AudaciousBus bus(5000);
     platform::player::AudaciousList list(bus);
     ASSERT_TRUE(WaitRealTime([&] {
-        bus.Look();
+        bus.Update();
         return bus.IsAnswering();
     }));
     ASSERT_TRUE(list.Check(-1));
@@ -56,7 +56,7 @@ TEST_F(AudaciousLongList, AtMost256QuestionsAreInFlight)
     ASSERT_TRUE(WaitRealTime([&] {
         list.Continue();
         most = std::max(most, bus.Pending());
-        bus.Look();
+        bus.Update();
         return list.IsComplete();
     }));
     EXPECT_EQ(most, 256U);
