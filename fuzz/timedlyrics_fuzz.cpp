@@ -8,7 +8,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
 {
     const std::string text(reinterpret_cast<const char *>(data), size);
-    if (!(tests::ParsedBy(lyrics::ParseMarks, text) == tests::ParsedBy(tests::PlainParse, text)))
+    if (!(tests::ParsedBy(tests::ParseMarks, text) == tests::ParsedBy(tests::PlainParse, text)))
         std::abort();
     return 0;
 }

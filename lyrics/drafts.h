@@ -15,14 +15,14 @@ namespace lyrics
 std::string DraftFolder();
 
 // The draft for the song at `path`, as that kind of text. Nothing when there is none, or none that
-// can be read. A draft in UTF-8 with a character that the code page lacks is left alone by the
-// three procedures when the kind is file bytes, so that nothing of it is lost.
+// can be read. When the kind is file bytes, the three procedures ignore a draft in UTF-8 with a
+// character that the code page lacks, so that nothing of it is lost.
 std::optional<std::string> ReadDraft(const std::string &path,
                                      metadata::TextKind kind = metadata::TextKind::FileBytes);
 
 // Keeps `text`, which is of that kind, as the draft of the song, in place of an earlier one, in one
-// step: whatever fails and whenever the process or the machine stops, the old or the new draft is
-// there, whole. It is on the disk when this returns. Errors: FileError.
+// step: whatever fails and whenever the process or the machine stops, the old or the new draft
+// exists, complete. It is on the disk when this returns. Errors: FileError.
 void WriteDraft(const std::string &path, const std::string &text,
                 metadata::TextKind kind = metadata::TextKind::FileBytes);
 

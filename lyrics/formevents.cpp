@@ -212,14 +212,14 @@ void FollowLyrics(LyricsForm &form, std::string_view title, std::string_view lyr
     std::erase(song, '\0'); // many programs write NULs after the texts of a tag
     form.SetTitle(song.empty() ? name : song + " - " + name);
     form.Lyrics.SetText({}); // so that a text like the last one is a change
-    form.Lyrics.kind = metadata::KindInForce();
+    form.Lyrics.kind = metadata::KindInUse();
     form.Lyrics.SetText(runtime::WithCrLf(lyrics));
 }
 
 void SetTimes(LyricsForm &form, const std::string &file)
 {
     const BusyWhile busy(form);
-    form.Lyrics.kind = metadata::KindInForce();
+    form.Lyrics.kind = metadata::KindInUse();
     form.fileLyrics = LyricsOfFile(file, form.Lyrics.kind);
     form.FileName = file;
     form.SettingTimes = true;
@@ -253,7 +253,7 @@ void ParseTimes(LyricsForm &form)
     form.Lyrics.SetEnabled(false); // a change that the test makes calls this handler again
     std::string text = form.Lyrics.Text();
     try {
-        ParseMarksOf(form.Lyrics.kind, text, *form.Times);
+        ParseMarks(form.Lyrics.kind, text, *form.Times);
     } catch (const runtime::RuntimeError &) {
         form.Lyrics.SetText(text);
         form.Lyrics.SetEnabled(true);
@@ -293,11 +293,11 @@ void cmdSetIt_Click(LyricsForm &form)
     const int caret = form.Lyrics.SelStart();
 
     // From here positions are one-based: of the carriage return before the caret (0 without one),
-    // and behind the caret of the next one, or of the text's last character.
+    // and after the caret of the next one, or of the text's last character.
     std::size_t before = form.Lyrics.OffsetOf(caret);
     while (before > 0 && text[before - 1] != '\r')
         --before;
-    // Behind the line feed; without a line before, behind the first character of the text.
+    // After the line feed; without a line before, after the first character of the text.
     form.Lyrics.Replace(form.Lyrics.PositionAt(before) + 1, 0, mark);
     std::size_t next = form.Lyrics.OffsetOf(caret + static_cast<int>(mark.size()));
     while (next < text.size() && text[next - 1] != '\r')

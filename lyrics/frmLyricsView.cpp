@@ -203,7 +203,7 @@ void LyricsView::TakeSelection()
     if (m_applying || m_taking)
         return;
     if (m_places.ShownSize() != document()->characterCount() - 1)
-        return; // an edit is under way, and the box has not got it yet
+        return; // an edit is in progress, and the box does not have it yet
     const QTextCursor cursor = textCursor();
     const int start = m_places.Stored(cursor.selectionStart());
     m_box.NoteSelection(start, m_places.Stored(cursor.selectionEnd()) - start);

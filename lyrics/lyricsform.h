@@ -44,14 +44,14 @@ struct LyricsForm : ui::Form {
     std::string MarkedText;          // the text when the last test began
 
     // --- Not part of the window's first design.
-    ui::Timer tmrDraft{kDraftMs}; // from a change of the marked text until its draft is written
-    ui::Timer tmrReport{1};       // from a failure until the box that reports it
-    ui::Label lblKey;             // says which key sets a mark
-    bool testing = false;         // a test has taken the marks out of the box's text
-    bool busy = false;            // a button's work lets events run: the form must not be destroyed
-    bool draftFailed = false;     // the user has been shown that the draft cannot be written
-    std::string fileLyrics;       // the lyrics in the song's file when it was last read
-    std::optional<std::string> draft;             // the draft of the song, if it has one
+    ui::Timer tmrDraft{kDraftMs};     // from a change of the marked text until its draft is written
+    ui::Timer tmrReport{1};           // from a failure until the box that reports it
+    ui::Label lblKey;                 // says which key sets a mark
+    bool testing = false;             // a test has taken the marks out of the box's text
+    bool busy = false;                // a handler lets events run: the form must not be destroyed
+    bool draftFailed = false;         // the user has been shown that the draft cannot be written
+    std::string fileLyrics;           // the lyrics in the song's file when it was last read
+    std::optional<std::string> draft; // the draft of the song, if it has one
     std::optional<runtime::RuntimeError> failure; // for tmrReport to report
 
     std::function<void(const std::string &file)> newSettingWindow; // for cmdSetTimes
@@ -101,7 +101,8 @@ void FlushDraft(LyricsForm &form);
 
 // To be called before the window closes or the program ends: asks whether to save unsaved marks.
 // When a signal ends the program nothing is asked; the draft has them.
-// Returns: false when the user cancels, when saving fails, or while a button's work is under way.
+// Returns: false when the user cancels, when saving fails, or while the handler of a button is
+// running.
 [[nodiscard]] bool MayClose(LyricsForm &form);
 
 } // namespace lyrics

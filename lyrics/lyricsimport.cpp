@@ -30,7 +30,7 @@ constexpr std::string_view kNotFound =
     "Check the name of the TXT and be sure that the name of \r"
     "the file that exist on the database are the same and retry";
 
-void Tell(std::string_view words)
+void ShowBox(std::string_view words)
 {
     platform::TheMachine().desktop->MessageBox(words);
 }
@@ -85,7 +85,7 @@ void AddLyricsFromTXT(const std::string &txtPath)
     shell::ShowProgressText("Analizing file", "AnalizingFile");
     const std::string song = FindSong(txtPath);
     if (song.empty()) {
-        Tell(kNotFound);
+        ShowBox(kNotFound);
         return;
     }
     shell::ShowProgressText("Reading the MP3 Information", "ReadingMP3Information");
@@ -100,7 +100,7 @@ void AddLyricsFromTXT(const std::string &txtPath)
     const bool writeID3v1 = old.hasID3v1 || !isUtf8; // by frames only the lyrics change
     const bool saved = metadata::SaveTag(info.id3v1, info.id3v2, old.id3v1, old.id3v2, song,
                                          writeID3v1, true, &shell::TheGlobals().lblProgress);
-    Tell(saved ? "The lyrics were added correctly." : "The lyrics couldn't be added.");
+    ShowBox(saved ? "The lyrics were added correctly." : "The lyrics couldn't be added.");
 }
 
 } // namespace lyrics

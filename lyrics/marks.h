@@ -29,12 +29,12 @@ private:
 void ReportLater(LyricsForm &form, const runtime::RuntimeError &failure);
 
 // The lyrics in the tag of a file, as that kind of text, each line end as CR LF (many programs
-// write LF alone, which the rules of the marks do not take for one); empty when it has none or
+// write LF alone, which is no line end by the rules of the marks); empty when it has none or
 // cannot be read.
 std::string LyricsOfFile(const std::string &file, metadata::TextKind kind);
 
-// When the song has a draft that differs from its file, asks the user whether to go on with it; if
-// so, the box gets its text.
+// When the song has a draft that differs from its file, asks the user whether to continue with it;
+// if so, the box gets its text.
 void OfferDraft(LyricsForm &form);
 
 // Writes `text` as the lyrics of the form's song into both tags with SaveTag, which reports

@@ -171,10 +171,10 @@ private:
     std::string m_clean;
     std::size_t m_cleanCharacters = 0;
     std::size_t m_open, m_close; // the pair at work; kNone when there is none
-    std::size_t m_done = 0;      // what is before it is in `m_clean`, or gone
-    std::size_t m_paired = 0;    // each "]" before it has met its "["
+    std::size_t m_done = 0;      // what is before it is in `m_clean`, or removed
+    std::size_t m_paired = 0;    // each "]" before it has its "["
     // Found once and kept while they are ahead, so that no stretch is searched twice.
-    std::size_t m_colon = 0;     // the first ":" behind the "["
+    std::size_t m_colon = 0;     // the first ":" after the "["
     std::size_t m_line = 0;      // the carriage return of the line
     std::size_t m_lastClose = 0; // the last "]" before m_line
     std::size_t m_kept = kNone;  // the first "]" at or after `m_done`
@@ -187,12 +187,7 @@ std::string TimesKey(std::int32_t seconds)
     return std::to_string(seconds) + "l";
 }
 
-void ParseMarks(std::string &text, TimesByKey &times)
-{
-    ParseMarksOf(metadata::TextKind::FileBytes, text, times);
-}
-
-void ParseMarksOf(metadata::TextKind kind, std::string &text, TimesByKey &times)
+void ParseMarks(metadata::TextKind kind, std::string &text, TimesByKey &times)
 {
     const std::string source = text;
     Pass pass(source, times, kind);

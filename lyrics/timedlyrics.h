@@ -27,21 +27,18 @@ using TimesByKey = std::unordered_map<std::string, LyricsData>;
 // The key of a whole second: its decimal digits and "l" ("83l").
 std::string TimesKey(std::int32_t seconds);
 
-// Takes the marks out of `text` and adds one entry to `times` for each. A mark is what is between
-// the first "[" and the first "]": a number before its first colon (minutes) and one after it
-// (seconds); the time is rounded, a half to the even number. A pair with a colon and without two
-// numbers stays in the text. A pair without a colon ends the parsing, and the rest of the text
-// stays as it is, marks included. `Length` is the number of characters from the last "]" of the
-// line to its carriage return. Each "{(" of the text becomes "[" and each ")}" becomes "]" at the
-// end: during the parsing these two replace brackets that belong to no mark, and count as two
-// characters in `Start`. The work is proportional to the length of the text.
-// Errors: kDuplicateKey for a second that `times` already has (its mark is out of the text by
-// then), kInvalidCall for a "]" before its "[", kOverflow for a time that does not fit 32 bits, or
-// a start or length that does not fit 16. `text` and `times` are then as they were at that mark,
-// with "{(" and ")}".
-void ParseMarks(std::string &text, TimesByKey &times);
-
-// The same for a text of that kind: positions and lengths count characters.
-void ParseMarksOf(metadata::TextKind kind, std::string &text, TimesByKey &times);
+// Takes the marks out of `text`, which is of that kind, and adds one entry to `times` for each. A
+// mark is what is between the first "[" and the first "]": a number before its first colon
+// (minutes) and one after it (seconds); the time is rounded, a half to the even number. A pair with
+// a colon and without two numbers stays in the text. A pair without a colon ends the parsing, and
+// the rest of the text stays as it is, marks included. `Length` is the number of characters from
+// the last "]" of the line to its carriage return. Each "{(" of the text becomes "[" and each ")}"
+// becomes "]" at the end: during the parsing these two replace brackets that belong to no mark, and
+// count as two characters in `Start`. The work is proportional to the length of the text. Errors:
+// kDuplicateKey for a second that `times` already has (its mark is out of the text by then),
+// kInvalidCall for a "]" before its "[", kOverflow for a time that does not fit 32 bits, or a start
+// or length that does not fit 16. `text` and `times` are then as they were at that mark, with "{("
+// and ")}".
+void ParseMarks(metadata::TextKind kind, std::string &text, TimesByKey &times);
 
 } // namespace lyrics

@@ -1,4 +1,4 @@
-// metadata/filepass.h - the bytes of an MP3 file that a pass looks at: the beginning with the whole
+// metadata/filepass.h - the bytes of an MP3 file that a pass reads: the beginning with the whole
 // ID3v2 body, the first bytes for the header search, and the last 128. Read in as few calls as the
 // file allows, each byte once.
 #pragma once
@@ -32,7 +32,7 @@ struct FileBytes {
     std::int64_t openedAtNs = 0; // by the clock of file stamps
     platform::ByteBuffer head;   // grows only
     std::size_t headBytes = 0;   // in use
-    // What was found in the head on the way (metadata/headdigest.h), where it was.
+    // What was found in the head while it was fetched (metadata/headdigest.h); null for nothing.
     std::unique_ptr<platform::Digest> digest;
     // The file's last bytes: the ID3v1 tag, before it what may be the footer of an ID3v2 tag. NULs
     // where the file ended early, and in front where it is shorter.

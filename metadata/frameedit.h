@@ -21,8 +21,8 @@ namespace metadata
 // The ID3v1 tag of the song: its old bytes when they have the values of `tag`, else BuildID3v1Tag.
 [[nodiscard]] std::string PlanImage(const RawTags &raw, ID3v1Tag &tag);
 
-// What the rows of the song get: the fields of both tags as a reading of the new song will give
-// them. `id3v2` is what the plan was made for; null: a tag that the song will not have.
+// The values for the rows of the song: the fields of both tags as they will be read from the new
+// song. `id3v2` is what the plan was made for; null: a tag that the song will not have.
 [[nodiscard]] ID3v2Tag FieldsForRows(const ID3v1Tag *id3v1, const ID3v2Tag *id3v2,
                                      const unicode::TagPlan &plan);
 

@@ -1,4 +1,4 @@
-// metadata/genres.h - the table of genre names and the ways between name and number. Genres are
+// metadata/genres.h - the table of genre names, and conversions between name and number. Genres are
 // file bytes; every name of the table is ASCII, so it is UTF-8 as well. No state.
 #pragma once
 

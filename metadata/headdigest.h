@@ -14,7 +14,7 @@ namespace metadata
 {
 
 struct HeadDigest : platform::Digest {
-    // The bytes that it was found in; it holds for no others.
+    // The bytes in which it was found; it is not valid for any others.
     const char *bytes = nullptr;
     std::size_t byteCount = 0;
 
@@ -24,8 +24,7 @@ struct HeadDigest : platform::Digest {
     bool hasTextsForFrames = false;  // unicode::NeedsFrames
 };
 
-// Looks for all that in `start`, the first bytes of a file of that size. Its tags are not read by
-// their frames.
+// The digest of `start`, the first bytes of a file of that size. Its tags are not read by frames.
 [[nodiscard]] std::unique_ptr<platform::Digest> DigestHead(std::string_view start,
                                                            std::int64_t sizeBytes);
 

@@ -45,10 +45,11 @@ struct FrameGeometry {
                                        std::string_view identifier);
 
 // Whether the frame at `position` is compressed or encrypted: bit 0x80 or 0x40 of the character 9
-// behind it. Only frames of version 3 can be; false where the body ends before that character.
+// places after it. Only frames of version 3 can be; false where the body ends before that
+// character.
 [[nodiscard]] bool IsFrameUnreadable(long long position, std::string_view body, int majorVersion);
 
-// What a body sets: nothing where the record keeps what it held. The views are into the body.
+// The fields found in a body. No value: the record keeps its old one. The views are into the body.
 struct FrameFindings {
     std::optional<std::string_view> title, artist, album, year, comment, lyrics;
     std::optional<std::string> genre;
@@ -60,10 +61,9 @@ struct FrameFindings {
 // place.
 [[nodiscard]] FrameFindings FindFrames(std::string_view body, int majorVersion);
 
-// Puts the findings into `tag`; a field without one keeps what it held.
-void ApplyFindings(const FrameFindings &findings, ID3v2Tag &tag);
-
-// Both in one: fills `tag` from `body` by the rules of `majorVersion`.
-void ReadID3v2Frames(std::string_view body, int majorVersion, ID3v2Tag &tag);
+// Fills `tag` with the fields found in `body`; a field that is not there keeps its value.
+// `known`: what FindFrames has found in this body before; filled when it has no value.
+void ReadID3v2Frames(std::string_view body, int majorVersion, ID3v2Tag &tag,
+                     std::optional<FrameFindings> *known = nullptr);
 
 } // namespace metadata

@@ -27,7 +27,7 @@ constexpr std::size_t kSeenFiles = 64;
 struct State {
     // The last pass's bytes. The other owners are the results of CopyRawTags.
     std::shared_ptr<FileBytes> bytes = std::make_shared<FileBytes>();
-    std::optional<FrameFindings> findings; // in those bytes, once looked for
+    std::optional<FrameFindings> findings; // in those bytes; no value until they were searched
     bool isKept = false;                   // the next pass over the file uses these bytes
     std::string rawID3v1Image;
     int majorVersion = 0;
@@ -111,9 +111,7 @@ void TakeID3v2(State &state, ID3v2Tag &tag)
         const HeadDigest *digest = DigestOf(*state.bytes);
         if (!state.findings && digest != nullptr && digest->hasWholeTag)
             state.findings = digest->findings;
-        if (!state.findings)
-            state.findings = FindFrames(state.bytes->Body(), state.majorVersion);
-        ApplyFindings(*state.findings, tag);
+        ReadID3v2Frames(state.bytes->Body(), state.majorVersion, tag, &state.findings);
     } catch (const std::bad_alloc &) {
         state.bytes->failure = ENOMEM;
     }
@@ -166,7 +164,7 @@ void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, M
     HasID3v2 = false;
     ID3v1.Genre = -1;
     ID3v2.Genre = "-1";
-    ID3v2.kind = KindInForce();
+    ID3v2.kind = KindInUse();
     Fetch(state, FileName);
     const FileBytes &bytes = *state.bytes;
     if (!bytes.opened) {

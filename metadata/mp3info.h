@@ -1,10 +1,10 @@
-// metadata/mp3info.h - the one procedure through which every other part looks into an MP3 file, and
+// metadata/mp3info.h - the one procedure with which every other part reads an MP3 file, and
 // what its last pass keeps for the tag writer. Paths are the file system's bytes.
 //
-// The ID3v2 tag is read in one of two ways. The first one searches the names of frames anywhere in
-// the body (metadata/id3v2.h); its texts are file bytes. With shell::Globals::UnicodeTags the tags
-// are read by their frames and encodings (metadata/unicode/); the texts are UTF-8. The `kind` of an
-// ID3v2Tag says which one was used.
+// The ID3v2 tag is read by one of two methods. The first one searches the names of frames anywhere
+// in the body (metadata/id3v2.h); its texts are file bytes. With shell::Globals::UnicodeTags the
+// tags are read by their frames and encodings (metadata/unicode/); the texts are UTF-8. The `kind`
+// of an ID3v2Tag says which one was used.
 #pragma once
 
 #include "metadata/records.h"

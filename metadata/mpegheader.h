@@ -12,7 +12,7 @@
 namespace metadata
 {
 
-// The search looks at positions 1 to 5000 and, for the second byte of a pair, at 5001.
+// The search reads positions 1 to 5000 and, for the second byte of a pair, at 5001.
 inline constexpr std::int64_t kLastSearchPosition = 5000;
 
 // The one-based position of the first pair 0xFF 0xFA or 0xFF 0xFB that begins within the search's
@@ -26,7 +26,7 @@ inline constexpr std::int64_t kLastSearchPosition = 5000;
 [[nodiscard]] std::optional<std::string_view> BitrateCell(int row, int column);
 
 // Fills the fields that are in the four bytes: Version to Original, Bitrate, CRC, Padding. The
-// first byte is not looked at.
+// first byte is not used.
 void DecodeHeader(const std::array<std::uint8_t, 4> &bytes, MPEGHeader &header);
 
 // Computes FrameLength, Frames and Seconds from the fields before them. A division by zero or a

@@ -30,7 +30,8 @@ struct ID3v1Tag {
     bool operator==(const ID3v1Tag &) const = default;
 };
 
-// The ID3v2 tag, and the common form in which tags go to the catalogue and to the tag editor.
+// The ID3v2 tag, and the common form in which tags are passed to the catalogue and to the tag
+// editor.
 struct ID3v2Tag {
     std::string Header; // empty from the reader; "TAG" when an ID3v1 tag was copied into the record
     std::string Title;
@@ -47,7 +48,7 @@ struct ID3v2Tag {
     bool operator==(const ID3v2Tag &) const = default;
 };
 
-// The audio header, mostly as display text; numbers come back out of it by LeadingNumber.
+// The audio header, mostly as display text; LeadingNumber reads the numbers in it.
 struct MPEGHeader {
     std::int32_t FileSize = 0;       // bytes
     std::int32_t HeaderPosition = 0; // zero-based offset of the four header bytes; -1 = none found

@@ -163,7 +163,7 @@ std::optional<SongCopy> WriteWhole(const std::string &copyPath, const Fill &fill
         const int handle = CreateBeside(copyPath, temporaryPath);
         SongCopy copy(handle, {});
         fill(handle);
-        (void)Files().TryLock(handle); // no one else knows the file yet
+        (void)Files().TryLock(handle); // no other program has the file open yet
         Check(Files().Flush(handle));
         platform::FileIdentity identity;
         Check(Files().Identify(temporaryPath, identity)); // under a name that no one else has

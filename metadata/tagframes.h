@@ -21,9 +21,9 @@ void AppendFrame(std::string &frames, std::string_view identifier, std::string_v
 
 // Cuts the first frame of that name out of `body` by the geometry of `majorVersion`; also returns
 // the new body. Where a frame runs past the end, and with a version other than 2 and 3, the body
-// ends where the identifier begins. A frame whose size cannot be read stays. "COMM" is different,
-// and stays so: of every frame with an empty description only the header is cut; its data stays in
-// the body as loose bytes.
+// ends where the identifier begins. A frame whose size cannot be read stays. "COMM" is handled
+// differently, deliberately: of every frame with an empty description only the header is cut; its
+// data stays in the body as loose bytes.
 std::string &RemoveFrame(std::string &body, std::string_view identifier, int majorVersion);
 
 // Cuts the frames, by their names of version 3, of the fields that have a text in `before` and none
@@ -35,7 +35,8 @@ bool RemoveEmptied(std::string &body, const ID3v2Tag &before, const ID3v2Tag &no
 // Frames that are written again are removed from `body` first, except the comment: the new one
 // comes before the old one. Empty fields write no frame and leave the old one; the genre is always
 // written. Changes `tag`: a Genre of -1 becomes "255" (and is written as "(255)").
-// Errors: kInvalidCall when the body exceeds what 4 characters of 7 bits, the first of 8, can say.
+// Errors: kInvalidCall when the length of the body does not fit into 4 characters, the first of 8
+// bits, the others of 7.
 [[nodiscard]] std::string BuildID3v2Tag(std::string body, ID3v2Tag &tag, int majorVersion);
 
 } // namespace metadata

@@ -10,7 +10,7 @@
 namespace metadata
 {
 
-TextKind KindInForce()
+TextKind KindInUse()
 {
     return shell::TheGlobals().UnicodeTags ? TextKind::Utf8 : TextKind::FileBytes;
 }

@@ -12,7 +12,7 @@ namespace metadata
 {
 
 // The kind of the records that GetMP3Info gives now.
-[[nodiscard]] TextKind KindInForce();
+[[nodiscard]] TextKind KindInUse();
 
 // `field`, which is of that kind, as UTF-8.
 [[nodiscard]] std::string TextOf(TextKind kind, std::string_view field);
@@ -24,7 +24,7 @@ namespace metadata
 // when it is unset.
 [[nodiscard]] std::string GenreField(const ID3v2Tag &tag);
 
-// Makes UTF-8 of all texts of a record in file bytes, or the other way round.
+// Converts all texts of a record from file bytes to UTF-8, or from UTF-8 to file bytes.
 void ChangeKind(ID3v2Tag &tag, TextKind kind);
 
 // A field of the ID3v1 record without the blanks that fill it and without the NULs that filled the

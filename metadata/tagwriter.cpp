@@ -16,6 +16,7 @@
 #include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
+#include "shell/progress.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -87,16 +88,9 @@ void Check(int reason)
         throw runtime::FileError(reason);
 }
 
-void Tell(std::string_view words)
+void ShowBox(std::string_view words)
 {
     Desktop().MessageBox(words);
-}
-
-void ShowProgress(const Edit &edit, std::string_view words)
-{
-    if (edit.label != nullptr)
-        edit.label->SetCaption(words);
-    Desktop().DoEvents();
 }
 
 bool MakeBackupFolder()
@@ -106,7 +100,7 @@ bool MakeBackupFolder()
     const int flushed = reason == 0 ? Files().FlushFolderOf(folder) : 0;
     const bool there = flushed == 0 && (reason == 0 || reason == EEXIST);
     if (!there)
-        Tell(runtime::FileError(reason != 0 ? reason : flushed, folder).description);
+        ShowBox(runtime::FileError(reason != 0 ? reason : flushed, folder).description);
     return there;
 }
 
@@ -116,8 +110,8 @@ bool MakeBackupFolder()
 template <class Statement>
 bool Run(const Statement &statement, const std::string &what = {})
 {
-    const auto tell = [&what](const std::string &words) {
-        Tell(what.empty() ? words : runtime::ShownText(what) + ": " + words);
+    const auto report = [&what](const std::string &words) {
+        ShowBox(what.empty() ? words : runtime::ShownText(what) + ": " + words);
     };
     for (bool again = false;; again = true) {
         try {
@@ -127,13 +121,13 @@ bool Run(const Statement &statement, const std::string &what = {})
             if (error.number == runtime::kFileNotFound)
                 return false;
             if (error.number != runtime::kPathNotFound || again) {
-                tell(error.description);
+                report(error.description);
                 return false;
             }
             if (!MakeBackupFolder())
                 return false;
         } catch (const std::bad_alloc &) {
-            tell(runtime::DescribeError(runtime::kOutOfMemory));
+            report(runtime::DescribeError(runtime::kOutOfMemory));
             return false;
         }
     }
@@ -163,7 +157,7 @@ bool ReadAgain(Edit &edit)
 
 void ReportChanged(const Edit &edit)
 {
-    Tell("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kChanged));
+    ShowBox("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kChanged));
 }
 
 // Returns: whether the file is still the one of the raw tags. Otherwise a box has said so.
@@ -171,7 +165,7 @@ bool StillFits(const Edit &edit)
 {
     platform::FileIdentity now;
     if (const int reason = Files().Identify(edit.fileName, now); reason != 0)
-        Tell(runtime::FileError(reason, edit.fileName).description);
+        ShowBox(runtime::FileError(reason, edit.fileName).description);
     else if (now == edit.raw.file)
         return true;
     else
@@ -186,7 +180,7 @@ bool PrepareRawTags(Edit &edit)
                      edit.raw.bytes->readsUnicode == shell::TheGlobals().UnicodeTags;
     const bool asRead = own || ReadAgain(edit);
     if (edit.raw.failure != 0) {
-        Tell(runtime::FileError(edit.raw.failure, edit.fileName).description);
+        ShowBox(runtime::FileError(edit.raw.failure, edit.fileName).description);
         return false;
     }
     if (asRead)
@@ -202,17 +196,17 @@ bool PrepareRawTags(Edit &edit)
 std::optional<bool> BuildByFrames(Edit &edit)
 {
     if (edit.writeID3v1) {
-        ShowProgress(edit, "Creating the ID3v1 Tag");
+        shell::ShowProgress("Creating the ID3v1 Tag", edit.label);
         edit.image = PlanImage(edit.raw, edit.id3v1);
     }
-    ShowProgress(edit, "Creating the ID3v2 Tag");
+    shell::ShowProgress("Creating the ID3v2 Tag", edit.label);
     const auto plan = [&] { edit.plan = PlanFrames(edit.raw, edit.id3v2, edit.writeID3v2); };
     if (!Run(plan, edit.fileName))
         return std::nullopt;
     edit.fields = FieldsForRows(edit.writeID3v1 ? &edit.id3v1 : nullptr,
                                 edit.writeID3v2 ? &edit.id3v2 : nullptr, *edit.plan);
     if (edit.plan->isChanged && edit.plan->claimsTooMuch) {
-        Tell("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kClaimsTooMuch));
+        ShowBox("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kClaimsTooMuch));
         return std::nullopt;
     }
     return false;
@@ -224,13 +218,13 @@ std::optional<bool> BuildTags(Edit &edit)
     if (shell::TheGlobals().UnicodeTags)
         return BuildByFrames(edit);
     if (edit.writeID3v1) {
-        ShowProgress(edit, "Creating the ID3v1 Tag");
+        shell::ShowProgress("Creating the ID3v1 Tag", edit.label);
         edit.image = BuildID3v1Tag(edit.id3v1);
     }
     bool removed = false;
     if (!edit.writeID3v2)
         return removed;
-    ShowProgress(edit, "Creating the ID3v2 Tag");
+    shell::ShowProgress("Creating the ID3v2 Tag", edit.label);
     const bool built = Run(
         [&] {
             std::string body(edit.raw.body);
@@ -304,7 +298,7 @@ void WaitUntilReadable(const std::string &path)
 
 void BackUp(const Edit &edit)
 {
-    ShowProgress(edit, "Backing-Up the MP3");
+    shell::ShowProgress("Backing-Up the MP3", edit.label);
     const std::string backup =
         runtime::JoinPath(shell::AppFile(kBackupFolder), runtime::GetFileName(edit.fileName));
     if (Run([&] { CopySong(edit.realPath, backup); }, "Backup of " + edit.fileName))
@@ -329,19 +323,19 @@ void WaitForNextSecond()
 
 void ReportEditedTwice(const Edit &edit)
 {
-    Tell("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kEditedTwice));
+    ShowBox("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kEditedTwice));
 }
 
 // Writes the new version into the ".bck" file. Returns: whether it was written; nullopt when the
 // song has changed since it was read or another edit of it is running: a box has said so.
 std::optional<bool> WriteCopy(Edit &edit)
 {
-    ShowProgress(edit, "Processing the MP3");
+    shell::ShowProgress("Processing the MP3", edit.label);
     CloseAllFiles();
     const bool shortWay = IsID3v2Unchanged(edit) && (edit.plan || !edit.image.empty());
     if (!shortWay) {
-        ShowProgress(edit, "Reading the whole MP3 file");
-        ShowProgress(edit, "Writing the new MP3 file");
+        shell::ShowProgress("Reading the whole MP3 file", edit.label);
+        shell::ShowProgress("Writing the new MP3 file", edit.label);
     }
     if (!StillFits(edit))
         return std::nullopt;
@@ -363,7 +357,7 @@ const ID3v2Tag &FieldsOf(const Edit &edit)
 // Returns: false when that failed.
 bool UpdateCatalogue(const Edit &edit)
 {
-    ShowProgress(edit, "Updating the Database information");
+    shell::ShowProgress("Updating the Database information", edit.label);
     const auto &update = TheTagWriterHooks().updateCatalogue;
     return !update || Run([&] { update(FieldsOf(edit), edit.fileName); });
 }
@@ -375,8 +369,8 @@ void SettleCatalogue(const Edit &edit)
         Run([&] { settle(FieldsOf(edit), edit.fileName); });
 }
 
-// Whether the ".bck" file is the one of this edit. Another program that knows nothing of our lock
-// may have put its own there.
+// Whether the ".bck" file is the one of this edit. Another program that ignores our lock may have
+// put its own there.
 bool IsOwnCopy(const Edit &edit)
 {
     platform::FileIdentity now;
@@ -471,7 +465,7 @@ bool SaveTag(ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, const ID3v1Tag & /*not used*/,
              bool WriteID3v2, ui::Label *ProgressLabel)
 {
     // The setting may have been changed since the record was made.
-    ChangeKind(ID3v2, KindInForce());
+    ChangeKind(ID3v2, KindInUse());
     Edit edit{ID3v1,         ID3v2,         OldID3v2, FileName, WriteID3v1, WriteID3v2,
               ProgressLabel, CopyRawTags(), {},       {},       {},         {}};
     Desktop().SetPointer(platform::Pointer::Hourglass);

@@ -4,9 +4,8 @@
 #include "platform/posix/disk/systemfiles.h"
 #include "runtime/codepage.h"
 #include "runtime/text.h"
+#include "runtime/utf8.h"
 
-#include <algorithm>
-#include <chrono>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -58,15 +57,6 @@ std::string_view WithoutQuotes(std::string_view value)
     if (value.front() != '"' && value.front() != '\'')
         return value;
     return value.substr(1, value.size() - 2);
-}
-
-// The first `count` characters of UTF-8 `text`; continuation bytes are not counted.
-std::string_view FirstCharacters(std::string_view text, std::size_t count)
-{
-    for (std::size_t at = 0; at < text.size(); ++at)
-        if ((static_cast<unsigned char>(text[at]) & 0xC0) != 0x80 && count-- == 0)
-            return text.substr(0, at);
-    return text;
 }
 
 // The whole lines of a file's beginning, as UTF-8.
@@ -128,25 +118,14 @@ struct LastRead {
     Entries entries; // views into the text
 };
 
-// A file that changed this shortly ago may change again within one tick of its clock, whose grain
-// is at most two seconds (FAT).
-constexpr std::int64_t kSettlesNs = 3'000'000'000;
-
-bool IsSettled(const FileIdentity &identity)
-{
-    using namespace std::chrono;
-    const std::int64_t now =
-        duration_cast<nanoseconds>(system_clock::now().time_since_epoch()).count();
-    return now - std::max(identity.modifiedNs, identity.changedNs) > kSettlesNs;
-}
-
 // The entries of the file; null when it cannot be read.
 const Entries *EntriesOfFile(const std::string &path)
 {
     static LastRead last;
     FileIdentity identity;
-    if (posix::SystemFilesPort().Identify(path, identity) != 0 ||
-        identity.kind != FileKind::Regular)
+    posix::SystemFilesPort files;
+    const std::int64_t nowNs = files.StampClockNs();
+    if (files.Identify(path, identity) != 0 || identity.kind != FileKind::Regular)
         return nullptr;
     if (last.isSettled && last.identity == identity && last.codePage == runtime::CodePage())
         return &last.entries;
@@ -158,7 +137,7 @@ const Entries *EntriesOfFile(const std::string &path)
     last.entries = EntriesOf(last.text);
     last.identity = identity;
     last.codePage = runtime::CodePage();
-    last.isSettled = IsSettled(identity);
+    last.isSettled = WasSettled(identity, nowNs);
     return &last.entries;
 }
 
@@ -179,7 +158,7 @@ std::optional<std::string> ReadIniText(const std::string &path, std::string_view
     const auto value = entries == nullptr ? std::nullopt : Find(*entries, section, key);
     if (!value)
         return std::nullopt;
-    return std::string(FirstCharacters(*value, maxCharacters));
+    return std::string(runtime::LeftCharacters(*value, maxCharacters));
 }
 
 } // namespace platform

@@ -18,7 +18,7 @@ namespace playlists
 namespace
 {
 
-constexpr std::int64_t kPatienceMs = 1000;
+constexpr std::int64_t kAnswerLimitMs = 1000;
 constexpr auto kStep = std::chrono::milliseconds(20); // most lists are read in less: no event runs
 
 // What the helper thread and the caller share.
@@ -86,7 +86,7 @@ std::string ReadListFile(const std::string &path, const ListReader &read)
         std::unique_lock guard(question->lock);
         return question->changed.wait_for(guard, kStep, [&] { return question->isAnswered; });
     };
-    if (platform::WaitUntil(isAnswered, kPatienceMs) != platform::WaitEnd::Held)
+    if (platform::WaitUntil(isAnswered, kAnswerLimitMs) != platform::WaitEnd::Held)
         return {};
     const std::lock_guard guard(question->lock);
     return std::move(question->text);

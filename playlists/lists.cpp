@@ -52,7 +52,7 @@ platform::Desktop &TheDesktop()
     return *platform::TheMachine().desktop;
 }
 
-void Tell(std::string_view words)
+void ShowBox(std::string_view words)
 {
     TheDesktop().MessageBox(words);
 }
@@ -118,8 +118,8 @@ std::optional<std::string> AskName(const std::string &path)
         if (!IsTaken(name))
             return IsEnding() ? std::nullopt : std::optional(name);
         suggested = name;
-        Tell(shell::GetLanguageText("There is a playlist of this name already.",
-                                    "PlayListNameTaken", "Messages"));
+        ShowBox(shell::GetLanguageText("There is a playlist of this name already.",
+                                       "PlayListNameTaken", "Messages"));
     }
     return std::nullopt;
 }
@@ -133,7 +133,7 @@ bool Change(const std::string &statement, catalogue::StatementKind kind,
     if (DataAccess == nullptr)
         return false; // the program was ended while events ran during the statement
     if (!DataAccess->Succeeded)
-        Tell(DataAccess->ErrorMessage);
+        ShowBox(DataAccess->ErrorMessage);
     return DataAccess != nullptr && DataAccess->Succeeded;
 }
 
@@ -258,7 +258,8 @@ bool ListPlayList(MainForm &form, std::string_view name)
     if (!isLatest())
         return false;
     if (text.empty()) {
-        Tell(shell::GetLanguageText("The playlist is not ready", "PlayListNotReady", "Messages"));
+        ShowBox(
+            shell::GetLanguageText("The playlist is not ready", "PlayListNotReady", "Messages"));
         return isLatest();
     }
     ShowEntries(form, path, std::move(text));

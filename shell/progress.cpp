@@ -8,11 +8,17 @@
 namespace shell
 {
 
-void ShowProgress(std::string_view words)
+void ShowProgress(std::string_view words, ui::Label *line)
 {
-    TheGlobals().lblProgress.SetCaption(words);
+    if (line != nullptr)
+        line->SetCaption(words);
     if (auto *desktop = platform::TheMachine().desktop)
         desktop->DoEvents();
+}
+
+void ShowProgress(std::string_view words)
+{
+    ShowProgress(words, &TheGlobals().lblProgress);
 }
 
 void ShowProgressText(std::string_view defaultText, std::string_view key)

@@ -7,11 +7,11 @@
 //               or UTF-16, unsynchronisation is undone, and PIC becomes APIC
 //   names       of 2.2 become those of 2.3; TDRC becomes TYER, TDAT and TIME, TDOR becomes TORY;
 //               TIPL and TMCL become one IPLS. Where a date has a part that those cannot hold,
-//               the frame stays beside them; where the tag has one of those as well, both stay
-//   2.4 alone   the other frames of 2.4 keep their name: who knows them finds them
+//               the frame of 2.4 is kept as well; so it is where the tag has one of those already
+//   2.4 alone   the other frames of 2.4 keep their name, for readers that know them
 //   flags       become the same flags of 2.3; a compressed frame is unpacked where its text changes
-//   none        is for CRM, LNK and other frames of 2.2 that 2.3 has not, for ASPI, and for what is
-//               cut off within the bytes of its flags
+//   no form     exists for CRM, LNK and other frames of 2.2 that 2.3 does not have, for ASPI, and
+//               for a frame that ends within the bytes of its flags
 #pragma once
 
 #include "metadata/unicode/framelist.h"
@@ -26,9 +26,10 @@ namespace metadata::unicode
 
 // Frames for the new tag that come from one frame of the old one.
 struct FrameForm {
-    const Frame *source = nullptr;   // in the old list
-    bool isAsStored = false;         // it is the source's own bytes
-    std::vector<std::string> frames; // else: whole, headers included; none for what is in another's
+    const Frame *source = nullptr; // in the old list
+    bool isAsStored = false;       // it is the source's own bytes
+    std::vector<std::string>
+        frames; // else: whole, with headers; none if they are another FrameForm's
 
     // Calls `visit` with the bytes of each frame.
     template <class Visit>
@@ -48,14 +49,15 @@ struct FrameForm {
 };
 
 // The frames of `list` in its order. The names of those without a form go to `lost`: they cannot be
-// kept. A SEEK frame, which says where the next tag is, goes without a word.
+// kept. A SEEK frame, which has the place of the next tag, is left out and not reported.
 [[nodiscard]] std::vector<FrameForm> FormsOf(const FrameList &list, std::vector<std::string> &lost);
 
 // Whether a time begins with the four digits of a year.
 [[nodiscard]] bool BeginsWithYear(std::string_view time);
 
-// The frames of version 2.3 for a recording time that does (2.4, section 4.2.5): TYER, and TDAT and
-// TIME where it says as much; with TDRC itself where it says something that those cannot.
+// The frames of version 2.3 for a recording time that begins so (2.4, section 4.2.5): TYER; TDAT
+// and TIME where it has a day and a time of day; TDRC as well where it has a part that these cannot
+// hold.
 [[nodiscard]] std::vector<std::string> RecordingTime(std::string_view timestamp);
 
 } // namespace metadata::unicode

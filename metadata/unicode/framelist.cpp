@@ -126,7 +126,8 @@ void AppendResynchronised(std::string_view bytes, Bytes &out)
 
 // Unpacks into `out`, where that is given. The length that a frame claims for itself is not
 // trusted: the bound ends what grows too far.
-// Returns: the number of bytes; no value when `packed` is damaged. More than `most`: it goes on.
+// Returns: the number of bytes; no value when `packed` is damaged; more than `most` when the
+// content is longer than that.
 std::optional<std::size_t> Inflate(std::string_view packed, std::size_t most, std::string *out)
 {
     z_stream stream{};
@@ -151,7 +152,7 @@ std::optional<std::size_t> Inflate(std::string_view packed, std::size_t most, st
     return result == Z_STREAM_END || count > most ? std::optional(count) : std::nullopt;
 }
 
-// What a frame stores behind the bytes of its flags, synchronised; a view into the tag or into
+// What a frame stores after the bytes of its flags, synchronised; a view into the tag or into
 // `buffer`. No value: it is shorter than those.
 std::optional<std::string_view> StoredContent(const Frame &frame, const FrameExtras &extras,
                                               std::string &buffer)

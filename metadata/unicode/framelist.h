@@ -17,12 +17,12 @@ inline constexpr std::int64_t kTagHeaderBytes = 10;            // of a footer as
 inline constexpr std::int64_t kLargestBody = (1LL << 28U) - 1; // four times seven bits
 
 // A frame is unpacked only up to this size, and all frames of a tag together up to the other one.
-// The longest texts that people write are far shorter; what gives more is made to exhaust the
-// memory, or the time.
+// The longest texts that people write are far shorter; a longer one was made to exhaust the memory
+// or the time.
 inline constexpr std::size_t kMaxUnpackedBytes = 8U << 20U;
 inline constexpr std::size_t kMaxUnpackedInTag = 32U << 20U;
 
-// A tag's frames after these are not looked at.
+// The most frames of a tag that are read; later ones are ignored.
 inline constexpr std::size_t kMostFrames = 65536;
 
 // The header of a tag, or its footer (sections 3.1 and 3.4).
@@ -48,11 +48,11 @@ struct TagHeader {
 // One frame of a tag. The views are valid as long as its FrameList and the tag's bytes.
 struct Frame {
     std::string_view id;   // of version 2.3, where one of 2.2 has the same content there
-    std::string_view data; // behind the frame's header, as stored
+    std::string_view data; // after the frame's header, as stored
     int majorVersion = 0;
     unsigned statusFlags = 0;    // the first flag byte; 0 in version 2.2
     unsigned formatFlags = 0;    // the second flag byte; 0 in version 2.2
-    bool unsynchronised = false; // `data` has a NUL behind each byte 0xFF that would need one
+    bool unsynchronised = false; // `data` has a NUL after each byte 0xFF that would need one
     bool isBomb = false;         // it unpacks to more than the bounds allow
     std::string_view whole = {}; // header and data, as stored
 };
@@ -62,16 +62,16 @@ struct FrameList {
     std::vector<Frame> frames;
     bool isUpdate = false;            // its frames replace those of the tags before it (3.2)
     std::optional<std::int64_t> seek; // bytes from this tag's end to the next tag (SEEK frame)
-    std::string_view rest;            // behind the last frame: padding, or what is no frame
+    std::string_view rest;            // after the last frame: padding, or what is no frame
     std::size_t unpackedBytes = 0;    // of its compressed frames together
-    std::vector<char> resynchronised; // what `data` looks into, where it is not the tag itself
+    std::vector<char> resynchronised; // the bytes of `data`, where they are not the tag itself
 };
 
 // The frames of the tag whose header is `header` and whose bytes, header included, are `tag`; they
-// may end too early. The list looks into `tag`. The walk ends at padding, at a frame that runs past
-// the end, and at what is no identifier. In version 2.4 a size that leads to no frame is read as a
-// plain number where that leads to one: a well-known program wrote such sizes. An extended header
-// that is announced and not there is passed over. Compressed frames that together unpack to more
+// may end too early. The list has views into `tag`. The walk ends at padding, at a frame that runs
+// past the end, and at what is no identifier. In version 2.4 a size that leads to no frame is read
+// as a plain number where that leads to one: a well-known program wrote such sizes. An extended
+// header that is announced and missing is ignored. Compressed frames that together unpack to more
 // than `mayUnpack` bytes are marked.
 [[nodiscard]] FrameList ReadFrames(const TagHeader &header, std::string_view tag,
                                    std::size_t mayUnpack = kMaxUnpackedInTag);
@@ -94,7 +94,7 @@ struct FrameExtras {
 // `buffer`.
 [[nodiscard]] std::optional<std::string_view> ViewContent(const Frame &frame, std::string &buffer);
 
-// `bytes` with the unsynchronisation undone: a NUL behind a byte 0xFF goes (section 6.1).
+// `bytes` with the unsynchronisation undone: a NUL after a byte 0xFF is removed (section 6.1).
 [[nodiscard]] std::string Resynchronise(std::string_view bytes);
 
 } // namespace metadata::unicode

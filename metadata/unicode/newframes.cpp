@@ -51,8 +51,8 @@ std::string Render(std::unique_ptr<TagLib::ID3v2::Frame> frame)
 std::string NewTextFrame(std::string_view id, const std::vector<std::string> &values)
 {
     const std::vector<std::string_view> views(values.begin(), values.end());
-    // TagLib makes genres and dates of version 2.3 anew, and genres in Latin-1: so each text is
-    // made under a name of which it knows nothing of that kind.
+    // TagLib changes genres and dates of version 2.3, and writes genres in Latin-1: therefore each
+    // text is made under a name for which it has no such rule.
     constexpr std::string_view kAnyName = "TIT1";
     auto frame =
         std::make_unique<TagLib::ID3v2::TextIdentificationFrame>(BytesOf(kAnyName), TypeFor(views));

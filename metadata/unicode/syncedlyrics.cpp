@@ -15,7 +15,7 @@ namespace
 
 constexpr std::size_t kFixedBytes = 6; // encoding, language, format of the times, content type
 constexpr std::size_t kTimeBytes = 4;
-constexpr std::size_t kMostTexts = 65536; // those behind them are left out
+constexpr std::size_t kMostTexts = 65536; // later ones are left out
 constexpr char kTimesAreFrames = 1;
 constexpr char kTimesAreMs = 2;
 constexpr char kIsLyrics = 1;

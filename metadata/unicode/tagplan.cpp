@@ -32,7 +32,7 @@ struct OldTag {
     std::vector<FrameForm> forms = {};
 };
 
-using OldTags = std::vector<std::unique_ptr<OldTag>>; // the lists look into `bytes`
+using OldTags = std::vector<std::unique_ptr<OldTag>>; // the lists have views into `bytes`
 
 OldTags ReadOldTags(FileBytesPort &file)
 {

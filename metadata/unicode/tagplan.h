@@ -2,14 +2,14 @@
 // its beginning, in which the frames of the fields that changed are new and every other frame is as
 // it was. No state; nothing is written here.
 //
-// A changed field replaces the frames that feed it (metadata/unicode/tagtexts.h), in their place; a
-// new one comes last. An emptied one takes them out. Of several comments or lyrics the one that is
-// read is replaced, with its language and description, and the others stay: where it is emptied,
-// another one may be read afterwards. Of a track "3/12" the second number stays. Several values
-// stay several where the text has "; " between them. The other frames follow
-// metadata/unicode/form23.h; those of all tags of the file are brought together. A field that
-// nobody changed is read from the new tag as from the old ones: where that would not be so, its
-// frame is made new as well.
+// A changed field replaces the frames from which it is read (metadata/unicode/tagtexts.h), in their
+// place; a new one is added at the end. An emptied one removes them. Of several comments or lyrics
+// the one that is read is replaced, with its language and description, and the others stay: where
+// it is emptied, another one may be read afterwards. Of a track "3/12" the second number is kept.
+// Values that the text separates by "; " are written as several values. The other frames follow
+// metadata/unicode/form23.h; those of all tags of the file are put into the one tag. A field
+// that was not changed is read from the new tag as it was from the old ones: where it would be read
+// differently, its frame is replaced too.
 #pragma once
 
 #include "metadata/unicode/tagtexts.h"
@@ -30,12 +30,12 @@ struct TagPlan {
     std::int64_t audioOffset = 0; // what is kept of the file, but for the ID3v1 tag
     std::int64_t audioEnd = 0;
     std::vector<std::string> lost; // names of frames that cannot be kept
-    TagTexts texts;                // what a reading of the new tag gives
+    TagTexts texts;                // the fields as they are read from the new tag
 };
 
 struct TagEdit {
-    TagTexts before;       // what a reading of the file gives
-    TagTexts now;          // what it is to give; an empty text is the same as none
+    TagTexts before;       // the fields as they are read from the file
+    TagTexts now;          // the wanted fields; an empty text is the same as none
     bool isWanted = true;  // whether the file is to have a tag
     bool hasID3v1 = false; // the file ends with one
     ReadingWishes wishes = {};

@@ -135,7 +135,7 @@ std::string SyncedText(const Frame &frame, const ReadingWishes &wishes)
     return LinesOfSyncedLyrics(TextContent(frame, buffer), wishes.mpegFrameMs);
 }
 
-// One piece of a TCON text: what is in brackets, or what is behind them.
+// One piece of a TCON text: what is in brackets, or what is after them.
 std::string GenrePiece(std::string_view text)
 {
     if (text == "RX")
@@ -145,7 +145,8 @@ std::string GenrePiece(std::string_view text)
     return std::string(text);
 }
 
-// "(51)(39)Text" in its pieces; the text behind a number refines it, so the number before it goes.
+// "(51)(39)Text" in its pieces; the text after a number refines it, so the number before it is
+// dropped.
 void AddGenrePieces(std::string_view value, std::vector<std::string> &pieces)
 {
     while (value.starts_with('(') && !value.starts_with("((") && pieces.size() < kMostValues) {
@@ -348,7 +349,7 @@ private:
 
     const ReadingWishes &m_wishes;
     TagTexts m_texts;
-    Choice m_comment, m_lyrics; // their frames may be gone
+    Choice m_comment, m_lyrics; // their frames may not exist any more
     std::string m_synced;
 };
 

@@ -1,5 +1,5 @@
-// metadata/unicode/tagtexts.h - which frame of an ID3v2 tag feeds which field. All texts are UTF-8.
-// No state.
+// metadata/unicode/tagtexts.h - the frames of an ID3v2 tag from which each field is read. All texts
+// are UTF-8. No state.
 //
 //   field     frame
 //   title     TIT2
@@ -10,7 +10,7 @@
 //   genre     TCON in all its written forms, see GenreOf
 //   track     TRCK; the number in front of a "/"
 //   comment   COMM; one without a description before others, then by language
-//   lyrics    USLT, chosen in the same way; without one SYLT, as lines with time marks
+//   lyrics    USLT, chosen by the same rule; without one SYLT, as lines with time marks
 //
 // A text of several values has "; " between them. Where a tag holds a frame twice, the first one
 // that has a text counts; where a file has several tags, the first tag that has the field, but for
@@ -53,7 +53,7 @@ struct ReadingWishes {
 [[nodiscard]] bool NeedsFrames(const TagHeader &header, std::string_view tag);
 
 // The genre that the values of a TCON frame name (2.3, section 4.2.1; 2.4, section 4.2.3): a number
-// from 0 to 255 alone ("17", "(17)") as its digits; a number with a text behind it
+// from 0 to 255 alone ("17", "(17)") as its digits; a number with a text after it
 // ("(4)Eurodisco") gives the text; "(RX)" or "RX" is "Remix", "(CR)" or "CR" "Cover"; "((" at the
 // beginning of a text is "(". Several values are joined with "; ", numbers as their names where the
 // genre table has them. Empty for values without any.
@@ -73,9 +73,9 @@ struct ReadingWishes {
 // Several values as the one text that a field shows.
 [[nodiscard]] std::string Joined(const std::vector<std::string> &values);
 
-// The fields of all ID3v2 tags of a file, as WalkTags finds them. What an earlier tag gives counts,
-// unless a later one says that it is an update. A tag that claims more than the file holds is read
-// as far as it goes. No value: the file has no tag with a body.
+// The fields of all ID3v2 tags of a file, as WalkTags finds them. A field is taken from the first
+// tag that has it, unless a later tag is marked as an update. A tag that claims more than the file
+// holds is read to the end of the file. No value: the file has no tag with a body.
 [[nodiscard]] std::optional<TagTexts> ReadTagTexts(FileBytesPort &file,
                                                    const ReadingWishes &wishes);
 

@@ -23,7 +23,7 @@ public:
     void Run()
     {
         ReadTagsInFront();
-        // With an ID3v1 tag behind them, or without.
+        // With an ID3v1 tag after them, or without.
         for (const std::int64_t behind : {kId3v1Bytes, std::int64_t{0}})
             ReadTagsInFrontOf(m_file.Length() - behind);
     }
@@ -99,7 +99,7 @@ private:
         const FrameList list = ReadFrames(*header, bytes);
         seek = list.seek;
         m_read.push_back({at, at + there});
-        m_behind = at + header->WholeBytes(); // behind the file's end, where the tag is damaged
+        m_behind = at + header->WholeBytes(); // after the file's end, where the tag is damaged
         m_visit({*header, at, there, there < header->WholeBytes()}, bytes, list);
         return true;
     }

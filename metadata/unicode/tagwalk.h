@@ -39,7 +39,7 @@ struct TagPlace {
 [[nodiscard]] std::int64_t BytesThere(const TagHeader &header, std::int64_t rest);
 
 // Calls `visit` with each tag, and its bytes, in this order: those at the file's beginning, one
-// behind the other; those that their SEEK frames lead to; those with a footer at the end, in front
+// after the other; those that their SEEK frames lead to; those with a footer at the end, in front
 // of an ID3v1 tag where there is one, the last one first. At most 16 tags, and no byte in two.
 using VisitTag =
     std::function<void(const TagPlace &, std::string_view bytes, const FrameList &frames)>;

@@ -22,7 +22,7 @@ enum class Encoding {
 // The encoding of that byte. A number over 3 is read as Latin1.
 [[nodiscard]] Encoding EncodingOf(unsigned char byte);
 
-// `bytes` as UTF-8, terminators included. Latin-1 is read with the code page in force, which for
+// `bytes` as UTF-8, terminators included. Latin-1 is read with the code page in use, which for
 // western languages has more characters at the same places; where the bytes are valid UTF-8 with a
 // character of several bytes they are taken as UTF-8, which many programs write there. UTF-16
 // without its mark takes the byte order that gives more ASCII characters, low byte first where both
@@ -31,7 +31,7 @@ enum class Encoding {
 [[nodiscard]] std::string DecodeText(Encoding encoding, std::string_view bytes);
 
 // The text up to its terminator (one NUL byte, in UTF-16 two at an even offset), and the bytes
-// behind it. Without a terminator: all of `bytes`, and nothing behind.
+// after it. Without a terminator: all of `bytes`, and nothing after it.
 struct TerminatedText {
     std::string_view text;
     std::string_view rest;

@@ -16,13 +16,6 @@ std::string FromQt(const QString &text)
     return text.toStdString();
 }
 
-QString LinesToQt(std::string_view text)
-{
-    return ToQt(text)
-        .replace(QStringLiteral("\r\n"), QStringLiteral("\n"))
-        .replace(QLatin1Char('\r'), QLatin1Char('\n'));
-}
-
 std::string PathFromQt(const QString &shown)
 {
     namespace fs = std::filesystem;

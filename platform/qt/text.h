@@ -15,9 +15,6 @@ namespace platform::qt
 // The toolkit's text as UTF-8.
 [[nodiscard]] std::string FromQt(const QString &text);
 
-// A message as a box shows it: UTF-8, where a carriage return, a line feed or both break the line.
-[[nodiscard]] QString LinesToQt(std::string_view text);
-
 // The path for a name that the toolkit returned: its bytes when such a file exists; else the file
 // in the same folder whose name is not valid UTF-8 and is shown like this by the toolkit.
 [[nodiscard]] std::string PathFromQt(const QString &shown);

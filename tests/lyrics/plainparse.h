@@ -64,6 +64,12 @@ struct Parsed {
     bool operator==(const Parsed &) const = default;
 };
 
+// ParseMarks of a text of file bytes.
+inline void ParseMarks(std::string &text, lyrics::TimesByKey &times)
+{
+    lyrics::ParseMarks(metadata::TextKind::FileBytes, text, times);
+}
+
 template <class Procedure>
 Parsed ParsedBy(const Procedure &procedure, std::string text)
 {

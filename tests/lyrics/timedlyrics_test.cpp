@@ -52,8 +52,8 @@ void Check(const std::vector<Case> &cases)
 {
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(Words(ParsedBy(lyrics::ParseMarks, c.text)), Words(c.want));
-        for (const auto &[key, entry] : ParsedBy(lyrics::ParseMarks, c.text).times)
+        EXPECT_EQ(Words(ParsedBy(tests::ParseMarks, c.text)), Words(c.want));
+        for (const auto &[key, entry] : ParsedBy(tests::ParseMarks, c.text).times)
             EXPECT_EQ(key, lyrics::TimesKey(entry.Time));
         EXPECT_EQ(Words(ParsedBy(tests::PlainParse, c.text)), Words(c.want)) << "the rules";
     }
@@ -200,7 +200,7 @@ TEST(TimedLyrics, EntriesOfAnEarlierTextStay)
 {
     TimesByKey times = Entries({{1, 7, 7}});
     std::string text = "[0:02]One\r\n[0:01]Two\r\n";
-    EXPECT_THROW(lyrics::ParseMarks(text, times), runtime::RuntimeError);
+    EXPECT_THROW(tests::ParseMarks(text, times), runtime::RuntimeError);
     EXPECT_EQ(times, Entries({{1, 7, 7}, {2, 0, 3}}));
     EXPECT_EQ(text, "One\r\nTwo\r\n");
 }
@@ -218,7 +218,7 @@ TEST(TimedLyrics, AnyTextAsTheRulesHaveIt)
         std::string text;
         for (unsigned count = random() % 30; count > 0; --count)
             text += pieces[random() % std::size(pieces)];
-        const Parsed got = ParsedBy(lyrics::ParseMarks, text);
+        const Parsed got = ParsedBy(tests::ParseMarks, text);
         ASSERT_EQ(Words(got), Words(ParsedBy(tests::PlainParse, text))) << text;
         marks += static_cast<int>(got.times.size());
         failures += got.error != 0 ? 1 : 0;
@@ -245,7 +245,7 @@ double Milliseconds(const std::string &text)
     double best = 1e9;
     for (int i = 0; i < 3; ++i) {
         const auto start = std::chrono::steady_clock::now();
-        const Parsed parsed = ParsedBy(lyrics::ParseMarks, text);
+        const Parsed parsed = ParsedBy(tests::ParseMarks, text);
         const std::chrono::duration<double, std::milli> took =
             std::chrono::steady_clock::now() - start;
         EXPECT_FALSE(parsed.text.empty());
@@ -291,11 +291,11 @@ TEST(TimedLyrics, ManyMarks)
     std::string text;
     for (int i = 0; i < 10'000; ++i)
         text += "[" + std::to_string(i / 60) + ":" + std::to_string(i % 60) + "]";
-    EXPECT_EQ(ParsedBy(lyrics::ParseMarks, text + "x\r\n").times.size(), 10'000U);
+    EXPECT_EQ(ParsedBy(tests::ParseMarks, text + "x\r\n").times.size(), 10'000U);
     text.clear();
     for (int i = 0; i < 5'000; ++i)
         text += "[" + std::to_string(i / 60) + ":" + std::to_string(i % 60) + "]abc\r\n";
-    const Parsed parsed = ParsedBy(lyrics::ParseMarks, text);
+    const Parsed parsed = ParsedBy(tests::ParseMarks, text);
     EXPECT_EQ(parsed.error, 0);
     ASSERT_EQ(parsed.times.size(), 5'000U);
     EXPECT_EQ(parsed.times.at("4999l"), (LyricsData{4999, 24'995, 3}));
@@ -309,7 +309,7 @@ TEST(TimedLyrics, CharactersOfUtf8)
 {
     std::string text = "[00:10]\xE6\xA1\x9C\r\n{(\xD0\xB9[a:b]\r\n[00:20]\xF0\x9F\x98\x80 ab\r\n";
     lyrics::TimesByKey times;
-    lyrics::ParseMarksOf(metadata::TextKind::Utf8, text, times);
+    lyrics::ParseMarks(metadata::TextKind::Utf8, text, times);
     EXPECT_EQ(text, "\xE6\xA1\x9C\r\n[\xD0\xB9[a:b]\r\n\xF0\x9F\x98\x80 ab\r\n");
     ASSERT_EQ(times.size(), 2U);
     EXPECT_EQ(times.at("10l"), (lyrics::LyricsData{10, 0, 1}));
