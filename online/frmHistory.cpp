@@ -57,7 +57,7 @@ private:
 
     void Fill(const RichText &box)
     {
-        // The places where the look of the text changes, in ascending order.
+        // The places where the format of the text changes, in ascending order.
         std::vector<std::size_t> places{0, box.text.size()};
         for (const RichText::Bold &bold : box.bold)
             places.insert(places.end(), {bold.begin, bold.end});

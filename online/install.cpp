@@ -27,7 +27,7 @@ struct Area {
     ~Area()
     {
         ui::Close(*startTip);
-        ui::Retire(std::move(startTip)); // after its window, which goes a little later
+        ui::Retire(std::move(startTip)); // after its window, which is destroyed a little later
     }
     Area(const Area &) = delete;
     Area &operator=(const Area &) = delete;

@@ -1,4 +1,4 @@
-// platform/appid.h - the one name under which the desktop knows the program.
+// platform/appid.h - the one id of the program on the desktop.
 #pragma once
 
 namespace platform

@@ -29,7 +29,7 @@ struct Desktop {
     virtual ~Desktop() = default;
 
     // Shows a box and waits for its answer. An empty `title` means the application's title,
-    // "Quenlin". Closing the box, or no way to ask, counts as Ok, as No
+    // "Quenlin". Closing the box, or that nobody can be asked, counts as Ok, as No
     // for YesNo, as Cancel for SaveDiscardCancel.
     virtual Answer MessageBox(std::string_view text, Buttons buttons = Buttons::Ok,
                               std::string_view title = {}, BoxIcon icon = BoxIcon::None) = 0;
@@ -72,7 +72,7 @@ struct Desktop {
 
     // Has the desktop open a path or an address (http:, mailto:) as a double click would, with
     // `workingFolder` as the folder of the opened program where the platform has such a thing. A
-    // mailto: address goes to it byte for byte.
+    // mailto: address is passed on byte for byte.
     // Returns: false when nothing could be started and the user was not informed.
     virtual bool OpenAddress(const std::string &address, const std::string &workingFolder) = 0;
 

@@ -26,7 +26,7 @@ bool IsEndRequested();
 // on descriptors; -1 when it cannot be created. This module owns it and never closes it.
 int EndRequestDescriptor();
 
-// Does what the signal handler does. For tests; 0 cancels the request.
+// Does the same as the signal handler. For tests; 0 cancels the request.
 void RequestEnd(int signalNo);
 
 // While one exists, the end is deferred: for a job whose steps belong together, such as the rewrite

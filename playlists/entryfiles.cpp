@@ -99,7 +99,7 @@ const FileFinder::Names &FileFinder::NamesIn(const std::string &folder)
     return at->second;
 }
 
-// Goes through the parts of the path: each is taken as it is if that exists, else the first name
+// Resolves the parts of the path one by one: each as it is if that exists, else as the first name
 // that differs only in letter case.
 std::optional<std::string> FileFinder::FindFolded(const std::string &path)
 {

@@ -28,9 +28,9 @@ struct ListPlace {
 
 // The paths at which the file of an entry may be, in the order in which they are tried: EntryPath
 // with the bytes of the list; the same in UTF-8 when the list is in a code page; both without "%"
-// at their beginning, which a name with "%" at its end has left there; these with "/" for each
-// back-slash; and for a path with a drive letter, the same path on a mount point named after
-// that letter (/mnt/c) and on the drive of the list. Absolute paths only, each once.
+// at their beginning, which is there when the name before the path ends with "%"; these with "/"
+// for each back-slash; and for a path with a drive letter, the same path on a mount point named
+// after that letter (/mnt/c) and on the drive of the list. Absolute paths only, each once.
 std::vector<std::string> PlacesOfEntry(std::string_view path, const ListPlace &place);
 
 // Finds files by paths whose letter case may be wrong. Keeps the names of the folders that it has
@@ -56,7 +56,7 @@ struct FoundEntry {
     std::optional<std::string> path;
 };
 
-// Looks for the files of all entries on a helper thread, one after the other. The thread uses only
+// Searches the files of all entries on a helper thread, one after the other. The thread uses only
 // its own copy of the data. When this object is destroyed, the thread ends after the current file;
 // nothing waits for it.
 class EntrySearch
@@ -64,8 +64,8 @@ class EntrySearch
 public:
     static constexpr int kMostThreads = 64; // that wait for disks which do not answer
 
-    // `places`: those of entry 0, 1, ... When there are `mostThreads` already, or none is to be
-    // had, nothing is looked for: it is done at once, without results.
+    // `places`: those of entry 0, 1, ... When there are `mostThreads` already, or no thread
+    // can be started, nothing is searched: it is done at once, without results.
     explicit EntrySearch(std::vector<std::vector<std::string>> places,
                          int mostThreads = kMostThreads);
     ~EntrySearch();

@@ -1,5 +1,6 @@
 // runtime/codepage.h - the border between file bytes (one character per byte, as tags and lyrics
-// are in a file) and text (UTF-8). Every byte 0-255 survives the way to text and back.
+// are in a file) and text (UTF-8). Every byte 0-255 is the same after the conversion to text and
+// back.
 #pragma once
 
 #include <string>

@@ -93,7 +93,7 @@ std::size_t AsciiLength(std::string_view text)
     return at;
 }
 
-// Without a way out of the loop, so that the compiler looks at many bytes at once.
+// The loop has no exit, so that the compiler can test many bytes at once.
 bool IsAscii(std::string_view text)
 {
     unsigned char bits = 0;

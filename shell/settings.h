@@ -53,7 +53,7 @@ void SaveFlagPreference(std::string_view key, bool value);
 void SaveNumberPreference(std::string_view key, std::int32_t value);
 
 // Section "Extras", key "UnicodeTags": whether tags are read and written by their frames and
-// encodings. Not, as long as it was not chosen. Saving puts it in force at once.
+// encodings. Not, as long as it was not chosen. Saving it takes effect at once.
 bool IsUnicodeTagsOn();
 void SaveUnicodeTags(bool on);
 

@@ -1,5 +1,6 @@
-// tagedit/boxtext.h - what a box shows of a tag's field, and what becomes of the field's bytes when
-// the user changes that. Fields are of the kind of their record, boxes hold UTF-8. No state.
+// tagedit/boxtext.h - the text that a box shows for a tag's field, and how the bytes of the field
+// change when the user changes that. Fields are of the kind of their record, boxes hold UTF-8. No
+// state.
 #pragma once
 
 #include "metadata/records.h"

@@ -1,5 +1,5 @@
-// online/version/autocheck.h - the check for newer versions: on demand from the menu, and by itself
-// once a minute until it has a result. Keeps the checks that are under way.
+// online/version/autocheck.h - the check for newer versions: from the menu, and automatically once
+// a minute until there is a result. Owns the checks that are running.
 #pragma once
 
 #include "online/version/versioninfo.h"

@@ -15,7 +15,7 @@ namespace online
 class WebVrChk
 {
 public:
-    // What is compared with the file.
+    // The version that is compared with the file.
     enum class Subject {
         Program,  // by the version of the first tool
         Database, // by the version of the last database line
@@ -34,7 +34,7 @@ public:
     std::function<void()> noNewerVersion;
     std::function<void(std::int32_t code)> error;
 
-    // Starts the download and returns. A download that is still under way is cancelled. When there
+    // Starts the download and returns. A download that is still running is cancelled. When there
     // is no web port, the error event runs at once.
     void Start();
 

@@ -10,7 +10,7 @@
 namespace platform
 {
 
-// An allocator whose vector does not fill what it grows by.
+// An allocator whose vector does not initialise the elements that resize() adds.
 template <class T>
 struct UnfilledMemory : std::allocator<T> {
     template <class U>

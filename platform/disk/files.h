@@ -79,8 +79,8 @@ struct Files {
     }
 
     // Up to `count` bytes from `offset` on. If `mayWait` is false, only bytes that are in memory
-    // are read: -EAGAIN when the first one is not, -EOPNOTSUPP when the file system cannot tell.
-    // Returns: the count read, 0 at the end, or the negated errno.
+    // are read: -EAGAIN when the first one is not, -EOPNOTSUPP when the file system cannot say
+    // this. Returns: the count read, 0 at the end, or the negated errno.
     virtual std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                                 bool mayWait) = 0;
 

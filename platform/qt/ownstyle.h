@@ -1,4 +1,4 @@
-// platform/qt/ownstyle.h - the program's own look, used when the desktop has no style: Fusion, with
+// platform/qt/ownstyle.h - the program's own style, used when the desktop has none: Fusion, with
 // outlines, rules and borders that are visible on a dark background too, flat selections, and a
 // thin flat progress bar that keeps its colour in a window without the keyboard.
 #pragma once

@@ -158,7 +158,7 @@ void Theme::Apply(unsigned scheme)
     if (m_applied && dark == IsDark())
         return;
     // A style of the desktop has its own colours; it is replaced only when it is dark and
-    // light is wanted, or the other way round.
+    // light is wanted, or light and dark is wanted.
     if (m_ownStyle || dark != IsDark())
         ApplyPalette(dark);
     m_applied = true;

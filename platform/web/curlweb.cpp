@@ -189,7 +189,7 @@ private:
         TheCurl()->easyCleanup(std::exchange(m_handle, nullptr));
     }
 
-    // Returns the count taken; fewer than came ends the transfer as failed.
+    // Returns the number of bytes taken; when that is less than `count`, the transfer fails.
     static std::size_t TakeBytes(const char *bytes, std::size_t size, std::size_t count, void *self)
     {
         std::string &kept = static_cast<Transfer *>(self)->m_bytes;
@@ -207,9 +207,9 @@ private:
         return taken > kMaxHeaderBytes ? 0 : size * count;
     }
 
-    CurlWeb *m_web; // null when it is gone before the fetch
+    CurlWeb *m_web; // null when it was destroyed before the fetch ended
     Done m_done;
-    std::shared_ptr<bool> m_wanted = std::make_shared<bool>(true); // looked at by Poll alone
+    std::shared_ptr<bool> m_wanted = std::make_shared<bool>(true); // only read by Poll
     std::string m_address;
     std::chrono::steady_clock::time_point m_end;
     CURL *m_handle = nullptr;

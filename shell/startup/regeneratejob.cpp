@@ -93,7 +93,7 @@ private:
 
     void Print(const std::string &line)
     {
-        // Goes back to the start of the line and erases it.
+        // Returns to the start of the line and erases it.
         const char *const format = m_onTerminal ? "\r\033[K%s" : "%s\n";
         std::fprintf(stdout, format, platform::terminal::ForTerminal(line).c_str());
         m_shown = line;

@@ -59,7 +59,7 @@ std::string Read(const std::string &path)
     return std::move(*bytes);
 }
 
-// Fills an open file and brings it to the disk. Returns an errno.
+// Writes an open file and flushes it to the disk. Returns an errno.
 int WriteWhole(int handle, std::string_view bytes)
 {
     while (!bytes.empty()) {
@@ -73,7 +73,7 @@ int WriteWhole(int handle, std::string_view bytes)
 
 enum class Existing { Keep, Replace };
 
-// Brings `bytes` to the disk under a name of their own, then gives them the name `to`: whatever
+// Writes `bytes` to the disk under another name, then gives the file the name `to`: whatever
 // happens, the file with that name is complete.
 void WriteNew(const std::string &to, std::string_view bytes, Existing existing)
 {
@@ -129,14 +129,14 @@ bool IsTorn(const std::string &shipped, const std::string &users)
         return false;
     const auto size = fs::file_size(users, unknown);
     const auto wholeSize = fs::file_size(shipped, unknown);
-    if (unknown || size >= wholeSize) // most files are ruled out without a look at their bytes
+    if (unknown || size >= wholeSize) // most files are excluded without reading them
         return false;
     const auto bytes = platform::posix::ReadRegularFile(users, kMaxShippedBytes);
     return bytes && Read(shipped).starts_with(*bytes);
 }
 
-// A shipped file as the user got it. The state tells without a look at the bytes that the
-// installation still has the same file.
+// A shipped file as the user got it. If the state is the same, the installation still has the same
+// file, and its bytes need not be read.
 struct Given {
     std::string
         state; // size in bytes and time of change in ns, in decimal; any other text: unknown
@@ -203,7 +203,7 @@ void Renew(const std::string &bytes, const std::string &to, const Given *given)
         WriteNew(to, bytes, Existing::Replace);
 }
 
-// Brings all copies up to date. Returns what the user was given so far, for the next time.
+// Updates all copies. Returns what the user was given so far, for the next time.
 GivenFiles RenewAll(const std::string &shippedFolder, const std::string &home,
                     const GivenFiles &before)
 {

@@ -1,4 +1,4 @@
-// shell/startup/shippedfiles.h - the files that an installation brings along, and the user's copies
+// shell/startup/shippedfiles.h - the files that are part of an installation, and the user's copies
 // of them in the program's own folder. Paths are bytes, without a trailing separator.
 #pragma once
 

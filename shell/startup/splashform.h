@@ -23,8 +23,8 @@ struct SplashForm : ui::Form {
     explicit SplashForm(std::function<void()> showMainForm, std::function<void()> showHistory = {},
                         std::function<void()> showLicences = {});
 
-    // Sets the size and the look of the role: the about box when `about` is true, else the splash.
-    // Only CloseIt closes the splash, while Escape closes the about box.
+    // Sets the size and the appearance of the role: the about box when `about` is true, else the
+    // splash. Only CloseIt closes the splash, while Escape closes the about box.
     void SetRole(bool about);
 
     // Shows the window in its role without modality, in the middle of the screen; as the splash it

@@ -120,7 +120,7 @@ std::string LanguageFile(const std::string &name)
     return path;
 }
 
-// The steps up to the preferences, which every way of running needs. Returns: false when the
+// The steps up to the preferences, which every kind of run needs. Returns: false when the
 // catalogue is refused.
 bool Prepare(const StartUpWindows &windows)
 {

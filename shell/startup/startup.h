@@ -35,7 +35,7 @@ struct StartUpWindows {
 
 // The whole start-up. `elements`: the paths of the command line (shell/startup/batch.h); empty to
 // show the windows.
-// Returns: nothing when the program goes on in its windows; else the exit status: 0 after a batch
+// Returns: nothing when the program continues in its windows; else the exit status: 0 after a batch
 // whose summary was written, kRowsLost when the summary names lost rows, kRefused when the
 // catalogue was refused.
 // Errors: a RuntimeError of any step, uncaught. See ShowRuntimeError.

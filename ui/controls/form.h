@@ -77,8 +77,8 @@ struct Member {
     std::string name; // the object name: "txtTitle"; in an array "txtTitle(1)"
     AnyControl control;
     Frame *in = nullptr; // the frame that contains it; null: the window itself
-    // The label that names it: the label's access key leads here, and a screen reader speaks its
-    // caption. Null for none.
+    // The label that names it: the label's access key gives it the focus, and a screen reader
+    // speaks its caption. Null for none.
     Label *label = nullptr;
 };
 

@@ -1,5 +1,5 @@
 // contactsheet - draws every icon at 16, 24 and 48 pixels on a light and on a dark background, to
-// look at them.
+// inspect them.
 //   contactsheet ICONS-FOLDER OUT.png     ICONS-FOLDER contains light/ and dark/
 #include <QDir>
 #include <QGuiApplication>

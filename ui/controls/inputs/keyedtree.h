@@ -70,7 +70,7 @@ public:
 
     // What the user does, each with its events in order. The window calls only these. A key or a
     // double click that expands or collapses a node counts as a click on its expander: the Click
-    // event comes after Expand, so that the listener can forget there what it noted in Expand.
+    // event comes after Expand, so that its handler can reset there what it stored in Expand.
     void ClickText(NodeId node); // selects; NodeClick, Click
     void ClickExpander(
         NodeId node);         // Expand or Collapse, Click; does nothing for a node without children

@@ -35,7 +35,7 @@ qsizetype EndOfPiece(const QString &text, qsizetype start)
     return most;
 }
 
-// Lays out the lines of a piece from `top` on. If the paragraph goes on after the piece, the last
+// Lays out the lines of a piece from `top` on. If the paragraph continues after the piece, the last
 // line is left for the next piece, unless it is the only one.
 qsizetype LayLines(QTextLayout &layout, bool isParagraphsEnd, Qt::LayoutDirection direction,
                    int width, qreal &top)
