@@ -1,4 +1,5 @@
 #include "catalogue/engines.h"
+#include "catalogue/rowgroups.h"
 #include "catalogue/rows/rowtable.h"
 #include "shell/apppath.h"
 #include "tests/catalogue/support.h"
@@ -23,6 +24,7 @@ public:
         Providers().insert(Providers().begin(),
                            {"Microsoft.Jet.OLEDB.3.51", [this](const std::string &text) {
                                 opened = text;
+                                ++resolved;
                                 return [this] { return Open(); };
                             }});
     }
@@ -35,6 +37,7 @@ public:
 
     enum { Sound, Closed, GivesNone, CannotBegin } state = Sound;
     std::string opened; // the last connection string
+    int resolved = 0;   // how often one was resolved
     ADOclass access;
 
 private:
@@ -198,6 +201,24 @@ TEST(OpenConnection, EachStatementHasItsOwnButThoseOfATransaction)
     provider.access.BeginTrans();
     provider.access.RollBack();
     EXPECT_EQ(provider.Takes(), "open begin rollback close ");
+}
+
+TEST(OpenConnection, ItsTextIsResolvedOnceAndAgainWhenItChanges)
+{
+    NotingProvider provider;
+    provider.access.ExecuteSQL("SELECT 1", kSelect);
+    provider.access.ExecuteSQL("Q", kStoredUpdate, std::string("x"));
+    provider.access.BeginTrans();
+    provider.access.CommitTrans();
+    {
+        RowStep step(provider.access);
+        step.Access().ExecuteSQL("SELECT 2", kSelect);
+    }
+    EXPECT_EQ(provider.resolved, 1);
+    provider.access.DataBaseName = "M";
+    provider.access.ExecuteSQL("SELECT 3", kSelect);
+    provider.access.ExecuteSQL("SELECT 4", kSelect);
+    EXPECT_EQ(provider.resolved, 2);
 }
 
 TEST(OpenConnection, TransactionThatCannotBeginIsReported)
