@@ -35,8 +35,8 @@ private:
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
 {
     BytesPort file(data, size);
-    const metadata::unicode::ReadingWishes wishes{.language = "spa", .mpegFrameMs = 26.122};
-    const auto found = metadata::unicode::ReadTagTexts(file, wishes);
+    const metadata::unicode::ReadingOptions options{.language = "spa", .mpegFrameMs = 26.122};
+    const auto found = metadata::unicode::ReadTagTexts(file, options);
     const auto texts = found.value_or(metadata::unicode::TagTexts());
     for (const auto *text : {&texts.title, &texts.artist, &texts.album, &texts.year, &texts.comment,
                              &texts.lyrics, &texts.genre}) {
@@ -45,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     }
     if (texts.track && *texts.track < 1)
         std::abort();
-    if (metadata::unicode::ReadTagTexts(file, wishes) != found)
+    if (metadata::unicode::ReadTagTexts(file, options) != found)
         std::abort();
     return 0;
 }

@@ -221,8 +221,8 @@ double AudioFrameMs(const FileBytes &bytes)
 void ReadTexts(const OpenFile &file)
 {
     PassBytes port(file);
-    file.bytes.wishes.mpegFrameMs = AudioFrameMs(file.bytes);
-    file.bytes.texts = unicode::ReadTagTexts(port, file.bytes.wishes);
+    file.bytes.options.mpegFrameMs = AudioFrameMs(file.bytes);
+    file.bytes.texts = unicode::ReadTagTexts(port, file.bytes.options);
 }
 
 void ReadOpenFile(const OpenFile &file)

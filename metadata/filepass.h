@@ -42,7 +42,7 @@ struct FileBytes {
     // false then, and `bodyBytes` is at most the length of the file.
     bool readsUnicode = false;
     std::optional<unicode::TagTexts> texts; // then the fields of all its tags, if it has any
-    unicode::ReadingWishes wishes;          // used for reading them
+    unicode::ReadingOptions options;        // used for reading them
 
     // The part of the file's beginning that was read.
     [[nodiscard]] std::string_view Head() const { return {head.data(), headBytes}; }

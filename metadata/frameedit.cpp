@@ -120,7 +120,7 @@ unicode::TagPlan PlanFrames(const RawTags &raw, const ID3v2Tag &tag, bool isWant
     edit.now = WantedTexts(tag);
     edit.isWanted = isWanted;
     edit.hasID3v1 = raw.fileHasID3v1;
-    edit.wishes = raw.bytes->wishes;
+    edit.options = raw.bytes->options;
     return unicode::PlanTag(song, edit);
 }
 

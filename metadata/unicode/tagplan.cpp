@@ -226,7 +226,7 @@ private:
         AppendRests(tag);
         FinishTag(tag);
         TagBytes bytes(tag);
-        m_plan.texts = ReadTagTexts(bytes, m_edit.wishes).value_or(TagTexts());
+        m_plan.texts = ReadTagTexts(bytes, m_edit.options).value_or(TagTexts());
     }
 
     // At least that of the new tag, or nearly so.
@@ -428,7 +428,7 @@ private:
         std::vector<const FrameList *> lists;
         for (const OldTag *tag : m_order)
             lists.push_back(&tag->list);
-        const Frame *frame = ChosenFrame(lists, id, m_edit.wishes);
+        const Frame *frame = ChosenFrame(lists, id, m_edit.options);
         for (OldTag *tag : m_order)
             for (FrameForm &form : tag->forms)
                 if (form.source == frame)
@@ -441,7 +441,7 @@ private:
     {
         for (FrameForm *form : FormsNamed("SYLT")) {
             const auto content = FrameContent(*form->source);
-            if (content && !LinesOfSyncedLyrics(*content, m_edit.wishes.mpegFrameMs).empty())
+            if (content && !LinesOfSyncedLyrics(*content, m_edit.options.mpegFrameMs).empty())
                 return form;
         }
         return nullptr;

@@ -38,7 +38,7 @@ struct TagEdit {
     TagTexts now;          // the wanted fields; an empty text is the same as none
     bool isWanted = true;  // whether the file is to have a tag
     bool hasID3v1 = false; // the file ends with one
-    ReadingWishes wishes = {};
+    ReadingOptions options = {};
 };
 
 // Errors: kInvalidCall when the new tag is longer than a tag can be (256 MB); kOutOfMemory when the

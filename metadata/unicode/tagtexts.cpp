@@ -91,14 +91,14 @@ struct Choice {
     std::string text;
 };
 
-int RankOf(std::string_view language, bool isDescribed, const ReadingWishes &wishes)
+int RankOf(std::string_view language, bool isDescribed, const ReadingOptions &options)
 {
     std::string lower(language);
     for (char &c : lower)
         if (c >= 'A' && c <= 'Z')
             c += 'a' - 'A';
     const int rank = isDescribed ? 4 : 0;
-    if (lower == wishes.language)
+    if (lower == options.language)
         return rank;
     return rank + (lower == "eng" ? 1 : 2);
 }
@@ -110,7 +110,7 @@ bool IsForProgram(std::string_view description)
 }
 
 // Takes a COMM or USLT frame, if it is a better one with a text.
-void Offer(const Frame &frame, const ReadingWishes &wishes, Choice &best)
+void Offer(const Frame &frame, const ReadingOptions &options, Choice &best)
 {
     std::string buffer;
     const std::string_view content = TextContent(frame, buffer);
@@ -121,7 +121,7 @@ void Offer(const Frame &frame, const ReadingWishes &wishes, Choice &best)
     const std::string described = DecodeText(encoding, description);
     if (IsForProgram(described))
         return;
-    const int rank = RankOf(content.substr(1, kLanguageBytes), !described.empty(), wishes);
+    const int rank = RankOf(content.substr(1, kLanguageBytes), !described.empty(), options);
     if (rank >= best.rank)
         return;
     if (std::string text = DecodeJoined(encoding, rest, description); !text.empty())
@@ -129,10 +129,10 @@ void Offer(const Frame &frame, const ReadingWishes &wishes, Choice &best)
 }
 
 // The lyrics with times; empty where that is none.
-std::string SyncedText(const Frame &frame, const ReadingWishes &wishes)
+std::string SyncedText(const Frame &frame, const ReadingOptions &options)
 {
     std::string buffer;
-    return LinesOfSyncedLyrics(TextContent(frame, buffer), wishes.mpegFrameMs);
+    return LinesOfSyncedLyrics(TextContent(frame, buffer), options.mpegFrameMs);
 }
 
 // One piece of a TCON text: what is in brackets, or what is after them.
@@ -301,7 +301,7 @@ void FillMissing(TagTexts &texts, TagTexts more)
 class TagsReader
 {
 public:
-    explicit TagsReader(const ReadingWishes &wishes) : m_wishes(wishes) {}
+    explicit TagsReader(const ReadingOptions &options) : m_options(options) {}
 
     void Take(const FrameList &list)
     {
@@ -312,11 +312,11 @@ public:
         for (const Frame &frame : list.frames) {
             const std::uint32_t name = frame.id.size() == 4 ? Name(frame.id) : 0;
             if (name == Name("COMM"))
-                Offer(frame, m_wishes, comment);
+                Offer(frame, m_options, comment);
             else if (name == Name("USLT"))
-                Offer(frame, m_wishes, lyrics);
+                Offer(frame, m_options, lyrics);
             else if (name == Name("SYLT") && synced.empty())
-                synced = SyncedText(frame, m_wishes);
+                synced = SyncedText(frame, m_options);
             else
                 fields.Take(frame, name);
         }
@@ -347,7 +347,7 @@ private:
             best = std::move(found);
     }
 
-    const ReadingWishes &m_wishes;
+    const ReadingOptions &m_options;
     TagTexts m_texts;
     Choice m_comment, m_lyrics; // their frames may not exist any more
     std::string m_synced;
@@ -378,19 +378,19 @@ std::string GenreInWords(const std::string &genre)
 }
 
 const Frame *ChosenFrame(const std::vector<const FrameList *> &lists, std::string_view id,
-                         const ReadingWishes &wishes)
+                         const ReadingOptions &options)
 {
     Choice best;
     for (const FrameList *list : lists)
         for (const Frame &frame : list->frames)
             if (frame.id == id)
-                Offer(frame, wishes, best);
+                Offer(frame, options, best);
     return best.frame;
 }
 
-std::optional<TagTexts> ReadTagTexts(FileBytesPort &file, const ReadingWishes &wishes)
+std::optional<TagTexts> ReadTagTexts(FileBytesPort &file, const ReadingOptions &options)
 {
-    TagsReader reader(wishes);
+    TagsReader reader(options);
     bool hasTag = false;
     WalkTags(file, [&](const TagPlace &place, std::string_view, const FrameList &list) {
         if (place.header.bodyBytes == 0)

@@ -41,7 +41,7 @@ struct TagTexts {
 };
 
 // What a choice between frames depends on.
-struct ReadingWishes {
+struct ReadingOptions {
     std::string language = "eng"; // ISO 639-2, three letters in lower case: preferred over others
     double mpegFrameMs = 0; // the length of one audio frame, for times that count in frames; 0 =
                             // not known, such lyrics are read without time marks
@@ -65,7 +65,7 @@ struct ReadingWishes {
 // The COMM or USLT frame whose text is the comment or the lyrics, out of these lists in the order
 // in which they count; null without one.
 [[nodiscard]] const Frame *ChosenFrame(const std::vector<const FrameList *> &lists,
-                                       std::string_view id, const ReadingWishes &wishes);
+                                       std::string_view id, const ReadingOptions &options);
 
 // The texts of a text frame, in UTF-8; empty for one without any, and for one that cannot be read.
 [[nodiscard]] std::vector<std::string> ValuesOf(const Frame &frame);
@@ -77,6 +77,6 @@ struct ReadingWishes {
 // tag that has it, unless a later tag is marked as an update. A tag that claims more than the file
 // holds is read to the end of the file. No value: the file has no tag with a body.
 [[nodiscard]] std::optional<TagTexts> ReadTagTexts(FileBytesPort &file,
-                                                   const ReadingWishes &wishes);
+                                                   const ReadingOptions &options);
 
 } // namespace metadata::unicode

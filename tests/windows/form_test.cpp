@@ -28,9 +28,6 @@ TEST_F(FormScaled, TextBoxesFollowBothWays)
     EXPECT_EQ(line.selectedText(), QStringLiteral("\u00C1ngel"));
     TypeText("x");
     EXPECT_EQ(form.txtName.Text(), "x & Co!");
-    form.txtName.SetMaxLength(7);
-    TypeText("y");
-    EXPECT_EQ(form.txtName.Text(), "x & Co!");
     EXPECT_EQ(line.text(), QStringLiteral("x & Co!"));
     PressKey("Backspace");
     EXPECT_EQ(form.txtName.Text(), " & Co!");

@@ -11,7 +11,7 @@
 namespace ui
 {
 
-class Area
+class Area : public Observed
 {
 public:
     Area() = default;
@@ -51,18 +51,7 @@ public:
     // Gives the keyboard focus to the control, when a window shows it.
     void SetFocus() const { Notify(focusWanted); }
 
-    ChangeHook changed;     // for the widget; called only after a real change
     ChangeHook focusWanted; // for the widget
-
-protected:
-    template <class T>
-    void Assign(T &field, const T &value)
-    {
-        if (field == value)
-            return;
-        field = value;
-        Notify(changed);
-    }
 
 private:
     Rect m_place;

@@ -9,7 +9,7 @@
 namespace ui
 {
 
-class Command
+class Command : public Observed
 {
 public:
     explicit Command(std::string_view commandName, std::string_view caption = {})
@@ -33,18 +33,7 @@ public:
     bool Visible() const { return m_visible; }
     void SetVisible(bool visible) { Assign(m_visible, visible); }
 
-    ChangeHook changed;
-
 private:
-    template <class T>
-    void Assign(T &field, const T &value)
-    {
-        if (field == value)
-            return;
-        field = value;
-        Notify(changed);
-    }
-
     std::string m_caption;
     bool m_enabled = true;
     bool m_checked = false;

@@ -16,4 +16,21 @@ inline void Notify(const ChangeHook &hook)
         hook();
 }
 
+// What has fields that a widget shows.
+class Observed
+{
+public:
+    ChangeHook changed; // for the widget; called only after a real change
+
+protected:
+    template <class T>
+    void Assign(T &field, const T &value)
+    {
+        if (field == value)
+            return;
+        field = value;
+        Notify(changed);
+    }
+};
+
 } // namespace ui

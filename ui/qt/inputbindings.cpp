@@ -65,19 +65,11 @@ struct TextBoxBinding {
         return {from, to - from};
     }
 
-    // Takes the text that the user has typed, as far as it is allowed. Returns: false when it is
-    // refused.
-    bool Take(const QString &shown, int position)
+    // Takes the text that the user has typed.
+    void Take(const QString &shown, int position)
     {
         const std::string taken = EditedText(box.Text(), MultiLine(), shown, position);
-        if (box.MaxLength() > 0) {
-            ui::TextBox measured;
-            measured.SetText(taken);
-            if (measured.Length() > box.MaxLength() && measured.Length() > box.Length())
-                return false;
-        }
         box.Replace(taken, {TextPosition(taken, MultiLine(), position), 0});
-        return true;
     }
 };
 
@@ -110,8 +102,7 @@ QWidget *MakeLine(ui::TextBox &box, QWidget *parent, Binding binding)
     });
     QObject::connect(edit, &QLineEdit::textEdited, edit, [text, edit](const QString &typed) {
         const QScopedValueRollback following(text->following, true);
-        if (!text->Take(typed, edit->cursorPosition()))
-            ShowLine(*text, edit);
+        text->Take(typed, edit->cursorPosition());
     });
     const auto selected = [text, edit, &box] {
         if (text->following || edit->text() != ShownText(box.Text(), false))
@@ -175,8 +166,7 @@ QWidget *MakeLines(ui::TextBox &box, QWidget *parent, Binding binding)
             return;
         text->edited = false;
         const QScopedValueRollback following(text->following, true);
-        if (!text->Take(LinesOf(edit), edit->textCursor().position()))
-            ShowLines(*text, edit);
+        text->Take(LinesOf(edit), edit->textCursor().position());
     });
     const auto selected = [text, edit, &box] {
         if (text->following || text->edited)

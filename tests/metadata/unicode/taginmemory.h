@@ -38,10 +38,10 @@ private:
 };
 
 inline metadata::unicode::TagTexts TextsOf(const std::string &bytes,
-                                           const metadata::unicode::ReadingWishes &wishes = {})
+                                           const metadata::unicode::ReadingOptions &options = {})
 {
     BytesInMemory file(bytes);
-    return metadata::unicode::ReadTagTexts(file, wishes).value_or(metadata::unicode::TagTexts());
+    return metadata::unicode::ReadTagTexts(file, options).value_or(metadata::unicode::TagTexts());
 }
 
 // What an edit made of a song.

@@ -12,7 +12,7 @@ namespace ui
 void KeyedList::ClearColumns()
 {
     m_columns.clear();
-    Tell(ListChange::Columns);
+    NotifyOf(ListChange::Columns);
 }
 
 void KeyedList::AddColumn(std::string_view key, std::string_view caption, int widthTwips)
@@ -22,7 +22,7 @@ void KeyedList::AddColumn(std::string_view key, std::string_view caption, int wi
             throw runtime::RuntimeError(runtime::kDuplicateKey);
     m_columns.push_back({std::string(key), std::string(caption), widthTwips,
                          static_cast<int>(m_columns.size()) + 1});
-    Tell(ListChange::Columns);
+    NotifyOf(ListChange::Columns);
 }
 
 ListColumn &KeyedList::ColumnByKey(std::string_view key)
@@ -36,7 +36,7 @@ ListColumn &KeyedList::ColumnByKey(std::string_view key)
 void KeyedList::SetColumnWidth(std::string_view key, int widthTwips)
 {
     ColumnByKey(key).widthTwips = widthTwips;
-    Tell(ListChange::Columns);
+    NotifyOf(ListChange::Columns);
 }
 
 void KeyedList::SetColumnPosition(std::string_view key, int position)
@@ -51,7 +51,7 @@ void KeyedList::SetColumnPosition(std::string_view key, int position)
             ++column.position;
     }
     moved.position = to;
-    Tell(ListChange::Columns);
+    NotifyOf(ListChange::Columns);
 }
 
 void KeyedList::ClearRows()
@@ -170,7 +170,7 @@ void KeyedList::SetSubItem(RowId row, std::string_view key, std::string_view tex
         write();
     } else {
         write();
-        Tell(ListChange::Cells);
+        NotifyOf(ListChange::Cells);
     }
 }
 
@@ -179,7 +179,7 @@ void KeyedList::SetDimmed(RowId row, bool dimmed)
     if (IsDimmed(row) == dimmed)
         return;
     m_rows[static_cast<std::size_t>(row)].dimmed = dimmed;
-    Tell(ListChange::Cells);
+    NotifyOf(ListChange::Cells);
 }
 
 std::uint8_t KeyedList::ImageNumber(std::string_view key)
@@ -197,7 +197,7 @@ void KeyedList::SetSort(int sortKey, bool descending)
     if (Updating())
         return;
     Sort();
-    Tell(ListChange::Order);
+    NotifyOf(ListChange::Order);
 }
 
 // Each row's sort key is made once, not for each comparison.
@@ -239,7 +239,7 @@ void KeyedList::SetSelected(RowId row, bool selected)
     }
     if (selected)
         m_focus = row;
-    Tell(ListChange::Selection);
+    NotifyOf(ListChange::Selection);
 }
 
 void KeyedList::DeselectAll()
@@ -263,7 +263,7 @@ void KeyedList::SetSelection(std::span<const RowId> selected, RowId focus)
         m_rows[static_cast<std::size_t>(row)].selected = true;
     }
     m_focus = focus;
-    Tell(ListChange::Selection);
+    NotifyOf(ListChange::Selection);
 }
 
 void KeyedList::BeginUpdate()
@@ -282,7 +282,7 @@ void KeyedList::EndUpdate()
         rowsChanged();
 }
 
-void KeyedList::Tell(ListChange change)
+void KeyedList::NotifyOf(ListChange change)
 {
     if (listChanged && !Updating())
         listChanged(change);

@@ -148,7 +148,7 @@ private:
     ListColumn &ColumnByKey(std::string_view key);
     int SubItemNumber(std::string_view key) const;
     void Sort();
-    void Tell(ListChange change);
+    void NotifyOf(ListChange change);
 
     std::vector<ListColumn> m_columns;
     std::vector<std::string> m_subItemKeys;

@@ -63,10 +63,6 @@ public:
     bool Locked() const { return m_locked; }
     void SetLocked(bool locked) { Assign(m_locked, locked); }
 
-    // The most characters that the user can type; 0 for no limit.
-    int MaxLength() const { return m_maxLength; }
-    void SetMaxLength(int characters) { Assign(m_maxLength, characters); }
-
     std::function<void()> textChanged; // the Change event
     std::function<void()> lostFocus;   // the focus has moved to another control
     // The KeyPress event, for keys that type a character (also 8 backspace, 13 enter). Returns true
@@ -86,7 +82,6 @@ private:
     std::string m_text;
     TextRange m_selection;
     bool m_locked = false;
-    int m_maxLength = 0;
 };
 
 } // namespace ui
