@@ -32,7 +32,7 @@ std::string PlaceFile(const std::string &path, int place)
 {
     char name[40];
     std::snprintf(name, sizeof name, "/%016llx-%d.draft",
-                  static_cast<unsigned long long>(runtime::HashOf(path)), place);
+                  static_cast<unsigned long long>(runtime::StableHashOf(path)), place);
     return DraftFolder() + name;
 }
 

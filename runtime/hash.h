@@ -10,7 +10,7 @@ namespace runtime
 // The 64-bit FNV-1a hash of `bytes`: equal bytes give equal numbers, and a change that nobody made
 // on purpose gives another one. It does not protect against someone who looks for a collision.
 // Source: draft-eastlake-fnv, offset basis and prime for 64 bits.
-constexpr std::uint64_t HashOf(std::string_view bytes)
+constexpr std::uint64_t StableHashOf(std::string_view bytes)
 {
     std::uint64_t hash = 0xcbf29ce484222325U;
     for (const char c : bytes)

@@ -199,7 +199,7 @@ void Renew(const std::string &bytes, const std::string &to, const Given *given)
     if (kind != fs::file_type::regular || given == nullptr)
         return;
     const std::string users = Read(to);
-    if (users != bytes && runtime::HashOf(users) == given->hash)
+    if (users != bytes && runtime::StableHashOf(users) == given->hash)
         WriteNew(to, bytes, Existing::Replace);
 }
 
@@ -222,7 +222,7 @@ GivenFiles RenewAll(const std::string &shippedFolder, const std::string &home,
         try {
             const std::string bytes = Read(from);
             Renew(bytes, runtime::JoinPath(home, name), given);
-            now[name] = {state, runtime::HashOf(bytes)};
+            now[name] = {state, runtime::StableHashOf(bytes)};
         } catch (const runtime::RuntimeError &) {
             if (given != nullptr)
                 now[name] = *given; // the next start tries again

@@ -243,10 +243,10 @@ TEST_F(OtherScripts, ReadInTheUsualWayAgainTheRowsAreWhatTheyWere)
     const Texts usual = readAll(); // a second run knows the songs, as the ones below do
     ASSERT_EQ(usual.size(), 6U);
     shell::TheGlobals().UnicodeTags = true;
-    const Texts byFrames = readAll();
-    EXPECT_NE(byFrames, usual);
+    const Texts readByFrames = readAll();
+    EXPECT_NE(readByFrames, usual);
     shell::TheGlobals().UnicodeTags = false;
     EXPECT_EQ(readAll(), usual);
     shell::TheGlobals().UnicodeTags = true;
-    EXPECT_EQ(readAll(), byFrames);
+    EXPECT_EQ(readAll(), readByFrames);
 }
