@@ -1,5 +1,5 @@
 #include "lyrics/lyricsform.h"
-#include "lyrics/marks.h"
+
 #include "metadata/tagtext.h"
 #include "platform/machine.h"
 #include "platform/windows.h"
@@ -120,7 +120,7 @@ LyricsForm::LyricsForm() : Form("frmLyrics", kCaptions)
     onUnload = [this] { Form_Unload(*this); };
     onResize = [this] { Form_Resize(*this); };
     onKeyDown = [this](const ui::Key &key) { return Form_KeyDown(*this, key); };
-    mayClose = [this] { return MayClose(*this); };
+    mayClose = [this] { return !Loaded() || MayClose(*this); };
     Lyrics.textChanged = [this] { Lyrics_Change(*this); };
     showTimes.event = [this] { showTimes_Timer(*this); };
     tmrDraft.event = [this] { FlushDraft(*this); };

@@ -3,9 +3,8 @@
 // all other texts are UTF-8.
 #pragma once
 
-#include "lyrics/lyricsbox.h"
+#include "lyrics/marks.h"
 #include "lyrics/timedlyrics.h"
-#include "runtime/error.h"
 #include "ui/controls/form.h"
 
 #include <functional>
@@ -18,8 +17,6 @@ namespace lyrics
 
 inline constexpr int kMarkKey = 120; // F9; does what cmdSetIt does
 inline constexpr int kTickMs = 250;
-inline constexpr int kDraftMs =
-    1000; // from a change until its draft is written; the writing itself takes some more time
 
 // Captions of the buttons with symbols. The handlers read the state of the form from them.
 inline constexpr std::string_view kSaveSymbol = "\xC3\x8D"; // character 205
@@ -28,31 +25,19 @@ inline constexpr std::string_view kStopSymbol = "<";
 inline constexpr std::string_view kPauseSymbol = ";";
 inline constexpr std::string_view kContinueSymbol = "4";
 
-struct LyricsForm : ui::Form {
+struct LyricsForm : ui::Form, MarkedSong {
     LyricsForm();
     ~LyricsForm() override; // closes the window
     LyricsForm(const LyricsForm &) = delete;
     LyricsForm &operator=(const LyricsForm &) = delete;
 
-    LyricsBox Lyrics;
     ui::Timer showTimes{kTickMs};
     ui::Button cmdSetTimes, cmdSetIt, cmdSave, cmdTest, cmdPause;
 
-    bool SettingTimes = false;
-    std::string FileName;            // the song whose times are being set
     std::optional<TimesByKey> Times; // nothing when there is no text with times
-    std::string MarkedText;          // the text when the last test began
 
     // --- Not part of the window's first design.
-    ui::Timer tmrDraft{kDraftMs};     // from a change of the marked text until its draft is written
-    ui::Timer tmrReport{1};           // from a failure until the box that reports it
-    ui::Label lblKey;                 // says which key sets a mark
-    bool testing = false;             // a test has taken the marks out of the box's text
-    bool busy = false;                // a handler lets events run: the form must not be destroyed
-    bool draftFailed = false;         // the user has been shown that the draft cannot be written
-    std::string fileLyrics;           // the lyrics in the song's file when it was last read
-    std::optional<std::string> draft; // the draft of the song, if it has one
-    std::optional<runtime::RuntimeError> failure; // for tmrReport to report
+    ui::Label lblKey; // says which key sets a mark
 
     std::function<void(const std::string &file)> newSettingWindow; // for cmdSetTimes
 };
@@ -87,22 +72,5 @@ void cmdSave_Click(LyricsForm &form);
 // Errors: those of ParseMarks. The box then has the text as it is at the failing mark, and is
 // enabled again.
 void ParseTimes(LyricsForm &form);
-
-// The text with the user's marks: that of the box, or MarkedText while a test has taken the marks
-// out. Only for a form in which times are set.
-[[nodiscard]] const std::string &MarksMade(const LyricsForm &form);
-
-// Whether that text differs from the lyrics in the song's file.
-[[nodiscard]] bool HasUnsavedMarks(const LyricsForm &form);
-
-// Writes the draft now if a change has not been written yet. Errors: none. A failure is reported
-// once, a little later, and writing the draft is tried again each second.
-void FlushDraft(LyricsForm &form);
-
-// To be called before the window closes or the program ends: asks whether to save unsaved marks.
-// When a signal ends the program nothing is asked; the draft has them.
-// Returns: false when the user cancels, when saving fails, or while the handler of a button is
-// running.
-[[nodiscard]] bool MayClose(LyricsForm &form);
 
 } // namespace lyrics

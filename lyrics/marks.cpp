@@ -22,17 +22,17 @@ platform::Desktop &Desktop()
 }
 
 // Deletes the draft when the song's file has the same lyrics.
-void DeleteSavedDraft(LyricsForm &form)
+void DeleteSavedDraft(MarkedSong &song)
 {
-    FlushDraft(form);
-    if (!form.draft)
+    FlushDraft(song);
+    if (!song.draft)
         return;
-    form.fileLyrics = LyricsOfFile(form.FileName, form.Lyrics.kind);
-    if (form.fileLyrics != *form.draft)
+    song.fileLyrics = LyricsOfFile(song.FileName, song.Lyrics.kind);
+    if (song.fileLyrics != *song.draft)
         return;
     try {
-        RemoveDraft(form.FileName, form.Lyrics.kind);
-        form.draft.reset();
+        RemoveDraft(song.FileName, song.Lyrics.kind);
+        song.draft.reset();
     } catch (const runtime::RuntimeError &) {
         return; // the draft equals the file, so it does no harm; the next save tries again
     }
@@ -40,12 +40,12 @@ void DeleteSavedDraft(LyricsForm &form)
 
 } // namespace
 
-void ReportLater(LyricsForm &form, const runtime::RuntimeError &failure)
+void ReportLater(MarkedSong &song, const runtime::RuntimeError &failure)
 {
-    if (form.failure)
+    if (song.failure)
         return;
-    form.failure.emplace(failure);
-    form.tmrReport.SetEnabled(true);
+    song.failure.emplace(failure);
+    song.tmrReport.SetEnabled(true);
 }
 
 std::string LyricsOfFile(const std::string &file, metadata::TextKind kind)
@@ -54,84 +54,84 @@ std::string LyricsOfFile(const std::string &file, metadata::TextKind kind)
     return runtime::WithCrLf(metadata::FieldOf(kind, metadata::TextOf(tag.kind, tag.Lyrics)));
 }
 
-const std::string &MarksMade(const LyricsForm &form)
+const std::string &MarksMade(const MarkedSong &song)
 {
-    return form.testing ? form.MarkedText : form.Lyrics.Text();
+    return song.testing ? song.MarkedText : song.Lyrics.Text();
 }
 
-bool HasUnsavedMarks(const LyricsForm &form)
+bool HasUnsavedMarks(const MarkedSong &song)
 {
-    return form.SettingTimes && MarksMade(form) != form.fileLyrics;
+    return song.SettingTimes && MarksMade(song) != song.fileLyrics;
 }
 
-void OfferDraft(LyricsForm &form)
+void OfferDraft(MarkedSong &song)
 {
-    form.tmrDraft.SetEnabled(false); // it must not write what the box holds over the draft
-    form.draft = ReadDraft(form.FileName, form.Lyrics.kind);
-    if (form.draft == form.fileLyrics)
-        DeleteSavedDraft(form);
-    else if (form.draft &&
+    song.tmrDraft.SetEnabled(false); // it must not write what the box holds over the draft
+    song.draft = ReadDraft(song.FileName, song.Lyrics.kind);
+    if (song.draft == song.fileLyrics)
+        DeleteSavedDraft(song);
+    else if (song.draft &&
              Desktop().MessageBox(
                  shell::GetLanguageText("The lyrics of this song have changes that were not saved "
                                         "to its file. Do you want to go on with them?",
                                         "DraftOffer", "Times"),
                  platform::Buttons::YesNo) == platform::Answer::Yes)
-        form.Lyrics.SetText(*form.draft);
+        song.Lyrics.SetText(*song.draft);
 }
 
-void FlushDraft(LyricsForm &form)
+void FlushDraft(MarkedSong &song)
 {
-    if (!form.tmrDraft.Enabled() || !form.SettingTimes)
+    if (!song.tmrDraft.Enabled() || !song.SettingTimes)
         return;
-    const std::string text = MarksMade(form);
-    if (form.draft ? text == *form.draft : text == form.fileLyrics) {
-        form.tmrDraft.SetEnabled(false);
+    const std::string text = MarksMade(song);
+    if (song.draft ? text == *song.draft : text == song.fileLyrics) {
+        song.tmrDraft.SetEnabled(false);
         return;
     }
     try {
-        WriteDraft(form.FileName, text, form.Lyrics.kind);
-        form.draft = text;
-        form.draftFailed = false;
-        form.tmrDraft.SetEnabled(false);
+        WriteDraft(song.FileName, text, song.Lyrics.kind);
+        song.draft = text;
+        song.draftFailed = false;
+        song.tmrDraft.SetEnabled(false);
     } catch (const runtime::RuntimeError &failure) {
-        if (form.draftFailed)
+        if (song.draftFailed)
             return; // the timer tries again
-        form.draftFailed = true;
+        song.draftFailed = true;
         ReportLater(
-            form, {failure.number,
+            song, {failure.number,
                    shell::GetLanguageText("The changes to the lyrics could not be kept as a draft:",
                                           "DraftNotKept", "Times") +
                        " " + failure.description});
     }
 }
 
-void SaveMarks(LyricsForm &form, const std::string &text)
+void SaveMarks(MarkedSong &song, const std::string &text)
 {
-    metadata::SongInfo song = metadata::ReadSongInfo(form.FileName);
-    song.id3v2.Lyrics =
-        metadata::FieldOf(song.id3v2.kind, metadata::TextOf(form.Lyrics.kind, text));
+    metadata::SongInfo info = metadata::ReadSongInfo(song.FileName);
+    info.id3v2.Lyrics =
+        metadata::FieldOf(info.id3v2.kind, metadata::TextOf(song.Lyrics.kind, text));
     // By frames nothing but the lyrics is to change.
-    const bool writeID3v1 = song.hasID3v1 || song.id3v2.kind == metadata::TextKind::FileBytes;
-    const metadata::SongInfo old = song; // the lyrics as well: an empty text removes no frame
-    metadata::SaveTag(song.id3v1, song.id3v2, old.id3v1, old.id3v2, form.FileName, writeID3v1, true,
+    const bool writeID3v1 = info.hasID3v1 || info.id3v2.kind == metadata::TextKind::FileBytes;
+    const metadata::SongInfo old = info; // the lyrics as well: an empty text removes no frame
+    metadata::SaveTag(info.id3v1, info.id3v2, old.id3v1, old.id3v2, song.FileName, writeID3v1, true,
                       nullptr);
-    form.fileLyrics = LyricsOfFile(form.FileName, form.Lyrics.kind);
-    DeleteSavedDraft(form);
+    song.fileLyrics = LyricsOfFile(song.FileName, song.Lyrics.kind);
+    DeleteSavedDraft(song);
 }
 
-bool MayClose(LyricsForm &form)
+bool MayClose(MarkedSong &song)
 {
-    if (!form.Loaded() || !form.SettingTimes)
+    if (!song.SettingTimes)
         return true;
     if (platform::IsEndRequested()) {
-        FlushDraft(form);
+        FlushDraft(song);
         return true;
     }
-    if (form.busy)
+    if (song.busy)
         return false;
-    const BusyWhile busy(form);
-    if (!HasUnsavedMarks(form)) {
-        DeleteSavedDraft(form);
+    const BusyWhile busy(song);
+    if (!HasUnsavedMarks(song)) {
+        DeleteSavedDraft(song);
         return true;
     }
     const platform::Answer answer = Desktop().MessageBox(
@@ -139,9 +139,9 @@ bool MayClose(LyricsForm &form)
                                "Times"),
         platform::Buttons::SaveDiscardCancel);
     if (answer == platform::Answer::Save)
-        SaveMarks(form, std::string(MarksMade(form)));
+        SaveMarks(song, std::string(MarksMade(song)));
     return answer == platform::Answer::Discard ||
-           (answer == platform::Answer::Save && !HasUnsavedMarks(form));
+           (answer == platform::Answer::Save && !HasUnsavedMarks(song));
 }
 
 } // namespace lyrics
