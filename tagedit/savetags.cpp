@@ -1,4 +1,5 @@
-// The OK button of the tag editor: makes records of both columns and writes them into the song.
+#include "tagedit/savetags.h"
+
 #include "catalogue/edittags.h"
 #include "metadata/genres.h"
 #include "metadata/tagtext.h"
@@ -11,7 +12,6 @@
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "tagedit/boxtext.h"
-#include "tagedit/tageditor.h"
 
 #include <limits>
 
@@ -75,13 +75,6 @@ metadata::ID3v2Tag NewID3v2(Column &column)
     return tag;
 }
 
-platform::Answer Ask(std::string_view defaultText, std::string_view key)
-{
-    return platform::TheMachine().desktop->MessageBox(
-        shell::GetLanguageText(defaultText, key, "TagEditor"), platform::Buttons::YesNo, {},
-        platform::BoxIcon::Exclamation);
-}
-
 // Whether the tags of the file are those that the editor was opened with.
 bool AreTagsAsOpened(const metadata::RawTags &opened, const metadata::RawTags &now)
 {
@@ -94,104 +87,67 @@ bool AreTagsAsOpened(const metadata::RawTags &opened, const metadata::RawTags &n
 // Reads the file once more, right before it is written: its tags in the common form. The metadata
 // module then has the tags that are in the file now, not those from the time when the editor was
 // opened.
-metadata::ID3v2Tag ReadTagsAgain(const TagEditor &editor)
+metadata::ID3v2Tag ReadTagsAgain(const EditedSong &song)
 {
-    metadata::SongInfo song = metadata::ReadSongInfo(editor.File);
-    if (song.hasID3v1 && !song.hasID3v2)
-        catalogue::CopyTag(song.id3v1, song.id3v2);
-    else if (song.hasID3v1)
-        metadata::FillFromID3v1(song.id3v1, song.id3v2);
-    return song.id3v2;
+    metadata::SongInfo info = metadata::ReadSongInfo(song.File);
+    if (info.hasID3v1 && !info.hasID3v2)
+        catalogue::CopyTag(info.id3v1, info.id3v2);
+    else if (info.hasID3v1)
+        metadata::FillFromID3v1(info.id3v1, info.id3v2);
+    return info.id3v2;
 }
 
 // The song could not be written, but its rows have the new values already: writes those of the file
 // to them.
-void PutRowsBack(const TagEditor &editor, const metadata::ID3v2Tag &fileTag)
+void PutRowsBack(const EditedSong &song, const metadata::ID3v2Tag &fileTag)
 {
     const auto &update = metadata::TheTagWriterHooks().updateCatalogue;
     if (shell::TheGlobals().UpdateDBAfterEditing && update)
-        update(fileTag, editor.File);
+        update(fileTag, song.File);
 }
 
-void OfferToReadAgain(TagEditor &editor)
+SaveEnd OfferToReadAgain(std::string_view defaultText, std::string_view key)
 {
-    const platform::Answer answer =
-        Ask("Would you like to read the tags of this file again? What was typed here is lost then.",
-            "ReadAgain");
-    if (answer == platform::Answer::Yes)
-        LoadTags(editor);
+    const platform::Answer answer = platform::TheMachine().desktop->MessageBox(
+        shell::GetLanguageText(defaultText, key, "TagEditor"), platform::Buttons::YesNo, {},
+        platform::BoxIcon::Exclamation);
+    return answer == platform::Answer::Yes ? SaveEnd::ReadAgain : SaveEnd::Unsaved;
 }
 
-bool Save(TagEditor &editor)
+} // namespace
+
+SaveEnd SaveTags(EditedSong &song)
 {
-    const metadata::ID3v2Tag fileTag = ReadTagsAgain(editor);
+    const metadata::ID3v2Tag fileTag = ReadTagsAgain(song);
     const metadata::RawTags now = metadata::CopyRawTags();
-    if (now.failure == 0 && !AreTagsAsOpened(editor.opened, now)) {
-        const platform::Answer answer =
-            Ask("The tags of this file were changed by another program since they were read. "
-                "Nothing was written. Would you like to read them again? What was typed here is "
-                "lost then.",
-                "ChangedOutside");
-        if (answer == platform::Answer::Yes)
-            LoadTags(editor);
-        return false;
-    }
-    metadata::ID3v1Tag newID3v1 = NewID3v1(editor.At(kID3v1));
-    metadata::ID3v2Tag newID3v2 = NewID3v2(editor.At(kID3v2));
-    metadata::SaveTag(newID3v1, newID3v2, editor.oldID3v1, editor.oldID3v2, editor.File,
-                      editor.At(kID3v1).HasID3Tag.Checked(), editor.At(kID3v2).HasID3Tag.Checked(),
+    if (now.failure == 0 && !AreTagsAsOpened(song.opened, now))
+        return OfferToReadAgain(
+            "The tags of this file were changed by another program since they were read. Nothing "
+            "was written. Would you like to read them again? What was typed here is lost then.",
+            "ChangedOutside");
+    metadata::ID3v1Tag newID3v1 = NewID3v1(song.At(kID3v1));
+    metadata::ID3v2Tag newID3v2 = NewID3v2(song.At(kID3v2));
+    metadata::SaveTag(newID3v1, newID3v2, song.oldID3v1, song.oldID3v2, song.File,
+                      song.At(kID3v1).HasID3Tag.Checked(), song.At(kID3v2).HasID3Tag.Checked(),
                       nullptr);
     switch (metadata::LastSaveResult()) {
     case metadata::SaveResult::Refused:
-        if (now.failure == 0)
-            OfferToReadAgain(editor);
-        return false;
+        return now.failure != 0 ? SaveEnd::Unsaved
+                                : OfferToReadAgain("Would you like to read the tags of this file "
+                                                   "again? What was typed here is lost then.",
+                                                   "ReadAgain");
     case metadata::SaveResult::Declined:
-        return false;
+        return SaveEnd::Unsaved;
     case metadata::SaveResult::Failed:
-        PutRowsBack(editor, fileTag);
-        return false;
+        PutRowsBack(song, fileTag);
+        return SaveEnd::Unsaved;
     case metadata::SaveResult::Unchanged:
     case metadata::SaveResult::Written:
         break;
     }
-    if (editor.saved)
-        editor.saved(newID3v1, newID3v2);
-    return true;
-}
-
-// While one exists, the editor is saving: its buttons are disabled and the line that says so is
-// visible.
-class SavingMark
-{
-public:
-    explicit SavingMark(TagEditor &editor) : m_editor(editor) { Set(true); }
-    ~SavingMark() { Set(false); }
-    SavingMark(const SavingMark &) = delete;
-    SavingMark &operator=(const SavingMark &) = delete;
-
-private:
-    void Set(bool saving)
-    {
-        m_editor.saving = saving;
-        m_editor.cmdOk.SetEnabled(!saving);
-        m_editor.cmdCancel.SetEnabled(!saving);
-        m_editor.lblBusy.SetVisible(saving);
-        for (const int index : {kID3v1, kID3v2})
-            m_editor.At(index).ID3Info.SetEnabled(!saving);
-    }
-
-    TagEditor &m_editor;
-};
-
-} // namespace
-
-bool cmdOk_Click(TagEditor &editor)
-{
-    if (editor.saving)
-        return false;
-    const SavingMark mark(editor);
-    return Save(editor);
+    if (song.saved)
+        song.saved(newID3v1, newID3v2);
+    return SaveEnd::Saved;
 }
 
 } // namespace tagedit

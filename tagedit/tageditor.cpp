@@ -174,6 +174,30 @@ std::size_t LimitOf(TagEditor &editor, const ui::TextBox &box)
     return 0;
 }
 
+// While one exists, the editor is saving: its buttons are disabled and the line that says so is
+// visible.
+class SavingMark
+{
+public:
+    explicit SavingMark(TagEditor &editor) : m_editor(editor) { Set(true); }
+    ~SavingMark() { Set(false); }
+    SavingMark(const SavingMark &) = delete;
+    SavingMark &operator=(const SavingMark &) = delete;
+
+private:
+    void Set(bool saving)
+    {
+        m_editor.saving = saving;
+        m_editor.cmdOk.SetEnabled(!saving);
+        m_editor.cmdCancel.SetEnabled(!saving);
+        m_editor.lblBusy.SetVisible(saving);
+        for (const int index : {kID3v1, kID3v2})
+            m_editor.At(index).ID3Info.SetEnabled(!saving);
+    }
+
+    TagEditor &m_editor;
+};
+
 } // namespace
 
 TagEditor::TagEditor() : Form("frmEditTag", kCaptions)
@@ -370,6 +394,17 @@ void ShowNote(TagEditor &editor)
     editor.lblNote.SetVisible(!lacking.empty());
     if (!lacking.empty())
         editor.lblNote.SetCaption(ui::CaptionOf(NoteOn(lacking, onlyID3v1)));
+}
+
+bool cmdOk_Click(TagEditor &editor)
+{
+    if (editor.saving)
+        return false;
+    const SavingMark mark(editor);
+    const SaveEnd end = SaveTags(editor);
+    if (end == SaveEnd::ReadAgain)
+        LoadTags(editor);
+    return end == SaveEnd::Saved;
 }
 
 } // namespace tagedit
