@@ -261,14 +261,6 @@ def fields(*places):
     return read
 
 
-def preferences(wanted, source):
-    design = wanted.sources["shell/preferences/preferences.h"].text
-    for control, key in source.table("captions"):
-        name = control.rpartition(".")[2]
-        text = re.search(rf"\b{name}\{{({TEXT})", design)
-        wanted.add(source, "Preferences", unquote(key), unquote(text.group(1)))
-
-
 TREE = ("shell/globals.h", "FieldNames")
 ROWS = ("browser/itemlist.cpp", "kSubItems")
 
@@ -284,7 +276,6 @@ TABLES = {
     "shell/language.cpp": {"field": fields(TREE), "key": None},
     "shell/progress.cpp": {"key": None},  # see ShowProgressText
     "search/searchform.cpp": {"kFields[i]": fields(("search/criteria.h", "kFields"))},
-    "shell/preferences/preferences.cpp": {"caption.key": preferences, "option.Caption()": fields(TREE)},
     "ui/qt/form.cpp": {"row.key": None},  # the tables of captions
 }
 

@@ -1,4 +1,5 @@
-// New folder, the command of the directory tree's popup.
+#include "shell/preferences/newfolder.h"
+
 #include "platform/desktop.h"
 #include "platform/disk/files.h"
 #include "platform/disk/folders.h"
@@ -6,7 +7,6 @@
 #include "runtime/error.h"
 #include "runtime/paths.h"
 #include "shell/language.h"
-#include "shell/preferences/preferences.h"
 
 #include <cerrno>
 
@@ -35,12 +35,12 @@ bool IsTaken(const std::string &path)
 
 } // namespace
 
-void NewFolder(PreferencesForm &form)
+void NewFolder(ui::cDirTree &dirTree, ui::KeyedTree &shown)
 {
-    const ui::NodeId node = form.tvwDirTree.Selected();
-    if (node == ui::kNoNode || !form.dirTree->IsFolder(node))
+    const ui::NodeId node = shown.Selected();
+    if (node == ui::kNoNode || !dirTree.IsFolder(node))
         return;
-    const std::string folder = form.dirTree->PathOf(node);
+    const std::string folder = dirTree.PathOf(node);
     const std::optional<std::string> name = AskForName();
     if (!name || name->empty())
         return;
@@ -48,12 +48,12 @@ void NewFolder(PreferencesForm &form)
     const int reason = IsTaken(path) ? EEXIST : platform::TheMachine().folders->MakeFolder(path);
     if (reason != 0)
         throw runtime::FileError(reason, path);
-    form.dirTree->ListDirs(folder);
-    const ui::NodeId listed = form.dirTree->FindPath(folder);
+    dirTree.ListDirs(folder);
+    const ui::NodeId listed = dirTree.FindPath(folder);
     if (listed == ui::kNoNode)
         return;
-    form.tvwDirTree.SortChildren(listed);
-    form.tvwDirTree.SetExpanded(listed, true);
+    shown.SortChildren(listed);
+    shown.SetExpanded(listed, true);
 }
 
 } // namespace shell

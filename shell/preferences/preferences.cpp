@@ -1,5 +1,6 @@
 #include "shell/preferences/preferences.h"
 
+#include "browser/commands.h"
 #include "browser/fieldtree.h"
 #include "browser/mainform.h"
 #include "catalogue/adoclass.h"
@@ -14,6 +15,7 @@
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/preferences/folderlook.h"
+#include "shell/preferences/newfolder.h"
 #include "shell/settings.h"
 
 #include <utility>
@@ -158,36 +160,6 @@ void OpenTypedFolder(PreferencesForm &form)
     OpenTree(form);
 }
 
-void ApplyLanguage(PreferencesForm &form)
-{
-    struct Caption {
-        ui::Label *label;
-        std::string_view key;
-    };
-    const Caption captions[] = {
-        {&form.frmAutomatic, "Automatic"},
-        {&form.frmSeekBy, "Controls"},
-        {&form.frmEditingTags, "EditingTags"},
-        {&form.Reload, "GenerateDBAtStartup"},
-        {&form.chkAutoShow, "ShowLyricsWhenSongChanges"},
-        {&form.chkDoBackUp, "BackFilesbeforeEditing"},
-        {&form.chkUpdateDB, "UpdateDBAfterEditing"},
-        {&form.frmMP3, "MP3Directory"},
-        {&form.lblFolder, "Folder"},
-        {&form.lblFolders, "Folders"},
-        {&form.lblFiles, "FilesOfFolder"},
-        {&form.chkDeleteTable, "DeleteTableBeforeAppend"},
-        {&form.cmdOk, "OkButton"},
-        {&form.cmdCancel, "CancelButton"},
-        {&form.cmdApply, "ApplyButton"},
-        {&form.chkAutoCheck, "AutoCheckForNewerVersion"},
-    };
-    for (const Caption &caption : captions)
-        caption.label->SetCaption(TextOf(caption.label->Caption(), caption.key));
-    for (ui::CheckBox &option : form.LoadTreeOpt)
-        option.SetCaption(GetLanguageText(option.Caption(), option.Caption(), "ColumnHeaders"));
-}
-
 std::string LoadKey(std::size_t field)
 {
     return std::string("Load ").append(FieldNames[field]);
@@ -307,11 +279,25 @@ void ApplyFields(const PreferencesForm &form)
 
 } // namespace
 
+PreferencesForm::PreferencesForm()
+{
+    unload = [this] { ui::Close(*this); };
+    cmdOk.onClick = [this] { cmdOk_Click(*this); };
+    cmdCancel.onClick = [this] { cmdCancel_Click(*this); };
+    cmdApply.onClick = [this] { cmdApply_Click(*this); };
+    txtPath.keyPressed = [this](char32_t key) {
+        return txtPath_KeyPress(*this, static_cast<int>(key));
+    };
+    txtPath.lostFocus = [this] { txtPath_LostFocus(*this); };
+    onLoad = [this] { LoadPreferences(*this); };
+    mayClose = [this] { return MayUnloadPreferences(*this); };
+    onUnload = [this] { UnloadPreferences(*this); };
+}
+
 void LoadPreferences(PreferencesForm &form)
 {
     form.SetTitle(
         runtime::Replace(GetLanguageText("&Preferences", "Preferences", "OptionMenus"), "&", ""));
-    ApplyLanguage(form);
     form.abandoned = false;
     form.Reload.SetChecked(GetFlagPreference("RefreshAtStartUp"));
     const StartFolder start = FindStartFolder();
@@ -330,7 +316,7 @@ void LoadPreferences(PreferencesForm &form)
         std::vector<ui::KeyedTree::PopupEntry> entries;
         if (form.dirTree->IsFolder(node) && !form.dirTree->IsListing())
             entries.push_back({GetLanguageText("&New folder...", "NewFolder", "PopUpMenu"),
-                               [&form] { NewFolder(form); }});
+                               [&form] { NewFolder(*form.dirTree, form.tvwDirTree); }});
         return entries;
     };
     form.folderBefore = TheFolders().CurrentFolder();
@@ -446,6 +432,19 @@ void submnuPreferences_Click(const std::function<void()> &showModally)
     TheGlobals().MP3Directory = GetPreference("MP3 Directory");
     if (TheGlobals().MP3Directory != before)
         browser::RegenerateAndLoad(browser::frmMain(), false);
+}
+
+void InstallPreferences()
+{
+    browser::RegisterCommand(
+        "submnuPreferences",
+        [] {
+            submnuPreferences_Click([] {
+                PreferencesForm form;
+                ui::ShowModal(form);
+            });
+        },
+        [] { return !catalogue::IsRegenerating(); });
 }
 
 } // namespace shell

@@ -1,13 +1,11 @@
 // shell/preferences/preferences.h - frmPref: the folder to catalogue and the flags of the section
 // "Preferences": loading the window, and the events of the tree, of the path's text box and of the
-// buttons.
+// buttons; the menu's command.
 #pragma once
 
+#include "shell/preferences/preferencescontrols.h"
 #include "ui/cDirTree.h"
-#include "ui/controls/form.h"
-#include "ui/controls/progressbar.h"
 
-#include <array>
 #include <functional>
 #include <memory>
 #include <string>
@@ -16,36 +14,13 @@
 namespace shell
 {
 
-struct PreferencesForm : ui::Form {
+struct PreferencesForm : PreferencesControls {
     PreferencesForm();
-
-    // --- Controls.
-    ui::Frame frmMP3{"MP3 Directory"};
-    ui::Label lblFolder{"&Folder:"};
-    ui::TextBox txtPath;
-    ui::Label lblFolders{"Fol&ders:"};
-    ui::KeyedTree tvwDirTree;
-    ui::Label lblFiles{"&MP3 files:"};
-    ui::KeyedList LV; // the MP3 files of the folder that was opened in the tree
-    ui::CheckBox chkDeleteTable{"Delete table before append"};
-    ui::Frame frmEditingTags{"Editing Tags"};
-    ui::CheckBox chkDoBackUp{"Back Files before editing"};
-    ui::CheckBox chkUpdateDB{"Update DB after editing"};
-    ui::Frame frmSeekBy{"Seek By"};
-    std::array<ui::CheckBox, 7> LoadTreeOpt; // for the first seven FieldNames; "Path" has none
-    ui::Frame frmAutomatic{"Automatic"};
-    ui::CheckBox chkAutoCheck{"Check for newer version at startup"};
-    ui::CheckBox Reload{"Generate DB at startup"};
-    ui::CheckBox chkAutoShow{"Show Lyrics when song changes"};
-    ui::Button cmdOk{"&OK"}, cmdCancel{"&Cancel"}, cmdApply{"&Apply"};
-    ui::ProgressBar PBar;                 // for a regeneration that was started here
-    ui::Label lblProgress{"", {}, false}; // the file that the regeneration is reading
 
     // --- Hidden controls.
     std::string DirList;            // the chosen folder: a path, byte for byte
     std::vector<std::string> Files; // the names of its MP3 files
     std::unique_ptr<ui::cDirTree> dirTree;
-    ui::Timer tmrUnload{50}; // closes the window as soon as there is no wait for a disk
 
     // --- What the window does. An empty function does nothing.
     std::function<void()> unload;         // closes the window
@@ -88,11 +63,6 @@ void cmdApply_Click(PreferencesForm &form);
 
 void cmdOk_Click(PreferencesForm &form); // applies, then closes
 void cmdCancel_Click(PreferencesForm &form);
-
-// The command New folder of the tree's popup menu: asks for a name and makes a folder of that name
-// in the selected folder, which the tree then shows.
-// Errors: kFileExists when the name exists, else FileError, each with the path; nothing is made.
-void NewFolder(PreferencesForm &form);
 
 // Whether the window can close now. It cannot while a regeneration runs. While the window waits for
 // a disk, this ends the wait, and the window closes by itself a moment later.

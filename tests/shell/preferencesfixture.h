@@ -7,6 +7,7 @@
 #include "platform/disk/folders.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
+#include "shell/language.h"
 #include "shell/preferences/preferences.h"
 #include "shell/settings.h"
 #include "tests/browser/formfixture.h"
@@ -93,7 +94,9 @@ protected:
     shell::PreferencesForm &Open()
     {
         pref.unload = [this] { unloads++; };
-        shell::LoadPreferences(pref);
+        ui::LoadForm(pref, [](const ui::Caption &row) {
+            return shell::GetLanguageText(row.text, row.key, row.section);
+        });
         return pref;
     }
 

@@ -1,4 +1,5 @@
 #include "shell/preferences/folderlook.h"
+#include "shell/preferences/newfolder.h"
 #include "tests/shell/preferencesfixture.h"
 
 #include <gtest/gtest.h>
@@ -328,7 +329,7 @@ TEST_F(PreferencesTest, ANewFolderIsMadeInTheSelectedOne)
     EXPECT_EQ(pref.tvwDirTree.Parent(made), music);
     EXPECT_TRUE(pref.tvwDirTree.Expanded(music));
     desktop.input = "Middle"; // sorted among the others
-    shell::NewFolder(pref);
+    shell::NewFolder(*pref.dirTree, pref.tvwDirTree);
     Texts children;
     for (const ui::NodeId child : pref.tvwDirTree.Children(music))
         children.emplace_back(pref.tvwDirTree.Text(child));
@@ -342,7 +343,7 @@ TEST_F(PreferencesTest, ANewFolderThatCannotBeMade)
     Open();
     for (const auto &nothing : {std::optional<std::string>(), std::optional<std::string>("")}) {
         desktop.input = nothing;
-        shell::NewFolder(pref);
+        shell::NewFolder(*pref.dirTree, pref.tvwDirTree);
     }
     const struct {
         const char *name;
@@ -356,7 +357,7 @@ TEST_F(PreferencesTest, ANewFolderThatCannotBeMade)
         SCOPED_TRACE(c.name);
         desktop.input = c.name;
         try {
-            shell::NewFolder(pref);
+            shell::NewFolder(*pref.dirTree, pref.tvwDirTree);
             ADD_FAILURE() << "no error";
         } catch (const runtime::RuntimeError &error) {
             EXPECT_EQ(error.number, c.number);
@@ -365,7 +366,7 @@ TEST_F(PreferencesTest, ANewFolderThatCannotBeMade)
     }
     EXPECT_EQ(tests::ReadFile(folder / "music/one.mp3").empty(), false);
     pref.tvwDirTree.Select(pref.tvwDirTree.Find("root"));
-    shell::NewFolder(pref); // asks nothing
+    shell::NewFolder(*pref.dirTree, pref.tvwDirTree); // asks nothing
     EXPECT_EQ(desktop.inputs.size(), 5U);
 }
 

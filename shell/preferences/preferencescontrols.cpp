@@ -1,8 +1,7 @@
-// The controls of frmPref, and its command.
-#include "browser/commands.h"
-#include "catalogue/regeneration.h"
-#include "shell/globals.h"
-#include "shell/preferences/preferences.h"
+#include "shell/preferences/preferencescontrols.h"
+
+#include <cstddef>
+#include <string>
 
 namespace shell
 {
@@ -10,11 +9,39 @@ namespace shell
 namespace
 {
 
+// The title depends on the menu's language and is set by the load.
+constexpr ui::Caption kCaptions[] = {
+    {"frmMP3", "Preferences", "MP3Directory", "MP3 Directory"},
+    {"lblFolder", "Preferences", "Folder", "&Folder:"},
+    {"lblFolders", "Preferences", "Folders", "Fol&ders:"},
+    {"lblFiles", "Preferences", "FilesOfFolder", "&MP3 files:"},
+    {"chkDeleteTable", "Preferences", "DeleteTableBeforeAppend", "Delete table before append"},
+    {"frmEditingTags", "Preferences", "EditingTags", "Editing Tags"},
+    {"chkDoBackUp", "Preferences", "BackFilesbeforeEditing", "Back Files before editing"},
+    {"chkUpdateDB", "Preferences", "UpdateDBAfterEditing", "Update DB after editing"},
+    {"frmSeekBy", "Preferences", "Controls", "Seek By"},
+    {"frmAutomatic", "Preferences", "Automatic", "Automatic"},
+    {"chkAutoCheck", "Preferences", "AutoCheckForNewerVersion",
+     "Check for newer version at startup"},
+    {"Reload", "Preferences", "GenerateDBAtStartup", "Generate DB at startup"},
+    {"chkAutoShow", "Preferences", "ShowLyricsWhenSongChanges", "Show Lyrics when song changes"},
+    {"cmdOk", "Preferences", "OkButton", "&OK"},
+    {"cmdCancel", "Preferences", "CancelButton", "&Cancel"},
+    {"cmdApply", "Preferences", "ApplyButton", "&Apply"},
+    {"LoadTreeOpt(0)", "ColumnHeaders", "Title", "Title"},
+    {"LoadTreeOpt(1)", "ColumnHeaders", "Artist", "Artist"},
+    {"LoadTreeOpt(2)", "ColumnHeaders", "Album", "Album"},
+    {"LoadTreeOpt(3)", "ColumnHeaders", "Year", "Year"},
+    {"LoadTreeOpt(4)", "ColumnHeaders", "Comment", "Comment"},
+    {"LoadTreeOpt(5)", "ColumnHeaders", "Genre", "Genre"},
+    {"LoadTreeOpt(6)", "ColumnHeaders", "List", "List"},
+};
+
 // Inside the frame: room for the folders and the files side by side, still smaller than a small
 // screen.
 constexpr int kWidthTwips = 10800, kHeightTwips = 6600;
 
-void AddMembers(PreferencesForm &form)
+void AddMembers(PreferencesControls &form)
 {
     ui::Frame *const folder = &form.frmMP3;
     form.Add("frmMP3", form.frmMP3);
@@ -44,7 +71,7 @@ void AddMembers(PreferencesForm &form)
     form.Add("tmrUnload", form.tmrUnload);
 }
 
-ui::Layout LayoutOf(PreferencesForm &form)
+ui::Layout LayoutOf(PreferencesControls &form)
 {
     auto &field = form.LoadTreeOpt;
     const ui::Layout folder = ui::Inside(
@@ -68,10 +95,8 @@ ui::Layout LayoutOf(PreferencesForm &form)
 
 } // namespace
 
-PreferencesForm::PreferencesForm() : Form("frmPref", {})
+PreferencesControls::PreferencesControls() : Form("frmPref", kCaptions)
 {
-    for (std::size_t field = 0; field < LoadTreeOpt.size(); field++)
-        LoadTreeOpt[field].SetCaption(FieldNames[field]);
     AddMembers(*this);
     layout = LayoutOf(*this);
     size = {0, 0, kWidthTwips, kHeightTwips};
@@ -79,30 +104,6 @@ PreferencesForm::PreferencesForm() : Form("frmPref", {})
     lblProgress.elided = true;
     acceptButton = &cmdOk;
     cancelButton = &cmdCancel;
-    unload = [this] { ui::Close(*this); };
-    cmdOk.onClick = [this] { cmdOk_Click(*this); };
-    cmdCancel.onClick = [this] { cmdCancel_Click(*this); };
-    cmdApply.onClick = [this] { cmdApply_Click(*this); };
-    txtPath.keyPressed = [this](char32_t key) {
-        return txtPath_KeyPress(*this, static_cast<int>(key));
-    };
-    txtPath.lostFocus = [this] { txtPath_LostFocus(*this); };
-    onLoad = [this] { LoadPreferences(*this); };
-    mayClose = [this] { return MayUnloadPreferences(*this); };
-    onUnload = [this] { UnloadPreferences(*this); };
-}
-
-void InstallPreferences()
-{
-    browser::RegisterCommand(
-        "submnuPreferences",
-        [] {
-            submnuPreferences_Click([] {
-                PreferencesForm form;
-                ui::ShowModal(form);
-            });
-        },
-        [] { return !catalogue::IsRegenerating(); });
 }
 
 } // namespace shell
