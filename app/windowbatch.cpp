@@ -1,5 +1,6 @@
+#include "app/windowbatch.h"
+
 #include "app/programhome.h"
-#include "app/windowrun.h"
 #include "app/windowsession.h"
 #include "platform/endrequest.h"
 #include "platform/posix/disk/userfolders.h"

@@ -1,4 +1,5 @@
 // What the library of app/windowlibrary.h exports.
+#include "app/windowbatch.h"
 #include "app/windowlibrary.h"
 #include "app/windowrun.h"
 

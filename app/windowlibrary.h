@@ -8,7 +8,8 @@
 namespace app
 {
 
-// What the program calls in the library; app/windowrun.h says what each does.
+// What the program calls in the library; app/windowrun.h and
+// app/windowbatch.h say what each does.
 struct WindowCalls {
     bool (*CanOpenWindows)(int argc, char **argv);
     int (*RunInWindows)(int argc, char **argv);
