@@ -1,4 +1,4 @@
-#include "platform/windows.h"
+#include "platform/placement.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -2,7 +2,7 @@
 
 #include "browser/windows/frmItemView.h"
 #include "platform/machine.h"
-#include "platform/windows.h"
+#include "platform/placement.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/icons.h"
 #include "ui/qt/qttext.h"

@@ -1,5 +1,5 @@
 // Bringing a stored placement back into view.
-#include "platform/windows.h"
+#include "platform/placement.h"
 
 #include <gtest/gtest.h>
 

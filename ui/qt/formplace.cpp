@@ -1,6 +1,6 @@
 // The place of a form's window: storing it, and using the window beside a modal one.
 #include "platform/machine.h"
-#include "platform/windows.h"
+#include "platform/placement.h"
 #include "shell/settings.h"
 #include "ui/qt/formwindow.h"
 
