@@ -50,7 +50,4 @@ struct Marker {
 // The type of a value in a statement; the numbers are those of variants.
 enum class DatoType : int { Number = 5, Date = 7, Text = 8, Flag = 11 };
 
-// The type of the value itself; the empty one counts as text.
-DatoType TypeOf(const Value &value);
-
 } // namespace catalogue

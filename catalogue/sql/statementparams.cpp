@@ -57,6 +57,18 @@ std::string TextForm(const Value &value)
     return std::visit(Former{}, value);
 }
 
+// The type of the value itself; the empty one counts as text.
+DatoType TypeOf(const Value &value)
+{
+    if (std::holds_alternative<bool>(value))
+        return DatoType::Flag;
+    if (std::holds_alternative<Date>(value))
+        return DatoType::Date;
+    const bool isNumber =
+        std::holds_alternative<std::int64_t>(value) || std::holds_alternative<double>(value);
+    return isNumber ? DatoType::Number : DatoType::Text;
+}
+
 std::string Literal(const Value &value)
 {
     const auto type = TypeOf(value);
@@ -169,17 +181,6 @@ private:
 };
 
 } // namespace
-
-DatoType TypeOf(const Value &value)
-{
-    if (std::holds_alternative<bool>(value))
-        return DatoType::Flag;
-    if (std::holds_alternative<Date>(value))
-        return DatoType::Date;
-    const bool isNumber =
-        std::holds_alternative<std::int64_t>(value) || std::holds_alternative<double>(value);
-    return isNumber ? DatoType::Number : DatoType::Text;
-}
 
 std::string LiteralOf(const Value &value, DatoType type, int width)
 {
