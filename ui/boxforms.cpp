@@ -67,9 +67,10 @@ MessageBoxForm::MessageBoxForm(const Message &message) : Form("MessageBox", kMes
     cmdDetails.SetVisible(!message.details.empty());
     cmdDetails.onClick = [this] { lblDetails.SetVisible(!lblDetails.Visible()); };
 
-    layout = Column(
-        {Row({Column({picIcon, Room()}), warns ? Gap() : Layout(), lblText, Room()}), lblDetails,
-         Gap(), Row({Room(), cmdOk, cmdYes, cmdNo, cmdSave, cmdDiscard, cmdCancel, cmdDetails})});
+    layout =
+        Column({Row({Column({picIcon, Room()}), warns ? Gap() : Layout(), lblText, Room()}),
+                Gap(lblDetails), lblDetails, Gap(),
+                Row({Room(), cmdOk, cmdYes, cmdNo, cmdSave, cmdDiscard, cmdCancel, cmdDetails})});
     acceptButton = asks ? &cmdNo : saves ? &cmdSave : &cmdOk;
     firstFocus = acceptButton;
     isBox = true;

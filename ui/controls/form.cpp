@@ -95,6 +95,13 @@ Layout Gap()
     return Arrangement(Layout::Kind::Gap, {});
 }
 
+Layout Gap(Area &beside)
+{
+    Layout layout = Gap();
+    layout.control = &beside;
+    return layout;
+}
+
 Layout Filled(Layout layout)
 {
     layout.filled = true;

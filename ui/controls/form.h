@@ -53,7 +53,7 @@ struct Layout {
         : kind(Kind::Control), control(&shown) {} // NOLINT: a control is written as it is
 
     Kind kind = Kind::Empty;
-    Area *control = nullptr;
+    Area *control = nullptr;   // of a gap: the control beside it; null for none
     std::vector<Layout> parts; // for a frame: what is inside
     int columns = 1;           // for a grid
     bool filled = false;
@@ -65,6 +65,7 @@ struct Layout {
 [[nodiscard]] Layout Inside(Frame &frame, Layout inner);
 [[nodiscard]] Layout Room();                // moves its neighbours apart
 [[nodiscard]] Layout Gap();                 // some distance, between groups of controls
+[[nodiscard]] Layout Gap(Area &beside);     // the same, only while this control is visible
 [[nodiscard]] Layout Filled(Layout layout); // takes the remaining space
 [[nodiscard]] Layout Tight(Layout layout);  // its parts are close to each other and to the frame
 

@@ -20,6 +20,27 @@ constexpr QSize kSmallScreen(790, 560);
 constexpr int kGapPixels = 8; // besides the usual distance between controls
 constexpr QMargins kTightMargins(8, 2, 8, 4);
 
+// The gap beside a widget, which takes no room while the widget is hidden.
+class GapBeside : public QSpacerItem
+{
+public:
+    GapBeside(const QWidget &beside, bool inRow)
+        : QSpacerItem(inRow ? kGapPixels : 0, inRow ? 0 : kGapPixels,
+                      inRow ? QSizePolicy::Fixed : QSizePolicy::Minimum,
+                      inRow ? QSizePolicy::Minimum : QSizePolicy::Fixed),
+          m_beside(beside)
+    {
+    }
+    QSize sizeHint() const override
+    {
+        return m_beside.isHidden() ? QSize(0, 0) : QSpacerItem::sizeHint();
+    }
+    QSize minimumSize() const override { return sizeHint(); }
+
+private:
+    const QWidget &m_beside; // the window deletes its layout first
+};
+
 } // namespace
 
 void FormWindow::Arrange()
@@ -48,6 +69,9 @@ void FormWindow::AddTo(QBoxLayout *box, const ui::Layout &part, bool filled)
     const int stretch = filled ? 1 : 0;
     if (part.kind == ui::Layout::Kind::Room)
         box->addStretch(1);
+    else if (part.kind == ui::Layout::Kind::Gap && part.control != nullptr)
+        box->addItem(
+            new GapBeside(*WidgetOf(part.control), box->direction() == QBoxLayout::LeftToRight));
     else if (part.kind == ui::Layout::Kind::Gap)
         box->addSpacing(kGapPixels);
     else if (part.kind == ui::Layout::Kind::Control)
