@@ -53,6 +53,7 @@ TechSupportForm::TechSupportForm() : Form("frmTechSupport", kCaptions)
     acceptButton = cancelButton = &cmdOk;
     size = {0, 0, kWidth, kHeight};
     resizable = true;
+    lblByEmail.align = ui::Label::Align::Middle; // beside the link, which is higher
     lblEmail.isLink = lblVisitTutorials.isLink = lblVisitForums.isLink = true;
     lblEmail.SetCaption(shell::kSupportAddress);
     lblICQ.SetVisible(!shell::kContactNumber.empty()); // the line says nothing without a number
@@ -61,8 +62,8 @@ TechSupportForm::TechSupportForm() : Form("frmTechSupport", kCaptions)
                     ui::Inside(frmContactInfo,
                                ui::Column({lblContactAuthor,
                                            ui::Row({lblByEmail, lblEmail, ui::Room()}), lblICQ})),
-                    ui::Inside(frmTutorials, ui::Row({Picture1, ui::Filled(lblVisitTutorials)})),
-                    ui::Inside(frmForums, ui::Row({Picture2, ui::Filled(lblVisitForums)})),
+                    ui::Inside(frmTutorials, ui::Row({Picture1, lblVisitTutorials, ui::Room()})),
+                    ui::Inside(frmForums, ui::Row({Picture2, lblVisitForums, ui::Room()})),
                     ui::Row({ui::Room(), cmdOk})});
 
     lblVisitTutorials.onClick = [] { browser::RunHandler("submnuTutorials"); };
