@@ -16,12 +16,29 @@ namespace
 {
 
 constexpr std::string_view kSection = "VersionInfo";
-constexpr int kTranslated = 4; // the last two tools keep the names of the design
 constexpr int kStatusTop = 495;
 constexpr int kNothingButtonTop = 700;
 constexpr int kLargeFont = 16; // points
 constexpr std::string_view kYouUsing = "The version you're using is:";
 constexpr std::string_view kAvailable = "Last version available is:";
+
+// The labels of the last two tools keep the texts of the design.
+constexpr ui::Caption kCaptions[] = {
+    {"", kSection, "VersionInfoCaption", "Version information"},
+    {"frmWhatsNew", kSection, "SeeWhatsNew", "See what's new"},
+    {"lblNote", kSection, "CheckTheVersionsThereShouldBeAtLeastOneNewer",
+     "Check the versions, at least one app (or the database) should be upgraded."},
+    {"lblYouUsing(0)", kSection, "TheVersionYouAreUsingIs", kYouUsing},
+    {"lblAvailable(0)", kSection, "LastVersionAvailableIs", kAvailable},
+    {"lblYouUsing(1)", kSection, "TheVersionYouAreUsingIs", kYouUsing},
+    {"lblAvailable(1)", kSection, "LastVersionAvailableIs", kAvailable},
+    {"lblYouUsing(2)", kSection, "TheVersionYouAreUsingIs", kYouUsing},
+    {"lblAvailable(2)", kSection, "LastVersionAvailableIs", kAvailable},
+    {"lblYouUsing(3)", kSection, "TheVersionYouAreUsingIs", kYouUsing},
+    {"lblAvailable(3)", kSection, "LastVersionAvailableIs", kAvailable},
+    {"lblDB(0)", kSection, "TheDatabasesDateYouAreUsingIs", "The database's date you're using is:"},
+    {"lblDB(1)", kSection, "LastDatabaseAvailableIsFrom", "Last database available is from:"},
+};
 
 std::string NoNewerText()
 {
@@ -72,7 +89,7 @@ int ToolOfFrame(int frame)
 
 } // namespace
 
-VersionInfoForm::VersionInfoForm(const DriveTimer &drive) : Form("frmVersionInfo", {})
+VersionInfoForm::VersionInfoForm(const DriveTimer &drive) : Form("frmVersionInfo", kCaptions)
 {
     Add("Status", Status);
     for (int i = 0; i < kVersionFrames; ++i) {
@@ -152,7 +169,6 @@ void VersionInfoForm::SetHeight(int twips)
 
 void VersionInfoForm::CheckAppsVersions()
 {
-    LookUpCaptions();
     Mostrar_Ocultar(false);
     const auto row = catalogue::Records(
         catalogue::DataAccess->ExecuteSQL("SELECT * FROM Validations", catalogue::kSelect));
@@ -166,25 +182,6 @@ void VersionInfoForm::CheckAppsVersions()
     Delayer.SetEnabled(true);
     if (!ShowIt)
         ui::Hide(*this);
-}
-
-void VersionInfoForm::LookUpCaptions()
-{
-    SetTitle(shell::GetLanguageText("Version information", "VersionInfoCaption", kSection));
-    frmWhatsNew.SetCaption(shell::GetLanguageText("See what's new", "SeeWhatsNew", kSection));
-    lblNote.SetCaption(shell::GetLanguageText(
-        "Check the versions, at least one app (or the database) should be upgraded.",
-        "CheckTheVersionsThereShouldBeAtLeastOneNewer", kSection));
-    for (int i = 0; i < kTranslated; ++i) {
-        lblYouUsing[i].SetCaption(
-            shell::GetLanguageText(kYouUsing, "TheVersionYouAreUsingIs", kSection));
-        lblAvailable[i].SetCaption(
-            shell::GetLanguageText(kAvailable, "LastVersionAvailableIs", kSection));
-    }
-    lblDB[0].SetCaption(shell::GetLanguageText(
-        "The database's date you're using is:", "TheDatabasesDateYouAreUsingIs", kSection));
-    lblDB[1].SetCaption(shell::GetLanguageText(
-        "Last database available is from:", "LastDatabaseAvailableIsFrom", kSection));
 }
 
 void VersionInfoForm::CheckVersion()

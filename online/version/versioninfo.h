@@ -60,8 +60,8 @@ struct VersionInfoForm : ui::Form {
     std::function<void()> NoNewerVersion;
     std::function<void()> NewerVersion;
 
-    // Does the whole check: sets the captions, reads the row of `Validations`, then starts the
-    // download a moment later.
+    // Does the whole check: reads the row of `Validations`, then starts the download a moment
+    // later.
     void CheckAppsVersions();
 
     // Starts the download of the first stage.
@@ -71,7 +71,6 @@ struct VersionInfoForm : ui::Form {
     void Mostrar_Ocultar(bool show);
 
 private:
-    void LookUpCaptions();
     void WebVrChk1_NoNewer();
     void WebVrChk1_Newer(const std::string &base, const std::string &text);
     void TakeVersions(const std::string &text);

@@ -77,6 +77,22 @@ TEST_F(VersionInfo, WaitsWithItsWindowSmall)
     EXPECT_EQ(web.addresses, Log{kTools});
 }
 
+TEST_F(VersionInfo, OnlyTheLabelsOfTheFirstFourToolsAreTranslated)
+{
+    Check check;
+    ui::LoadForm(check, [](const ui::Caption &row) { return "<" + std::string(row.key) + ">"; });
+    EXPECT_EQ(check.Title(), "<VersionInfoCaption>");
+    EXPECT_EQ(check.frmWhatsNew.Caption(), "<SeeWhatsNew>");
+    EXPECT_EQ(check.lblDB[0].Caption(), "<TheDatabasesDateYouAreUsingIs>");
+    EXPECT_EQ(check.lblDB[1].Caption(), "<LastDatabaseAvailableIsFrom>");
+    for (std::size_t tool = 0; tool < check.lblYouUsing.size(); ++tool) {
+        EXPECT_EQ(check.lblYouUsing[tool].Caption(),
+                  tool < 4 ? "<TheVersionYouAreUsingIs>" : "The version you're using is:");
+        EXPECT_EQ(check.lblAvailable[tool].Caption(),
+                  tool < 4 ? "<LastVersionAvailableIs>" : "Last version available is:");
+    }
+}
+
 TEST_F(VersionInfo, NothingNewerLooksAtTheDatabaseNext)
 {
     for (const bool showIt : {false, true}) {

@@ -99,9 +99,6 @@ std::unique_ptr<ui::Form> MakeVersionInfo()
 {
     auto form = std::make_unique<online::VersionInfoForm>(online::DriveTimer());
     form->URL2Download.SetCaption("https://quenlin.example/whats_new.asp#169");
-    form->lblDB[0].SetCaption("The database's date you're using is:");
-    form->lblDB[1].SetCaption("Last database available is from:");
-    form->SetTitle("Version information");
     form->Status.SetFontSize(16);
     form->Status.SetCaption("Brandolet is up to date, but there's a newer database.");
     for (ui::Label &label : form->Using)
