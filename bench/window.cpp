@@ -4,6 +4,7 @@
 // or "". Only "models": the models compared with item objects. Only "empty": an empty window of the
 // toolkit until it is painted; the floor for the start.
 #include "browser/fieldtree.h"
+#include "browser/form/formload.h"
 #include "browser/itemlist.h"
 #include "browser/windows/frmMain.h"
 #include "catalogue/adoclass.h"

@@ -1,5 +1,8 @@
 #include "browser/exportfiles.h"
 
+#include "browser/form/commandstate.h"
+#include "browser/form/formclose.h"
+#include "browser/form/formlayout.h"
 #include "browser/itemlist.h"
 #include "metadata/songcopy.h"
 #include "platform/desktop.h"
@@ -192,11 +195,6 @@ void ExportFiles(MainForm &form, ui::KeyedList &list, const FolderQuestion &sele
         return;
     }
     Desktop().DoEvents();
-}
-
-void StopExport(MainForm &form)
-{
-    form.exportStopped = form.exporting;
 }
 
 } // namespace browser

@@ -23,7 +23,4 @@ ui::KeyedList &ExportList(MainForm &form);
 // Errors: the first file that cannot be copied, with its path; those before it are copied.
 void ExportFiles(MainForm &form, ui::KeyedList &list, const FolderQuestion &selectDir);
 
-// Stops a running export before the next file.
-void StopExport(MainForm &form);
-
 } // namespace browser

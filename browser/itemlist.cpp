@@ -1,5 +1,6 @@
 #include "browser/itemlist.h"
 
+#include "browser/form/commandstate.h"
 #include "browser/itemkinds.h"
 #include "browser/webpanel.h"
 #include "catalogue/adoclass.h"
@@ -428,15 +429,6 @@ void SortAtHeaderClicks(ui::KeyedList &list)
         const bool sorted = list.SortKey() == column - 1;
         list.SetSort(column - 1, sorted != list.Descending());
     };
-}
-
-void OpenPopup(MainForm &form, const ui::KeyedList &list)
-{
-    const ui::RowId selected = list.SelectedItem();
-    if (selected == ui::kNoRow || !list.Key(selected).starts_with(kFileMarker))
-        return;
-    form.PopupFromSearch = &list != &form.LV;
-    ShowPop(form);
 }
 
 std::string SelectedPath(const ui::KeyedList &list)

@@ -35,9 +35,6 @@ void BindListEvents(MainForm &form);
 // in the opposite order.
 void SortAtHeaderClicks(ui::KeyedList &list);
 
-// Opens the popup for the selected row of `list`, if it is a file's; its commands use this list.
-void OpenPopup(MainForm &form, const ui::KeyedList &list);
-
 // The path of a file's row; empty for any other row (a folder, the warning).
 std::string PathOfRow(const ui::KeyedList &list, ui::RowId row);
 

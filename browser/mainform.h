@@ -1,6 +1,6 @@
-// browser/mainform.h - frmMain without its widgets: its controls and fields, and what happens when
-// it loads, changes its size, gets a key, opens the popup and closes. The window connects its
-// widgets with the controls.
+// browser/mainform.h - frmMain without its widgets: its controls and fields. The window connects
+// its widgets with the controls. What happens when it loads: form/formload.h; changes its size:
+// formlayout.h; gets a key, opens the popup: formcommands.h; closes: formclose.h.
 #pragma once
 
 #include "browser/commands.h"
@@ -142,84 +142,15 @@ ui::KeyedList &PopupList(MainForm &form);
 MainForm &frmMain();
 void ResetMainForm();
 
-// Form_Load. Registers the form's own commands and reads the language file; the panel is empty and
-// the file commands are disabled. Errors: kObjectNotSet when one of the calls is missing.
-void LoadMainForm(MainForm &form);
-
-// ReDrawForm: sets the places of all children, yields once, and saves the settings when the layout
-// is complete.
-void ReDrawForm(MainForm &form);
-
-// Form_Resize: does the layout, then wraps the panel's text again.
-void ResizeMainForm(MainForm &form);
-
-// Dragging the splitter: press, move (the place of the mouse inside the splitter, in twips),
-// release.
-void Separator_MouseDown(MainForm &form);
-void Separator_MouseMove(MainForm &form, double mouseX);
-void Separator_MouseUp(MainForm &form);
-
-// A click on a menu entry or a toolbar button: runs the command of that name (browser/commands.h).
-// Does nothing when it is disabled.
-// Errors: kMemberNotFound for an unknown name; those of the handler.
-void RunCommand(MainForm &form, std::string_view name);
-
-// Form_KeyDown. Returns: true when the key was handled. For digits the key code is their ASCII
-// code.
-bool Form_KeyDown(MainForm &form, int keyCode, bool alt);
-
-// Updates the state of every entry and button. An entry is enabled when its command can run and,
-// for a file command, a file is selected; a sub-menu, when one of its entries is enabled.
-void UpdateCommands(MainForm &form);
-
-// Enables or disables the four file commands and their buttons; one without a handler stays
-// disabled.
-void SetFileCommandsEnabled(MainForm &form, bool enabled);
-
-// Sets the entries of the language menu: the names of the language files without their extension,
-// in the order of the folder. When there are none, the separator `hyLang` and the first entry are
-// hidden.
-void BuildLanguageMenu(MainForm &form, const std::vector<std::string> &captions);
-
-// The popup. LV_MouseDown: `button` 2 is the right one; `hit` is the row under the mouse or kNoRow.
-void LV_MouseDown(MainForm &form, int button, ui::RowId hit);
-void ShowPop(MainForm &form);
-// A click on the popup's entry with this key. Does nothing when its command cannot run.
-void ClickPopup(MainForm &form, std::string_view key);
-// Sets the size of the strip for entries of these heights (pixels) and paints it again.
-void LogoDraw(MainForm &form, const std::vector<int> &entryHeights);
-
 // Makes the messages 0x20A (wheel) and 0x115 (scroll) of the list put the panel in front.
 void HookList(MainForm &form);
 void UnhookList(MainForm &form);
 void ListMessage(MainForm &form, int message);
 
-// Puts the progress bar over the status bar's panel `panelKey`, `margin` twips inside it. Its place
-// is computed once in a run.
-void ShowProgressBar(MainForm &form, std::string_view panelKey = "PlayingStatus", int margin = 40);
+// Ends the running export before its next file; does nothing when there is none.
+void StopExport(MainForm &form);
 
-// Steps of the start for the window: sets WebStyle's check mark and empties the address; shows tree
-// and list and sets the size of the window.
-void ApplyPreferences(MainForm &form);
-void ShowTreeAndList(MainForm &form);
-
-// ListRefresh, then LoadTreeView(""). Does nothing during a regeneration. If the user has closed
-// the window meanwhile, that is done instead of loading the tree. Errors: those of ListRefresh.
-void RegenerateAndLoad(MainForm &form, bool showProgress);
-
-// Closes the window, if all other windows allow it (their mayClose). During a regeneration, that is
-// ended at its next file first. submnuExit and the window's close button do this.
-void CloseMainForm(MainForm &form);
-
-// After the splash: icon, folder name "Quenlin", the stored place (moved onto a screen), the
-// player's timer, the window, the tips, the layout.
-void ShowMainForm(MainForm &form);
-
-// Saves in the preferences: the window's place and size, whether it is maximised, and the tree's
-// width. For a maximised window, the place is the one that it has otherwise.
-void SavePlacement(const MainForm &form);
-
-// Form_Unload, step by step; ends the program through the calls.
-void UnloadMainForm(MainForm &form);
+// Takes the form's controls away from the regeneration and from the status line.
+void ReleaseRegeneration();
 
 } // namespace browser

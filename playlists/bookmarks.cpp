@@ -1,5 +1,6 @@
 #include "playlists/bookmarks.h"
 
+#include "browser/form/formlayout.h"
 #include "catalogue/adoclass.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"

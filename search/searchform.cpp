@@ -1,5 +1,6 @@
 #include "search/searchform.h"
 
+#include "browser/form/formpopup.h"
 #include "browser/itemlist.h"
 #include "browser/mainform.h"
 #include "browser/webpanel.h"

@@ -268,7 +268,7 @@ ROWS = ("browser/itemlist.cpp", "kSubItems")
 TABLES = {
     "browser/form/formload.cpp": {"name.substr(6)": None, "name.substr(3)": None,
                              "line.name.substr(isMenu ? 3 : 6)": None},  # see commands.cpp
-    "browser/form/formcommands.cpp": {"line.languageKey": None},              # see commands.cpp
+    "browser/form/formpopup.cpp": {"line.languageKey": None},              # see commands.cpp
     "browser/commands.cpp": {"kMenuLines": menus},
     "browser/itemkinds.cpp": {"std::string(kind->wordKey).append(end)": kinds},
     "browser/itemlist.cpp": {"kSubItems[i]": fields(ROWS), "field": fields(TREE)},

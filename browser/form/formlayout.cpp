@@ -1,6 +1,5 @@
-// Applies the main form's layout to its controls; the splitter; the progress bar over the status
-// bar.
-#include "browser/mainform.h"
+#include "browser/form/formlayout.h"
+
 #include "browser/webpanel.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"

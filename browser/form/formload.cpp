@@ -1,37 +1,28 @@
-#include "browser/exportfiles.h"
+#include "browser/form/formload.h"
+
 #include "browser/fieldtree.h"
-#include "browser/form/formhandlers.h"
+#include "browser/form/commandstate.h"
+#include "browser/form/formclose.h"
+#include "browser/form/formcommands.h"
+#include "browser/form/formlayout.h"
+#include "browser/form/formpopup.h"
 #include "browser/itemlist.h"
 #include "browser/liststate.h"
-#include "browser/mainform.h"
 #include "browser/webpanel.h"
-#include "catalogue/adoclass.h"
 #include "catalogue/regeneration.h"
-#include "platform/desktop.h"
-#include "platform/machine.h"
 #include "runtime/error.h"
-#include "runtime/paths.h"
 #include "runtime/text.h"
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/openaddress.h"
 #include "shell/preferences/unicodeoffer.h"
 #include "shell/settings.h"
-#include "ui/controls/form.h"
 
 namespace browser
 {
 
 namespace
 {
-
-constexpr std::string_view kMaximised = "Maximised"; // key in section "Windows Size"
-
-std::unique_ptr<MainForm> &TheForm()
-{
-    static std::unique_ptr<MainForm> form;
-    return form;
-}
 
 // The name without an index: "submnuLng" for "submnuLng(2)".
 std::string_view ControlName(std::string_view name)
@@ -132,68 +123,7 @@ void BindRegeneration(MainForm &form)
     };
 }
 
-void ReleaseRegeneration()
-{
-    catalogue::RegenerationControls &controls = catalogue::TheRegenerationControls();
-    controls = {nullptr, nullptr, {}, {}, {}, controls.EmailBugReport, {}, {}, {}};
-    shell::TheStatusLine() = nullptr;
-}
-
 } // namespace
-
-MainForm::MainForm()
-    : caption(shell::kApplicationTitle), SB({{"Playing", "", kPlayingPanelWidth},
-                                             {"PlayingStatus", "", kPlayingStatusPanelWidth},
-                                             {"Blank", "", 1000},
-                                             {"About", "Quenlin by Orvald Tamsin", 2000}})
-{
-    for (const MenuLine &line : MenuLines()) {
-        ui::Command &entry = menu.emplace_back(line.name, line.caption);
-        entry.SetEnabled(line.enabled);
-        entry.SetChecked(line.checked);
-    }
-    for (const ToolButton &button : ToolButtons())
-        if (!button.key.empty())
-            buttons.emplace_back(button.key, button.tooltip);
-    TV.pathSeparator = runtime::PathSeparator;
-    TV.SetPlace({0, kDesignAddressHeight - 60 + 540 + 100, kDefaultTVWidth, 4000});
-    LV.SetPlace({2735, -45, 6000, 4000});
-}
-
-ui::Command *MainForm::FindMenu(std::string_view name)
-{
-    for (ui::Command &entry : menu)
-        if (entry.name == name)
-            return &entry;
-    return nullptr;
-}
-
-ui::Command *MainForm::FindButton(std::string_view name)
-{
-    for (ui::Command &button : buttons)
-        if (button.name == name)
-            return &button;
-    return nullptr;
-}
-
-MainForm &frmMain()
-{
-    if (TheForm() == nullptr)
-        TheForm() = std::make_unique<MainForm>();
-    return *TheForm();
-}
-
-void ResetMainForm()
-{
-    ReleaseRegeneration();
-    TheForm().reset();
-    ForgetRegistrations();
-}
-
-ui::KeyedList &PopupList(MainForm &form)
-{
-    return form.PopupFromSearch && form.searchList != nullptr ? *form.searchList : form.LV;
-}
 
 void LoadMainForm(MainForm &form)
 {
@@ -254,63 +184,6 @@ void ShowMainForm(MainForm &form)
         RunHandler("submnuTips");
     ReDrawForm(form);
     form.starting = false;
-}
-
-void CloseMainForm(MainForm &form)
-{
-    if (!ui::AskToCloseAll())
-        return;
-    if (catalogue::IsRegenerating()) {
-        form.closePending = true;
-        catalogue::StopRegeneration();
-        return;
-    }
-    if (form.exporting) {
-        form.closePending = true;
-        StopExport(form);
-        return;
-    }
-    UnloadMainForm(form);
-}
-
-void SavePlacement(const MainForm &form)
-{
-    shell::SaveNumberPreference("Initial TV Width", shell::TheGlobals().InitialTVWidth);
-    const ui::Rect &place = form.maximised ? form.normal : form.window;
-    shell::SaveNumberPreference("Width", place.width);
-    shell::SaveNumberPreference("Height", place.height);
-    shell::SaveNumberPreference("Top", place.top);
-    shell::SaveNumberPreference("Left", place.left);
-    shell::SaveSetting(shell::kWindowsSize, kMaximised, form.maximised ? "1" : "0");
-}
-
-void UnloadMainForm(MainForm &form)
-{
-    UnhookList(form);
-    SavePlacement(form);
-    form.logo.reset();
-    form.cp.clear();
-    ReleaseRegeneration();
-    catalogue::DataAccess.reset();
-    form.calls.unloadForms();
-    form.calls.endProgram();
-}
-
-void HookList(MainForm &form)
-{
-    form.listHooked = true;
-}
-
-void UnhookList(MainForm &form)
-{
-    form.listHooked = false;
-}
-
-void ListMessage(MainForm &form, int message)
-{
-    constexpr int kMouseWheel = 0x20A, kVerticalScroll = 0x115;
-    if (form.listHooked && (message == kMouseWheel || message == kVerticalScroll))
-        form.calls.raisePanel();
 }
 
 } // namespace browser

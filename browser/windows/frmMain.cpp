@@ -1,5 +1,9 @@
 #include "browser/windows/frmMain.h"
 
+#include "browser/form/formclose.h"
+#include "browser/form/formcommands.h"
+#include "browser/form/formlayout.h"
+#include "browser/form/formpopup.h"
 #include "browser/windows/frmItemView.h"
 #include "platform/machine.h"
 #include "platform/placement.h"

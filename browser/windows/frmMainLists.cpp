@@ -1,4 +1,6 @@
 // The main window's tree, list and splitter.
+#include "browser/form/formlayout.h"
+#include "browser/form/formpopup.h"
 #include "browser/itemkinds.h"
 #include "browser/itemlist.h"
 #include "browser/windows/frmItemView.h"

@@ -1,4 +1,6 @@
 // The main window's menus, toolbar and popup, built from the tables of browser/commands.h.
+#include "browser/form/commandstate.h"
+#include "browser/form/formpopup.h"
 #include "browser/windows/frmMain.h"
 #include "shell/language.h"
 #include "ui/qt/bindings.h"

@@ -2,6 +2,7 @@
 
 #include "browser/commands.h"
 #include "browser/fieldtree.h"
+#include "browser/form/formcommands.h"
 #include "browser/mainform.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/regeneration.h"

@@ -1,5 +1,7 @@
 // The export of the selected files, step by step, with its failures.
 #include "browser/exportfiles.h"
+#include "browser/form/formclose.h"
+#include "browser/form/formcommands.h"
 #include "browser/itemlist.h"
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"

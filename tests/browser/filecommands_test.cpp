@@ -1,6 +1,7 @@
 // The commands on one file, step by step, with their boxes and failures.
 #include "browser/fieldtree.h"
 #include "browser/filecommands.h"
+#include "browser/form/formpopup.h"
 #include "browser/itemlist.h"
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"

@@ -1,5 +1,4 @@
 // The main form's commands: dispatch, states, captions, languages, pages.
-#include "browser/form/formhandlers.h"
 #include "catalogue/regeneration.h"
 #include "runtime/error.h"
 #include "shell/preferences/unicodeoffer.h"

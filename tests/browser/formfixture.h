@@ -3,6 +3,12 @@
 #pragma once
 
 #include "browser/fieldtree.h"
+#include "browser/form/commandstate.h"
+#include "browser/form/formclose.h"
+#include "browser/form/formcommands.h"
+#include "browser/form/formlayout.h"
+#include "browser/form/formload.h"
+#include "browser/form/formpopup.h"
 #include "browser/itemlist.h"
 #include "browser/mainform.h"
 #include "browser/webpanel.h"

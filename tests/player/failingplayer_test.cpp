@@ -1,6 +1,7 @@
 // A player that fails at the n-th call, for every n until the job needs no n-th call: nothing that
 // the program does to a player depends on an answer.
 #include "browser/commands.h"
+#include "browser/form/formpopup.h"
 #include "player/controlsform.h"
 #include "player/install.h"
 #include "player/nowplaying.h"

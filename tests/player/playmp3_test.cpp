@@ -1,4 +1,5 @@
 #include "browser/commands.h"
+#include "browser/form/formpopup.h"
 #include "player/install.h"
 #include "player/playmp3.h"
 #include "tests/browser/formfixture.h"

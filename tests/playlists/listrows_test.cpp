@@ -1,4 +1,5 @@
 // What the panel, the popup and the commands make of the rows of an open play list.
+#include "browser/form/formpopup.h"
 #include "browser/itemlist.h"
 #include "browser/webpanel.h"
 #include "playlists/install.h"

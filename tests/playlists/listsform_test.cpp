@@ -1,4 +1,5 @@
 #include "browser/commands.h"
+#include "browser/form/commandstate.h"
 #include "playlists/install.h"
 #include "playlists/listsform.h"
 #include "tests/browser/formfixture.h"

@@ -1,4 +1,5 @@
 // The commands that open the editor, and the row after an edit.
+#include "browser/form/formpopup.h"
 #include "browser/itemlist.h"
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"

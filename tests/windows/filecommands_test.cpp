@@ -1,5 +1,6 @@
 // The commands on files by mouse and keys: real boxes, real songs, the real catalogue.
 #include "browser/filecommands.h"
+#include "browser/form/commandstate.h"
 #include "browser/itemlist.h"
 #include "platform/qt/application.h"
 #include "platform/qt/qtdesktop.h"

@@ -1,5 +1,6 @@
 // The tag editor's window by mouse and keys, over the real main window and real songs.
 #include "browser/filecommands.h"
+#include "browser/form/commandstate.h"
 #include "catalogue/edittags.h"
 #include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"

@@ -1,6 +1,7 @@
 // The export by mouse and keys: the folder window, real files, Escape, failures.
 #include "browser/exportfolder.h"
 #include "browser/filecommands.h"
+#include "browser/form/commandstate.h"
 #include "platform/posix/disk/systemfolders.h"
 #include "platform/qt/application.h"
 #include "platform/qt/qtdesktop.h"

@@ -1,6 +1,7 @@
 // Play lists in the real windows: the window that removes them by keys, and an open one of which
 // some files are not there.
 #include "browser/commands.h"
+#include "browser/form/commandstate.h"
 #include "platform/qt/theme.h"
 #include "playlists/install.h"
 #include "playlists/lists.h"

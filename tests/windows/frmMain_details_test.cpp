@@ -1,5 +1,6 @@
 // Details of the main window that users notice: what can be copied, what is cut, where the window
 // opens.
+#include "browser/form/commandstate.h"
 #include "browser/itemlist.h"
 #include "tests/support/mp3bytes.h"
 #include "tests/windows/mainwindowfixture.h"

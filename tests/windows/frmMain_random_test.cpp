@@ -1,5 +1,6 @@
 // Any keys and clicks, also while the list is being filled and yields: the window shows what the
 // controls contain.
+#include "browser/form/commandstate.h"
 #include "tests/windows/mainwindowfixture.h"
 
 #include <gtest/gtest.h>

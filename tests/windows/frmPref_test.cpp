@@ -1,6 +1,7 @@
 // The preferences window with mouse and keys, and all steps of a new user from the first start to
 // the first list.
 #include "browser/commands.h"
+#include "browser/form/commandstate.h"
 #include "catalogue/regeneration.h"
 #include "platform/posix/disk/systemfolders.h"
 #include "platform/posix/systemclock.h"

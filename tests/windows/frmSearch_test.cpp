@@ -1,5 +1,6 @@
 // The search window as a user works with it: by keys and by mouse, beside the main window.
 #include "browser/commands.h"
+#include "browser/form/commandstate.h"
 #include "browser/itemlist.h"
 #include "catalogue/rowgroups.h"
 #include "search/frmSearch.h"

@@ -3,6 +3,12 @@
 #pragma once
 
 #include "browser/fieldtree.h"
+#include "browser/form/commandstate.h"
+#include "browser/form/formclose.h"
+#include "browser/form/formcommands.h"
+#include "browser/form/formlayout.h"
+#include "browser/form/formload.h"
+#include "browser/form/formpopup.h"
 #include "browser/windows/frmMain.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/regeneration.h"

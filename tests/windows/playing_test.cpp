@@ -1,5 +1,6 @@
 // The program's windows and the real player: a song is played, followed, paused, sought and edited
 // by mouse and keys.
+#include "browser/form/commandstate.h"
 #include "catalogue/edittags.h"
 #include "metadata/tagwriter.h"
 #include "platform/player/audacious.h"

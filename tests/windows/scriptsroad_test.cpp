@@ -3,6 +3,7 @@
 // played by the real player, and their lyrics followed and marked.
 #include "browser/exportfiles.h"
 #include "browser/filecommands.h"
+#include "browser/form/commandstate.h"
 #include "catalogue/edittags.h"
 #include "platform/qt/theme.h"
 #include "search/frmSearch.h"
