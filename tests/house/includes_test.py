@@ -91,6 +91,26 @@ def circles(arrows):
     return found
 
 
+# The second source of a class, and the one source of a port that has no class: each with its header.
+OTHER_SOURCES = {
+    "app/main.cpp": None, "catalogue/makecatalogue.cpp": None, "ui/qt/contactsheet.cpp": None,  # programs
+    "app/windowcalls.cpp": "app/windowlibrary.h",
+    "browser/windows/frmMainLists.cpp": "browser/windows/frmMain.h",
+    "browser/windows/frmMainMenus.cpp": "browser/windows/frmMain.h",
+    "catalogue/adobuilder.cpp": "catalogue/adoclass.h",
+    "platform/posix/endrequest.cpp": "platform/endrequest.h",
+    "platform/posix/disk/filesinuse.cpp": "platform/disk/files.h",
+    "platform/posix/disk/filewriting.cpp": "platform/posix/disk/systemfiles.h",
+    "ui/qt/formarrangement.cpp": "ui/qt/formwindow.h",
+    "ui/qt/formplace.cpp": "ui/qt/formwindow.h",
+}
+
+
+def headerless(files):
+    """The sources without a header of their own name, which define what another module's header declares."""
+    return [str(path) for path in files if path.suffix == ".cpp" and path.with_suffix(".h") not in files]
+
+
 def tree():
     """The program's own sources; tests, benchmarks and tools may look at everything."""
     return {pathlib.PurePosixPath(path): (house.SOURCE / path).read_text(encoding="utf-8")
@@ -126,6 +146,14 @@ class Includes(unittest.TestCase):
         self.check("circle: ", browser__a_cpp='#include "player/b.h"\n', player__b_h="", browser__a_h="",
                    player__b_cpp='#include "browser/a.h"\n')
         self.check("not there", browser__a_cpp='#include "browser/b.h"\n')
+
+    def test_a_source_is_beside_its_header(self):
+        self.assertEqual(headerless({pathlib.PurePosixPath(name) for name in ("a/b.cpp", "a/b.h", "a/c.cpp")}),
+                         ["a/c.cpp"])
+        self.assertEqual(sorted(headerless(tree())), sorted(OTHER_SOURCES))
+        for source, header in OTHER_SOURCES.items():
+            if header is not None:
+                self.assertIn(f'#include "{header}"', (house.SOURCE / source).read_text(encoding="utf-8"))
 
     def test_tools_include_no_toolkit(self):
         """What draws with Qt is in ui/qt, a tool too."""

@@ -1,4 +1,5 @@
 // The files port that the program works with.
+#include "platform/disk/files.h"
 #include "platform/posix/disk/readahead.h"
 
 namespace platform
