@@ -73,7 +73,7 @@ struct MainForm : PanelForm {
     ui::ProgressBar PBar;
     ui::Area pbarArea;
     ui::Area picSideBar{{0, 0, 360, 3000}}; // the strip of the popup
-    // Other areas handle the events of the last four.
+    // Other areas handle the events of these timers.
     ui::Timer tmrRefreshList{30000, true};
     ui::Timer tmr_Playing{250};
     ui::Timer tmrAutoCheckVersion{60000};

@@ -5,6 +5,8 @@
 #include "shell/globals.h"
 
 #include <algorithm>
+#include <string>
+#include <utility>
 
 namespace browser
 {
@@ -91,6 +93,15 @@ void CheckRegistrations(MainForm &form)
             check(line.command, IsRegistered(line.command));
     for (const std::string_view marker : {kFileMarker, KindOfField("List").marker})
         check(marker, OpenerOf(marker) != nullptr);
+    const std::pair<std::string_view, const ui::Timer &> timers[] = {
+        {"tmrRefreshList", form.tmrRefreshList},
+        {"tmr_Playing", form.tmr_Playing},
+        {"tmrAutoCheckVersion", form.tmrAutoCheckVersion},
+        {"tmrClearAutoCheck", form.tmrClearAutoCheck},
+        {"tmrListFiles", form.tmrListFiles},
+    };
+    for (const auto &[name, timer] : timers)
+        check(name, timer.event != nullptr);
     if (!missing.empty())
         throw runtime::RuntimeError(runtime::kMemberNotFound, "Not registered:" + missing);
 }

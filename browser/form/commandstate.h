@@ -26,9 +26,10 @@ void UpdateCommands(MainForm &form);
 void SetFileCommandsEnabled(MainForm &form, bool enabled);
 
 // Checks, after LoadMainForm, that something has registered each visible entry of the menus, each
-// entry of the popup, and the kinds of rows that other areas open. A program that was built with
-// its tests does this at its start: an area whose Install was forgotten would only leave disabled
-// entries. Errors: kMemberNotFound with all names that are missing.
+// entry of the popup and the kinds of rows that other areas open, and that the timers of other
+// areas have their events. A program that was built with its tests does this at its start: an area
+// whose Install was forgotten would only leave disabled entries.
+// Errors: kMemberNotFound with all names that are missing.
 void CheckRegistrations(MainForm &form);
 
 } // namespace browser

@@ -57,12 +57,24 @@ void RegisterAllBut(std::string_view forgotten)
     for (const std::string_view marker : {"/", "&"})
         if (marker != forgotten)
             RegisterItemKind(marker, [](const std::string &, ui::KeyedList &) {});
+    MainForm &form = frmMain();
+    const std::pair<std::string_view, ui::Timer &> timers[] = {
+        {"tmrRefreshList", form.tmrRefreshList},
+        {"tmr_Playing", form.tmr_Playing},
+        {"tmrAutoCheckVersion", form.tmrAutoCheckVersion},
+        {"tmrClearAutoCheck", form.tmrClearAutoCheck},
+        {"tmrListFiles", form.tmrListFiles},
+    };
+    for (const auto &[name, timer] : timers)
+        if (name != forgotten)
+            timer.event = [] {};
 }
 
 TEST_F(FormCommands, AForgottenAreaIsAnErrorAtTheStart)
 {
     for (const std::string_view forgotten :
-         {"", "submnuSearch", "submnuExportBookmarks", "cp_Play", "/", "&"}) {
+         {"", "submnuSearch", "submnuExportBookmarks", "cp_Play", "/", "&", "tmrRefreshList",
+          "tmr_Playing", "tmrAutoCheckVersion", "tmrClearAutoCheck", "tmrListFiles"}) {
         SCOPED_TRACE(forgotten);
         ResetMainForm();
         RegisterAllBut(forgotten);
