@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <thread>
@@ -83,6 +85,40 @@ TEST_F(FetchingTest, SlowReadsStartHelpersUntilThereAreEnough)
     for (const std::string &path : paths)
         EXPECT_EQ(Read(path, 0, 1), std::filesystem::path(path).filename().string().substr(0, 1));
     EXPECT_GE(held->most, 8);
+}
+
+// While a helper is held up, the logic fetches what it can have without a wait.
+TEST_F(FetchingTest, TheLogicFetchesFromMemoryInsteadOfWaiting)
+{
+    constexpr struct {
+        const char *name;
+        std::int64_t withoutWait;
+        int wantReads; // at least: a whole file, else one try
+    } cases[] = {{"in memory", 0, 2}, {"on the disk", -EAGAIN, 1}, {"unknown", -EOPNOTSUPP, 1}};
+    std::vector<std::string> paths;
+    for (int i = 0; i < 10; ++i)
+        paths.push_back(File(std::to_string(i), 500));
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        held->withoutWait = c.withoutWait;
+        held->readsWithoutWait = held->opens = held->closes = 0;
+        held->Hold(kNever);
+        files->Expect(paths, {100, 100, nullptr});
+        held->AwaitRead();
+        std::thread later([&] {
+            EXPECT_TRUE(tests::WaitUntil([&] { return held->readsWithoutWait >= c.wantReads; }));
+            held->Release();
+        });
+        for (const std::string &path : paths) {
+            const std::string name = std::filesystem::path(path).filename().string();
+            EXPECT_EQ(Read(path, 0, 2), name + "0");
+            EXPECT_EQ(Read(path, 498, 9).size(), 2U) << "read again, as a file no longer expected";
+        }
+        later.join();
+        EXPECT_GE(held->readsWithoutWait, c.wantReads);
+        files->ExpectNothing();
+        AwaitEqual(held->closes, held->opens);
+    }
 }
 
 } // namespace

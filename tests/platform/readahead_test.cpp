@@ -109,7 +109,7 @@ TEST_F(ReadAheadTest, FileThatVanishedChangedOrWasReplacedIsNotWhatWasFetched)
         std::vector<std::string> paths;
         for (const char *name : {"gone", "changed", "replaced", "same"})
             paths.push_back(File(name, 500));
-        held->ageNs = isFresh ? 0 : 3'600'000'000'000;
+        held->ageNs = isFresh ? -3'600'000'000'000 : 3'600'000'000'000;
         held->opens = held->closes = 0;
         files->Expect(paths, {100, 100, nullptr});
         AwaitEqual(held->opens, 4);

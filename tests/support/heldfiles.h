@@ -51,13 +51,18 @@ struct HeldFiles : platform::posix::SystemFilesPort {
     {
         {
             std::unique_lock lock(m_mutex);
+            if (!mayWait && m_isHeld) {
+                ++readsWithoutWait;
+                if (withoutWait != 0)
+                    return withoutWait;
+            }
             ++reads;
             if (std::this_thread::get_id() != logic)
                 threads.insert(std::this_thread::get_id());
             most = std::max<int>(most, ++m_within);
             m_changed.notify_all();
-            m_changed.wait(lock, [&] { return !m_isHeld || m_within >= m_enough; });
-            m_isHeld = m_isHeld && m_within < m_enough;
+            m_changed.wait(lock, [&] { return !mayWait || !m_isHeld || m_within >= m_enough; });
+            m_isHeld = m_isHeld && (!mayWait || m_within < m_enough);
             m_changed.notify_all();
             if (delay.count() > 0) {
                 lock.unlock();
@@ -103,6 +108,9 @@ struct HeldFiles : platform::posix::SystemFilesPort {
     const std::thread::id logic = std::this_thread::get_id();
     std::set<std::thread::id> threads;  // others that have read
     std::chrono::milliseconds delay{0}; // of each read
+    // While reads are held up: what one that must not wait gives; 0: its bytes, as from memory.
+    std::int64_t withoutWait = -EAGAIN;
+    std::atomic<int> readsWithoutWait = 0; // meanwhile
     std::atomic<int> opens = 0, closes = 0, reads = 0;
     std::atomic<int> failures = 0; // of the next opens, for want of a handle
     std::atomic<int> most = 0;     // reads at a time

@@ -6,6 +6,7 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <new>
 #include <utility>
 
@@ -24,19 +25,30 @@ constexpr std::chrono::microseconds kAskForEnd = std::chrono::milliseconds(50);
 constexpr std::chrono::microseconds kLongWait = std::chrono::milliseconds(50);
 constexpr int kFastFiles = 32; // after so many fast files in a row one helper ends
 
-// Reads up to `count` bytes from `offset` on into `to`; the count that could be read.
-std::size_t ReadFully(Files &source, int handle, std::int64_t offset, char *to, std::size_t count)
-{
-    std::size_t done = 0;
-    while (done < count) {
-        const auto got = source.ReadAt(handle, offset + static_cast<std::int64_t>(done), to + done,
-                                       count - done, true);
-        if (got <= 0)
-            break;
-        done += static_cast<std::size_t>(got);
+// Reads a part of a file into `to`, until `count` bytes are there or the file ends or fails. If
+// `mayWait` is false, `failure` gets the errno when that would have to wait (Files::ReadAt).
+// Returns: the count that could be read.
+struct PartReader {
+    Files &source;
+    int handle;
+    bool mayWait;
+    int failure = 0;
+
+    std::size_t Read(std::int64_t offset, char *to, std::size_t count)
+    {
+        std::size_t done = 0;
+        while (done < count && failure == 0) {
+            const auto got = source.ReadAt(handle, offset + static_cast<std::int64_t>(done),
+                                           to + done, count - done, mayWait);
+            if (got < 0 && !mayWait)
+                failure = static_cast<int>(-got);
+            if (got <= 0)
+                break;
+            done += static_cast<std::size_t>(got);
+        }
+        return done;
     }
-    return done;
-}
+};
 
 // How many fetched files may be open at a time, so that handles remain for the rest of the program.
 std::size_t FilesHeld()
@@ -86,14 +98,16 @@ void Fetcher::Announce(ComingFile &file, FetchStage stage)
     arrived.notify_all();
 }
 
-// Opens the file and reads the requested parts. On a helper thread.
-void Fetcher::Fetch(ComingFile &file)
+// Opens the file and reads the requested parts. Returns: false when the logic, which does not wait,
+// left something to be read.
+bool Fetcher::Fetch(ComingFile &file, By who)
 {
     file.openedAtNs = source->StampClockNs();
     file.handle = source->OpenToRead(file.path, file.identity);
     Announce(file, file.handle < 0 ? FetchStage::Failed : FetchStage::Reading);
     if (file.handle < 0 || file.identity.kind != FileKind::Regular)
-        return;
+        return true;
+    PartReader reader{*source, file.handle, who == By::Helper};
     const std::int64_t size = file.identity.sizeBytes;
     const auto extend = [&](std::int64_t wanted) {
         // A damaged size can make this negative.
@@ -102,33 +116,36 @@ void Fetcher::Fetch(ComingFile &file)
         if (count <= file.headBytes)
             return;
         MakeRoom(file.head, file.headBytes, count);
-        file.headBytes += ReadFully(*source, file.handle, static_cast<std::int64_t>(file.headBytes),
-                                    file.head.data() + file.headBytes, count - file.headBytes);
+        file.headBytes += reader.Read(static_cast<std::int64_t>(file.headBytes),
+                                      file.head.data() + file.headBytes, count - file.headBytes);
     };
     extend(file.wanted.first);
     if (file.wanted.head != nullptr)
         extend(file.wanted.head({file.head.data(), file.headBytes}, size));
-    if (file.wanted.digest != nullptr)
+    if (file.wanted.digest != nullptr && reader.failure == 0)
         file.digest = file.wanted.digest({file.head.data(), file.headBytes}, size);
     file.tailOffset = std::max(size - file.wanted.last, static_cast<std::int64_t>(file.headBytes));
     file.tail.resize(static_cast<std::size_t>(std::max<std::int64_t>(size - file.tailOffset, 0)));
-    file.tail.resize(
-        ReadFully(*source, file.handle, file.tailOffset, file.tail.data(), file.tail.size()));
+    file.tail.resize(reader.Read(file.tailOffset, file.tail.data(), file.tail.size()));
+    if (reader.failure == EOPNOTSUPP)
+        mayLogicHelp = false;
+    return reader.failure == 0;
 }
 
 // Fetches the next file. Returns: whether that was as fast as from memory.
-bool Fetcher::HelpOnce(std::unique_lock<std::mutex> &lock)
+bool Fetcher::HelpOnce(std::unique_lock<std::mutex> &lock, By who)
 {
     const ComingFilePtr file = files[begun++];
     file->stage = FetchStage::Opening;
     lock.unlock();
     const auto start = std::chrono::steady_clock::now();
+    bool isWhole = true;
     try {
-        Fetch(*file);
+        isWhole = Fetch(*file, who);
     } catch (const std::bad_alloc &) {
         file->tail.clear(); // the logic reads what is missing
     }
-    const bool isFast = std::chrono::steady_clock::now() - start < kFromMemory;
+    const bool isFast = isWhole && std::chrono::steady_clock::now() - start < kFromMemory;
     lock = LockSoon(mutex);
     slowness.Add(!isFast);
     if (!isFast && idle > 0 && HasWork())
@@ -144,6 +161,17 @@ bool Fetcher::HelpOnce(std::unique_lock<std::mutex> &lock)
     return isFast;
 }
 
+// On the thread of the logic: fetches the next file, unless files come slowly. Returns: whether it
+// did.
+bool Fetcher::HelpOfLogic()
+{
+    std::unique_lock lock = LockSoon(mutex);
+    if (!mayLogicHelp || slowness.IsSlow() || !HasWork())
+        return false;
+    HelpOnce(lock, By::Logic);
+    return true;
+}
+
 // A helper thread. It ends when files come as fast as from memory and fewer helpers are enough.
 void Fetcher::Help()
 {
@@ -152,7 +180,7 @@ void Fetcher::Help()
     for (int fast = 0; !isOver && (fast < kFastFiles || helpers <= helpersKept);) {
         const bool hasWork = HasWork();
         if (hasWork)
-            fast = HelpOnce(lock) ? fast + 1 : 0;
+            fast = HelpOnce(lock, By::Helper) ? fast + 1 : 0;
         handles.swap(finished);
         if (!handles.empty()) {
             lock.unlock();

@@ -70,8 +70,9 @@ struct Fetcher : std::enable_shared_from_this<Fetcher> {
     Fetcher(std::shared_ptr<Files> from, int kept);
 
     // For the logic; the mutex must not be locked.
-    // Waits until `condition` is true; when that takes long, or files come slowly, more helpers are
-    // started. Returns: false when the program is to end.
+    // Waits until `condition` is true, and meanwhile fetches files itself that are in memory; when
+    // that takes long, or files come slowly, more helpers are started. Returns: false when the
+    // program is to end.
     template <class Condition>
     bool Wait(const Condition &condition);
     // The same for a file that should be in memory: waits only for as long as a busy processor may
@@ -106,15 +107,21 @@ struct Fetcher : std::enable_shared_from_this<Fetcher> {
     std::vector<ComingFilePtr> spare;    // for their buffers
     std::vector<int> finished;           // handles that the next helper closes
     Slowness slowness;                   // of fetching
+    bool mayLogicHelp = true;            // false where it cannot know what is in memory; its own
     int helpers = 0;
     int idle = 0; // helpers that wait
     bool isOver = false;
 
 private:
+    enum class By { Helper, Logic }; // the thread that fetches; the logic does not wait for a disk
+
+    template <class Condition>
+    bool HelpUntil(const Condition &condition);
+    bool HelpOfLogic();
     [[nodiscard]] bool HasWork() const;
     void Help();
-    bool HelpOnce(std::unique_lock<std::mutex> &lock);
-    void Fetch(ComingFile &file);
+    bool HelpOnce(std::unique_lock<std::mutex> &lock, By who);
+    bool Fetch(ComingFile &file, By who);
     void Announce(ComingFile &file, FetchStage stage);
     [[nodiscard]] std::chrono::microseconds Patience() const;
     bool GoOnWaiting(std::chrono::steady_clock::duration waited);
@@ -134,10 +141,21 @@ bool IsSoon(const Condition &condition)
     return condition();
 }
 
+// Fetches the files that follow until the condition is true, as long as they come from memory.
+// Returns: whether it is true.
+template <class Condition>
+bool Fetcher::HelpUntil(const Condition &condition)
+{
+    while (!condition())
+        if (!HelpOfLogic())
+            return condition();
+    return true;
+}
+
 template <class Condition>
 bool Fetcher::Wait(const Condition &condition)
 {
-    if (IsSoon(condition))
+    if (HelpUntil(condition) || IsSoon(condition))
         return true;
     const auto start = std::chrono::steady_clock::now();
     std::unique_lock lock(mutex);
@@ -154,7 +172,7 @@ template <class Condition>
 bool Fetcher::WaitBriefly(const Condition &condition)
 {
     constexpr std::chrono::milliseconds kOfProcessor{2};
-    if (IsSoon(condition))
+    if (HelpUntil(condition) || IsSoon(condition))
         return true;
     std::unique_lock lock(mutex);
     if (slowness.IsSlow())
