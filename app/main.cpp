@@ -6,6 +6,7 @@
 #endif
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -48,6 +49,10 @@ int main(int argc, char **argv)
     std::signal(
         SIGXFSZ,
         SIG_IGN); // writing beyond the limit of a file's size fails, and is reported as an error
+    // A regeneration asks for many short texts and some long ones: without its list of the smallest
+    // free blocks, which it merges at each long one, the C library takes a third less time for
+    // that.
+    mallopt(M_MXFAST, 0);
     app::ConnectModules();
     const auto options =
         app::ParseOptions(std::vector<std::string>(argv + (argc > 0), argv + argc));

@@ -1,6 +1,7 @@
 #include "catalogue/addfile.h"
 
 #include "catalogue/adoclass.h"
+#include "catalogue/comparedrows.h"
 #include "catalogue/edittags.h"
 #include "catalogue/rowgroups.h"
 #include "catalogue/sql/statementparams.h"
@@ -15,6 +16,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -31,9 +33,9 @@ namespace
 constexpr std::string_view kTagMarker = "¹";
 
 // The columns of a row that come from the tag, in this order: Title, Artist, ..., Lyrics.
-constexpr std::size_t kTagColumns = 7;
-constexpr std::size_t kArtistColumn = 1;
-constexpr int kDuplicatedColumn = 9;
+constexpr std::size_t kTagColumns = kComparedColumns;
+constexpr std::size_t kArtistColumn = kArtistOfCompared;
+constexpr std::size_t kGenreColumn = 5;
 
 // The statement with the path as part of its text: for values that contain the marker.
 std::string InsertStatement(const std::string &path)
@@ -109,7 +111,7 @@ bool ReadTags(Addition &addition)
     return true;
 }
 
-// The last label that was asked for. While a group of rows is open, which lasts about 100 ms, all
+// The last label that was asked for. While a group of rows is open, which lasts about 40 ms, all
 // files of a device get the same label.
 struct State {
     std::uint64_t groupNo = 0;
@@ -192,61 +194,55 @@ void InsertRow(ADOclass &access, const std::string &path, std::vector<Value> val
         writes.Keep();
 }
 
-// The row gets the name of the genre.
-void AddRow(ADOclass &access, Addition &addition, std::uint64_t groupNo)
+// Adds a row with the values of an update, but with the name of the genre.
+void AddRow(ADOclass &access, Addition &addition, std::uint64_t groupNo, std::vector<Value> values)
 {
     if (addition.result != kUntagged)
         addition.result = kAdded;
     std::string label;
     Guarded(addition, [&] { label = DiskLabel(addition.path, groupNo); });
     Guarded(addition, [&] {
-        InsertRow(access, addition.path,
-                  TagValues(addition.tag, metadata::GenreField(addition.tag)), std::move(label));
+        values[kGenreColumn] = TagValue(metadata::GenreField(addition.tag), addition.tag.kind);
+        InsertRow(access, addition.path, std::move(values), std::move(label));
     });
 }
 
-// Whether each row of the file has the values already that an update would write. A row marked as a
-// duplicate keeps its own artist, and null is not equal to the empty text.
-bool IsUpToDate(Recordset &rows, const std::vector<Value> &values)
+// Whether the engine has compared the rows with the values of the file.
+bool IsCompared(const Recordset &rows)
 {
-    if (rows.FieldCount() <= kDuplicatedColumn)
+    return rows.FieldCount() == kIsSameField + 1;
+}
+
+// Whether each row of the file has the values already that an update would write.
+bool IsUpToDate(Recordset &rows)
+{
+    if (!IsCompared(rows))
         return false;
-    for (; !rows.AtEnd(); rows.MoveNext()) {
-        const bool isDuplicate = rows.Text(kDuplicatedColumn) != "0";
-        for (std::size_t i = 0; i < kTagColumns; ++i) {
-            const int column = static_cast<int>(i);
-            if (isDuplicate && i == kArtistColumn)
-                continue;
-            if (rows.IsNull(column) || rows.Text(column) != std::get<std::string>(values[i]))
-                return false;
-        }
-    }
+    for (rows.MoveFirst(); !rows.AtEnd(); rows.MoveNext())
+        if (rows.Text(kIsSameField) != "1")
+            return false;
     return true;
 }
 
 // Whether one of the rows is marked as a duplicate, or may be.
 bool HasDuplicates(Recordset &rows)
 {
-    if (rows.FieldCount() <= kDuplicatedColumn)
+    if (!IsCompared(rows))
         return true;
     for (rows.MoveFirst(); !rows.AtEnd(); rows.MoveNext())
-        if (rows.Text(kDuplicatedColumn) != "0")
+        if (rows.Text(kIsDuplicateField) != "0")
             return true;
     return false;
 }
 
-// Writes the genre as it is in the tag: the number of an ID3v1 tag stays a number, unless the texts
-// of the record are UTF-8, where the genre is in words. Rows marked as duplicates keep their
-// artist. The result of `Edit1` does not change the result of the call. Rows that have the values
-// already are not written: without a duplicate, a successful `Edit1` leaves nothing for `Edit2`.
-void UpdateRows(ADOclass &access, Addition &addition, Recordset &rows)
+// Writes the values to the rows. Rows marked as duplicates keep their artist. The result of `Edit1`
+// does not change the result of the call. Rows that have the values already are not written:
+// without a duplicate, a successful `Edit1` leaves nothing for `Edit2`.
+void UpdateRows(ADOclass &access, Addition &addition, Recordset &rows, std::vector<Value> values)
 {
     addition.result = kUpdated;
-    const bool inWords = addition.tag.kind == metadata::TextKind::Utf8;
-    std::vector<Value> values =
-        TagValues(addition.tag, inWords ? metadata::GenreField(addition.tag) : addition.tag.Genre);
     bool isUpToDate = false;
-    Guarded(addition, [&] { isUpToDate = IsUpToDate(rows, values); });
+    Guarded(addition, [&] { isUpToDate = IsUpToDate(rows); });
     if (isUpToDate)
         return;
     values.emplace_back(addition.path);
@@ -261,15 +257,27 @@ void UpdateRows(ADOclass &access, Addition &addition, Recordset &rows)
     Guarded(addition, [&] { RunStatement(access, "Edit2", kStoredUpdate, values, "?"); });
 }
 
-// The rows with exactly this path; null when the look-up failed.
-RecordsetPtr RowsOf(ADOclass &access, const std::string &path)
+// The values of an update. The genre is as it is in the tag: the number of an ID3v1 tag stays a
+// number, unless the texts of the record are UTF-8, where the genre is in words.
+std::vector<Value> UpdateValues(const metadata::ID3v2Tag &tag)
 {
-    std::vector<Value> values;
-    values.reserve(2);
-    values.emplace_back(path);
-    values.emplace_back(std::string(kNoExclusion));
-    const Outcome outcome =
-        access.ExecuteSQL("SEL_ByPath", kStoredSelect, Params(std::move(values)), "?");
+    const bool inWords = tag.kind == metadata::TextKind::Utf8;
+    return TagValues(tag, inWords ? metadata::GenreField(tag) : tag.Genre);
+}
+
+// The rows with exactly this path, compared with the values of an update; null when the look-up
+// failed. The values are the same afterwards.
+RecordsetPtr RowsOf(ADOclass &access, const std::string &path, std::vector<Value> &values)
+{
+    std::vector<Value> parameters;
+    parameters.reserve(2 + values.size());
+    parameters.emplace_back(path);
+    parameters.emplace_back(std::string(kNoExclusion));
+    std::ranges::move(values, std::back_inserter(parameters));
+    Params lent(std::move(parameters));
+    const Outcome outcome = access.ExecuteSQL("SEL_ByPath", kStoredSelect, lent, "?");
+    auto &given = std::get<std::vector<Value>>(lent);
+    std::move(given.begin() + 2, given.end(), values.begin());
     return DataAccess != nullptr && access.Succeeded ? Records(outcome) : nullptr;
 }
 
@@ -298,8 +306,9 @@ std::string WriteInStep(Addition &addition, LookUp &found, bool isLast)
     RowStep step(*DataAccess);
     ADOclass &access = step.Access();
     RecordsetPtr rows;
+    std::vector<Value> values = UpdateValues(addition.tag);
     Guarded(addition, [&] {
-        rows = RowsOf(access, addition.path);
+        rows = RowsOf(access, addition.path, values);
         if (rows != nullptr)
             found = rows->AtEnd() ? LookUp::Unknown : LookUp::Known;
     });
@@ -310,9 +319,9 @@ std::string WriteInStep(Addition &addition, LookUp &found, bool isLast)
         found = LookUp::Outdated;
     // After a failed look-up no row is added: the file may have one already.
     if (found == LookUp::Known)
-        UpdateRows(access, addition, *rows);
+        UpdateRows(access, addition, *rows, std::move(values));
     else if (found == LookUp::Unknown)
-        AddRow(access, addition, step.GroupNo());
+        AddRow(access, addition, step.GroupNo(), std::move(values));
     if (DataAccess != nullptr) {
         DataAccess->Succeeded = access.Succeeded;
         DataAccess->ErrorMessage = access.ErrorMessage;

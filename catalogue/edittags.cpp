@@ -51,14 +51,18 @@ void CopyTag(const metadata::ID3v1Tag &from, metadata::ID3v2Tag &to)
     to.Year = UsedText(from.Year);
 }
 
+std::string TagValue(const std::string &field, metadata::TextKind kind)
+{
+    return metadata::TextOf(kind, LeftOfField(field, kind, kLongestText));
+}
+
 std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &genre)
 {
     std::vector<Value> values;
     values.reserve(9);
     for (const std::string *field :
          {&tag.Title, &tag.Artist, &tag.Album, &tag.Year, &tag.Comment, &genre})
-        values.emplace_back(
-            metadata::TextOf(tag.kind, LeftOfField(*field, tag.kind, kLongestText)));
+        values.emplace_back(TagValue(*field, tag.kind));
     values.emplace_back(metadata::TextOf(tag.kind, tag.Lyrics));
     return values;
 }

@@ -20,6 +20,10 @@ inline constexpr std::size_t kLongestText = 32767;
 // of texts) in its place; what is longer than a row keeps is cut off.
 std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &genre);
 
+// One text of a tag as a row keeps it: UTF-8, what is longer is cut off. Not for lyrics, which are
+// kept whole.
+std::string TagValue(const std::string &field, metadata::TextKind kind);
+
 // The ID3v1 tag in the common form: the used texts as the kind of `to`, the genre as a number in
 // text form, where `to` is UTF-8 in words. The lyrics of `to` stay.
 void CopyTag(const metadata::ID3v1Tag &from, metadata::ID3v2Tag &to);

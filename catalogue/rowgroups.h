@@ -1,7 +1,7 @@
 // catalogue/rowgroups.h - when rows are committed together. A statement commits at once; only
-// regeneration and batch may group the rows that they add, for at most 100 ms of work. A kill of
-// the process loses at most the open group, and other processes wait only until the current row is
-// written. CloseOpenGroup and CloseCatalogue are in catalogue/sqlite/opengroup.h.
+// regeneration and batch may group the rows that they add, for at most about 40 ms of work. A kill
+// of the process loses at most the open group, and other processes wait only until the current row
+// is written. CloseOpenGroup and CloseCatalogue are in catalogue/sqlite/opengroup.h.
 #pragma once
 
 #include "catalogue/adoclass.h"

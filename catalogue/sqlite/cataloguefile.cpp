@@ -1,5 +1,6 @@
 #include "catalogue/sqlite/cataloguefile.h"
 
+#include "catalogue/comparedrows.h"
 #include "catalogue/lockwait.h"
 #include "runtime/text.h"
 
@@ -68,6 +69,33 @@ private:
     WriteQueue &m_queue;
     bool m_isIn = false;
 };
+
+// The look-up of a path, made into one that compares the rows with a song's values, which follow
+// its two parameters (catalogue/comparedrows.h). Empty when the table or the query is another one.
+std::string ComparingQuery(const std::string &wholePath, const std::vector<std::string> &columns)
+{
+    constexpr std::string_view kAllColumns = "SELECT * ";
+    constexpr std::size_t kDuplicated = 9;
+    if (!wholePath.starts_with(kAllColumns) || columns.size() <= kDuplicated)
+        return {};
+    const auto quoted = [&](std::size_t column) {
+        return '"' + runtime::Replace(columns[column], "\"", "\"\"") + '"';
+    };
+    const std::string isDuplicate = quoted(kDuplicated) + " IS NOT 0";
+    std::string isSame;
+    for (std::size_t i = 0; i < kComparedColumns; ++i) {
+        // ?1 and ?2 are the path's. Bytes that another program has stored as such are text here.
+        const std::string isEqual =
+            "CAST(" + quoted(i) + " AS TEXT) COLLATE BINARY IS ?" + std::to_string(i + 3);
+        isSame += isSame.empty() ? "" : " AND ";
+        isSame += i == kArtistOfCompared ? "(" + isDuplicate + " OR " + isEqual + ")" : isEqual;
+    }
+    const auto asText = [](const std::string &condition) {
+        return "CASE WHEN " + condition + " THEN '1' ELSE '0' END";
+    };
+    return "SELECT " + asText(isDuplicate) + ", " + asText(isSame) + " " +
+           wholePath.substr(kAllColumns.size());
+}
 
 bool IsBusy(int code)
 {
@@ -267,6 +295,8 @@ const StoredQuery &CatalogueFile::Query(std::string_view name)
     query.text = ColumnText(prepared.statement, 0);
     query.statement = TranslateStoredQuery(query.text);
     query.wholePath = TranslateStoredQuery(ColumnText(prepared.statement, 1)).sql;
+    if (!query.wholePath.empty())
+        query.comparing = ComparingQuery(query.wholePath, m_main->ColumnsOfMP3s());
     return query;
 }
 

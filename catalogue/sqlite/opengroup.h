@@ -15,7 +15,9 @@ class CatalogueFile; // catalogue/sqlite/cataloguefile.h
 
 // When an open group is committed. A test sets other limits.
 struct GroupLimits {
-    std::int64_t groupMs = 100; // of work; a kill loses no more
+    // Of work; a kill loses no more. Long enough that a commit costs little of it, short enough
+    // that the files read ahead hardly run out during one.
+    std::int64_t groupMs = 40;
     // Between two rows. If files come more slowly, each row is committed at once: the catalogue is
     // not locked while a file is read.
     std::int64_t slowReadMs = 20;

@@ -38,6 +38,14 @@ constexpr std::string_view kQuery = "SELECT ";
 constexpr std::int64_t kEndLimitMs = 500;
 constexpr int kStepsBetweenLooks = 20000; // of SQLite's machine; some 200 us
 
+// SQLite counts the memory that it uses, under a lock at each piece of it; nobody asks for that. It
+// can only be changed before the first connection: after that this fails, and nothing is lost.
+void CountNoMemory()
+{
+    static const int answer = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+    static_cast<void>(answer);
+}
+
 bool IsGeneric(int code)
 {
     return (code & 0xFF) == SQLITE_NOTADB || (code & 0xFF) == SQLITE_CORRUPT;
@@ -47,6 +55,7 @@ bool IsGeneric(int code)
 
 SqliteHandle::SqliteHandle(const std::string &path)
 {
+    CountNoMemory();
     // The handle is used by one thread at a time, so SQLite's own mutexes are not needed.
     constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
     const int code = sqlite3_open_v2(path.c_str(), &m_db, kFlags, nullptr);

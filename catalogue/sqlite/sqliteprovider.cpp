@@ -1,5 +1,6 @@
 #include "catalogue/sqlite/sqliteprovider.h"
 
+#include "catalogue/comparedrows.h"
 #include "catalogue/params.h"
 #include "catalogue/sqlite/cataloguefile.h"
 #include "catalogue/sqlite/opengroup.h"
@@ -29,7 +30,7 @@ const std::string kRootMark(1, runtime::PathSeparator);
 // A path from the root and nothing excluded: the file's rows, found by the index.
 bool IsWholePath(const std::vector<Value> &values)
 {
-    if (values.size() != 2)
+    if (values.size() < 2)
         return false;
     const auto *path = std::get_if<std::string>(&values[0]);
     const auto *excluded = std::get_if<std::string>(&values[1]);
@@ -209,8 +210,10 @@ RecordsetPtr SqliteConnection::RunStored(std::string_view name, const std::vecto
         for (std::size_t i = 0; i < count; ++i)
             BindValue(target, static_cast<int>(i) + 1, values[i]);
     };
-    if (!query.wholePath.empty() && IsWholePath(values))
-        return ReadPath(query.wholePath, bind);
+    if (!query.wholePath.empty() && IsWholePath(values)) {
+        const bool compares = values.size() == 2 + kComparedColumns && !query.comparing.empty();
+        return ReadPath(compares ? query.comparing : query.wholePath, bind);
+    }
     return RunTranslated(query.statement, bind);
 }
 

@@ -54,6 +54,43 @@ TEST(ShippedFile, TablesAndQueries)
     EXPECT_FALSE(std::filesystem::exists(tests::ShippedCatalogue() + "-wal")) << "whole alone";
 }
 
+// A look-up that comes with the values of a song says which rows have them.
+TEST(SelByPath, ComparesTheRowsWithAFurtherSetOfValues)
+{
+    tests::FreshCatalogue fresh;
+    const std::string nul("a\0b", 3);
+    fresh.Add({"T\xC3\xAF'\"", "A", "L", "1999", "", "Rock", nul, "/same"});
+    fresh.Add({"T\xC3\xAF'\"", "other", "L", "1999", "", "Rock", nul, "/same"}, 1);
+    fresh.Add({"t\xC3\xAF'\"", "A", "L", "1999", "", "Rock", nul, "/letter case"});
+    fresh.Add({"T\xC3\xAF'\"", "other", "L", "1999", "", "Rock", nul, "/artist"});
+    fresh.Add({"T\xC3\xAF'\"", "A", "L", "1999", "", "Rock", "a", "/lyrics"}, 1);
+    fresh.Add({"T\xC3\xAF'\"", "A", "L", "1999", "", "Rock", nul, "/null"});
+    fresh.Add({"T\xC3\xAF'\"", "A", "L", "1999", "", "Rock", nul, "/bytes"});
+    sqlite3 *db = nullptr;
+    ASSERT_EQ(sqlite3_open(fresh.File().c_str(), &db), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(db,
+                           "UPDATE MP3s SET Comment = NULL WHERE Path = '/null';"
+                           "UPDATE MP3s SET Album = CAST(Album AS BLOB) WHERE Path = '/bytes'",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3_close(db);
+    const std::pair<std::string, std::vector<std::string>> cases[] = {{"/same", {"0|1", "1|1"}},
+                                                                      {"/letter case", {"0|0"}},
+                                                                      {"/artist", {"0|0"}},
+                                                                      {"/lyrics", {"1|0"}},
+                                                                      {"/null", {"0|0"}},
+                                                                      {"/bytes", {"0|1"}},
+                                                                      {"/absent", {}}};
+    for (const auto &[path, want] : cases)
+        EXPECT_EQ(fresh.Stored("SEL_ByPath",
+                               std::vector<Value>{path, std::string(kNoExclusion), "T\xC3\xAF'\""s,
+                                                  "A"s, "L"s, "1999"s, ""s, "Rock"s, nul}),
+                  want)
+            << path;
+    EXPECT_EQ(fresh.Stored("SEL_ByPath", std::vector<Value>{"/lyrics"s, std::string(kNoExclusion)}),
+              std::vector<std::string>{"T\xC3\xAF'\"|A|L|1999||Rock|a|/lyrics||1"});
+}
+
 TEST(ShippedFile, APathIsFoundByItsIndex)
 {
     const tests::FreshCatalogue fresh;
