@@ -22,16 +22,6 @@ namespace browser
 namespace
 {
 
-platform::Desktop &Desktop()
-{
-    return *platform::TheMachine().desktop;
-}
-
-platform::Files &Files()
-{
-    return *platform::TheMachine().files;
-}
-
 // The files of the selected rows, in the order shown.
 std::vector<std::string> SelectedPaths(const ui::KeyedList &list)
 {
@@ -49,7 +39,7 @@ std::vector<std::string> SelectedPaths(const ui::KeyedList &list)
 std::int64_t SizeOf(const std::string &path)
 {
     platform::FileIdentity identity;
-    return Files().Identify(path, identity) == 0 ? identity.sizeBytes : 0;
+    return platform::TheFiles().Identify(path, identity) == 0 ? identity.sizeBytes : 0;
 }
 
 // The number of bytes by which the target grows: of several files of one name only the last one
@@ -77,7 +67,7 @@ std::string Megabytes(std::int64_t bytes, bool up)
 // not known.
 bool HasRoom(const std::vector<std::string> &paths, const std::string &target)
 {
-    const std::int64_t free = Files().FreeBytes(target);
+    const std::int64_t free = platform::TheFiles().FreeBytes(target);
     const std::int64_t needed = RoomNeeded(paths, target);
     if (free < 0 || needed <= free)
         return true;
@@ -87,8 +77,8 @@ bool HasRoom(const std::vector<std::string> &paths, const std::string &target)
         "TooLittleRoom", "Status");
     words = runtime::ReplaceFirst(words, "$Needed$", Megabytes(needed, true));
     words = runtime::ReplaceFirst(words, "$Free$", Megabytes(free, false));
-    Desktop().MessageBox(runtime::ReplaceFirst(words, "$Folder$", target), platform::Buttons::Ok,
-                         {}, platform::BoxIcon::Exclamation);
+    platform::TheDesktop().MessageBox(runtime::ReplaceFirst(words, "$Folder$", target),
+                                      platform::Buttons::Ok, {}, platform::BoxIcon::Exclamation);
     return false;
 }
 
@@ -138,7 +128,7 @@ private:
 void CopyFile(const std::string &path, const std::string &target)
 {
     std::string real;
-    if (const int reason = Files().RealPath(path, real); reason != 0)
+    if (const int reason = platform::TheFiles().RealPath(path, real); reason != 0)
         throw runtime::FileError(reason, path);
     try {
         metadata::CopySong(real, runtime::JoinPath(target, runtime::GetFileName(path)));
@@ -151,7 +141,7 @@ void CopyAll(MainForm &form, ui::KeyedList &list, const std::vector<std::string>
              const std::string &target)
 {
     const ExportMark mark(form, list, paths.size());
-    Desktop().DoEvents();
+    platform::TheDesktop().DoEvents();
     for (const std::string &path : paths) {
         if (form.exportStopped || platform::IsEndRequested())
             break;
@@ -161,7 +151,7 @@ void CopyAll(MainForm &form, ui::KeyedList &list, const std::vector<std::string>
                         std::to_string(form.PBar.Value()) + "/" + std::to_string(form.PBar.Max()));
         CopyFile(path, target);
         form.PBar.SetValue(form.PBar.Value() + 1);
-        Desktop().DoEvents();
+        platform::TheDesktop().DoEvents();
     }
 }
 
@@ -194,7 +184,7 @@ void ExportFiles(MainForm &form, ui::KeyedList &list, const FolderQuestion &sele
         CloseMainForm(form);
         return;
     }
-    Desktop().DoEvents();
+    platform::TheDesktop().DoEvents();
 }
 
 } // namespace browser

@@ -37,11 +37,6 @@ constexpr int kIconTwips = 450;
 constexpr int kBesideNamesTwips = 1350; // icon, margins, and a scroll bar
 constexpr int kBackspaceKey = 8;
 
-platform::Folders &TheFolders()
-{
-    return *platform::TheMachine().folders;
-}
-
 bool IsRoot(const std::string &path)
 {
     return path.size() == 1;
@@ -124,7 +119,7 @@ void ExportFolder::Load()
 {
     const std::vector<std::string> drives = platform::TheMachine().drives->Roots();
     Drives.SetItems(drives);
-    const std::string current = TheFolders().CurrentFolder();
+    const std::string current = platform::TheFolders().CurrentFolder();
     StartAt(RootOf(start.empty() ? current : start, drives));
     if (!start.empty() || current == m_listed)
         return;
@@ -156,7 +151,7 @@ void ExportFolder::GoTo(const std::string &folder, const std::string &selectedNa
         EnableChoices(false);
     };
     platform::FolderContents contents =
-        TheFolders().List(folder, {}, platform::WaitWithEvents(disable));
+        platform::TheFolders().List(folder, {}, platform::WaitWithEvents(disable));
     if (std::exchange(m_waiting, false))
         EnableChoices(true);
     if (contents.answer != platform::FolderAnswer::Listed)
@@ -250,7 +245,7 @@ void ExportFolder::CreateFolder()
     if (!answer || answer->empty())
         return;
     const std::string path = runtime::JoinPath(m_path, *answer);
-    if (const int reason = TheFolders().MakeFolder(path); reason != 0)
+    if (const int reason = platform::TheFolders().MakeFolder(path); reason != 0)
         throw runtime::FileError(reason, path);
     GoTo(m_path, *answer);
 }

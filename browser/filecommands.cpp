@@ -28,16 +28,6 @@ namespace browser
 namespace
 {
 
-platform::Desktop &Desktop()
-{
-    return *platform::TheMachine().desktop;
-}
-
-platform::Files &Files()
-{
-    return *platform::TheMachine().files;
-}
-
 std::string Message(std::string_view defaultText, std::string_view key)
 {
     return shell::GetLanguageText(defaultText, key, "Messages");
@@ -47,8 +37,8 @@ std::string Message(std::string_view defaultText, std::string_view key)
 
 void MailReport(const std::string &actions, const std::string &reason)
 {
-    Desktop().EmptyClipboard();
-    Desktop().SetClipboardText(shell::ComposeBugReport(actions, reason));
+    platform::TheDesktop().EmptyClipboard();
+    platform::TheDesktop().SetClipboardText(shell::ComposeBugReport(actions, reason));
     shell::EmailBugReport();
 }
 
@@ -59,10 +49,10 @@ void OfferMail(const std::string &reason)
                 "email with the reason why it cannot be added%0A%0AWould you like to send me an "
                 "email now?",
                 "EmailError");
-    if (Desktop().MessageBox(shell::WithLineBreaks(question), platform::Buttons::YesNo) !=
-        platform::Answer::Yes)
+    if (platform::TheDesktop().MessageBox(shell::WithLineBreaks(question),
+                                          platform::Buttons::YesNo) != platform::Answer::Yes)
         return;
-    const std::optional<std::string> actions = Desktop().InputBox(
+    const std::optional<std::string> actions = platform::TheDesktop().InputBox(
         Message("Please input as much information as you can explaining what led you to this error",
                 "InputInformation"),
         Message("What did you do?", "WhatDidYouDo"), "");
@@ -74,8 +64,8 @@ void OfferMail(const std::string &reason)
         Message("Sorry... You've enter no actions, I cannot guess what you've done%0Ato get this "
                 "error. If you want me to analyse it you should input what%0Ayou've done.",
                 "NoInfoTyped");
-    Desktop().MessageBox(shell::WithLineBreaks(words), platform::Buttons::Ok, "No actions",
-                         platform::BoxIcon::Exclamation);
+    platform::TheDesktop().MessageBox(shell::WithLineBreaks(words), platform::Buttons::Ok,
+                                      "No actions", platform::BoxIcon::Exclamation);
 }
 
 // --- Duplicate entry -------------------------------------------------------------------------
@@ -101,21 +91,21 @@ bool IsOtherCaseOfName(const std::string &from, const std::string &to)
 {
     platform::FileIdentity one;
     platform::FileIdentity other;
-    return runtime::EqualText(from, to) && Files().Identify(from, one) == 0 &&
-           Files().Identify(to, other) == 0 && one.device == other.device &&
+    return runtime::EqualText(from, to) && platform::TheFiles().Identify(from, one) == 0 &&
+           platform::TheFiles().Identify(to, other) == 0 && one.device == other.device &&
            one.inode == other.inode;
 }
 
 // Renames the file. Returns: an errno, 0 on success.
 int RenameOnDisk(const std::string &from, const std::string &to)
 {
-    int reason = Files().RenameNew(from, to);
+    int reason = platform::TheFiles().RenameNew(from, to);
     if (reason == EEXIST && IsOtherCaseOfName(from, to))
-        reason = Files().Rename(from, to);
+        reason = platform::TheFiles().Rename(from, to);
     if (reason == 0) {
-        Files().FlushFolderOf(to);
+        platform::TheFiles().FlushFolderOf(to);
         if (runtime::GetFolderPath(from) != runtime::GetFolderPath(to))
-            Files().FlushFolderOf(from);
+            platform::TheFiles().FlushFolderOf(from);
     }
     return reason;
 }
@@ -150,7 +140,7 @@ std::optional<std::string> ChooseMP3(std::string_view title, std::string_view ki
 {
     const std::vector<platform::FileFilter> filters{{std::string(kindOfFile), "*.mp3"}};
     std::optional<std::string> file =
-        Desktop().OpenDialog(title, filters, shell::GetPreference("MP3 Directory"));
+        platform::TheDesktop().OpenDialog(title, filters, shell::GetPreference("MP3 Directory"));
     return file && !file->empty() ? file : std::nullopt;
 }
 
@@ -166,7 +156,8 @@ void AddFile(MainForm &form)
     if (result == catalogue::kAdded || result == catalogue::kUntagged)
         RefreshTree(form);
     if (result == catalogue::kUntagged)
-        Desktop().MessageBox(reason + "\rThis means it will only be found on the path's node");
+        platform::TheDesktop().MessageBox(reason +
+                                          "\rThis means it will only be found on the path's node");
     if (result == catalogue::kFailed)
         OfferMail(reason);
 }
@@ -179,7 +170,7 @@ void DuplicateEntry(ui::KeyedList &list)
     const metadata::ID3v2Tag tag = ReadTags(path);
     const std::string artist = metadata::TextOf(tag.kind, tag.Artist);
     const std::optional<std::string> artists =
-        Desktop().InputBox("Type the names of the artists", "Artist' Names", artist);
+        platform::TheDesktop().InputBox("Type the names of the artists", "Artist' Names", artist);
     if (!artists || artists->empty())
         return;
     std::vector<catalogue::Value> values = catalogue::TagValues(tag, metadata::GenreField(tag));
@@ -188,11 +179,12 @@ void DuplicateEntry(ui::KeyedList &list)
     values.emplace_back(std::int64_t{1});
     catalogue::DataAccess->ExecuteSQL("AddMP3", catalogue::kStoredInsert, values);
     if (catalogue::DataAccess->Succeeded)
-        Desktop().MessageBox("The MP3 was duplicated correctly", platform::Buttons::Ok, "Success");
+        platform::TheDesktop().MessageBox("The MP3 was duplicated correctly", platform::Buttons::Ok,
+                                          "Success");
     else
-        Desktop().MessageBox("The MP3 could not be duplicated.\r\rReason:\r" +
-                                 catalogue::DataAccess->ErrorMessage,
-                             platform::Buttons::Ok, "Error");
+        platform::TheDesktop().MessageBox("The MP3 could not be duplicated.\r\rReason:\r" +
+                                              catalogue::DataAccess->ErrorMessage,
+                                          platform::Buttons::Ok, "Error");
 }
 
 void RenameFile(MainForm &form)
@@ -201,8 +193,8 @@ void RenameFile(MainForm &form)
     if (from.empty())
         return;
     const std::string key(form.LV.Key(form.LV.SelectedItem()));
-    const std::optional<std::string> name =
-        Desktop().InputBox("Type the name of the new file", "New Name", runtime::GetFileName(from));
+    const std::optional<std::string> name = platform::TheDesktop().InputBox(
+        "Type the name of the new file", "New Name", runtime::GetFileName(from));
     if (!name || name->empty())
         return;
     const std::string to = runtime::GetFolderPath(from) + *name;
@@ -216,7 +208,8 @@ void RenameFile(MainForm &form)
         return;
     }
     const int reason = RenameOnDisk(to, from);
-    Desktop().MessageBox(failure, platform::Buttons::Ok, {}, platform::BoxIcon::Exclamation);
+    platform::TheDesktop().MessageBox(failure, platform::Buttons::Ok, {},
+                                      platform::BoxIcon::Exclamation);
     if (reason != 0)
         throw RenameError(reason, to, from);
 }

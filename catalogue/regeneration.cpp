@@ -62,11 +62,6 @@ constexpr std::size_t kLongestListBytes = 65536;
 // The current folder of the program that shows the report.
 constexpr std::string_view kViewerFolder = "C:\\";
 
-platform::Desktop &TheDesktop()
-{
-    return *platform::TheMachine().desktop;
-}
-
 void SetPanel(std::string_view key, std::string_view text)
 {
     if (ui::StatusBar *bar = TheState().controls.SB; bar != nullptr)
@@ -183,7 +178,7 @@ std::int64_t CountFiles()
             break;
         if (!Enter(entry, failure))
             continue;
-        TheDesktop().DoEvents();
+        platform::TheDesktop().DoEvents();
         count += MP3s().ListCount();
         count += CountFiles();
         Dirs().SetPath(here);
@@ -267,11 +262,11 @@ void ScanFiles(Run &run)
         SetPanel("Playing", line);
         ShowCount(run);
         ReportProgress(line, run.value, run.maximum);
-        TheDesktop().DoEvents();
+        platform::TheDesktop().DoEvents();
         if (IsToStop())
             return;
         ScanFile(run, runtime::JoinPath(folder, name));
-        TheDesktop().DoEvents();
+        platform::TheDesktop().DoEvents();
         run.value++;
         SetProgress(run);
     }
@@ -297,17 +292,18 @@ void ScanFolder(Run &run)
         Dirs().SetPath(here);
     }
     ShowCount(run);
-    TheDesktop().DoEvents();
+    platform::TheDesktop().DoEvents();
 }
 
 void OfferMail()
 {
     const RegenerationSummary &summary = TheState().summary;
     if (!TheState().controls.ShowFailure) {
-        TheDesktop().EmptyClipboard();
-        TheDesktop().SetClipboardText(summary.errors);
+        platform::TheDesktop().EmptyClipboard();
+        platform::TheDesktop().SetClipboardText(summary.errors);
     }
-    if (TheDesktop().MessageBox(kMailQuestion, platform::Buttons::YesNo) != platform::Answer::Yes)
+    if (platform::TheDesktop().MessageBox(kMailQuestion, platform::Buttons::YesNo) !=
+        platform::Answer::Yes)
         return;
     if (const auto &mail = TheState().controls.EmailBugReport)
         mail();
@@ -315,7 +311,7 @@ void OfferMail()
 
 void OfferReport()
 {
-    const platform::Answer answer = TheDesktop().MessageBox(
+    const platform::Answer answer = platform::TheDesktop().MessageBox(
         kReportQuestion, platform::Buttons::YesNo, "Mistakes", platform::BoxIcon::Exclamation);
     if (answer == platform::Answer::Yes)
         shell::OpenAddress(ReportPath(), std::string(kViewerFolder));
@@ -375,7 +371,7 @@ bool Regenerate()
 
     EndList();
     EmptyPanels();
-    TheDesktop().DoEvents();
+    platform::TheDesktop().DoEvents();
     if (const auto &empty = TheState().controls.EmptyLV)
         empty();
     TheState().summary.stopped = TheState().stopRequested;
@@ -464,7 +460,7 @@ void ListRefresh(bool showProgress)
         if (const auto &layOver = TheState().controls.LayPBarOverPanel)
             layOver();
         ShowPBar(true);
-        TheDesktop().DoEvents();
+        platform::TheDesktop().DoEvents();
     }
     // When no folder is set, a box without a folder would compare equal; the walk must report the
     // error then.

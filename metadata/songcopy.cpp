@@ -17,11 +17,6 @@ namespace
 constexpr std::size_t kCopyBuffer = 1u << 20;
 constexpr std::size_t kCopyAtOnce = 64u << 20;
 
-platform::Files &Files()
-{
-    return *platform::TheMachine().files;
-}
-
 void Check(int reason)
 {
     if (reason != 0)
@@ -32,7 +27,7 @@ class OpenHandle
 {
 public:
     explicit OpenHandle(int handle) : m_handle(handle) {}
-    ~OpenHandle() { Files().Close(m_handle); }
+    ~OpenHandle() { platform::TheFiles().Close(m_handle); }
     OpenHandle(const OpenHandle &) = delete;
     OpenHandle &operator=(const OpenHandle &) = delete;
     [[nodiscard]] int Get() const { return m_handle; }
@@ -43,7 +38,7 @@ private:
 
 int OpenSong(const std::string &song, platform::FileIdentity &identity)
 {
-    const int handle = Files().OpenToRead(song, identity);
+    const int handle = platform::TheFiles().OpenToRead(song, identity);
     if (handle < 0)
         throw runtime::FileError(-handle);
     return handle;
@@ -52,7 +47,7 @@ int OpenSong(const std::string &song, platform::FileIdentity &identity)
 // Creates a file in the folder of `finalPath`. Errors: kPathNotFound when there is no such folder.
 int CreateBeside(const std::string &finalPath, std::string &temporaryPath)
 {
-    const int handle = Files().CreateBeside(finalPath, temporaryPath);
+    const int handle = platform::TheFiles().CreateBeside(finalPath, temporaryPath);
     if (handle == -ENOENT)
         throw runtime::RuntimeError(runtime::kPathNotFound);
     if (handle < 0)
@@ -63,7 +58,7 @@ int CreateBeside(const std::string &finalPath, std::string &temporaryPath)
 void WriteAll(int target, std::string_view bytes)
 {
     while (!bytes.empty()) {
-        const auto written = Files().Write(target, bytes.data(), bytes.size());
+        const auto written = platform::TheFiles().Write(target, bytes.data(), bytes.size());
         if (written <= 0)
             throw runtime::FileError(written < 0 ? static_cast<int>(-written) : EIO);
         bytes.remove_prefix(static_cast<std::size_t>(written));
@@ -76,8 +71,8 @@ void CopyThroughMemory(int source, std::int64_t offset, int target, std::int64_t
     std::vector<char> buffer(std::min(kCopyBuffer, static_cast<std::size_t>(count)));
     while (count > 0) {
         const auto wanted = std::min(count, static_cast<std::int64_t>(buffer.size()));
-        const auto got =
-            Files().ReadAt(source, offset, buffer.data(), static_cast<std::size_t>(wanted), true);
+        const auto got = platform::TheFiles().ReadAt(source, offset, buffer.data(),
+                                                     static_cast<std::size_t>(wanted), true);
         if (got <= 0) // the song has become shorter, or cannot be read: no copy
             throw runtime::FileError(got < 0 ? static_cast<int>(-got) : EIO);
         WriteAll(target, {buffer.data(), static_cast<std::size_t>(got)});
@@ -90,8 +85,8 @@ void CopyRange(int source, std::int64_t offset, int target, std::int64_t count)
 {
     while (count > 0) {
         const auto wanted = std::min<std::int64_t>(count, kCopyAtOnce);
-        const auto copied =
-            Files().CopyRange(source, offset, target, static_cast<std::size_t>(wanted));
+        const auto copied = platform::TheFiles().CopyRange(source, offset, target,
+                                                           static_cast<std::size_t>(wanted));
         if (copied == 0 || copied == -EXDEV || copied == -EINVAL || copied == -EOPNOTSUPP)
             return CopyThroughMemory(source, offset, target, count);
         if (copied < 0)
@@ -107,27 +102,27 @@ void CopyRange(int source, std::int64_t offset, int target, std::int64_t count)
 bool TakePlaceOfStale(const std::string &temporaryPath, const std::string &copyPath)
 {
     platform::FileIdentity stale;
-    const int handle = Files().OpenToRead(copyPath, stale);
+    const int handle = platform::TheFiles().OpenToRead(copyPath, stale);
     if (handle == -ENOENT)
         return true; // it has been removed meanwhile
     if (handle < 0) {
-        Check(Files().Rename(temporaryPath, copyPath));
+        Check(platform::TheFiles().Rename(temporaryPath, copyPath));
         return true;
     }
     const OpenHandle held(handle);
-    if (Files().TryLock(handle) == EWOULDBLOCK)
+    if (platform::TheFiles().TryLock(handle) == EWOULDBLOCK)
         return false;
     platform::FileIdentity now;
-    if (Files().Identify(copyPath, now) == 0 && now.inode == stale.inode &&
+    if (platform::TheFiles().Identify(copyPath, now) == 0 && now.inode == stale.inode &&
         now.device == stale.device)
-        Check(Files().Rename(temporaryPath, copyPath));
+        Check(platform::TheFiles().Rename(temporaryPath, copyPath));
     return true;
 }
 
 bool IsThere(const std::string &path)
 {
     platform::FileIdentity identity;
-    return Files().Identify(path, identity) == 0;
+    return platform::TheFiles().Identify(path, identity) == 0;
 }
 
 // Gives the new file the name `copyPath`. Returns: false when another edit that is still running
@@ -135,7 +130,7 @@ bool IsThere(const std::string &path)
 bool ClaimName(const std::string &temporaryPath, const std::string &copyPath)
 {
     for (;;) {
-        const int reason = Files().RenameNew(temporaryPath, copyPath);
+        const int reason = platform::TheFiles().RenameNew(temporaryPath, copyPath);
         if (reason != EEXIST) {
             Check(reason);
             return true;
@@ -149,7 +144,7 @@ bool ClaimName(const std::string &temporaryPath, const std::string &copyPath)
 
 bool ReplaceName(const std::string &temporaryPath, const std::string &copyPath)
 {
-    Check(Files().Rename(temporaryPath, copyPath));
+    Check(platform::TheFiles().Rename(temporaryPath, copyPath));
     return true;
 }
 
@@ -163,17 +158,18 @@ std::optional<SongCopy> WriteWhole(const std::string &copyPath, const Fill &fill
         const int handle = CreateBeside(copyPath, temporaryPath);
         SongCopy copy(handle, {});
         fill(handle);
-        (void)Files().TryLock(handle); // no other program has the file open yet
-        Check(Files().Flush(handle));
+        (void)platform::TheFiles().TryLock(handle); // no other program has the file open yet
+        Check(platform::TheFiles().Flush(handle));
         platform::FileIdentity identity;
-        Check(Files().Identify(temporaryPath, identity)); // under a name that no one else has
+        Check(platform::TheFiles().Identify(temporaryPath,
+                                            identity)); // under a name that no one else has
         copy.SetIdentity(identity);
         if (name(temporaryPath, copyPath))
             return copy;
-        Files().Delete(temporaryPath);
+        platform::TheFiles().Delete(temporaryPath);
         return std::nullopt;
     } catch (const runtime::RuntimeError &) {
-        Files().Delete(temporaryPath); // when this fails too, the file stays
+        platform::TheFiles().Delete(temporaryPath); // when this fails too, the file stays
         throw;
     }
 }
@@ -200,7 +196,7 @@ SongCopy &SongCopy::operator=(SongCopy &&other) noexcept
 SongCopy::~SongCopy()
 {
     if (m_handle >= 0)
-        Files().Close(m_handle);
+        platform::TheFiles().Close(m_handle);
 }
 
 std::optional<SongCopy> WriteNewSong(const std::string &song, const NewSong &content,
@@ -214,7 +210,7 @@ std::optional<SongCopy> WriteNewSong(const std::string &song, const NewSong &con
     return WriteWhole(
         copyPath,
         [&](int target) {
-            Check(Files().CopyRights(source.Get(), target));
+            Check(platform::TheFiles().CopyRights(source.Get(), target));
             WriteAll(target, content.front);
             CopyRange(source.Get(), content.audioOffset, target, content.audioBytes);
             WriteAll(target, content.back);
@@ -227,19 +223,19 @@ void CopySong(const std::string &song, const std::string &copyPath)
     platform::FileIdentity identity;
     platform::FileIdentity earlier;
     const OpenHandle source(OpenSong(song, identity));
-    if (Files().Identify(copyPath, earlier) == 0 && earlier.device == identity.device &&
-        earlier.inode == identity.inode)
+    if (platform::TheFiles().Identify(copyPath, earlier) == 0 &&
+        earlier.device == identity.device && earlier.inode == identity.inode)
         throw runtime::RuntimeError(runtime::kPermissionDenied);
     WriteWhole(
         copyPath,
         [&](int target) {
             CopyRange(source.Get(), 0, target, identity.sizeBytes);
-            (void)Files().CopyRights(
+            (void)platform::TheFiles().CopyRights(
                 source.Get(),
                 target); // the folder of backups may be on a file system without them
         },
         ReplaceName);
-    Check(Files().FlushFolderOf(copyPath));
+    Check(platform::TheFiles().FlushFolderOf(copyPath));
 }
 
 } // namespace metadata

@@ -72,16 +72,6 @@ struct Edit {
     ID3v2Tag fields = {};
 };
 
-platform::Desktop &Desktop()
-{
-    return *platform::TheMachine().desktop;
-}
-
-platform::Files &Files()
-{
-    return *platform::TheMachine().files;
-}
-
 void Check(int reason)
 {
     if (reason != 0)
@@ -90,14 +80,14 @@ void Check(int reason)
 
 void ShowBox(std::string_view words)
 {
-    Desktop().MessageBox(words);
+    platform::TheDesktop().MessageBox(words);
 }
 
 bool MakeBackupFolder()
 {
-    const int reason = Files().MakeFolder(shell::AppFile(kBackupFolder));
+    const int reason = platform::TheFiles().MakeFolder(shell::AppFile(kBackupFolder));
     const std::string folder = shell::AppFile(kBackupFolder);
-    const int flushed = reason == 0 ? Files().FlushFolderOf(folder) : 0;
+    const int flushed = reason == 0 ? platform::TheFiles().FlushFolderOf(folder) : 0;
     const bool there = flushed == 0 && (reason == 0 || reason == EEXIST);
     if (!there)
         ShowBox(runtime::FileError(reason != 0 ? reason : flushed, folder).description);
@@ -164,7 +154,7 @@ void ReportChanged(const Edit &edit)
 bool StillFits(const Edit &edit)
 {
     platform::FileIdentity now;
-    if (const int reason = Files().Identify(edit.fileName, now); reason != 0)
+    if (const int reason = platform::TheFiles().Identify(edit.fileName, now); reason != 0)
         ShowBox(runtime::FileError(reason, edit.fileName).description);
     else if (now == edit.raw.file)
         return true;
@@ -185,7 +175,8 @@ bool PrepareRawTags(Edit &edit)
     }
     if (asRead)
         return StillFits(edit) &&
-               Run([&] { Check(Files().RealPath(edit.fileName, edit.realPath)); }, edit.fileName);
+               Run([&] { Check(platform::TheFiles().RealPath(edit.fileName, edit.realPath)); },
+                   edit.fileName);
     ReportChanged(edit);
     return false;
 }
@@ -286,10 +277,10 @@ void WaitUntilReadable(const std::string &path)
 {
     for (;;) {
         platform::FileIdentity identity;
-        const int handle = Files().OpenToRead(path, identity);
+        const int handle = platform::TheFiles().OpenToRead(path, identity);
         if (handle >= 0)
-            Files().Close(handle);
-        Desktop().DoEvents();
+            platform::TheFiles().Close(handle);
+        platform::TheDesktop().DoEvents();
         if (!IsTransient(-handle) || platform::IsEndRequested())
             return;
         platform::TheMachine().clock->Sleep(kPollMs);
@@ -314,7 +305,7 @@ void WaitForNextSecond()
     const double end = std::floor(start) + 1;
     const std::int64_t startMs = clock.SteadyMs();
     for (double now = start; now >= start && now <= end; now = clock.SecondsOfDay()) {
-        Desktop().DoEvents();
+        platform::TheDesktop().DoEvents();
         clock.Sleep(kPollMs);
         if (clock.SteadyMs() - startMs > kLongestWaitMs)
             return;
@@ -374,7 +365,7 @@ void SettleCatalogue(const Edit &edit)
 bool IsOwnCopy(const Edit &edit)
 {
     platform::FileIdentity now;
-    return Files().Identify(edit.copyPath, now) == 0 &&
+    return platform::TheFiles().Identify(edit.copyPath, now) == 0 &&
            now.device == edit.copy->Identity().device && now.inode == edit.copy->Identity().inode;
 }
 
@@ -390,19 +381,19 @@ bool PutInPlace(const Edit &edit)
             ReportEditedTwice(edit);
             return false;
         }
-        const int reason = Files().Rename(edit.copyPath, edit.realPath);
+        const int reason = platform::TheFiles().Rename(edit.copyPath, edit.realPath);
         if (!IsTransient(reason) || platform::IsEndRequested()) {
             TheResult() = reason == 0 ? SaveResult::Written : SaveResult::Failed;
             Run(
                 [&] {
                     Check(reason);
-                    Check(Files().FlushFolderOf(edit.realPath));
+                    Check(platform::TheFiles().FlushFolderOf(edit.realPath));
                 },
                 edit.fileName);
-            Desktop().DoEvents();
+            platform::TheDesktop().DoEvents();
             return true;
         }
-        Desktop().DoEvents();
+        platform::TheDesktop().DoEvents();
         platform::TheMachine().clock->Sleep(kPollMs);
     }
 }
@@ -423,8 +414,8 @@ bool ReplaceSong(const Edit &edit, bool isCatalogued)
     if (hooks.restorePlayingFile)
         Run([&] { hooks.restorePlayingFile(current, edit.fileName, state, position); });
     platform::FileIdentity song;
-    if (IsOwnCopy(edit) && Files().Identify(edit.realPath, song) == 0)
-        Run([&] { Check(Files().Delete(edit.copyPath)); }, edit.copyPath);
+    if (IsOwnCopy(edit) && platform::TheFiles().Identify(edit.realPath, song) == 0)
+        Run([&] { Check(platform::TheFiles().Delete(edit.copyPath)); }, edit.copyPath);
     return replaced;
 }
 
@@ -468,11 +459,11 @@ bool SaveTag(ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, const ID3v1Tag & /*not used*/,
     ChangeKind(ID3v2, KindInUse());
     Edit edit{ID3v1,         ID3v2,         OldID3v2, FileName, WriteID3v1, WriteID3v2,
               ProgressLabel, CopyRawTags(), {},       {},       {},         {}};
-    Desktop().SetPointer(platform::Pointer::Hourglass);
-    Desktop().DoEvents();
+    platform::TheDesktop().SetPointer(platform::Pointer::Hourglass);
+    platform::TheDesktop().DoEvents();
     const bool result = Rewrite(edit);
-    Desktop().SetPointer(platform::Pointer::Normal);
-    Desktop().DoEvents();
+    platform::TheDesktop().SetPointer(platform::Pointer::Normal);
+    platform::TheDesktop().DoEvents();
     return result;
 }
 

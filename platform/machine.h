@@ -44,4 +44,18 @@ struct Machine {
 // The machine in use: the single place where the ports are kept.
 Machine &TheMachine();
 
+// Three of its ports, which are never null where they are used.
+inline Desktop &TheDesktop()
+{
+    return *TheMachine().desktop;
+}
+inline Files &TheFiles()
+{
+    return *TheMachine().files;
+}
+inline Folders &TheFolders()
+{
+    return *TheMachine().folders;
+}
+
 } // namespace platform

@@ -47,14 +47,9 @@ State &TheState()
     return state;
 }
 
-platform::Desktop &TheDesktop()
-{
-    return *platform::TheMachine().desktop;
-}
-
 void ShowBox(std::string_view words)
 {
-    TheDesktop().MessageBox(words);
+    platform::TheDesktop().MessageBox(words);
 }
 
 std::string NodeKey(std::string_view name)
@@ -104,14 +99,14 @@ std::optional<std::string> AskName(const std::string &path)
     std::string suggested = SuggestedName(path);
     while (!IsEnding()) {
         const std::string name =
-            TheDesktop()
+            platform::TheDesktop()
                 .InputBox(
                     shell::GetLanguageText("Type the name for this PlayList", "NameThePlaylist",
                                            "InputBox"),
                     shell::GetLanguageText("PlayList's Name", "NameThePlaylistTitle", "InputBox"),
                     suggested)
                 .value_or("");
-        if (name.empty() && TheDesktop().InputWasClosed())
+        if (name.empty() && platform::TheDesktop().InputWasClosed())
             break;
         if (name.empty())
             continue;
@@ -211,7 +206,7 @@ void ShowEntries(MainForm &form, const std::string &listPath, std::string text)
 
 void AddPlayList(MainForm &form)
 {
-    const std::optional<std::string> path = TheDesktop().OpenDialog(
+    const std::optional<std::string> path = platform::TheDesktop().OpenDialog(
         shell::GetLanguageText("Select the PlayList file", "PlayListFile", "CommonDialogs"),
         {{"WinAmp PlayList (*.m3u)", "*.m3u"}}, shell::GetAppPath());
     if (!path || path->empty())
@@ -250,8 +245,8 @@ bool ListPlayList(MainForm &form, std::string_view name)
     const auto records = ListsOf(kOne, {std::string(name)});
     const std::string path =
         records == nullptr || records->AtEnd() ? "" : std::string(records->Text("LIST_Path"));
-    TheDesktop().SetPointer(platform::Pointer::Hourglass);
-    TheDesktop().DoEvents();
+    platform::TheDesktop().SetPointer(platform::Pointer::Hourglass);
+    platform::TheDesktop().DoEvents();
     if (!isLatest())
         return false;
     std::string text = ReadListFile(path);

@@ -35,11 +35,6 @@ std::unique_ptr<SearchForm> &TheForm()
     return form;
 }
 
-platform::Desktop &TheDesktop()
-{
-    return *platform::TheMachine().desktop;
-}
-
 void ShowCount(SearchForm &form, std::int64_t count)
 {
     form.SBar.SetText(kPanel, std::to_string(count) + " " +
@@ -223,7 +218,7 @@ void ReDrawForm(SearchForm &form)
         return;
     PlanLayout(state);
     Apply(form, state);
-    TheDesktop().DoEvents();
+    platform::TheDesktop().DoEvents();
 }
 
 void ResizeSearchForm(SearchForm &form)
@@ -236,7 +231,7 @@ void ResizeSearchForm(SearchForm &form)
         ReDrawForm(form);
         browser::ClearSearchPanel(form.ListView, form, form.ObjClicked != nullptr);
         browser::AdjustPanelScroll(form.ListView, form);
-        TheDesktop().DoEvents();
+        platform::TheDesktop().DoEvents();
     } catch (const runtime::RuntimeError &) {
         // When a layout is impossible, everything stays where it is.
     }
@@ -288,7 +283,7 @@ void cmdSearch_Click(SearchForm &form)
     const Search search = BuildSearch(CriteriaOf(form.options));
     form.options.txtToFind.SetText(search.text);
     if (!search.HasField()) {
-        TheDesktop().MessageBox("You didn't select any field to look into");
+        platform::TheDesktop().MessageBox("You didn't select any field to look into");
         return;
     }
     if (DataAccess == nullptr)
@@ -301,7 +296,7 @@ void cmdSearch_Click(SearchForm &form)
         return; // the program has ended, or another search has begun, while events ran
     if (!DataAccess->Succeeded) {
         const std::string words = DataAccess->ErrorMessage;
-        TheDesktop().MessageBox(words);
+        platform::TheDesktop().MessageBox(words);
     }
     const bool filled =
         browser::FillItemList(form.ListView, *records, [&form] { return form.visible; });
@@ -309,8 +304,8 @@ void cmdSearch_Click(SearchForm &form)
     if (!filled || !form.visible)
         return;
     ShowCount(form, records->RecordCount());
-    TheDesktop().SetPointer(platform::Pointer::Normal);
-    TheDesktop().DoEvents();
+    platform::TheDesktop().SetPointer(platform::Pointer::Normal);
+    platform::TheDesktop().DoEvents();
 }
 
 void ListView_MouseDown(SearchForm &form, int button, bool shift, bool ctrl)

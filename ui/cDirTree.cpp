@@ -25,11 +25,6 @@ std::string InBrackets(const std::string &drive)
     return "(" + drive + ")";
 }
 
-platform::Folders &TheFolders()
-{
-    return *platform::TheMachine().folders;
-}
-
 // How a drive is shown, by its type.
 struct DriveStyle {
     std::string_view image;
@@ -74,7 +69,7 @@ std::string ProperCase(std::string_view text)
     return result;
 }
 
-cDirTree::cDirTree() : m_desktopPath(TheFolders().UserFolder("DESKTOP")) {}
+cDirTree::cDirTree() : m_desktopPath(platform::TheFolders().UserFolder("DESKTOP")) {}
 
 cDirTree::~cDirTree()
 {
@@ -115,7 +110,7 @@ bool cDirTree::RegEnumValues(std::string_view key, std::vector<std::string> &nam
 {
     if (key != "Shell Folders")
         return false;
-    names = TheFolders().UserFolderPurposes();
+    names = platform::TheFolders().UserFolderPurposes();
     return true;
 }
 
@@ -242,7 +237,8 @@ void cDirTree::AddDrive(NodeId computer, const std::string &drive, std::string &
         firstFixed = text;
     std::string first;
     if (!style.isFloppy &&
-        TheFolders().Probe(drive, m_roots, BeginWait(), first) == platform::FolderAnswer::Listed &&
+        platform::TheFolders().Probe(drive, m_roots, BeginWait(), first) ==
+            platform::FolderAnswer::Listed &&
         !first.empty())
         AddFolders(node, drive, {{first, {}}});
 }
@@ -304,7 +300,8 @@ void cDirTree::ListDirs(const std::string &path)
     if (path.empty() || m_listing || m_abandoned)
         return;
     m_listing = true;
-    const platform::FolderContents contents = TheFolders().List(path, m_roots, BeginWait());
+    const platform::FolderContents contents =
+        platform::TheFolders().List(path, m_roots, BeginWait());
     EndWait();
     const NodeId parent = path == m_desktopPath ? m_desktop : FindPath(path);
     if (parent == kNoNode)
@@ -374,7 +371,7 @@ void cDirTree::LoadTV(std::string_view relativeKey)
             ListDirs(PathOf(node));
             break;
         }
-    const std::string current = TheFolders().CurrentFolder();
+    const std::string current = platform::TheFolders().CurrentFolder();
     for (const std::string &part : FoldersDownTo(current))
         ListDirs(part);
     const NodeId node = FindPath(current);

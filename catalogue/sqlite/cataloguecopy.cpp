@@ -29,11 +29,6 @@ constexpr std::string_view kFront = "MP3s ", kBack = ".mdb";
 constexpr int kPagesAStep = 1024;
 constexpr int kWaitUs = 10000; // between tries while the file is locked
 
-platform::Files &Files()
-{
-    return *platform::TheMachine().files;
-}
-
 std::string ReasonOf(int errnoValue, const std::string &path)
 {
     return path + ": " + runtime::FileError(errnoValue).description;
@@ -96,26 +91,26 @@ std::string CopyDatabase(sqlite3 *from, const std::string &to)
 // Gives the finished copy its name. Returns: the reason of a failure, or an empty text.
 std::string Settle(int handle, const std::string &temporary, const std::string &path)
 {
-    int failure = Files().Flush(handle);
+    int failure = platform::TheFiles().Flush(handle);
     if (failure == 0)
-        failure = Files().Rename(temporary, path);
+        failure = platform::TheFiles().Rename(temporary, path);
     if (failure == 0)
-        failure = Files().FlushFolderOf(path);
+        failure = platform::TheFiles().FlushFolderOf(path);
     return failure == 0 ? std::string() : ReasonOf(failure, path);
 }
 
 std::string MakeCopy(sqlite3 *from, const std::string &path)
 {
     std::string temporary;
-    const int handle = Files().CreateBeside(path, temporary);
+    const int handle = platform::TheFiles().CreateBeside(path, temporary);
     if (handle < 0)
         return ReasonOf(-handle, path);
     std::string reason = CopyDatabase(from, temporary);
     if (reason.empty())
         reason = Settle(handle, temporary, path);
-    Files().Close(handle);
+    platform::TheFiles().Close(handle);
     if (!reason.empty())
-        Files().Delete(temporary);
+        platform::TheFiles().Delete(temporary);
     return reason;
 }
 
@@ -124,7 +119,8 @@ std::string MakeCopy(sqlite3 *from, const std::string &path)
 std::string CopyCatalogue(const std::string &path)
 {
     const std::string folder = (fs::path(path).parent_path() / "Backup").string();
-    if (const int failure = Files().MakeFolder(folder); failure != 0 && failure != EEXIST)
+    if (const int failure = platform::TheFiles().MakeFolder(folder);
+        failure != 0 && failure != EEXIST)
         return ReasonOf(failure, folder);
     std::vector<std::string> copies = CopiesIn(folder);
     const std::string name = NewName(copies);
@@ -138,7 +134,7 @@ std::string CopyCatalogue(const std::string &path)
     }
     // If an old copy cannot be removed, it stays: this is not reported.
     for (std::size_t old = 0; old + kCopiesKept <= copies.size(); old++)
-        Files().Delete(folder + "/" + copies[old]);
+        platform::TheFiles().Delete(folder + "/" + copies[old]);
     return {};
 }
 

@@ -35,11 +35,6 @@ constexpr std::string_view kRecord = ".shipped";
 constexpr std::size_t kMaxRecordBytes = 1u << 20;
 constexpr std::string_view kCatalogue = "MP3s.mdb";
 
-platform::Files &Files()
-{
-    return *platform::TheMachine().files;
-}
-
 void Check(int reason, const std::string &path)
 {
     if (reason != 0)
@@ -63,12 +58,12 @@ std::string Read(const std::string &path)
 int WriteWhole(int handle, std::string_view bytes)
 {
     while (!bytes.empty()) {
-        const auto written = Files().Write(handle, bytes.data(), bytes.size());
+        const auto written = platform::TheFiles().Write(handle, bytes.data(), bytes.size());
         if (written <= 0)
             return written < 0 ? static_cast<int>(-written) : EIO;
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
-    return Files().Flush(handle);
+    return platform::TheFiles().Flush(handle);
 }
 
 enum class Existing { Keep, Replace };
@@ -78,15 +73,15 @@ enum class Existing { Keep, Replace };
 void WriteNew(const std::string &to, std::string_view bytes, Existing existing)
 {
     std::string temporary;
-    const int handle = Files().CreateBeside(to, temporary);
+    const int handle = platform::TheFiles().CreateBeside(to, temporary);
     Check(handle < 0 ? -handle : 0, to);
     int reason = WriteWhole(handle, bytes);
-    Files().Close(handle);
+    platform::TheFiles().Close(handle);
     if (reason == 0)
-        reason = existing == Existing::Replace ? Files().Rename(temporary, to)
-                                               : Files().RenameNew(temporary, to);
+        reason = existing == Existing::Replace ? platform::TheFiles().Rename(temporary, to)
+                                               : platform::TheFiles().RenameNew(temporary, to);
     if (reason != 0)
-        Files().Delete(temporary);
+        platform::TheFiles().Delete(temporary);
     if (reason != EEXIST || existing == Existing::Replace)
         Check(reason, to);
 }
@@ -100,11 +95,11 @@ void MakeHome(const std::string &home)
     const std::string above = fs::path(home).parent_path().string();
     if (!above.empty() && above != home)
         MakeHome(above);
-    if (const int reason = Files().MakeFolder(home); reason != EEXIST)
+    if (const int reason = platform::TheFiles().MakeFolder(home); reason != EEXIST)
         Check(reason, home);
     else if (!fs::is_directory(home, unknown)) // another process may have made it just now
         Check(ENOTDIR, home);
-    Check(Files().FlushFolderOf(home), home);
+    Check(platform::TheFiles().FlushFolderOf(home), home);
 }
 
 // The names of the shipped files, in the order of the alphabet.
@@ -245,9 +240,9 @@ void FillOnFirstStart(const std::string &shippedFolder, const std::string &home)
             WriteNew(to, Read(runtime::JoinPath(shippedFolder, name)), Existing::Keep);
     }
     // The marker says that the files are there: it is written to the disk after them.
-    Check(Files().FlushFolderOf(marker), home);
+    Check(platform::TheFiles().FlushFolderOf(marker), home);
     WriteNew(marker, "", Existing::Keep);
-    Check(Files().FlushFolderOf(marker), home);
+    Check(platform::TheFiles().FlushFolderOf(marker), home);
 }
 
 void RestoreTornFiles(const std::string &shippedFolder, const std::string &home)
@@ -279,7 +274,7 @@ void RenewShippedFiles(const std::string &shippedFolder, const std::string &home
         if (now == before)
             return;
         // The copies are on the disk before the record says so.
-        Check(Files().FlushFolderOf(runtime::JoinPath(home, kRecord)), home);
+        Check(platform::TheFiles().FlushFolderOf(runtime::JoinPath(home, kRecord)), home);
         WriteNew(runtime::JoinPath(home, kRecord), FormatRecord(now), Existing::Replace);
     } catch (const runtime::RuntimeError &) {
         // The existing copies are used: a missing language or help text must not prevent the start.

@@ -39,11 +39,6 @@ constexpr std::string_view kCatalogueDamaged =
 constexpr std::string_view kLanguageExtension = ".qlt";
 constexpr std::string_view kNotValidDataBase = "Not ValidDataBase"; // the text that ADOclass sets
 
-platform::Desktop &TheDesktop()
-{
-    return *platform::TheMachine().desktop;
-}
-
 // Calls a step of the windows, if it is set.
 template <class... Arguments>
 void Run(const std::function<void(Arguments...)> &step,
@@ -68,9 +63,9 @@ std::string WhyNotWritable()
 bool RefuseOldCatalogue(const std::string &details = {})
 {
     if (details.empty())
-        TheDesktop().MessageBox(kNewerCatalogueNeeded);
+        platform::TheDesktop().MessageBox(kNewerCatalogueNeeded);
     else
-        TheDesktop().MessageBoxWithDetails(kNewerCatalogueNeeded, details);
+        platform::TheDesktop().MessageBoxWithDetails(kNewerCatalogueNeeded, details);
     return false;
 }
 
@@ -80,9 +75,9 @@ bool RefuseDamagedCatalogue()
     const std::string details = WhyNotWritable();
     const auto answer =
         details.empty()
-            ? TheDesktop().MessageBox(kCatalogueDamaged, platform::Buttons::YesNo, kTitle)
-            : TheDesktop().MessageBoxWithDetails(kCatalogueDamaged, details,
-                                                 platform::Buttons::YesNo, kTitle);
+            ? platform::TheDesktop().MessageBox(kCatalogueDamaged, platform::Buttons::YesNo, kTitle)
+            : platform::TheDesktop().MessageBoxWithDetails(kCatalogueDamaged, details,
+                                                           platform::Buttons::YesNo, kTitle);
     if (answer == platform::Answer::Yes)
         OpenAddress(std::string(kDownloadPage), "C:\\");
     return false;
@@ -153,8 +148,8 @@ void RefreshAtStartUp(const StartUpWindows &windows)
 
 void BringUpMainWindow(const StartUpWindows &windows)
 {
-    TheDesktop().SetPointer(platform::Pointer::Hourglass);
-    TheDesktop().DoEvents();
+    platform::TheDesktop().SetPointer(platform::Pointer::Hourglass);
+    platform::TheDesktop().DoEvents();
     if (GetFlagPreference("RefreshAtStartUp"))
         RefreshAtStartUp(windows);
     Run(windows.SizeMainWindow);
@@ -162,8 +157,8 @@ void BringUpMainWindow(const StartUpWindows &windows)
     Run(windows.LoadShellIcons);
     Run(windows.LoadTreeView, std::string_view());
     Run(windows.ArmSplashTimer);
-    TheDesktop().SetPointer(platform::Pointer::Normal);
-    TheDesktop().DoEvents();
+    platform::TheDesktop().SetPointer(platform::Pointer::Normal);
+    platform::TheDesktop().DoEvents();
 }
 
 } // namespace
@@ -213,8 +208,8 @@ std::vector<std::string> FindLanguages()
 
 void ShowRuntimeError(const runtime::RuntimeError &error)
 {
-    TheDesktop().MessageBox("Run-time error '" + std::to_string(error.number) + "':\r\r" +
-                            error.description);
+    platform::TheDesktop().MessageBox("Run-time error '" + std::to_string(error.number) + "':\r\r" +
+                                      error.description);
 }
 
 std::optional<int> Main(const std::vector<std::string> &elements, const StartUpWindows &windows)
