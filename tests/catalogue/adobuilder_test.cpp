@@ -1,5 +1,5 @@
 #include "catalogue/engines.h"
-#include "tests/catalogue/support.h"
+#include "tests/support/freshcatalogue.h"
 #include "tests/support/scripteddesktop.h"
 
 #include <gtest/gtest.h>

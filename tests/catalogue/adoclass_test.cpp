@@ -1,7 +1,7 @@
 #include "platform/desktop.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
-#include "tests/catalogue/support.h"
+#include "tests/support/freshcatalogue.h"
 #include "tests/support/silentdesktop.h"
 
 #include <gtest/gtest.h>

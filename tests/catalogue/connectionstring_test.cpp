@@ -2,7 +2,7 @@
 #include "catalogue/rowgroups.h"
 #include "catalogue/rows/rowtable.h"
 #include "shell/apppath.h"
-#include "tests/catalogue/support.h"
+#include "tests/support/freshcatalogue.h"
 #include "tests/support/scripteddesktop.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "catalogue/sqlite/writequeue.h"
 #include "platform/machine.h"
 #include "platform/waiting.h"
-#include "tests/catalogue/support.h"
+#include "tests/support/freshcatalogue.h"
 #include "tests/support/fulldisk.h"
 #include "tests/support/silentdesktop.h"
 #include "tests/support/wait.h"

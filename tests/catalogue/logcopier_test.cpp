@@ -1,7 +1,7 @@
 // The log is copied into the catalogue while rows are still written: nothing is lost by it, and the
 // end leaves the file complete without its log.
 #include "catalogue/sqlite/logcopier.h"
-#include "tests/catalogue/support.h"
+#include "tests/support/freshcatalogue.h"
 #include "tests/support/fulldisk.h"
 #include "tests/support/wait.h"
 

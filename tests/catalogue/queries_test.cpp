@@ -1,5 +1,5 @@
 #include "runtime/text.h"
-#include "tests/catalogue/support.h"
+#include "tests/support/freshcatalogue.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>

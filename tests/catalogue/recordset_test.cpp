@@ -1,7 +1,7 @@
 #include "catalogue/rows/lazyrows.h"
 #include "runtime/collation.h"
 #include "runtime/error.h"
-#include "tests/catalogue/support.h"
+#include "tests/support/freshcatalogue.h"
 #include "tests/support/oddtexts.h"
 #include "ui/controls/inputs/keyedlist.h"
 

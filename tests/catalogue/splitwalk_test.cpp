@@ -1,6 +1,6 @@
 #include "catalogue/sqlite/splitwalk.h"
 #include "catalogue/sqlite/sqlitefunctions.h"
-#include "tests/catalogue/support.h"
+#include "tests/support/freshcatalogue.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Searches for words: the same rows whether texts were read ahead or not, and always those of the
 // catalogue as it is now, whichever process has changed it.
 #include "runtime/text.h"
-#include "tests/catalogue/support.h"
+#include "tests/support/freshcatalogue.h"
 #include "tests/support/oddtexts.h"
 
 #include <gtest/gtest.h>

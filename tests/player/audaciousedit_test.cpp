@@ -5,6 +5,7 @@
 #include "shell/apppath.h"
 #include "shell/globals.h"
 #include "tests/player/audaciousfixture.h"
+#include "tests/support/freshcatalogue.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -102,7 +103,7 @@ TEST_F(AudaciousEdit, APausedSongStaysPausedAtTheSameSecond)
     std::uint32_t at = 0;
     EXPECT_TRUE(WaitRealTime([&] { // it may play out what it has read ahead, half a second
         at = real.Time();
-        usleep(100'000);
+        usleep(100'000); // only time shows that it is not moving
         return real.Time() == at;
     }));
     EXPECT_NEAR(static_cast<double>(at), was, 1100);
@@ -185,7 +186,7 @@ TEST_F(AudaciousEdit, LyricsFromTheTerminal)
     StartWith(2);
     const char *quenlin = std::getenv("QUENLIN_PROGRAM");
     ASSERT_NE(quenlin, nullptr);
-    std::filesystem::copy_file(QUENLIN_SHIPPED_CATALOGUE, program / "MP3s.mdb");
+    std::filesystem::copy_file(tests::ShippedCatalogue(), program / "MP3s.mdb");
     PlayFrom(1, 30);
     tests::WriteFile(real.music / "1.txt", "[00:10]One line\r\n");
     bool stopped = false;

@@ -8,6 +8,7 @@
 #include "runtime/text.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
+#include "tests/support/freshcatalogue.h"
 
 #include <filesystem>
 
@@ -20,7 +21,7 @@ LibraryFixture::LibraryFixture() : m_music(folder / "music"), m_appPathBefore(sh
 {
     fs::create_directories(m_music);
     fs::create_directories(folder / "app");
-    fs::copy_file(QUENLIN_SHIPPED_CATALOGUE, folder / "app/MP3s.mdb");
+    fs::copy_file(ShippedCatalogue(), folder / "app/MP3s.mdb");
     shell::SetAppPath(folder / "app");
     shell::TheGlobals() = shell::Globals();
     shell::TheGlobals().MP3Directory = m_music;

@@ -1,4 +1,4 @@
-#include "tests/catalogue/support.h"
+#include "tests/support/freshcatalogue.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
-// tests/catalogue/support.h - a fresh catalogue for one test, and ways to fill and read it.
+// tests/support/freshcatalogue.h - the catalogue as it ships in a new folder, and ways to fill and
+// read it, for tests of the engine. Tests of what uses the program's catalogue have LibraryFixture.
 #pragma once
 
 #include "catalogue/adoclass.h"
