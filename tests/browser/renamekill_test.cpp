@@ -81,8 +81,9 @@ protected:
         }
         int status = 0;
         EXPECT_EQ(waitpid(child, &status, 0), child);
-        EXPECT_TRUE(WIFSIGNALED(status) || WEXITSTATUS(status) == 0) << status;
-        return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
+        const bool isKilled = WIFSIGNALED(status);
+        EXPECT_EQ(isKilled ? WTERMSIG(status) : WEXITSTATUS(status), isKilled ? SIGKILL : 0);
+        return isKilled;
     }
 
     tests::MemorySettings settings;

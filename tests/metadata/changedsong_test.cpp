@@ -12,27 +12,23 @@
 
 namespace fs = std::filesystem;
 
+namespace tests
+{
+
 namespace
 {
 
 using metadata::ReadSongInfo;
-using tests::AudioBytes;
-using tests::Frame3;
-using tests::GenreAndTrack;
-using tests::ReadFile;
-using tests::Tag;
-using tests::Tag1;
-using tests::Z;
 
-class ChangedSong : public tests::SongEdit
+class ChangedSong : public SongEdit
 {
 };
 
 TEST_F(ChangedSong, AnotherSongReadAtEveryYield)
 {
     const std::string other = m_desk.program / "other.mp3";
-    tests::WriteFile(other, Tag(3, Frame3("TIT2", "Other") + std::string(777, 'x')) +
-                                AudioBytes(900) + Tag1("Other", "", "", "", "", 9, 9));
+    WriteFile(other, Tag(3, Frame3("TIT2", "Other") + std::string(777, 'x')) + AudioBytes(900) +
+                         Tag1("Other", "", "", "", "", 9, 9));
     m_desk.onYield = [&] { ReadSongInfo(other); };
     shell::TheGlobals().BackUpFiles = true;
     const std::string old = Frame3("TIT2", "Old") + Frame3("PRIV", "kept");
@@ -54,7 +50,7 @@ TEST_F(ChangedSong, AnotherSongReadAtEveryYield)
 
 TEST_F(ChangedSong, TheSameRecordAsOldAndNewAfterAnotherSong)
 {
-    tests::WriteFile(m_desk.program / "other.mp3", AudioBytes());
+    WriteFile(m_desk.program / "other.mp3", AudioBytes());
     Song(Tag(3, Frame3("USLT", Z("eng\0old"))) + AudioBytes());
     m_pass.id3v2.Lyrics = "new";
     ReadSongInfo(m_desk.program / "other.mp3");
@@ -88,7 +84,7 @@ TEST_F(ChangedSong, ManyOtherSongsLaterTheTagsDecide)
         SCOPED_TRACE(c.changed);
         const std::string changed = Tag(3, c.changed) + AudioBytes();
         Song(Tag(3, c.before) + AudioBytes());
-        tests::WriteFile(m_path, changed);
+        WriteFile(m_path, changed);
         for (int i = 0; i < 100; ++i)
             ReadSongInfo(m_desk.program / std::to_string(i));
         m_pass.id3v2.Title = "New";
@@ -102,23 +98,27 @@ TEST_F(ChangedSong, ManyOtherSongsLaterTheTagsDecide)
 // A program that changes the song `atYield` yields into the edit (0 = before it).
 TEST_F(ChangedSong, ASongChangedInBetweenIsNotOverwritten)
 {
-    tests::WriteFile(m_desk.program / "other.mp3", AudioBytes());
+    WriteFile(m_desk.program / "other.mp3", AudioBytes());
     shell::TheGlobals().BackUpFiles = true;
+    const std::string before = Tag(3, Frame3("TIT2", "Old")) + AudioBytes();
     const std::string changed = Tag(3, Frame3("TIT2", "Theirs")) + AudioBytes(6000);
     int told = 0;
     for (const bool otherBetween : {false, true})
         for (int atYield = 0; atYield < 200; ++atYield) {
-            Song(Tag(3, Frame3("TIT2", "Old")) + AudioBytes());
+            Song(before);
             m_desk.boxes.clear();
             m_desk.yields = 0;
+            bool wasWritten = false; // when the other program changes the song
             m_desk.onYield = [&] {
-                if (m_desk.yields == atYield)
-                    tests::WriteFile(m_path, changed);
+                if (m_desk.yields != atYield)
+                    return;
+                wasWritten = ReadFile(m_path) != before;
+                WriteFile(m_path, changed);
             };
             if (otherBetween)
                 ReadSongInfo(m_desk.program / "other.mp3");
             if (atYield == 0)
-                tests::WriteFile(m_path, changed);
+                WriteFile(m_path, changed);
             m_pass.id3v2.Title = "New";
             const bool result = Save(false, true);
             m_desk.onYield = nullptr;
@@ -126,10 +126,11 @@ TEST_F(ChangedSong, ASongChangedInBetweenIsNotOverwritten)
             if (m_desk.yields < atYield)
                 break;
             EXPECT_TRUE(ReadFile(m_path) == changed) << atYield;
-            if (result) // changed when all was done
+            EXPECT_EQ(result, wasWritten) << atYield;
+            ASSERT_EQ(m_desk.boxes.size(), wasWritten ? 0u : 1u) << atYield;
+            if (wasWritten)
                 continue;
             ++told;
-            ASSERT_EQ(m_desk.boxes.size(), 1u) << atYield;
             EXPECT_TRUE(m_desk.boxes[0].find("was changed by another program") !=
                         std::string::npos);
         }
@@ -145,7 +146,7 @@ TEST_F(ChangedSong, ASongReplacedByOneOfTheSameSizeIsNotOverwritten)
         m_desk.onYield = [&] {
             if (label.Caption() != step || fs::exists(m_path + ".bck"))
                 return;
-            tests::WriteFile(m_path + ".new", theirs);
+            WriteFile(m_path + ".new", theirs);
             fs::rename(m_path + ".new", m_path);
         };
         m_pass.id3v2.Title = "New";
@@ -177,7 +178,7 @@ TEST_F(ChangedSong, ASongChangedBeforeItsCopyIsWrittenStaysInTheCatalogueAsItIs)
         Song(Tag(3, Frame3("TIT2", "Old")) + AudioBytes());
         m_desk.onYield = [&] {
             if (label.Caption() == step)
-                tests::WriteFile(m_path, changed);
+                WriteFile(m_path, changed);
         };
         m_pass.id3v2.Title = "New";
         EXPECT_FALSE(Save(true, true, &label));
@@ -205,7 +206,7 @@ TEST_F(ChangedSong, TheCopyOfAnotherEditIsNeitherTakenNorDeleted)
             if (m_desk.yields != atYield)
                 return;
             ours = fs::exists(m_path + ".bck");
-            tests::WriteFile(m_path + ".their", "theirs");
+            WriteFile(m_path + ".their", "theirs");
             fs::rename(m_path + ".their", m_path + ".bck");
         };
         m_pass.id3v2.Title = "New";
@@ -213,13 +214,13 @@ TEST_F(ChangedSong, TheCopyOfAnotherEditIsNeitherTakenNorDeleted)
         m_desk.onYield = nullptr;
         if (m_desk.yields < atYield)
             break;
-        if (result) {
-            EXPECT_TRUE(ReadFile(m_path) != "theirs");
+        EXPECT_EQ(result, !ours);
+        if (!ours) {
+            EXPECT_EQ(metadata::ReadSongInfo(m_path).id3v2.Title, "New");
             EXPECT_TRUE(m_desk.boxes.empty());
             continue;
         }
         ++told;
-        EXPECT_TRUE(ours);
         ASSERT_EQ(m_desk.boxes.size(), 1u);
         EXPECT_TRUE(m_desk.boxes[0].find("is being edited by another program") !=
                     std::string::npos);
@@ -234,6 +235,8 @@ TEST_F(ChangedSong, TheCopyOfAnotherEditIsNeitherTakenNorDeleted)
 TEST_F(ChangedSong, OfTwoEditsAtOnceOneIsRefused)
 {
     const std::string before = Tag(3, Frame3("TIT2", "Old")) + AudioBytes();
+    enum class End { FirstRefused, SecondRefused, OneAfterTheOther }; // the later it begins
+    End end = End::FirstRefused;
     int refusedSecond = 0;
     for (int atYield = 1; atYield < 400; ++atYield) {
         SCOPED_TRACE(atYield);
@@ -258,19 +261,24 @@ TEST_F(ChangedSong, OfTwoEditsAtOnceOneIsRefused)
             break;
         EXPECT_FALSE(fs::exists(m_path + ".bck"));
         const std::string title = metadata::ReadSongInfo(m_path).id3v2.Title;
-        if (first && *second) { // one after the other
-            EXPECT_EQ(title, "Second");
+        ASSERT_TRUE(first || *second);
+        const End now = !first    ? End::FirstRefused
+                        : *second ? End::OneAfterTheOther
+                                  : End::SecondRefused;
+        EXPECT_GE(now, end);
+        end = now;
+        EXPECT_EQ(title, now == End::SecondRefused ? "First" : "Second");
+        if (now == End::OneAfterTheOther) {
             EXPECT_TRUE(m_desk.boxes.empty());
             continue;
         }
-        EXPECT_TRUE(first || *second);
-        EXPECT_EQ(title, first ? "First" : "Second");
         ASSERT_EQ(m_desk.boxes.size(), 1u);
-        const char *reason =
-            first ? "is being edited by another program" : "was changed by another";
+        const char *reason = now == End::SecondRefused ? "is being edited by another program"
+                                                       : "was changed by another";
         EXPECT_NE(m_desk.boxes[0].find(reason), std::string::npos) << m_desk.boxes[0];
-        refusedSecond += first ? 1 : 0;
+        refusedSecond += now == End::SecondRefused ? 1 : 0;
     }
+    EXPECT_EQ(end, End::OneAfterTheOther);
     EXPECT_GT(refusedSecond, 50);
 }
 
@@ -307,3 +315,5 @@ TEST_F(ChangedSong, ASongThatIsDeletedWhileItsCopyWaits)
 }
 
 } // namespace
+
+} // namespace tests

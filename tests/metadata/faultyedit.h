@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -37,12 +38,19 @@ protected:
     {
         m_files.calls = 0;
         m_files.isDead = false;
+        m_files.named.clear();
         m_desk.boxes.clear();
         metadata::SongInfo old = metadata::ReadSongInfo(m_path);
         metadata::SongInfo now = old;
         now.id3v2.Title = "New";
         return metadata::SaveTag(now.id3v1, now.id3v2, old.id3v1, old.id3v2, m_path, true, true,
                                  nullptr);
+    }
+
+    // Whether the last edit has given a file this path.
+    bool HasNamed(const std::string &path) const
+    {
+        return std::ranges::find(m_files.named, path) != m_files.named.end();
     }
 
     static std::vector<std::string> Names(const std::string &folder)

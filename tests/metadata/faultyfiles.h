@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <string>
+#include <vector>
 
 namespace tests
 {
@@ -18,7 +20,9 @@ public:
     int reason = 0;     // its errno; 0 = the process is killed there and nothing happens any more
     bool isDead = false;
     std::string log; // f: a file flushed, b: named .bck, r: named otherwise, d: a folder flushed
-    int createReason = 0; // the errno of every CreateBeside, when not 0
+    std::vector<std::string> named, deleted; // the paths that files got or lost, in order
+    bool rightsFailed = false;               // those of one file at least
+    int createReason = 0;                    // the errno of every CreateBeside, when not 0
 
     int OpenToRead(const std::string &path, platform::FileIdentity &identity) override
     {
@@ -59,6 +63,7 @@ public:
     int CopyRights(int source, int target) override
     {
         const int fault = Fault();
+        rightsFailed = rightsFailed || fault != 0;
         return fault != 0 ? fault : SystemFilesPort::CopyRights(source, target);
     }
     int Flush(int handle) override
@@ -77,18 +82,27 @@ public:
     {
         const int fault = Fault();
         log += to.ends_with(".bck") ? 'b' : 'r';
-        return fault != 0 ? fault : SystemFilesPort::Rename(from, to);
+        const int failure = fault != 0 ? fault : SystemFilesPort::Rename(from, to);
+        if (failure == 0)
+            named.push_back(to);
+        return failure;
     }
     int RenameNew(const std::string &from, const std::string &to) override
     {
         const int fault = Fault();
         log += to.ends_with(".bck") ? 'b' : 'r';
-        return fault != 0 ? fault : SystemFilesPort::RenameNew(from, to);
+        const int failure = fault != 0 ? fault : SystemFilesPort::RenameNew(from, to);
+        if (failure == 0)
+            named.push_back(to);
+        return failure;
     }
     int Delete(const std::string &path) override
     {
         const int fault = Fault();
-        return fault != 0 ? fault : SystemFilesPort::Delete(path);
+        const int failure = fault != 0 ? fault : SystemFilesPort::Delete(path);
+        if (failure == 0)
+            deleted.push_back(path);
+        return failure;
     }
     int MakeFolder(const std::string &path) override
     {

@@ -48,7 +48,7 @@ TEST(NumberToBytes, Table)
     for (const auto &c : cases) {
         EXPECT_EQ(metadata::NumberToBytes(c.value, c.base), c.want) << c.value;
         const auto back = metadata::FindNumber(c.want, c.base);
-        EXPECT_TRUE(c.value > 0x7FFFFFFF ? !back : back == c.value) << c.value;
+        EXPECT_EQ(back, c.value > 0x7FFFFFFF ? std::nullopt : std::optional(c.value)) << c.value;
     }
     EXPECT_THROW((void)metadata::NumberToBytes(256LL << 21, 128), runtime::RuntimeError);
     EXPECT_THROW((void)metadata::NumberToBytes(1LL << 32, 256), runtime::RuntimeError);

@@ -181,9 +181,7 @@ TEST_F(VersionInfo, NoDifferenceInTheTools)
                               "\r\nQuenlin 1.6.9");
         EXPECT_EQ(check.log, Log{"none"});
         EXPECT_EQ(shown, sameDate ? Log{"frmVersionInfo"} : Log{});
-        if (sameDate) {
-            EXPECT_EQ(check.Status.Caption(), "No newer version available.");
-        }
+        EXPECT_EQ(check.Status.Caption(), sameDate ? "No newer version available." : "");
     }
 }
 

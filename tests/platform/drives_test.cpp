@@ -67,7 +67,7 @@ protected:
         tests::WriteFile(folder / "mountinfo", table);
     }
 
-    tests::TestFolder folder;
+    tests::TestFolder folder{"/tmp"}; // what a path below /dev says is something else
     std::string root, table;
     MountDrives::Places places;
 };
@@ -156,8 +156,7 @@ TEST(MountDrives, AMachineWithoutInformationIsUnknown)
 TEST(MountDrives, TheRealMachineAnswers)
 {
     MountDrives drives;
-    const std::string drive = drives.DriveOf("/proc/self/status");
-    EXPECT_TRUE(drive == "/proc" || drive.starts_with("/proc/")) << drive;
+    EXPECT_EQ(drives.DriveOf("/proc/self/status"), "/proc");
     EXPECT_NE(drives.TypeOf("/"), DriveType::Unknown);
     EXPECT_FALSE(drives.SerialOf("/").empty());
     EXPECT_EQ(drives.SerialOf("/nonexistent"), "");

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -221,10 +222,10 @@ TEST_F(Settings, ManyProcessesAtOnceKeepAllKeys)
     for (int process = 0; process < kProcesses; ++process)
         for (int key = 0; key < kKeys; ++key)
             EXPECT_EQ(Read(store, std::to_string(process) + "-" + std::to_string(key)), "v");
+    std::set<std::string> names;
     for (const auto &entry : std::filesystem::directory_iterator(folder / "config/T"))
-        EXPECT_TRUE(entry.path().filename() == "settings.ini" ||
-                    entry.path().filename() == "settings.lock")
-            << entry.path();
+        names.insert(entry.path().filename().string());
+    EXPECT_EQ(names, (std::set<std::string>{"settings.ini", "settings.lock"}));
 }
 
 TEST_F(Settings, AFileThatCannotBeReadIsNotReplaced)

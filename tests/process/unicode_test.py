@@ -509,7 +509,7 @@ class Unicode(ProgramTest):
         new = self.query("SELECT * FROM MP3s ORDER BY Path")
         for row, mixed, usual_row, script in zip(new, rows, usual, SCRIPTS):
             self.assertEqual(row[0], SCRIPTS[script]["title"].encode())
-            self.assertIn(mixed, (row, usual_row))
+            self.assertEqual(mixed, row if script == "japanese" else usual_row)
         self.run_program("--unicode-tags", "off", "--regenerate", self.music)
         back = self.query("SELECT * FROM MP3s ORDER BY Path")
         self.run_program("--regenerate", self.music)

@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 namespace tests
 {
 
-TestFolder::TestFolder() : m_path((fs::temp_directory_path() / "quenlin-test-XXXXXX").string())
+TestFolder::TestFolder(const fs::path &parent) : m_path((parent / "quenlin-test-XXXXXX").string())
 {
     if (mkdtemp(m_path.data()) == nullptr)
         ADD_FAILURE() << "no folder for the test: " << m_path;

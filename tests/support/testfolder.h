@@ -9,12 +9,14 @@
 namespace tests
 {
 
-// A new empty folder for temporary files. The destructor deletes it with all its contents, also
+// A new empty folder. The destructor deletes it with all its contents, also
 // when a test has removed the rights of a sub-folder.
 class TestFolder
 {
 public:
-    TestFolder();
+    // It is in the folder `parent`, usually the one for temporary files.
+    explicit TestFolder(
+        const std::filesystem::path &parent = std::filesystem::temp_directory_path());
     ~TestFolder();
     TestFolder(const TestFolder &) = delete;
     TestFolder &operator=(const TestFolder &) = delete;
