@@ -2,16 +2,14 @@
 // and updating one row in a group, the rows with one value, one folder; and the seven sorted
 // statements of the field tree compared with the same seven through SQLite's own interface, every
 // column, in SQLite's own order. Prints a checksum with the times.
-#include "catalogue/adoclass.h"
-#include "catalogue/rowgroups.h"
+#include "bench/opencopy.h"
+#include "bench/timing.h"
 #include "shell/globals.h"
 
 #include <sqlite3.h>
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <random>
 #include <string>
 
@@ -19,12 +17,6 @@ using namespace catalogue;
 
 namespace
 {
-
-double NowMs()
-{
-    using namespace std::chrono;
-    return duration<double, std::milli>(steady_clock::now().time_since_epoch()).count();
-}
 
 struct Song {
     std::vector<Value> tag; // Title to Lyrics
@@ -83,14 +75,14 @@ bool Run(const ADOclass &database, const Song &song, bool update)
 
 void TimeRows(ADOclass &access, const std::vector<Song> &songs, const char *name, bool update)
 {
-    const double start = NowMs();
+    const bench::Stopwatch watch;
     int failures = 0;
     {
         RowGroups groups;
         for (const auto &song : songs)
             failures += Run(access, song, update) ? 0 : 1;
     }
-    const double us = (NowMs() - start) * 1000 / static_cast<double>(songs.size());
+    const double us = watch.Ms() * 1000 / static_cast<double>(songs.size());
     std::printf("%-34s %8.2f us a row, %d failed\n", name, us, failures);
 }
 
@@ -100,7 +92,7 @@ std::pair<double, std::size_t> BareWalks(const std::string &file)
     sqlite3 *db = nullptr;
     sqlite3_open(file.c_str(), &db);
     std::size_t bytes = 0;
-    const double start = NowMs();
+    const bench::Stopwatch watch;
     for (const std::string field : shell::FieldNames) {
         if (field == "List")
             continue;
@@ -113,7 +105,7 @@ std::pair<double, std::size_t> BareWalks(const std::string &file)
                     bytes += static_cast<std::size_t>(sqlite3_column_bytes(statement, i));
         sqlite3_finalize(statement);
     }
-    const double took = NowMs() - start;
+    const double took = watch.Ms();
     sqlite3_close(db);
     return {took, bytes};
 }
@@ -121,7 +113,7 @@ std::pair<double, std::size_t> BareWalks(const std::string &file)
 std::pair<double, std::size_t> SortedReads(ADOclass &access)
 {
     std::size_t bytes = 0;
-    const double start = NowMs();
+    const bench::Stopwatch watch;
     for (const std::string field : shell::FieldNames) {
         if (field == "List")
             continue;
@@ -131,20 +123,20 @@ std::pair<double, std::size_t> SortedReads(ADOclass &access)
         for (; !records->AtEnd(); records->MoveNext())
             bytes += records->Text(index).size();
     }
-    return {NowMs() - start, bytes};
+    return {watch.Ms(), bytes};
 }
 
 void TimeQuery(ADOclass &access, const char *name, const char *query, const Params &params)
 {
-    const double start = NowMs();
+    const bench::Stopwatch watch;
     const auto records = Records(access.ExecuteSQL(query, kStoredSelect, params));
-    const double found = NowMs() - start;
+    const double found = watch.Ms();
     std::size_t bytes = 0;
     for (; !records->AtEnd(); records->MoveNext())
         for (const int column : {0, 1, 2, 3, 4, 5, 7, 8})
             bytes += records->Text(column).size();
     std::printf("%-34s %8.2f ms found, %.2f ms read, %lld rows, %zu bytes\n", name, found,
-                NowMs() - start, static_cast<long long>(records->RecordCount()), bytes);
+                watch.Ms(), static_cast<long long>(records->RecordCount()), bytes);
 }
 
 } // namespace
@@ -153,18 +145,11 @@ int main(int argc, char **argv)
 {
     if (argc != 4)
         return 2;
-    const std::string folder = argv[2], file = folder + "/MP3s.mdb";
-    std::filesystem::create_directories(folder);
-    for (const char *end : {"", "-wal", "-shm", "-turn"})
-        std::filesystem::remove(file + end);
-    std::filesystem::copy_file(argv[1], file);
+    const bench::OpenCopy copy(argv[1], argv[2]);
     std::vector<Song> songs;
     for (int i = 0; i < std::atoi(argv[3]); ++i)
         songs.push_back(MakeSong(i));
-    ADOclass access;
-    access.TipoLectura = 1;
-    access.DirBase = folder + "/";
-    access.DataBaseName = "MP3s";
+    ADOclass &access = *DataAccess;
     TimeRows(access, songs, "look up and insert", false);
     TimeRows(access, songs, "look up and edit, the same values", false);
     TimeRows(access, songs, "look up and edit, other values", true);
@@ -176,7 +161,7 @@ int main(int argc, char **argv)
               std::vector<Value>{album + "%", album + "%/%"});
     CloseCatalogue();
     for (int round = 0; round < 3; ++round) {
-        const auto [bareMs, bareBytes] = BareWalks(file);
+        const auto [bareMs, bareBytes] = BareWalks(copy.File());
         const auto [ourMs, ourBytes] = SortedReads(access);
         std::printf("seven sorted reads: %.0f ms, bare walks %.0f ms, ratio %.3f (%zu of %zu "
                     "bytes)\n",

@@ -12,19 +12,18 @@
 
 namespace fs = std::filesystem;
 
+namespace tests
+{
+
 namespace
 {
 
 using metadata::ReadSongInfo;
 using metadata::SongInfo;
-using tests::Frame3;
-using tests::kHourNs;
-using tests::Tag;
-using tests::Tag1;
 
 constexpr uid_t kNobody = 65534;
 
-class SongFiles : public tests::CountedSongs
+class SongFiles : public CountedSongs
 {
 protected:
     // A pass over what cannot be read: nothing but the two defaults.
@@ -90,12 +89,12 @@ TEST_F(SongFiles, TheFileThatClaimsTooMuchStaysOpenUntilTheNextPass)
 {
     const int before = OpenHandles();
     const std::string bad = m_folder / "bad.mp3";
-    tests::WriteFile(bad, "ID3" + tests::Z("\x03\0\0\x7F\x7F\x7F\x7F") + "x");
+    WriteFile(bad, "ID3" + Z("\x03\0\0\x7F\x7F\x7F\x7F") + "x");
     ReadSongInfo(bad);
     EXPECT_EQ(OpenHandles(), before + 1);
     for (int i = 0; i < 2000; ++i) {
         ReadSongInfo(bad);
-        tests::WriteFile(bad, "ID3" + tests::Z("\x03\0\0\x7F\x7F\x7F\x7F") + std::to_string(i));
+        WriteFile(bad, "ID3" + Z("\x03\0\0\x7F\x7F\x7F\x7F") + std::to_string(i));
     }
     EXPECT_EQ(OpenHandles(), before + 1);
     ReadSongInfo(Song("good.mp3", "x"));
@@ -115,14 +114,14 @@ TEST_F(SongFiles, FewCallsAndEachByteOnce)
 
     m_files = {};
     const std::string picture = m_folder / "picture.mp3";
-    tests::WriteFile(picture, Tag(3, std::string(40'000, 'p')) + std::string(10'000, 'a'));
+    WriteFile(picture, Tag(3, std::string(40'000, 'p')) + std::string(10'000, 'a'));
     ReadSongInfo(picture);
     EXPECT_EQ(m_files.reads, 3);
     EXPECT_EQ(m_files.bytesRead, 10 + 40'000 + 4 + 128);
 
     m_files = {};
     const std::string tiny = m_folder / "tiny.mp3";
-    tests::WriteFile(tiny, Tag(3, Frame3("TIT2", "x")) + Tag1("", "", "", "", "", 0, 0));
+    WriteFile(tiny, Tag(3, Frame3("TIT2", "x")) + Tag1("", "", "", "", "", 0, 0));
     EXPECT_TRUE(ReadSongInfo(tiny).hasID3v1);
     EXPECT_EQ(m_files.reads, 1);
 }
@@ -162,8 +161,8 @@ TEST_F(SongFiles, ErrorsWhileReadingAreReported)
 TEST_F(SongFiles, AFileThatShrinksDuringTheReadGivesZeros)
 {
     const std::string path = m_folder / "a.mp3";
-    tests::WriteFile(path, Tag(3, Frame3("TIT2", "x") + std::string(30'000, 'p')) +
-                               std::string(500, 'a') + Tag1("x", "", "", "", "", 1, 2));
+    WriteFile(path, Tag(3, Frame3("TIT2", "x") + std::string(30'000, 'p')) + std::string(500, 'a') +
+                        Tag1("x", "", "", "", "", 1, 2));
     m_files.onRead = [&](std::int64_t offset, bool) {
         if (offset > 0)
             fs::resize_file(path, 9000);
@@ -183,7 +182,7 @@ TEST_F(SongFiles, AFileThatEndsWithinItsLastTag)
     for (const std::size_t left : {0u, 2u, 3u, 40u}) {
         SCOPED_TRACE(left);
         const std::string path = m_folder / "a.mp3";
-        tests::WriteFile(path, std::string(20'000, 'a') + image);
+        WriteFile(path, std::string(20'000, 'a') + image);
         m_files.onRead = [&](std::int64_t offset, bool) {
             if (offset > 0)
                 fs::resize_file(path, 20'000 + left);
@@ -244,3 +243,5 @@ TEST_F(SongFiles, MoreThanFourGigabytes)
 }
 
 } // namespace
+
+} // namespace tests

@@ -11,15 +11,16 @@
 
 namespace fs = std::filesystem;
 
+namespace tests
+{
+
 namespace
 {
 
 using metadata::ReadSongInfo;
 using metadata::SongInfo;
-using tests::Frame3;
-using tests::kHourNs;
 
-class SameFile : public tests::CountedSongs
+class SameFile : public CountedSongs
 {
 };
 
@@ -135,3 +136,5 @@ TEST_F(SameFile, TheStateHasThePathOfItsFile)
 }
 
 } // namespace
+
+} // namespace tests

@@ -12,18 +12,15 @@
 
 namespace fs = std::filesystem;
 
+namespace tests
+{
+
 namespace
 {
 
 using metadata::ReadSongInfo;
-using tests::AudioBytes;
-using tests::Frame3;
-using tests::GenreAndTrack;
-using tests::ReadFile;
-using tests::Tag;
-using tests::Tag1;
 
-class SaveTagSteps : public tests::SongEdit
+class SaveTagSteps : public SongEdit
 {
 };
 
@@ -168,3 +165,5 @@ TEST_F(SaveTagSteps, ThePointerWaitsFromTheFirstYieldToTheLast)
 }
 
 } // namespace
+
+} // namespace tests

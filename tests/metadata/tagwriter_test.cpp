@@ -11,19 +11,15 @@
 
 namespace fs = std::filesystem;
 
+namespace tests
+{
+
 namespace
 {
 
 using metadata::ReadSongInfo;
-using tests::AudioBytes;
-using tests::Frame3;
-using tests::GenreAndTrack;
-using tests::ReadFile;
-using tests::Tag;
-using tests::Tag1;
-using tests::Z;
 
-class SaveTag : public tests::SongEdit
+class SaveTag : public SongEdit
 {
 };
 
@@ -123,8 +119,7 @@ TEST_F(SaveTag, AnUncheckedID3v2TagThatIsNotThereIsUnchanged)
 // The image in the module is from an earlier file, and is equal to it.
 TEST_F(SaveTag, NeitherTagAndAnEarlierImageShortensTheAudioByTen)
 {
-    tests::WriteFile(m_desk.program / "earlier.mp3",
-                     AudioBytes() + Tag1("One", "", "", "", "", 3, 17));
+    WriteFile(m_desk.program / "earlier.mp3", AudioBytes() + Tag1("One", "", "", "", "", 3, 17));
     ReadSongInfo(m_desk.program / "earlier.mp3");
     Song(AudioBytes());
     ASSERT_EQ(metadata::RawID3v1Image().size(), 128u);
@@ -135,8 +130,7 @@ TEST_F(SaveTag, NeitherTagAndAnEarlierImageShortensTheAudioByTen)
 
 TEST_F(SaveTag, AnEarlierFilesImageNeverCostsAudio)
 {
-    tests::WriteFile(m_desk.program / "earlier.mp3",
-                     AudioBytes() + Tag1("One", "", "", "", "", 3, 17));
+    WriteFile(m_desk.program / "earlier.mp3", AudioBytes() + Tag1("One", "", "", "", "", 3, 17));
     ReadSongInfo(m_desk.program / "earlier.mp3");
     Song(AudioBytes());
     m_pass.id3v1.Title = "New";
@@ -282,3 +276,5 @@ TEST_F(SaveTag, LargeTags)
 }
 
 } // namespace
+
+} // namespace tests

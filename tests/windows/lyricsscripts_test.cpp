@@ -1,8 +1,7 @@
 // The text box of lyrics with characters of several bytes and of two units, under real keys.
-#include "lyrics/frmLyricsView.h"
 #include "runtime/text.h"
 #include "runtime/utf8.h"
-#include "tests/windows/bench.h"
+#include "tests/windows/lyricsboxfixture.h"
 
 #include <gtest/gtest.h>
 
@@ -17,26 +16,13 @@ namespace tests
 namespace
 {
 
-class LyricsScripts : public testing::Test
+class LyricsScripts : public LyricsBoxTest
 {
 protected:
-    LyricsScripts()
-    {
-        window.setObjectName(QStringLiteral("bench"));
-        window.resize(400, 300);
-        box.kind = metadata::TextKind::Utf8;
-        view = new lyrics::LyricsView(box, &window);
-        box.SetPlace({0, 0, 6000, 4500});
-        ShowAndActivate(window);
-        box.SetFocus();
-        EXPECT_TRUE(WaitUntil([this] { return view->hasFocus(); }));
-    }
+    LyricsScripts() : LyricsBoxTest(metadata::TextKind::Utf8) {}
 
-    std::string Shown() const
-    {
-        return runtime::Replace(view->toPlainText().toStdString(), "\n", "\r\n");
-    }
-    std::string Selected() const { return view->textCursor().selectedText().toStdString(); }
+    // As the box has it: a line ends with two characters.
+    std::string ShownAsKept() const { return runtime::Replace(Shown(), "\n", "\r\n"); }
     // What the box takes for selected.
     std::string Noted() const
     {
@@ -48,10 +34,6 @@ protected:
         QGuiApplication::clipboard()->setText(QString::fromStdString(text));
         PressKey("Ctrl+V");
     }
-
-    lyrics::LyricsBox box;
-    QWidget window;
-    lyrics::LyricsView *view; // owned by the window
 };
 
 TEST_F(LyricsScripts, ALineIsHighlightedWhole)
@@ -62,7 +44,7 @@ TEST_F(LyricsScripts, ALineIsHighlightedWhole)
     for (const std::string &line : lines)
         text += line + "\r\n";
     box.SetText(text);
-    EXPECT_EQ(Shown(), text);
+    EXPECT_EQ(ShownAsKept(), text);
     std::size_t offset = 0;
     for (const std::string &line : lines) {
         const int start = box.PositionAt(offset);
@@ -93,7 +75,7 @@ TEST_F(LyricsScripts, KeysMoveAndDeleteWholeCharacters)
     EXPECT_EQ(box.Text(), "😀é桜\r\n👩‍🎤\r\n");
     Paste("نسم😀\nΩ");
     EXPECT_EQ(box.Text(), "😀é桜\r\n👩‍🎤نسم😀\r\nΩ\r\n");
-    EXPECT_EQ(Shown(), box.Text());
+    EXPECT_EQ(ShownAsKept(), box.Text());
 }
 
 // Two characters that share one of their two units: the document must never hold half of one.
@@ -101,11 +83,11 @@ TEST_F(LyricsScripts, ATextIsReplacedByOneThatSharesUnits)
 {
     for (const char *text : {"a😀b", "a😁b", "a🎵b", "a😀😁b", "a😁b", "😀", "🀀", "ab", "a😀b"}) {
         box.SetText(text);
-        EXPECT_EQ(Shown(), text);
+        EXPECT_EQ(ShownAsKept(), text);
     }
     box.SetText("😀\r\n😀\r\n");
     box.Replace(3, 0, "[00:01]"); // as the timing tool does
-    EXPECT_EQ(Shown(), "😀\r\n[00:01]😀\r\n");
+    EXPECT_EQ(ShownAsKept(), "😀\r\n[00:01]😀\r\n");
     box.Select(11, 1);
     EXPECT_EQ(Noted(), "\r");
 }
@@ -125,7 +107,7 @@ TEST_F(LyricsScripts, AnyKeysKeepBoxAndViewAlike)
             Paste(kTexts[random() % kTexts.size()]);
         else
             PressKey(kKeys[random() % kKeys.size()]);
-        ASSERT_EQ(Shown(), box.Text()) << "step " << step;
+        ASSERT_EQ(ShownAsKept(), box.Text()) << "step " << step;
         ASSERT_TRUE(runtime::IsUtf8(box.Text())) << "step " << step;
         const QString selected = view->textCursor().selectedText();
         ASSERT_EQ(runtime::Replace(Noted(), "\r\n", "\n"),

@@ -1,7 +1,6 @@
 // The text box of lyrics under real keys and a real mouse.
-#include "lyrics/frmLyricsView.h"
 #include "platform/qt/theme.h"
-#include "tests/windows/bench.h"
+#include "tests/windows/lyricsboxfixture.h"
 
 #include <gtest/gtest.h>
 
@@ -17,32 +16,8 @@ namespace tests
 namespace
 {
 
-class LyricsView : public testing::Test
+class LyricsView : public LyricsBoxTest
 {
-protected:
-    LyricsView()
-    {
-        window.setObjectName(QStringLiteral("bench"));
-        window.resize(400, 200);
-        view = new lyrics::LyricsView(box, &window);
-        box.SetPlace({0, 0, 6000, 3000});
-        ShowAndActivate(window);
-        box.SetFocus();
-        EXPECT_TRUE(WaitUntil([this] { return view->hasFocus(); }));
-    }
-
-    std::string Shown() const { return view->toPlainText().toStdString(); }
-    std::string Selected() const
-    {
-        return view->textCursor()
-            .selectedText()
-            .replace(QChar::ParagraphSeparator, u'|')
-            .toStdString();
-    }
-
-    lyrics::LyricsBox box;
-    QWidget window;
-    lyrics::LyricsView *view; // owned by the window
 };
 
 TEST_F(LyricsView, TypingChangesTheBytesThereAndNoOthers)

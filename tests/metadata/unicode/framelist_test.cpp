@@ -7,12 +7,9 @@
 using namespace metadata::unicode;
 using namespace std::string_literals;
 using namespace std::string_view_literals;
-using tests::BigEndian;
-using tests::Frame22;
-using tests::Frame23;
-using tests::Frame24;
-using tests::Packed;
-using tests::TagOf;
+
+namespace tests
+{
 
 namespace
 {
@@ -178,3 +175,5 @@ TEST(FrameContent, ABombIsNotUnpacked)
     const std::string largest = BigEndian(3, 4, 7) + Packed(std::string(kMaxUnpackedBytes, 'x'));
     EXPECT_EQ(Listed(TagOf(4, Frame24("TIT2", largest, 0x09))).size(), kMaxUnpackedBytes + 5);
 }
+
+} // namespace tests

@@ -8,14 +8,9 @@
 
 using namespace metadata::unicode;
 using namespace std::string_literals;
-using tests::ChangeOfTexts;
-using tests::EditInMemory;
-using tests::Frame23;
-using tests::Frame24;
-using tests::kSomeAudio;
-using tests::TagOf;
-using tests::Text24;
-using tests::TextsOf;
+
+namespace tests
+{
 
 namespace
 {
@@ -215,3 +210,5 @@ TEST(KeptFrames, SeveralGenres)
     const auto odd = EditInMemory(song, [](TagTexts &texts) { texts.genre = "\xC3\x83\xC2\xA9"; });
     EXPECT_EQ(TextsOf(odd.bytes).genre, "\xC3\x83\xC2\xA9");
 }
+
+} // namespace tests
