@@ -84,7 +84,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         elif name == "nonsense":
             self.wfile.write(b"\0\1\2 this is no answer\r\n\r\n")
         elif name == "silent":
-            time.sleep(60)
+            time.sleep(60)  # longer than any limit of the tests
         elif name == "cut":
             self.connection.shutdown(socket.SHUT_RDWR)
         else:

@@ -227,6 +227,7 @@ TEST_F(ReadAheadTest, OneHelperStaysWhereThereIsAProcessorForIt)
             for (const std::string &path : paths)
                 EXPECT_EQ(Read(path, 0, 1), fs::path(path).filename().string().substr(0, 1));
         }
+        // With one processor the times decide that; ExpectNothing ends it in any case.
         EXPECT_TRUE(files->PaysToExpect() || processors == 1);
         files->ExpectNothing();
         EXPECT_EQ(files->PaysToExpect(), processors == 2);
@@ -328,7 +329,7 @@ TEST_F(ReadAheadTest, SlowIsWhatHadToWaitUntilFilesComeFast)
     held->Hold(kNever);
     std::thread later([&] {
         held->AwaitRead();
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        std::this_thread::sleep_for(std::chrono::milliseconds(5)); // which is slow for one read
         held->Release();
     });
     EXPECT_EQ(Read(path, 0, 1), "a");

@@ -35,15 +35,16 @@ TEST(RunQuietly, ReportsHowItEnded)
     EXPECT_TRUE(RunQuietly({"true"}, 5000));
     EXPECT_FALSE(RunQuietly({"false"}, 5000));
     EXPECT_FALSE(RunQuietly({"no such program"}, 5000));
-    EXPECT_FALSE(RunQuietly({"sleep", "1"}, 20));
+    EXPECT_FALSE(RunQuietly({"sleep", "1"}, 20)); // after the limit it is not waited for
 }
 
 TEST(StartDetached, RunsInTheFolderAndIsNotWaitedFor)
 {
     const tests::TestFolder folder;
-    ASSERT_TRUE(StartDetached(
-        {"sh", "-c", "sleep 0.05; pwd > \"$0\".tmp; mv \"$0\".tmp \"$0\"", folder / "out"},
-        folder.Path()));
+    constexpr const char *kWhenTold = "while [ ! -e \"$0.go\" ]; do sleep 0.01; done; "
+                                      "pwd > \"$0.tmp\"; mv \"$0.tmp\" \"$0\"";
+    ASSERT_TRUE(StartDetached({"sh", "-c", kWhenTold, folder / "out"}, folder.Path()));
+    tests::WriteFile(folder / "out.go", "");
     ASSERT_TRUE(tests::WaitUntil([&] { return std::filesystem::exists(folder / "out"); }));
     EXPECT_EQ(tests::ReadFile(folder / "out"),
               std::filesystem::canonical(folder.Path()).string() + "\n");

@@ -123,7 +123,7 @@ class Lyrics(ProgramTest):
             with open(self.song_path, "wb") as file:
                 file.write(self.original)
             runs = [self.start(texts[0])]
-            time.sleep(delay)
+            time.sleep(delay)  # the second one begins at different steps of the first
             runs.append(self.start(texts[1]))
             said = [b"".join(run.communicate(timeout=60)) for run in runs]
             song = contents(self.song_path)

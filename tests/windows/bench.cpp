@@ -207,6 +207,20 @@ void WhenModal(const std::function<void(QWidget &modal)> &action, int millisecon
     timer->start();
 }
 
+void WhenPopup(const std::function<void(QMenu &menu)> &action)
+{
+    auto *timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, action] {
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        if (menu == nullptr || !menu->isVisible())
+            return;
+        timer->stop();
+        timer->deleteLater();
+        action(*menu);
+    });
+    timer->start(10);
+}
+
 QImage Screenshot(QWidget &window)
 {
     Settle();

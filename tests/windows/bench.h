@@ -9,6 +9,7 @@
 #include "ui/controls/timer.h"
 
 #include <QApplication>
+#include <QMenu>
 #include <QWidget>
 #include <functional>
 #include <string>
@@ -79,6 +80,9 @@ void Drag(QWidget &control, QPoint from, QPoint to);
 // modal window opens in that time, or when it is still open that long after the action. To be
 // called before the window is opened.
 void WhenModal(const std::function<void(QWidget &modal)> &action, int milliseconds = 5000);
+
+// Runs `action` once, as soon as a popup menu is open. To be called before the menu is opened.
+void WhenPopup(const std::function<void(QMenu &menu)> &action);
 
 // Keeps a picture of the window, as the display shows it, at
 // build/<preset>/screenshots/<name>.png ("<name>@2x.png" at 200 percent).

@@ -1,6 +1,7 @@
 // A window of another program on which files can be dropped, for the tests. It is at the given
-// place (in pixels); prints "ready" when it is shown, then for each drop the sum of the offered
-// actions (1 copy, 2 move, 4 link) and the bytes of the list of addresses, up to a line "end".
+// place (in pixels); prints "ready" when it is shown, "over" for each place of a drag above it, and
+// for each drop the sum of the offered actions (1 copy, 2 move, 4 link) and the bytes of the list
+// of addresses, up to a line "end".
 #include <QApplication>
 #include <QDropEvent>
 #include <QMimeData>
@@ -18,7 +19,12 @@ public:
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override { event->acceptProposedAction(); }
-    void dragMoveEvent(QDragMoveEvent *event) override { event->acceptProposedAction(); }
+    void dragMoveEvent(QDragMoveEvent *event) override
+    {
+        std::puts("over");
+        std::fflush(stdout);
+        event->acceptProposedAction();
+    }
     void dropEvent(QDropEvent *event) override
     {
         const QByteArray list = event->mimeData()->data(QStringLiteral("text/uri-list"));

@@ -161,10 +161,8 @@ TEST_F(SearchWindow, ThePaneClosesByMouseAndOpensByKeysAndMenu)
     EXPECT_EQ(Control("pctOptions").width(), Control("pctCloseTree").width());
     tests::Click(Control("lblCloseTree"));
     ASSERT_TRUE(tests::WaitUntil([this] { return !Control("pctOptions").isVisible(); }));
-    QTimer::singleShot(300, searchWindow.get(), [] {
-        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-        ASSERT_NE(menu, nullptr);
-        tests::ClickAt(*menu, menu->actionGeometry(menu->actions().constFirst()).center());
+    tests::WhenPopup([](QMenu &menu) {
+        tests::ClickAt(menu, menu.actionGeometry(menu.actions().constFirst()).center());
     });
     QWidget &panel = Control("pctWeb");
     const QPoint place = panel.mapTo(searchWindow.get(), QPoint(40, panel.height() - 40));
@@ -182,11 +180,7 @@ TEST_F(SearchWindow, RowsPlayByDoubleClickAndHaveTheMainPopup)
     ASSERT_TRUE(WaitForRows(20));
     tests::DoubleClickAt(*List().viewport(), Row(1));
     EXPECT_EQ(played, Song("3.mp3"));
-    QTimer::singleShot(300, searchWindow.get(), [] {
-        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-        ASSERT_NE(menu, nullptr);
-        menu->close();
-    });
+    tests::WhenPopup([](QMenu &menu) { menu.close(); });
     tests::ClickAt(*List().viewport(), Row(4), Qt::RightButton); // no hit test: the row stays
     EXPECT_TRUE(Form().PopupFromSearch);
     EXPECT_EQ(browser::SelectedPath(browser::PopupList(Form())), Song("3.mp3"));

@@ -53,7 +53,6 @@ class SettingTimes(WindowedProgram):
         self.assertTrue(found, "no window: " + name)
         def active():  # another window of the program may still be coming forward
             xdotool("windowactivate", found[0])
-            time.sleep(0.1)
             return xdotool("getactivewindow") == [found[0]]
         self.assertTrue(wait_for(active), name)
         return found[0]
@@ -132,9 +131,9 @@ class SettingTimes(WindowedProgram):
         xdotool("key", "alt+F4")
         self.box(process)
         xdotool("key", "Escape")
-        time.sleep(0.5)
+        self.assertTrue(wait_for(lambda: self.titled_as_the_program(process) == [main]), "the box stays")
+        self.await_handled(process, main)
         self.assertIsNone(process.poll())
-        self.assertEqual(self.titled_as_the_program(process), [main], "the box has gone")
         process.send_signal(signal.SIGTERM)
         self.assertEqual(process.wait(20), 0)
         self.assertEqual(self.draft(), marked)

@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 """The built program in its windows, as a process: SIGTERM at any time, a second start, refusals."""
+import itertools
 import os
 import pathlib
+import select
 import shutil
 import signal
 import sqlite3
@@ -33,7 +35,7 @@ class Program(WindowedProgram):
         process = self.start()
         window = self.main_window(process)
         xdotool("windowsize", "--sync", window, "900", "640")
-        time.sleep(0.5)
+        self.await_handled(process, window)
         process.send_signal(signal.SIGTERM)
         self.assertEqual(process.wait(10), 0)
         # 15 twips to the pixel; the width counts a border of 10 pixels.
@@ -89,24 +91,23 @@ class Program(WindowedProgram):
         self.assertEqual(manager.stdout.readline(), "client\n")
         window = self.main_window(process)
         xdotool("windowsize", "--sync", window, "900", "640")
-        time.sleep(0.5)
+        self.await_handled(process, window)
         order("logout")
         self.assertEqual(manager.stdout.readline(), "saved\n")
         self.assertEqual(self.stored()["Width"], str((900 + 10) * 15))
         order("cancel")
-        time.sleep(0.5)
-        self.assertIsNone(process.poll(), "the session went on, the program did not")
         xdotool("windowsize", "--sync", window, "950", "640")
-        time.sleep(0.5)
+        self.await_handled(process, window)
         order("logout")
         self.assertEqual(manager.stdout.readline(), "saved\n")
+        self.assertIsNone(process.poll(), "the session went on, the program did not")
         order("end")
         self.assertEqual(process.wait(10), 0)
         self.assertEqual(self.stored()["Width"], str((950 + 10) * 15))
         self.assertEqual(sorted(p.name for p in self.home.iterdir() if p.name.startswith("MP3s")), ["MP3s.mdb"])
 
     def start_drop_target(self, x, y):
-        target = subprocess.Popen([DROP_TARGET, str(x), str(y)], env=self.env, stdout=subprocess.PIPE)
+        target = subprocess.Popen([DROP_TARGET, str(x), str(y)], env=self.env, stdout=subprocess.PIPE, bufsize=0)
         self.addCleanup(target.stdout.close)
         self.addCleanup(target.wait)
         self.addCleanup(target.kill)
@@ -125,27 +126,27 @@ class Program(WindowedProgram):
         target = self.start_drop_target(1200, 600)
         xdotool("windowactivate", "--sync", window)
         # The one folder below the last group but one lists the songs.
-        for key in ("End", "Up", "Right", "Down"):
-            xdotool("key", key)
-            time.sleep(0.3)
+        self.press(window, "End", "Up", "Right", "Down")
+        steps = itertools.cycle(range(4))
+        def is_over():
+            xdotool("mousemove", str(1290 + next(steps)), "700")
+            return select.select([target.stdout], [], [], 0.05)[0] and target.stdout.readline() == b"over\n"
         def drag(row):
             xdotool("mousemove", "--window", window, "460", str(row), "mousedown", "1")
             for x in range(470, 530, 10):
                 xdotool("mousemove", "--window", window, str(x), str(row))
-            for step in range(4):
-                xdotool("mousemove", str(1290 + step), "700")
-                time.sleep(0.1)
+            for _ in range(2):  # the answer to the first is on its way back before the second
+                self.assertTrue(wait_for(is_over), "the drag does not reach the other program")
             xdotool("mouseup", "1")
         def dropped():
             lines = iter(target.stdout.readline, b"end\n")
-            return [line.strip() for line in lines]
+            return [line.strip() for line in lines if line != b"over\n"]
         folder = b"file://" + os.fsencode(music)
         addresses = [folder + name for name in (b"/1%20plain.mp3", b"/2%20100%25%20%27odd%27%20%26.mp3", b"/3%20%FF.mp3",
                                                b"/4%20%E6%A1%9C%20%F0%9F%98%80.mp3")]
         drag(122)
         self.assertEqual(dropped(), [b"1", addresses[0]], "one row, a copy and nothing else")
-        xdotool("key", "ctrl+a")
-        time.sleep(0.3)
+        self.press(window, "ctrl+a")
         drag(122)
         self.assertEqual(dropped(), [b"1", *addresses])
         self.assertEqual(sorted(os.listdir(music)), sorted(names), "no song moved")
@@ -185,8 +186,7 @@ class Program(WindowedProgram):
         self.set(f"MP3 Directory={music}")
         process = self.start()
         xdotool("windowactivate", "--sync", self.main_window(process))
-        xdotool("key", "alt+t")
-        time.sleep(0.3)
+        self.open_menu(process, "alt+t")
         xdotool("key", "r")
         self.assertTrue(wait_for(lambda: xdotool("search", "--onlyvisible", "--name", "^Mistakes")))
         process.terminate()
@@ -199,8 +199,7 @@ class Program(WindowedProgram):
         self.set(f"MP3 Directory={music}")
         process = self.start()
         xdotool("windowactivate", "--sync", self.main_window(process))
-        xdotool("key", "alt+t")
-        time.sleep(0.3)
+        self.open_menu(process, "alt+t")
         xdotool("key", "p")
         self.assertTrue(wait_for(lambda: xdotool("search", "--onlyvisible", "--name", "^Preferences")))
         xdotool("key", "alt+f", "End")
@@ -262,14 +261,10 @@ class Program(WindowedProgram):
             return [w for w in self.windows(process) if geometry(w).get("WIDTH") == 499]
         for _ in range(2):
             xdotool("windowactivate", "--sync", window)
-            time.sleep(0.3)
-            xdotool("key", "alt+h")
-            time.sleep(0.3)
+            self.open_menu(process, "alt+h")
             xdotool("key", "a")
-            self.assertTrue(wait_for(about))
-            time.sleep(0.3)
+            self.assertTrue(wait_for(lambda: about() and xdotool("getactivewindow") == about()))
         self.assertEqual(len(about()), 1)
-        self.assertTrue(wait_for(lambda: xdotool("getactivewindow") == about()))
         xdotool("key", "Escape")
         self.assertTrue(wait_for(lambda: not about()))
         process.terminate()

@@ -25,6 +25,11 @@ def xdotool(*args):
     return subprocess.run(["xdotool", *args], capture_output=True, text=True).stdout.split()
 
 
+def picture(window):
+    """What the window shows, as bytes to be compared."""
+    return subprocess.run(["import", "-window", window, "rgb:-"], capture_output=True).stdout
+
+
 def geometry(window):
     """What xdotool tells of the window's place, e.g. {"WIDTH": 900}; nothing once the window is gone."""
     lines = (line.split("=", 1) for line in xdotool("getwindowgeometry", "--shell", window))
@@ -75,6 +80,28 @@ class WindowedProgram(StartedProgram):
 
     def windows(self, process):
         return xdotool("search", "--onlyvisible", "--pid", str(process.pid))
+
+    def open_menu(self, process, keys):
+        """Opens a menu by its keys, in the window that has the keyboard; its window, once it shows."""
+        before = set(self.windows(process))
+        xdotool("key", keys)
+        opened = wait_for(lambda: set(self.windows(process)) - before)
+        self.assertTrue(opened, "no menu by " + keys)
+        return opened
+
+    def await_handled(self, process, window):
+        """Waits until the program has handled what was sent to its main window: a menu opened later shows."""
+        xdotool("windowactivate", "--sync", window)
+        menu = self.open_menu(process, "alt+h")
+        xdotool("key", "Escape")
+        self.assertTrue(wait_for(lambda: not menu & set(self.windows(process))), "the menu does not close")
+
+    def press(self, window, *keys):
+        """Presses keys, each when the window has shown what the one before did."""
+        for key in keys:
+            before = picture(window)
+            xdotool("key", key)
+            self.assertTrue(wait_for(lambda: picture(window) != before), key + " changes nothing")
 
     def regenerate(self, music):
         """Catalogues a folder, without a display."""

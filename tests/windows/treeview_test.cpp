@@ -10,7 +10,6 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QTest>
-#include <QTimer>
 #include <QToolTip>
 
 namespace
@@ -337,16 +336,10 @@ TEST_F(TreeViewTest, ARightClickOpensThePopupOfItsNode)
         return entries;
     };
     const auto whenPopup = [](const char *key) {
-        auto *timer = new QTimer(qApp);
-        QObject::connect(timer, &QTimer::timeout, timer, [timer, key] {
-            auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-            if (menu == nullptr || !menu->isVisible())
-                return;
-            timer->deleteLater();
-            EXPECT_EQ(menu->actions().front()->text(), QStringLiteral("&New && more"));
-            QTest::keyClick(menu, *key == 'N' ? Qt::Key_N : Qt::Key_Escape);
+        tests::WhenPopup([key](QMenu &menu) {
+            EXPECT_EQ(menu.actions().front()->text(), QStringLiteral("&New && more"));
+            QTest::keyClick(&menu, *key == 'N' ? Qt::Key_N : Qt::Key_Escape);
         });
-        timer->start(10);
     };
     const auto rightClick = [&](const char *node) {
         QContextMenuEvent event(QContextMenuEvent::Mouse, TextOf(node),
