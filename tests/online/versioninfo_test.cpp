@@ -181,7 +181,9 @@ TEST_F(VersionInfo, NoDifferenceInTheTools)
                               "\r\nQuenlin 1.6.9");
         EXPECT_EQ(check.log, Log{"none"});
         EXPECT_EQ(shown, sameDate ? Log{"frmVersionInfo"} : Log{});
-        EXPECT_EQ(check.Status.Caption(), sameDate ? "No newer version available." : "");
+        EXPECT_EQ(check.Status.Caption(),
+                  sameDate ? "No newer version available."
+                           : "Brandolet is up to date, but there's a newer database.");
     }
 }
 

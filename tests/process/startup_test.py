@@ -95,9 +95,7 @@ class NoRights(ProgramTest):
         done = subprocess.run(command, env=self.env, stdin=subprocess.DEVNULL, capture_output=True, check=False,
                               timeout=60)
         self.assertEqual(done.returncode, 1)
-        words = os.fsencode(path) + b": Permission denied\n"
-        self.assertIn(done.stderr.replace(words, b""), (DAMAGED, TOO_OLD))
-        self.assertTrue(done.stderr.endswith(words), done.stderr)
+        self.assertEqual(done.stderr, TOO_OLD + os.fsencode(path) + b": Permission denied\n")
 
     def test_a_catalogue_of_another_user(self):
         os.chmod(self.home, 0o777)
@@ -118,7 +116,7 @@ class Limits(ProgramTest):
         size = len(self.read("MP3s.mdb"))
         process = self.start(song, preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (size, size)))
         process.communicate(timeout=60)
-        self.assertEqual(process.returncode, 3)
+        self.assertEqual(process.returncode, 1)
         limit = len(self.read("Solution.txt"))
         process = self.start(song, preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
         _, err = process.communicate(timeout=60)
