@@ -137,25 +137,25 @@ void CheckLook(const std::string &name, const std::function<QWidget *()> &open,
                const std::function<void()> &close)
 {
     const std::string shipped = QUENLIN_SHIPPED_TEXTS;
+    bool dark = false;
     for (const char *language : {"English", "Deutsch", "Español", "Français"}) {
         const bool english = std::string(language) == "English";
         shell::TheGlobals().LanguageFilePath =
             english ? std::string() : shipped + "/" + language + ".qlt";
-        for (const bool dark : {false, true}) {
+        platform::qt::ApplyPalette(dark);
+        QWidget *window = open();
+        ASSERT_NE(window, nullptr) << name;
+        for (const bool isAsOpened : {true, false}) {
+            if (!isAsOpened)
+                platform::qt::ApplyPalette(dark = !dark); // the next one is opened in this theme
             SCOPED_TRACE(name + " " + language + (dark ? " dark" : " light"));
-            platform::qt::ApplyPalette(dark);
-            QWidget *window = open();
-            if (window == nullptr) {
-                ADD_FAILURE() << "no window";
-                continue;
-            }
             AwaitPainted(*window);
             EXPECT_EQ(LookProblems(*window), std::vector<std::string>{});
             EXPECT_EQ(NamelessControls(*window), std::vector<std::string>{});
             KeepPainted(*window, name + "-" + language + (dark ? "-dark" : "-light"));
-            close();
-            Settle(); // closed windows go with the next events
         }
+        close();
+        Settle(); // closed windows go with the next events
     }
     platform::qt::ApplyPalette(false);
     shell::TheGlobals().LanguageFilePath.clear();

@@ -15,8 +15,9 @@ namespace tests
 std::vector<std::string> LookProblems(QWidget &window);
 
 // Checks a window in English and in each shipped language, light and dark, and fails the test for
-// each fault. `open` shows the window with the texts of the language in use and returns it; `close`
-// closes it. Screenshots are kept as <name>-<language>-<theme>.
+// each fault. In every second language it is opened dark and becomes light, in the others it is
+// opened light. `open` shows the window with the texts of the language in use and returns it;
+// `close` closes it. Screenshots are kept as <name>-<language>-<theme>.
 void CheckLook(const std::string &name, const std::function<QWidget *()> &open,
                const std::function<void()> &close);
 

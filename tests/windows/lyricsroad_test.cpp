@@ -21,7 +21,7 @@ namespace
 using lyrics::LyricsForm;
 
 constexpr int kLatestMs = 500;
-constexpr int kSongSeconds = 25;
+constexpr int kSongSeconds = 12;
 constexpr int kPollMs = 40;
 constexpr int kStallMs = 400; // a machine that lets nothing run for so long measures nothing
 
