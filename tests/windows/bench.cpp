@@ -247,9 +247,7 @@ void Keep(QWidget &window, const std::string &name, const std::function<QImage()
     const QString suffix = scale > 1 ? QStringLiteral("@%1x").arg(scale) : QString();
     const QString file =
         folder + QLatin1Char('/') + QString::fromStdString(name) + suffix + QStringLiteral(".png");
-    constexpr int kPackedLittle =
-        80; // which takes a tenth of the time of the usual 10 percent less
-    EXPECT_TRUE(picture().save(file, "PNG", kPackedLittle)) << file.toStdString();
+    EXPECT_TRUE(picture().save(file)) << file.toStdString();
 }
 
 } // namespace
