@@ -9,7 +9,9 @@ import time
 import unittest
 import wave
 
-BIN = os.environ["QUENLIN_BIN"]  # the folder with the program and the shipped catalogue
+BIN = os.environ["QUENLIN_BIN"]  # the folder with the program
+# As it is shipped: the one beside the program may be of an earlier build, as a user's is.
+SHIPPED = os.path.join(BIN, "..", "share", "quenlin", "MP3s.mdb")
 REPORT = "Quenlin - MP3s' Intregity Report.qrp"
 
 
@@ -23,7 +25,7 @@ class ProgramTest(unittest.TestCase):
         self.music = os.path.join(self.scratch, "music")
         os.mkdir(self.home)
         os.mkdir(self.music)
-        shutil.copy(os.path.join(BIN, "MP3s.mdb"), self.home)
+        shutil.copy(SHIPPED, self.home)
         self.env = {key: value for key, value in os.environ.items()
                     if key not in ("DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS")}
         self.env.update(QUENLIN_HOME=self.home, HOME=self.scratch, LC_ALL="C.UTF-8",
