@@ -39,8 +39,8 @@ endfunction()
 
 # quenlin_window_test(NAME SOURCES...): the same for windows. The program runs with a display, a window
 # manager and a D-Bus session of its own; what its suites named "...Scaled" test runs a second time at
-# 200 percent, as NAME_200. Pictures go to build/<preset>/screenshots. The built program's path is in
-# the environment as QUENLIN_PROGRAM.
+# 200 percent, as NAME_200. Pictures go to the folder that QUENLIN_SCREENSHOTS names in the environment;
+# without it none are made. The built program's path is in the environment as QUENLIN_PROGRAM.
 function(quenlin_window_test name)
   add_executable(${name} ${ARGN})
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
@@ -50,7 +50,7 @@ function(quenlin_window_test name)
   add_test(NAME ${name} COMMAND ${run} $<TARGET_FILE:${name}>)
   add_test(NAME ${name}_200 COMMAND ${run} --scale 200 $<TARGET_FILE:${name}> --gtest_filter=*Scaled.*)
   set_tests_properties(${name} ${name}_200 PROPERTIES TIMEOUT 600 LABELS window ENVIRONMENT
-    "QUENLIN_SCREENSHOTS=${CMAKE_BINARY_DIR}/screenshots;QUENLIN_PROGRAM=$<TARGET_FILE:quenlin>")
+    "QUENLIN_PROGRAM=$<TARGET_FILE:quenlin>")
 endfunction()
 
 # The system's own Python, for which Debian's packages of modules are made, before any other.

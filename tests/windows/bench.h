@@ -84,8 +84,8 @@ void WhenModal(const std::function<void(QWidget &modal)> &action, int millisecon
 // Runs `action` once, as soon as a popup menu is open. To be called before the menu is opened.
 void WhenPopup(const std::function<void(QMenu &menu)> &action);
 
-// Keeps a picture of the window, as the display shows it, at
-// build/<preset>/screenshots/<name>.png ("<name>@2x.png" at 200 percent).
+// Keeps a picture of the window, as the display shows it, as "<name>.png" ("<name>@2x.png" at 200
+// percent) in the folder that QUENLIN_SCREENSHOTS names in the environment; without it, none.
 void KeepScreenshot(QWidget &window, const std::string &name);
 
 // Waits until the window is on the display, settles, and paints it anew.
