@@ -1,6 +1,7 @@
 // The main window's look: names for screen readers, themes, scales, small and large contents.
 #include "browser/webpanel.h"
 #include "platform/qt/theme.h"
+#include "tests/windows/look.h"
 #include "tests/windows/mainwindowfixture.h"
 
 #include <gtest/gtest.h>
@@ -73,6 +74,18 @@ TEST_F(MainWindowScaled, EveryControlHasAName)
     Start();
     Fill(20);
     EXPECT_EQ(NamelessControls(*window), std::vector<std::string>{});
+}
+
+TEST_F(MainWindowScaled, EachLanguageInASmallWindow)
+{
+    const auto open = [this] {
+        Start();
+        Fill(20);
+        window->resize(790, 520);
+        AwaitPlace(*window);
+        return window.get();
+    };
+    CheckLook("main-small", open, [this] { Leave(); });
 }
 
 TEST_F(MainWindowScaled, NothingOverlapsAndAllFillsTheWindow)

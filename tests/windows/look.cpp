@@ -75,8 +75,9 @@ void LookAt(QWidget &widget, std::vector<std::string> &found)
     if (CutsItsText(widget))
         found.push_back("cut off: " + Named(widget));
     // The panes of the main and the search window are laid out with a frame that the window cuts
-    // off.
-    const bool isCutFrame = widget.objectName() == QLatin1String("pctBorders");
+    // off; the panel's page is scrolled in its frame.
+    const bool isCutFrame = widget.objectName() == QLatin1String("pctBorders") ||
+                            widget.objectName() == QLatin1String("pctWeb");
     const bool scrolled = qobject_cast<const QScrollArea *>(widget.parentWidget()->parentWidget());
     if (!IsPart(widget) && !scrolled && !isCutFrame &&
         !widget.parentWidget()->rect().contains(widget.geometry()))
