@@ -88,7 +88,10 @@ std::string ComparingQuery(const std::string &wholePath, const std::vector<std::
         const std::string isEqual =
             "CAST(" + quoted(i) + " AS TEXT) COLLATE BINARY IS ?" + std::to_string(i + 3);
         isSame += isSame.empty() ? "" : " AND ";
-        isSame += i == kArtistOfCompared ? "(" + isDuplicate + " OR " + isEqual + ")" : isEqual;
+        if (i == kArtistOfCompared)
+            isSame.append("(").append(isDuplicate).append(" OR ").append(isEqual).append(")");
+        else
+            isSame += isEqual;
     }
     const auto asText = [](const std::string &condition) {
         return "CASE WHEN " + condition + " THEN '1' ELSE '0' END";
