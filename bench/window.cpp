@@ -333,6 +333,7 @@ int main(int argc, char **argv)
         return 2;
     Desktop desktop;
     Store store;
+    store.values["Extras/UnicodeOffer"] = "0"; // nobody is here to answer
     platform::TheMachine().desktop = &desktop;
     platform::TheMachine().settings = &store;
     platform::posix::MountDrives drives;
