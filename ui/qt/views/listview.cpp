@@ -81,7 +81,9 @@ ListView::ListView(ui::KeyedList &list, QWidget *parent, Positioning positioning
     Bind(list, this, [this] {
         Place();
         ShowHint();
-        viewport()->update();
+        // A regeneration changes the hint at each song; over rows it is not shown.
+        if (m_model.rowCount() == 0)
+            viewport()->update();
     });
     ShowRows();
 }
