@@ -48,7 +48,8 @@ std::string JoinPath(std::string_view folder, std::string_view name)
     path = folder;
     if (!path.ends_with(PathSeparator))
         path += PathSeparator;
-    return path.append(name);
+    path += name;
+    return path;
 }
 
 } // namespace runtime

@@ -152,12 +152,14 @@ std::string Replace(std::string_view text, std::string_view from, std::string_vi
     if (from.empty())
         return std::string(text);
     std::string result;
+    result.reserve(text.size());
     std::size_t at = 0;
     for (std::size_t hit; (hit = text.find(from, at)) != std::string_view::npos;) {
         result.append(text, at, hit - at).append(to);
         at = hit + from.size();
     }
-    return result.append(text.substr(at));
+    result += text.substr(at);
+    return result;
 }
 
 std::string ReplaceFirst(std::string_view text, std::string_view from, std::string_view to)

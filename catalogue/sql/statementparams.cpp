@@ -90,7 +90,8 @@ std::string ShortText(std::string_view text)
         --tail;
     std::string result(runtime::LeftCharacters(text, kKeptAtEachEnd));
     result.append(" (... ").append(std::to_string(characters - 2 * kKeptAtEachEnd));
-    return result.append(" characters left out ...) ").append(text.substr(tail));
+    result.append(" characters left out ...) ").append(text.substr(tail));
+    return result;
 }
 
 std::string ShortLiteral(const Value &value)
@@ -254,7 +255,8 @@ std::string ReadableText(const Statement &statement)
             from = at + token.text.size();
         }
     }
-    return readable.append(text.substr(from));
+    readable += text.substr(from);
+    return readable;
 }
 
 std::vector<Value> StoredValues(const Params &params)

@@ -74,7 +74,8 @@ std::string MakeFrame23(std::string_view id, std::string_view data, FrameFlags f
         frame += static_cast<char>(data.size() >> shift & 0xFFU);
     frame += static_cast<char>(flags.status);
     frame += static_cast<char>(flags.format);
-    return frame.append(data);
+    frame += data;
+    return frame;
 }
 
 } // namespace metadata::unicode
