@@ -264,7 +264,8 @@ std::string ADOclass::GetStringConnection()
         constexpr std::string_view kBack = ".mdb;Persist Security Info=False;Jet OLEDB";
         std::string text; // each statement asks for it
         text.reserve(kFront.size() + DirBase.size() + DataBaseName.size() + kBack.size());
-        return text.append(kFront).append(DirBase).append(DataBaseName).append(kBack);
+        text.append(kFront).append(DirBase).append(DataBaseName).append(kBack);
+        return text;
     }
     case 2:
         if (SQLIntegratedSecurity)

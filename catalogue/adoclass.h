@@ -175,7 +175,7 @@ private:
     std::optional<std::string> m_openFailure; // the failure to open that the next statement reports
     Fields m_fields, m_keyFields;             // of the statement builder
     std::string m_connectionText;             // the last one that was resolved
-    std::function<std::unique_ptr<Connection>()> m_open; // the result of resolving it
+    std::function<std::shared_ptr<Connection>()> m_open; // the result of resolving it
     const bool m_joinsGroup = false;                     // the object belongs to a RowStep
     bool m_inTransaction = false;
     bool m_keepOpen = false; // the connection stays open between statements

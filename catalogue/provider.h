@@ -84,6 +84,6 @@ public:
 };
 
 // Opens a connection to one database. Errors: ProviderFailure.
-using Opener = std::function<std::unique_ptr<Connection>()>;
+using Opener = std::function<std::shared_ptr<Connection>()>;
 
 } // namespace catalogue

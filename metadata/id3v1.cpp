@@ -23,7 +23,8 @@ std::string Padded(std::string_view text, std::size_t width, char filler)
 // Takes the next `width` characters off the front of `image` into `field`.
 void TakeField(std::string_view &image, std::size_t width, std::string &field)
 {
-    field = Padded(runtime::Trim(image.substr(0, width)), width, ' ');
+    field = runtime::Trim(image.substr(0, width));
+    field.resize(width, ' ');
     image.remove_prefix(width);
 }
 
@@ -39,8 +40,10 @@ std::string BuiltField(std::string &field, std::size_t used, std::size_t width)
 
 void ReadID3v1Fields(std::string_view image, ID3v1Tag &tag)
 {
-    const std::string whole = Padded(image, kID3v1Bytes, '\0');
-    std::string_view rest = whole;
+    std::string whole; // of a tag that was cut off
+    if (image.size() < kID3v1Bytes)
+        whole = Padded(image, kID3v1Bytes, '\0');
+    std::string_view rest = whole.empty() ? image : whole;
     rest.remove_prefix(3);
     TakeField(rest, kTextBytes, tag.Title);
     TakeField(rest, kTextBytes, tag.Artist);

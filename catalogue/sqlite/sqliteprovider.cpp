@@ -124,13 +124,14 @@ RecordsetPtr SqliteConnection::Run(const Statement &statement)
 {
     const std::shared_ptr<CatalogueFile> file = m_file; // owns the translation that it caches
     const Translated *cached = file->FindTranslation(statement);
-    const Translated fresh = cached != nullptr ? Translated() : TranslateStatement(statement);
-    const Translated &translated = cached != nullptr ? *cached : fresh;
+    std::optional<Translated> fresh;
+    const Translated &translated =
+        cached != nullptr ? *cached : fresh.emplace(TranslateStatement(statement));
     if (translated.hasOpenMarker)
         throw ProviderFailure(kStatementFailure,
                               "No value given for one or more required parameters.");
-    if (cached == nullptr && IsIndependentOf(statement, fresh))
-        file->CacheTranslation(statement, fresh);
+    if (fresh && IsIndependentOf(statement, *fresh))
+        file->CacheTranslation(statement, *fresh);
     if (auto records = SearchTexts(translated, statement))
         return records;
     return RunTranslated(translated, [&](sqlite3_stmt *target) {
@@ -322,7 +323,7 @@ Opener ResolveCatalogueFile(const std::string &connectionString)
     const std::string *path = &*paths->insert(connectionString.substr(at, to - at)).first;
     return [path] {
         LazyRecordset::CopyAll(kLazyMs);
-        return std::make_unique<SqliteConnection>(CatalogueFile::At(*path));
+        return std::make_shared<SqliteConnection>(CatalogueFile::At(*path));
     };
 }
 
