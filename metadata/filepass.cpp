@@ -23,8 +23,8 @@ constexpr std::int64_t kBehindTag =
     4; // of the bytes after the tag, where the audio header may begin
 constexpr std::int64_t kTailBytes{std::tuple_size_v<decltype(FileBytes::tail)>};
 constexpr std::int64_t kImageOnly{kImageBytes};
-constexpr std::size_t kFirstRead =
-    8192; // enough for the tag and the header search, unless the tag has pictures
+// Enough for the header search, and for the tag unless it is long. More would only be copied.
+constexpr std::size_t kFirstRead = 5120;
 constexpr std::int64_t kKeptBuffer = 4LL << 20; // a larger buffer is freed after its file
 
 // The header search's reach and the four header bytes at its last position.

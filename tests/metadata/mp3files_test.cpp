@@ -109,7 +109,7 @@ TEST_F(SongFiles, FewCallsAndEachByteOnce)
     const std::string path = Song("a.mp3", "x");
     ReadSongInfo(path);
     EXPECT_EQ(m_files.reads, 2); // the beginning, the end
-    EXPECT_EQ(m_files.bytesRead, 8192 + 128);
+    EXPECT_EQ(m_files.bytesRead, 5120 + 128);
     EXPECT_EQ(m_files.identifications, 0);
 
     m_files = {};

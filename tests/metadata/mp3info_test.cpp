@@ -280,7 +280,7 @@ TEST_F(GetMP3Info, TheFlagsAloneAreThoseOfAPass)
 
 TEST_F(GetMP3Info, LongBodiesAreReadCompletely)
 {
-    for (const std::size_t size : {8000u, 8170u, 8182u, 8192u, 70'000u, 3'000'000u}) {
+    for (const std::size_t size : {5000u, 5098u, 5110u, 5120u, 8192u, 70'000u, 3'000'000u}) {
         std::string body = Frame3("TIT2", "x");
         body.resize(size, 'p');
         body += Frame3("TPE1", "behind");
