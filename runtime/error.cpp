@@ -72,6 +72,8 @@ int NumberOfErrno(int errnoValue)
     case ENOSPC:
     case EDQUOT:
         return kDiskFull;
+    case ENOMEM:
+        return kOutOfMemory;
     case EBADF:
     case EINVAL:
     case ENAMETOOLONG:
@@ -85,7 +87,9 @@ int NumberOfErrno(int errnoValue)
 
 RuntimeError FileError(int errnoValue)
 {
-    return {NumberOfErrno(errnoValue), std::generic_category().message(errnoValue)};
+    const int number = NumberOfErrno(errnoValue);
+    return {number, number == kOutOfMemory ? DescribeError(number)
+                                           : std::generic_category().message(errnoValue)};
 }
 
 RuntimeError FileError(int errnoValue, const std::string &path)

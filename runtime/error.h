@@ -50,7 +50,8 @@ public:
 };
 
 // The error for a failed file operation. `errnoValue` (an errno of POSIX) becomes the ErrorNumber
-// of the same meaning; the description is that of the operating system.
+// of the same meaning; the description is that of the operating system. Memory that is used up has
+// the same number and words wherever that happens.
 RuntimeError FileError(int errnoValue);
 
 // The same, with `path` (as ShownText of runtime/utf8.h writes it) and ": " before the description.

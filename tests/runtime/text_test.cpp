@@ -5,6 +5,7 @@
 #include <utf8proc.h>
 
 #include <array>
+#include <cerrno>
 
 using namespace runtime;
 
@@ -215,4 +216,6 @@ TEST(ShownText, Table)
     }
     EXPECT_EQ(runtime::ShownLines("a\r\nb\tc\x1B"), "a\r\nb\tc\\x1b");
     EXPECT_EQ(runtime::FileError(2, "a\nb").description, "a\\x0ab: No such file or directory");
+    EXPECT_EQ(runtime::FileError(ENOMEM).number, runtime::kOutOfMemory);
+    EXPECT_EQ(runtime::FileError(ENOMEM).description, "Out of memory");
 }
