@@ -34,6 +34,7 @@ FORWARDS = ("platform/", "ui/boxforms", "catalogue/rowgroups", "bench/", "tests/
 
 # What the program is linked with, and its name in the list of licences.
 LIBRARIES = {"libQt6": "Qt 6", "libsqlite3": "SQLite", "libutf8proc": "utf8proc", "libcurl": "libcurl",
+             "libjemalloc": "jemalloc",
              "libsystemd": "libsystemd", "libtag": "TagLib", "libz": "zlib", "libstdc++": "C++", "libgcc_s": "C++", "libc": "GNU", "libm": "GNU",
              "ld-linux": "GNU"}
 
