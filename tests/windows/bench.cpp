@@ -98,9 +98,21 @@ void ShowAndActivate(QWidget &window)
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window, 30000));
 }
 
+namespace
+{
+
+// The window that has the keyboard. After another window was closed there is none for a moment.
+QWindow *WindowWithKeyboard()
+{
+    (void)WaitUntil([] { return QGuiApplication::focusWindow() != nullptr; });
+    return QGuiApplication::focusWindow();
+}
+
+} // namespace
+
 void PressKey(const char *keys)
 {
-    QWindow *window = QGuiApplication::focusWindow();
+    QWindow *window = WindowWithKeyboard();
     ASSERT_NE(window, nullptr) << "no window has the keyboard for " << keys;
     const QKeySequence sequence(QString::fromLatin1(keys), QKeySequence::PortableText);
     ASSERT_EQ(sequence.count(), 1) << keys;
@@ -109,7 +121,7 @@ void PressKey(const char *keys)
 
 void TypeText(const std::string &text)
 {
-    QWindow *window = QGuiApplication::focusWindow();
+    QWindow *window = WindowWithKeyboard();
     ASSERT_NE(window, nullptr) << "no window has the keyboard";
     for (const char letter : text)
         QTest::keyClick(window, letter);
