@@ -5,7 +5,10 @@
 #include "ui/qt/qttext.h"
 
 #include <QEvent>
+#include <QTimer>
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace ui::qt
 {
@@ -50,6 +53,28 @@ private:
 };
 
 } // namespace
+
+std::function<void()> Throttled(QObject *owner, std::function<void()> show)
+{
+    constexpr int kFrameMs = 40;
+    auto *frame = new QTimer(owner);
+    frame->setInterval(kFrameMs);
+    auto pending = std::make_shared<bool>(false); // shared by the result and the timer's slot
+    QObject::connect(frame, &QTimer::timeout, frame, [frame, pending, show] {
+        if (std::exchange(*pending, false))
+            show();
+        else
+            frame->stop();
+    });
+    return [frame, pending, show = std::move(show)] {
+        if (frame->isActive()) {
+            *pending = true;
+            return;
+        }
+        show();
+        frame->start();
+    };
+}
 
 QRect PixelRect(const ui::Rect &place)
 {

@@ -14,9 +14,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QScrollBar>
-#include <QTimer>
 #include <functional>
-#include <memory>
 
 namespace ui
 {
@@ -39,29 +37,16 @@ void Bind(Control &control, QObject *owner, const std::function<void()> &show)
     control.changed = show;
 }
 
-// The same for a control that changes very often, such as the progress of a job: `show` runs at
-// most 25 times a second, and once more after the last change.
+// Returns: a function that runs `show`, but at most 25 times a second. For calls that are too early
+// `show` runs once, as soon as it may, so that the last state is always shown. The function must
+// not be called after `owner` was destroyed.
+[[nodiscard]] std::function<void()> Throttled(QObject *owner, std::function<void()> show);
+
+// Bind for a control that changes very often, such as the progress of a job: `show` is Throttled.
 template <class Control>
 void BindThrottled(Control &control, QObject *owner, const std::function<void()> &show)
 {
-    constexpr int kFrameMs = 40;
-    auto *frame = new QTimer(owner);
-    frame->setInterval(kFrameMs);
-    auto pending = std::make_shared<bool>(false); // shared by the control's hook and the timer's
-    QObject::connect(frame, &QTimer::timeout, frame, [frame, pending, show] {
-        if (std::exchange(*pending, false))
-            show();
-        else
-            frame->stop();
-    });
-    Bind(control, owner, [frame, pending, show] {
-        if (frame->isActive()) {
-            *pending = true;
-            return;
-        }
-        show();
-        frame->start();
-    });
+    Bind(control, owner, Throttled(owner, show));
 }
 
 // Sets the object name of a widget, for tests and style sheets. Its accessible name, which a screen
@@ -87,7 +72,8 @@ void BindScrollBar(ui::ScrollBar &bar, QScrollBar *widget);
 // Shows how much is done, and whether the bar is visible.
 void BindProgress(ui::ProgressBar &bar, QProgressBar *widget);
 
-// Starts, restarts and stops a timer of the toolkit, owned by `owner`, that calls Fire.
+// Makes a timer of the toolkit call Fire while `timer` is enabled. `owner` owns the toolkit's
+// timer.
 void BindTimer(ui::Timer &timer, QObject *owner);
 
 // Shows a menu entry: caption, enabled, visible, checked (a check mark if `checkable`).

@@ -78,12 +78,16 @@ ListView::ListView(ui::KeyedList &list, QWidget *parent, Positioning positioning
         m_picture.Drop();
     };
     list.listChanged = [this](ui::ListChange change) { Changed(change); };
-    Bind(list, this, [this] {
-        Place();
+    // A regeneration changes the hint at each song.
+    const auto showHint = Throttled(this, [this] {
         ShowHint();
-        // A regeneration changes the hint at each song; over rows it is not shown.
         if (m_model.rowCount() == 0)
             viewport()->update();
+    });
+    Bind(list, this, [this, showHint] {
+        Place();
+        setHeaderHidden(m_list.HeadersHidden());
+        showHint();
     });
     ShowRows();
 }
@@ -153,7 +157,6 @@ void ListView::ShowHint()
 {
     const bool shows = m_list.Count() == 0 && !m_list.Hint().empty();
     setAccessibleDescription(shows ? ToQt(m_list.Hint()) : QString());
-    setHeaderHidden(m_list.HeadersHidden());
     const bool hasButton = shows && !m_list.HintButton().empty();
     if (hasButton && m_hintButton == nullptr) {
         m_hintButton = new QPushButton(viewport());
