@@ -32,7 +32,7 @@ constexpr int kTextColumns = 72;
 constexpr int kInputColumns = 48;
 constexpr int kIconSize = 480; // twips
 
-// Shows a text that has no marks.
+// Shows `text` unchanged: "&" does not mark an access key.
 void ShowText(Label &label, std::string_view text)
 {
     label.columns = kTextColumns;
@@ -77,7 +77,7 @@ MessageBoxForm::MessageBoxForm(const Message &message) : Form("MessageBox", kMes
     copied = {&lblText, &lblDetails};
 }
 
-// Of those that are visible, the last one added is the answer of a box that is closed.
+// The answer of a box that is closed is that of the last visible button that was added.
 void MessageBoxForm::AddAnswer(std::string_view controlName, Button &button, Answer means,
                                bool visible)
 {

@@ -1,5 +1,5 @@
 // ui/boxforms.h - the two boxes that ask the user: a message with buttons, and a line of text.
-// Their texts are plain, their size follows the text. Shown by the desktop port.
+// Their texts are plain UTF-8, and their size depends on the text. The desktop port shows them.
 #pragma once
 
 #include "platform/desktop.h"
@@ -29,8 +29,7 @@ struct MessageBoxForm : Form {
 
     Picture picIcon;
     Label lblText, lblDetails;
-    Button cmdOk, cmdYes, cmdNo, cmdSave, cmdDiscard,
-        cmdCancel;     // only those of the question are visible
+    Button cmdOk, cmdYes, cmdNo, cmdSave, cmdDiscard, cmdCancel; // visible: those of the question
     Button cmdDetails; // shows the details, and hides them again
 
 private:

@@ -187,8 +187,8 @@ NodeId cDirTree::AddNode(NodeId parent, std::string_view key, const std::string 
     return node;
 }
 
-// Adds the node of a folder if there is none yet. Its key is `upperPath`, unless another folder has
-// that key.
+// Adds the node of a folder if there is none yet. Its key is `upperPath`; when another folder has
+// that key, `upperPath` followed by `path`. Returns: the node; kNoNode when both keys are in use.
 NodeId cDirTree::AddFolder(NodeId parent, const std::string &path, const std::string &upperPath,
                            std::string_view text)
 {

@@ -47,11 +47,13 @@ public:
     std::function<void()> ChangePath;
     std::function<void(NodeId)> NodeSelected;
 
-    // Fills the tree and opens it at the current folder of the process. The desktop is a root, or a
-    // child of the node `relativeKey`. If that key is empty, the tree is emptied first.
+    // Fills the tree, and expands it down to the current folder of the process, which is then
+    // selected. With an empty `relativeKey` the tree is emptied first, and the desktop is a root;
+    // else the desktop is a child of the node with that key.
     void LoadTV(std::string_view relativeKey = {});
 
-    // Adds desktop, computer and drives. Returns: the text of the first fixed disk's node.
+    // Adds the nodes of the desktop, the computer and the drives; `relativeKey` as in LoadTV.
+    // Returns: the text of the first fixed disk's node; empty when there is none.
     std::string ListDrives(std::string_view relativeKey);
 
     // Empties the host's list and adds the folders in `path` below its node, each with its first
@@ -59,21 +61,23 @@ public:
     // sub-folders.
     void ListDirs(const std::string &path);
 
-    // The key of the selected node; empty when there is none. SetSelectedNode does nothing for an
-    // unknown key; no event is raised.
+    // The key of the selected node; empty when there is none. SetSelectedNode selects the node with
+    // this key, without an event; it does nothing when no node has the key.
     std::string SelectedNode() const;
     void SetSelectedNode(std::string_view key);
 
-    // The text of the node at the one-based `index`, in the order of adding.
-    // Errors: kSubscriptOutOfRange.
+    // Nodes returns the text of the node with the number `index` (one-based, in the order of
+    // adding), NodesCount the number of nodes.
+    // Errors: kSubscriptOutOfRange when there is no such node.
     std::string Nodes(int index) const;
     int NodesCount() const;
 
     bool ExtractIcon() const;                           // the host's addDesktopIcon
     std::string GetDriveName(const std::string &drive); // its label, words with capital letters
     static std::string GetComputerName();               // "My Computer"
-    // The names of the user's own folders in the desktop's settings. There is one key, "Shell
-    // Folders". Returns: false for any other key.
+    // Sets `names` to the names of the user's own folders ("DESKTOP", "MUSIC", ...) that the
+    // settings of the desktop have. The only key is "Shell Folders".
+    // Returns: false for any other key; `names` is then unchanged.
     static bool RegEnumValues(std::string_view key, std::vector<std::string> &names);
 
     // The real path of a node; empty for the computer.
@@ -82,7 +86,8 @@ public:
     bool IsFolder(NodeId node) const;
     // The node of a folder by its real path, else the node whose key is the path in upper case.
     NodeId FindPath(const std::string &path) const;
-    // The folders down to `path`: from the longest drive that contains it to itself.
+    // The paths of the folders from the drive that contains `path` down to `path` itself. When
+    // several drives contain it, the one with the longest path. Empty when none does.
     std::vector<std::string> FoldersDownTo(const std::string &path) const;
 
     // Whether a disk is being waited for; Abandon ends that wait. This object must not be destroyed

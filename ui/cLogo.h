@@ -35,7 +35,7 @@ public:
     std::function<void(const StripPlan &)> DrawingObject; // paints; empty when there is no surface
     int widthTwips = 0, heightTwips = 0;                  // of the surface
     std::string Caption;
-    bool hasImageList = false; // hImageList
+    bool hasImageList = false; // whether there are icons for IconIndex
     int IconIndex = 0;         // from 1; 0 for none
 
     // Each colour is split into red, green and blue when it is set.
@@ -44,7 +44,8 @@ public:
     Colour StartColor() const { return m_start; }
     Colour EndColor() const { return m_end; }
 
-    // Returns a colour of the desktop; the window sets this. Number 15 is the face of a button.
+    // Set by the window: returns the colour of the desktop with this number. Number 15 is the face
+    // of a button.
     std::function<Colour(int number)> systemColour;
 
     // Paints the strip, if there is a surface.

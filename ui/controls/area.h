@@ -35,7 +35,7 @@ public:
     bool Enabled() const { return m_enabled; }
     void SetEnabled(bool enabled) { Assign(m_enabled, enabled); }
 
-    // UTF-8, no marks; empty for none.
+    // UTF-8, "&" is itself; empty for none.
     const std::string &ToolTip() const { return m_toolTip; }
     void SetToolTip(std::string_view tip) { Assign(m_toolTip, std::string(tip)); }
 

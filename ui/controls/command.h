@@ -17,7 +17,7 @@ public:
     {
     }
 
-    const std::string name; // "submnuExit", "mnuFile", "g"
+    const std::string name; // such as "submnuExit" or "mnuFile"
 
     // UTF-8; "&" marks the access key, the caption "-" is a separator. A toolbar button shows it as
     // its tool tip.

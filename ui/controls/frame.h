@@ -11,8 +11,8 @@ class Frame : public Label
 public:
     using Label::Label;
 
-    bool bordered =
-        true; // false: neither border nor caption is shown; to be set before the window is built
+    // When false, neither border nor caption is shown. To be set before the window is built.
+    bool bordered = true;
 };
 
 } // namespace ui

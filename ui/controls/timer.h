@@ -16,7 +16,7 @@ public:
 
     int IntervalMs() const { return m_interval; }
 
-    // SetEnabled(true) begins a full interval, also when the timer is enabled already.
+    // SetEnabled(true) starts a new interval, also when the timer is enabled already.
     bool Enabled() const { return m_enabled; }
     void SetEnabled(bool enabled)
     {

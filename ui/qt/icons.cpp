@@ -20,8 +20,9 @@ namespace ui::qt
 namespace
 {
 
-// The drawing in greys: what has the text's colour gets that of disabled text, what is nearer to
-// the window's colour stays nearer to it.
+// The drawing for a disabled control. The colour of each pixel is between that of the window and
+// that of disabled text; the more the pixel differs from the window, the nearer it is to the
+// latter.
 QPixmap Faded(const QPixmap &drawn)
 {
     const QPalette palette = QGuiApplication::palette();
@@ -45,7 +46,7 @@ QPixmap Faded(const QPixmap &drawn)
     return faded;
 }
 
-// An icon with a drawing for light and one for dark windows; chosen each time it is painted.
+// An icon with a drawing for light and one for dark windows; one is chosen each time it is painted.
 class ThemedEngine : public QIconEngine
 {
 public:
@@ -125,8 +126,8 @@ QIcon OwnIcon(const QString &key)
 }
 
 // The names under which the desktop may have an icon for files with this extension, the best one
-// first. More than one type can have an extension (".m3u" has two). The icons of files of any
-// application are not used, because the program's own icon says more.
+// first. More than one type can have an extension (".m3u" has two). The general icon for files of
+// applications is not used: the program's own icon is clearer.
 QStringList IconNames(const QString &suffix)
 {
     const auto types = QMimeDatabase().mimeTypesForFileName(QLatin1String("x") + suffix);

@@ -11,8 +11,9 @@
 namespace ui::qt
 {
 
-// Makes the widget for a control of type ui::Area; called when a window of that name is built. The
-// parent owns the widget, and the form outlives it.
+// Makes the widget for a control of type ui::Area; called when the window of the form is built. The
+// parent owns the widget, and the form outlives it. A second registration of a control replaces the
+// first.
 using WidgetMaker = std::function<QWidget *(ui::Form &form, QWidget *parent)>;
 void RegisterWidget(std::string_view formName, std::string_view controlName, WidgetMaker make);
 

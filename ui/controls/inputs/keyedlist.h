@@ -27,7 +27,7 @@ struct ListColumn {
     int position = 0; // one-based, from left to right
 };
 
-// What has changed for the window.
+// What has changed in a list, for the window.
 enum class ListChange { Columns, Order, Selection, Cells };
 
 class KeyedList : public Area
@@ -85,14 +85,17 @@ public:
     std::uint64_t ClearCount() const { return m_clearCount; }
 
     // --- Order. The rows are always sorted by sub-item `SortKey()` (0 = main text); equal rows
-    // stay in the order of adding. The order of texts is that of runtime/collation.h.
+    // stay in the order of adding. The order of texts is that of runtime/collation.h. A display
+    // index is the zero-based place of a row in that order. RowAt expects a valid one; DisplayIndex
+    // fails with kSubscriptOutOfRange for an unknown row.
     int SortKey() const { return m_sortKey; }
     bool Descending() const { return m_descending; }
     void SetSort(int sortKey, bool descending);
     RowId RowAt(int displayIndex) const { return m_order[static_cast<std::size_t>(displayIndex)]; }
     int DisplayIndex(RowId row) const;
 
-    // --- Selection. `SelectedItem` is the row with the focus; others can be selected too.
+    // --- Selection. `SelectedItem` is the row with the focus, kNoRow when there is none; others
+    // can be selected too.
     RowId SelectedItem() const { return m_focus; }
     bool IsSelected(RowId row) const { return At(row).selected; }
     int SelectedCount() const { return m_selectedCount; }
@@ -108,8 +111,8 @@ public:
     void EndUpdate();
     bool Updating() const { return m_updating > 0; }
 
-    // A line that the window shows when there are no rows; empty for none. If the hint has a
-    // caption, a button is shown below it, whose event is `onHintClick`.
+    // A text that the window shows when there are no rows; empty for none. With a `buttonCaption` a
+    // button is shown below it; a click on it raises `onHintClick`.
     const std::string &Hint() const { return m_hint; }
     const std::string &HintButton() const { return m_hintButton; }
     void SetHint(std::string_view hint, std::string_view buttonCaption = {})

@@ -45,6 +45,7 @@ public:
     NodeId Count() const { return static_cast<NodeId>(m_nodes.size()); }
 
     // One node. The views are valid until the nodes of the tree change.
+    // Errors of all: kSubscriptOutOfRange for an unknown node.
     std::string_view Key(NodeId node) const;
     std::string_view Text(NodeId node) const;
     std::string_view Image(NodeId node) const { return m_images[At(node).image]; }
@@ -71,11 +72,10 @@ public:
     // What the user does, each with its events in order. The window calls only these. A key or a
     // double click that expands or collapses a node counts as a click on its expander: the Click
     // event comes after Expand, so that its handler can reset there what it stored in Expand.
-    void ClickText(NodeId node); // selects; NodeClick, Click
-    void ClickExpander(
-        NodeId node);         // Expand or Collapse, Click; does nothing for a node without children
-    void ClickNothing();      // Click
-    void MoveTo(NodeId node); // by key: selects; NodeClick
+    void ClickText(NodeId node);     // selects; NodeClick, Click
+    void ClickExpander(NodeId node); // Expand or Collapse, Click; nothing for a leaf
+    void ClickNothing();             // Click
+    void MoveTo(NodeId node);        // by key: selects; NodeClick
 
     // The number of the user's last action; all events of one action have the same.
     std::uint64_t Gesture() const { return m_gesture; }

@@ -18,11 +18,9 @@ public:
 
     int Value() const { return m_value; }
     int Max() const { return m_max; }
-    int LargeChange() const { return m_largeChange; } // the step for a click beside the thumb
-    int SmallChange() const
-    {
-        return m_smallChange;
-    } // the step for a click on an arrow; 0 counts as 1
+    // The steps for a click beside the thumb, and for a click on an arrow; 0 counts as 1.
+    int LargeChange() const { return m_largeChange; }
+    int SmallChange() const { return m_smallChange; }
 
     // The value is limited to 0 to Max(). A change raises `valueChanged`.
     void SetValue(int value)

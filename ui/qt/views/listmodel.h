@@ -39,8 +39,9 @@ public:
     // Set by the view.
     std::function<bool(int column)> isHeaderCut;
 
-    // The data to copy for these rows (places in the list): their visible columns as lines of text
-    // with tabs, in the order shown, and the rows that are files as a list of files.
+    // The data to copy for these rows (display indexes): the texts of `columns` (zero-based, in the
+    // order shown) as lines with tabs between the texts, and the rows that are files as a list of
+    // files. The caller owns the result.
     [[nodiscard]] QMimeData *Copy(const QList<int> &rows, const QList<int> &columns) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;

@@ -21,7 +21,7 @@ namespace
 {
 
 constexpr int kHintGap = 12;                // pixels from the middle to the hint, and to its button
-constexpr int kFrame = 3;                   // the width of the frame in pixels
+constexpr int kFrame = 3;                   // pixels, of the frame that the parent cuts off
 constexpr std::string_view kFiller = "Non"; // the key of the column that takes the remaining width
 
 } // namespace

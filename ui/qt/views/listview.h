@@ -17,8 +17,9 @@ class QPushButton;
 namespace ui::qt
 {
 
-// Where the view is put: at its control's place without the frame, which the parent cuts off there;
-// exactly at that place; or by a layout of the window.
+// What decides the place of the view. InCutFrame: the control's place, less a frame of 3 pixels at
+// its left, top and bottom that the parent cuts off. Exact: the control's place. ByLayout: a layout
+// of the window.
 enum class Positioning { InCutFrame, Exact, ByLayout };
 
 class ListView : public QTreeView

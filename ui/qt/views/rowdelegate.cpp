@@ -10,8 +10,8 @@ namespace
 
 constexpr int kAir = 8; // free pixels above and below a line of text, in total
 
-// In front of a text it makes the right its beginning, and so the left the place of the dots where
-// the text is cut.
+// In front of a text this character sets the direction from right to left, so that a text that is
+// too long is cut at its left end.
 constexpr QChar kRightToLeftIsolate(0x2067);
 
 const QStyle &StyleOf(const QStyleOptionViewItem &option)

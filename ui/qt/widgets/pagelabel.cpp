@@ -172,8 +172,8 @@ void PageLabel::mouseDoubleClickEvent(QMouseEvent *event)
     Select(start, end);
 }
 
-// Of fields and names in one text, each line begins where the window's language begins; a text
-// alone has the direction of its first letter.
+// The lines of a text with captions all have the direction of the window's language; a paragraph of
+// any other text has the direction of its first letter.
 Qt::LayoutDirection PageLabel::DirectionOf(QStringView paragraph) const
 {
     if (m_faintCaptions)
