@@ -108,7 +108,7 @@ constexpr PopupLine kPopupLines[] = {
     {"FileInfo", "&File Info", "Info", "FileInfo", "cp_Info"},
     {"ExportFile", "&Export file", "Export", "Export", "cp_Export"},
     {"RenameFile", "&Rename file", "Rename", "Rename",
-     "cp_Export"}, // it exports files, it does not rename them
+     "cp_Export"}, // the entry "Rename" of the popup exports files
     {"DuplicateEntry", "&Duplicate entry", "Duplicate", "DuplicateMP3", "submnuDuplicateEntry"},
     {"ControlOptions", "Control Options", "fOptions", "", ""},
     {"PlaySong", "&Play Song", "Play", "Play", "cp_Play"},

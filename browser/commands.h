@@ -18,10 +18,10 @@ namespace browser
 
 // One line of the menus, in their order; a parent comes before its entries.
 struct MenuLine {
-    std::string_view name;     // "mnuFile", "submnuExit", "g"
+    std::string_view name;     // such as "mnuFile" or "submnuExit"
     std::string_view parent;   // empty for a menu of the menu bar
     std::string_view caption;  // English; "&" marks the access key, "-" a separator
-    std::string_view shortcut; // "Ctrl+Q"; empty for none. The caption contains Alt+3
+    std::string_view shortcut; // "Ctrl+Q"; empty for none. Alt+3 is part of a caption instead
     bool enabled = true;
     bool checked = false;
     bool submenu = false;
@@ -83,8 +83,9 @@ void RegisterCommand(std::string_view name, std::function<void()> handler,
 // Errors: kMemberNotFound when it is not registered; those of the handler.
 void RunHandler(std::string_view name);
 
-// Opens an item. `value`: for the row of a file its path, for any other item its key without the
-// marker. `list`: for a file the list that was clicked, for any other item the list to fill.
+// Opens an item. `value`: for the row of a file its path (bytes), for any other item its key
+// without the marker. `list`: for a file the list that was clicked, for any other item the list to
+// fill.
 using OpenItem = std::function<void(const std::string &value, ui::KeyedList &list)>;
 
 // Registers what opens the nodes and rows whose keys begin with `marker` (browser/itemkinds.h): the

@@ -107,9 +107,8 @@ private:
     std::string m_key;
 };
 
-// A failure skips the node of one record. Returns: the words of the last failure; empty when there
-// was none.
-// when there was none.
+// Adds a node for each record. A record that cannot be read or added is skipped.
+// Returns: the reason of the last failure; empty when there was none.
 std::string FillValues(MainForm &form, const ItemKind &kind, catalogue::Recordset &records)
 {
     std::string failure;

@@ -115,7 +115,7 @@ runtime::RuntimeError RenameError(int reason, const std::string &from, const std
     return runtime::FileError(reason, reason == EEXIST ? to : from + " -> " + to);
 }
 
-// Changes the path in all rows of the file. Returns: the words of a failure, else an empty text.
+// Changes the path in all rows of the file. Returns: the reason of a failure, else an empty text.
 std::string RenameRows(const std::string &from, const std::string &to)
 {
     catalogue::ExecuteWithValues("UPDATE MP3s SET Path = ? WHERE Path = ?", catalogue::kUpdate,

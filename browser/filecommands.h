@@ -12,13 +12,14 @@
 namespace browser
 {
 
-// Asks for an MP3 file, with this title, beginning in the music folder. Returns: nothing when
-// cancelled.
+// Asks for an MP3 file in a file dialog with this title, which opens at the music folder.
+// `kindOfFile`: what the dialog calls MP3 files.
+// Returns: the path; nothing when cancelled.
 std::optional<std::string> ChooseMP3(std::string_view title, std::string_view kindOfFile);
 
 // Add File: adds a file that the user chooses to the catalogue. After a new row the tree is built
-// again. A box says when a file has no tags; a file that could not be added can be reported to the
-// author by mail. Errors: none of its own.
+// again. A box reports a file without tags; a file that could not be added can be reported to the
+// author by mail. Lets events run.
 void AddFile(MainForm &form);
 
 // Duplicate entry: asks for the artists and adds one more row for the selected file of `list` with

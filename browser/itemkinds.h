@@ -9,8 +9,8 @@
 namespace browser
 {
 
-inline constexpr std::string_view kRootKey = "MP3s";
-inline constexpr std::string_view kFileMarker = "/";
+inline constexpr std::string_view kRootKey = "MP3s"; // of the tree
+inline constexpr std::string_view kFileMarker = "/"; // of the rows that are files
 
 // One kind of item: its marker (one character of UTF-8), its field, and the word for it in the
 // section `ItemType`.

@@ -156,7 +156,7 @@ Clicked ClickedOf(const MainForm &form, bool inTree, std::string_view key, std::
     return clicked;
 }
 
-// The flags that a click on a node's expander has set. Returns: true when this click must be
+// Resets the flags that a click on a node's expander has set. Returns: true when this click must be
 // ignored.
 bool ConsumeTreeFlags(MainForm &form)
 {
@@ -167,7 +167,7 @@ bool ConsumeTreeFlags(MainForm &form)
     return std::exchange(form.TreeJustExpanded, false);
 }
 
-// A click on the text of a node raises two events; at the second one the rows are there already.
+// A click on the text of a node raises two events; the first one has already listed the rows.
 bool IsShown(const MainForm &form, const Clicked &clicked)
 {
     return clicked.inTree && form.TV.Gesture() != 0 && form.shown.gesture == form.TV.Gesture() &&
@@ -268,8 +268,8 @@ bool ShowPlayList(MainForm &form, const Clicked &clicked)
         form.LV.ClearRows();
         return true;
     }
-    if (IsShown(form,
-                clicked)) { // without the pile of icons, or with it when nothing could be listed
+    if (IsShown(form, clicked)) {
+        // The pile of icons is hidden when the list could be opened, else shown.
         form.ImgIcon.SetImage(form.shown.image);
         LoadOtherImages(form.shown.image != "M3U", form);
         return true;

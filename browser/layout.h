@@ -60,15 +60,16 @@ enum class LayoutEnd { Skipped, Failed, Complete };
 // `lastSafeTVWidth`, and the statement that failed is repeated; what was computed before it stays.
 LayoutEnd PlanLayout(LayoutState &state, int lastSafeTVWidth);
 
-// The width of the tree when the splitter is dragged to `mouseX` (twips inside the splitter, with
-// fractions).
+// The width of the tree when the splitter is dragged. `mouseX`: twips from the splitter's left edge
+// to the mouse, with fractions; the others are twips.
 int TreeWidthOfDrag(int separatorLeft, double mouseX, int separatorWidth, int scaleWidth);
 
-// The range of the scroll bar for a panel beside a list: the difference of their heights, at most
-// 32767.
+// The range of the scroll bar for a panel beside a list: the difference of their heights in twips,
+// from 0 to 32767.
 int ScrollMax(int panelHeight, int listHeight);
 
-// The place of the progress bar over the panel of the status bar that begins at `panelLeft`.
+// The place of the progress bar over a panel of the status bar, `margin` inside it; `panelLeft` is
+// relative to the status bar.
 ui::Rect ProgressBarPlace(ui::Rect statusBar, int panelLeft, int panelWidth, int margin);
 
 } // namespace browser

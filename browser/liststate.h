@@ -14,7 +14,8 @@ namespace browser
 // for the preferences when no folder is stored); otherwise what to do next.
 void ShowListState(MainForm &form);
 
-// Shows that files are being read, `value` of `maximum`; 0 while they are being counted.
+// Shows that files are being read: file number `value` of `maximum`. `maximum` is 0 while they are
+// being counted.
 void ShowReading(MainForm &form, std::int64_t value, std::int64_t maximum);
 
 // Enables tree and list and hides the progress bar, unless a regeneration or an export is running.

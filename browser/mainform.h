@@ -29,15 +29,15 @@ namespace browser
 struct MainFormCalls {
     std::function<int(std::string_view)> textWidth; // twips, in the form's font
     std::function<void()> placed; // called when a layout has set the places, to show them
-    std::function<ui::Rect(const ui::Rect &)>
-        bringIntoView; // moves a stored place onto the screens
+    // Moves a stored place (twips) onto the screens.
+    std::function<ui::Rect(const ui::Rect &)> bringIntoView;
     std::function<void()> showWindow;
     std::function<void(int left, int top)> showPopup; // twips relative to the window
     std::function<ui::Rect()> cursor; // the place of the mouse on the screen, in twips: left, top
     std::function<std::vector<int>()> popupHeights; // the heights of the popup's entries, in pixels
-    std::function<void()> raisePanel; // puts the panel and the scroll bar in front of the list
-    std::function<void()> unloadForms;
-    std::function<void()> endProgram;
+    std::function<void()> raisePanel;  // puts the panel and the scroll bar in front of the list
+    std::function<void()> unloadForms; // closes all other windows
+    std::function<void()> endProgram;  // ends the event loop
 };
 
 // One entry of the popup menu.
@@ -104,13 +104,13 @@ struct MainForm : PanelForm {
     bool separatorReleased = false;   // the mouse was released while a move was being laid out
     bool listHooked = false;
     std::string catalogueError; // why the last load of the tree was incomplete; else empty
-    std::uint64_t shownRun =
-        0;                     // the number of the last regeneration that the list's area has shown
-    bool closePending = false; // close the window when the running regeneration or export ends
-    bool maximised = false;    // the window fills the screen; `normal` is its place otherwise
-    ui::Rect normal;           // twips, like `window`
-    bool inPopupClick = false; // a command of the popup is running
-    bool exporting = false;    // lists and commands are disabled
+    // The number of the last regeneration that the list's area has shown.
+    std::uint64_t shownRun = 0;
+    bool closePending = false;  // close the window when the running regeneration or export ends
+    bool maximised = false;     // the window fills the screen; `normal` is its place otherwise
+    ui::Rect normal;            // twips, like `window`
+    bool inPopupClick = false;  // a command of the popup is running
+    bool exporting = false;     // lists and commands are disabled
     bool exportStopped = false; // the running export must end before the next file
     std::string exportTarget;   // the folder of the last export in this run; empty at first
     bool starting = true;       // true until ShowMainForm has ended
@@ -126,7 +126,7 @@ struct MainForm : PanelForm {
         bool operator==(const Shown &) const = default;
     } shown;
 
-    // The list of the search window while that is open, else null. The search owns it.
+    // The list of the search window while that is open, else null. The search window owns it.
     ui::KeyedList *searchList = nullptr;
 
     std::function<void()> extrasBuilt; // for the window: the menu Extras has its commands now
@@ -142,7 +142,9 @@ ui::KeyedList &PopupList(MainForm &form);
 MainForm &frmMain();
 void ResetMainForm();
 
-// Makes the messages 0x20A (wheel) and 0x115 (scroll) of the list put the panel in front.
+// From HookList to UnhookList, the messages 0x20A (WM_MOUSEWHEEL) and 0x115 (WM_VSCROLL) of the
+// list put the panel in front of it; ListMessage handles one. Source: the numbers of the Windows
+// API.
 void HookList(MainForm &form);
 void UnhookList(MainForm &form);
 void ListMessage(MainForm &form, int message);

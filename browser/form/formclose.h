@@ -8,18 +8,21 @@
 namespace browser
 {
 
-// The key of the setting "1" for a maximised window, in section shell::kWindowsSize.
+// The key, in the section shell::kWindowsSize, of the setting that is "1" when the window is
+// maximised.
 inline constexpr std::string_view kMaximised = "Maximised";
 
-// Closes the window, if all other windows allow it (their mayClose). During a regeneration, that is
-// ended at its next file first. submnuExit and the window's close button do this.
+// Closes the window, if all other windows allow it (their mayClose). A running regeneration or
+// export is first ended at its next file. The command submnuExit and the window's close button call
+// this.
 void CloseMainForm(MainForm &form);
 
 // Saves in the preferences: the window's place and size, whether it is maximised, and the tree's
 // width. For a maximised window, the place is the one that it has otherwise.
 void SavePlacement(const MainForm &form);
 
-// Form_Unload, step by step; ends the program through the calls.
+// Form_Unload: saves the placement, releases what the form has set elsewhere, closes the other
+// windows, and ends the program (MainFormCalls::endProgram).
 void UnloadMainForm(MainForm &form);
 
 } // namespace browser

@@ -35,7 +35,8 @@ void ToggleWebStyle(MainForm &form)
     AdjustPanelScroll(form.LV, form);
 }
 
-// The rows hold what was read before, so they are offered to be read again.
+// The rows still have the texts that were read before, so the user is offered to read all songs
+// again.
 void ToggleUnicodeTags(MainForm &form)
 {
     shell::SaveUnicodeTags(!shell::TheGlobals().UnicodeTags);

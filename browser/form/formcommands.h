@@ -14,8 +14,8 @@ namespace browser
 // Registers the commands that the form itself handles.
 void RegisterOwnCommands(MainForm &form);
 
-// Form_KeyDown. Returns: true when the key was handled. For digits the key code is their ASCII
-// code.
+// Form_KeyDown. `keyCode`: the ASCII code of a digit, 27 for Escape; `alt`: Alt is pressed.
+// Returns: true when the key was handled.
 bool Form_KeyDown(MainForm &form, int keyCode, bool alt);
 
 // Sets the entries of the language menu: the names of the language files without their extension,

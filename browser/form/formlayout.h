@@ -16,8 +16,8 @@ void ReDrawForm(MainForm &form);
 // Form_Resize: does the layout, then wraps the panel's text again.
 void ResizeMainForm(MainForm &form);
 
-// Dragging the splitter: press, move (the place of the mouse inside the splitter, in twips),
-// release.
+// Dragging the splitter: press, move, release. `mouseX`: twips from the left edge of the splitter
+// to the mouse, with fractions; negative at its left.
 void Separator_MouseDown(MainForm &form);
 void Separator_MouseMove(MainForm &form, double mouseX);
 void Separator_MouseUp(MainForm &form);

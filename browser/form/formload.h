@@ -10,8 +10,8 @@ namespace browser
 // the file commands are disabled. Errors: kObjectNotSet when one of the calls is missing.
 void LoadMainForm(MainForm &form);
 
-// Steps of the start for the window: sets WebStyle's check mark and empties the address; shows tree
-// and list and sets the size of the window.
+// Two steps of the program's start. ApplyPreferences sets the check mark of WebStyle and empties
+// the address; ShowTreeAndList shows tree and list and sets the size of the window.
 void ApplyPreferences(MainForm &form);
 void ShowTreeAndList(MainForm &form);
 

@@ -26,7 +26,8 @@ void ShowPop(MainForm &form);
 // A click on the popup's entry with this key. Does nothing when its command cannot run.
 void ClickPopup(MainForm &form, std::string_view key);
 
-// Sets the size of the strip for entries of these heights (pixels) and paints it again.
+// Sets the height of the strip to that of all entries (`entryHeights` in pixels) and paints it
+// again.
 void LogoDraw(MainForm &form, const std::vector<int> &entryHeights);
 
 } // namespace browser

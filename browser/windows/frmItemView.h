@@ -27,8 +27,8 @@ namespace browser
 class ItemView : public QWidget
 {
 public:
-    // `form` and `list` outlive the view; `listName` is the object name of the list's widget. While
-    // the view exists, it has set the form's focusList and the labels' measureHeight.
+    // `form` and `list` outlive the view; `listName` is the object name of the list's widget. Sets
+    // the form's focusList and the labels' measureHeight, and empties them in the destructor.
     ItemView(PanelForm &form, ui::KeyedList &list, const char *listName, QWidget *parent);
     ~ItemView() override;
 
