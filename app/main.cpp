@@ -17,8 +17,8 @@ namespace
 
 constexpr int kWrongUsage = 2;
 
-// A file that is opened while one of these is closed would get its number, and messages would be
-// written into that file.
+// Opens /dev/null for each standard stream that is closed. Otherwise the next file that is opened
+// would get its number, and messages would be written into that file.
 void OpenStandardStreams()
 {
     for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
@@ -49,9 +49,9 @@ int main(int argc, char **argv)
     std::signal(
         SIGXFSZ,
         SIG_IGN); // writing beyond the limit of a file's size fails, and is reported as an error
-    // A regeneration asks for many short texts and some long ones: without its list of the smallest
-    // free blocks, which it merges at each long one, the C library takes a third less time for
-    // that.
+    // A regeneration allocates many small blocks and some large ones. The C library keeps lists of
+    // the smallest free blocks and merges these at each large one; without these lists allocation
+    // takes a third less time.
     mallopt(M_MXFAST, 0);
     app::ConnectModules();
     const auto options =

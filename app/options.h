@@ -16,7 +16,7 @@ enum class Job {
     Help,       // --help
     Version,    // --version
     Setting,    // --unicode-tags alone: store it
-    Mistake,    // a command line that cannot be
+    Mistake,    // the command line is wrong
 };
 
 struct Options {

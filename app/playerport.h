@@ -9,7 +9,8 @@
 namespace app
 {
 
-// The name of the player in use: the setting "Player" in the section "Extras".
+// The name of the player in use: the setting "Player" in the section "Extras"; "Audacious" when it
+// is not set.
 std::string PlayerName();
 
 // The port for the player with this name. For an unknown name, a port that reports this at its

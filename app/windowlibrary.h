@@ -8,8 +8,7 @@
 namespace app
 {
 
-// What the program calls in the library; app/windowrun.h and
-// app/windowbatch.h say what each does.
+// What the program calls in the library: see app/windowrun.h and app/windowbatch.h.
 struct WindowCalls {
     bool (*CanOpenWindows)(int argc, char **argv);
     int (*RunInWindows)(int argc, char **argv);

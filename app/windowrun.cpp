@@ -52,7 +52,7 @@ namespace app
 namespace
 {
 
-constexpr int kEndAgainMs = 50; // until a step that could not end is asked again
+constexpr int kEndAgainMs = 50; // between two attempts to end the program
 
 // The windows of one run.
 struct Windows {
@@ -160,8 +160,9 @@ shell::StartUpWindows StepsOf(Windows &windows)
     return steps;
 }
 
-// Ends the program as the user's Quit does: in order, and after the current file of a regeneration.
-// This is called again until the end has come, because what waits for an answer must end first.
+// Ends the program as the command Quit does: in order, and after the current file of a
+// regeneration. Called again and again until the program has ended, because open boxes and modal
+// windows must close first.
 void End(const Windows &windows)
 {
     if (windows.ended || windows.main == nullptr)

@@ -55,8 +55,8 @@ struct RichText {
 };
 
 // A plain text as a rich text file (RTF 1.5): "\", "{" and "}" escaped, CR as "\par", characters
-// beyond ASCII as "\uN?". RTFToPlain is the reverse: the plain text and its bold parts; other
-// control words are ignored, and the text ends where the file is damaged.
+// beyond ASCII as "\uN?". ReadRTF is the reverse: it returns the plain text and its bold parts;
+// other control words are ignored, and the text ends where the file is damaged.
 std::string PlainToRTF(std::string_view plain);
 RichText ReadRTF(std::string_view rtf);
 

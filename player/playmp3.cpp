@@ -27,7 +27,7 @@ namespace
 constexpr int kStartRounds = 3;
 constexpr std::int64_t kStartMs = 10'000;       // for one attempt
 constexpr std::int64_t kShowWaitAfterMs = 1000; // then the user is shown what the program waits for
-constexpr int kMinimised = 2;                   // style of a window: minimised, with the focus
+constexpr int kMinimised = 2;                   // the player's window: minimised, with the focus
 constexpr std::string_view kPanel = "Playing";
 
 struct Wanted {

@@ -75,7 +75,7 @@ void TypeKey(platform::Player &port, std::int16_t key)
                 port.KeyEvent(modifier.key, 0, flags);
     };
     sendModifiers(0);
-    // Only the press: no release is ever sent, by the player's rules.
+    // Only the press of the key is sent, never its release. The modifiers are released.
     port.KeyEvent(static_cast<std::uint8_t>(key & 0xFF), static_cast<std::uint8_t>(scanCode), 0);
     sendModifiers(platform::kKeyUp);
 }

@@ -19,9 +19,11 @@ extern platform::WindowHandle WinampWindow;
 // Searches for the player's window. Returns: false when there is none or it does not answer.
 bool IsWinampRunning();
 
-// --- The messages. All return 0 when the window is 0 or does not exist any more.
-std::int32_t
-GetPlayingState(); // 0 stopped, 1 playing, 3 paused: the lowest bit means that there is a song
+// --- The messages. All return 0 when the window is 0 or does not exist any more. Those without a
+// comment return the player's own result, which nobody uses.
+
+// 0 stopped, 1 playing, 3 paused: the lowest bit means that there is a song.
+std::int32_t GetPlayingState();
 double GetPlayingPosition();     // ms
 std::int32_t GetPlayingLength(); // whole seconds; 0 when not known
 // Seeks to seconds * 1000 + milliseconds. Returns: the player's result. Errors: kOverflow.
@@ -30,7 +32,7 @@ std::int32_t JumpToTime(std::int32_t seconds, std::int32_t milliseconds);
 std::int32_t WritePlaylistFile();
 // Selects an entry by its zero-based index; -1 changes nothing.
 std::int32_t SetPlaylistPosition(std::int16_t index);
-std::int32_t GetPlaylistLength();
+std::int32_t GetPlaylistLength();   // the number of entries
 std::int32_t GetPlaylistPosition(); // zero-based; -1 = none
 // Appends a song to the player's list. Errors: kFileNotFound, with the path, when the player does
 // not accept the file.

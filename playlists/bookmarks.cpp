@@ -178,7 +178,8 @@ std::string OneLine(std::string_view text)
     return line;
 }
 
-// The name of the genre; empty when the number is not in the table.
+// The name of the genre with the number `value`; "Unknown" when that is no number or not in the
+// table.
 std::string GenreName(std::string_view value)
 {
     const auto number = runtime::ParseNumber(value);

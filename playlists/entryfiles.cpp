@@ -68,7 +68,8 @@ std::vector<std::string> PlacesOfEntry(std::string_view path, const ListPlace &p
     std::vector<std::string> spellings{std::string(path)};
     if (!place.isUtf8)
         spellings.push_back(runtime::TextOfBytes(path));
-    // A name that ends with "%" has left the path one of the separator's signs.
+    // When the name ends with "%", the first three of the four signs are taken as the separator
+    // "%%%", and the path begins with the last one.
     if (const std::size_t begin = path.find_first_not_of('%'); begin != 0)
         for (std::size_t i = 0, count = spellings.size(); i < count; ++i)
             spellings.push_back(spellings[i].substr(std::min(begin, spellings[i].size())));

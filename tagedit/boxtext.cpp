@@ -24,7 +24,7 @@ struct Unit {
     {
         return isLineEnd ? other.isLineEnd : text == other.text;
     }
-    // How many bytes of a field of that kind a character is; all of a line end's are ASCII.
+    // The number of bytes of this unit in a field of that kind. A line end is ASCII.
     std::size_t FieldBytes(metadata::TextKind kind) const
     {
         return isLineEnd || kind == metadata::TextKind::Utf8 ? text.size() : 1;

@@ -16,10 +16,10 @@ namespace tagedit
                                     metadata::TextKind kind = metadata::TextKind::FileBytes);
 
 // The new field for a box that was filled with ShownText(field) and now has the text `edited`. An
-// unchanged text gives `field` itself. Of a changed one the beginning and the end that are still
-// the same keep their bytes, line ends included; in between every line end becomes a carriage
-// return and a line feed, and of a field in file bytes what the code page lacks a "?". The part
-// after a NUL is lost.
+// unchanged text returns `field` itself. In a changed text, the beginning and the end that are
+// still the same keep their bytes, line ends included. Between them every line end becomes a
+// carriage return and a line feed; if the field is file bytes, a character that the code page does
+// not have becomes "?". The part of the field after a NUL is lost.
 [[nodiscard]] std::string EditedField(std::string_view field, std::string_view edited,
                                       metadata::TextKind kind = metadata::TextKind::FileBytes);
 

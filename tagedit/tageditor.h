@@ -19,7 +19,7 @@ struct TagEditor : ui::Form, EditedSong {
     std::array<ui::Label, 7> labels; // Label10 to Label16
     ui::Label lblLyrics;
     ui::Button cmdOk, cmdCancel;
-    ui::Label lblNote; // what will be written in place of characters that a tag cannot hold
+    ui::Label lblNote; // what will be written in place of characters that a tag cannot store
     ui::Label lblBusy; // visible while the song is written
 
     bool saving = false; // the window cannot be closed, and OK does nothing
@@ -41,7 +41,7 @@ void LoadTags(TagEditor &editor);
 // Sets whether the file is to have the tag: enables or disables the column's controls.
 void SetHasID3Tag(TagEditor &editor, int index, bool checked);
 
-// Copies the texts of column `index` to the column in the button's `tag`, and ticks that column's
+// Copies the texts of column `index` to the column in the button's `tag`, and checks that column's
 // box. Texts copied to column 1 are cut to 30 characters, the year to 4. The lyrics are not copied.
 void cmdToID3_Click(TagEditor &editor, int index);
 
@@ -55,8 +55,8 @@ bool cmbGenre_KeyPress(TagEditor &editor, int index, std::string_view letter);
 [[nodiscard]] bool IsLimitReached(TagEditor &editor, const ui::TextBox &box);
 
 // The text of one of the boxes has changed: `lblNote` and the tool tips of the boxes in question,
-// which are marked, say which characters no tag can hold and what will be written instead. A tag
-// whose texts are UTF-8 can hold all of them.
+// which are marked, show which characters the tag cannot store and what will be written instead. A
+// tag whose texts are UTF-8 can store all characters.
 void ShowNote(TagEditor &editor);
 
 // Saves both columns (savetags.h). This takes one or two seconds and lets events run; a second

@@ -22,7 +22,8 @@ constexpr int kLargeFont = 16; // points
 constexpr std::string_view kYouUsing = "The version you're using is:";
 constexpr std::string_view kAvailable = "Last version available is:";
 
-// The labels of the last two tools keep the texts of the design.
+// The labels lblYouUsing and lblAvailable of the last two tools have no row here: they are not
+// translated.
 constexpr ui::Caption kCaptions[] = {
     {"", kSection, "VersionInfoCaption", "Version information"},
     {"frmWhatsNew", kSection, "SeeWhatsNew", "See what's new"},
