@@ -31,7 +31,7 @@ TEST_F(PlayerPort, TheSettingNamesThePlayer)
     EXPECT_EQ(app::MakePlayer(app::PlayerName())->Name(), "Other");
 }
 
-// Nothing is said until the player is wanted: until then it is one that does not run.
+// Until its first use the player counts as one that does not run.
 TEST_F(PlayerPort, AnUnknownNameIsReportedAtTheFirstUse)
 {
     const std::unique_ptr<platform::Player> port = app::MakePlayer("audacious"); // case counts

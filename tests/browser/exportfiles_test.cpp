@@ -78,7 +78,7 @@ protected:
         });
     }
 
-    // Nothing of a running export is left.
+    // Checks that no export is running, as the form shows it.
     void ExpectAtRest()
     {
         EXPECT_FALSE(Form().exporting);
@@ -107,7 +107,7 @@ TEST_F(ExportTest, CopiesTheSelectedFilesInTheListsOrder)
         EXPECT_EQ(Form().PBar.Max(), 2);
         seen.push_back(Form().SB.Panel("Playing").text + "|" + Form().SB.Panel("Blank").text + "|" +
                        std::to_string(Form().PBar.Value()));
-        Form().LV.DeselectAll(); // the paths are taken already
+        Form().LV.DeselectAll(); // the export has its own copy of the paths
     };
     Export();
     EXPECT_EQ(seen, (std::vector<std::string>{"||0", "Exporting: a && b.mp3|0/2|1",
@@ -194,7 +194,7 @@ TEST_F(ExportTest, EscapeEndsItBetweenTwoFiles)
     EXPECT_TRUE(fs::exists(Target("b.mp3")));
     EXPECT_FALSE(fs::exists(Target("c.mp3")));
     ExpectAtRest();
-    EXPECT_FALSE(browser::Form_KeyDown(Form(), 27, false)); // without an export the key is free
+    EXPECT_FALSE(browser::Form_KeyDown(Form(), 27, false)); // without an export Escape does nothing
 }
 
 TEST_F(ExportTest, ClosingTheWindowWaitsForTheFile)
@@ -268,7 +268,7 @@ TEST_F(ExportTest, TooLittleRoomIsReportedBeforeTheFirstFile)
     disk.freeBytes = 2 * size;
     Export();
     EXPECT_TRUE(fs::exists(Target("b.mp3")));
-    disk.freeBytes = 0; // what is replaced makes room
+    disk.freeBytes = 0; // replacing a file frees the room of the old one
     Export();
     EXPECT_EQ(desktop.boxes.size(), 1U);
     disk.freeBytes = -EIO; // the free room is not known: the copy is tried

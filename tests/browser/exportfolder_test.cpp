@@ -36,7 +36,7 @@ protected:
         drives.roots = {"/", folder.Path(), folder / "stick"};
     }
 
-    // Asks for a folder; `use` works in the window.
+    // Asks for a folder; `use` is called with the window.
     std::string Ask(const std::string &start,
                     const std::function<void(browser::ExportFolder &)> &use)
     {
@@ -183,7 +183,7 @@ TEST_F(ExportFolderTest, NewMakesAFolder)
             window.cmdCreate.Click();
         }
         Select(window, "..");
-        desktop.ExpectInput("", "beta"); // is there already
+        desktop.ExpectInput("", "beta"); // exists already
         ExpectError(runtime::kFileExists, folder / "beta", [&] { window.cmdCreate.Click(); });
         desktop.ExpectInput("", "no/such");
         ExpectError(runtime::kFileNotFound, folder / "no/such", [&] { window.cmdCreate.Click(); });
@@ -218,7 +218,7 @@ TEST_F(ExportFolderTest, AFolderThatCannotBeReadIsNotEntered)
     });
 }
 
-// A disk that does not answer is given up; meanwhile the window is alive and takes no choice.
+// A disk that does not answer is given up; meanwhile events run, and the controls are disabled.
 TEST_F(ExportFolderTest, ADiskThatDoesNotAnswerIsGivenUp)
 {
     folders.silent.insert(folder / "beta");

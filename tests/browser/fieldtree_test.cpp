@@ -250,7 +250,7 @@ TEST_F(FieldTree, TheUsersLanguage)
     EXPECT_EQ(GetItemTypeText("#x", false), "Artist Folder");
 }
 
-// Closing the window takes the catalogue away while a statement of the tree lets events run.
+// Closing the window while a statement of the tree lets events run releases the catalogue.
 TEST_F(FieldTree, TheProgramMayBeEndedAtEachYieldOfARefresh)
 {
     Add({"One", "Abba", "", "", "", "", "/one.mp3"});
@@ -274,7 +274,8 @@ TEST_F(FieldTree, TheProgramMayBeEndedAtEachYieldOfARefresh)
         EXPECT_EQ(ended, yields >= at ? 1 : 0);
         EXPECT_EQ(desktop.pointers.back(), platform::Pointer::Normal);
     } while (ended > 0);
-    EXPECT_EQ(at, 25); // two of each of eight statements, one of each progress line, none left
+    // Eight statements with two, eight progress lines with one each: there is no 25th.
+    EXPECT_EQ(at, 25);
 }
 
 TEST_F(FieldTree, AFailedStatementGivesAnEmptyGroup)
@@ -291,7 +292,7 @@ TEST_F(FieldTree, AFailedStatementGivesAnEmptyGroup)
     EXPECT_EQ(Keys("ByTitle"), "");
     FillFieldTree(form, "SELECT *\rFROM MP3s", "");
     EXPECT_EQ(Keys("ByTitle"), "@ONE ");
-    EXPECT_EQ(form.TV.Count(), 3); // a group that is not there gets no values
+    EXPECT_EQ(form.TV.Count(), 3); // without a group no values are added
 }
 
 TEST_F(FieldTree, RefreshingRebuildsAndExpandsTheRoot)

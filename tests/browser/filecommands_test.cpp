@@ -77,7 +77,7 @@ protected:
 
     std::string ShownPath() { return browser::SelectedPath(Form().LV); }
 
-    // Runs the command, which must fail with this number and words that hold `part`.
+    // Runs the command, which must fail with this number and a text that contains `part`.
     template <class Command>
     void ExpectError(int number, const std::string &part, Command command)
     {

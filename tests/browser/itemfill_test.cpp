@@ -108,7 +108,7 @@ TEST_F(ItemFill, ALongFillYieldsEveryFiftyRows)
     EXPECT_EQ(desktop.pointers, (std::vector<Pointer>{Pointer::Hourglass, Pointer::Normal}));
 }
 
-// Found again after row 50, the same path asks for the yield of row 50 again.
+// The window shows the first 100 rows as soon as they have been added, the others at the end.
 TEST_F(ItemFill, TheFirstRowsOfALongFillShowAtOnce)
 {
     for (int i = 0; i < 2100; ++i)
@@ -206,7 +206,7 @@ TEST_F(ItemFill, TheProgramMayBeEndedWhileTheListFills)
                 RunCommand(form, "submnuExit");
         };
         Click("#ABBA");
-        Click("ByArtist"); // a click that waited meanwhile
+        Click("ByArtist"); // a click that was waiting to be handled
         Click("#ABBA");
         desktop.onYield = nullptr;
         EXPECT_EQ(ended, 1);
@@ -235,7 +235,7 @@ TEST_F(ItemFill, AResultIsTakenFromItsFirstRecord)
     EXPECT_EQ(form.LV.Count(), 3);
 }
 
-// Also after the last row: the column that this click would hide is one of the later click.
+// Also at the yield after the last row: the older click must not hide a column of the newer one.
 TEST_F(ItemFill, ANewerClickKeepsItsColumnsAtEachYield)
 {
     for (int at = 1; at <= 3; ++at) {

@@ -338,7 +338,7 @@ TEST_F(ItemList, EveryClickDisablesTheFileCommandsAndAFileRowEnablesThem)
         EXPECT_TRUE(form.FindButton(name)->Enabled()) << name;
     }
     EXPECT_TRUE(form.ShowSelectedItems.Enabled());
-    form.LV.onDblClick(); // plays the file, and yet
+    form.LV.onDblClick(); // plays the file, and disables the commands
     EXPECT_FALSE(form.FindButton("submnuRename")->Enabled());
     form.LV.onClick();
     EXPECT_TRUE(form.FindButton("submnuRename")->Enabled());
@@ -437,7 +437,7 @@ TEST_F(ItemList, APlayListIsListedOnceAClickAndEmptiesThePanel)
     EXPECT_EQ(form.ImgIcon.Image(), "M3U");
     EXPECT_FALSE(form.ImgOthers[0].Visible());
     EXPECT_EQ(form.lblInfo.Caption(), "");
-    Click("&mine"); // another click reads it afresh
+    Click("&mine"); // another click reads it again
     EXPECT_EQ(listed, 2);
 }
 

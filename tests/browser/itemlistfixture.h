@@ -38,7 +38,7 @@ protected:
             catalogue::DataAccess->ExecuteSQL("SELECT * FROM MP3s", catalogue::kSelect));
     }
 
-    // A row on which no statement of a click leaves its mark.
+    // Adds a row with the key "mark", which every click that changes the list removes.
     void MarkList()
     {
         Form().LV.ClearRows();

@@ -74,7 +74,8 @@ TEST_F(ListState, ARunAskedForTwiceDoesNothingAndLeavesALivingWindow)
     RegenerateAndLoad(form, true);
     form.SB.SetText("Playing", "");
     catalogue::ListRefresh(true);
-    EXPECT_FALSE(form.TV.Enabled() || form.LV.Enabled()); // as the run that does nothing leaves it
+    // A run that does nothing leaves them disabled.
+    EXPECT_FALSE(form.TV.Enabled() || form.LV.Enabled());
     EXPECT_TRUE(form.PBar.Visible());
     RegenerateAndLoad(form, true);
     EXPECT_TRUE(form.TV.Enabled() && form.LV.Enabled());

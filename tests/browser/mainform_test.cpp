@@ -166,7 +166,7 @@ TEST_F(MainFormTest, ClosingSavesThePlacementAndEndsInOrder)
         order += "forms ";
     };
     form.calls.endProgram = [&] { order += "end"; };
-    settings.onWrite = [&] { // before anything is released, with the list already let go
+    settings.onWrite = [&] { // before anything is released, but after UnhookList
         EXPECT_FALSE(form.listHooked);
         EXPECT_NE(form.logo, nullptr);
         EXPECT_FALSE(form.cp.empty());

@@ -1,5 +1,4 @@
-// Songs in other scripts on their way through tree, list and panel, and under the commands on
-// files.
+// Songs in other scripts in the tree, the list and the panel, and in the commands on files.
 #include "browser/exportfiles.h"
 #include "browser/filecommands.h"
 #include "catalogue/addfile.h"
@@ -192,8 +191,7 @@ TEST_F(OtherScripts, TheExportCopiesFilesOfSuchNames)
     }
 }
 
-// --- A catalogue that was filled in the other way
-// --------------------------------------------------
+// --- A catalogue that was filled with the setting UnicodeTags off, and later on
 
 TEST_F(OtherScripts, ARowOfTheUsualWayIsMadeWholeByWhatReadsItsFile)
 {
@@ -203,14 +201,14 @@ TEST_F(OtherScripts, ARowOfTheUsualWayIsMadeWholeByWhatReadsItsFile)
     EXPECT_EQ(before.find(kJapanese.title), std::string::npos);
     shell::TheGlobals().UnicodeTags = true;
 
-    // What only shows or copies the row leaves it.
+    // Showing or copying the row does not change it.
     MainForm &form = WithTree();
     Click("¿" + runtime::UpperText(Music() + "/"));
     form.LV.SelectOnly(form.LV.RowAt(0));
     browser::ShowSelectedItemInfo(form.LV, form);
     EXPECT_EQ(Rows(), Texts{before});
 
-    // A duplicate is made of the file, and the row of the usual way stays beside it.
+    // A duplicate is made from the tags of the file; the old row is not changed.
     tests::ScriptedDesktop user;
     user.ExpectInput("artists", "桜");
     user.ExpectBox("duplicated correctly");
@@ -218,7 +216,7 @@ TEST_F(OtherScripts, ARowOfTheUsualWayIsMadeWholeByWhatReadsItsFile)
     EXPECT_EQ(user.inputs.at(0).initialText, kJapanese.artist);
     EXPECT_EQ(Rows(), (Texts{before, RowOf(kJapanese, "song.mp3", "桜", true)}));
 
-    // What reads the file for its row writes all of the row; the duplicate keeps its artist.
+    // An update from the file changes all fields of both rows, except the artist of the duplicate.
     std::string reason;
     EXPECT_EQ(catalogue::AddOrUpdateMP3(path, reason), catalogue::kUpdated);
     EXPECT_EQ(Rows(), (Texts{RowOf(kJapanese, "song.mp3", kJapanese.artist),
@@ -240,7 +238,7 @@ TEST_F(OtherScripts, ReadInTheUsualWayAgainTheRowsAreWhatTheyWere)
         return rows;
     };
     readAll();
-    const Texts usual = readAll(); // a second run knows the songs, as the ones below do
+    const Texts usual = readAll(); // updates the rows, as the runs below do
     ASSERT_EQ(usual.size(), 6U);
     shell::TheGlobals().UnicodeTags = true;
     const Texts readByFrames = readAll();

@@ -111,7 +111,7 @@ TEST_F(Popup, RunsTheCommandsThatAreRegistered)
     canPlay = true;
     ShowPop(form);
     EXPECT_EQ(enabled(), "Export Rename Duplicate Play ");
-    // Of the popup a command runs also while the menu's entry of that name is disabled.
+    // A command of the popup runs also while the menu entry of the same name is disabled.
     EXPECT_FALSE(form.FindMenu("submnuDuplicateEntry")->Enabled());
     for (const char *key : {"Rename", "Export", "Duplicate", "Play", "fOptions", "nothing"})
         ClickPopup(form, key);

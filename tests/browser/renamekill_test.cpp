@@ -67,7 +67,7 @@ protected:
     // it was killed.
     bool RenameInAChild(int calls)
     {
-        catalogue::CloseCatalogue(); // no connection is shared
+        catalogue::CloseCatalogue(); // so that the processes share no connection
         const pid_t child = fork();
         if (child == 0) {
             const KilledFiles files(calls);

@@ -39,7 +39,7 @@ TEST(ByteSearch, FindsWhatAPlainSearchFinds)
         const std::size_t length = random() % 5 == 0 ? random() % 40 : random() % 4;
         const std::size_t from = random() % 3 == 0 ? random() % 95 : 0;
         std::string needle = text(length);
-        if (length > 3 && hay.size() >= length) // something that is there
+        if (length > 3 && hay.size() >= length) // a text that occurs
             needle = hay.substr(random() % (hay.size() - length + 1), length);
         const auto letterCase = i % 2 == 0 ? LetterCase::Counts : LetterCase::IgnoredInAscii;
         const auto want = PlainFind(hay, needle, from, letterCase);

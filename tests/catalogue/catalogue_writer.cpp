@@ -1,6 +1,6 @@
-// catalogue_writer FOLDER ROUNDS FIRST COUNT [group] - looks each path
-// "/w/FIRST".."/w/FIRST+COUNT-1" up and adds its row when it is not there, ROUNDS times over, as
-// the add of one file does. With "group" it does so in groups. Prints the longest wait of one round
+// catalogue_writer FOLDER ROUNDS FIRST COUNT [group] - looks up each path
+// "/w/FIRST".."/w/FIRST+COUNT-1" and adds a row for it when there is none, as adding a file does;
+// all of this ROUNDS times. With "group" it does so in groups. Prints the longest wait of one round
 // in milliseconds; ends with 1 at the first failure.
 #include "catalogue/adoclass.h"
 #include "catalogue/rowgroups.h"

@@ -177,7 +177,7 @@ TEST(Connect, OtherFailuresAreNotTheGenericOne)
 {
     tests::FreshCatalogue fresh;
     fs::remove(fresh.File());
-    // A database that is none of ours: the table is missing.
+    // A database of another program: the table is missing.
     fs::copy_file(tests::ShippedCatalogue(), fresh.File());
     EXPECT_EQ(Verdict(fresh), "");
     fresh.access.ExecuteSQL("SELECT * FROM Nowhere", kSelect);
@@ -311,7 +311,7 @@ TEST(IsCutShort, PagesThatTheLogHolds)
     std::string header(100, '\0'); // page size at 16, change counter at 24 and 92, pages at 28
     header.replace(16, 2, "\2\0"s);
     header.replace(28, 4, number(3));
-    std::string unsure = header; // counters that differ: the number of pages is not to be trusted
+    std::string unsure = header; // the counters differ, so the number of pages may be wrong
     unsure.replace(92, 4, number(7));
     const struct {
         const char *name;

@@ -32,7 +32,7 @@ public:
     NotingProvider(const NotingProvider &) = delete;
     NotingProvider &operator=(const NotingProvider &) = delete;
 
-    // What was asked since the last call.
+    // The calls since the last call of Takes.
     std::string Takes() { return std::exchange(m_notes, {}); }
 
     enum { Sound, Closed, GivesNone, CannotBegin } state = Sound;

@@ -1,4 +1,4 @@
-// Who reads a song while it is edited does not leave its old tags in the catalogue.
+// Reading a song into the catalogue while it is edited does not leave its old tags there.
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/edittags.h"
@@ -106,7 +106,7 @@ TEST_F(EditedRows, SongThatChangesBetweenItsReadingAndItsRowIsReadAgain)
     std::string reason;
     EXPECT_EQ(AddOrUpdateMP3(Song("a.mp3"), reason), catalogue::kAdded);
     EXPECT_EQ(Title(), "Edit 2");
-    editing.edits = 100; // one that never stays the same is not read for ever
+    editing.edits = 100; // a song that changes all the time is not read without end
     EXPECT_EQ(AddOrUpdateMP3(Song("a.mp3"), reason), catalogue::kUpdated);
     EXPECT_LT(number, 20);
 }
@@ -127,8 +127,8 @@ std::uint64_t GroupsSoFar()
     return catalogue::RowStep(*catalogue::DataAccess).GroupNo();
 }
 
-// Only where a group begins with the file's row can another program have had the catalogue since
-// the file was read.
+// Only when the row of the file is the first of a group can another program have changed the
+// catalogue after the file was read.
 TEST_F(EditedRows, AFileOfAWalkIsOpenedOnceAndAskedAboutOnceAGroup)
 {
     for (int number = 0; number < 30; number++)
@@ -219,7 +219,7 @@ TEST_F(KnownRows, EachFieldThatDiffersInAnyRowIsWritten)
         for (const char *value : {"'other'", "NULL"}) {
             for (const char *number : {"0", "1"}) {
                 if (std::string_view(column) == "Artist" && std::string_view(number) == "1")
-                    continue; // the user's
+                    continue; // was entered by the user
                 RunOutside(std::string("UPDATE MP3s SET ") + column + " = " + value +
                            " WHERE Duplicated = " + number);
                 EXPECT_EQ(AddOrUpdateMP3(Song("a.mp3"), reason), catalogue::kUpdated);

@@ -129,7 +129,7 @@ bool IsKnown(ADOclass &access, const std::string &path)
     return !records->AtEnd();
 }
 
-// Closes the group. What became of its rows: the words of the loss, or nothing.
+// Closes the group. Returns: the reported reason when its rows were lost, else an empty text.
 std::string Close(RowGroups &groups)
 {
     std::string words;
@@ -211,7 +211,7 @@ TEST_F(RowGroupsTest, StayOpenAndCloseBeforeAnythingElse)
     }
 }
 
-// Whether a statement belongs to a step is a matter of the object that runs it, not of the moment.
+// A statement belongs to a step only if the object of the step runs it, whenever that is.
 TEST_F(RowGroupsTest, AStatementOfAnotherObjectBelongsToNoStep)
 {
     tests::FreshCatalogue fresh;
@@ -239,8 +239,8 @@ TEST_F(RowGroupsTest, AWaitForTheUserHoldsNothing)
     EXPECT_EQ(Committed(fresh.File()), 2) << "it belongs to no step";
 }
 
-// What a handler does while the step waits for another process is not the step's, and the program
-// may end there.
+// A statement that a handler runs while the step waits for another process does not belong to the
+// step; the program may even end in that handler.
 TEST_F(RowGroupsTest, AHandlerInTheWaitOfAStepBelongsToNoStep)
 {
     struct Handler : SilentDesktop {

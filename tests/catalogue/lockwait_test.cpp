@@ -121,7 +121,7 @@ TEST_F(HeldCatalogue, EndRequestEndsTheWait)
     EXPECT_NE(DataAccess->ErrorMessage.find("the wait for it was ended"), std::string::npos);
 }
 
-// A file that another program has for itself cannot even be opened.
+// A file that another program has locked exclusively cannot even be opened.
 TEST_F(HeldCatalogue, OpeningWaitsAsWell)
 {
     CloseCatalogue();

@@ -1,5 +1,5 @@
-// The log is copied into the catalogue while rows are still written: nothing is lost by it, and the
-// end leaves the file complete without its log.
+// The log is copied into the catalogue while rows are still written: nothing is lost, and after the
+// end of the program the file is complete without its log.
 #include "catalogue/sqlite/logcopier.h"
 #include "tests/support/freshcatalogue.h"
 #include "tests/support/fulldisk.h"
@@ -48,7 +48,7 @@ protected:
     tests::FreshCatalogue fresh;
 };
 
-// What another program sees: the rows, and whether the file is sound.
+// What another program reads: the number of rows, and whether the file is intact.
 struct Seen {
     int rows = -1;
     std::string check;
@@ -115,7 +115,7 @@ TEST_F(LogCopying, OnAFullDiskTheRowsStayInTheLog)
     RowGroups groups;
     for (int i = 0; i < 6; ++i)
         fresh.AddInStep("/" + std::to_string(i), std::string(7'000, 'x'));
-    // The log finds room, the longer file does not.
+    // There is room for the log, but not for the longer file.
     std::optional<tests::FullDisk> disk(80'000);
     TheGroupLimits().groupMs = 0;
     std::string lost = "not said";

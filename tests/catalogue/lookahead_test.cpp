@@ -54,7 +54,7 @@ struct SlowWalk : tests::Regeneration {
         return (number < 10 ? "0" : "") + std::to_string(number);
     }
 
-    // Waits until the last change of each song is old enough to be told from a later one.
+    // Waits until the last change of each song is old enough to be distinguished from a later one.
     void AwaitSettled() const
     {
         EXPECT_TRUE(tests::WaitUntil([&] {

@@ -54,7 +54,7 @@ TEST(ShippedFile, TablesAndQueries)
     EXPECT_FALSE(std::filesystem::exists(tests::ShippedCatalogue() + "-wal")) << "whole alone";
 }
 
-// A look-up that comes with the values of a song says which rows have them.
+// A look-up with the values of a song also returns which rows have these values.
 TEST(SelByPath, ComparesTheRowsWithAFurtherSetOfValues)
 {
     tests::FreshCatalogue fresh;

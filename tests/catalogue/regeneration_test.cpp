@@ -40,7 +40,7 @@ TEST_F(Regeneration, EventsRunAtEachStep)
     AddSong("sub/b.mp3");
     shell::TheGlobals().DeleteBeforeAppend = true;
     progress.SetValue(7);
-    RowList seen; // what the window shows whenever events run, the same as before left out
+    RowList seen; // what the window shows when events run, each change once
     std::vector<int> times;
     desktop.doEvents = [&] {
         const std::string now = bar.Panel("Playing").text + "|" + bar.Panel("Blank").text + "|" +
@@ -119,8 +119,6 @@ TEST_F(Regeneration, MissingTagsAreReportedAndOffered)
     EXPECT_EQ(LastRegeneration().errors, "") << "an untagged file is no failure";
 }
 
-// The rights of a user who is not root, where the tests run as root.
-
 TEST_F(Regeneration, SecondRunOfAFolderDoesNothingAndLeavesTheListsDisabled)
 {
     AddSong("a/a.mp3");
@@ -158,13 +156,12 @@ TEST_F(Regeneration, VanishedFilesKeepTheirRowsUnlessTheTableIsEmptiedFirst)
     EXPECT_EQ(Paths(), (RowList{"b.mp3"}));
 }
 
-// A full disk from the second file on: no file of this process grows beyond what the report needs.
-
 TEST_F(Regeneration, StopEndsTheRunAtTheNextFile)
 {
     for (const char *name : {"a.mp3", "b.mp3", "c.mp3", "d/e.mp3"})
         AddSong(name);
-    tests::WriteFile(Song("a.mp3"), tests::Audio()); // a mistake, which would be asked about
+    // Gets an entry in the report, about which a complete run asks.
+    tests::WriteFile(Song("a.mp3"), tests::Audio());
     desktop.doEvents = [this] {
         if (bar.Panel("Playing").text == "Adding: b.mp3")
             catalogue::StopRegeneration();

@@ -31,7 +31,7 @@ protected:
               extra);
     }
 
-    // What another program does.
+    // Runs a statement as another program.
     void Stock(const std::string &sql)
     {
         sqlite3 *db = nullptr;

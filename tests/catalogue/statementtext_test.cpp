@@ -9,7 +9,7 @@ using namespace std::string_literals;
 namespace
 {
 
-// The translated text with its blanks made one.
+// The translated text, with one blank for several in a row.
 std::string Sql(const Translated &translated)
 {
     std::string sql;

@@ -18,7 +18,7 @@ namespace
 
 using namespace catalogue;
 
-// Another program's connection, with nothing of ours.
+// A connection of another program, without the functions of this one.
 class StockConnection
 {
 public:

@@ -67,7 +67,7 @@ TEST_F(UnicodeRows, AreOfferedAndReadAnew)
     catalogue::ListRefresh(false);
     EXPECT_EQ(offers.size(), 1U);
     EXPECT_FALSE(shell::TheGlobals().UnicodeTags);
-    EXPECT_EQ(Rows()[0].substr(0, 4), "||||"); // what the usual way reads of it
+    EXPECT_EQ(Rows()[0].substr(0, 4), "||||"); // what is read without frames
     answer = true;
     catalogue::AllowRegeneration();
     catalogue::ListRefresh(false);

@@ -118,7 +118,7 @@ TEST_F(Walker, AListingThatAChangeCouldHideInIsNotKept)
 {
     catalogue::ListingCache cache;
     std::optional<catalogue::OpenFolder> young;
-    ASSERT_TRUE(tests::WaitUntil([&] { // until nothing comes between the change and the look
+    ASSERT_TRUE(tests::WaitUntil([&] { // until the listing follows the change closely enough
         fs::remove_all(folder / "a");
         Make("a/1.mp3");
         young.emplace(folder / "a");
@@ -158,7 +158,7 @@ TEST_F(Walker, AHelperListsFromTheEnd)
     dirs.SetRoot(folder.Path());
     const auto cache = std::make_shared<catalogue::ListingCache>();
     dirs.UseCache(cache.get());
-    dirs.SetPath(folder / "10"); // what the walk has been at ends the helper's
+    dirs.SetPath(folder / "10"); // the helper does not list what the walk has listed
     {
         const catalogue::ListingAhead ahead(cache, catalogue::OpenFolder(folder.Path()).Read());
         const bool helps = std::thread::hardware_concurrency() > 1;
@@ -385,7 +385,7 @@ TEST_F(Walker, LeavesTheTrashAndForeignCompanionsOut)
     Make(".Trashy/3.mp3");
     Make(".trash/4.mp3");
     Make("...And more/5.mp3");
-    Make("._Real song.mp3"); // by its bytes no companion
+    Make("._Real song.mp3"); // its bytes are not those of a companion file
     tests::WriteFile(folder / "._Song.mp3", std::string("\x00\x05\x16\x07more", 8));
     tests::WriteFile(folder / "._Cut.mp3", std::string("\x00\x05\x16", 3));
     tests::WriteFile(folder / "Mark.mp3", std::string("\x00\x05\x16\x07", 4));

@@ -77,7 +77,7 @@ TEST_F(Drafts, OneASong)
     EXPECT_EQ(lyrics::ReadDraft(kSong), "one");
 }
 
-// A file that is in the draft's place and is not the draft is neither read as one nor replaced.
+// Another file that has the name of the draft is neither read as a draft nor replaced.
 TEST_F(Drafts, WhatIsInItsPlaceStays)
 {
     lyrics::WriteDraft(kSong, "one");

@@ -176,7 +176,7 @@ TEST_F(FollowLyrics, OneKeySetsAMark)
 {
     EXPECT_FALSE(form.onKeyDown({lyrics::kMarkKey}));
     ui::Show(form);
-    EXPECT_FALSE(form.onKeyDown({lyrics::kMarkKey})); // it follows
+    EXPECT_FALSE(form.onKeyDown({lyrics::kMarkKey})); // this window only follows the song
     LyricsForm setting;
     Setting(setting, "One\r\nTwo\r\n");
     setting.Lyrics.NoteSelection(5, 0);

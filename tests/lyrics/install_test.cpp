@@ -48,7 +48,7 @@ TEST_F(LyricsWindows, TheNextSongReplacesTheText)
     ASSERT_EQ(Forms().size(), 1U);
     EXPECT_EQ(Forms()[0]->Lyrics.Text(), "Two\r\n");
     EXPECT_TRUE(player::LyricsWindowOpen);
-    player::TheLyricsWindowCalls().unload(); // a song without
+    player::TheLyricsWindowCalls().unload(); // a song without lyrics
     EXPECT_EQ(Forms().size(), 0U);
     EXPECT_FALSE(player::LyricsWindowOpen);
     player::TheLyricsWindowCalls().unload(); // whether open or not
@@ -142,7 +142,8 @@ TEST_F(LyricsWindows, AllDraftsAreFlushed)
     EXPECT_EQ(lyrics::ReadDraft(songs[1]), "b.mp3");
 }
 
-// At the end of the program all are asked before any closes.
+// At the end of the program, all windows are asked whether they may close before any of them
+// closes.
 TEST_F(LyricsWindows, TheEndAsksForEach)
 {
     for (const char *name : {"a.mp3", "b.mp3"}) {

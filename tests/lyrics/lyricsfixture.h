@@ -28,7 +28,7 @@ inline std::string Enqueued(const std::string &path)
     return "copy 100 " + std::to_string(path.size() + 1) + " " + path;
 }
 
-// Messages that change something; what is only asked is left out.
+// The messages that change something, without those that only ask.
 inline std::vector<std::string> Commands(RecordingPlayer &player)
 {
     std::vector<std::string> commands;
@@ -44,7 +44,7 @@ inline std::string LyricsIn(const std::string &file)
     return metadata::ReadSongInfo(file).id3v2.Lyrics;
 }
 
-// What is highlighted.
+// The highlighted text.
 inline std::string SelectedIn(const lyrics::LyricsForm &form)
 {
     const lyrics::LyricsBox &box = form.Lyrics;

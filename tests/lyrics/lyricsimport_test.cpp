@@ -208,7 +208,7 @@ TEST_F(LyricsImport, ASongWithTheOtherTagAlone)
     EXPECT_EQ(Rows(), (RowList{"||||||La|~/Song.mp3||0"}));
 }
 
-// The text is replaced, not joined, and no mark in it is looked at.
+// The text is replaced, not appended to, and marks in it have no meaning.
 TEST_F(LyricsImport, TheWholeTextIsTaken)
 {
     Add("Song.mp3");

@@ -98,7 +98,7 @@ TEST_F(Marks, TheDraftFollowsTheChanges)
     form.Lyrics.SetText("[0:02]One\r\n"); // typed while the test is paused
     form.tmrDraft.Fire();
     EXPECT_EQ(lyrics::ReadDraft(song), "[0:02]One\r\n");
-    form.Lyrics.SetText("One\r\n"); // back to what the file held when it was read
+    form.Lyrics.SetText("One\r\n"); // again the text of the file as it was read
     form.tmrDraft.Fire();
     EXPECT_EQ(lyrics::ReadDraft(song), "One\r\n");
     EXPECT_TRUE(lyrics::MayClose(form));
@@ -169,7 +169,7 @@ TEST_F(Marks, ADraftThatTheFileHoldsIsNotOffered)
     EXPECT_EQ(form.Lyrics.Text(), kTwoLines);
 }
 
-// The question lets timers run; none may put the file's text over the draft.
+// The question lets timers run; none of them may replace the draft by the text of the file.
 TEST_F(Marks, TheOfferedDraftStaysWhileTheQuestionIsUp)
 {
     struct Waiting : tests::ScriptedDesktop {

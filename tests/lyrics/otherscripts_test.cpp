@@ -144,7 +144,8 @@ TEST_F(LyricsOfOtherScripts, ADraftKeepsThem)
     EXPECT_EQ(again.Lyrics.Text(), kLines);
 }
 
-// A draft says of which kind it is: the other way of reading converts it once.
+// A draft stores the kind of its text: when the setting UnicodeTags is another one later, the draft
+// is converted, once.
 TEST_F(LyricsOfOtherScripts, ADraftOfTheOtherWay)
 {
     const std::string song = Song("song.mp3");
@@ -155,7 +156,7 @@ TEST_F(LyricsOfOtherScripts, ADraftOfTheOtherWay)
     EXPECT_EQ(lyrics::ReadDraft(song, TextKind::Utf8), "café € \r\n");
 }
 
-// Lyrics that were marked before the tags were read in the usual way again.
+// Lyrics that were marked before the setting UnicodeTags was switched off again.
 TEST_F(LyricsOfOtherScripts, ADraftThatTheCodePageCannotHoldWaits)
 {
     const std::string song = Song("song.mp3");

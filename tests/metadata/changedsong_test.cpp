@@ -44,7 +44,7 @@ TEST_F(ChangedSong, AnotherSongReadAtEveryYield)
     m_pass.id3v1.Title = "Two";
     m_old = m_pass = ReadSongInfo(m_path);
     m_pass.id3v1.Title = "Two";
-    EXPECT_TRUE(Save(true, false)); // the ID3v2 tag is removed: the long way
+    EXPECT_TRUE(Save(true, false)); // the ID3v2 tag is removed: only the audio is kept
     ExpectSong(AudioBytes() + Tag1("Two", "", "", "", "", 3, 17));
 }
 
@@ -235,7 +235,8 @@ TEST_F(ChangedSong, TheCopyOfAnotherEditIsNeitherTakenNorDeleted)
 TEST_F(ChangedSong, OfTwoEditsAtOnceOneIsRefused)
 {
     const std::string before = Tag(3, Frame3("TIT2", "Old")) + AudioBytes();
-    enum class End { FirstRefused, SecondRefused, OneAfterTheOther }; // the later it begins
+    // In the order in which they occur, the later the second edit begins.
+    enum class End { FirstRefused, SecondRefused, OneAfterTheOther };
     End end = End::FirstRefused;
     int refusedSecond = 0;
     for (int atYield = 1; atYield < 400; ++atYield) {

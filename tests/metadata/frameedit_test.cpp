@@ -188,7 +188,7 @@ TEST_F(FrameEdit, ADateThatHasNoFormStaysBeside)
     Edit(old("2004-05"), change, want(Latin("TYER", "2004") + Latin("TDRC", "2004-05")));
     Edit(old("2004-05-06"), change, want(Latin("TYER", "2004") + Latin("TDAT", "0605")));
     Edit(old("soon"), change, want(Frame23("TDRC", "\0soon"s)));
-    // A new year leaves day and month.
+    // A new year keeps day and month.
     Edit(
         old("2004-05-06"), [](auto &tag) { tag.Year = "2005"; },
         TagOf(3, Latin("TIT2", "Old") + Latin("TYER", "2005") + Latin("TDAT", "0605")));
@@ -280,7 +280,7 @@ TEST_F(FrameEdit, TheOldTagKeepsItsBytes)
     Edit(
         TagOf(3, Latin("TIT2", "Old")) + AudioBytes() + image, [](auto &tag) { tag.Title = "New"; },
         TagOf(3, Latin("TIT2", "New")), image);
-    // A change of it leaves the ID3v2 tag, whatever its version.
+    // Changing the ID3v1 tag does not change the ID3v2 tag, whatever its version.
     const std::string front = TagOf(4, Text24("TIT2", "Old") + Text24("TSOP", "x"));
     Song(front + AudioBytes() + image);
     m_pass.id3v1.Title = "Other" + std::string(25, ' ');
@@ -304,7 +304,7 @@ TEST_F(FrameEdit, ATagThatClaimsTooMuchIsRead)
     EXPECT_EQ(tests::ReadFile(m_path), song);
 }
 
-// What is no frame stays behind the frames as it was.
+// Bytes after the frames that are no frame are kept.
 TEST_F(FrameEdit, WhatIsNoFrameStays)
 {
     const std::string odd = "\x7F\x01 odd bytes \0\0\x05"s;
@@ -313,7 +313,7 @@ TEST_F(FrameEdit, WhatIsNoFrameStays)
         TagOf(3, Latin("TIT2", "New") + odd));
 }
 
-// The rows get what a reading of the new song gives: the ID3v1 tag fills what is missing.
+// The rows get the values that reading the new song returns: the ID3v1 tag fills what is missing.
 TEST_F(FrameEdit, RowsGetBothTags)
 {
     metadata::ID3v2Tag row;

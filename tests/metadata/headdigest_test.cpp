@@ -110,7 +110,7 @@ TEST(HeadDigest, HoldsForNoOtherBytes)
     EXPECT_EQ(metadata::DigestOf(nullptr, head), nullptr);
 }
 
-// Files whose last change lies an hour back, so that what was fetched of them is taken.
+// Files that were last changed an hour ago, so that their bytes that were fetched ahead are used.
 struct OldFiles : platform::posix::SystemFilesPort {
     static int Aged(int result, platform::FileIdentity &identity)
     {

@@ -130,7 +130,7 @@ TEST(ReadID3v2Frames, AGenreThatIsTooSmallANumberIsZero)
 TEST(ReadID3v2Frames, GenreWithoutAUsableText)
 {
     EXPECT_EQ(FramesOf(Sized("TCON", 0, "Pop")).Genre,
-              "255"); // the text cannot be taken and is empty
+              "255"); // the text cannot be read and is empty
     EXPECT_EQ(FramesOf(Frame3("TCON", "Pop", Z("\0\x80"))).Genre, "-1");
 }
 

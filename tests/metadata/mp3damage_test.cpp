@@ -1,5 +1,5 @@
-// Files cut anywhere, sizes of any value, random bytes: a pass gives a result, never fails, and
-// gives the same for the same bytes.
+// Files cut anywhere, sizes of any value, random bytes: a pass returns a result, never fails, and
+// returns the same for the same bytes.
 #include "metadata/mp3info.h"
 #include "tests/support/mp3bytes.h"
 #include "tests/support/testfolder.h"
@@ -31,7 +31,7 @@ std::string WholeSong(int majorVersion = 3)
            std::string(300, 'a') + Tag1("One", "Two", "Three", "1999", "Words", 3, 17);
 }
 
-// The bytes of the body as the tag header gives them; 0 without a whole header.
+// The size of the body in the tag header; 0 without a complete header.
 std::size_t ClaimedBytes(std::string_view bytes)
 {
     if (bytes.size() < 10 || !bytes.starts_with("ID3"))
@@ -42,7 +42,8 @@ std::size_t ClaimedBytes(std::string_view bytes)
     return claimed;
 }
 
-// What a pass over a file with these bytes finds. A tag that claims more than the file ends it.
+// Checks the result of a pass over a file with these bytes. A tag that is larger than the file, by
+// its header, ends the pass.
 void ExpectSane(const SongInfo &pass, std::string_view bytes, const std::string &what)
 {
     SCOPED_TRACE(what);

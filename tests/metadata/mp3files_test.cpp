@@ -151,7 +151,8 @@ TEST_F(SongFiles, ErrorsWhileReadingAreReported)
     EXPECT_EQ(metadata::LastReadFailure(), EIO);
     EXPECT_EQ(head.id3v2.Title, "x");
     EXPECT_FALSE(head.hasID3v1);
-    m_files.shiftNs = -kHourNs; // also where the file is long unchanged, what failed is tried again
+    // A failed read is tried again, also when the file is unchanged for long.
+    m_files.shiftNs = -kHourNs;
     EXPECT_FALSE(ReadSongInfo(path).hasID3v1);
     m_files.onRead = nullptr;
     EXPECT_TRUE(ReadSongInfo(path).hasID3v1);
@@ -212,7 +213,7 @@ TEST_F(SongFiles, BeforeAReadThatMayTakeLongTheCallerIsNotified)
         return std::int64_t{mayWait ? 0 : -EOPNOTSUPP};
     };
     m_files.reads = 0;
-    ReadSongInfo(path); // one vain question, then every read of that device is taken for slow
+    ReadSongInfo(path); // after one read that would wait, all reads of that device count as slow
     EXPECT_EQ(m_files.reads, 3);
     EXPECT_EQ(told, 3);
 }

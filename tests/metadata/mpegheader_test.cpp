@@ -211,7 +211,7 @@ TEST(ComputeLengths, SecondsRoundHalfToEven)
 TEST(ComputeLengths, LargestFileWithoutAHeader)
 {
     const MPEGHeader header = Lengths(INT_MAX, -1);
-    EXPECT_EQ(header.Frames, 0); // size less position leaves 32 bits
+    EXPECT_EQ(header.Frames, 0); // size minus position does not fit 32 bits
     EXPECT_EQ(Lengths(INT_MAX, 0).Frames, (INT_MAX - 4) / 417);
 }
 

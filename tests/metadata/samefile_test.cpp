@@ -58,7 +58,7 @@ TEST_F(SameFile, AFileThatHasJustChangedIsReadAgain)
     const std::string path = Song("a.mp3", "x");
     ReadSongInfo(path);
     ReadSongInfo(path);
-    EXPECT_EQ(m_files.opens, 2); // another change could bear the same time stamp
+    EXPECT_EQ(m_files.opens, 2); // another change could have the same time stamp
 }
 
 TEST_F(SameFile, HowOldAChangeMustBeToBeTrusted)
@@ -112,7 +112,7 @@ TEST_F(SameFile, WhatTheLastPassOverAPathSaw)
     ASSERT_EQ(m_files.Identify(path, now), 0);
     for (int i = 1; i < 64; ++i)
         ReadSongInfo(m_folder / std::to_string(i));
-    for (int i = 0; i < 100; ++i) // the song that plays is looked at over and over
+    for (int i = 0; i < 100; ++i) // the song that plays is read again and again
         ReadSongInfo(m_folder / "63");
     EXPECT_EQ(metadata::LastSeen(path), now);
     EXPECT_EQ(metadata::LastSeen(m_folder / "63"), std::nullopt);

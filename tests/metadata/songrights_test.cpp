@@ -112,7 +112,7 @@ TEST_F(SongRights, NamesOfAnyLength)
     shell::TheGlobals().BackUpFiles = true;
     for (std::size_t length : {100u, 243u, 244u, 245u, 250u, 251u}) {
         SCOPED_TRACE(length);
-        std::string name; // of characters of two bytes, as far as they go
+        std::string name; // characters of two bytes, as many as fit
         while (name.size() + 6 <= length)
             name += "\xD0\x96";
         name.resize(length - 4, 'x');

@@ -158,7 +158,7 @@ TEST_F(TagFaults, FullDiskIsReportedAndTheSongIsUnchanged)
                                                         const std::string &) { ++updates; };
     EXPECT_TRUE(Edit());
     EXPECT_EQ(m_desk.boxes, std::vector<std::string>{m_path + ": No space left on device"});
-    EXPECT_EQ(updates, 1); // the later statements run, by the rules
+    EXPECT_EQ(updates, 1); // the statements after the failed one run too
     EXPECT_TRUE(ReadFile(m_path) == kOld);
 }
 
@@ -186,7 +186,7 @@ TEST_F(TagFaults, WhereTheSystemCannotCopyByItselfTheProgramDoes)
         }
 }
 
-// The copy breaks off, whichever way it is made: half a song is no new version.
+// The copy is cut off, by whichever call it is made: half a song must not become the new version.
 TEST_F(TagFaults, ASongThatBecomesShorterWhileItIsCopied)
 {
     struct : tests::FaultyFiles {
@@ -304,7 +304,7 @@ TEST_F(TagFaults, AHeldSongIsWaitedForUntilTheOtherProgramLetsGo)
         EXPECT_TRUE(Edit());
         EXPECT_EQ(files.busy, -1);
         EXPECT_GT(m_desk.yields - yieldsBefore, 10'000);
-        EXPECT_GT(m_desk.steadyMs - msBefore, 100'000); // it leaves time to the other
+        EXPECT_GT(m_desk.steadyMs - msBefore, 100'000); // long enough for the other program
         EXPECT_TRUE(m_desk.boxes.empty());
         EXPECT_TRUE(ReadFile(m_path) == kNew);
         EXPECT_FALSE(fs::exists(m_path + ".bck"));

@@ -131,7 +131,7 @@ TEST_F(SaveTagSteps, AFailingCallIsReportedAndTheNextStepRuns)
     };
     hooks.releasePlayingFile = [](const std::string &, std::int32_t &,
                                   std::int32_t &) -> std::string {
-        throw runtime::RuntimeError(runtime::kFileNotFound); // passed over
+        throw runtime::RuntimeError(runtime::kFileNotFound); // ignored
     };
     Song(AudioBytes());
     m_pass.id3v1.Title = "New";

@@ -68,7 +68,7 @@ TEST_F(SaveTag, AddingAnID3v1TagAloneKeepsEveryByte)
 {
     Song(AudioBytes());
     m_pass.id3v1.Title = "New";
-    EXPECT_TRUE(Save(true, false)); // nothing to take away in front: the short way
+    EXPECT_TRUE(Save(true, false)); // no ID3v2 tag is removed: the whole song is kept
     ExpectSong(AudioBytes() + Tag1("New", "", "", "", "", 0, 255));
 }
 
@@ -111,7 +111,7 @@ TEST_F(SaveTag, AnUncheckedID3v2TagThatIsNotThereIsUnchanged)
 {
     Song(AudioBytes() + Tag1("One", "", "", "", "", 3, 17));
     EXPECT_FALSE(Save(true, false));
-    EXPECT_TRUE(Save(false, false)); // the long way, for the ID3v1 tag's sake
+    EXPECT_TRUE(Save(false, false)); // the ID3v1 tag is removed: only the audio is kept
     const std::string audio = AudioBytes();
     ExpectSong(audio.substr(0, audio.size() - 10));
 }

@@ -77,7 +77,7 @@ Server &TheServer()
     return server;
 }
 
-// Lets the fetches go on until all of them have ended.
+// Runs the fetches until all of them have ended.
 void RunAll(CurlWeb &web)
 {
     while (web.poll.Enabled()) {
@@ -129,7 +129,7 @@ TEST(CurlWeb, AnswersThatAreNone)
         EXPECT_EQ(Get(server.Address(name)), std::nullopt);
     }
     EXPECT_EQ(Get(server.Address("limit")).value_or("").size(), platform::kWebMaxBytes);
-    EXPECT_EQ(Get(server.Address("binary")).value_or("").size(), 256u); // data is data
+    EXPECT_EQ(Get(server.Address("binary")).value_or("").size(), 256u); // any bytes
     EXPECT_EQ(Get("http://127.0.0.1:1/file"), std::nullopt);            // nobody listens
     EXPECT_EQ(Get(server.TlsAddress("file")), std::nullopt);            // not trusted
     EXPECT_EQ(Get("file:///etc/hostname"), std::nullopt);

@@ -79,7 +79,7 @@ TEST(HelpBook, Search)
         {"ñANDÚ", "frmPref"},
         {"preferences", "frmPref"},
         {"all", "frmPref Ask windows"}, // the title counts more than the text
-        {"href", ""},                   // no part of what is read
+        {"href", ""},                   // not part of the searched text
         {"amp", ""},
         {"&", "begin"},
         {"", ""},

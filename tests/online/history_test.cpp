@@ -44,8 +44,8 @@ TEST(FindHistoryMarker, Table)
     EXPECT_EQ(online::FindHistoryMarker("").word, "");
     EXPECT_EQ(online::FindHistoryMarker("<(New").word, "");
     EXPECT_EQ(online::FindHistoryMarker("New)> <(x").word, "");
-    EXPECT_EQ(online::FindHistoryMarker(")> <(x)>").word,
-              "x"); // the end is looked for from the begin
+    // The end is searched for after "<(".
+    EXPECT_EQ(online::FindHistoryMarker(")> <(x)>").word, "x");
     EXPECT_EQ(online::FindHistoryMarker("<()>").word, "");
 }
 

@@ -71,7 +71,7 @@ TEST_F(VersionInfo, WaitsWithItsWindowSmall)
     EXPECT_TRUE(check.Frame[2].Visible());
     EXPECT_FALSE(check.cmdAceptar.Visible());
     EXPECT_FALSE(check.frmWhatsNew.Visible());
-    EXPECT_EQ(web.addresses, Log{}); // a moment later
+    EXPECT_EQ(web.addresses, Log{}); // it starts a moment later
     check.Delayer.Fire();
     EXPECT_FALSE(check.Delayer.Enabled());
     EXPECT_EQ(web.addresses, Log{kTools});
@@ -110,7 +110,7 @@ TEST_F(VersionInfo, NothingNewerLooksAtTheDatabaseNext)
         EXPECT_EQ(check.cmdAceptar.Top(), 700);
         EXPECT_TRUE(check.cmdAceptar.Visible());
         EXPECT_EQ(check.size.height, 1800 - 690);
-        EXPECT_EQ(check.log, showIt ? Log{} : Log{"none"}); // who asked gets no sign
+        EXPECT_EQ(check.log, showIt ? Log{} : Log{"none"}); // a user who asked gets no event
         EXPECT_EQ(shown, Log{});
     }
 }
@@ -132,7 +132,7 @@ TEST_F(VersionInfo, ANewerToolIsShown)
     EXPECT_EQ(check.Using[0].Caption(), "1.6.9");
     EXPECT_EQ(check.NewOne[0].Caption(), "1.7.0");
     EXPECT_EQ(check.Using[1].Caption(), "");   // missing: counts as newer
-    EXPECT_EQ(check.NewOne[5].Caption(), "6"); // the seventh line is passed over
+    EXPECT_EQ(check.NewOne[5].Caption(), "6"); // the seventh line is ignored
     EXPECT_EQ(check.DBUsing.Caption(), "2004");
     EXPECT_EQ(check.DBUpdate.Caption(), "2004");
     EXPECT_EQ(check.URL2Download.Caption(), "https://quenlin.example/whats_new.asp#169");

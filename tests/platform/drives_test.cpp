@@ -67,7 +67,7 @@ protected:
         tests::WriteFile(folder / "mountinfo", table);
     }
 
-    tests::TestFolder folder{"/tmp"}; // what a path below /dev says is something else
+    tests::TestFolder folder{"/tmp"}; // not below /dev, whose paths have their own meaning
     std::string root, table;
     MountDrives::Places places;
 };
@@ -77,7 +77,8 @@ TEST_F(Machine, TheDriveIsTheNearestMountPoint)
     MountDrives drives(places);
     EXPECT_EQ(drives.DriveOf(root + "/stick/inner/a.mp3"), root + "/stick");
     EXPECT_EQ(drives.DriveOf(root + "/stick"), root + "/stick");
-    EXPECT_EQ(drives.DriveOf(root + "/stick2/a.mp3"), "/"); // the name only begins alike
+    // Only the beginning of the name is the same.
+    EXPECT_EQ(drives.DriveOf(root + "/stick2/a.mp3"), "/");
     EXPECT_EQ(drives.DriveOf(root + "/stick/absent/b/c.mp3"), root + "/stick");
     EXPECT_EQ(drives.DriveOf("/"), "/");
     EXPECT_EQ(drives.DriveOf(""), "/");

@@ -45,8 +45,8 @@ TEST(Slowness, OneSlowFileIsNoEvidence)
     }
 }
 
-// On a machine that does more than this test a second one may seem slow: one round without that
-// shows the rule.
+// On a busy machine a second read may be slow too; one round in which that does not happen is
+// enough.
 TEST_F(FetchingTest, OneSlowReadStartsNoHelper)
 {
     std::vector<std::string> paths;
@@ -87,7 +87,7 @@ TEST_F(FetchingTest, SlowReadsStartHelpersUntilThereAreEnough)
     EXPECT_GE(held->most, 8);
 }
 
-// While a helper is held up, the logic fetches what it can have without a wait.
+// While a helper waits for a disk, the logic's thread fetches what it can read without waiting.
 TEST_F(FetchingTest, TheLogicFetchesFromMemoryInsteadOfWaiting)
 {
     constexpr struct {

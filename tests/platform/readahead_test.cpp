@@ -242,7 +242,7 @@ TEST_F(ReadAheadTest, OtherFilesAndAnotherOrderAreServedAsWell)
     files->Expect({a, b, a}, {100, 100, nullptr});
     AwaitEqual(held->opens, 3);
     EXPECT_EQ(Read(c, 0, 2), "c0");
-    EXPECT_EQ(Read(b, 0, 2), "b0"); // the first a is passed over
+    EXPECT_EQ(Read(b, 0, 2), "b0"); // the first a is skipped
     EXPECT_EQ(Read(a, 0, 2), "a0");
     EXPECT_EQ(held->opens, 4);
     EXPECT_EQ(Read(a, 0, 2), "a0");
@@ -289,7 +289,7 @@ TEST_F(ReadAheadTest, WithoutAHandleThoseOfTheHelpersAreGivenUp)
     held->failures = 1;
     EXPECT_EQ(Read(File("b", 500), 0, 3), "b0b");
     AwaitEqual(held->closes, 2);
-    held->failures = 1; // nothing is held that could be given up
+    held->failures = 1; // no handle is open that could be closed instead
     EXPECT_EQ(Read(folder / "b", 0, 3), "error " + std::to_string(EMFILE));
 }
 

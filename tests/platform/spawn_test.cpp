@@ -91,7 +91,7 @@ protected:
     }
     ~OpenerTest() override { setenv("PATH", m_path.c_str(), 1); }
 
-    // Lets the opener be `script`, which finds the folder of this test in $0's place.
+    // Makes `script` the opener; it runs in the folder of this test.
     void Opener(const std::string &script)
     {
         tests::WriteFile(folder / "xdg-open", "#!/bin/sh\ncd \"$(dirname \"$0\")\"\n" + script);

@@ -26,7 +26,7 @@ using platform::FolderContents;
 using platform::SubFolder;
 using platform::posix::SystemFolders;
 
-// A disk that answers when the test lets it.
+// A disk that answers when the test allows it.
 struct HeldDisk {
     std::mutex mutex;
     std::condition_variable released;
@@ -124,7 +124,7 @@ TEST_F(SystemFoldersTest, LinksThatLeadBackHaveNoFolders)
     const FolderContents contents = List(folders, folder / "music");
     EXPECT_EQ(contents.folders, (std::vector<SubFolder>{{"album", ""}, {"self", ""}, {"up", ""}}));
     EXPECT_EQ(contents.files, (std::vector<std::string>{"broken", "knot"}));
-    // Beside the folder a link leads forward, once.
+    // A link to a folder beside it is followed, once.
     const FolderContents above = List(folders, folder.Path());
     ASSERT_EQ(above.folders.size(), 2u);
     EXPECT_EQ(above.folders[0].name, "aside");

@@ -222,7 +222,7 @@ TEST(TerminalDesktop, ASignalEndsAQuestion)
             if (deferred)
                 deferral.emplace();
             try {
-                return AskYesNo(); // the person types Ctrl+C
+                return AskYesNo(); // the user types Ctrl+C
             } catch (const EndRequested &end) {
                 return 100 + end.signalNo;
             }

@@ -28,7 +28,7 @@ TEST_F(Audacious, NoPlayerRuns)
     EXPECT_TRUE(WaitRealTime([] { return !IsWinampRunning(); }));
     real.Start();
     EXPECT_TRUE(WaitRealTime(IsWinampRunning));
-    EXPECT_NE(WinampWindow, first); // a message to the old one is answered by nobody
+    EXPECT_NE(WinampWindow, first); // nobody answers a message to the old one
     EXPECT_EQ(port.SendMessage(first, platform::kWmUser, 0, platform::kAskSelected), 0);
 }
 
@@ -107,7 +107,7 @@ TEST_F(Audacious, Seeking)
     EXPECT_GE(GetPlayingPosition(), 69'000);
 }
 
-// A tick of the monitor has its answers from one look, until it gives an order.
+// A tick of the monitor gets all answers from one query of the player, until it sends an order.
 TEST_F(Audacious, OneLookAnswersAllQuestions)
 {
     StartWith(2);
@@ -185,7 +185,7 @@ TEST_F(Audacious, OnePastTheEndIsTheEntryEnqueuedLast)
     EXPECT_EQ(GetPlaylistLength(), 3); // it is there when the call returns
     SetPlaylistPosition(3);
     EXPECT_EQ(GetPlaylistPosition(), 2);
-    real.Order("Delete", 0); // others change the list: it is found where it is
+    real.Order("Delete", 0); // another program changes the list: the song is found at its new index
     ASSERT_TRUE(WaitRealTime([] { return GetPlaylistLength() == 2; }));
     port.LearnPlaylist();
     SetPlaylistPosition(0);
@@ -290,7 +290,7 @@ TEST_F(Audacious, TheListThatPlaysCountsNotTheOneThatShows)
     SetPlaylistPosition(1);
     PlayTrack();
     EXPECT_TRUE(WaitRealTime([this] { return GetCurrentSongPath() == paths[1]; }));
-    StopTrack(); // stopped: the list that shows
+    StopTrack(); // when stopped, the list that is shown counts
     ASSERT_TRUE(WaitForState(0));
     EXPECT_EQ(GetPlaylistLength(), 0);
     const std::string song = real.Song("new.mp3");

@@ -1,4 +1,5 @@
-// An edit of a song while the real player plays: the program's own wiring, the tag writer and all.
+// An edit of a song while the real player plays: with the tag writer and the hooks of the program
+// itself.
 #include "app/modulehooks.h"
 #include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
@@ -40,7 +41,7 @@ protected:
         shell::SetAppPath(before);
     }
 
-    // Gives the song another title; long enough that the audio comes to lie elsewhere in the file.
+    // Gives the song another title; so long that the audio begins at another offset in the file.
     static void Edit(const std::string &path, const std::string &title)
     {
         const metadata::SongInfo old = metadata::ReadSongInfo(path);
@@ -141,7 +142,7 @@ TEST_F(AudaciousEdit, AStoppedPlayerStaysStopped)
     EXPECT_EQ(real.Status(), "stopped");
 }
 
-// A player that does not answer cannot be stopped: it goes on with the file that it has open.
+// A player that does not answer cannot be stopped: it continues to read the file that it has open.
 TEST_F(AudaciousEdit, ASongThatThePlayerHoldsOpenIsReplacedAllTheSame)
 {
     StartWith(2);
@@ -152,7 +153,8 @@ TEST_F(AudaciousEdit, ASongThatThePlayerHoldsOpenIsReplacedAllTheSame)
     platform::player::AudaciousPlayer limited; // to the program's own limit
     platform::TheMachine().player = &limited;
     ASSERT_TRUE(WaitRealTime(IsWinampRunning));
-    const int held = open(paths[1].c_str(), O_RDONLY | O_CLOEXEC); // and so does another program
+    // Another program has it open too.
+    const int held = open(paths[1].c_str(), O_RDONLY | O_CLOEXEC);
     real.Signal(SIGSTOP);
     Edit(paths[1], "Another title");
     real.Signal(SIGCONT);

@@ -65,7 +65,7 @@ TEST_F(AudaciousLongList, AtMost256QuestionsAreInFlight)
         ASSERT_EQ(list.Known(i), paths[static_cast<std::size_t>(i)]);
 }
 
-// The monitor's own questions are enough: nobody has to wait for the list.
+// The questions of the monitor are enough for the port to read the list; no call waits for it.
 TEST_F(AudaciousLongList, TheListIsLearntWhileNothingPlays)
 {
     StartWithMany(2'000);
@@ -80,7 +80,7 @@ TEST_F(AudaciousLongList, TheListIsLearntWhileNothingPlays)
     EXPECT_EQ(GetPlaylistIndexOf(paths[1'999]), 1'999);
 }
 
-// What is asked for once the list is known: the length, the place, one name.
+// Once the list is known, only the length, the position and one name are asked for.
 TEST_F(AudaciousLongList, AKnownListIsNotReadAgain)
 {
     StartWithMany(1'000);
@@ -92,7 +92,7 @@ TEST_F(AudaciousLongList, AKnownListIsNotReadAgain)
     const std::string song = real.Song("new.mp3");
     EnqueueFile(song);
     EXPECT_EQ(GetCurrentSongPath(), paths[500]);
-    port.LearnPlaylist(); // the one name that came
+    port.LearnPlaylist(); // reads the name of the new entry only
     EXPECT_EQ(GetPlaylistIndexOf(song), 1'000);
     real.Order("Delete", 0); // another length: all of them
     ASSERT_TRUE(WaitRealTime([] { return GetPlaylistLength() == 1'000; }));
@@ -102,7 +102,7 @@ TEST_F(AudaciousLongList, AKnownListIsNotReadAgain)
     EXPECT_EQ(GetPlaylistIndexOf(paths[1]), 0);
 }
 
-// Two lists of the same length: which of them is meant shows in the one name that is asked for.
+// Two lists of the same length are distinguished by the one name that is asked for.
 TEST_F(AudaciousLongList, TwoListsOfTheSameLength)
 {
     StartWith(3);

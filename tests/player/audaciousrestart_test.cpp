@@ -24,7 +24,7 @@ protected:
         std::int64_t limitMs = 1000;
     };
 
-    // What playing a song, following it and an edit of it say to the player.
+    // The calls to the player when a song is played, followed and edited.
     std::vector<Step> Steps()
     {
         return {
@@ -49,7 +49,7 @@ protected:
         };
     }
 
-    // Runs all steps; `disturb` comes before the step of that number.
+    // Runs all steps; `disturb` is called before the step number `disturbed`.
     void RunSteps(std::size_t disturbed, const std::function<void()> &disturb)
     {
         std::size_t number = 0;
@@ -78,7 +78,7 @@ protected:
     void ExpectItPlays()
     {
         ASSERT_TRUE(WaitRealTime(IsWinampRunning));
-        // Each call has its 100 ms: on a machine with much to do one may be missed.
+        // Each call waits 100 ms at most: on a busy machine one may fail.
         ASSERT_TRUE(WaitRealTime([this] {
             IsWinampRunning();
             SetPlaylistPosition(1);
@@ -145,7 +145,8 @@ TEST_F(AudaciousRestart, ComesBackPausedWithItsOldList)
     for (const std::size_t wanted : {std::size_t{2}, std::size_t{1}}) {
         SCOPED_TRACE(wanted);
         real.Order("Quit");
-        ASSERT_TRUE(WaitRealTime([] { return !IsWinampRunning(); })); // it writes its list yet
+        // It is still writing its list.
+        ASSERT_TRUE(WaitRealTime([] { return !IsWinampRunning(); }));
         limited.StartProgram(GetWinampExePath(), 2);
         ASSERT_TRUE(WaitRealTime(IsWinampRunning));
         SetPlaylistPosition(PlaceInPlaylist(paths[wanted]));
@@ -153,7 +154,7 @@ TEST_F(AudaciousRestart, ComesBackPausedWithItsOldList)
         ASSERT_TRUE(WaitRealTime([this] { return real.Status() == "playing" && real.Time() > 0; }));
         EXPECT_LT(real.Time(), 20'000U); // from its beginning
         const std::uint32_t at = real.Time();
-        EXPECT_TRUE(WaitRealTime([&] { return real.Time() > at + 300; })); // and goes on
+        EXPECT_TRUE(WaitRealTime([&] { return real.Time() > at + 300; })); // and it plays
         EXPECT_EQ(real.Status(), "playing");
         EXPECT_EQ(GetPlaylistLength(), 3);
         EXPECT_EQ(GetCurrentSongPath(), paths[wanted]);

@@ -26,7 +26,7 @@ protected:
 
     Told Orders() { return port.Orders(); }
 
-    // The user's hand, as the toolkit's bar tells of it.
+    // What the user does with the thumb, as the toolkit's bar reports it.
     void Grasp() { form.HScroll.thumbHeld = true; }
     void Move() { form.HScroll.thumbMoved(); }
     void LetGo(int value)
@@ -92,7 +92,7 @@ TEST_F(Controls, TheBarFollowsTheTimes)
     EXPECT_EQ(form.HScroll.Max(), 0);
 }
 
-// Its answers 0 are none: the bar stays, and no key seeks from there.
+// Its results 0 are no answers: the bar does not move, and no key seeks from 0.
 TEST_F(Controls, APlayerThatDoesNotAnswerMovesNothing)
 {
     port.silent = true;
@@ -210,7 +210,7 @@ TEST_F(Controls, KeysSeekWhereTheLengthIsNotKnown)
 
 TEST_F(Controls, WithoutAPlayerNothingHappens)
 {
-    player::WinampWindow = 0; // the last look found none
+    player::WinampWindow = 0; // no window was found
     ui::Close(form);
     ui::Show(form);
     EXPECT_EQ(form.HScroll.Max(), 0);
@@ -228,7 +228,7 @@ TEST_F(Controls, WithoutAPlayerNothingHappens)
 
 TEST_F(Controls, ClosingEndsTheTimers)
 {
-    Grasp(); // the window may go under the user's hand
+    Grasp(); // the window may close while the user holds the thumb
     Move();
     ui::Close(form);
     EXPECT_FALSE(form.tmrUpdate.Enabled());

@@ -72,7 +72,7 @@ protected:
     }
 
     tests::FakeForms host;
-    ui::KeyedList results; // of another window: the panel is none of its business
+    ui::KeyedList results; // of another window, so the panel is not updated
     tests::RecordingPlayer port;
     const std::string command = port.command;
 };

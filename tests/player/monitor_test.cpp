@@ -93,7 +93,7 @@ TEST_F(Monitor, TheNextSongHasNoLyrics)
     Asked();
     Select(plain);
     Tick();
-    EXPECT_EQ(Panel("Playing"), "Playing:  Us - Two && <b>"); // a caption: the mark stands twice
+    EXPECT_EQ(Panel("Playing"), "Playing:  Us - Two && <b>"); // a caption: "&" is doubled
     EXPECT_EQ(Asked(), Told{"unload"});
     EXPECT_FALSE(player::LyricsWindowOpen);
 }
@@ -177,7 +177,7 @@ TEST_F(Monitor, TheSettingAndAClosedPlayerFreezeThePanels)
     EXPECT_EQ(Panel("PlayingStatus"), "01:02 / 03:25");
 }
 
-// A player that falls silent at any question of a tick: nothing of what is shown is taken for news.
+// A player that stops answering at any question of a tick: the panels do not change.
 TEST_F(Monitor, APlayerThatFallsSilentWithinATickFreezesThePanels)
 {
     for (const int state : {1, 3, 0}) {

@@ -29,7 +29,7 @@ protected:
 
     std::string Release() { return player::ReleasePlayingFile("/song.mp3", m_state, m_position); }
 
-    // What the player was told to do, without the questions.
+    // The messages that change something, without those that only ask.
     Told Orders()
     {
         Told orders;

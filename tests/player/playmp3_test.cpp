@@ -14,7 +14,7 @@ namespace
 
 using Told = std::vector<std::string>;
 
-// Drives on which a test's song lies on a medium that is not there.
+// Drives on which the medium with the song can be missing.
 struct MediaDrives : tests::FakeDrives {
     bool IsMediumMissing(const std::string &) override { return missing; }
     bool missing = false;
@@ -119,7 +119,7 @@ TEST_F(PlayMP3, AfterThreeRoundsItDoesNotAnswer)
     }
     EXPECT_EQ(Orders(), Told(3, "start " + (port.folder / "player") + " 2"));
     EXPECT_EQ(clock.steadyMs, 30'000);
-    EXPECT_EQ(early, "Not Playing..."); // only a wait of a second is told
+    EXPECT_EQ(early, "Not Playing..."); // a wait is shown only after a second
     EXPECT_EQ(shown, "Waiting for Recorder...");
     EXPECT_EQ(Form().SB.Panel("Playing").text, "Not Playing...");
 }
@@ -194,7 +194,7 @@ TEST_F(PlayMP3, ADiskThatIsInIsNotAskedFor)
         EXPECT_EQ(Orders(), Told());
         desktop.boxes.clear();
     }
-    media.type = platform::DriveType::Fixed; // there it is the player's business
+    media.type = platform::DriveType::Fixed; // for a fixed disk the player reports the missing file
     Play(folder / "none.mp3");
     EXPECT_EQ(desktop.boxes.size(), 0U);
     EXPECT_EQ(Orders().back(), kPlay);

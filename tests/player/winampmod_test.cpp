@@ -48,7 +48,7 @@ TEST_F(WinAmpMod, MessageTable)
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
         WinampWindow = 0;
-        EXPECT_EQ(row.call(), 0); // no window was looked for yet
+        EXPECT_EQ(row.call(), 0); // no window was searched for yet
         EXPECT_EQ(port.Told(), Told{std::string(row.message) + " to 0"});
         ASSERT_TRUE(IsWinampRunning());
         port.Told();
@@ -57,7 +57,7 @@ TEST_F(WinAmpMod, MessageTable)
             EXPECT_EQ(row.call(), answer);
             EXPECT_EQ(port.Told(), Told{row.message});
         }
-        port.window = 10; // the old handle is dead
+        port.window = 10; // the old handle is invalid
         EXPECT_EQ(row.call(), 0);
         port.window = 9;
         port.Told();
@@ -153,7 +153,7 @@ TEST_F(WinAmpMod, AWindowThatLeavesBetweenTwoLetters)
     };
     EXPECT_EQ(TypeKeysToWindow("ss", 9), 0);
     const Told told = port.Told();
-    EXPECT_EQ(std::count(told.begin(), told.end(), "key 115 116 0"), 1); // it stays typed
+    EXPECT_EQ(std::count(told.begin(), told.end(), "key 115 116 0"), 1); // it is not typed again
     EXPECT_EQ(told.back(), "front 9");
 }
 
@@ -260,7 +260,7 @@ TEST_F(WinAmpMod, CurrentSongByIndex)
     port.SetPlaylist(kTwoTitledSongs);
     port.Answer(125, 1);
     EXPECT_EQ(GetCurrentSongPath(), "/m/b.mp3");
-    port.Answer(125, 2); // behind the last line
+    port.Answer(125, 2); // after the last line
     EXPECT_EQ(GetCurrentSongPath(), "");
     port.Answer(125, 2147483647);
     EXPECT_EQ(GetCurrentSongPath(), "");
@@ -269,11 +269,12 @@ TEST_F(WinAmpMod, CurrentSongByIndex)
     EXPECT_EQ(GetCurrentSongPath(), "");
     EXPECT_EQ(port.Told(), Told{"1024 0 125"});
     port.Answer(125, 0);
-    port.SetPlaylist("#EXTM3U\r\n/m/a.mp3"); // a last line that is not closed
+    port.SetPlaylist("#EXTM3U\r\n/m/a.mp3"); // a last line without an end
     EXPECT_EQ(GetCurrentSongPath(), "");
 }
 
-// The first question goes to the handle of the last look: a player that came since answers 0 there.
+// The first question is sent to the window that was last found; a player that was started later
+// answers 0 to it.
 TEST_F(WinAmpMod, CurrentSongAsksTheOldHandleFirst)
 {
     IsWinampRunning();
@@ -301,7 +302,7 @@ TEST_F(WinAmpMod, CurrentSongEndsAtTheFirstFailedCheck)
     port.command.clear();
     port.Told();
     EXPECT_EQ(GetCurrentSongPath(), "");
-    EXPECT_EQ(port.Told().size(), 1U); // the window is not even looked for
+    EXPECT_EQ(port.Told().size(), 1U); // the window is not even searched for
 }
 
 TEST_F(WinAmpMod, CurrentSongKeepsTheTextOfAFileThatIsGone)
@@ -346,10 +347,10 @@ TEST_F(WinAmpMod, IndexOfAPath)
     EXPECT_EQ(GetPlaylistIndexOf("/m/a.mp3"), 0);
     EXPECT_EQ(GetPlaylistIndexOf("/M/B.MP3"), 1);        // without regard to case
     EXPECT_EQ(GetPlaylistIndexOf("/m/\xC3\x89.mp3"), 2); // nor of letters beyond ASCII
-    EXPECT_EQ(GetPlaylistIndexOf("/m/b"), -1);           // a line as a whole
-    EXPECT_EQ(GetPlaylistIndexOf("/m/e"), -1);           // a line that is not closed
+    EXPECT_EQ(GetPlaylistIndexOf("/m/b"), -1);           // only complete lines count
+    EXPECT_EQ(GetPlaylistIndexOf("/m/e"), -1);           // a line without an end
     port.Answer(124, 2);
-    EXPECT_EQ(GetPlaylistIndexOf("/m/\xC3\x89.mp3"), -1); // behind the length
+    EXPECT_EQ(GetPlaylistIndexOf("/m/\xC3\x89.mp3"), -1); // beyond the length
     port.Answer(124, 0);
     EXPECT_EQ(GetPlaylistIndexOf("/m/a.mp3"), -1);
 }

@@ -159,7 +159,8 @@ TEST(EntrySearch, LooksForNothingWhenTooManyThreadsWait)
     playlists::EntrySearch search(std::vector<Texts>(3, Texts{"/"}), 0);
     EXPECT_TRUE(search.Done());
     EXPECT_TRUE(search.Take().empty());
-    playlists::EntrySearch next(std::vector<Texts>(1, Texts{"/"})); // it does not count as one
+    // The search above has no thread.
+    playlists::EntrySearch next(std::vector<Texts>(1, Texts{"/"}));
     EXPECT_FALSE(next.Done());
 }
 

@@ -16,7 +16,7 @@ namespace
 
 using playlists::ReadListFile;
 
-// A disk that answers when it is told to, at the latest at the end of the test.
+// A disk that answers when the test allows it, at the latest at the end of the test.
 class SilentDisk
 {
 public:
@@ -53,7 +53,7 @@ protected:
         return "/silent/" + std::to_string(++number) + ".m3u";
     }
 
-    // Asks until the disk's late answer has come in.
+    // Reads again and again until the disk's late answer has arrived.
     static std::string ReadWhenFree(const std::string &path)
     {
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
@@ -84,7 +84,7 @@ TEST_F(ListFile, ADiskThatDoesNotAnswerIsWaitedForOneSecond)
     EXPECT_EQ(ReadListFile(path, disk.Reader()), "");
     EXPECT_GE(clock.steadyMs - before, 1000);
     EXPECT_LE(clock.steadyMs - before, 1020);
-    // While it owes an answer it is not asked again.
+    // Until the disk has answered, it is not asked again.
     const auto asked = clock.steadyMs;
     EXPECT_EQ(ReadListFile(path,
                            [](const std::string &) -> std::string {

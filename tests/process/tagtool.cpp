@@ -152,7 +152,7 @@ int WriteByTagLib(const std::string &file, const std::string &version, Fields fi
     auto *lyrics = new TagLib::ID3v2::UnsynchronizedLyricsFrame(TagLib::String::UTF8);
     lyrics->setLanguage("eng");
     lyrics->setText(text("lyrics"));
-    tag.addFrame(lyrics); // which takes it over
+    tag.addFrame(lyrics); // which owns it now
     return song.save(TagLib::MPEG::File::ID3v2, TagLib::File::StripNone,
                      version == "3" ? TagLib::ID3v2::v3 : TagLib::ID3v2::v4)
                ? 0

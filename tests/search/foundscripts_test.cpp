@@ -163,7 +163,7 @@ TEST_F(FoundScripts, PathsOfSuchNames)
     ExpectFound("نسم.MP3", search::kAnyWords, {kPath}, {"نسم"});
 }
 
-// Rows that were read in the usual way are searched as they are shown.
+// Rows that were read with the setting UnicodeTags off are searched as they are shown.
 TEST_F(FoundScripts, RowsOfTheUsualWay)
 {
     shell::TheGlobals().UnicodeTags = false;

@@ -187,7 +187,7 @@ TEST_F(SearchList, AResizeLaysOutAndResetsThePanel)
     form.scaleWidth = 8000 - search::kFrameWidth;
     search::ResizeSearchForm(form);
     EXPECT_EQ(form.PaneWidth, 8000 - 5580);
-    EXPECT_EQ(form.WebItemType.Caption(), ""); // it held the hint
+    EXPECT_EQ(form.WebItemType.Caption(), ""); // it contained the hint
     search::ResizeSearchForm(form);
     EXPECT_EQ(form.WebItemType.Caption(), "Type the criteria to look for.");
     search::SetVisible(form, false);

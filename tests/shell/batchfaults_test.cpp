@@ -1,5 +1,5 @@
 // A disk that fails at one call, or is full from one call on, for every call of a batch: the
-// summary says of each song what is in the catalogue.
+// summary reports for each song what is in the catalogue.
 #include "catalogue/rowgroups.h"
 #include "shell/startup/batch.h"
 #include "tests/support/faultycalls.h"

@@ -73,7 +73,7 @@ TEST_F(FirstStart, AFolderThatCannotBeMadeIsReported)
     EXPECT_THROW(Fill(), runtime::RuntimeError);
 }
 
-// The power goes at every point of the first start: the next start has everything, whole, and once
+// The power fails at every point of the first start: the next start has everything, whole, and once
 // the first start is over nothing of it can be lost.
 TEST_F(FirstStart, APowerCutIsMended)
 {
@@ -111,7 +111,7 @@ class TornFiles : public FirstStart
 {
 protected:
     TornFiles() { Fill(); }
-    // What becomes of a language file of the user that holds `bytes`.
+    // The user's language file after RestoreTornFiles, when it had `bytes` before.
     std::string Restored(const std::string &bytes)
     {
         tests::WriteFile(Home("Español.qlt"), bytes);
@@ -268,7 +268,7 @@ TEST_F(Upgrade, WithoutARecordOnlyEqualCopiesAreKnown)
     EXPECT_EQ(tests::ReadFile(Home("Español.qlt")), "of an unknown version");
 }
 
-// A record that is cut, or holds anything else, costs no copy.
+// When the record is cut off or contains anything else, no copy is lost.
 TEST_F(Upgrade, ADamagedRecordIsNoHarm)
 {
     const std::string whole = tests::ReadFile(Home(".shipped"));
@@ -296,7 +296,7 @@ TEST_F(Upgrade, NothingIsWrittenWhenNothingChanged)
     EXPECT_EQ(fs::last_write_time(Home("Español.qlt")), copy);
 }
 
-// The power goes at every point of the first start after an upgrade: the next start has the new
+// The power fails at every point of the first start after an upgrade: the next start has the new
 // files, whole, and what the user changed.
 TEST_F(Upgrade, APowerCutIsMended)
 {

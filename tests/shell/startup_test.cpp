@@ -31,7 +31,7 @@ constexpr const char *kDamaged =
     "of 'Tessaroon.mdb' and run the 'Tessaroon'. Would you like to go to\r"
     "the download page now?";
 
-// The program's folder with a shipped catalogue, and windows that only note what is asked of them.
+// The program's folder with a shipped catalogue, and windows that only record the calls.
 class StartUp : public tests::LibraryFixture
 {
 protected:

@@ -12,7 +12,7 @@
 namespace tests
 {
 
-// The time is 5 March 2026, 07:08:09; steady time is moved on only by Sleep and by the test.
+// The time is 5 March 2026, 07:08:09; only Sleep and the test advance the steady time.
 class FakeClock : public platform::Clock
 {
 public:

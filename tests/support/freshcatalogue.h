@@ -22,7 +22,7 @@ struct FreshCatalogue {
     TestFolder folder;
     catalogue::ADOclass access;
 
-    // Leads another object to the same catalogue.
+    // Sets the connection of another object to the same catalogue.
     void LeadHere(catalogue::ADOclass &other) const;
 
     [[nodiscard]] std::string File() const { return folder / "MP3s.mdb"; }

@@ -108,11 +108,12 @@ struct HeldFiles : platform::posix::SystemFilesPort {
     const std::thread::id logic = std::this_thread::get_id();
     std::set<std::thread::id> threads;  // others that have read
     std::chrono::milliseconds delay{0}; // of each read
-    // While reads are held up: what one that must not wait gives; 0: its bytes, as from memory.
+    // The result of a read that must not wait, while reads are held up; 0: its bytes, as from
+    // memory.
     std::int64_t withoutWait = -EAGAIN;
     std::atomic<int> readsWithoutWait = 0; // meanwhile
     std::atomic<int> opens = 0, closes = 0, reads = 0;
-    std::atomic<int> failures = 0; // of the next opens, for want of a handle
+    std::atomic<int> failures = 0; // how many of the next opens fail, as without a free handle
     std::atomic<int> most = 0;     // reads at a time
     std::atomic<std::int64_t> ageNs = 3'600'000'000'000;
 
@@ -148,7 +149,7 @@ protected:
         return folder / name;
     }
 
-    // What opening, reading and closing gives, without a wait where `mayWait` is false.
+    // Opens the file, reads and closes it. `mayWait`: whether reading may wait for the disk.
     std::string Read(const std::string &path, std::int64_t offset, std::size_t count,
                      bool mayWait = true)
     {

@@ -142,7 +142,7 @@ public:
     // The calls since the last call of this.
     std::vector<std::string> Told() { return std::exchange(told, {}); }
 
-    // The same but for the questions of time, which timers ask at any moment.
+    // The same without the questions about the position, which timers ask at any time.
     std::vector<std::string> Orders()
     {
         std::vector<std::string> orders = Told();

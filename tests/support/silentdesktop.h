@@ -1,5 +1,5 @@
-// tests/support/silentdesktop.h - a desktop port with harmless defaults, and a clock that only
-// waits move on. A test that needs one of their procedures derives from them and overrides it.
+// tests/support/silentdesktop.h - a desktop port with harmless defaults, and a clock that advances
+// only by waits. A test that needs one of their procedures derives from them and overrides it.
 #pragma once
 
 #include "platform/clock.h"

@@ -12,7 +12,7 @@
 namespace tests
 {
 
-// A desktop that records what it is asked, and a clock that only waits move on.
+// A desktop that records what it is asked, and a clock that advances only by waits.
 class SongDesk : public RecordingDesktop, public WaitedClock
 {
 public:

@@ -19,8 +19,8 @@ TEST(ShownText, EndsAtTheFirstNul)
     EXPECT_EQ(ShownText(""), "");
 }
 
-// Whatever bytes a field has: an unchanged box gives them back, and a character that is typed at
-// the end or the start and then deleted changes nothing except what followed a NUL.
+// Whatever bytes a field has: an unchanged box returns them, and a character that is typed at the
+// end or the start and then deleted changes nothing except what followed a NUL.
 TEST(EditedField, EveryByteIsKept)
 {
     std::string every;
@@ -96,7 +96,7 @@ TEST(CharactersLacking, EachOnce)
     runtime::UseCodePage(1252);
 }
 
-// Of a record in UTF-8 a character is as many bytes as it has.
+// In a record in UTF-8 a character can be several bytes.
 TEST(EditedField, OfARecordInUtf8)
 {
     constexpr auto kUtf8 = metadata::TextKind::Utf8;

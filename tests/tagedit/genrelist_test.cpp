@@ -51,8 +51,8 @@ TEST(FindNextEntry, Table)
     } cases[] = {
         {-1, "x", 0}, // the whole list, when nothing is selected
         {0, "x", -1}, // the second search begins at entry 1
-        {-1, "g", 4}, // "genre" is passed over
-        {4, "g", 4},  // round to itself
+        {-1, "g", 4}, // "genre" is skipped
+        {4, "g", 4},  // from the end back to itself
         {-1, "ä", 3}, {5, "2", 5}, {-1, "", -1}, {-1, "q", -1},
     };
     for (const auto &c : cases)

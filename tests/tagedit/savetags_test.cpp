@@ -65,9 +65,9 @@ TEST_F(SaveTags, AChangedFieldIsWrittenInFrontOfTheOldBody)
                     Sound());
 }
 
-// Where tags are read by their frames, the ID3v2 column takes every character; the ID3v1 column has
-// the code page's, marks what it lacks, and is cut to its fields. What is not changed keeps its
-// bytes.
+// Where tags are read by their frames, the ID3v2 column can store every character; the ID3v1 column
+// stores those of the code page, marks the others, and is cut to the length of its fields. What is
+// not changed keeps its bytes.
 TEST_F(SaveTags, EachColumnTakesWhatItsTagHolds)
 {
     shell::TheGlobals().UnicodeTags = true;
@@ -193,7 +193,8 @@ TEST_F(SaveTags, ASongChangedSinceItWasReadIsLeftAndOffered)
     EXPECT_TRUE(ReadFile(m_path) == Sound() + Tag1("Both", "", "", "", "", 1, 255));
 }
 
-// Its time of change is another, its tags are the same: nothing of anybody's is lost.
+// Only the time of the last change differs, the tags are the same: no change of another program is
+// lost.
 TEST_F(SaveTags, AFileRewrittenWithTheSameTagsIsSaved)
 {
     Open(Sound() + Tag1("Title", "", "", "", "", 1, 255));

@@ -144,7 +144,8 @@ TEST_F(TagEditorTest, LettersChooseInTheFirstGenreBoxOnly)
     EXPECT_EQ(V1().cmbGenre.Text(), "Rock & Roll");
     EXPECT_TRUE(tagedit::cmbGenre_KeyPress(m_editor, kID3v1, "R"));
     EXPECT_EQ(V1().cmbGenre.Text(), "R&B");
-    EXPECT_TRUE(tagedit::cmbGenre_KeyPress(m_editor, kID3v1, "*")); // taken, and nothing chosen
+    // Handled, and nothing is chosen.
+    EXPECT_TRUE(tagedit::cmbGenre_KeyPress(m_editor, kID3v1, "*"));
     EXPECT_EQ(V1().cmbGenre.Text(), "R&B");
     EXPECT_FALSE(tagedit::cmbGenre_KeyPress(m_editor, kID3v2, "r"));
     EXPECT_EQ(V2().cmbGenre.Text(), "");

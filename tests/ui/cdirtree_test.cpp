@@ -64,7 +64,7 @@ TEST_F(DirTree, DesktopComputerAndDrives)
     EXPECT_EQ(TV.SelectedImage(0), "desk");
     EXPECT_EQ(TV.Key(1), "root");
     EXPECT_EQ(TV.Text(1), "My Computer");
-    EXPECT_EQ(TV.Image(1), "open"); // no icon could be had
+    EXPECT_EQ(TV.Image(1), "open"); // the desktop has no icon
     EXPECT_TRUE(TV.Expanded(0));    // the second node can be seen
     EXPECT_FALSE(TV.Expanded(1));
     EXPECT_EQ(Children(1), (Texts{"Floppy (" + stick + ")", "My Disc (" + root + ")",
@@ -77,7 +77,7 @@ TEST_F(DirTree, DesktopComputerAndDrives)
     }
     EXPECT_EQ(images, (Texts{"floppy", "hard", "cdrom", "net", "hard"}));
     EXPECT_EQ(expanders, (Texts{"-", "+", "-", "+", "+"}));
-    EXPECT_EQ(folders.looked, (Texts{root, cd, net, ram})); // the floppy was not touched
+    EXPECT_EQ(folders.looked, (Texts{root, cd, net, ram})); // the floppy was not read
     const ui::NodeId first = TV.Children(Node(root)).front();
     EXPECT_EQ(TV.Key(first), Key(root + "/first"));
     EXPECT_EQ(TV.Text(first), "first");

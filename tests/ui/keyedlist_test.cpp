@@ -51,7 +51,7 @@ TEST(KeyedList, ColumnsByKeyWidthAndPosition)
     list.SetColumnPosition("Path", 2);
     EXPECT_EQ(Positions(list), "Icon Path Title Artist Non ");
     EXPECT_EQ(list.Columns()[3].key, "Path"); // its number, and so its sub-item, stay
-    list.SetColumnPosition("Path", 2);        // twice is once
+    list.SetColumnPosition("Path", 2);        // the second call changes nothing
     EXPECT_EQ(Positions(list), "Icon Path Title Artist Non ");
     list.SetColumnPosition("Icon", 99);
     EXPECT_EQ(Positions(list), "Path Title Artist Non Icon ");
@@ -78,7 +78,7 @@ TEST(KeyedList, CellsAndDimmedRows)
     EXPECT_EQ(told, "cells cells ");
     list.SetSort(1, false);
     told.clear();
-    list.SetSubItem(0, "Title", "d"); // now the order hangs on it
+    list.SetSubItem(0, "Title", "d"); // now the order depends on it
     EXPECT_EQ(told, "rows ");
     EXPECT_EQ(Shown(list), "c|d|");
     EXPECT_THROW(list.SetDimmed(2, true), runtime::RuntimeError);

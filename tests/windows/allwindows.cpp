@@ -161,7 +161,7 @@ std::vector<FormCase> TagEditorCases(const TestFolder &folder)
     };
 }
 
-// In a folder with others.
+// The window that asks for the folder of an export, at a folder with some sub-folders.
 std::unique_ptr<ui::Form> MakeExportFolder(const TestFolder &folder)
 {
     for (const char *name : {"Music for the car", "Recordings",
@@ -173,8 +173,8 @@ std::unique_ptr<ui::Form> MakeExportFolder(const TestFolder &folder)
     return form;
 }
 
-// At a folder with songs, deep in the tree; `running` while a regeneration that was started there
-// is under way, as its own line and bar show it.
+// The preferences, at a folder with songs that is deep in the tree. `running`: a regeneration that
+// was started from the window is running, and the window shows its line and bar.
 std::unique_ptr<ui::Form> MakePreferences(const TestFolder &folder, bool running)
 {
     const std::string music = folder / "music";

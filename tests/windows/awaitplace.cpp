@@ -53,7 +53,8 @@ void AwaitPlace(QWidget &window)
         if (!place)
             return true;
         const qreal scale = handle->devicePixelRatio();
-        const auto isSame = [&](int shown, int known) { // the toolkit rounds what it is told
+        // The toolkit rounds the values that it gets.
+        const auto isSame = [&](int shown, int known) {
             return std::abs(shown - known * scale) < scale;
         };
         return isSame(place->x(), handle->x()) && isSame(place->y(), handle->y()) &&

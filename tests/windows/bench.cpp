@@ -181,7 +181,7 @@ void Drag(QWidget &control, QPoint from, QPoint to)
 namespace
 {
 
-// A box that stays up would hold the test for ever.
+// A box that stays open would block the test for ever.
 void CloseModalWindows()
 {
     for (int i = 0; i < 10 && QApplication::activeModalWidget(); ++i)

@@ -40,19 +40,18 @@ QWidget *WaitForWindow(const char *objectName, int milliseconds = 30000);
 // Shows the window and waits until the window system shows it and gives it the keyboard.
 void ShowAndActivate(QWidget &window);
 
-// Lets events run until `done` gives true; false when it did not in time.
+// Lets events run until `done` returns true. Returns: false when it did not within `milliseconds`.
 [[nodiscard]] bool WaitUntil(const std::function<bool()> &done, int milliseconds = 30000);
 
-// Whether `holds` gives true all the time while events run for that long: for a test which shows
-// that nothing happens, where no other event says that it has had its time.
+// Whether `holds` returns true all the time while events run for `milliseconds`. For tests that
+// show that nothing happens, when there is no other event to wait for.
 [[nodiscard]] bool Stays(const std::function<bool()> &holds, int milliseconds);
 
-// Deals with all events that are due and with those that they post: layouts, painting, the end of
-// closed windows. What the window system still has to answer is waited for by WaitUntil or
-// AwaitPlace.
+// Handles all events that are due and those that they post: layouts, painting, the end of closed
+// windows. Does not wait for the window system; WaitUntil and AwaitPlace do.
 void Settle();
 
-// Waits until the window system has put the window where it was asked to, or said where else it is.
+// Waits until the window system has put the window at its place, or has reported another place.
 void AwaitPlace(QWidget &window);
 
 // Waits until the timer has had so many ticks.

@@ -1,4 +1,4 @@
-// The bench itself: what it is there to notice, it notices.
+// The procedures of bench.h themselves: they find what they are made to find.
 #include "tests/support/scripteddesktop.h"
 #include "tests/windows/bench.h"
 

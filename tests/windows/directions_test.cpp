@@ -49,7 +49,7 @@ public:
             ++x;
         return x;
     }
-    int Right() const // the first column without ink behind it
+    int Right() const // the first column after all ink
     {
         int x = m_picture.width();
         while (x > 0 && Top(x - 1, x) == m_picture.height())
@@ -164,7 +164,7 @@ Ink Page(const QString &text, bool hasCaptions)
     return Ink(picture);
 }
 
-// Low Hebrew letters and high Latin ones say on which side a text begins.
+// Low Hebrew letters and high Latin ones show on which side a text begins.
 TEST(PageOfOtherScripts, ALineOfNamesBeginsAtTheLeftWhateverItsFirstLetter)
 {
     const auto isLowLetterFirst = [](const Ink &ink) {

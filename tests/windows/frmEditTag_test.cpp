@@ -106,7 +106,7 @@ TEST_F(EditTagScaled, ChangeCopyAcrossSaveAndSeeTheRow)
         EXPECT_TRUE(Find<QCheckBox>(editor, "HasID3Tag(1)")->isChecked());
         EXPECT_EQ(Find<QLineEdit>(editor, "txtTitle(1)")->text(),
                   QStringLiteral("A new title that is longer tha"));
-        Find(editor, "txtTitle(1)")->setFocus(); // it is full: no key types
+        Find(editor, "txtTitle(1)")->setFocus(); // the box is full: keys type nothing
         PressKey("End");
         TypeText("x");
         PressKey("Backspace");

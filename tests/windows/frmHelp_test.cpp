@@ -143,7 +143,7 @@ TEST_F(HelpWindowScaled, F1InAWindowOpensItsPage)
     }
 }
 
-// The help next to a window at this place; it is gone again afterwards.
+// The place of the help when it is opened from a window at `place`; the help is closed again.
 QRect HelpBeside(QWidget &window, QRect place)
 {
     window.setGeometry(place);
@@ -166,7 +166,7 @@ TEST_F(HelpWindowScaled, OpensBesideItsWindowAndWithinTheScreen)
     QMainWindow window;
     window.setObjectName(QStringLiteral("frmMain"));
     const QRect screen = window.screen()->availableGeometry();
-    for (int time = 0; time < 3; ++time) { // it does not wander
+    for (int time = 0; time < 3; ++time) { // its place does not change
         const QRect right = HelpBeside(window, {100, 100, 500, 400});
         EXPECT_GE(right.left(), window.frameGeometry().right()) << time;
         EXPECT_EQ(right.top(), window.frameGeometry().top()) << time;

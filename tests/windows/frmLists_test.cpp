@@ -134,7 +134,7 @@ TEST_F(PlayListsScaled, AnOpenListInGermanAndInTheDark)
               QStringLiteral("Die Datei ist nicht vorhanden."));
     EXPECT_EQ(LV().Model().headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(),
               QStringLiteral("Bezeichnung"));
-    // Both colours can be read on the dark ground, and told from each other.
+    // Both colours can be read on the dark background, and are different.
     const int ground = LV().palette().color(QPalette::Base).lightness();
     EXPECT_GT(ColourOf(1).lightness(), ground + 60);
     EXPECT_GT(ColourOf(0).lightness(), ColourOf(1).lightness() + 30);

@@ -279,7 +279,7 @@ TEST_F(FrmLyrics, TwoWindowsSideBySide)
     EXPECT_TRUE(WaitUntil([&] { return Selected(following) == "Two"; }));
     EXPECT_EQ(Selected(setting), "");
 
-    // The next song begins while the user types: the keys stay where they are.
+    // The next song begins while the user types: the keyboard stays with its window.
     const QPoint place = WindowOf(following).pos();
     PressKey("Ctrl+End");
     TypeText("Th");

@@ -38,7 +38,8 @@ protected:
     }
 };
 
-// In the families that the machine has, at sizes that give letters fractions of a pixel.
+// In the font families of the machine, at sizes in which the width of letters has fractions of a
+// pixel.
 TEST_F(MainWindowDetails, AddressIsCompleteInEveryFont)
 {
     Start();
@@ -159,7 +160,7 @@ TEST_F(MainWindowDetails, MaximisedIsRemembered)
     Start();
     window->resize(820, 560);
     AwaitPlace(*window);
-    ASSERT_TRUE(WaitUntil([&] { // the place to come back to is noted
+    ASSERT_TRUE(WaitUntil([&] { // the place to restore is stored
         return Form().normal.width == Form().window.width &&
                Form().normal.height == Form().window.height;
     }));

@@ -152,7 +152,7 @@ TEST_F(MainWindowTest, WhatIsNotBuiltIsDisabledEverywhere)
     EXPECT_EQ(enabled, QStringList()) << "nothing is registered for them";
     popup->close();
 
-    // By key it opens for all selected rows, and as often as one likes.
+    // By key it opens for all selected rows, and each time the key is pressed.
     Form().LV.SetSelected(0, true);
     LV().setFocus();
     ASSERT_TRUE(WaitUntil([] { return QApplication::focusWindow() != nullptr; }));
@@ -198,7 +198,7 @@ TEST_F(MainWindowTest, TheListsWheelPutsThePanelInFront)
     EXPECT_EQ(raised, 0);
 }
 
-// A window system that keeps to itself where a window is.
+// A window system that does not report where a window is.
 struct Placeless : platform::qt::QtWindows {
     bool KnowsPlaces() override { return false; }
 };

@@ -267,7 +267,8 @@ TEST_F(SearchWindow, TheSplitterIsGrabbedBesideIt)
     }
     tests::Click(Control("lblCloseTree"));
     ASSERT_TRUE(tests::WaitUntil([&] { return !separator.isVisible(); }));
-    EXPECT_FALSE(Control("SeparatorGrip").isVisible()); // the list's edge is the list's
+    // A click on the list's edge is for the list.
+    EXPECT_FALSE(Control("SeparatorGrip").isVisible());
     tests::PressKey("Ctrl+F");
     EXPECT_TRUE(tests::WaitUntil([this] { return Control("SeparatorGrip").isVisible(); }));
 }

@@ -46,7 +46,7 @@ TEST_F(ListViewTest, WidthsPositionsAndHiddenColumns)
     list.SetColumnWidth("Title", 1507);
     EXPECT_FALSE(view.header()->isSectionHidden(1));
     EXPECT_EQ(view.header()->sectionSize(1), 100);
-    EXPECT_EQ(list.Columns()[1].widthTwips, 1507); // not what the pixels make of it
+    EXPECT_EQ(list.Columns()[1].widthTwips, 1507); // not rounded to pixels
     list.SetColumnPosition("Path", 2);
     EXPECT_EQ(view.header()->visualIndex(2), 1);
     Fill();

@@ -121,7 +121,7 @@ TEST_F(ListViewTest, RightButtonAndMenuKeyAskForTheMenu)
     EXPECT_EQ(events, "Menu -1;");
     tests::ClickAt(*view.viewport(), Row(1));
     events.clear();
-    // The window system itself makes the request out of the key.
+    // The window system turns the key into the request for a menu.
     QProcess::execute(QStringLiteral("xdotool"), {QStringLiteral("key"), QStringLiteral("Menu")});
     EXPECT_TRUE(tests::WaitUntil([this] { return !events.empty(); }));
     EXPECT_EQ(events, "Menu 1 by key;");
@@ -173,7 +173,7 @@ TEST_F(ListViewTest, WheelAndScrollBarReportThatTheRowsMove)
     tests::Settle();
     QScrollBar &bar = *view.verticalScrollBar();
     ASSERT_GT(bar.maximum(), 0);
-    // Below the handle: a page down, with the handle left where it is.
+    // A click below the handle scrolls by a page; the handle is not dragged.
     tests::ClickAt(bar, {bar.width() / 2, bar.height() - bar.width() - 3});
     EXPECT_EQ(told.substr(0, 4), "bar ");
     EXPECT_GT(bar.value(), 0);

@@ -1,5 +1,5 @@
-// The way of a user with the real player: from a click on an artist and a double click on a song to
-// the line that is sung, position by position; and setting the times of a song while it plays.
+// What a user does with the real player: clicks an artist, double-clicks a song, and follows the
+// line that is sung, position by position; and sets the times of a song while it plays.
 #include "tests/lyrics/lyricsfixture.h"
 #include "tests/windows/lyricsroad.h"
 
@@ -23,7 +23,7 @@ using lyrics::LyricsForm;
 constexpr int kLatestMs = 500;
 constexpr int kSongSeconds = 12;
 constexpr int kPollMs = 40;
-constexpr int kStallMs = 400; // a machine that lets nothing run for so long measures nothing
+constexpr int kStallMs = 400; // after a longer time without a look, nothing was measured
 
 std::string Mark(int second)
 {
@@ -35,7 +35,7 @@ std::string Mark(int second)
 // What was seen of the highlight while a song played once.
 struct Followed {
     int firstLine = -1;        // its window opens first: its limit is that of the double click
-    std::map<int, int> lateMs; // by line, behind the player's clock; the first look at it
+    std::map<int, int> lateMs; // by line: from the player's clock to the first look that saw it
     int worstEarlyMs = 0;
     int endMs = 0;   // the last position of the player's clock
     int stallMs = 0; // the longest time without a look

@@ -21,9 +21,9 @@ class LyricsScripts : public LyricsBoxTest
 protected:
     LyricsScripts() : LyricsBoxTest(metadata::TextKind::Utf8) {}
 
-    // As the box has it: a line ends with two characters.
+    // The shown text with the line ends of the box, which are two characters.
     std::string ShownAsKept() const { return runtime::Replace(Shown(), "\n", "\r\n"); }
-    // What the box takes for selected.
+    // The selected text, as the box has it.
     std::string Noted() const
     {
         const std::size_t start = box.OffsetOf(box.SelStart());
@@ -78,7 +78,7 @@ TEST_F(LyricsScripts, KeysMoveAndDeleteWholeCharacters)
     EXPECT_EQ(ShownAsKept(), box.Text());
 }
 
-// Two characters that share one of their two units: the document must never hold half of one.
+// Two characters that share one of their two units: the document must never contain half of one.
 TEST_F(LyricsScripts, ATextIsReplacedByOneThatSharesUnits)
 {
     for (const char *text : {"a😀b", "a😁b", "a🎵b", "a😀😁b", "a😁b", "😀", "🀀", "ab", "a😀b"}) {
@@ -92,7 +92,7 @@ TEST_F(LyricsScripts, ATextIsReplacedByOneThatSharesUnits)
     EXPECT_EQ(Noted(), "\r");
 }
 
-// Whatever keys come: the box holds what the view shows, and valid text.
+// Whatever keys are pressed: the text of the box is what the view shows, and it is valid UTF-8.
 TEST_F(LyricsScripts, AnyKeysKeepBoxAndViewAlike)
 {
     std::mt19937 random(20261122);

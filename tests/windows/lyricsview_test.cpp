@@ -24,7 +24,7 @@ TEST_F(LyricsView, TypingChangesTheBytesThereAndNoOthers)
 {
     const std::string before = "One\r\nT\xE9st\xA0x\nThree\rFour\r\n"; // every kind of break
     box.SetText(before);
-    EXPECT_EQ(Shown(), "One\nT\u00E9st x\nThree\nFour\n"); // the toolkit gives its blank
+    EXPECT_EQ(Shown(), "One\nT\u00E9st x\nThree\nFour\n"); // the toolkit returns a usual blank
     PressKey("Down");
     PressKey("End");
     EXPECT_EQ(box.SelStart(), 11);
@@ -97,7 +97,7 @@ TEST_F(LyricsView, SelectionsGoBothWays)
     EXPECT_EQ(box.SelStart(), 17);
 }
 
-// What logic does with a change of the text shows at once, while the key that made it is at work.
+// When logic changes the text because of a key, the view shows that while the key is still handled.
 TEST_F(LyricsView, LogicMayAnswerAnEdit)
 {
     bool answering = false;
@@ -181,7 +181,7 @@ TEST_F(LyricsView, FollowsItsControl)
     box.SetPlace({150, 300, 3000, 1500});
     EXPECT_EQ(view->geometry(), QRect(10, 20, 200, 100));
     box.SetEnabled(false);
-    box.SetEnabled(true); // as parsing does: the keyboard never leaves
+    box.SetEnabled(true); // as parsing does: the focus stays
     Settle();
     EXPECT_TRUE(view->hasFocus());
     box.SetEnabled(false);

@@ -71,7 +71,7 @@ protected:
         ended = false;
     }
 
-    // Takes the window away, as the end of the process does.
+    // Destroys the window, as the end of the process does.
     void Leave()
     {
         window.reset();

@@ -33,7 +33,7 @@ int HeightOfOneLayout(QString text, int width, const QFont &font)
     return static_cast<int>(std::ceil(height));
 }
 
-// `count` of the characters that `pick` gives.
+// `count` of the characters that `pick` returns.
 QString Made(qsizetype count, const std::function<char32_t(std::mt19937 &)> &pick)
 {
     std::mt19937 random(1);
@@ -53,7 +53,7 @@ char32_t OneOf(std::u32string_view characters, std::mt19937 &random)
 struct Kind {
     const char *name;
     std::function<char32_t(std::mt19937 &)> pick;
-    // Else lines hold more characters than are laid out at once, or depend on the one before.
+    // False: a line has more characters than are laid out at once, or depends on the line before.
     bool linesAreApart = true;
 };
 

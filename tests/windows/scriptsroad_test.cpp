@@ -1,6 +1,6 @@
-// The way of a user with songs in Japanese, Russian, Arabic and emoji: the folder is read, the
-// offer of Unicode tags accepted, the songs are browsed, found, edited, duplicated, exported,
-// played by the real player, and their lyrics followed and marked.
+// What a user does with songs in Japanese, Russian, Arabic and emoji: the folder is read, the offer
+// of Unicode tags accepted, the songs are browsed, found, edited, duplicated, exported, played by
+// the real player, and their lyrics followed and marked.
 #include "browser/exportfiles.h"
 #include "browser/filecommands.h"
 #include "browser/form/commandstate.h"

@@ -1,5 +1,5 @@
-// silentfolders: preloaded into a program (LD_PRELOAD), lets nothing that asks about a folder named
-// "silent disk", or about what is in it, ever return, as a disk that does not answer does.
+// silentfolders: preloaded into a program (LD_PRELOAD), makes each call that asks about a folder
+// named "silent disk", or about what is in it, wait for ever, as with a disk that does not answer.
 //
 //   LD_PRELOAD=libsilentfolders.so quenlin
 
@@ -23,7 +23,7 @@ void WaitWhereSilent(const char *path)
             pause();
 }
 
-// The procedure of that name behind this library.
+// The procedure of that name that the one in this library replaces.
 template <class Procedure>
 Procedure *Next(const char *name)
 {
@@ -34,7 +34,7 @@ Procedure *Next(const char *name)
 
 extern "C" {
 
-// NOLINTBEGIN(cert-dcl50-cpp): the system's own procedures take their mode that way
+// NOLINTBEGIN(cert-dcl50-cpp): the C library's procedures take their mode that way
 int open(const char *path, int flags, ...)
 {
     va_list more;

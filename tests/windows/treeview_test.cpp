@@ -115,7 +115,7 @@ TEST_F(TreeViewTest, APressThatIsLetGoElsewhereIsNoClick)
     };
     const auto marked = [this] { return ui::qt::TreeModel::NodeAt(view.currentIndex()); };
     mouse(QEvent::MouseButtonPress, TextOf("ByArtist"));
-    EXPECT_EQ(marked(), tree.Find("ByArtist")); // under the finger
+    EXPECT_EQ(marked(), tree.Find("ByArtist")); // while the button is pressed
     mouse(QEvent::MouseMove, TextOf("ByYear"));
     EXPECT_EQ(marked(), tree.Find("ByArtist"));
     mouse(QEvent::MouseButtonRelease, TextOf("ByYear"));

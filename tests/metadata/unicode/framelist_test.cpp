@@ -94,7 +94,8 @@ TEST(ReadFrames, ExtendedHeader)
     EXPECT_EQ(Listed(TagOf(3, BigEndian(0xFFFFFFFF, 4) + std::string(6, '\0') + frame23, 0x40)),
               "");
     EXPECT_EQ(Listed(TagOf(3, "\0\0"s, 0x40)), "");
-    EXPECT_EQ(Listed(TagOf(3, frame23, 0x40)), "TIT2=abc"); // announced, and not there
+    // The header announces it, but it is missing.
+    EXPECT_EQ(Listed(TagOf(3, frame23, 0x40)), "TIT2=abc");
     const std::string frame24 = Frame24("TIT2", "abc");
     EXPECT_EQ(Listed(TagOf(4, frame24, 0x40)), "TIT2=abc");
     // With a CRC of five bytes and restrictions of one (2.4, section 3.2, flags c and d).

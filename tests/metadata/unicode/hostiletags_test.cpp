@@ -1,5 +1,6 @@
-// Tags that are cut off, claim too much, lead in circles or are made to exhaust the machine: they
-// are read and edited within bounds, the audio is kept, and what is refused stays as it is.
+// Tags that are cut off, have sizes that are too large, refer to each other in circles, or are made
+// to exhaust the machine: they are read and edited within bounds, the audio is kept, and what is
+// refused stays as it is.
 #include "metadata/unicode/textvalues.h"
 #include "tests/metadata/unicode/tagbytes.h"
 #include "tests/metadata/unicode/taginmemory.h"
@@ -52,8 +53,8 @@ void NewTitle(TagTexts &texts)
     texts.title = "New";
 }
 
-// Edits the title: a tag that claims more than the file has is refused, any other one gets it and
-// keeps the audio, unless a part of it is counted among what is lost.
+// Edits the title. A tag that is larger than the file, by its header, is refused. Any other one
+// gets the title, and the audio is kept, unless a part of it is listed among what is lost.
 void ExpectSafeEdit(const std::string &song, std::string_view audio)
 {
     const auto edited = EditInMemory(song, NewTitle);
@@ -103,7 +104,8 @@ TEST(HostileTags, EveryByteAtItsEnds)
     }
 }
 
-// Source: version 2.4, section 4.29: a SEEK frame leads from the tag's end forward.
+// Source: version 2.4, section 4.29: a SEEK frame has the offset of another tag, from the end of
+// its own tag.
 TEST(HostileTags, NoCircles)
 {
     const std::string toItself = TagOf(4, Text24("TIT2", "a") + Frame24("SEEK", BigEndian(0, 4)));
@@ -119,7 +121,7 @@ TEST(HostileTags, NoCircles)
     BytesInMemory file(many);
     EXPECT_EQ(ReadTagTexts(file, {}).value_or(TagTexts()).title, "a");
     EXPECT_LT(file.bytesRead, 17 * 60);
-    // A footer that claims the tag in front, or the whole file.
+    // A footer whose size includes the tag at the start, or the whole file.
     const std::string claims =
         "3DI\x04\0\x10"s +
         BigEndian(static_cast<std::uint32_t>(toItself.size() + kSomeAudio.size() - 10), 4, 7);
@@ -143,7 +145,7 @@ TEST(HostileTags, TagsBehindTags)
     const auto tag = [](std::string_view name, std::string_view text, unsigned flags) {
         return TagOf(4, Text24(name, text), flags);
     };
-    // A tag right behind one that leads elsewhere, and two at the end: all of them are taken in.
+    // A tag directly after one with a SEEK frame, and two tags at the end: all of them are joined.
     const std::string song = TagOf(4, Text24("TIT2", "Old") + Frame24("SEEK", BigEndian(300, 4))) +
                              tag("TPE1", "two", 0) + kSomeAudio + tag("TALB", "three", 0x10) +
                              tag("TCON", "four", 0x10) + kId3v1;
@@ -158,7 +160,7 @@ TEST(HostileTags, TagsBehindTags)
                                 kSomeAudio + kId3v1);
 }
 
-// Two tags at the end that a SEEK frame leads to, which come in the other order.
+// Two tags at the end of the file that SEEK frames refer to, in the reverse order.
 TEST(HostileTags, SoughtTagsAtTheEnd)
 {
     const auto seek = BigEndian(static_cast<std::uint32_t>(kSomeAudio.size()), 4);
@@ -171,7 +173,8 @@ TEST(HostileTags, SoughtTagsAtTheEnd)
                   kSomeAudio + kId3v1);
 }
 
-// A size is read as a plain number where it is no other; more than a tag can have is damage.
+// A size that is not in groups of 7 bits is read as a plain number; more than a tag can have is
+// damage.
 TEST(HostileTags, ATagThatClaimsMoreThanTagsHave)
 {
     const TagHeader header{3, 0, 0xFFFFFFFF};
@@ -192,7 +195,7 @@ TEST(HostileTags, BombsAreBoundedTogether)
     ASSERT_TRUE(header.has_value());
     const FrameList list = ReadFrames(*header, tag);
     EXPECT_EQ(list.frames.size(), 101U);
-    // Each frame behind the bound is tried up to the first piece that is too much.
+    // Of each frame after the limit was reached, one piece is unpacked at most.
     EXPECT_LT(list.unpackedBytes, kMaxUnpackedInTag + 100 * 16384 + 1);
     EXPECT_FALSE(FrameContent(list.frames[0])->empty());
     EXPECT_FALSE(FrameContent(list.frames[99]).has_value());
@@ -203,7 +206,7 @@ TEST(HostileTags, BombsAreBoundedTogether)
     EXPECT_LT(edited.bytes.size(), tag.size() + kSomeAudio.size() + 100);
 }
 
-// Chapters that hold packed chapters that hold bombs.
+// Chapters that contain packed chapters that contain bombs.
 TEST(HostileTags, BombsWithinBombs)
 {
     std::string frames = Packed24("TIT2", "\x03"s + std::string(kMaxUnpackedBytes - 1, '\0'));
@@ -233,7 +236,7 @@ TEST(HostileTags, ManyFramesAndManyValues)
     EXPECT_EQ(ReadFrames(*header, tag).frames.size(), kMostFrames);
     const auto edited = EditInMemory(tag + kSomeAudio, NewTitle);
     EXPECT_EQ(edited.bytes.size(),
-              tag.size() + kSomeAudio.size()); // the frames behind stay as well
+              tag.size() + kSomeAudio.size()); // the frames after it stay as well
     EXPECT_EQ(edited.bytes.substr(24), (tag + kSomeAudio).substr(24));
 
     std::string values;
@@ -242,7 +245,7 @@ TEST(HostileTags, ManyFramesAndManyValues)
     const TagTexts texts = TextsOf(TagOf(4, Text24("TIT2", values) + Text24("TCON", values)));
     EXPECT_EQ(texts.title.value_or("").size(), kMostValues + 2 * (kMostValues - 1));
     EXPECT_EQ(texts.genre.value_or("").size(), kMostValues + 2 * (kMostValues - 1));
-    // People: more than are taken apart keep their frame.
+    // A list of people with more entries than are split keeps its frame.
     const std::string people = TagOf(4, Text24("TIT2", "Old") + Text24("TIPL", values));
     const auto kept = EditInMemory(people + kSomeAudio, NewTitle);
     EXPECT_NE(kept.bytes.find("TIPL"), std::string::npos);

@@ -60,7 +60,7 @@ const std::array<std::string, 6> kOfOthers = {
 
 } // namespace
 
-// Each field, with the other frames in front of and behind its own, byte by byte.
+// Each field, with the other frames before and after its own, byte by byte.
 TEST(KeptFrames, Version23KeepsEachByte)
 {
     const std::string padding(41, '\0');
@@ -85,7 +85,7 @@ TEST(KeptFrames, Version23KeepsEachByte)
     }
 }
 
-// A change that the tag can hold in part only: it is written once.
+// A change that the tag can store only in part: it is written once.
 TEST(KeptFrames, WhatIsReadOtherwiseIsNotWrittenTwice)
 {
     const std::string old = TagOf(3, Frame23("TIT2", "\0Old"s)) + kSomeAudio;
@@ -129,7 +129,7 @@ TEST(KeptFrames, DatesThatATagHasInBothForms)
     EXPECT_EQ(
         EditInMemory(day, year).bytes,
         want("Old", text("TDAT", "0102") + text("TYER", "2010") + text("TDRC", "2010-05-06")));
-    // Words in the place of a year take no day with them.
+    // Words instead of a year are written without the day.
     const std::string plain = song(Text24("TDRC", "2004-05-06"));
     const auto words = EditInMemory(plain, [](TagTexts &texts) { texts.year = "soon"; });
     EXPECT_EQ(words.bytes, want("Old", text("TYER", "soon")));
@@ -145,7 +145,7 @@ TEST(KeptFrames, DatesThatATagHasInBothForms)
 TEST(KeptFrames, OddFramesOfVersion24)
 {
     const auto title = [](TagTexts &texts) { texts.title = "New"; };
-    // A name of three letters keeps its fourth character, and what is behind it its place.
+    // A name of three letters keeps its fourth character, and the frames after it keep their place.
     const std::string three =
         TagOf(4, Text24("TIT2", "Old") + Frame24("ABC\0"s, "x") + Frame24("PRIV", "o\0y"s)) +
         kSomeAudio;
@@ -159,7 +159,7 @@ TEST(KeptFrames, OddFramesOfVersion24)
     const auto edited = EditInMemory(cut, title);
     EXPECT_EQ(edited.plan.lost, std::vector<std::string>{"TALB"});
     EXPECT_EQ(TextsOf(edited.bytes).album, std::nullopt);
-    // Encrypted: the bytes stay, with their method (2.3, section 3.3.1: behind the flags).
+    // Encrypted: the bytes stay, with their method (2.3, section 3.3.1: after the flags).
     const std::string secret =
         TagOf(4, Text24("TIT2", "Old") + Frame24("TPE1", "g\x07secret", 0x44)) + kSomeAudio;
     EXPECT_EQ(EditInMemory(secret, title).bytes,

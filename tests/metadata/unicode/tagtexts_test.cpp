@@ -204,7 +204,7 @@ TEST(ReadTagTexts, SeveralTags)
     EXPECT_EQ(TextsOf(many + one).title, std::nullopt); // the 101st
 }
 
-// A comment's text without a byte order mark takes that of its description.
+// A comment's text without a byte order mark has the byte order of its description.
 TEST(ReadTagTexts, TheOrderOfADescription)
 {
     const auto comment = [](std::string_view description, std::string_view text) {
@@ -228,7 +228,8 @@ TEST(ReadTagTexts, NothingWithoutTags)
     EXPECT_EQ(TextsOf(TagOf(3, Frame23("TIT2", "\0"sv))), TagTexts{});
 }
 
-// Any cut and any changed byte: an answer, without a fault of memory (the sanitizers look on).
+// Any cut and any changed byte: there is a result, and no memory error, which the sanitizers would
+// report.
 TEST(ReadTagTexts, DamagedAnywhere)
 {
     const std::string whole =
@@ -241,7 +242,7 @@ TEST(ReadTagTexts, DamagedAnywhere)
               0x10);
     const TagTexts intact = TextsOf(whole);
     ASSERT_EQ(intact.genre, "x; Rock");
-    constexpr std::size_t kTitleEnd = 10 + 10 + 5; // behind the headers of tag and frame
+    constexpr std::size_t kTitleEnd = 10 + 10 + 5; // after the headers of tag and frame
     for (std::size_t size = 0; size < whole.size(); ++size) {
         const TagTexts cut = TextsOf(whole.substr(0, size));
         EXPECT_EQ(cut.title, size >= kTitleEnd ? intact.title : std::nullopt) << size;
