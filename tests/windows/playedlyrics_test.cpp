@@ -1,7 +1,7 @@
 // What a user does with the real player: clicks an artist, double-clicks a song, and follows the
 // line that is sung, position by position; and sets the times of a song while it plays.
 #include "tests/lyrics/lyricsfixture.h"
-#include "tests/windows/lyricsroad.h"
+#include "tests/windows/playedlyrics.h"
 
 #include <gtest/gtest.h>
 
@@ -41,7 +41,7 @@ struct Followed {
     int stallMs = 0; // the longest time without a look
 };
 
-class LyricsFollowed : public LyricsRoad
+class LyricsFollowed : public PlayedLyrics
 {
 protected:
     // The line, "line 7", that is highlighted; -1 for none.
@@ -155,7 +155,7 @@ TEST_F(LyricsFollowed, EveryLineOfASongAtItsTime)
                 fastest, worst, seen.worstEarlyMs, seen.endMs);
 }
 
-TEST_F(LyricsRoad, TimesAreThoseOfThePlayersClockAndSavedWhileItPlays)
+TEST_F(PlayedLyrics, TimesAreThoseOfThePlayersClockAndSavedWhileItPlays)
 {
     const std::string song = WriteSong(40, "One\r\nTwo\r\nThree\r\n");
     const std::string before = ReadFile(song);

@@ -12,7 +12,7 @@
 #include "tagedit/editcommands.h"
 #include "tests/lyrics/lyricsfixture.h"
 #include "tests/support/scriptsongs.h"
-#include "tests/windows/lyricsroad.h"
+#include "tests/windows/playedlyrics.h"
 
 #include <gtest/gtest.h>
 
@@ -35,11 +35,11 @@ constexpr std::array kSongs = {kJapanese, kRussian, kArabic, kEmoji};
 constexpr int kSecondsOfSong = 25;
 constexpr int kSlowMs = 30'000; // for what may take long on a busy machine
 
-class ScriptsRoad : public LyricsRoad
+class PlayedScripts : public PlayedLyrics
 {
 protected:
-    ScriptsRoad() { metadata::TheTagWriterHooks().updateCatalogue = catalogue::UpdateEditedTags; }
-    ~ScriptsRoad() override
+    PlayedScripts() { metadata::TheTagWriterHooks().updateCatalogue = catalogue::UpdateEditedTags; }
+    ~PlayedScripts() override
     {
         m_searchWindow.reset();
         search::ResetSearchForm();
@@ -173,7 +173,7 @@ private:
     std::unique_ptr<search::frmSearchWindow> m_searchWindow;
 };
 
-TEST_F(ScriptsRoad, FromTheOfferToTheEditedAndExportedFile)
+TEST_F(PlayedScripts, FromTheOfferToTheEditedAndExportedFile)
 {
     StartOverSongs();
     ReadFolder("cmdYes");
@@ -256,7 +256,7 @@ TEST_F(ScriptsRoad, FromTheOfferToTheEditedAndExportedFile)
     EXPECT_EQ(ReadFile(target + "/" + Name(kJapanese)), ReadFile(Song(Name(kJapanese))));
 }
 
-TEST_F(ScriptsRoad, PlayedAndSungLineByLine)
+TEST_F(PlayedScripts, PlayedAndSungLineByLine)
 {
     real.Start();
     StartOverSongs();
@@ -308,7 +308,7 @@ TEST_F(ScriptsRoad, PlayedAndSungLineByLine)
 }
 
 // Declined, nothing changes; and it is not asked again.
-TEST_F(ScriptsRoad, DeclinedItIsNotAskedAgain)
+TEST_F(PlayedScripts, DeclinedItIsNotAskedAgain)
 {
     StartOverSongs();
     ReadFolder("cmdNo", true);

@@ -1,4 +1,4 @@
-// tests/windows/lyricsroad.h - the main window, the windows of lyrics and the real player.
+// tests/windows/playedlyrics.h - the main window, the windows of lyrics and the real player.
 #pragma once
 
 #include "lyrics/frmLyricsView.h"
@@ -25,10 +25,10 @@
 namespace tests
 {
 
-class LyricsRoad : public MainWindowTest
+class PlayedLyrics : public MainWindowTest
 {
 protected:
-    LyricsRoad()
+    PlayedLyrics()
     {
         platform::TheMachine().clock = &m_clock;
         platform::TheMachine().player = &m_port;
@@ -36,7 +36,7 @@ protected:
         metadata::TheTagWriterHooks().releasePlayingFile = player::ReleasePlayingFile;
         metadata::TheTagWriterHooks().restorePlayingFile = player::RestorePlayingFile;
     }
-    ~LyricsRoad() override
+    ~PlayedLyrics() override
     {
         lyrics::ForgetForms();
         Settle(); // closed windows go with the next event
