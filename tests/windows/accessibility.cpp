@@ -1,7 +1,8 @@
-#include "tests/windows/bench.h"
+#include "tests/windows/accessibility.h"
 
 #include <QAccessible>
 #include <QMetaEnum>
+#include <algorithm>
 
 namespace tests
 {

@@ -31,6 +31,7 @@
 #include "tests/support/recordingplayer.h"
 #include "tests/support/scripteddesktop.h"
 #include "tests/support/testfolder.h"
+#include "tests/windows/accessibility.h"
 #include "tests/windows/look.h"
 #include "tests/windows/sampleform.h"
 #include "ui/boxforms.h"

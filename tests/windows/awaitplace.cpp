@@ -1,3 +1,5 @@
+#include "tests/windows/awaitplace.h"
+
 #include "tests/windows/bench.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,5 @@
 // tests/windows/bench.h - shared by the tests of windows: finds controls by name, sends keys and
-// mouse events through the window system, waits for conditions, makes screenshots, and lists what a
-// screen reader finds.
+// mouse events through the window system, waits for conditions, and makes screenshots.
 //
 // The programs run under tests/windows/run_windowed: a separate display, window manager, D-Bus
 // session and home folder. Suites whose names end with "Scaled" run a second time at 200 percent.
@@ -51,9 +50,6 @@ void ShowAndActivate(QWidget &window);
 // windows. Does not wait for the window system; WaitUntil and AwaitPlace do.
 void Settle();
 
-// Waits until the window system has put the window at its place, or has reported another place.
-void AwaitPlace(QWidget &window);
-
 // Waits until the timer has had so many ticks.
 void AwaitTicks(ui::Timer &timer, int count);
 
@@ -95,9 +91,5 @@ void KeepPainted(QWidget &window, const std::string &name);
 
 // The picture that KeepScreenshot would keep.
 QImage Screenshot(QWidget &window);
-
-// Every control, row and node under the window that a screen reader could not name: one line each,
-// "role at path". Empty when all have a name and a role. Rows are looked at up to `maxRows` a view.
-std::vector<std::string> NamelessControls(QWidget &window, int maxRows = 50);
 
 } // namespace tests

@@ -1,5 +1,6 @@
 // The procedures of bench.h themselves: they find what they are made to find.
 #include "tests/support/scripteddesktop.h"
+#include "tests/windows/accessibility.h"
 #include "tests/windows/bench.h"
 
 #include <gtest/gtest-spi.h>

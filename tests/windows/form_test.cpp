@@ -1,4 +1,5 @@
 // Windows that are built from a form: every kind of control by mouse and keys, Enter, Escape, Tab.
+#include "tests/windows/accessibility.h"
 #include "tests/windows/sampleform.h"
 
 namespace tests

@@ -1,5 +1,6 @@
 // Windows that are built from a form: modal and not, their end, their places.
 #include "platform/qt/modalwait.h"
+#include "tests/windows/awaitplace.h"
 #include "tests/windows/sampleform.h"
 
 namespace tests

@@ -8,6 +8,7 @@
 #include "tagedit/editcommands.h"
 #include "tagedit/tageditor.h"
 #include "tests/support/mp3bytes.h"
+#include "tests/windows/accessibility.h"
 #include "tests/windows/mainwindowfixture.h"
 #include "ui/qt/form.h"
 

@@ -8,6 +8,7 @@
 #include "platform/qt/theme.h"
 #include "runtime/error.h"
 #include "tests/support/mp3bytes.h"
+#include "tests/windows/accessibility.h"
 #include "tests/windows/mainwindowfixture.h"
 #include "ui/qt/form.h"
 

@@ -6,6 +6,8 @@
 #include "platform/qt/qtdesktop.h"
 #include "shell/globals.h"
 #include "tests/support/fakeports.h"
+#include "tests/windows/accessibility.h"
+#include "tests/windows/awaitplace.h"
 #include "tests/windows/sampleform.h"
 #include "ui/qt/helpkey.h"
 

@@ -3,6 +3,7 @@
 #include "browser/form/commandstate.h"
 #include "browser/itemlist.h"
 #include "tests/support/mp3bytes.h"
+#include "tests/windows/awaitplace.h"
 #include "tests/windows/mainwindowfixture.h"
 #include "ui/qt/widgets/elidedlabel.h"
 

@@ -1,6 +1,8 @@
 // The main window's look: names for screen readers, themes, scales, small and large contents.
 #include "browser/webpanel.h"
 #include "platform/qt/theme.h"
+#include "tests/windows/accessibility.h"
+#include "tests/windows/awaitplace.h"
 #include "tests/windows/look.h"
 #include "tests/windows/mainwindowfixture.h"
 

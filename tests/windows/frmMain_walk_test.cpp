@@ -1,5 +1,6 @@
 // The main window as a user walks through it, by mouse and keys.
 #include "catalogue/regeneration.h"
+#include "tests/windows/awaitplace.h"
 #include "tests/windows/mainwindowfixture.h"
 
 #include <gtest/gtest.h>

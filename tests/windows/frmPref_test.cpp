@@ -7,6 +7,7 @@
 #include "platform/posix/systemclock.h"
 #include "shell/preferences/preferences.h"
 #include "shell/settings.h"
+#include "tests/windows/accessibility.h"
 #include "tests/windows/mainwindowfixture.h"
 #include "ui/qt/form.h"
 

@@ -5,6 +5,7 @@
 #include "catalogue/rowgroups.h"
 #include "search/frmSearch.h"
 #include "search/install.h"
+#include "tests/windows/awaitplace.h"
 #include "tests/windows/mainwindowfixture.h"
 
 #include <QCheckBox>

@@ -8,6 +8,7 @@
 #include "tests/support/memorysettings.h"
 #include "tests/support/scripteddesktop.h"
 #include "tests/support/testfolder.h"
+#include "tests/windows/accessibility.h"
 #include "tests/windows/bench.h"
 #include "ui/qt/form.h"
 

@@ -1,4 +1,5 @@
 // What the list view shows: columns, texts, tips, the hint, and when it is painted.
+#include "tests/windows/accessibility.h"
 #include "tests/windows/listviewfixture.h"
 
 #include <QElapsedTimer>

@@ -2,6 +2,7 @@
 
 #include "platform/qt/theme.h"
 #include "shell/globals.h"
+#include "tests/windows/accessibility.h"
 #include "tests/windows/bench.h"
 
 #include <gtest/gtest.h>

@@ -10,6 +10,7 @@
 #include "tests/online/recordedweb.h"
 #include "tests/support/libraryfixture.h"
 #include "tests/support/memorysettings.h"
+#include "tests/windows/accessibility.h"
 #include "tests/windows/bench.h"
 #include "ui/qt/form.h"
 

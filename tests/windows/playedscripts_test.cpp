@@ -12,6 +12,7 @@
 #include "tagedit/editcommands.h"
 #include "tests/lyrics/lyricsfixture.h"
 #include "tests/support/scriptsongs.h"
+#include "tests/windows/accessibility.h"
 #include "tests/windows/playedlyrics.h"
 
 #include <gtest/gtest.h>

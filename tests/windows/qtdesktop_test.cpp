@@ -4,6 +4,7 @@
 #include "platform/qt/text.h"
 #include "platform/qt/toolkitlanguage.h"
 #include "tests/support/testfolder.h"
+#include "tests/windows/accessibility.h"
 #include "tests/windows/bench.h"
 #include "ui/qt/form.h"
 

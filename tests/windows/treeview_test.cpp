@@ -1,3 +1,4 @@
+#include "tests/windows/accessibility.h"
 #include "tests/windows/bench.h"
 #include "ui/qt/icons.h"
 #include "ui/qt/views/treeview.h"
