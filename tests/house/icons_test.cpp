@@ -39,8 +39,8 @@ QImage Draw(const QString &resource, int size)
     return image;
 }
 
-// The share of pixels that an icon covers, and the strongest contrast of one of them with `ground`
-// (ratio of luminances as accessibility guidelines count it, 1 to 21).
+// The share of pixels that an icon covers, and the strongest contrast of one of them with
+// `background` (ratio of luminances as accessibility guidelines count it, 1 to 21).
 struct Look {
     double covered = 0;
     double contrast = 1;
@@ -55,7 +55,7 @@ double Luminance(const QColor &colour)
            0.0722 * linear(colour.blueF());
 }
 
-Look LookAt(const QImage &image, const QColor &ground)
+Look LookAt(const QImage &image, const QColor &background)
 {
     Look look;
     for (int y = 0; y < image.height(); ++y)
@@ -67,7 +67,7 @@ Look LookAt(const QImage &image, const QColor &ground)
             if (pixel.alpha() < 200)
                 continue;
             const double a = Luminance(pixel) + 0.05;
-            const double b = Luminance(ground) + 0.05;
+            const double b = Luminance(background) + 0.05;
             look.contrast = std::max(look.contrast, a > b ? a / b : b / a);
         }
     return look;

@@ -135,8 +135,8 @@ TEST_F(PlayListsScaled, AnOpenListInGermanAndInTheDark)
     EXPECT_EQ(LV().Model().headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(),
               QStringLiteral("Bezeichnung"));
     // Both colours can be read on the dark background, and are different.
-    const int ground = LV().palette().color(QPalette::Base).lightness();
-    EXPECT_GT(ColourOf(1).lightness(), ground + 60);
+    const int background = LV().palette().color(QPalette::Base).lightness();
+    EXPECT_GT(ColourOf(1).lightness(), background + 60);
     EXPECT_GT(ColourOf(0).lightness(), ColourOf(1).lightness() + 30);
     platform::qt::ApplyPalette(false);
     shell::TheGlobals().LanguageFilePath.clear();

@@ -41,15 +41,15 @@ double Contrast(const QColor &a, const QColor &b)
     return std::max(first, second) / std::min(first, second);
 }
 
-// The highest contrast with `ground` that a pixel of the picture's part has.
-double HighestContrast(const QImage &picture, const QRect &part, const QColor &ground)
+// The highest contrast with `background` that a pixel of the picture's part has.
+double HighestContrast(const QImage &picture, const QRect &part, const QColor &background)
 {
     double highest = 1;
     const QRect within = part & picture.rect();
     for (int y = within.top(); y <= within.bottom(); ++y)
         for (int x = within.left(); x <= within.right(); ++x)
             if (const QColor colour = picture.pixelColor(x, y); colour.alpha() > 128)
-                highest = std::max(highest, Contrast(colour, ground));
+                highest = std::max(highest, Contrast(colour, background));
     return highest;
 }
 
@@ -61,7 +61,7 @@ protected:
     ~OwnLook() override { platform::qt::ApplyPalette(false); }
 
     static QPalette Palette() { return QApplication::palette(); }
-    static QColor Ground() { return Palette().color(QPalette::Window); }
+    static QColor Background() { return Palette().color(QPalette::Window); }
 };
 
 TEST_P(OwnLook, AnEmptyBoxIsSeen)
@@ -74,7 +74,7 @@ TEST_P(OwnLook, AnEmptyBoxIsSeen)
     window.resize(60, 80);
     const QImage picture = window.grab().toImage();
     for (const QAbstractButton *box : boxes)
-        EXPECT_GE(HighestContrast(picture, box->geometry(), Ground()), 3)
+        EXPECT_GE(HighestContrast(picture, box->geometry(), Background()), 3)
             << box->metaObject()->className();
 }
 
@@ -86,10 +86,11 @@ TEST_P(OwnLook, ADisabledIconHasTheContrastOfItsText)
         ASSERT_FALSE(icon.isNull()) << key;
         const QImage disabled = icon.pixmap(QSize(24, 24), 1.0, QIcon::Disabled).toImage();
         const QImage enabled = icon.pixmap(QSize(24, 24), 1.0, QIcon::Normal).toImage();
-        EXPECT_NEAR(HighestContrast(disabled, disabled.rect(), Ground()), Contrast(faint, Ground()),
-                    0.7)
+        EXPECT_NEAR(HighestContrast(disabled, disabled.rect(), Background()),
+                    Contrast(faint, Background()), 0.7)
             << key;
-        EXPECT_GT(HighestContrast(enabled, enabled.rect(), Ground()), Contrast(faint, Ground()) + 2)
+        EXPECT_GT(HighestContrast(enabled, enabled.rect(), Background()),
+                  Contrast(faint, Background()) + 2)
             << key;
     }
 }
@@ -108,7 +109,7 @@ TEST_P(OwnLook, AMenuHasABorderAndItsRulesAreSeen)
     for (const QPoint at : {QPoint(0, 5), QPoint(picture.width() - 1, 5), QPoint(5, 0),
                             QPoint(5, picture.height() - 1)}) {
         EXPECT_GE(Contrast(picture.pixelColor(at), within), 1.7) << at.x() << "," << at.y();
-        EXPECT_GE(Contrast(picture.pixelColor(at), Ground()), 1.6) << at.x() << "," << at.y();
+        EXPECT_GE(Contrast(picture.pixelColor(at), Background()), 1.6) << at.x() << "," << at.y();
     }
     const QRect line = menu.actionGeometry(rule).adjusted(10, 0, -10, 0);
     EXPECT_GE(HighestContrast(picture, line, within), 1.7);
@@ -174,7 +175,7 @@ TEST_P(OwnLook, TheBarIsThinAndKeepsItsColour)
     const QImage picture = bar.grab().toImage(); // of a window that is not active
     EXPECT_EQ(picture.pixelColor(25, 10).name(), blue.name());
     EXPECT_NE(picture.pixelColor(75, 10).name(), blue.name());
-    EXPECT_EQ(picture.pixelColor(25, 2).name(), Ground().name()) << "thin";
+    EXPECT_EQ(picture.pixelColor(25, 2).name(), Background().name()) << "thin";
     QWidget page;
     auto &rule = *new ui::qt::PageRule(&page);
     rule.resize(100, 4);

@@ -85,8 +85,8 @@ TEST_F(ThemeTest, WithoutPortalThePaletteCounts)
 
 TEST_F(ThemeTest, ASelectedRowsIconIsTheDrawingForItsBackground)
 {
-    const auto drawn = [](const char *ground) {
-        return QIcon(QStringLiteral(":/icons/%1/open.svg").arg(QLatin1String(ground)))
+    const auto drawn = [](const char *theme) {
+        return QIcon(QStringLiteral(":/icons/%1/open.svg").arg(QLatin1String(theme)))
             .pixmap(QSize(16, 16), 1.0)
             .toImage();
     };

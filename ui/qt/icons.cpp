@@ -26,9 +26,9 @@ namespace
 QPixmap Faded(const QPixmap &drawn)
 {
     const QPalette palette = QGuiApplication::palette();
-    const QColor ground = palette.color(QPalette::Window);
+    const QColor window = palette.color(QPalette::Window);
     const QColor faint = palette.color(QPalette::Disabled, QPalette::WindowText);
-    const int from = qGray(ground.rgb());
+    const int from = qGray(window.rgb());
     const int reach =
         std::max(1, std::abs(qGray(palette.color(QPalette::WindowText).rgb()) - from));
     QImage image = drawn.toImage().convertToFormat(QImage::Format_ARGB32);
@@ -37,8 +37,8 @@ QPixmap Faded(const QPixmap &drawn)
         for (int x = 0; x < image.width(); ++x) {
             const int share = std::min(reach, std::abs(qGray(line[x]) - from));
             const auto mix = [share, reach](int a, int b) { return a + (b - a) * share / reach; };
-            line[x] = qRgba(mix(ground.red(), faint.red()), mix(ground.green(), faint.green()),
-                            mix(ground.blue(), faint.blue()), qAlpha(line[x]));
+            line[x] = qRgba(mix(window.red(), faint.red()), mix(window.green(), faint.green()),
+                            mix(window.blue(), faint.blue()), qAlpha(line[x]));
         }
     }
     QPixmap faded = QPixmap::fromImage(image);

@@ -8,7 +8,7 @@ namespace ui::qt
 namespace
 {
 
-constexpr int kAir = 8; // free pixels above and below a line of text, in total
+constexpr int kRowSpace = 8; // free pixels above and below a line of text, in total
 
 // In front of a text this character sets the direction from right to left, so that a text that is
 // too long is cut at its left end.
@@ -60,7 +60,7 @@ void RowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     QSize size = QStyledItemDelegate::sizeHint(option, index);
-    size.setHeight(std::max(size.height(), option.fontMetrics.height() + kAir));
+    size.setHeight(std::max(size.height(), option.fontMetrics.height() + kRowSpace));
     return size;
 }
 
