@@ -6,6 +6,7 @@
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"
 #include "runtime/error.h"
+#include "tests/browser/listselection.h"
 #include "tests/metadata/faultyfiles.h"
 #include "tests/support/libraryfixture.h"
 #include "tests/support/memorysettings.h"
@@ -65,8 +66,7 @@ protected:
         const auto records = catalogue::Records(catalogue::DataAccess->ExecuteSQL(
             "SELECT * FROM MP3s ORDER BY Path", catalogue::kSelect));
         ASSERT_TRUE(browser::FillItemList(filled, *records));
-        for (ui::RowId row = 0; row < filled.Count(); ++row)
-            filled.SetSelected(row, true);
+        tests::SelectAll(filled);
     }
 
     // Exports to the target; keeps what the folder window was started with.
@@ -97,7 +97,8 @@ protected:
 TEST_F(ExportTest, CopiesTheSelectedFilesInTheListsOrder)
 {
     Listed({"a & b.mp3", "c.mp3", "d.mp3"});
-    Form().LV.SetSelected(1, false);
+    const ui::RowId ends[] = {0, 2};
+    Form().LV.SetSelection(ends, 2);
     std::vector<std::string> seen;
     desktop.doEvents = [&] {
         if (!Form().PBar.Visible())
@@ -107,7 +108,7 @@ TEST_F(ExportTest, CopiesTheSelectedFilesInTheListsOrder)
         EXPECT_EQ(Form().PBar.Max(), 2);
         seen.push_back(Form().SB.Panel("Playing").text + "|" + Form().SB.Panel("Blank").text + "|" +
                        std::to_string(Form().PBar.Value()));
-        Form().LV.DeselectAll(); // the export has its own copy of the paths
+        Form().LV.SetSelection({}, ui::kNoRow); // the export has its own copy of the paths
     };
     Export();
     EXPECT_EQ(seen, (std::vector<std::string>{"||0", "Exporting: a && b.mp3|0/2|1",
@@ -135,7 +136,7 @@ TEST_F(ExportTest, TheLastTargetIsTheNextStart)
 TEST_F(ExportTest, WithoutASelectionNothingIsCopied)
 {
     Listed({"a.mp3"});
-    Form().LV.DeselectAll();
+    Form().LV.SetSelection({}, ui::kNoRow);
     int shown = 0;
     desktop.doEvents = [&] { shown += Form().PBar.Visible() ? 1 : 0; };
     Export();

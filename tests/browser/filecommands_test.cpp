@@ -228,7 +228,6 @@ TEST_F(FileCommandsTest, ACancelledDuplicateLeavesNothing)
     }
     EXPECT_EQ(Rows().size(), 1U);
     EXPECT_TRUE(desktop.boxes.empty());
-    Form().LV.DeselectAll();
     Form().LV.ClearRows();
     browser::DuplicateEntry(Form().LV); // nothing selected: nothing asked
 }

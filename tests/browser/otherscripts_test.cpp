@@ -5,6 +5,7 @@
 #include "catalogue/edittags.h"
 #include "catalogue/regeneration.h"
 #include "tests/browser/formfixture.h"
+#include "tests/browser/listselection.h"
 #include "tests/support/scripteddesktop.h"
 #include "tests/support/scriptsongs.h"
 
@@ -176,8 +177,7 @@ TEST_F(OtherScripts, TheExportCopiesFilesOfSuchNames)
 {
     MainForm &form = Library();
     Click("¿" + runtime::UpperText(Music() + "/"));
-    for (ui::RowId row = 0; row < form.LV.Count(); ++row)
-        form.LV.SetSelected(row, true);
+    tests::SelectAll(form.LV);
     const std::string target = folder / "Экспорт 😀";
     std::filesystem::create_directories(target);
     std::string shown;

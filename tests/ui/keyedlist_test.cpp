@@ -219,14 +219,14 @@ TEST(KeyedList, MultipleSelectionAndFocus)
     KeyedList list;
     for (const char *title : {"a", "b", "c"})
         AddTitle(list, title);
-    list.SetSelected(0, true);
-    list.SetSelected(2, true);
-    list.SetSelected(2, true);
+    const RowId ends[] = {0, 2, 2};
+    list.SetSelection(ends, 2);
     EXPECT_EQ(list.SelectedCount(), 2);
     EXPECT_EQ(list.SelectedItem(), 2);
-    list.SetSelected(0, false);
+    list.SelectOnly(2);
     EXPECT_EQ(list.SelectedCount(), 1);
-    list.DeselectAll();
+    EXPECT_FALSE(list.IsSelected(0));
+    list.SetSelection({}, 2);
     EXPECT_EQ(list.SelectedCount(), 0);
     EXPECT_EQ(list.SelectedItem(), 2);
     const RowId rows[] = {0, 1, 1};

@@ -154,7 +154,8 @@ TEST_F(MainWindowTest, WhatIsNotBuiltIsDisabledEverywhere)
     popup->close();
 
     // By key it opens for all selected rows, and each time the key is pressed.
-    Form().LV.SetSelected(0, true);
+    const ui::RowId both[] = {0, 1};
+    Form().LV.SetSelection(both, 0);
     LV().setFocus();
     ASSERT_TRUE(WaitUntil([] { return QApplication::focusWindow() != nullptr; }));
     PressKey("Shift+F10");

@@ -231,22 +231,6 @@ int KeyedList::DisplayIndex(RowId row) const
     return static_cast<int>(std::find(m_order.begin(), m_order.end(), row) - m_order.begin());
 }
 
-void KeyedList::SetSelected(RowId row, bool selected)
-{
-    if (IsSelected(row) != selected) {
-        m_rows[static_cast<std::size_t>(row)].selected = selected;
-        m_selectedCount += selected ? 1 : -1;
-    }
-    if (selected)
-        m_focus = row;
-    NotifyOf(ListChange::Selection);
-}
-
-void KeyedList::DeselectAll()
-{
-    SetSelection({}, m_focus);
-}
-
 void KeyedList::SelectOnly(RowId row)
 {
     SetSelection({&row, 1}, row);

@@ -99,8 +99,6 @@ public:
     RowId SelectedItem() const { return m_focus; }
     bool IsSelected(RowId row) const { return At(row).selected; }
     int SelectedCount() const { return m_selectedCount; }
-    void SetSelected(RowId row, bool selected); // a selected row gets the focus
-    void DeselectAll();
     void SelectOnly(RowId row);
     // The user has changed the selection; `focus` is one of the rows or kNoRow.
     void SetSelection(std::span<const RowId> selected, RowId focus);
