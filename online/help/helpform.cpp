@@ -136,12 +136,6 @@ std::string HelpForm::ListOf(std::size_t from, bool chapters) const
     return list.empty() ? list : "<ul>\n" + list + "</ul>\n";
 }
 
-std::string HelpForm::ShownTitle() const
-{
-    const HelpPage *page = book.Find(m_visited[m_visit]);
-    return page == nullptr ? std::string() : page->title;
-}
-
 std::string HelpForm::ShownHtml() const
 {
     const HelpPage *page = book.Find(m_visited[m_visit]);

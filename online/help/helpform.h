@@ -29,7 +29,6 @@ struct HelpForm : ui::Form {
     // The page as HTML for the toolkit; its links are "#id". A chapter ends with a list of its
     // pages.
     std::string ShownHtml() const;
-    std::string ShownTitle() const; // empty for the contents
     // The words of the search, to be marked in the page.
     const std::string &Wanted() const { return txtFind.Text(); }
 

@@ -14,7 +14,6 @@ public:
 
     // The whole text, plain. A screen reader speaks it as the label's description.
     void SetFullText(const QString &text);
-    const QString &FullText() const { return m_fullText; }
 
     // Where the text is shortened: at its end, or in its middle (for paths).
     void SetElideMode(Qt::TextElideMode mode);
