@@ -45,17 +45,13 @@ public:
 
     [[nodiscard]] virtual int FieldCount() const = 0;
 
-    // The name of field `index` (zero-based) as written in the table.
-    // Errors: kSubscriptOutOfRange (runtime/error.h).
-    [[nodiscard]] virtual std::string FieldName(int index) const = 0;
-
     // The index of the field, letter case of the name ignored; -1 when there is none. Call it once
     // when reading many records.
     [[nodiscard]] virtual int FindField(std::string_view name) const = 0;
 
     // The field of the current record as text; null gives the empty text. The view is valid until
     // the position changes or another field is read.
-    // Errors: kSubscriptOutOfRange for an unknown field, kInvalidCall at the end.
+    // Errors (runtime/error.h): kSubscriptOutOfRange for an unknown field, kInvalidCall at the end.
     [[nodiscard]] virtual std::string_view Text(int index) const = 0;
     [[nodiscard]] std::string_view Text(std::string_view name) const
     {

@@ -24,10 +24,6 @@ public:
     std::int64_t RecordCount() const override { return 0; }
     std::int64_t Position() const override { return 0; }
     int FieldCount() const override { return 0; }
-    std::string FieldName(int) const override
-    {
-        throw runtime::RuntimeError(runtime::kSubscriptOutOfRange);
-    }
     int FindField(std::string_view) const override { return -1; }
     std::string_view Text(int) const override
     {
@@ -72,13 +68,6 @@ bool RowTable::IsNull(std::int64_t row, int field) const
 }
 
 RecordsetBase::RecordsetBase(ColumnNames columns) : m_columns(std::move(columns)) {}
-
-std::string RecordsetBase::FieldName(int index) const
-{
-    if (index < 0 || index >= FieldCount())
-        throw runtime::RuntimeError(runtime::kSubscriptOutOfRange);
-    return (*m_columns)[static_cast<std::size_t>(index)];
-}
 
 int RecordsetBase::FindField(std::string_view name) const
 {

@@ -57,7 +57,6 @@ public:
     }
     std::int64_t Position() const override { return AtEnd() ? 0 : m_position + 1; }
     int FieldCount() const override { return static_cast<int>(m_columns->size()); }
-    std::string FieldName(int index) const override;
     int FindField(std::string_view name) const override;
 
 protected:

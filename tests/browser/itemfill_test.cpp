@@ -169,7 +169,6 @@ TEST_F(ItemFill, ARecordThatCannotBeReadGivesThePointerBack)
         std::int64_t RecordCount() const override { return m_good.RecordCount(); }
         std::int64_t Position() const override { return m_good.Position(); }
         int FieldCount() const override { return m_good.FieldCount(); }
-        std::string FieldName(int index) const override { return m_good.FieldName(index); }
         int FindField(std::string_view name) const override { return m_good.FindField(name); }
         bool IsNull(int index) const override { return m_good.IsNull(index); }
         std::string_view Text(int index) const override
