@@ -3,13 +3,13 @@
 #include "metadata/genres.h"
 #include "metadata/mp3info.h"
 #include "metadata/tagtext.h"
-#include "runtime/codepage.h"
 #include "runtime/error.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
 #include "runtime/utf8.h"
 #include "shell/language.h"
 #include "tagedit/boxtext.h"
+#include "tagedit/characternote.h"
 #include "tagedit/genrelist.h"
 
 #include <utf8proc.h>
@@ -74,7 +74,7 @@ void GenreChosen(TagEditor &editor, int index)
         box.SetText(box.kept);
     else
         box.kept = box.Text();
-    ShowNote(editor);
+    ShowNote(editor, editor.lblNote);
 }
 
 void Fill(TagBox &box, std::string_view field, TextKind kind = TextKind::FileBytes)
@@ -148,18 +148,6 @@ std::string HeaderText(const metadata::MPEGHeader &header)
     for (std::size_t i = 1; i < lines.size(); ++i)
         text += "\r" + lines[i];
     return text;
-}
-
-std::string NoteOn(const std::string &lacking, bool onlyID3v1)
-{
-    const std::string words =
-        onlyID3v1 ? shell::GetLanguageText("The ID3v1 tag cannot hold $Characters$. In place of "
-                                           "each a \"?\" will be written there.",
-                                           "NotInID3v1", "TagEditor")
-                  : shell::GetLanguageText("A tag cannot hold $Characters$. In place of each a "
-                                           "\"?\" will be written.",
-                                           "NotInCodePage", "TagEditor");
-    return runtime::Replace(words, "$Characters$", lacking);
 }
 
 // The greatest number of characters in a box of column 1; 0 for a box without a limit.
@@ -244,7 +232,7 @@ void TagEditor::AddColumn(int index)
     const auto addText = [&](std::string_view controlName, TagBox &box, std::size_t label) {
         Add(std::string(controlName) + suffix, static_cast<ui::TextBox &>(box),
             {.in = frame, .label = &labels[label]});
-        box.textChanged = [this] { ShowNote(*this); };
+        box.textChanged = [this] { ShowNote(*this, lblNote); };
         box.keyPressed = [this, &box](char32_t key) {
             return IsTyped(key) && IsLimitReached(*this, box);
         };
@@ -262,7 +250,7 @@ void TagEditor::AddColumn(int index)
         Add("txtLyrics" + suffix, static_cast<ui::TextBox &>(column.txtLyrics),
             {.in = frame, .label = &lblLyrics});
         column.txtLyrics.multiLine = true;
-        column.txtLyrics.textChanged = [this] { ShowNote(*this); };
+        column.txtLyrics.textChanged = [this] { ShowNote(*this, lblNote); };
     }
     Add("cmdToID3" + suffix, column.cmdToID3, {.in = frame});
 
@@ -322,7 +310,7 @@ void LoadTags(TagEditor &editor)
     SetHasID3Tag(editor, kID3v2, info.hasID3v2);
     FillColumn1(editor.At(kID3v1), info.id3v1);
     FillColumn2(editor.At(kID3v2), info.id3v2);
-    ShowNote(editor);
+    ShowNote(editor, editor.lblNote);
 }
 
 void SetHasID3Tag(TagEditor &editor, int index, bool checked)
@@ -351,7 +339,7 @@ void cmdToID3_Click(TagEditor &editor, int index)
     }
     SetGenre(to.cmbGenre, from.cmbGenre.Text());
     to.txtTrack.SetText(from.txtTrack.Text());
-    ShowNote(editor);
+    ShowNote(editor, editor.lblNote);
 }
 
 bool cmbGenre_KeyPress(TagEditor &editor, int index, std::string_view letter)
@@ -369,31 +357,6 @@ bool IsLimitReached(TagEditor &editor, const ui::TextBox &box)
 {
     const std::size_t limit = LimitOf(editor, box);
     return limit > 0 && runtime::CountCharacters(box.Text()) >= limit;
-}
-
-void ShowNote(TagEditor &editor)
-{
-    std::string lacking;
-    const bool onlyID3v1 = editor.At(kID3v2).kind == TextKind::Utf8;
-    const auto look = [&](Column &column, ui::Area &box, const std::string &text) {
-        std::string own;
-        if (column.kind == TextKind::FileBytes)
-            own = runtime::CharactersLacking(text);
-        box.SetToolTip(own.empty() ? std::string() : NoteOn(own, onlyID3v1));
-        box.SetMarked(!own.empty());
-        lacking += own;
-    };
-    for (const int index : {kID3v1, kID3v2}) {
-        Column &column = editor.At(index);
-        for (TagBox *box : column.TextBoxes())
-            look(column, *box, box->Text());
-        look(column, column.cmbGenre, column.cmbGenre.Text());
-        look(column, column.txtLyrics, column.txtLyrics.Text());
-    }
-    lacking = runtime::CharactersLacking(lacking); // each once
-    editor.lblNote.SetVisible(!lacking.empty());
-    if (!lacking.empty())
-        editor.lblNote.SetCaption(ui::CaptionOf(NoteOn(lacking, onlyID3v1)));
 }
 
 bool cmdOk_Click(TagEditor &editor)

@@ -54,11 +54,6 @@ bool cmbGenre_KeyPress(TagEditor &editor, int index, std::string_view letter);
 // is in column 1 and its text has the greatest allowed length.
 [[nodiscard]] bool IsLimitReached(TagEditor &editor, const ui::TextBox &box);
 
-// The text of one of the boxes has changed: `lblNote` and the tool tips of the boxes in question,
-// which are marked, show which characters the tag cannot store and what will be written instead. A
-// tag whose texts are UTF-8 can store all characters.
-void ShowNote(TagEditor &editor);
-
 // Saves both columns (savetags.h). This takes one or two seconds and lets events run; a second
 // call meanwhile does nothing.
 // Returns: true when the window can close: the song is saved, or nothing had to be saved. False
