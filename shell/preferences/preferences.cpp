@@ -1,7 +1,6 @@
 #include "shell/preferences/preferences.h"
 
 #include "browser/commands.h"
-#include "browser/fieldtree.h"
 #include "browser/form/formcommands.h"
 #include "browser/mainform.h"
 #include "catalogue/adoclass.h"
@@ -59,15 +58,6 @@ platform::Folders &TheFolders()
 std::string TextOf(std::string_view defaultText, std::string_view key)
 {
     return GetLanguageText(defaultText, key, kPreferences);
-}
-
-// Enables or disables all controls that change a choice; they are disabled while the window works.
-void EnableChoices(PreferencesForm &form, bool enabled)
-{
-    form.tvwDirTree.SetEnabled(enabled);
-    form.txtPath.SetEnabled(enabled);
-    form.cmdOk.SetEnabled(enabled);
-    form.cmdApply.SetEnabled(enabled);
 }
 
 // Shows one line in the list instead of its rows: how many songs the folder in the box has.
@@ -161,123 +151,6 @@ void OpenTypedFolder(PreferencesForm &form)
     OpenTree(form);
 }
 
-std::string LoadKey(std::size_t field)
-{
-    return std::string("Load ").append(FieldNames[field]);
-}
-
-void SetChecks(PreferencesForm &form)
-{
-    form.chkDoBackUp.SetChecked(GetFlagPreference("Back Up Files"));
-    form.chkUpdateDB.SetChecked(GetFlagPreference("Update DB after editing"));
-    form.chkAutoShow.SetChecked(GetFlagPreference("Show Lyrics automatically"));
-    form.chkDeleteTable.SetChecked(GetFlagPreference("Delete Before Append"));
-    form.chkAutoCheck.SetChecked(GetFlagPreference("AutoCheckNewerVersion"));
-    for (std::size_t field = 0; field < form.LoadTreeOpt.size(); field++)
-        form.LoadTreeOpt[field].SetChecked(GetFlagPreference(LoadKey(field)));
-}
-
-// While one exists, the window shows a regeneration that was started in it: its own progress bar
-// and the name of the file, and all choices are disabled.
-class RunDisplay
-{
-public:
-    explicit RunDisplay(PreferencesForm &form) : m_form(form)
-    {
-        m_form.regenerating = true;
-        EnableChoices(m_form, false);
-        m_form.PBar.SetValue(0);
-        m_form.PBar.SetVisible(true);
-        m_form.lblProgress.SetVisible(true);
-        catalogue::TheRegenerationControls().Progress =
-            [this](std::string_view line, std::int64_t value, std::int64_t maximum) {
-                if (m_before) // the main window shows the progress too
-                    m_before(line, value, maximum);
-                m_form.lblProgress.SetCaption(line);
-                m_form.PBar.SetMax(maximum);
-                m_form.PBar.SetValue(value);
-            };
-    }
-    ~RunDisplay()
-    {
-        catalogue::TheRegenerationControls().Progress = m_before;
-        m_form.lblProgress.SetCaption("");
-        m_form.lblProgress.SetVisible(false);
-        m_form.PBar.SetVisible(false);
-        EnableChoices(m_form, true);
-        m_form.regenerating = false;
-    }
-    RunDisplay(const RunDisplay &) = delete;
-    RunDisplay &operator=(const RunDisplay &) = delete;
-
-private:
-    PreferencesForm &m_form;
-    decltype(catalogue::RegenerationControls::Progress) m_before =
-        catalogue::TheRegenerationControls().Progress;
-};
-
-bool HasChosenAnotherFolder(const PreferencesForm &form)
-{
-    return (form.standIn.empty() || form.DirList != form.standIn) &&
-           runtime::UpperText(form.DirList) != runtime::UpperText(TheGlobals().MP3Directory);
-}
-
-void ApplyFolder(PreferencesForm &form)
-{
-    if (!HasChosenAnotherFolder(form))
-        return;
-    TheGlobals().MP3Directory = form.DirList;
-    TheGlobals().DeleteBeforeAppend = form.chkDeleteTable.Checked();
-    {
-        const RunDisplay shown(form);
-        catalogue::ListRefresh(false);
-    }
-    form.standIn.clear();
-    if (!catalogue::LastRegeneration().stopped)
-        browser::LoadTreeView(browser::frmMain(), "");
-}
-
-// Stores the folder. When the stored folder is missing and DirList shows a substitute, the setting
-// is not changed.
-void SaveFolder(const PreferencesForm &form)
-{
-    if (form.standIn.empty() || form.DirList != form.standIn)
-        SavePreference("MP3 Directory", form.DirList);
-    else if (!StoredFolder().empty())
-        SavePreference("MP3 Directory", StoredFolder());
-}
-
-void SaveSettings(const PreferencesForm &form)
-{
-    SaveFlagPreference("RefreshAtStartUp", form.Reload.Checked());
-    SaveFolder(form);
-    SaveFlagPreference("Back Up Files", form.chkDoBackUp.Checked());
-    SaveFlagPreference("Update DB after editing", form.chkUpdateDB.Checked());
-    SaveFlagPreference("Show Lyrics automatically", form.chkAutoShow.Checked());
-    SaveFlagPreference("Delete Before Append", form.chkDeleteTable.Checked());
-    SaveFlagPreference("AutoCheckNewerVersion", form.chkAutoCheck.Checked());
-    Globals &globals = TheGlobals();
-    globals.BackUpFiles = form.chkDoBackUp.Checked();
-    globals.UpdateDBAfterEditing = form.chkUpdateDB.Checked();
-    globals.ShowLyricsAutomatically = form.chkAutoShow.Checked();
-    globals.DeleteBeforeAppend = form.chkDeleteTable.Checked();
-    globals.AutoCheckNewerVersion = form.chkAutoCheck.Checked();
-}
-
-// For each field: stores its key, then builds or removes its group in the tree when the flag
-// differs.
-void ApplyFields(const PreferencesForm &form)
-{
-    for (std::size_t field = 0; field < form.LoadTreeOpt.size(); field++) {
-        const bool load = form.LoadTreeOpt[field].Checked();
-        SaveFlagPreference(LoadKey(field), load);
-        if (load == TheGlobals().LoadField[field])
-            continue;
-        TheGlobals().LoadField[field] = load;
-        browser::LoadTreeView(browser::frmMain(), FieldNames[field]);
-    }
-}
-
 } // namespace
 
 PreferencesForm::PreferencesForm()
@@ -304,7 +177,7 @@ void LoadPreferences(PreferencesForm &form)
     const StartFolder start = FindStartFolder();
     form.standIn = start.isSubstitute ? start.path : std::string();
     SetDirList(form, start.path);
-    SetChecks(form);
+    ShowFlags(form);
     form.tmrUnload.event = [&form] {
         if (MayUnloadPreferences(form) && form.unload)
             form.unload();
@@ -368,18 +241,7 @@ void cmdApply_Click(PreferencesForm &form)
     OpenTypedFolder(form);
     if (form.abandoned)
         return;
-    Globals &globals = TheGlobals();
-    const std::string folderBefore = globals.MP3Directory;
-    const bool deleteBefore = globals.DeleteBeforeAppend;
-    try {
-        ApplyFolder(form);
-        SaveSettings(form);
-        ApplyFields(form);
-    } catch (const runtime::RuntimeError &) {
-        globals.MP3Directory = folderBefore;
-        globals.DeleteBeforeAppend = deleteBefore;
-        throw;
-    }
+    ApplyChoices(form);
 }
 
 void cmdOk_Click(PreferencesForm &form)

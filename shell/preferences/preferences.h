@@ -3,7 +3,7 @@
 // buttons; the menu's command.
 #pragma once
 
-#include "shell/preferences/preferencescontrols.h"
+#include "shell/preferences/preferenceschoices.h"
 #include "ui/cDirTree.h"
 
 #include <functional>
@@ -14,11 +14,10 @@
 namespace shell
 {
 
-struct PreferencesForm : PreferencesControls {
+struct PreferencesForm : PreferencesChoices {
     PreferencesForm();
 
     // --- Hidden controls.
-    std::string DirList;            // the chosen folder: a path, byte for byte
     std::vector<std::string> Files; // the names of its MP3 files
     std::unique_ptr<ui::cDirTree> dirTree;
 
@@ -27,13 +26,10 @@ struct PreferencesForm : PreferencesControls {
     std::function<bool()> addDesktopIcon; // see ui::DirTreeHost
 
     // --- Fields.
-    std::string
-        standIn; // DirList, when it shows a substitute for the stored folder, which is missing
-    std::string folderBefore;  // the current folder of the process before the window
-    bool loading = false;      // the tree is being filled and must not change DirList
-    bool waiting = false;      // waits for a disk, with events running
-    bool abandoned = false;    // the user closed the window during that wait; it closes right after
-    bool regenerating = false; // a regeneration that was started here is running
+    std::string folderBefore; // the current folder of the process before the window
+    bool loading = false;     // the tree is being filled and must not change DirList
+    bool waiting = false;     // waits for a disk, with events running
+    bool abandoned = false;   // the user closed the window during that wait; it closes right after
 };
 
 // Form_Load, step by step.
@@ -54,11 +50,8 @@ bool txtPath_KeyPress(PreferencesForm &form, int key);
 // it.
 void txtPath_LostFocus(PreferencesForm &form);
 
-// Saves everything: when the folder has changed, the catalogue is regenerated first; then each
-// setting is stored and used; then each field whose flag has changed is loaded into the tree or
-// removed from it.
-// Errors: those of Enter in `txtPath` and of the regeneration; `MP3Directory` and
-// `DeleteBeforeAppend` then have their former values.
+// Does what Enter in `txtPath` does, then ApplyChoices. Does nothing during a regeneration and
+// while the tree waits for a disk. Errors: those of both.
 void cmdApply_Click(PreferencesForm &form);
 
 void cmdOk_Click(PreferencesForm &form); // applies, then closes
