@@ -15,7 +15,7 @@
 namespace
 {
 
-constexpr int kWrongUsage = 2;
+constexpr int kWrongUsage = 2; // exit status for a wrong command line
 
 // Opens /dev/null for each standard stream that is closed. Otherwise the next file that is opened
 // would get its number, and messages would be written into that file.

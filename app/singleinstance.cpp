@@ -80,7 +80,7 @@ void SingleInstance::Listen()
 void SingleInstance::Answer()
 {
     constexpr int kTimeoutMs = 200;
-    constexpr qint64 kLongestToken = 511;
+    constexpr qint64 kLongestToken = 511; // bytes
     const std::unique_ptr<QLocalSocket> caller(m_server->nextPendingConnection());
     if (caller == nullptr)
         return;

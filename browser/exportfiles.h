@@ -9,8 +9,8 @@
 namespace browser
 {
 
-// Asks for a folder, beginning at `start` (empty: no special place). Returns: the empty text when
-// cancelled.
+// Asks for a folder, beginning at the folder `start` (a path; empty: where the window begins by
+// itself). Returns: its path; the empty text when cancelled.
 using FolderQuestion = std::function<std::string(const std::string &start)>;
 
 // The list for the command: that of the search window while it is open, else LV.

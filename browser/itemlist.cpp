@@ -29,7 +29,7 @@ constexpr std::array<std::string_view, 8> kSubItems = {"Title",   "Artist", "Alb
 constexpr std::array<std::string_view, 8> kRecordFields = {
     "title", "Artist", "Album", "Year", "Comment", "Genre", "Disk_Label", "Path"};
 constexpr std::array<int, 8> kWidths = {2400, 2400, 2400, 800, 1200, 900, 1000, 2000}; // twips
-constexpr int kRowsBetweenYields = 50;
+constexpr int kRowsBetweenYields = 50; // see FillItemList
 // When there are many rows, the first ones are shown at once, the others when all have been added.
 constexpr int kRowsShownFirst = 100, kRowsOfALongFill = 2000;
 

@@ -13,7 +13,7 @@ namespace
 {
 
 constexpr std::string_view kOwnName = "Quenlin.exe";
-constexpr std::size_t kMaxBytes = 64u << 20;
+constexpr std::size_t kMaxBytes = 64u << 20; // of a file that is read
 
 constexpr std::string_view kSignature("\xBD\x04\xEF\xFE", 4);
 constexpr std::size_t kVersionOffset = 8; // after the signature and the structure's version

@@ -14,7 +14,7 @@ namespace online
 namespace
 {
 
-constexpr std::size_t kMaxBytes = 1u << 20;
+constexpr std::size_t kMaxBytes = 1u << 20; // what is read of a file
 
 std::vector<std::string> LinesOf(std::string_view text)
 {

@@ -37,7 +37,7 @@ constexpr struct {
     {"<", "Stop", StopTrack},         {":", "Next", NextTrack},
 };
 
-constexpr int kLeftKey = 37, kRightKey = 39;
+constexpr int kLeftKey = 37, kRightKey = 39; // of ui::Key
 constexpr int kKeyStepSeconds = 5;
 
 struct State {

@@ -22,7 +22,7 @@ namespace
 constexpr std::string_view kSongPanel = "Playing";
 constexpr std::string_view kTimePanel = "PlayingStatus";
 constexpr std::string_view kPausedMark = " (paused)";
-constexpr std::int32_t kPlayingState = 1, kPausedState = 3;
+constexpr std::int32_t kPlayingState = 1, kPausedState = 3; // of GetPlayingState
 
 struct State {
     std::string LastSongPlayed; // the path of the song that was playing at the last tick

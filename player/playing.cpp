@@ -13,7 +13,7 @@ namespace player
 namespace
 {
 
-constexpr std::int32_t kPaused = 3;
+constexpr std::int32_t kPaused = 3; // of GetPlayingState
 constexpr std::int32_t kLoaded = 1; // this bit is set when playing and when paused
 
 } // namespace

@@ -24,7 +24,7 @@ using platform::TheMachine;
 namespace
 {
 
-constexpr int kStartRounds = 3;
+constexpr int kStartRounds = 3;                 // attempts to start the player
 constexpr std::int64_t kStartMs = 10'000;       // for one attempt
 constexpr std::int64_t kShowWaitAfterMs = 1000; // then the user is shown what the program waits for
 constexpr int kMinimised = 2;                   // the player's window: minimised, with the focus

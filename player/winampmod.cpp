@@ -26,7 +26,7 @@ constexpr std::string_view kWindowClass = "Winamp v1.x";
 constexpr std::string_view kPlayCommandKey = "WinAmp.File\\shell\\play\\command";
 constexpr std::string_view kPlaylistFile = "WINAMP.m3u";
 constexpr std::string_view kEntryInfo = "#EXTINF";
-constexpr int kForegroundRounds = 20;
+constexpr int kForegroundRounds = 20; // attempts to bring a window to the front
 
 // The cache of GetCurrentSongPath: WINAMP.m3u as last read, and its text without the lines that are
 // not paths.
@@ -67,6 +67,8 @@ void TypeKey(platform::Player &port, std::int16_t key)
         int bit;
         std::uint8_t key;
     };
+    // Shift, Control and Alt: the bit in `key`, the virtual key. Source: VkKeyScan of the Windows
+    // API.
     constexpr std::array<Modifier, 3> kModifiers = {{{8, 16}, {9, 17}, {10, 18}}};
     const std::uint32_t scanCode = port.ScanCodeOfKey(static_cast<std::uint16_t>(key));
     const auto sendModifiers = [&](std::uint32_t flags) {
@@ -234,7 +236,7 @@ int TypeKeysToWindow(std::string_view text, platform::WindowHandle window)
 std::string ReadRegistryString(std::uint32_t root, std::string_view subkey,
                                std::string_view valueName)
 {
-    constexpr std::uint32_t kQueryAccess = 1, kPlainText = 1;
+    constexpr std::uint32_t kQueryAccess = 1, kPlainText = 1; // KEY_QUERY_VALUE, REG_SZ
     platform::Player *port = TheMachine().player;
     std::uint32_t key = 0;
     if (port == nullptr || port->OpenKey(root, subkey, kQueryAccess, key) != 0)
@@ -309,6 +311,7 @@ std::int16_t GetPlaylistIndexOf(const std::string &path)
         runtime::UpperText(StripExtInfLines(TheMachine().player->ReadFile(file)));
     const std::string wanted = runtime::UpperText(path);
     std::string_view rest = text;
+    // An index above 32767 does not fit the result.
     constexpr std::int32_t kCounted = std::numeric_limits<std::int16_t>::max() + 1;
     for (std::int32_t i = 0; i < std::min(length, kCounted); ++i) {
         const std::optional<std::string_view> line = TakeLine(rest);

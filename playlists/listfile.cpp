@@ -18,7 +18,7 @@ namespace playlists
 namespace
 {
 
-constexpr std::int64_t kAnswerLimitMs = 1000;
+constexpr std::int64_t kAnswerLimitMs = 1000;         // for a disk
 constexpr auto kStep = std::chrono::milliseconds(20); // most lists are read in less: no event runs
 
 // What the helper thread and the caller share.

@@ -12,7 +12,7 @@ namespace tagedit
 namespace
 {
 
-constexpr int kLastGenre = 125;
+constexpr int kLastGenre = 125; // "Dance Hall"
 
 bool BeginsWith(const std::string &entry, const std::string &upperLetter)
 {

@@ -14,9 +14,9 @@ namespace tagedit
 // the list.
 [[nodiscard]] std::vector<std::string> GenreEntries();
 
-// The index of the next entry after `index` (-1: start at the first one) that begins with `letter`,
-// letter case ignored. When there is none up to the end, the search starts again at entry 1. The
-// entry "genre" never matches.
+// The index of the next entry after `index` (-1: start at the first one) that begins with `letter`
+// (one character in UTF-8), letter case ignored. When there is none up to the end, the search
+// starts again at entry 1. The entry "genre" never matches.
 // Returns: -1 when nothing matches.
 [[nodiscard]] int FindNextEntry(const std::vector<std::string> &entries, int index,
                                 std::string_view letter);

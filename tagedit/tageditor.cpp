@@ -22,8 +22,8 @@ namespace
 
 using metadata::TextKind;
 
-constexpr std::size_t kTextLimit = 30;
-constexpr std::size_t kYearLimit = 4;
+constexpr std::size_t kTextLimit = 30; // characters of a field of an ID3v1 tag
+constexpr std::size_t kYearLimit = 4;  // characters
 
 constexpr ui::Caption kCaptions[] = {
     {"", "TagEditor", "TagEditor", "Tag Editor"},

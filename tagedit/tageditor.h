@@ -45,8 +45,8 @@ void SetHasID3Tag(TagEditor &editor, int index, bool checked);
 // box. Texts copied to column 1 are cut to 30 characters, the year to 4. The lyrics are not copied.
 void cmdToID3_Click(TagEditor &editor, int index);
 
-// Handles a key press in the genre box of column `index`. In column 1 a letter selects the next
-// entry that begins with it, and no other key does anything.
+// Handles a key press in the genre box of column `index`. In column 1 a `letter` (one character in
+// UTF-8) selects the next entry that begins with it, and no other key does anything.
 // Returns: true when the box itself must ignore the key (column 1: always).
 bool cmbGenre_KeyPress(TagEditor &editor, int index, std::string_view letter);
 

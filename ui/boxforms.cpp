@@ -28,9 +28,9 @@ constexpr ui::Caption kInputCaptions[] = {
     {"cmdCancel", "Boxes", "Cancel", "&Cancel"},
 };
 
-constexpr int kTextColumns = 72;
-constexpr int kInputColumns = 48;
-constexpr int kIconSize = 480; // twips
+constexpr int kTextColumns = 72;  // ui::Label::columns
+constexpr int kInputColumns = 48; // ui::TextBox::columns
+constexpr int kIconSize = 480;    // twips
 
 // Shows `text` unchanged: "&" does not mark an access key.
 void ShowText(Label &label, std::string_view text)

@@ -21,7 +21,7 @@ constexpr ui::Caption kCaptions[] = {
 };
 
 constexpr int kWidth = 10800, kHeight = 7500; // twips, the least size
-constexpr int kLeftKey = 37, kRightKey = 39;
+constexpr int kLeftKey = 37, kRightKey = 39;  // of ui::Key
 
 std::string Link(const HelpPage &page)
 {

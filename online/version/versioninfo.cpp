@@ -16,9 +16,9 @@ namespace
 {
 
 constexpr std::string_view kSection = "VersionInfo";
-constexpr int kStatusTop = 495;
-constexpr int kNothingButtonTop = 700;
-constexpr int kLargeFont = 16; // points
+constexpr int kStatusTop = 495;        // twips
+constexpr int kNothingButtonTop = 700; // twips
+constexpr int kLargeFont = 16;         // points
 constexpr std::string_view kYouUsing = "The version you're using is:";
 constexpr std::string_view kAvailable = "Last version available is:";
 

@@ -13,7 +13,7 @@ class ScrollBar : public Area
 public:
     using Area::Area;
 
-    // The largest Max() that the bar can show.
+    // The largest Max() that the bar can show: it has 16 bits with a sign.
     static constexpr int kLargestMax = 32767;
 
     int Value() const { return m_value; }
