@@ -102,6 +102,7 @@ OTHER_SOURCES = {
     "platform/posix/disk/filesinuse.cpp": "platform/disk/files.h",
     "platform/posix/disk/filewriting.cpp": "platform/posix/disk/systemfiles.h",
     "ui/qt/formarrangement.cpp": "ui/qt/formwindow.h",
+    "ui/qt/formevents.cpp": "ui/qt/formwindow.h",
     "ui/qt/formplace.cpp": "ui/qt/formwindow.h",
 }
 
