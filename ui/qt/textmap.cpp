@@ -10,11 +10,11 @@ namespace ui::qt
 namespace
 {
 
-// One character of the text, or a CR LF in a text of several lines.
-struct Step {
+// The length of a part of the text.
+struct Length {
     std::size_t bytes = 0;
     int characters = 0;
-    int units = 0; // its UTF-16 units in the widget
+    int units = 0; // UTF-16 units in the widget
 };
 
 std::size_t BytesOfCharacter(std::string_view text, std::size_t at)
@@ -25,7 +25,8 @@ std::size_t BytesOfCharacter(std::string_view text, std::size_t at)
     return next - at;
 }
 
-Step StepAt(std::string_view text, bool multiLine, std::size_t at)
+// A step is one character of the text, or a CR LF in a text of several lines.
+Length StepAt(std::string_view text, bool multiLine, std::size_t at)
 {
     if (multiLine && text.substr(at, 2) == "\r\n")
         return {2, 2, 1};
@@ -55,18 +56,25 @@ QString ShownStep(std::string_view bytes, bool multiLine)
     return shown;
 }
 
+// The steps from the beginning of the text whose `counted` length is at most `limit`.
+Length LengthWithin(std::string_view text, bool multiLine, int Length::*counted, int limit)
+{
+    Length length;
+    while (length.bytes < text.size()) {
+        const Length step = StepAt(text, multiLine, length.bytes);
+        if (length.*counted + step.*counted > limit)
+            break;
+        length.bytes += step.bytes;
+        length.characters += step.characters;
+        length.units += step.units;
+    }
+    return length;
+}
+
 // The byte of `text` that the widget shows at the unit `shownPosition`.
 std::size_t ByteOfShown(std::string_view text, bool multiLine, int shownPosition)
 {
-    std::size_t at = 0;
-    for (int shown = 0; at < text.size();) {
-        const Step step = StepAt(text, multiLine, at);
-        if (shown + step.units > shownPosition)
-            break;
-        shown += step.units;
-        at += step.bytes;
-    }
-    return at;
+    return LengthWithin(text, multiLine, &Length::units, shownPosition).bytes;
 }
 
 std::string TypedText(const QString &typed, bool multiLine)
@@ -84,7 +92,7 @@ QString ShownText(std::string_view text, bool multiLine)
     QString shown;
     shown.reserve(static_cast<qsizetype>(text.size()));
     for (std::size_t at = 0; at < text.size();) {
-        const Step step = StepAt(text, multiLine, at);
+        const Length step = StepAt(text, multiLine, at);
         shown += ShownStep(text.substr(at, step.bytes), multiLine);
         at += step.bytes;
     }
@@ -93,32 +101,12 @@ QString ShownText(std::string_view text, bool multiLine)
 
 int ShownPosition(std::string_view text, bool multiLine, int position)
 {
-    int shown = 0;
-    int characters = 0;
-    for (std::size_t at = 0; at < text.size();) {
-        const Step step = StepAt(text, multiLine, at);
-        if (characters + step.characters > position)
-            break;
-        characters += step.characters;
-        shown += step.units;
-        at += step.bytes;
-    }
-    return shown;
+    return LengthWithin(text, multiLine, &Length::characters, position).units;
 }
 
 int TextPosition(std::string_view text, bool multiLine, int shownPosition)
 {
-    int shown = 0;
-    int characters = 0;
-    for (std::size_t at = 0; at < text.size();) {
-        const Step step = StepAt(text, multiLine, at);
-        if (shown + step.units > shownPosition)
-            break;
-        characters += step.characters;
-        shown += step.units;
-        at += step.bytes;
-    }
-    return characters;
+    return LengthWithin(text, multiLine, &Length::units, shownPosition).characters;
 }
 
 // Typed text ends at the caret: when equal characters are in a row, the new ones are those before

@@ -4,6 +4,7 @@
 
 #include "runtime/keyindex.h"
 #include "ui/controls/area.h"
+#include "ui/controls/inputs/update.h"
 
 #include <cstdint>
 #include <functional>
@@ -169,17 +170,6 @@ private:
     std::uint64_t m_clearCount = 0;
 };
 
-// While one exists, the list is between BeginUpdate and EndUpdate.
-class ListUpdate
-{
-public:
-    explicit ListUpdate(KeyedList &list) : m_list(list) { m_list.BeginUpdate(); }
-    ~ListUpdate() { m_list.EndUpdate(); }
-    ListUpdate(const ListUpdate &) = delete;
-    ListUpdate &operator=(const ListUpdate &) = delete;
-
-private:
-    KeyedList &m_list;
-};
+using ListUpdate = Update<KeyedList>;
 
 } // namespace ui

@@ -5,6 +5,7 @@
 
 #include "runtime/keyindex.h"
 #include "ui/controls/area.h"
+#include "ui/controls/inputs/update.h"
 
 #include <cstdint>
 #include <functional>
@@ -140,17 +141,6 @@ private:
     int m_updating = 0;
 };
 
-// While one exists, the tree is between BeginUpdate and EndUpdate.
-class TreeUpdate
-{
-public:
-    explicit TreeUpdate(KeyedTree &tree) : m_tree(tree) { m_tree.BeginUpdate(); }
-    ~TreeUpdate() { m_tree.EndUpdate(); }
-    TreeUpdate(const TreeUpdate &) = delete;
-    TreeUpdate &operator=(const TreeUpdate &) = delete;
-
-private:
-    KeyedTree &m_tree;
-};
+using TreeUpdate = Update<KeyedTree>;
 
 } // namespace ui
