@@ -28,6 +28,7 @@
 #include "runtime/error.h"
 #include "search/frmSearch.h"
 #include "search/install.h"
+#include "search/searchform.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
 #include "shell/preferences/preferences.h"
@@ -57,7 +58,6 @@ constexpr int kEndAgainMs = 50; // between two attempts to end the program
 // The windows of one run.
 struct Windows {
     std::unique_ptr<browser::frmMainWindow> main;
-    std::unique_ptr<search::frmSearchWindow> search; // made when the user first asks for it
     std::unique_ptr<shell::SplashForm> splash, about;
     bool ended = false;           // the main window was unloaded
     std::shared_ptr<void> online; // the checks for newer versions
@@ -70,16 +70,6 @@ void ShowAbout(Windows &windows)
         windows.about = std::make_unique<shell::SplashForm>(nullptr, online::ShowHistory,
                                                             [] { online::ShowHelp("licences"); });
     windows.about->ShowSplash(true);
-}
-
-// The search window stays loaded: choosing the command again shows it as it was.
-void ShowSearch(Windows &windows)
-{
-    if (windows.search == nullptr) {
-        search::LoadSearchForm(search::frmSearch());
-        windows.search = std::make_unique<search::frmSearchWindow>(search::frmSearch());
-    }
-    windows.search->Present();
 }
 
 // Makes the toolkit run a timer while the result exists.
@@ -122,7 +112,8 @@ void LoadMainWindow(Windows &windows)
         QApplication::quit();
     };
     playlists::Install();
-    search::Install([&windows] { ShowSearch(windows); });
+    search::Install();
+    search::RegisterSearchWidgets();
     windows.online = online::Install(DriveTimer);
     online::RegisterHistoryWidget();
     browser::LoadMainForm(form);
@@ -233,8 +224,7 @@ int RunFirst(Windows &windows)
     }
     shell::EndSplash(std::move(windows.splash));
     shell::EndSplash(std::move(windows.about));
-    windows.search.reset();
-    search::ResetSearchForm();
+    search::ForgetSearch();
     lyrics::ForgetForms();
     player::ForgetControls();
     online::ForgetHelp();

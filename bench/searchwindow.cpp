@@ -5,7 +5,9 @@
 #include "bench/timing.h"
 #include "platform/settingsstore.h"
 #include "search/frmSearch.h"
+#include "search/searchform.h"
 #include "shell/apppath.h"
+#include "ui/qt/form.h"
 #include "ui/qt/views/listview.h"
 
 #include <QApplication>
@@ -137,13 +139,12 @@ int main(int argc, char **argv)
     NoSettings settings;
     platform::TheMachine().settings = &settings;
     {
-        search::SearchForm &form = search::frmSearch();
-        search::LoadSearchForm(form);
-        search::frmSearchWindow window(form);
-        window.Present();
+        ui::qt::FormWindows host;
+        search::RegisterSearchWidgets();
+        search::ShowSearch();
         QApplication::processEvents();
-        Measure(form, window);
+        Measure(search::frmSearch(), *host.WindowOf(search::frmSearch()));
+        search::ForgetSearch();
     }
-    search::ResetSearchForm();
     return failed ? 1 : 0;
 }

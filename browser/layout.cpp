@@ -104,15 +104,6 @@ bool MovePanelAndList(LayoutState &s, Steps &steps, int h)
            });
 }
 
-void SizeScrollBar(LayoutState &s)
-{
-    s.scrollMax = ScrollMax(s.panel.height, s.list.height);
-    if (s.scrollMax <= 0)
-        return;
-    s.scrollLargeChange = runtime::RoundToInt16(s.scrollMax / 10.0);
-    s.scrollSmallChange = runtime::RoundToInt16(s.scrollMax / 100.0);
-}
-
 } // namespace
 
 LayoutEnd PlanLayout(LayoutState &s, int lastSafeTVWidth)
@@ -141,6 +132,15 @@ int TreeWidthOfDrag(int separatorLeft, double mouseX, int separatorWidth, int sc
 int ScrollMax(int panelHeight, int listHeight)
 {
     return std::min(std::abs(panelHeight - listHeight), 32767);
+}
+
+void SizeScrollBar(PanelPlaces &places)
+{
+    places.scrollMax = ScrollMax(places.panel.height, places.list.height);
+    if (places.scrollMax <= 0)
+        return;
+    places.scrollLargeChange = runtime::RoundToInt16(places.scrollMax / 10.0);
+    places.scrollSmallChange = runtime::RoundToInt16(places.scrollMax / 100.0);
 }
 
 ui::Rect ProgressBarPlace(ui::Rect statusBar, int panelLeft, int panelWidth, int margin)

@@ -1,4 +1,5 @@
-// browser/layout.h - computes the layout of the main window in twips. No state, no window.
+// browser/layout.h - computes the layout of the main window in twips, and what the search window
+// lays out alike. No state, no window.
 #pragma once
 
 #include "ui/twips.h"
@@ -21,9 +22,21 @@ inline constexpr int kFrameHeight = 690;
 inline constexpr int kFrameWidth = 150;
 inline constexpr int kDesignAddressHeight = 510;
 
+// The information panel, the list beside it and the panel's scroll bar. The place of `borders` is
+// relative to the client area, those of the others to `borders`.
+struct PanelPlaces {
+    ui::Rect borders; // pctBorders
+    ui::Rect panel;   // pctWeb; its width is read
+    bool panelVisible = true;
+    ui::Rect list; // LV or ListView
+    int scrollHeight = 0, scrollMax = 0, scrollLargeChange = 1, scrollSmallChange = 1; // vsbBack
+
+    bool operator==(const PanelPlaces &) const = default;
+};
+
 // All values that the layout reads and writes. Places are relative to the client area below the
-// menu bar; those of `pctWeb`, `list` and the scroll bar are relative to `pctBorders`.
-struct LayoutState {
+// menu bar. The former left of `list` is read.
+struct LayoutState : PanelPlaces {
     // Read only.
     bool minimised = false;
     int windowWidth = 0, windowHeight = 0; // outer size, see above
@@ -42,11 +55,6 @@ struct LayoutState {
     int addressTextWidth = 0;
     ui::Rect tree; // TV; its former top is read
     ui::Rect separator;
-    ui::Rect borders; // pctBorders
-    ui::Rect panel;   // pctWeb
-    bool panelVisible = true;
-    ui::Rect list; // LV; its former left is read
-    int scrollHeight = 0, scrollMax = 0, scrollLargeChange = 1, scrollSmallChange = 1; // vsbBack
     int playingWidth = 0, playingStatusWidth = 0, blankWidth = 0, aboutWidth = 0;
 
     bool operator==(const LayoutState &) const = default;
@@ -60,13 +68,16 @@ enum class LayoutEnd { Skipped, Failed, Complete };
 // `lastSafeTVWidth`, and the statement that failed is repeated; what was computed before it stays.
 LayoutEnd PlanLayout(LayoutState &state, int lastSafeTVWidth);
 
-// The width of the tree when the splitter is dragged. `mouseX`: twips from the splitter's left edge
-// to the mouse, with fractions; the others are twips.
+// The width in twips of the part to the left of a splitter that is dragged. `mouseX`: twips from
+// the splitter's left edge to the mouse, with fractions; the others are twips.
 int TreeWidthOfDrag(int separatorLeft, double mouseX, int separatorWidth, int scaleWidth);
 
 // The range of the scroll bar for a panel beside a list: the difference of their heights in twips,
 // from 0 to 32767.
 int ScrollMax(int panelHeight, int listHeight);
+
+// Computes the range and the steps of the scroll bar from the heights of panel and list.
+void SizeScrollBar(PanelPlaces &places);
 
 // The place of the progress bar over a panel of the status bar, `margin` inside it; `panelLeft` is
 // relative to the status bar.

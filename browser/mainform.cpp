@@ -23,7 +23,8 @@ MainForm::MainForm()
     : caption(shell::kApplicationTitle), SB({{"Playing", "", kPlayingPanelWidth},
                                              {"PlayingStatus", "", kPlayingStatusPanelWidth},
                                              {"Blank", "", 1000},
-                                             {"About", "Quenlin by Orvald Tamsin", 2000}})
+                                             {"About", "Quenlin by Orvald Tamsin", 2000}},
+                                            {0, 0, 12000, 345})
 {
     for (const MenuLine &line : MenuLines()) {
         ui::Command &entry = menu.emplace_back(line.name, line.caption);

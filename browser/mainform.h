@@ -9,6 +9,7 @@
 #include "ui/cLogo.h"
 #include "ui/controls/command.h"
 #include "ui/controls/inputs/keyedtree.h"
+#include "ui/controls/inputs/splitter.h"
 #include "ui/controls/progressbar.h"
 #include "ui/controls/statusbar.h"
 
@@ -28,7 +29,6 @@ namespace browser
 // app/ the last two. LoadMainForm fails when one is missing.
 struct MainFormCalls {
     std::function<int(std::string_view)> textWidth; // twips, in the form's font
-    std::function<void()> placed; // called when a layout has set the places, to show them
     // Moves a stored place (twips) onto the screens.
     std::function<ui::Rect(const ui::Rect &)> bringIntoView;
     std::function<void()> showWindow;
@@ -66,10 +66,9 @@ struct MainForm : PanelForm {
     ui::Label lblAddress{"Address", {120, 120, 700, 255}};
     ui::Label WEPath{"", {1020, 120, 9000, 255}};
     ui::KeyedTree TV; // its pathSeparator is that of the platform
-    ui::Area Separator{{3000, 0, kSeparatorPixels *ui::kTwipsPerPixel, 3000}};
+    ui::Splitter Separator{{3000, 0, kSeparatorPixels *ui::kTwipsPerPixel, 3000}};
     ui::KeyedList LV;
     ui::StatusBar SB;
-    ui::Area statusBarArea{{0, 0, 12000, 345}};
     ui::ProgressBar PBar;
     ui::Area pbarArea;
     ui::Area picSideBar{{0, 0, 360, 3000}}; // the strip of the popup

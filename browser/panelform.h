@@ -40,7 +40,10 @@ struct PanelForm {
     bool WebStyleOn = true;
 
     std::function<void()> ReDrawForm; // the layout of the window
-    std::function<void()> focusList;  // gives the focus to the list
+
+    // --- For the widgets.
+    std::function<void()> focusList; // gives the focus to the list
+    std::function<void()> placed;    // a layout has set the places
 };
 
 } // namespace browser

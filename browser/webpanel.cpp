@@ -1,7 +1,6 @@
 #include "browser/webpanel.h"
 
 #include "browser/itemkinds.h"
-#include "browser/layout.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
@@ -224,6 +223,31 @@ void AdjustPanelScroll(ui::KeyedList &list, PanelForm &form)
         form.vsbBack.SetLargeChange(runtime::RoundToInt16(max / 10.0));
     if (max / 100.0 > 0.3)
         form.vsbBack.SetSmallChange(runtime::RoundToInt16(max / 100.0));
+}
+
+PanelPlaces PlacesOf(const PanelForm &form, const ui::KeyedList &list)
+{
+    return {form.pctBorders.Place(),    form.pctWeb.Place(),
+            form.pctWeb.Visible(),      list.Place(),
+            form.vsbBack.Height(),      form.vsbBack.Max(),
+            form.vsbBack.LargeChange(), form.vsbBack.SmallChange()};
+}
+
+void SetPlaces(PanelForm &form, ui::KeyedList &list, const PanelPlaces &places)
+{
+    form.pctBorders.SetPlace(places.borders);
+    if (places.panel.top == 0)
+        form.vsbBack.ResetValue();
+    form.pctWeb.SetPlace(places.panel);
+    form.pctWeb.SetVisible(places.panelVisible);
+    if (!places.panelVisible)
+        form.vsbBack.SetVisible(false);
+    list.SetPlace(places.list);
+    form.vsbBack.SetHeight(places.scrollHeight);
+    form.vsbBack.SetMax(places.scrollMax);
+    form.vsbBack.SetLargeChange(places.scrollLargeChange);
+    form.vsbBack.SetSmallChange(places.scrollSmallChange);
+    ui::Notify(form.placed);
 }
 
 void ClearSearchPanel(ui::KeyedList &list, PanelForm &form, bool clicked)

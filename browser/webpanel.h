@@ -1,10 +1,18 @@
 // browser/webpanel.h - the information panel beside a list, in the main and the search window.
 #pragma once
 
+#include "browser/layout.h"
 #include "browser/panelform.h"
 
 namespace browser
 {
+
+// The places of the panel, of the list beside it and of the scroll bar, for a layout.
+PanelPlaces PlacesOf(const PanelForm &form, const ui::KeyedList &list);
+
+// Moves them to the places that a layout has computed; a panel whose top is 0 shows its beginning
+// again.
+void SetPlaces(PanelForm &form, ui::KeyedList &list, const PanelPlaces &places);
 
 // Shows the selected row of the list in the panel; empties it when there is none, or while the
 // timer is enabled.

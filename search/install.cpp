@@ -1,15 +1,14 @@
 #include "search/install.h"
 
 #include "browser/commands.h"
-
-#include <utility>
+#include "search/searchform.h"
 
 namespace search
 {
 
-void Install(std::function<void()> showWindow)
+void Install()
 {
-    browser::RegisterCommand("submnuSearch", std::move(showWindow));
+    browser::RegisterCommand("submnuSearch", ShowSearch);
 }
 
 } // namespace search

@@ -1,6 +1,5 @@
 #include "search/layout.h"
 
-#include "browser/layout.h"
 #include "runtime/numbers.h"
 
 #include <algorithm>
@@ -52,11 +51,7 @@ void PlanLayout(LayoutState &s)
     s.list = {listLeft, -45, s.borders.width - listLeft - (s.webStyle ? 105 : 75),
               s.borders.height};
     s.scrollHeight = s.list.height - 75;
-    s.scrollMax = browser::ScrollMax(s.panel.height, s.list.height);
-    if (s.scrollMax > 0) {
-        s.scrollLargeChange = runtime::RoundToInt16(s.scrollMax / 10.0);
-        s.scrollSmallChange = runtime::RoundToInt16(s.scrollMax / 100.0);
-    }
+    browser::SizeScrollBar(s);
     s.optionsVisible = s.paneShown;
     s.firstPanelWidth = s.scaleWidth;
 }
@@ -72,8 +67,7 @@ int PaneWidthOfDrag(const LayoutState &s, int mouseX)
         return s.paneWidth;
     if (mouseX > 0 && s.paneWidth > 0.7 * (s.windowWidth - s.panel.width))
         return s.paneWidth;
-    const int width = std::max(0, s.separator.left + mouseX);
-    return width > s.scaleWidth ? s.scaleWidth - s.separator.width : width;
+    return browser::TreeWidthOfDrag(s.separator.left, mouseX, s.separator.width, s.scaleWidth);
 }
 
 } // namespace search

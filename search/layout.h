@@ -1,7 +1,7 @@
 // search/layout.h - computes the layout of the search window in twips. No state, no window.
 #pragma once
 
-#include "ui/twips.h"
+#include "browser/layout.h"
 
 namespace search
 {
@@ -15,9 +15,8 @@ inline constexpr int kFrameHeight = 320;
 inline constexpr int kFrameWidth = 105;
 
 // All values that the layout reads and writes. Places are relative to the client area; those of
-// `panel`, `list` and the scroll bar are relative to `borders`, those of `closeTreeFrame` and
-// `closeLabel` to `closeTree`.
-struct LayoutState {
+// `closeTreeFrame` and `closeLabel` to `closeTree`.
+struct LayoutState : browser::PanelPlaces {
     // Read only.
     bool minimised = false;
     int windowWidth = 0, windowHeight = 0; // outer size, see above
@@ -38,11 +37,7 @@ struct LayoutState {
     bool optionsVisible = true;
     ui::Rect optionsWindow; // frmSearchOptions in pctOptions; its height is not changed
     int inputWidth = 0;     // of txtToFind and cmbType
-    ui::Rect separator, borders;
-    ui::Rect panel; // pctWeb; its width is read
-    bool panelVisible = true;
-    ui::Rect list;
-    int scrollHeight = 0, scrollMax = 0, scrollLargeChange = 1, scrollSmallChange = 1; // vsbBack
+    ui::Rect separator;
     int firstPanelWidth = 0; // of the status bar
 
     bool operator==(const LayoutState &) const = default;

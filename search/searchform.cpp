@@ -48,14 +48,19 @@ int StoredPaneWidth()
     return text.empty() || width > 1e6 ? -1 : std::max(0, runtime::RoundToInt32(width));
 }
 
+int WindowWidth(const SearchForm &form)
+{
+    return form.size.width + kFrameWidth;
+}
+
 LayoutState StateOf(const SearchForm &form)
 {
-    LayoutState s;
+    LayoutState s{browser::PlacesOf(form, form.ListView)};
     s.minimised = form.minimised;
-    s.windowWidth = form.window.width;
-    s.windowHeight = form.window.height;
-    s.scaleWidth = form.scaleWidth;
-    s.statusBarHeight = form.statusBarArea.Height();
+    s.windowWidth = WindowWidth(form);
+    s.windowHeight = form.size.height + kFrameHeight;
+    s.scaleWidth = form.size.width;
+    s.statusBarHeight = form.SBar.Height();
     s.webStyle = form.WebStyleOn;
     s.paneShown = form.pctCloseTree.Visible();
     s.storedPaneWidth = StoredPaneWidth();
@@ -65,10 +70,6 @@ LayoutState StateOf(const SearchForm &form)
     s.closeLabel = form.lblCloseTree.Place();
     s.optionsWindow = form.options.window.Place();
     s.separator = form.Separator.Place();
-    s.panel = form.pctWeb.Place();
-    s.list = form.ListView.Place();
-    s.scrollLargeChange = form.vsbBack.LargeChange();
-    s.scrollSmallChange = form.vsbBack.SmallChange();
     return s;
 }
 
@@ -84,37 +85,8 @@ void Apply(SearchForm &form, const LayoutState &s)
     form.options.txtToFind.SetWidth(s.inputWidth);
     form.options.cmbType.SetWidth(s.inputWidth);
     form.Separator.SetPlace(s.separator);
-    form.pctBorders.SetPlace(s.borders);
-    form.vsbBack.ResetValue(); // the top of the panel is 0 again
-    form.pctWeb.SetPlace(s.panel);
-    form.pctWeb.SetVisible(s.panelVisible);
-    form.ListView.SetPlace(s.list);
-    form.vsbBack.SetHeight(s.scrollHeight);
-    form.vsbBack.SetMax(s.scrollMax);
-    form.vsbBack.SetLargeChange(s.scrollLargeChange);
-    form.vsbBack.SetSmallChange(s.scrollSmallChange);
     form.SBar.SetWidth(kPanel, s.firstPanelWidth);
-    if (form.calls.placed)
-        form.calls.placed();
-}
-
-void LoadOptions(SearchOptions &options)
-{
-    const auto text = [](std::string_view words, std::string_view key) {
-        return shell::GetLanguageText(words, key, kSection);
-    };
-    options.cmbType.SetItems({text("Any Words (OR)", "AnyWords"),
-                              text("All Words (AND)", "AllWords"),
-                              text("Exact Phrase", "ExactPhrase")});
-    options.cmbType.SetListIndex(kAnyWords);
-    options.cmdAll[0].SetCaption(text("&Uncheck All", "UnCheckAll"));
-    options.cmdAll[1].SetCaption(text("&Check All", "CheckAll"));
-    options.cmdSearch.SetCaption(text("&Search", "SearchButton"));
-    options.lblToFind.SetCaption(text("Text to find", "TextToFind"));
-    options.lblTypeOfSearch.SetCaption(text("Type of search", "TypeOfSearch"));
-    for (std::size_t i = 0; i < kFields.size(); ++i)
-        options.chkField[i].SetCaption(
-            shell::GetLanguageText(kFields[i], kFields[i], "ColumnHeaders"));
+    browser::SetPlaces(form, form.ListView, s);
 }
 
 Criteria CriteriaOf(const SearchOptions &options)
@@ -127,10 +99,58 @@ Criteria CriteriaOf(const SearchOptions &options)
     return criteria;
 }
 
+// Form_Load of the window and of its pane.
+void Load(SearchForm &form)
+{
+    LoadOptions(form.options);
+    form.WebStyleOn = true;
+    form.PaneWidth = kDesignPaneWidth;
+    form.WebItemType.SetCaption(
+        shell::GetLanguageText("Type the criteria to look for.", "CriteriaToLookFor", kSection));
+    form.WebItemName.SetCaption("");
+    form.WebToolTip.SetCaption("");
+    form.lblInfo.SetCaption("");
+    ShowCount(form, 0);
+    form.lblWebFolder.SetCaption(
+        shell::GetLanguageText("Search Results", "SearchResults", kSection));
+}
+
+void BindWindow(SearchForm &form)
+{
+    form.onLoad = [&form] { Load(form); };
+    form.onResize = [&form] {
+        const int height = form.SBar.Height();
+        form.SBar.SetPlace({0, form.size.height - height, form.size.width, height});
+        if (form.Visible())
+            ResizeSearchForm(form);
+        else
+            ReDrawForm(form);
+    };
+    form.onVisibility = [&form] {
+        browser::frmMain().searchList = form.Visible() ? &form.ListView : nullptr;
+        if (form.Visible())
+            PrepareSearch(form);
+    };
+    // Another program may have changed the catalogue meanwhile.
+    form.onActivate = [&form] { PrepareSearch(form); };
+    form.onKeyDown = [&form](const ui::Key &key) {
+        const bool isFind = key.code == 'F' && key.ctrl && !key.alt && !key.shift;
+        if (isFind)
+            GoToOptionsPane(form);
+        return isFind;
+    };
+}
+
 void BindEvents(SearchForm &form)
 {
     browser::BindPanelEvents(form.ListView, form);
     form.ReDrawForm = [&form] { ReDrawForm(form); };
+    form.lblCloseTree.onClick = [&form] { ShowOptionsPane(form, false); };
+    form.Separator.pressed = [&form] { Separator_MouseDown(form); };
+    form.Separator.moved = [&form](double mouseX) {
+        Separator_MouseMove(form, static_cast<int>(mouseX));
+    };
+    form.Separator.released = [&form] { Separator_MouseUp(form); };
     form.ListView.onItemClick = [&form] {
         form.ObjClicked = &form.ListView;
         browser::SetPanelTextVisible(true, form);
@@ -141,7 +161,7 @@ void BindEvents(SearchForm &form)
     form.tmrReadAhead.event = [&form] {
         constexpr std::int64_t kSliceMs = 8; // too short to be noticed
         const bool hasMore =
-            form.visible && DataAccess != nullptr && DataAccess->ReadAheadForSearches(kSliceMs);
+            form.Visible() && DataAccess != nullptr && DataAccess->ReadAheadForSearches(kSliceMs);
         form.tmrReadAhead.SetEnabled(hasMore);
     };
     form.options.cmdAll[0].onClick = [&form] { cmdAll_Click(form, 0); };
@@ -165,8 +185,8 @@ void WaitForWholeSecond()
 
 SearchForm::SearchForm()
 {
-    ListView.SetPlace({2730, -45, 5000, 4000});
-    WebStyleOn = true;
+    BindWindow(*this);
+    BindEvents(*this);
 }
 
 SearchForm &frmSearch()
@@ -176,34 +196,21 @@ SearchForm &frmSearch()
     return *TheForm();
 }
 
-void ResetSearchForm()
+void ForgetSearch()
 {
+    if (TheForm() != nullptr && ui::TheFormHost() != nullptr) {
+        ui::Close(*TheForm());
+        ui::Retire(std::move(TheForm()));
+    }
     TheForm().reset();
 }
 
-void LoadSearchForm(SearchForm &form)
+void ShowSearch()
 {
-    LoadOptions(form.options);
-    BindEvents(form);
-    form.WebStyleOn = true;
-    form.PaneWidth = kDesignPaneWidth;
-    form.WebItemType.SetCaption(
-        shell::GetLanguageText("Type the criteria to look for.", "CriteriaToLookFor", kSection));
-    form.WebItemName.SetCaption("");
-    form.WebToolTip.SetCaption("");
-    form.lblInfo.SetCaption("");
-    ShowCount(form, 0);
-    form.lblFolders.SetCaption(shell::GetLanguageText("Search", "Search", kSection));
-    form.lblWebFolder.SetCaption(
-        shell::GetLanguageText("Search Results", "SearchResults", kSection));
-}
-
-void SetVisible(SearchForm &form, bool visible)
-{
-    form.visible = visible;
-    browser::frmMain().searchList = visible ? &form.ListView : nullptr;
-    if (visible)
-        PrepareSearch(form);
+    SearchForm &form = frmSearch();
+    ui::Show(form);
+    if (form.pctCloseTree.Visible())
+        form.options.txtToFind.SetFocus();
 }
 
 void PrepareSearch(SearchForm &form)
@@ -223,10 +230,10 @@ void ReDrawForm(SearchForm &form)
 
 void ResizeSearchForm(SearchForm &form)
 {
-    if (!form.visible)
+    if (!form.Visible())
         return;
     try {
-        form.PaneWidth = PaneWidthWithin(form.PaneWidth, form.window.width);
+        form.PaneWidth = PaneWidthWithin(form.PaneWidth, WindowWidth(form));
         form.vsbBack.ResetValue();
         ReDrawForm(form);
         browser::ClearSearchPanel(form.ListView, form, form.ObjClicked != nullptr);
@@ -244,6 +251,14 @@ void ShowOptionsPane(SearchForm &form, bool show)
     ReDrawForm(form);
     if (show && form.pctCloseTree.Width() != form.PaneWidth)
         ReDrawForm(form); // the title gets the width of the pane, which is visible again
+}
+
+void GoToOptionsPane(SearchForm &form)
+{
+    if (!form.pctCloseTree.Visible())
+        ShowOptionsPane(form, true);
+    form.options.txtToFind.SetFocus();
+    form.options.txtToFind.SelectAll();
 }
 
 void Separator_MouseDown(SearchForm &form)
@@ -299,9 +314,9 @@ void cmdSearch_Click(SearchForm &form)
         platform::TheDesktop().MessageBox(words);
     }
     const bool filled =
-        browser::FillItemList(form.ListView, *records, [&form] { return form.visible; });
+        browser::FillItemList(form.ListView, *records, [&form] { return form.Visible(); });
     PrepareSearch(form);
-    if (!filled || !form.visible)
+    if (!filled || !form.Visible())
         return;
     ShowCount(form, records->RecordCount());
     platform::TheDesktop().SetPointer(platform::Pointer::Normal);

@@ -1,87 +1,33 @@
-// search/searchform.h - frmSearch and its pane frmSearchOptions without their widgets: controls,
-// fields, the search itself, and what happens on a change of the size, at the splitter and in the
-// list. The window connects its widgets with the controls.
+// search/searchform.h - frmSearch and its pane frmSearchOptions: the search itself, and what
+// happens on a change of the size, at the splitter and in the list. frmSearch.h has the widgets
+// that only this window has.
 #pragma once
 
-#include "browser/panelform.h"
-#include "search/criteria.h"
-#include "search/layout.h"
-#include "ui/controls/button.h"
-#include "ui/controls/inputs/checkbox.h"
-#include "ui/controls/inputs/combobox.h"
-#include "ui/controls/inputs/keyedlist.h"
-#include "ui/controls/inputs/textbox.h"
-#include "ui/controls/statusbar.h"
-#include "ui/controls/timer.h"
+#include "search/searchcontrols.h"
 
-#include <array>
 #include <cstdint>
-#include <functional>
-#include <string>
 
 namespace search
 {
 
-// frmSearchOptions: the criteria.
-struct SearchOptions {
-    ui::Area window; // in pctOptions
-    ui::Label lblToFind{"Text to find", {}};
-    ui::TextBox txtToFind;
-    ui::Label lblTypeOfSearch{"Type of search", {}};
-    ui::ComboBox cmbType;
-    std::array<ui::CheckBox, kFields.size()> chkField; // in the order of kFields
-    std::array<ui::Button, 2> cmdAll;                  // unticks all, ticks all
-    ui::Button cmdSearch;
-};
-
-struct SearchForm : browser::PanelForm {
+struct SearchForm : SearchControls {
     SearchForm();
-    SearchForm(const SearchForm &) = delete;
-    SearchForm &operator=(const SearchForm &) = delete;
 
-    // --- The window itself; these are updated by it. In twips; see kFrameHeight in layout.h.
-    ui::Rect window{0, 0, 11000, 7200};
-    int scaleWidth = 11000 - kFrameWidth;
-    bool minimised = false;
-    bool visible = false;
-
-    // --- Controls.
-    ui::Area pctCloseTree{{0, 0, kDesignPaneWidth, 330}};
-    ui::Area frmCloseTree{{0, 0, kDesignPaneWidth, 330}};
-    ui::Label lblFolders{"Search", {90, 45, 2000, 240}};
-    ui::Label lblCloseTree{"\u00D7", {2400, 30, 270, 270}};
-    ui::Area pctOptions;
-    SearchOptions options;
-    ui::Area Separator;
-    ui::KeyedList ListView;
-    ui::StatusBar SBar{{{"Items", "", 3000}}};
-    ui::Area statusBarArea{{0, 0, 11000, 345}};
-
-    ui::Timer tmrReadAhead{10}; // reads the texts of the catalogue ahead while the program is idle
-
-    // --- Fields.
     int PaneWidth = kDesignPaneWidth;
     bool separatorDragging = false;      // CheckMaximized.Enabled
     bool separatorReleased = false;      // the mouse was released while a move was being laid out
     std::uint64_t searches = 0;          // the number of searches that have begun
     ui::KeyedList *ObjClicked = nullptr; // the list that was last clicked
-
-    // What the window does for the form. An empty function does nothing.
-    struct Calls {
-        std::function<void()> placed; // called when a layout has set the places, to show them
-    } calls;
 };
 
-// The form of the search window; the first call creates it. ResetSearchForm replaces it by a new
-// one.
+// The form of the search window; the first call creates it. ForgetSearch ends it: the next call
+// creates a new one.
 SearchForm &frmSearch();
-void ResetSearchForm();
+void ForgetSearch();
 
-// Form_Load of the window and of its pane. Reads the language file.
-void LoadSearchForm(SearchForm &form);
-
-// The window was shown or hidden. While it is visible, its list is the main form's `searchList`.
-void SetVisible(SearchForm &form, bool visible);
+// Shows the window as it was, or brings it to the front, with the focus in the text to find.
+// Errors: kNonModalOverModal (401) while a modal window is open.
+void ShowSearch();
 
 // To be called when the catalogue may have changed: begins to read its texts ahead, as far as
 // needed, so that the next search is fast.
@@ -95,6 +41,9 @@ void ResizeSearchForm(SearchForm &form);
 
 // Shows or hides the pane with the criteria, and does the layout.
 void ShowOptionsPane(SearchForm &form, bool show);
+
+// Shows the pane if it is hidden; the focus is in the text to find, which is selected.
+void GoToOptionsPane(SearchForm &form);
 
 // Dragging the splitter: press, move (the place of the mouse inside the splitter, in twips),
 // release.

@@ -275,7 +275,7 @@ TABLES = {
     "browser/fieldtree.cpp": {"field": fields(TREE)},
     "shell/language.cpp": {"field": fields(TREE), "key": None},
     "shell/progress.cpp": {"key": None},  # see ShowProgressText
-    "search/searchform.cpp": {"kFields[i]": fields(("search/criteria.h", "kFields"))},
+    "search/searchcontrols.cpp": {"kFields[i]": fields(("search/criteria.h", "kFields"))},
     "ui/qt/form.cpp": {"row.key": None},  # the tables of captions
 }
 

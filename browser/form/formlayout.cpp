@@ -24,7 +24,7 @@ int LastSafeTVWidth()
 
 LayoutState StateOf(const MainForm &form)
 {
-    LayoutState s;
+    LayoutState s{PlacesOf(form, form.LV)};
     s.minimised = form.minimised;
     s.windowWidth = form.window.width;
     s.windowHeight = form.window.height;
@@ -32,7 +32,7 @@ LayoutState StateOf(const MainForm &form)
     s.toolbarVisible = form.TB.Visible();
     s.toolbarHeight = form.TB.Height();
     s.addressVisible = form.TBAddress.Visible();
-    s.statusBarHeight = form.statusBarArea.Height();
+    s.statusBarHeight = form.SB.Height();
     if (form.calls.textWidth)
         s.aboutTextWidth = form.calls.textWidth(form.SB.Panel("About").text);
     s.addressTextLeft = form.WEPath.Left();
@@ -42,14 +42,6 @@ LayoutState StateOf(const MainForm &form)
     s.addressTextWidth = form.WEPath.Width();
     s.tree = form.TV.Place();
     s.separator = form.Separator.Place();
-    s.borders = form.pctBorders.Place();
-    s.panel = form.pctWeb.Place();
-    s.panelVisible = form.pctWeb.Visible();
-    s.list = form.LV.Place();
-    s.scrollHeight = form.vsbBack.Height();
-    s.scrollMax = form.vsbBack.Max();
-    s.scrollLargeChange = form.vsbBack.LargeChange();
-    s.scrollSmallChange = form.vsbBack.SmallChange();
     s.playingWidth = form.SB.Panel("Playing").widthTwips;
     s.playingStatusWidth = form.SB.Panel("PlayingStatus").widthTwips;
     s.blankWidth = form.SB.Panel("Blank").widthTwips;
@@ -73,19 +65,7 @@ void Apply(MainForm &form, const LayoutState &s)
     ApplyPanels(form.SB, s);
     form.TV.SetPlace(s.tree);
     form.Separator.SetPlace(s.separator);
-    form.pctBorders.SetPlace(s.borders);
-    if (s.panel.top == 0)
-        form.vsbBack.ResetValue();
-    form.pctWeb.SetPlace(s.panel);
-    form.pctWeb.SetVisible(s.panelVisible);
-    if (!s.panelVisible)
-        form.vsbBack.SetVisible(false);
-    form.LV.SetPlace(s.list);
-    form.vsbBack.SetHeight(s.scrollHeight);
-    form.vsbBack.SetMax(s.scrollMax);
-    form.vsbBack.SetLargeChange(s.scrollLargeChange);
-    form.vsbBack.SetSmallChange(s.scrollSmallChange);
-    form.calls.placed();
+    SetPlaces(form, form.LV, s);
 }
 
 void SaveLayout(const MainForm &form)
@@ -165,7 +145,7 @@ void ShowProgressBar(MainForm &form, std::string_view panelKey, int margin)
             break;
         left += panel.widthTwips;
     }
-    const ui::Rect bar{0, 0, form.statusBarArea.Width(), form.statusBarArea.Height()};
+    const ui::Rect bar{0, 0, form.SB.Width(), form.SB.Height()};
     form.pbarArea.SetPlace(ProgressBarPlace(bar, left, form.SB.Panel(panelKey).widthTwips, margin));
     form.SB.SetAutoSize(panelKey, false);
 }

@@ -91,12 +91,16 @@ void BindControls(MainForm &form)
         form.WEPath.SetLeft(form.lblAddress.Place().Right() + 200);
     };
     form.ReDrawForm = [&form] { ReDrawForm(form); };
+    form.Separator.pressed = [&form] { Separator_MouseDown(form); };
+    form.Separator.moved = [&form](double mouseX) { Separator_MouseMove(form, mouseX); };
+    form.Separator.released = [&form] { Separator_MouseUp(form); };
     shell::TheStatusLine() = [&form](std::string_view words) { form.SB.SetText("Playing", words); };
 }
 
-void CheckCalls(const MainFormCalls &calls)
+void CheckCalls(const MainForm &form)
 {
-    const bool complete = calls.textWidth && calls.placed && calls.bringIntoView &&
+    const MainFormCalls &calls = form.calls;
+    const bool complete = form.placed && calls.textWidth && calls.bringIntoView &&
                           calls.showWindow && calls.showPopup && calls.cursor &&
                           calls.popupHeights && calls.raisePanel && calls.unloadForms &&
                           calls.endProgram;
@@ -127,7 +131,7 @@ void BindRegeneration(MainForm &form)
 
 void LoadMainForm(MainForm &form)
 {
-    CheckCalls(form.calls);
+    CheckCalls(form);
     BindControls(form);
     RegisterOwnCommands(form);
     BindRegeneration(form);

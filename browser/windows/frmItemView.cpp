@@ -76,13 +76,20 @@ ItemView::ItemView(PanelForm &form, ui::KeyedList &list, const char *listName, Q
         return MayBeEmpty(columnKey) ? none : QString();
     };
     form.focusList = [this] { m_list->setFocus(); };
+    form.placed = [this] { ShowPanel(); };
 }
 
 ItemView::~ItemView()
 {
     m_form.focusList = nullptr;
+    m_form.placed = nullptr;
     for (auto &[label, widget] : m_pageLabels)
         label->measureHeight = nullptr;
+}
+
+QWidget &ItemView::Panel()
+{
+    return *m_panel;
 }
 
 void ItemView::RaisePanel()
@@ -90,6 +97,13 @@ void ItemView::RaisePanel()
     m_list->lower();
     m_panel->raise();
     m_scroll->raise();
+}
+
+void ItemView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        SetPanelFonts();
 }
 
 bool ItemView::eventFilter(QObject *watched, QEvent *event)
@@ -133,6 +147,8 @@ void ItemView::BuildPanel()
 
     Name(m_scroll, "vsbBack");
     m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setAccessibleName(
+        ToQt(shell::GetLanguageText("Position in the information", "PanelBar", "Spoken")));
     BindScrollBar(m_form.vsbBack, m_scroll);
     for (QWidget *widget : {static_cast<QWidget *>(m_panel), static_cast<QWidget *>(m_scroll)})
         widget->installEventFilter(this);
@@ -160,7 +176,8 @@ ui::qt::PageLabel *ItemView::AddPageLabel(ui::Label &label, const char *name)
     return widget;
 }
 
-// The heading is half as large again as the text, the name of the row is bold.
+// Sets the panel's fonts from this widget's font; the labels change their height. The heading is
+// half as large again as the text, the name of the row is bold.
 void ItemView::SetPanelFonts()
 {
     for (auto &[label, widget] : m_pageLabels) {

@@ -28,26 +28,25 @@ class ItemView : public QWidget
 {
 public:
     // `form` and `list` outlive the view; `listName` is the object name of the list's widget. Sets
-    // the form's focusList and the labels' measureHeight, and empties them in the destructor.
+    // the form's focusList and placed, and the labels' measureHeight, and empties them in the
+    // destructor.
     ItemView(PanelForm &form, ui::KeyedList &list, const char *listName, QWidget *parent);
     ~ItemView() override;
 
     ui::qt::ListView &List() { return *m_list; }
+    QWidget &Panel(); // pctWeb
 
     // Puts the panel and its scroll bar in front of the list, whose left edge they cover.
     void RaisePanel();
 
-    // To be called after a layout has set the places.
-    void ShowPanel();
-
-    // Sets the panel's fonts from this widget's font; the labels change their height.
-    void SetPanelFonts();
-
 protected:
+    void changeEvent(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void BuildPanel();
+    void SetPanelFonts();
+    void ShowPanel();
     ui::qt::PageLabel *AddPageLabel(ui::Label &label, const char *name);
     bool ScrollPanel(const QWheelEvent &wheel);
     bool PanelKey(const QKeyEvent &key);

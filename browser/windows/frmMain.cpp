@@ -13,7 +13,7 @@
 #include "ui/qt/views/listview.h"
 #include "ui/qt/views/treeview.h"
 #include "ui/qt/widgets/elidedlabel.h"
-#include "ui/qt/widgets/splitter.h"
+#include "ui/qt/widgets/splitterview.h"
 #include "ui/qt/widgets/statusbarview.h"
 
 #include <QCloseEvent>
@@ -44,7 +44,7 @@ frmMainWindow::frmMainWindow(MainForm &form)
       m_addressBar(new QFrame(m_client)), m_lblAddress(new ui::qt::ElidedLabel(m_addressBar)),
       m_WEPath(new ui::qt::ElidedLabel(m_addressBar)),
       m_tree(new ui::qt::TreeView(form.TV, m_client)),
-      m_separator(new ui::qt::Splitter(form.Separator, m_client)),
+      m_separator(new ui::qt::SplitterView(form.Separator, m_client)),
       m_items(new ItemView(form, form.LV, "LV", m_client)),
       m_statusBar(new ui::qt::StatusBarView(form.SB, m_client)),
       m_progress(new QProgressBar(m_statusBar)), m_settled(new QTimer(this))
@@ -61,7 +61,6 @@ frmMainWindow::frmMainWindow(MainForm &form)
     BuildMenus();
     BuildToolbar();
     BuildTree();
-    BuildSeparator();
     BuildList();
     BuildPopup();
     BindFrame();
@@ -84,7 +83,6 @@ frmMainWindow::~frmMainWindow()
 void frmMainWindow::FillCalls()
 {
     m_form.calls.textWidth = [this](std::string_view text) { return TextWidthTwips(text); };
-    m_form.calls.placed = [this] { m_items->ShowPanel(); };
     m_form.calls.bringIntoView = [](const ui::Rect &stored) {
         platform::Windows *windows = platform::TheMachine().windows;
         if (windows == nullptr)
@@ -136,9 +134,8 @@ void frmMainWindow::BindFrame()
     };
     bindLine(m_form.lblAddress, m_lblAddress);
     bindLine(m_form.WEPath, m_WEPath);
+    Name(m_separator, "Separator");
     Name(m_statusBar, "SB");
-    Bind(m_form.statusBarArea, m_statusBar,
-         [this] { ShowArea(m_form.statusBarArea, m_statusBar); });
     Name(m_progress, "PBar");
     Bind(m_form.pbarArea, m_progress,
          [this] { m_progress->setGeometry(PixelRect(m_form.pbarArea.Place())); });
@@ -153,7 +150,7 @@ void frmMainWindow::BindFrame()
 void frmMainWindow::MeasureFrame()
 {
     m_form.TB.SetHeight(ui::TwipsOfPixels(m_toolbar->sizeHint().height()));
-    m_form.statusBarArea.SetHeight(ui::TwipsOfPixels(m_statusBar->sizeHint().height()));
+    m_form.SB.SetHeight(ui::TwipsOfPixels(m_statusBar->sizeHint().height()));
     m_form.lblAddress.SetWidth(TextWidthTwips(m_form.lblAddress.Caption()));
     if (m_form.lblAddress.captionChanged)
         m_form.lblAddress.captionChanged(); // the controls beside it depend on its width
@@ -212,8 +209,8 @@ void frmMainWindow::BuildSettled()
 void frmMainWindow::ClientResized()
 {
     TakeOwnPlace();
-    const int height = m_form.statusBarArea.Height();
-    m_form.statusBarArea.SetPlace(
+    const int height = m_form.SB.Height();
+    m_form.SB.SetPlace(
         {0, ui::TwipsOfPixels(m_client->height()) - height, m_form.scaleWidth, height});
     m_form.TB.SetWidth(m_form.scaleWidth);
     ResizeMainForm(m_form);
@@ -248,7 +245,6 @@ void frmMainWindow::changeEvent(QEvent *event)
     case QEvent::FontChange:
     case QEvent::StyleChange:
         MeasureFrame();
-        m_items->SetPanelFonts();
         m_layoutDue = true;
         break;
     default:

@@ -14,7 +14,7 @@ class QToolBar;
 namespace ui::qt
 {
 class ElidedLabel;
-class Splitter;
+class SplitterView;
 class StatusBarView;
 class StripMenu;
 class TreeView;
@@ -70,7 +70,6 @@ private:
     // Tree and list, in frmMainLists.cpp.
     void BuildTree();
     void BuildList();
-    void BuildSeparator();
     void GiveKeyboardBack();
 
     MainForm &m_form;
@@ -82,9 +81,9 @@ private:
     QToolBar *m_toolbar;  // TB
     QFrame *m_addressBar; // TBAddress
     ui::qt::ElidedLabel *m_lblAddress, *m_WEPath;
-    ui::qt::TreeView *m_tree;      // TV
-    ui::qt::Splitter *m_separator; // Separator
-    ItemView *m_items;             // pctBorders, with panel and list
+    ui::qt::TreeView *m_tree;          // TV
+    ui::qt::SplitterView *m_separator; // Separator
+    ItemView *m_items;                 // pctBorders, with panel and list
     ui::qt::StatusBarView *m_statusBar;
     QProgressBar *m_progress; // PBar
     QTimer *m_settled;        // runs from the last change of the place

@@ -1,5 +1,4 @@
-// The main window's tree, list and splitter.
-#include "browser/form/formlayout.h"
+// The main window's tree and list.
 #include "browser/form/formpopup.h"
 #include "browser/itemkinds.h"
 #include "browser/itemlist.h"
@@ -9,7 +8,6 @@
 #include "ui/qt/qttext.h"
 #include "ui/qt/views/listview.h"
 #include "ui/qt/views/treeview.h"
-#include "ui/qt/widgets/splitter.h"
 
 namespace browser
 {
@@ -47,13 +45,6 @@ void frmMainWindow::BuildList()
         LV_MouseDown(m_form, 2, byKey ? ui::kNoRow : row);
         m_anchor.reset();
     };
-}
-
-void frmMainWindow::BuildSeparator()
-{
-    m_separator->pressed = [this] { Separator_MouseDown(m_form); };
-    m_separator->moved = [this](double mouseX) { Separator_MouseMove(m_form, mouseX); };
-    m_separator->released = [this] { Separator_MouseUp(m_form); };
 }
 
 } // namespace browser

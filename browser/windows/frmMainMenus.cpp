@@ -127,8 +127,6 @@ void frmMainWindow::NameForReaders()
     name("TV", shell::GetLanguageText("Catalogue", "Tree", "Spoken"));
     name("LV", shell::GetLanguageText("Songs and folders", "List", "Spoken"));
     name("Separator", shell::GetLanguageText("Width of the catalogue", "Splitter", "Spoken"));
-    name("pctWeb", shell::GetLanguageText("Information", "Panel", "Spoken"));
-    name("vsbBack", shell::GetLanguageText("Position in the information", "PanelBar", "Spoken"));
 }
 
 void frmMainWindow::BuildToolbar()

@@ -134,10 +134,10 @@ TEST_F(FormCommands, ALoadWithoutItsWindowFails)
     const int calls = 10;
     for (int without = 0; without < calls; ++without) {
         ResetMainForm();
-        FillCalls(Form().calls);
+        FillCalls(Form());
         MainFormCalls &c = Form().calls;
         const std::function<void()> take[calls] = {
-            [&] { c.textWidth = nullptr; },     [&] { c.placed = nullptr; },
+            [&] { c.textWidth = nullptr; },     [&] { Form().placed = nullptr; },
             [&] { c.bringIntoView = nullptr; }, [&] { c.showWindow = nullptr; },
             [&] { c.showPopup = nullptr; },     [&] { c.cursor = nullptr; },
             [&] { c.popupHeights = nullptr; },  [&] { c.raisePanel = nullptr; },

@@ -63,21 +63,22 @@ protected:
         };
         for (ui::Label *label : {&form.lblWebFolder, &form.WebItemName, &form.lblInfo})
             label->measureHeight = lines;
-        FillCalls(form.calls);
+        FillCalls(form);
         browser::LoadMainForm(form);
         return form;
     }
 
     // Sets functions that do nothing for all that the test has not set.
-    static void FillCalls(browser::MainFormCalls &calls)
+    static void FillCalls(browser::MainForm &form)
     {
+        browser::MainFormCalls &calls = form.calls;
         const auto fill = [](auto &call, auto harmless) {
             if (!call)
                 call = harmless;
         };
         fill(calls.textWidth,
              [](std::string_view text) { return 100 * static_cast<int>(text.size()); });
-        fill(calls.placed, [] {});
+        fill(form.placed, [] {});
         fill(calls.bringIntoView, [](const ui::Rect &stored) { return stored; });
         fill(calls.showWindow, [] {});
         fill(calls.showPopup, [](int, int) {});

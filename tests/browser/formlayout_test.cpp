@@ -53,7 +53,7 @@ TEST_F(FormLayout, AResizeLaysOutThenWrapsThePanelsText)
 {
     MainForm &form = Loaded();
     std::string order;
-    form.calls.placed = [&] { order += "layout "; };
+    form.placed = [&] { order += "layout "; };
     form.lblInfo.measureHeight = [&](const ui::Label &) {
         order += "wrap ";
         return 200;
@@ -106,7 +106,7 @@ TEST_F(FormLayout, TheSplitter)
 TEST_F(FormLayout, TheProgressBarIsLaidOverItsPanelOnce)
 {
     MainForm &form = Loaded();
-    form.statusBarArea.SetPlace({0, 6000, 12000, 345});
+    form.SB.SetPlace({0, 6000, 12000, 345});
     ShowProgressBar(form);
     EXPECT_EQ(form.pbarArea.Place(), (ui::Rect{5040, 40, 1420, 305}));
     EXPECT_FALSE(form.SB.Panel("PlayingStatus").autoSize);

@@ -102,7 +102,7 @@ TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
     };
     form.calls.showWindow = [&] { order += "window "; };
     RegisterCommand("submnuTips", [&] { order += "tips "; });
-    form.calls.placed = [&] { order += "layout "; };
+    form.placed = [&] { order += "layout "; };
     for (const int height : {shell::kAboutHeight, shell::kSplashHeight - 1})
         shell::UnloadSplash(height, [&] { ShowMainForm(form); });
     EXPECT_EQ(order, ""); // the about box does not change the window

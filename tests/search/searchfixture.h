@@ -4,6 +4,7 @@
 #include "browser/itemlist.h"
 #include "search/install.h"
 #include "search/searchform.h"
+#include "shell/language.h"
 #include "tests/browser/formfixture.h"
 
 #include <string>
@@ -20,7 +21,7 @@ protected:
         browser::ResetInfoLabelTop();
         Loaded();
     }
-    ~SearchFormTest() override { search::ResetSearchForm(); }
+    ~SearchFormTest() override { search::ForgetSearch(); }
 
     search::SearchForm &Shown()
     {
@@ -28,9 +29,11 @@ protected:
         const auto line = [](const ui::Label &) { return 200; };
         for (ui::Label *label : {&form.lblWebFolder, &form.WebItemName, &form.lblInfo})
             label->measureHeight = line;
-        search::LoadSearchForm(form);
+        ui::LoadForm(form, [](const ui::Caption &row) {
+            return shell::GetLanguageText(row.text, row.key, row.section);
+        });
         search::ReDrawForm(form);
-        search::SetVisible(form, true);
+        form.SetVisible(true);
         return form;
     }
 

@@ -222,7 +222,7 @@ TEST_F(Search, ClosingTheWindowEndsTheFillQuietly)
     form.options.chkField[0].SetChecked(true);
     desktop.onYield = [&] {
         if (form.ListView.Count() >= 50)
-            search::SetVisible(form, false);
+            form.SetVisible(false);
     };
     Run(form, "t");
     EXPECT_EQ(form.ListView.Count(), 50);
@@ -268,7 +268,7 @@ TEST_F(Search, TextsAreReadAheadWhileTheWindowShows)
     Add({"Lovely", "", "", "", "", "", "/m/4.mp3"});
     Run(form, "love");
     EXPECT_EQ(Found(form), "/0:Love me do /1:One /2:Lovely ");
-    search::SetVisible(form, false);
+    form.SetVisible(false);
     form.tmrReadAhead.Fire();
     EXPECT_FALSE(form.tmrReadAhead.Enabled()); // not for a hidden window
     search::PrepareSearch(form);

@@ -183,15 +183,14 @@ TEST_F(SearchList, TheSplitterMovesWhilePressed)
 TEST_F(SearchList, AResizeLaysOutAndResetsThePanel)
 {
     SearchForm &form = Shown();
-    form.window.width = 8000;
-    form.scaleWidth = 8000 - search::kFrameWidth;
+    form.size.width = 8000 - search::kFrameWidth;
     search::ResizeSearchForm(form);
     EXPECT_EQ(form.PaneWidth, 8000 - 5580);
     EXPECT_EQ(form.WebItemType.Caption(), ""); // it contained the hint
     search::ResizeSearchForm(form);
     EXPECT_EQ(form.WebItemType.Caption(), "Type the criteria to look for.");
-    search::SetVisible(form, false);
-    form.window.width = 7000;
+    form.SetVisible(false);
+    form.size.width = 7000 - search::kFrameWidth;
     search::ResizeSearchForm(form);
     EXPECT_EQ(form.PaneWidth, 8000 - 5580); // not while it is hidden
 }
@@ -200,7 +199,7 @@ TEST_F(SearchList, AFailureDuringAResizeIsIgnored)
 {
     SearchForm &form = Shown();
     desktop.onYield = [] { throw runtime::RuntimeError(runtime::kOverflow); };
-    form.window.width = 8000;
+    form.size.width = 8000 - search::kFrameWidth;
     search::ResizeSearchForm(form);
     desktop.onYield = nullptr;
     EXPECT_EQ(form.PaneWidth, 8000 - 5580);
@@ -213,9 +212,9 @@ TEST_F(SearchList, WhatWasTypedStaysWhileTheWindowIsHidden)
     EXPECT_EQ(Form().searchList, &form.ListView);
     form.options.cmdAll[1].Click();
     Run(form, "love", 1);
-    search::SetVisible(form, false);
+    form.SetVisible(false);
     EXPECT_EQ(Form().searchList, nullptr);
-    search::SetVisible(form, true);
+    form.SetVisible(true);
     EXPECT_EQ(form.options.txtToFind.Text(), "love ");
     EXPECT_EQ(form.options.cmbType.ListIndex(), 1);
     EXPECT_EQ(form.ListView.Count(), 2);

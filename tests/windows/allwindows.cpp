@@ -17,6 +17,8 @@
 #include "platform/qt/qtwindows.h"
 #include "player/controlsform.h"
 #include "playlists/listsform.h"
+#include "search/frmSearch.h"
+#include "search/searchform.h"
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "shell/preferences/preferences.h"
@@ -261,6 +263,7 @@ std::vector<FormCase> AllForms(const TestFolder &folder)
         {"frmLists", [] { return MakeLists(); }},
         {"frmPref", [&folder] { return MakePreferences(folder, false); }},
         {"frmPref_running", [&folder] { return MakePreferences(folder, true); }},
+        {"frmSearch", [] { return std::make_unique<search::SearchForm>(); }},
         {"frmLyrics", [] { return LyricsWindow(LyricsMode::Following); }},
         {"frmLyrics_setting", [] { return LyricsWindow(LyricsMode::Setting); }},
         {"frmLyrics_testing", [] { return LyricsWindow(LyricsMode::Testing); }},
@@ -291,6 +294,7 @@ protected:
         drives.roots = {"/", folder.Path()};
         online::RegisterHistoryWidget();
         online::RegisterHelpWidget();
+        search::RegisterSearchWidgets();
     }
     ~AllWindowsScaled() override
     {

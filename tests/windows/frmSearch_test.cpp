@@ -5,8 +5,10 @@
 #include "catalogue/rowgroups.h"
 #include "search/frmSearch.h"
 #include "search/install.h"
+#include "search/searchform.h"
 #include "tests/windows/awaitplace.h"
 #include "tests/windows/mainwindowfixture.h"
+#include "ui/qt/form.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -42,9 +44,8 @@ protected:
             catalogue::DataAccess->ExecuteSQL("AddMP3", catalogue::kStoredInsert, values);
         }
         Start();
-        search::LoadSearchForm(Search());
-        searchWindow = std::make_unique<search::frmSearchWindow>(Search());
-        search::Install([this] { searchWindow->Present(); });
+        search::Install();
+        search::RegisterSearchWidgets();
         browser::RegisterItemKind(
             "/", [this](const std::string &path, ui::KeyedList &) { played = path; });
         for (const char *key : {"cp_Info", "cp_Play"})
@@ -52,14 +53,11 @@ protected:
                 key, [this] { chosen = browser::SelectedPath(browser::PopupList(Form())); });
         browser::UpdateCommands(Form());
         ChooseMenu("mnuTools", "submnuSearch");
-        ASSERT_NE(tests::WaitForWindow("frmSearch"), nullptr);
+        searchWindow = tests::WaitForWindow("frmSearch");
+        ASSERT_NE(searchWindow, nullptr);
         ASSERT_TRUE(tests::WaitUntil([this] { return searchWindow->isActiveWindow(); }));
     }
-    ~SearchWindow() override
-    {
-        searchWindow.reset();
-        search::ResetSearchForm();
-    }
+    ~SearchWindow() override { search::ForgetSearch(); }
 
     static constexpr int kMany = 20000;
 
@@ -90,14 +88,15 @@ protected:
     void ClickWith(Qt::KeyboardModifier modifier, int displayIndex)
     {
         QTest::mouseClick(searchWindow->windowHandle(), Qt::LeftButton, modifier,
-                          List().viewport()->mapTo(searchWindow.get(), Row(displayIndex)));
+                          List().viewport()->mapTo(searchWindow, Row(displayIndex)));
     }
     bool WaitForRows(int count)
     {
         return tests::WaitUntil([this, count] { return Search().ListView.Count() == count; });
     }
 
-    std::unique_ptr<search::frmSearchWindow> searchWindow;
+    ui::qt::FormWindows host;
+    QWidget *searchWindow = nullptr; // its window
     std::string played, chosen;
 };
 
@@ -149,6 +148,44 @@ TEST_F(SearchWindow, EveryControlIsFoundByItsName)
     EXPECT_EQ(searchWindow->objectName(), QLatin1String("frmSearch"));
 }
 
+TEST_F(SearchWindow, TabsLeadThroughThePaneToTheList)
+{
+    Open();
+    std::string order;
+    for (int i = 0; i < 16; ++i) {
+        order += QApplication::focusWidget()->objectName().toStdString() + " ";
+        tests::PressKey("Tab");
+    }
+    EXPECT_EQ(order, "txtToFind cmbType chkField(0) chkField(1) chkField(2) chkField(3) "
+                     "chkField(4) chkField(5) chkField(6) chkField(7) cmdAll(0) cmdAll(1) "
+                     "cmdSearch ListView Separator pctWeb ");
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("lblCloseTree"));
+    tests::PressKey("Tab");
+    EXPECT_TRUE(Control("txtToFind").hasFocus());
+}
+
+// Enter presses the button of the search from the pane, and only from there.
+TEST_F(SearchWindow, EnterSearchesFromThePane)
+{
+    Open();
+    Search().options.chkField[0].SetChecked(true);
+    Search().options.txtToFind.SetText("waltz");
+    std::uint64_t searches = 0;
+    for (const char *name : {"txtToFind", "cmbType", "chkField(3)", "cmdSearch"}) {
+        Control(name).setFocus();
+        tests::PressKey("Return");
+        ++searches;
+        EXPECT_TRUE(tests::WaitUntil([&] { return Search().searches == searches; })) << name;
+        EXPECT_TRUE(WaitForRows(20)) << name;
+    }
+    for (const char *name : {"lblCloseTree", "Separator", "pctWeb", "ListView"}) {
+        Control(name).setFocus();
+        tests::PressKey("Return");
+        tests::Settle();
+        EXPECT_EQ(Search().searches, searches) << name;
+    }
+}
+
 TEST_F(SearchWindow, ThePaneClosesByMouseAndOpensByKeysAndMenu)
 {
     Open();
@@ -166,9 +203,9 @@ TEST_F(SearchWindow, ThePaneClosesByMouseAndOpensByKeysAndMenu)
         tests::ClickAt(menu, menu.actionGeometry(menu.actions().constFirst()).center());
     });
     QWidget &panel = Control("pctWeb");
-    const QPoint place = panel.mapTo(searchWindow.get(), QPoint(40, panel.height() - 40));
-    QContextMenuEvent ask(QContextMenuEvent::Mouse, place, searchWindow->mapToGlobal(place));
-    QApplication::sendEvent(searchWindow.get(), &ask);
+    const QPoint place(40, panel.height() - 40);
+    QContextMenuEvent ask(QContextMenuEvent::Mouse, place, panel.mapToGlobal(place));
+    QApplication::sendEvent(&panel, &ask);
     EXPECT_TRUE(tests::WaitUntil([this] { return Control("pctOptions").isVisible(); }));
 }
 
@@ -212,7 +249,7 @@ TEST_F(SearchWindow, ClosingItDuringASearchEndsTheFill)
     list.rowsChanged = [this, shown = list.rowsChanged, &list] {
         shown();
         if (list.Count() > 0) // the first rows show
-            QTimer::singleShot(0, searchWindow.get(), [this] { searchWindow->close(); });
+            QTimer::singleShot(0, searchWindow, [this] { searchWindow->close(); });
     };
     tests::TypeText("many");
     tests::PressKey("Return");
@@ -233,7 +270,7 @@ TEST_F(SearchWindow, ASecondSearchDuringTheFirstReplacesItsRows)
     list.rowsChanged = [this, shown = list.rowsChanged, &list, &second] {
         shown();
         if (list.Count() > 0 && !std::exchange(second, true))
-            QTimer::singleShot(0, searchWindow.get(), [this] {
+            QTimer::singleShot(0, searchWindow, [this] {
                 Search().options.txtToFind.SetText("waltz");
                 Search().options.cmdSearch.Click();
             });
@@ -328,8 +365,7 @@ TEST_F(SearchWindow, ASmallWindowKeepsEveryControlWithinReach)
     tests::KeepScreenshot(*searchWindow, "frmSearch-small");
     EXPECT_LE(Control("txtToFind").width(), Control("pctOptions").width());
     EXPECT_GT(List().viewport()->width(), 50);
-    EXPECT_LE(List().mapTo(searchWindow.get(), List().rect().bottomRight()).x(),
-              searchWindow->width());
+    EXPECT_LE(List().mapTo(searchWindow, List().rect().bottomRight()).x(), searchWindow->width());
 }
 
 } // namespace

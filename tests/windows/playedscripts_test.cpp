@@ -8,6 +8,7 @@
 #include "platform/qt/theme.h"
 #include "search/frmSearch.h"
 #include "search/install.h"
+#include "search/searchform.h"
 #include "shell/settings.h"
 #include "tagedit/editcommands.h"
 #include "tests/lyrics/lyricsfixture.h"
@@ -42,8 +43,7 @@ protected:
     PlayedScripts() { metadata::TheTagWriterHooks().updateCatalogue = catalogue::UpdateEditedTags; }
     ~PlayedScripts() override
     {
-        m_searchWindow.reset();
-        search::ResetSearchForm();
+        search::ForgetSearch();
         platform::qt::ApplyPalette(false);
     }
 
@@ -72,9 +72,8 @@ protected:
         lyrics::Install();
         tagedit::Install();
         browser::InstallFileCommands();
-        search::LoadSearchForm(search::frmSearch());
-        m_searchWindow = std::make_unique<search::frmSearchWindow>(search::frmSearch());
-        search::Install([this] { m_searchWindow->Present(); });
+        search::Install();
+        search::RegisterSearchWidgets();
         browser::UpdateCommands(Form());
     }
 
@@ -168,10 +167,7 @@ protected:
         return last;
     }
 
-    search::frmSearchWindow &SearchWindow() { return *m_searchWindow; }
-
-private:
-    std::unique_ptr<search::frmSearchWindow> m_searchWindow;
+    QWidget &SearchWindow() { return *host.WindowOf(search::frmSearch()); }
 };
 
 TEST_F(PlayedScripts, FromTheOfferToTheEditedAndExportedFile)

@@ -5,6 +5,7 @@
 #include "platform/machine.h"
 #include "platform/qt/qtwindows.h"
 #include "search/frmSearch.h"
+#include "search/searchform.h"
 #include "shell/globals.h"
 #include "shell/language.h"
 #include "tests/support/fakeports.h"
@@ -12,11 +13,11 @@
 #include "tests/support/scripteddesktop.h"
 #include "tests/windows/bench.h"
 #include "tests/windows/look.h"
+#include "ui/qt/form.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <memory>
 #include <string>
 #include <utility>
 
@@ -29,10 +30,14 @@ namespace
 class SearchLookScaled : public testing::Test
 {
 protected:
-    SearchLookScaled() { platform::TheMachine().windows = &windows; }
+    SearchLookScaled()
+    {
+        platform::TheMachine().windows = &windows;
+        search::RegisterSearchWidgets();
+    }
     ~SearchLookScaled() override
     {
-        search::ResetSearchForm();
+        search::ForgetSearch();
         browser::ResetMainForm();
         platform::TheMachine().windows = nullptr;
         shell::TheGlobals() = shell::Globals{};
@@ -42,6 +47,7 @@ protected:
     ScriptedDesktop desktop;
     MemorySettings settings;
     platform::qt::QtWindows windows;
+    ui::qt::FormWindows host;
 };
 
 enum class Contents { Empty, Filled, PaneClosed };
@@ -78,37 +84,33 @@ void Fill(search::SearchForm &form)
     form.SBar.SetText("Items", "40 " + shell::GetLanguageText("Item(s)", "Items", "Search"));
 }
 
-std::unique_ptr<search::frmSearchWindow> ShownWindow(Contents contents)
+QWidget *ShownWindow(const ui::qt::FormWindows &host, Contents contents)
 {
+    search::ShowSearch();
     search::SearchForm &form = search::frmSearch();
-    search::LoadSearchForm(form);
-    auto window = std::make_unique<search::frmSearchWindow>(form);
-    window->Present();
     Settle();
     if (contents == Contents::PaneClosed)
         search::ShowOptionsPane(form, false);
     if (contents == Contents::Filled)
         Fill(form);
-    return window;
+    return host.WindowOf(form);
 }
 
 TEST_F(SearchLookScaled, InEachLanguageAndTheme)
 {
-    std::unique_ptr<search::frmSearchWindow> window;
-    const auto close = [&] {
-        window.reset();
-        search::ResetSearchForm();
+    const auto close = [] {
+        search::ForgetSearch();
         browser::ResetMainForm();
     };
     const std::pair<const char *, Contents> kinds[] = {{"frmSearch", Contents::Empty},
                                                        {"frmSearch_filled", Contents::Filled},
                                                        {"frmSearch_closed", Contents::PaneClosed}};
     for (const auto &[name, contents] : kinds) {
-        const auto open = [&, shown = contents]() -> QWidget * {
-            window = ShownWindow(shown);
+        const auto open = [this, shown = contents] {
+            QWidget *window = ShownWindow(host, shown);
             EXPECT_GE(Find(*window, "pctWebLine")->y(),
                       Find(*window, "lblWebFolder")->geometry().bottom());
-            return window.get();
+            return window;
         };
         CheckLook(name, open, close);
     }
@@ -116,10 +118,11 @@ TEST_F(SearchLookScaled, InEachLanguageAndTheme)
 
 TEST_F(SearchLookScaled, InEachFontFamily)
 {
-    tests::InEachFontFamily([] {
-        EXPECT_EQ(LookProblems(*ShownWindow(Contents::Filled)), std::vector<std::string>{});
-        search::ResetSearchForm();
+    tests::InEachFontFamily([this] {
+        EXPECT_EQ(LookProblems(*ShownWindow(host, Contents::Filled)), std::vector<std::string>{});
+        search::ForgetSearch();
         browser::ResetMainForm();
+        Settle(); // the closed window goes with the next event
     });
 }
 

@@ -5,6 +5,7 @@
 #include "ui/controls/hook.h"
 #include "ui/twips.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -28,6 +29,11 @@ public:
     void SetTop(int top) { SetPlace({Left(), top, Width(), Height()}); }
     void SetWidth(int width) { SetPlace({Left(), Top(), width, Height()}); }
     void SetHeight(int height) { SetPlace({Left(), Top(), Width(), height}); }
+
+    // The width and height that the control needs for its contents in the window's font, in twips,
+    // with left and top 0; its Place() where no window shows it.
+    Rect NeededSize() const { return measureSize ? measureSize() : m_place; }
+    std::function<Rect()> measureSize; // set by the window
 
     bool Visible() const { return m_visible; }
     void SetVisible(bool visible) { Assign(m_visible, visible); }

@@ -24,7 +24,9 @@ public:
             onClick();
     }
 
-    bool isLink = false; // looks like a link; set before the window is made
+    // --- How the button looks; set before the window is made.
+    bool isLink = false; // like a link
+    bool isFlat = false; // only as large as its text, with a border only under the mouse
 
     std::function<void()> onClick; // the Click event
 

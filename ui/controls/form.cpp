@@ -78,10 +78,11 @@ Layout Grid(int columns, std::initializer_list<Layout> parts)
     return Arrangement(Layout::Kind::Grid, parts, columns);
 }
 
-Layout Inside(Frame &frame, Layout inner)
+Layout Inside(Frame &frame, Layout inner, int margin)
 {
     Layout layout(frame);
     layout.parts.push_back(std::move(inner));
+    layout.margin = margin;
     return layout;
 }
 

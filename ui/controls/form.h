@@ -11,6 +11,7 @@
 #include "ui/controls/inputs/keyedlist.h"
 #include "ui/controls/inputs/keyedtree.h"
 #include "ui/controls/inputs/slider.h"
+#include "ui/controls/inputs/splitter.h"
 #include "ui/controls/inputs/textbox.h"
 #include "ui/controls/label.h"
 #include "ui/controls/picture.h"
@@ -25,6 +26,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -58,11 +60,12 @@ struct Layout {
     int columns = 1;           // for a grid
     bool filled = false;
     bool tight = false; // no distance between the parts
+    int margin = 0;     // for a frame without a border: twips from its edges to what is inside
 };
 [[nodiscard]] Layout Row(std::initializer_list<Layout> parts);
 [[nodiscard]] Layout Column(std::initializer_list<Layout> parts);
 [[nodiscard]] Layout Grid(int columns, std::initializer_list<Layout> parts); // row by row
-[[nodiscard]] Layout Inside(Frame &frame, Layout inner);
+[[nodiscard]] Layout Inside(Frame &frame, Layout inner, int margin = 0);
 [[nodiscard]] Layout Room();                // moves its neighbours apart
 [[nodiscard]] Layout Gap();                 // some distance, between groups of controls
 [[nodiscard]] Layout Gap(Area &beside);     // the same, only while this control is visible
@@ -70,9 +73,9 @@ struct Layout {
 [[nodiscard]] Layout Tight(Layout layout);  // its parts are close to each other and to the frame
 
 // A control of a window; its type decides the widget.
-using AnyControl =
-    std::variant<Label *, Button *, CheckBox *, Option *, TextBox *, ComboBox *, Frame *, Slider *,
-                 Picture *, KeyedTree *, KeyedList *, StatusBar *, ProgressBar *, Timer *, Area *>;
+using AnyControl = std::variant<Label *, Button *, CheckBox *, Option *, TextBox *, ComboBox *,
+                                Frame *, Slider *, Splitter *, Picture *, KeyedTree *, KeyedList *,
+                                StatusBar *, ProgressBar *, Timer *, Area *>;
 
 struct Member {
     std::string name; // the object name: "txtTitle"; in an array "txtTitle(1)"
@@ -156,15 +159,21 @@ public:
     Rect size{0, 0, 6000,
               4000}; // width and height inside the frame, in twips; with a layout the least ones
     bool resizable = false;
+    Rect leastSize; // resizable without a layout: the least width and height inside the frame
     bool remembersPlace = false;    // its place is stored, and used when it loads again
     bool opensBeside = false;       // beside the window in use; of a stored place the size counts
     Button *acceptButton = nullptr; // pressed by Enter
+    // Enter presses acceptButton only while a control in this frame has the focus; null: anywhere.
+    const Frame *acceptsIn = nullptr;
     Button *cancelButton =
         nullptr; // pressed by Escape; when null, Escape closes the window if `escapeCloses`
     bool escapeCloses = true;
     const Area *firstFocus = nullptr; // has the keyboard first; null: the first control that can
     bool framed = true;               // false: no frame and no title, as a splash has
     bool centred = false;             // opens in the middle of the screen
+    // Without modality: a window like the main one, which may be behind it and is minimised and
+    // maximised by itself. The desktop decides where it opens.
+    bool isIndependent = false;
     // The window is a box that says or asks something: a screen reader announces it when it opens,
     // the access key of a button presses the button also without Alt, and Ctrl+C copies the texts
     // of these labels, a line each.
@@ -185,14 +194,25 @@ public:
     std::function<void()> onLoad;   // after the captions are set, before the window is shown
     std::function<void()> onUnload; // the window is no longer on the screen
     std::function<bool()> mayClose; // called before it closes; false keeps it open
-    std::function<void()> onResize; // `size` has the new width and height
+    // `size` has the new width and height. Called after the event of the toolkit, so it may let
+    // events run; the first time before the window is visible.
+    std::function<void()> onResize;
+    std::function<void()> onVisibility; // Visible() has changed
+    std::function<void()> onActivate;   // the user has come to the window
+    // The window has been built, or its font has changed: the NeededSize() of controls may have
+    // changed. onResize follows.
+    std::function<void()> onMeasure;
     std::function<bool(const Key &)>
         onKeyDown; // before the control with the focus gets the key; true: handled
 
     // --- For the host of the window.
     ChangeHook changed; // for the window
     void SetLoaded(bool loaded) { m_loaded = loaded; }
-    void SetVisible(bool visible) { m_visible = visible; }
+    void SetVisible(bool visible)
+    {
+        if (std::exchange(m_visible, visible) != visible && onVisibility)
+            onVisibility();
+    }
     void SetHosted(bool hosted) { m_hosted = hosted; } // a window for it exists
 
 private:

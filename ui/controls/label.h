@@ -59,6 +59,7 @@ public:
     // it.
     int columns = 0;
     enum class Align { Top, Middle, TopRight } align = Align::Top;
+    bool bold = false;
     bool onDark = false;       // white letters, in front of a dark picture
     bool paintsAtOnce = false; // shows a change also when the program lets no events run
 

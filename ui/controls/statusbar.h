@@ -1,8 +1,9 @@
-// ui/controls/statusbar.h - a bar of panels, each with a key, a text and a width in twips.
+// ui/controls/statusbar.h - a bar of panels, each with a key, a text and a width in twips; usually
+// at the lower edge of a window.
 #pragma once
 
 #include "runtime/error.h"
-#include "ui/controls/hook.h"
+#include "ui/controls/area.h"
 
 #include <string>
 #include <string_view>
@@ -19,10 +20,13 @@ struct StatusPanel {
     bool autoSize = true; // false while a progress bar covers the panel
 };
 
-class StatusBar
+class StatusBar : public Area
 {
 public:
-    explicit StatusBar(std::vector<StatusPanel> panels) : m_panels(std::move(panels)) {}
+    explicit StatusBar(std::vector<StatusPanel> panels, Rect place = {})
+        : Area(place), m_panels(std::move(panels))
+    {
+    }
 
     // The panel with this key. Errors: kSubscriptOutOfRange when there is none.
     const StatusPanel &Panel(std::string_view key) const
@@ -52,8 +56,6 @@ public:
     }
 
     const std::vector<StatusPanel> &Panels() const { return m_panels; }
-
-    ChangeHook changed;
 
 private:
     StatusPanel &Mutable(std::string_view key)

@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QEventLoop>
+#include <QTimer>
 #include <algorithm>
 #include <string>
 
@@ -131,19 +132,26 @@ void FormWindows::Delete(const ui::Form &form)
     delete window;
 }
 
+// A window that let events run in one of its own is deleted later.
 void FormWindows::DeleteClosed()
 {
+    constexpr int kAgainMs = 20;
     std::vector<FormWindow *> closed;
-    for (FormWindow *window : m_windows)
-        if (!window->TheForm().Loaded())
+    for (FormWindow *window : m_windows) {
+        if (window->TheForm().Loaded())
+            continue;
+        if (window->IsInEvent())
+            QTimer::singleShot(kAgainMs, &m_later, [this] { DeleteClosed(); });
+        else
             closed.push_back(window);
+    }
     for (FormWindow *window : closed) {
         std::erase(m_windows, window);
         delete window;
     }
     std::vector<std::unique_ptr<ui::Form>> ended;
     for (auto &form : m_retired)
-        if (!form->Loaded())
+        if (!form->Loaded() && Find(*form) == nullptr)
             ended.push_back(std::move(form));
     std::erase(m_retired, nullptr);
 }

@@ -41,7 +41,7 @@ private:
     FormWindow *Find(const ui::Form &form) const;
 
     void Delete(const ui::Form &form); // the window of a closed form
-    void DeleteClosed();               // deletes the windows whose forms are closed
+    void DeleteClosed(); // deletes the windows whose forms are closed, then the retired forms
 
     QObject m_later;                     // receives the queued calls of DeleteClosed
     std::vector<FormWindow *> m_windows; // in the order of loading; deleted by DeleteClosed

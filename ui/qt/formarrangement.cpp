@@ -1,4 +1,5 @@
 // The arrangement of the controls in a form's window: its layouts and its size.
+#include "ui/qt/bindings.h"
 #include "ui/qt/formwindow.h"
 
 #include <QBoxLayout>
@@ -52,6 +53,8 @@ void FormWindow::Arrange()
         resize(least);
         if (!m_form.resizable)
             setFixedSize(least);
+        else
+            setMinimumSize(PixelRect(m_form.leastSize).size());
         return;
     }
     auto *outer = new QVBoxLayout(this);
@@ -86,8 +89,9 @@ QWidget *FormWindow::Arranged(const ui::Layout &part)
     QWidget *widget = WidgetOf(part.control);
     if (!part.parts.empty()) {
         auto *inner = new QVBoxLayout(widget);
+        const int margin = ui::PixelsOfTwips(part.margin);
         if (qobject_cast<QGroupBox *>(widget) == nullptr)
-            inner->setContentsMargins(0, 0, 0, 0);
+            inner->setContentsMargins(margin, margin, margin, margin);
         else if (part.parts.front().tight)
             inner->setContentsMargins(kTightMargins);
         for (const ui::Layout &content : part.parts)

@@ -11,6 +11,7 @@
 #include <QKeySequence>
 #include <QMainWindow>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QStringList>
 #include <QWindow>
 #include <utility>
@@ -90,7 +91,6 @@ QPushButton *ButtonOfAccessKey(const QWidget &window, const QKeyEvent &event)
 
 void FormWindow::Present(bool modal)
 {
-    m_form.SetVisible(true);
     const bool comesForward = modal || m_form.takesKeyboard;
     if (!isVisible()) {
         setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
@@ -102,7 +102,7 @@ void FormWindow::Present(bool modal)
             Centre();
         if (m_form.opensBeside)
             PlaceBesideWindowInUse();
-        if (!modal && m_over == nullptr)
+        if (!modal && m_over == nullptr && !m_form.isIndependent)
             BelongToMainWindow();
         show();
     } else if (comesForward && isMinimized()) {
@@ -148,9 +148,16 @@ void FormWindow::closeEvent(QCloseEvent *event)
     ui::AskToClose(m_form);
 }
 
+// A dialog moves itself to the middle of the screen or of its parent, unless it was moved before.
 void FormWindow::showEvent(QShowEvent *event)
 {
+    const bool wasMoved = testAttribute(Qt::WA_Moved);
+    setAttribute(Qt::WA_Moved, wasMoved || m_form.isIndependent);
     QDialog::showEvent(event);
+    if (m_form.isIndependent)
+        setAttribute(Qt::WA_Moved, wasMoved);
+    if (!event->spontaneous())
+        m_form.SetVisible(true);
     CountStepsFromLeastSize();
     if (!m_form.isBox)
         return;
@@ -158,9 +165,29 @@ void FormWindow::showEvent(QShowEvent *event)
     QAccessible::updateAccessibility(&alert);
 }
 
+// Also when the program hides the window without its form.
+void FormWindow::hideEvent(QHideEvent *event)
+{
+    QDialog::hideEvent(event);
+    if (!event->spontaneous())
+        m_form.SetVisible(false);
+}
+
+// Presses acceptButton, if it is pressed by Enter only in a frame. Returns: false for the usual
+// one.
+bool FormWindow::PressAccepting()
+{
+    const QWidget *frame = WidgetOf(m_form.acceptsIn);
+    if (frame != nullptr && frame->isAncestorOf(focusWidget()))
+        m_form.acceptButton->Click();
+    return frame != nullptr;
+}
+
 // The keys that no control has used.
 void FormWindow::keyPressEvent(QKeyEvent *event)
 {
+    if (IsEnter(*event) && PressAccepting())
+        return;
     if (QPushButton *button = m_form.isBox ? ButtonOfAccessKey(*this, *event) : nullptr)
         button->click();
     else if (event->matches(QKeySequence::Copy) && !m_form.copied.empty())
@@ -178,12 +205,16 @@ void FormWindow::CopyTexts() const
     QGuiApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
 }
 
-// The layout has set the new least size when its request is delivered.
+// The layout has set the new least size when its request is delivered. onResize may let events run,
+// which could destroy what the toolkit uses during its own layout, so it is called after that.
 bool FormWindow::event(QEvent *event)
 {
+    const QScopedValueRollback depth(m_eventDepth, m_eventDepth + 1);
     const bool done = QDialog::event(event);
     if (event->type() == QEvent::LayoutRequest)
         CountStepsFromLeastSize();
+    if (std::exchange(m_layoutDue, false) && m_form.onResize && !m_form.minimised)
+        m_form.onResize();
     return done;
 }
 
@@ -192,8 +223,7 @@ void FormWindow::resizeEvent(QResizeEvent *event)
     QDialog::resizeEvent(event);
     m_form.size.width = ui::TwipsOfPixels(width());
     m_form.size.height = ui::TwipsOfPixels(height());
-    if (m_form.onResize && !m_form.minimised)
-        m_form.onResize();
+    m_layoutDue = true;
 }
 
 void FormWindow::changeEvent(QEvent *event)
@@ -201,6 +231,14 @@ void FormWindow::changeEvent(QEvent *event)
     QDialog::changeEvent(event);
     if (event->type() == QEvent::WindowStateChange)
         m_form.minimised = isMinimized();
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        ui::Notify(m_form.onActivate);
+    const bool isNewFont =
+        event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
+    if (isNewFont && m_form.onMeasure) {
+        m_form.onMeasure();
+        m_layoutDue = true;
+    }
 }
 
 // A key is passed to the form first, then to the box with the focus, then to the widget.

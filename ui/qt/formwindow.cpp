@@ -7,6 +7,7 @@
 #include "ui/qt/views/listview.h"
 #include "ui/qt/views/treeview.h"
 #include "ui/qt/widgetmakers.h"
+#include "ui/qt/widgets/splitterview.h"
 #include "ui/qt/widgets/statusbarview.h"
 #include "ui/qt/widgets/textpane.h"
 
@@ -14,6 +15,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <algorithm>
 #include <cassert>
 #include <set>
@@ -46,13 +48,16 @@ FormWindow::FormWindow(ui::Form &form, QWidget *parent) : QDialog(parent), m_for
 {
     setObjectName(ToQt(form.name));
     setWindowIcon(QIcon(QStringLiteral(":/icons/app.svg")));
-    if (m_form.framed)
+    if (m_form.isIndependent)
+        setWindowFlags(Qt::Window);
+    else if (m_form.framed)
         setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     else
         setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
     Build();
     OrderTabs();
     Arrange();
+    ui::Notify(form.onMeasure);
     Bind(form, this, [this] { ShowForm(); });
     form.SetHosted(true);
     setProperty(platform::qt::kOwnsNoBox, form.overModal);
@@ -60,6 +65,8 @@ FormWindow::FormWindow(ui::Form &form, QWidget *parent) : QDialog(parent), m_for
 
 FormWindow::~FormWindow()
 {
+    for (const ui::Member &member : m_form.members)
+        LetMeasure(member, nullptr);
     m_form.SetHosted(false);
 }
 
@@ -73,6 +80,8 @@ void FormWindow::ShowForm()
 bool FormWindow::IsPlaced(const ui::Member &member) const
 {
     const auto isAround = [&](const ui::Layout &inside) { return inside.control == member.in; };
+    if (member.in != nullptr && member.in->scrolls)
+        return false;
     return m_form.layout.kind == ui::Layout::Kind::Empty &&
            std::none_of(m_form.insides.begin(), m_form.insides.end(), isAround);
 }
@@ -98,6 +107,8 @@ QWidget *FormWindow::Make(const ui::Member &member, QWidget *parent, bool isBudd
             return MakeFrame(*control, parent, binding);
         } else if constexpr (std::is_same_v<Control, ui::Slider>) {
             return MakeSlider(*control, parent, binding);
+        } else if constexpr (std::is_same_v<Control, ui::Splitter>) {
+            return new SplitterView(*control, parent);
         } else if constexpr (std::is_same_v<Control, ui::Picture>) {
             auto *picture = new QLabel(parent);
             BindPicture(*control, picture, binding.placed);
@@ -108,7 +119,7 @@ QWidget *FormWindow::Make(const ui::Member &member, QWidget *parent, bool isBudd
             return new ListView(*control, parent,
                                 binding.placed ? Positioning::Exact : Positioning::ByLayout);
         } else if constexpr (std::is_same_v<Control, ui::StatusBar>) {
-            return new StatusBarView(*control, parent);
+            return new StatusBarView(*control, parent, binding.placed);
         } else if constexpr (std::is_same_v<Control, ui::ProgressBar>) {
             auto *bar = new QProgressBar(parent);
             BindProgress(*control, bar);
@@ -117,23 +128,26 @@ QWidget *FormWindow::Make(const ui::Member &member, QWidget *parent, bool isBudd
             BindTimer(*control, this);
             return nullptr;
         } else {
-            return MakeArea(member.name, *control, parent, binding);
+            auto *widget = new QWidget(parent);
+            Bind(*control, widget,
+                 [control, widget, binding] { ShowControl(*control, widget, binding); });
+            return widget;
         }
     };
-    QWidget *widget = std::visit(make, member.control);
-    if (widget != nullptr)
-        m_widgets[std::visit([](auto *control) { return AddressOf(control); }, member.control)] =
-            widget;
-    return widget;
+    return std::visit(make, member.control);
 }
 
-QWidget *FormWindow::MakeArea(const std::string &controlName, ui::Area &area, QWidget *parent,
-                              Binding binding)
+// The same; the window's own kind of widget where a maker is registered for it.
+QWidget *FormWindow::MakeOwn(const ui::Member &member, QWidget *parent, bool isBuddy)
 {
-    if (const WidgetMaker *maker = FindWidgetMaker(m_form.name, controlName))
-        return (*maker)(m_form, parent);
-    auto *widget = new QWidget(parent);
-    Bind(area, widget, [&area, widget, binding] { ShowControl(area, widget, binding); });
+    const WidgetMaker *maker = FindWidgetMaker(m_form.name, member.name);
+    QWidget *widget = maker != nullptr ? (*maker)(m_form, parent) : Make(member, parent, isBuddy);
+    if (widget == nullptr)
+        return nullptr;
+    m_widgets[std::visit([](auto *control) { return AddressOf(control); }, member.control)] =
+        widget;
+    if (auto *pane = qobject_cast<QScrollArea *>(parent); pane != nullptr)
+        pane->setWidget(widget);
     return widget;
 }
 
@@ -144,21 +158,40 @@ void FormWindow::Build()
         buddies.insert(member.label);
     for (const ui::Member &member : m_form.members) {
         const auto *label = std::get_if<ui::Label *>(&member.control);
-        QWidget *widget =
-            Make(member, WidgetOf(member.in, this), label != nullptr && buddies.contains(*label));
+        QWidget *widget = MakeOwn(member, WidgetOf(member.in, this),
+                                  label != nullptr && buddies.contains(*label));
         if (widget == nullptr)
             continue;
         NamedPart(widget)->setObjectName(ToQt(member.name));
         NameBySpokenName(member, widget);
+        LetMeasure(member, widget);
         m_inOrder.push_back(widget);
         if (member.label != nullptr)
             NameByLabel(*member.label, widget);
         ListenTo(member, widget);
     }
-    if (m_form.acceptButton != nullptr)
+    if (m_form.acceptButton != nullptr && m_form.acceptsIn == nullptr)
         static_cast<QPushButton *>(WidgetOf(m_form.acceptButton))->setDefault(true);
     if (QWidget *first = WidgetOf(m_form.firstFocus); first != nullptr)
         first->setFocus();
+}
+
+// Sets what NeededSize calls, or takes it back (null).
+void FormWindow::LetMeasure(const ui::Member &member, QWidget *widget)
+{
+    const auto measure = [widget](auto *control) {
+        using Control = std::remove_pointer_t<decltype(control)>;
+        if constexpr (std::is_base_of_v<ui::Area, Control>) {
+            control->measureSize = nullptr;
+            if (widget != nullptr)
+                control->measureSize = [widget] {
+                    const QSize size = widget->sizeHint();
+                    return ui::Rect{0, 0, ui::TwipsOfPixels(size.width()),
+                                    ui::TwipsOfPixels(size.height())};
+                };
+        }
+    };
+    std::visit(measure, member.control);
 }
 
 // For a control without a caption; a caption is spoken by itself.

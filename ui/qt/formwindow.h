@@ -26,6 +26,9 @@ public:
 
     ui::Form &TheForm() const { return m_form; }
 
+    // Whether the window is handling an event; it must not be deleted then.
+    bool IsInEvent() const { return m_eventDepth > 0; }
+
     // Shows the window, the first time at its stored place; brings it to the front if it is shown
     // already.
     void Present(bool modal);
@@ -43,6 +46,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -57,8 +61,8 @@ private:
     void Build();
     bool IsPlaced(const ui::Member &member) const;
     QWidget *Make(const ui::Member &member, QWidget *parent, bool isBuddy);
-    QWidget *MakeArea(const std::string &controlName, ui::Area &area, QWidget *parent,
-                      Binding binding);
+    QWidget *MakeOwn(const ui::Member &member, QWidget *parent, bool isBuddy);
+    void LetMeasure(const ui::Member &member, QWidget *widget);
     void NameBySpokenName(const ui::Member &member, QWidget *widget);
     void NameByLabel(const ui::Label &label, QWidget *widget);
     void ListenTo(const ui::Member &member, QWidget *widget);
@@ -69,6 +73,7 @@ private:
     QLayout *MakeLayout(const ui::Layout &layout);
     QWidget *WidgetOf(const ui::Area *control, QWidget *otherwise = nullptr) const;
     void ShowForm();
+    bool PressAccepting();
     void CopyTexts() const;
     void CountStepsFromLeastSize();
     void BelongToMainWindow();
@@ -85,7 +90,9 @@ private:
     std::vector<QWidget *> m_inOrder; // the order of the Tab key
     QPointer<QWidget> m_over;         // the modal window beside which this one is used
     std::map<const QObject *, Typing> m_typing;
-    bool m_placed = false; // the stored place has been used
+    bool m_placed = false;    // the stored place has been used
+    bool m_layoutDue = false; // onResize is to be called after the current event
+    int m_eventDepth = 0;     // the calls of event() that have not returned
 };
 
 } // namespace ui::qt

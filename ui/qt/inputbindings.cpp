@@ -17,8 +17,10 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScopedValueRollback>
+#include <QScrollArea>
 #include <QSlider>
 #include <QStyle>
+#include <QToolButton>
 
 namespace ui::qt
 {
@@ -265,6 +267,11 @@ QWidget *MakeLabel(ui::Label &label, bool isBuddy, QWidget *parent, Binding bind
     widget->setAlignment(AlignmentOf(label, isBuddy));
     if (label.onDark)
         MakeWhite(widget);
+    if (label.bold) {
+        QFont font = widget->font();
+        font.setBold(true);
+        widget->setFont(font);
+    }
     Follow(label, widget, [&label, widget, isBuddy, binding] {
         ShowControl(label, widget, binding);
         if (QFont font = widget->font();
@@ -281,10 +288,38 @@ QWidget *MakeLabel(ui::Label &label, bool isBuddy, QWidget *parent, Binding bind
     return widget;
 }
 
-QWidget *MakeButton(ui::Button &button, QWidget *parent, Binding binding)
+namespace
 {
+
+QAbstractButton *MakeButtonWidget(const ui::Button &button, QWidget *parent)
+{
+    if (button.isFlat) {
+        auto *flat = new QToolButton(parent);
+        flat->setAutoRaise(true);
+        return flat;
+    }
     auto *widget = button.isLink ? new LinkButton(parent) : new QPushButton(parent);
     widget->setAutoDefault(false);
+    return widget;
+}
+
+// A pane that scrolls. It does not take the focus: the controls inside do, and scroll into view.
+QWidget *MakeScrollingFrame(ui::Frame &frame, QWidget *parent, Binding binding)
+{
+    auto *pane = new QScrollArea(parent);
+    pane->setFrameShape(QFrame::NoFrame);
+    pane->setFocusPolicy(Qt::NoFocus);
+    pane->setWidgetResizable(true);
+    pane->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    Follow(frame, pane, [&frame, pane, binding] { ShowControl(frame, pane, binding); });
+    return pane;
+}
+
+} // namespace
+
+QWidget *MakeButton(ui::Button &button, QWidget *parent, Binding binding)
+{
+    QAbstractButton *widget = MakeButtonWidget(button, parent);
     widget->setIconSize({kIconPixels, kIconPixels});
     Follow(button, widget, [&button, widget, binding] {
         ShowControl(button, widget, binding);
@@ -296,7 +331,7 @@ QWidget *MakeButton(ui::Button &button, QWidget *parent, Binding binding)
             spoken = drawn ? ToQt(button.ToolTip()) : SpokenText(button.Caption());
         widget->setAccessibleName(spoken);
     });
-    QObject::connect(widget, &QPushButton::clicked, widget, [&button] { button.Click(); });
+    QObject::connect(widget, &QAbstractButton::clicked, widget, [&button] { button.Click(); });
     return widget;
 }
 
@@ -333,6 +368,8 @@ QWidget *MakeComboBox(ui::ComboBox &box, QWidget *parent, Binding binding)
         widget->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         widget->setMinimumContentsLength(kTypedCharacters);
     }
+    if (box.canNarrow)
+        widget->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     widget->setMaxVisibleItems(20);
     widget->setFocusPolicy(Qt::StrongFocus); // not by the wheel
     Follow(box, widget, [&box, widget, binding] {
@@ -370,6 +407,8 @@ QWidget *MakeComboBox(ui::ComboBox &box, QWidget *parent, Binding binding)
 
 QWidget *MakeFrame(ui::Frame &frame, QWidget *parent, Binding binding)
 {
+    if (frame.scrolls)
+        return MakeScrollingFrame(frame, parent, binding);
     if (!frame.bordered) {
         auto *holder = new QWidget(parent);
         Follow(frame, holder, [&frame, holder, binding] { ShowControl(frame, holder, binding); });

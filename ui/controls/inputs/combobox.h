@@ -17,7 +17,9 @@ class ComboBox : public Area
 public:
     using Area::Area;
 
-    bool canType = false; // any text may be typed; set before the window is built
+    // --- Set before the window is built.
+    bool canType = false;   // any text may be typed
+    bool canNarrow = false; // a layout may make it narrower than its entries
 
     // The entries, UTF-8, without marks. Setting them does not change the text.
     const std::vector<std::string> &Items() const { return m_items; }

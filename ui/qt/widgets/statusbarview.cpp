@@ -18,7 +18,7 @@ constexpr int kPadding = 5; // pixels between a panel's edge and its text
 
 } // namespace
 
-StatusBarView::StatusBarView(ui::StatusBar &bar, QWidget *parent)
+StatusBarView::StatusBarView(ui::StatusBar &bar, QWidget *parent, bool placed)
     : QWidget(parent), m_bar(bar), m_grip(new QSizeGrip(this))
 {
     for (const ui::StatusPanel &panel : bar.Panels()) {
@@ -29,6 +29,14 @@ StatusBarView::StatusBarView(ui::StatusBar &bar, QWidget *parent)
     }
     m_grip->setAccessibleName(QStringLiteral("SizeGrip"));
     BindThrottled(bar, this, [this] { ShowPanels(); });
+    bar.changed = [this, placed, panels = bar.changed] {
+        if (placed) // at once, with the rest of the window
+            ShowArea(m_bar, this);
+        else
+            ShowState(m_bar, this);
+        panels();
+    };
+    bar.changed();
 }
 
 QSize StatusBarView::sizeHint() const

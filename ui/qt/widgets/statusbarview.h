@@ -16,8 +16,9 @@ class ElidedLabel;
 class StatusBarView : public QWidget
 {
 public:
-    // `bar` outlives the view.
-    StatusBarView(ui::StatusBar &bar, QWidget *parent);
+    // `bar` outlives the view. `placed`: the view is at its place; false: a layout of the window
+    // decides where it is.
+    StatusBarView(ui::StatusBar &bar, QWidget *parent, bool placed = true);
 
     // The height of a line of text, in pixels.
     QSize sizeHint() const override;

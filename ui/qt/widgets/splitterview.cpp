@@ -1,7 +1,6 @@
-#include "ui/qt/widgets/splitter.h"
+#include "ui/qt/widgets/splitterview.h"
 
 #include "ui/qt/bindings.h"
-#include "ui/qt/qttext.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -21,42 +20,49 @@ double PlaceInBar(const QEvent *event)
     return static_cast<const QMouseEvent *>(event)->position().x() - kGripPixels;
 }
 
+template <class Event, class... Values>
+void Raise(const Event &event, Values... values)
+{
+    if (event)
+        event(values...);
+}
+
 } // namespace
 
-Splitter::Splitter(Area &area, QWidget *parent) : QWidget(parent), m_grip(new QWidget(parent))
+SplitterView::SplitterView(ui::Splitter &splitter, QWidget *parent)
+    : QWidget(parent), m_splitter(splitter), m_grip(new QWidget(parent))
 {
-    Name(this, "Separator");
     setFocusPolicy(Qt::TabFocus);
     setBackgroundRole(QPalette::Highlight);
     Name(m_grip, "SeparatorGrip");
     m_grip->setCursor(Qt::SplitHCursor);
     m_grip->installEventFilter(this);
-    Bind(area, this, [this, &area] {
-        ShowArea(area, this);
-        m_grip->setVisible(area.Visible());
+    Bind(splitter, this, [this] {
+        ShowArea(m_splitter, this);
+        m_grip->setVisible(m_splitter.Visible());
         m_grip->setGeometry(geometry().adjusted(-kGripPixels, 0, kGripPixels, 0));
     });
 }
 
-void Splitter::RaiseGrip()
+void SplitterView::RaiseGrip()
 {
     m_grip->raise();
 }
 
-bool Splitter::eventFilter(QObject *watched, QEvent *event)
+bool SplitterView::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::MouseButtonPress: {
         const double place = PlaceInBar(event);
         m_grabbedAt = place < 0 || place >= width() ? place : 0;
-        pressed();
+        Raise(m_splitter.pressed);
         break;
     }
     case QEvent::MouseMove:
-        moved((PlaceInBar(event) - m_grabbedAt) * kTwipsPerPixel);
+        Raise(m_splitter.moved, (PlaceInBar(event) - m_grabbedAt) * kTwipsPerPixel);
         break;
     case QEvent::MouseButtonRelease:
-        released();
+        Raise(m_splitter.released);
         break;
     default:
         break;
@@ -64,28 +70,28 @@ bool Splitter::eventFilter(QObject *watched, QEvent *event)
     return QWidget::eventFilter(watched, event);
 }
 
-void Splitter::keyPressEvent(QKeyEvent *event)
+void SplitterView::keyPressEvent(QKeyEvent *event)
 {
     MoveByKey(event->key());
     QWidget::keyPressEvent(event);
 }
 
-void Splitter::MoveByKey(int key)
+void SplitterView::MoveByKey(int key)
 {
     if (key != Qt::Key_Left && key != Qt::Key_Right)
         return;
-    pressed();
-    moved(key == Qt::Key_Left ? -kKeyStepTwips : kKeyStepTwips);
-    released();
+    Raise(m_splitter.pressed);
+    Raise(m_splitter.moved, key == Qt::Key_Left ? -kKeyStepTwips : kKeyStepTwips);
+    Raise(m_splitter.released);
 }
 
-void Splitter::focusInEvent(QFocusEvent *event)
+void SplitterView::focusInEvent(QFocusEvent *event)
 {
     setAutoFillBackground(true);
     QWidget::focusInEvent(event);
 }
 
-void Splitter::focusOutEvent(QFocusEvent *event)
+void SplitterView::focusOutEvent(QFocusEvent *event)
 {
     setAutoFillBackground(false);
     QWidget::focusOutEvent(event);
