@@ -7,6 +7,19 @@
 namespace runtime
 {
 
+// 128 bits for a sequence of bytes, the same on every machine of one byte order.
+struct Hash128 {
+    std::uint64_t low = 0;
+    std::uint64_t high = 0;
+
+    bool operator==(const Hash128 &) const = default;
+};
+
+// The XXH3 hash of `bytes`: different bytes give different numbers, unless someone has looked for
+// a collision. It takes a fraction of a nanosecond for each byte.
+// Source: xxHash 0.8, XXH3_128bits without a seed.
+[[nodiscard]] Hash128 Hash128Of(std::string_view bytes);
+
 // The 64-bit FNV-1a hash of `bytes`: equal bytes give equal numbers, and a change that nobody made
 // on purpose gives another one. It does not protect against someone who looks for a collision.
 // Source: draft-eastlake-fnv, offset basis and prime for 64 bits.

@@ -1,0 +1,15 @@
+#include "runtime/hash.h"
+
+#define XXH_INLINE_ALL // no library to load at the start of the program
+#include <xxhash.h>
+
+namespace runtime
+{
+
+Hash128 Hash128Of(std::string_view bytes)
+{
+    const XXH128_hash_t hash = XXH3_128bits(bytes.data(), bytes.size());
+    return {hash.low64, hash.high64};
+}
+
+} // namespace runtime
