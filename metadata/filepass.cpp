@@ -109,6 +109,13 @@ std::int64_t HeadBytes(std::string_view start, std::int64_t sizeBytes)
     return !body || *body > sizeBytes ? 0 : kTagHeaderBytes + *body + kBehindTag;
 }
 
+// What a pass will read of each file, as tags are read now.
+platform::WantedBytes BytesOfAPass()
+{
+    const bool readsUnicode = shell::TheGlobals().UnicodeTags;
+    return {kFirstRead, TailBytes(readsUnicode), HeadBytes, readsUnicode ? nullptr : DigestHead};
+}
+
 // The same for a tag that is read by its frames; a footer counts as a part of the body. One of an
 // unknown version is none.
 void TakeKnownHeader(FileBytes &bytes)
@@ -306,9 +313,12 @@ int ReadFileBytes(const std::string &path, const std::function<void()> &beforeSl
 
 void ExpectReads(const std::vector<std::string> &paths)
 {
-    const bool readsUnicode = shell::TheGlobals().UnicodeTags;
-    platform::TheMachine().files->Expect(paths, {kFirstRead, TailBytes(readsUnicode), HeadBytes,
-                                                 readsUnicode ? nullptr : DigestHead});
+    platform::TheMachine().files->Expect(paths, BytesOfAPass());
+}
+
+void ExpectReadsUnlessInState(const std::vector<platform::FileIdentity> &states)
+{
+    platform::TheMachine().files->ExpectInState(states, BytesOfAPass());
 }
 
 bool IsStillTheSame(const std::string &path, FileBytes &bytes)

@@ -73,6 +73,9 @@ int ReadFileBytes(const std::string &path, const std::function<void()> &beforeSl
 // Announces the files that will be read next, in this order.
 void ExpectReads(const std::vector<std::string> &paths);
 
+// The same for files that will be read only when they are in another state than this.
+void ExpectReadsUnlessInState(const std::vector<platform::FileIdentity> &states);
+
 // Whether `bytes` are still those of `path`: it is the same file, it has not changed since, and its
 // last change was so long before it was opened that a later change has another time stamp.
 bool IsStillTheSame(const std::string &path, FileBytes &bytes);

@@ -212,6 +212,11 @@ void ExpectPasses(const std::vector<std::string> &paths)
     ExpectReads(paths);
 }
 
+void ExpectPassesUnlessInState(const std::vector<platform::FileIdentity> &states)
+{
+    ExpectReadsUnlessInState(states);
+}
+
 void ExpectNoPasses()
 {
     platform::TheMachine().files->ExpectNothing();
@@ -259,6 +264,11 @@ const platform::FileIdentity &RawTagsFile()
     static const platform::FileIdentity kNone;
     const FileBytes &bytes = *TheState().bytes;
     return bytes.opened ? bytes.file : kNone;
+}
+
+std::int64_t RawTagsOpenedAtNs()
+{
+    return TheState().bytes->openedAtNs;
 }
 
 RawTags CopyRawTags()

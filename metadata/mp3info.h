@@ -61,6 +61,10 @@ void KeepForNextPass();
 void ExpectPasses(const std::vector<std::string> &paths);
 void ExpectNoPasses();
 
+// The same for files that will be passed over only when they are in another state than this; the
+// caller asks the files port for that (IsInState).
+void ExpectPassesUnlessInState(const std::vector<platform::FileIdentity> &states);
+
 // Whether the tag at the beginning of the last pass's file has texts that only reading by frames
 // can decode. Always false when it was read by frames.
 [[nodiscard]] bool HasTextsForFrames();
@@ -80,6 +84,8 @@ void ExpectNoPasses();
 // The file to which these three belong, as it was when it was opened; an empty path before the
 // first pass and after one that could not open its file.
 [[nodiscard]] const platform::FileIdentity &RawTagsFile();
+// When it was opened, by the clock of file stamps (platform::Files::StampClockNs).
+[[nodiscard]] std::int64_t RawTagsOpenedAtNs();
 
 struct FileBytes; // metadata/filepass.h
 

@@ -78,6 +78,20 @@ struct Files {
         return Identify(path, identity);
     }
 
+    // Whether the file at `state.path` is in this state. If it was announced (ExpectInState), it
+    // may have been examined up to 10 milliseconds ago. False also when it cannot be examined.
+    virtual bool IsInState(const FileIdentity &state)
+    {
+        FileIdentity now;
+        return Identify(state.path, now) == 0 && now == state;
+    }
+
+    // Whether the file is on a disk of this machine whose file system gives it another time of
+    // change at each change of its content: then it has the same content for as long as it is in
+    // the same state. `file`: its path, and its device as it was identified. False when this
+    // cannot be determined.
+    virtual bool HasChangeTimes(const FileIdentity & /*file*/) { return false; }
+
     // Up to `count` bytes from `offset` on. If `mayWait` is false, only bytes that are in memory
     // are read: -EAGAIN when the first one is not, -EOPNOTSUPP when the file system cannot say
     // this. Returns: the count read, 0 at the end, or the negated errno.
@@ -163,6 +177,13 @@ struct Files {
     // before. They are fetched meanwhile. The only effect is that the other operations take less
     // time.
     virtual void Expect(const std::vector<std::string> & /*paths*/, const WantedBytes & /*wanted*/)
+    {
+    }
+
+    // The same for files that will be asked about with IsInState, and opened only when they are in
+    // another state than this.
+    virtual void ExpectInState(const std::vector<FileIdentity> & /*states*/,
+                               const WantedBytes & /*wanted*/)
     {
     }
 

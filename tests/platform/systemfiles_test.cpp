@@ -2,6 +2,8 @@
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>
+#include <linux/magic.h>
+#include <sys/vfs.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -47,6 +49,24 @@ TEST_F(SystemFiles, ALockIsOneHandles)
     files.Close(first);
     EXPECT_EQ(files.TryLock(second), 0);
     files.Close(second);
+}
+
+// Of the file systems that every machine has.
+TEST_F(SystemFiles, TimesOfChangeAreKnownByTheFileSystem)
+{
+    FileIdentity file;
+    ASSERT_EQ(files.Identify("/proc/self/status", file), 0);
+    EXPECT_FALSE(files.HasChangeTimes(file));
+    struct statfs system = {};
+    if (statfs("/dev/shm", &system) == 0 && system.f_type == TMPFS_MAGIC) {
+        ASSERT_EQ(files.Identify("/dev/shm", file), 0);
+        EXPECT_TRUE(files.HasChangeTimes(file));
+        file.path = "/proc/self/status";
+        EXPECT_TRUE(files.HasChangeTimes(file)) << "the answer for a device is kept";
+    }
+    ASSERT_EQ(files.Identify("/proc/self/status", file), 0);
+    file.device += 1;
+    EXPECT_FALSE(files.HasChangeTimes(file)) << "another device than that of the file";
 }
 
 TEST_F(SystemFiles, AFolderThatIsMadeIsTheUsersAlone)

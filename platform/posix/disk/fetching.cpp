@@ -18,6 +18,7 @@ namespace
 
 constexpr std::size_t kHandlesShared = 4; // a quarter of the process's handles may be used
 constexpr std::size_t kBytesHeld = 8u << 20;
+constexpr std::size_t kSpareBuffer = 96u << 10;  // a larger one is freed with its file
 constexpr std::int64_t kLongestHead = 256 << 10; // a longer one is read only when it is needed
 constexpr int kMostHelpers = 16;
 constexpr std::chrono::microseconds kAskForEnd = std::chrono::milliseconds(50);
@@ -98,15 +99,26 @@ void Fetcher::Announce(ComingFile &file, FetchStage stage)
     arrived.notify_all();
 }
 
-// Opens the file and reads the requested parts. Returns: false when the logic, which does not wait,
-// left something to be read.
-bool Fetcher::Fetch(ComingFile &file, By who)
+// Whether the file is in the state that is known.
+bool Fetcher::IsSame(ComingFile &file)
 {
+    if (!file.isKnown)
+        return false;
+    file.examinedAt = std::chrono::steady_clock::now();
+    return source->Identify(file.path, file.identity) == 0 && file.identity == file.known;
+}
+
+// Opens the file and reads the requested parts, unless it is in the state that is known. Partly:
+// the logic, which does not wait, left something to be read.
+Fetcher::Fetched Fetcher::Fetch(ComingFile &file, By who)
+{
+    if (IsSame(file))
+        return Fetched::Same;
     file.openedAtNs = source->StampClockNs();
     file.handle = source->OpenToRead(file.path, file.identity);
     Announce(file, file.handle < 0 ? FetchStage::Failed : FetchStage::Reading);
     if (file.handle < 0 || file.identity.kind != FileKind::Regular)
-        return true;
+        return Fetched::Whole;
     PartReader reader{*source, file.handle, who == By::Helper};
     const std::int64_t size = file.identity.sizeBytes;
     const auto extend = [&](std::int64_t wanted) {
@@ -129,7 +141,7 @@ bool Fetcher::Fetch(ComingFile &file, By who)
     file.tail.resize(reader.Read(file.tailOffset, file.tail.data(), file.tail.size()));
     if (reader.failure == EOPNOTSUPP)
         mayLogicHelp = false;
-    return reader.failure == 0;
+    return reader.failure == 0 ? Fetched::Whole : Fetched::Partly;
 }
 
 // Fetches the next file. Returns: whether that was as fast as from memory.
@@ -139,18 +151,21 @@ bool Fetcher::HelpOnce(std::unique_lock<std::mutex> &lock, By who)
     file->stage = FetchStage::Opening;
     lock.unlock();
     const auto start = std::chrono::steady_clock::now();
-    bool isWhole = true;
+    Fetched fetched = Fetched::Whole;
     try {
-        isWhole = Fetch(*file, who);
+        fetched = Fetch(*file, who);
     } catch (const std::bad_alloc &) {
         file->tail.clear(); // the logic reads what is missing
     }
-    const bool isFast = isWhole && std::chrono::steady_clock::now() - start < kFromMemory;
+    const bool isFast =
+        fetched != Fetched::Partly && std::chrono::steady_clock::now() - start < kFromMemory;
     lock = LockSoon(mutex);
     slowness.Add(!isFast);
     if (!isFast && idle > 0 && HasWork())
         work.notify_one();
-    if (file->stage == FetchStage::Reading)
+    if (fetched == Fetched::Same)
+        file->stage = FetchStage::Same;
+    else if (file->stage == FetchStage::Reading)
         file->stage = FetchStage::Ready;
     file->heldBytes = file->head.size();
     bytes += file->heldBytes;
@@ -197,6 +212,55 @@ void Fetcher::Help()
         --idle;
     }
     --helpers;
+}
+
+ComingFile &Fetcher::Add(const std::string &path, const WantedBytes &wanted)
+{
+    ComingFilePtr file;
+    if (spare.empty()) {
+        file = std::make_shared<ComingFile>();
+    } else {
+        file = std::move(spare.back());
+        spare.pop_back();
+    }
+    file->path = path;
+    file->wanted = wanted;
+    files.push_back(std::move(file));
+    return *files.back();
+}
+
+void Fetcher::Wake()
+{
+    if (helpers == 0)
+        StartHelpers(1);
+    else if (IsWorthWaking())
+        work.notify_one();
+}
+
+void Fetcher::RemoveUpTo(std::deque<ComingFilePtr>::iterator last)
+{
+    for (auto before = files.begin(); before != last; ++before)
+        Drop(**before);
+    const auto gone = static_cast<std::size_t>(last - files.begin()) + 1;
+    files.erase(files.begin(), last + 1);
+    begun -= std::min(begun, gone);
+    if (IsWorthWaking())
+        work.notify_one();
+}
+
+void Fetcher::Keep(const ComingFilePtr &file)
+{
+    const bool isDone = file->stage == FetchStage::Ready || file->stage == FetchStage::Same ||
+                        file->stage == FetchStage::Coming;
+    if (!isDone || file->head.capacity() > kSpareBuffer || spare.size() >= kMostFilesHeld)
+        return;
+    file->stage = FetchStage::Coming;
+    file->isKnown = false;
+    file->isDropped = false;
+    file->headBytes = 0;
+    file->digest.reset();
+    file->tail.clear();
+    spare.push_back(file);
 }
 
 void Fetcher::Drop(ComingFile &file)

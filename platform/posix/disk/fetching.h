@@ -19,20 +19,24 @@
 namespace platform::posix
 {
 
-// How far the fetching of a file has come.
-enum class FetchStage { Coming, Opening, Reading, Ready, Failed };
+// How far the fetching of a file has come. Same: it is in the state that is known, and was not
+// opened.
+enum class FetchStage { Coming, Opening, Reading, Ready, Same, Failed };
 
 // One expected file. The mutex of Fetcher guards isDropped and heldBytes. The helper alone uses the
 // other members until the stage is reached from which the logic may: Reading for the handle and the
-// identity, Ready for the bytes.
+// identity, Ready for the bytes, Same for the time.
 struct ComingFile {
     std::string path;
+    FileIdentity known; // the state in which it need not be opened
+    bool isKnown = false;
     WantedBytes wanted;
     std::atomic<FetchStage> stage = FetchStage::Coming;
     bool isDropped = false; // the helper that works on it must close it
     int handle = -1;
     FileIdentity identity;
     std::int64_t openedAtNs = 0;
+    std::chrono::steady_clock::time_point examinedAt; // and found in the state that is known
     ByteBuffer head;
     std::size_t headBytes = 0;      // in use
     std::unique_ptr<Digest> digest; // of those
@@ -88,6 +92,14 @@ struct Fetcher : std::enable_shared_from_this<Fetcher> {
     {
         return idle > 0 && begun <= filesHeld / 2 && HasWork();
     }
+    // Adds a file to the expected ones. After all of them, Wake.
+    ComingFile &Add(const std::string &path, const WantedBytes &wanted);
+    void Wake();
+    // Removes the file and all before it from the expected ones: those before it will not be opened
+    // any more, and are dropped.
+    void RemoveUpTo(std::deque<ComingFilePtr>::iterator last);
+    // Keeps the memory of a file for another one, unless a helper may still use it.
+    void Keep(const ComingFilePtr &file);
     // Closes a file that has been fetched; if its helper is still working, the helper closes it.
     void Drop(ComingFile &file);
     // The same for a file that the logic has read: the next helper closes it, if there will be one.
@@ -121,7 +133,9 @@ private:
     [[nodiscard]] bool HasWork() const;
     void Help();
     bool HelpOnce(std::unique_lock<std::mutex> &lock, By who);
-    bool Fetch(ComingFile &file, By who);
+    enum class Fetched { Whole, Partly, Same };
+    bool IsSame(ComingFile &file);
+    Fetched Fetch(ComingFile &file, By who);
     void Announce(ComingFile &file, FetchStage stage);
     [[nodiscard]] std::chrono::microseconds Patience() const;
     bool GoOnWaiting(std::chrono::steady_clock::duration waited);

@@ -10,13 +10,6 @@
 namespace platform::posix
 {
 
-namespace
-{
-
-constexpr std::size_t kSpareBuffer = 96u << 10; // a larger one is freed with its file
-
-} // namespace
-
 ReadAheadFiles::ReadAheadFiles(std::shared_ptr<Files> source, unsigned processors)
     : m_source(std::move(source)), m_helpersKept(processors > 1 ? 1 : 0)
 {
@@ -31,25 +24,33 @@ void ReadAheadFiles::Expect(const std::vector<std::string> &paths, const WantedB
 {
     if (paths.empty())
         return;
+    Fetcher &fetcher = FetcherInUse();
+    const std::lock_guard lock(fetcher.mutex);
+    for (const std::string &path : paths)
+        fetcher.Add(path, wanted);
+    fetcher.Wake();
+}
+
+void ReadAheadFiles::ExpectInState(const std::vector<FileIdentity> &states,
+                                   const WantedBytes &wanted)
+{
+    if (states.empty())
+        return;
+    Fetcher &fetcher = FetcherInUse();
+    const std::lock_guard lock(fetcher.mutex);
+    for (const FileIdentity &state : states) {
+        ComingFile &file = fetcher.Add(state.path, wanted);
+        file.known = state;
+        file.isKnown = true;
+    }
+    fetcher.Wake();
+}
+
+Fetcher &ReadAheadFiles::FetcherInUse()
+{
     if (m_fetcher == nullptr)
         m_fetcher = std::make_shared<Fetcher>(m_source, m_helpersKept);
-    const std::lock_guard lock(m_fetcher->mutex);
-    for (const std::string &path : paths) {
-        ComingFilePtr file;
-        if (m_fetcher->spare.empty()) {
-            file = std::make_shared<ComingFile>();
-        } else {
-            file = std::move(m_fetcher->spare.back());
-            m_fetcher->spare.pop_back();
-        }
-        file->path = path;
-        file->wanted = wanted;
-        m_fetcher->files.push_back(std::move(file));
-    }
-    if (m_fetcher->helpers == 0)
-        m_fetcher->StartHelpers(1);
-    else if (m_fetcher->IsWorthWaking())
-        m_fetcher->work.notify_one();
+    return *m_fetcher;
 }
 
 void ReadAheadFiles::ExpectNothing()
@@ -78,14 +79,38 @@ ComingFilePtr ReadAheadFiles::Take(const std::string &path)
     if (found == fetcher.files.end())
         return nullptr;
     ComingFilePtr file = *found;
-    for (auto before = fetcher.files.begin(); before != found; ++before)
-        fetcher.Drop(**before);
-    const auto gone = static_cast<std::size_t>(found - fetcher.files.begin()) + 1;
-    fetcher.files.erase(fetcher.files.begin(), found + 1);
-    fetcher.begun -= std::min(fetcher.begun, gone);
-    if (fetcher.IsWorthWaking())
-        fetcher.work.notify_one();
+    fetcher.RemoveUpTo(found);
     return file->stage == FetchStage::Coming ? nullptr : file;
+}
+
+// The file that was announced in this state, when a helper has it; it stays among the expected
+// files. Else null; a file that no helper has begun is removed from them.
+ComingFilePtr ReadAheadFiles::FindKnown(const FileIdentity &state)
+{
+    if (m_fetcher == nullptr)
+        return nullptr;
+    const auto lock = LockSoon(m_fetcher->mutex);
+    const auto found = std::ranges::find(m_fetcher->files, state.path, &ComingFile::path);
+    if (found == m_fetcher->files.end() || !(*found)->isKnown || (*found)->known != state)
+        return nullptr;
+    ComingFilePtr file = *found;
+    if (file->stage != FetchStage::Coming)
+        return file;
+    m_fetcher->RemoveUpTo(found);
+    m_fetcher->Keep(file);
+    return nullptr;
+}
+
+// Removes a file that will not be opened from the expected files.
+void ReadAheadFiles::Forget(const ComingFilePtr &file)
+{
+    const auto lock = LockSoon(m_fetcher->mutex);
+    const auto found = std::ranges::find(m_fetcher->files, file);
+    if (found == m_fetcher->files.end())
+        return;
+    m_fetcher->RemoveUpTo(found);
+    m_fetcher->Drop(*file);
+    m_fetcher->Keep(file);
 }
 
 // Runs a call of the logic, and notes when it took so long that it must have waited for a disk.
@@ -128,7 +153,9 @@ int ReadAheadFiles::OpenToRead(const std::string &path, FileIdentity &identity)
         return OpenHere(path, identity);
     const auto isOpened = [&] { return file->stage > FetchStage::Opening; };
     const bool goesOn = isOpened() || m_fetcher->Wait(isOpened);
-    if (goesOn && file->stage != FetchStage::Failed && IsUnchanged(*file)) {
+    const bool isOpen =
+        goesOn && file->stage != FetchStage::Failed && file->stage != FetchStage::Same;
+    if (isOpen && IsUnchanged(*file)) {
         identity = file->identity;
         m_open.push_back({file->handle, m_fetcher, file});
         return file->handle;
@@ -154,6 +181,29 @@ int ReadAheadFiles::OpenHere(const std::string &path, FileIdentity &identity)
 int ReadAheadFiles::Identify(const std::string &path, FileIdentity &identity)
 {
     return m_source->Identify(path, identity);
+}
+
+// A file that a helper has found in another state stays among the expected ones, to be opened.
+bool ReadAheadFiles::IsInState(const FileIdentity &state)
+{
+    constexpr std::chrono::milliseconds kStillNow{10};
+    const ComingFilePtr file = FindKnown(state);
+    const auto isExamined = [&] { return file->stage > FetchStage::Opening; };
+    if (file != nullptr && !isExamined() && !m_fetcher->Wait(isExamined))
+        return false; // the program is to end
+    if (file != nullptr && file->stage != FetchStage::Same)
+        return false;
+    const bool isSame =
+        (file != nullptr && std::chrono::steady_clock::now() - file->examinedAt <= kStillNow) ||
+        (Timed([&] { return m_source->Identify(state.path, m_now); }) == 0 && m_now == state);
+    if (isSame && file != nullptr)
+        Forget(file);
+    return isSame;
+}
+
+bool ReadAheadFiles::HasChangeTimes(const FileIdentity &file)
+{
+    return m_source->HasChangeTimes(file);
 }
 
 std::int64_t ReadAheadFiles::ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
@@ -210,16 +260,7 @@ void ReadAheadFiles::Close(int handle)
     m_open.erase(open);
     const auto lock = LockSoon(closed.fetcher->mutex);
     closed.fetcher->Finish(*closed.file);
-    ComingFile &file = *closed.file;
-    const bool isFree = file.stage == FetchStage::Ready && file.head.capacity() <= kSpareBuffer;
-    if (!isFree || closed.fetcher->spare.size() >= kMostFilesHeld)
-        return;
-    file.stage = FetchStage::Coming;
-    file.isDropped = false;
-    file.headBytes = 0;
-    file.digest.reset();
-    file.tail.clear();
-    closed.fetcher->spare.push_back(closed.file);
+    closed.fetcher->Keep(closed.file);
 }
 
 } // namespace platform::posix

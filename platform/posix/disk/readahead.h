@@ -37,6 +37,8 @@ public:
     // A wait for a helper ends with -EINTR when the program is to end.
     int OpenToRead(const std::string &path, FileIdentity &identity) override;
     int Identify(const std::string &path, FileIdentity &identity) override;
+    bool IsInState(const FileIdentity &state) override;
+    bool HasChangeTimes(const FileIdentity &file) override;
     std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                         bool mayWait) override;
     // When a helper is reading the file, this waits as long as a read from memory takes on a busy
@@ -45,10 +47,14 @@ public:
     void Close(int handle) override;
     bool PaysToExpect() override;
     void Expect(const std::vector<std::string> &paths, const WantedBytes &wanted) override;
+    void ExpectInState(const std::vector<FileIdentity> &states, const WantedBytes &wanted) override;
     void ExpectNothing() override;
 
 private:
+    Fetcher &FetcherInUse();
     std::shared_ptr<ComingFile> Take(const std::string &path);
+    std::shared_ptr<ComingFile> FindKnown(const FileIdentity &state);
+    void Forget(const std::shared_ptr<ComingFile> &file);
     int OpenHere(const std::string &path, FileIdentity &identity);
     bool IsSlow();
     template <class Call>

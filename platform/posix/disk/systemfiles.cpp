@@ -42,9 +42,11 @@ bool IsInMemory(int handle)
            (status.f_type == TMPFS_MAGIC || status.f_type == RAMFS_MAGIC);
 }
 
-// Whether a rename or deletion of the open file changes its time of change, and only this machine
-// can rename it. The answer for the last device is kept.
-bool NotesNames(int handle, dev_t device)
+// Whether each change of a file, its rename and its deletion change its time of change, and only
+// this machine can change it. `ask` gets the state of its file system; the answer for the last
+// device is kept.
+template <class Ask>
+bool NotesChanges(dev_t device, const Ask &ask)
 {
     thread_local struct {
         bool known = false;
@@ -57,8 +59,9 @@ bool NotesNames(int handle, dev_t device)
     const auto is = [&](auto... types) {
         return (... || (status.f_type == static_cast<decltype(status.f_type)>(types)));
     };
+    if (ask(status) != 0)
+        return false;
     last.notes =
-        fstatfs(handle, &status) == 0 &&
         is(EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC, BTRFS_SUPER_MAGIC, F2FS_SUPER_MAGIC, TMPFS_MAGIC);
     last.device = device;
     last.known = true;
@@ -102,11 +105,22 @@ int SystemFilesPort::Identify(const std::string &path, FileIdentity &identity)
 int SystemFilesPort::IdentifyOpen(int handle, const std::string &path, FileIdentity &identity)
 {
     struct stat status;
-    if (fstat(handle, &status) != 0 || status.st_nlink == 0 || !NotesNames(handle, status.st_dev))
+    const auto ask = [&](struct statfs &system) { return fstatfs(handle, &system); };
+    if (fstat(handle, &status) != 0 || status.st_nlink == 0 || !NotesChanges(status.st_dev, ask))
         return SystemFilesPort::Identify(path, identity);
     identity.path = path;
     Take(status, identity);
     return 0;
+}
+
+bool SystemFilesPort::HasChangeTimes(const FileIdentity &file)
+{
+    return NotesChanges(file.device, [&](struct statfs &system) {
+        struct stat status; // the path may lead to another file system by now
+        if (stat(file.path.c_str(), &status) != 0 || status.st_dev != file.device)
+            return -1;
+        return statfs(file.path.c_str(), &system);
+    });
 }
 
 std::int64_t SystemFilesPort::ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,

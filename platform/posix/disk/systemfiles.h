@@ -13,6 +13,7 @@ public:
     int OpenToRead(const std::string &path, FileIdentity &identity) override;
     int Identify(const std::string &path, FileIdentity &identity) override;
     int IdentifyOpen(int handle, const std::string &path, FileIdentity &identity) override;
+    bool HasChangeTimes(const FileIdentity &file) override;
     std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                         bool mayWait) override;
     void Close(int handle) override;

@@ -95,10 +95,15 @@ std::string DataHome()
     return UserFolder("XDG_DATA_HOME", "/.local/share");
 }
 
+std::string ProgramFile()
+{
+    return "/proc/self/exe";
+}
+
 std::string ProgramFolder()
 {
     char buffer[PATH_MAX];
-    const ssize_t length = readlink("/proc/self/exe", buffer, sizeof buffer);
+    const ssize_t length = readlink(ProgramFile().c_str(), buffer, sizeof buffer);
     const std::string path(buffer, length > 0 ? static_cast<std::size_t>(length) : 0);
     return runtime::ParentFolder(path);
 }

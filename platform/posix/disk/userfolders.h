@@ -19,6 +19,9 @@ std::string HomeFolder();
 // The folder of the running program's file, without a trailing separator.
 std::string ProgramFolder();
 
+// A path that leads to the running program's file, also when that was moved or deleted.
+std::string ProgramFile();
+
 // The value of an environment variable; empty when it is not set.
 std::string Environment(const char *name);
 
