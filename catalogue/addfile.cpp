@@ -2,12 +2,13 @@
 
 #include "catalogue/adoclass.h"
 #include "catalogue/comparedrows.h"
+#include "catalogue/disklabel.h"
 #include "catalogue/edittags.h"
+#include "catalogue/regeneration/knownsongs.h"
 #include "catalogue/rowgroups.h"
 #include "catalogue/sql/statementparams.h"
 #include "metadata/mp3info.h"
 #include "metadata/tagtext.h"
-#include "platform/disk/drives.h"
 #include "platform/disk/files.h"
 #include "platform/machine.h"
 #include "runtime/error.h"
@@ -64,6 +65,9 @@ struct Addition {
     std::string &reason;
     std::int16_t result = kFailed;
     metadata::ID3v2Tag tag;
+    bool wantsKnown = false;
+    std::optional<KnownSong> known{}; // no value: it cannot be known
+    bool isRead = false;
 };
 
 // Runs `step`. An error at run time sets the result to kFailed and is caught, and the next step
@@ -78,12 +82,17 @@ void Guarded(Addition &addition, const Step &step)
     }
 }
 
+std::string UntaggedReason(const std::string &path)
+{
+    return "No ID3's tags were found on '" + runtime::ShownText(path) + "'\r";
+}
+
 // Sets empty values for the row, which is written nevertheless; the lyrics are the only text that
 // is kept.
 void BlankTag(Addition &addition)
 {
     addition.result = kUntagged;
-    addition.reason = "No ID3's tags were found on '" + runtime::ShownText(addition.path) + "'\r";
+    addition.reason = UntaggedReason(addition.path);
     metadata::ID3v2Tag &tag = addition.tag;
     for (std::string *text :
          {&tag.Title, &tag.Artist, &tag.Album, &tag.Year, &tag.Comment, &tag.Genre, &tag.Header})
@@ -108,45 +117,12 @@ bool ReadTags(Addition &addition)
         BlankTag(addition);
     else if (song.hasID3v1)
         metadata::FillFromID3v1(song.id3v1, addition.tag);
+    if (addition.wantsKnown && CanBeKnown(metadata::RawTagsFile(), metadata::RawTagsOpenedAtNs()))
+        addition.known = {metadata::RawTagsFile(),
+                          {song.hasID3v1, song.hasID3v2, metadata::HasTextsForFrames()},
+                          addition.tag.kind == metadata::TextKind::Utf8,
+                          {}};
     return true;
-}
-
-// The last label that was asked for. While a group of rows is open, which lasts about 40 ms, all
-// files of a device get the same label.
-struct State {
-    std::uint64_t groupNo = 0;
-    std::uint64_t device = 0;
-    std::string label;
-};
-
-State &TheState()
-{
-    static State state;
-    return state;
-}
-
-// The label of the disk with the file, so that the program can ask the user to insert it later;
-// empty for a fixed disk.
-std::string AskForLabel(const std::string &path)
-{
-    platform::Drives &drives = *platform::TheMachine().drives;
-    const std::string drive = drives.DriveOf(path);
-    if (drives.TypeOf(drive) == platform::DriveType::Fixed)
-        return {};
-    return drives.LabelOf(drive);
-}
-
-std::string DiskLabel(const std::string &path, std::uint64_t groupNo)
-{
-    State &last = TheState();
-    const std::uint64_t device = metadata::RawTagsFile().device;
-    if (last.groupNo == groupNo && last.device == device && groupNo != 0 && device != 0)
-        return last.label;
-    last.groupNo = 0; // if the question fails, no label is remembered
-    last.label = AskForLabel(path);
-    last.device = device;
-    last.groupNo = groupNo;
-    return last.label;
 }
 
 // The reason for a file whose row was written and then lost, with the words of the failure.
@@ -194,7 +170,8 @@ void InsertRow(ADOclass &access, const std::string &path, std::vector<Value> val
         writes.Keep();
 }
 
-// Adds a row with the values of an update, but with the name of the genre.
+// Adds a row with the values of an update, but with the name of the genre: where that is another
+// text, the next pass has to update the row.
 void AddRow(ADOclass &access, Addition &addition, std::uint64_t groupNo, std::vector<Value> values)
 {
     if (addition.result != kUntagged)
@@ -202,7 +179,10 @@ void AddRow(ADOclass &access, Addition &addition, std::uint64_t groupNo, std::ve
     std::string label;
     Guarded(addition, [&] { label = DiskLabel(addition.path, groupNo); });
     Guarded(addition, [&] {
-        values[kGenreColumn] = TagValue(metadata::GenreField(addition.tag), addition.tag.kind);
+        std::string genre = TagValue(metadata::GenreField(addition.tag), addition.tag.kind);
+        if (genre != std::get<std::string>(values[kGenreColumn]))
+            addition.known.reset();
+        values[kGenreColumn] = std::move(genre);
         InsertRow(access, addition.path, std::move(values), std::move(label));
     });
 }
@@ -265,8 +245,8 @@ std::vector<Value> UpdateValues(const metadata::ID3v2Tag &tag)
     return TagValues(tag, inWords ? metadata::GenreField(tag) : tag.Genre);
 }
 
-// The rows with exactly this path, compared with the values of an update; null when the look-up
-// failed. The values are the same afterwards.
+// The rows with exactly this path, compared with the values of an update or with their fingerprint;
+// null when the look-up failed. The values are the same afterwards.
 RecordsetPtr RowsOf(ADOclass &access, const std::string &path, std::vector<Value> &values)
 {
     std::vector<Value> parameters;
@@ -296,6 +276,39 @@ bool HasChanged(const std::string &path)
     return seen && platform::TheMachine().files->Identify(path, now) == 0 && now != *seen;
 }
 
+// What is known of a song that has been read: the values of an update are its texts. Rows that are
+// marked as duplicates have to be looked at each time.
+void TakeTexts(Addition &addition, const std::vector<Value> &values, Recordset &rows)
+{
+    if (addition.known)
+        addition.known->texts = FingerprintOf(values);
+    Guarded(addition, [&] {
+        if (!rows.AtEnd() && HasDuplicates(rows))
+            addition.known.reset();
+    });
+}
+
+// Whether the rows of a file that was not read are those that reading it would leave; then the
+// result is set.
+//
+// Nothing is written here, so there is no row of another program that could be overwritten with an
+// older one. A program that edits a song writes first its file and then its row. When its row has
+// been written already, it has other texts than those that are known, or the new tags have the same
+// texts; when it has not, it will be written after this step. An edit of the file alone, by a
+// program without a catalogue, is found by the next run; but not while this process waited for the
+// lock, which may take long.
+bool IsLeftAsItIs(Addition &addition, Recordset &rows, bool hasWaited)
+{
+    bool isSame = false;
+    Guarded(addition, [&] { isSame = !rows.AtEnd() && IsUpToDate(rows) && !HasDuplicates(rows); });
+    if (!isSame || (hasWaited && !platform::TheFiles().IsInState(addition.known->file)))
+        return false;
+    addition.result = kUpdated;
+    if (const SongTags &tags = addition.known->tags; !tags.hasID3v1 && !tags.hasID3v2)
+        addition.reason = UntaggedReason(addition.path);
+    return true;
+}
+
 // Looks up the path and writes its row, as one step for other processes. Returns: the failure that
 // undid the step, or an empty text. `isLast`: write the row even when the file has changed
 // meanwhile.
@@ -305,8 +318,9 @@ std::string WriteInStep(Addition &addition, LookUp &found, bool isLast)
         return {};
     RowStep step(*DataAccess);
     ADOclass &access = step.Access();
-    RecordsetPtr rows;
-    std::vector<Value> values = UpdateValues(addition.tag);
+    RecordsetPtr rows; // none when the look-up fails
+    std::vector<Value> values =
+        addition.isRead ? UpdateValues(addition.tag) : ValuesOf(addition.known->texts);
     Guarded(addition, [&] {
         rows = RowsOf(access, addition.path, values);
         if (rows != nullptr)
@@ -315,13 +329,23 @@ std::string WriteInStep(Addition &addition, LookUp &found, bool isLast)
     // Another program that edits the song updates its row when it gets the lock of the catalogue.
     // If this process has had the lock since before it read the song, that update comes after this
     // step. Otherwise it may have come before, and the tags that were read may be the old ones.
-    if (found != LookUp::Failed && !isLast && step.HasBegun() && HasChanged(addition.path))
+    const bool isOutdated = [&] {
+        if (found == LookUp::Failed)
+            return false;
+        if (!addition.isRead)
+            return !IsLeftAsItIs(addition, *rows, step.HasBegun());
+        return !isLast && step.HasBegun() && HasChanged(addition.path);
+    }();
+    if (isOutdated)
         found = LookUp::Outdated;
     // After a failed look-up no row is added: the file may have one already.
-    if (found == LookUp::Known)
+    if (addition.isRead && found == LookUp::Known) {
+        TakeTexts(addition, values, *rows);
         UpdateRows(access, addition, *rows, std::move(values));
-    else if (found == LookUp::Unknown)
+    } else if (addition.isRead && found == LookUp::Unknown) {
+        TakeTexts(addition, values, *rows);
         AddRow(access, addition, step.GroupNo(), std::move(values));
+    }
     if (DataAccess != nullptr) {
         DataAccess->Succeeded = access.Succeeded;
         DataAccess->ErrorMessage = access.ErrorMessage;
@@ -344,19 +368,34 @@ void ShowWhatWasDone(LookUp found)
 
 using Done = std::function<void(AddOutcome)>;
 
-// Calls `done` before any event runs.
-std::int16_t AddOrUpdate(const std::string &path, std::string &reason, const Done &done)
+// What is known of the file (AddInGroup), and whether it was read.
+struct Knowledge {
+    std::optional<KnownSong> &known;
+    bool isRead = false;
+};
+
+// Calls `done` before any event runs. `knowledge`: null when nothing is known, nor wanted.
+std::int16_t AddOrUpdate(const std::string &path, std::string &reason, const Done &done,
+                         Knowledge *knowledge)
 {
-    Addition addition{path, reason, kFailed, {}};
+    Addition addition{path, reason, kFailed, {}, knowledge != nullptr};
+    if (knowledge != nullptr)
+        addition.known.swap(knowledge->known);
     LookUp found = LookUp::Outdated;
     std::string undone;
     const std::string before = reason;
-    for (int reads = 1; found == LookUp::Outdated; ++reads) {
+    for (int reads = addition.known ? 0 : 1; found == LookUp::Outdated; ++reads) {
         addition.result = kFailed;
         addition.tag = {};
         reason = before;
         bool readable = true;
-        Guarded(addition, [&] { readable = ReadTags(addition); });
+        addition.isRead = reads > 0;
+        if (addition.isRead) {
+            addition.known.reset();
+            Guarded(addition, [&] { readable = ReadTags(addition); });
+        }
+        if (knowledge != nullptr)
+            knowledge->isRead = addition.isRead;
         if (!readable) {
             done({kFailed, reason, false});
             return kFailed;
@@ -373,21 +412,41 @@ std::int16_t AddOrUpdate(const std::string &path, std::string &reason, const Don
         addition.result = kFailed;
         reason = LostRowReason(undone);
     }
+    if (knowledge != nullptr && addition.result != kFailed)
+        knowledge->known = std::move(addition.known);
     done({addition.result, reason, addition.result == kFailed});
     ShowWhatWasDone(found);
     return addition.result;
 }
 
-std::int16_t AddWithinMemory(const std::string &path, std::string &reason, const Done &done)
+std::int16_t AddWithinMemory(const std::string &path, std::string &reason, const Done &done,
+                             Knowledge *knowledge = nullptr)
 {
     try {
-        return AddOrUpdate(path, reason, done);
+        return AddOrUpdate(path, reason, done, knowledge);
     } catch (
         const std::bad_alloc &) { // a tag of hundreds of megabytes; the next file may be smaller
         reason = runtime::DescribeError(runtime::kOutOfMemory) + "\r";
         done({kFailed, reason, false});
         return kFailed;
     }
+}
+
+void AddSettled(const std::string &path, RowGroups &groups, std::function<void(AddOutcome)> settled,
+                Knowledge *knowledge)
+{
+    std::string reason;
+    bool isReported = false;
+    const auto done = [&](AddOutcome outcome) {
+        if (std::exchange(isReported, true))
+            return;
+        groups.WhenSettled(
+            [settled = std::move(settled), outcome = std::move(outcome)](const std::string &lost) {
+                const bool isLost = outcome.result != kFailed && !lost.empty();
+                settled(isLost ? AddOutcome{kFailed, LostRowReason(lost), true} : outcome);
+            });
+    };
+    AddWithinMemory(path, reason, done, knowledge);
 }
 
 } // namespace
@@ -399,17 +458,15 @@ std::int16_t AddOrUpdateMP3(const std::string &path, std::string &reason)
 
 void AddInGroup(const std::string &path, RowGroups &groups, std::function<void(AddOutcome)> settled)
 {
-    std::string reason;
-    bool isReported = false;
-    AddWithinMemory(path, reason, [&](AddOutcome outcome) {
-        if (std::exchange(isReported, true))
-            return;
-        groups.WhenSettled(
-            [settled = std::move(settled), outcome = std::move(outcome)](const std::string &lost) {
-                const bool isLost = outcome.result != kFailed && !lost.empty();
-                settled(isLost ? AddOutcome{kFailed, LostRowReason(lost), true} : outcome);
-            });
-    });
+    AddSettled(path, groups, std::move(settled), nullptr);
+}
+
+bool AddInGroup(const std::string &path, RowGroups &groups, std::function<void(AddOutcome)> settled,
+                std::optional<KnownSong> &known)
+{
+    Knowledge knowledge{known};
+    AddSettled(path, groups, std::move(settled), &knowledge);
+    return knowledge.isRead;
 }
 
 } // namespace catalogue

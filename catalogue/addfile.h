@@ -4,12 +4,14 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace catalogue
 {
 
-class RowGroups; // catalogue/rowgroups.h
+class RowGroups;  // catalogue/rowgroups.h
+struct KnownSong; // catalogue/regeneration/knownsongs.h
 
 // The result. `kUntagged`: a new file without any tag; its row was added nevertheless, with empty
 // values.
@@ -37,5 +39,14 @@ struct AddOutcome {
 // with the words of the failure as its reason. `settled` must not run a statement.
 void AddInGroup(const std::string &path, RowGroups &groups,
                 std::function<void(AddOutcome)> settled);
+
+// The same for a file that need not be read when `known` has a value and the file is in this state
+// now: if it has rows, none of them is marked as a duplicate and all have the known texts, they
+// stay as they are, which is what reading the file would lead to (kUpdated). Otherwise it is read.
+// `known` then gets what has been read; no value when the file, or its rows, have to be looked at
+// in any case the next time.
+// Returns: whether the file was read.
+bool AddInGroup(const std::string &path, RowGroups &groups, std::function<void(AddOutcome)> settled,
+                std::optional<KnownSong> &known);
 
 } // namespace catalogue

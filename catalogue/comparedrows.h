@@ -1,11 +1,19 @@
 // catalogue/comparedrows.h - a look-up of a song's rows that compares them instead of copying them.
 //
 // The stored query "SEL_ByPath" with a whole path, nothing excluded, and after these two parameters
-// the texts that the song's rows should have: Title, Artist, Album, Year, Comment, Genre, Lyrics.
+// either the texts that the song's rows should have (Title, Artist, Album, Year, Comment, Genre,
+// Lyrics) or, as two integers, the fingerprint of these texts.
 // Its result has one record for each row, with the two fields below, each "1" or "0".
 #pragma once
 
+#include "catalogue/recordset.h"
+#include "runtime/hash.h"
+
+#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
 
 namespace catalogue
 {
@@ -16,6 +24,19 @@ inline constexpr std::size_t kArtistOfCompared = 1;
 inline constexpr int kIsDuplicateField = 0; // whether the row is marked as a duplicate, or may be
 // Whether the row has these texts, byte by byte; null is not equal to the empty text. A duplicate
 // has an artist of its own, which is not compared.
+// With a fingerprint the artist of a duplicate is compared too.
 inline constexpr int kIsSameField = 1;
+
+inline constexpr std::size_t kFingerprintValues = 2;
+
+// The fingerprint of a row's texts, in the order of the columns. Rows with other texts have another
+// one (runtime::Hash128Of).
+using ComparedTexts = std::array<std::string_view, kComparedColumns>;
+[[nodiscard]] runtime::Hash128 FingerprintOf(const ComparedTexts &texts);
+// The same for the values of these columns; all of them are texts.
+[[nodiscard]] runtime::Hash128 FingerprintOf(const std::vector<Value> &values);
+// The fingerprint as the values of the look-up, and back.
+[[nodiscard]] std::vector<Value> ValuesOf(const runtime::Hash128 &fingerprint);
+[[nodiscard]] runtime::Hash128 FingerprintFrom(std::int64_t first, std::int64_t second);
 
 } // namespace catalogue

@@ -5,10 +5,11 @@
 #include "catalogue/lockwait.h"
 #include "catalogue/regeneration/emptysongs.h"
 #include "catalogue/regeneration/integrityreport.h"
+#include "catalogue/regeneration/knownsongs.h"
 #include "catalogue/regeneration/lookahead.h"
+#include "catalogue/regeneration/walkedsong.h"
 #include "catalogue/regeneration/walker.h"
 #include "catalogue/rowgroups.h"
-#include "metadata/mp3info.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/endrequest.h"
@@ -24,6 +25,7 @@
 
 #include <cerrno>
 #include <string_view>
+#include <utility>
 
 namespace catalogue
 {
@@ -108,7 +110,9 @@ struct KeptListings {
 struct Run {
     IntegrityReport report{ReportPath()};
     ListingCache &listings;
-    LookAhead ahead{Dirs().Path(), listings};
+    bool isTableEmpty; // no song has a row
+    KnownSongs known{shell::AppFile(kKnownSongsName), !isTableEmpty};
+    LookAhead ahead{Dirs().Path(), listings, known};
     RowGroups groups{};
     std::int64_t value = 0; // files done so far
     std::int64_t maximum = 0;
@@ -232,25 +236,23 @@ void NoteOutcome(const std::string &path, const AddOutcome &outcome)
     NoteFailure(path, outcome.reason);
 }
 
-// The report needs to know which tags there are; AddInGroup looks at what is in them.
+// The report needs to know which tags there are; AddWalkedSong looks at what is in them.
 void ScanFile(Run &run, const std::string &path)
 {
     run.ahead.Advance();
-    bool hasID3v1 = false;
-    bool hasID3v2 = false;
-    metadata::GetTagFlags(path, hasID3v1, hasID3v2);
-    if (metadata::LastReadFailure() == EINTR && IsToStop())
+    WalkedSong song = FindTags(path, run.known);
+    if (song.failure == EINTR && IsToStop())
         return; // the end was requested during a wait: this file does not count
     RegenerationSummary &summary = TheState().summary;
     summary.files++;
-    if (run.report.LogTagFailure(path, hasID3v1, hasID3v2)) {
+    if (run.report.LogTagFailure(path, song.tags.hasID3v1, song.tags.hasID3v2)) {
         summary.anyReported = true;
         summary.reported++;
     }
-    if (metadata::HasTextsForFrames())
+    if (song.tags.hasTextsForFrames)
         summary.unicodeFiles++;
-    metadata::KeepForNextPass();
-    AddInGroup(path, run.groups, [path](const AddOutcome &outcome) { NoteOutcome(path, outcome); });
+    AddWalkedSong(std::move(song), run.groups, run.known,
+                  [path](const AddOutcome &outcome) { NoteOutcome(path, outcome); });
 }
 
 void ScanFiles(Run &run)
@@ -364,10 +366,11 @@ bool Regenerate()
         CountAll(maximum);
     }
 
-    Run run{.listings = *listings.cache};
+    Run run{.listings = *listings.cache, .isTableEmpty = globals.DeleteBeforeAppend};
     run.maximum = maximum;
     ScanFolder(run);
     run.groups.Close();
+    run.known.Save(!TheState().stopRequested);
 
     EndList();
     EmptyPanels();

@@ -12,6 +12,33 @@ namespace
 
 constexpr std::size_t kFewestAhead = 96; // more than the files port has open at a time
 
+// Announces files in their order; known ones in another way than the others.
+class Announcement
+{
+public:
+    explicit Announcement(const KnownSongs &known) : m_known(known) {}
+
+    void Add(std::string path)
+    {
+        if (auto song = m_known.Find(path)) {
+            SayUnknown();
+            m_states.push_back(std::move(song->file));
+        } else {
+            SayKnown();
+            m_paths.push_back(std::move(path));
+        }
+    }
+
+    void SayUnknown() { metadata::ExpectPasses(std::exchange(m_paths, {})); }
+
+    void SayKnown() { metadata::ExpectPassesUnlessInState(std::exchange(m_states, {})); }
+
+private:
+    const KnownSongs &m_known;
+    std::vector<std::string> m_paths;             // of one of the two
+    std::vector<platform::FileIdentity> m_states; // the other is empty
+};
+
 } // namespace
 
 LookAhead::~LookAhead()
@@ -48,11 +75,15 @@ bool LookAhead::ExpectFiles()
     const std::vector<std::string> &files = m_box.Listing().files;
     if (m_levels.empty() || m_nextFile >= files.size())
         return false;
-    std::vector<std::string> paths;
-    for (; m_nextFile < files.size() && paths.size() < kFewestAhead; ++m_nextFile, ++m_said)
-        if (m_said >= m_passed)
-            paths.push_back(runtime::JoinPath(m_box.Path(), files[m_nextFile]));
-    metadata::ExpectPasses(paths);
+    Announcement announcement(m_known);
+    std::size_t count = 0;
+    for (; m_nextFile < files.size() && count < kFewestAhead; ++m_nextFile, ++m_said)
+        if (m_said >= m_passed) {
+            announcement.Add(runtime::JoinPath(m_box.Path(), files[m_nextFile]));
+            ++count;
+        }
+    announcement.SayUnknown();
+    announcement.SayKnown();
     return true;
 }
 

@@ -3,6 +3,7 @@
 // time.
 #pragma once
 
+#include "catalogue/regeneration/knownsongs.h"
 #include "catalogue/regeneration/walker.h"
 
 #include <cstddef>
@@ -19,8 +20,10 @@ namespace catalogue
 class LookAhead
 {
 public:
-    // `cache`: the listings of the walk; owned by the caller.
-    LookAhead(std::string root, ListingCache &cache) : m_root(std::move(root))
+    // `cache`: the listings of the walk; `known`: files that are announced as those that will be
+    // read only when they have changed. Both are owned by the caller.
+    LookAhead(std::string root, ListingCache &cache, const KnownSongs &known)
+        : m_root(std::move(root)), m_known(known)
     {
         m_box.UseCache(&cache, true);
     }
@@ -41,6 +44,7 @@ private:
     bool EnterNextFolder();
 
     std::string m_root;
+    const KnownSongs &m_known;
     bool m_hasStarted = false;
     FolderBox m_box;
     std::vector<Level> m_levels; // from the root down; empty at the end of the walk

@@ -70,33 +70,54 @@ private:
     bool m_isIn = false;
 };
 
-// The look-up of a path, made into one that compares the rows with a song's values, which follow
-// its two parameters (catalogue/comparedrows.h). Empty when the table or the query is another one.
-std::string ComparingQuery(const std::string &wholePath, const std::vector<std::string> &columns)
+std::string Quoted(const std::string &column)
 {
-    constexpr std::string_view kAllColumns = "SELECT * ";
-    constexpr std::size_t kDuplicated = 9;
-    if (!wholePath.starts_with(kAllColumns) || columns.size() <= kDuplicated)
-        return {};
-    const auto quoted = [&](std::size_t column) {
-        return '"' + runtime::Replace(columns[column], "\"", "\"\"") + '"';
-    };
-    const std::string isDuplicate = quoted(kDuplicated) + " IS NOT 0";
+    return '"' + runtime::Replace(column, "\"", "\"\"") + '"';
+}
+
+using Columns = std::vector<std::string>;
+
+// The condition that a row has the texts that follow the two parameters of a look-up.
+std::string ConditionOfTexts(const Columns &columns, const std::string &isDuplicate)
+{
     std::string isSame;
     for (std::size_t i = 0; i < kComparedColumns; ++i) {
         // ?1 and ?2 are the path's. Bytes that another program has stored as such are text here.
         const std::string isEqual =
-            "CAST(" + quoted(i) + " AS TEXT) COLLATE BINARY IS ?" + std::to_string(i + 3);
+            "CAST(" + Quoted(columns[i]) + " AS TEXT) COLLATE BINARY IS ?" + std::to_string(i + 3);
         isSame += isSame.empty() ? "" : " AND ";
         if (i == kArtistOfCompared)
             isSame.append("(").append(isDuplicate).append(" OR ").append(isEqual).append(")");
         else
             isSame += isEqual;
     }
-    const auto asText = [](const std::string &condition) {
-        return "CASE WHEN " + condition + " THEN '1' ELSE '0' END";
+    return isSame;
+}
+
+// The condition that the texts of a row have the fingerprint that follows the two parameters.
+std::string ConditionOfFingerprint(const Columns &columns, const std::string & /*isDuplicate*/)
+{
+    std::string call = "has_fingerprint(?3, ?4";
+    for (std::size_t i = 0; i < kComparedColumns; ++i)
+        call.append(", ").append(Quoted(columns[i]));
+    return call + ")";
+}
+
+// The look-up of a path, made into one that compares the rows with the values that follow its two
+// parameters (catalogue/comparedrows.h). Empty when the table or the query is another one.
+template <class Condition>
+std::string ComparingQuery(const std::string &wholePath, const Columns &columns,
+                           const Condition &condition)
+{
+    constexpr std::string_view kAllColumns = "SELECT * ";
+    constexpr std::size_t kDuplicated = 9;
+    if (!wholePath.starts_with(kAllColumns) || columns.size() <= kDuplicated)
+        return {};
+    const std::string isDuplicate = Quoted(columns[kDuplicated]) + " IS NOT 0";
+    const auto asText = [](const std::string &isTrue) {
+        return "CASE WHEN " + isTrue + " THEN '1' ELSE '0' END";
     };
-    return "SELECT " + asText(isDuplicate) + ", " + asText(isSame) + " " +
+    return "SELECT " + asText(isDuplicate) + ", " + asText(condition(columns, isDuplicate)) + " " +
            wholePath.substr(kAllColumns.size());
 }
 
@@ -298,8 +319,11 @@ const StoredQuery &CatalogueFile::Query(std::string_view name)
     query.text = ColumnText(prepared.statement, 0);
     query.statement = TranslateStoredQuery(query.text);
     query.wholePath = TranslateStoredQuery(ColumnText(prepared.statement, 1)).sql;
-    if (!query.wholePath.empty())
-        query.comparing = ComparingQuery(query.wholePath, m_main->ColumnsOfMP3s());
+    if (!query.wholePath.empty()) {
+        const auto &columns = m_main->ColumnsOfMP3s();
+        query.comparing = ComparingQuery(query.wholePath, columns, ConditionOfTexts);
+        query.recognising = ComparingQuery(query.wholePath, columns, ConditionOfFingerprint);
+    }
     return query;
 }
 

@@ -22,8 +22,9 @@ namespace catalogue
 struct StoredQuery {
     std::string text; // as the file has it
     Translated statement;
-    std::string wholePath; // the query that is run for one exact path; empty when there is none
-    std::string comparing; // the same for a look-up that comes with the values of a row
+    std::string wholePath;   // the query that is run for one exact path; empty when there is none
+    std::string comparing;   // the same for a look-up that comes with the values of a row
+    std::string recognising; // and for one that comes with their fingerprint
 };
 
 class CatalogueFile : public std::enable_shared_from_this<CatalogueFile>

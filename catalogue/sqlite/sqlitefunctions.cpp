@@ -1,5 +1,6 @@
 #include "catalogue/sqlite/sqlitefunctions.h"
 
+#include "catalogue/comparedrows.h"
 #include "catalogue/rows/textmatch.h"
 #include "catalogue/sql/statementtext.h"
 #include "runtime/collation.h"
@@ -61,6 +62,22 @@ void LikeFunction(sqlite3_context *context, int count, sqlite3_value **values)
     sqlite3_set_auxdata(context, 0, pattern, [](void *p) { delete static_cast<LikePattern *>(p); });
 }
 
+// Whether the columns are texts with the fingerprint that the first two arguments are. A null, and
+// bytes that another program has stored as such, are no text.
+void HasFingerprintFunction(sqlite3_context *context, int, sqlite3_value **values)
+{
+    ComparedTexts texts;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        sqlite3_value *value = values[kFingerprintValues + i];
+        if (sqlite3_value_type(value) != SQLITE_TEXT)
+            return sqlite3_result_int(context, 0);
+        texts[i] = TextOf(value);
+    }
+    const auto wanted =
+        FingerprintFrom(sqlite3_value_int64(values[0]), sqlite3_value_int64(values[1]));
+    sqlite3_result_int(context, FingerprintOf(texts) == wanted ? 1 : 0);
+}
+
 constexpr const char *kLikeSearch = "LikeSearch"; // the type of the bound pointer
 
 void FoundByLikeFunction(sqlite3_context *context, int count, sqlite3_value **values)
@@ -108,6 +125,7 @@ void AddTextFunctions(sqlite3 *db)
     add("regexp", 2, LikeFunction);
     add("regexp", 3, LikeFunction);
     add("found_by_like", -1, FoundByLikeFunction);
+    add("has_fingerprint", int{kFingerprintValues + kComparedColumns}, HasFingerprintFunction);
 }
 
 void AddTextViews(sqlite3 *db, const std::vector<std::string> &columns)

@@ -12,8 +12,10 @@
 namespace catalogue
 {
 
-// Adds the collation, same_trimmed(a, b), upper_text(a) and the operator REGEXP (LIKE with Unicode
-// letter case; with an escape as third argument), and found_by_like, see BindLikeSearch.
+// Adds the collation, same_trimmed(a, b), upper_text(a), has_fingerprint(first, second, column,
+// ...), which compares the texts of a row with a fingerprint (catalogue/comparedrows.h), and the
+// operator REGEXP (LIKE with Unicode letter case; with an escape as third argument), and
+// found_by_like, see BindLikeSearch.
 void AddTextFunctions(sqlite3 *db);
 
 // Binds `search` to a parameter (from 1) of a statement, which it outlives. The parameter is the

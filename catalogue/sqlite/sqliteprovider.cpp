@@ -212,8 +212,10 @@ RecordsetPtr SqliteConnection::RunStored(std::string_view name, const std::vecto
             BindValue(target, static_cast<int>(i) + 1, values[i]);
     };
     if (!query.wholePath.empty() && IsWholePath(values)) {
-        const bool compares = values.size() == 2 + kComparedColumns && !query.comparing.empty();
-        return ReadPath(compares ? query.comparing : query.wholePath, bind);
+        const std::string &comparing = values.size() == 2 + kComparedColumns     ? query.comparing
+                                       : values.size() == 2 + kFingerprintValues ? query.recognising
+                                                                                 : query.wholePath;
+        return ReadPath(comparing.empty() ? query.wholePath : comparing, bind);
     }
     return RunTranslated(query.statement, bind);
 }

@@ -10,8 +10,6 @@
 #include "tests/catalogue/regenerationfixture.h"
 #include "tests/metadata/countedfiles.h"
 
-#include <sqlite3.h>
-
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -164,16 +162,6 @@ TEST_F(EditedRows, TheLabelIsThatOfTheMomentTheFileIsAddedAt)
 }
 
 struct KnownRows : EditedRows {
-    // Runs `sql` from outside the program.
-    void RunOutside(const std::string &sql) const
-    {
-        sqlite3 *db = nullptr;
-        ASSERT_EQ(sqlite3_open((folder / "app/MP3s.mdb").c_str(), &db), SQLITE_OK);
-        EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
-            << sqlite3_errmsg(db);
-        sqlite3_close(db);
-    }
-
     std::uintmax_t LogBytes() const
     {
         const std::string log = folder / "app/MP3s.mdb-wal";

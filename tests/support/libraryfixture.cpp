@@ -10,6 +10,8 @@
 #include "shell/globals.h"
 #include "tests/support/freshcatalogue.h"
 
+#include <sqlite3.h>
+
 #include <filesystem>
 
 namespace fs = std::filesystem;
@@ -48,6 +50,15 @@ LibraryFixture::~LibraryFixture()
     catalogue::Dirs().Clear();
     shell::SetAppPath(m_appPathBefore);
     shell::TheGlobals() = shell::Globals();
+}
+
+void LibraryFixture::RunOutside(const std::string &sql) const
+{
+    sqlite3 *db = nullptr;
+    ASSERT_EQ(sqlite3_open((folder / "app/MP3s.mdb").c_str(), &db), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
+        << sqlite3_errmsg(db);
+    sqlite3_close(db);
 }
 
 std::vector<std::string> LibraryFixture::Rows() const

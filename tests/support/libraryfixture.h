@@ -33,6 +33,9 @@ protected:
     // music folder is written as "~".
     std::vector<std::string> Rows() const;
 
+    // Runs `sql` from outside the program.
+    void RunOutside(const std::string &sql) const;
+
     TestFolder folder; // contains "app", the program's folder, and "music"
     FakeClock clock;
     FakeDrives drives;

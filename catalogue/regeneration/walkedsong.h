@@ -1,0 +1,30 @@
+// catalogue/regeneration/walkedsong.h - one song of a walk: first which tags it has, then its row.
+// A song that is known and has not changed since is not read when its rows have the texts that
+// reading it would give. No state.
+#pragma once
+
+#include "catalogue/addfile.h"
+#include "catalogue/regeneration/knownsongs.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace catalogue
+{
+
+struct WalkedSong {
+    std::string path;
+    SongTags tags;
+    std::optional<KnownSong> known; // the file is in this state; no value: it was read
+    int failure = 0;                // metadata::LastReadFailure of a file that was read
+};
+
+// Finds out which tags the song at `path` has.
+[[nodiscard]] WalkedSong FindTags(const std::string &path, const KnownSongs &songs);
+
+// Adds the song, or updates its rows (AddInGroup). No event may have run since FindTags.
+void AddWalkedSong(WalkedSong song, RowGroups &groups, KnownSongs &songs,
+                   std::function<void(AddOutcome)> settled);
+
+} // namespace catalogue
