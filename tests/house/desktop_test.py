@@ -1,4 +1,4 @@
-"""What the desktop is given: valid by its own validators, and saying what it should."""
+"""The files for the desktop: valid by its own validators, and with the contents that they should have."""
 import configparser
 import os
 import pathlib

@@ -1,4 +1,4 @@
-"""A benchmark's figure is a figure: one that was not measured is told as such, and is a miss."""
+"""The figures of the benchmarks: one that was not measured is reported as such, and counts as a miss."""
 import contextlib
 import io
 import sys

@@ -1,4 +1,4 @@
-"""What ships beside the program is copied at a build, and what the user changed there stays."""
+"""A build copies what ships beside the program; what the user changed there is kept."""
 import pathlib
 import tempfile
 import unittest

@@ -1,4 +1,4 @@
-"""The two commands on real MP3 files: what stands in the catalogue, the report, the summary."""
+"""The two commands on real MP3 files: the contents of the catalogue, the report and the summary."""
 import os
 import pty
 import re
@@ -67,13 +67,13 @@ class EncodedFiles(ProgramTest):
 
 
 def full_disk():
-    """For a started program: no file of its grows beyond 40,000 bytes, the catalogue's log among them."""
+    """For a started program: no file can become larger than 40,000 bytes, the catalogue's log among them."""
     signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
     resource.setrlimit(resource.RLIMIT_FSIZE, (40000, resource.RLIM_INFINITY))
 
 
 class FullDisk(ProgramTest):
-    """What is said of each song is what is so."""
+    """What is reported of each song is true."""
 
     def setUp(self):
         super().setUp()
@@ -103,7 +103,7 @@ class FullDisk(ProgramTest):
 
 
 class ManyFailures(ProgramTest):
-    """5,000 songs with a long title, none of which the catalogue takes: neither memory nor words grow with them."""
+    """5,000 songs with a long title, none of which the catalogue takes: memory and messages stay small."""
 
     COUNT = 5000
 
@@ -237,7 +237,7 @@ class Regeneration(ProgramTest):
         self.assertEqual(len(self.paths()), 300)
 
     def test_a_tag_larger_than_the_memory_fails_and_the_rest_goes_on(self):
-        """Each field of such a tag runs to its end: it would be held many times."""
+        """Each field of such a tag is as long as the tag: together they would take many times its size."""
         huge = os.path.join(self.music, "huge.mp3")
         size = 80 << 20
         with open(huge, "wb") as file:

@@ -111,7 +111,7 @@ class Lyrics(ProgramTest):
         self.assertEqual(os.listdir(self.music), ["Song.mp3"])
 
     def test_two_at_the_same_time(self):
-        """One of them wins, the song is whole, nothing is left over, and who lost is told."""
+        """One of them wins, the song is complete, no file is left over, and the other one reports it."""
         texts = []
         for letter in "ab":
             folder = os.path.join(self.scratch, letter)
@@ -138,7 +138,7 @@ class Lyrics(ProgramTest):
         self.assert_whole()
 
     def on_a_disk_of_its_own(self, options, then="true"):
-        """The output of a run whose music folder is a small real disk, and what stands there afterwards."""
+        """The output of a run whose music folder is a small real disk, and what is on it afterwards."""
         after = os.path.join(self.scratch, "after")
         script = ("mount -t tmpfs -o %s none '%s' && cp '%s' '%s' && %s && '%s' '%s'; cp -r '%s' '%s'"
                   % (options, self.music, self.scratch + "/whole", self.song_path, then,
@@ -168,7 +168,7 @@ class Lyrics(ProgramTest):
         self.assertEqual(song, self.original)
 
     def test_killed_in_every_call_that_changes_something(self):
-        """One song, old or new, is whole after each; the run behind the last call ends in order."""
+        """After each kill there is one complete song, old or new; the run without a kill ends in order."""
         audio = audio_of(self.original)
         kills = 0
         for call in CHANGING_CALLS:

@@ -66,7 +66,7 @@ class ProgramTest(unittest.TestCase):
         self.assertEqual(self.query("PRAGMA integrity_check"), [(b"ok",)])
 
     def assert_alone(self):
-        """The catalogue's file is whole by itself. To be asked ahead of any query."""
+        """The catalogue's file is complete without its log. To be called before any query."""
         self.assertEqual([name for name in os.listdir(self.home)
                           if name in ("MP3s.mdb-wal", "MP3s.mdb-shm", "MP3s.mdb-journal")], [])
 
@@ -121,7 +121,7 @@ def encode(path, *options, seconds=1):
 
 
 def wait_for(condition, seconds=60):
-    """Waits until `condition()` holds; False when it does not in time."""
+    """Waits until `condition()` is true; False when it is not in time."""
     end = time.monotonic() + seconds
     while time.monotonic() < end:
         if condition():

@@ -81,7 +81,7 @@ class SideBySide(ProgramTest):
         before = 0
         for attempt in range(6):
             run = self.start("--regenerate", self.music)
-            if attempt % 2:  # the moment of the kill is to be any moment
+            if attempt % 2:  # the kill must come at different moments
                 time.sleep(rng.uniform(0.03, 0.25))
             else:
                 wait_for(lambda: run.poll() is not None or self.row_count() > before, 10)

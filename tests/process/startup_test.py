@@ -85,7 +85,7 @@ class Refusals(ProgramTest):
 
 @unittest.skipUnless(os.geteuid() != 0 or shutil.which("setpriv"), "no way to a user without rights")
 class NoRights(ProgramTest):
-    """A catalogue that this user may not write keeps the prescribed words; the system's follow."""
+    """A catalogue that this user may not write: the usual words, then those of the operating system."""
 
     def refused(self, path):
         os.chmod(self.scratch, 0o755)

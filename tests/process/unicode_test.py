@@ -25,7 +25,7 @@ SCRIPTS = {
 }
 NUMBERS = {"year": "1999", "track": "7", "genre": "Rock"}
 LYRICS = {name: f"[00:01]{texts['title']}\r\n[00:02]{texts['artist']}\r\n" for name, texts in SCRIPTS.items()}
-# Runs a command from a small process and prints its peak memory (KiB) behind its output.
+# Runs a command from a small process and prints its peak memory (KiB) after its output.
 PEAK = """
 import resource, subprocess, sys
 status = subprocess.run(sys.argv[1:]).returncode
@@ -135,7 +135,7 @@ FLAGS = {2: ("", "unsync"), 3: ("", "unsync", "compressed", "grouped", "extended
          4: ("", "unsync", "compressed", "length", "grouped", "extended", "crc", "ended", "footer", "plain", "end",
              "seek")}
 # What the others do not read: mutagen no group bytes and no tag that is not at the beginning; TagLib is asked
-# for the forms alone that it reads (in front of a footer it leaves out the last frame).
+# for the forms alone that it reads (it does not read the last frame before a footer).
 NOT_BY_MUTAGEN = ("grouped", "end", "seek")
 BY_TAGLIB = ("", "unsync", "ended", "length", "plain")
 ENCODINGS = {2: (0, 1), 3: (0, 1), 4: (0, 1, 2, 3)}
@@ -163,7 +163,7 @@ def by_ffmpeg(path):
 
 
 def all_by_ffmpeg(paths, scratch):
-    """What by_ffmpeg gives for each of the songs, by one start of the program for forty of them."""
+    """The results of by_ffmpeg for the songs; the program is started once for forty of them."""
     found = []
     for start in range(0, len(paths), 40):
         songs = paths[start:start + 40]
@@ -378,7 +378,7 @@ class Unicode(ProgramTest):
         self.write(b"ID3" + bytes([version, 0, 0]) + syncsafe(sum(map(len, frames))) + b"".join(frames) + self.audio)
 
     def test_written_forms_of_genres_tracks_and_years(self):
-        """Where mutagen reads another text, it is named; TagLib and ffmpeg go further apart."""
+        """Where mutagen reads another text, it is named; TagLib and ffmpeg differ more."""
         genres = [("(17)", "Rock", None), ("17", "Rock", None), ("Rock", "Rock", None), ("RX", "Remix", None),
                   ("(RX)", "Remix", None), ("CR", "Cover", None), ("(CR)", "Cover", None),
                   ("(8)(17)", "Jazz; Rock", None), ("((foo)", "(foo)", None), ("My own", "My own", None),
@@ -406,7 +406,7 @@ class Unicode(ProgramTest):
         self.assert_alike({"year": "2010"}, own)
 
     def test_texts_without_a_mark_and_in_the_wrong_encoding(self):
-        """UTF-16 whose order has to be guessed, and UTF-8 that says that it is Latin-1: ours alone."""
+        """UTF-16 whose byte order has to be guessed, UTF-8 marked as Latin-1: only this program reads them."""
         for text, data in (("Title", "Title".encode("utf-16-le")), ("Title", "Title".encode("utf-16-be"))):
             self.by_hand(3, frame(3, "TIT2", b"\x01" + data, ""))
             self.assert_alike({"title": text}, own)
@@ -443,7 +443,7 @@ class Unicode(ProgramTest):
         self.run_program("--unicode-tags", "off")
 
     def test_a_picture_of_a_hundred_megabytes(self):
-        """It is written whole, with few copies of it in memory."""
+        """It is written completely, with few copies of it in memory."""
         picture = os.urandom(1 << 20) * 100
         # Of version 2.4, whose picture has a description in UTF-8: nothing can stay as it is stored.
         data = b"\x03image/png\0\x03" + "桜".encode() + b"\0" + picture
@@ -476,7 +476,7 @@ class Unicode(ProgramTest):
         self.assertEqual(str(mutagen.id3.ID3(self.path)["TDRC"]), "2004-05-06 07:08:00")
 
     def test_the_job_in_a_terminal(self):
-        """A folder is read in the usual way; the option is named; with it every script is in the catalogue."""
+        """Without the option, the output names it; with the option every script is in the catalogue."""
         for number, script in enumerate(SCRIPTS):
             self.path = os.path.join(self.music, f"{number}.mp3")
             self.write(self.audio)
@@ -507,7 +507,7 @@ class Unicode(ProgramTest):
         self.assertIn(b'--unicode-tags takes "on" or "off".', err)
 
     def test_a_terminal_of_another_character_set(self):
-        """What is read and stored stays; what is shown is in the terminal's set, and no byte of it controls it."""
+        """The catalogue is the same; messages are in the terminal's character set, and no byte controls it."""
         folder = os.path.join(self.music, "Кино 桜")
         os.mkdir(folder)
         self.path = os.path.join(folder, "Л 😀.mp3")
@@ -525,7 +525,7 @@ class Unicode(ProgramTest):
         self.assertFalse([byte for byte in out + err if 0x80 <= byte < 0xA0])
 
     def test_two_processes_of_different_ways(self):
-        """Each reads in its own way, and neither makes text of what is text already."""
+        """Each reads in its own way, and neither converts what is UTF-8 already."""
         for number, script in enumerate(SCRIPTS):
             self.path = os.path.join(self.music, f"{number}.mp3")
             self.write(self.audio)

@@ -67,7 +67,7 @@ class SettingTimes(WindowedProgram):
         self.assertTrue(wait_for(lambda: self.has_box(process)), "no box came")
 
     def close_setting(self, process):
-        """Escape, until the window asks: while it lets the player begin, it stays."""
+        """Presses Escape until the window asks: it does not close while it waits for the player."""
         for _ in range(10):
             self.window(process, "Setting Times")
             xdotool("key", "Escape")

@@ -135,7 +135,7 @@ class Program(WindowedProgram):
             xdotool("mousemove", "--window", window, "460", str(row), "mousedown", "1")
             for x in range(470, 530, 10):
                 xdotool("mousemove", "--window", window, str(x), str(row))
-            for _ in range(2):  # the answer to the first is on its way back before the second
+            for _ in range(2):  # the answer to the first was sent before the second
                 self.assertTrue(wait_for(is_over), "the drag does not reach the other program")
             xdotool("mouseup", "1")
         def dropped():

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The built program beside a disk that does not answer: its window lives, and its end never waits."""
+"""The built program beside a disk that does not answer: its window works, its end does not wait."""
 import contextlib
 import os
 import signal
@@ -111,7 +111,7 @@ class SilentDisk(WindowedProgram):
         self.assertTrue(box, "no box says that the list is not ready")
         xdotool("key", "Escape")
         self.assertTrue(wait_for(lambda: not box & set(self.windows(process))), "the box does not close")
-        xdotool("key", "Down")  # a list that can be read: no box comes, however long one waits for it
+        xdotool("key", "Down")  # a list that can be read: no box is shown, however long the test waits
         self.assertIsNone(wait_for(lambda: set(self.windows(process)) - before, PATIENCE_SECONDS))
         self.end(process)
 

@@ -1,4 +1,4 @@
-"""The built program as a process behind windows: a home folder of its own, its settings, patience."""
+"""The built program as a process with windows: its own home folder and settings, and waiting for it."""
 import os
 import pathlib
 import shutil
@@ -31,7 +31,7 @@ def picture(window):
 
 
 def geometry(window):
-    """What xdotool tells of the window's place, e.g. {"WIDTH": 900}; nothing once the window is gone."""
+    """The place of the window by xdotool, e.g. {"WIDTH": 900}; empty without the window."""
     lines = (line.split("=", 1) for line in xdotool("getwindowgeometry", "--shell", window))
     return {name: int(number) for name, number in lines}
 

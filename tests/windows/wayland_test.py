@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""The built program on a Wayland desktop (weston without a screen): its size comes back, its stored place
-is kept although no program can take one there, and a second start hands over to the first."""
+"""The built program on a Wayland desktop (weston without a screen): its size is restored, its stored place
+is kept although programs cannot choose one there, and a second start calls the first."""
 import os
 import signal
 import subprocess
