@@ -79,15 +79,12 @@ ListView::ListView(ui::KeyedList &list, QWidget *parent, Positioning positioning
     };
     list.listChanged = [this](ui::ListChange change) { Changed(change); };
     // A regeneration changes the hint at each song.
-    const auto showHint = Throttled(this, [this] {
-        ShowHint();
-        if (m_model.rowCount() == 0)
-            viewport()->update();
-    });
-    Bind(list, this, [this, showHint] {
+    const auto showHintText = Throttled(this, [this] { ShowHintText(); });
+    Bind(list, this, [this, showHintText] {
         Place();
         setHeaderHidden(m_list.HeadersHidden());
-        showHint();
+        ShowHintButton();
+        showHintText();
     });
     ShowRows();
 }
@@ -149,15 +146,26 @@ void ListView::ShowRows()
 {
     ShowColumns();
     ShowSelection();
-    ShowHint();
+    ShowHintText();
+    ShowHintButton();
+}
+
+bool ListView::ShowsHint() const
+{
+    return m_list.Count() == 0 && !m_list.Hint().empty();
+}
+
+void ListView::ShowHintText()
+{
+    setAccessibleDescription(ShowsHint() ? ToQt(m_list.Hint()) : QString());
+    if (m_model.rowCount() == 0)
+        viewport()->update();
 }
 
 // The hint's button is below the middle; the text ends above it.
-void ListView::ShowHint()
+void ListView::ShowHintButton()
 {
-    const bool shows = m_list.Count() == 0 && !m_list.Hint().empty();
-    setAccessibleDescription(shows ? ToQt(m_list.Hint()) : QString());
-    const bool hasButton = shows && !m_list.HintButton().empty();
+    const bool hasButton = ShowsHint() && !m_list.HintButton().empty();
     if (hasButton && m_hintButton == nullptr) {
         m_hintButton = new QPushButton(viewport());
         Name(m_hintButton, "cmdHint");
@@ -426,7 +434,7 @@ void ListView::resizeEvent(QResizeEvent *event)
 {
     QTreeView::resizeEvent(event);
     FillWidth();
-    ShowHint();
+    ShowHintButton();
 }
 
 void ListView::paintEvent(QPaintEvent *event)

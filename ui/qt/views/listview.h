@@ -61,7 +61,9 @@ protected:
 
 private:
     void Place();
-    void ShowHint();
+    bool ShowsHint() const;
+    void ShowHintText();
+    void ShowHintButton();
     void ShowRows();
     void ShowColumns();
     void ShowOrder();
