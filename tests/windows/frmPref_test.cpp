@@ -9,11 +9,14 @@
 #include "shell/settings.h"
 #include "tests/windows/accessibility.h"
 #include "tests/windows/mainwindowfixture.h"
+#include "tests/windows/paintcounter.h"
 #include "ui/qt/form.h"
 
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
+#include <QElapsedTimer>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
@@ -163,6 +166,32 @@ TEST_F(PreferencesWindowScaled, ARegenerationShowsHereAndTheWindowStays)
     EXPECT_TRUE(stayed);
     EXPECT_EQ(Stored(), Music());
     EXPECT_NE(Form().TV.Find("@SO WHAT"), ui::kNoNode);
+}
+
+TEST_F(PreferencesWindowScaled, ALineThatEachSongChangesIsPaintedAFewTimes)
+{
+    constexpr int kFrameMs = 30; // 40, and the timer may be early
+    StartWithPreferences();
+    WhenModal([](QWidget &modal) {
+        auto *line = Find<QLabel>(modal, "lblProgress");
+        auto &form = static_cast<shell::PreferencesForm &>(*ui::TheFormHost()->Forms().back());
+        const PaintCounter counter(*line);
+        form.lblProgress.SetVisible(true);
+        EXPECT_TRUE(line->isVisible());
+        const int before = counter.AtRest();
+        QElapsedTimer time;
+        time.start();
+        for (int song = 0; song < 500; ++song) {
+            form.lblProgress.SetCaption("Adding: " + std::to_string(song) + ".mp3");
+            QCoreApplication::processEvents();
+        }
+        EXPECT_LE(counter.paints - before, time.elapsed() / kFrameMs + 2);
+        form.lblProgress.SetCaption("Adding: the last one");
+        EXPECT_TRUE(
+            WaitUntil([line] { return line->text() == QStringLiteral("Adding: the last one"); }));
+        PressKey("Escape");
+    });
+    OpenFromTheMenu();
 }
 
 TEST_F(PreferencesWindowScaled, AFolderThatDoesNotAnswerShowsWithoutChildren)

@@ -10,6 +10,7 @@
 #include "tests/support/testfolder.h"
 #include "tests/windows/accessibility.h"
 #include "tests/windows/bench.h"
+#include "tests/windows/paintcounter.h"
 #include "ui/qt/form.h"
 
 #include <gtest/gtest.h>
@@ -104,6 +105,22 @@ TEST_F(SplashScaled, SplashShowsTheProgressAndBringsTheMainFormUp)
     EXPECT_EQ(mainForms, 0);
     EXPECT_TRUE(IsGone());
     EXPECT_EQ(mainForms, 1);
+}
+
+// A regeneration at the start shows the same words at each song.
+TEST_F(SplashScaled, TheSameProgressIsNotPaintedAgain)
+{
+    QWidget &splash = Shown(false);
+    const PaintCounter counter(*Find<QLabel>(splash, "lblProgress"));
+    shell::ShowProgress("Adding new MP3...");
+    const int before = counter.AtRest();
+    for (int song = 0; song < 100; ++song)
+        shell::ShowProgress("Adding new MP3...");
+    EXPECT_EQ(counter.AtRest(), before);
+    shell::TheGlobals().lblProgress.SetCaption("Updating data...");
+    EXPECT_GT(counter.paints, before) << "at once, without events";
+    form->CloseIt.SetEnabled(true);
+    EXPECT_TRUE(IsGone());
 }
 
 TEST_F(SplashScaled, AboutBoxLeavesTheMainFormAlone)

@@ -1,6 +1,7 @@
 // What the list view shows: columns, texts, tips, the hint, and when it is painted.
 #include "tests/windows/accessibility.h"
 #include "tests/windows/listviewfixture.h"
+#include "tests/windows/paintcounter.h"
 
 #include <QElapsedTimer>
 #include <QHeaderView>
@@ -12,32 +13,7 @@ namespace
 {
 
 using tests::ListViewTest;
-
-// Counts the paint events of a widget.
-class PaintCounter : public QObject
-{
-public:
-    explicit PaintCounter(QWidget &widget) { widget.installEventFilter(this); }
-
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            paints++;
-        return QObject::eventFilter(watched, event);
-    }
-
-    // Waits until no event has painted the widget for a while. Returns: the number of paint events.
-    int AtRest() const
-    {
-        int seen = 0;
-        do
-            seen = paints;
-        while (!tests::Stays([&] { return paints == seen; }, 300));
-        return seen;
-    }
-
-    int paints = 0;
-};
+using tests::PaintCounter;
 
 TEST_F(ListViewTest, WidthsPositionsAndHiddenColumns)
 {

@@ -220,9 +220,12 @@ QWidget *MakeElidedLabel(ui::Label &label, QWidget *parent, Binding binding)
     auto *widget = new ElidedLabel(parent);
     widget->SetElideMode(Qt::ElideMiddle);
     widget->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    Follow(label, widget, [&label, widget, binding] {
+    // A regeneration shows the name of each song.
+    const auto showText =
+        Throttled(widget, [&label, widget] { widget->SetFullText(LabelText(label.Caption())); });
+    Follow(label, widget, [&label, widget, binding, showText] {
         ShowControl(label, widget, binding);
-        widget->SetFullText(LabelText(label.Caption()));
+        showText();
     });
     return widget;
 }
@@ -279,10 +282,12 @@ QWidget *MakeLabel(ui::Label &label, bool isBuddy, QWidget *parent, Binding bind
             font.setPointSize(label.FontSize());
             widget->setFont(font);
         }
-        widget->setText(isBuddy ? MenuText(label.Caption()) : LabelText(label.Caption()));
+        const QString text = isBuddy ? MenuText(label.Caption()) : LabelText(label.Caption());
+        const bool isNew = text != widget->text();
+        widget->setText(text);
         if (widget->buddy() != nullptr)
             SpeakAs(widget->buddy(), SpokenText(label.Caption()));
-        if (label.paintsAtOnce)
+        if (label.paintsAtOnce && isNew)
             widget->repaint();
     });
     return widget;
