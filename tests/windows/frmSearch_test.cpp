@@ -260,6 +260,27 @@ TEST_F(SearchWindow, ClosingItDuringASearchEndsTheFill)
     EXPECT_TRUE(desktop.boxes.empty());
 }
 
+// The window is destroyed while its own button is still down.
+TEST_F(SearchWindow, TheEndOfTheProgramDuringASearchEndsTheFill)
+{
+    Open();
+    AddMany();
+    Search().options.chkField[0].SetChecked(true);
+    ui::KeyedList &list = Search().ListView;
+    list.rowsChanged = [this, shown = list.rowsChanged, &list] {
+        shown();
+        if (list.Count() > 0)
+            QTimer::singleShot(0, window.get(), [this] { browser::CloseMainForm(Form()); });
+    };
+    tests::TypeText("many");
+    tests::Click(Control("cmdSearch"));
+    ASSERT_TRUE(tests::WaitUntil([this] { return ended; }));
+    EXPECT_TRUE(tests::WaitUntil([this] { return host.WindowOf(Search()) == nullptr; }));
+    EXPECT_LT(list.Count(), kMany);
+    EXPECT_EQ(Form().searchList, nullptr);
+    EXPECT_TRUE(desktop.boxes.empty());
+}
+
 TEST_F(SearchWindow, ASecondSearchDuringTheFirstReplacesItsRows)
 {
     Open();
