@@ -1,5 +1,5 @@
-// browser/layout.h - computes the layout of the main window in twips, and what the search window
-// lays out alike. No state, no window.
+// browser/layout.h - computes the layout of the main window in twips, and the parts of it that the
+// search window has too. No state, no window.
 #pragma once
 
 #include "ui/twips.h"

@@ -75,7 +75,7 @@ Search BuildSearch(const Criteria &criteria)
             search.params.emplace_back(phrase);
         }
     }
-    CutLast(search.statement, kOr.size()); // if no field is ticked, this cuts a part of "WHERE "
+    CutLast(search.statement, kOr.size()); // if no field is checked, this cuts a part of "WHERE "
     return search;
 }
 

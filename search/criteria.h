@@ -28,7 +28,7 @@ struct Criteria {
 
 // The search for some criteria.
 struct Search {
-    std::string statement; // without "WHERE" when no field is ticked: it must not be run
+    std::string statement; // without "WHERE" when no field is checked: it must not be run
     std::vector<catalogue::Value> params; // one for each "?"
     std::string text;                     // the new text of the text box
     bool HasField() const { return statement.find("WHERE") != std::string::npos; }

@@ -53,7 +53,7 @@ SearchItems::SearchItems(SearchForm &form, QWidget *parent)
     List().onMenuAsked = [this](ui::RowId, QPoint place, bool) { AskForPopup(place); };
 }
 
-// A menu besides that of the list: it shows the pane again, or hides it.
+// A menu outside the list, which shows or hides the pane with the criteria.
 void SearchItems::contextMenuEvent(QContextMenuEvent *event)
 {
     QMenu menu;
@@ -79,8 +79,8 @@ bool SearchItems::eventFilter(QObject *watched, QEvent *event)
     return false;
 }
 
-// If the click has to wait, that is done after the list has handled it, so that the row is selected
-// at once.
+// A click with Ctrl has to wait (ListView_MouseDown). The wait begins after the list has handled
+// the click, so that the row is selected at once.
 void SearchItems::ListPressed(const QMouseEvent &event)
 {
     if (event.button() != Qt::LeftButton)

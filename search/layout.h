@@ -50,9 +50,10 @@ void PlanLayout(LayoutState &state);
 // remains for the pane.
 [[nodiscard]] int PaneWidthWithin(int paneWidth, int windowWidth);
 
-// The width of the pane when the splitter at `separatorLeft` is dragged to `mouseX` (twips inside
-// the splitter). It is not changed when the move is refused: to the left when the pane is narrower
-// than 30 % of the window, to the right when it is wider than 70 % of what the panel leaves.
+// The width of the pane when the splitter is dragged. `mouseX`: twips from the splitter's left edge
+// to the mouse. The width is not changed when the move is refused: to the left when the pane is
+// narrower than 30 % of the window, to the right when it is wider than 70 % of what the panel
+// leaves.
 [[nodiscard]] int PaneWidthOfDrag(const LayoutState &state, int mouseX);
 
 } // namespace search

@@ -20,7 +20,7 @@ struct SearchOptions {
     ui::Label lblTypeOfSearch;
     ui::ComboBox cmbType;
     std::array<ui::CheckBox, kFields.size()> chkField; // in the order of kFields
-    std::array<ui::Button, 2> cmdAll;                  // unticks all, ticks all
+    std::array<ui::Button, 2> cmdAll;                  // unchecks all, checks all
     ui::Button cmdSearch;
 };
 

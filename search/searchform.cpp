@@ -169,8 +169,8 @@ void BindEvents(SearchForm &form)
     form.options.cmdSearch.onClick = [&form] { cmdSearch_Click(form); };
 }
 
-// Waits until half a second after the nearest whole second. If the clock goes back, as it does at
-// midnight, the wait ends.
+// Waits until half a second after the nearest whole second. The wait also ends when the clock is
+// set back, and at midnight, when the seconds of the day start again at 0.
 void WaitForWholeSecond()
 {
     platform::Clock &clock = *platform::TheMachine().clock;

@@ -45,13 +45,13 @@ void ShowOptionsPane(SearchForm &form, bool show);
 // Shows the pane if it is hidden; the focus is in the text to find, which is selected.
 void GoToOptionsPane(SearchForm &form);
 
-// Dragging the splitter: press, move (the place of the mouse inside the splitter, in twips),
-// release.
+// Dragging the splitter: press, move, release. `mouseX`: twips from the left edge of the splitter
+// to the mouse; negative at its left.
 void Separator_MouseDown(SearchForm &form);
 void Separator_MouseMove(SearchForm &form, int mouseX);
 void Separator_MouseUp(SearchForm &form);
 
-// cmdAll_Click: 0 unticks all boxes, 1 ticks them.
+// cmdAll_Click: 0 unchecks all boxes, 1 checks them.
 void cmdAll_Click(SearchForm &form, int index);
 
 // cmdSearch_Click: runs the search and fills the list. Lets events run; a later search or the end

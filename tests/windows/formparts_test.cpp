@@ -287,7 +287,8 @@ TEST_F(FormPartsScaled, AStatusBarInALayout)
     Settle();
 }
 
-// A widget with two controls in it: each has its own name and its own turn for the Tab key.
+// A widget with two controls in it: each has its own name and its own place in the order of the Tab
+// key.
 TEST_F(FormPartsScaled, PartsOfAWidgetOfItsOwnKindAreControlsToo)
 {
     struct Own : ui::Form {

@@ -48,7 +48,7 @@ protected:
     ~ControlsScaled() override
     {
         ui::CloseAll();
-        Settle(); // closed windows go with the next event
+        Settle(); // closed windows are deleted by the next event
     }
 
     Told Orders() { return port.Orders(); }

@@ -36,7 +36,7 @@ protected:
     {
         online::ForgetHelp();
         ui::CloseAll();
-        Settle(); // closed windows go with the next event
+        Settle(); // closed windows are deleted by the next event
         platform::TheMachine().windows = nullptr;
         shell::TheGlobals() = shell::Globals{};
     }

@@ -24,7 +24,7 @@ protected:
     ~QuitWithLyrics() override
     {
         lyrics::ForgetForms();
-        Settle(); // closed windows go with the next event
+        Settle(); // closed windows are deleted by the next event
         metadata::TheTagWriterHooks() = {};
         platform::TheMachine().desktop = &desktop;
     }

@@ -63,7 +63,7 @@ protected:
     ~FrmLyrics() override
     {
         lyrics::ForgetForms();
-        Settle(); // closed windows go with the next event
+        Settle(); // closed windows are deleted by the next event
         platform::TheMachine().windows = nullptr;
     }
 

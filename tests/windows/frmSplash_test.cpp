@@ -45,7 +45,7 @@ protected:
     ~SplashScaled() override
     {
         shell::EndSplash(std::move(form));
-        Settle(); // closed windows go with the next events
+        Settle(); // closed windows are deleted by the next event
         platform::TheMachine().windows = nullptr;
         shell::TheGlobals() = shell::Globals{};
     }

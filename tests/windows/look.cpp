@@ -157,7 +157,7 @@ void CheckLook(const std::string &name, const std::function<QWidget *()> &open,
             KeepPainted(*window, name + "-" + language + (dark ? "-dark" : "-light"));
         }
         close();
-        Settle(); // closed windows go with the next events
+        Settle(); // closed windows are deleted by the next event
     }
     platform::qt::ApplyPalette(false);
     shell::TheGlobals().LanguageFilePath.clear();

@@ -35,7 +35,7 @@ protected:
     ~OnlineFormsScaled() override
     {
         ui::CloseAll();
-        Settle(); // closed windows go with the next event
+        Settle(); // closed windows are deleted by the next event
         platform::TheMachine().windows = nullptr;
     }
 

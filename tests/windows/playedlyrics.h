@@ -39,7 +39,7 @@ protected:
     ~PlayedLyrics() override
     {
         lyrics::ForgetForms();
-        Settle(); // closed windows go with the next event
+        Settle(); // closed windows are deleted by the next event
         Leave();
         metadata::TheTagWriterHooks() = {};
         player::TheLyricsWindowCalls() = {};

@@ -45,7 +45,7 @@ protected:
     ~Playing() override
     {
         ui::CloseAll();
-        Settle(); // closed windows go with the next event
+        Settle(); // closed windows are deleted by the next event
         metadata::TheTagWriterHooks() = {};
         player::ResetPlayMP3();
         player::ResetNowPlaying();

@@ -102,7 +102,7 @@ protected:
     ~FormScaled() override
     {
         ui::CloseAll();
-        Settle(); // closed windows go with the next event
+        Settle(); // closed windows are deleted by the next event
         platform::TheMachine().windows = nullptr;
         platform::TheMachine().beginWait = nullptr;
     }

@@ -122,7 +122,7 @@ TEST_F(SearchLookScaled, InEachFontFamily)
         EXPECT_EQ(LookProblems(*ShownWindow(host, Contents::Filled)), std::vector<std::string>{});
         search::ForgetSearch();
         browser::ResetMainForm();
-        Settle(); // the closed window goes with the next event
+        Settle(); // the closed window is deleted by the next event
     });
 }
 

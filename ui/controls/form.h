@@ -198,7 +198,7 @@ public:
     // events run; the first time before the window is visible.
     std::function<void()> onResize;
     std::function<void()> onVisibility; // Visible() has changed
-    std::function<void()> onActivate;   // the user has come to the window
+    std::function<void()> onActivate;   // the window has become the active one
     // The window has been built, or its font has changed: the NeededSize() of controls may have
     // changed. onResize follows.
     std::function<void()> onMeasure;

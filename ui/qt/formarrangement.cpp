@@ -128,8 +128,8 @@ QLayout *FormWindow::MakeLayout(const ui::Layout &layout)
 }
 
 // At a scale such as 150 percent the toolkit asks the window system for sizes in steps of whole
-// pixels (two for one and a half). Steps that are counted from nothing may end below the least
-// size, which then cuts a row of controls: they are counted from the least size.
+// pixels (two for one and a half). If the steps are counted from 0, a size may be less than the
+// least size, and a row of controls is cut; so they are counted from the least size.
 void FormWindow::CountStepsFromLeastSize()
 {
     if (baseSize() != minimumSize())

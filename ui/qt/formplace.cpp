@@ -71,7 +71,8 @@ QWidget *FormWindow::WindowInUse() const
     return nullptr;
 }
 
-// A window that was not shown yet does not know its frame: that of the other one is as large.
+// The frame of a window that was not shown yet is not known; that of the other window is used,
+// which has the same size.
 void FormWindow::PlaceBesideWindowInUse()
 {
     const QWidget *other = WindowInUse();

@@ -172,12 +172,13 @@ bool TreeView::HandleTreeKey(int key)
 
 void TreeView::keyPressEvent(QKeyEvent *event)
 {
-    // Also with Shift, which "+" and "*" need on many keyboards, and with Ctrl: otherwise the view
-    // itself would expand the node, and the tree would not know.
     if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
         ShowPopupByKey();
         return;
     }
+    // Keys of the tree are handled also with Shift, which "+" and "*" need on many keyboards, and
+    // with Ctrl: otherwise the view itself would expand the node, and the control would not be
+    // updated.
     const bool isShortcut = (event->modifiers() & (Qt::AltModifier | Qt::MetaModifier)) != 0;
     if (!isShortcut && HandleTreeKey(event->key()))
         return;
