@@ -27,7 +27,13 @@ constexpr std::uint64_t kHasID3v1 = 1;
 constexpr std::uint64_t kHasID3v2 = 2;
 constexpr std::uint64_t kHasTextsForFrames = 4;
 constexpr std::uint64_t kIsReadByFrames = 8;
-constexpr std::uint64_t kFileFlags = kHasID3v1 | kHasID3v2 | kHasTextsForFrames | kIsReadByFrames;
+// How many whole runs in a row have not visited it, times kAgeUnit.
+constexpr std::uint64_t kAgeUnit = 256;
+constexpr std::uint64_t kAgeBits = 15 * kAgeUnit;
+constexpr std::uint64_t kOldest =
+    8 * kAgeUnit; // so that a walk over another folder forgets nothing
+constexpr std::uint64_t kFileFlags =
+    kHasID3v1 | kHasID3v2 | kHasTextsForFrames | kIsReadByFrames | kAgeBits;
 // In memory: what the run has done with it.
 constexpr std::uint64_t kIsVisited = 16;
 constexpr std::uint64_t kIsForgotten = 32;
@@ -221,9 +227,15 @@ void KnownSongs::CountRow(bool hasRow)
     m_isUsed = m_isUsed && m_missesInARow < kMostMisses;
 }
 
-bool KnownSongs::IsToBeSaved(const Record &record, bool isWhole) const
+bool KnownSongs::IsVisited(const Record &record)
 {
-    return (record.flags & kIsForgotten) == 0 && (!isWhole || (record.flags & kIsVisited) != 0);
+    return (record.flags & kIsVisited) != 0;
+}
+
+bool KnownSongs::IsToBeSaved(const Record &record, bool isWhole)
+{
+    return (record.flags & kIsForgotten) == 0 &&
+           (!isWhole || IsVisited(record) || (record.flags & kAgeBits) < kOldest);
 }
 
 std::string KnownSongs::BytesOfFile(bool isWhole) const
@@ -235,6 +247,8 @@ std::string KnownSongs::BytesOfFile(bool isWhole) const
         if (IsToBeSaved(record, isWhole)) {
             Record saved = record;
             saved.flags &= kFileFlags;
+            if (isWhole && !IsVisited(record))
+                saved.flags += kAgeUnit;
             bytes.append(BytesOf(saved));
             ++header.count;
         }
@@ -247,8 +261,7 @@ std::string KnownSongs::BytesOfFile(bool isWhole) const
 // What is no regular file in its place (a pipe, a device) is not replaced.
 void KnownSongs::Save(bool isWhole)
 {
-    const auto isDropped = [&](const Record &record) { return !IsToBeSaved(record, isWhole); };
-    m_hasChanged = m_hasChanged || std::ranges::any_of(m_records, isDropped);
+    m_hasChanged = m_hasChanged || (isWhole && !std::ranges::all_of(m_records, IsVisited));
     if (!m_circumstances || !m_hasChanged || !IsRegularOrAbsent(m_file))
         return;
     try {

@@ -68,8 +68,9 @@ public:
     // read are read sooner when they are announced as such.
     void CountRow(bool hasRow);
 
-    // Writes the file, if that changes it. `isWhole`: the run has visited all songs, and the others
-    // are forgotten. A failure only means that the next run reads more songs.
+    // Writes the file, if that changes it. `isWhole`: the run has visited all songs of its folder;
+    // others that the eight whole runs before have not visited either are forgotten. A failure only
+    // means that the next run reads more songs.
     void Save(bool isWhole);
 
 private:
@@ -83,7 +84,8 @@ private:
     void Load();
     void TakeRecords(std::string_view bytes);
     [[nodiscard]] std::string BytesOfFile(bool isWhole) const;
-    [[nodiscard]] bool IsToBeSaved(const Record &record, bool isWhole) const;
+    [[nodiscard]] static bool IsVisited(const Record &record);
+    [[nodiscard]] static bool IsToBeSaved(const Record &record, bool isWhole);
     [[nodiscard]] std::int32_t IndexOf(const runtime::Hash128 &path) const;
     void AddToIndex(std::size_t item);
 

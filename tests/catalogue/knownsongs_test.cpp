@@ -92,7 +92,34 @@ TEST_F(KnownSongsFile, KeepsSongs)
     songs.Save(true); // only "/a" was visited
     ExpectEqual(KnownSongs(file, true).Find("/a"), other);
     shell::TheGlobals().UnicodeTags = false;
-    EXPECT_FALSE(KnownSongs(file, true).Find("/b"));
+    ExpectEqual(KnownSongs(file, true).Find("/b"), Song("/b", 9));
+}
+
+// Whole runs that do not visit a song are counted, those that are stopped are not.
+TEST_F(KnownSongsFile, ForgetsSongsThatNineRunsHaveNotVisited)
+{
+    TwoSongs();
+    const auto run = [&](bool isWhole, bool visitsB) {
+        KnownSongs songs(file, true);
+        songs.Keep(Song("/a"));
+        if (visitsB)
+            songs.Keep(Song("/b", 9));
+        songs.Save(isWhole);
+        return KnownSongs(file, true).Find("/b").has_value();
+    };
+    for (const bool visitsB : {false, true, false}) {
+        if (visitsB) {
+            EXPECT_TRUE(run(true, visitsB));
+            continue;
+        }
+        for (int i = 0; i < 8; ++i) {
+            EXPECT_TRUE(run(true, false)) << i;
+            EXPECT_TRUE(run(false, false)) << i;
+        }
+    }
+    EXPECT_FALSE(run(true, false));
+    EXPECT_TRUE(KnownSongs(file, true).Find("/a"));
+    EXPECT_EQ(fs::file_size(file), 56U + 80);
 }
 
 TEST_F(KnownSongsFile, ForgetsSongs)

@@ -221,9 +221,25 @@ TEST_F(KnownWalk, SongsThatFailOrVanishAreNotKnown)
     Walk();
     const auto both = fs::file_size(Store());
     fs::remove(Song("b.mp3"));
+    for (int i = 0; i < 9; ++i) {
+        EXPECT_EQ(fs::file_size(Store()), both);
+        Walk();
+        EXPECT_EQ(Opened(), "");
+    }
+    EXPECT_LT(fs::file_size(Store()), both);
+}
+
+TEST_F(KnownWalk, AWalkOverAnotherFolderForgetsNothing)
+{
+    AddSong("a.mp3");
+    AddSong("x/b.mp3");
+    Walk();
+    shell::TheGlobals().MP3Directory = Song("x");
     Walk();
     EXPECT_EQ(Opened(), "");
-    EXPECT_LT(fs::file_size(Store()), both);
+    shell::TheGlobals().MP3Directory = Music();
+    Walk();
+    EXPECT_EQ(Opened(), "");
 }
 
 TEST_F(KnownWalk, ARunThatIsStoppedKeepsWhatItHasReadAndWhatWasKnown)
