@@ -20,7 +20,7 @@ namespace
 
 constexpr std::string_view kTagMark = "ID3";
 constexpr std::int64_t kBehindTag =
-    4; // of the bytes after the tag, where the audio header may begin
+    4; // bytes after the tag that are read too: the audio header may begin there
 constexpr std::int64_t kTailBytes{std::tuple_size_v<decltype(FileBytes::tail)>};
 constexpr std::int64_t kImageOnly{kImageBytes};
 // Enough for the header search, and for the tag unless it is long. More would only be copied.
@@ -42,7 +42,8 @@ struct OpenFile {
     FileBytes &bytes;
 };
 
-// The device whose file system cannot say whether bytes are in memory; asked once.
+// The last device whose file system could not report whether bytes are in memory: it is not asked
+// again.
 struct State {
     bool known = false;
     std::uint64_t device = 0;
@@ -71,7 +72,7 @@ std::int64_t ReadSome(const OpenFile &file, std::int64_t offset, char *to, std::
     return files.ReadAt(file.handle, offset, to, count, true);
 }
 
-// Reads until `count` bytes are there, the file ends or fails; the count read.
+// Reads until `count` bytes have been read, the file ends or a read fails. Returns: the count read.
 std::size_t ReadFully(const OpenFile &file, std::int64_t offset, char *to, std::size_t count)
 {
     std::size_t done = 0;
@@ -101,8 +102,8 @@ void ExtendHead(const OpenFile &file, std::int64_t count)
                                      bytes.head.data() + bytes.headBytes, wanted - bytes.headBytes);
 }
 
-// How many of a file's first bytes a pass reads, according to the first ones: the tag with the four
-// bytes after it, or only the bytes that are needed in any case.
+// How many of the file's first bytes are needed when it begins with `start`: those of the ID3v2 tag
+// and four more. 0 when there is no such tag, or when it claims more bytes than the file has.
 std::int64_t HeadBytes(std::string_view start, std::int64_t sizeBytes)
 {
     const auto body = FindBodyBytes(start);
@@ -116,8 +117,8 @@ platform::WantedBytes BytesOfAPass()
     return {kFirstRead, TailBytes(readsUnicode), HeadBytes, readsUnicode ? nullptr : DigestHead};
 }
 
-// The same for a tag that is read by its frames; a footer counts as a part of the body. One of an
-// unknown version is none.
+// TakeTagHeader for tags that are read by their frames; a footer counts as a part of the body. A
+// tag of an unknown version is ignored.
 void TakeKnownHeader(FileBytes &bytes)
 {
     const auto header = unicode::ReadTagHeader(bytes.Head());
@@ -130,7 +131,7 @@ void TakeKnownHeader(FileBytes &bytes)
             unicode::BytesThere(*header, bytes.file.sizeBytes) - unicode::kTagHeaderBytes;
 }
 
-// What the tag header says. A size of which a byte is missing stays 0.
+// Sets the fields of the tag header. If a byte of the size is missing, `bodyBytes` stays 0.
 void TakeTagHeader(FileBytes &bytes)
 {
     if (bytes.readsUnicode) {
@@ -176,7 +177,7 @@ void ReadTail(const OpenFile &file)
     bytes.hasTail = copied + static_cast<std::int64_t>(read) >= beforeImage + 3; // "TAG"
 }
 
-// The file for the walk over its tags: what the pass has of it, and more bytes of its middle.
+// The file as WalkTags reads it: the bytes that the pass has, other ones from the disk.
 class PassBytes : public unicode::FileBytesPort
 {
 public:
@@ -255,7 +256,7 @@ void ReadOpenFile(const OpenFile &file)
     }
 }
 
-// Sets all fields to their values before the first file; the buffer is kept.
+// Sets all fields to their initial values. The buffer is kept, unless it is large.
 void Clear(FileBytes &bytes)
 {
     platform::ByteBuffer buffer = std::move(bytes.head);

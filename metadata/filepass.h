@@ -1,6 +1,6 @@
-// metadata/filepass.h - the bytes of an MP3 file that a pass reads: the beginning with the whole
-// ID3v2 body, the first bytes for the header search, and the last 128. Read in as few calls as the
-// file allows, each byte once.
+// metadata/filepass.h - the bytes of an MP3 file that one pass (one reading of the file) needs: the
+// beginning with the whole ID3v2 body and the first bytes for the header search, and the end with
+// the ID3v1 tag. They are read in as few calls as the file allows, each byte once.
 #pragma once
 
 #include "metadata/unicode/tagtexts.h"
@@ -20,7 +20,7 @@ namespace metadata
 
 inline constexpr std::size_t kImageBytes = 128; // of the ID3v1 tag
 
-// What was read of one file. The buffer is reused from file to file.
+// The bytes read from one file. The buffer is reused from file to file.
 struct FileBytes {
     platform::FileIdentity file; // as it was when it was opened
     int failure = 0;             // an errno: 0 when all that is needed could be read
@@ -30,14 +30,14 @@ struct FileBytes {
     int majorVersion = 0;        // of that header; 0 where the file ends before it
     std::int64_t bodyBytes = 0;  // of the ID3v2 tag, as its header says
     std::int64_t openedAtNs = 0; // by the clock of file stamps
-    platform::ByteBuffer head;   // grows only
-    std::size_t headBytes = 0;   // in use
-    // What was found in the head while it was fetched (metadata/headdigest.h); null for nothing.
+    platform::ByteBuffer head;   // the file's first bytes; it may be longer than what was read
+    std::size_t headBytes = 0;   // how many of its bytes were read from the file
+    // What was found in these bytes while they were fetched (metadata/headdigest.h); may be null.
     std::unique_ptr<platform::Digest> digest;
-    // The file's last bytes: the ID3v1 tag, before it what may be the footer of an ID3v2 tag. NULs
-    // where the file ended early, and in front where it is shorter.
+    // The file's last bytes: the ID3v1 tag, and before it what may be the footer of an ID3v2 tag.
+    // NULs where the file ended early, and at the front when it is shorter.
     std::array<char, 10 + kImageBytes> tail{};
-    bool hasTail = false; // the file has 128 bytes, and the last ones begin in it
+    bool hasTail = false; // of the last 128 bytes at least the first three were read
     // Whether the tags were read by their frames (shell::Globals::UnicodeTags). claimsTooMuch is
     // false then, and `bodyBytes` is at most the length of the file.
     bool readsUnicode = false;
@@ -60,13 +60,14 @@ struct FileBytes {
         return {head.data() + 10, static_cast<std::size_t>(bodyBytes)};
     }
 
-    // The byte at a one-based position of the beginning; 0 after what was read.
+    // The byte at a one-based position of the file; 0 when it was not read.
     [[nodiscard]] std::uint8_t ByteAt(std::int64_t position) const;
 };
 
 // Reads `path` into `bytes`. `beforeSlowRead`, when not empty, is called before each read that may
 // have to wait for a disk or a network.
 // Returns: the handle when the file is to stay open (claimsTooMuch), else -1.
+// Errors: none thrown; see `failure`.
 int ReadFileBytes(const std::string &path, const std::function<void()> &beforeSlowRead,
                   FileBytes &bytes);
 

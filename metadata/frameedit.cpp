@@ -39,14 +39,14 @@ public:
     {
         count = std::clamp<std::int64_t>(count, 0, std::max<std::int64_t>(Length() - position, 0));
         if (static_cast<std::size_t>(count) < m_bytes.size() / 2)
-            m_bytes = {}; // a large tag's bytes are not kept for a small one
+            m_bytes = {}; // the memory of a large tag is not kept for a small one
         m_bytes.resize(static_cast<std::size_t>(count));
         std::size_t done = 0;
         while (done < m_bytes.size()) {
             const auto got = platform::TheMachine().files->ReadAt(
                 m_handle, position + static_cast<std::int64_t>(done), m_bytes.data() + done,
                 m_bytes.size() - done, true);
-            if (got < 0) // what cannot be read cannot be kept
+            if (got < 0) // what cannot be read could not be kept in the new tag
                 throw runtime::FileError(static_cast<int>(-got), m_path);
             if (got == 0)
                 break;
@@ -85,7 +85,7 @@ bool IsSameText(const std::string &first, const std::string &second, std::size_t
     return used(first) == used(second);
 }
 
-// The names, each once, as far as a box has room.
+// The names, each once, at most kMostNames of them.
 std::string NamesOf(std::vector<std::string> names)
 {
     constexpr std::size_t kMostNames = 12;

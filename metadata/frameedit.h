@@ -11,11 +11,14 @@
 namespace metadata
 {
 
-// The new ID3v2 tag of the song with the tags `raw`, and which of its bytes are kept.
-// Errors: FileError when the song cannot be read; kInvalidCall when the tag gets too long.
+// The new ID3v2 tag of the song with the tags `raw`, and which of its bytes are kept. `isWanted`:
+// whether the song is to have an ID3v2 tag.
+// Errors: FileError when the song cannot be read; kInvalidCall when the new tag gets too long;
+// kOutOfMemory when the old tags are too long.
 [[nodiscard]] unicode::TagPlan PlanFrames(const RawTags &raw, const ID3v2Tag &tag, bool isWanted);
 
 // Whether the plan may be applied: when frames cannot be kept, the user is asked.
+// Returns: true without a question when all can be kept.
 [[nodiscard]] bool MayLoseFrames(const unicode::TagPlan &plan);
 
 // The ID3v1 tag of the song: its old bytes when they have the values of `tag`, else BuildID3v1Tag.

@@ -171,7 +171,7 @@ std::string GenreName(std::string_view value)
     if (!number)
         return std::string(value);
     if (*number == 0 && IsLetter(value.front()))
-        return std::string(value); // no number begins like this; the rule has this step
+        return std::string(value); // cannot happen: a number does not begin with a letter
     if (*number == 0 && value != "0")
         return std::string(kGenreNames[0]);
     return GenreName(*number);

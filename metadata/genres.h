@@ -10,8 +10,8 @@
 namespace metadata
 {
 
-// The names in use, by number 0 to 125. They are stored in catalogues and tags since the
-// first version, odd spellings included: do not correct them.
+// The names in use, by number 0 to 125. Catalogues and tags have contained them since the first
+// version, odd spellings included: do not correct them.
 extern const std::array<std::string_view, 126> kGenreNames;
 
 // A second list of 148 names with other spellings, which nothing uses: a blank entry, then the

@@ -1,5 +1,5 @@
-// metadata/headdigest.h - what a pass over a file looks for in its first bytes, found while they
-// are fetched: on another thread, from those bytes alone. No state.
+// metadata/headdigest.h - what a pass looks for in the first bytes of a file, found while they are
+// fetched: on another thread, from those bytes alone. No state.
 #pragma once
 
 #include "metadata/id3v2.h"
@@ -19,16 +19,17 @@ struct HeadDigest : platform::Digest {
     std::size_t byteCount = 0;
 
     std::int64_t headerPosition = 0; // FindHeaderPosition
-    bool hasWholeTag = false;        // they begin with an ID3v2 tag and hold all of its body; then:
+    bool hasWholeTag = false;        // of an ID3v2 tag; only then the two below are set:
     FrameFindings findings;          // FindFrames
     bool hasTextsForFrames = false;  // unicode::NeedsFrames
 };
 
-// The digest of `start`, the first bytes of a file of that size. Its tags are not read by frames.
+// The digest of `start`, the first bytes of a file of `sizeBytes` bytes, for reading tags without
+// frames.
 [[nodiscard]] std::unique_ptr<platform::Digest> DigestHead(std::string_view start,
                                                            std::int64_t sizeBytes);
 
-// The digest, where it was found in just these bytes at their place in memory; else null.
+// `digest`, if it was made of exactly these bytes at the same place in memory; else null.
 [[nodiscard]] const HeadDigest *DigestOf(const platform::Digest *digest, std::string_view bytes);
 
 } // namespace metadata

@@ -20,7 +20,7 @@ std::string Padded(std::string_view text, std::size_t width, char filler)
     return padded;
 }
 
-// Takes the next `width` characters off the front of `image` into `field`.
+// Removes the first `width` characters from `image` and puts them into `field`.
 void TakeField(std::string_view &image, std::size_t width, std::string &field)
 {
     field = runtime::Trim(image.substr(0, width));
@@ -28,7 +28,8 @@ void TakeField(std::string_view &image, std::size_t width, std::string &field)
     image.remove_prefix(width);
 }
 
-// The field as a tag has it. Leaves it trimmed to `used` characters and padded to `width`.
+// The field as it is written into a tag, `used` characters long. Leaves `field` trimmed and padded
+// to `width`.
 std::string BuiltField(std::string &field, std::size_t used, std::size_t width)
 {
     const std::string text(runtime::Trim(runtime::Left(field, static_cast<long long>(used))));

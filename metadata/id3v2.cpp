@@ -72,7 +72,7 @@ public:
     }
 
 private:
-    // False when the size cannot be read; the length then stays.
+    // Returns: false when the size cannot be read; the length is unchanged then.
     bool ReadLength(long long position)
     {
         const auto size =
@@ -97,7 +97,7 @@ private:
                 continue;
             m_textFrames[static_cast<std::size_t>(found - words.begin())].position =
                 static_cast<long long>(at) + 1;
-            *found = 0; // no identifier: further ones are not looked for
+            *found = 0; // matches no identifier: only the first place of each is used
             --missing;
         }
     }
@@ -109,8 +109,8 @@ private:
                                            : FindIdentifier(1, m_body, identifier);
     }
 
-    // The position of the first frame of that name, its length read; 0 when there is none or when
-    // it is unreadable.
+    // The position of the first frame of that name, after reading its length; 0 when there is none
+    // or when it is unreadable.
     long long OpenFrame(std::string_view identifier)
     {
         const auto position = PositionOf(identifier);
@@ -141,7 +141,7 @@ private:
         const bool bracket = text.front() == '(';
         const double number = runtime::LeadingNumber(bracket ? text.substr(1) : text);
         if (!std::isfinite(number))
-            return std::nullopt; // an overflow: the field stays
+            return std::nullopt; // an overflow: the field keeps its value
         if (bracket)
             return runtime::NumberText(number);
         if (number != 0)
@@ -162,7 +162,7 @@ private:
         return static_cast<std::int16_t>(rounded);
     }
 
-    // The first frame alone decides whether there is a comment at all: its size must be readable
+    // The first frame alone decides whether there is a comment at all: its size must be readable,
     // and it must be neither compressed nor encrypted. The text comes from the first frame with an
     // empty description.
     std::optional<std::string_view> Comment()
@@ -191,7 +191,7 @@ private:
                std::string_view("\0", 1);
     }
 
-    // The text after a language and a description that is taken to be empty.
+    // The text after a language and a description that is empty.
     std::optional<std::string_view> DescribedText(long long position) const
     {
         return Extract(m_body, position + m_geometry.textOffset + kDescriptionOverhead,

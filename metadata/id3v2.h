@@ -17,8 +17,9 @@ namespace metadata
 inline constexpr std::int64_t kTagHeaderBytes = 10;
 inline constexpr std::size_t kMajorVersionIndex = 3; // of the byte in the header
 
-// The length of the body of the ID3v2 tag that a file begins with, as the tag's header says.
-// Nothing when `start`, the file's first bytes, holds no whole header.
+// The length in bytes of the body of the ID3v2 tag at the beginning of a file, as the tag's header
+// says; 0 when the size does not fit 32 bits.
+// Returns: nothing when `start`, the file's first bytes, does not contain a whole header.
 [[nodiscard]] std::optional<std::int64_t> FindBodyBytes(std::string_view start);
 
 // Where the parts of a frame are, counted from the first character of its identifier.
@@ -30,12 +31,13 @@ struct FrameGeometry {
 // 5 and 7 for version 2, 4 and 11 for version 3, 0 and 0 for any other.
 [[nodiscard]] FrameGeometry GeometryOf(int majorVersion);
 
-// The value of the first 4 characters of `text`, most significant first; each counts 0 to 255 also
-// when `base` is 128.
-// Errors: kInvalidCall when there are fewer than 4; kOverflow when it exceeds 32 bits, signed.
+// The value of the first 4 characters of `text`, most significant first; each character counts
+// `base` times the next one (256 or 128), with its value 0 to 255 in both cases.
+// Errors: kInvalidCall when there are fewer than 4; kOverflow when the value does not fit a signed
+// 32-bit number.
 [[nodiscard]] std::int32_t BytesToNumber(std::string_view text, int base);
 
-// The same; nothing where that fails.
+// The same; nothing when that fails.
 [[nodiscard]] std::optional<std::int32_t> FindNumber(std::string_view text, int base);
 
 // The first position at or after `start` (1 or more) where `identifier` is in `body`; 0 when

@@ -43,8 +43,8 @@ State &TheState()
     return state;
 }
 
-// Keeps the file at `path` in place of the oldest one, or of the last one when that is the same
-// file.
+// Remembers the file at `path`, in the place of the oldest one, or of the last one when that is the
+// same file.
 void Remember(State &state, const std::string &path, const platform::FileIdentity &file)
 {
     if (state.seen.empty())
@@ -104,7 +104,8 @@ void TakeID3v1(State &state, ID3v1Tag &tag, bool &hasTag, bool wanted)
     state.rawID3v1Image = image;
 }
 
-// Fields of a version 2 tag run to its end, so a large one may be held several times.
+// A field of a version 2.2 tag can reach to the tag's end, so the fields of a large tag may need
+// several times its memory.
 void TakeID3v2(State &state, ID3v2Tag &tag)
 {
     try {
@@ -144,7 +145,7 @@ void TakeHeader(const FileBytes &bytes, MPEGHeader &header)
     ComputeLengths(sizeKnown, header);
 }
 
-// The length of a file that could not be opened, where the system reports it.
+// The length of a file that could not be opened, if the operating system reports it.
 void TakeLengthOnly(const std::string &path, MPEGHeader &header)
 {
     platform::FileIdentity now;

@@ -25,12 +25,14 @@ namespace metadata
 // Reads the tags and the audio header of `FileName` in one pass.
 // The records are not cleared: a field that the file does not set keeps what it held; only
 // ID3v1.Genre becomes -1 and ID3v2.Genre "-1" in any case. Pass fresh records.
-// HasID3v1: there is a tag at the end. HasID3v2: there is a tag with a body at the start.
-// PreferID3v2: with such a body, the ID3v1 fields are not read (HasID3v1 is set all the same).
-// Errors: none, on any path and any content; a failed step leaves its target as it was. A path that
-// is no readable file leaves the records and says why in LastReadFailure. A tag that claims more
-// than the file holds ends the pass at once: records as they were, both flags false.
-// The same file again, unchanged since the last pass, is not read again.
+// HasID3v1: there is a tag at the end. HasID3v2: there is a tag with a body at the beginning.
+// PreferID3v2: when there is such a body, the ID3v1 fields are not read (HasID3v1 is set
+// nevertheless).
+// Errors: none, for any path and any content; a failed step does not change its target. When a path
+// is not a readable file, the records are unchanged and LastReadFailure has the reason. A tag that
+// claims more bytes than the file has ends the pass at once: the records are unchanged, both flags
+// are false.
+// When the file has not changed since the last pass over it, it is not read again.
 void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, MPEGHeader &Header,
                 bool &HasID3v1, bool &HasID3v2, bool PreferID3v2);
 
@@ -69,8 +71,8 @@ void ExpectPassesUnlessInState(const std::vector<platform::FileIdentity> &states
 // can decode. Always false when it was read by frames.
 [[nodiscard]] bool HasTextsForFrames();
 
-// Why the last pass could not read its file: an errno of the system, 0 when it could. A folder is
-// EISDIR, anything else that is no file ESPIPE. runtime::FileError has the words.
+// Why the last pass could not read its file: an errno, 0 when it could. EISDIR for a folder, ESPIPE
+// for anything else that is no regular file. runtime::FileError has the words.
 [[nodiscard]] int LastReadFailure();
 
 // Bytes of the last pass, kept until the next one. Only GetMP3Info writes them.

@@ -1,5 +1,5 @@
-// metadata/mpegheader.h - the audio header of an MP3 file: where it is, and what its four bytes
-// and the file's length say. No state.
+// metadata/mpegheader.h - the audio header of an MP3 file: its position, and what its four bytes
+// and the file's length mean. No state.
 #pragma once
 
 #include "metadata/records.h"
@@ -19,10 +19,11 @@ inline constexpr std::int64_t kLastSearchPosition = 5000;
 // reach, also inside a tag; 0 when there is none. `head` is the file's beginning.
 [[nodiscard]] std::int64_t FindHeaderPosition(std::string_view head);
 
-// The cell of the bitrate table, in kbit/s: `row` 0 to 12, `column` 0 to 13; empty for rows that
-// hold nothing. Nothing when row or column is outside. Rows 0 to 2 are those of ISO/IEC 11172-3;
-// the rows for the other versions were chosen with the program's first version: do not correct
-// them.
+// The cell of the bitrate table, in kbit/s: `row` 0 to 12, `column` 0 to 13; the empty text in rows
+// without values.
+// Returns: nothing when row or column is outside.
+// Source: rows 0 to 2 are those of ISO/IEC 11172-3; the rows for the other versions were chosen for
+// the program's first version: do not correct them.
 [[nodiscard]] std::optional<std::string_view> BitrateCell(int row, int column);
 
 // Fills the fields that are in the four bytes: Version to Original, Bitrate, CRC, Padding. The

@@ -1,6 +1,6 @@
-// metadata/records.h - what one MP3 file holds: its two tag records and its audio header. Texts are
-// file bytes (one character per byte, in the code page), but for those of an ID3v2Tag that says
-// otherwise; metadata/tagtext.h makes UTF-8 of both kinds. Plain structs, no state.
+// metadata/records.h - what one MP3 file contains: its two tag records and its audio header. Texts
+// are file bytes (one character per byte, in the code page in use); those of an ID3v2Tag may be
+// UTF-8 instead, see its `kind`. metadata/tagtext.h converts both kinds. Plain structs, no state.
 #pragma once
 
 #include <cstdint>

@@ -65,7 +65,7 @@ void WriteAll(int target, std::string_view bytes)
     }
 }
 
-// Copies through memory what the operating system cannot copy by itself.
+// Copies through memory when the operating system cannot copy by itself.
 void CopyThroughMemory(int source, std::int64_t offset, int target, std::int64_t count)
 {
     std::vector<char> buffer(std::min(kCopyBuffer, static_cast<std::size_t>(count)));
@@ -73,7 +73,7 @@ void CopyThroughMemory(int source, std::int64_t offset, int target, std::int64_t
         const auto wanted = std::min(count, static_cast<std::int64_t>(buffer.size()));
         const auto got = platform::TheFiles().ReadAt(source, offset, buffer.data(),
                                                      static_cast<std::size_t>(wanted), true);
-        if (got <= 0) // the song has become shorter, or cannot be read: no copy
+        if (got <= 0) // the song has become shorter, or cannot be read: no copy is made
             throw runtime::FileError(got < 0 ? static_cast<int>(-got) : EIO);
         WriteAll(target, {buffer.data(), static_cast<std::size_t>(got)});
         offset += got;
@@ -232,7 +232,7 @@ void CopySong(const std::string &song, const std::string &copyPath)
             CopyRange(source.Get(), 0, target, identity.sizeBytes);
             (void)platform::TheFiles().CopyRights(
                 source.Get(),
-                target); // the folder of backups may be on a file system without them
+                target); // the folder of backups may be on a file system without permissions
         },
         ReplaceName);
     Check(platform::TheFiles().FlushFolderOf(copyPath));

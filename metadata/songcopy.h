@@ -43,18 +43,18 @@ private:
 };
 
 // Writes the new version of `song` (a real path, no link) to `copyPath` in the same folder, with
-// the song's owner, rights and attributes, and flushes it to the disk. A file that an interrupted
-// edit left at `copyPath` is removed.
+// the song's owner, permissions and attributes, and flushes it to the disk. A file that an
+// interrupted edit left at `copyPath` is removed.
 // Returns: nullopt when another edit of the song is running, in this process or in another, and has
-// its copy there.
-// Errors: kInvalidCall when the range is no range of the file; kFileNotFound without a song;
+// its copy at `copyPath`.
+// Errors: kInvalidCall when the range is not inside the file; kFileNotFound without a song;
 // kPathNotFound without the folder; else FileError. After an error there is no new file, and a
 // former file at `copyPath` is unchanged.
 std::optional<SongCopy> WriteNewSong(const std::string &song, const NewSong &content,
                                      const std::string &copyPath);
 
 // Copies the whole song to `copyPath` and flushes the new name to the disk; a file of that name is
-// replaced, and rights that cannot be kept there are lost.
+// replaced, and permissions that cannot be kept there are lost.
 // Errors: as above; kPermissionDenied when `copyPath` is the song itself.
 void CopySong(const std::string &song, const std::string &copyPath);
 

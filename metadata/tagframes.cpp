@@ -16,7 +16,7 @@ namespace
 {
 
 constexpr int kWrittenVersion = 3;
-constexpr int kDescriptionOffset = 3; // after the language, from the text on
+constexpr int kDescriptionOffset = 3; // of a comment, from the frame's text: after the language
 
 // Cuts the header of every "COMM" whose description is empty. The search continues one character
 // after the cut, so the new body is made in one pass over the old one.
@@ -49,7 +49,7 @@ std::optional<long long> EndOfFrame(std::string_view body, long long position, i
     const FrameGeometry geometry = GeometryOf(majorVersion);
     const auto bodyEnd = static_cast<long long>(body.size()) + 1;
     if (majorVersion != 2 && majorVersion != 3)
-        return bodyEnd; // its letters, read as a size, are far larger than any body
+        return bodyEnd; // the size is made of letters, so it is far larger than any body
     const auto size = FindNumber(runtime::Mid(body, position + geometry.sizeOffset, 4), 256);
     if (!size)
         return std::nullopt;

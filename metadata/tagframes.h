@@ -11,8 +11,8 @@
 namespace metadata
 {
 
-// `value` in 4 characters, most significant first; the first one holds everything above the other
-// three.
+// `value` in 4 characters, most significant first, each counting `base` times the next one (256 or
+// 128); the first one gets everything above the other three.
 // Errors: kInvalidCall when that is more than 255, or `value` is negative.
 [[nodiscard]] std::string NumberToBytes(std::int64_t value, int base);
 
@@ -31,10 +31,10 @@ std::string &RemoveFrame(std::string &body, std::string_view identifier, int maj
 bool RemoveEmptied(std::string &body, const ID3v2Tag &before, const ID3v2Tag &now,
                    int majorVersion);
 
-// The whole new tag of version 3, header included, made of `tag` and of what `body` holds besides.
+// The whole new tag of version 3, header included: the fields of `tag`, then the rest of `body`.
 // Frames that are written again are removed from `body` first, except the comment: the new one
-// comes before the old one. Empty fields write no frame and leave the old one; the genre is always
-// written. Changes `tag`: a Genre of -1 becomes "255" (and is written as "(255)").
+// comes before the old one. An empty field writes no frame, and its old frame stays; the genre is
+// always written. Changes `tag`: a Genre of -1 becomes "255" (and is written as "(255)").
 // Errors: kInvalidCall when the length of the body does not fit into 4 characters, the first of 8
 // bits, the others of 7.
 [[nodiscard]] std::string BuildID3v2Tag(std::string body, ID3v2Tag &tag, int majorVersion);

@@ -11,7 +11,7 @@
 namespace metadata
 {
 
-// The kind of the records that GetMP3Info gives now.
+// The kind of texts in the records that GetMP3Info returns now.
 [[nodiscard]] TextKind KindInUse();
 
 // `field`, which is of that kind, as UTF-8.
@@ -27,8 +27,7 @@ namespace metadata
 // Converts all texts of a record from file bytes to UTF-8, or from UTF-8 to file bytes.
 void ChangeKind(ID3v2Tag &tag, TextKind kind);
 
-// A field of the ID3v1 record without the blanks that fill it and without the NULs that filled the
-// tag's; file bytes.
+// A field of the ID3v1 record without the blanks and NULs that fill it up; file bytes.
 [[nodiscard]] std::string UsedText(std::string_view field);
 
 // The genre of an ID3v1 tag in words, ASCII: the name of its number. Empty for a number without
@@ -38,12 +37,13 @@ void ChangeKind(ID3v2Tag &tag, TextKind kind);
 // The ID3v1 tag in the common form, in UTF-8.
 [[nodiscard]] ID3v2Tag TextsOf(const ID3v1Tag &tag);
 
-// Puts the fields that were read by frames into a record in UTF-8; one without a value keeps what
-// the record holds.
+// Puts the fields that were read by frames into a record in UTF-8. A field without a value is not
+// changed in the record.
 void TakeTexts(const unicode::TagTexts &texts, ID3v2Tag &tag);
 
-// Gives a record in UTF-8 what it lacks from the ID3v1 tag of the same file. A record in file bytes
-// is not changed: without reading by frames the ID3v1 tag is used only when there is no ID3v2 tag.
+// Fills the empty fields of a record in UTF-8 from the ID3v1 tag of the same file. A record in file
+// bytes is not changed: without reading by frames the ID3v1 tag is used only when there is no ID3v2
+// tag.
 void FillFromID3v1(const ID3v1Tag &from, ID3v2Tag &to);
 
 } // namespace metadata

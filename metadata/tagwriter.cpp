@@ -66,8 +66,8 @@ struct Edit {
     std::string image;                 // the new ID3v1 tag, empty without
     std::string tag;                   // the new ID3v2 tag, empty without
     std::string copyPath;              // of the ".bck" file
-    std::optional<SongCopy> copy = {}; // the file at copyPath, which stays ours while this exists
-    // An edit by frames: the new ID3v2 tag, and what the rows get.
+    std::optional<SongCopy> copy = {}; // the file at copyPath, which no other edit can replace
+    // An edit by frames: the new ID3v2 tag, and the values for the rows.
     std::optional<unicode::TagPlan> plan = {};
     ID3v2Tag fields = {};
 };
@@ -94,9 +94,10 @@ bool MakeBackupFolder()
     return there;
 }
 
-// Runs one statement. A path that is not found makes the folder of backups, and the statement runs
-// again; a file that is not found is passed over; any other failure is reported, with `what` and ":
-// " in front where that is given. True when it was done.
+// Runs one step. After kPathNotFound the folder of backups is created and the step runs again,
+// once. kFileNotFound is ignored. Any other failure is reported in a box, with `what` and ": "
+// before it if that is not empty.
+// Returns: whether the step succeeded.
 template <class Statement>
 bool Run(const Statement &statement, const std::string &what = {})
 {
@@ -234,7 +235,7 @@ bool IsID3v2Unchanged(const Edit &edit)
     return tag.substr(std::min<std::size_t>(tag.size(), kTagHeaderBytes)) == edit.raw.body;
 }
 
-// When this file has no ID3v1 tag, the module still has that of an earlier file.
+// When the file has no ID3v1 tag, the raw tags contain that of an earlier file.
 bool IsImageUnchanged(const Edit &edit)
 {
     if (edit.plan && !edit.raw.fileHasID3v1)
@@ -243,8 +244,7 @@ bool IsImageUnchanged(const Edit &edit)
 }
 
 // When only the ID3v1 tag changes: the whole song with another image at its end. When the song has
-// no ID3v1 tag (the module's image is then that of an earlier file), the new one follows its last
-// byte.
+// no ID3v1 tag (the raw image is then that of an earlier file), the new one follows its last byte.
 NewSong WithOtherImage(const Edit &edit)
 {
     const auto oldImage = edit.raw.fileHasID3v1 ? static_cast<std::int64_t>(kID3v1Bytes) : 0;

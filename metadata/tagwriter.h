@@ -27,15 +27,16 @@ namespace metadata
 // Errors: none thrown. Each error is reported in a box, and the next step follows; a missing folder
 //     for the backups is created, and a file that is not found is not an error. Whatever fails, and
 //     whenever the process ends: a complete song, old or new, is in its folder, under its own name
-//     or with ".bck" after it. Owner, rights and attributes are kept. A symbolic link still points
-//     at the song; of several hard links only the real path of FileName gets the new version.
+//     or with ".bck" after it. Owner, permissions and attributes are kept. A symbolic link still
+//     points at the song; of several hard links only the real path of FileName gets the new
+//     version.
 // With shell::Globals::UnicodeTags the edit is made by frames (metadata/frameedit.h): a field that
 // the records do not change keeps its frame, all other frames keep their bytes, and the user is
 // asked before anything is written when something cannot be kept. Otherwise:
 // Known loss, by design: when the whole file is written and it had no ID3v2 tag, the last 10 bytes
 //     of the audio are lost.
-// Lets events run at every step and while it waits. A rewrite takes one to two seconds; longer
-// while another program uses the song on a file system that does not allow to replace it then.
+// Yields at every step and while it waits. A rewrite takes one to two seconds; longer while another
+// program uses the song on a file system that does not allow to replace it then.
 bool SaveTag(ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, const ID3v1Tag &OldID3v1, const ID3v2Tag &OldID3v2,
              const std::string &FileName, bool WriteID3v1, bool WriteID3v2,
              ui::Label *ProgressLabel);

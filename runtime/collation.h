@@ -1,5 +1,5 @@
 // runtime/collation.h - the order of texts, the same for statements and for lists: letter case is
-// ignored, accented letters are beside their plain ones, digits are compared as characters. Texts
+// ignored, an accented letter sorts beside its plain one, digits are compared as characters. Texts
 // are UTF-8 of any length; NULs and invalid bytes are allowed. No state.
 #pragma once
 

@@ -1,4 +1,4 @@
-// runtime/error.h - the one exception type that procedures throw, with the runtime's numbers.
+// runtime/error.h - the one exception type that procedures throw: a number and a description.
 #pragma once
 
 #include <stdexcept>
@@ -7,7 +7,8 @@
 namespace runtime
 {
 
-// The error numbers that the program throws or tests for. DescribeError has their texts.
+// The error numbers that the program throws or tests for, the same since its first version: message
+// boxes show them, so do not renumber. DescribeError has their texts.
 enum ErrorNumber : int {
     kInvalidCall = 5,
     kOverflow = 6,

@@ -20,8 +20,8 @@ struct Hash128 {
 // Source: xxHash 0.8, XXH3_128bits without a seed.
 [[nodiscard]] Hash128 Hash128Of(std::string_view bytes);
 
-// The 64-bit FNV-1a hash of `bytes`: equal bytes give equal numbers, and a change that nobody made
-// on purpose gives another one. It does not protect against someone who looks for a collision.
+// The 64-bit FNV-1a hash of `bytes`: equal bytes give equal numbers, different bytes almost always
+// different ones. It does not protect against someone who looks for a collision.
 // Source: draft-eastlake-fnv, offset basis and prime for 64 bits.
 constexpr std::uint64_t StableHashOf(std::string_view bytes)
 {

@@ -17,7 +17,7 @@ class KeyIndex
 public:
     static constexpr std::int32_t kNone = -1;
 
-    // The hash of `key`, as the other members expect it.
+    // The hash of `key` for Find and Insert.
     static std::uint32_t HashOf(std::string_view key)
     {
         // FNV-1a over eight bytes at a time, with a final mix.
@@ -50,7 +50,7 @@ public:
         }
     }
 
-    // Adds an item. Its key must not be in the table yet.
+    // Adds an item with the hash of its key, which must not be in the table yet.
     void Insert(std::int32_t item, std::uint32_t hash)
     {
         if (2 * (m_count + 1) > m_slots.size())

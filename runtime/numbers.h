@@ -15,10 +15,10 @@ namespace runtime
 // a double is 0, one too large is infinite.
 double LeadingNumber(std::string_view text);
 
-// The number that the whole of `text` is: blanks at both ends, a sign, digits with at most one
+// `text` as a number, if all of it is one: blanks at both ends, a sign, digits with at most one
 // point, an exponent ("1E3").
 // Returns: nothing for any other text, the empty one included. Too small and too large numbers: as
-// above.
+// LeadingNumber.
 std::optional<double> ParseNumber(std::string_view text);
 
 // `value` rounded to 16 or 32 bits; a half is rounded to the even number.

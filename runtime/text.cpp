@@ -16,9 +16,10 @@ namespace runtime
 namespace
 {
 
+constexpr utf8proc_int32_t kFirstOfTwoBytes = 0x80, kFirstOfThreeBytes = 0x800;
+
 // For each letter of two bytes (U+0080 to U+07FF) its upper case; 0 when that does not take two
 // bytes.
-constexpr utf8proc_int32_t kFirstOfTwoBytes = 0x80, kFirstOfThreeBytes = 0x800;
 using TwoByteLetters = std::array<std::uint16_t, kFirstOfThreeBytes>;
 
 const TwoByteLetters &UpperOfTwoBytes()

@@ -1,6 +1,6 @@
-// runtime/text.h - the text operations that the program's rules are written with. Positions are
-// one-based. The operations on bytes work for file bytes and UTF-8 alike; UpperText, LowerText and
-// EqualText need UTF-8. No state.
+// runtime/text.h - the text operations that the rules of the program need. Positions are one-based.
+// The operations on bytes work for file bytes and UTF-8 alike; UpperText, LowerText and EqualText
+// need UTF-8. No state.
 #pragma once
 
 #include "runtime/utf8.h"
@@ -21,7 +21,8 @@ std::string_view Mid(std::string_view text, long long start, long long count);
 // All of `text` from position `start` on. Errors: kInvalidCall when start < 1.
 std::string_view Mid(std::string_view text, long long start);
 
-// The first, the last `count` bytes. Errors: kInvalidCall when count < 0.
+// The first and the last `count` bytes, all when there are fewer; views into `text`. Errors:
+// kInvalidCall when count < 0.
 std::string_view Left(std::string_view text, long long count);
 std::string_view Right(std::string_view text, long long count);
 
@@ -41,7 +42,7 @@ std::string_view StripTrailingNulls(std::string_view text);
 std::string Replace(std::string_view text, std::string_view from, std::string_view to);
 std::string ReplaceFirst(std::string_view text, std::string_view from, std::string_view to);
 
-// The text with each line end (CR LF, CR alone, LF alone) as CR LF.
+// `text` with each line end (CR LF, CR alone, LF alone) as CR LF.
 std::string WithCrLf(std::string_view text);
 
 // The parts of `text` between the `separator`s (which must not be empty). An empty text gives no

@@ -20,7 +20,7 @@ void AppendHex(std::string &text, std::string_view bytes)
     }
 }
 
-// `text` with each control character that is not in `kept` written as hexadecimal digits.
+// `text` with each control character that is not in `kept` written as "\x" and hexadecimal digits.
 std::string WithoutControls(std::string_view text, std::string_view kept)
 {
     std::string shown;

@@ -33,7 +33,7 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 11> kLayouts
 }};
 
 constexpr std::size_t kTimeBytes = 4;
-constexpr std::size_t kMostPieces = 65536; // what has more is made to exhaust the memory
+constexpr std::size_t kMostPieces = 65536; // a content with more was made to exhaust the memory
 constexpr int kDeepest = 3;                // chapters within chapters
 constexpr unsigned kGrouped23 = 0x20, kCompressed23 = 0x80, kEncrypted23 = 0x40;
 
@@ -45,7 +45,7 @@ std::string_view LayoutOf(std::string_view id)
     return id.starts_with('T') ? "eT" : std::string_view();
 }
 
-// A piece of a content: bytes that stay, or a text.
+// A piece of a frame's content: bytes that are not changed, or a text.
 struct Piece {
     std::string_view bytes;
     std::optional<std::string> text = {}; // in UTF-8
@@ -114,7 +114,8 @@ private:
     std::string_view m_rest;
 };
 
-// `content` with its texts in an encoding of version 2.3. No value: it has too many.
+// `content` with its texts in an encoding of version 2.3.
+// Returns: no value when it has too many pieces.
 std::optional<std::string> InOldEncoding(std::string_view content, std::string_view layout)
 {
     const ContentReader reader(content, layout);
@@ -154,7 +155,7 @@ bool IsDigits(std::string_view text)
            std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
-// The digits at these places of a time "yyyy-MM-ddTHH:mm"; empty where they are not there.
+// The two digits at that place of a time "yyyy-MM-ddTHH:mm"; empty when they are missing.
 std::string Digits(std::string_view time, std::size_t at)
 {
     const std::string_view two = time.size() >= at + 2 ? time.substr(at, 2) : std::string_view();
@@ -166,15 +167,16 @@ unsigned FlagsFrom24(unsigned status)
     return (status & 0x70U) << 1U; // the same three bits, one place higher
 }
 
-// The identifier of a frame of version 2.4; one of three letters that 2.3 has not keeps its fourth
-// character.
+// The identifier of a frame of version 2.4. An identifier of three letters that 2.3 does not have
+// keeps its fourth character.
 std::string_view NameIn23(const Frame &frame)
 {
     return frame.id.size() == 4 ? frame.id : frame.whole.substr(0, 4);
 }
 
-// A frame of version 2.4 whose data stays as it is, but for the order of what is in front of it. No
-// value: that is cut off.
+// A frame of version 2.4 whose data is not changed, except for the order of the bytes before it
+// (group, encryption method, length).
+// Returns: no value when the frame ends within those bytes.
 std::optional<std::string> Repacked(const Frame &frame)
 {
     const FrameExtras extras = ExtrasOf(frame);
@@ -217,7 +219,7 @@ std::optional<std::string> Repacked(const Frame &frame)
 class FormMaker
 {
 public:
-    // `mayUnpack`: what the frames within chapters may unpack to.
+    // `mayUnpack`: how many bytes the frames within chapters may together unpack to.
     FormMaker(const FrameList &list, std::vector<std::string> &lost, std::size_t &mayUnpack,
               int depth = 0)
         : m_list(list), m_lost(lost), m_mayUnpack(mayUnpack), m_depth(depth)
@@ -262,7 +264,7 @@ private:
         return frames;
     }
 
-    // Section 4 of the version 2.2 document.
+    // Source: section 4 of the version 2.2 document.
     std::vector<std::string> Of22(const Frame &frame)
     {
         if (frame.id.size() == 4)
@@ -295,7 +297,7 @@ private:
     {
         if (frame.id == "SEEK")
             return {};
-        if (frame.id == "ASPI") // its places in the file are others afterwards
+        if (frame.id == "ASPI") // the positions in it are not those of the new file
             return Lost(frame);
         std::string buffer;
         const auto content = ViewContent(frame, buffer);
@@ -349,10 +351,10 @@ private:
         return frames;
     }
 
-    // --- people: both lists in the first one's place, as version 2.3 has one list of them
+    // --- people: version 2.3 has one list of them, which takes the place of the first list
 
-    // Whether the frame's people go into that list. One with too many of them, or in a tag that has
-    // such a list, stays as it is.
+    // Whether the people of this frame are joined into that list. A frame with too many people
+    // stays as it is, and so does each one in a tag that has an IPLS frame already.
     bool CanJoin(const Frame &frame)
     {
         if (frame.id != "TIPL" && frame.id != "TMCL")
@@ -387,7 +389,8 @@ private:
         }
     }
 
-    // The element's name and what describes it, then frames of this version.
+    // A chapter or table of contents: its name and the data after it are not changed, its frames
+    // get the form of version 2.3.
     std::vector<std::string> Chapter(const Frame &frame, std::string_view content)
     {
         std::size_t at = content.find('\0');

@@ -3,13 +3,13 @@
 // Addendum" for CHAP and CTOC.
 //
 // A frame of version 2.3 keeps each of its bytes. Of the others
-//   content     stays as it is, but that texts in an encoding that 2.3 lacks are written in Latin-1
-//               or UTF-16, unsynchronisation is undone, and PIC becomes APIC
+//   content     is not changed, except that texts in an encoding that 2.3 lacks are written in
+//               Latin-1 or UTF-16, unsynchronisation is undone, and PIC becomes APIC
 //   names       of 2.2 become those of 2.3; TDRC becomes TYER, TDAT and TIME, TDOR becomes TORY;
-//               TIPL and TMCL become one IPLS. Where a date has a part that those cannot hold,
-//               the frame of 2.4 is kept as well; so it is where the tag has one of those already
+//               TIPL and TMCL become one IPLS. When a date has a part that those cannot hold, the
+//               frame of 2.4 is kept as well; also when the tag has one of those already
 //   2.4 alone   the other frames of 2.4 keep their name, for readers that know them
-//   flags       become the same flags of 2.3; a compressed frame is unpacked where its text changes
+//   flags       become the same flags of 2.3; a compressed frame is unpacked when its text changes
 //   no form     exists for CRM, LNK and other frames of 2.2 that 2.3 does not have, for ASPI, and
 //               for a frame that ends within the bytes of its flags
 #pragma once
@@ -29,7 +29,7 @@ struct FrameForm {
     const Frame *source = nullptr; // in the old list
     bool isAsStored = false;       // it is the source's own bytes
     std::vector<std::string>
-        frames; // else: whole, with headers; none if they are another FrameForm's
+        frames; // else: the whole frames, with headers; none when they are in another FrameForm
 
     // Calls `visit` with the bytes of each frame.
     template <class Visit>
@@ -48,16 +48,16 @@ struct FrameForm {
     }
 };
 
-// The frames of `list` in its order. The names of those without a form go to `lost`: they cannot be
-// kept. A SEEK frame, which has the place of the next tag, is left out and not reported.
+// The frames of `list` in its order. The names of those that have no form are added to `lost`: they
+// cannot be kept. A SEEK frame, which points to the next tag, is left out without a report.
 [[nodiscard]] std::vector<FrameForm> FormsOf(const FrameList &list, std::vector<std::string> &lost);
 
 // Whether a time begins with the four digits of a year.
 [[nodiscard]] bool BeginsWithYear(std::string_view time);
 
-// The frames of version 2.3 for a recording time that begins so (2.4, section 4.2.5): TYER; TDAT
-// and TIME where it has a day and a time of day; TDRC as well where it has a part that these cannot
-// hold.
+// The frames of version 2.3 for a recording time that begins with a year (2.4, section 4.2.5):
+// TYER; TDAT and TIME when it has a day and a time of day; TDRC as well when it has a part that
+// these cannot hold.
 [[nodiscard]] std::vector<std::string> RecordingTime(std::string_view timestamp);
 
 } // namespace metadata::unicode

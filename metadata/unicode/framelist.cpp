@@ -60,7 +60,8 @@ std::uint32_t PlainNumber(std::string_view bytes)
     return Number(bytes, 8);
 }
 
-// Seven bits a byte (section 6.2); a number that is not stored so is read as a plain one.
+// Seven bits a byte (section 6.2). A number with a higher bit set is read as a plain one: some
+// programs write such numbers.
 std::uint32_t SafeNumber(std::string_view bytes)
 {
     const bool isSafe = std::all_of(bytes.begin(), bytes.end(), [](char byte) {
@@ -152,8 +153,9 @@ std::optional<std::size_t> Inflate(std::string_view packed, std::size_t most, st
     return result == Z_STREAM_END || count > most ? std::optional(count) : std::nullopt;
 }
 
-// What a frame stores after the bytes of its flags, synchronised; a view into the tag or into
-// `buffer`. No value: it is shorter than those.
+// The bytes of a frame after those that its flags announce, synchronised; a view into the tag or
+// into `buffer`.
+// Returns: no value when the frame ends within the announced bytes.
 std::optional<std::string_view> StoredContent(const Frame &frame, const FrameExtras &extras,
                                               std::string &buffer)
 {

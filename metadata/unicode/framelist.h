@@ -13,12 +13,12 @@
 namespace metadata::unicode
 {
 
-inline constexpr std::int64_t kTagHeaderBytes = 10;            // of a footer as well
-inline constexpr std::int64_t kLargestBody = (1LL << 28U) - 1; // four times seven bits
+inline constexpr std::int64_t kTagHeaderBytes = 10;            // of a header or a footer
+inline constexpr std::int64_t kLargestBody = (1LL << 28U) - 1; // its size has four times seven bits
 
-// A frame is unpacked only up to this size, and all frames of a tag together up to the other one.
-// The longest texts that people write are far shorter; a longer one was made to exhaust the memory
-// or the time.
+// A frame is unpacked only up to the first size, and all frames of a tag together up to the second
+// one. The longest texts that people write are far shorter; a longer one was made to exhaust the
+// memory or the time.
 inline constexpr std::size_t kMaxUnpackedBytes = 8U << 20U;
 inline constexpr std::size_t kMaxUnpackedInTag = 32U << 20U;
 
@@ -47,32 +47,32 @@ struct TagHeader {
 
 // One frame of a tag. The views are valid as long as its FrameList and the tag's bytes.
 struct Frame {
-    std::string_view id;   // of version 2.3, where one of 2.2 has the same content there
+    std::string_view id;   // in version 2.3, if that has the same frame; else as stored
     std::string_view data; // after the frame's header, as stored
     int majorVersion = 0;
     unsigned statusFlags = 0;    // the first flag byte; 0 in version 2.2
     unsigned formatFlags = 0;    // the second flag byte; 0 in version 2.2
     bool unsynchronised = false; // `data` has a NUL after each byte 0xFF that would need one
-    bool isBomb = false;         // it unpacks to more than the bounds allow
+    bool isBomb = false;         // it unpacks to more bytes than the bounds allow
     std::string_view whole = {}; // header and data, as stored
 };
 
 // The frames of one tag, in the order of the file.
 struct FrameList {
     std::vector<Frame> frames;
-    bool isUpdate = false;            // its frames replace those of the tags before it (3.2)
+    bool isUpdate = false;            // its frames replace those of earlier tags (section 3.2)
     std::optional<std::int64_t> seek; // bytes from this tag's end to the next tag (SEEK frame)
     std::string_view rest;            // after the last frame: padding, or what is no frame
     std::size_t unpackedBytes = 0;    // of its compressed frames together
-    std::vector<char> resynchronised; // the bytes of `data`, where they are not the tag itself
+    std::vector<char> resynchronised; // bytes of `data` that are not stored like this in the tag
 };
 
-// The frames of the tag whose header is `header` and whose bytes, header included, are `tag`; they
-// may end too early. The list has views into `tag`. The walk ends at padding, at a frame that runs
-// past the end, and at what is no identifier. In version 2.4 a size that leads to no frame is read
-// as a plain number where that leads to one: a well-known program wrote such sizes. An extended
-// header that is announced and missing is ignored. Compressed frames that together unpack to more
-// than `mayUnpack` bytes are marked.
+// The frames of the tag whose header is `header` and whose bytes, header included, are `tag`; the
+// bytes may end too early. The list has views into `tag`. The walk ends at padding, at a frame that
+// reaches past the end, and at bytes that are no identifier. In version 2.4, when a size leads to
+// no frame, but leads to one if it is read as a plain number, it is read like that: a well-known
+// program wrote such sizes. An extended header that is announced and missing is ignored. Compressed
+// frames that together unpack to more than `mayUnpack` bytes are marked.
 [[nodiscard]] FrameList ReadFrames(const TagHeader &header, std::string_view tag,
                                    std::size_t mayUnpack = kMaxUnpackedInTag);
 
@@ -86,8 +86,9 @@ struct FrameExtras {
 };
 [[nodiscard]] FrameExtras ExtrasOf(const Frame &frame);
 
-// The content of a frame: without group, encryption and length bytes, unsynchronisation and
-// compression undone. No value: encrypted, damaged, or unpacked larger than the bounds.
+// The content of a frame: without group, encryption and length bytes, with unsynchronisation and
+// compression undone.
+// Returns: no value when it is encrypted, damaged, or larger than the bounds when unpacked.
 [[nodiscard]] std::optional<std::string> FrameContent(const Frame &frame);
 
 // The same without a copy, where the content is stored as it is: a view into the tag, or into

@@ -32,11 +32,11 @@ TagLib::String::Type TypeFor(const std::vector<std::string_view> &texts)
     return EncodingFor(texts) == Encoding::Latin1 ? TagLib::String::Latin1 : TagLib::String::UTF16;
 }
 
-// The bytes of the frame in a tag of version 2.3 that has no other.
+// The bytes of the frame, made by writing a tag of version 2.3 with this frame alone.
 std::string Render(std::unique_ptr<TagLib::ID3v2::Frame> frame)
 {
     TagLib::ID3v2::Tag tag;
-    tag.addFrame(frame.release()); // which takes it over
+    tag.addFrame(frame.release()); // the tag owns it now
     const TagLib::ByteVector rendered = tag.render(TagLib::ID3v2::v3);
     const std::string_view bytes(rendered.data(), rendered.size());
     const auto header = ReadTagHeader(bytes);

@@ -64,8 +64,8 @@ std::string Words(const std::optional<std::string> &genre)
     return genre ? GenreInWords(*genre) : std::string();
 }
 
-// The name, in version 2.3, that a tag may hold once; empty for frames that it may hold several
-// times, and for texts that say nothing.
+// The name in version 2.3 of a frame that a tag may have only once; empty for frames that it may
+// have several times, and for text frames without a value.
 std::string_view UniqueName(const Frame &frame)
 {
     constexpr std::string_view kOnce[] = {"MCDI", "PCNT", "RBUF", "ETCO", "MLLT", "SYTC",
@@ -101,13 +101,14 @@ private:
     std::string_view m_bytes;
 };
 
-// A genre in words as a tag of version 2.3 stores it: a bracket in front would be a number's.
+// A genre in words as a tag of version 2.3 stores it: a bracket at its beginning is doubled,
+// because a single one begins a number.
 std::string StoredGenre(const std::string &genre)
 {
     return genre.starts_with('(') ? "(" + genre : genre;
 }
 
-// "4" in the place of the 3 in "3/12".
+// The text of a track frame with another number: "4" in the place of the 3 in "3/12".
 std::string TrackText(const std::string &old, std::int16_t track)
 {
     const auto slash = old.find('/');
@@ -136,7 +137,8 @@ public:
         BuildTag();
         if (AddOtherwiseRead())
             BuildTag();
-        // A change that the tag holds already, as far as it can (a year of five digits, say).
+        // The new tag can be equal to the old one, because a frame cannot hold every text (a year
+        // of five digits, for example).
         const bool isAsBefore = m_tags.size() == 1 && m_tags.front()->bytes == m_plan.tag;
         m_plan.isChanged = !isAsBefore && !(m_tags.empty() && m_plan.tag.empty());
         if (!m_plan.isChanged)
@@ -171,8 +173,8 @@ private:
                 m_changes.emplace(field, text);
     }
 
-    // Fields that nobody changed and that the new tag gives otherwise become changes. Whether there
-    // are any.
+    // Adds each field that nobody changed and that would be read differently from the new tag to
+    // the changes. Returns: whether there are any.
     bool AddOtherwiseRead()
     {
         const Texts before = TextsToCompare(m_edit.before);
@@ -191,7 +193,7 @@ private:
             if (tag->place.offset == m_plan.audioOffset)
                 m_plan.audioOffset = tag->place.End();
         }
-        // Several at the end are found in either order.
+        // Tags at the end may be in the list in either order.
         for (std::size_t round = 0; round < m_tags.size(); ++round)
             for (const auto &tag : m_tags)
                 if (tag->place.offset >= m_plan.audioOffset && tag->place.End() == m_plan.audioEnd)
@@ -229,7 +231,7 @@ private:
         m_plan.texts = ReadTagTexts(bytes, m_edit.options).value_or(TagTexts());
     }
 
-    // At least that of the new tag, or nearly so.
+    // About the length of the new tag, to reserve memory.
     std::size_t LengthOfAll() const
     {
         std::size_t length = 0;
@@ -243,7 +245,7 @@ private:
         return length;
     }
 
-    // Writes the size into the header. A tag of padding alone is none.
+    // Writes the size into the header. A tag that has only padding is removed.
     static void FinishTag(std::string &tag)
     {
         const std::size_t bytes = tag.size() - kTagHeaderBytes;
@@ -257,7 +259,8 @@ private:
             tag[6 + i] = static_cast<char>(bytes >> (21 - 7 * i) & 0x7FU);
     }
 
-    // The frames of the first tag, then those of the others that it has not.
+    // Appends the frames of the first tag, then those of the other tags that the tags before do not
+    // have.
     void AppendFrames(std::string &tag)
     {
         std::set<std::string_view> names;
@@ -270,7 +273,8 @@ private:
         }
     }
 
-    // `names`: what the tags before hold that a tag holds once; `namesHere`: this one.
+    // `names`: the frames that a tag may have only once and that earlier tags have; `namesHere`:
+    // the same for this tag.
     void AppendFrame(const FrameForm &form, bool isLater, std::string &tag,
                      const std::set<std::string_view> &names, std::set<std::string_view> &namesHere,
                      std::set<std::string_view> &whole)
@@ -296,8 +300,8 @@ private:
             namesHere.insert(name);
     }
 
-    // Padding stays as long as it was. What is neither padding nor a frame stays where the tag is
-    // written as it is stored; elsewhere it has no form.
+    // Padding keeps its length. Bytes that are neither padding nor a frame are kept only when the
+    // tag is written as it is stored; otherwise they are reported as lost.
     void AppendRests(std::string &bytes)
     {
         if (m_order.empty())
@@ -354,7 +358,8 @@ private:
         return Forms([id](const Frame &frame) { return frame.id == id; });
     }
 
-    // Puts `frames` in the place of the first of `forms`, or at the end; the others go.
+    // Puts `frames` in the place of the first of `forms`, or at the end, and removes the other
+    // forms.
     void Replace(const std::vector<FrameForm *> &forms, std::vector<std::string> frames)
     {
         for (FrameForm *form : forms)
@@ -376,7 +381,7 @@ private:
                 values = runtime::Split(text, "; ");
         if (values.size() > kMostValues ||
             std::find(values.begin(), values.end(), std::string()) != values.end())
-            values = {text}; // which a reading would not give again otherwise
+            values = {text}; // several values would be read as another text
         if (id == "TCON")
             std::transform(values.begin(), values.end(), values.begin(), StoredGenre);
         Replace(forms, {NewTextFrame(id, values)});
@@ -393,7 +398,7 @@ private:
         const auto forms =
             Forms([](const Frame &frame) { return frame.id == "TDRC" || frame.id == "TYER"; });
         std::vector<std::string> frames{NewTextFrame("TYER", {text})};
-        // Day and time of a TDRC frame stay.
+        // The day and the time of a TDRC frame are kept.
         for (const FrameForm *form : forms) {
             if (form->source->id != "TDRC" || text.size() != 4 || !BeginsWithYear(text))
                 continue;
@@ -422,7 +427,7 @@ private:
         Replace(forms, {NewTextFrame("TRCK", {TrackText(old, m_edit.now.track.value_or(0))})});
     }
 
-    // The frame of that name that is read: null without one.
+    // The frame of that name that is read; null when there is none.
     FrameForm *Chosen(std::string_view id) const
     {
         std::vector<const FrameList *> lists;
@@ -436,7 +441,7 @@ private:
         return nullptr;
     }
 
-    // The lyrics with times that are read where there are no others.
+    // The lyrics with times that are read when there are no others.
     FrameForm *SyncedLyrics() const
     {
         for (FrameForm *form : FormsNamed("SYLT")) {

@@ -4,11 +4,11 @@
 //
 // A changed field replaces the frames from which it is read (metadata/unicode/tagtexts.h), in their
 // place; a new one is added at the end. An emptied one removes them. Of several comments or lyrics
-// the one that is read is replaced, with its language and description, and the others stay: where
-// it is emptied, another one may be read afterwards. Of a track "3/12" the second number is kept.
-// Values that the text separates by "; " are written as several values. The other frames follow
-// metadata/unicode/form23.h; those of all tags of the file are put into the one tag. A field
-// that was not changed is read from the new tag as it was from the old ones: where it would be read
+// the one that is read is replaced, with its language and description, and the others stay: when it
+// is emptied, another one may be read afterwards. Of a track "3/12" the second number is kept.
+// Parts of a text with "; " between them are written as several values. The other frames: see
+// metadata/unicode/form23.h; those of all tags of the file are put into the one tag. A field that
+// was not changed is read from the new tag as it was from the old ones: if it would be read
 // differently, its frame is replaced too.
 #pragma once
 
@@ -27,7 +27,7 @@ struct TagPlan {
     bool claimsTooMuch = false;   // a tag says that it is longer than the file: where the audio
                                   // begins is not known, and nothing can be written
     std::string tag;              // the new one; empty: none
-    std::int64_t audioOffset = 0; // what is kept of the file, but for the ID3v1 tag
+    std::int64_t audioOffset = 0; // where the audio begins and ends (exclusive)
     std::int64_t audioEnd = 0;
     std::vector<std::string> lost; // names of frames that cannot be kept
     TagTexts texts;                // the fields as they are read from the new tag
@@ -41,8 +41,9 @@ struct TagEdit {
     ReadingOptions options = {};
 };
 
+// The plan for `edit` of the song `file`; nothing is written.
 // Errors: kInvalidCall when the new tag is longer than a tag can be (256 MB); kOutOfMemory when the
-// old ones together are more than twice as long as that.
+// old tags together are more than twice as long as that.
 [[nodiscard]] TagPlan PlanTag(FileBytesPort &file, const TagEdit &edit);
 
 } // namespace metadata::unicode

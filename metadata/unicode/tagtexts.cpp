@@ -103,13 +103,13 @@ int RankOf(std::string_view language, bool isDescribed, const ReadingOptions &op
     return rank + (lower == "eng" ? 1 : 2);
 }
 
-// What some programs keep in comments for themselves, such as "iTunNORM".
+// Whether a program keeps the comment for itself, such as "iTunNORM".
 bool IsForProgram(std::string_view description)
 {
     return description.starts_with("iTun");
 }
 
-// Takes a COMM or USLT frame, if it is a better one with a text.
+// Makes a COMM or USLT frame the best one, if it has a text and a lower rank.
 void Offer(const Frame &frame, const ReadingOptions &options, Choice &best)
 {
     std::string buffer;
@@ -128,7 +128,7 @@ void Offer(const Frame &frame, const ReadingOptions &options, Choice &best)
         best = {&frame, rank, std::move(text)};
 }
 
-// The lyrics with times; empty where that is none.
+// The lyrics with times of a SYLT frame; empty when it has none.
 std::string SyncedText(const Frame &frame, const ReadingOptions &options)
 {
     std::string buffer;
@@ -145,7 +145,7 @@ std::string GenrePiece(std::string_view text)
     return std::string(text);
 }
 
-// "(51)(39)Text" in its pieces; the text after a number refines it, so the number before it is
+// Splits "(51)(39)Text" into its pieces. A text after a number refines it, so that number is
 // dropped.
 void AddGenrePieces(std::string_view value, std::vector<std::string> &pieces)
 {
@@ -214,7 +214,7 @@ constexpr std::uint32_t Name(std::string_view id)
     return name;
 }
 
-// Collects the fields of a tag from frame to frame, but for comment and lyrics.
+// Collects the fields of a tag, except comment and lyrics, from frame to frame.
 class FieldFinder
 {
 public:
@@ -297,7 +297,8 @@ void FillMissing(TagTexts &texts, TagTexts more)
     fill(texts.track, more.track);
 }
 
-// The texts of all tags of a file, in the order in which they are found.
+// The texts of all tags of a file, in the order in which WalkTags finds them. The fields of an
+// update replace those of the tags before it.
 class TagsReader
 {
 public:
@@ -306,7 +307,6 @@ public:
     void Take(const FrameList &list)
     {
         FieldFinder fields;
-        // Those of an update count before those of the tags in front of it.
         Choice comment, lyrics;
         std::string synced;
         for (const Frame &frame : list.frames) {

@@ -12,11 +12,11 @@
 //   comment   COMM; one without a description before others, then by language
 //   lyrics    USLT, chosen by the same rule; without one SYLT, as lines with time marks
 //
-// A text of several values has "; " between them. Where a tag holds a frame twice, the first one
-// that has a text counts; where a file has several tags, the first tag that has the field, but for
+// A text of several values has "; " between them. When a tag has a frame twice, the first one with
+// a text is used; when a file has several tags, the first tag that has the field, except for
 // comment and lyrics, which are chosen among those of all tags. Source: "ID3 tag version 2.4.0 -
 // Native Frames", sections 4.2 to 4.10, with the version 2.2 and 2.3 documents for the names and
-// forms that it dropped.
+// forms that it does not have any more.
 #pragma once
 
 #include "metadata/unicode/framelist.h"
@@ -40,16 +40,15 @@ struct TagTexts {
     bool operator==(const TagTexts &) const = default;
 };
 
-// What a choice between frames depends on.
+// What the choice between frames depends on.
 struct ReadingOptions {
     std::string language = "eng"; // ISO 639-2, three letters in lower case: preferred over others
     double mpegFrameMs = 0; // the length of one audio frame, for times that count in frames; 0 =
                             // not known, such lyrics are read without time marks
 };
 
-// Whether the tag has a field whose text depends on more than the place of its frame: of another
-// version than 2.3, not in Latin-1, packed, or UTF-8 in the place of Latin-1. `tag` as for
-// ReadFrames.
+// Whether the tag has a field that only reading by frames decodes: of another version than 2.3, not
+// in Latin-1, packed, or UTF-8 in a frame that is marked as Latin-1. `tag` as for ReadFrames.
 [[nodiscard]] bool NeedsFrames(const TagHeader &header, std::string_view tag);
 
 // The genre that the values of a TCON frame name (2.3, section 4.2.1; 2.4, section 4.2.3): a number
@@ -70,7 +69,7 @@ struct ReadingOptions {
 // The texts of a text frame, in UTF-8; empty for one without any, and for one that cannot be read.
 [[nodiscard]] std::vector<std::string> ValuesOf(const Frame &frame);
 
-// Several values as the one text that a field shows.
+// Several values as the one text that a field shows, joined with "; ".
 [[nodiscard]] std::string Joined(const std::vector<std::string> &values);
 
 // The fields of all ID3v2 tags of a file, as WalkTags finds them. A field is taken from the first

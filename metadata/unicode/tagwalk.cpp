@@ -23,7 +23,7 @@ public:
     void Run()
     {
         ReadTagsInFront();
-        // With an ID3v1 tag after them, or without.
+        // Once with an ID3v1 tag after them, once without.
         for (const std::int64_t behind : {kId3v1Bytes, std::int64_t{0}})
             ReadTagsInFrontOf(m_file.Length() - behind);
     }
@@ -52,7 +52,8 @@ private:
         }
     }
 
-    // The tags that end there, one in front of the other: each with a footer, or read already.
+    // Reads the tags that end at `end`, one in front of the other: each has a footer, or was read
+    // already.
     void ReadTagsInFrontOf(std::int64_t end)
     {
         for (std::size_t i = 0; i <= kMaxTags && end > 0; ++i) {
@@ -65,7 +66,7 @@ private:
         }
     }
 
-    // Where it begins; -1 without a tag.
+    // Returns: where the tag begins; -1 when there is none.
     std::int64_t ReadTagWithEnd(std::int64_t end)
     {
         if (end < 2 * kTagHeaderBytes)
@@ -84,13 +85,13 @@ private:
         return isWhole && ReadTagAt(start, notUsed) ? start : -1;
     }
 
-    // Whether there is a tag; `seek`: its SEEK frame.
+    // Returns: whether there is a tag. `seek` is set to the value of its SEEK frame.
     bool ReadTagAt(std::int64_t at, std::optional<std::int64_t> &seek)
     {
         auto header = ReadTagHeader(m_file.Read(at, kTagHeaderBytes));
         if (!header || m_read.size() == kMaxTags)
             return false;
-        // Where the footer is announced and not there, its bytes are those of the audio.
+        // If the announced footer is missing, its bytes belong to the audio.
         const std::int64_t bodyEnd = at + kTagHeaderBytes + header->bodyBytes;
         if (header->HasFooter() && !ReadTagFooter(m_file.Read(bodyEnd, kTagHeaderBytes)))
             header->flags &= ~TagHeader::kFooterFlag;
@@ -107,7 +108,7 @@ private:
     FileBytesPort &m_file;
     const VisitTag &m_visit;
     std::vector<Extent> m_read; // no two of them overlap
-    std::int64_t m_behind = 0;  // where the last one says that it ends
+    std::int64_t m_behind = 0;  // where the last tag ends, as its header says
 };
 
 } // namespace

@@ -33,14 +33,14 @@ struct TagPlace {
     std::int64_t End() const { return offset + bytes; }
 };
 
-// How many bytes of the tag are read where `rest` bytes of the file are left. A tag that claims
-// more than the file holds, or more than a tag can have (256 MB, section 3.1), is damaged: it is
+// How many bytes of the tag are read when `rest` bytes of the file are left. A tag that claims more
+// bytes than the file has, or more than a tag can have (256 MB, section 3.1), is damaged: it is
 // read up to kMaxUnpackedBytes.
 [[nodiscard]] std::int64_t BytesThere(const TagHeader &header, std::int64_t rest);
 
-// Calls `visit` with each tag, and its bytes, in this order: those at the file's beginning, one
-// after the other; those that their SEEK frames lead to; those with a footer at the end, in front
-// of an ID3v1 tag where there is one, the last one first. At most 16 tags, and no byte in two.
+// Calls `visit` with each tag and its bytes, in this order: the tags at the file's beginning, one
+// after the other; those to which their SEEK frames point; those with a footer at the end, before
+// an ID3v1 tag if there is one, the last one first. At most 16 tags, and no byte in two of them.
 using VisitTag =
     std::function<void(const TagPlace &, std::string_view bytes, const FrameList &frames)>;
 void WalkTags(FileBytesPort &file, const VisitTag &visit);

@@ -42,7 +42,7 @@ constexpr std::uint64_t UnitsLike(std::uint64_t first, std::uint64_t second)
     return block;
 }
 
-// Writes to `to`, which has room for 4 bytes. The end of what was written.
+// Writes to `to`, which has room for 4 bytes. Returns: the end of what was written.
 char *WriteUtf8(char *to, std::uint32_t codePoint)
 {
     if (codePoint < 0x80) {
@@ -124,7 +124,7 @@ ByteOrder GuessByteOrder(std::string_view bytes)
     return high > low ? ByteOrder::HighFirst : ByteOrder::LowFirst;
 }
 
-// The order that a mark gives, cut off `bytes`.
+// Removes a byte order mark from `bytes`. Returns: the order that it gives; no value without one.
 std::optional<ByteOrder> TakeMark(std::string_view &bytes)
 {
     if (bytes.starts_with(kLowFirstMark)) {
@@ -138,7 +138,7 @@ std::optional<ByteOrder> TakeMark(std::string_view &bytes)
     return std::nullopt;
 }
 
-// `known` is the order of the value before, and becomes that of this one.
+// `known`: the byte order of the value before; it is set to that of this value.
 std::string DecodeOne(Encoding encoding, std::string_view bytes, std::optional<ByteOrder> &known)
 {
     if (encoding == Encoding::Utf16 || encoding == Encoding::Utf16Be) {

@@ -38,7 +38,7 @@ struct TerminatedText {
 };
 [[nodiscard]] TerminatedText CutAtTerminator(Encoding encoding, std::string_view bytes);
 
-// A frame's values after these are left out; empty ones count as well.
+// A frame's values after this many are ignored; empty ones count as well.
 inline constexpr std::size_t kMostValues = 1000;
 
 // The values of a text frame: one, or several with a terminator between them. Empty ones are left
