@@ -33,7 +33,7 @@ int BreakPlaces::Shown(int position) const
 
 int BreakPlaces::Stored(int place) const
 {
-    std::size_t before = 0; // those that are before the place
+    std::size_t before = 0; // how many are before the place
     std::size_t after = m_odd.size();
     while (before < after) {
         const std::size_t middle = (before + after) / 2;

@@ -1,7 +1,7 @@
 // lyrics/breakplaces.h - positions in lyrics, where a line break is CR LF, and in a view of them,
-// where that pair is one place. A CR or an LF alone is one place in both. Positions count
-// characters: of file bytes each one is. The view counts units of UTF-16, two of a character beyond
-// U+FFFF.
+// where that pair is one place. A CR alone and an LF alone are one place in both. Positions count
+// characters (each file byte is one). The view counts units of UTF-16: a character beyond U+FFFF
+// has two.
 #pragma once
 
 #include "metadata/records.h"
@@ -23,8 +23,8 @@ public:
     // before the line break.
     [[nodiscard]] int Shown(int position) const;
 
-    // The position in the text of a place in the view: before the CR where a break is next, before
-    // the character where the place is between its two units.
+    // The position in the text of a place in the view. Before a line break: the position before its
+    // CR. Between the two units of a character: the position before that character.
     [[nodiscard]] int Stored(int place) const;
 
     // The number of places in the view.
@@ -34,9 +34,9 @@ private:
     // A CR that has its LF, or a character of two units.
     struct Odd {
         int position = 0; // in the text
-        int shift = 0;    // of the view's places against the text's positions after it
+        int shift = 0;    // what the view's places after it differ by from the text's positions
     };
-    // The shift after the first `count` of them.
+    // The shift after the first `count` items of m_odd.
     [[nodiscard]] int Shift(std::size_t count) const
     {
         return count == 0 ? 0 : m_odd[count - 1].shift;

@@ -50,8 +50,9 @@ struct Place {
     metadata::TextKind kind = metadata::TextKind::FileBytes; // of the draft
 };
 
-// The place of the draft that a reader of this kind of text can have. One with characters that the
-// kind lacks is left out and keeps its place: written as that kind it would lose them.
+// The place for the draft of a song, for a reader of that kind of text. A draft with characters
+// that this kind lacks is skipped, and its place is not used: written as that kind it would lose
+// them.
 Place FindPlace(const std::string &path, metadata::TextKind kind)
 {
     using metadata::TextKind;

@@ -1,6 +1,7 @@
 // lyrics/drafts.h - the marked lyrics of a song that are not in its file yet, kept so that neither
-// an error nor a kill loses them: one file a song, beside the settings. Paths are the file system's
-// bytes, lyrics are of either kind of texts; the draft says of which. No state.
+// an error nor a kill of the process loses them: one file for each song, beside the settings. Paths
+// are the file system's bytes, lyrics are of either kind of texts; the draft's first line says
+// which. No state.
 #pragma once
 
 #include "metadata/records.h"
@@ -14,8 +15,8 @@ namespace lyrics
 // The folder of the drafts: "Drafts" in the folder of the settings. WriteDraft makes it.
 std::string DraftFolder();
 
-// The draft for the song at `path`, as that kind of text. Nothing when there is none, or none that
-// can be read. When the kind is file bytes, the three procedures ignore a draft in UTF-8 with a
+// The draft for the song at `path`, as that kind of text. Nothing when there is none, or when it
+// cannot be read. When the kind is file bytes, the three procedures ignore a draft in UTF-8 with a
 // character that the code page lacks, so that nothing of it is lost.
 std::optional<std::string> ReadDraft(const std::string &path,
                                      metadata::TextKind kind = metadata::TextKind::FileBytes);

@@ -47,7 +47,7 @@ std::string StoredText(const QString &shown, metadata::TextKind kind)
     return runtime::Replace(metadata::FieldOf(kind, platform::qt::FromQt(shown)), "\n", "\r\n");
 }
 
-// The stretch in which two texts differ, without the half of a character that takes two units.
+// The range in which two texts differ. It never begins or ends inside a character of two units.
 struct Difference {
     int from = 0;              // in both
     int before = 0, after = 0; // its end in either
@@ -118,7 +118,7 @@ void LyricsView::ShowText()
     if (m_shown.isEmpty() || text.isEmpty()) {
         setPlainText(text);
     } else {
-        // Only what differs, as an edit that can be undone.
+        // Only the range that differs is replaced, as an edit that can be undone.
         const Difference stretch = DifferenceOf(m_shown, text);
         QTextCursor cursor(document());
         cursor.setPosition(stretch.from);

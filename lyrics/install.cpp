@@ -17,7 +17,7 @@ namespace
 {
 
 struct State {
-    std::unique_ptr<LyricsForm> following; // made when the first lyrics come
+    std::unique_ptr<LyricsForm> following; // created for the first lyrics
     bool wanted = false;                   // the user is asking for it just now
     std::vector<std::unique_ptr<LyricsForm>> setting;
 };

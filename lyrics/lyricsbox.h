@@ -1,6 +1,6 @@
 // lyrics/lyricsbox.h - the text box of lyrics, of either kind of texts, with a selection. Positions
-// count characters: of file bytes each byte is one. What the user sees of a line break is one
-// place, here it is the two characters it is stored as.
+// count characters: of file bytes each byte is one. A line break counts as the two characters that
+// are stored for it, also where the user sees only one place.
 #pragma once
 
 #include "metadata/records.h"
@@ -37,7 +37,8 @@ public:
         return CountIn(std::string_view(m_text).substr(0, offset));
     }
 
-    // Puts another text there, the caret at its start. Raises `textChanged` when it differs.
+    // Replaces the text and puts the caret at its start. Raises `textChanged` when the text
+    // differs.
     void SetText(std::string_view text)
     {
         if (text == m_text)

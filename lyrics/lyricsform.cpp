@@ -52,7 +52,7 @@ void SetSymbol(ui::Button &button, std::string_view symbol)
 
 void SetTimer(ui::Timer &timer, bool enabled)
 {
-    if (timer.Enabled() != enabled) // to enable it again would start its interval again
+    if (timer.Enabled() != enabled) // enabling it again would restart its interval
         timer.SetEnabled(enabled);
 }
 
@@ -211,7 +211,7 @@ void FollowLyrics(LyricsForm &form, std::string_view title, std::string_view lyr
     std::string song(title);
     std::erase(song, '\0'); // many programs write NULs after the texts of a tag
     form.SetTitle(song.empty() ? name : song + " - " + name);
-    form.Lyrics.SetText({}); // so that a text like the last one is a change
+    form.Lyrics.SetText({}); // so that a text that equals the last one is a change too
     form.Lyrics.kind = metadata::KindInUse();
     form.Lyrics.SetText(runtime::WithCrLf(lyrics));
 }

@@ -1,6 +1,6 @@
-// lyrics/lyricsform.h - frmLyrics without its widgets: the controls, the fields, and what its
-// buttons and timers do and what happens when it closes. Lyrics are file bytes, paths are bytes,
-// all other texts are UTF-8.
+// lyrics/lyricsform.h - frmLyrics without its widgets: its controls and fields, what its buttons
+// and timers do, and what happens when it closes. Lyrics are file bytes or UTF-8 (LyricsBox::kind),
+// paths are bytes, all other texts are UTF-8.
 #pragma once
 
 #include "lyrics/marks.h"

@@ -65,7 +65,8 @@ std::string ReadText(const std::string &txtPath)
     return *std::move(text);
 }
 
-// The text of a file in UTF-8. A NUL would end it.
+// The text of a file in UTF-8, without NULs: a reader of the tag would end the text at the first
+// one.
 std::string Decoded(std::string_view bytes)
 {
     using metadata::unicode::Encoding;

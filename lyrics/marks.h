@@ -13,7 +13,8 @@
 namespace lyrics
 {
 
-// From a change until its draft is written; the writing itself takes some more time.
+// The time from a change until its draft is written, in ms; the writing itself takes some more
+// time.
 inline constexpr int kDraftMs = 1000;
 
 // The song whose times are being set, with the controls that its marks need.

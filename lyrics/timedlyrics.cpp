@@ -19,7 +19,7 @@ constexpr auto kNone = std::string_view::npos;
 
 // One pass over a text. The rule is: take the first "[" and the first "]" of what remains, again
 // and again. So the n-th "[" belongs to the n-th "]", and both searches only move forward. Offsets
-// into `source` are zero-based; positions are one-based and count in the text as it is at that
+// into `source` are zero-based. Positions are one-based and count in the text as it is at that
 // step: `clean`, then the rest of `source` from `open` on.
 class Pass
 {
@@ -46,7 +46,7 @@ public:
     }
 
 private:
-    // So that no stretch is counted twice.
+    // Counts once for all positions, so that no part is counted twice.
     void CountAll()
     {
         m_characters.reserve(m_source.size() + 1);
@@ -64,7 +64,7 @@ private:
         return m_characters.empty() ? end - from : m_characters[end] - m_characters[from];
     }
 
-    // One pair of brackets. False when the parsing ends here.
+    // Handles one pair of brackets. Returns: false when the parsing ends here.
     bool Step()
     {
         if (m_close < m_open)
@@ -170,10 +170,10 @@ private:
     std::vector<std::uint32_t> m_characters; // before each offset; empty where each byte is one
     std::string m_clean;
     std::size_t m_cleanCharacters = 0;
-    std::size_t m_open, m_close; // the pair at work; kNone when there is none
-    std::size_t m_done = 0;      // what is before it is in `m_clean`, or removed
+    std::size_t m_open, m_close; // the pair that is being parsed; kNone when there is none
+    std::size_t m_done = 0;      // the text before it is in `m_clean`, or was removed
     std::size_t m_paired = 0;    // each "]" before it has its "["
-    // Found once and kept while they are ahead, so that no stretch is searched twice.
+    // Found once, and valid as long as they are ahead, so that no part is searched twice.
     std::size_t m_colon = 0;     // the first ":" after the "["
     std::size_t m_line = 0;      // the carriage return of the line
     std::size_t m_lastClose = 0; // the last "]" before m_line

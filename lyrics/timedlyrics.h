@@ -1,5 +1,5 @@
-// lyrics/timedlyrics.h - lyrics with time marks: one text in which "[minutes:seconds]" says when
-// the line after it is sung. Texts are of either kind; of file bytes each one is a character. No
+// lyrics/timedlyrics.h - lyrics with time marks: one text in which "[minutes:seconds]" is the time
+// when the line after it is sung. Texts are of either kind; each file byte is a character. No
 // state.
 #pragma once
 

@@ -1,5 +1,6 @@
-// shell/globals.h - what start-up sets for the whole program: the fields, the preferences,
-// the paths. Written by Main and by the Preferences window, read everywhere. Texts are UTF-8.
+// shell/globals.h - what start-up sets for the whole program: the fields, the preferences, the
+// paths. Written by Main, by the Preferences window and by commands that change one of them; read
+// everywhere. Texts are UTF-8.
 #pragma once
 
 #include "ui/controls/label.h"

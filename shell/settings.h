@@ -1,5 +1,6 @@
 // shell/settings.h - what the program remembers besides the catalogue: texts by section and key,
-// for each user, under the title "Quenlin". Each call reads the store; no state here.
+// for each user, under the title "Quenlin". Each call reads the store. State: only which unusable
+// values have been reported.
 #pragma once
 
 #include <cstdint>
@@ -41,7 +42,7 @@ std::string GetPreference(std::string_view key);
 // used, and a box reports this once in a run, with the name of the file.
 bool GetFlagPreference(std::string_view key);
 
-// The same as a number of 32 bits, rounded; a half to the even number.
+// The same as a number of 32 bits; a half is rounded to the even number.
 std::int32_t GetNumberPreference(std::string_view key);
 
 // Forgets which settings these two have reported.
@@ -53,7 +54,7 @@ void SaveFlagPreference(std::string_view key, bool value);
 void SaveNumberPreference(std::string_view key, std::int32_t value);
 
 // Section "Extras", key "UnicodeTags": whether tags are read and written by their frames and
-// encodings. Not, as long as it was not chosen. Saving it takes effect at once.
+// encodings; false until the user has chosen it. Saving it takes effect at once.
 bool IsUnicodeTagsOn();
 void SaveUnicodeTags(bool on);
 

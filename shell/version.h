@@ -13,7 +13,7 @@ namespace shell
 // program.
 inline constexpr std::string_view RequiredDBVersion = "1.6.6";
 
-// The program's own version: 1.6.9.
+// A version in its three numbers; kProgramVersion is the program's own.
 struct Version {
     std::int16_t major = 0, minor = 0, patch = 0;
 

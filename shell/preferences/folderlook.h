@@ -1,5 +1,5 @@
-// shell/preferences/folderlook.h - finds out for the preferences' window whether a folder can be
-// read: events run while the disk does not answer, and after a while it counts as not readable.
+// shell/preferences/folderlook.h - finds out for the Preferences window whether a folder can be
+// read. Events run while the disk does not answer; after a while the folder counts as not readable.
 #pragma once
 
 #include "platform/disk/folders.h"
@@ -15,7 +15,7 @@ namespace shell
 // What the caller does when a wait is so long that the user notices it. Empty functions do nothing.
 struct LongWait {
     std::function<void()> begin, end;
-    std::function<bool()> isEnded; // true ends the wait
+    std::function<bool()> isEnded; // returns true to end the wait
 };
 
 // Whether the folder can be read. Waits at most `limitMs`; the end of the program ends the wait.

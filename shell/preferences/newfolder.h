@@ -8,7 +8,7 @@ namespace shell
 {
 
 // Asks for a name and makes a folder of that name in the folder that is selected in `shown`, the
-// nodes of `dirTree`, which then shows it.
+// tree of `dirTree`. The tree then shows the new folder.
 // Errors: kFileExists when the name exists, else FileError, each with the path; nothing is made.
 void NewFolder(ui::cDirTree &dirTree, ui::KeyedTree &shown);
 

@@ -30,8 +30,8 @@ using platform::FolderAnswer;
 
 constexpr int kEnterKey = 13;
 
-// Exists from the command until the window has closed. Events run during a wait for a disk, before
-// the window is shown: the user may choose the command again then.
+// One exists from the command until the window has closed. Events run during a wait for a disk,
+// before the window is shown: the user may choose the command again then.
 class OneWindow
 {
 public:

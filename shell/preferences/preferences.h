@@ -1,6 +1,6 @@
-// shell/preferences/preferences.h - frmPref: the folder to catalogue and the flags of the section
-// "Preferences": loading the window, and the events of the tree, of the path's text box and of the
-// buttons; the menu's command.
+// shell/preferences/preferences.h - frmPref, the window with the folder to catalogue and the flags
+// of the section "Preferences": its load, the events of the tree, of the path's text box and of the
+// buttons, and the menu's command.
 #pragma once
 
 #include "shell/preferences/preferenceschoices.h"

@@ -1,6 +1,6 @@
-// shell/preferences/unicodeoffer.h - frmUnicodeOffer: after a regeneration that found tags which
-// can only be read by their frames: asks whether tags are to be read like this from now on. Asked
-// once for each library.
+// shell/preferences/unicodeoffer.h - frmUnicodeOffer, which is shown after a regeneration that
+// found tags which only reading by frames can decode. It asks whether to read tags like that from
+// now on, once for each library.
 #pragma once
 
 #include "ui/controls/form.h"
@@ -30,7 +30,7 @@ struct UnicodeOfferForm : ui::Form {
 // for Yes. The answer is stored; the caller stores the setting itself.
 [[nodiscard]] bool OfferUnicodeTags(std::int64_t files, std::int64_t of);
 
-// The user has chosen how tags are read in this library without being asked: no offer is due.
+// To be called when the user has chosen how tags are read in this library: no question is due then.
 void NoteUnicodeChoice();
 
 } // namespace shell

@@ -102,7 +102,7 @@ void MakeHome(const std::string &home)
     Check(platform::TheFiles().FlushFolderOf(home), home);
 }
 
-// The names of the shipped files, in the order of the alphabet.
+// The names of the shipped files, sorted by their bytes.
 std::vector<std::string> ShippedNames(const std::string &folder)
 {
     std::vector<std::string> names;
@@ -116,7 +116,8 @@ std::vector<std::string> ShippedNames(const std::string &folder)
     return names;
 }
 
-// Whether the user's file is what an interrupted writing leaves: nothing, or a true beginning.
+// Whether the user's file is what an interrupted writing leaves: an empty file, or the first part
+// of the shipped one.
 bool IsTorn(const std::string &shipped, const std::string &users)
 {
     std::error_code unknown;
@@ -130,8 +131,8 @@ bool IsTorn(const std::string &shipped, const std::string &users)
     return bytes && Read(shipped).starts_with(*bytes);
 }
 
-// A shipped file as the user got it. If the state is the same, the installation still has the same
-// file, and its bytes need not be read.
+// A shipped file at the time when it was copied. If its state is the same, its bytes are the same
+// too and need not be read.
 struct Given {
     std::string
         state; // size in bytes and time of change in ns, in decimal; any other text: unknown
@@ -142,7 +143,7 @@ struct Given {
 using GivenFiles = std::map<std::string, Given, std::less<>>;
 
 // The record has one line for each file: hash in hexadecimal, a blank, state, a blank, name. A line
-// of another form is passed over.
+// of another form is ignored.
 GivenFiles ReadRecord(const std::string &home)
 {
     GivenFiles given;
@@ -198,7 +199,7 @@ void Renew(const std::string &bytes, const std::string &to, const Given *given)
         WriteNew(to, bytes, Existing::Replace);
 }
 
-// Updates all copies. Returns what the user was given so far, for the next time.
+// Updates all copies. Returns: the record for the next time.
 GivenFiles RenewAll(const std::string &shippedFolder, const std::string &home,
                     const GivenFiles &before)
 {

@@ -10,15 +10,15 @@ namespace shell
 // Copies the shipped files (the files of `shippedFolder`) into `home` on the very first start, and
 // marks that as done with a file named ".filled". An existing file is not changed, and afterwards
 // nothing is copied again: a file that is missing later stays missing. Each copy appears whole, and
-// is on the disk before the marker is: a power cut leaves what the next start completes. Processes
-// that start side by side do not disturb one another. Errors: FileError (runtime/error.h); the
-// files copied so far stay, and the next start copies the rest.
+// is on the disk before the marker is: after a power cut the next start completes the work.
+// Processes that start at the same time do not disturb one another. Errors: FileError
+// (runtime/error.h); the files copied so far stay, and the next start copies the rest.
 void FillOnFirstStart(const std::string &shippedFolder, const std::string &home);
 
-// Copies a shipped file again whose copy in `home` is empty or a true beginning of it, as an
-// interrupted writing leaves one. The catalogue is never replaced, nor a file that the user
-// changed, and a file that is missing stays missing. Errors: none; a file that cannot be written
-// stays.
+// Copies a shipped file again when its copy in `home` is empty or only the first part of it, as an
+// interrupted writing leaves it. The catalogue is never replaced, nor a file that the user changed,
+// and a file that is missing stays missing. Errors: none; a file that cannot be written is not
+// changed.
 void RestoreTornFiles(const std::string &shippedFolder, const std::string &home);
 
 // Updates the user's copies after an upgrade: a copy that the user has not changed is replaced by

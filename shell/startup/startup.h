@@ -70,7 +70,7 @@ void ReadPreferences();
 // the file system.
 std::vector<std::string> FindLanguages();
 
-// The box for an error that nothing caught: its number and its description.
+// Shows a box for an error that nothing caught: its number and its description.
 void ShowRuntimeError(const runtime::RuntimeError &error);
 
 // The page from which a new catalogue can be downloaded: in a reserved domain, until there is a
