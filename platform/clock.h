@@ -25,7 +25,7 @@ struct Clock {
     // Seconds since the local midnight, with their fraction.
     virtual double SecondsOfDay() = 0;
 
-    // The date, the time of day in the user's regional short form ("21.11.2026", "01:04:50").
+    // The date and the time of day in the user's regional short form ("21.11.2026", "01:04:50").
     virtual std::string DateText(const LocalTime &time) = 0;
     virtual std::string TimeText(const LocalTime &time) = 0;
 

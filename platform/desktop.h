@@ -17,7 +17,7 @@ enum class Pointer {
     Normal = 0,
     Hourglass = 11,
     ArrowHourglass = 13
-}; // fixed values; Hourglass is shown during a wait
+}; // the numbers of the first version; Hourglass is shown during a wait
 
 // One line of an open dialog's list of file kinds: "MP3 Files", "*.mp3".
 struct FileFilter {
@@ -29,13 +29,13 @@ struct Desktop {
     virtual ~Desktop() = default;
 
     // Shows a box and waits for its answer. An empty `title` means the application's title,
-    // "Quenlin". Closing the box, or that nobody can be asked, counts as Ok, as No
-    // for YesNo, as Cancel for SaveDiscardCancel.
+    // "Quenlin". When the user closes the box, or cannot be asked, the answer is Ok, for YesNo it
+    // is No, for SaveDiscardCancel Cancel.
     virtual Answer MessageBox(std::string_view text, Buttons buttons = Buttons::Ok,
                               std::string_view title = {}, BoxIcon icon = BoxIcon::None) = 0;
 
-    // The same for a given text, together with the operating system's words: in a terminal on the
-    // next line, in a window's box shown by a button.
+    // The same with `details`, the words of the operating system: a terminal prints them on the
+    // next line, a window's box shows them by a button.
     virtual Answer MessageBoxWithDetails(std::string_view text, std::string_view details,
                                          Buttons buttons = Buttons::Ok, std::string_view title = {})
     {
@@ -55,9 +55,9 @@ struct Desktop {
                                                   const std::vector<FileFilter> &filters,
                                                   const std::string &folder) = 0;
 
-    // Lets the user choose the place of a file to be written; the dialog has asked before an
-    // existing one is taken. `path` is suggested: a name alone, or with its folder. Nothing when
-    // the user cancels or cannot be asked.
+    // Lets the user choose the path of a file to be written. The dialog asks before it returns an
+    // existing file. `path` is the suggestion: a name alone, or with its folder. Nothing when the
+    // user cancels or cannot be asked.
     virtual std::optional<std::string> SaveDialog(std::string_view /*title*/,
                                                   const std::vector<FileFilter> & /*filters*/,
                                                   const std::string & /*path*/)
@@ -70,9 +70,9 @@ struct Desktop {
     // The clipboard's text; empty when it holds none.
     virtual std::string ClipboardText() { return {}; }
 
-    // Has the desktop open a path or an address (http:, mailto:) as a double click would, with
-    // `workingFolder` as the folder of the opened program where the platform has such a thing. A
-    // mailto: address is passed on byte for byte.
+    // Makes the desktop open a path or an address (http:, https:, mailto:) as a double click would,
+    // with `workingFolder` as the current folder of the opened program, on platforms that have
+    // this. A mailto: address is passed on byte for byte.
     // Returns: false when nothing could be started and the user was not informed.
     virtual bool OpenAddress(const std::string &address, const std::string &workingFolder) = 0;
 

@@ -18,9 +18,9 @@ namespace platform
 {
 
 // The value of `key` in `section` of the file at `path`, as UTF-8, its first `maxCharacters`
-// characters. A file that is no valid UTF-8 is in the code page (runtime/codepage.h).
-// Returns: nothing when the file has no such entry, or is absent, no regular file, or unreadable.
-// Only the whole lines within the first 4 MiB of a file are looked at.
+// characters. A file that is not valid UTF-8 is read in the code page (runtime/codepage.h).
+// Returns: nothing when the file has no such entry, is missing, is not a regular file, or cannot be
+// read. Only the whole lines within the first 4 MiB of a file are read.
 std::optional<std::string> ReadIniText(const std::string &path, std::string_view section,
                                        std::string_view key, std::size_t maxCharacters);
 

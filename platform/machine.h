@@ -36,8 +36,8 @@ struct Machine {
     Web *web = nullptr;         // null in a terminal, and in a build without it
     Windows *windows = nullptr; // null in a terminal
 
-    // Called before the program waits for the user (BeginWait, platform/waiting.h): app/ has the
-    // catalogue unlocked there (catalogue::CloseOpenGroup).
+    // Called before the program waits for the user (BeginWait, platform/waiting.h). app/ sets it to
+    // catalogue::CloseOpenGroup, which unlocks the catalogue.
     std::function<void()> beginWait;
 };
 

@@ -62,8 +62,8 @@ struct Player {
     virtual WindowHandle GetForegroundWindow() = 0;
     virtual void SetForegroundWindow(WindowHandle window) = 0;
 
-    // The key that types a character: its code in the low byte, the shift state in bits 8 (Shift),
-    // 9 (Control) and 10 (Alt).
+    // The key that types a character: its code in the low byte, the shift state in the bits 8
+    // (Shift), 9 (Control) and 10 (Alt).
     virtual std::int16_t KeyOfCharacter(unsigned char character) = 0;
     virtual std::uint32_t ScanCodeOfKey(std::uint32_t key) = 0;
     virtual void KeyEvent(std::uint8_t key, std::uint8_t scanCode, std::uint32_t flags) = 0;

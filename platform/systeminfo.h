@@ -14,7 +14,7 @@ struct SystemInfo {
     virtual std::string Name() = 0;
 };
 
-// This machine's.
+// The operating system of this machine.
 SystemInfo &ThisSystem();
 
 } // namespace platform

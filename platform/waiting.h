@@ -12,9 +12,9 @@ namespace platform
 
 enum class WaitEnd { Held, Limit, Cancelled };
 
-// Lets events run until `condition` holds; asks it first, then about every 10 ms.
-// Returns: how the wait ended: the condition became true; `limitMs` passed; CancelWaits was called
-// or a signal asked for the end.
+// Lets events run until `condition` returns true; checks it first, then about every 10 ms.
+// Returns: how the wait ended: Held: the condition is true; Limit: `limitMs` have passed;
+// Cancelled: CancelWaits was called, or a signal asked for the end.
 WaitEnd WaitUntil(const std::function<bool()> &condition, std::int64_t limitMs);
 
 // What must be done before the program waits for the user. Each box, dialog and modal window begins

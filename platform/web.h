@@ -19,10 +19,10 @@ struct WebFetch {
 struct Web {
     virtual ~Web() = default;
 
-    // Fetches the file at `address` (http or https; anything else is an answer of nothing).
-    // `done` gets the file's bytes, or nothing when there was no connection, no answer in time, an
-    // answer other than 200, or one that is too large. It is called once, later, from the event
-    // loop of the caller's thread, never inside Fetch; it may destroy the fetch.
+    // Fetches the file at `address` (http or https). `done` gets the file's bytes, or nothing: for
+    // another kind of address, and when there was no connection, no answer in time, an answer other
+    // than 200, or one that is too large. It is called once, later, from the event loop of the
+    // caller's thread, never inside Fetch; it may destroy the fetch.
     // Returns: the fetch; never null.
     [[nodiscard]] virtual std::unique_ptr<WebFetch>
     Fetch(const std::string &address,

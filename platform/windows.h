@@ -1,6 +1,6 @@
 // platform/windows.h - what the program asks of the window system: screens, modality, dark or
-// light, and bringing windows forward. Lengths are twips (15 to the pixel at 96 dpi), from the left
-// upper corner of the whole desktop, so they may be negative.
+// light. Lengths are twips (15 to the pixel at 96 dpi), from the upper left corner of the whole
+// desktop, so they may be negative.
 #pragma once
 
 #include <vector>
@@ -22,12 +22,12 @@ struct Windows {
     // screen first. Empty when there is none.
     virtual std::vector<Placement> Screens() = 0;
 
-    // Whether a window can be put at a place of the program's choice and learn where it is. False
-    // on Wayland: there only a size is restored, and a stored left and top stay as they are stored.
+    // Whether the program can choose and read the place of a window. False on Wayland: there only
+    // the size is restored, and a stored left and top are not changed.
     virtual bool KnowsPlaces() = 0;
 
     // Must be called before a non-modal window is shown.
-    // Errors: kNonModalOverModal (401) while a modal window is up.
+    // Errors: kNonModalOverModal (401) while a modal window is open.
     virtual void CheckNonModal() = 0;
 
     // Whether windows are dark now.

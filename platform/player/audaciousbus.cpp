@@ -103,7 +103,8 @@ bool AudaciousBus::Connect()
     return m_bus != nullptr;
 }
 
-// Handles the messages that have come, and waits for more until `done` returns true.
+// Handles the messages that have arrived, and waits for more until `done` returns true or `limitMs`
+// has passed.
 void AudaciousBus::Process(std::int64_t limitMs, const std::function<bool()> &done)
 {
     const std::int64_t end = NowMs() + limitMs;

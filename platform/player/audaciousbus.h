@@ -27,9 +27,9 @@ public:
     AudaciousBus(const AudaciousBus &) = delete;
     AudaciousBus &operator=(const AudaciousBus &) = delete;
 
-    // Handles the messages that have come; connects when there is no connection. A player that has
-    // just been found gets the time of one call for its first answer. A player that is starting is
-    // not asked anything: a question that arrives too early would make it end.
+    // Handles the messages that have arrived; connects when there is no connection. A player that
+    // has just been found gets the time of one call for its first answer. A player that is starting
+    // is not asked anything: a question that arrives too early would make it end.
     void Update();
 
     bool IsOwned() const { return !m_owner.empty(); } // a player has its name on the bus

@@ -35,7 +35,7 @@ public:
     // Removes every entry of that key.
     void Remove(std::string_view section, std::string_view key);
 
-    // The whole text; lines that were not set are unchanged, and the last one has a line end.
+    // The whole text; lines that were not set are unchanged, and the last line has a line end.
     [[nodiscard]] std::string Text() const;
 
 private:

@@ -58,7 +58,7 @@ struct IniSettings::File {
     std::vector<Change> heldBack;
     bool isReported = false; // whether a failure to write was reported
 
-    // Reads the file again. False when it is there and cannot be read.
+    // Reads the file again. Returns: false when it exists and cannot be read.
     bool Load()
     {
         const Stamp now = StampOf(path);
@@ -71,7 +71,7 @@ struct IniSettings::File {
         return text || absent;
     }
 
-    // Writes what has been held back. Returns: false when that failed, with errno set and the file
+    // Writes the changes that wait. Returns: false when that failed, with errno set and the file
     // that caused it in `failed`; the next Flush tries again.
     bool Save(std::string &failed);
 };

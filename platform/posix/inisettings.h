@@ -14,11 +14,11 @@
 namespace platform::posix
 {
 
-// A read gives the value that this process has written, else the value in the file as it is now.
-// Writes are held back
-// until Flush, which takes the lock file beside the file, reads the file again, changes the keys
-// that this process wrote and no others, and renames the new file over the old one: a reader never
-// sees half a file, and processes keep each other's keys. The file is not flushed to the disk.
+// A read returns the value that this process has written, else the value in the file as it is now.
+// Writes wait for Flush, which takes the lock file beside the file, reads the file again, changes
+// the keys that this process wrote and no others, and renames the new file over the old one: a
+// reader never sees half a file, and no process loses the keys of another. The file is not flushed
+// to the disk.
 //
 // A file that exists but cannot be read is never replaced: what is written then is kept for this
 // run only. A title must be usable as the name of a folder.
@@ -42,7 +42,7 @@ public:
     std::function<void(const std::string &path, int why)> onCannotStore;
 
     // Called at the first write after a Flush, so that an event loop can call Flush at the end of
-    // its turn. Empty when there is no loop.
+    // its turn. May be empty.
     std::function<void()> onHeldBack;
 
 private:

@@ -49,7 +49,7 @@ bool IsFolder(const std::string &path)
 class SpawnSetting
 {
 public:
-    // `workingFolder`: where that is a folder; otherwise the program starts in the current one.
+    // `workingFolder`: the program starts there if it is a folder, else in the current one.
     // `ownSession`: signals of our terminal do not reach it.
     SpawnSetting(const std::string &workingFolder, bool ownSession)
     {

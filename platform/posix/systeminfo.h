@@ -1,4 +1,4 @@
-// platform/posix/systeminfo.h - the system's name out of its os-release file.
+// platform/posix/systeminfo.h - the name of the operating system from its os-release file.
 #pragma once
 
 #include "platform/systeminfo.h"

@@ -10,8 +10,8 @@ class QWidget;
 namespace platform::qt
 {
 
-// Calls platform::BeginWait when it is made. As long as it exists the pointer is the
-// normal one, whatever the program has set.
+// Calls platform::BeginWait when it is made. As long as one exists, the pointer is the normal one,
+// whatever the program has set.
 class ModalWait
 {
 public:
@@ -21,14 +21,14 @@ public:
     ModalWait &operator=(const ModalWait &) = delete;
 };
 
-// Sets the pointer of the whole program. It is shown as soon as no ModalWait exists; the same once
-// more changes nothing, so one Normal ends any number of Hourglass.
+// Sets the pointer of the whole program. It is shown as soon as no ModalWait exists. Setting the
+// same pointer again changes nothing, so one Normal ends any number of Hourglass.
 void SetProgramPointer(Pointer pointer);
 
-// The window that a box or a modal window belongs to: the modal one that is up, else the one that
-// has the keyboard, else, right after another box, the program's main window. Null for none, and in
-// place of a window with the property kOwnsNoBox: that one is used beside modal windows, and may be
-// closed before them.
+// The window that a box or a modal window belongs to: the modal window that is open, else the
+// window with the keyboard, else, right after another box, the program's main window. Null when
+// there is none, and when that window has the property kOwnsNoBox: such a window is used beside
+// modal windows and may be closed before them.
 QWidget *OwnerOfBox();
 inline constexpr const char *kOwnsNoBox = "ownsNoBox";
 

@@ -47,7 +47,7 @@ void DrawMenuPanel(const QRect &place, const QPalette &palette, QPainter *painte
     painter->restore();
 }
 
-// Around what is below the title.
+// Draws the frame of a group, below its title.
 void DrawGroup(const QStyleOptionFrame &group, int indicatorHeight, QPainter *painter)
 {
     constexpr int kBelowTitle = 3;
@@ -76,8 +76,8 @@ void DrawToolBarRule(const QStyleOption &rule, QPainter *painter)
     painter->restore();
 }
 
-// The frame around the row with the focus; the row keeps the colour that it has by its selection. A
-// row that alone is selected has no frame.
+// Draws the frame around the row with the focus; the row keeps the colours that its selection gives
+// it. In a list where only one row can be selected, the selected row has no frame.
 void DrawRowsFocus(const QStyleOption &row, const QAbstractItemView &view, QPainter *painter)
 {
     const bool selected = row.state.testFlag(QStyle::State_Selected);
@@ -116,7 +116,7 @@ void DrawBar(const QStyleOptionProgressBar &bar, QPainter *painter)
     painter->restore();
 }
 
-// A rule in a menu, with its title where it has one.
+// Draws a separator line of a menu, with its title if it has one.
 void DrawMenuRule(const QStyleOptionMenuItem &rule, QPainter *painter)
 {
     constexpr int kMargin = 5;
@@ -135,7 +135,7 @@ void DrawMenuRule(const QStyleOptionMenuItem &rule, QPainter *painter)
     painter->restore();
 }
 
-// A menu entry; when it is selected, with its background.
+// The entry with its icon in the colours for a selected entry, if it is selected.
 QStyleOptionMenuItem WithItsIcon(const QStyleOptionMenuItem &entry, const QStyle &style,
                                  const QWidget *widget)
 {

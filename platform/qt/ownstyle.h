@@ -1,6 +1,6 @@
 // platform/qt/ownstyle.h - the program's own style, used when the desktop has none: Fusion, with
-// outlines, rules and borders that are visible on a dark background too, flat selections, and a
-// thin flat progress bar that keeps its colour in a window without the keyboard.
+// outlines, separator lines and borders that are visible on a dark background too, flat selections,
+// and a thin flat progress bar that keeps its colour in a window without the keyboard.
 #pragma once
 
 #include <QColor>
@@ -23,11 +23,11 @@ public:
                            const QWidget *widget) const override;
 };
 
-// The line around a menu, a view or a group, and between two parts of a window.
+// The colour of the line around a menu, a view or a group, and between two parts of a window.
 [[nodiscard]] QColor RuleColour(const QPalette &palette);
 
-// The line around a box to tick: at least 3 to 1 against what is around it, so that an empty box is
-// seen.
+// The colour of the line around a box to tick. Its contrast to the background is at least 3 to 1,
+// so that an empty box is visible.
 [[nodiscard]] QColor BoxOutline(const QPalette &palette);
 
 } // namespace platform::qt

@@ -11,7 +11,7 @@ namespace platform::qt
 class QtDesktop : public Desktop
 {
 public:
-    ~QtDesktop() override; // the pointer is the normal one again
+    ~QtDesktop() override; // sets the normal pointer
 
     // Escape and the close button count as Ok, or as No for YesNo; there No is the default button.
     // Both buttons have an access key, and Ctrl+C copies the text.

@@ -9,7 +9,7 @@
 namespace platform::qt
 {
 
-// UTF-8 to the toolkit's text; bytes that are no UTF-8 become U+FFFD.
+// UTF-8 as the toolkit's text; bytes that are not valid UTF-8 become U+FFFD.
 [[nodiscard]] QString ToQt(std::string_view text);
 
 // The toolkit's text as UTF-8.

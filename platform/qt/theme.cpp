@@ -157,8 +157,8 @@ void Theme::Apply(unsigned scheme)
     const bool dark = scheme == Dark || (scheme != Light && m_desktopIsDark);
     if (m_applied && dark == IsDark())
         return;
-    // A style of the desktop has its own colours; it is replaced only when it is dark and
-    // light is wanted, or light and dark is wanted.
+    // A style of the desktop has its own colours. It is replaced only when these are dark and light
+    // is wanted, or the other way round.
     if (m_ownStyle || dark != IsDark())
         ApplyPalette(dark);
     m_applied = true;

@@ -57,8 +57,8 @@ std::optional<std::string> ReadLine()
     std::string line;
     for (char c = 0;;) {
         CheckEndRequest();
-        if (IsEndRequested()) // the program is to end, but the job that asks continues first:
-                              // nobody answers any more
+        if (IsEndRequested()) // the program is to end, but the job that asks continues first: it
+                              // gets no answer
             return std::nullopt;
         const ssize_t got = read(STDIN_FILENO, &c, 1);
         if (got < 0 && errno == EINTR)

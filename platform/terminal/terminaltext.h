@@ -7,14 +7,14 @@
 namespace platform::terminal
 {
 
-// The character set that the name of a POSIX locale ends with: "KOI8-R" of "ru_RU.KOI8-R". Empty
-// for UTF-8, and where the name has none: most terminals show UTF-8, also where no locale was set.
+// The character set at the end of the name of a POSIX locale: "KOI8-R" of "ru_RU.KOI8-R". Empty for
+// UTF-8, and when the name has none: most terminals show UTF-8, also when no locale was set.
 [[nodiscard]] std::string CharacterSetOf(std::string_view localeName);
 
-// `utf8` in that character set, a "?" for each character that it lacks: the bytes of a character in
-// UTF-8 can be such as control a terminal with another set. Unchanged: all, where `characterSet` is
-// empty or not known, and a byte that is not part of valid UTF-8 (of a file's name, which may be in
-// that character set).
+// `utf8` in that character set, with a "?" for each character that it lacks: the UTF-8 bytes of
+// such a character could control the terminal. Not changed: the whole text when `characterSet` is
+// empty or not known, and a byte that is not part of valid UTF-8 (the name of a file may be in that
+// character set).
 [[nodiscard]] std::string TextIn(const std::string &characterSet, std::string_view utf8);
 
 // The same for the locale of this process.

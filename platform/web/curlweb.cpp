@@ -51,7 +51,7 @@ bool Take(void *library, const char *name, Function &function)
 // Returns: nullopt when the library is not installed or too old.
 std::optional<Curl> LoadCurl()
 {
-    void *library = dlopen(QUENLIN_CURL_LIBRARY, RTLD_NOW | RTLD_LOCAL); // stays up to the end
+    void *library = dlopen(QUENLIN_CURL_LIBRARY, RTLD_NOW | RTLD_LOCAL); // never unloaded
     Curl curl{};
     const bool isWhole = library != nullptr && Take(library, "curl_global_init", curl.globalInit) &&
                          Take(library, "curl_easy_init", curl.easyInit) &&
@@ -84,7 +84,8 @@ const CURLMsg *ReadInfo(CURLM *multi, int &waiting)
 
 } // namespace
 
-// Follows redirects itself, because the library cannot refuse only redirects from https to http.
+// One fetch. It follows redirects itself, because the library cannot refuse only redirects from
+// https to http.
 class CurlWeb::Transfer : public WebFetch
 {
 public:
@@ -135,7 +136,7 @@ public:
 
     Done TakeDone() { return std::exchange(m_done, nullptr); }
 
-    // Expires when the receiver drops the fetch.
+    // Expires when the caller destroys the fetch.
     std::weak_ptr<bool> Wanted() const { return m_wanted; }
 
 private:
@@ -189,7 +190,7 @@ private:
         TheCurl()->easyCleanup(std::exchange(m_handle, nullptr));
     }
 
-    // Returns the number of bytes taken; when that is less than `count`, the transfer fails.
+    // Returns: the number of bytes taken; when that is less than `count`, the transfer fails.
     static std::size_t TakeBytes(const char *bytes, std::size_t size, std::size_t count, void *self)
     {
         std::string &kept = static_cast<Transfer *>(self)->m_bytes;
@@ -250,8 +251,8 @@ void CurlWeb::Poll()
     if (m_multi != nullptr)
         TheCurl()->multiPerform(m_multi, &running);
 
-    // All ended requests are collected first, because the receiver of an answer may start or drop
-    // fetches.
+    // All ended requests are collected first, because the receiver of an answer may start or
+    // destroy fetches.
     struct Answer {
         std::weak_ptr<bool> wanted;
         Transfer::Done done;
