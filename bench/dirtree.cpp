@@ -55,7 +55,8 @@ void MakeFolders(const std::string &folder, int count)
     }
 }
 
-// A listing, then the first folder of each; what no listing of that kind can do without.
+// Lists the folders, then the first folder in each: every listing of this kind must read at least
+// that.
 int ListBarely(const std::string &path)
 {
     DIR *folder = opendir(path.c_str());

@@ -14,9 +14,9 @@
 namespace bench
 {
 
-// From the beginning to the end of this object DataAccess leads to a copy of `catalogue`, the file
-// MP3s.mdb in `folder`, and TheMachine has a desktop and a clock. What an earlier copy has left is
-// removed.
+// While this object exists, DataAccess refers to a copy of `catalogue`, the file MP3s.mdb in
+// `folder`, and TheMachine has a desktop and a clock. The files of an earlier copy are removed
+// first.
 class OpenCopy
 {
 public:

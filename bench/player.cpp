@@ -85,12 +85,12 @@ public:
     }
     void TestBody() override {}
 
-    // The processor's time of the ticks of so many seconds, ours and the player's beyond what it
-    // takes to play.
+    // Measures the processor time of the ticks of so many seconds: ours, and what the player needs
+    // more than for playing alone.
     void TimeTicks()
     {
         Play(0);
-        std::this_thread::sleep_for(milliseconds(1000)); // the song's beginning is dearer
+        std::this_thread::sleep_for(milliseconds(1000)); // the beginning of a song costs more time
         const double alone = PlayerCpuOf([this] { Pass([] {}); });
         const double ownBefore = OwnCpuMs();
         const double player = PlayerCpuOf([this] { Pass(player::tmr_Playing_Timer); });
@@ -102,7 +102,8 @@ public:
                     Form().SB.Panel("PlayingStatus").text.c_str(), m_real.Time());
     }
 
-    // From the double click, and from the same calls sent raw, until the song is heard.
+    // Measures the time from the double click, and from the same calls sent raw, until the song is
+    // heard.
     void TimeClicks(int clicks)
     {
         std::vector<double> ours, raw;
@@ -186,7 +187,7 @@ private:
         tests::WaitRealTime([this] { return m_real.Time() > 0; });
     }
 
-    // ms until a stopped player plays.
+    // The time in ms until a stopped player plays.
     double Timed(const std::function<void()> &play)
     {
         m_real.Order("Stop");

@@ -4,7 +4,7 @@
 //   readpass FOLDER [ROUNDS]
 //
 // Prints microseconds per file of the fastest round and a checksum of what was read; then the same
-// for reading the tags by their frames, and the processor time of the one way to that of the other.
+// for reading the tags by their frames, and the ratio of the processor times of both.
 #include "metadata/mp3info.h"
 #include "shell/globals.h"
 
@@ -22,7 +22,7 @@ namespace
 
 struct Figures {
     double usPerFile = 0;
-    double processorUs = 0; // of the same, also where other programs run
+    double processorUs = 0; // the same in processor time, which other programs do not change
     unsigned long long checksum = 0;
 };
 

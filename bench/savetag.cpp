@@ -57,7 +57,8 @@ void MakeSong(const std::string &path, std::size_t megabytes, std::size_t pictur
         std::exit(1);
 }
 
-// From here on the peak is that of the edits, not of the song's making.
+// The peak memory is measured from here on, so that it is that of the edits and not of making the
+// song.
 void ForgetPeakMemory()
 {
     std::ofstream("/proc/self/clear_refs") << 5;
@@ -80,7 +81,8 @@ void CopyAndFlush(const std::string &song)
     fs::remove(copy);
 }
 
-// One edit: of the ID3v2 title (the long way), or of the ID3v1 title alone (the short way).
+// Makes one edit: of the ID3v2 title, for which the whole file is written (the long way), or of the
+// ID3v1 title alone (the short way).
 unsigned long long Edit(const std::string &song, bool longWay, int round)
 {
     metadata::SongInfo old = metadata::ReadSongInfo(song);

@@ -58,7 +58,7 @@ catalogue::RecordsetPtr Search(const std::string &text)
         catalogue::ExecuteWithValues(made.statement, catalogue::kSelect, made.params));
 }
 
-// The engine's LIKE without anything of ours.
+// The rows that SQLite's own LIKE finds.
 std::int64_t EngineRows(const std::string &file, const std::string &text)
 {
     sqlite3 *db = nullptr;
@@ -126,7 +126,7 @@ void ReadAhead()
                 longest);
 }
 
-// The words: in most lyrics, in no row, in titles, and of other letters.
+// The words: one in most lyrics, one in no row, one in titles, and two with letters outside ASCII.
 const std::vector<std::string> kWords = {"love", "xylophone", "SuMmEr",
                                          "\u043E\u0440\u043B\u043E\u0412", "DUFR\u00CANE"};
 
@@ -158,7 +158,7 @@ void TellFloors(const std::string &file, const std::vector<std::int64_t> &rows)
         const std::string upper = runtime::UpperText(kWords[i]);
         slowestBytes =
             std::max(slowestBytes, MedianMs(kRounds, [&] { times = TimesIn(dump, upper); }));
-        const bool isAscii = runtime::IsAscii(kWords[i]); // others the engine knows no cases of
+        const bool isAscii = runtime::IsAscii(kWords[i]); // SQLite has no letter case for others
         if ((isAscii && engine != rows[i]) || (times == 0) != (rows[i] == 0)) {
             std::printf("%s: %lld rows, the engine %lld, %zu times in the dump\n",
                         kWords[i].c_str(), static_cast<long long>(rows[i]),
@@ -171,7 +171,7 @@ void TellFloors(const std::string &file, const std::vector<std::int64_t> &rows)
                 static_cast<double>(dump.size()) / 1e6);
 }
 
-// Another connection adds a row, which the next search finds; and another one.
+// Another connection adds a row, which the next search must find; several times.
 void TellAfterWrites(const std::string &file)
 {
     std::vector<double> times;

@@ -30,7 +30,7 @@ struct Desktop : platform::terminal::TerminalDesktop {
     void DoEvents() override { QApplication::processEvents(); }
 };
 
-// A store that keeps nothing.
+// A settings store that keeps nothing.
 struct NoSettings : platform::SettingsStore {
     std::string Read(std::string_view, std::string_view, std::string_view,
                      std::string_view defaultText) override

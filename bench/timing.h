@@ -1,4 +1,4 @@
-// bench/timing.h - times of what is measured, in milliseconds of the clock on the wall.
+// bench/timing.h - times of what is measured, in milliseconds of a steady clock.
 #pragma once
 
 #include <algorithm>
@@ -30,7 +30,7 @@ private:
     return *middle;
 }
 
-// The time of `measure`, the median of so many rounds.
+// The median time of so many rounds of `measure`.
 template <class Measure>
 [[nodiscard]] double MedianMs(int rounds, const Measure &measure)
 {

@@ -47,7 +47,7 @@ double Ms(const QElapsedTimer &timer)
     return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }
 
-// A store that forgets at the end.
+// A settings store in memory.
 struct Store : platform::SettingsStore {
     std::map<std::string, std::string> values;
 
@@ -154,7 +154,7 @@ void TimeListModel()
     std::printf("; item objects: %.0f ms\n", Ms(timer));
 }
 
-// The node of a group with the most files near 10,000.
+// The key of the node with the most files in one of two groups.
 std::string LargestValue(browser::MainForm &form)
 {
     std::string largest;
@@ -203,8 +203,8 @@ void TimeClickAndSort(browser::MainForm &form, QWidget &listView)
                 form.LV.Count(), click, busy, sort, worst);
 }
 
-// A user's fingers: a thread that presses a key some milliseconds after the last one was answered,
-// whatever the program is doing; how long the slowest waited for its answer.
+// Presses a key like a user, on a thread of its own: some milliseconds after the last one was
+// answered, whatever the program is doing. Measures how long the slowest answer took.
 class KeyWatch : public QObject
 {
 public:
@@ -254,13 +254,13 @@ private:
     static constexpr std::chrono::milliseconds kBetweenKeys{3};
     QWidget &m_target;
     QElapsedTimer m_clock;
-    std::atomic<qint64> m_pressedNs = 0; // 0 = none waits
+    std::atomic<qint64> m_pressedNs = 0; // 0: no key waits for its answer
     std::atomic<bool> m_ending = false;
     std::thread m_fingers;
 };
 
-// Regenerates until enough keys were pressed during it for a result. Returns: false when they were
-// not.
+// Regenerates until enough keys were pressed during it for a result. Returns: false when there were
+// too few.
 bool TimeRegeneration(browser::MainForm &form, QWidget &window, const std::string &songs)
 {
     constexpr int kEnoughKeys = 5;
@@ -333,7 +333,7 @@ int main(int argc, char **argv)
         return 2;
     Desktop desktop;
     Store store;
-    store.values["Extras/UnicodeOffer"] = "0"; // nobody is here to answer
+    store.values["Extras/UnicodeOffer"] = "0"; // no user can answer the question
     platform::TheMachine().desktop = &desktop;
     platform::TheMachine().settings = &store;
     platform::posix::MountDrives drives;

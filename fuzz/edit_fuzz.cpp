@@ -76,7 +76,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
         const std::size_t image = raw.fileHasID3v1 ? 128 : 0;
         const std::size_t front = raw.body.empty() ? 0 : raw.body.size() + 10;
         const std::size_t lost = raw.body.empty() ? 10 : 0;
-        // The audio is all there, but for the 10 bytes that the long way may take.
+        // The audio is complete, except for the 10 bytes that may be lost when the whole file is
+        // written.
         if (before.size() >= front + image + lost)
             Expect(after.find(before.substr(front, before.size() - front - image - lost)) !=
                    std::string::npos);

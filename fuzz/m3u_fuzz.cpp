@@ -25,7 +25,8 @@ void CheckEntries(const std::string &text, const std::string &result)
     std::string clean(text);
     std::erase(clean, '\0');
     for (const playlists::M3UEntry &entry : entries) {
-        // The "%" at a name's end are taken for part of the separator, and the path gets as many.
+        // "%" at the end of a name counts as a part of the separator, and the path then begins with
+        // as many "%".
         const std::size_t begin = std::min(entry.path.find_first_not_of('%'), entry.path.size());
         Check(clean.find(entry.path.substr(begin)) != std::string::npos);
         Check(playlists::EntryPath(entry.path, "/lists/", "C:").ends_with(entry.path));

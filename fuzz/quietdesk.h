@@ -1,4 +1,5 @@
-// fuzz/quietdesk.h - a desktop that answers nothing, and a clock that only a wait moves on.
+// fuzz/quietdesk.h - a desktop that asks nobody and counts its boxes, and a clock that only waits
+// move on.
 #pragma once
 
 #include "tests/support/silentdesktop.h"

@@ -85,13 +85,13 @@ std::vector<std::string> FramedSongs()
         TagOf(4, seek + synced) + audio + TagOf(4, today, 0x10),
         TagOf(3, usual) + TagOf(4, today) + TagOf(2, old) + audio,
     };
-    for (std::size_t i = 0; i < songs.size(); ++i) // what changes, the answer
+    for (std::size_t i = 0; i < songs.size(); ++i) // chooses the change and the answer
         songs[i].insert(0, {static_cast<char>(0x08 + 9 * i), static_cast<char>(i % 2)});
     return songs;
 }
 
-// The first byte decides what the others are: a statement with values, or the tags and the path of
-// a song.
+// The first byte decides what the other bytes are: a statement with values, or the tags and the
+// path of a song.
 std::vector<std::string> Statements()
 {
     const std::string next = "\xFF\xFE";
@@ -135,7 +135,7 @@ int main(int argc, char **argv)
         body.insert(0, 1, '\3'); // the target's first byte is the version
     std::vector<std::string> edits = Songs();
     for (std::size_t i = 0; i < edits.size(); ++i)
-        edits[i].insert(0, 1, static_cast<char>(0x61 + i)); // what changes, what is written
+        edits[i].insert(0, 1, static_cast<char>(0x61 + i)); // chooses the change and the tags
     const bool done = Write(folder / "fuzz_filepass", Songs()) &&
                       Write(folder / "fuzz_id3v2", bodies) && Write(folder / "fuzz_edit", edits) &&
                       Write(folder / "fuzz_unicodetag", Songs()) &&

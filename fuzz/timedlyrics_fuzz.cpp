@@ -1,4 +1,5 @@
-// Any bytes as lyrics: the one pass leaves what the rules leave that take out one mark at a time.
+// Any bytes as lyrics: parsing in one pass gives the same result as the rules applied to one mark
+// after the other.
 #include "lyrics/timedlyrics.h"
 #include "tests/lyrics/plainparse.h"
 

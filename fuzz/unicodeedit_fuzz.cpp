@@ -1,6 +1,6 @@
-// Any file, any edit by frames: the field is as it was written, every other field as it was read,
-// every other frame and each byte of the audio as it was; a second save writes nothing, and what is
-// refused leaves the song alone.
+// Any file, any edit by frames: the edited field is read as it was written, every other field as
+// before; all other frames and each byte of the audio are kept; a second save writes nothing, and
+// an edit that is refused does not change the song.
 #include "fuzz/memoryfiles.h"
 #include "fuzz/quietdesk.h"
 #include "metadata/mp3info.h"
@@ -31,7 +31,7 @@ void Expect(bool holds)
         std::abort();
 }
 
-// Answers questions, and remembers what they name.
+// Answers questions, and stores their words.
 struct AskedDesk : QuietDesk {
     bool saysYes = false;
     std::string words;
@@ -72,8 +72,8 @@ struct OneFrame {
 struct Parts {
     std::vector<OneFrame> frames;
     std::size_t tags = 0, tagBytes = 0;
-    std::size_t front = 0; // behind the tags at its beginning
-    bool isLoose = false;  // a tag that is neither there nor at the end
+    std::size_t front = 0; // the end of the tags at its beginning
+    bool isLoose = false;  // it has a tag that is neither at the beginning nor at the end
 };
 
 Parts PartsOf(const std::string &song)
@@ -82,7 +82,7 @@ Parts PartsOf(const std::string &song)
     Bytes bytes(song);
     const std::size_t id3v1 =
         song.size() >= 128 && song.compare(song.size() - 128, 3, "TAG") == 0 ? 128 : 0;
-    std::set<std::pair<std::size_t, std::size_t>> behind; // where tags end, and begin
+    std::set<std::pair<std::size_t, std::size_t>> behind; // the end and the beginning of each tag
     metadata::unicode::WalkTags(bytes, [&](const metadata::unicode::TagPlace &place,
                                            std::string_view, const auto &list) {
         ++parts.tags;
@@ -109,7 +109,7 @@ using Field = std::string ID3v2Tag::*;
 struct Change {
     Field field;
     std::string text;
-    std::set<std::string> frames; // that may change
+    std::set<std::string> frames; // names of the frames that may change
 };
 
 const std::array<std::string, 8> kTexts = {"",
@@ -144,7 +144,7 @@ Change ChangeFor(unsigned char choice)
     }
 }
 
-// The frames of version 2.4 that get another name or another order.
+// Whether the frame is one of version 2.4 that gets another name or another order.
 bool IsRebuilt(const OneFrame &frame)
 {
     static const std::set<std::string> kNames = {"TDRC", "TDOR", "TIPL", "TMCL",
@@ -158,7 +158,8 @@ bool HasOtherEncoding(const OneFrame &frame)
            static_cast<unsigned char>(frame.content->front()) > 1;
 }
 
-// Every frame of before that the change leaves is there, unless a question named it.
+// Each frame of `before` that the change does not concern is in `after`, unless a question named
+// it.
 void ExpectFramesKept(const Parts &before, const Parts &after, const Change &change,
                       const std::string &named)
 {
@@ -169,7 +170,7 @@ void ExpectFramesKept(const Parts &before, const Parts &after, const Change &cha
         if (frame.content)
             contents.insert(frame.id + *frame.content);
     }
-    // Of several tags the frames that feed a field may come together in a new one.
+    // The frames of several tags from which one field is read may be joined in a new one.
     static const std::set<std::string> kFields = {"TIT2", "TPE1", "TALB", "TYER", "TDRC",
                                                   "TDRL", "TCON", "TRCK", "COMM", "USLT"};
     for (const OneFrame &frame : before.frames) {
@@ -223,11 +224,11 @@ void Check(const unsigned char *data, std::size_t size, AskedDesk &desk, MemoryF
         return;
     }
 
-    // A tag of ours in front, or none; then the audio.
+    // The new tag, if there is one, then the audio.
     const Parts now = PartsOf(after);
     const std::size_t image = old.hasID3v1 ? 128 : 0;
     const auto header = metadata::unicode::ReadTagHeader(after);
-    if (parts.isLoose || parts.tags >= 16) // a tag that was not taken in may be in front now
+    if (parts.isLoose || parts.tags >= 16) // a tag that was not read may be at the beginning now
         return;
     const std::size_t front = header ? static_cast<std::size_t>(header->WholeBytes()) : 0;
     Expect(after.size() >= front + image);

@@ -1,5 +1,5 @@
-// Any file under the reading of tags by their frames: all texts are UTF-8, and reading is
-// repeatable.
+// Any file whose tags are read by their frames: all texts are UTF-8, and reading it again gives the
+// same.
 #include "metadata/unicode/tagtexts.h"
 #include "runtime/text.h"
 
