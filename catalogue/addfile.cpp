@@ -29,8 +29,8 @@ namespace catalogue
 namespace
 {
 
-// The marker in the statement with the tags' texts, so that a "?" in a tag is not one. When a value
-// itself contains this character, the later values take the wrong places.
+// The marker in the statement with the tags' texts: not "?", which a tag often contains. When a
+// value itself contains this character, the later values replace it in that value.
 constexpr std::string_view kTagMarker = "¹";
 
 // The columns of a row that come from the tag, in this order: Title, Artist, ..., Lyrics.
@@ -70,8 +70,8 @@ struct Addition {
     bool isRead = false;
 };
 
-// Runs `step`. An error at run time sets the result to kFailed and is caught, and the next step
-// follows. So a call that had an error can still return kAdded or kUpdated.
+// Runs `step`. A RuntimeError sets the result to kFailed and is caught, and the next step follows.
+// So a call in which a step failed can still return kAdded or kUpdated.
 template <class Step>
 void Guarded(Addition &addition, const Step &step)
 {
@@ -149,8 +149,8 @@ bool HoldsMarker(const std::vector<Value> &values)
     });
 }
 
-// Inserts the row of `path`. When a value contains the marker, the later values take the wrong
-// places; the row is then updated with the right values before any other process can read it.
+// Inserts the row of `path`. When a value contains the marker, the later values replace it there;
+// the row is then updated with the right values before any other process can read it.
 void InsertRow(ADOclass &access, const std::string &path, std::vector<Value> values,
                std::string label)
 {
@@ -193,7 +193,7 @@ bool IsCompared(const Recordset &rows)
     return rows.FieldCount() == kIsSameField + 1;
 }
 
-// Whether each row of the file has the values already that an update would write.
+// Whether each row of the file has the values that an update would write.
 bool IsUpToDate(Recordset &rows)
 {
     if (!IsCompared(rows))
@@ -353,7 +353,8 @@ std::string WriteInStep(Addition &addition, LookUp &found, bool isLast)
     return step.Finish();
 }
 
-// To be called after the step, because it yields. A failure here changes nothing.
+// To be called after the step, because it yields. A failure here is ignored: the row is written
+// already.
 void ShowWhatWasDone(LookUp found)
 {
     try {

@@ -22,9 +22,9 @@ enum AddResult : std::int16_t { kFailed = 0, kUntagged = 1, kAdded = 2, kUpdated
 // `reason` is changed only in these cases: kFailed (the ErrorMessage of the statement that failed,
 // or, when the file cannot be read, the operating system's words and a carriage return; no row is
 // changed then); a file without any tag (a line with its name, also when the result is kUpdated).
-// Tags that do not fit into memory give kFailed with a reason.
-// A failed look-up gives kFailed and changes no row, as the file may have one.
-// Errors: none; an error at run time gives kFailed, and the next step follows.
+// Tags that do not fit into memory give kFailed with a reason. A failed look-up gives kFailed and
+// changes no row, because the file may have one.
+// Errors: none; a RuntimeError of a step gives kFailed, and the next step follows.
 std::int16_t AddOrUpdateMP3(const std::string &path, std::string &reason);
 
 // The result for one file of a job.

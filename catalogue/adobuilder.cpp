@@ -34,7 +34,7 @@ std::string LiteralOfField(const Field &field)
     return "'" + runtime::Replace(inside, "'", "''") + "'";
 }
 
-// The results of `form` for each field, with `separator` between them.
+// `form(field)` for each field, with `separator` between the results.
 template <typename Fields, typename Form>
 std::string Join(const Fields &fields, std::string_view separator, const Form &form)
 {

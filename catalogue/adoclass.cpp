@@ -49,7 +49,7 @@ std::string Separator()
     return std::string(1, runtime::PathSeparator);
 }
 
-// The text of ErrorMessage for a failure.
+// ErrorMessage for a failure of `statement`.
 std::string MessageOf(std::string_view description, std::string_view statement)
 {
     return "Error: " + std::string(description) + "\r\t" + std::string(statement);
@@ -67,7 +67,7 @@ Outcome OutcomeOf(RecordsetPtr records, int kind, bool succeeded)
     return {};
 }
 
-// What ExecuteSQL returns when its object was destroyed meanwhile.
+// What ExecuteSQL returns when the object was destroyed during a wait.
 Outcome OutcomeOfNothing(int kind)
 {
     SetPointer(platform::Pointer::Normal);
@@ -131,7 +131,7 @@ Outcome ADOclass::ExecuteSQL(const Statement &statement, StatementKind kind)
     return ExecutePlain(statement, kind);
 }
 
-// When a value contains a "?", another marker is used that no value contains.
+// When a value contains a "?", a marker is used that no value contains.
 Outcome ExecuteWithValues(const std::string &statement, StatementKind kind,
                           const std::vector<Value> &values)
 {
@@ -300,8 +300,8 @@ std::string ADOclass::GetBaseName(std::string_view statement)
     return has("FROM DPALUMNO") ? "Academica" : "Inscrip";
 }
 
-// The back-slash that is removed comes from a path built by hand with an empty DirBase. The
-// platform's separator at the start of a path is not removed.
+// A back-slash at the start of the path is removed: a path that was put together by hand with an
+// empty DirBase has one. The platform's separator is not removed.
 void ADOclass::OpenConnection(const std::string &statement)
 {
     if (m_inTransaction)
@@ -408,7 +408,8 @@ void ADOclass::CommitTrans()
     CloseConnection();
 }
 
-// Ends all nested transactions at once: without one, no connection stays open between statements.
+// Ends all nested transactions at once. Without a transaction, no connection stays open between
+// statements.
 void ADOclass::RollBackTrans()
 {
     m_depth = 0;

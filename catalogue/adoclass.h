@@ -136,8 +136,8 @@ public:
     Outcome ExeUpdate();
 
     // --- INI files ---------------------------------------------------------------------------
-    // The value of a key, empty when there is none. SetIniStr returns the value written, false on
-    // failure.
+    // GetIniStr returns the value of a key, the empty text when there is none. PutIniStr sets it;
+    // it returns false when the file cannot be read or written, and the file is unchanged then.
     static std::string GetIniStr(const std::string &section, const std::string &key,
                                  const std::string &file);
     static bool PutIniStr(const std::string &section, const std::string &key,

@@ -1,9 +1,9 @@
 // catalogue/comparedrows.h - a look-up of a song's rows that compares them instead of copying them.
 //
-// The stored query "SEL_ByPath" with a whole path, nothing excluded, and after these two parameters
-// either the texts that the song's rows should have (Title, Artist, Album, Year, Comment, Genre,
-// Lyrics) or, as two integers, the fingerprint of these texts.
-// Its result has one record for each row, with the two fields below, each "1" or "0".
+// It is the stored query "SEL_ByPath" with further parameters. The first two are a whole path and
+// kNoExclusion. After them follow either the texts that the song's rows should have (Title, Artist,
+// Album, Year, Comment, Genre, Lyrics) or, as two integers, the fingerprint of these texts.
+// The result has one record for each row, with the two fields below, each "1" or "0".
 #pragma once
 
 #include "catalogue/recordset.h"

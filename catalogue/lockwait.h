@@ -19,7 +19,7 @@ struct LockTimeouts {
 };
 LockTimeouts &TheLockTimeouts();
 
-// Functions that a wait calls. app/ sets them; they may be missing, and outlive the program's work.
+// Functions that a wait calls. app/ sets them; each may be missing.
 struct LockWaitCalls {
     // Shows a line in the user's language; an empty text when the wait is over.
     std::function<void(std::string_view line)> ShowLine;
@@ -38,7 +38,7 @@ public:
     LockTimeoutOfRun &operator=(const LockTimeoutOfRun &) = delete;
 };
 
-// Whether a wait is going on: a statement that runs now comes from an event handler inside it.
+// Whether a wait is going on: then a statement that is run comes from an event handler inside it.
 bool IsWaitingForLock();
 
 // Makes the current wait end, if there is one: the user has cancelled the job that waits.

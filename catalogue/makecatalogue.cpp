@@ -15,8 +15,9 @@
 namespace
 {
 
-// A page is a write to the log and one to the file. Songs take some 800 bytes each: larger pages
-// write more for the edit of one song, smaller ones cost a regeneration twice the calls.
+// A page that changes is written to the log and later to the file. Songs take some 800 bytes each:
+// larger pages write more for the edit of one song, smaller ones need twice the calls for a
+// regeneration.
 constexpr const char *kLayout = "PRAGMA page_size=8192; PRAGMA auto_vacuum=NONE";
 
 bool Run(sqlite3 *db, const std::string &sql)

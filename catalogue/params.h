@@ -47,7 +47,7 @@ struct Marker {
     LeftOver leftOver = LeftOver::Stays;
 };
 
-// The type of a value in a statement; the numbers are those of variants.
+// The type of a value in a statement. The numbers are those of the first version: do not renumber.
 enum class DatoType : int { Number = 5, Date = 7, Text = 8, Flag = 11 };
 
 } // namespace catalogue

@@ -16,10 +16,11 @@
 namespace catalogue
 {
 
-// The code of the generic failure. When connecting: the file is missing, empty, not a database,
-// shorter than it should be, or its first page is damaged.
+// The code of the generic failure (E_FAIL). When connecting: the file is missing, empty, not a
+// database, shorter than it should be, or its first page is damaged.
 inline constexpr std::uint32_t kGenericFailure = 0x80004005;
-// Any other failure of the engine, and a connection string that names no engine.
+// Any other failure of the engine (DB_E_ERRORSINCOMMAND), and a connection string that names no
+// engine (adErrProviderNotFound).
 inline constexpr std::uint32_t kStatementFailure = 0x80040E14;
 inline constexpr std::uint32_t kNoProvider = 0x800A0E7A;
 
@@ -53,7 +54,7 @@ struct Statement {
     std::vector<PlacedValue> values;
 };
 
-// One connection. Each operation throws ProviderFailure when it fails.
+// One connection. Each operation below fails with ProviderFailure.
 class Connection
 {
 public:
@@ -77,7 +78,7 @@ public:
     // Returns: whether there is more to read.
     virtual bool ReadAheadForSearches(std::int64_t /*budgetMs*/) { return false; }
 
-    // From Begin on, other processes wait before they write.
+    // From Begin on, until Commit or RollBack, other processes wait before they write.
     virtual void Begin() = 0;
     virtual void Commit() = 0;
     virtual void RollBack() = 0;

@@ -62,8 +62,7 @@ public:
     [[nodiscard]] virtual bool IsNull(int index) const = 0;
 };
 
-// Owned by the caller who received the result, and sometimes also by a copy that ADOclass returned
-// with it.
+// Owned by everybody who received the result.
 using RecordsetPtr = std::shared_ptr<Recordset>;
 
 } // namespace catalogue

@@ -43,9 +43,9 @@ private:
 
 // The look-up of a path and the writes of its row, as one step for other processes. The statements
 // of Access() belong to it; those that an event handler runs on DataAccess do not. The first
-// statement waits for other processes, and may yield while it does; the others do not yield.
-// Without RowGroups the end of the step commits it. A step must be short: no question, no wait and
-// no reading of an MP3 file inside.
+// statement waits for other processes, and may yield while it waits; the others do not yield.
+// Without RowGroups the end of the step commits it. A step must be short: it must not ask a
+// question, wait, or read an MP3 file.
 class RowStep
 {
 public:
@@ -61,8 +61,8 @@ public:
     // Otherwise this process has had it since an earlier step.
     [[nodiscard]] bool HasBegun() const;
 
-    // The number of the group that the step belongs to, once it has run a statement. Each group of
-    // a process has another number.
+    // The number of the group that the step belongs to, valid after its first statement. Each group
+    // of a process has another number.
     [[nodiscard]] std::uint64_t GroupNo() const;
 
     // Ends the step: commits its rows, unless they wait in a group.

@@ -3,7 +3,7 @@
 -- letter case when it runs a statement (catalogue/sql/statementtext.h).
 
 -- One row per catalogued file, and one more for each duplicate of its entry. An INSERT gives all
--- ten columns by position: no further one may stand here.
+-- ten columns by position: there must be no further column.
 CREATE TABLE MP3s (
     Title TEXT,
     Artist TEXT,
@@ -81,13 +81,13 @@ ORDER BY Artist, Album, Path, Duplicated'),
     ('SEL_ByGenre',
      'SELECT * FROM MP3s WHERE UPPER(TRIM(COALESCE(Genre, ''''))) = UPPER(TRIM(?1))
 ORDER BY Artist, Album, Path, Duplicated'),
-    -- The field that is no column of MP3s: a playlist's name is its key as it stands.
+    -- This field is no column of MP3s. The key is the playlist's name, unchanged.
     ('SEL_ByList',
      'SELECT * FROM Lists WHERE LIST_Name = ?1');
 
--- In front of the first pattern stands a wildcard of the query's own, unless the pattern starts at
--- the root. "%" counts as a wildcard at its end only, "_" never, since both stand in file names: a
--- folder and "%" finds what lies below it, a file name and "%" the files whose name starts so.
+-- The query puts a wildcard before the first pattern, unless the pattern starts at the root. In the
+-- pattern "%" is a wildcard at its end only, and "_" never, because file names contain both: a
+-- folder and "%" finds the files below it, a file name and "%" the files whose names start with it.
 INSERT INTO StoredQueries (Name, Statement, WholePath) VALUES
     ('SEL_ByPath',
      'SELECT * FROM MP3s WHERE CASE

@@ -25,7 +25,7 @@ std::size_t Commonness(char c)
 {
     constexpr std::string_view kCommon = "ZQXJ9876543210VKBPYGW-./FMCULDRHSNIOATE ";
     const auto byte = static_cast<unsigned char>(c);
-    if (byte >= 0xC2) // the first byte of a letter of another script, which most letters share
+    if (byte >= 0xC2) // the first byte of a letter beyond ASCII, which many letters share
         return kCommon.size();
     const auto rank = kCommon.find(runtime::UpperAscii(c));
     return rank == std::string_view::npos ? 0 : rank + 1;
@@ -90,7 +90,7 @@ std::size_t ByteSearch::Find(std::string_view text, std::size_t from) const
         return _mm_cmpeq_epi8(_mm_or_si128(bytes, bits), byte);
     };
     // The first place with the needle among the kStep places from `place` on, without the first
-    // `skipped` of them; kNone without one.
+    // `skipped` of them; kNone when there is none.
     const auto findInStep = [&](const char *place, std::size_t skipped) {
         auto found = static_cast<unsigned>(_mm_movemask_epi8(_mm_and_si128(
             isThere(place + m_firstProbe, first), isThere(place + m_secondProbe, second))));

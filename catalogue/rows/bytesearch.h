@@ -21,8 +21,8 @@ public:
 
     [[nodiscard]] const std::string &Needle() const { return m_needle; }
 
-    // The first offset at or after `from` where the needle is in `text`; kNone without one. An
-    // empty needle is at `from` itself, unless that is beyond the end.
+    // The first offset at or after `from` where the needle is in `text`; kNone when there is none.
+    // An empty needle is found at `from`, unless that is after the end.
     [[nodiscard]] std::size_t Find(std::string_view text, std::size_t from = 0) const;
 
 private:

@@ -53,7 +53,7 @@ public:
     // Whether all rows have been read and the catalogue has not changed since.
     [[nodiscard]] bool IsCurrent();
 
-    // Whether it was given up: it will never be current.
+    // Whether the reading was given up: IsCurrent will never be true.
     [[nodiscard]] bool IsGivenUp() const { return m_state == State::GivenUp; }
 
     // The numbers of the rows that the search finds, ascending. Only while current.

@@ -36,7 +36,7 @@ public:
 
 void RowTable::AppendRow(sqlite3_stmt *statement)
 {
-    if (m_rows == 0) { // often there is only one row
+    if (m_rows == 0) { // many results have only one row
         std::size_t bytes = 0;
         for (int i = 0; i < m_fields; ++i)
             bytes += static_cast<std::size_t>(sqlite3_column_bytes(statement, i));

@@ -21,7 +21,7 @@ public:
 
     [[nodiscard]] std::int64_t Rows() const { return m_rows; }
 
-    // A field, both from 0 and in range; the empty text for a null.
+    // A field of a row; `row` and `field` count from 0 and must exist. The empty text for a null.
     [[nodiscard]] std::string_view Text(std::int64_t row, int field) const;
     [[nodiscard]] bool IsNull(std::int64_t row, int field) const;
 

@@ -11,7 +11,7 @@ namespace catalogue
 namespace
 {
 
-// Units of a folded pattern that no byte has.
+// Values for the wildcards in a folded pattern; no byte has them.
 constexpr char16_t kAny = 0x100;
 constexpr char16_t kOne = 0x101;
 
@@ -91,7 +91,7 @@ bool LikePattern::Matches(std::string_view text) const
             return false;
     }
     if (!m_isAsciiPiece && runtime::IsAscii(text))
-        return false; // its upper case is an ASCII letter
+        return false; // its upper case is ASCII too
     return MatchesUpper(runtime::UpperText(text));
 }
 
@@ -99,7 +99,7 @@ bool LikePattern::MatchesUpper(std::string_view folded) const
 {
     if (m_isContains)
         return m_piece.Find(folded) != ByteSearch::kNone;
-    // The usual algorithm with one place to return to: after the last "%".
+    // The usual algorithm, which goes back only to the last "%".
     const std::u16string_view pattern = m_folded;
     std::size_t p = 0, t = 0, backPattern = std::string_view::npos, backText = 0;
     while (t < folded.size()) {

@@ -11,7 +11,7 @@
 namespace catalogue
 {
 
-// Whether the trimmed, upper-cased texts are equal, blanks alone being trimmed.
+// Whether the texts are equal in upper case and without blanks at both ends (blanks only, no tabs).
 bool SameTrimmed(std::string_view first, std::string_view second);
 
 // A pattern of LIKE, folded once: "%" matches any characters, "_" one, all others match
@@ -36,12 +36,12 @@ public:
     [[nodiscard]] bool IsContains() const { return m_isContains; }
 
 private:
-    std::u16string m_folded; // one unit per upper-cased byte, and units of their own for wildcards
+    std::u16string m_folded; // one unit for each byte in upper case, and one for each wildcard
     ByteSearch m_piece;
     ByteSearch m_asciiPiece; // the same without regard to ASCII letter case, for texts as they are
     bool m_isContains = false;
     bool m_isAsciiPiece = false;
-    bool m_hasForeignLower = false; // a letter of the piece has a lower one outside of ASCII
+    bool m_hasForeignLower = false; // a letter of the piece has a lower case outside of ASCII too
 };
 
 } // namespace catalogue

@@ -27,8 +27,8 @@ public:
     [[nodiscard]] std::string_view At(std::uint32_t number) const { return m_texts[number]; }
     [[nodiscard]] std::size_t Count() const { return m_texts.size(); }
 
-    // For each number its place in the catalogue's order, from 0; texts that compare equal have the
-    // same one, and a null comes first. `asNumbers`: sorted by their numeric values.
+    // For each number its rank in the catalogue's order, from 0; texts that compare equal have the
+    // same rank, and a null comes first. `asNumbers`: sorted by their numeric values.
     [[nodiscard]] std::vector<std::uint32_t> Ranks(bool asNumbers) const;
 
     // Frees the memory that only Add needs; Add must not be called any more.
@@ -40,7 +40,7 @@ private:
     std::vector<std::string_view> m_texts; // into m_chunks
     runtime::KeyIndex m_index;             // of the texts, by their bytes
     std::deque<std::string> m_chunks;      // never reallocated once begun
-    std::uint32_t m_last = kNull;          // the last number: equal texts often follow each other
+    std::uint32_t m_last = kNull;          // of the last text: equal texts often follow each other
 };
 
 } // namespace catalogue

@@ -29,9 +29,9 @@ struct LikeCondition {
     LikeNode root;
 };
 
-// The condition that consists of the tokens from `first` up to but not including `last`.
-// Returns: nullopt when there is anything in it but names, LIKE, texts or values, AND, OR and
-//          brackets, or more than kMostLikeTerms terms.
+// Parses the tokens from `first` up to, but not including, `last`.
+// Returns: nullopt when they contain anything but names, LIKE, texts or values, AND, OR and
+// brackets, or more than kMostLikeTerms terms.
 [[nodiscard]] std::optional<LikeCondition> ReadLikeCondition(const std::vector<Token> &tokens,
                                                              std::size_t first, std::size_t last);
 

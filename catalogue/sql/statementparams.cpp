@@ -18,8 +18,8 @@ namespace
 
 constexpr std::size_t kLongestLiteral = 200; // characters, in a text that a person reads
 
-// The place of `word` (upper case, ASCII) in `text` without regard to letter case, found in steps
-// of up to the word's length: statements carry whole song texts.
+// Whether `text` contains `word` (upper case, ASCII) without regard to letter case. It advances by
+// up to the word's length at a time, because statements contain whole song texts.
 bool HasWord(std::string_view text, std::string_view word)
 {
     std::array<std::uint8_t, 256> steps{};
@@ -77,7 +77,7 @@ std::string Literal(const Value &value)
     return LiteralOf(value, type);
 }
 
-// `text`, cut in its middle where it is long.
+// `text`; the middle of a long one is replaced by a count of its characters.
 std::string ShortText(std::string_view text)
 {
     constexpr int kKeptAtEachEnd = 90;

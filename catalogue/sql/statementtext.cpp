@@ -92,7 +92,7 @@ void Writer::WriteParameter(const Parameter &parameter, std::string &sql)
     sql += ' ';
 }
 
-// The table after FROM or JOIN in a plain SELECT: the view of MP3s under the table's name.
+// Writes the table after FROM or JOIN in a plain SELECT: the view of MP3s, with the table's name.
 void Writer::WriteTable(std::size_t at, std::string &sql)
 {
     sql += kTextView;
@@ -106,7 +106,7 @@ void Writer::WriteTable(std::size_t at, std::string &sql)
         sql += "AS MP3s ";
 }
 
-// The place after "UPPER(TRIM(...))" at `at`; 0 when it is not there.
+// The index after "UPPER(TRIM(...))" at `at`; 0 when it is not there.
 std::size_t Writer::InsideUpperTrim(std::size_t at, std::size_t last) const
 {
     if (!Is(at, "UPPER") || !Is(at + 1, "(") || !Is(at + 2, "TRIM") || !Is(at + 3, "("))
@@ -159,7 +159,8 @@ std::size_t Writer::WriteOne(std::size_t at, std::size_t last, std::string &sql)
     } else {
         m_result.hasOpenMarker |= token.kind == TokenKind::Parameter;
         sql += token.text;
-        // Marks of two characters, such as "<>" and "||", must stay together.
+        // SQLite reads a mark of two characters, such as "<>" and "||", only without a blank
+        // inside.
         const bool joins = token.kind == TokenKind::Mark && at + 1 < last &&
                            m_tokens[at + 1].kind == TokenKind::Mark &&
                            m_tokens[at + 1].text.data() == token.text.data() + 1;
@@ -264,7 +265,7 @@ Translated Translate(Tokens tokens, bool isStored)
             if (!isStored)
                 result.rows.likes = ReadLikeCondition(tokens, 5, orderAt);
         }
-        result.parameters.clear(); // they are collected again below
+        result.parameters.clear(); // they are collected again by the Write below
         result.unquoted.clear();
     }
     result.sql = writer.Write(0, orderAt);

@@ -31,8 +31,9 @@ bool IsWordPart(char c)
     return IsWordStart(c) || IsDigit(c) || c == '$';
 }
 
-// The end of the text that begins at `from` with a mark and ends with `close`; a doubled `close`
-// means that character. npos when it has no end.
+// The end of the text that begins with a mark at `from` and ends with `close`. A doubled `close` is
+// a character of the text, except for "]" and "#".
+// Returns: npos when the text has no end.
 std::size_t EndOfQuoted(std::string_view text, std::size_t from, char close)
 {
     for (auto at = text.find(close, from + 1); at != std::string_view::npos;
