@@ -1,5 +1,4 @@
-// Any file, any edit: afterwards the song exists, its audio is where the rules say, and so is what
-// was written.
+// Any file, any edit: afterwards the song exists and has its audio and the tags that were written.
 #include "fuzz/memoryfiles.h"
 #include "fuzz/quietdesk.h"
 #include "metadata/id3v1.h"

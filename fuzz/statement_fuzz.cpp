@@ -1,6 +1,6 @@
 // Any text as a statement, as its values, as the tags and the path of a song, on a real catalogue:
-// a value never becomes syntax, the catalogue keeps its structure, and a song has one row, equal to
-// what its tags say.
+// a value never becomes syntax, the catalogue keeps its structure, and a song has one row, with the
+// texts of its tags.
 #include "catalogue/addfile.h"
 #include "catalogue/adoclass.h"
 #include "catalogue/edittags.h"

@@ -151,7 +151,7 @@ void ReportChanged(const Edit &edit)
     ShowBox("\"" + runtime::ShownText(edit.fileName) + "\"" + std::string(kChanged));
 }
 
-// Returns: whether the file is still the one of the raw tags. Otherwise a box has said so.
+// Returns: whether the file is still the one of the raw tags. Otherwise a box has reported it.
 bool StillFits(const Edit &edit)
 {
     platform::FileIdentity now;
@@ -164,7 +164,7 @@ bool StillFits(const Edit &edit)
     return false;
 }
 
-// Makes sure that the raw tags are those that the file has now. Otherwise a box says why not.
+// Makes sure that the raw tags are those that the file has now. Otherwise a box reports the reason.
 bool PrepareRawTags(Edit &edit)
 {
     const bool own = edit.raw.file.path == edit.fileName &&
@@ -318,7 +318,7 @@ void ReportEditedTwice(const Edit &edit)
 }
 
 // Writes the new version into the ".bck" file. Returns: whether it was written; nullopt when the
-// song has changed since it was read or another edit of it is running: a box has said so.
+// song has changed since it was read or another edit of it is running: a box has reported it.
 std::optional<bool> WriteCopy(Edit &edit)
 {
     shell::ShowProgress("Processing the MP3", edit.label);
@@ -353,7 +353,7 @@ bool UpdateCatalogue(const Edit &edit)
     return !update || Run([&] { update(FieldsOf(edit), edit.fileName); });
 }
 
-// Updates the rows once more, because the song has its new tags only now.
+// Updates the rows a second time, because the song has its new tags only now.
 void SettleCatalogue(const Edit &edit)
 {
     if (const auto &settle = TheTagWriterHooks().settleCatalogue)

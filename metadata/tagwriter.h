@@ -57,8 +57,8 @@ enum class SaveResult {
 struct TagWriterHooks {
     // Writes the values of `tag` to the rows of `path`, by "Edit1" and "Edit2".
     std::function<void(const ID3v2Tag &tag, const std::string &path)> updateCatalogue;
-    // The same once more, when the song has its new tags: another program that read it between the
-    // two calls may have written the old tags into its rows.
+    // The same a second time, when the song has its new tags: another program that read it between
+    // the two calls may have written the old tags into its rows.
     std::function<void(const ID3v2Tag &tag, const std::string &path)> settleCatalogue;
     // Makes the player release `path`. Returns the path that is selected in the player; sets its
     // state and, when it plays, the position in ms.

@@ -47,8 +47,8 @@ struct Player {
     // not answer.
     virtual WindowHandle FindWindow(std::string_view className) = 0;
 
-    // Sends a message and waits for the answer, 100 ms at most. A window that is 0 or gone, and a
-    // request that the player does not know, answer 0.
+    // Sends a message and waits for the answer, 100 ms at most. A window that is 0 or does not
+    // exist any more, and a request that the player does not know, answer 0.
     virtual std::int32_t SendMessage(WindowHandle window, std::uint32_t message,
                                      std::int32_t wParam, std::int32_t lParam) = 0;
 

@@ -16,7 +16,7 @@ namespace shell
 // run in it, a window may be closed, the program may end. The caller must check its state again.
 void ShowProgress(std::string_view words);
 
-// The same in `line`; null shows nothing, and waiting events run all the same.
+// The same in `line`; null shows nothing, but waiting events run.
 void ShowProgress(std::string_view words, ui::Label *line);
 
 // The same in the progress line of the splash, with the text of `key` in the section "Progress" of

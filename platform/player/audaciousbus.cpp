@@ -63,7 +63,7 @@ struct AudaciousBus::Later {
 struct AudaciousBus::Ahead {
     Question question{};
     sd_bus_slot *slot = nullptr;
-    sd_bus_message *answer = nullptr; // null until it comes
+    sd_bus_message *answer = nullptr; // null until it arrives
 
     ~Ahead()
     {
@@ -281,8 +281,8 @@ AudaciousBus::Ahead *AudaciousBus::FindAhead(const char *method,
     return found != m_ahead.end() ? found->get() : nullptr;
 }
 
-// The answer to a question that was sent by AskAhead; waits for it if it has not come. Otherwise
-// like Call.
+// The answer to a question that was sent by AskAhead; waits for it if it has not arrived.
+// Otherwise like Call.
 sd_bus_message *AudaciousBus::AnswerAhead(const char *method, std::optional<std::uint32_t> argument)
 {
     // The player may end meanwhile, and with it the questions that were sent.

@@ -69,8 +69,8 @@ public:
     // when it is stopped. This is an order too; it is not sent when AskAhead has sent it already.
     void SelectPlayingList();
 
-    // A question whose answer comes with a later Update; `taken` is called with nullopt when there
-    // is none. All open questions are dropped when the player ends.
+    // A question whose answer arrives with a later Update; `taken` is called with nullopt when
+    // there is none. All open questions are dropped when the player ends.
     void AskTextLater(const char *method, std::uint32_t argument,
                       std::function<void(std::optional<std::string>)> taken);
     std::size_t Pending() const { return m_later.size(); }

@@ -40,7 +40,7 @@ public:
     // known names, all names are forgotten. Returns: false when the player is silent.
     bool Check(std::int32_t index);
 
-    // Asks for the names that are not known yet, at most 256 at a time; their answers come with
+    // Asks for the names that are not known yet, at most 256 at a time; their answers arrive with
     // AudaciousBus::Update.
     void Continue();
     bool IsComplete() const { return m_unknown == 0; }
@@ -48,7 +48,7 @@ public:
     // Whether the list of this run of the player has been read.
     bool IsBegun() const { return m_run == m_bus.Run(); }
 
-    // The line of an entry; nullopt when its name has not come yet or there is no such entry.
+    // The line of an entry; nullopt when its name has not arrived yet or there is no such entry.
     std::optional<std::string> Known(std::int32_t index) const;
     std::int32_t LastIndexOf(const std::string &line) const; // -1 = not known
     void Forget();

@@ -17,7 +17,7 @@ inline constexpr std::string_view kSummaryName = "Solution.txt";
 // of the command line are not joined and split in this way.
 std::vector<std::string> SplitArguments(std::string_view arguments);
 
-// Handles the elements, each of which is one path, and appends the summary. It says that a song was
+// Handles the elements, each of which is one path, and appends the summary. It reports a song as
 // added or updated only when its row is safe in the catalogue, and shows control characters of a
 // path as digits (ShownText, runtime/utf8.h). When a signal asks the program to end, the current
 // element is finished, the summary says what was done, and EndRequested (platform/endrequest.h) is

@@ -135,8 +135,8 @@ bool Prepare(const StartUpWindows &windows)
     return true;
 }
 
-// The regeneration at each start, which the user has chosen. When the folder is missing today, the
-// program must still start: a box reports it, and the catalogue is shown as it is.
+// The regeneration at each start, which the user has chosen. When the folder is missing at this
+// start, a box reports it, and the catalogue is shown as it is.
 void RefreshAtStartUp(const StartUpWindows &windows)
 {
     try {

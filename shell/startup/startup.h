@@ -59,7 +59,7 @@ inline constexpr int kRefused = 1;
 inline constexpr int kRowsLost = 3;
 
 // Reads the table `Validations` and compares the version. Returns: false when the catalogue is too
-// old, incomplete or missing; a box has said so. The file is only read.
+// old, incomplete or missing; a box has reported it. The file is only read.
 // Errors: RuntimeError when the version cannot be parsed.
 bool CheckCatalogue();
 
