@@ -6,6 +6,7 @@
 // The waits between the steps of an edit are not counted: the clock port skips them. Prints medians
 // in ms, ratios, the greatest memory, and a checksum of the songs written. The tag has a picture of
 // 40 KB, or of TAG MEGABYTES.
+#include "bench/timing.h"
 #include "metadata/mp3info.h"
 #include "metadata/tagframes.h"
 #include "metadata/tagwriter.h"
@@ -18,29 +19,16 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <string>
-#include <vector>
 
 namespace fs = std::filesystem;
 
 namespace
 {
-
-struct QuietDesk : tests::SilentDesktop, tests::WaitedClock {
-    platform::Answer MessageBox(std::string_view text, platform::Buttons, std::string_view,
-                                platform::BoxIcon) override
-    {
-        std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
-        std::exit(1);
-    }
-};
 
 void MakeSong(const std::string &path, std::size_t megabytes, std::size_t pictureBytes)
 {
@@ -83,31 +71,21 @@ void CopyAndFlush(const std::string &song)
 
 // Makes one edit: of the ID3v2 title, for which the whole file is written (the long way), or of the
 // ID3v1 title alone (the short way).
-unsigned long long Edit(const std::string &song, bool longWay, int round)
+// A box means that it failed.
+unsigned long long Edit(const tests::QuietDesk &desk, const std::string &song, bool longWay,
+                        int round)
 {
     metadata::SongInfo old = metadata::ReadSongInfo(song);
     old.id3v2.Genre = "Rock";
     metadata::ID3v1Tag v1 = old.id3v1;
     metadata::ID3v2Tag v2 = old.id3v2;
     (longWay ? v2.Title : v1.Title) = "Title " + std::to_string(round);
-    if (!metadata::SaveTag(v1, v2, old.id3v1, old.id3v2, song, true, true, nullptr))
+    const bool saved = metadata::SaveTag(v1, v2, old.id3v1, old.id3v2, song, true, true, nullptr);
+    if (!saved || desk.boxes > 0) {
+        std::fprintf(stderr, "%s\n", desk.lastBox.c_str());
         std::exit(1);
-    return fs::file_size(song);
-}
-
-double MedianMs(int rounds, const std::function<void(int)> &job)
-{
-    std::vector<double> times;
-    for (int round = 0; round < rounds; ++round) {
-        sync();
-        const auto start = std::chrono::steady_clock::now();
-        job(round);
-        const std::chrono::duration<double, std::milli> time =
-            std::chrono::steady_clock::now() - start;
-        times.push_back(time.count());
     }
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
+    return fs::file_size(song);
 }
 
 } // namespace
@@ -122,7 +100,7 @@ int main(int argc, char **argv)
     const std::size_t megabytes = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 12;
     const int rounds = argc > 3 ? std::atoi(argv[3]) : 15;
     const std::size_t tagMegabytes = argc > 4 ? std::strtoul(argv[4], nullptr, 10) : 0;
-    QuietDesk desk;
+    tests::QuietDesk desk;
     platform::TheMachine().desktop = &desk;
     platform::TheMachine().clock = &desk;
     shell::SetAppPath(folder);
@@ -137,10 +115,12 @@ int main(int argc, char **argv)
     for (const bool backup : {true, false})
         for (const bool longWay : {true, false}) {
             shell::TheGlobals().BackUpFiles = backup;
-            Edit(song, longWay, ++number); // puts the folder of backups in place
-            const double floor = MedianMs(rounds, [&](int) { CopyAndFlush(song); });
-            const double edit =
-                MedianMs(rounds, [&](int) { checksum += Edit(song, longWay, ++number); });
+            Edit(desk, song, longWay, ++number); // puts the folder of backups in place
+            const auto flush = [] { sync(); };
+            const double floor = bench::MedianMs(
+                rounds, [&] { CopyAndFlush(song); }, flush);
+            const double edit = bench::MedianMs(
+                rounds, [&] { checksum += Edit(desk, song, longWay, ++number); }, flush);
             std::printf("%s, backup %s: %.1f ms, copy and flush %.1f ms, ratio %.2f (at most %s)\n",
                         longWay ? "long way " : "short way", backup ? "on " : "off", edit, floor,
                         edit / floor, backup ? "2.5" : "1.5");

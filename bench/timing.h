@@ -30,17 +30,24 @@ private:
     return *middle;
 }
 
-// The median time of so many rounds of `measure`.
-template <class Measure>
-[[nodiscard]] double MedianMs(int rounds, const Measure &measure)
+// The median time of so many rounds of `measure`. `prepare` runs before each round and is not
+// measured.
+template <class Measure, class Prepare>
+[[nodiscard]] double MedianMs(int rounds, const Measure &measure, const Prepare &prepare)
 {
     std::vector<double> times;
     for (int i = 0; i < rounds; ++i) {
+        prepare();
         const Stopwatch watch;
         measure();
         times.push_back(watch.Ms());
     }
     return Median(std::move(times));
+}
+template <class Measure>
+[[nodiscard]] double MedianMs(int rounds, const Measure &measure)
+{
+    return MedianMs(rounds, measure, [] {});
 }
 
 } // namespace bench

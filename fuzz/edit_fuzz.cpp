@@ -1,29 +1,24 @@
 // Any file, any edit: afterwards the song exists and has its audio and the tags that were written.
+#include "fuzz/expect.h"
 #include "fuzz/memoryfiles.h"
-#include "fuzz/quietdesk.h"
+#include "fuzz/quietedits.h"
 #include "metadata/id3v1.h"
 #include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
-#include "platform/machine.h"
-#include "shell/globals.h"
 
-#include <cstdlib>
-#include <vector>
+#include <memory>
+#include <string>
 
 namespace
 {
+
+using fuzz::Expect;
 
 const std::string kSong = "/song.mp3";
 
 metadata::SongInfo Read()
 {
     return metadata::ReadSongInfo(kSong);
-}
-
-void Expect(bool holds)
-{
-    if (!holds)
-        std::abort();
 }
 
 // The bits of the first byte choose what changes and what is written.
@@ -47,17 +42,11 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
 {
     if (size == 0)
         return 0;
-    static QuietDesk desk;
-    MemoryFiles files;
+    static tests::QuietDesk desk;
+    fuzz::EditQuietly(desk);
+    fuzz::MemoryFiles files;
     const std::string before(reinterpret_cast<const char *>(data) + 1, size - 1);
     files.names[kSong] = std::make_shared<std::string>(before);
-    platform::TheMachine().files = &files;
-    platform::TheMachine().desktop = &desk;
-    platform::TheMachine().clock = &desk;
-    shell::TheGlobals().BackUpFiles = false;
-    shell::TheGlobals().UpdateDBAfterEditing = false;
-    metadata::ResetMP3Info();
-    desk.boxes = 0;
 
     const metadata::SongInfo old = Read();
     const metadata::RawTags raw = metadata::CopyRawTags();
@@ -87,7 +76,5 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
         if (writeID3v2 && (data[0] & 1))
             Expect(after.find("New title") != std::string::npos);
     }
-    metadata::ResetMP3Info();
-    platform::TheMachine().files = &platform::SystemFiles();
     return 0;
 }

@@ -1,10 +1,12 @@
 // Any bytes as a settings file: its lines survive, and a value of any bytes that is set in it is
 // read back, from it and from the text that it writes.
+#include "fuzz/expect.h"
 #include "platform/posix/inidocument.h"
 
-#include <cstdlib>
 #include <string>
 #include <string_view>
+
+using fuzz::Expect;
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
 {
@@ -16,12 +18,9 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     document.Set(section, key, value);
     const std::string text = document.Text();
     platform::posix::IniDocument again(text);
-    if (document.Find(section, key) != value || again.Find(section, key) != value)
-        std::abort();
-    if (again.Text() != text)
-        std::abort();
+    Expect(document.Find(section, key) == value && again.Find(section, key) == value);
+    Expect(again.Text() == text);
     again.Remove(section, key);
-    if (again.Find(section, key))
-        std::abort();
+    Expect(!again.Find(section, key));
     return 0;
 }

@@ -1,6 +1,8 @@
 // fuzz/memoryfiles.h - the files port for a few files in memory, each with its path.
 #pragma once
 
+#include "metadata/mp3info.h"
+#include "platform/machine.h"
 #include "platform/posix/disk/systemfiles.h"
 
 #include <algorithm>
@@ -10,9 +12,26 @@
 #include <string>
 #include <vector>
 
+namespace fuzz
+{
+
+// While one exists, it is TheMachine().files, and nothing is known of the files of an earlier run.
 class MemoryFiles : public platform::posix::SystemFilesPort
 {
 public:
+    MemoryFiles()
+    {
+        platform::TheMachine().files = this;
+        metadata::ResetMP3Info();
+    }
+    ~MemoryFiles() override
+    {
+        metadata::ResetMP3Info();
+        platform::TheMachine().files = &platform::SystemFiles();
+    }
+    MemoryFiles(const MemoryFiles &) = delete;
+    MemoryFiles &operator=(const MemoryFiles &) = delete;
+
     using Content = std::shared_ptr<std::string>; // owners: the name and the open handles
     std::map<std::string, Content> names;
 
@@ -95,3 +114,5 @@ private:
 
     std::vector<Content> m_open;
 };
+
+} // namespace fuzz

@@ -6,14 +6,16 @@
 #include "catalogue/edittags.h"
 #include "catalogue/rowgroups.h"
 #include "catalogue/sql/statementparams.h"
+#include "fuzz/expect.h"
 #include "fuzz/memoryfiles.h"
-#include "fuzz/quietdesk.h"
 #include "metadata/genres.h"
 #include "metadata/mp3info.h"
 #include "platform/machine.h"
-#include "shell/globals.h"
+#include "shell/apppath.h"
+#include "shell/startup/startup.h"
 #include "tests/support/fakeports.h"
 #include "tests/support/mp3bytes.h"
+#include "tests/support/silentdesktop.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -25,11 +27,7 @@ using namespace catalogue;
 namespace
 {
 
-void Expect(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
+using fuzz::Expect;
 
 // A catalogue in a new folder, for the whole process.
 struct Library {
@@ -38,9 +36,8 @@ struct Library {
         Expect(mkdtemp(folder.data()) != nullptr);
         std::filesystem::copy_file(QUENLIN_SHIPPED_CATALOGUE, folder + "/MP3s.mdb");
         DataAccess = std::make_unique<ADOclass>();
-        DataAccess->TipoLectura = 1;
-        DataAccess->DirBase = folder + "/";
-        DataAccess->DataBaseName = "MP3s";
+        shell::SetAppPath(folder);
+        shell::SetADOFields(*DataAccess);
         platform::Machine &machine = platform::TheMachine();
         machine.desktop = &desk;
         machine.clock = &desk;
@@ -75,7 +72,7 @@ struct Library {
     }
 
     std::string folder = std::filesystem::temp_directory_path() / "quenlin-fuzz-XXXXXX";
-    QuietDesk desk;
+    tests::QuietDesk desk;
     tests::FakeDrives drives;
     std::string before;
 };
@@ -121,7 +118,7 @@ std::string SongOf(const std::vector<std::string> &pieces)
 }
 
 // The pieces as the tags and the path of a song: added, then updated.
-void AddAnySong(const std::vector<std::string> &pieces, MemoryFiles &files)
+void AddAnySong(const std::vector<std::string> &pieces, fuzz::MemoryFiles &files)
 {
     const std::string path = "/m/" + pieces[7].substr(0, pieces[7].find('\0')) + ".mp3";
     files.names[path] = std::make_shared<std::string>(SongOf(pieces));
@@ -146,9 +143,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     if (size == 0)
         return 0;
     static Library library;
-    MemoryFiles files;
-    platform::TheMachine().files = &files;
-    metadata::ResetMP3Info();
+    fuzz::MemoryFiles files;
     const auto pieces =
         PiecesOf(std::string_view(reinterpret_cast<const char *>(data) + 1, size - 1));
     if (data[0] & 128) {
@@ -159,7 +154,5 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     }
     DataAccess->ExecuteSQL("DELETE FROM MP3s", kDelete);
     DataAccess->ExecuteSQL("DELETE FROM Lists", kDelete);
-    metadata::ResetMP3Info();
-    platform::TheMachine().files = &platform::SystemFiles();
     return 0;
 }

@@ -1,16 +1,16 @@
 // Any file, any edit by frames: the edited field is read as it was written, every other field as
 // before; all other frames and each byte of the audio are kept; a second save writes nothing, and
 // an edit that is refused does not change the song.
+#include "fuzz/bytesport.h"
+#include "fuzz/expect.h"
 #include "fuzz/memoryfiles.h"
-#include "fuzz/quietdesk.h"
+#include "fuzz/quietedits.h"
 #include "metadata/mp3info.h"
 #include "metadata/tagwriter.h"
 #include "metadata/unicode/tagwalk.h"
-#include "platform/machine.h"
 #include "shell/globals.h"
 
 #include <array>
-#include <cstdlib>
 #include <optional>
 #include <set>
 #include <utility>
@@ -19,20 +19,16 @@
 namespace
 {
 
+using fuzz::Expect;
+using fuzz::MemoryFiles;
 using metadata::ID3v2Tag;
 using metadata::SaveResult;
 using metadata::unicode::Frame;
 
 const std::string kSong = "/song.mp3";
 
-void Expect(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
-
 // Answers questions, and stores their words.
-struct AskedDesk : QuietDesk {
+struct AskedDesk : tests::QuietDesk {
     bool saysYes = false;
     std::string words;
 
@@ -43,23 +39,6 @@ struct AskedDesk : QuietDesk {
         QuietDesk::MessageBox(text, buttons, title, icon);
         return saysYes ? platform::Answer::Yes : platform::Answer::No;
     }
-};
-
-class Bytes : public metadata::unicode::FileBytesPort
-{
-public:
-    explicit Bytes(std::string_view bytes) : m_bytes(bytes) {}
-    std::int64_t Length() override { return static_cast<std::int64_t>(m_bytes.size()); }
-    std::string_view Read(std::int64_t position, std::int64_t count) override
-    {
-        Expect(position >= 0 && count >= 0);
-        if (position >= Length())
-            return {};
-        return m_bytes.substr(static_cast<std::size_t>(position), static_cast<std::size_t>(count));
-    }
-
-private:
-    std::string_view m_bytes;
 };
 
 struct OneFrame {
@@ -79,7 +58,7 @@ struct Parts {
 Parts PartsOf(const std::string &song)
 {
     Parts parts;
-    Bytes bytes(song);
+    fuzz::BytesPort bytes(song);
     const std::size_t id3v1 =
         song.size() >= 128 && song.compare(song.size() - 128, 3, "TAG") == 0 ? 128 : 0;
     std::set<std::pair<std::size_t, std::size_t>> behind; // the end and the beginning of each tag
@@ -261,17 +240,9 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
         return 0;
     static AskedDesk desk;
     desk.words.clear();
-    desk.boxes = 0;
-    MemoryFiles files;
-    platform::TheMachine().files = &files;
-    platform::TheMachine().desktop = &desk;
-    platform::TheMachine().clock = &desk;
-    shell::TheGlobals().BackUpFiles = false;
-    shell::TheGlobals().UpdateDBAfterEditing = false;
+    fuzz::EditQuietly(desk);
     shell::TheGlobals().UnicodeTags = true;
-    metadata::ResetMP3Info();
+    MemoryFiles files;
     Check(data, size, desk, files);
-    metadata::ResetMP3Info();
-    platform::TheMachine().files = &platform::SystemFiles();
     return 0;
 }

@@ -5,6 +5,9 @@
 #include "platform/clock.h"
 #include "platform/desktop.h"
 
+#include <string>
+#include <string_view>
+
 namespace tests
 {
 
@@ -47,6 +50,20 @@ struct WaitedClock : platform::Clock {
 
     std::int64_t steadyMs = 0;
     double secondsAtStart = 0;
+};
+
+// Both in one object, which counts the boxes and keeps the text of the last one.
+struct QuietDesk : SilentDesktop, WaitedClock {
+    platform::Answer MessageBox(std::string_view text, platform::Buttons buttons,
+                                std::string_view title, platform::BoxIcon icon) override
+    {
+        ++boxes;
+        lastBox = text;
+        return SilentDesktop::MessageBox(text, buttons, title, icon);
+    }
+
+    int boxes = 0;
+    std::string lastBox;
 };
 
 } // namespace tests
