@@ -2,11 +2,10 @@
 // and updating one row in a group, the rows with one value, one folder; and the seven sorted
 // statements of the field tree compared with the same seven through SQLite's own interface, every
 // column, in SQLite's own order. Prints a checksum with the times.
+#include "bench/barewalks.h"
 #include "bench/opencopy.h"
 #include "bench/timing.h"
 #include "shell/globals.h"
-
-#include <sqlite3.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -86,32 +85,8 @@ void TimeRows(ADOclass &access, const std::vector<Song> &songs, const char *name
     std::printf("%-34s %8.2f us a row, %d failed\n", name, us, failures);
 }
 
-// Seven sorted reads of all rows through SQLite's own interface, which the times of the program are
-// compared with. Returns: milliseconds, bytes.
-std::pair<double, std::size_t> BareWalks(const std::string &file)
-{
-    sqlite3 *db = nullptr;
-    sqlite3_open(file.c_str(), &db);
-    std::size_t bytes = 0;
-    const bench::Stopwatch watch;
-    for (const std::string field : shell::FieldNames) {
-        if (field == "List")
-            continue;
-        sqlite3_stmt *statement = nullptr;
-        sqlite3_prepare_v2(db, ("SELECT * FROM MP3s ORDER BY " + field).c_str(), -1, &statement,
-                           nullptr);
-        while (sqlite3_step(statement) == SQLITE_ROW)
-            for (int i = 0; i < 10; ++i)
-                if (sqlite3_column_text(statement, i) != nullptr)
-                    bytes += static_cast<std::size_t>(sqlite3_column_bytes(statement, i));
-        sqlite3_finalize(statement);
-    }
-    const double took = watch.Ms();
-    sqlite3_close(db);
-    return {took, bytes};
-}
-
-std::pair<double, std::size_t> SortedReads(ADOclass &access)
+// The same reads through the program, of the one column that each order needs.
+bench::Walked SortedReads(ADOclass &access)
 {
     std::size_t bytes = 0;
     const bench::Stopwatch watch;
@@ -162,7 +137,7 @@ int main(int argc, char **argv)
               std::vector<Value>{album + "%", album + "%/%"});
     CloseCatalogue();
     for (int round = 0; round < 3; ++round) {
-        const auto [bareMs, bareBytes] = BareWalks(copy.File());
+        const auto [bareMs, bareBytes] = bench::BareWalks(copy.File());
         const auto [ourMs, ourBytes] = SortedReads(access);
         std::printf("seven sorted reads: %.0f ms, bare walks %.0f ms, ratio %.3f (%zu of %zu "
                     "bytes)\n",

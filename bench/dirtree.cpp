@@ -5,20 +5,18 @@
 //
 // Makes the sub-folders in FOLDER where they are missing, each with one folder in it. Prints the
 // median of each in milliseconds, their ratio, and the number of nodes; fails when that is wrong.
-#include "platform/clock.h"
-#include "platform/disk/drives.h"
+#include "bench/timing.h"
 #include "platform/machine.h"
 #include "platform/posix/disk/systemfolders.h"
 #include "platform/posix/systemclock.h"
 #include "platform/terminal/terminaldesktop.h"
+#include "tests/support/fakeports.h"
 #include "ui/cDirTree.h"
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -32,19 +30,6 @@ namespace fs = std::filesystem;
 
 constexpr int kJudged = 10000; // sub-folders from which on the time is judged
 constexpr double kLimit = 2.0;
-
-// The measured folder as the one drive.
-struct OneDrive : platform::Drives {
-    std::string DriveOf(const std::string & /*path*/) override { return drive; }
-    platform::DriveType TypeOf(const std::string & /*drive*/) override
-    {
-        return platform::DriveType::Fixed;
-    }
-    std::string LabelOf(const std::string & /*drive*/) override { return {}; }
-    std::string SerialOf(const std::string & /*drive*/) override { return {}; }
-    std::vector<std::string> Roots() override { return {drive}; }
-    std::string drive;
-};
 
 void MakeFolders(const std::string &folder, int count)
 {
@@ -89,21 +74,6 @@ int OpenInTree(const std::string &path)
     return tree.Count();
 }
 
-template <class Step>
-double MedianMs(int rounds, int &result, const Step &step)
-{
-    std::vector<double> times;
-    for (int round = 0; round < rounds; round++) {
-        const auto start = std::chrono::steady_clock::now();
-        result = step();
-        times.push_back(
-            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-                .count());
-    }
-    std::ranges::sort(times);
-    return times[times.size() / 2];
-}
-
 } // namespace
 
 int main(int argc, char **argv)
@@ -117,21 +87,20 @@ int main(int argc, char **argv)
     const std::string folder = fs::absolute(argv[1]).string();
     MakeFolders(folder, count);
 
-    OneDrive drives;
-    drives.drive = folder;
+    tests::FakeDrives drives; // the measured folder is the only drive
+    drives.roots = {folder};
     platform::posix::SystemFolders folders;
     platform::posix::SystemClock clock;
     platform::terminal::TerminalDesktop desktop;
     platform::Machine &machine = platform::TheMachine();
-    machine.drives = &drives;
     machine.folders = &folders;
     machine.clock = &clock;
     machine.desktop = &desktop;
 
     int looked = 0, nodes = 0;
     ListBarely(folder);
-    const double floorMs = MedianMs(rounds, looked, [&] { return ListBarely(folder); });
-    const double treeMs = MedianMs(rounds, nodes, [&] { return OpenInTree(folder); });
+    const double floorMs = bench::MedianMs(rounds, [&] { looked = ListBarely(folder); });
+    const double treeMs = bench::MedianMs(rounds, [&] { nodes = OpenInTree(folder); });
     std::printf("subfolders=%d bare_ms=%.1f tree_ms=%.1f ratio=%.2f nodes=%d\n", looked, floorMs,
                 treeMs, treeMs / floorMs, nodes);
     // The desktop, the computer and the drive, then each sub-folder and the one in it.

@@ -38,7 +38,7 @@ def library(libraries, count, tags=TAG_KINDS[0]):
     return folder
 
 
-def tell(what, value, limit, unit, judged=True):
+def report(what, value, limit, unit, judged=True):
     """Prints a figure beside its limit; whether the limit was missed. A figure that is 0 was not measured,
     which is a miss also where the times are not judged."""
     word = "  NOT MEASURED" if value == 0 else "  MISSED" if judged and value > limit else ""

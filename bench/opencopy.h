@@ -6,6 +6,8 @@
 #include "platform/machine.h"
 #include "platform/posix/systemclock.h"
 #include "platform/terminal/terminaldesktop.h"
+#include "shell/apppath.h"
+#include "shell/startup/startup.h"
 
 #include <filesystem>
 #include <memory>
@@ -16,7 +18,7 @@ namespace bench
 
 // While this object exists, DataAccess refers to a copy of `catalogue`, the file MP3s.mdb in
 // `folder`, and TheMachine has a desktop and a clock. The files of an earlier copy are removed
-// first.
+// first. `folder` becomes the program's folder.
 class OpenCopy
 {
 public:
@@ -29,9 +31,8 @@ public:
         platform::TheMachine().desktop = &m_desktop;
         platform::TheMachine().clock = &m_clock;
         catalogue::DataAccess = std::make_unique<catalogue::ADOclass>();
-        catalogue::DataAccess->TipoLectura = 1;
-        catalogue::DataAccess->DirBase = folder + "/";
-        catalogue::DataAccess->DataBaseName = "MP3s";
+        shell::SetAppPath(folder);
+        shell::SetADOFields(*catalogue::DataAccess);
     }
     ~OpenCopy()
     {

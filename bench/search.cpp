@@ -3,6 +3,7 @@
 // connection has written, the engine's own LIKE, and a search for the bytes in a copy of the same
 // texts in memory; and filling a list with all rows. Prints the number of rows with the times. The
 // exit status is 1 when rows differ, and with "judge" also when a limit is exceeded.
+#include "bench/figures.h"
 #include "bench/opencopy.h"
 #include "bench/timing.h"
 #include "browser/itemlist.h"
@@ -15,7 +16,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -31,21 +31,9 @@ constexpr int kRounds = 7, kWrites = 5;
 
 bool failed = false, judged = false;
 
-void Tell(const std::string &what, double value, const char *unit, double limit)
+void Report(const std::string &what, double value, const char *unit, double limit)
 {
-    const bool missed = judged && value > limit;
-    failed = failed || missed;
-    std::printf("%-44s %8.1f %s, limit %.0f%s\n", what.c_str(), value, unit, limit,
-                missed ? "  MISSED" : "");
-}
-
-double MemoryMiB()
-{
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.starts_with("VmRSS:"))
-            return std::stod(line.substr(6)) / 1024;
-    return 0;
+    failed |= bench::PrintFigure(what, value, unit, limit, judged);
 }
 
 catalogue::RecordsetPtr Search(const std::string &text)
@@ -130,7 +118,7 @@ void ReadAhead()
 const std::vector<std::string> kWords = {"love", "xylophone", "SuMmEr",
                                          "\u043E\u0440\u043B\u043E\u0412", "DUFR\u00CANE"};
 
-std::vector<std::int64_t> TellTimes(const char *when)
+std::vector<std::int64_t> ReportTimes(const char *when)
 {
     std::vector<std::int64_t> rows;
     double slowest = 0;
@@ -142,11 +130,11 @@ std::vector<std::int64_t> TellTimes(const char *when)
         slowest = std::max(slowest, ms);
         rows.push_back(found);
     }
-    Tell("statement, " + std::string(when), slowest, "ms", kStatementMs);
+    Report("statement, " + std::string(when), slowest, "ms", kStatementMs);
     return rows;
 }
 
-void TellFloors(const std::string &file, const std::vector<std::int64_t> &rows)
+void ReportFloors(const std::string &file, const std::vector<std::int64_t> &rows)
 {
     const std::string dump = DumpOf(file);
     double slowestEngine = 0, slowestBytes = 0;
@@ -172,7 +160,7 @@ void TellFloors(const std::string &file, const std::vector<std::int64_t> &rows)
 }
 
 // Another connection adds a row, which the next search must find; several times.
-void TellAfterWrites(const std::string &file)
+void ReportAfterWrites(const std::string &file)
 {
     std::vector<double> times;
     for (int written = 1; written <= kWrites; ++written) {
@@ -190,15 +178,15 @@ void TellAfterWrites(const std::string &file)
         ReadAhead();
         failed = failed || Search("xylophone")->RecordCount() != written;
     }
-    Tell("the first statement after another's write", bench::Median(times), "ms", kStatementMs);
+    Report("the first statement after another's write", bench::Median(times), "ms", kStatementMs);
 }
 
-void TellFill(double idleMiB)
+void ReportFill(double idleMiB)
 {
     ui::KeyedList list;
     const double ms = MedianMs(kRounds, [&] { browser::FillItemList(list, *Search("")); });
-    Tell("a search for everything, statement and fill", ms, "ms", kFillMs);
-    Tell("memory above the idle program", MemoryMiB() - idleMiB, "MiB", kMemoryMiB);
+    Report("a search for everything, statement and fill", ms, "ms", kFillMs);
+    Report("memory above the idle program", bench::MemoryMiB("VmRSS") - idleMiB, "MiB", kMemoryMiB);
     std::printf("    %d rows\n", list.Count());
 }
 
@@ -210,13 +198,13 @@ int main(int argc, char **argv)
         return 2;
     judged = argc > 3;
     const bench::OpenCopy copy(argv[1], argv[2]);
-    const double idleMiB = MemoryMiB();
-    const auto walked = TellTimes("nothing read ahead");
+    const double idleMiB = bench::MemoryMiB("VmRSS");
+    const auto walked = ReportTimes("nothing read ahead");
     ReadAhead();
-    const auto rows = TellTimes("texts read ahead");
+    const auto rows = ReportTimes("texts read ahead");
     failed = failed || walked != rows;
-    TellFill(idleMiB);
-    TellFloors(copy.File(), rows);
-    TellAfterWrites(copy.File());
+    ReportFill(idleMiB);
+    ReportFloors(copy.File(), rows);
+    ReportAfterWrites(copy.File());
     return failed ? 1 : 0;
 }

@@ -1,19 +1,18 @@
 // search_window_bench CATALOGUE FOLDER [judge] - a search in the real search window, in a copy of
 // the catalogue: until the first rows are painted, until all are in the list, and the memory above
 // that of the window before. With "judge" it ends with status 1 when a limit is missed.
+#include "bench/figures.h"
 #include "bench/opencopy.h"
 #include "bench/timing.h"
-#include "platform/settingsstore.h"
 #include "search/frmSearch.h"
 #include "search/searchform.h"
-#include "shell/apppath.h"
+#include "tests/support/memorysettings.h"
 #include "ui/qt/form.h"
 #include "ui/qt/views/listview.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <cstdio>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -28,18 +27,6 @@ bool failed = false, judged = false;
 struct Desktop : platform::terminal::TerminalDesktop {
     void SetPointer(platform::Pointer) override {}
     void DoEvents() override { QApplication::processEvents(); }
-};
-
-// A settings store that keeps nothing.
-struct NoSettings : platform::SettingsStore {
-    std::string Read(std::string_view, std::string_view, std::string_view,
-                     std::string_view defaultText) override
-    {
-        return std::string(defaultText);
-    }
-    void Write(std::string_view, std::string_view, std::string_view, std::string_view) override {}
-    void Delete(std::string_view, std::string_view, std::string_view) override {}
-    void Flush() override {}
 };
 
 // Notes when the list was first painted with rows in it.
@@ -74,26 +61,14 @@ private:
     double m_firstMs = -1;
 };
 
-double MemoryMiB(const char *which)
+void Report(const std::string &what, double value, const char *unit, double limit)
 {
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.starts_with(which))
-            return std::stod(line.substr(line.find(':') + 1)) / 1024;
-    return 0;
-}
-
-void Tell(const std::string &what, double value, const char *unit, double limit)
-{
-    const bool missed = (judged && value > limit) || value < 0;
-    failed = failed || missed;
-    std::printf("%-52s %8.1f %s, limit %.0f%s\n", what.c_str(), value, unit, limit,
-                missed ? "  MISSED" : "");
+    failed |= bench::PrintFigure(what, value, unit, limit, judged);
 }
 
 void Measure(search::SearchForm &form, QWidget &window)
 {
-    const double idleMiB = MemoryMiB("VmRSS");
+    const double idleMiB = bench::MemoryMiB("VmRSS");
     QElapsedTimer ahead;
     ahead.start();
     while (form.tmrReadAhead.Enabled())
@@ -118,10 +93,11 @@ void Measure(search::SearchForm &form, QWidget &window)
             first.push_back(watch.FirstMs());
         }
         std::printf("%s: %d rows\n", *text == '\0' ? "everything" : text, form.ListView.Count());
-        Tell("    first rows painted", bench::Median(first), "ms", kFirstRowsMs);
-        Tell("    all rows in the list", bench::Median(all), "ms", kFillMs);
+        Report("    first rows painted", bench::Median(first), "ms", kFirstRowsMs);
+        Report("    all rows in the list", bench::Median(all), "ms", kFillMs);
     }
-    Tell("memory above the idle window, at most", MemoryMiB("VmHWM") - idleMiB, "MiB", kMemoryMiB);
+    Report("memory above the idle window, at most", bench::MemoryMiB("VmHWM") - idleMiB, "MiB",
+           kMemoryMiB);
 }
 
 } // namespace
@@ -132,12 +108,10 @@ int main(int argc, char **argv)
     if (argc < 3)
         return 2;
     judged = argc > 3;
-    const bench::OpenCopy copy(argv[1], argv[2]);
-    shell::SetAppPath(argv[2]);
     Desktop desktop;
+    const bench::OpenCopy copy(argv[1], argv[2]);
     platform::TheMachine().desktop = &desktop;
-    NoSettings settings;
-    platform::TheMachine().settings = &settings;
+    const tests::MemorySettings settings;
     {
         ui::qt::FormWindows host;
         search::RegisterSearchWidgets();

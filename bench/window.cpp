@@ -3,20 +3,19 @@
 // Arguments: a catalogue (copied first, then read), a folder for temporary files, a folder of songs
 // or "". Only "models": the models compared with item objects. Only "empty": an empty window of the
 // toolkit until it is painted; the floor for the start.
+#include "bench/figures.h"
+#include "bench/largestvalue.h"
+#include "bench/opencopy.h"
 #include "browser/fieldtree.h"
 #include "browser/form/formload.h"
 #include "browser/itemlist.h"
 #include "browser/windows/frmMain.h"
-#include "catalogue/adoclass.h"
 #include "catalogue/regeneration.h"
-#include "catalogue/rowgroups.h"
 #include "platform/machine.h"
 #include "platform/posix/disk/mountdrives.h"
-#include "platform/posix/systemclock.h"
 #include "platform/qt/qtdesktop.h"
-#include "platform/settingsstore.h"
-#include "shell/apppath.h"
 #include "shell/globals.h"
+#include "tests/support/memorysettings.h"
 #include "ui/qt/views/listview.h"
 #include "ui/qt/views/treeview.h"
 
@@ -32,9 +31,7 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
-#include <filesystem>
-#include <fstream>
-#include <map>
+#include <string>
 #include <thread>
 
 namespace
@@ -46,28 +43,6 @@ double Ms(const QElapsedTimer &timer)
 {
     return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }
-
-// A settings store in memory.
-struct Store : platform::SettingsStore {
-    std::map<std::string, std::string> values;
-
-    std::string Read(std::string_view, std::string_view section, std::string_view key,
-                     std::string_view defaultText) override
-    {
-        const auto found = values.find(std::string(section) + "/" + std::string(key));
-        return found == values.end() ? std::string(defaultText) : found->second;
-    }
-    void Write(std::string_view, std::string_view section, std::string_view key,
-               std::string_view text) override
-    {
-        values[std::string(section) + "/" + std::string(key)] = text;
-    }
-    void Delete(std::string_view, std::string_view section, std::string_view key) override
-    {
-        values.erase(std::string(section) + "/" + std::string(key));
-    }
-    void Flush() override {}
-};
 
 // Answers every question with No.
 struct Desktop : platform::qt::QtDesktop {
@@ -154,25 +129,9 @@ void TimeListModel()
     std::printf("; item objects: %.0f ms\n", Ms(timer));
 }
 
-// The key of the node with the most files in one of two groups.
-std::string LargestValue(browser::MainForm &form)
-{
-    std::string largest;
-    int files = -1;
-    for (const char *group : {"ByGenre", "ByYear"})
-        for (const ui::NodeId node : form.TV.Children(form.TV.Find(group))) {
-            form.TV.MoveTo(node);
-            if (form.LV.Count() > files) {
-                files = form.LV.Count();
-                largest = form.TV.Key(node);
-            }
-        }
-    return largest;
-}
-
 void TimeClickAndSort(browser::MainForm &form, QWidget &listView)
 {
-    const std::string key = LargestValue(form);
+    const std::string key = bench::LargestValue(form, {"ByGenre", "ByYear"});
     form.TV.MoveTo(form.TV.Find("ByArtist"));
     QApplication::processEvents();
     QElapsedTimer timer;
@@ -212,12 +171,12 @@ public:
     {
         target.installEventFilter(this);
         m_clock.start();
-        m_fingers = std::thread([this] { Press(); });
+        m_presser = std::thread([this] { Press(); });
     }
     ~KeyWatch() override
     {
         m_ending = true;
-        m_fingers.join();
+        m_presser.join();
         QApplication::removePostedEvents(&m_target, QEvent::KeyPress);
     }
     KeyWatch(const KeyWatch &) = delete;
@@ -256,7 +215,7 @@ private:
     QElapsedTimer m_clock;
     std::atomic<qint64> m_pressedNs = 0; // 0: no key waits for its answer
     std::atomic<bool> m_ending = false;
-    std::thread m_fingers;
+    std::thread m_presser;
 };
 
 // Regenerates until enough keys were pressed during it for a result. Returns: false when there were
@@ -280,16 +239,6 @@ bool TimeRegeneration(browser::MainForm &form, QWidget &window, const std::strin
     return watch.answered >= kEnoughKeys;
 }
 
-long MemoryMiB()
-{
-    std::ifstream status("/proc/self/status");
-    std::string line;
-    while (std::getline(status, line))
-        if (line.starts_with("VmHWM:"))
-            return std::stol(line.substr(6)) / 1024;
-    return 0;
-}
-
 int TimeModels()
 {
     TimeTreeModel();
@@ -306,20 +255,6 @@ int EmptyWindow()
     return 0;
 }
 
-void OpenCatalogue(const std::string &shipped, const std::string &folder)
-{
-    std::filesystem::create_directories(folder);
-    for (const char *end : {"", "-wal", "-shm", "-turn"})
-        std::filesystem::remove(folder + "/MP3s.mdb" + end);
-    std::filesystem::copy_file(shipped, folder + "/MP3s.mdb");
-    shell::SetAppPath(folder);
-    catalogue::DataAccess = std::make_unique<catalogue::ADOclass>();
-    catalogue::DataAccess->TipoLectura = 1;
-    catalogue::DataAccess->DirBase = folder + "/";
-    catalogue::DataAccess->DataBaseName = "MP3s";
-    catalogue::DataAccess->TableName = "MP3s";
-}
-
 } // namespace
 
 int main(int argc, char **argv)
@@ -332,15 +267,12 @@ int main(int argc, char **argv)
     if (argc != 4)
         return 2;
     Desktop desktop;
-    Store store;
-    store.values["Extras/UnicodeOffer"] = "0"; // no user can answer the question
+    const bench::OpenCopy copy(argv[1], argv[2]);
     platform::TheMachine().desktop = &desktop;
-    platform::TheMachine().settings = &store;
+    tests::MemorySettings settings;
+    settings.values["Quenlin/Extras/UnicodeOffer"] = "0"; // no user can answer the question
     platform::posix::MountDrives drives;
     platform::TheMachine().drives = &drives;
-    platform::posix::SystemClock clock;
-    platform::TheMachine().clock = &clock;
-    OpenCatalogue(argv[1], argv[2]);
     {
         browser::MainForm &form = browser::frmMain();
         browser::frmMainWindow window(form);
@@ -353,18 +285,16 @@ int main(int argc, char **argv)
         const double tree = Ms(timer);
         browser::ShowMainForm(form);
         QApplication::processEvents();
-        std::printf("LoadTreeView %.0f ms for %d nodes, filled window %.0f ms, memory %ld MiB\n",
-                    tree, form.TV.Count(), Ms(timer), MemoryMiB());
+        std::printf("LoadTreeView %.0f ms for %d nodes, filled window %.0f ms, memory %.0f MiB\n",
+                    tree, form.TV.Count(), Ms(timer), bench::MemoryMiB("VmHWM"));
         form.TreeJustExpanded = false;
         TimeClickAndSort(form, *window.findChild<QWidget *>(QStringLiteral("LV")));
         if (argv[3][0] != '\0' && !TimeRegeneration(form, window, argv[3])) {
             std::fputs("too few keys were answered: their time could not be measured\n", stderr);
             return 1;
         }
-        std::printf("memory at the end: %ld MiB\n", MemoryMiB());
+        std::printf("memory at the end: %.0f MiB\n", bench::MemoryMiB("VmHWM"));
     }
     browser::ResetMainForm();
-    catalogue::DataAccess.reset();
-    catalogue::CloseCatalogue();
     return 0;
 }

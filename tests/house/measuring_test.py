@@ -11,24 +11,24 @@ sys.path.insert(0, str(SOURCE / "bench"))
 import measuring  # noqa: E402
 
 
-class Tell(unittest.TestCase):
-    def tell(self, *figure):
+class Report(unittest.TestCase):
+    def report(self, *figure):
         """(whether it is a miss, the printed line)"""
         out = io.StringIO()
         with contextlib.redirect_stdout(out):
-            missed = measuring.tell(*figure)
+            missed = measuring.report(*figure)
         return missed, out.getvalue()
 
     def test_a_limit_is_kept_or_missed(self):
-        self.assertEqual(self.tell("a wait", 99.0, 100, "ms")[0], False)
-        missed, line = self.tell("a wait", 101.0, 100, "ms")
+        self.assertEqual(self.report("a wait", 99.0, 100, "ms")[0], False)
+        missed, line = self.report("a wait", 101.0, 100, "ms")
         self.assertTrue(missed)
         self.assertIn("MISSED", line)
-        self.assertEqual(self.tell("a wait", 101.0, 100, "ms", False)[0], False)
+        self.assertEqual(self.report("a wait", 101.0, 100, "ms", False)[0], False)
 
     def test_nothing_is_no_figure(self):
         for judged in (True, False):
-            missed, line = self.tell("a wait", 0.0, 100, "ms", judged)
+            missed, line = self.report("a wait", 0.0, 100, "ms", judged)
             self.assertTrue(missed)
             self.assertIn("NOT MEASURED", line)
 
