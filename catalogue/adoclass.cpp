@@ -24,7 +24,7 @@ namespace
 constexpr std::string_view kDatabaseMark = "[GetDatabase]";
 constexpr std::string_view kDataSource = "Data Source=";
 
-int livingObjects = 0; // the destructor of the last one closes the catalogue
+int objectCount = 0; // the destructor of the last one closes the catalogue
 
 void SetPointer(platform::Pointer pointer)
 {
@@ -84,7 +84,7 @@ RecordsetPtr Records(const Outcome &outcome)
 
 ADOclass::ADOclass()
 {
-    ++livingObjects;
+    ++objectCount;
 }
 
 ADOclass::ADOclass(InStep, const ADOclass &other)
@@ -99,7 +99,7 @@ ADOclass::~ADOclass()
 {
     *m_alive = false;
     CloseConnection();
-    if (!m_joinsGroup && --livingObjects == 0)
+    if (!m_joinsGroup && --objectCount == 0)
         CloseCatalogue();
 }
 

@@ -34,7 +34,7 @@ WaitEnd WaitUntil(const std::function<bool()> &condition, std::int64_t limitMs)
             return WaitEnd::Cancelled;
         TheMachine().clock->Sleep(kStepMs);
     }
-    return WaitEnd::Held;
+    return WaitEnd::ConditionMet;
 }
 
 void BeginWait()

@@ -10,10 +10,10 @@
 namespace platform
 {
 
-enum class WaitEnd { Held, Limit, Cancelled };
+enum class WaitEnd { ConditionMet, Limit, Cancelled };
 
 // Lets events run until `condition` returns true; checks it first, then about every 10 ms.
-// Returns: how the wait ended: Held: the condition is true; Limit: `limitMs` have passed;
+// Returns: how the wait ended: ConditionMet: the condition is true; Limit: `limitMs` have passed;
 // Cancelled: CancelWaits was called, or a signal asked for the end.
 WaitEnd WaitUntil(const std::function<bool()> &condition, std::int64_t limitMs);
 

@@ -86,7 +86,7 @@ std::string ReadListFile(const std::string &path, const ListReader &read)
         std::unique_lock guard(question->lock);
         return question->changed.wait_for(guard, kStep, [&] { return question->isAnswered; });
     };
-    if (platform::WaitUntil(isAnswered, kAnswerLimitMs) != platform::WaitEnd::Held)
+    if (platform::WaitUntil(isAnswered, kAnswerLimitMs) != platform::WaitEnd::ConditionMet)
         return {};
     const std::lock_guard guard(question->lock);
     return std::move(question->text);

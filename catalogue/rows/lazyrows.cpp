@@ -17,8 +17,8 @@ namespace
 // The results that have not copied themselves yet; each adds and removes itself.
 std::vector<LazyRecordset *> &OpenRecordsets()
 {
-    static auto *living = new std::vector<LazyRecordset *>; // outlives every result
-    return *living;
+    static auto *recordsets = new std::vector<LazyRecordset *>; // outlives every result
+    return *recordsets;
 }
 
 int IndexOf(const std::vector<std::string> &columns, std::string_view name)
@@ -47,7 +47,7 @@ Snapshot::~Snapshot()
 
 LazyRecordset::LazyRecordset(std::unique_ptr<Snapshot> snapshot, const RowQuery &query,
                              const Binding &bind, ColumnNames columns)
-    : RecordsetBase(std::move(columns)), m_snapshot(std::move(snapshot)), m_bornMs(MachineMs())
+    : RecordsetBase(std::move(columns)), m_snapshot(std::move(snapshot)), m_createdMs(MachineMs())
 {
     FindRows(query, bind);
     SortRows();
@@ -57,7 +57,7 @@ LazyRecordset::LazyRecordset(std::unique_ptr<Snapshot> snapshot, const RowQuery 
 LazyRecordset::LazyRecordset(std::unique_ptr<Snapshot> snapshot, std::vector<std::int64_t> rows,
                              ColumnNames columns)
     : RecordsetBase(std::move(columns)), m_snapshot(std::move(snapshot)), m_rows(std::move(rows)),
-      m_bornMs(MachineMs())
+      m_createdMs(MachineMs())
 {
     Begin();
 }
@@ -237,7 +237,7 @@ void LazyRecordset::CopyAll(std::int64_t ageMs)
         return;
     const auto now = MachineMs();
     for (auto *recordset : OpenRecordsets())
-        if (recordset->m_snapshot && now - recordset->m_bornMs >= ageMs)
+        if (recordset->m_snapshot && now - recordset->m_createdMs >= ageMs)
             recordset->TryCopyWhole();
 }
 

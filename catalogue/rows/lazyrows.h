@@ -83,7 +83,7 @@ private:
     std::optional<RowTable> m_table;    // once copied
     sqlite3_stmt *m_reader = nullptr;   // reads the table from a row on
     mutable std::int64_t m_loaded = -1; // the position that m_reader is at; -1 for none
-    std::int64_t m_bornMs;
+    std::int64_t m_createdMs;
 };
 
 } // namespace catalogue

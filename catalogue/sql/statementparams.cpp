@@ -46,7 +46,7 @@ bool IsFirstByte(char c)
 
 std::string TextForm(const Value &value)
 {
-    struct Former {
+    struct ToText {
         std::string operator()(std::monostate) const { return {}; }
         std::string operator()(const std::string &text) const { return text; }
         std::string operator()(bool flag) const { return flag ? "-1" : "0"; }
@@ -54,7 +54,7 @@ std::string TextForm(const Value &value)
         std::string operator()(double number) const { return runtime::NumberText(number); }
         std::string operator()(const Date &date) const { return date.text; }
     };
-    return std::visit(Former{}, value);
+    return std::visit(ToText{}, value);
 }
 
 // The type of the value itself; the empty one counts as text.

@@ -53,7 +53,7 @@ std::string ValueOf(const std::vector<std::pair<std::string, std::string>> &pair
 
 // Writes `text` to the file, or removes the file when the text is empty. Returns: whether that
 // changed anything.
-bool Settle(const std::string &folder, const std::string &name, const std::string &text)
+bool WriteOrRemove(const std::string &folder, const std::string &name, const std::string &text)
 {
     const std::string path = folder + "/" + name;
     const auto old = ReadRegularFile(path, kMaxFileBytes);
@@ -108,15 +108,15 @@ void DesktopFileTypes::WritePairs(const std::vector<std::pair<std::string, std::
     const std::string name = LowerAscii(runtime::Replace(programId, ".", "-"));
     const std::string mimeName = "application/x-" + name;
 
-    if (Settle(m_dataHome + "/mime/packages", name + ".xml",
-               FormatMimePackage(mimeName, extension, description)))
+    if (WriteOrRemove(m_dataHome + "/mime/packages", name + ".xml",
+                      FormatMimePackage(mimeName, extension, description)))
         RunQuietly({"update-mime-database", m_dataHome + "/mime"}, kDatabaseTimeoutMs);
 
     const std::string wanted = ProgramOf(command);
     const std::string program = wanted.empty() ? std::string() : FindProgram(wanted);
-    if (Settle(m_dataHome + "/applications", name + ".desktop",
-               program.empty() ? std::string()
-                               : FormatDesktopEntry(mimeName, description, program)))
+    if (WriteOrRemove(m_dataHome + "/applications", name + ".desktop",
+                      program.empty() ? std::string()
+                                      : FormatDesktopEntry(mimeName, description, program)))
         RunQuietly({"update-desktop-database", m_dataHome + "/applications"}, kDatabaseTimeoutMs);
 }
 

@@ -136,8 +136,8 @@ void DrawMenuRule(const QStyleOptionMenuItem &rule, QPainter *painter)
 }
 
 // The entry with its icon in the colours for a selected entry, if it is selected.
-QStyleOptionMenuItem WithItsIcon(const QStyleOptionMenuItem &entry, const QStyle &style,
-                                 const QWidget *widget)
+QStyleOptionMenuItem WithSelectedIcon(const QStyleOptionMenuItem &entry, const QStyle &style,
+                                      const QWidget *widget)
 {
     QStyleOptionMenuItem changed(entry);
     if (entry.state.testFlag(QStyle::State_Selected) &&
@@ -203,7 +203,7 @@ void OwnStyle::drawControl(ControlElement element, const QStyleOption *option, Q
         if (const auto *entry = qstyleoption_cast<const QStyleOptionMenuItem *>(option)) {
             if (entry->menuItemType == QStyleOptionMenuItem::Separator)
                 return DrawMenuRule(*entry, painter);
-            const QStyleOptionMenuItem shown = WithItsIcon(*entry, *this, widget);
+            const QStyleOptionMenuItem shown = WithSelectedIcon(*entry, *this, widget);
             return QProxyStyle::drawControl(element, &shown, painter, widget);
         }
     QProxyStyle::drawControl(element, option, painter, widget);

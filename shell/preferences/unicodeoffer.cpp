@@ -50,7 +50,7 @@ bool IsOffered()
 
 } // namespace
 
-UnicodeOfferForm::UnicodeOfferForm(std::int64_t files, std::int64_t of)
+UnicodeOfferForm::UnicodeOfferForm(std::int64_t files, std::int64_t allFiles)
     : Form("frmUnicodeOffer", kCaptions)
 {
     Add("lblFound", lblFound);
@@ -65,13 +65,13 @@ UnicodeOfferForm::UnicodeOfferForm(std::int64_t files, std::int64_t of)
     size = {0, 0, kWidth, kHeight};
     layout = ui::Column({lblFound, lblChange, ui::Filled(lblAsk), chkNotAgain,
                          ui::Row({ui::Room(), cmdYes, cmdNo})});
-    onLoad = [this, files, of] {
+    onLoad = [this, files, allFiles] {
         const std::string words = GetLanguageText(
             "$Files$ of $All$ songs have tags whose texts cannot be read in the usual way.",
             "Found", kSection);
         lblFound.SetCaption(
             runtime::Replace(runtime::Replace(words, "$Files$", std::to_string(files)), "$All$",
-                             std::to_string(of)));
+                             std::to_string(allFiles)));
     };
     cmdYes.onClick = [this] {
         accepted = true;
@@ -87,11 +87,11 @@ bool IsUnicodeOfferDue()
     return !IsOffered();
 }
 
-bool OfferUnicodeTags(std::int64_t files, std::int64_t of)
+bool OfferUnicodeTags(std::int64_t files, std::int64_t allFiles)
 {
     if (files == 0 || !IsUnicodeOfferDue())
         return false;
-    UnicodeOfferForm form(files, of);
+    UnicodeOfferForm form(files, allFiles);
     ui::ShowModal(form);
     NoteUnicodeChoice();
     if (form.chkNotAgain.Checked())

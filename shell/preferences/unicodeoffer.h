@@ -12,7 +12,7 @@ namespace shell
 {
 
 struct UnicodeOfferForm : ui::Form {
-    UnicodeOfferForm(std::int64_t files, std::int64_t of);
+    UnicodeOfferForm(std::int64_t files, std::int64_t allFiles);
 
     ui::Label lblFound, lblChange, lblAsk;
     ui::CheckBox chkNotAgain;
@@ -26,9 +26,9 @@ struct UnicodeOfferForm : ui::Form {
 // (in a folder "%3A" is that character, "%25" a "%").
 [[nodiscard]] bool IsUnicodeOfferDue();
 
-// Asks, unless the user has been asked already: `files` of `of` files have such tags. Returns: true
-// for Yes. The answer is stored; the caller stores the setting itself.
-[[nodiscard]] bool OfferUnicodeTags(std::int64_t files, std::int64_t of);
+// Asks, unless the user has been asked already: `files` of `allFiles` files have such tags.
+// Returns: true for Yes. The answer is stored; the caller stores the setting itself.
+[[nodiscard]] bool OfferUnicodeTags(std::int64_t files, std::int64_t allFiles);
 
 // To be called when the user has chosen how tags are read in this library: no question is due then.
 void NoteUnicodeChoice();

@@ -133,20 +133,20 @@ bool IsTorn(const std::string &shipped, const std::string &users)
 
 // A shipped file at the time when it was copied. If its state is the same, its bytes are the same
 // too and need not be read.
-struct Given {
+struct CopiedFile {
     std::string
         state; // size in bytes and time of change in ns, in decimal; any other text: unknown
     std::uint64_t hash = 0;
 
-    bool operator==(const Given &) const = default;
+    bool operator==(const CopiedFile &) const = default;
 };
-using GivenFiles = std::map<std::string, Given, std::less<>>;
+using CopiedFiles = std::map<std::string, CopiedFile, std::less<>>;
 
 // The record has one line for each file: hash in hexadecimal, a blank, state, a blank, name. A line
 // of another form is ignored.
-GivenFiles ReadRecord(const std::string &home)
+CopiedFiles ReadRecord(const std::string &home)
 {
-    GivenFiles given;
+    CopiedFiles files;
     std::istringstream lines(
         platform::posix::ReadRegularFile(runtime::JoinPath(home, kRecord), kMaxRecordBytes)
             .value_or(""));
@@ -155,18 +155,18 @@ GivenFiles ReadRecord(const std::string &home)
         std::string hash, size, changed, name;
         if (!(words >> hash >> size >> changed) || !std::getline(words >> std::ws, name))
             continue;
-        Given one{size.append(1, ' ').append(changed), 0};
+        CopiedFile one{size.append(1, ' ').append(changed), 0};
         const auto end = std::from_chars(hash.data(), hash.data() + hash.size(), one.hash, 16);
         if (end.ec == std::errc() && end.ptr == hash.data() + hash.size())
-            given[name] = one;
+            files[name] = one;
     }
-    return given;
+    return files;
 }
 
-std::string FormatRecord(const GivenFiles &given)
+std::string FormatRecord(const CopiedFiles &files)
 {
     std::ostringstream lines;
-    for (const auto &[name, one] : given)
+    for (const auto &[name, one] : files)
         lines << std::hex << one.hash << ' ' << one.state << ' ' << name << '\n';
     return lines.str();
 }
@@ -181,47 +181,47 @@ std::string StateOf(const std::string &path)
            std::to_string(file.st_mtim.tv_sec * kNsPerSecond + file.st_mtim.tv_nsec);
 }
 
-// Makes the user's copy at `to` hold `bytes`, where it is still the copy that was `given`, or is
-// missing and none was given yet (null).
-void Renew(const std::string &bytes, const std::string &to, const Given *given)
+// Replaces the user's copy at `to` by `bytes` when it is still the file that was `copied`. Adds a
+// missing one when none has been copied yet (null).
+void Renew(const std::string &bytes, const std::string &to, const CopiedFile *copied)
 {
     std::error_code unknown;
     const auto kind = fs::symlink_status(to, unknown).type();
     if (kind == fs::file_type::not_found) {
-        if (given == nullptr)
+        if (copied == nullptr)
             WriteNew(to, bytes, Existing::Keep);
         return;
     }
-    if (kind != fs::file_type::regular || given == nullptr)
+    if (kind != fs::file_type::regular || copied == nullptr)
         return;
     const std::string users = Read(to);
-    if (users != bytes && runtime::StableHashOf(users) == given->hash)
+    if (users != bytes && runtime::StableHashOf(users) == copied->hash)
         WriteNew(to, bytes, Existing::Replace);
 }
 
 // Updates all copies. Returns: the record for the next time.
-GivenFiles RenewAll(const std::string &shippedFolder, const std::string &home,
-                    const GivenFiles &before)
+CopiedFiles RenewAll(const std::string &shippedFolder, const std::string &home,
+                     const CopiedFiles &before)
 {
-    GivenFiles now;
+    CopiedFiles now;
     for (const std::string &name : ShippedNames(shippedFolder)) {
         if (name == kCatalogue)
             continue;
         const std::string from = runtime::JoinPath(shippedFolder, name);
         const auto known = before.find(name);
-        const Given *given = known == before.end() ? nullptr : &known->second;
+        const CopiedFile *copied = known == before.end() ? nullptr : &known->second;
         const std::string state = StateOf(from);
-        if (given != nullptr && given->state == state) {
-            now[name] = *given;
+        if (copied != nullptr && copied->state == state) {
+            now[name] = *copied;
             continue;
         }
         try {
             const std::string bytes = Read(from);
-            Renew(bytes, runtime::JoinPath(home, name), given);
+            Renew(bytes, runtime::JoinPath(home, name), copied);
             now[name] = {state, runtime::StableHashOf(bytes)};
         } catch (const runtime::RuntimeError &) {
-            if (given != nullptr)
-                now[name] = *given; // the next start tries again
+            if (copied != nullptr)
+                now[name] = *copied; // the next start tries again
         }
     }
     return now;
@@ -270,8 +270,8 @@ void RestoreTornFiles(const std::string &shippedFolder, const std::string &home)
 void RenewShippedFiles(const std::string &shippedFolder, const std::string &home)
 {
     try {
-        const GivenFiles before = ReadRecord(home);
-        const GivenFiles now = RenewAll(shippedFolder, home, before);
+        const CopiedFiles before = ReadRecord(home);
+        const CopiedFiles now = RenewAll(shippedFolder, home, before);
         if (now == before)
             return;
         // The copies are on the disk before the record says so.

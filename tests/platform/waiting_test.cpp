@@ -23,14 +23,15 @@ protected:
 
 TEST_F(Waiting, AConditionThatHoldsIsNotWaitedFor)
 {
-    EXPECT_EQ(platform::WaitUntil([] { return true; }, 0), WaitEnd::Held);
+    EXPECT_EQ(platform::WaitUntil([] { return true; }, 0), WaitEnd::ConditionMet);
     EXPECT_EQ(desktop.yields, 0);
     EXPECT_EQ(clock.steadyMs, 0);
 }
 
 TEST_F(Waiting, EventsRunUntilItHolds)
 {
-    EXPECT_EQ(platform::WaitUntil([this] { return desktop.yields == 3; }, 1000), WaitEnd::Held);
+    EXPECT_EQ(platform::WaitUntil([this] { return desktop.yields == 3; }, 1000),
+              WaitEnd::ConditionMet);
     EXPECT_EQ(clock.steadyMs, 30);
 }
 
@@ -42,7 +43,7 @@ TEST_F(Waiting, ItEndsAtItsLimit)
 
 TEST_F(Waiting, CancellingEndsAllThatAreUnderWay)
 {
-    WaitEnd inner = WaitEnd::Held;
+    WaitEnd inner = WaitEnd::ConditionMet;
     int depth = 0;
     desktop.doEvents = [&] {
         if (++depth == 1)
@@ -55,7 +56,8 @@ TEST_F(Waiting, CancellingEndsAllThatAreUnderWay)
     EXPECT_EQ(desktop.yields, 2);
     desktop.doEvents = nullptr;
     // A later one.
-    EXPECT_EQ(platform::WaitUntil([this] { return desktop.yields == 4; }, 1000), WaitEnd::Held);
+    EXPECT_EQ(platform::WaitUntil([this] { return desktop.yields == 4; }, 1000),
+              WaitEnd::ConditionMet);
 }
 
 TEST_F(Waiting, NoEventRunsWhileADiskMayStillAnswerAtOnce)
