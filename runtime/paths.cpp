@@ -33,6 +33,13 @@ std::string ParentFolder(std::string_view path)
     return std::string(folder.substr(0, folder.size() > 1 ? folder.size() - 1 : folder.size()));
 }
 
+std::string CutSeparators(std::string path)
+{
+    while (path.size() > 1 && path.back() == PathSeparator)
+        path.pop_back();
+    return path;
+}
+
 bool IsInFolder(std::string_view path, std::string_view folder)
 {
     if (!path.starts_with(folder))

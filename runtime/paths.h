@@ -31,6 +31,9 @@ std::string GetLastFolderName(std::string_view path);
 // gives "/"). The root is its own parent; empty for a name alone.
 std::string ParentFolder(std::string_view path);
 
+// The path without the separators at its end; the root keeps its one.
+std::string CutSeparators(std::string path);
+
 // Whether `path` is `folder` itself, or in it at any depth. `folder` has no separator at its end,
 // except the root.
 bool IsInFolder(std::string_view path, std::string_view folder);

@@ -66,13 +66,6 @@ FolderAnswer ProbeFolder(const std::string &path, const LongWait &wait, std::int
     return answer;
 }
 
-std::string CutSeparators(std::string path)
-{
-    while (path.size() > 1 && path.ends_with('/'))
-        path.pop_back();
-    return path;
-}
-
 std::string StoredFolder()
 {
     return GetSetting(kPreferences, "MP3 Directory");
@@ -80,7 +73,7 @@ std::string StoredFolder()
 
 StartFolder FindStartFolder()
 {
-    const std::string stored = CutSeparators(StoredFolder());
+    const std::string stored = runtime::CutSeparators(StoredFolder());
     if (stored.empty())
         return {MusicFolder(), !IsCatalogueEmpty()};
     const FolderAnswer answer = ProbeFolder(stored);

@@ -23,9 +23,6 @@ struct LongWait {
 platform::FolderAnswer ProbeFolder(const std::string &path, const LongWait &wait = {},
                                    std::int64_t limitMs = platform::kDiskLimitMs);
 
-// The path without the separators at its end; "/" stays.
-std::string CutSeparators(std::string path);
-
 // The folder that the settings hold; empty when none has been stored.
 std::string StoredFolder();
 

@@ -11,6 +11,7 @@
 #include "platform/machine.h"
 #include "platform/posix/disk/userfolders.h"
 #include "runtime/error.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
 #include "shell/globals.h"
 #include "shell/language.h"
@@ -122,7 +123,7 @@ std::string TypedFolder(const PreferencesForm &form)
     std::string text(runtime::Trim(form.txtPath.Text()));
     if (text == "~" || text.starts_with("~/"))
         text.replace(0, 1, platform::posix::HomeFolder());
-    return CutSeparators(platform::posix::AbsolutePath(text));
+    return runtime::CutSeparators(platform::posix::AbsolutePath(text));
 }
 
 [[noreturn]] void ThrowNoFolder(const std::string &path, FolderAnswer answer)

@@ -151,17 +151,10 @@ void PrintUnicodeOffer(const catalogue::RegenerationSummary &summary)
     std::fflush(stdout);
 }
 
-std::string CutSeparators(std::string folder)
-{
-    while (folder.size() > 1 && folder.back() == runtime::PathSeparator)
-        folder.pop_back();
-    return folder;
-}
-
 // A regeneration of another folder does not change the setting; this says how to change it.
 void PrintHowToKeep(const std::string &folder)
 {
-    if (CutSeparators(GetPreference("MP3 Directory")) == folder)
+    if (runtime::CutSeparators(GetPreference("MP3 Directory")) == folder)
         return;
     std::printf("The window still reads another folder. To have it read this one: Tools, "
                 "Preferences");
@@ -177,7 +170,7 @@ void PrintHowToKeep(const std::string &folder)
 
 bool RunRegenerateJob(const std::string &folder)
 {
-    TheGlobals().MP3Directory = CutSeparators(folder);
+    TheGlobals().MP3Directory = runtime::CutSeparators(folder);
     {
         Progress progress;
         const TerminalControls inPlace(progress);

@@ -50,6 +50,22 @@ TEST(Paths, ParentAndJoin)
     }
 }
 
+TEST(Paths, SeparatorsAtTheEndAreCut)
+{
+    const struct {
+        std::string path, want;
+    } cases[] = {
+        {"/music/abba", "/music/abba"},
+        {"/music/abba//", "/music/abba"},
+        {"/", "/"},
+        {"//", "/"},
+        {"abba/", "abba"},
+        {"", ""},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(runtime::CutSeparators(c.path), c.want);
+}
+
 TEST(Paths, IsInFolder)
 {
     const struct {
