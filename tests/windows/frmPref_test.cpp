@@ -73,10 +73,12 @@ TEST_F(PreferencesWindowScaled, ANewcomerGetsToTheFirstListInFiveActions)
     EncodeFour();
     settings.values.erase("Quenlin/Preferences/MP3 Directory");
     StartWithPreferences();
-    int actions = 1; // closing the tips of the day
-    auto *hint = Find<QPushButton>(*window, "cmdHint");
-    ASSERT_NE(hint, nullptr);
-    EXPECT_TRUE(hint->isVisible());
+    int actions = 1;             // closing the tips of the day
+    QPushButton *hint = nullptr; // shown a little later than the list, see ListView
+    ASSERT_TRUE(WaitUntil([&] {
+        hint = window->findChild<QPushButton *>(QStringLiteral("cmdHint"));
+        return hint != nullptr && hint->isVisible();
+    }));
     KeepScreenshot(*window, "first-start");
     desktop.ExpectBox("There were some 'mistakes'", platform::Answer::No); // one song has no tag
     bool seen = false;
