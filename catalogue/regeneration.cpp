@@ -110,12 +110,12 @@ struct KeptListings {
 struct Run {
     IntegrityReport report{ReportPath()};
     ListingCache &listings;
-    bool isTableEmpty; // no song has a row
-    KnownSongs known{shell::AppFile(kKnownSongsName), !isTableEmpty};
+    std::int64_t maximum; // the number of files that were counted
+    bool isTableEmpty;    // no song has a row
+    KnownSongs known{shell::AppFile(kKnownSongsName), !isTableEmpty, maximum};
     LookAhead ahead{Dirs().Path(), listings, known};
     RowGroups groups{};
     std::int64_t value = 0; // files done so far
-    std::int64_t maximum = 0;
 };
 
 void SetProgress(const Run &run)
@@ -366,8 +366,9 @@ bool Regenerate()
         CountAll(maximum);
     }
 
-    Run run{.listings = *listings.cache, .isTableEmpty = globals.DeleteBeforeAppend};
-    run.maximum = maximum;
+    Run run{.listings = *listings.cache,
+            .maximum = maximum,
+            .isTableEmpty = globals.DeleteBeforeAppend};
     ScanFolder(run);
     run.groups.Close();
     run.known.Save(!TheState().stopRequested);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <string_view>
 
 namespace runtime
@@ -19,6 +20,8 @@ struct Hash128 {
 // a collision. It takes a fraction of a nanosecond for each byte.
 // Source: xxHash 0.8, XXH3_128bits without a seed.
 [[nodiscard]] Hash128 Hash128Of(std::string_view bytes);
+// The same for the bytes of all pieces, one after the other.
+[[nodiscard]] Hash128 Hash128Of(std::initializer_list<std::string_view> pieces);
 
 // The 64-bit FNV-1a hash of `bytes`: equal bytes give equal numbers, different bytes almost always
 // different ones. It does not protect against someone who looks for a collision.

@@ -111,10 +111,13 @@ bool CanBeKnown(const platform::FileIdentity &file, std::int64_t openedAtNs)
            platform::TheFiles().HasChangeTimes(file);
 }
 
-KnownSongs::KnownSongs(std::string file, bool isUsed)
+KnownSongs::KnownSongs(std::string file, bool isUsed, std::int64_t expected)
     : m_file(std::move(file)), m_circumstances(Circumstances()), m_isUsed(isUsed)
 {
     try {
+        // A vector that grows needs up to three times the memory for a moment.
+        constexpr auto kMost = static_cast<std::int64_t>(kMostSongs);
+        m_records.reserve(static_cast<std::size_t>(std::clamp<std::int64_t>(expected, 0, kMost)));
         Load();
     } catch (const std::bad_alloc &) {
         m_records = {};
@@ -238,24 +241,17 @@ bool KnownSongs::IsToBeSaved(const Record &record, bool isWhole)
            (!isWhole || IsVisited(record) || (record.flags & kAgeBits) < kOldest);
 }
 
-std::string KnownSongs::BytesOfFile(bool isWhole) const
+// Leaves the records as the file has them. There may be many megabytes: no copy is made.
+void KnownSongs::TurnIntoFile(bool isWhole)
 {
-    std::string bytes(kFrontBytes, '\0');
-    bytes.reserve(kFrontBytes + m_records.size() * sizeof(Record));
-    Header header{.recordBytes = sizeof(Record), .circumstances = *m_circumstances};
-    for (const Record &record : m_records)
-        if (IsToBeSaved(record, isWhole)) {
-            Record saved = record;
-            saved.flags &= kFileFlags;
-            if (isWhole && !IsVisited(record))
-                saved.flags += kAgeUnit;
-            bytes.append(BytesOf(saved));
-            ++header.count;
-        }
-    bytes.replace(kHashBytes, sizeof header, BytesOf(header));
-    bytes.replace(0, kHashBytes,
-                  BytesOf(runtime::Hash128Of(std::string_view(bytes).substr(kHashBytes))));
-    return bytes;
+    m_index.Clear();
+    std::erase_if(m_records, [&](const Record &record) { return !IsToBeSaved(record, isWhole); });
+    for (Record &record : m_records) {
+        const bool isOlder = isWhole && !IsVisited(record);
+        record.flags &= kFileFlags;
+        if (isOlder)
+            record.flags += kAgeUnit;
+    }
 }
 
 // What is no regular file in its place (a pipe, a device) is not replaced.
@@ -264,12 +260,16 @@ void KnownSongs::Save(bool isWhole)
     m_hasChanged = m_hasChanged || (isWhole && !std::ranges::all_of(m_records, IsVisited));
     if (!m_circumstances || !m_hasChanged || !IsRegularOrAbsent(m_file))
         return;
-    try {
-        constexpr unsigned kOwnersAlone = 0600;
-        m_hasChanged = !platform::posix::ReplaceFile(m_file, BytesOfFile(isWhole), kOwnersAlone);
-    } catch (const std::bad_alloc &) {
-        m_isUsed = false; // the file stays as it was
-    }
+    TurnIntoFile(isWhole);
+    const Header header{.recordBytes = sizeof(Record),
+                        .circumstances = *m_circumstances,
+                        .count = m_records.size()};
+    const std::string_view records(reinterpret_cast<const char *>(m_records.data()),
+                                   m_records.size() * sizeof(Record));
+    const runtime::Hash128 hash = runtime::Hash128Of({BytesOf(header), records});
+    constexpr unsigned kOwnersAlone = 0600;
+    platform::posix::ReplaceFile(m_file, {BytesOf(hash), BytesOf(header), records}, kOwnersAlone);
+    m_records = {};
 }
 
 } // namespace catalogue

@@ -54,7 +54,8 @@ class KnownSongs
 public:
     // Loads `file`. It is ignored when it was written by another build of the program, or with
     // another code page. `isUsed`: whether Find may find a song; otherwise the run only writes.
-    KnownSongs(std::string file, bool isUsed);
+    // `expected`: the number of songs that the run will visit, as far as it is known.
+    KnownSongs(std::string file, bool isUsed, std::int64_t expected = 0);
 
     // What is known of the song at `path`, as tags are read now. nullopt: nothing.
     [[nodiscard]] std::optional<KnownSong> Find(const std::string &path) const;
@@ -70,7 +71,7 @@ public:
 
     // Writes the file, if that changes it. `isWhole`: the run has visited all songs of its folder;
     // others that the eight whole runs before have not visited either are forgotten. A failure only
-    // means that the next run reads more songs.
+    // means that the next run reads more songs. Ends the use of this object.
     void Save(bool isWhole);
 
 private:
@@ -83,7 +84,7 @@ private:
 
     void Load();
     void TakeRecords(std::string_view bytes);
-    [[nodiscard]] std::string BytesOfFile(bool isWhole) const;
+    void TurnIntoFile(bool isWhole);
     [[nodiscard]] static bool IsVisited(const Record &record);
     [[nodiscard]] static bool IsToBeSaved(const Record &record, bool isWhole);
     [[nodiscard]] std::int32_t IndexOf(const runtime::Hash128 &path) const;

@@ -105,6 +105,12 @@ std::optional<std::string> ReadRegularFile(const std::string &path, std::size_t 
 
 bool ReplaceFile(const std::string &path, std::string_view bytes, unsigned mode)
 {
+    return ReplaceFile(path, {bytes}, mode);
+}
+
+bool ReplaceFile(const std::string &path, std::initializer_list<std::string_view> pieces,
+                 unsigned mode)
+{
     const std::string target = Resolved(path);
     struct stat status {
     };
@@ -116,7 +122,9 @@ bool ReplaceFile(const std::string &path, std::string_view bytes, unsigned mode)
         const Descriptor file(mkostemp(temporary.data(), O_CLOEXEC));
         if (!file)
             return false;
-        done = WriteAll(file.Get(), bytes) && fchmod(file.Get(), mode) == 0;
+        done = std::ranges::all_of(
+                   pieces, [&](std::string_view piece) { return WriteAll(file.Get(), piece); }) &&
+               fchmod(file.Get(), mode) == 0;
     }
     done = done && rename(temporary.c_str(), target.c_str()) == 0;
     if (!done) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -35,6 +36,9 @@ std::optional<std::string> ReadRegularFile(const std::string &path, std::size_t 
 // link is followed. Not flushed. Returns: false, with errno set, when that failed; the old file is
 // unchanged then.
 bool ReplaceFile(const std::string &path, std::string_view bytes, unsigned mode = 0644);
+// The same with the bytes of all pieces, one after the other.
+bool ReplaceFile(const std::string &path, std::initializer_list<std::string_view> pieces,
+                 unsigned mode = 0644);
 
 // Appends `bytes` to the file, in one write if the operating system takes all of them at once, so
 // that they do not mix with what other processes append. A missing file is created, readable only
