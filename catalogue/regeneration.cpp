@@ -148,8 +148,8 @@ bool Enter(const std::string &folder, std::string &failure)
     return true;
 }
 
-// Sets the folder boxes to the first folder. A failure names the folder, or the setting when none
-// is set: the setting may be old.
+// Sets the folder boxes to the first folder. The error names the folder, or the setting when none
+// is set.
 void EnterRoot(const std::string &folder)
 {
     try {
@@ -350,7 +350,7 @@ bool IsToBeReadAnew()
     return true;
 }
 
-// One run. True: it is to be repeated.
+// Does one run. Returns: true when it is to be repeated.
 bool Regenerate()
 {
     const shell::Globals &globals = shell::TheGlobals();
@@ -385,13 +385,13 @@ bool Regenerate()
         OfferMail();
     run.report.Close(!TheState().summary.anyReported, MP3s().Path(), CreationText());
     if (IsToBeReadAnew())
-        return true; // with a report of its own
+        return true; // the second run writes its own report
     if (TheState().summary.anyReported)
         OfferReport();
     return false;
 }
 
-// Marks the run as running; the destructor removes the marks.
+// While one exists, a run is going on.
 struct RunningMark {
     RunningMark()
     {
@@ -466,8 +466,8 @@ void ListRefresh(bool showProgress)
         ShowPBar(true);
         platform::TheDesktop().DoEvents();
     }
-    // When no folder is set, a box without a folder would compare equal; the walk must report the
-    // error then.
+    // When no folder is set, the folder box is equal to the setting: both are empty. The walk must
+    // report the error then.
     if (Dirs().Path() == shell::TheGlobals().MP3Directory && !Dirs().Path().empty()) {
         TheState().summary.skipped = true;
         return;

@@ -33,27 +33,28 @@ struct RegenerationControls {
     std::function<void(std::string_view line, std::int64_t value, std::int64_t maximum)> Progress;
 
     // Asks whether tags are to be read by their frames from now on (shell::Globals::UnicodeTags),
-    // as `files` of `of` files have texts that only so can be read. True: they are, and the run is
-    // repeated.
+    // because `files` of `of` files have texts that cannot be read in another way. Returns: true
+    // when they are; the run is then repeated.
     std::function<bool(std::int64_t files, std::int64_t of)> OfferUnicodeTags;
 };
 RegenerationControls &TheRegenerationControls();
 
 // Results of the last run, for the terminal.
 struct RegenerationSummary {
-    std::uint64_t number = 0;                   // of the call of ListRefresh; 0 before the first
-    std::int64_t files = 0;                     // MP3 files that were found
-    std::int64_t failed = 0;                    // files that could not be added or updated
-    std::vector<std::string> unreadableFolders; // path, ": ", the system's words
-    std::string errors;            // the reasons as the clipboard gets them: 64 KiB, then a count
-    std::int64_t unlisted = 0;     // the reasons that found no room in `errors`
-    bool rowsLost = false;         // the catalogue did not take a row, or could not be emptied
-    std::int64_t reported = 0;     // files that have an entry in the report
-    std::int64_t unicodeFiles = 0; // with texts that only reading by frames can read, where they
-                                   // are not read so
-    bool anyReported = false;      // the report has an entry
-    bool stopped = false;          // ended early by StopRegeneration
-    // The walker was at the folder already: nothing was done, the rest is of the run before.
+    std::uint64_t number = 0; // calls of ListRefresh so far, skipped ones included
+    std::int64_t files = 0;   // MP3 files that were found
+    std::int64_t failed = 0;  // files that could not be added or updated
+    std::vector<std::string> unreadableFolders; // path, ": ", the operating system's words
+    std::string errors;        // the reasons as the clipboard gets them: 64 KiB, then a count
+    std::int64_t unlisted = 0; // the reasons that found no room in `errors`
+    bool rowsLost = false;     // the catalogue did not take a row, or could not be emptied
+    std::int64_t reported = 0; // files that have an entry in the report
+    // Files with texts that only reading by frames can decode; 0 when tags are read by frames.
+    std::int64_t unicodeFiles = 0;
+    bool anyReported = false; // the report has an entry
+    bool stopped = false;     // ended early by StopRegeneration
+    // Nothing was done, because the folder box was at the folder already; the other fields are
+    // those of the run before.
     bool skipped = false;
 };
 const RegenerationSummary &LastRegeneration();

@@ -39,8 +39,9 @@ bool IsTrash(std::string_view name)
     return name == ".Trash" || name.starts_with(".Trash-");
 }
 
-// Whether a file is the companion that another system puts beside each file on a foreign disk: the
-// name begins with "._", the bytes with that format's mark. Source: AppleDouble, RFC 1740.
+// Whether a file is the companion that another operating system puts beside each file on a foreign
+// disk: its name begins with "._", its bytes begin with that format's mark. Source: AppleDouble,
+// RFC 1740.
 bool IsCompanion(DIR *folder, const char *name)
 {
     constexpr std::string_view kMark = std::string_view("\x00\x05\x16\x07", 4);
@@ -124,7 +125,7 @@ FolderState StateOf(const struct stat &status)
 // The memory that the listing takes, approximately.
 std::size_t SizeOf(const FolderListing &listing)
 {
-    constexpr std::size_t kOfName = sizeof(std::string) + 16; // and what its memory needs
+    constexpr std::size_t kOfName = sizeof(std::string) + 16; // and the allocator's part
     std::size_t bytes = sizeof listing + 2 * listing.path.size() + 200;
     for (const auto *names : {&listing.folders, &listing.files})
         for (const std::string &name : *names)
@@ -132,8 +133,8 @@ std::size_t SizeOf(const FolderListing &listing)
     return bytes;
 }
 
-// The helper thread's walk: lists the folders below `listing` from the last to the first, each with
-// the folders below it. Returns: false when the walk is to end.
+// The walk of the helper thread: lists the folders below `listing` from the last to the first, each
+// with the folders below it. Go returns false when the walk is to end.
 class WalkFromTheEnd
 {
 public:

@@ -43,7 +43,7 @@ struct FolderState {
 std::optional<FolderState> FolderStateAt(const std::string &path);
 
 // A folder that is open, to be listed. Errors of both steps: kPathNotFound when there is no such
-// folder; else the number and the words of the system (FileError) when it cannot be read.
+// folder; else FileError when it cannot be read.
 class OpenFolder
 {
 public:
@@ -51,11 +51,11 @@ public:
 
     [[nodiscard]] const FolderState &State() const { return m_state; } // when it was opened
 
-    // Whether any change of the folder since it was opened changes its state: it was opened long
-    // enough after the last change.
+    // Whether any later change of the folder changes its state: it was opened long enough after its
+    // last change.
     [[nodiscard]] bool WasSettled() const;
 
-    // Reads the names. Once.
+    // Reads the names. To be called once.
     ListingPtr Read();
 
 private:
@@ -97,9 +97,9 @@ private:
 };
 
 // While one exists, a helper thread lists the folders below `root` into `cache`, if there is a
-// second processor: from the last folder to the first, until it finds one that is kept already. So
-// a walk that begins at the first folder reads only half of them. Nobody waits for the helper's
-// end.
+// second processor: from the last folder to the first, until it reaches one that is kept already.
+// So a walk that begins at the first folder reads only half of them. Nobody waits for the end of
+// the helper.
 class ListingAhead
 {
 public:

@@ -55,7 +55,7 @@ void LookAhead::Advance()
         continue;
 }
 
-// Returns: false when the root cannot be read; the walk reports that.
+// Returns: false when the root cannot be read; the walk reports the error.
 bool LookAhead::Start()
 {
     m_hasStarted = true;
@@ -68,8 +68,8 @@ bool LookAhead::Start()
     return true;
 }
 
-// Names the next files of the folder in the box, without those that the walk has reached already.
-// Returns: false when there is no further file.
+// Announces the next files of the folder in the box, without those that the walk has reached
+// already. Returns: false when there is no further file.
 bool LookAhead::ExpectFiles()
 {
     const std::vector<std::string> &files = m_box.Listing().files;
@@ -91,7 +91,7 @@ bool LookAhead::ExpectFiles()
 bool LookAhead::EnterNextFolder()
 {
     while (!m_levels.empty()) {
-        m_box.SetPath(m_levels.back().path); // whose listing is kept
+        m_box.SetPath(m_levels.back().path); // its listing is kept
         const std::string entry = m_box.List(m_levels.back().nextFolder++);
         if (entry.empty()) {
             m_levels.pop_back();

@@ -60,8 +60,8 @@ void FolderBox::Assign(const std::string &path)
         changed();
 }
 
-// The listing of a folder that is entered from above; an empty one when it was reached by another
-// path before.
+// The listing of a folder that is entered from the folder above it; an empty listing when the
+// folder was reached by another path before.
 ListingPtr FolderBox::ReadBelow(const std::string &path)
 {
     ListingPtr listing;
@@ -83,7 +83,8 @@ ListingPtr FolderBox::ReadBelow(const std::string &path)
     return listing;
 }
 
-// Returns to a folder above the one in the box; its listing has been kept.
+// Returns to a folder above the one in the box; its listing has been kept. Returns: false when
+// `path` is not such a folder.
 bool FolderBox::GoUp(const std::string &path)
 {
     const auto kept =

@@ -28,8 +28,8 @@ public:
     // Puts `path` into the box; separators at its end are cut, except the root's. A folder that was
     // reached by another path since SetRoot has an empty list: so a walk over links ends, and reads
     // each folder once, by the first path.
-    // Errors: kPathNotFound when there is no such folder; else the number and the words of the
-    //         system (FileError) when it cannot be read. The box is then unchanged.
+    // Errors: kPathNotFound when there is no such folder; else FileError when it cannot be read.
+    // The box is then unchanged.
     void SetPath(const std::string &path);
 
     // The same for the start of a walk: earlier listings are not used. Errors: as SetPath.
@@ -74,7 +74,7 @@ class FileBox
 {
 public:
     FileBox() = default;
-    // Follows `dirs` and handles its Change event. Both must exist equally long.
+    // Follows `dirs` and handles its Change event. `dirs` must exist as long as this box.
     explicit FileBox(FolderBox &dirs);
     FileBox(const FileBox &) = delete;
     FileBox &operator=(const FileBox &) = delete;
@@ -99,8 +99,7 @@ private:
     mutable std::vector<std::string> m_files; // when the folder box is at another folder
 };
 
-// The program's two boxes. At the start they have no folder. A test resets them with
-// Dirs().Clear().
+// The program's two boxes. At the start they have no folder. Dirs().Clear() resets both, for tests.
 FolderBox &Dirs();
 FileBox &MP3s();
 

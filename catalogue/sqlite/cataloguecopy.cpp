@@ -34,7 +34,7 @@ std::string ReasonOf(int errnoValue, const std::string &path)
     return path + ": " + runtime::FileError(errnoValue).description;
 }
 
-// The copies in the folder, the oldest first: their names have the time in the order of its parts.
+// The names of the copies in the folder, the oldest first: they contain the time, year first.
 std::vector<std::string> CopiesIn(const std::string &folder)
 {
     std::vector<std::string> names;
@@ -132,7 +132,7 @@ std::string CopyCatalogue(const std::string &path)
     } catch (const ProviderFailure &failure) {
         return failure.what();
     }
-    // If an old copy cannot be removed, it stays: this is not reported.
+    // An old copy that cannot be removed stays; this is not reported.
     for (std::size_t old = 0; old + kCopiesKept <= copies.size(); old++)
         platform::TheFiles().Delete(folder + "/" + copies[old]);
     return {};

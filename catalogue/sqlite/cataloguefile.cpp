@@ -50,7 +50,7 @@ private:
     bool m_before;
 };
 
-// A place in the queue; the destructor leaves it.
+// A place in the queue; the destructor gives it up.
 class QueuePlace
 {
 public:
@@ -82,7 +82,8 @@ std::string ConditionOfTexts(const Columns &columns, const std::string &isDuplic
 {
     std::string isSame;
     for (std::size_t i = 0; i < kComparedColumns; ++i) {
-        // ?1 and ?2 are the path's. Bytes that another program has stored as such are text here.
+        // ?1 and ?2 belong to the path. A value that another program stored as bytes is compared as
+        // text.
         const std::string isEqual =
             "CAST(" + Quoted(columns[i]) + " AS TEXT) COLLATE BINARY IS ?" + std::to_string(i + 3);
         isSame += isSame.empty() ? "" : " AND ";
@@ -243,8 +244,8 @@ void CatalogueFile::BeginWrite(SqliteHandle &handle)
     m_isWriting = true;
 }
 
-// Waits until it is this process's turn among those that wait, then until no other process writes.
-// Events run meanwhile, and one of them may end the program.
+// Waits for this process's turn among those that wait, then until no other process writes. Events
+// run meanwhile, and one of them may end the program.
 int CatalogueFile::BeginWhenFree(SqliteHandle &handle)
 {
     if (IsWaitingForLock())

@@ -1,5 +1,6 @@
 // catalogue/sqlite/cataloguefile.h - a catalogue file that the process uses: its connections, which
-// stay open between statements, its turn to write, and the snapshots of its lazy results.
+// stay open between statements, its place in the queue of writers, and the snapshots of its lazy
+// results.
 #pragma once
 
 #include "catalogue/rows/foldedtexts.h"
@@ -45,30 +46,32 @@ public:
 
     SqliteHandle &Main() { return *m_main; }
 
-    // Returns another connection, an idle one or a new one; and makes it idle again.
+    // TakeHandle returns another connection, an idle one or a new one. ReturnHandle makes it idle
+    // again.
     std::shared_ptr<SqliteHandle> TakeHandle();
     void ReturnHandle(std::shared_ptr<SqliteHandle> handle);
     std::unique_ptr<Snapshot> TakeSnapshot();
 
     // Reads texts ahead for FindTexts, for about `budgetMs`, and again when the catalogue has
-    // changed. Returns: whether there is more to read; false also when nothing can be kept.
+    // changed.
+    // Returns: whether there is more to read; false also when no texts can be kept.
     bool ReadTextsAhead(std::int64_t budgetMs);
 
     // The numbers of the rows that the search finds in the catalogue as it is now, ascending;
     // nullopt when the texts of this state have not been read.
     std::optional<std::vector<std::int64_t>> FindTexts(const LikeSearch &search);
 
-    // Begins a transaction that writes on one of the file's connections: waits for other processes,
-    // which write one after the other (catalogue/lockwait.h). Events may run meanwhile, and may
+    // Begins a transaction that writes on one of the file's connections. Waits for other processes,
+    // because only one writes at a time (catalogue/lockwait.h). Events may run meanwhile, and may
     // close the catalogue: the caller must keep this object alive.
     // Errors: ProviderFailure when the wait takes too long, or at once when another transaction or
-    //         another wait of this process is active.
+    // another wait of this process is active.
     void BeginWrite(SqliteHandle &handle);
     void Commit(SqliteHandle &handle);
     void RollBack(SqliteHandle &handle);
 
-    // Begins to copy the log into the file, and returns at once: the end of the program then takes
-    // less time. To be called after a commit that wrote much.
+    // Begins to copy the log into the file, and returns at once, so that the end of the program
+    // takes less time. To be called after a commit that wrote much.
     void StartCopyingLog();
 
     // Whether another process waits for its turn.

@@ -30,7 +30,7 @@ struct LogCopier::State {
     bool isRunning = false;
 };
 
-// The first statement makes the connection know the log. It waits for nobody.
+// The first statement makes the connection read the log's header. It does not wait for a lock.
 LogCopier::LogCopier(const std::string &path) : m_state(std::make_shared<State>())
 {
     constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX;

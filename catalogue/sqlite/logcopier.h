@@ -1,6 +1,6 @@
 // catalogue/sqlite/logcopier.h - copies what has been committed from the log into the catalogue
-// while the program goes on, on a helper thread: the end of the program then has little left to
-// copy and to flush.
+// while the program continues, on a helper thread: at the end of the program there is little left
+// to copy and to flush.
 #pragma once
 
 #include <memory>
@@ -16,15 +16,15 @@ public:
     // nothing will be copied.
     explicit LogCopier(const std::string &path);
 
-    // Waits for a copy that runs, which takes no longer than the same work at the end of the
-    // program would, and closes the connection.
+    // Waits for the end of a copy, which takes no longer than the same work at the end of the
+    // program, and closes the connection.
     ~LogCopier();
     LogCopier(const LogCopier &) = delete;
     LogCopier &operator=(const LogCopier &) = delete;
 
-    // Begins to copy, unless a copy runs. The log is flushed before and the catalogue after, as
-    // always. Readers and writers are not kept waiting. Errors: none; what cannot be copied stays
-    // in the log.
+    // Begins to copy, unless a copy is running. As in every such copy of SQLite, the log is flushed
+    // before and the catalogue after it. Readers and writers do not wait for it. Errors: none; what
+    // cannot be copied stays in the log.
     void Start();
 
     // The file is no longer the program's catalogue: nothing is copied into it, also not by the

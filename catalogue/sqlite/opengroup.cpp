@@ -12,7 +12,7 @@ namespace catalogue
 namespace
 {
 
-// Calls all functions that wait for the group with its outcome.
+// Calls each function that waits for the group, with the group's outcome.
 void Settle(const std::string &lost)
 {
     for (const auto &settled : std::exchange(TheOpenGroup().waiting, {}))
@@ -20,7 +20,7 @@ void Settle(const std::string &lost)
 }
 
 // Whether the last failure on this connection was caused by the disk, the memory or an
-// interruption, and not by the statement.
+// interruption, not by the statement.
 bool IsOutOfOrder(sqlite3 *db)
 {
     const int code = sqlite3_errcode(db) & 0xFF;
@@ -28,7 +28,7 @@ bool IsOutOfOrder(sqlite3 *db)
            code == SQLITE_INTERRUPT || code == SQLITE_CORRUPT || code == SQLITE_READONLY;
 }
 
-// Whether another process waits for the group to end; looked up at most once in a millisecond.
+// Whether another process waits for the end of the group; checked at most once in a millisecond.
 bool IsAnotherWaiting(OpenGroup &state, std::int64_t now)
 {
     return std::exchange(state.askedMs, now) != now && state.file->IsAnotherWaiting();

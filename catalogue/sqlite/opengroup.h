@@ -15,11 +15,12 @@ class CatalogueFile; // catalogue/sqlite/cataloguefile.h
 
 // When an open group is committed. A test sets other limits.
 struct GroupLimits {
-    // Of work; a kill loses no more. Long enough that a commit costs little of it, short enough
-    // that the files read ahead hardly run out during one.
+    // How long a group may stay open, in ms of work; a kill loses no more than that. Long enough
+    // that the commit is a small part of it, short enough that the files that were read ahead last
+    // for the time of a commit.
     std::int64_t groupMs = 40;
-    // Between two rows. If files come more slowly, each row is committed at once: the catalogue is
-    // not locked while a file is read.
+    // The longest time between two rows of a group. When files come more slowly, each row is
+    // committed at once, so that the catalogue is not locked while a file is read.
     std::int64_t slowReadMs = 20;
 };
 GroupLimits &TheGroupLimits();
@@ -36,13 +37,13 @@ void CloseCatalogue();
 
 // The state of the group; written by this module and by catalogue/rowgroups.
 struct OpenGroup {
-    int groups = 0;                      // living RowGroups
+    int groups = 0;                      // RowGroups that exist
     std::shared_ptr<CatalogueFile> file; // with the open group; null = none is open
     std::int64_t sinceMs = 0;            // when the open group began
     std::int64_t askedMs = 0;            // when it was last checked whether another process waits
     std::int64_t lastRowMs = 0;          // when the last step ended
     bool isRowStart = false;             // no statement of the step has run yet
-    std::uint64_t begun = 0;             // groups so far
+    std::uint64_t begun = 0;             // the number of groups so far
     bool isSlow = false;
     std::string stepFailure; // the failure that ended the step early; empty = none
     std::vector<std::function<void(const std::string &lost)>>

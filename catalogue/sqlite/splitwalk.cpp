@@ -17,8 +17,8 @@ namespace
 
 constexpr std::uint64_t kLeastRows = 10000; // a walk over fewer takes milliseconds
 
-// The rows of one part of the table. Made and ended on the thread of the caller; Run alone may be
-// called on another one.
+// The rows of one part of the table. The thread of the caller constructs and destroys it; only Run
+// may be called on another thread.
 class Part
 {
 public:
@@ -98,7 +98,7 @@ std::vector<std::int64_t> FindInHalves(SqliteHandle &first, SqliteHandle &second
     const auto middle = static_cast<std::int64_t>(static_cast<std::uint64_t>(rows.first) + half);
     Part lower(first, {rows.first, middle}, search);
     Part upper(second, {middle + 1, rows.last}, search);
-    // The helper has a share of the promise: it may still be at it when the wait is over.
+    // The helper owns the promise too, because it may still be inside set_value when the wait ends.
     const auto hasEnded = std::make_shared<std::promise<void>>();
     const std::future<void> end = hasEnded->get_future();
     const bool hasHelper = platform::posix::StartHelperThread([&upper, hasEnded] {

@@ -1,5 +1,5 @@
-// catalogue/sqlite/splitwalk.h - the rows that a search of LIKE alone finds in the table itself,
-// looked for in both halves of the table at the same time. No state.
+// catalogue/sqlite/splitwalk.h - finds the rows that a search of LIKE alone selects in the table
+// itself, in both halves of the table at the same time. No state.
 #pragma once
 
 #include "catalogue/rows/likesearch.h"
@@ -11,14 +11,14 @@
 namespace catalogue
 {
 
-// Numbers of rows in MP3s, both included; an empty table has none.
+// A range of row numbers in MP3s, both included; that of an empty table contains none.
 struct RowRange {
     std::int64_t first = 0, last = -1;
 };
 
 [[nodiscard]] RowRange RowsOfMP3s(SqliteHandle &handle);
 
-// Whether there are so many rows, and processors, that two halves are faster than the whole.
+// Whether there are so many rows, and processors, that two halves take less time than the whole.
 [[nodiscard]] bool IsWorthSplitting(const RowRange &rows);
 
 // The numbers of the rows that the search finds, ascending. Both handles must be in a transaction

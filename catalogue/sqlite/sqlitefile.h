@@ -10,7 +10,7 @@
 namespace catalogue
 {
 
-// The identity of the file at a path: it changes when the file is replaced.
+// Which file is at a path: another identity means that the file was replaced.
 struct DatabaseIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
@@ -32,7 +32,7 @@ DatabaseIdentity IdentityOf(const std::string &path);
 // Whether the first 100 bytes are those of a database: the magic words, a page size, UTF-8.
 bool IsSoundHeader(std::string_view header);
 
-// Whether a file of `sizeBytes` with this sound header lacks pages that no log beside it holds.
+// Whether a file of `sizeBytes` bytes with this header lacks pages that are not in its log either.
 bool IsCutShort(std::string_view header, std::int64_t sizeBytes, const std::string &path);
 
 } // namespace catalogue

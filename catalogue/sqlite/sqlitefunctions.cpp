@@ -49,7 +49,8 @@ void UpperFunction(sqlite3_context *context, int, sqlite3_value **values)
     sqlite3_result_text64(context, upper.data(), upper.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
 }
 
-// "text REGEXP pattern" calls this with the pattern first. A constant pattern is folded once.
+// "text REGEXP pattern" calls this with the pattern as the first argument. A constant pattern is
+// folded once.
 void LikeFunction(sqlite3_context *context, int count, sqlite3_value **values)
 {
     if (IsNull(values[0]) || IsNull(values[1]))

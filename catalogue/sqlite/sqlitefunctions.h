@@ -18,9 +18,9 @@ namespace catalogue
 // found_by_like, see BindLikeSearch.
 void AddTextFunctions(sqlite3 *db);
 
-// Binds `search` to a parameter (from 1) of a statement, which it outlives. The parameter is the
-// first argument of found_by_like(?, column, ...); the others are the columns of the search in
-// their order. The function returns whether the row is found.
+// Binds `search` to a parameter (from 1) of a statement; `search` must exist until the statement
+// has run. The parameter is the first argument of found_by_like(?, column, ...); the others are the
+// columns of the search in their order. The function returns whether the row is found.
 void BindLikeSearch(sqlite3_stmt *statement, int parameter, const LikeSearch &search);
 
 // The words of that call, for parameter 1.

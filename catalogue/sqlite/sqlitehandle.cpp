@@ -16,11 +16,11 @@ namespace catalogue
 namespace
 {
 
-constexpr std::size_t kPreparedKept = 64; // the program has some thirty statements
+constexpr std::size_t kPreparedKept = 64; // the program has about thirty statements
 
-// The log is written into the file when it has grown to this many pages (32 MiB
-// of the catalogue as it ships), and at the end.
-// Every such copy costs two flushes of the disk, and a regeneration of 40,000 files then needs one.
+// The log is copied into the file when it has grown to this many pages (32 MiB of the catalogue as
+// it ships), and at the end. Every such copy costs two flushes of the disk; a regeneration of
+// 40,000 files needs one with this value.
 constexpr const char *kSetUp = "PRAGMA synchronous=NORMAL;"
                                "PRAGMA wal_autocheckpoint=4096;"
                                "PRAGMA temp_store=MEMORY;"
@@ -33,13 +33,14 @@ constexpr const char *kFewPages = "PRAGMA cache_size=-256";
 
 constexpr std::string_view kQuery = "SELECT ";
 
-// A statement that still runs when the end of the program has been asked for this long is ended: it
-// is not one of those that take milliseconds.
+// A statement that is still running this long after the end of the program was asked for is
+// interrupted: it is not one of those that take milliseconds.
 constexpr std::int64_t kEndLimitMs = 500;
-constexpr int kStepsBetweenLooks = 20000; // of SQLite's machine; some 200 us
+constexpr int kStepsBetweenLooks = 20000; // steps of SQLite's virtual machine; about 200 us
 
-// SQLite counts the memory that it uses, under a lock at each piece of it; nobody asks for that. It
-// can only be changed before the first connection: after that this fails, and nothing is lost.
+// Turns off SQLite's count of its memory, which takes a lock for each piece and which the program
+// does not use. Only possible before the first connection; later the call fails, which does no
+// harm.
 void CountNoMemory()
 {
     static const int answer = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
@@ -111,9 +112,9 @@ int SqliteHandle::ReadFirstPage()
     return code;
 }
 
-// A copy that another tool made of the catalogue can be in the mode without a log, in which readers
-// and writers lock each other out. The mode is changed back; when this fails (another program uses
-// the file, the folder is read-only), the file is used as it is.
+// Whether the catalogue has a log. A copy that another tool made of it can be in the mode without
+// one, in which readers and writers lock each other out. The mode is changed back; when this fails
+// (another program uses the file, the folder is read-only), the file is used as it is.
 bool SqliteHandle::KeepsALog()
 {
     m_waits = false;
@@ -236,7 +237,8 @@ int SqliteHandle::Authorize(void *self, int action, const char *first, const cha
     switch (action) {
     case SQLITE_SELECT:
     case SQLITE_FUNCTION:
-        return handle.m_mayQuery || origin != nullptr ? SQLITE_OK : SQLITE_DENY; // a trigger's
+        // `origin`: the trigger or view that does it.
+        return handle.m_mayQuery || origin != nullptr ? SQLITE_OK : SQLITE_DENY;
     case SQLITE_READ:
         return sqlite3_strnicmp(first, "sqlite_", 7) == 0 ? SQLITE_DENY : SQLITE_OK;
     case SQLITE_INSERT:
@@ -310,7 +312,7 @@ void BindValue(sqlite3_stmt *statement, int parameter, const Value &value)
 
 std::string_view ColumnText(sqlite3_stmt *statement, int column)
 {
-    // sqlite3_column_text adds a NUL after the text, for which SQLite makes a copy.
+    // sqlite3_column_text would make a copy of the text, to add a NUL.
     const auto *text = sqlite3_column_type(statement, column) == SQLITE_TEXT
                            ? static_cast<const char *>(sqlite3_column_blob(statement, column))
                            : reinterpret_cast<const char *>(sqlite3_column_text(statement, column));

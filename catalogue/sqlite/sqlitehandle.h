@@ -43,10 +43,10 @@ public:
     // Errors: ProviderFailure, also when there is text after the statement.
     const Prepared &Prepare(std::string_view sql);
 
-    // Runs one of the provider's own statements (a pragma, BEGIN, a view). Returns SQLite's code.
+    // Runs a statement of the provider itself (a pragma, BEGIN, a view). Returns: SQLite's code.
     int RunOwn(const char *sql);
 
-    // Throws the failure that the connection reports, for the SQLite code `code`.
+    // Throws ProviderFailure for the SQLite code `code`, with the connection's words.
     [[noreturn]] void Throw(int code) const;
 
     // The columns of MP3s as the table spells them, in their order; empty when there is no table.
@@ -55,20 +55,21 @@ public:
     // Whether readers keep their snapshot while another connection writes.
     [[nodiscard]] bool HasSnapshots() const { return m_isWal; }
 
-    // False: a lock is reported at once. True (the value at the start): SQLite waits for it.
-    // Returns the former value.
+    // False: a lock is reported at once. True (the initial value): SQLite waits for it. Returns:
+    // the former value.
     bool WaitForLocks(bool on) { return std::exchange(m_waits, on); }
 
     // True: the connection keeps only as many pages as fit into a processor's cache. For a walk
     // that reads each page once.
     void KeepFewPages(bool on);
 
-    // The engine's count of what other connections have committed: it differs from an earlier value
-    // of the same handle when there has been a change. -1 when it is not known.
+    // A number from SQLite that differs from an earlier one of the same handle when another
+    // connection has committed a change since. -1 when it is not known.
     [[nodiscard]] std::int64_t DataVersion();
 
-    // The bytes at the start of the file as it is now, through SQLite's own open file: another
-    // descriptor would drop the process's locks when closed. Fewer than `count` where it is short.
+    // The first bytes of the file as it is now, read through SQLite's own open file: closing
+    // another descriptor would drop the locks of the process. Fewer than `count` when the file is
+    // shorter.
     std::string ReadStart(int count) const;
     [[nodiscard]] std::int64_t FileSize() const;
 
@@ -100,7 +101,7 @@ private:
     std::int64_t m_endAskedMs = 0; // when a running statement noticed that the program is to end
 };
 
-// The destructor resets the statement and clears its bindings.
+// Resets the statement and clears its bindings in the destructor.
 class StatementUse
 {
 public:
@@ -117,8 +118,8 @@ private:
     sqlite3_stmt *m_statement;
 };
 
-// Binds a text, a value of a parameter (from 1) without copying it: it must outlive the statement's
-// run.
+// Binds a text, or a value, to a parameter (from 1) without a copy: it must exist until the
+// statement has run.
 void BindText(sqlite3_stmt *statement, int parameter, std::string_view text);
 void BindValue(sqlite3_stmt *statement, int parameter, const Value &value);
 

@@ -19,7 +19,7 @@ namespace catalogue
 namespace
 {
 
-// A lazy result that is at least this old copies itself when another statement runs.
+// A lazy result of this age or older copies its rows when another statement runs.
 constexpr std::int64_t kLazyMs = 5000;
 
 // The snapshot of a transaction begins with its first read.
@@ -27,7 +27,8 @@ constexpr const char *kBeginReading = "SELECT 1 FROM main.sqlite_schema LIMIT 1"
 
 const std::string kRootMark(1, runtime::PathSeparator);
 
-// A path from the root and nothing excluded: the file's rows, found by the index.
+// Whether the values are a full path and no exclusion: the rows of that file are found by the
+// index.
 bool IsWholePath(const std::vector<Value> &values)
 {
     if (values.size() < 2)
@@ -147,8 +148,8 @@ RecordsetPtr SqliteConnection::Run(const Statement &statement)
     });
 }
 
-// The rows of a condition that is only LIKE: found in the texts that were read ahead, else by one
-// pass over the table. Null for any other statement.
+// The rows of a plain SELECT whose condition is LIKE alone: found in the texts that were read
+// ahead, else by reading the table once. Null for any other statement.
 RecordsetPtr SqliteConnection::SearchTexts(const Translated &translated, const Statement &statement)
 {
     const RowQuery &query = translated.rows;
@@ -178,10 +179,10 @@ RecordsetPtr SqliteConnection::SearchTexts(const Translated &translated, const S
         [&](sqlite3_stmt *target) { BindLikeSearch(target, 1, *search); }, names);
 }
 
-// The rows that the search finds, in the table itself. `handle` has its snapshot, `version` is that
-// of the data before it was taken.
-// Returns: nullopt when one walk over the table does as well, and when the data changed before the
-//          second connection had its snapshot too.
+// The rows that the search finds in the table itself, which two threads read. `handle` is inside
+// its snapshot; `version` is the version of the data before that was taken.
+// Returns: nullopt when reading with one thread takes no longer, and when the data was changed
+// before the second connection had its snapshot.
 std::optional<std::vector<std::int64_t>>
 SqliteConnection::WalkInHalves(SqliteHandle &handle, std::int64_t version, const LikeSearch &search)
 {
@@ -225,7 +226,8 @@ RecordsetPtr SqliteConnection::RunTranslated(const Translated &statement, const 
     return statement.verb == Verb::Select ? Read(statement, bind) : Write(statement.sql, bind);
 }
 
-// The rows of one path. Inside a step the look-up begins the transaction that the write commits.
+// The rows of one path. Inside a step this look-up begins the transaction in which the row is
+// written.
 RecordsetPtr SqliteConnection::ReadPath(const std::string &sql, const Binding &bind)
 {
     if (m_ownHandle)
@@ -285,7 +287,7 @@ void SqliteConnection::Begin()
 {
     CloseOpenGroup();
     auto handle = m_file->TakeHandle();
-    handle->ColumnsOfMP3s(); // a roll-back must not remove its views
+    handle->ColumnsOfMP3s(); // otherwise a roll-back would remove its views
     m_file->BeginWrite(*handle);
     m_ownHandle = std::move(handle);
 }
@@ -312,7 +314,7 @@ void SqliteConnection::RollBack()
 
 Opener ResolveCatalogueFile(const std::string &connectionString)
 {
-    // The path may hold any character: the text after it ends it, not the next ";".
+    // The path may contain any character: it ends at the text that follows it, not at the next ";".
     constexpr std::string_view kSource = "Data Source=";
     const auto from = connectionString.find(kSource);
     const auto to = connectionString.rfind(";Persist Security Info");

@@ -11,8 +11,8 @@ namespace catalogue
 namespace
 {
 
-// A lock of the open file description, on its first byte: unlike a lock of the process it is not
-// lost when some other descriptor of the file is closed.
+// A lock of the open file description on its first byte: unlike a lock of the process it is not
+// lost when another descriptor of the file is closed.
 struct flock FirstByte(short type)
 {
     struct flock lock = {};

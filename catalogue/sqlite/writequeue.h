@@ -1,6 +1,6 @@
 // catalogue/sqlite/writequeue.h - the queue of the processes that wait to write: a lock file that
-// one of them at a time has locked. A process that commits its rows in groups looks at it before a
-// row, once in a millisecond, so that a waiting process gets its turn within milliseconds.
+// one of them at a time has locked. A process that commits its rows in groups checks it before a
+// row, at most once in a millisecond, so that a waiting process gets its turn within milliseconds.
 #pragma once
 
 #include <string>
@@ -18,7 +18,7 @@ public:
     WriteQueue(const WriteQueue &) = delete;
     WriteQueue &operator=(const WriteQueue &) = delete;
 
-    // Whether another process (or another object of this one) waits. One system call.
+    // Whether another process (or another object in this process) waits. Takes one system call.
     [[nodiscard]] bool IsAnotherWaiting();
 
     // Enters the queue's only place. Returns: false when another process is in it. It is free again

@@ -34,7 +34,7 @@ struct UnfilledMemory : std::allocator<T> {
 using ByteBuffer = std::vector<char, UnfilledMemory<char>>;
 
 // Makes the buffer at least `count` long; its first `used` bytes are kept. It grows in steps, so
-// that one that is used for file after file soon has the length that most of them need.
+// that a buffer that is used for one file after the other soon has the length that most files need.
 inline void MakeRoom(ByteBuffer &buffer, std::size_t used, std::size_t count)
 {
     constexpr std::size_t kStep = 16U << 10U;

@@ -1,4 +1,4 @@
-// platform/disk/drives.h - the disks under the paths: their kind and their label.
+// platform/disk/drives.h - the drives on which files are: their kind and their label.
 #pragma once
 
 #include <string>

@@ -25,7 +25,7 @@ struct FileIdentity {
     std::uint64_t inode = 0;
     std::int64_t sizeBytes = 0;
     std::int64_t modifiedNs = 0; // since 1970, UTC
-    std::int64_t changedNs = 0;  // of the content or of the rights, since 1970, UTC
+    std::int64_t changedNs = 0;  // of the content or the permissions, since 1970, UTC
     FileKind kind = FileKind::Other;
 
     bool operator==(const FileIdentity &) const = default;
@@ -51,11 +51,12 @@ struct Digest {
 struct WantedBytes {
     std::int64_t first = 0; // this many of its first bytes
     std::int64_t last = 0;  // and this many of its last ones
-    // Returns how many of the first bytes are needed in total, from the bytes read so far and the
-    // file's length; null: no more. Called on another thread: it may use only its arguments.
+    // Returns the number of first bytes that are needed in all, from the bytes read so far and the
+    // file's length; null: no more than `first`. Called on another thread: it may use only its
+    // arguments.
     std::int64_t (*head)(std::string_view start, std::int64_t sizeBytes) = nullptr;
-    // What to find in the first bytes once all of them are there; null finds nothing. Called as
-    // `head`.
+    // Finds what the reader looks for in the first bytes, when all of them have been read; null
+    // finds nothing. Called like `head`.
     std::unique_ptr<Digest> (*digest)(std::string_view start, std::int64_t sizeBytes) = nullptr;
 };
 
@@ -98,9 +99,9 @@ struct Files {
     virtual std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                                 bool mayWait) = 0;
 
-    // Swaps `bytes` for the buffer with the first bytes of the file, if they have been fetched
-    // already (Expect), and gives `digest` what was found in them. They keep their place in memory.
-    // Each byte is fetched or read only once.
+    // If the first bytes of the file have been fetched already (Expect), swaps `bytes` for the
+    // buffer with them and sets `digest` to what was found in them. The buffer keeps its place in
+    // memory. Each byte is fetched or read only once.
     // Returns: how many bytes at the start of `bytes` are from the file; 0 when none have been
     // fetched.
     virtual std::size_t TakeStart(int /*handle*/, ByteBuffer & /*bytes*/,
@@ -124,13 +125,13 @@ struct Files {
 
     // Copies up to `count` bytes of `source`, from `offset` on, to the position of `target`,
     // without reading them into the program's memory.
-    // Returns: the count, 0 at the end of `source`, or the negated errno: -EXDEV, -EINVAL or
-    // -EOPNOTSUPP where these two files cannot be copied so.
+    // Returns: the number of bytes copied, 0 at the end of `source`, or the negated errno: -EXDEV,
+    // -EINVAL or -EOPNOTSUPP when these two files cannot be copied like this.
     virtual std::int64_t CopyRange(int source, std::int64_t offset, int target,
                                    std::size_t count) = 0;
 
-    // Gives `target` the owner, the rights and the extended attributes of `source`. Returns an
-    // errno when one of those that belong to the user cannot be given.
+    // Gives `target` the owner, the permissions and the extended attributes of `source`. Returns:
+    // an errno when one of those that belong to the user cannot be given.
     virtual int CopyRights(int source, int target) = 0;
 
     // Flushes the file's content to the disk. Returns an errno.
@@ -168,9 +169,9 @@ struct Files {
     // The time of the clock that sets the time stamps of files: nanoseconds since 1970, UTC.
     virtual std::int64_t StampClockNs() = 0;
 
-    // Whether Expect makes reading faster: another processor can fetch the files, or reading them
-    // is slow: since ExpectNothing an open or a read had to wait for a disk or a network, and files
-    // have not become as fast as from memory again.
+    // Whether Expect makes reading faster: because another processor can fetch the files, or
+    // because reading is slow. It is slow when an open or a read since ExpectNothing had to wait
+    // for a disk or a network, until files come as fast as from memory again.
     virtual bool PaysToExpect() { return false; }
 
     // Announces the files that will be opened and read next, in this order, after those announced

@@ -1,4 +1,5 @@
-// platform/disk/filetypes.h - the desktop's registry of file types: four key/value pairs a type.
+// platform/disk/filetypes.h - the desktop's registry of file types: four key/value pairs for a
+// type.
 #pragma once
 
 #include <string>

@@ -40,10 +40,10 @@ struct Folders {
     // without a limit.
     using KeepWaiting = std::function<bool()>;
 
-    // What is in the folder. Folders whose full paths are in `leaveOut` are not listed. A folder
-    // that is mounted only when it is opened is listed but not opened, and so is a link to the
-    // folder itself or to one above it. When the wait ends after the names have been read,
-    // what is known by then is returned as Listed.
+    // The content of the folder. Folders whose full paths are in `leaveOut` are not listed. A
+    // folder that is mounted only when it is opened is listed but not opened, and so is a link to
+    // the folder itself or to one above it. When the wait ends after the names have been read, what
+    // is known by then is returned as Listed.
     virtual FolderContents List(const std::string &path, const std::vector<std::string> &leaveOut,
                                 const KeepWaiting &keepWaiting) = 0;
 
@@ -62,7 +62,7 @@ struct Folders {
     virtual std::string CurrentFolder() = 0;
     virtual bool SetCurrentFolder(const std::string &path) = 0;
 
-    // Creates a folder in an existing one, with the rights that the user's new folders get. Returns
+    // Creates a folder in an existing one, with the permissions of the user's new folders. Returns:
     // an errno; EEXIST when the name is taken.
     virtual int MakeFolder(const std::string &path) = 0;
 };

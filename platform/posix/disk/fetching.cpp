@@ -16,19 +16,20 @@ namespace platform::posix
 namespace
 {
 
-constexpr std::size_t kHandlesShared = 4; // a quarter of the process's handles may be used
+constexpr std::size_t kHandlesShared = 4; // at most a quarter of the process's handles is used
 constexpr std::size_t kBytesHeld = 8u << 20;
 constexpr std::size_t kSpareBuffer = 96u << 10;  // a larger one is freed with its file
 constexpr std::int64_t kLongestHead = 256 << 10; // a longer one is read only when it is needed
 constexpr int kMostHelpers = 16;
 constexpr std::chrono::microseconds kAskForEnd = std::chrono::milliseconds(50);
-// A wait of this length for one file is evidence enough: more helpers are started.
+// When the wait for one file takes this long, more helpers are started at once.
 constexpr std::chrono::microseconds kLongWait = std::chrono::milliseconds(50);
 constexpr int kFastFiles = 32; // after so many fast files in a row one helper ends
 
-// Reads a part of a file into `to`, until `count` bytes are there or the file ends or fails. If
-// `mayWait` is false, `failure` gets the errno when that would have to wait (Files::ReadAt).
-// Returns: the count that could be read.
+// Reads a part of a file into `to`, until `count` bytes have been read, the file ends or a read
+// fails. If `mayWait` is false, `failure` gets the errno when the read would have to wait
+// (Files::ReadAt).
+// Returns: the number of bytes read.
 struct PartReader {
     Files &source;
     int handle;
@@ -65,7 +66,7 @@ std::size_t FilesHeld()
 
 void Slowness::Add(bool isSlow)
 {
-    constexpr int kMost = 2 * kEnough; // so that fast files count soon again
+    constexpr int kMost = 2 * kEnough; // a bound, so that fast files soon change the result again
     m_points = std::clamp(m_points + (isSlow ? kOfOne : -1), 0, kMost);
 }
 
@@ -88,8 +89,8 @@ bool Fetcher::HasWork() const
     return begun < files.size() && begun + finished.size() < filesHeld && bytes < kBytesHeld;
 }
 
-// Sets the stage and wakes the logic if it waits. Either the logic sees the new stage, or this
-// procedure sees that the logic waits. On a helper thread.
+// Sets the stage, and wakes the logic if it waits. Either the logic sees the new stage before it
+// waits, or this procedure sees that it waits. Called on a helper thread.
 void Fetcher::Announce(ComingFile &file, FetchStage stage)
 {
     file.stage = stage;
@@ -176,8 +177,8 @@ bool Fetcher::HelpOnce(std::unique_lock<std::mutex> &lock, By who)
     return isFast;
 }
 
-// On the thread of the logic: fetches the next file, unless files come slowly. Returns: whether it
-// did.
+// Called on the thread of the logic: fetches the next file, unless files come slowly. Returns:
+// whether it did.
 bool Fetcher::HelpOfLogic()
 {
     std::unique_lock lock = LockSoon(mutex);
@@ -187,7 +188,8 @@ bool Fetcher::HelpOfLogic()
     return true;
 }
 
-// A helper thread. It ends when files come as fast as from memory and fewer helpers are enough.
+// The work of a helper thread. It ends when files come as fast as from memory and fewer helpers are
+// enough.
 void Fetcher::Help()
 {
     std::vector<int> handles;
@@ -289,13 +291,13 @@ void Fetcher::StartHelpers(int count)
         ++helpers;
 }
 
-// How long the logic waits before it looks whether more helpers are needed.
+// How long the logic waits before it checks whether more helpers are needed.
 std::chrono::microseconds Fetcher::Patience() const
 {
     return helpers < kMostHelpers ? kFromMemory : kAskForEnd;
 }
 
-// Starts more helpers if the logic, which has waited for one file so long, needs them. Returns:
+// Starts more helpers when the logic, which has waited for one file so long, needs them. Returns:
 // false when the program is to end.
 bool Fetcher::GoOnWaiting(std::chrono::steady_clock::duration waited)
 {

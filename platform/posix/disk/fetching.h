@@ -1,4 +1,4 @@
-// platform/posix/disk/fetching.h - the work behind ReadAheadFiles: the files that are expected, and
+// platform/posix/disk/fetching.h - the queue of ReadAheadFiles: the files that are expected, and
 // the helper threads that open them and read the parts that will be needed. A helper only handles
 // file bytes and uses no other state of the program.
 #pragma once
@@ -38,8 +38,8 @@ struct ComingFile {
     std::int64_t openedAtNs = 0;
     std::chrono::steady_clock::time_point examinedAt; // and found in the state that is known
     ByteBuffer head;
-    std::size_t headBytes = 0;      // in use
-    std::unique_ptr<Digest> digest; // of those
+    std::size_t headBytes = 0;      // how many of them were read
+    std::unique_ptr<Digest> digest; // what was found in these bytes
     ByteBuffer tail;
     std::int64_t tailOffset = 0;
     std::size_t heldBytes = 0; // its part of Fetcher::bytes
@@ -47,11 +47,12 @@ struct ComingFile {
 using ComingFilePtr = std::shared_ptr<ComingFile>; // owned by the logic and by its helper
 
 inline constexpr std::size_t kMostFilesHeld = 64;
-// An operation on a file that is in memory takes less.
+// The longest time of an operation on a file that is in memory.
 inline constexpr std::chrono::microseconds kFromMemory{200};
 
-// Whether operations on files have to wait for a disk. A single slow one is no evidence: the thread
-// may have waited for a processor. Three in a row are, and a smaller share that goes on.
+// Whether operations on files have to wait for a disk. One slow operation does not show that: the
+// thread may have waited for a processor. Three in a row do, and so does a smaller share that
+// continues.
 class Slowness
 {
 public:
@@ -59,12 +60,12 @@ public:
     [[nodiscard]] bool IsSlow() const { return m_points >= kEnough; }
 
 private:
-    static constexpr int kOfOne = 2; // a fast one takes one point away again
+    static constexpr int kOfOne = 2; // a fast operation removes one point again
     static constexpr int kEnough = 3 * kOfOne;
     int m_points = 0;
 };
 
-// Locks a mutex that is held for less time than a sleep takes.
+// Locks a mutex that others hold only for a short time: tries several times before it sleeps.
 std::unique_lock<std::mutex> LockSoon(std::mutex &mutex);
 
 // The queue of the expected files. The logic and its helpers own it together: a helper that is
@@ -105,23 +106,23 @@ struct Fetcher : std::enable_shared_from_this<Fetcher> {
     // The same for a file that the logic has read: the next helper closes it, if there will be one.
     void Finish(ComingFile &file);
 
-    const std::shared_ptr<Files> source; // with ReadAheadFiles
+    const std::shared_ptr<Files> source; // shared with ReadAheadFiles
     const int helpersKept;
     const std::size_t filesHeld;
 
-    std::atomic<bool> isWaiting = false; // the logic does; set under the mutex
+    std::atomic<bool> isWaiting = false; // the logic waits; set under the mutex
     std::mutex mutex;                    // guards what follows
-    std::condition_variable work;        // for helpers: a file may be fetched, or isOver
-    std::condition_variable arrived;     // for the logic: a stage has changed
+    std::condition_variable work;        // wakes helpers: a file may be fetched, or isOver
+    std::condition_variable arrived;     // wakes the logic: a stage has changed
     std::deque<ComingFilePtr> files;     // in the order in which they will be opened
-    std::size_t begun = 0;               // files at the front that have a helper
+    std::size_t begun = 0;               // files at the front that a helper has begun
     std::size_t bytes = 0;               // of the files that are Ready
     std::vector<ComingFilePtr> spare;    // for their buffers
     std::vector<int> finished;           // handles that the next helper closes
     Slowness slowness;                   // of fetching
-    bool mayLogicHelp = true;            // false where it cannot know what is in memory; its own
+    bool mayLogicHelp = true;            // false when it cannot know what is in memory
     int helpers = 0;
-    int idle = 0; // helpers that wait
+    int idle = 0; // helpers that wait for work
     bool isOver = false;
 
 private:
@@ -141,8 +142,8 @@ private:
     bool GoOnWaiting(std::chrono::steady_clock::duration waited);
 };
 
-// Whether the condition becomes true within the time of a read from memory: so the logic does not
-// sleep for that.
+// Whether the condition becomes true within the time of a read from memory, in which the logic does
+// not sleep.
 template <class Condition>
 bool IsSoon(const Condition &condition)
 {
@@ -155,7 +156,7 @@ bool IsSoon(const Condition &condition)
     return condition();
 }
 
-// Fetches the files that follow until the condition is true, as long as they come from memory.
+// Fetches the files that follow, as long as they come from memory, until the condition is true.
 // Returns: whether it is true.
 template <class Condition>
 bool Fetcher::HelpUntil(const Condition &condition)

@@ -30,7 +30,7 @@ bool WriteAll(int fd, std::string_view bytes)
     return true;
 }
 
-// A descriptor, or -1 with errno set. A missing file is made; `how` holds further flags.
+// Returns: a descriptor, or -1 with errno set. A missing file is created; `how` has further flags.
 int OpenToAppend(const std::string &path, int how = 0)
 {
     const int flags = O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | how;
@@ -46,9 +46,9 @@ int OpenToAppend(const std::string &path, int how = 0)
     return -1;
 }
 
-// Whether the open file still has a name. Asked for that alone: after a look at the time of a
-// file's last change the system gives the next write a time of its own, which costs more than the
-// write.
+// Whether the open file still has a name. Only the number of its names is requested: after a
+// program has read the time of a file's last change, the kernel gives the next write a new time,
+// which takes longer than the write.
 bool HasName(int fd)
 {
     struct statx status {

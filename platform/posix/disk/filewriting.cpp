@@ -36,7 +36,8 @@ bool BelongsToUser(std::string_view name)
     return name.starts_with("user.") || name.starts_with("system.posix_acl_");
 }
 
-// The names of all attributes, each with its NUL; empty where the file system has none.
+// Reads the names of all attributes, each with its NUL, into `names`; none when the file system has
+// no attributes. Returns: an errno.
 int ListAttributes(int handle, std::vector<char> &names)
 {
     for (;;) {

@@ -33,10 +33,11 @@ constexpr std::array<std::string_view, 17> kRemoteTypes = {
     "ncpfs",       "fuse.s3fs"};
 constexpr std::array<std::string_view, 3> kMemoryTypes = {"tmpfs", "ramfs", "rootfs"};
 
-// Mounts below these are the user's, although they are in the machine's own folders.
+// Mounts in this folder are the user's, although it is in a folder of the operating system.
 constexpr std::string_view kUsersMedia = "/run/media";
 
-// A field of the kernel's table: "\040" (a back-slash and three octal digits) means one byte.
+// Decodes a field of the kernel's table: "\040" (a back-slash and three octal digits) means one
+// byte.
 std::string Unescaped(std::string_view field)
 {
     const auto isOctal = [](char c) { return c >= '0' && c <= '7'; };
@@ -54,7 +55,7 @@ std::string Unescaped(std::string_view field)
     return result;
 }
 
-// A name of /dev/disk/by-label: "\x20" (two hexadecimal digits) means one byte.
+// Decodes a name of /dev/disk/by-label: "\x20" (two hexadecimal digits) means one byte.
 std::string UnescapedLabel(std::string_view name)
 {
     std::string result;
@@ -71,7 +72,7 @@ std::string UnescapedLabel(std::string_view name)
     return result;
 }
 
-// The path with its links resolved, of its nearest part that exists.
+// The nearest part of the path that exists, with its links resolved.
 std::string NearestReal(std::string path)
 {
     while (!path.empty()) {
@@ -95,7 +96,7 @@ bool LiesUnder(std::string_view path, std::string_view point)
     return path.starts_with(point) && (path.size() == point.size() || path[point.size()] == '/');
 }
 
-// The first line of a small file of the system; empty when there is none.
+// The first line of a small file of the kernel; empty when there is none.
 std::string SystemValue(const std::string &path)
 {
     const std::string text = ReadRegularFile(path, 64).value_or("");
@@ -265,7 +266,7 @@ std::string MountDrives::LabelOf(const std::string &drive)
 }
 
 // Whether a user would expect the mount among the drives: a mount of a disk, of a server or of a
-// program. A mounted single file is not a drive; only for local disks this is checked, because
+// program. A mounted single file is not a drive; this is checked only for local disks, because
 // others may not answer.
 bool MountDrives::IsUsersDrive(const Mount &mount) const
 {

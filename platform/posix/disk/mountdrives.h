@@ -12,7 +12,7 @@
 namespace platform::posix
 {
 
-// One mounted file system, as the kernel's table has it.
+// One mounted file system, in the words of the kernel's table.
 struct Mount {
     std::string device; // "8:1", major and minor number
     std::string point;  // the mount point
@@ -56,13 +56,13 @@ public:
     // rest is Removable when the device says so, else Fixed.
     DriveType TypeOf(const std::string &drive) override;
 
-    // The file system's own answer, else the name under which the system lists the device. Remote
-    // drives are not examined: when a server does not answer, the program would wait. If the home
-    // folder is not a mount point, its label is its name.
+    // The label in the file system itself, else the name under which the operating system lists the
+    // device. Remote drives are not examined: when a server does not answer, the program would
+    // wait. If the home folder is not a mount point, its label is its name.
     std::string LabelOf(const std::string &drive) override;
 
-    // Found by its place in the folders for media: nothing is mounted there for it, and its folder
-    // is missing or empty.
+    // Decided by the place of the path in the folders for media: nothing is mounted there for it,
+    // and its folder is missing or empty.
     bool IsMediumMissing(const std::string &path) override;
 
     std::string SerialOf(const std::string &drive) override;

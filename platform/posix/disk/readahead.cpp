@@ -133,12 +133,12 @@ bool ReadAheadFiles::IsSlow()
     if (m_fetcher == nullptr || !m_isSlow)
         return m_isSlow;
     const std::lock_guard lock(m_fetcher->mutex);
-    m_isSlow = m_fetcher->helpers > m_helpersKept; // only these end when files come fast
+    m_isSlow = m_fetcher->helpers > m_helpersKept; // the additional ones end when files come fast
     return m_isSlow;
 }
 
 // Whether the file is unchanged since it was fetched. Always true for one that is not a regular
-// file, of which no bytes were fetched.
+// file: no bytes of it were fetched.
 bool ReadAheadFiles::IsUnchanged(const ComingFile &file)
 {
     FileIdentity &now = m_now;

@@ -1,6 +1,6 @@
-// platform/posix/disk/readahead.h - a files port that reads ahead: helper threads open the files
-// that were announced, read their first and last bytes and look for what is wanted in the first
-// ones while the logic works. A helper only handles file bytes, uses no other state of the program,
+// platform/posix/disk/readahead.h - a files port that reads ahead: while the logic works, helper
+// threads open the files that were announced, read their first and last bytes, and find what is
+// wanted in the first ones. A helper only handles file bytes, uses no other state of the program,
 // and nobody waits for its end.
 #pragma once
 
@@ -20,14 +20,14 @@ struct Fetcher;
 // SystemFilesPort would return: the state of a fetched file is looked up again when it is opened,
 // and the file is read again when it has changed. There is one helper when files come fast and
 // there is a second processor, and up to 16 when several files had to wait for a disk or the logic
-// waits long for one. At most 64 files
-// and about 8 MiB are kept, and at most a quarter of the process's file handles is used.
+// waits long for one. At most 64 files and about 8 MiB are kept, and at most a quarter of the
+// process's file handles is used.
 class ReadAheadFiles : public SystemFilesPort
 {
 public:
     // `source` opens and reads the files, on several threads at a time. The other owners are the
-    // helpers: one that is reading may outlive this object.
-    // `processors`: that this process may use.
+    // helpers: one that is reading may outlive this object. `processors`: how many this process may
+    // use.
     explicit ReadAheadFiles(std::shared_ptr<Files> source = std::make_shared<SystemFilesPort>(),
                             unsigned processors = std::thread::hardware_concurrency());
     ~ReadAheadFiles() override;
@@ -64,7 +64,7 @@ private:
     // A file that was fetched and is open now.
     struct OpenFile {
         int handle;
-        std::shared_ptr<Fetcher> fetcher; // of its helpers
+        std::shared_ptr<Fetcher> fetcher; // the one that fetched it
         std::shared_ptr<ComingFile> file;
     };
 
@@ -72,7 +72,7 @@ private:
     const int m_helpersKept;            // when files come fast
     std::shared_ptr<Fetcher> m_fetcher; // null when no file is expected
     std::vector<OpenFile> m_open;
-    FileIdentity m_now;    // of the file that is opened; kept for its path's memory
+    FileIdentity m_now;    // of the file that is being opened; kept for the memory of its path
     bool m_isSlow = false; // whether a call had to wait for a disk
 };
 

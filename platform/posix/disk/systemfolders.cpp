@@ -71,7 +71,8 @@ bool IsAutomount(int folder, const char *name)
            (status.stx_attributes & STATX_ATTR_AUTOMOUNT) != 0;
 }
 
-// What the helper thread has found so far; shared with the thread that waits for the answer.
+// A question to a disk, and what the helper thread has found so far; shared with the thread that
+// waits for the answer.
 struct Question {
     std::string path;
     std::set<std::string> leaveOut;
@@ -88,7 +89,7 @@ struct Question {
     std::string firstFolder; // for lookOnly
 };
 
-// The folders for which an answer of a disk is still awaited.
+// The folders about which a disk has not answered yet.
 struct Waiting {
     std::mutex mutex;
     std::set<std::string> paths;
@@ -128,7 +129,8 @@ std::string FirstFolderIn(DIR *folder, const std::string &path,
     return {};
 }
 
-// The first folder in sub-folder `name` of the open folder.
+// The first folder in the sub-folder `name` of the open folder; empty when it has none, or is not
+// to be opened.
 std::string LookInto(DIR *parent, const std::string &name, const Question &question,
                      const std::vector<Identity> &above)
 {
@@ -221,7 +223,7 @@ void Answer(Question &question)
         LookIntoEach(folder.get(), question, names);
 }
 
-// The helper thread.
+// The work of the helper thread.
 void Help(const std::shared_ptr<Question> &question, const std::shared_ptr<Waiting> &waiting)
 {
     Answer(*question);

@@ -28,8 +28,8 @@ public:
     SystemFolders() = default;
     explicit SystemFolders(Places places) : m_places(std::move(places)) {}
 
-    // While an earlier question about the same folder waits for the disk, the answer is NoAnswer at
-    // once.
+    // When an earlier question about the same folder still waits for the disk, the answer is
+    // NoAnswer at once.
     FolderContents List(const std::string &path, const std::vector<std::string> &leaveOut,
                         const KeepWaiting &keepWaiting) override;
     FolderAnswer Probe(const std::string &path, const std::vector<std::string> &leaveOut,

@@ -1,4 +1,4 @@
-// platform/posix/disk/userfolders.h - the folders that belong to the user and to the program's
+// platform/posix/disk/userfolders.h - the folders of the user, and the folder of the program's
 // file.
 #pragma once
 
@@ -7,9 +7,9 @@
 namespace platform::posix
 {
 
-// The user's folder for configurations, for data: $XDG_CONFIG_HOME, $XDG_DATA_HOME if those are
-// absolute paths, else .config, .local/share in the user's home. Without a home the result is a
-// path in which nothing can be created. Source: the XDG base directory rules.
+// The user's folder for configurations and the one for data: $XDG_CONFIG_HOME and $XDG_DATA_HOME if
+// those are absolute paths, else .config and .local/share in the user's home. Without a home the
+// result is a path in which nothing can be created. Source: the XDG base directory rules.
 std::string ConfigHome();
 std::string DataHome();
 
