@@ -33,9 +33,9 @@ struct RegenerationControls {
     std::function<void(std::string_view line, std::int64_t value, std::int64_t maximum)> Progress;
 
     // Asks whether tags are to be read by their frames from now on (shell::Globals::UnicodeTags),
-    // because `files` of `of` files have texts that cannot be read in another way. Returns: true
-    // when they are; the run is then repeated.
-    std::function<bool(std::int64_t files, std::int64_t of)> OfferUnicodeTags;
+    // because `files` of `allFiles` files have texts that cannot be read in another way. Returns:
+    // true when they are; the run is then repeated.
+    std::function<bool(std::int64_t files, std::int64_t allFiles)> OfferUnicodeTags;
 };
 RegenerationControls &TheRegenerationControls();
 

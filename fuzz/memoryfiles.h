@@ -79,7 +79,7 @@ public:
         return static_cast<std::int64_t>(count);
     }
     std::int64_t CopyRange(int, std::int64_t, int, std::size_t) override { return -EOPNOTSUPP; }
-    int CopyRights(int, int) override { return 0; }
+    int CopyPermissions(int, int) override { return 0; }
     int Flush(int) override { return 0; }
     int FlushFolderOf(const std::string &) override { return 0; }
     int Rename(const std::string &from, const std::string &to) override

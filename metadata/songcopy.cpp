@@ -210,7 +210,7 @@ std::optional<SongCopy> WriteNewSong(const std::string &song, const NewSong &con
     return WriteWhole(
         copyPath,
         [&](int target) {
-            Check(platform::TheFiles().CopyRights(source.Get(), target));
+            Check(platform::TheFiles().CopyPermissions(source.Get(), target));
             WriteAll(target, content.front);
             CopyRange(source.Get(), content.audioOffset, target, content.audioBytes);
             WriteAll(target, content.back);
@@ -230,7 +230,7 @@ void CopySong(const std::string &song, const std::string &copyPath)
         copyPath,
         [&](int target) {
             CopyRange(source.Get(), 0, target, identity.sizeBytes);
-            (void)platform::TheFiles().CopyRights(
+            (void)platform::TheFiles().CopyPermissions(
                 source.Get(),
                 target); // the folder of backups may be on a file system without permissions
         },

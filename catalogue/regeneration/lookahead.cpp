@@ -51,7 +51,7 @@ void LookAhead::Advance()
     ++m_passed;
     if (!metadata::PaysToExpectPasses() || (!m_hasStarted && !Start()))
         return;
-    while (m_said < m_passed + kFewestAhead && (ExpectFiles() || EnterNextFolder()))
+    while (m_announced < m_passed + kFewestAhead && (ExpectFiles() || EnterNextFolder()))
         continue;
 }
 
@@ -77,8 +77,8 @@ bool LookAhead::ExpectFiles()
         return false;
     Announcement announcement(m_known);
     std::size_t count = 0;
-    for (; m_nextFile < files.size() && count < kFewestAhead; ++m_nextFile, ++m_said)
-        if (m_said >= m_passed) {
+    for (; m_nextFile < files.size() && count < kFewestAhead; ++m_nextFile, ++m_announced)
+        if (m_announced >= m_passed) {
             announcement.Add(runtime::JoinPath(m_box.Path(), files[m_nextFile]));
             ++count;
         }

@@ -47,10 +47,10 @@ private:
     const KnownSongs &m_known;
     bool m_hasStarted = false;
     FolderBox m_box;
-    std::vector<Level> m_levels; // from the root down; empty at the end of the walk
-    std::size_t m_nextFile = 0;  // of the folder in the box
-    std::uint64_t m_passed = 0;  // files that the walk has reached
-    std::uint64_t m_said = 0;    // files that were announced or skipped, in the same order
+    std::vector<Level> m_levels;   // from the root down; empty at the end of the walk
+    std::size_t m_nextFile = 0;    // of the folder in the box
+    std::uint64_t m_passed = 0;    // files that the walk has reached
+    std::uint64_t m_announced = 0; // files that were announced or skipped, in the same order
 };
 
 } // namespace catalogue

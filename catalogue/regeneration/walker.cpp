@@ -18,18 +18,11 @@ bool IsStill(const std::string &path, const FolderIdentity &identity)
     return state && state->identity == identity;
 }
 
-std::string CutSeparators(std::string path)
-{
-    while (path.size() > 1 && path.back() == runtime::PathSeparator)
-        path.pop_back();
-    return path;
-}
-
 } // namespace
 
 void FolderBox::SetPath(const std::string &path)
 {
-    const std::string wanted = CutSeparators(path);
+    const std::string wanted = runtime::CutSeparators(path);
     if (GoUp(wanted)) {
         Assign(wanted);
     } else if (IsBelow(wanted)) {
@@ -42,7 +35,7 @@ void FolderBox::SetPath(const std::string &path)
 
 void FolderBox::SetRoot(const std::string &path)
 {
-    const std::string wanted = CutSeparators(path);
+    const std::string wanted = runtime::CutSeparators(path);
     OpenFolder folder(wanted);
     ListingPtr root = folder.Read();
     m_listings.clear();
@@ -101,7 +94,7 @@ bool FolderBox::IsBelow(const std::string &path) const
 {
     const auto separator = path.rfind(runtime::PathSeparator);
     return !m_listings.empty() && separator != std::string::npos &&
-           CutSeparators(path.substr(0, separator + 1)) == m_path;
+           runtime::CutSeparators(path.substr(0, separator + 1)) == m_path;
 }
 
 std::string FolderBox::List(std::int64_t index) const
@@ -132,7 +125,7 @@ FileBox::FileBox(FolderBox &dirs) : m_dirs(&dirs)
 
 void FileBox::SetPath(const std::string &path)
 {
-    m_path = CutSeparators(path);
+    m_path = runtime::CutSeparators(path);
     m_read = false;
     m_files.clear();
 }

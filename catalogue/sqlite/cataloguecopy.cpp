@@ -89,7 +89,7 @@ std::string CopyDatabase(sqlite3 *from, const std::string &to)
 }
 
 // Gives the finished copy its name. Returns: the reason of a failure, or an empty text.
-std::string Settle(int handle, const std::string &temporary, const std::string &path)
+std::string GiveName(int handle, const std::string &temporary, const std::string &path)
 {
     int failure = platform::TheFiles().Flush(handle);
     if (failure == 0)
@@ -107,7 +107,7 @@ std::string MakeCopy(sqlite3 *from, const std::string &path)
         return ReasonOf(-handle, path);
     std::string reason = CopyDatabase(from, temporary);
     if (reason.empty())
-        reason = Settle(handle, temporary, path);
+        reason = GiveName(handle, temporary, path);
     platform::TheFiles().Close(handle);
     if (!reason.empty())
         platform::TheFiles().Delete(temporary);

@@ -132,7 +132,7 @@ struct Files {
 
     // Gives `target` the owner, the permissions and the extended attributes of `source`. Returns:
     // an errno when one of those that belong to the user cannot be given.
-    virtual int CopyRights(int source, int target) = 0;
+    virtual int CopyPermissions(int source, int target) = 0;
 
     // Flushes the file's content to the disk. Returns an errno.
     virtual int Flush(int handle) = 0;

@@ -60,11 +60,11 @@ public:
         }
         return SystemFilesPort::CopyRange(source, offset, target, std::min(count, longest));
     }
-    int CopyRights(int source, int target) override
+    int CopyPermissions(int source, int target) override
     {
         const int fault = Fault();
         rightsFailed = rightsFailed || fault != 0;
-        return fault != 0 ? fault : SystemFilesPort::CopyRights(source, target);
+        return fault != 0 ? fault : SystemFilesPort::CopyPermissions(source, target);
     }
     int Flush(int handle) override
     {

@@ -150,7 +150,7 @@ std::int64_t SystemFilesPort::CopyRange(int source, std::int64_t offset, int tar
     return errno == ENOSYS || errno == EPERM ? -EOPNOTSUPP : -errno;
 }
 
-int SystemFilesPort::CopyRights(int source, int target)
+int SystemFilesPort::CopyPermissions(int source, int target)
 {
     struct stat from, to;
     if (fstat(source, &from) != 0 || fstat(target, &to) != 0)

@@ -21,7 +21,7 @@ public:
     int CreateBeside(const std::string &finalPath, std::string &temporaryPath) override;
     std::int64_t Write(int handle, const char *from, std::size_t count) override;
     std::int64_t CopyRange(int source, std::int64_t offset, int target, std::size_t count) override;
-    int CopyRights(int source, int target) override;
+    int CopyPermissions(int source, int target) override;
     int Flush(int handle) override;
     int FlushFolderOf(const std::string &path) override;
     int Rename(const std::string &from, const std::string &to) override;
