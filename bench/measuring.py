@@ -4,6 +4,7 @@ import os
 import shutil
 import subprocess
 import sys
+import time
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 
@@ -36,6 +37,14 @@ def library(libraries, count, tags=TAG_KINDS[0]):
                         "--seed", "1", "--audio-kb", "16", "--tags", tags], check=True, stdout=subprocess.DEVNULL)
         os.rename(making, folder)
     return folder
+
+
+def wait_until_settled(folder):
+    """Waits until a collection that library has just made is a minute old: each regeneration reads newer
+    songs again (CanBeKnown in catalogue/regeneration/knownsongs.h)."""
+    left = 61 - (time.time() - os.stat(folder).st_ctime)
+    if left > 0:
+        time.sleep(left)
 
 
 def report(what, value, limit, unit, judged=True):
