@@ -63,11 +63,11 @@ TEST_F(KnownStates, FilesThatAreTheSameAreNotOpened)
     const std::vector<FileIdentity> list = NewFiles(300);
     for (int round = 0; round < 3; ++round) {
         files->ExpectInState(list, wanted);
+        EXPECT_TRUE(tests::WaitUntil([&] { return states->identifiedAhead > 0; }));
         for (const FileIdentity &state : list)
             EXPECT_TRUE(files->IsInState(state)) << state.path;
     }
     EXPECT_EQ(states->opens, 0);
-    EXPECT_GT(states->identifiedAhead, 0);
     EXPECT_EQ(Read(list[0].path, 0, 2), "00"); // asked about, and then opened all the same
     EXPECT_EQ(states->opens, 1);
 }
