@@ -239,7 +239,7 @@ void Fetcher::Wake()
         work.notify_one();
 }
 
-void Fetcher::RemoveUpTo(std::deque<ComingFilePtr>::iterator last)
+void Fetcher::RemoveUpTo(const std::deque<ComingFilePtr>::iterator &last)
 {
     for (auto before = files.begin(); before != last; ++before)
         Drop(**before);

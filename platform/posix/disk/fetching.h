@@ -98,7 +98,7 @@ struct Fetcher : std::enable_shared_from_this<Fetcher> {
     void Wake();
     // Removes the file and all before it from the expected ones: those before it will not be opened
     // any more, and are dropped.
-    void RemoveUpTo(std::deque<ComingFilePtr>::iterator last);
+    void RemoveUpTo(const std::deque<ComingFilePtr>::iterator &last);
     // Keeps the memory of a file for another one, unless a helper may still use it.
     void Keep(const ComingFilePtr &file);
     // Closes a file that has been fetched; if its helper is still working, the helper closes it.
