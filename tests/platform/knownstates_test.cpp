@@ -4,9 +4,7 @@
 #include "tests/support/heldfiles.h"
 
 #include <csignal>
-#include <filesystem>
 
-namespace fs = std::filesystem;
 using platform::FileIdentity;
 using tests::AwaitEqual;
 
