@@ -21,17 +21,17 @@ public:
     void Add(std::string path)
     {
         if (auto song = m_known.Find(path)) {
-            SayUnknown();
+            AnnounceUnknown();
             m_states.push_back(std::move(song->file));
         } else {
-            SayKnown();
+            AnnounceKnown();
             m_paths.push_back(std::move(path));
         }
     }
 
-    void SayUnknown() { metadata::ExpectPasses(std::exchange(m_paths, {})); }
+    void AnnounceUnknown() { metadata::ExpectPasses(std::exchange(m_paths, {})); }
 
-    void SayKnown() { metadata::ExpectPassesUnlessInState(std::exchange(m_states, {})); }
+    void AnnounceKnown() { metadata::ExpectPassesUnlessInState(std::exchange(m_states, {})); }
 
 private:
     const KnownSongs &m_known;
@@ -82,8 +82,8 @@ bool LookAhead::ExpectFiles()
             announcement.Add(runtime::JoinPath(m_box.Path(), files[m_nextFile]));
             ++count;
         }
-    announcement.SayUnknown();
-    announcement.SayKnown();
+    announcement.AnnounceUnknown();
+    announcement.AnnounceKnown();
     return true;
 }
 
