@@ -19,6 +19,8 @@
 #include <QTest>
 #include <QTimer>
 #include <QUrl>
+#include <functional>
+#include <utility>
 
 namespace
 {
@@ -62,6 +64,22 @@ protected:
     static constexpr int kMany = 20000;
 
     // Rows whose titles begin with "Many".
+    // Opens the window over many songs. `handler` runs once, as an event, when the search for
+    // "many" has shown its first rows and goes on.
+    void OpenWithEventDuringTheFill(const std::function<void()> &handler)
+    {
+        Open();
+        AddMany();
+        Search().options.chkField[0].SetChecked(true);
+        ui::KeyedList &list = Search().ListView;
+        list.rowsChanged = [this, shown = list.rowsChanged, &list, handler,
+                            done = false]() mutable {
+            shown();
+            if (list.Count() > 0 && !std::exchange(done, true))
+                QTimer::singleShot(0, window.get(), handler);
+        };
+    }
+
     void AddMany()
     {
         const catalogue::RowGroups groups;
@@ -242,15 +260,8 @@ TEST_F(SearchWindow, SeveralRowsShowTheirCountInThePanel)
 
 TEST_F(SearchWindow, ClosingItDuringASearchEndsTheFill)
 {
-    Open();
-    AddMany();
-    Search().options.chkField[0].SetChecked(true);
-    ui::KeyedList &list = Search().ListView;
-    list.rowsChanged = [this, shown = list.rowsChanged, &list] {
-        shown();
-        if (list.Count() > 0) // the first rows show
-            QTimer::singleShot(0, searchWindow, [this] { searchWindow->close(); });
-    };
+    OpenWithEventDuringTheFill([this] { searchWindow->close(); });
+    const ui::KeyedList &list = Search().ListView;
     tests::TypeText("many");
     tests::PressKey("Return");
     ASSERT_TRUE(tests::WaitUntil([this] { return !searchWindow->isVisible(); }));
@@ -263,15 +274,8 @@ TEST_F(SearchWindow, ClosingItDuringASearchEndsTheFill)
 // The window is destroyed while its own button is still down.
 TEST_F(SearchWindow, TheEndOfTheProgramDuringASearchEndsTheFill)
 {
-    Open();
-    AddMany();
-    Search().options.chkField[0].SetChecked(true);
-    ui::KeyedList &list = Search().ListView;
-    list.rowsChanged = [this, shown = list.rowsChanged, &list] {
-        shown();
-        if (list.Count() > 0)
-            QTimer::singleShot(0, window.get(), [this] { browser::CloseMainForm(Form()); });
-    };
+    OpenWithEventDuringTheFill([this] { browser::CloseMainForm(Form()); });
+    const ui::KeyedList &list = Search().ListView;
     tests::TypeText("many");
     tests::Click(Control("cmdSearch"));
     ASSERT_TRUE(tests::WaitUntil([this] { return ended; }));
@@ -283,19 +287,13 @@ TEST_F(SearchWindow, TheEndOfTheProgramDuringASearchEndsTheFill)
 
 TEST_F(SearchWindow, ASecondSearchDuringTheFirstReplacesItsRows)
 {
-    Open();
-    AddMany();
-    Search().options.chkField[0].SetChecked(true);
-    ui::KeyedList &list = Search().ListView;
     bool second = false;
-    list.rowsChanged = [this, shown = list.rowsChanged, &list, &second] {
-        shown();
-        if (list.Count() > 0 && !std::exchange(second, true))
-            QTimer::singleShot(0, searchWindow, [this] {
-                Search().options.txtToFind.SetText("waltz");
-                Search().options.cmdSearch.Click();
-            });
-    };
+    OpenWithEventDuringTheFill([this, &second] {
+        second = true;
+        Search().options.txtToFind.SetText("waltz");
+        Search().options.cmdSearch.Click();
+    });
+    const ui::KeyedList &list = Search().ListView;
     tests::TypeText("many");
     tests::PressKey("Return");
     ASSERT_TRUE(
