@@ -17,7 +17,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <iterator>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -45,17 +44,17 @@ std::string InsertStatement(const std::string &path)
            "', ¹, 0)";
 }
 
-// The same statement with all values bound to their places.
-Statement BoundInsert(const std::string &path, std::vector<Value> values, std::string label)
+// The same statement with all values bound to their places. It is made for each song, so that its
+// memory is used again; valid until the next call.
+const Statement &BoundInsert(const std::string &path, std::vector<Value> values, std::string label)
 {
     constexpr std::string_view kWords = "INSERT INTO MP3s\rVALUES (¹, ¹, ¹, ¹, ¹, ¹, ¹, ¹, ¹, 0)";
-    static const Statement places =
+    static Statement statement =
         SubstituteParams(kWords, std::vector<Value>(kTagColumns + 2), kTagMarker);
-    values.emplace_back(path);
-    values.emplace_back(std::move(label));
-    Statement statement = places;
     for (std::size_t i = 0; i < values.size(); ++i)
         statement.values[i].value = std::move(values[i]);
+    statement.values[kTagColumns].value = path;
+    statement.values[kTagColumns + 1].value = std::move(label);
     return statement;
 }
 
@@ -249,15 +248,15 @@ std::vector<Value> UpdateValues(const metadata::ID3v2Tag &tag)
 // null when the look-up failed. The values are the same afterwards.
 RecordsetPtr RowsOf(ADOclass &access, const std::string &path, std::vector<Value> &values)
 {
-    std::vector<Value> parameters;
-    parameters.reserve(2 + values.size());
-    parameters.emplace_back(path);
-    parameters.emplace_back(std::string(kNoExclusion));
-    std::ranges::move(values, std::back_inserter(parameters));
-    Params lent(std::move(parameters));
-    const Outcome outcome = access.ExecuteSQL("SEL_ByPath", kStoredSelect, lent, "?");
-    auto &given = std::get<std::vector<Value>>(lent);
-    std::move(given.begin() + 2, given.end(), values.begin());
+    static const std::string name = "SEL_ByPath";
+    static const Value noExclusion = std::string(kNoExclusion);
+    values.insert(values.begin(), 2, Value());
+    values[0] = path;
+    values[1] = noExclusion;
+    Params lent(std::move(values));
+    const Outcome outcome = access.ExecuteSQL(name, kStoredSelect, lent, "?");
+    values = std::move(std::get<std::vector<Value>>(lent));
+    values.erase(values.begin(), values.begin() + 2);
     return DataAccess != nullptr && access.Succeeded ? Records(outcome) : nullptr;
 }
 
@@ -447,7 +446,7 @@ void AddSettled(const std::string &path, RowGroups &groups, std::function<void(A
                 settled(isLost ? AddOutcome{kFailed, LostRowReason(lost), true} : outcome);
             });
     };
-    AddWithinMemory(path, reason, done, knowledge);
+    AddWithinMemory(path, reason, std::ref(done), knowledge);
 }
 
 } // namespace

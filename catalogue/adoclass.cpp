@@ -11,6 +11,7 @@
 #include "shell/apppath.h"
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace catalogue
@@ -23,6 +24,10 @@ namespace
 
 constexpr std::string_view kDatabaseMark = "[GetDatabase]";
 constexpr std::string_view kDataSource = "Data Source=";
+
+// The connection string of the catalogue file, before and after its path.
+constexpr std::string_view kFileFront = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=";
+constexpr std::string_view kFileBack = ".mdb;Persist Security Info=False;Jet OLEDB";
 
 int objectCount = 0; // the destructor of the last one closes the catalogue
 
@@ -93,6 +98,15 @@ ADOclass::ADOclass(InStep, const ADOclass &other)
       SQLPass(other.SQLPass), SQLIntegratedSecurity(other.SQLIntegratedSecurity),
       m_connectionText(other.m_connectionText), m_open(other.m_open), m_joinsGroup(true)
 {
+}
+
+bool ADOclass::IsSetAs(const ADOclass &other) const
+{
+    const auto settings = [](const ADOclass &of) {
+        return std::tie(of.TipoLectura, of.DirBase, of.DataBaseName, of.TableName, of.SQLServerName,
+                        of.SQLUserID, of.SQLPass, of.SQLIntegratedSecurity);
+    };
+    return settings(*this) == settings(other);
 }
 
 ADOclass::~ADOclass()
@@ -212,7 +226,7 @@ Outcome ADOclass::ExecuteStored(const std::string &name, int kind, const Params 
     std::string failure;
     try {
         const std::shared_ptr<Connection> connection =
-            m_inTransaction && m_connection ? m_connection : Connect(GetStringConnection());
+            m_inTransaction && m_connection ? m_connection : Connect();
         const auto *values = std::get_if<std::vector<Value>>(&params);
         const bool isArray = values != nullptr && !values->empty();
         const std::vector<Value> single = isArray ? std::vector<Value>() : StoredValues(params);
@@ -234,7 +248,7 @@ bool ADOclass::ReadAheadForSearches(std::int64_t budgetMs)
     if (m_inTransaction)
         return false;
     try {
-        return Connect(GetStringConnection())->ReadAheadForSearches(budgetMs);
+        return Connect()->ReadAheadForSearches(budgetMs);
     } catch (const ProviderFailure &) {
         return false; // the next statement reports it
     }
@@ -260,11 +274,9 @@ std::string ADOclass::GetStringConnection()
         return "Provider=Microsoft.Jet.OLEDB.3.51;Persist Security Info=False;Data Source=" +
                DirBase + DataBaseName + ".mdb;Jet OLEDB";
     case 1: {
-        constexpr std::string_view kFront = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=";
-        constexpr std::string_view kBack = ".mdb;Persist Security Info=False;Jet OLEDB";
-        std::string text; // each statement asks for it
-        text.reserve(kFront.size() + DirBase.size() + DataBaseName.size() + kBack.size());
-        text.append(kFront).append(DirBase).append(DataBaseName).append(kBack);
+        std::string text;
+        text.reserve(kFileFront.size() + DirBase.size() + DataBaseName.size() + kFileBack.size());
+        text.append(kFileFront).append(DirBase).append(DataBaseName).append(kFileBack);
         return text;
     }
     case 2:
@@ -308,17 +320,23 @@ void ADOclass::OpenConnection(const std::string &statement)
         return;
     CloseConnection();
     m_openFailure.reset();
-    std::string text = GetStringConnection();
-    if (DataBaseName == kDatabaseMark)
-        text = runtime::Replace(text, kDatabaseMark, GetBaseName(statement));
-    const auto source = text.find(std::string(kDataSource) + "\\");
-    if (source != std::string::npos)
-        text.erase(source + kDataSource.size(), 1);
-    if (text.empty())
-        return;
+    const bool isResolved = IsResolved();
+    std::string text;
+    if (!isResolved) {
+        text = GetStringConnection();
+        if (DataBaseName == kDatabaseMark)
+            text = runtime::Replace(text, kDatabaseMark, GetBaseName(statement));
+        const auto source = text.find(std::string(kDataSource) + "\\");
+        if (source != std::string::npos)
+            text.erase(source + kDataSource.size(), 1);
+        if (text.empty())
+            return;
+    }
     const std::shared_ptr<const bool> alive = m_alive;
     try {
-        std::shared_ptr<Connection> connection = Connect(text);
+        if (!isResolved)
+            Resolve(text);
+        std::shared_ptr<Connection> connection = OpenResolved();
         if (!*alive)
             return;
         m_connection = std::move(connection);
@@ -339,12 +357,37 @@ void ADOclass::OpenConnection(const std::string &statement)
     }
 }
 
-std::shared_ptr<Connection> ADOclass::Connect(const std::string &connectionText)
+// Whether the last connection string that was resolved is that of the catalogue file as it is set
+// now. This is asked for each statement, so the parts are compared and no string is made. False
+// also when OpenConnection might change the string.
+bool ADOclass::IsResolved() const
 {
-    if (!m_open || m_connectionText != connectionText) {
-        m_open = ResolveConnection(connectionText);
-        m_connectionText = connectionText;
-    }
+    const std::string_view text = m_connectionText;
+    const std::size_t nameAt = kFileFront.size() + DirBase.size();
+    const std::size_t backAt = nameAt + DataBaseName.size();
+    return m_open && TipoLectura == 1 && !DirBase.empty() && DirBase.find('\\') == DirBase.npos &&
+           DataBaseName != kDatabaseMark && text.size() == backAt + kFileBack.size() &&
+           text.starts_with(kFileFront) && text.substr(kFileFront.size()).starts_with(DirBase) &&
+           text.substr(nameAt).starts_with(DataBaseName) && text.substr(backAt) == kFileBack;
+}
+
+void ADOclass::Resolve(const std::string &connectionText)
+{
+    if (m_open && m_connectionText == connectionText)
+        return;
+    m_open = ResolveConnection(connectionText);
+    m_connectionText = connectionText;
+}
+
+std::shared_ptr<Connection> ADOclass::Connect()
+{
+    if (!IsResolved())
+        Resolve(GetStringConnection());
+    return OpenResolved();
+}
+
+std::shared_ptr<Connection> ADOclass::OpenResolved()
+{
     const auto open = m_open; // a handler may destroy this object while the database is opened
     const bool joinsGroup = m_joinsGroup;
     std::shared_ptr<Connection> connection = open();

@@ -153,6 +153,9 @@ protected:
     };
     ADOclass(InStep, const ADOclass &other);
 
+    // Whether both are for the same database.
+    [[nodiscard]] bool IsSetAs(const ADOclass &other) const;
+
 private:
     struct Field {
         std::string name;
@@ -166,7 +169,10 @@ private:
     Outcome ExecuteStored(const std::string &name, int kind, const Params &params);
     RecordsetPtr RunOnConnection(const Statement &statement, std::string &failure);
     void Fail(std::string_view description, std::string_view statement);
-    std::shared_ptr<Connection> Connect(const std::string &connectionText);
+    std::shared_ptr<Connection> Connect();
+    [[nodiscard]] bool IsResolved() const;
+    void Resolve(const std::string &connectionText);
+    std::shared_ptr<Connection> OpenResolved();
     void CloseConnection();
     static void AddTo(Fields &list, const std::string &name, DatoType type, int width);
     static bool SetIn(Fields &list, const std::string &name, const Value &value);

@@ -59,7 +59,7 @@ std::string TagValue(const std::string &field, metadata::TextKind kind)
 std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &genre)
 {
     std::vector<Value> values;
-    values.reserve(9);
+    values.reserve(11); // with what a statement adds
     for (const std::string *field :
          {&tag.Title, &tag.Artist, &tag.Album, &tag.Year, &tag.Comment, &genre})
         values.emplace_back(TagValue(*field, tag.kind));

@@ -17,8 +17,10 @@ RowGroups::RowGroups()
 
 RowGroups::~RowGroups()
 {
-    if (--TheOpenGroup().groups == 0)
-        CloseOpenGroup();
+    if (--TheOpenGroup().groups > 0)
+        return;
+    CloseOpenGroup();
+    RowStep::SpareAccess().reset();
 }
 
 void RowGroups::WhenSettled(std::function<void(const std::string &lost)> settled)
@@ -35,8 +37,17 @@ void RowGroups::Close()
     CloseOpenGroup();
 }
 
-RowStep::RowStep(const ADOclass &access) : m_access(access)
+// The object of the last step, which the next one uses again: there is a step for each song.
+RowStep::StepAccessPtr &RowStep::SpareAccess()
 {
+    static StepAccessPtr spare;
+    return spare;
+}
+
+RowStep::RowStep(const ADOclass &access) : m_access(std::move(SpareAccess()))
+{
+    if (m_access == nullptr || !m_access->IsSetAs(access))
+        m_access = std::make_unique<StepAccess>(access);
     OpenGroup &state = TheOpenGroup();
     m_begunBefore = state.begun;
     state.isRowStart = true;
@@ -46,6 +57,8 @@ RowStep::RowStep(const ADOclass &access) : m_access(access)
 RowStep::~RowStep()
 {
     Finish();
+    if (TheOpenGroup().groups > 0)
+        SpareAccess() = std::move(m_access);
 }
 
 bool RowStep::HasBegun() const

@@ -55,7 +55,7 @@ public:
     RowStep(const RowStep &) = delete;
     RowStep &operator=(const RowStep &) = delete;
 
-    ADOclass &Access() { return m_access; }
+    ADOclass &Access() { return *m_access; }
 
     // Whether this step had to get the lock, so that another program may have had it before.
     // Otherwise this process has had it since an earlier step.
@@ -73,9 +73,13 @@ public:
 private:
     struct StepAccess : ADOclass {
         explicit StepAccess(const ADOclass &other) : ADOclass(InStep(), other) {}
+        using ADOclass::IsSetAs;
     };
+    using StepAccessPtr = std::unique_ptr<StepAccess>;
+    friend class RowGroups;
+    static StepAccessPtr &SpareAccess();
 
-    StepAccess m_access;
+    StepAccessPtr m_access;
     std::uint64_t m_begunBefore;
     bool m_isFinished = false;
 };

@@ -99,7 +99,8 @@ bool CopiedRecordset::IsNull(int index) const
 
 RecordsetPtr MakeClosedRecordset()
 {
-    return std::make_shared<ClosedRecordset>();
+    static const RecordsetPtr closed = std::make_shared<ClosedRecordset>(); // it has no state
+    return closed;
 }
 
 } // namespace catalogue
