@@ -237,7 +237,7 @@ void NoteOutcome(const std::string &path, const AddOutcome &outcome)
 }
 
 // The report needs to know which tags there are; AddWalkedSong looks at what is in them.
-void ScanFile(Run &run, const std::string &path)
+void ScanFile(Run &run, std::string path)
 {
     run.ahead.Advance();
     WalkedSong song = FindTags(path, run.known);
@@ -252,15 +252,16 @@ void ScanFile(Run &run, const std::string &path)
     if (song.tags.hasTextsForFrames)
         summary.unicodeFiles++;
     AddWalkedSong(std::move(song), run.groups, run.known,
-                  [path](const AddOutcome &outcome) { NoteOutcome(path, outcome); });
+                  [path = std::move(path)](const AddOutcome &to) { NoteOutcome(path, to); });
 }
 
 void ScanFiles(Run &run)
 {
     const std::string folder = MP3s().Path();
+    std::string line;
     for (std::int64_t index = 0; index < MP3s().ListCount(); index++) {
         const std::string name = MP3s().List(index);
-        const std::string line = "Adding: " + runtime::Replace(name, " & ", " && ");
+        line.assign("Adding: ").append(runtime::Replace(name, " & ", " && "));
         SetPanel("Playing", line);
         ShowCount(run);
         ReportProgress(line, run.value, run.maximum);
@@ -299,10 +300,9 @@ void ScanFolder(Run &run)
 
 void OfferMail()
 {
-    const RegenerationSummary &summary = TheState().summary;
     if (!TheState().controls.ShowFailure) {
         platform::TheDesktop().EmptyClipboard();
-        platform::TheDesktop().SetClipboardText(summary.errors);
+        platform::TheDesktop().SetClipboardText(TheState().summary.errors);
     }
     if (platform::TheDesktop().MessageBox(kMailQuestion, platform::Buttons::YesNo) !=
         platform::Answer::Yes)
@@ -319,15 +319,20 @@ void OfferReport()
         shell::OpenAddress(ReportPath(), std::string(kViewerFolder));
 }
 
-void CountAll(std::int64_t &maximum)
+// Returns: the number of MP3 files. Uses the listings as the helper has just read them.
+std::int64_t CountAll(const KeptListings &listings)
 {
+    const ListingAhead ahead(listings.cache, Dirs().SharedListing());
+    Dirs().UseCache(listings.cache.get(), true);
     const std::string line = shell::GetLanguageText("Counting MP3s", "CountingMP3s", "Progress");
     SetPanel("Playing", line);
     ReportProgress(line, 0, 0);
     const std::int64_t inRoot = MP3s().ListCount();
-    maximum = CountFiles() + inRoot;
+    const std::int64_t maximum = CountFiles() + inRoot;
+    Dirs().UseCache(listings.cache.get());
     if (ui::ProgressBar *bar = TheState().controls.PBar; bar != nullptr)
         bar->SetMax(maximum);
+    return maximum;
 }
 
 // A table that could not be emptied would keep the rows of deleted files: this counts as a failure.
@@ -360,12 +365,7 @@ bool Regenerate()
     if (ui::ProgressBar *bar = TheState().controls.PBar; bar != nullptr)
         bar->SetValue(0);
     const KeptListings listings;
-    std::int64_t maximum = 0;
-    {
-        const ListingAhead ahead(listings.cache, Dirs().SharedListing());
-        CountAll(maximum);
-    }
-
+    const std::int64_t maximum = CountAll(listings);
     Run run{.listings = *listings.cache,
             .maximum = maximum,
             .isTableEmpty = globals.DeleteBeforeAppend};

@@ -33,10 +33,16 @@ std::string ParentFolder(std::string_view path)
     return std::string(folder.substr(0, folder.size() > 1 ? folder.size() - 1 : folder.size()));
 }
 
-std::string CutSeparators(std::string path)
+std::string_view WithoutSeparators(std::string_view path)
 {
     while (path.size() > 1 && path.back() == PathSeparator)
-        path.pop_back();
+        path.remove_suffix(1);
+    return path;
+}
+
+std::string CutSeparators(std::string path)
+{
+    path.resize(WithoutSeparators(path).size());
     return path;
 }
 

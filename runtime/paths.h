@@ -33,6 +33,7 @@ std::string ParentFolder(std::string_view path);
 
 // The path without the separators at its end; the root keeps its one.
 std::string CutSeparators(std::string path);
+std::string_view WithoutSeparators(std::string_view path); // the same part of `path` itself
 
 // Whether `path` is `folder` itself, or in it at any depth. `folder` has no separator at its end,
 // except the root.

@@ -43,11 +43,10 @@ void IntegrityReport::Close(bool succeeded, std::string_view folder, std::string
 
 void IntegrityReport::Write(std::initializer_list<std::string_view> lines)
 {
-    std::string bytes;
-    bytes.reserve(512);
+    m_bytes.clear();
     for (const std::string_view line : lines)
-        bytes.append(line).append("\r\n");
-    if (!m_file.Append(bytes))
+        m_bytes.append(line).append("\r\n");
+    if (!m_file.Append(m_bytes))
         throw runtime::FileError(errno, m_path);
 }
 

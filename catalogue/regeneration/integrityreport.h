@@ -32,6 +32,7 @@ private:
 
     std::string m_path;
     platform::posix::Appender m_file;
+    std::string m_bytes; // of one entry; a member so that its memory is used again
 };
 
 } // namespace catalogue

@@ -123,6 +123,7 @@ KnownSongs::KnownSongs(std::string file, bool isUsed, std::int64_t expected)
         m_records = {};
         m_index.Clear();
     }
+    m_isUsed = m_isUsed && !m_records.empty(); // the songs of this run are not looked for
 }
 
 void KnownSongs::Load()
@@ -172,7 +173,7 @@ void KnownSongs::AddToIndex(std::size_t item)
 
 std::optional<KnownSong> KnownSongs::Find(const std::string &path) const
 {
-    if (!m_isUsed || m_records.empty())
+    if (!m_isUsed)
         return std::nullopt;
     const std::int32_t item = IndexOf(runtime::Hash128Of(path));
     if (item == runtime::KeyIndex::kNone)
@@ -203,8 +204,9 @@ void KnownSongs::Keep(const KnownSong &song)
     if (item == runtime::KeyIndex::kNone) {
         if (m_records.size() >= kMostSongs)
             return;
+        m_index.Insert(static_cast<std::int32_t>(m_records.size()),
+                       static_cast<std::uint32_t>(record.path.low));
         m_records.push_back(record);
-        AddToIndex(m_records.size() - 1);
         m_hasChanged = true;
         return;
     }

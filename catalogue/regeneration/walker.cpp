@@ -22,14 +22,15 @@ bool IsStill(const std::string &path, const FolderIdentity &identity)
 
 void FolderBox::SetPath(const std::string &path)
 {
-    const std::string wanted = runtime::CutSeparators(path);
-    if (GoUp(wanted)) {
-        Assign(wanted);
-    } else if (IsBelow(wanted)) {
-        m_listings.push_back(ReadBelow(wanted));
-        Assign(wanted);
+    if (runtime::WithoutSeparators(path).size() < path.size()) {
+        SetPath(runtime::CutSeparators(path));
+    } else if (GoUp(path)) {
+        Assign(path);
+    } else if (IsBelow(path)) {
+        m_listings.push_back(ReadBelow(path));
+        Assign(path);
     } else {
-        SetRoot(wanted);
+        SetRoot(path);
     }
 }
 
@@ -94,7 +95,7 @@ bool FolderBox::IsBelow(const std::string &path) const
 {
     const auto separator = path.rfind(runtime::PathSeparator);
     return !m_listings.empty() && separator != std::string::npos &&
-           runtime::CutSeparators(path.substr(0, separator + 1)) == m_path;
+           runtime::WithoutSeparators(std::string_view(path).substr(0, separator + 1)) == m_path;
 }
 
 std::string FolderBox::List(std::int64_t index) const
@@ -125,7 +126,7 @@ FileBox::FileBox(FolderBox &dirs) : m_dirs(&dirs)
 
 void FileBox::SetPath(const std::string &path)
 {
-    m_path = runtime::CutSeparators(path);
+    m_path = runtime::WithoutSeparators(path);
     m_read = false;
     m_files.clear();
 }
