@@ -58,21 +58,19 @@ int CollateSlowly(std::string_view first, std::string_view second)
 void MakeSortKey(std::string_view text, std::string &key)
 {
     key.clear();
-    for (std::size_t at = 0; at < text.size();) {
-        if (static_cast<unsigned char>(text[at]) < 0x80) {
-            key += UpperAscii(text[at++]);
-            continue;
-        }
-        utf8proc_int32_t codePoint = -1;
-        const auto length =
-            utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t *>(text.data() + at),
-                             static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
-        if (length <= 0 || codePoint < 0) {
-            key += text[at++]; // not valid UTF-8: the byte is kept
-            continue;
-        }
-        AppendBaseLetters(codePoint, key);
-        at += static_cast<std::size_t>(length);
+    while (!text.empty()) {
+        const std::size_t ascii = AsciiLength(text);
+        AppendUpperAscii(text.substr(0, ascii), key);
+        text.remove_prefix(ascii);
+        if (text.empty())
+            break;
+        utf8proc_int32_t codePoint = 0;
+        const int length = NextCharacter(text, codePoint);
+        if (length > 0)
+            AppendBaseLetters(codePoint, key);
+        else
+            key += text[0]; // not valid UTF-8: the byte is kept
+        text.remove_prefix(static_cast<std::size_t>(std::max(length, 1)));
     }
 }
 

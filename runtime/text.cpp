@@ -204,10 +204,17 @@ std::vector<std::string> Split(std::string_view text, std::string_view separator
 
 std::string UpperAscii(std::string_view text)
 {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(),
-                   [](char c) { return UpperAscii(c); });
+    std::string result;
+    AppendUpperAscii(text, result);
     return result;
+}
+
+void AppendUpperAscii(std::string_view text, std::string &out)
+{
+    const auto at = static_cast<std::ptrdiff_t>(out.size());
+    out.append(text);
+    std::transform(out.begin() + at, out.end(), out.begin() + at,
+                   [](char c) { return UpperAscii(c); });
 }
 
 bool EqualAscii(std::string_view first, std::string_view second)
@@ -227,11 +234,8 @@ std::string UpperText(std::string_view utf8)
 void AppendUpperText(std::string_view utf8, std::string &out)
 {
     while (!utf8.empty()) {
-        const std::size_t ascii = AsciiLength(utf8), at = out.size();
-        out.append(utf8.substr(0, ascii));
-        std::transform(out.begin() + static_cast<std::ptrdiff_t>(at), out.end(),
-                       out.begin() + static_cast<std::ptrdiff_t>(at),
-                       [](char c) { return UpperAscii(c); });
+        const std::size_t ascii = AsciiLength(utf8);
+        AppendUpperAscii(utf8.substr(0, ascii), out);
         utf8.remove_prefix(ascii);
         while (!utf8.empty() && static_cast<unsigned char>(utf8[0]) >= 0x80)
             utf8.remove_prefix(AppendUpperCharacter(utf8, out));

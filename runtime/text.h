@@ -65,6 +65,7 @@ bool EqualText(std::string_view first, std::string_view second);
 
 // Upper case of the ASCII letters only, for keywords, extensions and keys of files.
 std::string UpperAscii(std::string_view text);
+void AppendUpperAscii(std::string_view text, std::string &out);
 constexpr char UpperAscii(char c)
 {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
