@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <optional>
 #include <utility>
 
 namespace catalogue
@@ -45,25 +46,51 @@ Snapshot::~Snapshot()
     release(std::move(handle));
 }
 
-LazyRecordset::LazyRecordset(std::unique_ptr<Snapshot> snapshot, const RowQuery &query,
-                             const Binding &bind, ColumnNames columns)
-    : RecordsetBase(std::move(columns)), m_snapshot(std::move(snapshot)), m_createdMs(MachineMs())
+FoundRows FindRows(SqliteHandle &handle, const RowQuery &query,
+                   const std::vector<std::string> &columns, const Binding &bind)
 {
-    FindRows(query, bind);
-    SortRows();
-    Begin();
+    FoundRows found;
+    // Without a condition the table itself is read, or the index of a column that has one.
+    const bool isWalk = query.condition.empty();
+    std::string sql = isWalk ? "SELECT rowid" : "SELECT RowNo";
+    for (const auto &term : query.order) {
+        const int field = IndexOf(columns, term.column);
+        found.keys.push_back({field, term.descending, {}, {}});
+        sql += ", \"" + columns[static_cast<std::size_t>(field)] + '"';
+    }
+    if (isWalk)
+        sql += " FROM main.MP3s";
+    else
+        sql += " FROM " + std::string(kRowView) + " AS MP3s WHERE " + query.condition;
+    std::optional<FewPages> few;
+    if (isWalk)
+        few.emplace(handle);
+    auto *statement = handle.Prepare(sql).statement;
+    const StatementUse use(statement);
+    bind(statement);
+    int code = SQLITE_OK;
+    while ((code = sqlite3_step(statement)) == SQLITE_ROW) {
+        found.rows.push_back(sqlite3_column_int64(statement, 0));
+        int column = 0;
+        for (auto &key : found.keys) {
+            const bool isNull = sqlite3_column_type(statement, ++column) == SQLITE_NULL;
+            key.numbers.push_back(isNull ? TextPool::kNull
+                                         : key.texts.Add(ColumnText(statement, column)));
+        }
+    }
+    if (code != SQLITE_DONE)
+        handle.Throw(code);
+    for (auto &key : found.keys)
+        key.texts.Finish();
+    return found;
 }
 
-LazyRecordset::LazyRecordset(std::unique_ptr<Snapshot> snapshot, std::vector<std::int64_t> rows,
+LazyRecordset::LazyRecordset(std::unique_ptr<Snapshot> snapshot, FoundRows found,
                              ColumnNames columns)
-    : RecordsetBase(std::move(columns)), m_snapshot(std::move(snapshot)), m_rows(std::move(rows)),
-      m_createdMs(MachineMs())
+    : RecordsetBase(std::move(columns)), m_snapshot(std::move(snapshot)),
+      m_rows(std::move(found.rows)), m_keys(std::move(found.keys)), m_createdMs(MachineMs())
 {
-    Begin();
-}
-
-void LazyRecordset::Begin()
-{
+    SortRows();
     m_reader = m_snapshot->handle
                    ->Prepare("SELECT *, rowid FROM main.MP3s WHERE rowid >= ?1 ORDER BY rowid")
                    .statement;
@@ -83,74 +110,45 @@ bool LazyRecordset::CanSort(const RowQuery &query, const std::vector<std::string
                        [&](const OrderTerm &term) { return IndexOf(columns, term.column) >= 0; });
 }
 
-void LazyRecordset::FindRows(const RowQuery &query, const Binding &bind)
-{
-    // Without a condition the table itself is read, or the index of a column that has one.
-    std::string sql = query.condition.empty() ? "SELECT rowid" : "SELECT RowNo";
-    for (const auto &term : query.order) {
-        const int field = IndexOf(*m_columns, term.column);
-        m_keys.push_back({field, term.descending, {}, {}});
-        sql += ", \"" + (*m_columns)[static_cast<std::size_t>(field)] + '"';
-    }
-    if (query.condition.empty())
-        sql += " FROM main.MP3s";
-    else
-        sql += " FROM " + std::string(kRowView) + " AS MP3s WHERE " + query.condition;
-    SqliteHandle &handle = *m_snapshot->handle;
-    auto *statement = handle.Prepare(sql).statement;
-    const StatementUse use(statement);
-    bind(statement);
-    int code = SQLITE_OK;
-    while ((code = sqlite3_step(statement)) == SQLITE_ROW) {
-        m_rows.push_back(sqlite3_column_int64(statement, 0));
-        int column = 0;
-        for (auto &key : m_keys) {
-            const bool isNull = sqlite3_column_type(statement, ++column) == SQLITE_NULL;
-            key.numbers.push_back(isNull ? TextPool::kNull
-                                         : key.texts.Add(ColumnText(statement, column)));
-        }
-    }
-    if (code != SQLITE_DONE)
-        handle.Throw(code);
-}
-
-// Sorts the rows by the ranks of their keys; rows that compare equal keep the order in which they
-// were found.
+// Sorts the rows by one key after the other, the most important one last: each pass counts how many
+// rows have each rank, and keeps the order of rows of the same one.
 void LazyRecordset::SortRows()
 {
     if (m_keys.empty()) { // the order in which they were added
-        std::sort(m_rows.begin(), m_rows.end());
+        if (!std::ranges::is_sorted(m_rows))
+            std::ranges::sort(m_rows);
         return;
     }
-    std::vector<std::vector<std::uint32_t>> ranks; // per key and row
-    for (auto &key : m_keys) {
-        const auto &name = (*m_columns)[static_cast<std::size_t>(key.field)];
-        auto rankOf = key.texts.Ranks(name == "Duplicated");
-        key.texts.Finish();
-        auto &ofRows = ranks.emplace_back(m_rows.size());
-        for (std::size_t row = 0; row < m_rows.size(); ++row)
-            ofRows[row] = key.descending ? ~rankOf[key.numbers[row]] : rankOf[key.numbers[row]];
-    }
-    std::vector<std::uint32_t> order(m_rows.size());
+    std::vector<std::uint32_t> order(m_rows.size()), sorted(m_rows.size()), begins;
     std::iota(order.begin(), order.end(), 0u);
-    std::stable_sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
-        for (const auto &ofRows : ranks)
-            if (ofRows[a] != ofRows[b])
-                return ofRows[a] < ofRows[b];
-        return false;
-    });
+    for (auto at = m_keys.rbegin(); at != m_keys.rend(); ++at) {
+        const FoundRows::Key &key = *at;
+        const auto &name = (*m_columns)[static_cast<std::size_t>(key.field)];
+        auto ranks = key.texts.Ranks(name == "Duplicated");
+        const auto ranksUsed = static_cast<std::uint32_t>(ranks.size());
+        if (key.descending)
+            for (auto &rank : ranks)
+                rank = ranksUsed - rank;
+        begins.assign(ranksUsed + 2, 0);
+        for (const auto number : key.numbers)
+            ++begins[ranks[number] + 1];
+        std::partial_sum(begins.begin(), begins.end(), begins.begin());
+        for (const auto row : order)
+            sorted[begins[ranks[key.numbers[row]]]++] = row;
+        order.swap(sorted);
+    }
     const auto arrange = [&](auto &values) {
-        auto sorted = values;
+        auto arranged = values;
         for (std::size_t i = 0; i < order.size(); ++i)
-            sorted[i] = values[order[i]];
-        values = std::move(sorted);
+            arranged[i] = values[order[i]];
+        values = std::move(arranged);
     };
     arrange(m_rows);
     for (auto &key : m_keys)
         arrange(key.numbers);
 }
 
-const LazyRecordset::KeyColumn *LazyRecordset::KeyFor(int field) const
+const FoundRows::Key *LazyRecordset::KeyFor(int field) const
 {
     for (const auto &key : m_keys)
         if (key.field == field)

@@ -34,17 +34,30 @@ struct Snapshot {
 
 using Binding = std::function<void(sqlite3_stmt *)>; // binds a statement's parameters
 
+// Rows of MP3s in the order in which they were found, and the columns by which they are to be
+// sorted.
+struct FoundRows {
+    struct Key {
+        int field = 0; // the column's place in the table, from 0
+        bool descending = false;
+        TextPool texts;
+        std::vector<std::uint32_t> numbers; // of each row's text
+    };
+
+    std::vector<std::int64_t> rows; // their numbers in the table
+    std::vector<Key> keys;          // the first one counts most
+};
+
+// Finds the rows of the query and reads the columns of its order, but does not sort. `columns`:
+// those of MP3s. Errors: ProviderFailure.
+[[nodiscard]] FoundRows FindRows(SqliteHandle &handle, const RowQuery &query,
+                                 const std::vector<std::string> &columns, const Binding &bind);
+
 class LazyRecordset : public RecordsetBase
 {
 public:
-    // Runs the query: finds the rows, sorts them, and keeps the columns by which they are sorted.
-    // Errors: ProviderFailure.
-    LazyRecordset(std::unique_ptr<Snapshot> snapshot, const RowQuery &query, const Binding &bind,
-                  ColumnNames columns);
-
-    // The rows with these numbers, as they are in `snapshot`.
-    LazyRecordset(std::unique_ptr<Snapshot> snapshot, std::vector<std::int64_t> rows,
-                  ColumnNames columns);
+    // Sorts the rows, which are as in `snapshot`; without keys by their numbers.
+    LazyRecordset(std::unique_ptr<Snapshot> snapshot, FoundRows found, ColumnNames columns);
     ~LazyRecordset() override;
     LazyRecordset(const LazyRecordset &) = delete;
     LazyRecordset &operator=(const LazyRecordset &) = delete;
@@ -55,34 +68,25 @@ public:
     std::string_view Text(int index) const override;
     bool IsNull(int index) const override;
 
-    // Whether every name in the order is a column.
+    // Whether every name in the order is a column of the table.
     static bool CanSort(const RowQuery &query, const std::vector<std::string> &columns);
 
     // Makes each result that is at least `ageMs` old copy its rows.
     static void CopyAll(std::int64_t ageMs);
 
 private:
-    struct KeyColumn {
-        int field = 0;
-        bool descending = false;
-        TextPool texts;
-        std::vector<std::uint32_t> numbers; // of each row's text, in the result's order
-    };
-
-    void Begin();
-    void FindRows(const RowQuery &query, const Binding &bind);
     void SortRows();
     void Load() const;
     void CopyWhole();
     void TryCopyWhole();
-    [[nodiscard]] const KeyColumn *KeyFor(int field) const;
+    [[nodiscard]] const FoundRows::Key *KeyFor(int field) const;
 
     std::unique_ptr<Snapshot> m_snapshot; // null once copied
-    std::vector<std::int64_t> m_rows;     // their numbers in the table
-    std::vector<KeyColumn> m_keys;
-    std::optional<RowTable> m_table;    // once copied
-    sqlite3_stmt *m_reader = nullptr;   // reads the table from a row on
-    mutable std::int64_t m_loaded = -1; // the position that m_reader is at; -1 for none
+    std::vector<std::int64_t> m_rows;     // their numbers in the table, sorted
+    std::vector<FoundRows::Key> m_keys;   // their numbers of texts are sorted too
+    std::optional<RowTable> m_table;      // once copied
+    sqlite3_stmt *m_reader = nullptr;     // reads the table from a row on
+    mutable std::int64_t m_loaded = -1;   // the position that m_reader is at; -1 for none
     std::int64_t m_createdMs;
 };
 

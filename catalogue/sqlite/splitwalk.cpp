@@ -28,17 +28,12 @@ public:
                                                      "WHERE rowid BETWEEN ?2 AND ?3 AND " +
                                                      LikeSearchCall(search) + " ORDER BY rowid")
                                             .statement),
-          m_use(m_statement)
+          m_use(m_statement), m_few(handle)
     {
-        m_handle.KeepFewPages(true);
         BindLikeSearch(m_statement, 1, search);
         sqlite3_bind_int64(m_statement, 2, rows.first);
         sqlite3_bind_int64(m_statement, 3, rows.last);
     }
-
-    ~Part() { m_handle.KeepFewPages(false); }
-    Part(const Part &) = delete;
-    Part &operator=(const Part &) = delete;
 
     void Run() noexcept
     {
@@ -62,6 +57,7 @@ private:
     SqliteHandle &m_handle;
     sqlite3_stmt *m_statement; // owned by the handle
     StatementUse m_use;
+    FewPages m_few;
     int m_code = SQLITE_OK;
     std::vector<std::int64_t> m_found;
 };

@@ -195,9 +195,10 @@ const std::vector<std::string> &SqliteHandle::ColumnsOfMP3s()
     return m_mp3Columns;
 }
 
-void SqliteHandle::KeepFewPages(bool on)
+bool SqliteHandle::KeepFewPages(bool on)
 {
     RunOwn(on ? kFewPages : kManyPages);
+    return std::exchange(m_keepsFewPages, on);
 }
 
 std::int64_t SqliteHandle::DataVersion()

@@ -60,8 +60,8 @@ public:
     bool WaitForLocks(bool on) { return std::exchange(m_waits, on); }
 
     // True: the connection keeps only as many pages as fit into a processor's cache. For a walk
-    // that reads each page once.
-    void KeepFewPages(bool on);
+    // that reads each page once. Returns: the former value, at first false.
+    bool KeepFewPages(bool on);
 
     // A number from SQLite that differs from an earlier one of the same handle when another
     // connection has committed a change since. -1 when it is not known.
@@ -95,10 +95,27 @@ private:
     std::vector<std::string> m_mp3Columns;
     bool m_isWal = false;
     bool m_waits = true;
+    bool m_keepsFewPages = false;
     bool m_isOwn = false;    // a statement of the provider itself is running
     bool m_mayQuery = false; // the statement under preparation is a SELECT
     std::int64_t m_busySinceMs = 0;
     std::int64_t m_endAskedMs = 0; // when a running statement noticed that the program is to end
+};
+
+// While one exists, the connection keeps few pages (SqliteHandle::KeepFewPages).
+class FewPages
+{
+public:
+    explicit FewPages(SqliteHandle &handle) : m_handle(handle), m_before(handle.KeepFewPages(true))
+    {
+    }
+    ~FewPages() { m_handle.KeepFewPages(m_before); }
+    FewPages(const FewPages &) = delete;
+    FewPages &operator=(const FewPages &) = delete;
+
+private:
+    SqliteHandle &m_handle;
+    bool m_before;
 };
 
 // Resets the statement and clears its bindings in the destructor.

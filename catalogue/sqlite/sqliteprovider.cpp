@@ -172,11 +172,13 @@ RecordsetPtr SqliteConnection::SearchTexts(const Translated &translated, const S
         if (!rows)
             rows = WalkInHalves(*snapshot->handle, version, *search);
         if (rows)
-            return std::make_shared<LazyRecordset>(std::move(snapshot), std::move(*rows), names);
+            return std::make_shared<LazyRecordset>(std::move(snapshot),
+                                                   FoundRows{std::move(*rows), {}}, names);
     }
-    return std::make_shared<LazyRecordset>(
-        std::move(snapshot), RowQuery{LikeSearchCall(*search), {}, query.order},
-        [&](sqlite3_stmt *target) { BindLikeSearch(target, 1, *search); }, names);
+    auto found =
+        FindRows(*snapshot->handle, RowQuery{LikeSearchCall(*search), {}, query.order}, *names,
+                 [&](sqlite3_stmt *target) { BindLikeSearch(target, 1, *search); });
+    return std::make_shared<LazyRecordset>(std::move(snapshot), std::move(found), names);
 }
 
 // The rows that the search finds in the table itself, which two threads read. `handle` is inside
@@ -246,11 +248,11 @@ RecordsetPtr SqliteConnection::Read(const Translated &statement, const Binding &
     if (m_ownHandle || !statement.isRowQuery || !handle.HasSnapshots() ||
         !LazyRecordset::CanSort(statement.rows, columns))
         return StepAll(handle, statement.sql, bind);
+    const ColumnNames names = handle.Prepare("SELECT * FROM main.MP3s WHERE rowid = ?1").columns;
     auto snapshot = m_file->TakeSnapshot();
     snapshot->handle->ColumnsOfMP3s();
-    return std::make_shared<LazyRecordset>(
-        std::move(snapshot), statement.rows, bind,
-        handle.Prepare("SELECT * FROM main.MP3s WHERE rowid = ?1").columns);
+    auto found = FindRows(*snapshot->handle, statement.rows, *names, bind);
+    return std::make_shared<LazyRecordset>(std::move(snapshot), std::move(found), names);
 }
 
 RecordsetPtr SqliteConnection::Write(std::string_view sql, const Binding &bind)
