@@ -12,6 +12,9 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace browser
 {
@@ -47,6 +50,32 @@ void ShowFieldProgress(std::string_view field)
         shell::GetLanguageText("$Field$ information...", "AddingInformation", "Progress");
     shell::ShowProgress(adding + " " + runtime::Replace(information, "$Field$", caption));
 }
+
+// While one exists, the statements of the fields read the songs in one walk over them. Not those of
+// Lists; and the paths have an index, which is read faster than the songs.
+class SongsReadOnce
+{
+public:
+    SongsReadOnce()
+    {
+        std::vector<std::string> fields;
+        for (std::size_t index = 0; index < shell::FieldNames.size(); ++index)
+            if (const std::string_view field = shell::FieldNames[index];
+                shell::TheGlobals().LoadField[index] && field != "List" && field != "Path")
+                fields.emplace_back(field);
+        Share(fields);
+    }
+    ~SongsReadOnce() { Share({}); }
+    SongsReadOnce(const SongsReadOnce &) = delete;
+    SongsReadOnce &operator=(const SongsReadOnce &) = delete;
+
+private:
+    static void Share(const std::vector<std::string> &fields)
+    {
+        if (catalogue::DataAccess != nullptr)
+            catalogue::DataAccess->ShareScan(fields);
+    }
+};
 
 // Adds the value nodes of one field, for one record after the other. A record with the same text as
 // the one before would have the same key, so it is skipped before its text is folded.
@@ -156,6 +185,9 @@ void LoadTreeView(MainForm &form, std::string_view fieldName)
 void FillFieldTree(MainForm &form, std::string_view sql, std::string_view fieldName)
 {
     const ui::TreeUpdate update(form.TV);
+    std::optional<SongsReadOnce> once;
+    if (fieldName.empty())
+        once.emplace();
     for (std::size_t index = 0; index < shell::FieldNames.size(); ++index) {
         const std::string_view field = shell::FieldNames[index];
         if ((!fieldName.empty() && fieldName != field) || !shell::TheGlobals().LoadField[index])

@@ -254,6 +254,17 @@ bool ADOclass::ReadAheadForSearches(std::int64_t budgetMs)
     }
 }
 
+void ADOclass::ShareScan(const std::vector<std::string> &columns)
+{
+    if (m_inTransaction)
+        return;
+    try {
+        Connect()->ShareScan(columns);
+    } catch (const ProviderFailure &) {
+        return; // the next statement reports it
+    }
+}
+
 void ADOclass::Fail(std::string_view description, std::string_view statement)
 {
     ErrorMessage = MessageOf(description, statement);

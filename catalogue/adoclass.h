@@ -84,6 +84,13 @@ public:
     // Errors:  none; if nothing can be read ahead, searches take longer.
     bool ReadAheadForSearches(std::int64_t budgetMs);
 
+    // From now on the statements "SELECT * FROM MP3s ORDER BY Title" (or another one of `columns`)
+    // read the catalogue once for all of them, as long as it is not changed. Their results are the
+    // same. Each column is read for one statement. Without columns this ends, and what was read is
+    // freed.
+    // Errors:  none; each statement then reads the catalogue by itself.
+    void ShareScan(const std::vector<std::string> &columns);
+
     // --- connection --------------------------------------------------------------------------
     // The connection string for TipoLectura; empty for 3 and for unknown kinds. If DirBase is
     // empty, it is set to the program's folder first.

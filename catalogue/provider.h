@@ -78,6 +78,10 @@ public:
     // Returns: whether there is more to read.
     virtual bool ReadAheadForSearches(std::int64_t /*budgetMs*/) { return false; }
 
+    // The coming statements that sort all songs by one of these columns may read them together;
+    // without columns none may any more.
+    virtual void ShareScan(const std::vector<std::string> & /*columns*/) {}
+
     // From Begin on, until Commit or RollBack, other processes wait before they write.
     virtual void Begin() = 0;
     virtual void Commit() = 0;

@@ -180,8 +180,8 @@ void CatalogueFile::AbandonConnections()
     sqlite3_db_config(m_main->Db(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     for (auto &handle : m_idle)
         sqlite3_db_config(handle->Db(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
-    if (m_textsHandle)
-        sqlite3_db_config(m_textsHandle->Db(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    if (m_reader)
+        sqlite3_db_config(m_reader->Db(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     if (m_copier)
         m_copier->Abandon();
 }
@@ -210,15 +210,20 @@ std::unique_ptr<Snapshot> CatalogueFile::TakeSnapshot()
         });
 }
 
+const std::shared_ptr<SqliteHandle> &CatalogueFile::Reader()
+{
+    if (!m_reader)
+        m_reader = std::make_shared<SqliteHandle>(m_path);
+    return m_reader;
+}
+
 bool CatalogueFile::ReadTextsAhead(std::int64_t budgetMs)
 {
     if (m_isWriting || !m_main->HasSnapshots() || (m_texts && m_texts->IsCurrent()))
         return false;
     if (!m_texts || m_texts->IsGivenUp()) {
         m_texts.reset();
-        if (!m_textsHandle)
-            m_textsHandle = std::make_shared<SqliteHandle>(m_path);
-        m_texts = std::make_unique<FoldedTexts>(m_textsHandle, FolderOf(m_path));
+        m_texts = std::make_unique<FoldedTexts>(Reader(), FolderOf(m_path));
     }
     return m_texts->ReadSome(budgetMs);
 }
@@ -228,6 +233,15 @@ std::optional<std::vector<std::int64_t>> CatalogueFile::FindTexts(const LikeSear
     if (!m_texts || !m_texts->IsCurrent())
         return std::nullopt;
     return m_texts->Find(search);
+}
+
+void CatalogueFile::ShareScan(const std::vector<std::string> &columns)
+{
+    m_scan.reset();
+    if (!m_texts)
+        m_reader.reset();
+    if (!columns.empty() && m_main->HasSnapshots())
+        m_scan = std::make_unique<SharedScan>(Reader(), columns);
 }
 
 void CatalogueFile::BeginWrite(SqliteHandle &handle)

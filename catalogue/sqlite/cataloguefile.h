@@ -7,6 +7,7 @@
 #include "catalogue/rows/lazyrows.h"
 #include "catalogue/sql/statementtext.h"
 #include "catalogue/sqlite/logcopier.h"
+#include "catalogue/sqlite/sharedscan.h"
 #include "catalogue/sqlite/sqlitefile.h"
 #include "catalogue/sqlite/sqlitehandle.h"
 #include "catalogue/sqlite/writequeue.h"
@@ -61,6 +62,13 @@ public:
     // nullopt when the texts of this state have not been read.
     std::optional<std::vector<std::int64_t>> FindTexts(const LikeSearch &search);
 
+    // The coming statements that sort all rows by one of these columns share one walk over the
+    // table. Without columns the sharing ends, and what was kept for it is freed.
+    void ShareScan(const std::vector<std::string> &columns);
+
+    // The walk that is shared; null when none is.
+    [[nodiscard]] SharedScan *Scan() const { return m_scan.get(); }
+
     // Begins a transaction that writes on one of the file's connections. Waits for other processes,
     // because only one writes at a time (catalogue/lockwait.h). Events may run meanwhile, and may
     // close the catalogue: the caller must keep this object alive.
@@ -89,6 +97,7 @@ public:
 private:
     [[nodiscard]] bool IsSameFile() const;
     void AbandonConnections();
+    const std::shared_ptr<SqliteHandle> &Reader();
     int BeginWhenFree(SqliteHandle &handle);
 
     std::string m_path;
@@ -96,8 +105,9 @@ private:
     WriteQueue m_queue;
     std::unique_ptr<SqliteHandle> m_main;
     std::vector<std::shared_ptr<SqliteHandle>> m_idle;
-    std::shared_ptr<SqliteHandle> m_textsHandle;                  // used only by m_texts
+    std::shared_ptr<SqliteHandle> m_reader;                       // of the next two; never writes
     std::unique_ptr<FoldedTexts> m_texts;                         // null until texts are read ahead
+    std::unique_ptr<SharedScan> m_scan;                           // null unless one is shared
     std::map<std::string, StoredQuery> m_queries;                 // by upper-cased name
     std::vector<std::pair<Statement, Translated>> m_translations; // the statements without values
     std::unique_ptr<LogCopier> m_copier; // null until much was written; closed before m_main

@@ -96,6 +96,7 @@ public:
     RecordsetPtr Run(const Statement &statement) override;
     RecordsetPtr RunStored(std::string_view name, const std::vector<Value> &values) override;
     bool ReadAheadForSearches(std::int64_t budgetMs) override;
+    void ShareScan(const std::vector<std::string> &columns) override;
     void Begin() override;
     void Commit() override;
     void RollBack() override;
@@ -106,6 +107,7 @@ private:
     std::optional<std::vector<std::int64_t>>
     WalkInHalves(SqliteHandle &handle, std::int64_t version, const LikeSearch &search);
     RecordsetPtr Read(const Translated &statement, const Binding &bind);
+    RecordsetPtr ReadShared(const RowQuery &query, const ColumnNames &names);
     RecordsetPtr Write(std::string_view sql, const Binding &bind);
     RecordsetPtr RunInGroup(std::string_view sql, const Binding &bind);
     RecordsetPtr ReadPath(const std::string &sql, const Binding &bind);
@@ -203,6 +205,12 @@ bool SqliteConnection::ReadAheadForSearches(std::int64_t budgetMs)
     return m_file != nullptr && m_file->ReadTextsAhead(budgetMs);
 }
 
+void SqliteConnection::ShareScan(const std::vector<std::string> &columns)
+{
+    if (m_file != nullptr)
+        m_file->ShareScan(columns);
+}
+
 RecordsetPtr SqliteConnection::RunStored(std::string_view name, const std::vector<Value> &values)
 {
     const StoredQuery &query = m_file->Query(name);
@@ -249,10 +257,27 @@ RecordsetPtr SqliteConnection::Read(const Translated &statement, const Binding &
         !LazyRecordset::CanSort(statement.rows, columns))
         return StepAll(handle, statement.sql, bind);
     const ColumnNames names = handle.Prepare("SELECT * FROM main.MP3s WHERE rowid = ?1").columns;
+    if (auto records = ReadShared(statement.rows, names))
+        return records;
     auto snapshot = m_file->TakeSnapshot();
     snapshot->handle->ColumnsOfMP3s();
     auto found = FindRows(*snapshot->handle, statement.rows, *names, bind);
     return std::make_shared<LazyRecordset>(std::move(snapshot), std::move(found), names);
+}
+
+// The rows of a query that shares its walk over the table with others; null for any other query.
+RecordsetPtr SqliteConnection::ReadShared(const RowQuery &query, const ColumnNames &names)
+{
+    SharedScan *scan = m_file->Scan();
+    if (scan == nullptr || !scan->Read(query))
+        return nullptr;
+    auto snapshot = m_file->TakeSnapshot();
+    snapshot->handle->ColumnsOfMP3s();
+    snapshot->handle->RunOwn(kBeginReading); // it must not be newer than what was read
+    auto found = scan->Take(query);
+    if (!found)
+        return nullptr;
+    return std::make_shared<LazyRecordset>(std::move(snapshot), std::move(*found), names);
 }
 
 RecordsetPtr SqliteConnection::Write(std::string_view sql, const Binding &bind)

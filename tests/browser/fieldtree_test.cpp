@@ -1,5 +1,6 @@
 #include "runtime/error.h"
 #include "tests/browser/formfixture.h"
+#include "tests/support/faultycalls.h"
 
 #include <random>
 #include <set>
@@ -130,6 +131,31 @@ TEST_F(FieldTree, ValuesAreGroupedTrimmedAndUpperCased)
     EXPECT_EQ(form.TV.SelectedImage(form.TV.Find("~ARRIVAL")), "open");
     EXPECT_EQ(form.TV.Image(form.TV.Find("\u00BF/OTHER/")), "closed");
     EXPECT_EQ(form.TV.SelectedImage(form.TV.Find("\u00BF/OTHER/")), "open");
+}
+
+TEST_F(FieldTree, ReadsTheSongsOnceForAllFields)
+{
+    constexpr int kSongs = 200;
+    for (int i = 0; i < kSongs; ++i)
+        Add({"title", "artist", "album", "1999", "comment", "genre", "/m/" + std::to_string(i)});
+    const std::vector<catalogue::Value> lyrics = {std::string(6000, 'l')}; // a page each
+    catalogue::DataAccess->ExecuteSQL("UPDATE MP3s SET Lyrics = ?", catalogue::kUpdate, lyrics);
+    ASSERT_TRUE(catalogue::DataAccess->Succeeded) << catalogue::DataAccess->ErrorMessage;
+    MainForm &form = Loaded();
+    const auto piecesRead = [&form] {
+        catalogue::CloseCatalogue(); // the songs are in the file then, not in its log
+        const tests::FaultyCalls calls(0, false);
+        LoadTreeView(form, "");
+        return calls.Calls();
+    };
+    auto &load = shell::TheGlobals().LoadField;
+    load.fill(false);
+    load[0] = true;
+    const int forOne = piecesRead();
+    EXPECT_GT(forOne, kSongs);
+    load.fill(true);
+    EXPECT_LT(piecesRead(), 2 * forOne);
+    EXPECT_EQ(Keys("ByGenre"), "\u00A1GENRE ");
 }
 
 TEST_F(FieldTree, APathCountsTrimmedUpToItsLastSeparator)

@@ -93,4 +93,9 @@ bool FaultyCalls::HasFailed() const
     return TheState().calls >= TheState().failing;
 }
 
+int FaultyCalls::Calls() const
+{
+    return TheState().calls;
+}
+
 } // namespace tests

@@ -7,8 +7,8 @@ namespace tests
 {
 
 // While one exists, the call number `failing` with which SQLite reads, writes, truncates or maps a
-// file fails: with "no room" when it writes, else with "input/output error". With `onwards` all
-// later calls that write fail too, as on a disk that stays full. Only one at a time.
+// file fails: with "no room" when it writes, else with "input/output error"; none for 0. With
+// `onwards` all later calls that write fail too, as on a disk that stays full. Only one at a time.
 class FaultyCalls
 {
 public:
@@ -19,6 +19,9 @@ public:
 
     // Whether there were that many calls.
     [[nodiscard]] bool HasFailed() const;
+
+    // The number of such calls so far.
+    [[nodiscard]] int Calls() const;
 };
 
 } // namespace tests
