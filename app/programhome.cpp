@@ -1,6 +1,6 @@
 #include "app/programhome.h"
 
-#include "platform/posix/disk/userfolders.h"
+#include "platform/disk/userfolders.h"
 #include "runtime/codepage.h"
 #include "shell/apppath.h"
 #include "shell/globals.h"
@@ -13,7 +13,7 @@ namespace app
 
 void PrepareProgramHome()
 {
-    using namespace platform::posix;
+    using namespace platform;
     runtime::UseCodePage(runtime::CodePageOfLocale(LocaleName()));
     shell::TheGlobals().UnicodeTags = shell::IsUnicodeTagsOn();
     const std::string ownChoice = Environment("QUENLIN_HOME");

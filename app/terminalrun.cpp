@@ -6,11 +6,11 @@
 #include "catalogue/lockwait.h"
 #include "catalogue/regeneration.h"
 #include "catalogue/rowgroups.h"
+#include "platform/disk/userfolders.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
 #include "platform/posix/desktopfiletypes.h"
 #include "platform/posix/disk/mountdrives.h"
-#include "platform/posix/disk/userfolders.h"
 #include "platform/posix/inisettings.h"
 #include "platform/posix/systemclock.h"
 #include "platform/terminal/terminaldesktop.h"
@@ -77,9 +77,9 @@ public:
 
 private:
     Terminal m_desktop;
-    platform::posix::IniSettings m_settings{platform::posix::ConfigHome()};
+    platform::posix::IniSettings m_settings{platform::ConfigHome()};
     std::unique_ptr<platform::Player> m_player;
-    platform::posix::DesktopFileTypes m_fileTypes{platform::posix::DataHome()};
+    platform::posix::DesktopFileTypes m_fileTypes{platform::DataHome()};
     platform::posix::MountDrives m_drives;
     platform::posix::SystemClock m_clock;
 };
@@ -89,7 +89,7 @@ int Regenerate(const std::string &folder)
     int status = 0;
     {
         const platform::EndDeferral untilTheWalkHasEnded;
-        status = shell::MainRegenerate(platform::posix::AbsolutePath(folder), {});
+        status = shell::MainRegenerate(platform::AbsolutePath(folder), {});
     }
     platform::CheckEndRequest();
     return status;
@@ -99,7 +99,7 @@ int Batch(const std::vector<std::string> &given)
 {
     std::vector<std::string> paths;
     for (const std::string &path : given)
-        paths.push_back(platform::posix::AbsolutePath(path));
+        paths.push_back(platform::AbsolutePath(path));
     return shell::Main(paths, {}).value_or(0);
 }
 

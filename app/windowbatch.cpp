@@ -2,8 +2,8 @@
 
 #include "app/programhome.h"
 #include "app/windowsession.h"
+#include "platform/disk/userfolders.h"
 #include "platform/endrequest.h"
-#include "platform/posix/disk/userfolders.h"
 #include "runtime/error.h"
 #include "shell/globals.h"
 #include "shell/startup/splashform.h"
@@ -29,7 +29,7 @@ int Batch(const std::vector<std::string> &given, std::unique_ptr<shell::SplashFo
 {
     std::vector<std::string> paths;
     for (const std::string &path : given)
-        paths.push_back(platform::posix::AbsolutePath(path));
+        paths.push_back(platform::AbsolutePath(path));
     shell::StartUpWindows steps;
     steps.ShowSplash = [&splash] {
         splash = std::make_unique<shell::SplashForm>(nullptr);

@@ -1,6 +1,6 @@
 #include "app/windowlibrary.h"
 
-#include "platform/posix/disk/userfolders.h"
+#include "platform/disk/userfolders.h"
 
 #include <dlfcn.h>
 #include <unistd.h>
@@ -19,7 +19,7 @@ constexpr const char *kInstalledFolder = "../lib/quenlin";
 
 std::string LibraryPath()
 {
-    const std::string folder = platform::posix::ProgramFolder() + "/";
+    const std::string folder = platform::ProgramFolder() + "/";
     const std::string beside = folder + kName;
     return access(beside.c_str(), F_OK) == 0 ? beside : folder + kInstalledFolder + "/" + kName;
 }

@@ -4,10 +4,10 @@
 #pragma once
 
 #include "app/playerport.h"
+#include "platform/disk/userfolders.h"
 #include "platform/posix/desktopfiletypes.h"
 #include "platform/posix/disk/mountdrives.h"
 #include "platform/posix/disk/systemfolders.h"
-#include "platform/posix/disk/userfolders.h"
 #include "platform/posix/inisettings.h"
 #include "platform/posix/systemclock.h"
 #include "platform/qt/application.h"
@@ -40,8 +40,8 @@ private:
     void ShowWait(std::string_view line);
 
     platform::qt::QtDesktop m_desktop;
-    platform::posix::IniSettings m_settings{platform::posix::ConfigHome()};
-    platform::posix::DesktopFileTypes m_fileTypes{platform::posix::DataHome()};
+    platform::posix::IniSettings m_settings{platform::ConfigHome()};
+    platform::posix::DesktopFileTypes m_fileTypes{platform::DataHome()};
     platform::posix::MountDrives m_drives;
     platform::posix::SystemFolders m_folders;
     platform::posix::SystemClock m_clock;

@@ -2,10 +2,10 @@
 #include "catalogue/adoclass.h"
 #include "catalogue/sql/statementparams.h"
 #include "platform/desktop.h"
+#include "platform/disk/wholefiles.h"
+#include "platform/inidocument.h"
 #include "platform/inireader.h"
 #include "platform/machine.h"
-#include "platform/posix/disk/files.h"
-#include "platform/posix/inidocument.h"
 #include "runtime/text.h"
 
 #include <cerrno>
@@ -176,12 +176,12 @@ std::string ADOclass::GetIniStr(const std::string &section, const std::string &k
 bool ADOclass::PutIniStr(const std::string &section, const std::string &key,
                          const std::string &value, const std::string &file)
 {
-    const auto before = platform::posix::ReadRegularFile(file, std::numeric_limits<int>::max());
+    const auto before = platform::ReadRegularFile(file, std::numeric_limits<int>::max());
     if (!before && errno != ENOENT) // a file that cannot be read must not be replaced
         return false;
-    platform::posix::IniDocument document(before.value_or(""), platform::posix::IniStyle::Plain);
+    platform::IniDocument document(before.value_or(""), platform::IniStyle::Plain);
     document.Set(section, key, value);
-    return platform::posix::ReplaceFile(file, document.Text());
+    return platform::ReplaceFile(file, document.Text());
 }
 
 std::string ADOclass::Trim0(std::string_view text)

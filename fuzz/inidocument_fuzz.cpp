@@ -1,7 +1,7 @@
 // Any bytes as a settings file: its lines survive, and a value of any bytes that is set in it is
 // read back, from it and from the text that it writes.
 #include "fuzz/expect.h"
-#include "platform/posix/inidocument.h"
+#include "platform/inidocument.h"
 
 #include <string>
 #include <string_view>
@@ -14,10 +14,10 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     const std::string_view section = input.substr(0, size / 8);
     const std::string_view key = input.substr(size / 8, size / 8);
     const std::string_view value = input.substr(size / 4, size / 4);
-    platform::posix::IniDocument document(input.substr(size / 2));
+    platform::IniDocument document(input.substr(size / 2));
     document.Set(section, key, value);
     const std::string text = document.Text();
-    platform::posix::IniDocument again(text);
+    platform::IniDocument again(text);
     Expect(document.Find(section, key) == value && again.Find(section, key) == value);
     Expect(again.Text() == text);
     again.Remove(section, key);

@@ -1,9 +1,9 @@
 #include "lyrics/drafts.h"
 
 #include "metadata/tagtext.h"
+#include "platform/disk/userfolders.h"
+#include "platform/disk/wholefiles.h"
 #include "platform/machine.h"
-#include "platform/posix/disk/files.h"
-#include "platform/posix/disk/userfolders.h"
 #include "runtime/codepage.h"
 #include "runtime/error.h"
 #include "runtime/hash.h"
@@ -61,7 +61,7 @@ Place FindPlace(const std::string &path, metadata::TextKind kind)
     Place place;
     for (int i = 0; i < kPlaces; ++i) {
         const std::string file = PlaceFile(path, i);
-        const auto bytes = platform::posix::ReadRegularFile(file, kLargestDraft + head.size());
+        const auto bytes = platform::ReadRegularFile(file, kLargestDraft + head.size());
         const int reason = bytes ? 0 : errno;
         if (bytes && bytes->starts_with(head))
             return {file, bytes->substr(head.size()), TextKind::FileBytes};
@@ -98,7 +98,7 @@ int WriteAll(platform::Files &files, int handle, std::string_view bytes)
 
 std::string DraftFolder()
 {
-    return platform::posix::ConfigHome() + "/" + std::string(shell::kApplicationTitle) + "/Drafts";
+    return platform::ConfigHome() + "/" + std::string(shell::kApplicationTitle) + "/Drafts";
 }
 
 std::optional<std::string> ReadDraft(const std::string &path, metadata::TextKind kind)
@@ -112,7 +112,7 @@ std::optional<std::string> ReadDraft(const std::string &path, metadata::TextKind
 void WriteDraft(const std::string &path, const std::string &text, metadata::TextKind kind)
 {
     platform::Files &files = *platform::TheMachine().files;
-    if (!platform::posix::MakeFolders(DraftFolder()))
+    if (!platform::MakeFolders(DraftFolder()))
         Check(errno);
     const std::string file = FindPlace(path, kind).file;
     if (file.empty())

@@ -5,8 +5,8 @@
 #include "metadata/tagwriter.h"
 #include "metadata/unicode/textvalues.h"
 #include "platform/desktop.h"
+#include "platform/disk/wholefiles.h"
 #include "platform/machine.h"
-#include "platform/posix/disk/files.h"
 #include "runtime/codepage.h"
 #include "runtime/error.h"
 #include "runtime/paths.h"
@@ -58,7 +58,7 @@ std::string FindSong(const std::string &txtPath)
 
 std::string ReadText(const std::string &txtPath)
 {
-    std::optional<std::string> text = platform::posix::ReadRegularFile(
+    std::optional<std::string> text = platform::ReadRegularFile(
         txtPath, static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()));
     if (!text)
         throw runtime::FileError(errno, txtPath);

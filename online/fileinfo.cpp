@@ -1,6 +1,6 @@
 #include "online/fileinfo.h"
 
-#include "platform/posix/disk/files.h"
+#include "platform/disk/wholefiles.h"
 #include "shell/apppath.h"
 #include "shell/version.h"
 
@@ -59,7 +59,7 @@ std::string FileVersion(const std::string &path)
 {
     if (path == shell::AppFile(kOwnName))
         return shell::VersionText(shell::kProgramVersion, ".");
-    const auto bytes = platform::posix::ReadRegularFile(path, kMaxBytes + 1);
+    const auto bytes = platform::ReadRegularFile(path, kMaxBytes + 1);
     return bytes && bytes->size() <= kMaxBytes ? VersionInBlock(*bytes) : std::string{};
 }
 

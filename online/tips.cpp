@@ -1,8 +1,8 @@
 #include "online/tips.h"
 
 #include "platform/clock.h"
+#include "platform/disk/wholefiles.h"
 #include "platform/machine.h"
-#include "platform/posix/disk/files.h"
 #include "runtime/codepage.h"
 #include "runtime/text.h"
 
@@ -46,7 +46,7 @@ bool LoadTips(Tips &tips, const std::string &file)
 {
     if (file.empty())
         return false;
-    const auto bytes = platform::posix::ReadRegularFile(file, kMaxBytes);
+    const auto bytes = platform::ReadRegularFile(file, kMaxBytes);
     if (!bytes)
         return false;
     for (std::string &line : LinesOf(TextOf(*bytes)))

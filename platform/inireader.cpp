@@ -1,6 +1,6 @@
 #include "platform/inireader.h"
 
-#include "platform/posix/disk/files.h"
+#include "platform/disk/wholefiles.h"
 #include "platform/posix/disk/systemfiles.h"
 #include "runtime/codepage.h"
 #include "runtime/text.h"
@@ -129,7 +129,7 @@ const Entries *EntriesOfFile(const std::string &path)
         return nullptr;
     if (last.isSettled && last.identity == identity && last.codePage == runtime::CodePage())
         return &last.entries;
-    auto bytes = posix::ReadRegularFile(path, kMaxFileBytes + 1);
+    auto bytes = ReadRegularFile(path, kMaxFileBytes + 1);
     if (!bytes)
         return nullptr;
     last.isSettled = false;

@@ -1,6 +1,6 @@
 #include "playlists/entryfiles.h"
 
-#include "platform/posix/disk/helperthread.h"
+#include "platform/helperthread.h"
 #include "runtime/codepage.h"
 #include "runtime/text.h"
 
@@ -170,7 +170,7 @@ EntrySearch::EntrySearch(std::vector<std::vector<std::string>> places, int mostT
         shared->Run();
         --Shared::threads;
     };
-    if (++Shared::threads <= mostThreads && platform::posix::StartHelperThread(run))
+    if (++Shared::threads <= mostThreads && platform::StartHelperThread(run))
         return;
     --Shared::threads;
     m_count = 0;

@@ -1,6 +1,6 @@
 #include "playlists/listfile.h"
 
-#include "platform/posix/disk/helperthread.h"
+#include "platform/helperthread.h"
 #include "platform/waiting.h"
 
 #include <chrono>
@@ -70,7 +70,7 @@ std::string ReadListFile(const std::string &path, const ListReader &read)
     if (!beingRead->Add(path))
         return {};
     const auto question = std::make_shared<Question>();
-    const bool hasHelper = platform::posix::StartHelperThread([question, beingRead, path, read] {
+    const bool hasHelper = platform::StartHelperThread([question, beingRead, path, read] {
         std::string text = Read(read, path);
         beingRead->Remove(path);
         const std::lock_guard guard(question->lock);

@@ -1,6 +1,6 @@
 #include "playlists/m3u.h"
 
-#include "platform/posix/disk/files.h"
+#include "platform/disk/wholefiles.h"
 #include "runtime/codepage.h"
 #include "runtime/text.h"
 
@@ -99,7 +99,7 @@ std::string ReadM3UFile(const std::string &path)
     if (stat(path.c_str(), &status) != 0 ||
         status.st_size > static_cast<std::int64_t>(kMaxListBytes))
         return {};
-    const auto bytes = platform::posix::ReadRegularFile(path, kMaxListBytes + 1);
+    const auto bytes = platform::ReadRegularFile(path, kMaxListBytes + 1);
     if (!bytes || bytes->size() > kMaxListBytes)
         return {};
     return PrepareM3UText(*bytes);

@@ -3,7 +3,7 @@
 // in it byte for byte, lines end in carriage return and line feed.
 #pragma once
 
-#include "platform/posix/disk/files.h"
+#include "platform/disk/wholefiles.h"
 
 #include <initializer_list>
 #include <string>
@@ -31,7 +31,7 @@ private:
     void Write(std::initializer_list<std::string_view> lines);
 
     std::string m_path;
-    platform::posix::Appender m_file;
+    platform::Appender m_file;
     std::string m_bytes; // of one entry; a member so that its memory is used again
 };
 

@@ -1,8 +1,8 @@
 #include "catalogue/regeneration/knownsongs.h"
 
+#include "platform/disk/userfolders.h"
+#include "platform/disk/wholefiles.h"
 #include "platform/machine.h"
-#include "platform/posix/disk/files.h"
-#include "platform/posix/disk/userfolders.h"
 #include "runtime/codepage.h"
 #include "shell/globals.h"
 
@@ -96,7 +96,7 @@ bool IsRegularOrAbsent(const std::string &path)
 
 std::string &TheProgramFile()
 {
-    static std::string path = platform::posix::ProgramFile();
+    static std::string path = platform::ProgramFile();
     return path;
 }
 
@@ -131,7 +131,7 @@ void KnownSongs::Load()
     constexpr std::size_t kMostBytes = kFrontBytes + kMostSongs * sizeof(Record);
     if (!m_circumstances)
         return;
-    const auto bytes = platform::posix::ReadRegularFile(m_file, kMostBytes + 1);
+    const auto bytes = platform::ReadRegularFile(m_file, kMostBytes + 1);
     if (bytes && bytes->size() >= kFrontBytes && bytes->size() <= kMostBytes)
         TakeRecords(*bytes);
 }
@@ -270,7 +270,7 @@ void KnownSongs::Save(bool isWhole)
                                    m_records.size() * sizeof(Record));
     const runtime::Hash128 hash = runtime::Hash128Of({BytesOf(header), records});
     constexpr unsigned kOwnersAlone = 0600;
-    platform::posix::ReplaceFile(m_file, {BytesOf(hash), BytesOf(header), records}, kOwnersAlone);
+    platform::ReplaceFile(m_file, {BytesOf(hash), BytesOf(header), records}, kOwnersAlone);
     m_records = {};
 }
 

@@ -1,7 +1,7 @@
 #include "catalogue/regeneration/listing.h"
 
 #include "platform/disk/files.h"
-#include "platform/posix/disk/helperthread.h"
+#include "platform/helperthread.h"
 #include "runtime/error.h"
 #include "runtime/paths.h"
 #include "runtime/text.h"
@@ -250,7 +250,7 @@ ListingAhead::ListingAhead(const std::shared_ptr<ListingCache> &cache, ListingPt
 {
     if (root == nullptr || root->folders.size() < 2 || std::thread::hardware_concurrency() < 2)
         return;
-    platform::posix::StartHelperThread([cache, isOver = m_isOver, root = std::move(root)] {
+    platform::StartHelperThread([cache, isOver = m_isOver, root = std::move(root)] {
         try {
             WalkFromTheEnd(cache, isOver).Go(*root);
         } catch (const std::bad_alloc &) {

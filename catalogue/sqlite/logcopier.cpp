@@ -1,6 +1,6 @@
 #include "catalogue/sqlite/logcopier.h"
 
-#include "platform/posix/disk/helperthread.h"
+#include "platform/helperthread.h"
 
 #include <sqlite3.h>
 
@@ -52,7 +52,7 @@ void LogCopier::Start()
     const std::lock_guard lock(m_state->mutex);
     if (!m_state->isUsable || m_state->isRunning)
         return;
-    m_state->isRunning = platform::posix::StartHelperThread([state = m_state] {
+    m_state->isRunning = platform::StartHelperThread([state = m_state] {
         sqlite3_wal_checkpoint_v2(state->db, "main", SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
         const std::lock_guard end(state->mutex);
         state->isRunning = false;

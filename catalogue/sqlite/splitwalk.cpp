@@ -1,7 +1,7 @@
 #include "catalogue/sqlite/splitwalk.h"
 
 #include "catalogue/sqlite/sqlitefunctions.h"
-#include "platform/posix/disk/helperthread.h"
+#include "platform/helperthread.h"
 
 #include <future>
 #include <memory>
@@ -97,7 +97,7 @@ std::vector<std::int64_t> FindInHalves(SqliteHandle &first, SqliteHandle &second
     // The helper owns the promise too, because it may still be inside set_value when the wait ends.
     const auto hasEnded = std::make_shared<std::promise<void>>();
     const std::future<void> end = hasEnded->get_future();
-    const bool hasHelper = platform::posix::StartHelperThread([&upper, hasEnded] {
+    const bool hasHelper = platform::StartHelperThread([&upper, hasEnded] {
         upper.Run();
         hasEnded->set_value();
     });

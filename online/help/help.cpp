@@ -1,7 +1,7 @@
 #include "online/help/help.h"
 
 #include "online/help/helpform.h"
-#include "platform/posix/disk/files.h"
+#include "platform/disk/wholefiles.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
 #include "shell/globals.h"
@@ -31,7 +31,7 @@ std::string HelpFile()
     if (runtime::UpperAscii(language).ends_with(kLanguageExtension)) {
         std::string file = language.substr(0, language.size() - kLanguageExtension.size());
         file += kHelpExtension;
-        if (platform::posix::CheckAccess(file) == 0)
+        if (platform::CheckAccess(file) == 0)
             return file;
     }
     return shell::TheGlobals().HelpFilePath;
@@ -40,7 +40,7 @@ std::string HelpFile()
 HelpBook ReadHelpBook()
 {
     const std::string file = HelpFile();
-    const auto text = platform::posix::ReadRegularFile(file, kMaxBytes);
+    const auto text = platform::ReadRegularFile(file, kMaxBytes);
     if (!text)
         throw runtime::RuntimeError(runtime::kFileNotFound,
                                     runtime::DescribeError(runtime::kFileNotFound) + ": " + file);

@@ -1,8 +1,8 @@
 #include "platform/player/audacious.h"
 
-#include "platform/posix/disk/files.h"
-#include "platform/posix/disk/userfolders.h"
-#include "platform/posix/spawn.h"
+#include "platform/disk/userfolders.h"
+#include "platform/disk/wholefiles.h"
+#include "platform/spawn.h"
 #include "platform/waiting.h"
 #include "runtime/error.h"
 
@@ -66,7 +66,7 @@ WindowHandle AudaciousPlayer::FindWindow(std::string_view className)
     if (m_startsAfterEnd && !m_bus.IsEnding()) {
         m_startsAfterEnd = false;
         if (!m_bus.IsOwned())
-            posix::StartDetached({kProgram}, posix::Environment("HOME"));
+            StartDetached({kProgram}, Environment("HOME"));
     }
     if (m_bus.IsAnswering() && !m_list.IsBegun())
         m_list.Check(-1);
@@ -321,7 +321,7 @@ bool AudaciousPlayer::MakeFolder()
 {
     if (!m_folder.empty())
         return true;
-    const std::string runtimeFolder = posix::Environment("XDG_RUNTIME_DIR");
+    const std::string runtimeFolder = Environment("XDG_RUNTIME_DIR");
     std::string name =
         (runtimeFolder.empty() ? std::string("/tmp") : runtimeFolder) + "/quenlin-player-XXXXXX";
     if (mkdtemp(name.data()) == nullptr)
@@ -333,7 +333,7 @@ bool AudaciousPlayer::MakeFolder()
 std::uint32_t AudaciousPlayer::OpenKey(std::uint32_t root, std::string_view subkey, std::uint32_t,
                                        std::uint32_t &key)
 {
-    const bool registered = m_bus.IsOwned() || !posix::FindProgram(kProgram).empty();
+    const bool registered = m_bus.IsOwned() || !FindProgram(kProgram).empty();
     if (root != kClassesRoot || subkey != kPlayCommandKey || !registered || !MakeFolder())
         return ENOENT;
     key = kTheKey;
@@ -363,7 +363,7 @@ void AudaciousPlayer::StartProgram(const std::string &program, int)
     m_startsAfterEnd = m_bus.IsEnding();
     if (m_startsAfterEnd)
         return;
-    if (program.empty() || !posix::StartDetached({kProgram}, posix::Environment("HOME")))
+    if (program.empty() || !StartDetached({kProgram}, Environment("HOME")))
         throw runtime::RuntimeError(
             runtime::kFileNotFound,
             "The player Audacious, which plays the songs, is not installed. Install the package "
@@ -372,7 +372,7 @@ void AudaciousPlayer::StartProgram(const std::string &program, int)
 
 std::string AudaciousPlayer::ReadFile(const std::string &path)
 {
-    std::optional<std::string> bytes = posix::ReadRegularFile(path, kLongestFile);
+    std::optional<std::string> bytes = ReadRegularFile(path, kLongestFile);
     if (!bytes)
         throw runtime::FileError(errno, path);
     return *std::move(bytes);

@@ -1,7 +1,7 @@
 #include "platform/player/audaciouslist.h"
 
+#include "platform/disk/wholefiles.h"
 #include "platform/machine.h"
-#include "platform/posix/disk/files.h"
 
 #include <algorithm>
 #include <array>
@@ -218,7 +218,7 @@ bool AudaciousList::Write(const std::string &file)
     std::string text = "#EXTM3U\r\n";
     for (const auto &line : m_lines)
         text.append(line.value_or(std::string())).append("\r\n");
-    if (!posix::ReplaceFile(file, text, 0600) || files.Identify(file, m_written) != 0)
+    if (!ReplaceFile(file, text, 0600) || files.Identify(file, m_written) != 0)
         return false;
     m_changed = false;
     return true;

@@ -1,7 +1,7 @@
 #include "platform/posix/desktopfiletypes.h"
 
-#include "platform/posix/disk/files.h"
-#include "platform/posix/spawn.h"
+#include "platform/disk/wholefiles.h"
+#include "platform/spawn.h"
 #include "runtime/text.h"
 
 #include <unistd.h>

@@ -1,6 +1,7 @@
 #include "platform/posix/inisettings.h"
 
-#include "platform/posix/disk/files.h"
+#include "platform/disk/wholefiles.h"
+#include "platform/posix/disk/descriptor.h"
 #include "runtime/error.h"
 #include "runtime/paths.h"
 #include "runtime/text.h"

@@ -2,7 +2,7 @@
 // user's folder for configurations.
 #pragma once
 
-#include "platform/posix/inidocument.h"
+#include "platform/inidocument.h"
 #include "platform/settingsstore.h"
 
 #include <functional>

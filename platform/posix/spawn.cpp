@@ -1,6 +1,4 @@
-#include "platform/posix/spawn.h"
-
-#include "platform/posix/disk/files.h"
+#include "platform/spawn.h"
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -15,7 +13,7 @@
 #include <initializer_list>
 #include <string_view>
 
-namespace platform::posix
+namespace platform
 {
 
 namespace
@@ -174,4 +172,4 @@ bool RunQuietly(const std::vector<std::string> &arguments, std::int64_t timeoutM
     return child != 0 && WaitFor(child, timeoutMs) == End::Success;
 }
 
-} // namespace platform::posix
+} // namespace platform

@@ -1,6 +1,6 @@
 #include "platform/posix/systeminfo.h"
 
-#include "platform/posix/disk/files.h"
+#include "platform/disk/wholefiles.h"
 
 #include <sys/utsname.h>
 

@@ -1,8 +1,8 @@
 #include "platform/qt/qtdesktop.h"
 
-#include "platform/posix/spawn.h"
 #include "platform/qt/modalwait.h"
 #include "platform/qt/text.h"
+#include "platform/spawn.h"
 #include "platform/waiting.h"
 #include "ui/boxforms.h"
 
@@ -140,7 +140,7 @@ bool QtDesktop::OpenAddress(const std::string &address, const std::string &worki
 {
     BeginWait();
     if (address.starts_with("mailto:")) // the toolkit would encode it again
-        return posix::OpenWithDesktop(address, workingFolder);
+        return OpenWithDesktop(address, workingFolder);
     const QUrl url = UrlOf(address);
     return url.isValid() && !url.isEmpty() && QDesktopServices::openUrl(url);
 }

@@ -1,7 +1,7 @@
 #include "platform/terminal/terminaldesktop.h"
 
 #include "platform/endrequest.h"
-#include "platform/posix/spawn.h"
+#include "platform/spawn.h"
 #include "platform/terminal/terminaltext.h"
 #include "platform/waiting.h"
 #include "runtime/text.h"
@@ -164,7 +164,7 @@ bool TerminalDesktop::OpenAddress(const std::string &address, const std::string 
     const bool display =
         std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr;
     if (display)
-        posix::OpenWithDesktop(address, workingFolder);
+        OpenWithDesktop(address, workingFolder);
     return true; // the user has read it
 }
 

@@ -1,6 +1,6 @@
 #include "platform/terminal/terminaltext.h"
 
-#include "platform/posix/disk/userfolders.h"
+#include "platform/disk/userfolders.h"
 #include "runtime/text.h"
 #include "runtime/utf8.h"
 
@@ -81,7 +81,7 @@ std::string TextIn(const std::string &characterSet, std::string_view utf8)
 
 std::string ForTerminal(std::string_view utf8)
 {
-    static const std::string characterSet = CharacterSetOf(posix::LocaleName());
+    static const std::string characterSet = CharacterSetOf(LocaleName());
     return TextIn(characterSet, utf8);
 }
 

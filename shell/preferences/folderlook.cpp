@@ -2,8 +2,8 @@
 
 #include "catalogue/adoclass.h"
 #include "platform/desktop.h"
+#include "platform/disk/userfolders.h"
 #include "platform/machine.h"
-#include "platform/posix/disk/userfolders.h"
 #include "platform/waiting.h"
 #include "runtime/paths.h"
 #include "shell/settings.h"
@@ -35,8 +35,7 @@ bool IsCatalogueEmpty()
 // The folder that probably has the user's songs.
 std::string MusicFolder()
 {
-    for (const std::string &folder :
-         {TheFolders().UserFolder("MUSIC"), platform::posix::HomeFolder()})
+    for (const std::string &folder : {TheFolders().UserFolder("MUSIC"), platform::HomeFolder()})
         if (folder.starts_with('/') && ProbeFolder(folder) == FolderAnswer::Listed)
             return folder;
     return "/";

@@ -8,8 +8,8 @@
 #include "platform/desktop.h"
 #include "platform/disk/drives.h"
 #include "platform/disk/folders.h"
+#include "platform/disk/userfolders.h"
 #include "platform/machine.h"
-#include "platform/posix/disk/userfolders.h"
 #include "runtime/error.h"
 #include "runtime/paths.h"
 #include "runtime/text.h"
@@ -122,8 +122,8 @@ std::string TypedFolder(const PreferencesForm &form)
 {
     std::string text(runtime::Trim(form.txtPath.Text()));
     if (text == "~" || text.starts_with("~/"))
-        text.replace(0, 1, platform::posix::HomeFolder());
-    return runtime::CutSeparators(platform::posix::AbsolutePath(text));
+        text.replace(0, 1, platform::HomeFolder());
+    return runtime::CutSeparators(platform::AbsolutePath(text));
 }
 
 [[noreturn]] void ThrowNoFolder(const std::string &path, FolderAnswer answer)

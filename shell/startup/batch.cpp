@@ -5,9 +5,9 @@
 #include "lyrics/lyricsimport.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
+#include "platform/disk/wholefiles.h"
 #include "platform/endrequest.h"
 #include "platform/machine.h"
-#include "platform/posix/disk/files.h"
 #include "runtime/error.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
@@ -121,7 +121,7 @@ bool RunBatch(const std::vector<std::string> &elements)
     }
     groups.Close();
     const std::string path = AppFile(kSummaryName);
-    if (!platform::posix::AppendToFile(path, FormatSummary(outcomes) + "\r\n"))
+    if (!platform::AppendToFile(path, FormatSummary(outcomes) + "\r\n"))
         throw runtime::FileError(errno, path);
     platform::CheckEndRequest();
     return !outcomes.rowsLost;

@@ -1,7 +1,7 @@
 #include "shell/startup/shippedfiles.h"
 
+#include "platform/disk/wholefiles.h"
 #include "platform/machine.h"
-#include "platform/posix/disk/files.h"
 #include "runtime/error.h"
 #include "runtime/hash.h"
 #include "runtime/paths.h"
@@ -48,7 +48,7 @@ bool IsThere(const std::string &path)
 
 std::string Read(const std::string &path)
 {
-    auto bytes = platform::posix::ReadRegularFile(path, kMaxShippedBytes);
+    auto bytes = platform::ReadRegularFile(path, kMaxShippedBytes);
     if (!bytes)
         throw runtime::FileError(errno, path);
     return std::move(*bytes);
@@ -127,7 +127,7 @@ bool IsTorn(const std::string &shipped, const std::string &users)
     const auto wholeSize = fs::file_size(shipped, unknown);
     if (unknown || size >= wholeSize) // most files are excluded without reading them
         return false;
-    const auto bytes = platform::posix::ReadRegularFile(users, kMaxShippedBytes);
+    const auto bytes = platform::ReadRegularFile(users, kMaxShippedBytes);
     return bytes && Read(shipped).starts_with(*bytes);
 }
 
@@ -148,8 +148,7 @@ CopiedFiles ReadRecord(const std::string &home)
 {
     CopiedFiles files;
     std::istringstream lines(
-        platform::posix::ReadRegularFile(runtime::JoinPath(home, kRecord), kMaxRecordBytes)
-            .value_or(""));
+        platform::ReadRegularFile(runtime::JoinPath(home, kRecord), kMaxRecordBytes).value_or(""));
     for (std::string line; std::getline(lines, line);) {
         std::istringstream words(line);
         std::string hash, size, changed, name;

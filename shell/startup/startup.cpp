@@ -3,8 +3,8 @@
 #include "catalogue/adoclass.h"
 #include "catalogue/regeneration.h"
 #include "platform/desktop.h"
+#include "platform/disk/wholefiles.h"
 #include "platform/machine.h"
-#include "platform/posix/disk/files.h"
 #include "runtime/paths.h"
 #include "runtime/text.h"
 #include "shell/apppath.h"
@@ -53,10 +53,10 @@ void Run(const std::function<void(Arguments...)> &step,
 std::string WhyNotWritable()
 {
     const std::string file = AppFile("MP3s.mdb");
-    if (const int reason = platform::posix::CheckAccess(file); reason != 0)
+    if (const int reason = platform::CheckAccess(file); reason != 0)
         return reason == ENOENT ? std::string() : runtime::FileError(reason, file).description;
     const int reason =
-        platform::posix::CheckAccess(GetAppPath()); // the log file is made beside the catalogue
+        platform::CheckAccess(GetAppPath()); // the log file is made beside the catalogue
     return reason == 0 ? std::string() : runtime::FileError(reason, GetAppPath()).description;
 }
 

@@ -4,8 +4,8 @@
 
 #include "catalogue/regeneration/knownsongs.h"
 #include "metadata/mp3info.h"
+#include "platform/disk/userfolders.h"
 #include "platform/posix/disk/readahead.h"
-#include "platform/posix/disk/userfolders.h"
 #include "shell/globals.h"
 #include "tests/catalogue/regenerationfixture.h"
 #include "tests/support/wait.h"
@@ -73,7 +73,7 @@ struct KnownWalk : Regeneration {
     }
     ~KnownWalk() override
     {
-        catalogue::TheProgramFile() = platform::posix::ProgramFile();
+        catalogue::TheProgramFile() = platform::ProgramFile();
         Use(platform::SystemFiles());
     }
 

@@ -191,9 +191,9 @@ TEST_F(Machine, RootsAreWhatAUserKnows)
 
 TEST(HomeFolder, HasNoSeparatorAtItsEnd)
 {
-    const std::string before = platform::posix::Environment("HOME");
+    const std::string before = platform::Environment("HOME");
     setenv("HOME", "/home/ana//", 1);
-    EXPECT_EQ(platform::posix::HomeFolder(), "/home/ana");
+    EXPECT_EQ(platform::HomeFolder(), "/home/ana");
     setenv("HOME", before.c_str(), 1);
 }
 

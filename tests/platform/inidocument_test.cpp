@@ -1,4 +1,4 @@
-#include "platform/posix/inidocument.h"
+#include "platform/inidocument.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 namespace
 {
 
-using platform::posix::IniDocument;
+using platform::IniDocument;
 
 TEST(IniDocument, BringsOddTextsBack)
 {

@@ -1,4 +1,4 @@
-#include "platform/posix/spawn.h"
+#include "platform/spawn.h"
 #include "tests/support/testfolder.h"
 #include "tests/support/wait.h"
 
@@ -19,7 +19,7 @@
 namespace
 {
 
-using namespace platform::posix;
+using namespace platform;
 
 TEST(FindProgram, LooksOnThePath)
 {

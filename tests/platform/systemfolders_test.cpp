@@ -1,5 +1,5 @@
+#include "platform/disk/userfolders.h"
 #include "platform/posix/disk/systemfolders.h"
-#include "platform/posix/disk/userfolders.h"
 #include "tests/support/asnobody.h"
 #include "tests/support/testfolder.h"
 #include "tests/support/wait.h"
@@ -203,7 +203,7 @@ TEST_F(SystemFoldersTest, UserFoldersAsTheDesktopKeepsThem)
     SystemFolders::Places places;
     places.userFolders = file;
     SystemFolders known(places);
-    const std::string home = platform::posix::HomeFolder();
+    const std::string home = platform::HomeFolder();
     EXPECT_EQ(known.UserFolder("DESKTOP"), home + "/My \"Desk\"");
     EXPECT_EQ(known.UserFolder("MUSIC"), "/media/music");
     EXPECT_EQ(known.UserFolder("VIDEOS"), home);

@@ -1,4 +1,4 @@
-#include "platform/posix/disk/userfolders.h"
+#include "platform/disk/userfolders.h"
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 namespace
 {
 
-using namespace platform::posix;
+using namespace platform;
 
 // Sets environment variables for one test and restores them.
 class UserFolders : public ::testing::Test

@@ -1,7 +1,7 @@
 #include "platform/posix/disk/fetching.h"
 
 #include "platform/endrequest.h"
-#include "platform/posix/disk/helperthread.h"
+#include "platform/helperthread.h"
 
 #include <sys/resource.h>
 

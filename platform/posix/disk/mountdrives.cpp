@@ -1,6 +1,7 @@
 #include "platform/posix/disk/mountdrives.h"
 
-#include "platform/posix/disk/files.h"
+#include "platform/disk/wholefiles.h"
+#include "platform/posix/disk/descriptor.h"
 #include "runtime/text.h"
 
 #include <fcntl.h>

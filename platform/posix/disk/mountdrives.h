@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/disk/drives.h"
-#include "platform/posix/disk/userfolders.h"
+#include "platform/disk/userfolders.h"
 
 #include <map>
 #include <string>

@@ -1,8 +1,8 @@
 #include "platform/posix/disk/systemfolders.h"
 
-#include "platform/posix/disk/files.h"
-#include "platform/posix/disk/helperthread.h"
-#include "platform/posix/disk/userfolders.h"
+#include "platform/disk/userfolders.h"
+#include "platform/disk/wholefiles.h"
+#include "platform/helperthread.h"
 #include "runtime/paths.h"
 #include "runtime/text.h"
 

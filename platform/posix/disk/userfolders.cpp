@@ -1,4 +1,4 @@
-#include "platform/posix/disk/userfolders.h"
+#include "platform/disk/userfolders.h"
 
 #include "runtime/paths.h"
 
@@ -12,7 +12,7 @@
 #include <initializer_list>
 #include <string_view>
 
-namespace platform::posix
+namespace platform
 {
 
 namespace
@@ -137,4 +137,4 @@ std::string AbsolutePath(const std::string &path)
     return result;
 }
 
-} // namespace platform::posix
+} // namespace platform

@@ -1,9 +1,9 @@
-// platform/posix/disk/helperthread.h - additional threads, for calls that wait for a disk.
+// platform/helperthread.h - additional threads, for calls that wait for a disk.
 #pragma once
 
 #include <functional>
 
-namespace platform::posix
+namespace platform
 {
 
 // Runs `work` on a new thread; nobody waits for its end. All signals are blocked on it: the main
@@ -11,4 +11,4 @@ namespace platform::posix
 // Returns: false when no thread can be started.
 bool StartHelperThread(std::function<void()> work);
 
-} // namespace platform::posix
+} // namespace platform

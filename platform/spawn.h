@@ -1,11 +1,11 @@
-// platform/posix/spawn.h - other programs, found on PATH unless their path is given.
+// platform/spawn.h - other programs, found on PATH unless their path is given.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-namespace platform::posix
+namespace platform
 {
 
 // The path of the program `name`: itself when it holds a separator and can be run, otherwise the
@@ -26,4 +26,4 @@ bool OpenWithDesktop(std::string address, const std::string &workingFolder);
 // it took longer than `timeoutMs`; it continues to run then.
 bool RunQuietly(const std::vector<std::string> &arguments, std::int64_t timeoutMs);
 
-} // namespace platform::posix
+} // namespace platform

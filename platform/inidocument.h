@@ -1,4 +1,4 @@
-// platform/posix/inidocument.h - the text of the settings file, line by line: sections, keys and
+// platform/inidocument.h - the text of the settings file, line by line: sections, keys and
 // values of any bytes can be stored and read again unchanged; all other lines are kept. No state.
 //
 // A name, key or value that cannot be stored in plain form (blanks at its ends, control characters,
@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-namespace platform::posix
+namespace platform
 {
 
 // How entries are written. Quoted: as above, lines end in LF. Plain: unchanged, for files that
@@ -54,4 +54,4 @@ private:
     IniStyle m_style;
 };
 
-} // namespace platform::posix
+} // namespace platform

@@ -1,11 +1,11 @@
-#include "platform/posix/disk/helperthread.h"
+#include "platform/helperthread.h"
 
 #include <csignal>
 #include <system_error>
 #include <thread>
 #include <utility>
 
-namespace platform::posix
+namespace platform
 {
 
 bool StartHelperThread(std::function<void()> work)
@@ -23,4 +23,4 @@ bool StartHelperThread(std::function<void()> work)
     return hasStarted;
 }
 
-} // namespace platform::posix
+} // namespace platform

@@ -1,4 +1,6 @@
-#include "platform/posix/disk/files.h"
+#include "platform/disk/wholefiles.h"
+
+#include "platform/posix/disk/descriptor.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,11 +11,13 @@
 #include <climits>
 #include <cstdlib>
 
-namespace platform::posix
+namespace platform
 {
 
 namespace
 {
+
+using posix::Descriptor;
 
 constexpr mode_t kOwnersAlone = 0600;
 
@@ -66,12 +70,6 @@ std::string Resolved(const std::string &path)
 }
 
 } // namespace
-
-Descriptor::~Descriptor()
-{
-    if (m_fd >= 0)
-        close(m_fd);
-}
 
 std::optional<std::string> ReadRegularFile(const std::string &path, std::size_t maxBytes)
 {
@@ -191,4 +189,4 @@ bool MakeFolders(const std::string &path)
     return false;
 }
 
-} // namespace platform::posix
+} // namespace platform

@@ -1,11 +1,11 @@
-#include "platform/posix/inidocument.h"
+#include "platform/inidocument.h"
 
 #include "runtime/codepage.h"
 #include "runtime/text.h"
 
 #include <algorithm>
 
-namespace platform::posix
+namespace platform
 {
 
 namespace
@@ -213,4 +213,4 @@ std::string IniDocument::Text() const
     return text;
 }
 
-} // namespace platform::posix
+} // namespace platform

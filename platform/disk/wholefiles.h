@@ -1,5 +1,4 @@
-// platform/posix/disk/files.h - whole small files: read, written in one step, copied. Paths are
-// bytes.
+// platform/disk/wholefiles.h - whole small files: read, and written in one step. Paths are bytes.
 #pragma once
 
 #include <cstddef>
@@ -8,24 +7,8 @@
 #include <string>
 #include <string_view>
 
-namespace platform::posix
+namespace platform
 {
-
-// An open file or folder, closed at the end of its life.
-class Descriptor
-{
-public:
-    explicit Descriptor(int fd) : m_fd(fd) {}
-    ~Descriptor();
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    explicit operator bool() const { return m_fd >= 0; }
-    int Get() const { return m_fd; }
-
-private:
-    int m_fd; // -1 = none
-};
 
 // The first `maxBytes` bytes of a regular file. Nothing, with errno set, when it cannot be read or
 // is something else; a FIFO or device is not waited for (errno EINVAL).
@@ -79,4 +62,4 @@ int CheckAccess(const std::string &path);
 // set, when it does not exist afterwards.
 bool MakeFolders(const std::string &path);
 
-} // namespace platform::posix
+} // namespace platform

@@ -1,4 +1,5 @@
-#include "platform/posix/disk/files.h"
+#include "platform/disk/wholefiles.h"
+#include "platform/posix/disk/descriptor.h"
 #include "tests/support/testfolder.h"
 
 #include <fcntl.h>
@@ -15,7 +16,7 @@
 namespace
 {
 
-using namespace platform::posix;
+using namespace platform;
 
 TEST(ReadRegularFile, GivesTheFirstBytes)
 {
@@ -66,7 +67,7 @@ TEST(AppendToFile, WhatIsNoFileIsRefusedAtOnce)
     ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
     EXPECT_FALSE(AppendToFile(folder / "pipe", "x"));
     EXPECT_FALSE(static_cast<bool>(Appender(folder / "pipe")));
-    const Descriptor reader(open((folder / "pipe").c_str(), O_RDONLY | O_NONBLOCK));
+    const posix::Descriptor reader(open((folder / "pipe").c_str(), O_RDONLY | O_NONBLOCK));
     EXPECT_FALSE(AppendToFile(folder / "pipe", "x"));
     EXPECT_EQ(errno, EINVAL);
     char byte = 0;

@@ -1,10 +1,10 @@
-// platform/posix/disk/userfolders.h - the folders of the user, and the folder of the program's
+// platform/disk/userfolders.h - the folders of the user, and the folder of the program's
 // file.
 #pragma once
 
 #include <string>
 
-namespace platform::posix
+namespace platform
 {
 
 // The user's folder for configurations and the one for data: $XDG_CONFIG_HOME and $XDG_DATA_HOME if
@@ -35,4 +35,4 @@ std::string LocaleName();
 // nothing, stays empty.
 std::string AbsolutePath(const std::string &path);
 
-} // namespace platform::posix
+} // namespace platform
