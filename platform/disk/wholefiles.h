@@ -16,8 +16,8 @@ std::optional<std::string> ReadRegularFile(const std::string &path, std::size_t 
 
 // Replaces the content of the file by `bytes`, in one step for every reader: a new file is written
 // beside it and then renamed. An existing file keeps its mode, a new one gets `mode`; a symbolic
-// link is followed. Not flushed. Returns: false, with errno set, when that failed; the old file is
-// unchanged then.
+// link is followed, also to a file that does not exist yet. Not flushed. Returns: false, with errno
+// set, when that failed; the old file is unchanged then.
 bool ReplaceFile(const std::string &path, std::string_view bytes, unsigned mode = 0644);
 // The same with the bytes of all pieces, one after the other.
 bool ReplaceFile(const std::string &path, std::initializer_list<std::string_view> pieces,

@@ -16,6 +16,7 @@
 namespace
 {
 
+namespace fs = std::filesystem;
 using namespace platform;
 
 TEST(ReadRegularFile, GivesTheFirstBytes)
@@ -47,6 +48,40 @@ TEST(ReplaceFile, AFailedWriteLeavesTheOldFile)
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
     EXPECT_EQ(tests::ReadFile(folder / "a"), "old");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
+}
+
+// The file at the end of the link is written, whether it exists or not; the link stays.
+TEST(ReplaceFile, FollowsALinkAlsoToNothing)
+{
+    for (const bool exists : {true, false})
+        for (const bool isRelative : {true, false}) {
+            SCOPED_TRACE(std::string(exists ? "file " : "nothing ") + (isRelative ? "rel" : "abs"));
+            const tests::TestFolder folder;
+            fs::create_directory(folder / "far");
+            if (exists)
+                tests::WriteFile(folder / "far/file", "old");
+            fs::create_symlink(isRelative ? "far/second" : folder / "far/second", folder / "first");
+            fs::create_symlink(isRelative ? "file" : folder / "far/file", folder / "far/second");
+            EXPECT_TRUE(ReplaceFile(folder / "first", "new"));
+            EXPECT_TRUE(fs::is_symlink(folder / "first") && fs::is_symlink(folder / "far/second"));
+            EXPECT_EQ(fs::symlink_status(folder / "far/file").type(), fs::file_type::regular);
+            EXPECT_EQ(tests::ReadFile(folder / "far/file"), "new");
+            EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 2);
+            EXPECT_EQ(std::distance(fs::directory_iterator(folder / "far"), {}), 2);
+        }
+}
+
+TEST(ReplaceFile, ALinkThatCannotBeFollowedStays)
+{
+    const tests::TestFolder folder;
+    fs::create_symlink("circle", folder / "circle");
+    EXPECT_FALSE(ReplaceFile(folder / "circle", "new"));
+    EXPECT_EQ(errno, ELOOP);
+    fs::create_symlink("absent/file", folder / "away");
+    EXPECT_FALSE(ReplaceFile(folder / "away", "new"));
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_TRUE(fs::is_symlink(folder / "circle") && fs::is_symlink(folder / "away"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 2);
 }
 
 TEST(AppendToFile, MakesAndAppends)

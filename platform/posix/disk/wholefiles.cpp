@@ -1,6 +1,7 @@
 #include "platform/disk/wholefiles.h"
 
 #include "platform/posix/disk/descriptor.h"
+#include "runtime/paths.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -60,13 +61,29 @@ bool HasName(int fd)
     return statx(fd, "", AT_EMPTY_PATH, STATX_NLINK, &status) == 0 && status.stx_nlink > 0;
 }
 
-// Where `path` leads through symbolic links; `path` itself when it does not exist yet.
-std::string Resolved(const std::string &path)
+// Where `path` leads through symbolic links, also when there is no file yet. Nothing, with errno
+// set, when that cannot be determined (ELOOP: the links lead in a circle).
+std::optional<std::string> Resolved(std::string path)
 {
-    char *real = realpath(path.c_str(), nullptr);
-    std::string result = real != nullptr ? real : path;
-    std::free(real);
-    return result;
+    constexpr int kMostLinks = 40; // as many as the kernel follows
+    for (int links = 0; links < kMostLinks; ++links) {
+        if (char *real = realpath(path.c_str(), nullptr); real != nullptr) {
+            path = real;
+            std::free(real);
+            return path;
+        }
+        if (errno != ENOENT)
+            return std::nullopt;
+        char target[PATH_MAX];
+        const ssize_t length = readlink(path.c_str(), target, sizeof target);
+        if (length < 0)
+            return path; // no link: the file is to be created here
+        const std::string_view next(target, static_cast<std::size_t>(length));
+        path.resize(next.starts_with('/') ? 0 : runtime::FolderPart(path).size());
+        path.append(next);
+    }
+    errno = ELOOP;
+    return std::nullopt;
 }
 
 } // namespace
@@ -109,12 +126,14 @@ bool ReplaceFile(const std::string &path, std::string_view bytes, unsigned mode)
 bool ReplaceFile(const std::string &path, std::initializer_list<std::string_view> pieces,
                  unsigned mode)
 {
-    const std::string target = Resolved(path);
+    const std::optional<std::string> target = Resolved(path);
+    if (!target)
+        return false;
     struct stat status {
     };
-    if (stat(target.c_str(), &status) == 0)
+    if (stat(target->c_str(), &status) == 0)
         mode = status.st_mode & 07777;
-    std::string temporary = target + ".XXXXXX";
+    std::string temporary = *target + ".XXXXXX";
     bool done = false;
     {
         const Descriptor file(mkostemp(temporary.data(), O_CLOEXEC));
@@ -124,7 +143,7 @@ bool ReplaceFile(const std::string &path, std::initializer_list<std::string_view
                    pieces, [&](std::string_view piece) { return WriteAll(file.Get(), piece); }) &&
                fchmod(file.Get(), mode) == 0;
     }
-    done = done && rename(temporary.c_str(), target.c_str()) == 0;
+    done = done && rename(temporary.c_str(), target->c_str()) == 0;
     if (!done) {
         const int reason = errno;
         unlink(temporary.c_str());
