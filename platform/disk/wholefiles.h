@@ -54,6 +54,12 @@ private:
     int m_fd = -1;
 };
 
+// Removes the files with temporary names in the folder (of ReplaceFile, and of CreateBeside in
+// platform/disk/files.h) that no process can be writing any more: a process that was killed has
+// left them, and they have not been written to for a day. May be called on any thread. Errors:
+// none; what cannot be removed stays.
+void RemoveAbandonedFiles(const std::string &folder);
+
 // Whether this process may read and write the file: 0, or the errno why not (EACCES, EROFS,
 // ENOENT).
 int CheckAccess(const std::string &path);

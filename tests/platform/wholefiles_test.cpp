@@ -1,3 +1,4 @@
+#include "platform/disk/files.h"
 #include "platform/disk/wholefiles.h"
 #include "platform/posix/disk/descriptor.h"
 #include "tests/support/testfolder.h"
@@ -10,6 +11,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <string>
 
@@ -82,6 +84,73 @@ TEST(ReplaceFile, ALinkThatCannotBeFollowedStays)
     EXPECT_EQ(errno, ENOENT);
     EXPECT_TRUE(fs::is_symlink(folder / "circle") && fs::is_symlink(folder / "away"));
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 2);
+}
+
+// What a kill leaves is found by its name, whichever of the procedures has made it.
+TEST(AbandonedFiles, AreRemovedWhenTheyAreOurOwnAndOld)
+{
+    const tests::TestFolder folder;
+    std::string left;
+    platform::Files &files = platform::SystemFiles();
+    files.Close(files.CreateBeside(folder / "KnownSongs.dat", left));
+    const std::string ending = left.substr(left.size() - 15);
+    const std::string kept[] = {"a.backup",
+                                "a.XXXXXX",
+                                "a.quenlin",
+                                "a.quenlin-",
+                                ending,
+                                "a.quenlin-abc",
+                                "a.quenlin-abcdefg",
+                                "a.quenlin-a.b-cd",
+                                "a.Quenlin-abcdef",
+                                "a" + ending + ".txt"};
+    for (const std::string &name : kept)
+        tests::WriteFile(folder / name, "user's");
+    tests::WriteFile(folder / "young.quenlin-abc123", "being written");
+    fs::create_directory(folder / "folder.quenlin-abc123");
+    fs::create_symlink("a.backup", folder / "link.quenlin-abc123");
+    const auto agePast = [&](std::chrono::hours age) {
+        for (const auto &entry : fs::directory_iterator(folder.Path()))
+            if (!entry.is_symlink() && entry.path().stem() != "young")
+                fs::last_write_time(entry.path(), fs::file_time_type::clock::now() - age);
+    };
+    agePast(std::chrono::hours(23));
+    RemoveAbandonedFiles(folder.Path());
+    EXPECT_TRUE(fs::exists(left));
+    agePast(std::chrono::hours(25));
+    RemoveAbandonedFiles(folder.Path());
+    EXPECT_FALSE(fs::exists(left));
+    for (const std::string &name : kept)
+        EXPECT_TRUE(fs::exists(folder / name)) << name;
+    EXPECT_TRUE(fs::exists(folder / "young.quenlin-abc123"));
+    EXPECT_TRUE(fs::exists(folder / "folder.quenlin-abc123"));
+    EXPECT_TRUE(fs::is_symlink(folder / "link.quenlin-abc123"));
+    RemoveAbandonedFiles(folder / "absent");
+}
+
+TEST(AbandonedFiles, AreRecognizedWhateverWasKilled)
+{
+    const tests::TestFolder folder;
+    tests::WriteFile(folder / "file", "old");
+    const pid_t child = fork();
+    if (child == 0) { // a limit on file sizes ends the process in the middle of the write
+        const rlimit none{0, 0}, limit{1000, 1000};
+        setrlimit(RLIMIT_CORE, &none);
+        signal(SIGXFSZ, SIG_DFL);
+        setrlimit(RLIMIT_FSIZE, &limit);
+        ReplaceFile(folder / "file", std::string(5000, 'x'));
+        _exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGXFSZ);
+    ASSERT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 2);
+    for (const auto &entry : fs::directory_iterator(folder.Path()))
+        fs::last_write_time(entry.path(),
+                            fs::file_time_type::clock::now() - std::chrono::hours(25));
+    RemoveAbandonedFiles(folder.Path());
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
+    EXPECT_EQ(tests::ReadFile(folder / "file"), "old");
 }
 
 TEST(AppendToFile, MakesAndAppends)

@@ -5,6 +5,7 @@ import shutil
 import signal
 import sqlite3
 import subprocess
+import time
 import unittest
 
 from program import BIN, REPORT, ProgramTest, wait_for
@@ -284,6 +285,38 @@ class Home(ProgramTest):
         before = [os.stat(os.path.join(packages, name)).st_ino for name in names]
         self.run_installed("--regenerate", self.music)
         self.assertEqual(before, [os.stat(os.path.join(packages, name)).st_ino for name in names])
+
+
+class AbandonedFiles(ProgramTest):
+    """What a killed run has left: a file that did not get its name."""
+
+    def test_a_start_removes_old_ones_from_its_own_folders_only(self):
+        config = os.path.join(self.scratch, "config", "Quenlin")
+        own = [self.home, os.path.join(self.home, "Backup"), config, os.path.join(config, "Drafts")]
+        for folder in own:
+            os.makedirs(folder, exist_ok=True)
+
+        def write(folder, name, age_hours):
+            path = os.path.join(folder, name)
+            with open(path, "w", encoding="ascii") as file:
+                file.write("the first part")
+            age = time.time() - age_hours * 3600
+            os.utime(path, (age, age))
+            return path
+
+        old = [write(folder, "KnownSongs.dat.quenlin-aB3dE6", 25) for folder in own]
+        kept = [write(folder, name, age) for folder in own for name, age in
+                (("KnownSongs.dat.quenlin-zzzzzz", 1), ("KnownSongs.dat.backup", 1000))]
+        kept.append(write(self.music, "a.mp3.bck.quenlin-aB3dE6", 1000))  # the user's folder
+        song = self.song("a.mp3")
+
+        def is_clean():
+            self.run_program(song)
+            return not any(os.path.exists(path) for path in old)
+
+        self.assertTrue(wait_for(is_clean))
+        for path in kept:
+            self.assertTrue(os.path.exists(path), path)
 
 
 class Sample(ProgramTest):

@@ -1,5 +1,6 @@
 // The operations of the files port that change files.
 #include "platform/posix/disk/systemfiles.h"
+#include "platform/posix/disk/temporaryname.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -22,7 +23,6 @@ namespace
 {
 
 constexpr const char *kAccessList = "system.posix_acl_access";
-constexpr std::string_view kOwnEnding = ".XXXXXX"; // mkostemp puts letters in place of the X
 
 int Result(int returned)
 {
@@ -119,10 +119,11 @@ int SystemFilesPort::RealPath(const std::string &path, std::string &real)
 
 int SystemFilesPort::CreateBeside(const std::string &finalPath, std::string &temporaryPath)
 {
-    temporaryPath = finalPath + std::string(kOwnEnding);
+    temporaryPath = finalPath + std::string(kTemporaryEnding);
     int handle = mkostemp(temporaryPath.data(), O_CLOEXEC);
     if (handle < 0 && errno == ENAMETOOLONG) { // then a name no longer than the final one
-        temporaryPath = Shortened(finalPath, kOwnEnding.size()) + std::string(kOwnEnding);
+        temporaryPath =
+            Shortened(finalPath, kTemporaryEnding.size()) + std::string(kTemporaryEnding);
         handle = mkostemp(temporaryPath.data(), O_CLOEXEC);
     }
     return handle >= 0 ? handle : -errno;

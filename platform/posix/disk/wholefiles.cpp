@@ -1,6 +1,7 @@
 #include "platform/disk/wholefiles.h"
 
 #include "platform/posix/disk/descriptor.h"
+#include "platform/posix/disk/temporaryname.h"
 #include "runtime/paths.h"
 
 #include <fcntl.h>
@@ -11,6 +12,9 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <system_error>
 
 namespace platform
 {
@@ -86,6 +90,26 @@ std::optional<std::string> Resolved(std::string path)
     return std::nullopt;
 }
 
+// Whether the name is that of a file which is not complete: something, the mark, and six letters or
+// digits.
+bool IsTemporaryName(std::string_view name)
+{
+    constexpr std::size_t kLetters = posix::kTemporaryEnding.size() - posix::kTemporaryMark.size();
+    if (name.size() <= posix::kTemporaryEnding.size())
+        return false;
+    const std::string_view letters = name.substr(name.size() - kLetters);
+    name.remove_suffix(kLetters);
+    return name.ends_with(posix::kTemporaryMark) && std::ranges::all_of(letters, [](char c) {
+               return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+           });
+}
+
+bool IsOld(const struct stat &file)
+{
+    constexpr time_t kDay = 24 * 60 * 60;
+    return time(nullptr) - file.st_mtim.tv_sec >= kDay;
+}
+
 } // namespace
 
 std::optional<std::string> ReadRegularFile(const std::string &path, std::size_t maxBytes)
@@ -133,7 +157,7 @@ bool ReplaceFile(const std::string &path, std::initializer_list<std::string_view
     };
     if (stat(target->c_str(), &status) == 0)
         mode = status.st_mode & 07777;
-    std::string temporary = *target + ".XXXXXX";
+    std::string temporary = *target + std::string(posix::kTemporaryEnding);
     bool done = false;
     {
         const Descriptor file(mkostemp(temporary.data(), O_CLOEXEC));
@@ -181,6 +205,20 @@ bool Appender::Append(std::string_view bytes)
     if (m_fd < 0 || !HasName(m_fd))
         Open(0);
     return m_fd >= 0 && WriteAll(m_fd, bytes);
+}
+
+void RemoveAbandonedFiles(const std::string &folder)
+{
+    std::error_code failure;
+    for (std::filesystem::directory_iterator entry(folder, failure), end; !failure && entry != end;
+         entry.increment(failure)) {
+        const std::string &path = entry->path().native();
+        struct stat status {
+        };
+        if (IsTemporaryName(runtime::GetFileName(path)) && lstat(path.c_str(), &status) == 0 &&
+            S_ISREG(status.st_mode) && IsOld(status))
+            unlink(path.c_str());
+    }
 }
 
 int CheckAccess(const std::string &path)
