@@ -4,12 +4,9 @@
 #ifdef QUENLIN_HAS_WINDOWS
 #include "app/windowlibrary.h"
 #endif
+#include "platform/process.h"
+#include "platform/session.h"
 
-#include <fcntl.h>
-#include <malloc.h>
-#include <unistd.h>
-
-#include <csignal>
 #include <cstdio>
 
 namespace
@@ -17,20 +14,12 @@ namespace
 
 constexpr int kWrongUsage = 2; // exit status for a wrong command line
 
-// Opens /dev/null for each standard stream that is closed. Otherwise the next file that is opened
-// would get its number, and messages would be written into that file.
-void OpenStandardStreams()
-{
-    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-        if (fcntl(fd, F_GETFD) < 0)
-            open("/dev/null", fd == STDIN_FILENO ? O_RDONLY : O_WRONLY);
-}
-
 #ifdef QUENLIN_HAS_WINDOWS
 // Whether a user may be reading the messages or typing answers.
 bool HasTerminal()
 {
-    return isatty(STDIN_FILENO) != 0 || isatty(STDERR_FILENO) != 0;
+    using platform::Stream;
+    return platform::IsTerminal(Stream::Input) || platform::IsTerminal(Stream::Errors);
 }
 #endif
 
@@ -44,15 +33,7 @@ int Print(std::string_view text, std::FILE *stream, int status)
 
 int main(int argc, char **argv)
 {
-    OpenStandardStreams();
-    std::signal(SIGPIPE, SIG_IGN); // a reader that has ended must not stop a job in the middle
-    std::signal(
-        SIGXFSZ,
-        SIG_IGN); // writing beyond the limit of a file's size fails, and is reported as an error
-    // A regeneration allocates many small blocks and some large ones. The C library keeps lists of
-    // the smallest free blocks and merges these at each large one; without these lists allocation
-    // takes a third less time.
-    mallopt(M_MXFAST, 0);
+    platform::PrepareProcess();
     app::ConnectModules();
     const auto options =
         app::ParseOptions(std::vector<std::string>(argv + (argc > 0), argv + argc));
@@ -66,7 +47,7 @@ int main(int argc, char **argv)
                      kWrongUsage);
     case app::Job::Window:
 #ifdef QUENLIN_HAS_WINDOWS
-        if (app::HasDisplay()) {
+        if (platform::HasDisplay()) {
             const app::WindowCalls *windows = app::LoadWindows();
             return windows != nullptr ? windows->RunInWindows(argc, argv) : 1;
         }
@@ -74,7 +55,7 @@ int main(int argc, char **argv)
         return Print(app::UsageText(), stderr, kWrongUsage);
     case app::Job::Batch:
 #ifdef QUENLIN_HAS_WINDOWS
-        if (app::HasDisplay() && !HasTerminal() && !options.unicodeTags) {
+        if (platform::HasDisplay() && !HasTerminal() && !options.unicodeTags) {
             const app::WindowCalls *windows = app::LoadWindows();
             if (windows != nullptr && windows->CanOpenWindows(argc, argv))
                 return windows->RunBatchInWindows(argc, argv, options.paths);

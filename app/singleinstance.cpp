@@ -1,14 +1,11 @@
 #include "app/singleinstance.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "platform/machine.h"
+#include "platform/session.h"
 
 #include <QCryptographicHash>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <cstdlib>
 #include <memory>
 
 namespace app
@@ -20,25 +17,10 @@ namespace
 constexpr const char *kTokenVariable =
     "XDG_ACTIVATION_TOKEN"; // the right to bring a window to the front
 
-// A private folder of the user among the temporary files; empty when another user owns a folder of
-// that name, or when others may write to it.
-std::string TemporaryFolder()
-{
-    const std::string folder = "/tmp/quenlin-" + std::to_string(getuid());
-    mkdir(folder.c_str(), 0700);
-    struct stat state;
-    const bool isOwn = lstat(folder.c_str(), &state) == 0 && S_ISDIR(state.st_mode) &&
-                       state.st_uid == getuid() && (state.st_mode & 077) == 0;
-    return isOwn ? folder : std::string();
-}
-
-// The path of the socket: in the user's run-time folder, with a name made from the catalogue's
-// folder.
+// The path of the socket: its name is made from the catalogue's folder.
 std::string SocketPath(const std::string &programFolder)
 {
-    const char *runTime = std::getenv("XDG_RUNTIME_DIR");
-    const std::string folder =
-        runTime == nullptr || *runTime == '\0' ? TemporaryFolder() : std::string(runTime);
+    const std::string folder = platform::SessionFolder();
     if (folder.empty())
         return {};
     const QByteArray hash = QCryptographicHash::hash(QByteArray::fromStdString(programFolder),
@@ -52,8 +34,8 @@ SingleInstance::SingleInstance(const std::string &programFolder) : m_path(Socket
 {
     if (m_path.empty())
         return;
-    m_lock = open((m_path + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    m_first = m_lock < 0 || flock(m_lock, LOCK_EX | LOCK_NB) == 0;
+    m_lock = platform::TheFiles().OpenLockFile(m_path + ".lock");
+    m_first = m_lock < 0 || platform::TheFiles().TryLock(m_lock) == 0;
     if (m_first && m_lock >= 0)
         Listen();
 }
@@ -62,7 +44,7 @@ SingleInstance::~SingleInstance()
 {
     delete m_server; // removes the socket before the lock is released
     if (m_lock >= 0)
-        close(m_lock);
+        platform::TheFiles().Close(m_lock);
 }
 
 void SingleInstance::Listen()

@@ -32,7 +32,7 @@ private:
     void Answer();
 
     std::string m_path; // of the socket; its lock file has ".lock" after it
-    int m_lock = -1;
+    int m_lock = -1;    // negative: it cannot be created
     bool m_first = true;
     QLocalServer *m_server = nullptr; // owned by this object; null when this start is not the first
 };

@@ -4,19 +4,13 @@
 #include "app/windowsession.h"
 #include "platform/disk/userfolders.h"
 #include "platform/endrequest.h"
+#include "platform/process.h"
 #include "runtime/error.h"
 #include "shell/globals.h"
 #include "shell/startup/splashform.h"
 #include "shell/startup/startup.h"
 
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <QGuiApplication>
-#include <cerrno>
-#include <cstdlib>
 #include <memory>
 
 namespace app
@@ -38,29 +32,15 @@ int Batch(const std::vector<std::string> &given, std::unique_ptr<shell::SplashFo
     return shell::Main(paths, steps).value_or(0);
 }
 
-// Ends the process: with 0 when the toolkit could start. If it cannot, no message and no core file
-// is written.
-[[noreturn]] void TryToolkit(int argc, char **argv)
-{
-    const rlimit none{0, 0};
-    setrlimit(RLIMIT_CORE, &none);
-    dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), STDERR_FILENO);
-    unsetenv("SESSION_MANAGER"); // the session manager must not know this process
-    const QGuiApplication toolkit(argc, argv);
-    _exit(0);
-}
-
 } // namespace
 
 bool CanOpenWindows(int argc, char **argv)
 {
-    const pid_t child = fork();
-    if (child == 0)
-        TryToolkit(argc, argv);
-    int status = -1;
-    while (child > 0 && waitpid(child, &status, 0) < 0 && errno == EINTR)
-        continue;
-    return child > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    return platform::ReturnsInCopy([&] {
+        qunsetenv("SESSION_MANAGER"); // the session manager must not know this process
+        auto toolkit = std::make_unique<QGuiApplication>(argc, argv);
+        (void)toolkit.release(); // it ends with the copy
+    });
 }
 
 int RunBatchInWindows(int argc, char **argv, const std::vector<std::string> &paths)

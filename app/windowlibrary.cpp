@@ -1,12 +1,12 @@
 #include "app/windowlibrary.h"
 
 #include "platform/disk/userfolders.h"
-
-#include <dlfcn.h>
-#include <unistd.h>
+#include "platform/process.h"
+#include "runtime/paths.h"
 
 #include <cstdio>
-#include <cstdlib>
+#include <filesystem>
+#include <system_error>
 
 namespace app
 {
@@ -14,33 +14,31 @@ namespace app
 namespace
 {
 
-constexpr const char *kName = "quenlin-windows.so";
-constexpr const char *kInstalledFolder = "../lib/quenlin";
+constexpr std::string_view kName = "quenlin-windows";
+constexpr std::string_view kInstalledFolder = "../lib/quenlin";
 
 std::string LibraryPath()
 {
-    const std::string folder = platform::ProgramFolder() + "/";
-    const std::string beside = folder + kName;
-    return access(beside.c_str(), F_OK) == 0 ? beside : folder + kInstalledFolder + "/" + kName;
+    const std::string folder = platform::ProgramFolder();
+    const std::string name = platform::LibraryFileName(kName);
+    std::string beside = runtime::JoinPath(folder, name);
+    std::error_code unknown;
+    return std::filesystem::exists(beside, unknown)
+               ? beside
+               : runtime::JoinPath(runtime::JoinPath(folder, kInstalledFolder), name);
 }
 
 } // namespace
 
 const WindowCalls *LoadWindows()
 {
-    void *library = dlopen(LibraryPath().c_str(), RTLD_LAZY | RTLD_LOCAL);
-    const void *calls = library != nullptr ? dlsym(library, kWindowCalls) : nullptr;
+    std::string why;
+    void *library = platform::OpenLibrary(LibraryPath(), why);
+    const void *calls =
+        library != nullptr ? platform::FindInLibrary(library, kWindowCalls, why) : nullptr;
     if (calls == nullptr)
-        std::fprintf(stderr, "quenlin: the windows cannot be loaded: %s\n", dlerror());
+        std::fprintf(stderr, "quenlin: the windows cannot be loaded: %s\n", why.c_str());
     return static_cast<const WindowCalls *>(calls);
-}
-
-bool HasDisplay()
-{
-    for (const char *name : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"})
-        if (const char *value = std::getenv(name); value != nullptr && *value != '\0')
-            return true;
-    return false;
 }
 
 } // namespace app

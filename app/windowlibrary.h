@@ -18,9 +18,6 @@ struct WindowCalls {
 // The name by which the library exports its calls.
 inline constexpr const char *kWindowCalls = "quenlinWindowCalls";
 
-// Whether there is a window system.
-bool HasDisplay();
-
 // Loads the library, which is beside the program in a build folder and in lib/quenlin where the
 // program is installed. It stays loaded.
 // Returns: null where it cannot be loaded; the reason has then been written to stderr.

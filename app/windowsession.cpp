@@ -6,6 +6,7 @@
 #include "catalogue/rowgroups.h"
 #include "platform/appid.h"
 #include "platform/machine.h"
+#include "platform/session.h"
 #include "shell/globals.h"
 #include "shell/settings.h"
 #include "shell/startup/startup.h"
@@ -93,11 +94,9 @@ void NoteToolkitMessage(QtMsgType type, const QMessageLogContext & /*where*/, co
         ToolkitMessages().append(text);
         return;
     }
-    const char *name = std::getenv("DISPLAY");
-    if (const char *wayland = std::getenv("WAYLAND_DISPLAY"); wayland != nullptr && *wayland != 0)
-        name = wayland;
+    const std::string name = platform::DisplayName();
     std::fprintf(stderr, "quenlin: The display %s cannot be opened.\n",
-                 name != nullptr ? name : "of this session");
+                 name.empty() ? "of this session" : name.c_str());
     std::_Exit(shell::kRefused);
 }
 

@@ -1,8 +1,9 @@
 #include "platform/inireader.h"
 
+#include "platform/disk/files.h"
 #include "platform/disk/wholefiles.h"
-#include "platform/posix/disk/systemfiles.h"
 #include "runtime/codepage.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
 #include "runtime/utf8.h"
 
@@ -123,7 +124,7 @@ const Entries *EntriesOfFile(const std::string &path)
 {
     static LastRead last;
     FileIdentity identity;
-    posix::SystemFilesPort files;
+    Files &files = SystemFiles();
     const std::int64_t nowNs = files.StampClockNs();
     if (files.Identify(path, identity) != 0 || identity.kind != FileKind::Regular)
         return nullptr;
@@ -152,7 +153,7 @@ std::optional<std::string_view> FindIniValue(std::string_view text, std::string_
 std::optional<std::string> ReadIniText(const std::string &path, std::string_view section,
                                        std::string_view key, std::size_t maxCharacters)
 {
-    if (path.ends_with('/')) // a folder: no file was chosen
+    if (path.ends_with(runtime::PathSeparator)) // a folder: no file was chosen
         return std::nullopt;
     const Entries *entries = EntriesOfFile(path);
     const auto value = entries == nullptr ? std::nullopt : Find(*entries, section, key);

@@ -119,6 +119,15 @@ struct Files {
     // owner; `temporaryPath` is set to its path. Returns: a handle to write, or the negated errno.
     virtual int CreateBeside(const std::string &finalPath, std::string &temporaryPath) = 0;
 
+    // Creates a file without a name on the disk of `folder`: only this process can use it, and it
+    // disappears when it is closed and at the end of the process in any case. Returns: a handle to
+    // write and read, or the negated errno.
+    virtual int CreateScratch(const std::string &folder) = 0;
+
+    // Opens a file that is only there to be locked (TryLock); created empty, for its owner alone,
+    // when it does not exist. Returns: a handle, or the negated errno.
+    virtual int OpenLockFile(const std::string &path) = 0;
+
     // Writes up to `count` bytes at the handle's position. Returns: the count, or the negated
     // errno.
     virtual std::int64_t Write(int handle, const char *from, std::size_t count) = 0;

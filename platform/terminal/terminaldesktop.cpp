@@ -1,18 +1,18 @@
 #include "platform/terminal/terminaldesktop.h"
 
 #include "platform/endrequest.h"
+#include "platform/session.h"
 #include "platform/spawn.h"
 #include "platform/terminal/terminaltext.h"
 #include "platform/waiting.h"
 #include "runtime/text.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -26,7 +26,7 @@ constexpr std::string_view kApplicationTitle = "Quenlin";
 
 bool HasPerson()
 {
-    return isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
+    return IsTerminal(Stream::Input) && IsTerminal(Stream::Errors);
 }
 
 // `text` with line feeds as line breaks and without other control characters.
@@ -60,8 +60,8 @@ std::optional<std::string> ReadLine()
         if (IsEndRequested()) // the program is to end, but the job that asks continues first: it
                               // gets no answer
             return std::nullopt;
-        const ssize_t got = read(STDIN_FILENO, &c, 1);
-        if (got < 0 && errno == EINTR)
+        const int got = ReadInputByte(c);
+        if (got == -EINTR)
             continue;
         if (got <= 0)
             return line.empty() ? std::nullopt : std::optional(line);
@@ -138,9 +138,9 @@ std::optional<std::string> TerminalDesktop::OpenDialog(std::string_view title,
             return std::nullopt;
         if (path->front() != '/')
             path->insert(0, folder + "/");
-        struct stat status {
-        };
-        if (stat(path->c_str(), &status) == 0 && !S_ISDIR(status.st_mode))
+        std::error_code failure;
+        const auto status = std::filesystem::status(*path, failure);
+        if (std::filesystem::exists(status) && !std::filesystem::is_directory(status))
             return path;
         Print("There is no such file.\n");
     }

@@ -1,7 +1,8 @@
 #include "platform/web/curlweb.h"
 
+#include "platform/process.h"
+
 #include <curl/curl.h>
-#include <dlfcn.h>
 
 #include <algorithm>
 #include <chrono>
@@ -44,14 +45,16 @@ struct Curl {
 template <class Function>
 bool Take(void *library, const char *name, Function &function)
 {
-    function = reinterpret_cast<Function>(dlsym(library, name));
+    std::string why;
+    function = reinterpret_cast<Function>(FindInLibrary(library, name, why));
     return function != nullptr;
 }
 
 // Returns: nullopt when the library is not installed or too old.
 std::optional<Curl> LoadCurl()
 {
-    void *library = dlopen(QUENLIN_CURL_LIBRARY, RTLD_NOW | RTLD_LOCAL); // never unloaded
+    std::string why;
+    void *library = OpenLibrary(QUENLIN_CURL_LIBRARY, why);
     Curl curl{};
     const bool isWhole = library != nullptr && Take(library, "curl_global_init", curl.globalInit) &&
                          Take(library, "curl_easy_init", curl.easyInit) &&

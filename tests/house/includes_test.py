@@ -100,6 +100,8 @@ OTHER_SOURCES = {
     "catalogue/adobuilder.cpp": "catalogue/adoclass.h",
     "platform/posix/endrequest.cpp": "platform/endrequest.h",
     "platform/posix/helperthread.cpp": "platform/helperthread.h",
+    "platform/posix/process.cpp": "platform/process.h",
+    "platform/posix/session.cpp": "platform/session.h",
     "platform/posix/spawn.cpp": "platform/spawn.h",
     "platform/posix/disk/filesinuse.cpp": "platform/disk/files.h",
     "platform/posix/disk/filewriting.cpp": "platform/posix/disk/systemfiles.h",

@@ -129,6 +129,18 @@ int SystemFilesPort::CreateBeside(const std::string &finalPath, std::string &tem
     return handle >= 0 ? handle : -errno;
 }
 
+int SystemFilesPort::CreateScratch(const std::string &folder)
+{
+    const int handle = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    return handle >= 0 ? handle : -errno;
+}
+
+int SystemFilesPort::OpenLockFile(const std::string &path)
+{
+    const int handle = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    return handle >= 0 ? handle : -errno;
+}
+
 std::int64_t SystemFilesPort::Write(int handle, const char *from, std::size_t count)
 {
     ssize_t written = 0;

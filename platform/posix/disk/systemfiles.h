@@ -19,6 +19,8 @@ public:
     void Close(int handle) override;
     int RealPath(const std::string &path, std::string &real) override;
     int CreateBeside(const std::string &finalPath, std::string &temporaryPath) override;
+    int CreateScratch(const std::string &folder) override;
+    int OpenLockFile(const std::string &path) override;
     std::int64_t Write(int handle, const char *from, std::size_t count) override;
     std::int64_t CopyRange(int source, std::int64_t offset, int target, std::size_t count) override;
     int CopyPermissions(int source, int target) override;
