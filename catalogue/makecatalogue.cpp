@@ -3,14 +3,13 @@
 #include "metadata/genres.h"
 
 #include <sqlite3.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <system_error>
 
 namespace
 {
@@ -67,7 +66,8 @@ int main(int argc, char **argv)
         return 2;
     }
     const std::string target = argv[2];
-    if (access(target.c_str(), F_OK) == 0)
+    std::error_code failure;
+    if (std::filesystem::exists(target, failure))
         return 0;
     std::ifstream in(argv[1], std::ios::binary);
     const std::string schema{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
@@ -78,9 +78,10 @@ int main(int argc, char **argv)
         std::remove(beside.c_str());
         return 1;
     }
-    if (link(beside.c_str(), target.c_str()) != 0 &&
-        errno != EEXIST) { // never replaces an existing file
-        std::fprintf(stderr, "makecatalogue: '%s': %s\n", target.c_str(), std::strerror(errno));
+    std::filesystem::create_hard_link(beside, target, failure); // never replaces an existing file
+    if (failure && failure != std::errc::file_exists) {
+        std::fprintf(stderr, "makecatalogue: '%s': %s\n", target.c_str(),
+                     failure.message().c_str());
         return 1;
     }
     std::remove(beside.c_str());

@@ -4,12 +4,11 @@
 #include "runtime/codepage.h"
 #include "runtime/text.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <atomic>
 #include <filesystem>
 #include <mutex>
+#include <system_error>
 #include <utility>
 
 namespace playlists
@@ -23,9 +22,9 @@ constexpr std::string_view kLetterMounts[] = {"/mnt/", "/media/"};
 
 bool IsFile(const std::string &path)
 {
-    struct stat status {
-    };
-    return stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+    std::error_code failure;
+    const auto status = std::filesystem::status(path, failure);
+    return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
 }
 
 std::string WithSeparators(std::string path)

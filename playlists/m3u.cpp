@@ -4,10 +4,9 @@
 #include "runtime/codepage.h"
 #include "runtime/text.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <cstdint>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace playlists
@@ -94,10 +93,8 @@ M3UEntry EntryOf(std::string_view line)
 
 std::string ReadM3UFile(const std::string &path)
 {
-    struct stat status {
-    };
-    if (stat(path.c_str(), &status) != 0 ||
-        status.st_size > static_cast<std::int64_t>(kMaxListBytes))
+    std::error_code failure;
+    if (std::filesystem::file_size(path, failure) > kMaxListBytes || failure)
         return {};
     const auto bytes = platform::ReadRegularFile(path, kMaxListBytes + 1);
     if (!bytes || bytes->size() > kMaxListBytes)

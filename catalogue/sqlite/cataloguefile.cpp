@@ -2,6 +2,7 @@
 
 #include "catalogue/comparedrows.h"
 #include "catalogue/lockwait.h"
+#include "platform/disk/files.h"
 #include "runtime/text.h"
 
 #include <algorithm>
@@ -21,6 +22,7 @@ constexpr std::size_t kCachedTranslations = 8;
 std::map<std::string, std::shared_ptr<CatalogueFile>> &Files()
 {
     static auto *files = [] {
+        (void)platform::SystemFiles(); // created first, so that it exists when the files close
         std::atexit(CatalogueFile::CloseAll);
         return new std::map<std::string, std::shared_ptr<CatalogueFile>>;
     }();

@@ -1,10 +1,6 @@
 #include "catalogue/sqlite/scratchfile.h"
 
-#include <fcntl.h>
-#include <sys/statvfs.h>
-#include <unistd.h>
-
-#include <cerrno>
+#include "platform/disk/files.h"
 
 namespace catalogue
 {
@@ -17,14 +13,14 @@ constexpr std::uint64_t kBetweenChecks = 8u << 20; // bytes between checks of th
 } // namespace
 
 ScratchFile::ScratchFile(const std::string &folder)
-    : m_file(open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600))
+    : m_folder(folder), m_file(platform::SystemFiles().CreateScratch(folder))
 {
 }
 
 ScratchFile::~ScratchFile()
 {
     if (m_file >= 0)
-        close(m_file);
+        platform::SystemFiles().Close(m_file);
 }
 
 bool ScratchFile::HasRoom()
@@ -32,9 +28,7 @@ bool ScratchFile::HasRoom()
     if (m_size != 0 && m_size - m_checkedAt < kBetweenChecks)
         return true;
     m_checkedAt = m_size;
-    struct statvfs disk = {};
-    return fstatvfs(m_file, &disk) == 0 &&
-           static_cast<std::uint64_t>(disk.f_bavail) * disk.f_frsize > kLeftFreeBytes;
+    return platform::SystemFiles().FreeBytes(m_folder) > static_cast<std::int64_t>(kLeftFreeBytes);
 }
 
 bool ScratchFile::Append(std::string_view bytes)
@@ -42,9 +36,8 @@ bool ScratchFile::Append(std::string_view bytes)
     if (m_file < 0 || !HasRoom())
         return false;
     while (!bytes.empty()) {
-        const auto written = pwrite(m_file, bytes.data(), bytes.size(), static_cast<off_t>(m_size));
-        if (written < 0 && errno == EINTR)
-            continue;
+        const std::int64_t written =
+            platform::SystemFiles().Write(m_file, bytes.data(), bytes.size());
         if (written <= 0)
             return false;
         m_size += static_cast<std::uint64_t>(written);
@@ -57,10 +50,8 @@ bool ScratchFile::Read(std::uint64_t offset, std::size_t count, std::string &byt
 {
     bytes.resize(count);
     for (std::size_t at = 0; at < count;) {
-        const auto got =
-            pread(m_file, bytes.data() + at, count - at, static_cast<off_t>(offset + at));
-        if (got < 0 && errno == EINTR)
-            continue;
+        const std::int64_t got = platform::SystemFiles().ReadAt(
+            m_file, static_cast<std::int64_t>(offset + at), bytes.data() + at, count - at, true);
         if (got <= 0)
             return false;
         at += static_cast<std::size_t>(got);

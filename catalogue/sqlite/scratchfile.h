@@ -32,7 +32,8 @@ public:
 private:
     [[nodiscard]] bool HasRoom();
 
-    int m_file;
+    std::string m_folder;
+    int m_file; // negative when it could not be created
     std::uint64_t m_size = 0;
     std::uint64_t m_checkedAt = 0; // the size when the free space was last checked
 };

@@ -1,10 +1,7 @@
 #include "catalogue/sqlite/sqlitefile.h"
 
 #include "catalogue/provider.h"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "platform/disk/files.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -23,35 +20,39 @@ constexpr auto kMagic = "SQLite format 3\0"sv;
 constexpr int kLogHeaderBytes = 32;
 constexpr int kFrameHeaderBytes = 24;
 
-// A file descriptor that closes itself.
+// A file that closes itself. It is read with the files port of the machine, as SQLite reads it,
+// also where a test has put another one in use for songs.
 class ReadOnlyFile
 {
 public:
     explicit ReadOnlyFile(const std::string &path)
-        : m_file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK))
+        : m_handle(platform::SystemFiles().OpenToRead(path, m_identity))
     {
     }
     ~ReadOnlyFile()
     {
-        if (m_file >= 0)
-            close(m_file);
+        if (m_handle >= 0)
+            platform::SystemFiles().Close(m_handle);
     }
     ReadOnlyFile(const ReadOnlyFile &) = delete;
     ReadOnlyFile &operator=(const ReadOnlyFile &) = delete;
 
-    [[nodiscard]] bool IsOpen() const { return m_file >= 0; }
+    // 0 when it is open, else the errno why not.
+    [[nodiscard]] int Failure() const { return m_handle >= 0 ? 0 : -m_handle; }
 
     // Up to `count` bytes from `offset` on.
     [[nodiscard]] std::string Read(std::size_t count, std::int64_t offset) const
     {
         std::string bytes(count, '\0');
-        const auto got = pread(m_file, bytes.data(), count, offset);
+        const auto got =
+            platform::SystemFiles().ReadAt(m_handle, offset, bytes.data(), count, true);
         bytes.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
         return bytes;
     }
 
 private:
-    int m_file;
+    platform::FileIdentity m_identity;
+    int m_handle;
 };
 
 std::uint32_t BigEndian(std::string_view bytes, std::size_t at, int count)
@@ -73,14 +74,20 @@ std::uint32_t PageSizeOf(std::string_view header)
     throw ProviderFailure(kGenericFailure, "'" + path + "' " + words);
 }
 
-struct stat StatOrThrow(const std::string &path)
+[[noreturn]] void ThrowUnreadable(const std::string &path, int reason)
 {
-    struct stat info = {};
-    if (stat(path.c_str(), &info) == 0)
-        return info;
-    if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG)
+    throw ProviderFailure(kStatementFailure, "'" + path + "': " + std::strerror(reason));
+}
+
+platform::FileIdentity IdentifyOrThrow(const std::string &path)
+{
+    platform::FileIdentity identity;
+    const int reason = platform::SystemFiles().Identify(path, identity);
+    if (reason == ENOENT || reason == ENOTDIR || reason == ELOOP || reason == ENAMETOOLONG)
         ThrowGeneric(path, "is not there.");
-    throw ProviderFailure(kStatementFailure, "'" + path + "': " + std::strerror(errno));
+    if (reason != 0)
+        ThrowUnreadable(path, reason);
+    return identity;
 }
 
 // The pages that the complete transactions of a log contain, and the number of pages of the
@@ -94,7 +101,7 @@ LogPages ReadLog(const std::string &path, std::uint32_t pageSize)
 {
     LogPages result;
     const ReadOnlyFile log(path + "-wal");
-    const std::string header = log.IsOpen() ? log.Read(kLogHeaderBytes, 0) : std::string();
+    const std::string header = log.Failure() == 0 ? log.Read(kLogHeaderBytes, 0) : std::string();
     if (header.size() < kLogHeaderBytes || BigEndian(header, 8, 4) != pageSize)
         return result;
     const std::string salt = header.substr(16, 8);
@@ -146,24 +153,24 @@ bool IsCutShort(std::string_view header, std::int64_t sizeBytes, const std::stri
 
 DatabaseIdentity IdentityOf(const std::string &path)
 {
-    const struct stat info = StatOrThrow(path);
-    return {info.st_dev, info.st_ino};
+    const platform::FileIdentity found = IdentifyOrThrow(path);
+    return {found.device, found.inode};
 }
 
 DatabaseIdentity InspectCatalogueFile(const std::string &path)
 {
-    const struct stat info = StatOrThrow(path);
-    if (!S_ISREG(info.st_mode))
+    const platform::FileIdentity found = IdentifyOrThrow(path);
+    if (found.kind != platform::FileKind::Regular)
         ThrowGeneric(path, "is no file.");
     const ReadOnlyFile file(path);
-    if (!file.IsOpen())
-        throw ProviderFailure(kStatementFailure, "'" + path + "': " + std::strerror(errno));
+    if (const int reason = file.Failure(); reason != 0)
+        ThrowUnreadable(path, reason);
     const std::string header = file.Read(kHeaderBytes, 0);
     if (!IsSoundHeader(header))
-        ThrowGeneric(path, info.st_size == 0 ? "is empty." : "is no catalogue.");
-    if (IsCutShort(header, info.st_size, path))
+        ThrowGeneric(path, found.sizeBytes == 0 ? "is empty." : "is no catalogue.");
+    if (IsCutShort(header, found.sizeBytes, path))
         ThrowGeneric(path, "is cut short.");
-    return {info.st_dev, info.st_ino};
+    return {found.device, found.inode};
 }
 
 } // namespace catalogue

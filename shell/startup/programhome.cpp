@@ -2,15 +2,17 @@
 
 #include "runtime/paths.h"
 
-#include <unistd.h>
+#include <filesystem>
+#include <system_error>
 
 namespace shell
 {
 
 bool IsInstalled(const ProgramPlaces &places)
 {
+    std::error_code unknown;
     return places.ownChoice.empty() &&
-           access((places.programFolder + runtime::PathSeparator + "portable").c_str(), F_OK) != 0;
+           !std::filesystem::exists(runtime::JoinPath(places.programFolder, "portable"), unknown);
 }
 
 std::string ChooseProgramHome(const ProgramPlaces &places)

@@ -6,9 +6,6 @@
 #include "runtime/hash.h"
 #include "runtime/paths.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
@@ -18,6 +15,7 @@
 #include <map>
 #include <sstream>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -43,7 +41,8 @@ void Check(int reason, const std::string &path)
 
 bool IsThere(const std::string &path)
 {
-    return access(path.c_str(), F_OK) == 0;
+    std::error_code unknown;
+    return fs::exists(path, unknown);
 }
 
 std::string Read(const std::string &path)
@@ -172,12 +171,10 @@ std::string FormatRecord(const CopiedFiles &files)
 
 std::string StateOf(const std::string &path)
 {
-    struct stat file = {};
-    if (stat(path.c_str(), &file) != 0)
+    platform::FileIdentity file;
+    if (platform::TheFiles().Identify(path, file) != 0)
         return "0 0";
-    constexpr long long kNsPerSecond = 1'000'000'000;
-    return std::to_string(file.st_size) + " " +
-           std::to_string(file.st_mtim.tv_sec * kNsPerSecond + file.st_mtim.tv_nsec);
+    return std::to_string(file.sizeBytes) + " " + std::to_string(file.modifiedNs);
 }
 
 // Replaces the user's copy at `to` by `bytes` when it is still the file that was `copied`. Adds a
