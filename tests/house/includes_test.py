@@ -1,9 +1,13 @@
-"""The include graph: no arrow up, no circle, Qt in windows only.
+"""The include graph: no arrow up, no circle, Qt in windows only, the operating system behind ports only.
 
 A file may include its own floor and those below. A module is a header and the source beside it; modules
 form no circle, neither within an area nor through several. An area is a folder at the top; a folder inside
 catalogue/ is private: only catalogue/ includes it. The floors, from the lowest: runtime, toolkit-free
 controls, platform ports, the top of shell/, metadata, catalogue, the subsystems' logic, windows, app.
+
+Another operating system needs other sources in the place of platform/posix/ and other players. So headers of
+the operating system are included there and nowhere else; and besides these folders only app/, which fills the
+ports in, includes headers of platform/posix/.
 """
 import pathlib
 import re
@@ -40,6 +44,40 @@ def floor(path):
 
 def is_private(path):
     return path.parts[0] == "catalogue" and len(path.parts) > 2
+
+
+# Headers in angle brackets that end in ".h" and are the same on every system: those of libraries, and of the
+# processor. All others are the operating system's; C++ has none.
+PORTABLE_HEADERS = {"curl/curl.h", "emmintrin.h", "iconv.h", "sqlite3.h", "utf8proc.h", "xxhash.h", "zlib.h",
+                    "commentsframe.h", "id3v2tag.h", "tbytevector.h", "textidentificationframe.h",
+                    "tstring.h", "unsynchronizedlyricsframe.h"}
+SYSTEM_FOLDERS = {("platform", "posix"), ("platform", "player")}
+
+# What still asks the operating system directly: the listing of a walk with its many folders (a port with
+# open folders), the queue of writers (a lock that can be tested without taking it), and whether standard
+# output is a terminal (platform/session.h has the answer).
+NOT_YET = {
+    "catalogue/regeneration/listing.cpp", "catalogue/regeneration/listing.h",
+    "catalogue/sqlite/writequeue.cpp", "shell/startup/regeneratejob.cpp",
+}
+
+
+def is_system_header(name):
+    """Whether the name between an include's angle brackets is one of the operating system's."""
+    return name.endswith(".h") and name not in PORTABLE_HEADERS and not is_toolkit(name)
+
+
+def system_users(files):
+    """The files that use the operating system without a port, sorted."""
+    found = set()
+    for path, text in files.items():
+        if path.parts[:2] in SYSTEM_FOLDERS:
+            continue
+        for quoted, name in includes(text):
+            is_inner = name.startswith("platform/posix/") and path.parts[0] != "app"
+            if is_inner if quoted else is_system_header(name):
+                found.add(str(path))
+    return sorted(found)
 
 
 def includes(text):
@@ -161,6 +199,27 @@ class Includes(unittest.TestCase):
         for source, header in OTHER_SOURCES.items():
             if header is not None:
                 self.assertIn(f'#include "{header}"', (house.SOURCE / source).read_text(encoding="utf-8"))
+
+    def test_the_rule_sees_each_use_of_the_operating_system(self):
+        def users(path, text):
+            return system_users({pathlib.PurePosixPath(path): text})
+
+        for header in ("unistd.h", "sys/stat.h", "dirent.h", "windows.h", "signal.h", "linux/fs.h"):
+            text = f"#include <{header}>\n"
+            self.assertEqual(users("catalogue/a.cpp", text), ["catalogue/a.cpp"])
+            self.assertEqual(users("platform/disk/a.h", text), ["platform/disk/a.h"])
+            self.assertEqual(users("app/a.cpp", text), ["app/a.cpp"])
+            self.assertEqual(users("platform/posix/disk/a.cpp", text), [])
+        for header in ("csignal", "filesystem", "sqlite3.h", "QString", "QtCore/qglobal.h"):
+            self.assertEqual(users("catalogue/a.cpp", f"#include <{header}>\n"), [])
+        text = '#include "platform/posix/disk/a.h"\n'
+        self.assertEqual(users("lyrics/a.cpp", text), ["lyrics/a.cpp"])
+        self.assertEqual(users("platform/a.cpp", text), ["platform/a.cpp"])
+        self.assertEqual(users("app/a.cpp", text), [])
+        self.assertEqual(users("platform/player/a.cpp", text), [])
+
+    def test_the_operating_system_is_behind_ports(self):
+        self.assertEqual(system_users(tree()), sorted(NOT_YET))
 
     def test_tools_include_no_toolkit(self):
         """What draws with Qt is in ui/qt, a tool too."""
