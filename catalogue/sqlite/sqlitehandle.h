@@ -86,7 +86,10 @@ private:
         using is_transparent = void;
         std::size_t operator()(std::string_view text) const
         {
-            return std::hash<std::string_view>{}(text);
+            // Where statements differ. Texts with the same hash are compared.
+            constexpr std::size_t kEnd = 48;
+            const std::size_t rest = text.size() > kEnd ? text.size() - kEnd : 0;
+            return text.size() ^ std::hash<std::string_view>{}(text.substr(rest));
         }
     };
 
