@@ -103,7 +103,7 @@ void BlankTag(Addition &addition)
 // operating system's words.
 bool ReadTags(Addition &addition)
 {
-    metadata::SongInfo song = metadata::ReadSongInfo(addition.path);
+    metadata::SongInfo song = metadata::ReadSongTags(addition.path);
     addition.tag = std::move(song.id3v2);
     if (const int failure = metadata::LastReadFailure(); failure != 0) {
         addition.result = kFailed;

@@ -155,34 +155,48 @@ void TakeLengthOnly(const std::string &path, MPEGHeader &header)
         header.FileSize = static_cast<std::int32_t>(now.sizeBytes);
 }
 
+// The part of GetMP3Info about the tags. Returns: whether the file could be opened and its tags do
+// not claim too much.
+bool TakeTags(State &state, const std::string &path, ID3v1Tag &id3v1, ID3v2Tag &id3v2,
+              bool &hasID3v1, bool &hasID3v2, bool preferID3v2)
+{
+    hasID3v1 = false;
+    hasID3v2 = false;
+    id3v1.Genre = -1;
+    id3v2.Genre = "-1";
+    id3v2.kind = KindInUse();
+    Fetch(state, path);
+    const FileBytes &bytes = *state.bytes;
+    if (bytes.opened && bytes.hasID3v2Header)
+        state.majorVersion = bytes.majorVersion;
+    if (!bytes.opened || bytes.claimsTooMuch)
+        return false;
+    hasID3v2 = HasTag(bytes);
+    TakeID3v1(state, id3v1, hasID3v1, !(hasID3v2 && preferID3v2));
+    if (hasID3v2 && bytes.readsUnicode)
+        TakeTexts(*bytes.texts, id3v2);
+    else if (hasID3v2)
+        TakeID3v2(state, id3v2);
+    return true;
+}
+
 } // namespace
 
 void GetMP3Info(const std::string &FileName, ID3v1Tag &ID3v1, ID3v2Tag &ID3v2, MPEGHeader &Header,
                 bool &HasID3v1, bool &HasID3v2, bool PreferID3v2)
 {
     State &state = TheState();
-    HasID3v1 = false;
-    HasID3v2 = false;
-    ID3v1.Genre = -1;
-    ID3v2.Genre = "-1";
-    ID3v2.kind = KindInUse();
-    Fetch(state, FileName);
-    const FileBytes &bytes = *state.bytes;
-    if (!bytes.opened) {
+    if (TakeTags(state, FileName, ID3v1, ID3v2, HasID3v1, HasID3v2, PreferID3v2))
+        TakeHeader(*state.bytes, Header);
+    else if (!state.bytes->opened)
         TakeLengthOnly(FileName, Header);
-        return;
-    }
-    if (bytes.hasID3v2Header)
-        state.majorVersion = bytes.majorVersion;
-    if (bytes.claimsTooMuch)
-        return;
-    HasID3v2 = HasTag(bytes);
-    TakeID3v1(state, ID3v1, HasID3v1, !(HasID3v2 && PreferID3v2));
-    if (HasID3v2 && bytes.readsUnicode)
-        TakeTexts(*bytes.texts, ID3v2);
-    else if (HasID3v2)
-        TakeID3v2(state, ID3v2);
-    TakeHeader(bytes, Header);
+}
+
+SongInfo ReadSongTags(const std::string &path)
+{
+    SongInfo info;
+    TakeTags(TheState(), path, info.id3v1, info.id3v2, info.hasID3v1, info.hasID3v2, false);
+    return info;
 }
 
 SongInfo ReadSongInfo(const std::string &path, bool preferID3v2)

@@ -47,6 +47,9 @@ struct SongInfo {
 };
 SongInfo ReadSongInfo(const std::string &path, bool preferID3v2 = false);
 
+// The same for a caller that needs the tags alone: `header` stays fresh.
+SongInfo ReadSongTags(const std::string &path);
+
 // Which of the two tags GetMP3Info would find, without their fields. Sets LastReadFailure and
 // LastSeen as GetMP3Info does, and keeps the bytes for the next call of it.
 void GetTagFlags(const std::string &FileName, bool &HasID3v1, bool &HasID3v2);

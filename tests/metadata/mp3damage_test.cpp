@@ -76,6 +76,10 @@ protected:
         tests::WriteFile(m_path, bytes);
         SongInfo pass = ReadSongInfo(m_path);
         ExpectSane(pass, bytes, what);
+        SongInfo tags = metadata::ReadSongTags(m_path);
+        EXPECT_EQ(tags.header, metadata::MPEGHeader()) << what;
+        tags.header = pass.header;
+        EXPECT_EQ(tags, pass) << what;
         return pass;
     }
 
