@@ -26,6 +26,13 @@ void OpenStandardStreams()
             open(kNothing, fd == STDIN_FILENO ? O_RDONLY : O_WRONLY);
 }
 
+// The reason of the failure that came last.
+std::string WordsOfFailure()
+{
+    const char *words = dlerror();
+    return words != nullptr ? words : "it is null";
+}
+
 [[noreturn]] void RunAndEnd(const std::function<void()> &trial)
 {
     const rlimit none{0, 0};
@@ -68,7 +75,7 @@ void *OpenLibrary(const std::string &path, std::string &why)
 {
     void *library = dlopen(path.c_str(), RTLD_LAZY | RTLD_LOCAL);
     if (library == nullptr)
-        why = dlerror();
+        why = WordsOfFailure();
     return library;
 }
 
@@ -76,7 +83,7 @@ void *FindInLibrary(void *library, const char *name, std::string &why)
 {
     void *found = dlsym(library, name);
     if (found == nullptr)
-        why = dlerror();
+        why = WordsOfFailure();
     return found;
 }
 

@@ -12,6 +12,7 @@
 
 #include <cerrno>
 #include <chrono>
+#include <ctime>
 #include <filesystem>
 #include <string>
 
@@ -110,9 +111,13 @@ TEST(AbandonedFiles, AreRemovedWhenTheyAreOurOwnAndOld)
     fs::create_directory(folder / "folder.quenlin-abc123");
     fs::create_symlink("a.backup", folder / "link.quenlin-abc123");
     const auto agePast = [&](std::chrono::hours age) {
-        for (const auto &entry : fs::directory_iterator(folder.Path()))
-            if (!entry.is_symlink() && entry.path().stem() != "young")
-                fs::last_write_time(entry.path(), fs::file_time_type::clock::now() - age);
+        const timespec then{time(nullptr) - std::chrono::seconds(age).count(), 0};
+        const timespec times[] = {then, then};
+        for (const auto &entry : fs::directory_iterator(folder.Path())) {
+            if (entry.path().stem() == "young")
+                continue;
+            EXPECT_EQ(utimensat(AT_FDCWD, entry.path().c_str(), times, AT_SYMLINK_NOFOLLOW), 0);
+        }
     };
     agePast(std::chrono::hours(23));
     RemoveAbandonedFiles(folder.Path());
