@@ -242,8 +242,12 @@ void CatalogueFile::ShareScan(const std::vector<std::string> &columns)
     m_scan.reset();
     if (!m_texts)
         m_reader.reset();
-    if (!columns.empty() && m_main->HasSnapshots())
-        m_scan = std::make_unique<SharedScan>(Reader(), columns);
+    if (columns.empty() || !m_main->HasSnapshots())
+        return;
+    m_main->ReleasePages();
+    for (const auto &handle : m_idle)
+        handle->ReleasePages();
+    m_scan = std::make_unique<SharedScan>(Reader(), columns);
 }
 
 void CatalogueFile::BeginWrite(SqliteHandle &handle)

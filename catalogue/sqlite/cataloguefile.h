@@ -63,7 +63,8 @@ public:
     std::optional<std::vector<std::int64_t>> FindTexts(const LikeSearch &search);
 
     // The coming statements that sort all rows by one of these columns share one walk over the
-    // table. Without columns the sharing ends, and what was kept for it is freed.
+    // table, whose texts take the memory of the pages that were kept. Without columns the sharing
+    // ends, and what was kept for it is freed.
     void ShareScan(const std::vector<std::string> &columns);
 
     // The walk that is shared; null when none is.

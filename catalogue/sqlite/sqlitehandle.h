@@ -63,6 +63,9 @@ public:
     // that reads each page once. Returns: the former value, at first false.
     bool KeepFewPages(bool on);
 
+    // Frees the pages that the connection keeps and does not use now.
+    void ReleasePages() { sqlite3_db_release_memory(m_db); }
+
     // A number from SQLite that differs from an earlier one of the same handle when another
     // connection has committed a change since. -1 when it is not known.
     [[nodiscard]] std::int64_t DataVersion();

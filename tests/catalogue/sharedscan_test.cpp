@@ -1,5 +1,6 @@
 // Statements that share one walk over the songs: the same rows as without it, always those of the
 // catalogue as it is now, and the songs are read once.
+#include "catalogue/sqlite/cataloguefile.h"
 #include "catalogue/sqlite/opengroup.h"
 #include "tests/support/faultycalls.h"
 #include "tests/support/freshcatalogue.h"
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -110,6 +112,29 @@ TEST_F(SharedWalk, ReadsTheSongsOnce)
     home.access.ShareScan(kColumns);
     home.access.ShareScan({});
     EXPECT_GT(PiecesRead(), 6 * kRows);
+}
+
+TEST_F(SharedWalk, WalksKeepFewPagesAndTheTextsTakeTheirMemory)
+{
+    const auto bytesKept = [](SqliteHandle &handle) {
+        int now = 0, most = 0;
+        EXPECT_EQ(sqlite3_db_status(handle.Db(), SQLITE_DBSTATUS_CACHE_USED, &now, &most, 0),
+                  SQLITE_OK);
+        return now;
+    };
+    constexpr int kMany = 1 << 20, kFew = 1 << 19;
+    AddOddRows(true);
+    const auto file = CatalogueFile::At(home.File());
+    EXPECT_GT(bytesKept(file->Main()), kMany);
+    home.Rows("SELECT * FROM MP3s ORDER BY Lyrics");
+    auto reader = file->TakeHandle();     // the one that has read the rows
+    EXPECT_GT(bytesKept(*reader), kMany); // they were read one by one, after the walk
+    file->ReturnHandle(reader);
+    home.access.ShareScan(kColumns);
+    EXPECT_LT(bytesKept(file->Main()), kFew);
+    EXPECT_LT(bytesKept(*reader), kFew);
+    Records(home.access.ExecuteSQL("SELECT * FROM MP3s ORDER BY Lyrics", kSelect));
+    EXPECT_LT(bytesKept(*reader), kFew);
 }
 
 TEST_F(SharedWalk, AChangeIsSeenByTheNextStatement)
