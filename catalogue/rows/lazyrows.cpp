@@ -73,9 +73,10 @@ FoundRows FindRows(SqliteHandle &handle, const RowQuery &query,
         found.rows.push_back(sqlite3_column_int64(statement, 0));
         int column = 0;
         for (auto &key : found.keys) {
-            const bool isNull = sqlite3_column_type(statement, ++column) == SQLITE_NULL;
-            key.numbers.push_back(isNull ? TextPool::kNull
-                                         : key.texts.Add(ColumnText(statement, column)));
+            const auto text = ColumnText(statement, ++column);
+            const bool isNull =
+                text.empty() && sqlite3_column_type(statement, column) == SQLITE_NULL;
+            key.numbers.push_back(isNull ? TextPool::kNull : key.texts.Add(text));
         }
     }
     if (code != SQLITE_DONE)

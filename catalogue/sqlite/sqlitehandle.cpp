@@ -313,11 +313,10 @@ void BindValue(sqlite3_stmt *statement, int parameter, const Value &value)
 
 std::string_view ColumnText(sqlite3_stmt *statement, int column)
 {
-    // sqlite3_column_text would make a copy of the text, to add a NUL.
-    const auto *text = sqlite3_column_type(statement, column) == SQLITE_TEXT
-                           ? static_cast<const char *>(sqlite3_column_blob(statement, column))
-                           : reinterpret_cast<const char *>(sqlite3_column_text(statement, column));
-    if (text == nullptr)
+    // sqlite3_column_text would make a copy of a text, to add a NUL. A number has its text here
+    // too.
+    const auto *text = static_cast<const char *>(sqlite3_column_blob(statement, column));
+    if (text == nullptr) // also for an empty text
         return {};
     return {text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
 }

@@ -146,7 +146,8 @@ private:
 void BindText(sqlite3_stmt *statement, int parameter, std::string_view text);
 void BindValue(sqlite3_stmt *statement, int parameter, const Value &value);
 
-// The text of a column of the current row, NULs included; empty for a null.
+// The text of a column of the current row, NULs included; empty, without data, for a null and for
+// the empty text.
 std::string_view ColumnText(sqlite3_stmt *statement, int column);
 
 } // namespace catalogue
