@@ -6,11 +6,8 @@
 #include "runtime/paths.h"
 #include "runtime/text.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <new>
 #include <set>
@@ -42,38 +39,19 @@ bool IsTrash(std::string_view name)
 // Whether a file is the companion that another operating system puts beside each file on a foreign
 // disk: its name begins with "._", its bytes begin with that format's mark. Source: AppleDouble,
 // RFC 1740.
-bool IsCompanion(DIR *folder, const char *name)
+bool IsCompanion(const platform::FolderReader &folder, const char *name)
 {
     constexpr std::string_view kMark = std::string_view("\x00\x05\x16\x07", 4);
     if (!std::string_view(name).starts_with("._"))
         return false;
-    const int file = openat(dirfd(folder), name, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (file < 0)
-        return false;
-    char start[kMark.size()] = {};
-    const ssize_t got = pread(file, start, sizeof start, 0);
-    close(file);
-    return std::string_view(start, got > 0 ? static_cast<std::size_t>(got) : 0) == kMark;
-}
-
-bool IsDotName(const char *name)
-{
-    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+    std::array<char, kMark.size()> start{};
+    const std::size_t got = folder.ReadStart(name, start.data(), start.size());
+    return std::string_view(start.data(), got) == kMark;
 }
 
 bool MatchesPattern(std::string_view name)
 {
     return name.size() >= 4 && runtime::EqualAscii(name.substr(name.size() - 4), ".mp3");
-}
-
-// Whether the entry is a folder or a link to one. False when this cannot be found out, so that a
-// broken link named like an MP3 file is listed and reported as a file.
-bool IsFolder(DIR *parent, const dirent &entry)
-{
-    if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK)
-        return entry.d_type == DT_DIR;
-    struct stat status;
-    return fstatat(dirfd(parent), entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
 }
 
 void SortNames(std::vector<std::string> &names)
@@ -89,37 +67,23 @@ void SortNames(std::vector<std::string> &names)
                    [](auto &entry) { return std::move(entry.second); });
 }
 
-void ReadNames(DIR *folder, FolderListing &listing)
+// A broken link named like an MP3 file is listed and reported as a file.
+void ReadNames(platform::FolderReader &folder, FolderListing &listing)
 {
-    for (;;) {
-        errno = 0;
-        const dirent *entry = readdir(folder);
-        if (entry == nullptr)
-            break;
-        if (IsDotName(entry->d_name))
-            continue;
-        if (IsFolder(folder, *entry)) {
-            if (!IsTrash(entry->d_name))
-                listing.folders.emplace_back(entry->d_name);
-        } else if (MatchesPattern(entry->d_name) && !IsCompanion(folder, entry->d_name)) {
-            listing.files.emplace_back(entry->d_name);
+    platform::FolderEntry entry;
+    int failure = 0;
+    while (folder.Next(entry, failure)) {
+        if (entry.isFolder) {
+            if (!IsTrash(entry.name))
+                listing.folders.emplace_back(entry.name);
+        } else if (MatchesPattern(entry.name) && !IsCompanion(folder, entry.name)) {
+            listing.files.emplace_back(entry.name);
         }
     }
-    if (errno != 0)
-        ThrowFolderError(errno);
+    if (failure != 0)
+        ThrowFolderError(failure);
     SortNames(listing.folders);
     SortNames(listing.files);
-}
-
-std::int64_t Nanoseconds(const timespec &time)
-{
-    return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
-}
-
-FolderState StateOf(const struct stat &status)
-{
-    return {
-        {status.st_dev, status.st_ino}, Nanoseconds(status.st_mtim), Nanoseconds(status.st_ctim)};
 }
 
 // The memory that the listing takes, approximately.
@@ -177,27 +141,18 @@ private:
 
     std::shared_ptr<ListingCache> m_cache;
     std::shared_ptr<const std::atomic<bool>> m_isOver;
-    std::set<FolderIdentity> m_reached;
+    std::set<platform::FolderIdentity> m_reached;
     bool m_isFull = false;
 };
 
 } // namespace
 
-std::optional<FolderState> FolderStateAt(const std::string &path)
-{
-    struct stat status;
-    return stat(path.c_str(), &status) == 0 ? std::optional(StateOf(status)) : std::nullopt;
-}
-
 OpenFolder::OpenFolder(const std::string &path)
     : m_listing(std::make_shared<FolderListing>()),
       m_openedAtNs(platform::SystemFiles().StampClockNs())
 {
-    m_folder.reset(opendir(path.c_str()));
-    struct stat status;
-    if (m_folder == nullptr || fstat(dirfd(m_folder.get()), &status) != 0)
-        ThrowFolderError(errno);
-    m_state = StateOf(status);
+    if (const int failure = m_folder.Open(path, m_state); failure != 0)
+        ThrowFolderError(failure);
     m_listing->path = path;
     m_listing->identity = m_state.identity;
 }
@@ -211,14 +166,15 @@ bool OpenFolder::WasSettled() const
 
 ListingPtr OpenFolder::Read()
 {
-    ReadNames(m_folder.get(), *m_listing);
+    ReadNames(m_folder, *m_listing);
     return std::move(m_listing);
 }
 
 ListingPtr ListingCache::Find(const std::string &path)
 {
     const Kept kept = KeptOf(path);
-    return kept.listing != nullptr && FolderStateAt(path) == kept.state ? kept.listing : nullptr;
+    return kept.listing != nullptr && platform::FolderStateAt(path) == kept.state ? kept.listing
+                                                                                  : nullptr;
 }
 
 ListingPtr ListingCache::FindOld(const std::string &path)

@@ -2,45 +2,29 @@
 // walk keeps because it reaches each folder more than once.
 #pragma once
 
-#include <dirent.h>
+#include "platform/disk/folderreader.h"
 
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 namespace catalogue
 {
 
-using FolderIdentity = std::pair<std::uint64_t, std::uint64_t>; // device and inode
-
 // The content of one folder, read in one pass. The names are sorted by their upper case, equal ones
 // by their bytes.
 struct FolderListing {
     std::string path;
-    FolderIdentity identity;
+    platform::FolderIdentity identity;
     std::vector<std::string> folders; // names, links to folders included; without trash folders
     std::vector<std::string> files;   // names that end in ".mp3" in any letter case; no companions
 };
 using ListingPtr = std::shared_ptr<const FolderListing>; // owned by boxes and a ListingCache
-
-// The identity of a folder, and its state.
-struct FolderState {
-    FolderIdentity identity;
-    std::int64_t modifiedNs = 0; // since 1970, UTC
-    std::int64_t changedNs = 0;
-
-    bool operator==(const FolderState &) const = default;
-};
-
-// The folder at `path` now; nullopt when there is none or it cannot be examined.
-std::optional<FolderState> FolderStateAt(const std::string &path);
 
 // A folder that is open, to be listed. Errors of both steps: kPathNotFound when there is no such
 // folder; else FileError when it cannot be read.
@@ -49,7 +33,10 @@ class OpenFolder
 public:
     explicit OpenFolder(const std::string &path);
 
-    [[nodiscard]] const FolderState &State() const { return m_state; } // when it was opened
+    [[nodiscard]] const platform::FolderState &State() const
+    {
+        return m_state;
+    } // when it was opened
 
     // Whether any later change of the folder changes its state: it was opened long enough after its
     // last change.
@@ -59,12 +46,9 @@ public:
     ListingPtr Read();
 
 private:
-    struct CloseFolder {
-        void operator()(DIR *folder) const { closedir(folder); }
-    };
-    std::unique_ptr<DIR, CloseFolder> m_folder;
+    platform::FolderReader m_folder;
     std::shared_ptr<FolderListing> m_listing; // empty until Read
-    FolderState m_state;
+    platform::FolderState m_state;
     std::int64_t m_openedAtNs = 0; // by the clock of file stamps
 };
 
@@ -87,7 +71,7 @@ public:
 private:
     struct Kept {
         ListingPtr listing;
-        FolderState state;
+        platform::FolderState state;
     };
     Kept KeptOf(const std::string &path);
 

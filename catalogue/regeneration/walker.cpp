@@ -4,6 +4,7 @@
 #include "runtime/paths.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace catalogue
 {
@@ -12,9 +13,9 @@ namespace
 {
 
 // Whether `path` still leads to the folder of this identity.
-bool IsStill(const std::string &path, const FolderIdentity &identity)
+bool IsStill(const std::string &path, const platform::FolderIdentity &identity)
 {
-    const auto state = FolderStateAt(path);
+    const auto state = platform::FolderStateAt(path);
     return state && state->identity == identity;
 }
 
@@ -64,7 +65,8 @@ ListingPtr FolderBox::ReadBelow(const std::string &path)
     std::optional<OpenFolder> folder;
     if (listing == nullptr)
         folder.emplace(path);
-    const FolderIdentity identity = listing ? listing->identity : folder->State().identity;
+    const platform::FolderIdentity identity =
+        listing ? listing->identity : folder->State().identity;
     std::string &reached = m_reached[identity];
     if (!reached.empty() && reached != path && IsStill(reached, identity))
         return std::make_shared<FolderListing>(FolderListing{path, identity, {}, {}});

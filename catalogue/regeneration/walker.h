@@ -63,8 +63,8 @@ private:
 
     std::string m_path;
     std::vector<ListingPtr> m_listings; // from the outermost folder down to the one in the box
-    std::map<FolderIdentity, std::string> m_reached; // by which path, since SetRoot
-    ListingCache *m_cache = nullptr;                 // for the folders below the root
+    std::map<platform::FolderIdentity, std::string> m_reached; // by which path, since SetRoot
+    ListingCache *m_cache = nullptr;                           // for the folders below the root
     bool m_takesOld = false;
 };
 

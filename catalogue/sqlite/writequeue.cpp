@@ -1,68 +1,25 @@
 #include "catalogue/sqlite/writequeue.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <utility>
 
 namespace catalogue
 {
 
-namespace
-{
-
-// A lock of the open file description on its first byte: unlike a lock of the process it is not
-// lost when another descriptor of the file is closed.
-struct flock FirstByte(short type)
-{
-    struct flock lock = {};
-    lock.l_type = type;
-    lock.l_whence = SEEK_SET;
-    lock.l_len = 1;
-    return lock;
-}
-
-} // namespace
-
-WriteQueue::WriteQueue(std::string path) : m_path(std::move(path)) {}
-
-WriteQueue::~WriteQueue()
-{
-    if (m_file >= 0)
-        close(m_file);
-}
-
-bool WriteQueue::Open()
-{
-    if (m_file < 0 && !m_failed) {
-        m_file = open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-        m_failed = m_file < 0;
-    }
-    return m_file >= 0;
-}
+WriteQueue::WriteQueue(std::string path) : m_place(std::move(path)) {}
 
 bool WriteQueue::IsAnotherWaiting()
 {
-    if (!Open())
-        return false;
-    struct flock lock = FirstByte(F_WRLCK);
-    return fcntl(m_file, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+    return m_place.Open() && m_place.IsLockedByAnother();
 }
 
 bool WriteQueue::TryEnter()
 {
-    if (!Open())
-        return true;
-    struct flock lock = FirstByte(F_WRLCK);
-    return fcntl(m_file, F_OFD_SETLK, &lock) == 0;
+    return !m_place.Open() || m_place.TryLock();
 }
 
 void WriteQueue::Leave()
 {
-    if (m_file < 0)
-        return;
-    struct flock lock = FirstByte(F_UNLCK);
-    fcntl(m_file, F_OFD_SETLK, &lock);
+    m_place.Unlock();
 }
 
 } // namespace catalogue

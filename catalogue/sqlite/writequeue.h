@@ -3,6 +3,8 @@
 // row, at most once in a millisecond, so that a waiting process gets its turn within milliseconds.
 #pragma once
 
+#include "platform/disk/filelock.h"
+
 #include <string>
 
 namespace catalogue
@@ -14,9 +16,6 @@ public:
     // `path`: the lock file; created at the first use, empty, and never deleted. Where it cannot be
     // created, IsAnotherWaiting is always false and TryEnter always true.
     explicit WriteQueue(std::string path);
-    ~WriteQueue();
-    WriteQueue(const WriteQueue &) = delete;
-    WriteQueue &operator=(const WriteQueue &) = delete;
 
     // Whether another process (or another object in this process) waits. Takes one system call.
     [[nodiscard]] bool IsAnotherWaiting();
@@ -27,11 +26,7 @@ public:
     void Leave();
 
 private:
-    bool Open();
-
-    std::string m_path;
-    int m_file = -1;
-    bool m_failed = false;
+    platform::FileLock m_place;
 };
 
 } // namespace catalogue

@@ -4,6 +4,7 @@
 #include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/machine.h"
+#include "platform/session.h"
 #include "platform/settingsstore.h"
 #include "platform/terminal/terminaltext.h"
 #include "runtime/paths.h"
@@ -12,8 +13,6 @@
 #include "shell/globals.h"
 #include "shell/settings.h"
 #include "ui/controls/statusbar.h"
-
-#include <unistd.h>
 
 #include <cstdint>
 #include <cstdio>
@@ -38,7 +37,7 @@ std::string Shown(const std::string &path)
 class Progress
 {
 public:
-    Progress() : m_onTerminal(isatty(STDOUT_FILENO) == 1)
+    Progress() : m_onTerminal(platform::IsTerminal(platform::Stream::Output))
     {
         m_bar.changed = [this] { PanelsChanged(); };
     }

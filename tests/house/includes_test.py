@@ -53,15 +53,6 @@ PORTABLE_HEADERS = {"curl/curl.h", "emmintrin.h", "iconv.h", "sqlite3.h", "utf8p
                     "tstring.h", "unsynchronizedlyricsframe.h"}
 SYSTEM_FOLDERS = {("platform", "posix"), ("platform", "player")}
 
-# What still asks the operating system directly: the listing of a walk with its many folders (a port with
-# open folders), the queue of writers (a lock that can be tested without taking it), and whether standard
-# output is a terminal (platform/session.h has the answer).
-NOT_YET = {
-    "catalogue/regeneration/listing.cpp", "catalogue/regeneration/listing.h",
-    "catalogue/sqlite/writequeue.cpp", "shell/startup/regeneratejob.cpp",
-}
-
-
 def is_system_header(name):
     """Whether the name between an include's angle brackets is one of the operating system's."""
     return name.endswith(".h") and name not in PORTABLE_HEADERS and not is_toolkit(name)
@@ -141,8 +132,10 @@ OTHER_SOURCES = {
     "platform/posix/process.cpp": "platform/process.h",
     "platform/posix/session.cpp": "platform/session.h",
     "platform/posix/spawn.cpp": "platform/spawn.h",
+    "platform/posix/disk/filelock.cpp": "platform/disk/filelock.h",
     "platform/posix/disk/filesinuse.cpp": "platform/disk/files.h",
     "platform/posix/disk/filewriting.cpp": "platform/posix/disk/systemfiles.h",
+    "platform/posix/disk/folderreader.cpp": "platform/disk/folderreader.h",
     "platform/posix/disk/userfolders.cpp": "platform/disk/userfolders.h",
     "platform/posix/disk/wholefiles.cpp": "platform/disk/wholefiles.h",
     "ui/qt/formarrangement.cpp": "ui/qt/formwindow.h",
@@ -219,7 +212,7 @@ class Includes(unittest.TestCase):
         self.assertEqual(users("platform/player/a.cpp", text), [])
 
     def test_the_operating_system_is_behind_ports(self):
-        self.assertEqual(system_users(tree()), sorted(NOT_YET))
+        self.assertEqual(system_users(tree()), [])
 
     def test_tools_include_no_toolkit(self):
         """What draws with Qt is in ui/qt, a tool too."""

@@ -1,5 +1,7 @@
 #include "platform/posix/disk/systemfiles.h"
 
+#include "platform/posix/disk/timestamps.h"
+
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/stat.h>
@@ -16,18 +18,13 @@ namespace platform
 namespace
 {
 
-std::int64_t Nanoseconds(const timespec &time)
-{
-    return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
-}
-
 void Take(const struct stat &status, FileIdentity &identity)
 {
     identity.device = status.st_dev;
     identity.inode = status.st_ino;
     identity.sizeBytes = status.st_size;
-    identity.modifiedNs = Nanoseconds(status.st_mtim);
-    identity.changedNs = Nanoseconds(status.st_ctim);
+    identity.modifiedNs = posix::Nanoseconds(status.st_mtim);
+    identity.changedNs = posix::Nanoseconds(status.st_ctim);
     identity.kind = S_ISREG(status.st_mode)   ? FileKind::Regular
                     : S_ISDIR(status.st_mode) ? FileKind::Folder
                                               : FileKind::Other;
