@@ -6,6 +6,7 @@
 #include "runtime/error.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
+#include "runtime/utf8.h"
 #include "shell/language.h"
 
 #include <map>
@@ -16,8 +17,9 @@ namespace browser
 namespace
 {
 
-constexpr int kInfoWidth = 2515;        // twips
-constexpr int kLongestFieldText = 1200; // the most characters of a field that the panel shows
+constexpr int kInfoWidth = 2515; // twips
+constexpr std::size_t kLongestFieldText =
+    1200; // the most characters of a field that the panel shows
 
 struct State {
     int InfoLabelTop = 0; // the top of lblInfo when ClearSearchPanel was first called
@@ -26,18 +28,6 @@ State &TheState()
 {
     static State state;
     return state;
-}
-
-// The number of bytes of the first `count` characters.
-std::size_t LengthOfCharacters(std::string_view text, int count)
-{
-    std::size_t at = 0;
-    for (; at < text.size(); ++at) {
-        const bool starts = (static_cast<unsigned char>(text[at]) & 0xC0) != 0x80;
-        if (starts && count-- == 0)
-            break;
-    }
-    return at;
 }
 
 std::string PluralSelected()
@@ -55,9 +45,9 @@ std::string FieldsOfRow(const ui::KeyedList &list, ui::RowId row)
         const std::string_view text = list.SubItemAt(row, static_cast<int>(column));
         if (text.empty() || columns[column].widthTwips <= 0)
             continue;
-        const std::size_t shown = LengthOfCharacters(text, kLongestFieldText);
-        info.append(columns[column].caption).append(": ").append(text.substr(0, shown));
-        if (shown < text.size())
+        const std::string_view shown = runtime::LeftCharacters(text, kLongestFieldText);
+        info.append(columns[column].caption).append(": ").append(shown);
+        if (shown.size() < text.size())
             info.append("\r ...");
         info.append("\r\n\r\n");
     }

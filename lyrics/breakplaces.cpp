@@ -1,5 +1,7 @@
 #include "lyrics/breakplaces.h"
 
+#include "runtime/utf8.h"
+
 #include <algorithm>
 #include <cstddef>
 
@@ -11,9 +13,9 @@ BreakPlaces::BreakPlaces(std::string_view text, metadata::TextKind kind)
     const bool isUtf8 = kind == metadata::TextKind::Utf8;
     int shift = 0;
     for (std::size_t at = 0; at < text.size(); ++at) {
-        const auto byte = static_cast<unsigned char>(text[at]);
-        if (isUtf8 && (byte & 0xC0U) == 0x80)
+        if (isUtf8 && runtime::ContinuesCharacter(text[at]))
             continue;
+        const auto byte = static_cast<unsigned char>(text[at]);
         if (byte == '\r' && at + 1 < text.size() && text[at + 1] == '\n')
             m_odd.push_back({m_size, --shift});
         else if (isUtf8 && byte >= 0xF0)

@@ -3,6 +3,7 @@
 #include "runtime/error.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
+#include "runtime/utf8.h"
 
 #include <algorithm>
 #include <optional>
@@ -53,10 +54,8 @@ private:
         std::uint32_t count = 0;
         m_characters.push_back(count);
         for (const char c : m_source)
-            m_characters.push_back(count += IsFirstByte(c) ? 1U : 0U);
+            m_characters.push_back(count += runtime::ContinuesCharacter(c) ? 0U : 1U);
     }
-
-    static bool IsFirstByte(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; }
 
     // The number of characters of the source between two offsets.
     std::size_t Characters(std::size_t from, std::size_t end) const

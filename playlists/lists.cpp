@@ -14,6 +14,7 @@
 #include "runtime/error.h"
 #include "runtime/paths.h"
 #include "runtime/text.h"
+#include "runtime/utf8.h"
 #include "shell/apppath.h"
 #include "shell/language.h"
 
@@ -84,9 +85,8 @@ bool IsTaken(const std::string &name)
 std::string SuggestedName(const std::string &path)
 {
     std::string name = runtime::GetFileName(path);
-    const auto isInside = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
     for (int characters = 0; characters < 4 && !name.empty(); ++characters) {
-        while (name.size() > 1 && isInside(name.back()))
+        while (name.size() > 1 && runtime::ContinuesCharacter(name.back()))
             name.pop_back();
         name.pop_back();
     }

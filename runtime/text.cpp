@@ -36,17 +36,12 @@ const TwoByteLetters &UpperOfTwoBytes()
     return letters;
 }
 
-bool IsContinuation(char c)
-{
-    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
 // Appends the upper case of the first character of `text`, which is not ASCII, to `out`.
 // Returns: its length in bytes; 1 for a byte that is not part of valid UTF-8 and is kept.
 std::size_t AppendUpperCharacter(std::string_view text, std::string &out)
 {
     const auto lead = static_cast<unsigned char>(text[0]);
-    if (lead >= 0xC2 && lead < 0xE0 && text.size() > 1 && IsContinuation(text[1])) {
+    if (lead >= 0xC2 && lead < 0xE0 && text.size() > 1 && ContinuesCharacter(text[1])) {
         const auto letter = static_cast<std::size_t>((lead & 0x1F) << 6 | (text[1] & 0x3F));
         if (const unsigned upper = UpperOfTwoBytes()[letter]; upper != 0) {
             out += static_cast<char>(0xC0 | upper >> 6);

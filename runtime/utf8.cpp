@@ -48,12 +48,6 @@ std::string WithoutControls(std::string_view text, std::string_view kept)
     return shown;
 }
 
-// Whether a byte of valid UTF-8 is not the first one of its character.
-bool ContinuesCharacter(char c)
-{
-    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
 } // namespace
 
 int NextCharacter(std::string_view text, std::int32_t &codePoint)

@@ -23,7 +23,13 @@ bool IsAscii(std::string_view text);
 // Whether `text` is well-formed UTF-8 (RFC 3629: no surrogates, no overlong forms).
 bool IsUtf8(std::string_view text);
 
-// The number of characters of `text`, which is UTF-8.
+// Whether the byte, one of a UTF-8 text, is not the first one of its character.
+constexpr bool ContinuesCharacter(char c)
+{
+    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80;
+}
+
+// The number of characters of `text`, which is UTF-8: of the bytes that do not continue one.
 std::size_t CountCharacters(std::string_view text);
 
 // The first `count` characters of `text`, all of it where it has fewer; a view into `text`.

@@ -1,5 +1,7 @@
 #include "search/criteria.h"
 
+#include "runtime/utf8.h"
+
 #include <algorithm>
 
 namespace search
@@ -15,13 +17,6 @@ void CutLast(std::string &text, std::size_t count)
     text.resize(text.size() - std::min(count, text.size()));
 }
 
-bool HasTwoCharacters(std::string_view utf8)
-{
-    return std::count_if(utf8.begin(), utf8.end(), [](char c) {
-               return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-           }) >= 2;
-}
-
 // The words of a text, which blanks separate. The text after the last blank counts only if it has
 // at least two characters.
 std::vector<std::string> WordsOf(std::string_view text)
@@ -29,7 +24,7 @@ std::vector<std::string> WordsOf(std::string_view text)
     std::vector<std::string> words;
     for (;;) {
         std::size_t blank = text.find(' ');
-        if (blank == std::string_view::npos && HasTwoCharacters(text))
+        if (blank == std::string_view::npos && runtime::CountCharacters(text) >= 2)
             blank = text.size();
         if (blank == std::string_view::npos)
             return words;

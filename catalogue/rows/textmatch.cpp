@@ -109,7 +109,7 @@ bool LikePattern::MatchesUpper(std::string_view folded) const
         } else if (p < pattern.size() && pattern[p] == kOne) {
             ++p;
             ++t;
-            while (t < folded.size() && (static_cast<unsigned char>(folded[t]) & 0xC0) == 0x80)
+            while (t < folded.size() && runtime::ContinuesCharacter(folded[t]))
                 ++t; // the rest of one character
         } else if (p < pattern.size() && pattern[p] == static_cast<unsigned char>(folded[t])) {
             ++p;

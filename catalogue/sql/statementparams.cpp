@@ -5,7 +5,6 @@
 #include "runtime/text.h"
 #include "runtime/utf8.h"
 
-#include <algorithm>
 #include <array>
 #include <deque>
 #include <span>
@@ -36,12 +35,6 @@ bool HasWord(std::string_view text, std::string_view word)
         end += steps[last];
     }
     return false;
-}
-
-// Whether a character of a UTF-8 text begins with this byte.
-bool IsFirstByte(char c)
-{
-    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
 }
 
 std::string TextForm(const Value &value)
@@ -81,12 +74,12 @@ std::string Literal(const Value &value)
 std::string ShortText(std::string_view text)
 {
     constexpr int kKeptAtEachEnd = 90;
-    const auto characters =
-        static_cast<std::size_t>(std::count_if(text.begin(), text.end(), IsFirstByte));
+    const std::size_t characters = runtime::CountCharacters(text);
     if (characters <= kLongestLiteral)
         return std::string(text);
     std::size_t tail = text.size();
-    for (int count = 0; count < kKeptAtEachEnd; count += IsFirstByte(text[tail]) ? 1 : 0)
+    for (int count = 0; count < kKeptAtEachEnd;
+         count += runtime::ContinuesCharacter(text[tail]) ? 0 : 1)
         --tail;
     std::string result(runtime::LeftCharacters(text, kKeptAtEachEnd));
     result.append(" (... ").append(std::to_string(characters - 2 * kKeptAtEachEnd));

@@ -1,5 +1,7 @@
 #include "platform/spawn.h"
 
+#include "runtime/utf8.h"
+
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/stat.h>
@@ -155,7 +157,7 @@ bool OpenWithDesktop(std::string address, const std::string &workingFolder)
     constexpr std::int64_t kRefusalMs = 500;
     if (address.size() > kLongestArgument) {
         std::size_t length = kLongestArgument;
-        while (length > 0 && (static_cast<unsigned char>(address[length]) & 0xC0) == 0x80)
+        while (length > 0 && runtime::ContinuesCharacter(address[length]))
             --length;
         address.resize(length);
     }

@@ -1,5 +1,6 @@
 #include "ui/qt/textmap.h"
 
+#include "runtime/utf8.h"
 #include "ui/qt/qttext.h"
 
 #include <algorithm>
@@ -17,20 +18,12 @@ struct Length {
     int units = 0; // UTF-16 units in the widget
 };
 
-std::size_t BytesOfCharacter(std::string_view text, std::size_t at)
-{
-    std::size_t next = at + 1;
-    while (next < text.size() && (static_cast<unsigned char>(text[next]) & 0xC0) == 0x80)
-        ++next;
-    return next - at;
-}
-
 // A step is one character of the text, or a CR LF in a text of several lines.
 Length StepAt(std::string_view text, bool multiLine, std::size_t at)
 {
     if (multiLine && text.substr(at, 2) == "\r\n")
         return {2, 2, 1};
-    const std::size_t bytes = BytesOfCharacter(text, at);
+    const std::size_t bytes = runtime::LeftCharacters(text.substr(at), 1).size();
     if (bytes == 1 && static_cast<unsigned char>(text[at]) < 0x80)
         return {1, 1, 1};
     const int units = static_cast<int>(ToQt(text.substr(at, bytes)).size());

@@ -1,6 +1,7 @@
 // ui/controls/inputs/textbox.h - a text that the user edits, on one line or on several.
 #pragma once
 
+#include "runtime/utf8.h"
 #include "ui/controls/area.h"
 
 #include <cstddef>
@@ -47,13 +48,7 @@ public:
     void SelectAll() { SetSelection({0, Length()}); }
 
     // The number of characters of the text.
-    int Length() const
-    {
-        int count = 0;
-        for (const char c : m_text)
-            count += (static_cast<unsigned char>(c) & 0xC0) != 0x80 ? 1 : 0;
-        return count;
-    }
+    int Length() const { return static_cast<int>(runtime::CountCharacters(m_text)); }
 
     bool multiLine = false; // set before the window is built
     bool wrap = true;       // with several lines: long lines are wrapped
