@@ -82,18 +82,6 @@ void Check(int reason)
         throw runtime::FileError(reason, DraftFolder());
 }
 
-// Writes all of `bytes`. Returns an errno.
-int WriteAll(platform::Files &files, int handle, std::string_view bytes)
-{
-    while (!bytes.empty()) {
-        const std::int64_t written = files.Write(handle, bytes.data(), bytes.size());
-        if (written <= 0)
-            return written == 0 ? EIO : static_cast<int>(-written);
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return files.Flush(handle);
-}
-
 } // namespace
 
 std::string DraftFolder()
@@ -121,7 +109,9 @@ void WriteDraft(const std::string &path, const std::string &text, metadata::Text
     const int handle = files.CreateBeside(file, grown);
     if (handle < 0)
         Check(-handle);
-    int reason = WriteAll(files, handle, HeadOf(path, kind) + text);
+    int reason = files.WriteAll(handle, HeadOf(path, kind) + text);
+    if (reason == 0)
+        reason = files.Flush(handle);
     files.Close(handle);
     if (reason == 0)
         reason = files.Rename(grown, file);

@@ -55,16 +55,6 @@ int CreateBeside(const std::string &finalPath, std::string &temporaryPath)
     return handle;
 }
 
-void WriteAll(int target, std::string_view bytes)
-{
-    while (!bytes.empty()) {
-        const auto written = platform::TheFiles().Write(target, bytes.data(), bytes.size());
-        if (written <= 0)
-            throw runtime::FileError(written < 0 ? static_cast<int>(-written) : EIO);
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-}
-
 // Copies through memory when the operating system cannot copy by itself.
 void CopyThroughMemory(int source, std::int64_t offset, int target, std::int64_t count)
 {
@@ -75,7 +65,8 @@ void CopyThroughMemory(int source, std::int64_t offset, int target, std::int64_t
                                                      static_cast<std::size_t>(wanted), true);
         if (got <= 0) // the song has become shorter, or cannot be read: no copy is made
             throw runtime::FileError(got < 0 ? static_cast<int>(-got) : EIO);
-        WriteAll(target, {buffer.data(), static_cast<std::size_t>(got)});
+        Check(
+            platform::TheFiles().WriteAll(target, {buffer.data(), static_cast<std::size_t>(got)}));
         offset += got;
         count -= got;
     }
@@ -211,9 +202,9 @@ std::optional<SongCopy> WriteNewSong(const std::string &song, const NewSong &con
         copyPath,
         [&](int target) {
             Check(platform::TheFiles().CopyPermissions(source.Get(), target));
-            WriteAll(target, content.front);
+            Check(platform::TheFiles().WriteAll(target, content.front));
             CopyRange(source.Get(), content.audioOffset, target, content.audioBytes);
-            WriteAll(target, content.back);
+            Check(platform::TheFiles().WriteAll(target, content.back));
         },
         ClaimName);
 }

@@ -12,7 +12,6 @@
 #include "shell/language.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <filesystem>
 #include <unordered_map>
 #include <utility>
@@ -97,13 +96,7 @@ private:
 
     void Write()
     {
-        for (std::size_t at = 0; at < m_buffer.size();) {
-            const std::int64_t written =
-                Files().Write(m_handle, m_buffer.data() + at, m_buffer.size() - at);
-            if (written < 0 && written != -EINTR)
-                Check(static_cast<int>(-written));
-            at += static_cast<std::size_t>(std::max<std::int64_t>(written, 0));
-        }
+        Check(Files().WriteAll(m_handle, m_buffer));
         m_buffer.clear();
     }
 

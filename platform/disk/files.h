@@ -5,6 +5,7 @@
 
 #include "platform/disk/bytebuffer.h"
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -93,9 +94,11 @@ struct Files {
     // cannot be determined.
     virtual bool HasChangeTimes(const FileIdentity & /*file*/) { return false; }
 
-    // Up to `count` bytes from `offset` on. If `mayWait` is false, only bytes that are in memory
-    // are read: -EAGAIN when the first one is not, -EOPNOTSUPP when the file system cannot say
-    // this. Returns: the count read, 0 at the end, or the negated errno.
+    // Reads up to `count` bytes from `offset` on into `to`; they may be fewer also before the end
+    // of the file. If `mayWait` is false, only bytes that the operating system has in memory are
+    // read: -EAGAIN when the first byte is not there, -EOPNOTSUPP when the file system cannot
+    // determine whether it is.
+    // Returns: the number of bytes read, 0 at the end of the file, or the negated errno.
     virtual std::int64_t ReadAt(int handle, std::int64_t offset, char *to, std::size_t count,
                                 bool mayWait) = 0;
 
@@ -131,6 +134,18 @@ struct Files {
     // Writes up to `count` bytes at the handle's position. Returns: the count, or the negated
     // errno.
     virtual std::int64_t Write(int handle, const char *from, std::size_t count) = 0;
+
+    // Writes all of `bytes` with it. Returns an errno: EIO when nothing more could be written.
+    int WriteAll(int handle, std::string_view bytes)
+    {
+        while (!bytes.empty()) {
+            const std::int64_t written = Write(handle, bytes.data(), bytes.size());
+            if (written <= 0)
+                return written < 0 ? static_cast<int>(-written) : EIO;
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        }
+        return 0;
+    }
 
     // Copies up to `count` bytes of `source`, from `offset` on, to the position of `target`,
     // without reading them into the program's memory.

@@ -53,18 +53,6 @@ std::string Read(const std::string &path)
     return std::move(*bytes);
 }
 
-// Writes an open file and flushes it to the disk. Returns an errno.
-int WriteWhole(int handle, std::string_view bytes)
-{
-    while (!bytes.empty()) {
-        const auto written = platform::TheFiles().Write(handle, bytes.data(), bytes.size());
-        if (written <= 0)
-            return written < 0 ? static_cast<int>(-written) : EIO;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return platform::TheFiles().Flush(handle);
-}
-
 enum class Existing { Keep, Replace };
 
 // Writes `bytes` to the disk under another name, then gives the file the name `to`: whatever
@@ -74,7 +62,9 @@ void WriteNew(const std::string &to, std::string_view bytes, Existing existing)
     std::string temporary;
     const int handle = platform::TheFiles().CreateBeside(to, temporary);
     Check(handle < 0 ? -handle : 0, to);
-    int reason = WriteWhole(handle, bytes);
+    int reason = platform::TheFiles().WriteAll(handle, bytes);
+    if (reason == 0)
+        reason = platform::TheFiles().Flush(handle);
     platform::TheFiles().Close(handle);
     if (reason == 0)
         reason = existing == Existing::Replace ? platform::TheFiles().Rename(temporary, to)
