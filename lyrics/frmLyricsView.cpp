@@ -7,8 +7,8 @@
 #include "shell/language.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/form.h"
+#include "ui/qt/marking.h"
 
-#include <QEvent>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -77,7 +77,7 @@ Difference DifferenceOf(const QString &before, const QString &after)
 LyricsView::LyricsView(LyricsBox &box, QWidget *parent) : QPlainTextEdit(parent), m_box(box)
 {
     setTabChangesFocus(true);
-    KeepHighlight();
+    ui::qt::KeepSelectionBright(this);
     ShowPlace();
     ShowText();
     ShowSelection();
@@ -207,26 +207,6 @@ void LyricsView::TakeSelection()
     const QTextCursor cursor = textCursor();
     const int start = m_places.Stored(cursor.selectionStart());
     m_box.NoteSelection(start, m_places.Stored(cursor.selectionEnd()) - start);
-}
-
-void LyricsView::changeEvent(QEvent *event)
-{
-    QPlainTextEdit::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        KeepHighlight();
-}
-
-void LyricsView::KeepHighlight()
-{
-    QPalette colours = palette();
-    bool same = true;
-    for (const QPalette::ColorRole role : {QPalette::Highlight, QPalette::HighlightedText}) {
-        same = same &&
-               colours.color(QPalette::Inactive, role) == colours.color(QPalette::Active, role);
-        colours.setColor(QPalette::Inactive, role, colours.color(QPalette::Active, role));
-    }
-    if (!same)
-        setPalette(colours);
 }
 
 void RegisterLyricsView()

@@ -19,9 +19,6 @@ public:
     LyricsView(LyricsBox &box, QWidget *parent);
     ~LyricsView() override;
 
-protected:
-    void changeEvent(QEvent *event) override;
-
 private:
     void ShowText();          // the box has another text
     void ShowPlace();         // the box was moved, shown, hidden, enabled or disabled
@@ -29,7 +26,6 @@ private:
     void ScrollToSelection(); // some lines above and below it are visible too
     void TakeEdit(int position, int removed, int added); // the document has changed
     void TakeSelection();                                // the user has selected something
-    void KeepHighlight(); // the selection keeps its colour in an inactive window
 
     LyricsBox &m_box;
     BreakPlaces m_places;    // for the text of the box

@@ -41,16 +41,6 @@ void Follow(Control &control, QWidget *widget, const std::function<void()> &show
     control.focusWanted = [widget] { widget->setFocus(); };
 }
 
-// The selection keeps its colour when another widget has the focus: it shows the current line of a
-// song.
-void KeepSelectionBright(QPlainTextEdit *edit)
-{
-    QPalette colours = edit->palette();
-    for (const auto role : {QPalette::Highlight, QPalette::HighlightedText})
-        colours.setColor(QPalette::Inactive, role, colours.color(QPalette::Active, role));
-    edit->setPalette(colours);
-}
-
 // Connects a text box with its widget, in both directions.
 struct TextBoxBinding {
     ui::TextBox &box;

@@ -16,17 +16,11 @@ namespace
 // The contrast to the background of a box is greater than 4.5 to 1, which small text needs.
 constexpr QRgb kMarkOnLight = 0xffb3261e, kMarkOnDark = 0xffff8a80;
 
-// Sets the colour of the text of its parent, a box.
-class TextColour : public QObject
+// Sets colours of its parent, a box, and sets them again when the box gets another palette.
+class BoxColours : public QObject
 {
 public:
-    explicit TextColour(QWidget *box) : QObject(box), m_box(*box) { box->installEventFilter(this); }
-
-    void Set(bool marked)
-    {
-        m_marked = marked;
-        Show();
-    }
+    explicit BoxColours(QWidget *box) : QObject(box), m_box(*box) { box->installEventFilter(this); }
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
@@ -35,22 +29,63 @@ public:
         return QObject::eventFilter(watched, event);
     }
 
+protected:
+    // Sets the colours that differ from the wanted ones: setting them is a change, too.
+    virtual void Show() = 0;
+
+    QWidget &Box() const { return m_box; }
+
 private:
-    void Show()
+    QWidget &m_box; // the parent of this object
+};
+
+class TextColour : public BoxColours
+{
+public:
+    using BoxColours::BoxColours;
+
+    void Set(bool marked)
+    {
+        m_marked = marked;
+        Show();
+    }
+
+protected:
+    void Show() override
     {
         const QColor wanted =
             m_marked ? QColor::fromRgba(platform::qt::IsDark() ? kMarkOnDark : kMarkOnLight)
                      : QApplication::palette().color(QPalette::Text);
-        QPalette palette = m_box.palette();
+        QPalette palette = Box().palette();
         if (palette.color(QPalette::Active, QPalette::Text) == wanted)
             return;
         palette.setColor(QPalette::Active, QPalette::Text, wanted);
         palette.setColor(QPalette::Inactive, QPalette::Text, wanted);
-        m_box.setPalette(palette);
+        Box().setPalette(palette);
     }
 
-    QWidget &m_box; // the parent of this object
+private:
     bool m_marked = false;
+};
+
+// The same colours of the selection with and without the focus.
+class BrightSelection : public BoxColours
+{
+public:
+    using BoxColours::BoxColours;
+
+    void Show() override
+    {
+        QPalette palette = Box().palette();
+        bool same = true;
+        for (const auto role : {QPalette::Highlight, QPalette::HighlightedText}) {
+            const QColor wanted = palette.color(QPalette::Active, role);
+            same = same && palette.color(QPalette::Inactive, role) == wanted;
+            palette.setColor(QPalette::Inactive, role, wanted);
+        }
+        if (!same)
+            Box().setPalette(palette);
+    }
 };
 
 TextColour *ColourOf(const QWidget *box)
@@ -74,6 +109,12 @@ void ShowMark(QWidget *box, bool marked)
     if (colour == nullptr)
         colour = new TextColour(target); // owned by the box
     colour->Set(marked);
+}
+
+void KeepSelectionBright(QWidget *box)
+{
+    auto *selection = new BrightSelection(box); // owned by the box
+    selection->Show();
 }
 
 } // namespace ui::qt
