@@ -236,7 +236,9 @@ void NoteOutcome(const std::string &path, const AddOutcome &outcome)
     NoteFailure(path, outcome.reason);
 }
 
-// The report needs to know which tags there are; AddWalkedSong looks at what is in them.
+// Handles one file of the walk: its entry in the report, if a tag is missing, then its row. Which
+// tags it has is found out first, without their fields, because the entry is written before the
+// row. `path`: bytes.
 void ScanFile(Run &run, std::string path)
 {
     run.ahead.Advance();
@@ -420,11 +422,6 @@ const RegenerationSummary &LastRegeneration()
 void AllowRegeneration()
 {
     Dirs().Clear();
-}
-
-const std::string &PathOfMP3s()
-{
-    return MP3s().Path();
 }
 
 void MoveMP3s(const std::string &path)

@@ -72,9 +72,8 @@ void ListRefresh(bool showProgress);
 // The next ListRefresh runs, also over the folder that was done.
 void AllowRegeneration();
 
-// The path of the main window's file box. MoveMP3s changes it alone, without the folder box, so
-// that the next ListRefresh does not take the folder for one that was done.
-const std::string &PathOfMP3s();
+// Changes the path of the main window's file box alone, without the folder box, so that the next
+// ListRefresh does not take the folder for one that was done.
 void MoveMP3s(const std::string &path);
 
 // The names of the MP3 files in a folder, in the order of a run; none when it cannot be read.

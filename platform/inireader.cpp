@@ -7,7 +7,6 @@
 #include "runtime/text.h"
 #include "runtime/utf8.h"
 
-#include <unordered_map>
 #include <unordered_set>
 
 namespace platform
@@ -72,18 +71,49 @@ std::string TextOfFile(std::string bytes)
     return runtime::IsUtf8(bytes) ? bytes : runtime::TextOfBytes(bytes);
 }
 
-// The entries in use, by section and key in upper case. Neither of the two contains a line end, so
-// a line end separates them.
-using Entries = std::unordered_map<std::string, std::string_view>;
-
+// Neither of the two contains a line end.
 std::string EntryName(std::string_view section, std::string_view key)
 {
     return runtime::UpperText(section) + "\n" + runtime::UpperText(key);
 }
 
-Entries EntriesOf(std::string_view text)
+// The file that was read last.
+struct LastRead {
+    FileIdentity identity;
+    int codePage = 0;
+    bool isSettled = false; // a later change of the file would also change the identity
+    std::string text;
+    IniEntries entries; // views into the text
+};
+
+// The entries of the file; null when it cannot be read.
+const IniEntries *EntriesOfFile(const std::string &path)
 {
-    Entries entries;
+    static LastRead last;
+    FileIdentity identity;
+    Files &files = SystemFiles();
+    const std::int64_t nowNs = files.StampClockNs();
+    if (files.Identify(path, identity) != 0 || identity.kind != FileKind::Regular)
+        return nullptr;
+    if (last.isSettled && last.identity == identity && last.codePage == runtime::CodePage())
+        return &last.entries;
+    auto bytes = ReadRegularFile(path, kMaxFileBytes + 1);
+    if (!bytes)
+        return nullptr;
+    last.isSettled = false;
+    last.text = TextOfFile(std::move(*bytes));
+    last.entries = ParseIni(last.text);
+    last.identity = identity;
+    last.codePage = runtime::CodePage();
+    last.isSettled = WasSettled(identity, nowNs);
+    return &last.entries;
+}
+
+} // namespace
+
+IniEntries ParseIni(std::string_view text)
+{
+    IniEntries entries;
     std::unordered_set<std::string> seen; // sections, in upper case
     std::string_view section;
     bool counts = false;
@@ -103,51 +133,11 @@ Entries EntriesOf(std::string_view text)
     return entries;
 }
 
-std::optional<std::string_view> Find(const Entries &entries, std::string_view section,
-                                     std::string_view key)
+std::optional<std::string_view> FindIniValue(const IniEntries &entries, std::string_view section,
+                                             std::string_view key)
 {
     const auto found = entries.find(EntryName(section, key));
     return found == entries.end() ? std::nullopt : std::optional(found->second);
-}
-
-// The file that was read last.
-struct LastRead {
-    FileIdentity identity;
-    int codePage = 0;
-    bool isSettled = false; // a later change of the file would also change the identity
-    std::string text;
-    Entries entries; // views into the text
-};
-
-// The entries of the file; null when it cannot be read.
-const Entries *EntriesOfFile(const std::string &path)
-{
-    static LastRead last;
-    FileIdentity identity;
-    Files &files = SystemFiles();
-    const std::int64_t nowNs = files.StampClockNs();
-    if (files.Identify(path, identity) != 0 || identity.kind != FileKind::Regular)
-        return nullptr;
-    if (last.isSettled && last.identity == identity && last.codePage == runtime::CodePage())
-        return &last.entries;
-    auto bytes = ReadRegularFile(path, kMaxFileBytes + 1);
-    if (!bytes)
-        return nullptr;
-    last.isSettled = false;
-    last.text = TextOfFile(std::move(*bytes));
-    last.entries = EntriesOf(last.text);
-    last.identity = identity;
-    last.codePage = runtime::CodePage();
-    last.isSettled = WasSettled(identity, nowNs);
-    return &last.entries;
-}
-
-} // namespace
-
-std::optional<std::string_view> FindIniValue(std::string_view text, std::string_view section,
-                                             std::string_view key)
-{
-    return Find(EntriesOf(text), section, key);
 }
 
 std::optional<std::string> ReadIniText(const std::string &path, std::string_view section,
@@ -155,8 +145,8 @@ std::optional<std::string> ReadIniText(const std::string &path, std::string_view
 {
     if (path.ends_with(runtime::PathSeparator)) // a folder: no file was chosen
         return std::nullopt;
-    const Entries *entries = EntriesOfFile(path);
-    const auto value = entries == nullptr ? std::nullopt : Find(*entries, section, key);
+    const IniEntries *entries = EntriesOfFile(path);
+    const auto value = entries == nullptr ? std::nullopt : FindIniValue(*entries, section, key);
     if (!value)
         return std::nullopt;
     return std::string(runtime::LeftCharacters(*value, maxCharacters));

@@ -13,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 namespace platform
 {
@@ -24,8 +25,15 @@ namespace platform
 std::optional<std::string> ReadIniText(const std::string &path, std::string_view section,
                                        std::string_view key, std::size_t maxCharacters);
 
-// The same on the UTF-8 text of a file, its value not cut: a view into `text`.
-std::optional<std::string_view> FindIniValue(std::string_view text, std::string_view section,
+// The entries of a text, by section and key in upper case with a line end between them; the values
+// are views into the text.
+using IniEntries = std::unordered_map<std::string, std::string_view>;
+
+// The entries of the UTF-8 text of a file.
+IniEntries ParseIni(std::string_view text);
+
+// The value of `key` in `section`, its whole text. Returns: nothing when there is no such entry.
+std::optional<std::string_view> FindIniValue(const IniEntries &entries, std::string_view section,
                                              std::string_view key);
 
 } // namespace platform

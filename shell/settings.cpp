@@ -23,6 +23,12 @@ namespace
 constexpr std::string_view kExtras = "Extras";
 constexpr std::string_view kUnicodeTags = "UnicodeTags";
 
+struct Preference {
+    std::string_view key;
+    std::string_view defaultText; // used when the key is missing
+};
+
+// All keys of the section "Preferences". Flags are "1" or "0"; lengths are in twips.
 constexpr std::array kPreferenceTable = {
     Preference{"Language", ""},
     Preference{"Initial TV Width", "3000"},
@@ -94,11 +100,6 @@ Value Converted(std::string_view key, Value (*convert)(std::string_view))
 }
 
 } // namespace
-
-std::span<const Preference> Preferences()
-{
-    return kPreferenceTable;
-}
 
 std::string GetSetting(std::string_view section, std::string_view key, std::string_view defaultText)
 {

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -14,16 +13,6 @@ namespace shell
 inline constexpr std::string_view kPreferences = "Preferences";
 inline constexpr std::string_view kWindowsSize = "Windows Size";
 inline constexpr std::string_view kLastSafeConfiguration = "Last Safe Configuration";
-
-// One key of the section "Preferences", with the text that counts when the key is missing. Flags
-// are "1" or "0"; lengths are in twips.
-struct Preference {
-    std::string_view key;
-    std::string_view defaultText;
-};
-
-// All keys of the section "Preferences".
-std::span<const Preference> Preferences();
 
 // The stored text (UTF-8; paths byte for byte); `defaultText` when the key is missing.
 std::string GetSetting(std::string_view section, std::string_view key,
@@ -35,7 +24,8 @@ void SaveSetting(std::string_view section, std::string_view key, std::string_vie
 // Removes the key. Errors: kInvalidCall (runtime/error.h) when it is missing.
 void DeleteSetting(std::string_view section, std::string_view key);
 
-// The text of a key of Preferences(), or its default. Another key is a programming error.
+// The text of a key of the section "Preferences", or its default; a length is in twips. A key that
+// the program does not have is a programming error.
 std::string GetPreference(std::string_view key);
 
 // The same as a flag: any number except 0 is true. When the text is not a number, the default is

@@ -45,9 +45,6 @@ public:
     void EndBatch() override;
     std::string Name() override { return "Audacious"; }
 
-    // Whether every name of the player's list is known, as of the last check.
-    bool KnowsPlaylist() const { return m_list.IsBegun() && m_list.IsComplete(); }
-
 private:
     // The position of the last seek, until the player has reached it.
     struct Sought {

@@ -17,7 +17,7 @@ namespace
 std::optional<std::string> Found(std::string_view text, std::string_view section,
                                  std::string_view key)
 {
-    const auto value = platform::FindIniValue(text, section, key);
+    const auto value = platform::FindIniValue(platform::ParseIni(text), section, key);
     return value ? std::optional(std::string(*value)) : std::nullopt;
 }
 

@@ -3,6 +3,7 @@
 #include "browser/commands.h"
 #include "browser/form/commandstate.h"
 #include "catalogue/regeneration.h"
+#include "catalogue/regeneration/walker.h"
 #include "platform/posix/disk/systemfolders.h"
 #include "platform/posix/systemclock.h"
 #include "shell/preferences/preferences.h"
@@ -123,13 +124,13 @@ TEST_F(PreferencesWindowScaled, EnterInThePathOpensTheTreeAndPressesNoButton)
         EXPECT_TRUE(modal.isVisible());
         auto &tree = *Find<QTreeView>(modal, "tvwDirTree");
         EXPECT_EQ(tree.currentIndex().data().toString(), QStringLiteral("er"));
-        EXPECT_EQ(catalogue::PathOfMP3s(), Song("deep/er"));
+        EXPECT_EQ(catalogue::MP3s().Path(), Song("deep/er"));
         KeepScreenshot(modal, "preferences-path");
         PressKey("Escape");
     });
     OpenFromTheMenu();
     EXPECT_EQ(Stored(), Music());
-    EXPECT_EQ(catalogue::PathOfMP3s(), Song("deep/er")); // Cancel leaves it there
+    EXPECT_EQ(catalogue::MP3s().Path(), Song("deep/er")); // Cancel leaves it there
 }
 
 TEST_F(PreferencesWindowScaled, ARegenerationShowsHereAndTheWindowStays)
