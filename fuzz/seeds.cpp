@@ -1,11 +1,15 @@
 // fuzz/seeds.cpp - writes the inputs that the fuzz targets start from: fuzz_seeds FOLDER
+#include "runtime/hash.h"
 #include "tests/metadata/unicode/tagbytes.h"
 #include "tests/support/mp3bytes.h"
 
+#include <array>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace
@@ -109,6 +113,20 @@ std::vector<std::string> Statements()
     };
 }
 
+// The first byte decides how the other bytes become a file; a record has 80 bytes, in the machine's
+// byte order.
+std::vector<std::string> KnownSongs()
+{
+    const auto record = [](std::string_view path, std::uint64_t flags) {
+        const runtime::Hash128 hash = runtime::Hash128Of(path);
+        const std::array<std::uint64_t, 10> numbers = {hash.low, hash.high, 1, 2, 3,
+                                                       4,        5,         6, 7, flags};
+        return std::string(reinterpret_cast<const char *>(numbers.data()), sizeof numbers);
+    };
+    const std::string two = record("/a", 0x105) + record("/b", 0xF0A);
+    return {Z("\3"), "\3" + two, "\7" + two + two, "\2" + record("/c", 0x30), Z("\1\0"), Z("\0\0")};
+}
+
 bool Write(const std::filesystem::path &folder, const std::vector<std::string> &seeds)
 {
     std::filesystem::create_directories(folder);
@@ -138,6 +156,7 @@ int main(int argc, char **argv)
         edits[i].insert(0, 1, static_cast<char>(0x61 + i)); // chooses the change and the tags
     const bool done = Write(folder / "fuzz_filepass", Songs()) &&
                       Write(folder / "fuzz_id3v2", bodies) && Write(folder / "fuzz_edit", edits) &&
+                      Write(folder / "fuzz_knownsongs", KnownSongs()) &&
                       Write(folder / "fuzz_unicodetag", Songs()) &&
                       Write(folder / "fuzz_unicodeedit", FramedSongs()) &&
                       Write(folder / "fuzz_statement", Statements());
