@@ -21,10 +21,10 @@ namespace catalogue
 inline constexpr std::size_t kComparedColumns = 7; // Title to Lyrics
 inline constexpr std::size_t kArtistOfCompared = 1;
 
-inline constexpr int kIsDuplicateField = 0; // whether the row is marked as a duplicate, or may be
+// Whether the row is marked as a duplicate: "1" for any mark except 0, so also for a null.
+inline constexpr int kIsDuplicateField = 0;
 // Whether the row has these texts, byte by byte; null is not equal to the empty text. A duplicate
-// has an artist of its own, which is not compared.
-// With a fingerprint the artist of a duplicate is compared too.
+// has an artist of its own: it is not compared with a text, but it is a part of the fingerprint.
 inline constexpr int kIsSameField = 1;
 
 inline constexpr std::size_t kFingerprintValues = 2;
@@ -33,9 +33,11 @@ inline constexpr std::size_t kFingerprintValues = 2;
 // one (runtime::Hash128Of).
 using ComparedTexts = std::array<std::string_view, kComparedColumns>;
 [[nodiscard]] runtime::Hash128 FingerprintOf(const ComparedTexts &texts);
-// The same for the values of these columns; all of them are texts.
+// The same for the values of these columns, in this order.
+// Errors: std::bad_variant_access when one of them is not a text.
 [[nodiscard]] runtime::Hash128 FingerprintOf(const std::vector<Value> &values);
-// The fingerprint as the values of the look-up, and back.
+// The fingerprint as the two values of the look-up (ValuesOf), and back from these
+// (FingerprintFrom).
 [[nodiscard]] std::vector<Value> ValuesOf(const runtime::Hash128 &fingerprint);
 [[nodiscard]] runtime::Hash128 FingerprintFrom(std::int64_t first, std::int64_t second);
 

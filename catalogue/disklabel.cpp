@@ -10,8 +10,8 @@ namespace catalogue
 namespace
 {
 
-// The last label that was asked for. While a group of rows is open, which lasts about 40 ms, all
-// files of a device get the same label.
+// The last answer of the drives port. While a group of rows is open, for about 40 ms, all files of
+// a device get the same label.
 struct State {
     std::uint64_t groupNo = 0;
     std::uint64_t device = 0;
@@ -41,7 +41,7 @@ std::string DiskLabel(const std::string &path, std::uint64_t groupNo)
     const std::uint64_t device = metadata::RawTagsFile().device;
     if (last.groupNo == groupNo && last.device == device && groupNo != 0 && device != 0)
         return last.label;
-    last.groupNo = 0; // if the question fails, no label is remembered
+    last.groupNo = 0; // so that after an error of the port no label is kept
     last.label = AskForLabel(path);
     last.device = device;
     last.groupNo = groupNo;

@@ -100,9 +100,10 @@ std::string &TheProgramFile()
     return path;
 }
 
-// A program that writes to a file through a mapping into its memory sets the time of change only
-// with its first write until the system has brought that to the disk, which it does within 35
-// seconds.
+// A program can write to a file through a mapping into its memory. Then only the first write sets
+// the time of change, until the operating system has written the page to the disk; further writes
+// before that set none. Linux writes such pages after 35 seconds at the latest (30 of
+// vm.dirty_expire_centisecs and 5 of vm.dirty_writeback_centisecs, as they are by default).
 bool CanBeKnown(const platform::FileIdentity &file, std::int64_t openedAtNs)
 {
     constexpr std::int64_t kLongSettledNs = 60'000'000'000;
@@ -115,7 +116,7 @@ KnownSongs::KnownSongs(std::string file, bool isUsed, std::int64_t expected)
     : m_file(std::move(file)), m_circumstances(Circumstances()), m_isUsed(isUsed)
 {
     try {
-        // A vector that grows needs up to three times the memory for a moment.
+        // Reserved at once: a vector that grows needs up to three times the memory for a moment.
         constexpr auto kMost = static_cast<std::int64_t>(kMostSongs);
         m_records.reserve(static_cast<std::size_t>(std::clamp<std::int64_t>(expected, 0, kMost)));
         Load();
@@ -256,7 +257,7 @@ void KnownSongs::TurnIntoFile(bool isWhole)
     }
 }
 
-// What is no regular file in its place (a pipe, a device) is not replaced.
+// Anything but a regular file in its place (a pipe, a device, a folder) is not replaced.
 void KnownSongs::Save(bool isWhole)
 {
     m_hasChanged = m_hasChanged || (isWhole && !std::ranges::all_of(m_records, IsVisited));

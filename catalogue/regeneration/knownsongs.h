@@ -36,7 +36,7 @@ struct SongTags {
 struct KnownSong {
     platform::FileIdentity file; // its path, and its state when it was read
     SongTags tags;
-    bool isReadByFrames = false; // shell::Globals::UnicodeTags
+    bool isReadByFrames = false; // shell::Globals::UnicodeTags when it was read
     runtime::Hash128 texts;      // FingerprintOf the texts that an update writes into its row
 };
 
@@ -57,21 +57,24 @@ public:
     // `expected`: the number of songs that the run will visit, as far as it is known.
     KnownSongs(std::string file, bool isUsed, std::int64_t expected = 0);
 
-    // What is known of the song at `path`, as tags are read now. nullopt: nothing.
+    // What is known of the song at `path` (bytes), if its tags were read in the way in which tags
+    // are read now (isReadByFrames). nullopt: nothing.
     [[nodiscard]] std::optional<KnownSong> Find(const std::string &path) const;
 
-    // Replaces what is known of the song, which the run has visited.
+    // Keep replaces what is known of a song that the run has visited, Forget removes it. A song
+    // more than can be kept is ignored.
     void Keep(const KnownSong &song);
     void Forget(const std::string &path);
 
-    // Counts whether the catalogue had the row of a song that was found. When it had none of the
-    // last 32, another catalogue is in use, and no further song is found: those that have to be
-    // read are read sooner when they are announced as such.
+    // Counts whether a song that Find returned had a row in the catalogue with the known texts.
+    // After 32 songs in a row without one, another catalogue is in use, and Find returns nothing
+    // any more: files that are announced as files to be read are fetched before they are needed.
     void CountRow(bool hasRow);
 
-    // Writes the file, if that changes it. `isWhole`: the run has visited all songs of its folder;
-    // others that the eight whole runs before have not visited either are forgotten. A failure only
-    // means that the next run reads more songs. Ends the use of this object.
+    // Writes the file, if that changes it. `isWhole`: the run has visited all songs of its folder.
+    // A song that neither it nor the eight whole runs before it have visited is then forgotten.
+    // Errors: none; when the file cannot be written, the next run reads more songs. To be called
+    // once, as the last call for this object.
     void Save(bool isWhole);
 
 private:

@@ -106,8 +106,12 @@ std::string ConditionOfFingerprint(const Columns &columns, const std::string & /
     return call + ")";
 }
 
-// The look-up of a path, made into one that compares the rows with the values that follow its two
-// parameters (catalogue/comparedrows.h). Empty when the table or the query is another one.
+// Makes the query `wholePath`, which selects all columns of the rows of one path, into one that
+// compares these rows with the values after its two parameters (catalogue/comparedrows.h).
+// `columns`: the names of the columns of MP3s. `condition(columns, isDuplicate)`: the condition, as
+// SQL, that a row has these values; `isDuplicate` is the condition that it is marked as a
+// duplicate. Returns: the query; the empty text when the catalogue's table or query is not the one
+// that is shipped.
 template <class Condition>
 std::string ComparingQuery(const std::string &wholePath, const Columns &columns,
                            const Condition &condition)

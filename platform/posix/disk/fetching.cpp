@@ -109,8 +109,11 @@ bool Fetcher::IsSame(ComingFile &file)
     return source->Identify(file.path, file.identity) == 0 && file.identity == file.known;
 }
 
-// Opens the file and reads the requested parts, unless it is in the state that is known. Partly:
-// the logic, which does not wait, left something to be read.
+// Fetches one file: opens it and reads the requested parts, unless it is in the state that is
+// known. Sets its stage to Reading or Failed as soon as it is open, or cannot be opened. Returns:
+// Same when it is in that state; Partly when a read failed, or would have had to wait while the
+// logic fetches; else Whole, also for a file that cannot be opened or is no regular file. Errors:
+// std::bad_alloc.
 Fetcher::Fetched Fetcher::Fetch(ComingFile &file, By who)
 {
     if (IsSame(file))

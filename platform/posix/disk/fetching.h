@@ -23,9 +23,11 @@ namespace platform::posix
 // opened.
 enum class FetchStage { Coming, Opening, Reading, Ready, Same, Failed };
 
-// One expected file. The mutex of Fetcher guards isDropped and heldBytes. The helper alone uses the
-// other members until the stage is reached from which the logic may: Reading for the handle and the
-// identity, Ready for the bytes, Same for the time.
+// One expected file. The logic sets path, known, isKnown and wanted while it has the mutex of
+// Fetcher locked, before any thread fetches the file. The mutex also guards isDropped and
+// heldBytes. All other members belong to the thread that fetches the file until it sets `stage`;
+// after that the logic may read: at Reading handle, identity and openedAtNs, at Ready the bytes and
+// the digest too, at Same only examinedAt.
 struct ComingFile {
     std::string path;
     FileIdentity known; // the state in which it need not be opened
