@@ -290,11 +290,11 @@ TEST_F(ExportTest, EveryFaultLeavesCompleteCopies)
         SmallDisk disk;
         disk.faultyCall = call;
         disk.reason = ENOSPC;
-        std::string told;
+        std::string reported;
         try {
             Export();
         } catch (const runtime::RuntimeError &error) {
-            told = error.description;
+            reported = error.description;
         }
         ExpectAtRest();
         const std::size_t copied = disk.named.size();
@@ -304,7 +304,7 @@ TEST_F(ExportTest, EveryFaultLeavesCompleteCopies)
         EXPECT_EQ(tests::ReadFile(Target("b.mp3")), copied == 2 ? Bytes("b.mp3") : "older");
         EXPECT_EQ(std::distance(fs::directory_iterator(Target()), {}), copied > 0 ? 2 : 1);
         const bool failed = disk.calls >= call && !disk.rightsFailed; // a copy may lack the rights
-        EXPECT_EQ(told.find(".mp3: ") != std::string::npos, failed) << told;
+        EXPECT_EQ(reported.find(".mp3: ") != std::string::npos, failed) << reported;
         EXPECT_TRUE(failed || copied == 2U);
         if (disk.calls < call)
             break;

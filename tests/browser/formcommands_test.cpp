@@ -365,7 +365,8 @@ TEST_F(FormCommands, UnicodeTagsAreToggledStoredAndReadAnewWhereTheUserWants)
     EXPECT_FALSE(entry.Checked());
     EXPECT_FALSE(shell::TheGlobals().UnicodeTags);
     EXPECT_EQ(Setting("Extras", "UnicodeTags"), "0");
-    EXPECT_EQ(Keys("ByTitle"), "@ ") << "the usual way, without an offer of the other one";
+    EXPECT_EQ(Keys("ByTitle"), "@ ")
+        << "as read with Unicode tags off, without an offer to turn them on";
     EXPECT_FALSE(shell::IsUnicodeOfferDue());
 
     RunCommand(form, "submnuUnicodeTags");

@@ -123,7 +123,7 @@ TEST_F(MainFormTest, TheSplashsEndPlacesAndShowsTheWindow)
     order.clear();
     ShowMainForm(form);
     EXPECT_EQ(order, "window tips layout ");
-    ASSERT_EQ(desktop.boxes.size(), 2U) << "each is told once";
+    ASSERT_EQ(desktop.boxes.size(), 2U) << "each is reported once";
     EXPECT_NE(desktop.boxes[0].find("Height=no number"), std::string::npos);
     EXPECT_NE(desktop.boxes[1].find("Show Tips at Startup=no number"), std::string::npos);
     shell::ForgetReportedSettings();

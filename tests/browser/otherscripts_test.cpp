@@ -193,7 +193,7 @@ TEST_F(OtherScripts, TheExportCopiesFilesOfSuchNames)
 
 // --- A catalogue that was filled with the setting UnicodeTags off, and later on
 
-TEST_F(OtherScripts, ARowOfTheUsualWayIsMadeWholeByWhatReadsItsFile)
+TEST_F(OtherScripts, ARowReadWithUnicodeTagsOffIsMadeWholeByWhatReadsItsFile)
 {
     shell::TheGlobals().UnicodeTags = false;
     const std::string path = AddSong("song.mp3", kJapanese);
@@ -223,7 +223,7 @@ TEST_F(OtherScripts, ARowOfTheUsualWayIsMadeWholeByWhatReadsItsFile)
                              RowOf(kJapanese, "song.mp3", "桜", true)}));
 }
 
-TEST_F(OtherScripts, ReadInTheUsualWayAgainTheRowsAreWhatTheyWere)
+TEST_F(OtherScripts, ReadWithUnicodeTagsOffAgainTheRowsAreWhatTheyWere)
 {
     shell::TheGlobals().UnicodeTags = false;
     shell::TheGlobals().MP3Directory = Music();

@@ -63,12 +63,12 @@ TEST_F(Popup, ARightClickDeselectsAllOtherRows)
     MainForm &form = WithRows();
     const ui::RowId rows[] = {0, 1, 2};
     form.LV.SetSelection(rows, 2);
-    int told = 0;
-    form.LV.onItemClick = [&] { ++told; };
+    int clicks = 0;
+    form.LV.onItemClick = [&] { ++clicks; };
     LV_MouseDown(form, 2, 1);
     EXPECT_EQ(form.LV.SelectedCount(), 1);
     EXPECT_TRUE(form.LV.IsSelected(1));
-    EXPECT_EQ(told, 1) << "the panel follows";
+    EXPECT_EQ(clicks, 1) << "the panel follows";
 }
 
 TEST_F(Popup, IsBesideTheCursorWithItsStrip)

@@ -332,7 +332,7 @@ TEST_F(RowGroupsTest, AGroupThatCannotBeKeptIsReported)
     EXPECT_EQ(lost[1], lost[0]);
     EXPECT_FALSE(single);
     EXPECT_EQ(Committed(fresh.File()), 0);
-    EXPECT_EQ(Close(groups), "") << "told once";
+    EXPECT_EQ(Close(groups), "") << "reported once";
     fresh.AddInStep("/3");
     EXPECT_EQ(Close(groups), "");
     EXPECT_EQ(Committed(fresh.File()), 1);

@@ -1,8 +1,8 @@
 """The include graph: no arrow up, no circle, Qt in windows only, the operating system behind ports only.
 
-A file may include its own floor and those below. A module is a header and the source beside it; modules
+A file may include its own layer and those below. A module is a header and the source beside it; modules
 form no circle, neither within an area nor through several. An area is a folder at the top; a folder inside
-catalogue/ is private: only catalogue/ includes it. The floors, from the lowest: runtime, toolkit-free
+catalogue/ is private: only catalogue/ includes it. The layers, from the lowest: runtime, toolkit-free
 controls, platform ports, the top of shell/, metadata, catalogue, the subsystems' logic, windows, app.
 
 Another operating system needs other sources in the place of platform/posix/ and other players. So headers of
@@ -15,10 +15,10 @@ import unittest
 
 import house
 
-ROOMS = {"runtime": 0, "platform": 2, "metadata": 4, "catalogue": 5, "shell": 6, "player": 6,
+AREAS = {"runtime": 0, "platform": 2, "metadata": 4, "catalogue": 5, "shell": 6, "player": 6,
          "browser": 6, "search": 6, "playlists": 6, "tagedit": 6, "lyrics": 6, "online": 6, "ui": 6,
          "app": 8}
-WINDOWS_FLOOR = 7
+WINDOWS_LAYER = 7
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"]+)[>"]', re.MULTILINE)
 
 
@@ -28,18 +28,18 @@ def is_toolkit(name):
 
 
 def is_window(path):
-    """Whether the file may include Qt and is on the windows' floor (app has a floor of its own)."""
+    """Whether the file may include Qt and is on the windows' layer (app has a layer of its own)."""
     return path.name.startswith("frm") or path.parts[:2] in (("ui", "qt"), ("platform", "qt"))
 
 
-def floor(path):
+def layer(path):
     if is_window(path):
-        return WINDOWS_FLOOR
+        return WINDOWS_LAYER
     if path.parts[:2] == ("ui", "controls") or path.parts == ("ui", "twips.h"):
         return 1
     if path.parts[0] == "shell" and len(path.parts) == 2:
         return 3
-    return ROOMS[path.parts[0]]
+    return AREAS[path.parts[0]]
 
 
 def is_private(path):
@@ -92,7 +92,7 @@ def violations(files):
                 continue
             if is_private(target) and path.parts[0] != target.parts[0]:
                 wrong.append(f"{path} includes {target}, which is private to {target.parts[0]}/")
-            if floor(target) > floor(path):
+            if layer(target) > layer(path):
                 wrong.append(f"{path} includes {target}, which is above it")
             modules.setdefault(path.with_suffix(""), set()).add(target.with_suffix(""))
     return wrong + circles(modules)
@@ -152,7 +152,7 @@ def headerless(files):
 def tree():
     """The program's own sources; tests, benchmarks and tools may look at everything."""
     return {pathlib.PurePosixPath(path): (house.SOURCE / path).read_text(encoding="utf-8")
-            for path in house.sources(".cpp", ".h") if path.parts[0] in ROOMS}
+            for path in house.sources(".cpp", ".h") if path.parts[0] in AREAS}
 
 
 class Includes(unittest.TestCase):

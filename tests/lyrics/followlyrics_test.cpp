@@ -10,7 +10,7 @@ namespace
 using lyrics::LyricsData;
 using lyrics::LyricsForm;
 using tests::kTwoLines;
-using Told = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
 using FollowLyrics = tests::LyricsFormFixture;
 
@@ -210,7 +210,7 @@ TEST_F(FollowLyrics, MarksThatCannotBeParsedAreReportedOnce)
     ASSERT_TRUE(form.tmrReport.Enabled());
     try {
         form.tmrReport.Fire();
-        ADD_FAILURE() << "told nothing";
+        ADD_FAILURE() << "nothing was reported";
     } catch (const runtime::RuntimeError &failure) {
         EXPECT_EQ(failure.number, runtime::kDuplicateKey);
         EXPECT_EQ(failure.description, runtime::DescribeError(runtime::kDuplicateKey));
@@ -242,7 +242,7 @@ TEST_F(FollowLyrics, SetTimesOpensASecondWindowForTheSong)
     form.newSettingWindow = [&opened](const std::string &file) { opened.push_back(file); };
     lyrics::FollowLyrics(form, "", kTwoLines);
     form.cmdSetTimes.Click();
-    EXPECT_EQ(opened, Told{"/music/song.mp3"});
+    EXPECT_EQ(opened, Lines{"/music/song.mp3"});
     EXPECT_EQ(form.Lyrics.Text(), "One\r\nTwo\r\n");
     EXPECT_TRUE(form.showTimes.Enabled());
 }

@@ -32,7 +32,7 @@ inline std::string Enqueued(const std::string &path)
 inline std::vector<std::string> Commands(RecordingPlayer &player)
 {
     std::vector<std::string> commands;
-    for (const std::string &line : player.Told())
+    for (const std::string &line : player.Received())
         if (line.starts_with("273 ") || line.starts_with("copy "))
             commands.push_back(line);
     return commands;
@@ -72,7 +72,7 @@ protected:
     LyricsSongs()
     {
         player::IsWinampRunning();
-        player.Told();
+        player.Received();
     }
     ~LyricsSongs() override { player::LyricsWindowOpen = false; }
 
@@ -106,7 +106,7 @@ protected:
     {
         std::string song = WriteSong("song.mp3", text);
         lyrics::SetTimes(shown, song);
-        player.Told();
+        player.Received();
         return song;
     }
 

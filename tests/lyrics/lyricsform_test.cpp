@@ -18,7 +18,7 @@ using lyrics::LyricsForm;
 using tests::Commands;
 using tests::Enqueued;
 using tests::kTwoLines;
-using Told = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
 using SettingTimes = tests::LyricsFormFixture;
 
@@ -35,7 +35,7 @@ TEST_F(SettingTimes, SetTimesPlaysTheSongFromItsBeginning)
     EXPECT_FALSE(form.showTimes.Enabled());
     EXPECT_FALSE(form.cmdSetTimes.Enabled());
     EXPECT_TRUE(form.Lyrics.Enabled());
-    EXPECT_EQ(Commands(player), (Told{kStop, Enqueued(song), kPlay}));
+    EXPECT_EQ(Commands(player), (Lines{kStop, Enqueued(song), kPlay}));
     EXPECT_FALSE(form.busy);
     EXPECT_FALSE(lyrics::HasUnsavedMarks(form));
 }
@@ -122,7 +122,7 @@ TEST_F(SettingTimes, ATest)
     EXPECT_EQ(form.Lyrics.Text(), "One\r\nTwo\r\n");
     EXPECT_TRUE(form.showTimes.Enabled());
     EXPECT_FALSE(form.cmdSetTimes.Enabled());
-    EXPECT_EQ(Commands(player), (Told{kStop, Enqueued(song), kPlay}));
+    EXPECT_EQ(Commands(player), (Lines{kStop, Enqueued(song), kPlay}));
     Play(42);
     form.showTimes.Fire();
     EXPECT_EQ(Selected(form), "Two");
@@ -134,13 +134,13 @@ TEST_F(SettingTimes, ATest)
     EXPECT_FALSE(form.showTimes.Enabled());
     EXPECT_FALSE(form.Times.has_value());
     EXPECT_TRUE(form.cmdPause.Enabled());
-    EXPECT_EQ(Commands(player), Told());
+    EXPECT_EQ(Commands(player), Lines());
 
     form.Lyrics.SetText("typed since");
     form.cmdTest.Click(); // the same once more, no new test
     EXPECT_EQ(form.Lyrics.Text(), kTwoLines);
     EXPECT_FALSE(form.showTimes.Enabled());
-    EXPECT_EQ(Commands(player), Told());
+    EXPECT_EQ(Commands(player), Lines());
 }
 
 TEST_F(SettingTimes, ATestOfATextWithoutMarks)
@@ -158,13 +158,13 @@ TEST_F(SettingTimes, PauseAndContinue)
     form.cmdPause.Click(); // before the first test: nothing
     EXPECT_EQ(form.Lyrics.Text(), kTwoLines);
     form.cmdTest.Click();
-    player.Told();
+    player.Received();
     form.cmdPause.Click();
     EXPECT_EQ(form.cmdPause.Caption(), "4");
     EXPECT_EQ(form.cmdPause.ToolTip(), "Continue with the test");
     EXPECT_EQ(form.Lyrics.Text(), kTwoLines);
     EXPECT_FALSE(form.showTimes.Enabled());
-    EXPECT_EQ(Commands(player), Told{kPause});
+    EXPECT_EQ(Commands(player), Lines{kPause});
 
     form.Lyrics.SetText("[00:05]Other\r\n");
     form.cmdPause.Click(); // a new test, with the current text of the box
@@ -174,7 +174,7 @@ TEST_F(SettingTimes, PauseAndContinue)
     EXPECT_EQ(form.Lyrics.Text(), "Other\r\n");
     EXPECT_EQ(form.Times->size(), 1U);
     EXPECT_TRUE(form.showTimes.Enabled());
-    EXPECT_EQ(Commands(player), (Told{Enqueued(song), kPlay}));
+    EXPECT_EQ(Commands(player), (Lines{Enqueued(song), kPlay}));
 }
 
 TEST_F(SettingTimes, ATestThatFailsLosesNothing)
@@ -191,7 +191,7 @@ TEST_F(SettingTimes, ATestThatFailsLosesNothing)
     EXPECT_FALSE(form.cmdSetTimes.Enabled());
     EXPECT_FALSE(form.showTimes.Enabled());
     EXPECT_FALSE(form.busy);
-    EXPECT_EQ(Commands(player), Told{kStop});
+    EXPECT_EQ(Commands(player), Lines{kStop});
     form.tmrDraft.Fire();
     EXPECT_EQ(lyrics::ReadDraft(song), twice);
     EXPECT_EQ(tests::LyricsIn(song), "");

@@ -20,7 +20,7 @@ using tests::Commands;
 using tests::Enqueued;
 using tests::kTwoLines;
 using tests::LyricsIn;
-using Told = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
 using Marks = tests::LyricsFormFixture;
 
@@ -294,7 +294,7 @@ TEST_F(Marks, WhileAButtonWorks)
     };
     form.cmdTest.Click();
     EXPECT_EQ(calls, 1);
-    EXPECT_EQ(Commands(player), (Told{kStop, Enqueued(song), kPlay}));
+    EXPECT_EQ(Commands(player), (Lines{kStop, Enqueued(song), kPlay}));
     EXPECT_EQ(form.cmdPause.Caption(), ";");
 }
 

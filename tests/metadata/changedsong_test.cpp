@@ -102,7 +102,7 @@ TEST_F(ChangedSong, ASongChangedInBetweenIsNotOverwritten)
     shell::TheGlobals().BackUpFiles = true;
     const std::string before = Tag(3, Frame3("TIT2", "Old")) + AudioBytes();
     const std::string changed = Tag(3, Frame3("TIT2", "Theirs")) + AudioBytes(6000);
-    int told = 0;
+    int reported = 0;
     for (const bool otherBetween : {false, true})
         for (int atYield = 0; atYield < 200; ++atYield) {
             Song(before);
@@ -130,11 +130,11 @@ TEST_F(ChangedSong, ASongChangedInBetweenIsNotOverwritten)
             ASSERT_EQ(m_desk.boxes.size(), wasWritten ? 0u : 1u) << atYield;
             if (wasWritten)
                 continue;
-            ++told;
+            ++reported;
             EXPECT_TRUE(m_desk.boxes[0].find("was changed by another program") !=
                         std::string::npos);
         }
-    EXPECT_GT(told, 100);
+    EXPECT_GT(reported, 100);
 }
 
 TEST_F(ChangedSong, ASongReplacedByOneOfTheSameSizeIsNotOverwritten)
@@ -194,7 +194,7 @@ TEST_F(ChangedSong, ASongChangedBeforeItsCopyIsWrittenStaysInTheCatalogueAsItIs)
 TEST_F(ChangedSong, TheCopyOfAnotherEditIsNeitherTakenNorDeleted)
 {
     const std::string before = Tag(3, Frame3("TIT2", "Old")) + AudioBytes();
-    int told = 0;
+    int reported = 0;
     for (int atYield = 1; atYield < 400; ++atYield) {
         SCOPED_TRACE(atYield);
         fs::remove(m_path + ".bck");
@@ -220,14 +220,14 @@ TEST_F(ChangedSong, TheCopyOfAnotherEditIsNeitherTakenNorDeleted)
             EXPECT_TRUE(m_desk.boxes.empty());
             continue;
         }
-        ++told;
+        ++reported;
         ASSERT_EQ(m_desk.boxes.size(), 1u);
         EXPECT_TRUE(m_desk.boxes[0].find("is being edited by another program") !=
                     std::string::npos);
         EXPECT_TRUE(ReadFile(m_path) == before);
         EXPECT_EQ(ReadFile(m_path + ".bck"), "theirs");
     }
-    EXPECT_GT(told, 50);
+    EXPECT_GT(reported, 50);
 }
 
 // A second edit of the same song at every yield of the first: one of them is refused with a reason,

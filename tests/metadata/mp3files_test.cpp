@@ -202,20 +202,20 @@ TEST_F(SongFiles, AFileThatEndsWithinItsLastTag)
 TEST_F(SongFiles, BeforeAReadThatMayTakeLongTheCallerIsNotified)
 {
     const std::string path = Song("a.mp3", "x");
-    int told = 0;
-    metadata::TheMP3InfoHooks().beforeSlowRead = [&] { ++told; };
+    int calls = 0;
+    metadata::TheMP3InfoHooks().beforeSlowRead = [&] { ++calls; };
     m_files.onRead = [](std::int64_t offset, bool mayWait) {
         return std::int64_t{!mayWait && offset > 8192 ? -EAGAIN : 0};
     };
     EXPECT_TRUE(ReadSongInfo(path).hasID3v1);
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(calls, 1);
     m_files.onRead = [](std::int64_t, bool mayWait) {
         return std::int64_t{mayWait ? 0 : -EOPNOTSUPP};
     };
     m_files.reads = 0;
     ReadSongInfo(path); // after one read that would wait, all reads of that device count as slow
     EXPECT_EQ(m_files.reads, 3);
-    EXPECT_EQ(told, 3);
+    EXPECT_EQ(calls, 3);
 }
 
 TEST_F(SongFiles, MoreThanFourGigabytes)

@@ -107,7 +107,7 @@ TEST_F(TagFaults, APowerCutInEveryCall)
             ASSERT_TRUE(IsWhole(song));
             EXPECT_TRUE(!fs::exists(song + ".bck") || IsWhole(song + ".bck"));
             if (ReadFile(song) == kOld) {
-                EXPECT_LT(done, files.Count()) << "what is told as saved is saved";
+                EXPECT_LT(done, files.Count()) << "what is reported as saved is saved";
                 return;
             }
             ++songsAreNew;

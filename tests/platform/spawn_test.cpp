@@ -41,9 +41,9 @@ TEST(RunQuietly, ReportsHowItEnded)
 TEST(StartDetached, RunsInTheFolderAndIsNotWaitedFor)
 {
     const tests::TestFolder folder;
-    constexpr const char *kWhenTold = "while [ ! -e \"$0.go\" ]; do sleep 0.01; done; "
-                                      "pwd > \"$0.tmp\"; mv \"$0.tmp\" \"$0\"";
-    ASSERT_TRUE(StartDetached({"sh", "-c", kWhenTold, folder / "out"}, folder.Path()));
+    constexpr const char *kWhenAllowed = "while [ ! -e \"$0.go\" ]; do sleep 0.01; done; "
+                                         "pwd > \"$0.tmp\"; mv \"$0.tmp\" \"$0\"";
+    ASSERT_TRUE(StartDetached({"sh", "-c", kWhenAllowed, folder / "out"}, folder.Path()));
     tests::WriteFile(folder / "out.go", "");
     ASSERT_TRUE(tests::WaitUntil([&] { return std::filesystem::exists(folder / "out"); }));
     EXPECT_EQ(tests::ReadFile(folder / "out"),

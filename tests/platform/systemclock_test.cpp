@@ -60,9 +60,9 @@ TEST_F(Clock, ReturnsTheSameTimeAsTheCLibrary)
     calendar.tm_min = now.minute;
     calendar.tm_sec = now.second;
     calendar.tm_isdst = -1;
-    const std::time_t told = std::mktime(&calendar);
-    EXPECT_GE(told, before);
-    EXPECT_LE(told, after);
+    const std::time_t converted = std::mktime(&calendar);
+    EXPECT_GE(converted, before);
+    EXPECT_LE(converted, after);
     EXPECT_GE(seconds, 0);
     EXPECT_LT(seconds, 86401);
 }

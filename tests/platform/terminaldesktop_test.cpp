@@ -208,7 +208,7 @@ TEST(TerminalDesktop, PrintsAnAddressWhereNoDisplayIs)
         unsetenv("WAYLAND_DISPLAY");
         return TerminalDesktop().OpenAddress("http://a.example/", "/") ? 1 : 0;
     });
-    EXPECT_EQ(talk.result, 1) << "printed, it is told";
+    EXPECT_EQ(talk.result, 1) << "1: it was printed";
     EXPECT_EQ(talk.output, "http://a.example/\n");
 }
 

@@ -9,7 +9,7 @@ using tests::kStop;
 namespace
 {
 
-using Told = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
 class Controls : public testing::Test
 {
@@ -20,11 +20,11 @@ protected:
         port.Answer(105, 205, 1);
         port.Answer(105, 61'500);
         ui::Show(form);
-        port.Told();
+        port.Received();
     }
     ~Controls() override { ui::Close(form); }
 
-    Told Orders() { return port.Orders(); }
+    Lines Orders() { return port.Orders(); }
 
     // What the user does with the thumb, as the toolkit's bar reports it.
     void Grasp() { form.HScroll.thumbHeld = true; }
@@ -48,10 +48,10 @@ TEST_F(Controls, TheButtonsSendTheirMessages)
                                     "273 40048 0"};
     for (std::size_t i = 0; i < form.cmdSong.size(); ++i) {
         form.cmdSong[i].Click();
-        EXPECT_EQ(port.Told(), Told{messages[i]});
+        EXPECT_EQ(port.Received(), Lines{messages[i]});
     }
     form.cmdShuffle.Click();
-    EXPECT_EQ(port.Told(), (Told{"front 9", "key 115 116 0", "front 3"}));
+    EXPECT_EQ(port.Received(), (Lines{"front 9", "key 115 116 0", "front 3"}));
 }
 
 TEST_F(Controls, Captions)
@@ -80,7 +80,7 @@ TEST_F(Controls, TheBarFollowsTheTimes)
     form.tmrUpdate.Fire();
     EXPECT_EQ(form.HScroll.Max(), 205);
     EXPECT_EQ(form.HScroll.Value(), 63);
-    EXPECT_EQ(Orders(), Told());
+    EXPECT_EQ(Orders(), Lines());
     port.Answer(105, 5999, 1);
     port.Answer(105, 5'999'000);
     form.tmrUpdate.Fire();
@@ -102,7 +102,7 @@ TEST_F(Controls, APlayerThatDoesNotAnswerMovesNothing)
     EXPECT_EQ(form.HScroll.Max(), 205);
     EXPECT_EQ(form.HScroll.Value(), 62);
     EXPECT_TRUE(form.onKeyDown(ui::Key{39}));
-    EXPECT_EQ(Orders(), Told());
+    EXPECT_EQ(Orders(), Lines());
     port.silent = false;
     port.Answer(105, 205, 1);
     port.Answer(105, 70'000);
@@ -116,22 +116,22 @@ TEST_F(Controls, AQuickDragSeeksToItsValue)
     Grasp();
     Move();
     Move();
-    EXPECT_EQ(Orders(), (Told{kStop, kStop}));
+    EXPECT_EQ(Orders(), (Lines{kStop, kStop}));
     EXPECT_TRUE(form.Dragging);
     LetGo(120); // within the 250 ms
-    EXPECT_EQ(Orders(), Told());
+    EXPECT_EQ(Orders(), Lines());
     port.Answer(105, 0); // a stopped player is at 0
     form.tmrUpdate.Fire();
-    EXPECT_EQ(Orders(), Told());
+    EXPECT_EQ(Orders(), Lines());
     form.tmrStopDragging.Fire();
-    EXPECT_EQ(Orders(), (Told{kPlay, "1024 120000 106"}));
+    EXPECT_EQ(Orders(), (Lines{kPlay, "1024 120000 106"}));
     EXPECT_FALSE(form.tmrStopDragging.Enabled());
     EXPECT_FALSE(form.Dragging);
     EXPECT_FALSE(form.SeekPending);
     port.Answer(105, 121'000);
     form.tmrUpdate.Fire();
     EXPECT_EQ(form.HScroll.Value(), 121);
-    EXPECT_EQ(Orders(), Told());
+    EXPECT_EQ(Orders(), Lines());
 }
 
 TEST_F(Controls, AThumbThatIsHeldIsNotMovedAway)
@@ -145,9 +145,9 @@ TEST_F(Controls, AThumbThatIsHeldIsNotMovedAway)
     form.tmrUpdate.Fire();
     form.tmrUpdate.Fire();
     EXPECT_EQ(form.HScroll.Value(), 62);
-    EXPECT_EQ(Orders(), Told{kStop});
+    EXPECT_EQ(Orders(), Lines{kStop});
     LetGo(150);
-    EXPECT_EQ(Orders(), (Told{kPlay, "1024 150000 106"}));
+    EXPECT_EQ(Orders(), (Lines{kPlay, "1024 150000 106"}));
     EXPECT_FALSE(form.tmrStopDragging.Enabled());
 }
 
@@ -158,20 +158,20 @@ TEST_F(Controls, ADragThatEndsWhereItBegan)
     Move();
     LetGo(62);
     form.tmrStopDragging.Fire();
-    EXPECT_EQ(Orders(), (Told{kStop, kPlay, "1024 62000 106"}));
+    EXPECT_EQ(Orders(), (Lines{kStop, kPlay, "1024 62000 106"}));
 }
 
 TEST_F(Controls, AClickOnTheTrackSendsNothing)
 {
     form.tmrUpdate.Fire();
     form.HScroll.SetValue(100);
-    EXPECT_EQ(Orders(), Told());
+    EXPECT_EQ(Orders(), Lines());
     Grasp();
     LetGo(100);
-    EXPECT_EQ(Orders(), Told());
+    EXPECT_EQ(Orders(), Lines());
     form.tmrUpdate.Fire(); // and the thumb is put back
     EXPECT_EQ(form.HScroll.Value(), 62);
-    EXPECT_EQ(Orders(), Told());
+    EXPECT_EQ(Orders(), Lines());
 }
 
 TEST_F(Controls, KeysSeekWithoutTheEvents)
@@ -181,20 +181,20 @@ TEST_F(Controls, KeysSeekWithoutTheEvents)
     form.HScroll.thumbMoved = [&] { ++scrolls; };
     form.HScroll.valueChanged = [&] { ++changes; };
     EXPECT_TRUE(form.onKeyDown(kRight));
-    EXPECT_EQ(Orders(), Told{"1024 67000 106"});
+    EXPECT_EQ(Orders(), Lines{"1024 67000 106"});
     EXPECT_TRUE(form.onKeyDown({39, false, true, false})); // with Ctrl as well
-    EXPECT_EQ(Orders(), Told{"1024 67000 106"});
+    EXPECT_EQ(Orders(), Lines{"1024 67000 106"});
     EXPECT_TRUE(form.onKeyDown(kLeft));
-    EXPECT_EQ(Orders(), Told{"1024 57000 106"});
+    EXPECT_EQ(Orders(), Lines{"1024 57000 106"});
     port.Answer(105, 2'000);
     EXPECT_TRUE(form.onKeyDown(kLeft));
-    EXPECT_EQ(Orders(), Told{"1024 0 106"});
+    EXPECT_EQ(Orders(), Lines{"1024 0 106"});
     port.Answer(105, 203'000);
     EXPECT_TRUE(form.onKeyDown(kRight));
-    EXPECT_EQ(Orders(), Told{"1024 205000 106"}); // not into the next song
+    EXPECT_EQ(Orders(), Lines{"1024 205000 106"}); // not into the next song
     for (const ui::Key &other : {ui::Key{39, true}, ui::Key{37, false, false, true}, ui::Key{38}})
         EXPECT_FALSE(form.onKeyDown(other));
-    EXPECT_EQ(Orders(), Told());
+    EXPECT_EQ(Orders(), Lines());
     EXPECT_EQ(scrolls + changes, 0);
     EXPECT_FALSE(form.Dragging);
     EXPECT_FALSE(form.SeekPending);
@@ -205,7 +205,7 @@ TEST_F(Controls, KeysSeekWhereTheLengthIsNotKnown)
     port.Answer(105, 0, 1);
     form.tmrUpdate.Fire();
     EXPECT_TRUE(form.onKeyDown(ui::Key{39}));
-    EXPECT_EQ(Orders(), Told{"1024 67000 106"});
+    EXPECT_EQ(Orders(), Lines{"1024 67000 106"});
 }
 
 TEST_F(Controls, WithoutAPlayerNothingHappens)

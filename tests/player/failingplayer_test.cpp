@@ -16,7 +16,7 @@ using tests::kPlay;
 namespace
 {
 
-using Told = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
 constexpr int kMostCalls = 4000; // three waits of 10 s for a player, a look every 10 ms
 constexpr std::string_view kTwoSongs = "#EXTM3U\r\n/0.mp3\r\n/1.mp3\r\n";
@@ -59,16 +59,16 @@ protected:
         port.frontAfter = 0;
         port.noteReads = port.noteRegistry = true;
         player::IsWinampRunning();
-        port.Told();
+        port.Received();
     }
 
     void ExpectThatItPlays()
     {
         MakeWell();
         player::PlayMP3File("/1.mp3", results);
-        const Told told = port.Told();
-        EXPECT_EQ(std::count(told.begin(), told.end(), kPlay), 1);
-        EXPECT_EQ(std::count(told.begin(), told.end(), "1024 1 121"), 1);
+        const Lines received = port.Received();
+        EXPECT_EQ(std::count(received.begin(), received.end(), kPlay), 1);
+        EXPECT_EQ(std::count(received.begin(), received.end(), "1024 1 121"), 1);
     }
 
     tests::FakeForms host;
@@ -169,8 +169,8 @@ TEST_F(FailingPlayer, NothingIsPlayedWhenTheSongIsNotAdded)
     MakeWell();
     port.refusesFiles = true;
     EXPECT_THROW(player::PlayMP3File("/new.mp3", Form().LV), runtime::RuntimeError);
-    const Told told = port.Told();
-    EXPECT_EQ(std::count(told.begin(), told.end(), kPlay), 0);
+    const Lines received = port.Received();
+    EXPECT_EQ(std::count(received.begin(), received.end(), kPlay), 0);
 }
 
 } // namespace

@@ -10,7 +10,7 @@
 namespace
 {
 
-using Told = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
 class Monitor : public tests::FormTest
 {
@@ -64,27 +64,27 @@ protected:
     void Select(const std::string &path) { port.SetPlaylist("#EXTM3U\r\n" + path + "\r\n"); }
     void Tick() { Form().tmr_Playing.Fire(); }
     std::string Panel(std::string_view key) { return Form().SB.Panel(key).text; }
-    Told Asked() { return std::exchange(asked, {}); }
+    Lines Asked() { return std::exchange(asked, {}); }
 
     tests::RecordingPlayer port;
     std::string words, plain;
-    Told asked;
+    Lines asked;
     int showError = 0;
 };
 
 TEST_F(Monitor, ANewSong)
 {
     Form().SB.SetText("PlayingStatus", "untouched");
-    port.Told();
+    port.Received();
     Tick();
     EXPECT_EQ(Panel("Playing"), "Playing:  U2 - One");
     EXPECT_EQ(Panel("PlayingStatus"), "untouched"); // on the tick of the change
-    EXPECT_EQ(Asked(), Told{"show words.mp3 U2 - One [0:01]Is it"});
-    EXPECT_EQ(port.Told(), (Told{"find Winamp v1.x", "1024 0 104", "1024 0 125", "find Winamp v1.x",
-                                 "1024 0 120"}));
+    EXPECT_EQ(Asked(), Lines{"show words.mp3 U2 - One [0:01]Is it"});
+    EXPECT_EQ(port.Received(), (Lines{"find Winamp v1.x", "1024 0 104", "1024 0 125",
+                                      "find Winamp v1.x", "1024 0 120"}));
     Tick();
     EXPECT_EQ(Panel("PlayingStatus"), "01:02 / 03:25");
-    EXPECT_EQ(Asked(), Told());
+    EXPECT_EQ(Asked(), Lines());
 }
 
 TEST_F(Monitor, TheNextSongHasNoLyrics)
@@ -94,7 +94,7 @@ TEST_F(Monitor, TheNextSongHasNoLyrics)
     Select(plain);
     Tick();
     EXPECT_EQ(Panel("Playing"), "Playing:  Us - Two && <b>"); // a caption: "&" is doubled
-    EXPECT_EQ(Asked(), Told{"unload"});
+    EXPECT_EQ(Asked(), Lines{"unload"});
     EXPECT_FALSE(player::LyricsWindowOpen);
 }
 
@@ -106,7 +106,7 @@ TEST_F(Monitor, TheNextSongHasLyricsAndTheWindowIsOpen)
     player::LyricsWindowOpen = true;
     Select(words);
     Tick();
-    EXPECT_EQ(Asked(), Told{"show words.mp3 U2 - One [0:01]Is it"}) << "which replaces them";
+    EXPECT_EQ(Asked(), Lines{"show words.mp3 U2 - One [0:01]Is it"}) << "which replaces them";
 }
 
 TEST_F(Monitor, PathsAreComparedExactly)
@@ -126,14 +126,14 @@ TEST_F(Monitor, PausedIsMarkedOnce)
     Tick();
     Tick();
     port.Answer(104, 3);
-    port.Told();
+    port.Received();
     port.Answer(105, 99'000);
     for (int i = 0; i < 3; ++i)
         Tick();
     EXPECT_EQ(Panel("Playing"), "Playing:  U2 - One (paused)");
     EXPECT_EQ(Panel("PlayingStatus"), "01:02 / 03:25"); // it stays
-    const Told told = port.Told();
-    EXPECT_EQ(std::count(told.begin(), told.end(), "1024 0 104"), 6); // asked twice a tick
+    const Lines received = port.Received();
+    EXPECT_EQ(std::count(received.begin(), received.end(), "1024 0 104"), 6); // asked twice a tick
     port.Answer(104, 1);
     Tick();
     EXPECT_EQ(Panel("Playing"), "Playing:  U2 - One");
@@ -156,7 +156,7 @@ TEST_F(Monitor, StoppingAndStartingTheSameSong)
     Tick();
     EXPECT_EQ(Panel("Playing"), "Playing:  U2 - One");
     EXPECT_EQ(Panel("PlayingStatus"), "01:02 / 03:25");
-    EXPECT_EQ(Asked(), Told()); // no new lyrics window
+    EXPECT_EQ(Asked(), Lines()); // no new lyrics window
 }
 
 TEST_F(Monitor, TheSettingAndAClosedPlayerFreezeThePanels)
@@ -165,9 +165,9 @@ TEST_F(Monitor, TheSettingAndAClosedPlayerFreezeThePanels)
     Tick();
     shell::TheGlobals().ShowLyricsAutomatically = false;
     port.Answer(104, 0);
-    port.Told();
+    port.Received();
     Tick();
-    EXPECT_EQ(port.Told(), Told());
+    EXPECT_EQ(port.Received(), Lines());
     EXPECT_EQ(Panel("Playing"), "Playing:  U2 - One");
     EXPECT_EQ(player::GetPlayingTimeStatus(), "01:02 / 03:25"); // for the other windows
     shell::TheGlobals().ShowLyricsAutomatically = true;
@@ -197,7 +197,7 @@ TEST_F(Monitor, APlayerThatFallsSilentWithinATickFreezesThePanels)
             };
             Tick();
             port.onCall = nullptr;
-            EXPECT_EQ(Asked(), Told());
+            EXPECT_EQ(Asked(), Lines());
             const bool isNews = calls <= silentAt; // it answered all
             if (!isNews) {
                 EXPECT_EQ(Panel("PlayingStatus"), "01:02 / 03:25");
@@ -216,7 +216,7 @@ TEST_F(Monitor, OverAModalWindowTheLyricsAreLeftOut)
     Asked();
     showError = 0;
     Tick();
-    EXPECT_EQ(Asked(), Told());
+    EXPECT_EQ(Asked(), Lines());
 }
 
 TEST_F(Monitor, AnyOtherErrorTriesTheSongAgain)
@@ -240,7 +240,7 @@ TEST_F(Monitor, AnEmptyPathIsASongLikeAnyOther)
     port.Answer(125, -1);
     Tick();
     EXPECT_EQ(Panel("Playing"), "Playing:   - ");
-    EXPECT_EQ(Asked(), Told{"unload"});
+    EXPECT_EQ(Asked(), Lines{"unload"});
 }
 
 TEST_F(Monitor, AnotherWritersTextStaysUntilTheNextChange)
@@ -260,21 +260,21 @@ TEST_F(Monitor, LyricsOnDemand)
         player::submnuShowLyricsCurrentSong_Click();
         return std::exchange(desktop.boxes, {});
     };
-    EXPECT_EQ(choose(), Told());
-    EXPECT_EQ(Asked(), Told{"show words.mp3 U2 - One [0:01]Is it"});
-    EXPECT_EQ(choose(), Told()); // open already: its text is not replaced
-    EXPECT_EQ(Asked(), Told());
+    EXPECT_EQ(choose(), Lines());
+    EXPECT_EQ(Asked(), Lines{"show words.mp3 U2 - One [0:01]Is it"});
+    EXPECT_EQ(choose(), Lines()); // open already: its text is not replaced
+    EXPECT_EQ(Asked(), Lines());
     Select(plain);
-    EXPECT_EQ(choose(), Told{"The lyrics for that song weren't found"});
-    EXPECT_EQ(Asked(), Told{"unload"});
+    EXPECT_EQ(choose(), Lines{"The lyrics for that song weren't found"});
+    EXPECT_EQ(Asked(), Lines{"unload"});
     port.Answer(104, 3); // a paused song counts
-    EXPECT_EQ(choose(), Told{"The lyrics for that song weren't found"});
+    EXPECT_EQ(choose(), Lines{"The lyrics for that song weren't found"});
     port.Answer(104, 2);
-    EXPECT_EQ(choose(), Told{"No song is playing"});
+    EXPECT_EQ(choose(), Lines{"No song is playing"});
     port.Answer(104, 0);
-    EXPECT_EQ(choose(), Told{"No song is playing"});
+    EXPECT_EQ(choose(), Lines{"No song is playing"});
     port.window = 0;
-    EXPECT_EQ(choose(), Told{"Winamp is not running"});
+    EXPECT_EQ(choose(), Lines{"Winamp is not running"});
 }
 
 } // namespace

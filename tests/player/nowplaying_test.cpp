@@ -39,9 +39,9 @@ TEST(GetPlayingTimeStatus, AsksTheLengthFirst)
 {
     tests::RecordingPlayer port;
     player::IsWinampRunning();
-    port.Told();
+    port.Received();
     player::GetPlayingTimeStatus();
-    EXPECT_EQ(port.Told(), (std::vector<std::string>{"1024 1 105", "1024 0 105"}));
+    EXPECT_EQ(port.Received(), (std::vector<std::string>{"1024 1 105", "1024 0 105"}));
 }
 
 } // namespace

@@ -12,7 +12,7 @@ using tests::kStop;
 namespace
 {
 
-using Told = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
 // Drives on which the medium with the song can be missing.
 struct MediaDrives : tests::FakeDrives {
@@ -46,10 +46,10 @@ protected:
 
     void Play(const std::string &path) { player::PlayMP3File(path, Form().LV); }
 
-    Told Orders()
+    Lines Orders()
     {
-        Told orders;
-        for (const std::string &line : port.Told())
+        Lines orders;
+        for (const std::string &line : port.Received())
             if (line.starts_with("273") || line.starts_with("copy") || line.ends_with(" 121") ||
                 line.starts_with("start"))
                 orders.push_back(line);
@@ -63,34 +63,34 @@ protected:
 TEST_F(PlayMP3, ASongOfTheListIsSelectedAndPlayed)
 {
     Play("/1.MP3");
-    EXPECT_EQ(Orders(), (Told{"1024 1 121", kPlay}));
+    EXPECT_EQ(Orders(), (Lines{"1024 1 121", kPlay}));
     port.Answer(104, 1);
     Play("/0.mp3");
-    EXPECT_EQ(Orders(), (Told{kStop, "1024 0 121", kPlay}));
+    EXPECT_EQ(Orders(), (Lines{kStop, "1024 0 121", kPlay}));
     port.Answer(104, 3); // a paused player is not stopped
     Play("/0.mp3");
-    EXPECT_EQ(Orders(), (Told{"1024 0 121", kPlay}));
+    EXPECT_EQ(Orders(), (Lines{"1024 0 121", kPlay}));
 }
 
 TEST_F(PlayMP3, ANewSongIsAddedAndOnePastItSelected)
 {
     Play("/new.mp3");
-    EXPECT_EQ(Orders(), (Told{"copy 100 9 /new.mp3", "1024 3 121", kPlay}));
+    EXPECT_EQ(Orders(), (Lines{"copy 100 9 /new.mp3", "1024 3 121", kPlay}));
 }
 
 TEST_F(PlayMP3, ASongThatIsOnlyTheBeginningOfAListedPath)
 {
     Play("/1");
-    EXPECT_EQ(Orders(), (Told{"1024 -1 121", kPlay}));
+    EXPECT_EQ(Orders(), (Lines{"1024 -1 121", kPlay}));
 }
 
 TEST_F(PlayMP3, ASongThatThePlayerRefusesIsNotPlayed)
 {
     port.refusesFiles = true;
     EXPECT_THROW(Play("/new.mp3"), runtime::RuntimeError);
-    EXPECT_EQ(Orders(), Told{"copy 100 9 /new.mp3"});
+    EXPECT_EQ(Orders(), Lines{"copy 100 9 /new.mp3"});
     Play("/0.mp3"); // and the next one is
-    EXPECT_EQ(Orders(), (Told{"1024 0 121", kPlay}));
+    EXPECT_EQ(Orders(), (Lines{"1024 0 121", kPlay}));
 }
 
 TEST_F(PlayMP3, ThePlayerIsStartedAndWaitedFor)
@@ -98,7 +98,7 @@ TEST_F(PlayMP3, ThePlayerIsStartedAndWaitedFor)
     port.window = 0;
     desktop.onYield = [this] { port.window = clock.steadyMs >= 3000 ? 9 : 0; };
     Play("/0.mp3");
-    EXPECT_EQ(Orders(), (Told{"start " + (port.folder / "player") + " 2", "1024 0 121", kPlay}));
+    EXPECT_EQ(Orders(), (Lines{"start " + (port.folder / "player") + " 2", "1024 0 121", kPlay}));
     EXPECT_GE(clock.steadyMs, 3000);
     EXPECT_LT(clock.steadyMs, 3100);
 }
@@ -117,7 +117,7 @@ TEST_F(PlayMP3, AfterThreeRoundsItDoesNotAnswer)
     } catch (const runtime::RuntimeError &error) {
         EXPECT_EQ(error.description, "The player Recorder does not answer.");
     }
-    EXPECT_EQ(Orders(), Told(3, "start " + (port.folder / "player") + " 2"));
+    EXPECT_EQ(Orders(), Lines(3, "start " + (port.folder / "player") + " 2"));
     EXPECT_EQ(clock.steadyMs, 30'000);
     EXPECT_EQ(early, "Not Playing..."); // a wait is shown only after a second
     EXPECT_EQ(shown, "Waiting for Recorder...");
@@ -130,7 +130,7 @@ TEST_F(PlayMP3, APlayerThatIsNotInstalledSaysSoAtOnce)
     port.command.clear();
     port.onStart = [] { throw runtime::RuntimeError(runtime::kFileNotFound, "install it"); };
     EXPECT_THROW(Play("/0.mp3"), runtime::RuntimeError);
-    EXPECT_EQ(Orders(), Told{"start  2"});
+    EXPECT_EQ(Orders(), Lines{"start  2"});
     EXPECT_EQ(clock.steadyMs, 0);
 }
 
@@ -145,8 +145,8 @@ TEST_F(PlayMP3, AnotherSongMeanwhileReplacesTheFirst)
             port.window = 9;
     };
     Play("/0.mp3");
-    const Told orders = Orders();
-    EXPECT_EQ(Told(orders.end() - 2, orders.end()), (Told{"1024 1 121", kPlay}));
+    const Lines orders = Orders();
+    EXPECT_EQ(Lines(orders.end() - 2, orders.end()), (Lines{"1024 1 121", kPlay}));
     EXPECT_EQ(std::count(orders.begin(), orders.end(), kPlay), 1);
 }
 
@@ -169,14 +169,14 @@ TEST_F(PlayMP3, ADiskThatIsNotInIsAskedForWithItsLabel)
     EXPECT_EQ(desktop.boxes,
               std::vector<std::string>{
                   "You have to insert the CD-ROM labeled 'STICK' to play this MP3."});
-    EXPECT_EQ(Orders(), Told());
+    EXPECT_EQ(Orders(), Lines());
     Form().LV.SelectOnly(Form().LV.Find("/1"));
     media.type = platform::DriveType::Fixed;
     media.missing = true;
     Play("/1.mp3");
     EXPECT_EQ(desktop.boxes.back(),
               "You have to insert the Removable labeled '' to play this MP3.");
-    EXPECT_EQ(Orders(), Told());
+    EXPECT_EQ(Orders(), Lines());
 }
 
 TEST_F(PlayMP3, ADiskThatIsInIsNotAskedFor)
@@ -191,7 +191,7 @@ TEST_F(PlayMP3, ADiskThatIsInIsNotAskedFor)
         EXPECT_EQ(Orders().back(), kPlay);
         Play(folder / "none.mp3");
         EXPECT_EQ(desktop.boxes.size(), 1U);
-        EXPECT_EQ(Orders(), Told());
+        EXPECT_EQ(Orders(), Lines());
         desktop.boxes.clear();
     }
     media.type = platform::DriveType::Fixed; // for a fixed disk the player reports the missing file
@@ -221,20 +221,20 @@ TEST_F(PlayMP3, PopupAndDoubleClick)
     player::IsWinampRunning();
     form.LV.SelectOnly(form.LV.Find("/1"));
     browser::ClickPopup(form, "Play");
-    EXPECT_EQ(Orders(), (Told{"1024 1 121", kPlay}));
+    EXPECT_EQ(Orders(), (Lines{"1024 1 121", kPlay}));
     browser::ClickPopup(form, "Pause");
-    EXPECT_EQ(Orders(), Told{kPause});
+    EXPECT_EQ(Orders(), Lines{kPause});
     browser::ClickPopup(form, "Stop");
-    EXPECT_EQ(Orders(), Told{kStop});
+    EXPECT_EQ(Orders(), Lines{kStop});
     browser::ItemClick(form, form.LV);
-    EXPECT_EQ(Orders(), (Told{"1024 1 121", kPlay}));
+    EXPECT_EQ(Orders(), (Lines{"1024 1 121", kPlay}));
     ui::KeyedList results;
     results.SetSubItemKeys({"Title", "Label", "Path"});
     AddRow(results, "/0", "", "/0.mp3");
     form.searchList = &results;
     form.PopupFromSearch = true;
     browser::ClickPopup(form, "Play"); // the row of the list on which the popup was opened
-    EXPECT_EQ(Orders(), (Told{"1024 0 121", kPlay}));
+    EXPECT_EQ(Orders(), (Lines{"1024 0 121", kPlay}));
     form.searchList = nullptr;
 }
 
@@ -247,18 +247,18 @@ TEST_F(PlayMP3, TheRowThatSaysThatNothingWasFound)
     form.LV.SelectOnly(form.LV.AddRow("/0", "", "", {&words, 1}));
     browser::ItemClick(form, form.LV);
     browser::ClickPopup(form, "Play");
-    EXPECT_EQ(port.Told(), Told());
+    EXPECT_EQ(port.Received(), Lines());
 }
 
 TEST_F(PlayMP3, RefreshListDeletesAndWritesAnew)
 {
     Form().tmrRefreshList.Fire();
-    EXPECT_EQ(port.Told(), (Told{"find Winamp v1.x", "1024 0 120"}));
+    EXPECT_EQ(port.Received(), (Lines{"find Winamp v1.x", "1024 0 120"}));
     EXPECT_FALSE(std::filesystem::exists(port.Playlist()));
     port.window = 0;
     port.SetPlaylist("#EXTM3U\r\n");
     Form().tmrRefreshList.Fire(); // without a player its file stays
-    EXPECT_EQ(port.Told(), (Told{"find Winamp v1.x", "1024 0 120"}));
+    EXPECT_EQ(port.Received(), (Lines{"find Winamp v1.x", "1024 0 120"}));
     EXPECT_TRUE(std::filesystem::exists(port.Playlist()));
     platform::TheMachine().player = nullptr;
     Form().tmrRefreshList.Fire();

@@ -9,7 +9,7 @@
 namespace
 {
 
-using Told = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 using namespace player;
 
 class WinAmpMod : public testing::Test
@@ -49,35 +49,35 @@ TEST_F(WinAmpMod, MessageTable)
         SCOPED_TRACE(row.name);
         WinampWindow = 0;
         EXPECT_EQ(row.call(), 0); // no window was searched for yet
-        EXPECT_EQ(port.Told(), Told{std::string(row.message) + " to 0"});
+        EXPECT_EQ(port.Received(), Lines{std::string(row.message) + " to 0"});
         ASSERT_TRUE(IsWinampRunning());
-        port.Told();
+        port.Received();
         for (const std::int32_t answer : {2147483647, -1, 3}) {
             port.answers[row.message] = answer;
             EXPECT_EQ(row.call(), answer);
-            EXPECT_EQ(port.Told(), Told{row.message});
+            EXPECT_EQ(port.Received(), Lines{row.message});
         }
         port.window = 10; // the old handle is invalid
         EXPECT_EQ(row.call(), 0);
         port.window = 9;
-        port.Told();
+        port.Received();
     }
 }
 
 TEST_F(WinAmpMod, JumpBeyond32BitsIsAnOverflow)
 {
     EXPECT_THROW(JumpToTime(2147484, 0), runtime::RuntimeError);
-    EXPECT_EQ(port.Told(), Told());
+    EXPECT_EQ(port.Received(), Lines());
 }
 
 TEST_F(WinAmpMod, EnqueueSendsTheBytesWithTheirZero)
 {
     IsWinampRunning();
-    port.Told();
+    port.Received();
     EXPECT_EQ(EnqueueFile("/m/\xE9 1.mp3"), 0);
-    EXPECT_EQ(port.Told(), Told{"copy 100 11 /m/\xE9 1.mp3"});
+    EXPECT_EQ(port.Received(), Lines{"copy 100 11 /m/\xE9 1.mp3"});
     EXPECT_EQ(EnqueueFile(""), 0);
-    EXPECT_EQ(port.Told(), Told{"copy 100 1 "});
+    EXPECT_EQ(port.Received(), Lines{"copy 100 1 "});
 }
 
 TEST_F(WinAmpMod, RunningIsAWindowOfTheClass)
@@ -88,7 +88,7 @@ TEST_F(WinAmpMod, RunningIsAWindowOfTheClass)
     port.window = 0;
     EXPECT_FALSE(IsWinampRunning());
     EXPECT_EQ(WinampWindow, 0U);
-    EXPECT_EQ(port.Told(), (Told{"find Winamp v1.x", "find Winamp v1.x"}));
+    EXPECT_EQ(port.Received(), (Lines{"find Winamp v1.x", "find Winamp v1.x"}));
 }
 
 TEST(WinAmpModAlone, WithoutAPortEachAnswerIsEmpty)
@@ -110,9 +110,9 @@ TEST(WinAmpModAlone, WithoutAPortEachAnswerIsEmpty)
 TEST_F(WinAmpMod, ShuffleTypesOneLetter)
 {
     IsWinampRunning();
-    port.Told();
+    port.Received();
     EXPECT_EQ(ToggleShuffle(), 1);
-    EXPECT_EQ(port.Told(), (Told{"front 9", "key 115 116 0", "front 3"}));
+    EXPECT_EQ(port.Received(), (Lines{"front 9", "key 115 116 0", "front 3"}));
     EXPECT_EQ(desktop.yields, 1);
 }
 
@@ -122,9 +122,9 @@ TEST_F(WinAmpMod, ModifiersAreHeldAroundTheKeyThatIsNeverReleased)
     port.keys['@'] = 0x740; // Shift, Control and Alt
     port.foreground = 9;
     EXPECT_EQ(TypeKeysToWindow("A@", 9), 1);
-    EXPECT_EQ(port.Told(), (Told{"key 16 0 0", "key 65 66 0", "key 16 0 2", "key 16 0 0",
-                                 "key 17 0 0", "key 18 0 0", "key 64 65 0", "key 16 0 2",
-                                 "key 17 0 2", "key 18 0 2", "front 9"}));
+    EXPECT_EQ(port.Received(), (Lines{"key 16 0 0", "key 65 66 0", "key 16 0 2", "key 16 0 0",
+                                      "key 17 0 0", "key 18 0 0", "key 64 65 0", "key 16 0 2",
+                                      "key 17 0 2", "key 18 0 2", "front 9"}));
     EXPECT_EQ(desktop.yields, 0);
 }
 
@@ -132,7 +132,7 @@ TEST_F(WinAmpMod, AWindowThatNeverComesForwardGetsNoKey)
 {
     port.frontAfter = 1000;
     EXPECT_EQ(TypeKeysToWindow("ss", 9), 0);
-    EXPECT_EQ(port.Told(), Told(20, "front 9")); // and the old window is not restored
+    EXPECT_EQ(port.Received(), Lines(20, "front 9")); // and the old window is not restored
     EXPECT_EQ(desktop.yields, 20);
 }
 
@@ -140,7 +140,7 @@ TEST_F(WinAmpMod, TheTwentiethAttemptCounts)
 {
     port.frontAfter = 19;
     EXPECT_EQ(TypeKeysToWindow("s", 9), 1);
-    EXPECT_EQ(port.Told().size(), 22U);
+    EXPECT_EQ(port.Received().size(), 22U);
 }
 
 TEST_F(WinAmpMod, AWindowThatLeavesBetweenTwoLetters)
@@ -152,15 +152,16 @@ TEST_F(WinAmpMod, AWindowThatLeavesBetweenTwoLetters)
         }
     };
     EXPECT_EQ(TypeKeysToWindow("ss", 9), 0);
-    const Told told = port.Told();
-    EXPECT_EQ(std::count(told.begin(), told.end(), "key 115 116 0"), 1); // it is not typed again
-    EXPECT_EQ(told.back(), "front 9");
+    const Lines received = port.Received();
+    EXPECT_EQ(std::count(received.begin(), received.end(), "key 115 116 0"),
+              1); // it is not typed again
+    EXPECT_EQ(received.back(), "front 9");
 }
 
 TEST_F(WinAmpMod, NoTextNoKey)
 {
     EXPECT_EQ(TypeKeysToWindow("", 9), 0);
-    EXPECT_EQ(port.Told(), Told());
+    EXPECT_EQ(port.Received(), Lines());
 }
 
 // --- The player on disk.
@@ -171,10 +172,10 @@ TEST_F(WinAmpMod, RegistryQuestion)
     port.command = "\"/p/player\" \"%1\"";
     EXPECT_EQ(GetWinampExePath(), "/p/player");
     // A root's key stays open.
-    EXPECT_EQ(port.Told(),
-              (Told{"open 2147483648 WinAmp.File\\shell\\play\\command 1", "query 77  256"}));
+    EXPECT_EQ(port.Received(),
+              (Lines{"open 2147483648 WinAmp.File\\shell\\play\\command 1", "query 77  256"}));
     EXPECT_EQ(ReadRegistryString(0, "Sub", "Name"), port.command);
-    EXPECT_EQ(port.Told(), (Told{"open 0 Sub 1", "query 77 Name 256", "close 77"}));
+    EXPECT_EQ(port.Received(), (Lines{"open 0 Sub 1", "query 77 Name 256", "close 77"}));
 }
 
 TEST_F(WinAmpMod, RegistryAnswers)
@@ -244,14 +245,15 @@ constexpr std::string_view kTwoTitledSongs = "#EXTM3U\r\n#EXTINF:1,A\r\n/m/a.mp3
 TEST_F(WinAmpMod, CurrentSongAsksInOrder)
 {
     IsWinampRunning();
-    port.Told();
+    port.Received();
     port.noteReads = true;
     port.noteRegistry = true;
     port.SetPlaylist(kTwoTitledSongs);
     EXPECT_EQ(GetCurrentSongPath(), "/m/a.mp3");
-    EXPECT_EQ(port.Told(),
-              (Told{"1024 0 125", "open 2147483648 WinAmp.File\\shell\\play\\command 1",
-                    "query 77  256", "find Winamp v1.x", "1024 0 120", "read " + port.Playlist()}));
+    EXPECT_EQ(
+        port.Received(),
+        (Lines{"1024 0 125", "open 2147483648 WinAmp.File\\shell\\play\\command 1", "query 77  256",
+               "find Winamp v1.x", "1024 0 120", "read " + port.Playlist()}));
 }
 
 TEST_F(WinAmpMod, CurrentSongByIndex)
@@ -265,9 +267,9 @@ TEST_F(WinAmpMod, CurrentSongByIndex)
     port.Answer(125, 2147483647);
     EXPECT_EQ(GetCurrentSongPath(), "");
     port.Answer(125, -1);
-    port.Told();
+    port.Received();
     EXPECT_EQ(GetCurrentSongPath(), "");
-    EXPECT_EQ(port.Told(), Told{"1024 0 125"});
+    EXPECT_EQ(port.Received(), Lines{"1024 0 125"});
     port.Answer(125, 0);
     port.SetPlaylist("#EXTM3U\r\n/m/a.mp3"); // a last line without an end
     EXPECT_EQ(GetCurrentSongPath(), "");
@@ -292,17 +294,17 @@ TEST_F(WinAmpMod, CurrentSongEndsAtTheFirstFailedCheck)
     port.noteReads = true;
     port.Answer(120, -1);
     EXPECT_EQ(GetCurrentSongPath(), "");
-    EXPECT_EQ(port.told.back(), "1024 0 120");
+    EXPECT_EQ(port.received.back(), "1024 0 120");
     port.Answer(120, 7); // anything but -1
     EXPECT_EQ(GetCurrentSongPath(), "/m/a.mp3");
     port.window = 0;
     EXPECT_EQ(GetCurrentSongPath(), "");
-    EXPECT_EQ(port.told.back(), "find Winamp v1.x");
+    EXPECT_EQ(port.received.back(), "find Winamp v1.x");
     port.window = 9;
     port.command.clear();
-    port.Told();
+    port.Received();
     EXPECT_EQ(GetCurrentSongPath(), "");
-    EXPECT_EQ(port.Told().size(), 1U); // the window is not even searched for
+    EXPECT_EQ(port.Received().size(), 1U); // the window is not even searched for
 }
 
 TEST_F(WinAmpMod, CurrentSongKeepsTheTextOfAFileThatIsGone)
@@ -333,9 +335,9 @@ TEST_F(WinAmpMod, IndexAsksTheLengthFirst)
     IsWinampRunning();
     port.SetPlaylist(kTwoTitledSongs);
     port.Answer(124, 2);
-    port.Told();
+    port.Received();
     EXPECT_EQ(GetPlaylistIndexOf("/m/b.mp3"), 1);
-    EXPECT_EQ(port.Told(), (Told{"1024 0 124", "find Winamp v1.x", "1024 0 120"}));
+    EXPECT_EQ(port.Received(), (Lines{"1024 0 124", "find Winamp v1.x", "1024 0 120"}));
 }
 
 TEST_F(WinAmpMod, IndexOfAPath)
@@ -382,11 +384,11 @@ TEST_F(WinAmpMod, ListQuestionsEndAtTheFirstFailedCheck)
     port.SetPlaylist(kTwoTitledSongs);
     port.noteReads = true;
     const auto both = [this] {
-        port.Told();
+        port.Received();
         EXPECT_FALSE(IsInPlaylist("/m/a.mp3"));
         EXPECT_EQ(GetPlaylistIndexOf("/m/a.mp3"), -1);
-        const Told told = port.Told();
-        return std::count(told.begin(), told.end(), "read " + port.Playlist());
+        const Lines received = port.Received();
+        return std::count(received.begin(), received.end(), "read " + port.Playlist());
     };
     port.Answer(124, 2);
     port.Answer(120, -1);

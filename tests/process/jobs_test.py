@@ -119,12 +119,12 @@ class ManyFailures(ProgramTest):
 
     def run_and_measure(self, *args):
         """What the program wrote on standard error; its status is 3 and its memory small."""
-        with tempfile.TemporaryFile() as told:
-            process = self.start(*args, stdout=subprocess.DEVNULL, stderr=told)
+        with tempfile.TemporaryFile() as errors:
+            process = self.start(*args, stdout=subprocess.DEVNULL, stderr=errors)
             _, status, usage = os.wait4(process.pid, 0)
             process.returncode = os.waitstatus_to_exitcode(status)
-            told.seek(0)
-            words = told.read()
+            errors.seek(0)
+            words = errors.read()
         self.assertEqual(process.returncode, 3, words[-1000:])
         self.assertLess(usage.ru_maxrss, 150 * 1024, "KiB")
         return words

@@ -104,7 +104,7 @@ class Lyrics(ProgramTest):
              "-e", "inject=%s:%s" % (call, effect), os.path.join(BIN, "quenlin"), self.text_path],
             env=self.env, stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
 
-    def test_full_disk_is_told_and_leaves_the_song(self):
+    def test_full_disk_is_reported_and_leaves_the_song(self):
         result = self.traced("copy_file_range", "error=ENOSPC")
         self.assertIn(b"No space left on device", result.stdout + result.stderr)
         self.assertEqual(contents(self.song_path), self.original)

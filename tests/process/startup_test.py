@@ -260,7 +260,7 @@ class Home(ProgramTest):
         self.assertEqual((done.returncode, done.stderr), (1, DAMAGED))
         self.assertFalse(os.path.exists(os.path.join(self.user, "MP3s.mdb")))
 
-    def test_users_folder_that_cannot_be_made_is_told(self):
+    def test_users_folder_that_cannot_be_made_is_reported(self):
         with open(os.path.join(self.scratch, "data"), "w", encoding="utf-8"):
             pass
         done = self.run_installed("--regenerate", self.music)

@@ -164,7 +164,7 @@ TEST_F(FoundScripts, PathsOfSuchNames)
 }
 
 // Rows that were read with the setting UnicodeTags off are searched as they are shown.
-TEST_F(FoundScripts, RowsOfTheUsualWay)
+TEST_F(FoundScripts, RowsReadWithUnicodeTagsOff)
 {
     shell::TheGlobals().UnicodeTags = false;
     tests::WriteFile(Song("old.mp3"),

@@ -18,11 +18,11 @@
 namespace tests
 {
 
-// The player's messages, as RecordingPlayer::told has them.
+// The player's messages, as RecordingPlayer::received has them.
 inline constexpr const char *kStop = "273 40047 0", *kPlay = "273 40045 0", *kPause = "273 40046 0";
 
-// While one exists, it is TheMachine().player. `told` has each call as a line of text; a message is
-// "message wParam lParam".
+// While one exists, it is TheMachine().player. `received` has each call as a line of text; a
+// message is "message wParam lParam".
 class RecordingPlayer : public platform::Player
 {
 public:
@@ -140,12 +140,12 @@ public:
     std::string Playlist() const { return folder / "WINAMP.m3u"; }
 
     // The calls since the last call of this.
-    std::vector<std::string> Told() { return std::exchange(told, {}); }
+    std::vector<std::string> Received() { return std::exchange(received, {}); }
 
     // The same without the questions about the position, which timers ask at any time.
     std::vector<std::string> Orders()
     {
-        std::vector<std::string> orders = Told();
+        std::vector<std::string> orders = Received();
         std::erase_if(orders, [](const std::string &line) { return line.ends_with(" 105"); });
         return orders;
     }
@@ -164,12 +164,12 @@ public:
     bool noteRegistry = false, noteReads = false;
     std::function<void()> onEnqueue, onStart, onLearn;
     std::function<void(const std::string &)> onCall; // called for each call, with its line
-    std::vector<std::string> told;
+    std::vector<std::string> received;
 
 private:
     void Note(const std::string &line)
     {
-        told.push_back(line);
+        received.push_back(line);
         if (onCall)
             onCall(line);
     }

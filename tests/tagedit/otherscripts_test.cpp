@@ -126,7 +126,7 @@ TEST_F(EditorInOtherScripts, ACopyIsCutBetweenCharacters)
     EXPECT_EQ(TagInFile().Title, "Señor");
 }
 
-TEST_F(EditorInOtherScripts, InTheUsualWayTheNoteIsThatOfBothTags)
+TEST_F(EditorInOtherScripts, WithUnicodeTagsOffTheNoteIsThatOfBothTags)
 {
     shell::TheGlobals().UnicodeTags = false;
     Open(tests::Id3v2(tests::TextFrame("TIT2", "One")) + tests::Audio());

@@ -27,14 +27,14 @@ TEST(Twips, FifteenToThePixel)
 TEST(Area, NotifiesOnlyOfADifference)
 {
     ui::Area area({1, 2, 3, 4});
-    int told = 0;
-    area.changed = [&] { ++told; };
+    int calls = 0;
+    area.changed = [&] { ++calls; };
     area.SetPlace({1, 2, 3, 4});
     area.SetVisible(true);
-    EXPECT_EQ(told, 0);
+    EXPECT_EQ(calls, 0);
     area.SetTop(7);
     area.SetEnabled(false);
-    EXPECT_EQ(told, 2);
+    EXPECT_EQ(calls, 2);
     EXPECT_EQ(area.Place(), (ui::Rect{1, 7, 3, 4}));
 }
 
@@ -104,12 +104,12 @@ TEST(Timer, FiresOnlyWhileEnabled)
 TEST(OtherControls, KeepTheirState)
 {
     ui::CheckBox check("&Back up");
-    int told = 0;
-    check.changed = [&] { ++told; };
+    int calls = 0;
+    check.changed = [&] { ++calls; };
     check.SetChecked(true);
     check.SetChecked(true);
     EXPECT_TRUE(check.Checked());
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(calls, 1);
 
     ui::TextBox box;
     int typed = 0;
@@ -124,11 +124,11 @@ TEST(OtherControls, KeepTheirState)
     EXPECT_TRUE(picture.HasPicture());
 
     ui::Command command("submnuExit", "&Quit");
-    command.changed = [&] { ++told; };
+    command.changed = [&] { ++calls; };
     command.SetEnabled(false);
     command.SetVisible(false);
     command.SetVisible(false);
-    EXPECT_EQ(told, 3);
+    EXPECT_EQ(calls, 3);
 }
 
 } // namespace

@@ -118,11 +118,11 @@ TEST(Forms, AModalWindowKeepsOthersAway)
 TEST(TextBox, SelectionStaysWithinTheText)
 {
     TextBox box;
-    int told = 0;
-    box.textChanged = [&] { ++told; };
+    int calls = 0;
+    box.textChanged = [&] { ++calls; };
     box.SetText("\u00C1bc\r\nd");
     EXPECT_EQ(box.Length(), 6);
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(calls, 1);
     box.SetSelection({2, 100});
     EXPECT_EQ(box.Selection(), (TextRange{2, 4}));
     box.SetSelection({-3, -1});
@@ -134,7 +134,7 @@ TEST(TextBox, SelectionStaysWithinTheText)
     box.SetText("x"); // the caret is at its beginning again
     EXPECT_EQ(box.Selection(), (TextRange{0, 0}));
     box.SetText("x");
-    EXPECT_EQ(told, 2);
+    EXPECT_EQ(calls, 2);
 }
 
 TEST(CheckBox, EachChangeIsAClickWhoeverMadeIt)

@@ -64,10 +64,10 @@ TEST(KeyedList, CellsAndDimmedRows)
     list.SetSubItemKeys({"Title"});
     for (const char *title : {"b", "a"})
         AddTitle(list, title);
-    std::string told;
-    list.rowsAboutToChange = [&] { told += "rows "; };
+    std::string signals;
+    list.rowsAboutToChange = [&] { signals += "rows "; };
     list.listChanged = [&](ui::ListChange change) {
-        told += change == ui::ListChange::Cells ? "cells " : "other ";
+        signals += change == ui::ListChange::Cells ? "cells " : "other ";
     };
     EXPECT_FALSE(list.IsDimmed(0));
     list.SetDimmed(0, true);
@@ -75,11 +75,11 @@ TEST(KeyedList, CellsAndDimmedRows)
     EXPECT_FALSE(list.IsDimmed(1));
     list.SetDimmed(0, true); // nothing new
     list.SetSubItem(1, "Title", "c");
-    EXPECT_EQ(told, "cells cells ");
+    EXPECT_EQ(signals, "cells cells ");
     list.SetSort(1, false);
-    told.clear();
+    signals.clear();
     list.SetSubItem(0, "Title", "d"); // now the order depends on it
-    EXPECT_EQ(told, "rows ");
+    EXPECT_EQ(signals, "rows ");
     EXPECT_EQ(Shown(list), "c|d|");
     EXPECT_THROW(list.SetDimmed(2, true), runtime::RuntimeError);
     list.SetDimmedTip("gone");
@@ -240,10 +240,10 @@ TEST(KeyedList, MultipleSelectionAndFocus)
 TEST(KeyedList, AnUpdateNotifiesTheWidgetOnce)
 {
     KeyedList list;
-    std::string told;
-    list.rowsAboutToChange = [&] { told += "about "; };
-    list.rowsChanged = [&] { told += "changed "; };
-    list.listChanged = [&](ui::ListChange) { told += "change "; };
+    std::string signals;
+    list.rowsAboutToChange = [&] { signals += "about "; };
+    list.rowsChanged = [&] { signals += "changed "; };
+    list.listChanged = [&](ui::ListChange) { signals += "change "; };
     {
         const ui::ListUpdate update(list);
         list.ClearRows();
@@ -252,9 +252,9 @@ TEST(KeyedList, AnUpdateNotifiesTheWidgetOnce)
         AddTitle(list, "a");
         list.SetSort(1, true);
     }
-    EXPECT_EQ(told, "about changed ");
+    EXPECT_EQ(signals, "about changed ");
     list.SetSort(1, false);
-    EXPECT_EQ(told, "about changed change ");
+    EXPECT_EQ(signals, "about changed change ");
 }
 
 // A guard against a cost that grows faster than the rows; the limit is far above what it takes.

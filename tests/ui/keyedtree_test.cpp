@@ -188,10 +188,10 @@ TEST(KeyedTree, TheTwoEventsOfOneClickHaveOneGesture)
 TEST(KeyedTree, AnUpdateNotifiesTheWidgetOnce)
 {
     Sample s;
-    std::string told;
-    s.tree.nodesAboutToChange = [&] { told += "about "; };
-    s.tree.nodesChanged = [&] { told += "changed "; };
-    s.tree.selectionChanged = [&](NodeId) { told += "selection "; };
+    std::string signals;
+    s.tree.nodesAboutToChange = [&] { signals += "about "; };
+    s.tree.nodesChanged = [&] { signals += "changed "; };
+    s.tree.selectionChanged = [&](NodeId) { signals += "selection "; };
     {
         const ui::TreeUpdate update(s.tree);
         s.tree.Clear();
@@ -199,11 +199,11 @@ TEST(KeyedTree, AnUpdateNotifiesTheWidgetOnce)
         s.tree.Add(root, "ByTitle", "By Title");
         s.tree.Select(root);
         EXPECT_TRUE(s.tree.Updating());
-        EXPECT_EQ(told, "about ");
+        EXPECT_EQ(signals, "about ");
     }
-    EXPECT_EQ(told, "about changed ");
+    EXPECT_EQ(signals, "about changed ");
     s.tree.Select(kNoNode);
-    EXPECT_EQ(told, "about changed selection ");
+    EXPECT_EQ(signals, "about changed selection ");
 }
 
 TEST(KeyedTree, HundredThousandNodesAreFoundAndCostWhatTheirTextCosts)

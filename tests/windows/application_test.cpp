@@ -26,16 +26,16 @@ protected:
     static Application &App() { return static_cast<Application &>(*qApp); }
     void Note(const RuntimeError &error)
     {
-        told.push_back(std::to_string(error.number) + " " + error.description);
+        reported.push_back(std::to_string(error.number) + " " + error.description);
     }
 
-    std::vector<std::string> told;
+    std::vector<std::string> reported;
 
 private:
     std::function<void(const RuntimeError &)> m_before;
 };
 
-using Told = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
 TEST_F(ApplicationTest, EachKindIsReportedAndTheProgramContinues)
 {
@@ -45,8 +45,8 @@ TEST_F(ApplicationTest, EachKindIsReportedAndTheProgramContinues)
     QTimer::singleShot(2, [] { throw std::logic_error("odd"); });
     QTimer::singleShot(3, [&] { ++after; });
     EXPECT_TRUE(tests::WaitUntil([&] { return after == 1; }));
-    EXPECT_EQ(told, (Told{"401 Can't show non-modal form when modal form is displayed",
-                          "7 Out of memory", "51 odd"}));
+    EXPECT_EQ(reported, (Lines{"401 Can't show non-modal form when modal form is displayed",
+                               "7 Out of memory", "51 odd"}));
 }
 
 TEST_F(ApplicationTest, AnErrorThatRepeatsIsReportedOnceAtATime)
@@ -57,27 +57,28 @@ TEST_F(ApplicationTest, AnErrorThatRepeatsIsReportedOnceAtATime)
         QObject::connect(timer, &QTimer::timeout, [] { throw RuntimeError(runtime::kOverflow); });
     App().showError = [&](const RuntimeError &error) {
         Note(error);
-        if (told.size() == 1) { // the user is slow to answer, and another error occurs meanwhile
+        if (reported.size() ==
+            1) { // the user is slow to answer, and another error occurs meanwhile
             bool isThrown = false;
             QTimer::singleShot(20, [&] {
                 isThrown = true;
                 throw RuntimeError(runtime::kFileNotFound);
             });
             EXPECT_TRUE(tests::WaitUntil([&] { return isThrown; }));
-            EXPECT_EQ(told.size(), 1u);
+            EXPECT_EQ(reported.size(), 1u);
         }
         failing.stop();
         alsoFailing.stop();
     };
     failing.start(5);
     alsoFailing.start(5);
-    EXPECT_TRUE(tests::WaitUntil([&] { return told.size() == 2; }));
+    EXPECT_TRUE(tests::WaitUntil([&] { return reported.size() == 2; }));
     tests::Settle(); // nothing more has been thrown
-    EXPECT_EQ(told, (Told{"6 Overflow", "53 File not found"}));
+    EXPECT_EQ(reported, (Lines{"6 Overflow", "53 File not found"}));
 
     // An error that was reported before is reported again.
     QTimer::singleShot(0, [] { throw RuntimeError(runtime::kOverflow); });
-    EXPECT_TRUE(tests::WaitUntil([&] { return told.size() == 3; }));
+    EXPECT_TRUE(tests::WaitUntil([&] { return reported.size() == 3; }));
 }
 
 } // namespace

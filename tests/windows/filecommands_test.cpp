@@ -149,9 +149,9 @@ TEST_F(FileCommandsScaled, ANameThatIsTakenIsReported)
 {
     ShowSongs({"one.mp3", "two.mp3"});
     auto &application = static_cast<platform::qt::Application &>(*qApp);
-    std::string told;
+    std::string reported;
     const auto before = std::exchange(application.showError, [&](const runtime::RuntimeError &e) {
-        told = e.description;
+        reported = e.description;
         boxes.MessageBox(e.description, platform::Buttons::Ok, {}, platform::BoxIcon::None);
     });
     AnswerInput("two.mp3", {}, [](QWidget &box) {
@@ -159,9 +159,9 @@ TEST_F(FileCommandsScaled, ANameThatIsTakenIsReported)
         PressKey("Return");
     });
     ChooseMenu("mnuFile", "submnuRename");
-    EXPECT_TRUE(WaitUntil([&] { return !told.empty(); }));
+    EXPECT_TRUE(WaitUntil([&] { return !reported.empty(); }));
     application.showError = before;
-    EXPECT_TRUE(told.starts_with(Song("two.mp3"))) << told;
+    EXPECT_TRUE(reported.starts_with(Song("two.mp3"))) << reported;
     EXPECT_EQ(ReadFile(Song("one.mp3")), Bytes("one.mp3"));
     EXPECT_EQ(ReadFile(Song("two.mp3")), Bytes("two.mp3"));
 }
@@ -169,7 +169,7 @@ TEST_F(FileCommandsScaled, ANameThatIsTakenIsReported)
 TEST_F(FileCommandsScaled, DuplicateByTheToolbar)
 {
     ShowSongs({"one.mp3"});
-    bool told = false;
+    bool reported = false;
     AnswerInput(
         "Another One",
         [](QWidget &box) {
@@ -178,12 +178,12 @@ TEST_F(FileCommandsScaled, DuplicateByTheToolbar)
             KeepScreenshot(box, "duplicate");
         },
         [&](QWidget &success) {
-            told = success.windowTitle() == QStringLiteral("Success");
+            reported = success.windowTitle() == QStringLiteral("Success");
             KeepScreenshot(success, "duplicate-success");
             PressKey("Return");
         });
     Click(*Find(*window, "TB_submnuDuplicateEntry"));
-    EXPECT_TRUE(WaitUntil([&] { return told; }));
+    EXPECT_TRUE(WaitUntil([&] { return reported; }));
     EXPECT_EQ(Rows(), (std::vector<std::string>{"one.mp3|Artist||||||~/one.mp3||0",
                                                 "one.mp3|Another One||||||~/one.mp3||1"}));
 }
@@ -203,16 +203,16 @@ TEST_F(FileCommandsScaled, AddingASongWithoutTagsIsReported)
 {
     ShowSongs({"one.mp3"});
     WriteFile(Song("bare.mp3"), Audio());
-    std::string told;
+    std::string reported;
     ChooseFile(Song("bare.mp3"), [&](QWidget &box) {
-        told = Find<QLabel>(box, "lblText")->text().toStdString();
+        reported = Find<QLabel>(box, "lblText")->text().toStdString();
         KeepScreenshot(box, "add-untagged");
         PressKey("Return");
     });
     ChooseMenu("mnuFile", "submnuAddFile");
-    EXPECT_TRUE(WaitUntil([&] { return !told.empty(); }));
-    EXPECT_EQ(told, "No ID3's tags were found on '" + Song("bare.mp3") +
-                        "'\n\nThis means it will only be found on the path's node");
+    EXPECT_TRUE(WaitUntil([&] { return !reported.empty(); }));
+    EXPECT_EQ(reported, "No ID3's tags were found on '" + Song("bare.mp3") +
+                            "'\n\nThis means it will only be found on the path's node");
 }
 
 // From the question to the mail and its text.

@@ -24,7 +24,7 @@ using tests::kStop;
 namespace
 {
 
-using Told = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
 class ControlsScaled : public testing::Test
 {
@@ -51,7 +51,7 @@ protected:
         Settle(); // closed windows are deleted by the next event
     }
 
-    Told Orders() { return port.Orders(); }
+    Lines Orders() { return port.Orders(); }
 
     // The middle of the thumb.
     QPoint Thumb() const
@@ -72,7 +72,7 @@ protected:
     QPoint Later() const { return {bar->width() * 3 / 4, Thumb().y()}; }
 
     // The seek that follows a drag: `orders` are stops, then one play and one seek, in seconds.
-    static void ExpectSeek(const Told &orders, int from, int to)
+    static void ExpectSeek(const Lines &orders, int from, int to)
     {
         ASSERT_GE(orders.size(), 3U);
         for (std::size_t i = 0; i + 2 < orders.size(); ++i)
@@ -85,7 +85,7 @@ protected:
         EXPECT_LE(ms / 1000, to);
     }
 
-    bool WaitForSeek(Told &orders)
+    bool WaitForSeek(Lines &orders)
     {
         return WaitUntil([&] {
             for (std::string &line : Orders())
@@ -109,14 +109,14 @@ TEST_F(ControlsScaled, TheButtons)
     const char *const messages[] = {"273 40044 0", kPlay, "273 40046 0", kStop, "273 40048 0"};
     for (std::size_t i = 0; i < std::size(messages); ++i) {
         Click(*Find(*window, ("cmdSong(" + std::to_string(i) + ")").c_str()));
-        EXPECT_EQ(Orders(), Told{messages[i]});
+        EXPECT_EQ(Orders(), Lines{messages[i]});
     }
     Click(*Find(*window, "cmdShuffle"));
-    EXPECT_EQ(Orders(), (Told{"front 9", "key 115 116 0", "front 3"}));
+    EXPECT_EQ(Orders(), (Lines{"front 9", "key 115 116 0", "front 3"}));
     EXPECT_FALSE(Find<QPushButton>(*window, "cmdShuffle")->isCheckable()); // its state is not known
     Find(*window, "cmdSong(1)")->setFocus();
     PressKey("Space");
-    EXPECT_EQ(Orders(), Told{kPlay});
+    EXPECT_EQ(Orders(), Lines{kPlay});
 }
 
 TEST_F(ControlsScaled, TheBarFollowsTheSong)
@@ -125,17 +125,17 @@ TEST_F(ControlsScaled, TheBarFollowsTheSong)
     EXPECT_EQ(bar->value(), 50);
     port.Answer(105, 80'000);
     EXPECT_TRUE(WaitUntil([&] { return bar->value() == 80; }));
-    EXPECT_EQ(Orders(), Told());
+    EXPECT_EQ(Orders(), Lines());
 }
 
 TEST_F(ControlsScaled, ADragSeeks)
 {
     Drag(*bar, Thumb(), Later());
-    Told orders;
+    Lines orders;
     ASSERT_TRUE(WaitForSeek(orders));
     ExpectSeek(orders, 140, 160);
     AwaitTicks(form.tmrUpdate, 2); // they change nothing more
-    EXPECT_EQ(Orders(), Told());
+    EXPECT_EQ(Orders(), Lines());
     EXPECT_EQ(bar->value(), 0);
 }
 
@@ -155,7 +155,7 @@ TEST_F(ControlsScaled, AThumbThatIsHeldDoesNotMove)
     for (const std::string &line : Orders())
         EXPECT_EQ(line, kStop);
     QTest::mouseRelease(top, Qt::LeftButton, {}, end);
-    Told orders;
+    Lines orders;
     ASSERT_TRUE(WaitForSeek(orders));
     orders.insert(orders.begin(), kStop);
     ExpectSeek(orders, held, held);
@@ -169,7 +169,7 @@ TEST_F(ControlsScaled, ADragBackToItsStartSeeksThere)
     QTest::mouseMove(top, start + QPoint(60, 0));
     QTest::mouseMove(top, start);
     QTest::mouseRelease(top, Qt::LeftButton, {}, start);
-    Told orders;
+    Lines orders;
     ASSERT_TRUE(WaitForSeek(orders));
     ExpectSeek(orders, 50, 50);
 }
@@ -182,7 +182,7 @@ TEST_F(ControlsScaled, AClickBesideTheThumbSendsNothing)
     ClickAt(*bar, Thumb());                                     // nor does one on it
     ClickAt(*bar, Later(), Qt::MiddleButton);
     EXPECT_TRUE(WaitUntil([&] { return bar->value() == 50; }));
-    EXPECT_EQ(Orders(), Told());
+    EXPECT_EQ(Orders(), Lines());
 }
 
 TEST_F(ControlsScaled, ArrowsSeekWhateverHasTheKeyboard)
@@ -191,7 +191,7 @@ TEST_F(ControlsScaled, ArrowsSeekWhateverHasTheKeyboard)
         Find(*window, name)->setFocus();
         PressKey("Right");
         PressKey("Ctrl+Left");
-        EXPECT_EQ(Orders(), (Told{"1024 55000 106", "1024 45000 106"})) << name;
+        EXPECT_EQ(Orders(), (Lines{"1024 55000 106", "1024 45000 106"})) << name;
         EXPECT_EQ(bar->value(), 50);
     }
     PressKey("Escape");

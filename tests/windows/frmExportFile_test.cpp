@@ -184,18 +184,18 @@ TEST_F(ExportFileScaled, ACopyThatFailsIsReported)
     ShowSongs();
     fs::remove(Song("a.mp3"));
     auto &application = static_cast<platform::qt::Application &>(*qApp);
-    std::string told;
+    std::string reported;
     const auto before =
         std::exchange(application.showError,
-                      [&](const runtime::RuntimeError &error) { told = error.description; });
+                      [&](const runtime::RuntimeError &error) { reported = error.description; });
     WhenModal([&](QWidget &modal) {
         static_cast<browser::ExportFolder *>(host.Forms().back())->GoTo(folder / "target");
         Click(*Find(modal, "cmdOk"));
     });
     ChooseMenu("mnuFile", "submnuExport");
-    EXPECT_TRUE(WaitUntil([&] { return !told.empty(); }));
+    EXPECT_TRUE(WaitUntil([&] { return !reported.empty(); }));
     application.showError = before;
-    EXPECT_TRUE(told.starts_with(Song("a.mp3"))) << told;
+    EXPECT_TRUE(reported.starts_with(Song("a.mp3"))) << reported;
     EXPECT_TRUE(fs::is_empty(folder / "target"));
     EXPECT_TRUE(Form().LV.Enabled());
     EXPECT_FALSE(Form().PBar.Visible());

@@ -242,15 +242,15 @@ TEST_F(FrmLyrics, MarksThatCannotBeReadAreReportedOnceOverAWindowThatWorks)
     };
     for (const auto &song : songs) {
         desktop.ExpectBox(song.box);
-        const std::size_t told = desktop.boxes.size();
+        const std::size_t boxesBefore = desktop.boxes.size();
         lyrics::ShowLyrics("Song", song.text);
-        EXPECT_EQ(desktop.boxes.size(), told) << "not within the tick that shows the lyrics";
-        ASSERT_TRUE(WaitUntil([&] { return desktop.boxes.size() == told + 1; })) << song.box;
+        EXPECT_EQ(desktop.boxes.size(), boxesBefore) << "not within the tick that shows the lyrics";
+        ASSERT_TRUE(WaitUntil([&] { return desktop.boxes.size() == boxesBefore + 1; })) << song.box;
         LyricsForm &form = *Forms()[0];
         Play(1);
         Settle();
         EXPECT_FALSE(form.tmrReport.Enabled());
-        EXPECT_EQ(desktop.boxes.size(), told + 1);
+        EXPECT_EQ(desktop.boxes.size(), boxesBefore + 1);
         EXPECT_EQ(form.Lyrics.Text(), song.left);
         EXPECT_TRUE(ViewOf(form).isEnabled());
         EXPECT_TRUE(Find(WindowOf(form), "cmdSetTimes")->isEnabled());

@@ -171,17 +171,17 @@ TEST_F(MainWindowTest, RowsAreSpokenByTitleArtistAndKind)
     Start();
     desktop.ExpectBox("There were some 'mistakes'", Answer::No);
     Regenerate();
-    const auto told = [this](int row) {
+    const auto spoken = [this](int row) {
         return LV().Model().index(row, 0).data(Qt::AccessibleTextRole).toString();
     };
     ClickNode("ByArtist");
-    EXPECT_EQ(told(1), QStringLiteral("Bill Evans, Artist Folder"));
+    EXPECT_EQ(spoken(1), QStringLiteral("Bill Evans, Artist Folder"));
     ClickNode("ByTitle");
-    EXPECT_EQ(told(0), QStringLiteral("Title Folder"));
+    EXPECT_EQ(spoken(0), QStringLiteral("Title Folder"));
     ClickExpander("ByArtist");
     EndDoubleClick();
     ClickNode("#MILES DAVIS");
-    EXPECT_EQ(told(0), QStringLiteral("So What, Miles Davis, MP3 File"));
+    EXPECT_EQ(spoken(0), QStringLiteral("So What, Miles Davis, MP3 File"));
 }
 
 TEST_F(MainWindowTest, TheListsWheelPutsThePanelInFront)

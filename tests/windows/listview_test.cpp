@@ -168,24 +168,24 @@ TEST_F(ListViewTest, SelectionFromCodeShows)
 
 TEST_F(ListViewTest, WheelAndScrollBarReportThatTheRowsMove)
 {
-    std::string told;
-    view.onScrolled = [&](bool byWheel) { told += byWheel ? "wheel " : "bar "; };
+    std::string scrolls;
+    view.onScrolled = [&](bool byWheel) { scrolls += byWheel ? "wheel " : "bar "; };
     list.SetPlace({0, 0, 9000, 1200}); // fewer pixels than four rows need
     tests::Settle();
     QScrollBar &bar = *view.verticalScrollBar();
     ASSERT_GT(bar.maximum(), 0);
     // A click below the handle scrolls by a page; the handle is not dragged.
     tests::ClickAt(bar, {bar.width() / 2, bar.height() - bar.width() - 3});
-    EXPECT_EQ(told.substr(0, 4), "bar ");
+    EXPECT_EQ(scrolls.substr(0, 4), "bar ");
     EXPECT_GT(bar.value(), 0);
-    told.clear();
+    scrolls.clear();
     view.verticalScrollBar()->setValue(0); // from code
-    EXPECT_EQ(told, "");
+    EXPECT_EQ(scrolls, "");
     QWheelEvent wheel(view.viewport()->rect().center(),
                       view.viewport()->mapToGlobal(view.viewport()->rect().center()), {}, {0, -120},
                       Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(view.viewport(), &wheel);
-    EXPECT_EQ(told.substr(0, 6), "wheel ");
+    EXPECT_EQ(scrolls.substr(0, 6), "wheel ");
     EXPECT_GT(bar.value(), 0);
 }
 
