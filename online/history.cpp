@@ -2,6 +2,7 @@
 
 #include "runtime/error.h"
 #include "runtime/text.h"
+#include "runtime/utf8.h"
 
 #include <utf8proc.h>
 
@@ -33,13 +34,6 @@ std::string_view MarkerOf(std::int32_t kind)
     default:
         return {};
     }
-}
-
-void AppendCodePoint(std::string &text, std::int32_t codePoint)
-{
-    utf8proc_uint8_t bytes[4];
-    const auto length = utf8proc_encode_char(codePoint, bytes);
-    text.append(reinterpret_cast<const char *>(bytes), static_cast<std::size_t>(length));
 }
 
 // Reads RTF from left to right.
@@ -117,7 +111,7 @@ private:
         if (unit >= 0xDC00 && unit < 0xE000)
             unit = high == 0 ? -1 : 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00);
         if (utf8proc_codepoint_valid(unit))
-            AppendCodePoint(m_result.text, unit);
+            runtime::AppendCharacter(unit, m_result.text);
     }
 
     void EndBold()
@@ -188,11 +182,9 @@ std::string PlainToRTF(std::string_view plain)
 {
     std::string rtf = "{\\rtf1\\ansi ";
     while (!plain.empty()) {
-        utf8proc_int32_t codePoint = 0;
-        const auto length =
-            utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t *>(plain.data()),
-                             static_cast<utf8proc_ssize_t>(plain.size()), &codePoint);
-        if (length < 1) { // not valid UTF-8
+        std::int32_t codePoint = 0;
+        const int length = runtime::NextCharacter(plain, codePoint);
+        if (length == 0) { // not valid UTF-8
             plain.remove_prefix(1);
             continue;
         }

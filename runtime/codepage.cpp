@@ -1,6 +1,7 @@
 #include "runtime/codepage.h"
 
 #include "runtime/text.h"
+#include "runtime/utf8.h"
 
 #include <utf8proc.h>
 
@@ -138,11 +139,9 @@ std::string BytesOfText(std::string_view utf8)
     std::string bytes;
     bytes.reserve(utf8.size());
     while (!utf8.empty()) {
-        utf8proc_int32_t codePoint = 0;
-        const auto length =
-            utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t *>(utf8.data()),
-                             static_cast<utf8proc_ssize_t>(utf8.size()), &codePoint);
-        if (length <= 0) {
+        std::int32_t codePoint = 0;
+        const int length = NextCharacter(utf8, codePoint);
+        if (length == 0) {
             bytes.push_back(utf8.front());
             utf8.remove_prefix(1);
             continue;
@@ -157,11 +156,9 @@ std::string CharactersLacking(std::string_view utf8)
 {
     std::string lacking;
     while (!utf8.empty()) {
-        utf8proc_int32_t codePoint = 0;
-        const auto length =
-            utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t *>(utf8.data()),
-                             static_cast<utf8proc_ssize_t>(utf8.size()), &codePoint);
-        const auto taken = static_cast<std::size_t>(std::max<utf8proc_ssize_t>(length, 1));
+        std::int32_t codePoint = 0;
+        const int length = NextCharacter(utf8, codePoint);
+        const auto taken = static_cast<std::size_t>(std::max(length, 1));
         const std::string_view character = utf8.substr(0, taken);
         utf8.remove_prefix(taken);
         if (length > 1 && ByteOfCodePoint(TheState(), codePoint) == '?' &&

@@ -19,13 +19,6 @@ int Sign(int value)
     return (value > 0) - (value < 0);
 }
 
-void AppendCodePoint(utf8proc_int32_t codePoint, std::string &out)
-{
-    std::array<utf8proc_uint8_t, 4> bytes{};
-    const auto length = utf8proc_encode_char(codePoint, bytes.data());
-    out.append(reinterpret_cast<const char *>(bytes.data()), static_cast<std::size_t>(length));
-}
-
 bool IsMark(utf8proc_int32_t codePoint)
 {
     const auto category = utf8proc_category(codePoint);
@@ -42,10 +35,10 @@ void AppendBaseLetters(utf8proc_int32_t codePoint, std::string &key)
     const auto count = utf8proc_decompose_char(
         codePoint, letters.data(), static_cast<int>(letters.size()), kDecompose, &lastBoundClass);
     if (count < 0 || count > static_cast<utf8proc_ssize_t>(letters.size()))
-        return AppendCodePoint(utf8proc_toupper(codePoint), key);
+        return AppendCharacter(utf8proc_toupper(codePoint), key);
     for (utf8proc_ssize_t i = 0; i < count; ++i)
         if (const auto letter = letters[static_cast<std::size_t>(i)]; !IsMark(letter))
-            AppendCodePoint(utf8proc_toupper(letter), key);
+            AppendCharacter(utf8proc_toupper(letter), key);
 }
 
 int CollateSlowly(std::string_view first, std::string_view second)

@@ -55,9 +55,7 @@ std::size_t AppendUpperCharacter(std::string_view text, std::string &out)
         out += text[0];
         return 1;
     }
-    std::array<utf8proc_uint8_t, 4> upper{};
-    const auto upperLength = utf8proc_encode_char(utf8proc_toupper(codePoint), upper.data());
-    out.append(reinterpret_cast<const char *>(upper.data()), static_cast<std::size_t>(upperLength));
+    AppendCharacter(utf8proc_toupper(codePoint), out);
     return static_cast<std::size_t>(length);
 }
 
@@ -74,10 +72,7 @@ std::string MapCharacters(std::string_view utf8, utf8proc_int32_t (*map)(utf8pro
             utf8.remove_prefix(1);
             continue;
         }
-        utf8proc_uint8_t mapped[4];
-        const auto mappedLength = utf8proc_encode_char(map(codePoint), mapped);
-        result.append(reinterpret_cast<const char *>(mapped),
-                      static_cast<std::size_t>(mappedLength));
+        AppendCharacter(map(codePoint), result);
         utf8.remove_prefix(static_cast<std::size_t>(length));
     }
     return result;

@@ -3,6 +3,7 @@
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace runtime
@@ -56,6 +57,13 @@ int NextCharacter(std::string_view text, std::int32_t &codePoint)
     const auto length =
         utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(text.size()), &codePoint);
     return length > 0 && codePoint >= 0 ? static_cast<int>(length) : 0;
+}
+
+void AppendCharacter(std::int32_t codePoint, std::string &text)
+{
+    std::array<utf8proc_uint8_t, 4> bytes{};
+    const auto length = utf8proc_encode_char(codePoint, bytes.data());
+    text.append(reinterpret_cast<const char *>(bytes.data()), static_cast<std::size_t>(length));
 }
 
 std::size_t CountCharacters(std::string_view text)

@@ -14,6 +14,9 @@ namespace runtime
 // Returns: 0 when there is no valid UTF-8 character; `codePoint` has no meaning then.
 int NextCharacter(std::string_view text, std::int32_t &codePoint);
 
+// Appends the character with this code point, which must be a valid one, to `text`.
+void AppendCharacter(std::int32_t codePoint, std::string &text);
+
 // The number of bytes below 0x80 at the start of `text`.
 std::size_t AsciiLength(std::string_view text);
 

@@ -12,8 +12,6 @@
 #include "tagedit/characternote.h"
 #include "tagedit/genrelist.h"
 
-#include <utf8proc.h>
-
 namespace tagedit
 {
 
@@ -53,9 +51,9 @@ bool IsTyped(char32_t key)
 
 std::string Utf8Of(char32_t character)
 {
-    utf8proc_uint8_t bytes[4];
-    const auto length = utf8proc_encode_char(static_cast<utf8proc_int32_t>(character), bytes);
-    return {bytes, bytes + length};
+    std::string text;
+    runtime::AppendCharacter(static_cast<std::int32_t>(character), text);
+    return text;
 }
 
 // Sets a genre from the program; in column 1 it need not be in the list.
