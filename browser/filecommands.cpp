@@ -76,10 +76,7 @@ metadata::ID3v2Tag ReadTags(const std::string &path)
     metadata::SongInfo info = metadata::ReadSongInfo(path);
     if (const int failure = metadata::LastReadFailure(); failure != 0)
         throw runtime::FileError(failure, path);
-    if (info.hasID3v1 && !info.hasID3v2)
-        catalogue::CopyTag(info.id3v1, info.id3v2);
-    else if (info.hasID3v1)
-        metadata::FillFromID3v1(info.id3v1, info.id3v2);
+    catalogue::PutTagsTogether(info);
     return info.id3v2;
 }
 

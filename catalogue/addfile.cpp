@@ -104,18 +104,15 @@ void BlankTag(Addition &addition)
 bool ReadTags(Addition &addition)
 {
     metadata::SongInfo song = metadata::ReadSongTags(addition.path);
+    PutTagsTogether(song);
     addition.tag = std::move(song.id3v2);
     if (const int failure = metadata::LastReadFailure(); failure != 0) {
         addition.result = kFailed;
         addition.reason = runtime::FileError(failure).description + "\r";
         return false;
     }
-    if (song.hasID3v1 && !song.hasID3v2)
-        CopyTag(song.id3v1, addition.tag);
-    else if (!song.hasID3v1 && !song.hasID3v2)
+    if (!song.hasID3v1 && !song.hasID3v2)
         BlankTag(addition);
-    else if (song.hasID3v1)
-        metadata::FillFromID3v1(song.id3v1, addition.tag);
     if (addition.wantsKnown && CanBeKnown(metadata::RawTagsFile(), metadata::RawTagsOpenedAtNs()))
         addition.known = {metadata::RawTagsFile(),
                           {song.hasID3v1, song.hasID3v2, metadata::HasTextsForFrames()},

@@ -30,8 +30,6 @@ std::string_view LeftOfField(std::string_view field, metadata::TextKind kind, st
                                             : field.substr(0, count);
 }
 
-} // namespace
-
 void CopyTag(const metadata::ID3v1Tag &from, metadata::ID3v2Tag &to)
 {
     if (to.kind == metadata::TextKind::Utf8) {
@@ -49,6 +47,16 @@ void CopyTag(const metadata::ID3v1Tag &from, metadata::ID3v2Tag &to)
     to.Title = UsedText(from.Title);
     to.Track = from.Track;
     to.Year = UsedText(from.Year);
+}
+
+} // namespace
+
+void PutTagsTogether(metadata::SongInfo &song)
+{
+    if (song.hasID3v1 && !song.hasID3v2)
+        CopyTag(song.id3v1, song.id3v2);
+    else if (song.hasID3v1)
+        metadata::FillFromID3v1(song.id3v1, song.id3v2);
 }
 
 std::string TagValue(const std::string &field, metadata::TextKind kind)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "catalogue/recordset.h"
+#include "metadata/mp3info.h"
 #include "metadata/records.h"
 
 #include <cstddef>
@@ -24,9 +25,10 @@ std::vector<Value> TagValues(const metadata::ID3v2Tag &tag, const std::string &g
 // whole.
 std::string TagValue(const std::string &field, metadata::TextKind kind);
 
-// Copies the ID3v1 tag into the common form: the used texts in the kind of `to`; the genre as a
-// number in text form, or in words when `to` is UTF-8. The lyrics of `to` are not changed.
-void CopyTag(const metadata::ID3v1Tag &from, metadata::ID3v2Tag &to);
+// Makes `song.id3v2` the tags of the song in their common form. If it has an ID3v1 tag alone, that
+// is copied, except for the lyrics: its used texts, and the genre as a number in text form, or in
+// words when the record is UTF-8. If it has both, see metadata::FillFromID3v1.
+void PutTagsTogether(metadata::SongInfo &song);
 
 // Writes the values of `tag` to the rows of `path`, the genre by its name: runs "Edit1", then
 // "Edit2" (which does not change the artist of rows marked as duplicates).

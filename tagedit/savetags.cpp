@@ -90,10 +90,7 @@ bool AreTagsAsOpened(const metadata::RawTags &opened, const metadata::RawTags &n
 metadata::ID3v2Tag ReadTagsAgain(const EditedSong &song)
 {
     metadata::SongInfo info = metadata::ReadSongInfo(song.File);
-    if (info.hasID3v1 && !info.hasID3v2)
-        catalogue::CopyTag(info.id3v1, info.id3v2);
-    else if (info.hasID3v1)
-        metadata::FillFromID3v1(info.id3v1, info.id3v2);
+    catalogue::PutTagsTogether(info);
     return info.id3v2;
 }
 

@@ -111,6 +111,7 @@ private:
     RecordsetPtr Write(std::string_view sql, const Binding &bind);
     RecordsetPtr RunInGroup(std::string_view sql, const Binding &bind);
     RecordsetPtr ReadPath(const std::string &sql, const Binding &bind);
+    std::shared_ptr<SqliteHandle> TakeOwnHandle();
 
     std::shared_ptr<CatalogueFile> m_file;     // null once closed
     std::shared_ptr<SqliteHandle> m_ownHandle; // only while this connection has a transaction open
@@ -319,20 +320,24 @@ void SqliteConnection::Begin()
     m_ownHandle = std::move(handle);
 }
 
-void SqliteConnection::Commit()
+// The connection of the open transaction, which ends.
+std::shared_ptr<SqliteHandle> SqliteConnection::TakeOwnHandle()
 {
     if (!m_ownHandle)
         throw ProviderFailure(kStatementFailure, "No transaction is open.");
-    const auto handle = std::exchange(m_ownHandle, nullptr);
+    return std::exchange(m_ownHandle, nullptr);
+}
+
+void SqliteConnection::Commit()
+{
+    const auto handle = TakeOwnHandle();
     m_file->Commit(*handle);
     m_file->ReturnHandle(handle);
 }
 
 void SqliteConnection::RollBack()
 {
-    if (!m_ownHandle)
-        throw ProviderFailure(kStatementFailure, "No transaction is open.");
-    const auto handle = std::exchange(m_ownHandle, nullptr);
+    const auto handle = TakeOwnHandle();
     m_file->RollBack(*handle);
     m_file->ReturnHandle(handle);
 }
