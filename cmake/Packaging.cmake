@@ -56,7 +56,7 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://quenlin.example/")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Loaded while the program runs (platform/web), so that nothing in the program tells of it.
+# Loaded while the program runs (platform/web), so the program file does not name it.
 if(QUENLIN_WEB)
   set(CPACK_DEBIAN_PACKAGE_DEPENDS "libcurl4 (>= 7.85) | libcurl4t64")
 endif()

@@ -11,7 +11,7 @@ namespace shell
 namespace
 {
 
-void TellNothingOpened()
+void ReportNothingOpened()
 {
     if (TheStatusLine())
         TheStatusLine()(GetLanguageText("Nothing opens this. The text is on the clipboard.",
@@ -36,13 +36,13 @@ void OpenAddress(const std::string &address, const std::string &workingFolder)
     if (MayOpen(address) && desktop.OpenAddress(address, workingFolder))
         return;
     desktop.SetClipboardText(address);
-    TellNothingOpened();
+    ReportNothingOpened();
 }
 
 void OpenMail(const std::string &address, const std::string &workingFolder)
 {
     if (!MayOpen(address) || !platform::TheMachine().desktop->OpenAddress(address, workingFolder))
-        TellNothingOpened();
+        ReportNothingOpened();
 }
 
 std::function<void(std::string_view)> &TheStatusLine()

@@ -18,7 +18,7 @@ class SideBySide(ProgramTest):
 
     def assert_each_once(self, paths):
         found = [path for (path,) in self.query("SELECT Path FROM MP3s")]
-        self.assertEqual(len(found), len(set(found)), "a row stands twice")
+        self.assertEqual(len(found), len(set(found)), "a row is there twice")
         self.assertEqual(set(found), set(paths))
         self.assert_whole()
 
@@ -89,8 +89,8 @@ class SideBySide(ProgramTest):
             run.communicate()
             self.assert_whole()
             found = self.paths()
-            self.assertEqual(len(found), len(set(found)), "a row stands twice")
-            self.assertGreaterEqual(len(found), before, "a row that stood is gone")
+            self.assertEqual(len(found), len(set(found)), "a row is there twice")
+            self.assertGreaterEqual(len(found), before, "a row that was there is gone")
             before = len(found)
         self.assertGreater(before, 0)
         self.finish(self.start("--regenerate", self.music))

@@ -198,12 +198,12 @@ void WhenModal(const std::function<void(QWidget &modal)> &action, int millisecon
     waited.start();
     QObject::connect(timer, &QTimer::timeout, timer, [=]() {
         QPointer<QWidget> modal = QApplication::activeModalWidget();
-        const bool stands = modal && modal->isVisible() && modal->isActiveWindow();
-        if (!stands && waited.elapsed() <= milliseconds)
+        const bool isUp = modal && modal->isVisible() && modal->isActiveWindow();
+        if (!isUp && waited.elapsed() <= milliseconds)
             return;
         timer->stop();
         timer->deleteLater();
-        if (!stands) {
+        if (!isUp) {
             ADD_FAILURE() << "no modal window came";
             CloseModalWindows();
             return;

@@ -90,7 +90,7 @@ std::string NearestReal(std::string path)
     return "/";
 }
 
-bool LiesUnder(std::string_view path, std::string_view point)
+bool IsInOrBelow(std::string_view path, std::string_view point)
 {
     if (point == "/")
         return true;
@@ -163,7 +163,7 @@ std::string MountDrives::DriveOf(const std::string &path)
     const std::string real = NearestReal(path);
     std::string_view drive = "/";
     for (const Mount &mount : m_mounts)
-        if (LiesUnder(real, mount.point) && mount.point.size() >= drive.size())
+        if (IsInOrBelow(real, mount.point) && mount.point.size() >= drive.size())
             drive = mount.point;
     m_lastFolder = folder;
     m_lastDrive = drive;
@@ -204,10 +204,10 @@ DriveType MountDrives::TypeOfMount(const Mount &mount) const
 bool MountDrives::IsMediumMissing(const std::string &path)
 {
     const auto isMissingIn = [&](const std::string &folder, int userLevels) {
-        if (!LiesUnder(path, folder) || path.size() <= folder.size())
+        if (!IsInOrBelow(path, folder) || path.size() <= folder.size())
             return false;
         const std::string drive = DriveOf(path), nearest = NearestReal(path);
-        if (drive != folder && LiesUnder(drive, folder))
+        if (drive != folder && IsInOrBelow(drive, folder))
             return false;
         std::error_code error;
         if (nearest == folder || (nearest != path && std::filesystem::is_empty(nearest, error)))
@@ -271,7 +271,7 @@ std::string MountDrives::LabelOf(const std::string &drive)
 // others may not answer.
 bool MountDrives::IsUsersDrive(const Mount &mount) const
 {
-    const auto isAbove = [&](std::string_view folder) { return LiesUnder(mount.point, folder); };
+    const auto isAbove = [&](std::string_view folder) { return IsInOrBelow(mount.point, folder); };
     if (std::ranges::any_of(m_places.machineFolders, isAbove) && !isAbove(kUsersMedia))
         return false;
     if (std::ranges::find(kRemoteTypes, mount.type) != kRemoteTypes.end() ||
