@@ -9,7 +9,7 @@
 #include "shell/apppath.h"
 #include "shell/globals.h"
 #include "shell/settings.h"
-#include "shell/startup/programhome.h"
+#include "shell/startup/homechoice.h"
 #include "shell/startup/shippedfiles.h"
 
 #include <string>

@@ -1,4 +1,4 @@
-#include "shell/startup/programhome.h"
+#include "shell/startup/homechoice.h"
 #include "tests/support/testfolder.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "shell/startup/programhome.h"
+#include "shell/startup/homechoice.h"
 
 #include "runtime/paths.h"
 

@@ -1,4 +1,4 @@
-// shell/startup/programhome.h - decides which folder is the program's own, before Main runs. Paths
+// shell/startup/homechoice.h - decides which folder is the program's own, before Main runs. Paths
 // are bytes, without a trailing separator.
 #pragma once
 
