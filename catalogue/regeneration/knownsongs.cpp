@@ -10,6 +10,7 @@
 #include <array>
 #include <cstring>
 #include <new>
+#include <random>
 #include <utility>
 
 namespace catalogue
@@ -85,6 +86,19 @@ std::uint64_t FlagsOf(const KnownSong &song)
            (song.isReadByFrames ? kIsReadByFrames : 0);
 }
 
+// The hash of a path in the index. A file may have been made whose paths have all hashes but for a
+// few bits alike, so that each look-up would pass all of them: so numbers that nobody can know take
+// part.
+std::uint32_t IndexHashOf(const runtime::Hash128 &path)
+{
+    static const std::array<std::uint64_t, 2> numbers = [] {
+        std::random_device random;
+        const auto number = [&] { return std::uint64_t{random()} << 32 | random(); };
+        return std::array{number() | 1, number() | 1};
+    }();
+    return static_cast<std::uint32_t>((path.low * numbers[0] + path.high * numbers[1]) >> 32);
+}
+
 bool IsRegularOrAbsent(const std::string &path)
 {
     platform::FileIdentity found;
@@ -158,10 +172,9 @@ void KnownSongs::TakeRecords(std::string_view bytes)
 
 std::int32_t KnownSongs::IndexOf(const runtime::Hash128 &path) const
 {
-    return m_index.Find(BytesOf(path), static_cast<std::uint32_t>(path.low),
-                        [this](std::int32_t item) {
-                            return BytesOf(m_records[static_cast<std::size_t>(item)].path);
-                        });
+    return m_index.Find(BytesOf(path), IndexHashOf(path), [this](std::int32_t item) {
+        return BytesOf(m_records[static_cast<std::size_t>(item)].path);
+    });
 }
 
 // Of two records with the same path the first one is found.
@@ -169,7 +182,7 @@ void KnownSongs::AddToIndex(std::size_t item)
 {
     const runtime::Hash128 &path = m_records[item].path;
     if (IndexOf(path) == runtime::KeyIndex::kNone)
-        m_index.Insert(static_cast<std::int32_t>(item), static_cast<std::uint32_t>(path.low));
+        m_index.Insert(static_cast<std::int32_t>(item), IndexHashOf(path));
 }
 
 std::optional<KnownSong> KnownSongs::Find(const std::string &path) const
@@ -205,8 +218,7 @@ void KnownSongs::Keep(const KnownSong &song)
     if (item == runtime::KeyIndex::kNone) {
         if (m_records.size() >= kMostSongs)
             return;
-        m_index.Insert(static_cast<std::int32_t>(m_records.size()),
-                       static_cast<std::uint32_t>(record.path.low));
+        m_index.Insert(static_cast<std::int32_t>(m_records.size()), IndexHashOf(record.path));
         m_records.push_back(record);
         m_hasChanged = true;
         return;

@@ -20,6 +20,8 @@ using catalogue::KnownSongs;
 namespace
 {
 
+constexpr std::size_t kRecordBytes = 80;
+
 struct KnownSongsFile : testing::Test {
     static KnownSong Song(const std::string &path, std::uint64_t number = 1)
     {
@@ -207,6 +209,25 @@ TEST_F(KnownSongsFile, OneWhoseHashIsRightIsNotTrustedEither)
     std::memcpy(twice.data() + 48, &count, sizeof count);
     Seal(twice);
     EXPECT_TRUE(IsFound(twice)) << "two records with one path";
+}
+
+// With all of them in one place of the index this would take minutes.
+TEST_F(KnownSongsFile, PathsThatWereMadeAlikeAreFoundAsFastAsOthers)
+{
+    constexpr std::uint64_t kSongs = 200'000;
+    const std::string two = TwoSongs();
+    const std::string front = two.substr(0, two.size() - 2 * kRecordBytes);
+    std::string record = two.substr(front.size(), kRecordBytes), bytes = front;
+    for (std::uint64_t i = 0; i < kSongs; ++i) {
+        const runtime::Hash128 path = {(i << 32) + 5, i % 2};
+        std::memcpy(record.data(), &path, sizeof path);
+        bytes += record;
+    }
+    bytes += two.substr(front.size());
+    const std::uint64_t count = kSongs + 2;
+    std::memcpy(bytes.data() + front.size() - sizeof count, &count, sizeof count);
+    Seal(bytes);
+    EXPECT_TRUE(IsFound(bytes));
 }
 
 TEST_F(KnownSongsFile, OneThatIsTooLargeIsIgnored)
