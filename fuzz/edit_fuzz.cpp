@@ -4,6 +4,7 @@
 #include "fuzz/quietedits.h"
 #include "metadata/id3v1.h"
 #include "metadata/mp3info.h"
+#include "metadata/tagframes.h"
 #include "metadata/tagwriter.h"
 
 #include <memory>
@@ -36,6 +37,13 @@ void Edit(unsigned char choice, metadata::SongInfo &pass)
         pass.id3v2.Lyrics = "[00:01]La";
 }
 
+// Whether the new tag has the bytes of the old one; that stays then, with its header.
+bool IsSameBody(const metadata::RawTags &raw, metadata::ID3v2Tag tag)
+{
+    const std::string made = metadata::BuildID3v2Tag(std::string(raw.body), tag, raw.majorVersion);
+    return made.substr(10) == raw.body;
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size)
@@ -54,6 +62,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     Edit(data[0], pass);
     const bool writeID3v1 = (data[0] & 32) != 0;
     const bool writeID3v2 = (data[0] & 64) != 0;
+    const bool isSameBody = IsSameBody(raw, pass.id3v2);
     const bool saved = metadata::SaveTag(pass.id3v1, pass.id3v2, old.id3v1, old.id3v2, kSong,
                                          writeID3v1, writeID3v2, nullptr);
     Expect(files.names.size() == 1 && files.names.count(kSong) == 1);
@@ -71,7 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
                    std::string::npos);
         Expect(!writeID3v1 ||
                (after.size() >= 128 && after.compare(after.size() - 128, 3, "TAG") == 0));
-        Expect(!writeID3v2 || after.compare(0, 4, "ID3\3") == 0);
+        Expect(!writeID3v2 || isSameBody || after.compare(0, 4, "ID3\3") == 0);
         Read();
         if (writeID3v2 && (data[0] & 1))
             Expect(after.find("New title") != std::string::npos);

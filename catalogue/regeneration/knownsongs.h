@@ -59,6 +59,7 @@ public:
 
     // What is known of the song at `path` (bytes), if its tags were read in the way in which tags
     // are read now (isReadByFrames). nullopt: nothing.
+    // When the file had no song, none is found: a run asks before it reads a song, not again.
     [[nodiscard]] std::optional<KnownSong> Find(const std::string &path) const;
 
     // Keep replaces what is known of a song that the run has visited, Forget removes it. A song
