@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 using namespace catalogue;
+using namespace std::string_literals;
 
 namespace
 {
@@ -219,6 +220,28 @@ TEST(OpenConnection, ItsTextIsResolvedOnceAndAgainWhenItChanges)
     provider.access.ExecuteSQL("SELECT 3", kSelect);
     provider.access.ExecuteSQL("SELECT 4", kSelect);
     EXPECT_EQ(provider.resolved, 2);
+}
+
+TEST(OpenConnection, AnotherFileIsOpenedWhenOnlyOneLetterChanges)
+{
+    constexpr const char *kAll = "Path <> ''";
+    tests::FreshCatalogue first, second;
+    first.AddPath("/a");
+    second.AddPath("/b");
+    ADOclass &access = first.access;
+    const std::string folder = access.DirBase;
+    ASSERT_EQ(folder.size(), second.access.DirBase.size());
+    EXPECT_EQ(first.Paths(kAll), "/a ");
+    access.DirBase = second.access.DirBase;
+    EXPECT_EQ(first.Paths(kAll), "/b ");
+    EXPECT_EQ(first.Stored("SEL_ByPath", std::vector<Value>{"/a"s, "·"s}).size(), 0U);
+    access.DirBase = folder;
+    EXPECT_EQ(first.Stored("SEL_ByPath", std::vector<Value>{"/a"s, "·"s}).size(), 1U);
+    access.DataBaseName.back() = '4';
+    access.ExecuteSQL("SELECT 1", kSelect);
+    EXPECT_FALSE(access.Succeeded) << "there is no such file";
+    access.DataBaseName = "MP3s";
+    EXPECT_EQ(first.Paths(kAll), "/a ");
 }
 
 TEST(OpenConnection, TransactionThatCannotBeginIsReported)

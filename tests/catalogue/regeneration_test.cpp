@@ -1,6 +1,7 @@
 #include "catalogue/regeneration/walker.h"
 #include "shell/globals.h"
 #include "tests/catalogue/regenerationfixture.h"
+#include "tests/support/wait.h"
 
 #include <filesystem>
 
@@ -10,6 +11,7 @@ using catalogue::ListRefresh;
 using platform::Answer;
 using tests::Regeneration;
 using tests::RowList;
+using tests::WaitUntil;
 
 namespace
 {
@@ -59,6 +61,23 @@ TEST_F(Regeneration, EventsRunAtEachStep)
     // counting the folder; before each file, and before and after its statement; at the ends of the
     // two folders; at the end of the panels.
     EXPECT_EQ(times, (std::vector<int>{5, 1, 3, 3, 2, 1}));
+}
+
+TEST_F(Regeneration, TheWalkSeesWhatHasChangedSinceTheCount)
+{
+    AddSong("a.mp3");
+    AddSong("sub/b.mp3");
+    for (const std::string &folder : {Music(), Song("sub")}) // so that their lists are kept
+        ASSERT_TRUE(WaitUntil([&] { return catalogue::OpenFolder(folder).WasSettled(); }));
+    bool isAdded = false;
+    desktop.doEvents = [&] {
+        if (!isAdded && bar.Panel("Playing").text == "Adding: a.mp3")
+            AddSong("sub/c.mp3");
+        isAdded = fs::exists(Song("sub/c.mp3"));
+    };
+    ListRefresh(false);
+    EXPECT_EQ(blank[blank.size() - 2], "3/2") << "before the panel is emptied";
+    EXPECT_EQ(Paths(), (RowList{"a.mp3", "sub/b.mp3", "sub/c.mp3"}));
 }
 
 TEST_F(Regeneration, AmpersandBetweenBlanksIsDoubledInThePanel)
